@@ -1,0 +1,7 @@
+#include "platform/desktop.h"
+
+namespace vex {
+
+void restoreDesktop() {}
+
+}  // namespace vex

@@ -1,0 +1,17 @@
+#pragma once
+
+// The message box: a window with caption, text and an OK button, and one line on standard error.
+
+namespace vex {
+
+enum class MessageIcon { none, exclamation };
+
+// Writes "PROGRAM: TEXT" (line feeds inside as blanks, none at the end) to standard error. Where
+// message windows are on and a display can be reached, also shows the window and returns when it
+// is dismissed.
+void showMessage(const char* caption, const char* text, MessageIcon icon);
+
+// Message windows are off at first; the player turns them on, the tools never do.
+void enableMessageWindows();
+
+}  // namespace vex

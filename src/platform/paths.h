@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+// Names as the presentation writes them ("data\font.raw", any letter case) on a file system with
+// slashes and case. Every loose file is opened through here.
+
+namespace vex {
+
+// Path of `name` relative to the working folder: each backslash becomes a slash; where a folder or
+// file of that exact spelling does not exist, one whose name differs only in ASCII letter case is
+// taken (the first in byte order). A name without any match keeps its own spelling.
+std::string resolvePath(const char* name);
+
+// fopen of the resolved path; null on failure and for what is not a regular file when reading.
+std::FILE* openLooseFile(const char* name, const char* mode);
+
+}  // namespace vex

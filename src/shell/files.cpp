@@ -1,0 +1,249 @@
+#include "shell/files.h"
+
+#include <strings.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+#include "platform/paths.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+struct PakEntry {
+  char name[pakNameSize];
+  std::uint32_t offset;
+  std::uint32_t position;  // next byte to read, from the member's start; shared by all its handles
+  std::uint32_t size;
+};
+
+struct FileSlot {
+  bool inUse = false;
+  int entry = -1;  // index into the directory; -1 for a loose file
+  std::FILE* stream = nullptr;
+};
+
+std::array<PakEntry, maxPakEntries> entries;
+int entryCount = 0;
+std::FILE* pak = nullptr;
+char pakName[pakNameSize] = "";
+std::array<FileSlot, maxFileSlots> slots;
+
+std::uint64_t sizeOfStream(std::FILE* stream) {
+  struct stat status;
+  return fstat(fileno(stream), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+std::uint32_t littleEndian(const unsigned char* bytes, int count) {
+  std::uint32_t value = 0;
+  for (int i = count; i-- > 0;) value = value << 8 | bytes[i];
+  return value;
+}
+
+void readDirectory(std::uint64_t pakSize) {
+  unsigned char count[2];
+  if (std::fread(count, 1, sizeof count, pak) != sizeof count) {
+    fatalError("pak %s has no entry count, it holds %d bytes", pakName, static_cast<int>(pakSize));
+  }
+  const int announced = static_cast<int>(littleEndian(count, 2));
+  if (announced > maxPakEntries) {
+    fatalError("pak %s counts %d entries, at most %d are possible", pakName, announced, maxPakEntries);
+  }
+  for (int i = 0; i < announced; ++i) {
+    unsigned char record[pakNameSize + 8];
+    if (std::fread(record, 1, sizeof record, pak) != sizeof record) {
+      fatalError("pak %s ends in the directory, in entry %d of %d", pakName, i + 1, announced);
+    }
+    PakEntry& entry = entries[static_cast<std::size_t>(i)];
+    std::memcpy(entry.name, record, pakNameSize);
+    if (!std::memchr(entry.name, '\0', pakNameSize)) {
+      fatalError("pak %s: name of entry %d (%.32s) is longer than %d characters", pakName, i + 1, entry.name,
+                 pakNameSize - 1);
+    }
+    entry.offset = littleEndian(record + pakNameSize, 4);
+    entry.position = 0;
+    entry.size = littleEndian(record + pakNameSize + 4, 4);
+    if (std::uint64_t{entry.offset} + entry.size > pakSize) {
+      fatalError("pak %s: member %s (offset %u, size %u) reaches beyond the %llu bytes of the file", pakName,
+                 entry.name, entry.offset, entry.size, static_cast<unsigned long long>(pakSize));
+    }
+  }
+  entryCount = announced;
+}
+
+FileSlot& slotOf(int handle) {
+  if (handle < 0 || handle >= maxFileSlots || !slots[static_cast<std::size_t>(handle)].inUse) {
+    fatalError("file handle %d isn't open", handle);
+  }
+  return slots[static_cast<std::size_t>(handle)];
+}
+
+PakEntry& entryOf(const FileSlot& slot) {
+  return entries[static_cast<std::size_t>(slot.entry)];
+}
+
+// All members share one stream, so every read first puts it in place.
+void seekPak(const PakEntry& entry) {
+  const long place = static_cast<long>(entry.offset) + static_cast<long>(entry.position);
+  if (std::ftell(pak) != place) std::fseek(pak, place, SEEK_SET);
+}
+
+}  // namespace
+
+void pakOpen(const char* name) {
+  fileCloseAll();
+  pak = openLooseFile(name, "rb");
+  entryCount = 0;
+  pakName[0] = '\0';
+  if (!pak) return;
+  std::snprintf(pakName, sizeof pakName, "%s", name);
+  readDirectory(sizeOfStream(pak));
+}
+
+int fileOpen(const char* name, const char* mode) {
+  std::size_t handle = 0;
+  while (handle < slots.size() && slots[handle].inUse) ++handle;
+  if (handle == slots.size()) {
+    fatalError("too many files open, %s is more than %d", name, maxFileSlots);
+  }
+  FileSlot& slot = slots[handle];
+  slot = FileSlot{};
+  if (std::FILE* loose = openLooseFile(name, mode)) {
+    slot = {.inUse = true, .entry = -1, .stream = loose};
+    return static_cast<int>(handle);
+  }
+  for (int i = 0; i < entryCount; ++i) {
+    PakEntry& entry = entries[static_cast<std::size_t>(i)];
+    if (strcasecmp(entry.name, name) != 0) continue;
+    entry.position = 0;
+    slot = {.inUse = true, .entry = i, .stream = nullptr};
+    return static_cast<int>(handle);
+  }
+  return -1;
+}
+
+std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, int handle) {
+  FileSlot& slot = slotOf(handle);
+  if (slot.stream) return std::fread(buffer, elementSize, count, slot.stream);
+  PakEntry& entry = entryOf(slot);
+  std::size_t size = 0;
+  if (__builtin_mul_overflow(elementSize, count, &size) || entry.position > entry.size ||
+      size > entry.size - entry.position) {
+    fatalError("Super ARGH");
+  }
+  seekPak(entry);
+  const std::size_t elements = std::fread(buffer, elementSize, count, pak);
+  entry.position += static_cast<std::uint32_t>(size);
+  return elements;
+}
+
+int fileGetc(int handle) {
+  FileSlot& slot = slotOf(handle);
+  int byte = EOF;
+  if (slot.stream) {
+    byte = std::fgetc(slot.stream);
+  } else if (PakEntry& entry = entryOf(slot); entry.position < entry.size) {
+    seekPak(entry);
+    byte = std::fgetc(pak);
+    ++entry.position;
+  }
+  if (byte == EOF) fatalError("ARGH!");
+  return byte;
+}
+
+char* fileGets(char* buffer, int size, int handle) {
+  FileSlot& slot = slotOf(handle);
+  if (slot.stream) return std::fgets(buffer, size, slot.stream);
+  PakEntry& entry = entryOf(slot);
+  seekPak(entry);
+  const long before = std::ftell(pak);
+  char* line = std::fgets(buffer, size, pak);
+  const long moved = std::ftell(pak) - before;
+  const std::uint32_t left = entry.position < entry.size ? entry.size - entry.position : 0;
+  if (moved <= static_cast<long>(left)) {
+    entry.position += static_cast<std::uint32_t>(moved);
+    return line;
+  }
+  // The line ran on into the next member's bytes.
+  std::fseek(pak, before, SEEK_SET);
+  std::memset(buffer, 0, static_cast<std::size_t>(size));
+  if (std::fread(buffer, 1, left, pak) != left) buffer[0] = '\0';
+  entry.position = entry.size;
+  return nullptr;
+}
+
+int fileSeek(int handle, std::int32_t offset, SeekOrigin origin) {
+  FileSlot& slot = slotOf(handle);
+  if (slot.stream) {
+    std::fseek(slot.stream, offset, static_cast<int>(origin));
+    return 0;
+  }
+  PakEntry& entry = entryOf(slot);
+  switch (origin) {
+    case SeekOrigin::start:
+      entry.position = static_cast<std::uint32_t>(offset);
+      break;
+    case SeekOrigin::current:
+      entry.position += static_cast<std::uint32_t>(offset);
+      break;
+    case SeekOrigin::end:
+      entry.position = entry.size;
+      break;
+  }
+  return 0;
+}
+
+std::int32_t fileTell(int handle) {
+  FileSlot& slot = slotOf(handle);
+  if (slot.stream) return static_cast<std::int32_t>(std::ftell(slot.stream));
+  return static_cast<std::int32_t>(entryOf(slot).position);
+}
+
+bool fileEof(int handle) {
+  FileSlot& slot = slotOf(handle);
+  if (slot.stream) return std::feof(slot.stream) != 0;
+  return entryOf(slot).position >= entryOf(slot).size;
+}
+
+void fileClose(int handle) {
+  FileSlot& slot = slotOf(handle);
+  if (slot.stream) std::fclose(slot.stream);
+  slot = FileSlot{};
+}
+
+void fileCloseAll() {
+  for (FileSlot& slot : slots) {
+    if (slot.stream) std::fclose(slot.stream);
+    slot = FileSlot{};
+  }
+  if (pak) std::fclose(pak);
+  pak = nullptr;
+}
+
+std::uint64_t fileRemaining(int handle) {
+  FileSlot& slot = slotOf(handle);
+  const std::uint64_t size = slot.stream ? sizeOfStream(slot.stream) : entryOf(slot).size;
+  const auto position =
+      slot.stream ? static_cast<std::uint64_t>(std::ftell(slot.stream)) : entryOf(slot).position;
+  return position < size ? size - position : 0;
+}
+
+std::uint32_t pakMemberOffset(int handle) {
+  const FileSlot& slot = slotOf(handle);
+  return slot.stream ? 0 : entryOf(slot).offset;
+}
+
+std::uint32_t pakMemberSize(int handle) {
+  const FileSlot& slot = slotOf(handle);
+  return slot.stream ? 0 : entryOf(slot).size;
+}
+
+const char* pakFileName() {
+  return pakName;
+}
+
+}  // namespace vex

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// Data files by name: a loose file relative to the working folder wins, otherwise the member of the
+// pak archive of that name (ASCII letter case ignored). Handles are 0 to 15.
+
+namespace vex {
+
+inline constexpr int maxPakEntries = 256;
+inline constexpr int pakNameSize = 32;  // at most 31 characters and the terminator
+inline constexpr int maxFileSlots = 16;
+
+enum class SeekOrigin { start = 0, current = 1, end = 2 };
+
+// Reads the directory of the archive `name`. A missing archive is no error: no member exists then.
+// Fatal: a directory that is cut short, counts more than 256 entries, or places a member beyond the
+// end of the file.
+void pakOpen(const char* name);
+
+// Handle of the file, or -1 when it is neither loose nor a member. `mode` is stdio's and matters for
+// loose files only; members are raw bytes and cannot be written.
+// Fatal: "too many files open, %s is more than %d".
+int fileOpen(const char* name, const char* mode);
+
+// Number of whole elements read. Fatal: "Super ARGH" when a member holds fewer bytes than asked for.
+std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, int handle);
+
+// Next byte, 0 to 255. Fatal: "ARGH!" at the end of the file.
+int fileGetc(int handle);
+
+// One line of at most size - 1 characters with its line feed, as fgets. The last line of a member
+// that lacks a line feed is put into the buffer, but the result is null.
+char* fileGets(char* buffer, int size, int handle);
+
+// Always 0. A position outside a member is not reported here; reads there are.
+int fileSeek(int handle, std::int32_t offset, SeekOrigin origin);
+
+std::int32_t fileTell(int handle);
+
+// Members: whether the position is at the end. Loose files: whether a read has met the end.
+bool fileEof(int handle);
+
+void fileClose(int handle);
+void fileCloseAll();
+
+// Bytes from the current position to the end. For checks before allocating.
+std::uint64_t fileRemaining(int handle);
+
+// Where the music stream finds a member: offset inside the archive and size; 0 and 0 for a loose file.
+std::uint32_t pakMemberOffset(int handle);
+std::uint32_t pakMemberSize(int handle);
+const char* pakFileName();
+
+}  // namespace vex

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace vex {
+
+// Set once by the start dialog, read anywhere. soundEnabled is cleared by every failure of the music.
+struct Options {
+  bool fullscreen = false;
+  bool soundEnabled = false;
+  bool showStats = false;
+  bool useStripCache = false;
+};
+
+inline Options options;
+
+}  // namespace vex

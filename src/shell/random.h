@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vex {
+
+// State of the one generator of the whole program, never re-seeded, so that runs repeat. Tests may set it.
+inline std::uint32_t randomState = 1;
+
+// Next value, 0 to 32767: bits 16 to 30 of state * 214013 + 2531011 (linear congruential generator
+// modulo 2^32).
+inline int randomNext() {
+  randomState = randomState * 214013u + 2531011u;
+  return static_cast<int>((randomState >> 16) & 0x7fffu);
+}
+
+// Symmetric draw from -range to just below range, in 10000 steps.
+inline float randomSymmetric(float range) {
+  return static_cast<float>(randomNext() % 10000 - 5000) / 5000.0f * range;
+}
+
+}  // namespace vex

@@ -1,0 +1,96 @@
+#include "shell/report.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/desktop.h"
+#include "platform/message.h"
+#include "platform/paths.h"
+#include "shell/options.h"
+
+namespace vex {
+
+namespace {
+
+bool firstWrite = true;
+LoadingSink loadingDialog;
+int stepCount = 1;
+int stepsShown = 0;
+
+struct Text {
+  char characters[messageSize];
+
+  [[gnu::format(printf, 2, 0)]] Text(const char* format, std::va_list arguments) {
+    std::vsnprintf(characters, sizeof characters, format, arguments);
+  }
+};
+
+void showLoading(int percent, const Text& text) {
+  if (loadingDialog.show) loadingDialog.show(percent, text.characters);
+}
+
+}  // namespace
+
+void logPrintf(const char* format, ...) {
+  if (!options.showStats) return;
+  std::FILE* log = openLooseFile("Demo.log", firstWrite ? "w" : "a");
+  firstWrite = false;
+  if (!log) return;
+  std::va_list arguments;
+  va_start(arguments, format);
+  const Text text(format, arguments);
+  va_end(arguments);
+  std::fputs(text.characters, log);
+  std::fclose(log);
+}
+
+void fatalError(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  const Text text(format, arguments);
+  va_end(arguments);
+  showMessage("Error", text.characters, MessageIcon::none);
+  restoreDesktop();
+  std::_Exit(255);
+}
+
+void warning(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  const Text text(format, arguments);
+  va_end(arguments);
+  showMessage("Warning", text.characters, MessageIcon::exclamation);
+}
+
+void setLoadingDialog(LoadingSink sink) {
+  loadingDialog = sink;
+}
+
+void setLoadingSteps(int steps) {
+  stepCount = steps;
+}
+
+void loadingProgress(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  const Text text(format, arguments);
+  va_end(arguments);
+  showLoading(static_cast<int>(static_cast<double>(stepsShown) / stepCount * 100.0), text);
+  ++stepsShown;
+}
+
+void loadingProgressAt(int percent, const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  const Text text(format, arguments);
+  va_end(arguments);
+  showLoading(percent, text);
+}
+
+void closeLoadingDialog() {
+  if (loadingDialog.close) loadingDialog.close();
+  loadingDialog = {};
+}
+
+}  // namespace vex
