@@ -1,0 +1,79 @@
+#include "shell/clock.h"
+
+#include "platform/steady_clock.h"
+#include "shell/music.h"
+
+namespace vex {
+
+namespace {
+
+constexpr float firstStep = 0.01f;
+constexpr std::uint32_t forwardBytes = 200;
+
+void beginFrame() {
+  demoClock.previousTime = demoClock.time;
+}
+
+void endFrame(float time) {
+  demoClock.time = time;
+  if (!demoClock.firstFrame) return;
+  demoClock.previousTime = time - firstStep;
+  demoClock.firstFrame = false;
+}
+
+float timerTime() {
+  return static_cast<float>((timeGetTime() / 1000.0 - demoClock.wallBase) + demoClock.startTime);
+}
+
+float soundTime() {
+  const std::uint32_t position = filterPosition(demoClock.filter, musicPosition());
+  return static_cast<float>(position) / static_cast<float>(musicLength()) * musicDuration();
+}
+
+}  // namespace
+
+std::uint32_t filterPosition(SoundFilter& filter, std::uint32_t measured) {
+  filter.position = measured;
+  filter.delta = filter.position - filter.lastPosition;
+  if (filter.delta > 2 * filter.lastDelta || filter.position < filter.lastPosition) {
+    if (filter.position < filter.lastPosition) {
+      filter.position = filter.lastPosition + forwardBytes;
+    } else {
+      filter.position = filter.lastPosition + filter.fallbackStep;
+      filter.lastDelta = filter.delta;
+    }
+  } else {
+    filter.lastDelta = filter.delta;
+    filter.fallbackStep = filter.delta;
+  }
+  filter.lastPosition = filter.position;
+  return filter.position;
+}
+
+void clockSetStartTime(float seconds) {
+  demoClock.startTime = seconds;
+}
+
+void clockReset() {
+  if (!musicActive()) demoClock.wallBase = static_cast<float>(timeGetTime() / 1000.0);
+}
+
+void clockTick() {
+  beginFrame();
+  endFrame(musicActive() ? soundTime() : timerTime());
+}
+
+float clockTime() {
+  return demoClock.time;
+}
+
+float clockDelta() {
+  return demoClock.time - demoClock.previousTime;
+}
+
+void clockAdvanceTo(float time) {
+  beginFrame();
+  endFrame(time);
+}
+
+}  // namespace vex

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+
+// The demo clock, in seconds: follows the music while it is active, otherwise the system timer.
+
+namespace vex {
+
+// Holds back a jump of more than twice the last step for one frame and turns a step backwards into
+// a small one forwards. Bytes, modulo 2^32.
+struct SoundFilter {
+  std::uint32_t position = 0;
+  std::uint32_t lastPosition = 0;
+  std::uint32_t delta = 0;
+  std::uint32_t lastDelta = 0;
+  std::uint32_t fallbackStep = 0;
+};
+
+struct DemoClock {
+  float time = 0.0f;
+  float previousTime = 0.0f;
+  float startTime = 0.0f;
+  float wallBase = 0.0f;  // timeGetTime() in seconds at clockReset()
+  bool firstFrame = true;
+  SoundFilter filter;
+};
+
+// State of the one clock of the program. Tests may set it.
+inline DemoClock demoClock;
+
+// The filtered position for a measured one.
+std::uint32_t filterPosition(SoundFilter& filter, std::uint32_t measured);
+
+void clockSetStartTime(float seconds);
+
+// Called just before the main loop, when the music plays already or never will.
+void clockReset();
+
+// Once a frame. The step of the first frame is 0.01 s.
+void clockTick();
+
+float clockTime();
+float clockDelta();  // between the last two frames
+
+// A frame at a time given by hand, for who renders without a running clock.
+void clockAdvanceTo(float time);
+
+}  // namespace vex

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/sound_device.h"
+
+// The one music file of the presentation, the source of the demo clock. Every failure is a warning,
+// clears options.soundEnabled and leaves the program silent.
+
+namespace vex {
+
+// What plays the music: openAlLibrary, unless a test puts stand-ins here.
+extern SoundLibrary soundLibrary;
+
+// Where the music of that name lies: a loose file, otherwise a member of the pak.
+struct MusicSource {
+  std::string path;
+  std::uint32_t offset = 0;
+  std::uint32_t size = 0;  // wholeFile for a loose file
+};
+
+std::optional<MusicSource> findMusic(const char* name);
+
+// Only when options.soundEnabled is set. Warnings: "Couldn't initialize BASS!...", "Couldn't start
+// BASS output!...", "Sound file not found!...", "BASS stream couldn't be opened!...".
+void openMusic(const char* name);
+
+// Plays from the clock's start time, when the music is active. Warnings: "BASS attributes
+// failed!...", "BASS flags failed!...", "BASS play failed!...".
+void startMusic();
+
+// Sound is on and a stream was opened.
+bool musicActive();
+
+// Of the active music, bytes of the decoded stream. The position is to be read once a frame; when
+// it goes on without the music, the log says so once.
+std::uint32_t musicPosition();
+std::uint32_t musicLength();
+
+float musicDuration();  // seconds, known from startMusic() on
+
+void shutDownMusic();
+
+}  // namespace vex
