@@ -1,0 +1,24 @@
+#include "timeline/function_call.h"
+
+#include "shell/report.h"
+#include "timeline/scene_function.h"
+
+namespace vex {
+
+FunctionCall::~FunctionCall() {
+  logPrintf("    destroying function %s\n", name);
+}
+
+void FunctionCall::invoke(float sceneTime, float progress) {
+  if (!function) fatalError("No function call defined for %s!", name);
+  const void* arguments[maxArguments] = {};
+  int slot = 0;
+  for (Parameter* parameter : parameters) {
+    if (slot == maxArguments) fatalError("more than %d parameters in the call of %s", maxArguments, name);
+    arguments[slot++] = parameter->evaluate(progress);
+  }
+  if (callTrace && part) callTrace(*part, *this, sceneTime, arguments);
+  function(scene, sceneTime, arguments);
+}
+
+}  // namespace vex
