@@ -8,17 +8,15 @@
 #include <cstring>
 
 #include "platform/paths.h"
+#include "shell/pak_directory.h"
 #include "shell/report.h"
 
 namespace vex {
 
 namespace {
 
-struct PakEntry {
-  char name[pakNameSize];
-  std::uint32_t offset;
-  std::uint32_t position;  // next byte to read, from the member's start; shared by all its handles
-  std::uint32_t size;
+struct PakEntry : PakMember {
+  std::uint32_t position = 0;  // next byte to read, from the member's start; shared by all its handles
 };
 
 struct FileSlot {
@@ -36,43 +34,6 @@ std::array<FileSlot, maxFileSlots> slots;
 std::uint64_t sizeOfStream(std::FILE* stream) {
   struct stat status;
   return fstat(fileno(stream), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
-}
-
-std::uint32_t littleEndian(const unsigned char* bytes, int count) {
-  std::uint32_t value = 0;
-  for (int i = count; i-- > 0;) value = value << 8 | bytes[i];
-  return value;
-}
-
-void readDirectory(std::uint64_t pakSize) {
-  unsigned char count[2];
-  if (std::fread(count, 1, sizeof count, pak) != sizeof count) {
-    fatalError("pak %s has no entry count, it holds %d bytes", pakName, static_cast<int>(pakSize));
-  }
-  const int announced = static_cast<int>(littleEndian(count, 2));
-  if (announced > maxPakEntries) {
-    fatalError("pak %s counts %d entries, at most %d are possible", pakName, announced, maxPakEntries);
-  }
-  for (int i = 0; i < announced; ++i) {
-    unsigned char record[pakNameSize + 8];
-    if (std::fread(record, 1, sizeof record, pak) != sizeof record) {
-      fatalError("pak %s ends in the directory, in entry %d of %d", pakName, i + 1, announced);
-    }
-    PakEntry& entry = entries[static_cast<std::size_t>(i)];
-    std::memcpy(entry.name, record, pakNameSize);
-    if (!std::memchr(entry.name, '\0', pakNameSize)) {
-      fatalError("pak %s: name of entry %d (%.32s) is longer than %d characters", pakName, i + 1, entry.name,
-                 pakNameSize - 1);
-    }
-    entry.offset = littleEndian(record + pakNameSize, 4);
-    entry.position = 0;
-    entry.size = littleEndian(record + pakNameSize + 4, 4);
-    if (std::uint64_t{entry.offset} + entry.size > pakSize) {
-      fatalError("pak %s: member %s (offset %u, size %u) reaches beyond the %llu bytes of the file", pakName,
-                 entry.name, entry.offset, entry.size, static_cast<unsigned long long>(pakSize));
-    }
-  }
-  entryCount = announced;
 }
 
 FileSlot& slotOf(int handle) {
@@ -101,7 +62,9 @@ void pakOpen(const char* name) {
   pakName[0] = '\0';
   if (!pak) return;
   std::snprintf(pakName, sizeof pakName, "%s", name);
-  readDirectory(sizeOfStream(pak));
+  for (const PakMember& member : readPakDirectory(pak, pakName)) {
+    entries[static_cast<std::size_t>(entryCount++)] = {member};
+  }
 }
 
 int fileOpen(const char* name, const char* mode) {

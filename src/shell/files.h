@@ -8,15 +8,12 @@
 
 namespace vex {
 
-inline constexpr int maxPakEntries = 256;
-inline constexpr int pakNameSize = 32;  // at most 31 characters and the terminator
 inline constexpr int maxFileSlots = 16;
 
 enum class SeekOrigin { start = 0, current = 1, end = 2 };
 
 // Reads the directory of the archive `name`. A missing archive is no error: no member exists then.
-// Fatal: a directory that is cut short, counts more than 256 entries, or places a member beyond the
-// end of the file.
+// Fatal: a damaged directory (pak_directory.h).
 void pakOpen(const char* name);
 
 // Handle of the file, or -1 when it is neither loose nor a member. `mode` is stdio's and matters for

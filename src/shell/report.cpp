@@ -7,6 +7,7 @@
 #include "platform/desktop.h"
 #include "platform/message.h"
 #include "platform/paths.h"
+#include "platform/replace_file.h"
 #include "shell/options.h"
 
 namespace vex {
@@ -52,6 +53,7 @@ void fatalError(const char* format, ...) {
   va_end(arguments);
   showMessage("Error", text.characters, MessageIcon::none);
   restoreDesktop();
+  removeTemporaryFiles();
   std::_Exit(255);
 }
 

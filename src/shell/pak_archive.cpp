@@ -1,0 +1,198 @@
+#include "shell/pak_archive.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include "platform/replace_file.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+constexpr std::uint64_t maxPakSize = 0xffffffff;
+
+struct Source {
+  std::string name;  // as it stands in the archive
+  fs::path path;
+  std::uint64_t size;
+};
+
+Stream openForReading(const fs::path& path) {
+  Stream stream(std::fopen(path.c_str(), "rb"), std::fclose);
+  if (!stream) fatalError("can't read %s: %s", path.c_str(), std::strerror(errno));
+  return stream;
+}
+
+bool hasControlCharacter(const std::string& name) {
+  return std::any_of(name.begin(), name.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; });
+}
+
+void checkName(const std::string& name, const fs::path& path) {
+  if (name.size() >= pakNameSize) {
+    fatalError("%s: the name %s has %zu characters, at most %zu are possible", path.c_str(), name.c_str(),
+               name.size(), pakNameSize - 1);
+  }
+  if (hasControlCharacter(name)) fatalError("%s: the name holds a control character", path.c_str());
+}
+
+std::string memberName(const fs::path& path, const fs::path& folder) {
+  std::string name = path.lexically_relative(folder).generic_string();
+  if (name.find('\\') != std::string::npos) fatalError("%s: the name holds a backslash", path.c_str());
+  std::replace(name.begin(), name.end(), '/', '\\');
+  checkName(name, path);
+  return name;
+}
+
+void checkForClashes(std::vector<const char*> names) {
+  const auto before = [](const char* a, const char* b) { return strcasecmp(a, b) < 0; };
+  std::stable_sort(names.begin(), names.end(), before);
+  for (std::size_t i = 1; i < names.size(); ++i) {
+    if (strcasecmp(names[i - 1], names[i]) == 0) {
+      fatalError("%s and %s differ only in letter case", names[i - 1], names[i]);
+    }
+  }
+}
+
+std::vector<Source> gatherSources(const fs::path& pak, const fs::path& folder) {
+  std::error_code error;
+  if (!fs::is_directory(folder, error)) fatalError("%s isn't a folder", folder.c_str());
+  std::vector<Source> sources;
+  fs::recursive_directory_iterator walk(folder, fs::directory_options::follow_directory_symlink, error);
+  for (; !error && walk != fs::recursive_directory_iterator(); walk.increment(error)) {
+    const fs::directory_entry& entry = *walk;
+    if (walk.depth() > static_cast<int>(pakNameSize)) {
+      fatalError("%s: folders are nested too deep for a name of %zu characters", entry.path().c_str(),
+                 pakNameSize - 1);
+    }
+    if (entry.path().filename().native().starts_with('.')) {
+      walk.disable_recursion_pending();
+      continue;
+    }
+    if (entry.is_directory(error) || fs::equivalent(entry.path(), pak, error)) continue;
+    if (!entry.is_regular_file(error)) fatalError("%s isn't a regular file", entry.path().c_str());
+    sources.push_back({memberName(entry.path(), folder), entry.path(), entry.file_size(error)});
+    error.clear();
+  }
+  if (error) fatalError("can't read folder %s: %s", folder.c_str(), error.message().c_str());
+  if (sources.size() > static_cast<std::size_t>(maxPakEntries)) {
+    fatalError("%s holds %zu files, at most %d are possible in a pak", folder.c_str(), sources.size(),
+               maxPakEntries);
+  }
+  std::sort(sources.begin(), sources.end(), [](const Source& a, const Source& b) { return a.name < b.name; });
+  std::vector<const char*> names;
+  for (const Source& source : sources) names.push_back(source.name.c_str());
+  checkForClashes(names);
+  return sources;
+}
+
+void putNumber(std::uint64_t value, int bytes, std::FILE* file) {
+  for (int i = 0; i < bytes; ++i) std::fputc(static_cast<int>(value >> 8 * i & 0xff), file);
+}
+
+void writeDirectory(const std::vector<Source>& sources, const fs::path& pak, std::FILE* file) {
+  std::uint64_t offset = 2 + pakRecordSize * sources.size();
+  putNumber(sources.size(), 2, file);
+  for (const Source& source : sources) {
+    char name[pakNameSize] = {};
+    source.name.copy(name, pakNameSize - 1);
+    std::fwrite(name, 1, sizeof name, file);
+    putNumber(offset, 4, file);
+    putNumber(source.size, 4, file);
+    offset += source.size;
+    if (offset > maxPakSize) {
+      fatalError("%s would be larger than %llu bytes with %s", pak.c_str(),
+                 static_cast<unsigned long long>(maxPakSize), source.path.c_str());
+    }
+  }
+}
+
+// Copies exactly `size` bytes. False when the writing fails.
+bool copyBytes(std::FILE* from, std::FILE* to, std::uint64_t size, const char* fromName) {
+  char buffer[1 << 16];
+  while (size > 0) {
+    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, sizeof buffer));
+    if (std::fread(buffer, 1, wanted, from) != wanted) fatalError("%s ends too early", fromName);
+    if (std::fwrite(buffer, 1, wanted, to) != wanted) return false;
+    size -= wanted;
+  }
+  return true;
+}
+
+// One file that replaces `target`; `write` returns false when it could not write.
+template <typename Write>
+void replaceFile(const fs::path& target, Write write) {
+  ReplacementFile file(target.native());
+  if (!file.stream() || !write(file.stream()) || !file.commit()) {
+    fatalError("can't write %s: %s", target.c_str(), std::strerror(errno));
+  }
+}
+
+bool isSafe(const std::string& name) {
+  if (name.empty() || hasControlCharacter(name) || name.find(':') != std::string::npos) return false;
+  for (std::size_t begin = 0; begin <= name.size();) {
+    const std::size_t end = std::min(name.find_first_of("\\/", begin), name.size());
+    const std::string part = name.substr(begin, end - begin);
+    if (part.empty() || part == "." || part == "..") return false;
+    begin = end + 1;
+  }
+  return true;
+}
+
+fs::path localPath(const std::string& name) {
+  std::string path = name;
+  std::replace(path.begin(), path.end(), '\\', '/');
+  return path;
+}
+
+}  // namespace
+
+void createPak(const fs::path& pak, const fs::path& folder) {
+  const std::vector<Source> sources = gatherSources(pak, folder);
+  replaceFile(pak, [&](std::FILE* file) {
+    writeDirectory(sources, pak, file);
+    for (const Source& source : sources) {
+      const Stream from = openForReading(source.path);
+      if (!copyBytes(from.get(), file, source.size, source.path.c_str())) return false;
+    }
+    return true;
+  });
+}
+
+std::vector<PakMember> listPak(const fs::path& pak) {
+  return readPakDirectory(openForReading(pak).get(), pak.c_str());
+}
+
+void extractPak(const fs::path& pak, const fs::path& folder) {
+  const Stream from = openForReading(pak);
+  const std::vector<PakMember> members = readPakDirectory(from.get(), pak.c_str());
+  std::vector<const char*> names;
+  for (const PakMember& member : members) {
+    if (!isSafe(member.name))
+      fatalError("pak %s: the name %s is not safe to extract", pak.c_str(), member.name);
+    names.push_back(member.name);
+  }
+  checkForClashes(names);
+  for (const PakMember& member : members) {
+    const fs::path target = folder / localPath(member.name);
+    std::error_code error;
+    fs::create_directories(target.parent_path(), error);
+    if (error) fatalError("can't make folder %s: %s", target.parent_path().c_str(), error.message().c_str());
+    std::fseek(from.get(), static_cast<long>(member.offset), SEEK_SET);
+    replaceFile(target,
+                [&](std::FILE* file) { return copyBytes(from.get(), file, member.size, pak.c_str()); });
+  }
+}
+
+}  // namespace vex

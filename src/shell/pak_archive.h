@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "shell/pak_directory.h"
+
+// Making and unpacking archives, for tools. The player reads them through files.h.
+
+namespace vex {
+
+// Packs every regular file below `folder`, in byte order of their names; hidden files (a leading dot)
+// and the archive itself stay out. The archive appears under its name only when it is complete.
+// Fatal: more than 256 members, a name over 31 characters, two names that differ only in letter case,
+// a name with a backslash or a control character, more than 4 GiB, what cannot be read or written.
+void createPak(const std::filesystem::path& pak, const std::filesystem::path& folder);
+
+std::vector<PakMember> listPak(const std::filesystem::path& pak);
+
+// Writes every member below `folder`, which is made when it is missing. Nothing is written unless all
+// names are safe: relative, without "..", empty parts, drive letters or control characters, and no
+// name twice (ignoring letter case).
+void extractPak(const std::filesystem::path& pak, const std::filesystem::path& folder);
+
+}  // namespace vex

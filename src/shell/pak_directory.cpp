@@ -1,0 +1,55 @@
+#include "shell/pak_directory.h"
+
+#include <sys/stat.h>
+
+#include <cstring>
+
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+std::uint32_t littleEndian(const unsigned char* bytes, int count) {
+  std::uint32_t value = 0;
+  for (int i = count; i-- > 0;) value = value << 8 | bytes[i];
+  return value;
+}
+
+}  // namespace
+
+std::vector<PakMember> readPakDirectory(std::FILE* file, const char* name) {
+  struct stat status;
+  const unsigned long long fileSize = fstat(fileno(file), &status) == 0 ? status.st_size : 0;
+  unsigned char count[2];
+  if (std::fread(count, 1, sizeof count, file) != sizeof count) {
+    fatalError("pak %s has no entry count, it holds %llu bytes", name, fileSize);
+  }
+  const int announced = static_cast<int>(littleEndian(count, 2));
+  if (announced > maxPakEntries) {
+    fatalError("pak %s counts %d entries, at most %d are possible", name, announced, maxPakEntries);
+  }
+  std::vector<PakMember> members(static_cast<std::size_t>(announced));
+  int number = 0;
+  for (PakMember& member : members) {
+    ++number;
+    unsigned char record[pakRecordSize];
+    if (std::fread(record, 1, sizeof record, file) != sizeof record) {
+      fatalError("pak %s ends in its directory, in entry %d of %d", name, number, announced);
+    }
+    std::memcpy(member.name, record, pakNameSize);
+    if (!std::memchr(member.name, '\0', pakNameSize)) {
+      fatalError("pak %s: the name of entry %d, %.32s, is longer than %zu characters", name, number,
+                 member.name, pakNameSize - 1);
+    }
+    member.offset = littleEndian(record + pakNameSize, 4);
+    member.size = littleEndian(record + pakNameSize + 4, 4);
+    if (std::uint64_t{member.offset} + member.size > fileSize) {
+      fatalError("pak %s: member %s (offset %u, size %u) reaches beyond the file's %llu bytes", name,
+                 member.name, member.offset, member.size, fileSize);
+    }
+  }
+  return members;
+}
+
+}  // namespace vex

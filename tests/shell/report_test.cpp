@@ -1,0 +1,80 @@
+#include "shell/report.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "shell/options.h"
+#include "tests/support/fatal.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+
+TEST(Report, LogStaysAwayWithoutShowStats) {
+  const TemporaryFolder folder;
+  logPrintf("nothing\n");
+  EXPECT_FALSE(std::filesystem::exists("Demo.log"));
+}
+
+TEST(Report, LogStartsEmptyAndIsCompleteAfterEachLine) {
+  const TemporaryFolder folder;
+  writeFile("Demo.log", "the run before\n");
+  options.showStats = true;
+  logPrintf("%s %d", "one", 1);
+  EXPECT_EQ(readFile("Demo.log"), "one 1");
+  logPrintf("\ntwo\n");
+  EXPECT_EQ(readFile("Demo.log"), "one 1\ntwo\n");
+  std::filesystem::remove("Demo.log");
+  std::filesystem::create_directory("Demo.log");
+  logPrintf("lost");
+  std::filesystem::remove("Demo.log");
+  logPrintf("later");
+  EXPECT_EQ(readFile("Demo.log"), "later");
+}
+
+TEST(Report, TextsAreCutAt511Characters) {
+  const TemporaryFolder folder;
+  const std::string text(600, 'x');
+  options.showStats = true;
+  logPrintf("%s", text.c_str());
+  EXPECT_EQ(readFile("Demo.log"), text.substr(0, 511));
+  EXPECT_EQ(fatalText([&] { fatalError("%s", text.c_str()); }), text.substr(0, 511));
+  EXPECT_EQ(runInChild([&] { warning("%s", text.c_str()); }).errorText,
+            "vextests: " + text.substr(0, 511) + "\n");
+}
+
+TEST(Report, MessagesAreOneLineOfTheProgram) {
+  const ChildResult fatal = runInChild([] { fatalError("one\ntwo %d\n", 2); });
+  EXPECT_EQ(fatal.exitCode, 255);
+  EXPECT_EQ(fatal.errorText, "vextests: one two 2\n");
+  const ChildResult warned = runInChild([] { warning("careful\n"); });
+  EXPECT_EQ(warned.exitCode, 0) << "a warning returns";
+  EXPECT_EQ(warned.errorText, "vextests: careful\n");
+}
+
+TEST(Report, LoadingBarShowsTheShareOfTheStepsBefore) {
+  static std::vector<std::pair<int, std::string>> shown;
+  static int closed;
+  shown.clear();
+  closed = 0;
+  loadingProgress("before the dialog");
+  setLoadingDialog(
+      {[](int percent, const char* text) { shown.emplace_back(percent, text); }, [] { ++closed; }});
+  setLoadingSteps(15);
+  loadingProgress("Loading %s", "SceneWater");
+  loadingProgressAt(55, "half of %d", 2);
+  for (int i = 3; i <= 15; ++i) loadingProgress("step %d", i);
+  closeLoadingDialog();
+  loadingProgress("after the dialog");
+  // One step was counted before the dialog was there.
+  ASSERT_EQ(shown.size(), 15u);
+  EXPECT_EQ(shown[0], std::make_pair(6, std::string("Loading SceneWater")));
+  EXPECT_EQ(shown[1], std::make_pair(55, std::string("half of 2")));
+  EXPECT_EQ(shown[2], std::make_pair(13, std::string("step 3")));
+  EXPECT_EQ(shown[14], std::make_pair(93, std::string("step 15")));
+  EXPECT_EQ(closed, 1);
+}
+
+}  // namespace vex
