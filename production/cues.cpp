@@ -1,0 +1,27 @@
+#include "production/cues.h"
+
+#include <algorithm>
+
+#include "production/song/score.h"
+#include "shell/report.h"
+
+namespace vex {
+
+double cueSeconds(std::string_view name) {
+  for (const Cue& cue : cues) {
+    if (cue.name == name) return cueSeconds(cue);
+  }
+  fatalError("cue table: no cue is named %.*s", static_cast<int>(name.size()), name.data());
+}
+
+std::vector<double> kickSeconds() {
+  std::vector<double> seconds;
+  for (const DrumLine& line : drumScore()) {
+    if (line.drum != "kick") continue;
+    for (const DrumHit& hit : readDrums(line)) seconds.push_back(cueSeconds(hit.bar));
+  }
+  std::sort(seconds.begin(), seconds.end());
+  return seconds;
+}
+
+}  // namespace vex

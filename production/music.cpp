@@ -1,0 +1,118 @@
+#include "production/music.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "platform/ogg_encoder.h"
+#include "production/cues.h"
+#include "production/song/band.h"
+#include "production/song/score.h"
+#include "production/synth/effects.h"
+#include "production/synth/master.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+std::vector<DuckHit> duckHits() {
+  std::vector<DuckHit> hits;
+  for (const DrumLine& line : drumScore()) {
+    if (line.drum != "kick") continue;
+    for (const DrumHit& hit : readDrums(line)) hits.push_back({cueSeconds(hit.bar), hit.velocity});
+  }
+  return hits;
+}
+
+void multiply(StereoTrack& track, const std::vector<float>& curve) {
+  for (std::vector<float>* channel : {&track.left, &track.right}) {
+    for (std::size_t i = 0; i < channel->size(); ++i) (*channel)[i] *= curve[i];
+  }
+}
+
+void add(StereoTrack& target, const StereoTrack& source, float gain) {
+  for (std::size_t i = 0; i < target.left.size(); ++i) {
+    target.left[i] += gain * source.left[i];
+    target.right[i] += gain * source.right[i];
+  }
+}
+
+// All buses, ducked and with their effects, in one track.
+StereoTrack mixDown(Mix& mix) {
+  const std::size_t size = mix.track(Bus::free).left.size();
+  StereoTrack& wide = mix.track(Bus::wide);
+  applyChorus(wide.left, wide.right, 0.5f, mix.rate);
+
+  StereoTrack room{std::vector<float>(size), std::vector<float>(size)};
+  StereoTrack& toEcho = mix.track(Bus::echo);
+  StereoTrack& toReverb = mix.track(Bus::reverb);
+  StereoTrack echoes{std::vector<float>(size), std::vector<float>(size)};
+  addEcho({.seconds = static_cast<float>(0.75 * secondsPerBeat)}, toEcho.left, toEcho.right, echoes.left,
+          echoes.right, mix.rate);
+  add(toReverb, echoes, 0.3f);
+  addReverb({}, toReverb.left, toReverb.right, room.left, room.right, mix.rate);
+
+  const std::vector<DuckHit> hits = duckHits();
+  const auto curve = [&](Duck duck) { return makeDuckCurve(duck, hits, size, mix.rate); };
+  multiply(mix.track(Bus::bass), curve({.depth = 0.9f, .recover = 0.16f}));
+  multiply(wide, curve({.depth = 0.7f, .recover = 0.33f}));
+  multiply(mix.track(Bus::front), curve({.depth = 0.35f, .recover = 0.2f}));
+  const std::vector<float> roomCurve = curve({.depth = 0.5f, .recover = 0.3f});
+  multiply(room, roomCurve);
+  multiply(echoes, roomCurve);
+
+  StereoTrack sum{std::vector<float>(size), std::vector<float>(size)};
+  for (const Bus bus : {Bus::drums, Bus::bass, Bus::front, Bus::wide, Bus::free}) add(sum, mix.track(bus), 1);
+  add(sum, echoes, 1);
+  add(sum, room, 1);
+  return sum;
+}
+
+// Both ends are silent: 20 ms at the start, and all that is left of the tail is gone 0.1 s before the end.
+void fadeEnds(StereoTrack& track, float rate) {
+  const double length = static_cast<double>(track.left.size()) / rate;
+  for (std::size_t i = 0; i < track.left.size(); ++i) {
+    const double t = static_cast<double>(i) / rate;
+    const double in = std::clamp((t - 0.02) / 0.05, 0.0, 1.0);
+    const double out = std::clamp((length - 0.1 - t) / 2.2, 0.0, 1.0);
+    const auto gain = static_cast<float>(in * out * out);
+    track.left[i] *= gain;
+    track.right[i] *= gain;
+  }
+}
+
+}  // namespace
+
+StereoSound renderMusic(MixQuality quality) {
+  const int rate = quality == MixQuality::full ? 44100 : 22050;
+  const auto rateHertz = static_cast<float>(rate);
+  Mix mix = makeMix(musicSeconds, rateHertz);
+  playScore(mix);
+  StereoTrack sum = mixDown(mix);
+
+  // Figures found by measuring: -14 LUFS, and 0.5 dB between the ceiling and -1 dBFS for what the
+  // encoder adds.
+  constexpr float loudness = 1.0f;
+  constexpr float ceiling = 0.84f;
+  removeRumble(sum.left, sum.right, rateHertz);
+  narrowLowEnd(sum.left, sum.right, 120, rateHertz);
+  compress({}, sum.left, sum.right, rateHertz);
+  for (std::vector<float>* channel : {&sum.left, &sum.right}) {
+    for (float& sample : *channel) sample *= loudness;
+  }
+  limit(sum.left, sum.right, ceiling, rateHertz);
+  fadeEnds(sum, rateHertz);
+  return {rate, std::move(sum.left), std::move(sum.right)};
+}
+
+std::vector<std::byte> makeMusic(MixQuality quality) {
+  const StereoSound sound = renderMusic(quality);
+  std::string error;
+  std::vector<std::byte> file =
+      encodeOgg(sound.left, sound.right, sound.sampleRate, quality == MixQuality::full ? 0.6 : 0.2, error);
+  if (file.empty()) fatalError("music: %s", error.c_str());
+  return file;
+}
+
+}  // namespace vex

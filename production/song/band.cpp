@@ -1,0 +1,112 @@
+#include "production/song/band.h"
+
+#include <array>
+#include <string_view>
+
+#include "production/cues.h"
+#include "production/song/score.h"
+#include "production/synth/drums.h"
+#include "production/synth/strings.h"
+#include "production/synth/tones.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+struct Drum {
+  std::string_view name;
+  Voice (*make)(float rate, NoiseSource& noise);
+  Placement place;
+};
+
+constexpr Drum drums[] = {
+    {"kick", makeKick, {Bus::drums, 0.85f, 0, 0.01f}},
+    {"snare", makeSnare, {Bus::drums, 0.46f, 0.04f, 0.10f}},
+    {"clap", makeClap, {Bus::drums, 0.32f, 0, 0.16f}},
+    {"closed hat", makeClosedHat, {Bus::drums, 0.30f, 0.22f, 0.02f}},
+    {"open hat", makeOpenHat, {Bus::drums, 0.24f, -0.18f, 0.04f}},
+    {"crash", makeCrash, {Bus::drums, 0.30f, -0.1f, 0.2f}},
+    {"ride", makeRide, {Bus::drums, 0.18f, 0.3f, 0.05f}},
+    {"high tom", makeHighTom, {Bus::drums, 0.42f, -0.3f, 0.14f}},
+    {"low tom", makeLowTom, {Bus::drums, 0.45f, 0.3f, 0.14f}},
+    {"heart", makeHeart, {Bus::free, 0.50f, 0, 0.25f}},
+    {"tick", makeTick, {Bus::free, 0.30f, -0.45f, 0.18f, 0.1f}},
+    {"tock", makeTock, {Bus::free, 0.30f, 0.45f, 0.18f, 0.1f}},
+    {"clank", makeClank, {Bus::free, 0.34f, 0, 0.45f, 0.2f}},
+    {"impact", makeImpact, {Bus::free, 0.55f, 0, 0.3f}},
+};
+
+struct Instrument {
+  std::string_view name;
+  Voice (*make)(const NoteCall& call);
+  Placement place;
+};
+
+constexpr Instrument instruments[] = {
+    {"crackle", makeCrackle, {Bus::free, 0.22f, 0, 0.05f}},
+    {"drone", makeDrone, {Bus::free, 0.26f, 0, 0.3f}},
+    {"reversed bell", makeReversedBell, {Bus::free, 0.20f, 0, 0.35f}},
+    {"bell", makeBell, {Bus::free, 0.16f, 0, 0.5f, 0.1f}},
+    {"far bell", makeBell, {Bus::free, 0.05f, 0, 2.6f, 1.2f}},
+    {"last bell", makeBell, {Bus::free, 0.15f, 0, 0.7f, 0.3f}},
+    {"choir", makeChoir, {Bus::wide, 0.17f, 0, 0.5f}},
+    {"final choir", makeChoir, {Bus::wide, 0.20f, 0, 0.6f}},
+    {"pad", makePad, {Bus::wide, 0.11f, 0, 0.25f}},
+    {"final pad", makePad, {Bus::wide, 0.17f, 0, 0.4f}},
+    {"low strings", makePluck, {Bus::front, 0.40f, -0.1f, 0.3f, 0.25f}},
+    {"strings", makePluck, {Bus::front, 0.26f, 0.2f, 0.2f, 0.25f}},
+    {"pulse bass", makePulseBass, {Bus::bass, 0.42f}},
+    {"drive bass", makeDriveBass, {Bus::bass, 0.46f}},
+    {"lead", makeLead, {Bus::front, 0.26f, 0, 0.18f, 0.3f}},
+    {"lead octave", makeLead, {Bus::front, 0.15f, 0, 0.15f, 0.1f}},
+    {"counter", makeCounter, {Bus::front, 0.24f, 0, 0.2f, 0.3f}},
+    {"stab", makeStab, {Bus::front, 0.24f, 0, 0.3f, 0.2f}},
+    {"arp", makeArp, {Bus::wide, 0.10f, -0.25f, 0.15f, 0.35f}},
+    {"riser", makeRiser, {Bus::free, 0.20f, 0, 0.2f}},
+    {"fall", makeFall, {Bus::free, 0.16f, 0, 0.3f}},
+};
+
+template <typename Row, std::size_t Size>
+const Row& findRow(const Row (&rows)[Size], std::string_view name) {
+  for (const Row& row : rows) {
+    if (row.name == name) return row;
+  }
+  fatalError("score: nobody plays %.*s", static_cast<int>(name.size()), name.data());
+}
+
+// Three recordings of each drum, played in turn.
+constexpr std::size_t takes = 3;
+
+void playDrums(Mix& mix, NoiseSource& noise) {
+  std::array<std::array<Voice, takes>, std::size(drums)> recordings;
+  std::array<std::size_t, std::size(drums)> turns{};
+  for (const DrumLine& line : drumScore()) {
+    const Drum& drum = findRow(drums, line.drum);
+    const auto index = static_cast<std::size_t>(&drum - drums);
+    if (recordings[index][0].left.empty()) {
+      for (Voice& take : recordings[index]) take = drum.make(mix.rate, noise);
+    }
+    for (const DrumHit& hit : readDrums(line)) {
+      addVoice(mix, recordings[index][turns[index]++ % takes], drum.place, cueSeconds(hit.bar), hit.velocity);
+    }
+  }
+}
+
+}  // namespace
+
+void playScore(Mix& mix) {
+  NoiseSource noise;
+  playDrums(mix, noise);
+  for (const NoteLine& line : noteScore()) {
+    const Instrument& instrument = findRow(instruments, line.instrument);
+    for (const Note& note : readNotes(line)) {
+      const NoteCall call{
+          mix.rate,      static_cast<float>(cueSeconds(note.bars)), note.pitches, note.fromPitch,
+          note.velocity, brightnessAt(line.instrument, note.bar),   &noise};
+      addVoice(mix, instrument.make(call), instrument.place, cueSeconds(note.bar));
+    }
+  }
+}
+
+}  // namespace vex

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "production/synth/oscillator.h"
+
+namespace vex {
+
+// One sounding note or hit, from its start to where it has died away. Without a right channel it is mono.
+struct Voice {
+  std::vector<float> left, right;
+};
+
+// What an instrument is told about a note.
+struct NoteCall {
+  float rate = 44100;              // samples a second
+  float seconds = 0.5f;            // how long the key is held
+  std::span<const float> pitches;  // MIDI note numbers, lowest first, at least one
+  float fromPitch = 0;             // where a glide starts; 0: no glide
+  float velocity = 1;              // 0 to 1
+  float brightness = 0.5f;         // 0 to 1, from the score's curves
+  NoiseSource* noise = nullptr;
+};
+
+inline std::size_t sampleCount(float seconds, float rate) {
+  return static_cast<std::size_t>(seconds * rate + 0.5f);
+}
+
+}  // namespace vex
