@@ -1,0 +1,76 @@
+#include "assets/jpeg_texture.h"
+
+#include <cstddef>
+#include <vector>
+
+#include "platform/jpeg_decoder.h"
+#include "shell/files.h"
+#include "shell/report.h"
+
+namespace vex {
+namespace {
+
+// As large as the largest picture without compression.
+constexpr std::uint64_t maxFileSize = std::uint64_t{maxImageSide} * maxImageSide * 4;
+
+struct JpegFile {
+  JpegDecoder decoder;
+  std::vector<std::byte> bytes;
+  JpegParameters parameters;
+};
+
+// Closes the handle.
+JpegFile readParameters(int handle, const char* file) {
+  JpegFile jpeg{.decoder = openJpegDecoder(), .bytes = {}, .parameters = {}};
+  if (!jpeg.decoder) fatalError("ijlInit() failed");
+  const std::uint64_t size = fileRemaining(handle);
+  if (size > maxFileSize) {
+    fatalError("texture %s holds %llu bytes, at most %llu are possible", file,
+               static_cast<unsigned long long>(size), static_cast<unsigned long long>(maxFileSize));
+  }
+  jpeg.bytes.resize(size);
+  if (size > 0 && fileRead(jpeg.bytes.data(), 1, jpeg.bytes.size(), handle) != jpeg.bytes.size()) {
+    fatalError("texture %s: its %llu bytes cannot be read", file, static_cast<unsigned long long>(size));
+  }
+  fileClose(handle);
+  if (!readJpegParameters(jpeg.decoder, jpeg.bytes, jpeg.parameters)) fatalError("ijlRead(Params) failed");
+  return jpeg;
+}
+
+Image decode(const JpegFile& jpeg, const char* file) {
+  const JpegParameters& parameters = jpeg.parameters;
+  if (parameters.channels != 1 && parameters.channels != 3) fatalError("strange JPEG format");
+  checkImageSides(file, parameters.width, parameters.height);
+  Image image{.width = parameters.width, .height = parameters.height, .pixels = {}};
+  image.pixels.resize(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
+  if (!decodeJpeg(jpeg.decoder, jpeg.bytes, parameters, image.pixels)) fatalError("ijlRead(image) failed");
+  return image;
+}
+
+int openTexture(const char* file) {
+  const int handle = fileOpen(file, "rb");
+  if (handle < 0) fatalError("Texture %s not found", file);
+  return handle;
+}
+
+}  // namespace
+
+Image readJpegTexture(const char* file) {
+  const JpegFile jpeg = readParameters(openTexture(file), file);
+  if (!hasTextureSize(file, jpeg.parameters.width, jpeg.parameters.height)) return {};
+  Image image = decode(jpeg, file);
+
+  const std::string maskFile = maskNameOf(file, ".jpg");
+  const int handle = openMask(maskFile.c_str());
+  if (handle < 0) return image;
+  const JpegFile mask = readParameters(handle, maskFile.c_str());
+  checkMaskSize(maskFile.c_str(), mask.parameters.width, mask.parameters.height, image);
+  applyMask(image, decode(mask, maskFile.c_str()));
+  return image;
+}
+
+Image readJpegFrame(const char* file) {
+  return decode(readParameters(openTexture(file), file), file);
+}
+
+}  // namespace vex

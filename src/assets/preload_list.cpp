@@ -1,0 +1,51 @@
+#include "assets/preload_list.h"
+
+#include <cstdio>
+
+#include "assets/texture_cache.h"
+#include "platform/paths.h"
+#include "shell/files.h"
+#include "shell/report.h"
+
+namespace vex {
+namespace {
+
+constexpr const char* listFile = "used_textures.log";
+
+void preloadLine(const char* line) {
+  char name[128];
+  int wrap = 0;
+  if (std::sscanf(line, "%127s %d", name, &wrap) != 2) return;
+  if (wrap == 1) {
+    logPrintf("preloading texture %s w/ wrap\n", name);
+  } else {
+    logPrintf("preloading texture %s\n", name);
+  }
+  getTexture(name, wrap == 1);
+}
+
+}  // namespace
+
+void preloadTextures() {
+  const int handle = fileOpen(listFile, "r");
+  if (handle < 0) return;
+  while (!fileEof(handle)) {
+    // The result says nothing of the last line: without a line feed it is null though a line was read.
+    char line[128] = "";
+    fileGets(line, sizeof line, handle);
+    preloadLine(line);
+  }
+  fileClose(handle);
+}
+
+void writeUsedTextures() {
+  std::FILE* list = openLooseFile(listFile, "w");
+  if (list == nullptr) return;
+  for (int id = 0; id < textureCount(); ++id) {
+    const TextureEntry& entry = textureEntry(id);
+    std::fprintf(list, entry.wrap ? "%s 1\n" : "%s 0\n", entry.name);
+  }
+  std::fclose(list);
+}
+
+}  // namespace vex

@@ -1,0 +1,176 @@
+#include "assets/texture_cache.h"
+
+#include <GL/gl.h>
+
+#include <cstring>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "assets/bmp.h"
+#include "assets/jpeg_texture.h"
+#include "assets/preload_list.h"
+#include "shell/files.h"
+#include "shell/report.h"
+
+namespace vex {
+namespace {
+
+// Looked up by text without a copy of it on the heap.
+struct NameHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
+};
+
+struct NamedIds {
+  int first = -1;
+  int last = -1;
+};
+
+std::deque<TextureEntry> entries;
+std::unordered_map<std::string, NamedIds, NameHash, std::equal_to<>> idsByName;  // keys in lower case
+char lastMovieFrame[movieFrameNameSize] = "";
+
+char lowerCase(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+// A name of at most Size - 1 characters in lower case.
+template <int Size>
+struct FoldedName {
+  char text[Size] = {};
+  bool fits = false;
+
+  explicit FoldedName(const char* name) {
+    int length = 0;
+    while (length < Size - 1 && name[length] != '\0') {
+      text[length] = lowerCase(name[length]);
+      ++length;
+    }
+    fits = name[length] == '\0';
+  }
+};
+
+using TextureName = FoldedName<textureNameSize>;
+using MovieFrameName = FoldedName<movieFrameNameSize>;
+
+TextureName checkedName(const char* name) {
+  const TextureName folded(name);
+  if (!folded.fits) fatalError("texture name %s is longer than %d characters", name, textureNameSize - 1);
+  return folded;
+}
+
+NamedIds findTexture(const TextureName& name) {
+  const auto found = idsByName.find(std::string_view(name.text));
+  return found == idsByName.end() ? NamedIds{} : found->second;
+}
+
+bool fileExists(const char* name) {
+  const int handle = fileOpen(name, "rb");
+  if (handle >= 0) fileClose(handle);
+  return handle >= 0;
+}
+
+}  // namespace
+
+int getTexture(const char* name, bool wrap) {
+  TextureName folded = checkedName(name);
+  const int id = findTexture(folded).first;
+  if (id < 0) return loadTexture(folded.text, wrap);
+  TextureEntry& entry = textureEntry(id);
+  if (entry.wrap != wrap) uploadTexture(entry, wrap);
+  entry.wrap = wrap;
+  return id;
+}
+
+int loadTexture(char* name, bool wrap) {
+  const TextureName folded = checkedName(name);
+  std::memcpy(name, folded.text, std::strlen(folded.text));
+  const std::string stem = folded.text;
+  TextureEntry entry;
+  if (const std::string jpeg = stem + ".jpg"; fileExists(jpeg.c_str())) {
+    static_cast<Image&>(entry) = readJpegTexture(jpeg.c_str());
+  } else {
+    static_cast<Image&>(entry) = readBmpTexture((stem + ".bmp").c_str());
+  }
+  return addTexture(std::move(entry), folded.text, wrap);
+}
+
+void uploadTexture(const TextureEntry& entry, bool wrap) {
+  const float mode = wrap ? GL_REPEAT : GL_CLAMP;
+  glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(entry.id));
+  glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, mode);
+  glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, mode);
+  glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+  glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+  glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+  const void* pixels = entry.pixels.empty() ? nullptr : entry.pixels.data();
+  glTexImage2D(GL_TEXTURE_2D, 0, 4, entry.width, entry.height, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
+}
+
+int addTexture(TextureEntry entry, const char* name, bool wrap) {
+  if (textureCount() == maxTextures) fatalError("too many textures, %s is more than %d", name, maxTextures);
+  const TextureName folded = checkedName(name);
+  entry.id = textureCount();
+  std::memcpy(entry.name, name, std::strlen(name) + 1);
+  entry.wrap = wrap;
+  uploadTexture(entry, wrap);
+  const int id = entry.id;
+  entries.push_back(std::move(entry));
+  NamedIds& ids = idsByName[folded.text];
+  if (ids.first < 0) ids.first = id;
+  ids.last = id;
+  return id;
+}
+
+int setMovieFrame(const char* textureName, const char* frameFile) {
+  const TextureName name = checkedName(textureName);
+  const MovieFrameName frame(frameFile);
+  if (!frame.fits) {
+    fatalError("movie frame name %s is longer than %d characters", frameFile, movieFrameNameSize - 1);
+  }
+  int id = findTexture(name).last;
+  if (id >= 0 && std::strcmp(frame.text, lastMovieFrame) == 0) return id;
+
+  Image picture = readJpegFrame(frame.text);
+  if (id < 0) {
+    TextureEntry entry;
+    static_cast<Image&>(entry) = std::move(picture);
+    id = addTexture(std::move(entry), name.text, false);
+  } else {
+    TextureEntry& entry = textureEntry(id);
+    const GLuint texture = static_cast<GLuint>(id);
+    glDeleteTextures(1, &texture);
+    static_cast<Image&>(entry) = std::move(picture);
+    entry.wrap = false;
+    uploadTexture(entry, false);
+  }
+  std::memcpy(lastMovieFrame, frame.text, sizeof lastMovieFrame);
+  return id;
+}
+
+int textureCount() {
+  return static_cast<int>(entries.size());
+}
+
+TextureEntry& textureEntry(int id) {
+  if (id < 0 || id >= textureCount()) fatalError("texture %d isn't one of the %d loaded", id, textureCount());
+  return entries[static_cast<std::size_t>(id)];
+}
+
+void destroyTextures() {
+  logPrintf("destroying textures\n");
+#ifdef VEX_WRITE_USED_TEXTURES
+  writeUsedTextures();
+#endif
+  std::vector<GLuint> names;
+  for (const TextureEntry& entry : entries) names.push_back(static_cast<GLuint>(entry.id));
+  if (!names.empty()) glDeleteTextures(static_cast<GLsizei>(names.size()), names.data());
+  entries.clear();
+  idsByName.clear();
+  lastMovieFrame[0] = '\0';
+}
+
+}  // namespace vex
