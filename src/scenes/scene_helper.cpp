@@ -1,0 +1,372 @@
+#include "scenes/scene_helper.h"
+
+#include <GL/gl.h>
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+#include "assets/texture_cache.h"
+#include "scenes/word_endings.h"
+#include "shell/flat_drawing.h"
+#include "shell/random.h"
+#include "shell/report.h"
+#include "shell/window_size.h"
+#include "timeline/scene_function.h"
+
+namespace vex {
+namespace {
+
+// On screen: x to the right, y up.
+struct Point {
+  float x, y;
+};
+
+struct Corner {
+  Point texture;
+  Point place;
+};
+
+// x, y (upwards) of the upper left corner and size, as slots `first` to `first` + 3 give them.
+struct Frame {
+  float x, y, w, h;
+
+  Frame(const void* const* arguments, int first)
+      : x(numberArgument(arguments, first)),
+        y(-numberArgument(arguments, first + 1)),
+        w(numberArgument(arguments, first + 2)),
+        h(numberArgument(arguments, first + 3)) {}
+};
+
+void beginOverlay() {
+  setUpFlatDrawing();
+  glDepthMask(GL_FALSE);
+  glDepthFunc(GL_ALWAYS);
+}
+
+void endOverlay() {
+  glDepthFunc(GL_LESS);
+  glDepthMask(GL_TRUE);
+}
+
+// Below 1 ordinary transparency, below 2 additive, from 2 on darkening.
+void setBlend(float mode) {
+  if (mode < 1) {
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  } else if (mode < 2) {
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE);
+  } else {
+    glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_COLOR);
+  }
+}
+
+void bindTexture(int id) {
+  glEnable(GL_TEXTURE_2D);
+  glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(id));
+}
+
+// Between glBegin(GL_QUADS) and glEnd().
+void sendQuad(const std::array<Corner, 4>& corners) {
+  for (const Corner& corner : corners) {
+    glTexCoord2f(corner.texture.x, corner.texture.y);
+    glVertex2f(corner.place.x, corner.place.y);
+  }
+}
+
+void drawQuad(const std::array<Corner, 4>& corners) {
+  glBegin(GL_QUADS);
+  sendQuad(corners);
+  glEnd();
+}
+
+void drawFrame(const Frame& frame, float repeatAcross, float repeatDown) {
+  const float right = frame.x + frame.w;
+  const float bottom = frame.y - frame.h;
+  drawQuad({{{{0, repeatDown}, {frame.x, frame.y}},
+             {{repeatAcross, repeatDown}, {right, frame.y}},
+             {{repeatAcross, 0}, {right, bottom}},
+             {{0, 0}, {frame.x, bottom}}}});
+}
+
+bool glitchHappens(float probability) {
+  return static_cast<float>(randomNext() % 100) / 100.0f < probability;
+}
+
+void drawBitmap(Scene*, float, const void* const* arguments) {
+  int texture = getTexture(textArgument(arguments, 0), false);
+  const int frames = truncateNumber(numberArgument(arguments, 5));
+  if (frames > 0 && glitchHappens(numberArgument(arguments, 6))) texture += randomNext() % frames;
+  bindTexture(texture);
+  glColor4f(1, 1, 1, numberArgument(arguments, 7));
+  beginOverlay();
+  setBlend(numberArgument(arguments, 8));
+  drawFrame(Frame(arguments, 1), 1, 1);
+  endOverlay();
+}
+
+void drawBitmapRepeat(Scene*, float, const void* const* arguments) {
+  bindTexture(getTexture(textArgument(arguments, 0), true));
+  glColor4f(1, 1, 1, numberArgument(arguments, 7));
+  beginOverlay();
+  setBlend(numberArgument(arguments, 8));
+  drawFrame(Frame(arguments, 1), numberArgument(arguments, 5), numberArgument(arguments, 6));
+  endOverlay();
+}
+
+void drawBitmapWave(Scene*, float t, const void* const* arguments) {
+  constexpr int cells = 16;
+  constexpr float cell = 1.0f / cells;
+  constexpr float waveStep = 0.39269876f;  // pi / 8: one full wave over the rectangle
+  const Frame frame(arguments, 1);
+  const float phase = t * numberArgument(arguments, 5);
+  const float amplitude = numberArgument(arguments, 6);
+  std::array<float, cells + 1> rowSway;     // sideways
+  std::array<float, cells + 1> columnSway;  // up and down
+  for (int i = 0; i <= cells; ++i) {
+    const float angle = static_cast<float>(i) * waveStep;
+    rowSway[static_cast<std::size_t>(i)] = amplitude * std::sin(angle + phase);
+    columnSway[static_cast<std::size_t>(i)] = amplitude * std::cos(angle + 0.77f * phase);
+  }
+  const auto corner = [&](int column, int row) {
+    const float across = static_cast<float>(column) * cell;
+    const float up = static_cast<float>(row) * cell;
+    return Corner{
+        {across + rowSway[static_cast<std::size_t>(row)], up + columnSway[static_cast<std::size_t>(column)]},
+        {frame.x + across * frame.w, frame.y - (1 - up) * frame.h}};
+  };
+
+  bindTexture(getTexture(textArgument(arguments, 0), true));
+  glColor4f(1, 1, 1, numberArgument(arguments, 7));
+  beginOverlay();
+  setBlend(numberArgument(arguments, 8));
+  glBegin(GL_QUADS);
+  for (int row = 0; row < cells; ++row) {
+    for (int column = 0; column < cells; ++column) {
+      sendQuad({corner(column, row), corner(column + 1, row), corner(column + 1, row + 1),
+                corner(column, row + 1)});
+    }
+  }
+  glEnd();
+  endOverlay();
+}
+
+void fadeScreen(Scene*, float, const void* const* arguments) {
+  const float alpha = numberArgument(arguments, 3);
+  if (alpha <= 0) return;
+  glDisable(GL_TEXTURE_2D);
+  beginOverlay();
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  glColor4f(numberArgument(arguments, 0), numberArgument(arguments, 1), numberArgument(arguments, 2), alpha);
+  drawQuad({{{{0, 0}, {-1, -1}}, {{0, 1}, {-1, 1}}, {{1, 1}, {1, 1}}, {{1, 0}, {1, -1}}}});
+  endOverlay();
+}
+
+// Times below 0 play backwards from the last frame.
+int movieFrameAt(float time, float framesPerSecond, int first, int last) {
+  const float frame = time * framesPerSecond;
+  const float count = static_cast<float>(last - first + 1);
+  const int offset = truncateNumber(std::fmod(std::fabs(frame), count));
+  return frame >= 0 ? first + offset : last - offset;
+}
+
+void drawMovie(Scene*, float t, const void* const* arguments) {
+  const char* base = textArgument(arguments, 0);
+  const int first = truncateNumber(numberArgument(arguments, 5));
+  const int last = truncateNumber(numberArgument(arguments, 6));
+  if (last < first) fatalError("movie %s: last frame %d comes before first frame %d", base, last, first);
+  char file[movieFrameNameSize * 2];
+  std::snprintf(file, sizeof file, "%s%d.jpg", base,
+                movieFrameAt(t, numberArgument(arguments, 7), first, last));
+  bindTexture(setMovieFrame(base, file));
+  glColor4f(1, 1, 1, numberArgument(arguments, 8));
+  beginOverlay();
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  drawFrame(Frame(arguments, 1), 1, 1);
+  endOverlay();
+}
+
+// y counts upwards here.
+void setViewport(Scene*, float, const void* const* arguments) {
+  const float width = windowWidth();
+  const float height = windowHeight();
+  glViewport(truncateNumber((numberArgument(arguments, 0) + 1) * width / 2),
+             truncateNumber((numberArgument(arguments, 1) + 1) * height / 2),
+             truncateNumber(width * numberArgument(arguments, 2) / 2),
+             truncateNumber(height * numberArgument(arguments, 3) / 2));
+}
+
+void drawNoise(Scene*, float t, const void* const* arguments) {
+  const float alpha = numberArgument(arguments, 5) + randomSymmetric(numberArgument(arguments, 6));
+  const float across = randomSymmetric(numberArgument(arguments, 1)) + numberArgument(arguments, 3) * t * 2;
+  const float down = randomSymmetric(numberArgument(arguments, 2)) + numberArgument(arguments, 4) * t * 2;
+  const float aspect = numberArgument(arguments, 8);
+  const float halfWidth = aspect > 1 ? 0.5f / aspect : 0.5f;
+  const float halfHeight = aspect > 0 && aspect <= 1 ? aspect / 2 : 0.5f;
+
+  bindTexture(getTexture(textArgument(arguments, 0), true));
+  glColor4f(1, 1, 1, alpha);
+  beginOverlay();
+  setBlend(numberArgument(arguments, 7));
+  drawQuad({{{{across - halfWidth, down - halfHeight}, {-1, 1}},
+             {{across + halfWidth, down - halfHeight}, {1, 1}},
+             {{across + halfWidth, down + halfHeight}, {1, -1}},
+             {{across - halfWidth, down + halfHeight}, {-1, -1}}}});
+  glBlendFunc(GL_ONE, GL_ZERO);
+  endOverlay();
+}
+
+// The shape behind the logo; each edge sways at a speed of its own.
+void drawLogoBacking(Point centre, float size, float t) {
+  const float left = centre.x - 1.2f * size + std::sin(1.47f * t) * size / 10;
+  const float right = centre.x + 1.2f * size + std::cos(1.27f * t) * size / 10;
+  const float top = centre.y + size / 3 + std::sin(1.83f * t) * size / 20;
+  const float bottom = centre.y - size / 3 + std::cos(1.65f * t) * size / 20;
+  drawQuad(
+      {{{{0, 1}, {left, top}}, {{1, 1}, {right, top}}, {{1, 0}, {right, bottom}}, {{0, 0}, {left, bottom}}}});
+}
+
+// A word between `left` and `right`, all coordinates scaled about the screen's centre.
+void drawLogoWord(float left, float right, Point centre, float size, float scale) {
+  const float top = (centre.y + size / 4) * scale;
+  const float bottom = (centre.y - size / 4) * scale;
+  left *= scale;
+  right *= scale;
+  drawQuad(
+      {{{{0, 1}, {left, top}}, {{1, 1}, {right, top}}, {{1, 0}, {right, bottom}}, {{0, 0}, {left, bottom}}}});
+}
+
+// First frame, or, at a glitch, a random one of `frames` loaded one after the other.
+int logoTexture(const char* firstFrame, int frames, float glitchProbability) {
+  const int texture = getTexture(firstFrame, false);
+  return glitchHappens(glitchProbability) ? texture + randomNext() % frames : texture;
+}
+
+void drawVexLogo(Scene*, float t, const void* const* arguments) {
+  constexpr int maxLayers = 1000;
+  const char* ending = textArgument(arguments, 0);
+  const Point centre{numberArgument(arguments, 1), -numberArgument(arguments, 2)};
+  const float size = numberArgument(arguments, 3);
+  const float glitchProbability = numberArgument(arguments, 4);
+  float alpha = numberArgument(arguments, 5);
+  const int layers = truncateNumber(numberArgument(arguments, 6));
+  if (layers > maxLayers)
+    fatalError("logo %s has %d layers, at most %d are possible", ending, layers, maxLayers);
+
+  beginOverlay();
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  glColor4f(1, 1, 1, alpha);
+  bindTexture(getTexture("data\\vex_substract", false));
+  drawLogoBacking(centre, size, t);
+
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE);
+  const std::string title = logoFrameName(titleTextureStem, 1);
+  float scale = 1;
+  for (int layer = 0; layer < layers; ++layer) {
+    glColor4f(1, 1, 1, alpha);
+    bindTexture(logoTexture(title.c_str(), titleFrames, glitchProbability));
+    drawLogoWord(centre.x - size, centre.x - 0.33f * size, centre, size, scale);
+    bindTexture(logoTexture(ending, wordEndingFrames, glitchProbability));
+    drawLogoWord(centre.x - 0.5f * size, centre.x + size, centre, size, scale);
+    scale *= numberArgument(arguments, 7);
+    alpha *= numberArgument(arguments, 8);
+  }
+  endOverlay();
+}
+
+using enum ArgumentKind;
+
+constexpr FunctionParameter textureParameter{"texture", textureName};
+constexpr FunctionParameter x{"x", number, -1, 1};
+constexpr FunctionParameter y{"y", number, -1, 1};
+constexpr FunctionParameter width{"width", number, 0, 2};
+constexpr FunctionParameter height{"height", number, 0, 2};
+constexpr FunctionParameter glitch{"glitch probability", number, 0, 1};
+constexpr FunctionParameter opacity{"alpha", number, 0, 1};
+constexpr FunctionParameter blendMode{"blend mode", number, 0, 2};
+
+constexpr std::array bitmapParameters{
+    textureParameter, x,       y,        width, height, FunctionParameter{"frame count", wholeNumber, 0, 8},
+    glitch,           opacity, blendMode};
+constexpr std::array repeatParameters{textureParameter,
+                                      x,
+                                      y,
+                                      width,
+                                      height,
+                                      FunctionParameter{"repeats across", number, 0, 64},
+                                      FunctionParameter{"repeats down", number, 0, 64},
+                                      opacity,
+                                      blendMode};
+constexpr std::array waveParameters{textureParameter,
+                                    x,
+                                    y,
+                                    width,
+                                    height,
+                                    FunctionParameter{"speed", number, 0, 4},
+                                    FunctionParameter{"amplitude", number, 0, 0.1f},
+                                    opacity,
+                                    blendMode};
+constexpr std::array fadeParameters{FunctionParameter{"red", number, 0, 1},
+                                    FunctionParameter{"green", number, 0, 1},
+                                    FunctionParameter{"blue", number, 0, 1}, opacity};
+constexpr std::array movieParameters{FunctionParameter{"base name", movieName},
+                                     x,
+                                     y,
+                                     width,
+                                     height,
+                                     FunctionParameter{"first frame", wholeNumber, 0, 9999},
+                                     FunctionParameter{"last frame", wholeNumber, 0, 9999},
+                                     FunctionParameter{"frames per second", number, 0, 60},
+                                     opacity};
+constexpr std::array viewportParameters{x, y, width, height};
+constexpr std::array noiseParameters{textureParameter,
+                                     FunctionParameter{"jitter across", number, 0, 1},
+                                     FunctionParameter{"jitter down", number, 0, 1},
+                                     FunctionParameter{"scroll speed across", number, -10, 10},
+                                     FunctionParameter{"scroll speed down", number, -10, 10},
+                                     opacity,
+                                     FunctionParameter{"alpha jitter", number, 0, 1},
+                                     blendMode,
+                                     FunctionParameter{"aspect", number, 0.01f, 100}};
+constexpr std::array logoParameters{FunctionParameter{"word ending", textureName},
+                                    x,
+                                    y,
+                                    FunctionParameter{"size", number, 0, 2},
+                                    glitch,
+                                    opacity,
+                                    FunctionParameter{"layer count", wholeNumber, 0, 32},
+                                    FunctionParameter{"scale per layer", number, 0, 4},
+                                    FunctionParameter{"alpha factor per layer", number, 0, 1}};
+
+constexpr std::array functionTable{
+    FunctionRow{"drawBitmap", drawBitmap, bitmapParameters},
+    FunctionRow{"drawBitmapRepeat", drawBitmapRepeat, repeatParameters},
+    FunctionRow{"drawBitmapWave", drawBitmapWave, waveParameters},
+    FunctionRow{"fadeScreen", fadeScreen, fadeParameters},
+    FunctionRow{"drawMovie", drawMovie, movieParameters},
+    FunctionRow{"setViewport", setViewport, viewportParameters},
+    FunctionRow{"drawNoise", drawNoise, noiseParameters},
+    FunctionRow{"drawVexLogo", drawVexLogo, logoParameters},
+};
+
+void loadFrames(const char* stem, int frames) {
+  for (int frame = 1; frame <= frames; ++frame) getTexture(logoFrameName(stem, frame).c_str(), false);
+}
+
+}  // namespace
+
+SceneHelper::SceneHelper() {
+  std::snprintf(name, sizeof name, "SceneHelper");
+  registerFunctions(*this, functionTable);
+  loadingProgress("Loading %s", name);
+  // One after the other, so that the frames of a word have consecutive ids.
+  loadFrames(titleTextureStem, titleFrames);
+  for (const WordEnding& ending : wordEndings) loadFrames(ending.textureStem, wordEndingFrames);
+}
+
+std::span<const FunctionRow> sceneHelperFunctions() {
+  return functionTable;
+}
+
+}  // namespace vex
