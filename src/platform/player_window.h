@@ -1,0 +1,22 @@
+#pragma once
+
+#include <csignal>
+
+// What the dialogs must know of the player's window to be seen and heard above it.
+
+namespace vex {
+
+struct PlayerWindow {
+  unsigned long handle = 0;  // X window, 0 while there is none
+  bool fullscreen = false;
+};
+
+inline PlayerWindow playerWindow;
+
+// Set by SIGINT, SIGTERM and SIGHUP while the main loop runs.
+inline volatile std::sig_atomic_t endRequested = 0;
+
+// Full screen holds pointer and keyboard; a dialog cannot be answered before they are free.
+void releaseGrabs();
+
+}  // namespace vex

@@ -1,0 +1,251 @@
+#include "platform/window.h"
+
+#include <GL/freeglut.h>
+#include <GL/glx.h>
+#include <X11/Xatom.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "platform/desktop.h"
+#include "platform/display_modes.h"
+#include "platform/frame_pacer.h"
+#include "platform/gl_context.h"
+#include "platform/icon_image.h"
+#include "platform/player_window.h"
+#include "platform/screen_modes.h"
+#include "platform/screen_saver.h"
+
+namespace vex {
+
+namespace {
+
+WindowReports reports;
+WindowCallbacks callbacks;
+std::optional<FramePacer> pacer;
+bool inGameMode = false;
+bool leaving = false;
+
+// What went wrong inside GLUT; its own answer would be to end the process with code 1.
+void failFromGlut(const char* format, std::va_list arguments) {
+  char text[512];
+  std::vsnprintf(text, sizeof text, format, arguments);
+  reports.fail(text);
+  std::abort();
+}
+
+void logFromGlut(const char* format, std::va_list arguments) {
+  char text[512];
+  std::vsnprintf(text, sizeof text, format, arguments);
+  reports.log(text);
+}
+
+void checkDisplay() {
+  const DisplayHandle display = openDisplay();
+  if (!display) reports.fail(missingDisplayText().c_str());
+  int attributes[] = {GLX_RGBA, GLX_DOUBLEBUFFER, GLX_DEPTH_SIZE, 1, GLX_STENCIL_SIZE, 1, GLX_ALPHA_SIZE, 1,
+                      None};
+  int errorBase, eventBase;
+  if (!glXQueryExtension(display.get(), &errorBase, &eventBase)) {
+    reports.fail(("no OpenGL on X display \"" + std::string(DisplayString(display.get())) + "\"").c_str());
+  }
+  const std::unique_ptr<XVisualInfo, Release<XFree>> visual(
+      glXChooseVisual(display.get(), DefaultScreen(display.get()), attributes));
+  if (!visual) {
+    reports.fail(("no OpenGL window with alpha, depth and stencil on X display \"" +
+                  std::string(DisplayString(display.get())) + "\"")
+                     .c_str());
+  }
+}
+
+void initGlut() {
+  static char noName[] = "";
+  static char* arguments[] = {noName, nullptr};
+  static int count = 1;
+  glutInitErrorFunc(failFromGlut);
+  glutInitWarningFunc(logFromGlut);
+  glutInit(&count, arguments);
+  glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
+  glutInitDisplayMode(GLUT_DOUBLE | GLUT_ALPHA | GLUT_DEPTH | GLUT_STENCIL);
+}
+
+// Black until the first frame; also what GLUT insists on before it handles events.
+void showBlack() {
+  glClear(GL_COLOR_BUFFER_BIT);
+  glutSwapBuffers();
+}
+
+void createWindow(const WindowRequest& request) {
+  glutInitWindowSize(request.width, request.height);
+  glutCreateWindow(request.title);
+  glutDisplayFunc(showBlack);
+}
+
+bool enterGameMode(const WindowRequest& request) {
+  char text[128];
+  std::snprintf(text, sizeof text, "%dx%d:%d@60", request.width, request.height, request.bitsPerPixel);
+  glutGameModeString(text);
+  if (!glutGameModeGet(GLUT_GAME_MODE_POSSIBLE)) {
+    reports.log((std::string("game mode ") + text + " is not possible").c_str());
+    return false;
+  }
+  glutEnterGameMode();
+  const int width = glutGameModeGet(GLUT_GAME_MODE_WIDTH);
+  const int height = glutGameModeGet(GLUT_GAME_MODE_HEIGHT);
+  if (glutGameModeGet(GLUT_GAME_MODE_ACTIVE) && width == request.width && height == request.height) {
+    glutDisplayFunc(showBlack);
+    inGameMode = true;
+    return true;
+  }
+  reports.log(
+      (std::string("game mode ") + text + " gave " + std::to_string(width) + "x" + std::to_string(height))
+          .c_str());
+  glutLeaveGameMode();
+  return false;
+}
+
+void openFullscreen(const WindowRequest& request) {
+  guardDesktop();
+  if (enterGameMode(request)) return;
+  if (!switchScreenMode(request.width, request.height)) {
+    reports.log("the display mode cannot be changed, full screen keeps the desktop's");
+  }
+  createWindow(request);
+  glutFullScreen();
+}
+
+// Title bar, task bar and switcher show it; GLUT has no call for that.
+void setIcon(Display* display, Window window) {
+  std::vector<unsigned long> data;  // the format asks for longs, whatever their size
+  for (const int size : {16, 32, 48, 64}) {
+    data.push_back(static_cast<unsigned long>(size));
+    data.push_back(static_cast<unsigned long>(size));
+    for (const std::uint32_t argb : drawIcon(size)) data.push_back(argb);
+  }
+  XChangeProperty(display, window, XInternAtom(display, "_NET_WM_ICON", False), XA_CARDINAL, 32,
+                  PropModeReplace, reinterpret_cast<const unsigned char*>(data.data()),
+                  static_cast<int>(data.size()));
+}
+
+template <typename Function>
+Function entryPoint(const char* name) {
+  return reinterpret_cast<Function>(glXGetProcAddressARB(reinterpret_cast<const GLubyte*>(name)));
+}
+
+// Whether the GL takes the wish to swap once per refresh. Its entry points crash where the screen's
+// list does not name them.
+bool askForVerticalSync(Display* display, GLXDrawable drawable) {
+  const char* list = glXQueryExtensionsString(display, DefaultScreen(display));
+  const std::string padded = " " + std::string(list ? list : "") + " ";
+  const auto listed = [&](const char* name) {
+    return padded.find(" " + std::string(name) + " ") != std::string::npos;
+  };
+  if (listed("GLX_EXT_swap_control")) {
+    if (auto* set = entryPoint<void (*)(Display*, GLXDrawable, int)>("glXSwapIntervalEXT")) {
+      set(display, drawable, 1);
+      return true;
+    }
+  }
+  if (listed("GLX_MESA_swap_control")) {
+    if (auto* set = entryPoint<int (*)(unsigned)>("glXSwapIntervalMESA")) return set(1) == 0;
+  }
+  if (listed("GLX_SGI_swap_control")) {
+    if (auto* set = entryPoint<int (*)(int)>("glXSwapIntervalSGI")) return set(1) == 0;
+  }
+  return false;
+}
+
+void handleSignal(int) {
+  endRequested = 1;
+}
+
+void runFrame() {
+  if (endRequested) callbacks.requestClose();
+  keepAwake();
+  callbacks.frame();
+}
+
+// The window dies when this returns: the last frame, which shuts the show down, needs its context.
+void closeWindow() {
+  if (leaving) return;
+  callbacks.requestClose();
+  callbacks.frame();
+}
+
+}  // namespace
+
+void releaseGrabs() {
+  if (!playerWindow.handle) return;
+  Display* display = glXGetCurrentDisplay();
+  if (!display) return;
+  XUngrabPointer(display, CurrentTime);
+  XUngrabKeyboard(display, CurrentTime);
+  XSync(display, False);
+}
+
+void openWindow(const WindowRequest& request, const WindowReports& sinks) {
+  reports = sinks;
+  checkDisplay();
+  initGlut();
+  if (request.fullscreen) {
+    openFullscreen(request);
+  } else {
+    createWindow(request);
+  }
+  glutSetCursor(GLUT_CURSOR_NONE);
+
+  Display* display = glXGetCurrentDisplay();
+  const GLXDrawable drawable = glXGetCurrentDrawable();
+  if (!display || !drawable) reports.fail("the OpenGL window could not be opened");
+  setIcon(display, drawable);
+  playerWindow = {.handle = drawable, .fullscreen = request.fullscreen};
+  glContext = {
+      .extensionSupported = [](const char* name) { return glutExtensionSupported(name) > 0; },
+      .entryPoint = [](const char* name) { return reinterpret_cast<void*>(glutGetProcAddress(name)); }};
+  pacer.emplace(refreshRate(), askForVerticalSync(display, drawable));
+
+  // Loading takes a while and handles no events: let the window appear first.
+  for (int i = 0; i < 10; ++i) {
+    glutMainLoopEvent();
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+}
+
+void runMainLoop(const WindowCallbacks& wanted) {
+  callbacks = wanted;
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, handleSignal);
+  holdBlanking();
+  glutReshapeFunc(callbacks.reshape);
+  glutKeyboardFunc(callbacks.keyboard);
+  glutIdleFunc(runFrame);
+  glutDisplayFunc(runFrame);
+  glutCloseFunc(closeWindow);
+  glutMainLoop();
+  std::exit(0);
+}
+
+void swapBuffers() {
+  glutSwapBuffers();
+  const FramePacer::Time now = std::chrono::steady_clock::now();
+  const FramePacer::Time until = pacer ? pacer->afterSwap(now) : now;
+  if (until > now) std::this_thread::sleep_until(until);
+}
+
+void leaveGameMode() {
+  leaving = true;
+  releaseBlanking();
+  if (inGameMode) glutLeaveGameMode();
+  inGameMode = false;
+  restoreDesktop();
+}
+
+}  // namespace vex
