@@ -12,13 +12,16 @@ namespace vex {
 inline constexpr std::uint32_t wholeFile = 0xffffffff;  // a size that reaches to the end of any file
 
 struct SoundDecoder;
+struct CloseSound {
+  void operator()(SoundDecoder* decoder) const;
+};
 
 struct SoundFile {
   int rate = 0;              // frames a second
   int channels = 0;          // 1 or 2
   int bytesPerSample = 0;    // 1: unsigned, as the file has it; 2: signed in the machine's byte order
   std::uint32_t frames = 0;  // as the file announces it, cut so that the decoded bytes count in 32 bits
-  std::shared_ptr<SoundDecoder> decoder;
+  std::unique_ptr<SoundDecoder, CloseSound> decoder;
 
   int frameBytes() const { return bytesPerSample * channels; }
 };
