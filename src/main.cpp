@@ -1,1 +1,5 @@
-int main() {}
+#include "shell/startup.h"
+
+int main() {
+  vex::runPlayer();
+}

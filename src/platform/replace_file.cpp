@@ -17,16 +17,6 @@ namespace {
 std::mutex unfinishedMutex;
 std::vector<std::string> unfinished;
 
-void remember(const std::string& path) {
-  const std::lock_guard lock(unfinishedMutex);
-  unfinished.push_back(path);
-}
-
-void forget(const std::string& path) {
-  const std::lock_guard lock(unfinishedMutex);
-  std::erase(unfinished, path);
-}
-
 // mkostemp makes files that only their owner can read; the finished file follows the user's mask.
 void applyMask(int descriptor) {
   const mode_t mask = umask(0);
@@ -42,14 +32,14 @@ ReplacementFile::ReplacementFile(const std::string& target)
   if (descriptor < 0) return;
   applyMask(descriptor);
   file = fdopen(descriptor, "wb");
-  remember(temporaryPath);
+  rememberTemporaryFile(temporaryPath);
 }
 
 ReplacementFile::~ReplacementFile() {
   if (!file) return;
   std::fclose(file);
   unlink(temporaryPath.c_str());
-  forget(temporaryPath);
+  forgetTemporaryFile(temporaryPath);
 }
 
 bool ReplacementFile::commit() {
@@ -58,7 +48,7 @@ bool ReplacementFile::commit() {
   const bool closed = std::fclose(file) == 0;
   if (written && !closed) error = errno;
   file = nullptr;
-  forget(temporaryPath);
+  forgetTemporaryFile(temporaryPath);
   if (written && closed) {
     if (std::rename(temporaryPath.c_str(), targetPath.c_str()) == 0) return true;
     error = errno;
@@ -66,6 +56,16 @@ bool ReplacementFile::commit() {
   unlink(temporaryPath.c_str());
   errno = error;
   return false;
+}
+
+void rememberTemporaryFile(const std::string& path) {
+  const std::lock_guard lock(unfinishedMutex);
+  unfinished.push_back(path);
+}
+
+void forgetTemporaryFile(const std::string& path) {
+  const std::lock_guard lock(unfinishedMutex);
+  std::erase(unfinished, path);
 }
 
 void removeTemporaryFiles() {

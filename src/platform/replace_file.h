@@ -28,8 +28,12 @@ class ReplacementFile {
   std::FILE* file = nullptr;
 };
 
-// Removes the temporary files of all ReplacementFiles that are not in place yet. Called before the
-// process ends without running destructors.
+// Removes the temporary files that are not in place yet. Called before the process ends without
+// running destructors.
 void removeTemporaryFiles();
+
+// For temporary files that another program writes.
+void rememberTemporaryFile(const std::string& path);
+void forgetTemporaryFile(const std::string& path);
 
 }  // namespace vex

@@ -1,0 +1,183 @@
+#include "platform/encoder.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <vector>
+
+#include "platform/replace_file.h"
+
+extern char** environ;
+
+namespace vex {
+
+namespace {
+
+constexpr int pipeSize = 1 << 20;
+constexpr int soundDescriptor = 3;  // where ffmpeg finds the sound track
+
+bool writeAll(int descriptor, const void* data, std::size_t size) {
+  const char* bytes = static_cast<const char*>(data);
+  while (size > 0) {
+    const ssize_t written = write(descriptor, bytes, size);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes += written;
+    size -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+void put(std::string& bytes, std::uint32_t value, int count) {
+  for (int i = 0; i < count; ++i) bytes += static_cast<char>(value >> 8 * i & 0xff);
+}
+
+// RIFF header of PCM sound (Microsoft, Multimedia Programming Interface and Data Specifications 1.0).
+std::string waveHeader(const SoundTrack& sound) {
+  const auto frameBytes = static_cast<std::uint32_t>(sound.channels * sound.bytesPerSample);
+  const auto size = static_cast<std::uint32_t>(sound.samples.size());
+  const auto rate = static_cast<std::uint32_t>(sound.rate);
+  std::string header = "RIFF";
+  put(header, 36 + size, 4);
+  header += "WAVEfmt ";
+  put(header, 16, 4);
+  put(header, 1, 2);
+  put(header, static_cast<std::uint32_t>(sound.channels), 2);
+  put(header, rate, 4);
+  put(header, rate * frameBytes, 4);
+  put(header, frameBytes, 2);
+  put(header, static_cast<std::uint32_t>(8 * sound.bytesPerSample), 2);
+  header += "data";
+  put(header, size, 4);
+  return header;
+}
+
+// A file in memory that holds the sound track; -1 on failure.
+int soundFile(const SoundTrack& sound) {
+  const int descriptor = memfd_create("sound", MFD_CLOEXEC);
+  const std::string header = waveHeader(sound);
+  if (descriptor >= 0 && writeAll(descriptor, header.data(), header.size()) &&
+      writeAll(descriptor, sound.samples.data(), sound.samples.size())) {
+    return descriptor;
+  }
+  if (descriptor >= 0) close(descriptor);
+  return -1;
+}
+
+// The quality is that of a master for upload: visually lossless on the show's grain.
+std::vector<std::string> commandLine(const std::string& path, const VideoFormat& format, bool sound) {
+  std::vector<std::string> words{"ffmpeg", "-nostdin", "-hide_banner", "-loglevel", "error", "-y"};
+  const auto add = [&words](std::initializer_list<std::string> more) { words.insert(words.end(), more); };
+  add({"-f", "rawvideo", "-pixel_format", "bgra", "-framerate", std::to_string(format.framesPerSecond)});
+  add({"-video_size", std::to_string(format.width) + "x" + std::to_string(format.height), "-i", "pipe:0"});
+  if (sound) add({"-i", "/dev/fd/" + std::to_string(soundDescriptor)});
+  add({"-vf", "vflip,scale=out_color_matrix=bt709:out_range=tv", "-pix_fmt", "yuv420p"});
+  add({"-c:v", "libx264", "-preset", "veryfast", "-crf", "17", "-threads", "2"});
+  add({"-colorspace", "bt709", "-color_primaries", "bt709", "-color_trc", "bt709", "-color_range", "tv"});
+  if (sound) add({"-c:a", "aac", "-b:a", "256k"});
+  add({"-movflags", "+faststart", "-bitexact", "-f", "mp4", path});
+  return words;
+}
+
+// ffmpeg's own first line says what went wrong; it may hold several.
+std::string firstLine(int descriptor) {
+  char text[400] = "";
+  const ssize_t size = pread(descriptor, text, sizeof text - 1, 0);
+  if (size <= 0) return "it said nothing";
+  text[size] = '\0';
+  text[std::strcspn(text, "\n")] = '\0';
+  return text;
+}
+
+}  // namespace
+
+bool isVideoName(const std::string& path) {
+  return std::filesystem::path(path).extension() == ".mp4";
+}
+
+std::string VideoEncoder::start(const std::string& path, const VideoFormat& format, const SoundTrack& sound) {
+  const std::filesystem::path name(path);
+  finalPath = path;
+  temporaryPath = (name.parent_path() / name.stem()).native() + ".partial" + name.extension().native();
+  std::signal(SIGPIPE, SIG_IGN);
+
+  int ends[2];
+  const bool hasSound = sound.rate > 0;
+  const int track = hasSound ? soundFile(sound) : -1;
+  messages = memfd_create("messages", MFD_CLOEXEC);
+  if ((hasSound && track < 0) || messages < 0 || pipe2(ends, O_CLOEXEC) != 0) {
+    return std::string("no memory or pipe for ffmpeg: ") + std::strerror(errno);
+  }
+  fcntl(ends[1], F_SETPIPE_SZ, pipeSize);
+
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, ends[0], STDIN_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, messages, STDERR_FILENO);
+  if (hasSound) posix_spawn_file_actions_adddup2(&actions, track, soundDescriptor);
+  // In a process group of its own an interrupt at the terminal reaches us alone, and ffmpeg can end
+  // the file in order.
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF);
+  sigset_t defaults;
+  sigemptyset(&defaults);
+  sigaddset(&defaults, SIGPIPE);
+  posix_spawnattr_setsigdefault(&attributes, &defaults);
+
+  std::vector<std::string> words = commandLine(temporaryPath, format, hasSound);
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  const int error = posix_spawnp(&process, "ffmpeg", &actions, &attributes, arguments.data(), environ);
+  posix_spawnattr_destroy(&attributes);
+  posix_spawn_file_actions_destroy(&actions);
+  close(ends[0]);
+  if (track >= 0) close(track);
+  frames = ends[1];
+  if (error != 0) {
+    process = -1;
+    close(frames);
+    close(messages);
+    return std::string("ffmpeg (Debian package ffmpeg) can't be started: ") + std::strerror(error);
+  }
+  rememberTemporaryFile(temporaryPath);
+  return {};
+}
+
+bool VideoEncoder::write(std::span<const std::byte> frame) {
+  return writeAll(frames, frame.data(), frame.size());
+}
+
+std::string VideoEncoder::finish(Result result) {
+  close(frames);
+  int status = 0;
+  while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+  }
+  process = -1;
+  const std::string said = firstLine(messages);
+  close(messages);
+  forgetTemporaryFile(temporaryPath);
+  if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
+    if (result == Result::partial) return {};
+    if (std::rename(temporaryPath.c_str(), finalPath.c_str()) == 0) return {};
+    const int error = errno;
+    unlink(temporaryPath.c_str());
+    return "can't write " + finalPath + ": " + std::strerror(error);
+  }
+  unlink(temporaryPath.c_str());
+  const std::string end = WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
+                                              : "exit code " + std::to_string(WEXITSTATUS(status));
+  return "ffmpeg failed on " + finalPath + " (" + end + "): " + said;
+}
+
+}  // namespace vex

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+// Video files through ffmpeg: raw frames into a pipe, the sound track from memory.
+
+namespace vex {
+
+struct VideoFormat {
+  int width = 0;   // pixels, even
+  int height = 0;  // pixels, even
+  int framesPerSecond = 0;
+};
+
+// Decoded sound: 8 bits unsigned or 16 bits little-endian, channels interleaved.
+struct SoundTrack {
+  int rate = 0;  // frames a second; 0 is silence
+  int channels = 0;
+  int bytesPerSample = 0;
+  std::span<const std::byte> samples;
+};
+
+// Whether the ending of the file name is one that can be written (".mp4": H.264 and AAC).
+bool isVideoName(const std::string& path);
+
+// One running ffmpeg. The file is written as NAME.partial.EXT and takes its own name at the end.
+class VideoEncoder {
+ public:
+  // Empty on success, otherwise why ffmpeg cannot run.
+  std::string start(const std::string& path, const VideoFormat& format, const SoundTrack& sound);
+
+  // One frame: width x height pixels of blue, green, red, alpha, rows bottom to top. False when
+  // ffmpeg has ended; finish() then says why.
+  bool write(std::span<const std::byte> frame);
+
+  enum class Result { complete, partial };
+
+  // Waits for ffmpeg. `complete` gives the file its name, `partial` leaves it as partialPath().
+  // Empty on success; otherwise what went wrong, and no file is left.
+  std::string finish(Result result);
+
+  const std::string& partialPath() const { return temporaryPath; }
+
+ private:
+  std::string finalPath;
+  std::string temporaryPath;
+  pid_t process = -1;
+  int frames = -1;    // our end of the pipe
+  int messages = -1;  // ffmpeg's standard error, in memory
+};
+
+}  // namespace vex

@@ -1,0 +1,26 @@
+#include "platform/png_file.h"
+
+#include <png.h>
+
+#include <cerrno>
+
+#include "platform/replace_file.h"
+
+namespace vex {
+
+bool writePng(const std::string& path, int width, int height, std::span<const std::byte> rgb) {
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  image.width = static_cast<png_uint_32>(width);
+  image.height = static_cast<png_uint_32>(height);
+  image.format = PNG_FORMAT_RGB;
+  ReplacementFile file(path);
+  if (!file.stream()) return false;
+  if (!png_image_write_to_stdio(&image, file.stream(), 0, rgb.data(), 0, nullptr)) {
+    if (errno == 0) errno = EIO;
+    return false;
+  }
+  return file.commit();
+}
+
+}  // namespace vex

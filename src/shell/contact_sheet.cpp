@@ -1,0 +1,94 @@
+#include "shell/contact_sheet.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
+#include "platform/png_file.h"
+
+namespace vex {
+
+namespace {
+
+constexpr int columns = 6;
+constexpr int thumbnailWidth = 320;
+constexpr int gap = 8;
+constexpr int labelScale = 2;
+constexpr int labelHeight = 5 * labelScale + 6;
+constexpr std::byte ground{7};
+constexpr std::byte ink{200};
+
+// Digits 0 to 9 and the point, 3 x 5 cells, a row in three bits from the top.
+constexpr std::array<std::array<std::uint8_t, 5>, 11> glyphs{{{7, 5, 5, 5, 7},
+                                                              {2, 6, 2, 2, 7},
+                                                              {7, 1, 7, 4, 7},
+                                                              {7, 1, 7, 1, 7},
+                                                              {5, 5, 7, 1, 1},
+                                                              {7, 4, 7, 1, 7},
+                                                              {7, 4, 7, 5, 7},
+                                                              {7, 1, 1, 1, 1},
+                                                              {7, 5, 7, 5, 7},
+                                                              {7, 5, 7, 1, 7},
+                                                              {0, 0, 0, 0, 2}}};
+
+}  // namespace
+
+ContactSheet::ContactSheet(int frames, int frameWidth, int frameHeight)
+    : sourceWidth(frameWidth),
+      sourceHeight(frameHeight),
+      thumbnailHeight(std::max(1, thumbnailWidth * frameHeight / frameWidth)) {
+  const int across = std::clamp(frames, 1, columns);
+  const int down = (std::max(frames, 1) + columns - 1) / columns;
+  width = gap + across * (thumbnailWidth + gap);
+  height = gap + down * (thumbnailHeight + labelHeight + gap);
+  pixels.assign(std::size_t{3} * static_cast<std::size_t>(width) * static_cast<std::size_t>(height), ground);
+}
+
+void ContactSheet::add(double time, std::span<const std::byte> bgra) {
+  const int left = gap + added % columns * (thumbnailWidth + gap);
+  const int top = gap + added / columns * (thumbnailHeight + labelHeight + gap);
+  ++added;
+  for (int y = 0; y < thumbnailHeight; ++y) {
+    const int fromY = y * sourceHeight / thumbnailHeight;
+    const int toY = std::max(fromY + 1, (y + 1) * sourceHeight / thumbnailHeight);
+    for (int x = 0; x < thumbnailWidth; ++x) {
+      const int fromX = x * sourceWidth / thumbnailWidth;
+      const int toX = std::max(fromX + 1, (x + 1) * sourceWidth / thumbnailWidth);
+      std::array<int, 3> sum{};
+      for (int row = fromY; row < toY; ++row) {
+        for (int column = fromX; column < toX; ++column) {
+          const auto pixel = static_cast<std::size_t>((sourceHeight - 1 - row) * sourceWidth + column) * 4;
+          for (std::size_t c = 0; c < 3; ++c) sum[c] += static_cast<int>(bgra[pixel + 2 - c]);
+        }
+      }
+      const int count = (toY - fromY) * (toX - fromX);
+      const auto target = static_cast<std::size_t>((top + y) * width + left + x) * 3;
+      for (std::size_t c = 0; c < 3; ++c) pixels[target + c] = static_cast<std::byte>(sum[c] / count);
+    }
+  }
+  char label[32];
+  std::snprintf(label, sizeof label, "%.2f", time);
+  drawLabel(left, top + thumbnailHeight + 4, label);
+}
+
+void ContactSheet::drawLabel(int x, int y, const std::string& text) {
+  for (const char c : text) {
+    const auto& glyph = glyphs[c == '.' ? 10 : static_cast<std::size_t>(c - '0')];
+    for (int row = 0; row < 5 * labelScale; ++row) {
+      for (int column = 0; column < 3 * labelScale; ++column) {
+        const int bits = glyph[static_cast<std::size_t>(row / labelScale)];
+        if (!(bits >> (2 - column / labelScale) & 1)) continue;
+        const auto target = static_cast<std::size_t>((y + row) * width + x + column) * 3;
+        std::fill_n(pixels.begin() + static_cast<std::ptrdiff_t>(target), 3, ink);
+      }
+    }
+    x += 4 * labelScale;
+  }
+}
+
+bool ContactSheet::write(const std::string& path) const {
+  return writePng(path, width, height, pixels);
+}
+
+}  // namespace vex

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace vex {
+
+// One picture with many small frames in rows, each with its time in seconds below it.
+class ContactSheet {
+ public:
+  // Room for `frames` pictures of the given size in pixels.
+  ContactSheet(int frames, int frameWidth, int frameHeight);
+
+  // The next picture: blue, green, red, alpha, rows bottom to top.
+  void add(double time, std::span<const std::byte> bgra);
+
+  // False, with errno, on failure.
+  bool write(const std::string& path) const;
+
+ private:
+  void drawLabel(int x, int y, const std::string& text);
+
+  int sourceWidth;
+  int sourceHeight;
+  int thumbnailHeight;
+  int width = 0;
+  int height = 0;
+  int added = 0;
+  std::vector<std::byte> pixels;  // red, green, blue, rows top to bottom
+};
+
+}  // namespace vex

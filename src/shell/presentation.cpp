@@ -1,0 +1,106 @@
+#include "shell/presentation.h"
+
+#include <array>
+#include <cstdio>
+#include <memory>
+
+#include "assets/preload_list.h"
+#include "assets/texture_cache.h"
+#include "scenes/scene_helper.h"
+#include "shell/clock.h"
+#include "shell/files.h"
+#include "shell/options.h"
+#include "shell/report.h"
+#include "shell/stat_text.h"
+
+namespace vex {
+
+namespace {
+
+std::unique_ptr<PartDispatcher> dispatcher;
+std::array<Scene*, sceneTableSize> scenes;  // in construction order, the rest null
+
+template <typename Concrete>
+Scene* construct() {
+  return newScene<Concrete>();
+}
+
+// The order in which scenes are constructed, and with it the order of their textures.
+constexpr Scene* (*sceneConstructors[])() = {
+    construct<SceneHelper>,
+};
+
+// The glows take consecutive texture ids.
+void loadGlows() {
+  for (int i = 1; i <= 7; ++i) {
+    char name[textureNameSize];
+    std::snprintf(name, sizeof name, "data\\Light%d", i);
+    loadTexture(name, false);
+  }
+}
+
+// Frame rate over the last 20 frame intervals, worked out anew every 21 frames.
+struct FrameStatistics {
+  std::array<float, 21> times{};
+  int index = 0;
+  float averageFps = 0.0f;
+
+  void add(float time) {
+    ++index;
+    times[static_cast<std::size_t>(index)] = time;
+    if (index == 20) {
+      averageFps = 20.0f / (times[20] - times[0]);
+      index = -1;
+    }
+  }
+};
+
+FrameStatistics statistics;
+
+void drawStatistics() {
+  statistics.add(clockTime());
+  drawText(0, 0, "fps: %.2f", 1.0f / clockDelta());
+  drawText(0, 1, "avg: %.2f", statistics.averageFps);
+  drawText(0, 2, "time: %.2f", clockTime());
+}
+
+}  // namespace
+
+void loadPresentation(std::optional<float> start) {
+  dispatcher = std::make_unique<PartDispatcher>();
+  scenes.fill(nullptr);
+  setLoadingSteps(loadingSteps);
+  std::size_t slot = 0;
+  for (const auto constructor : sceneConstructors) scenes[slot++] = constructor();
+  for (Scene* scene : scenes) {
+    if (!scene) break;
+    dispatcher->addScene(scene);
+  }
+  dispatcher->loadProject("test.hvp");
+  loadingProgress("Starting up");
+  if (options.showStats) loadStatFont("data\\font.raw");
+  loadGlows();
+  preloadTextures();
+  if (start) {
+    dispatcher->startTime = *start;
+    clockSetStartTime(*start);
+  }
+  dispatcher->startTimeline();
+}
+
+const PartDispatcher& presentation() {
+  return *dispatcher;
+}
+
+void drawFrame() {
+  dispatcher->runFrame(clockTime());
+  if (options.showStats) drawStatistics();
+}
+
+void destroyPresentation() {
+  fileCloseAll();
+  dispatcher.reset();
+  destroyTextures();
+}
+
+}  // namespace vex

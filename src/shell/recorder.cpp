@@ -1,0 +1,269 @@
+#include "shell/recorder.h"
+
+#include <GL/gl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <map>
+
+#include "platform/encoder.h"
+#include "platform/offscreen_context.h"
+#include "platform/png_file.h"
+#include "platform/sound_file.h"
+#include "shell/call_trace.h"
+#include "shell/clock.h"
+#include "shell/contact_sheet.h"
+#include "shell/files.h"
+#include "shell/gl_setup.h"
+#include "shell/music.h"
+#include "shell/presentation.h"
+#include "shell/progress.h"
+#include "shell/report.h"
+#include "shell/window_size.h"
+
+namespace vex {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double maxFrames = 10'000'000;
+constexpr int maxContactSheetFrames = 1000;
+constexpr int interruptedExitCode = 130;
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void interrupt(int) {
+  interrupted = 1;
+}
+
+void catchInterrupts() {
+  struct sigaction action {};
+  action.sa_handler = interrupt;
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+}
+
+void openOffscreenGl(int width, int height) {
+  const std::string reason = openOffscreenContext(width, height);
+  if (!reason.empty()) fatalError("no OpenGL to draw with: %s", reason.c_str());
+  setUpGlState();
+  setWindowSize(width, height);
+  glViewport(0, 0, width, height);
+}
+
+struct Span {
+  float start;
+  float end;
+  int last;  // frame number
+};
+
+Span recordedSpan(const Recording& recording) {
+  Span span{presentation().startTime, presentation().totalTime, 0};
+  if (recording.to) {
+    if (*recording.to <= span.start || *recording.to > span.end) {
+      fatalError("--to %g lies outside the presentation, %g to %g s", *recording.to, span.start, span.end);
+    }
+    span.end = *recording.to;
+  }
+  if ((double{span.end} - span.start) * recording.framesPerSecond > maxFrames) {
+    fatalError("%g to %g s at %d frames a second are more than %.0f frames", span.start, span.end,
+               recording.framesPerSecond, maxFrames);
+  }
+  span.last = lastFrame(span.start, span.end, recording.framesPerSecond);
+  return span;
+}
+
+struct Music {
+  SoundTrack track;
+  std::vector<std::byte> samples;
+};
+
+// The part of the music that belongs to the span, decoded. A track without rate when there is none.
+Music readMusic(const Span& span, int framesPerSecond) {
+  Music music;
+  const char* name = presentation().musicName;
+  if (name[0] == '\0') return music;
+  const auto source = findMusic(name);
+  if (!source) {
+    warning("Sound file %s not found, the video has no sound", name);
+    return music;
+  }
+  SoundFile file = openSoundFile(source->path.c_str(), source->offset, source->size);
+  const auto first = static_cast<std::uint32_t>(std::max(0.0, double{span.start} * file.rate));
+  if (!file.decoder || (first > 0 && !seekSound(file, first))) {
+    warning("Sound file %s can't be read at %g s, the video has no sound", name, span.start);
+    return music;
+  }
+  const double seconds = (span.last + 1.0) / framesPerSecond;
+  const double frames = std::min(seconds * file.rate, static_cast<double>(file.frames) - first);
+  music.samples.resize(static_cast<std::size_t>(std::max(0.0, frames)) *
+                       static_cast<std::size_t>(file.frameBytes()));
+  music.samples.resize(readSound(file, music.samples));
+  music.track = {file.rate, file.channels, file.bytesPerSample, music.samples};
+  return music;
+}
+
+// Which frames are wanted as pictures: frame number -> asked-for times.
+std::multimap<int, double> chooseFrames(const std::vector<double>& times, const Span& span,
+                                        int framesPerSecond) {
+  std::multimap<int, double> chosen;
+  for (const double time : times) {
+    const double frame = std::round((time - span.start) * framesPerSecond);
+    if (!(frame >= 0) || frame > span.last) {
+      fatalError("no frame at %g s: the recording runs from %g to %g s", time, span.start,
+                 frameTime(span.start, span.last, framesPerSecond));
+    }
+    chosen.emplace(static_cast<int>(frame), time);
+  }
+  return chosen;
+}
+
+std::vector<double> contactSheetTimes(const Recording& recording, const Span& span) {
+  std::vector<double> times;
+  if (recording.contactSheet.empty()) return times;
+  const double count = std::floor((double{span.end} - span.start) / recording.contactSheetEvery) + 1;
+  if (count > maxContactSheetFrames) {
+    fatalError("--every %g gives %.0f pictures, at most %d fit on a sheet", recording.contactSheetEvery,
+               count, maxContactSheetFrames);
+  }
+  for (int i = 0; i < static_cast<int>(count); ++i)
+    times.push_back(span.start + i * recording.contactSheetEvery);
+  return times;
+}
+
+void writeStill(const Recording& recording, double time, const std::vector<std::byte>& bgra) {
+  std::vector<std::byte> rgb;
+  rgb.reserve(bgra.size() / 4 * 3);
+  const auto rowSize = static_cast<std::size_t>(recording.width) * 4;
+  for (std::size_t row = bgra.size(); row > 0; row -= rowSize) {
+    for (std::size_t i = row - rowSize; i < row; i += 4) {
+      rgb.insert(rgb.end(), {bgra[i + 2], bgra[i + 1], bgra[i]});
+    }
+  }
+  char name[32];
+  std::snprintf(name, sizeof name, "%08.3f.png", time);
+  const std::string path = (fs::path(recording.stillsFolder) / name).native();
+  if (!writePng(path, recording.width, recording.height, rgb)) {
+    fatalError("can't write %s: %s", path.c_str(), std::strerror(errno));
+  }
+}
+
+// Draws frame after frame and hands each to whoever wants it.
+class Recorder {
+ public:
+  Recorder(const Recording& what, const Span& frames)
+      : recording(what),
+        span(frames),
+        stills(chooseFrames(what.stills, frames, what.framesPerSecond)),
+        thumbnails(chooseFrames(contactSheetTimes(what, frames), frames, what.framesPerSecond)),
+        sheet(static_cast<int>(thumbnails.size()), what.width, what.height) {}
+
+  // The exit code.
+  int run() {
+    if (!recording.stillsFolder.empty()) makeFolder(recording.stillsFolder);
+    if (!recording.video.empty()) startVideo();
+    Progress progress("recording", span.last + 1);
+    int frame = 0;
+    for (; frame <= span.last && !interrupted; ++frame) {
+      drawAndDeliver(frame);
+      progress.update(frame + 1);
+    }
+    progress.end();
+    if (interrupted) return endInterrupted(frame);
+    if (!recording.video.empty()) endVideo(VideoEncoder::Result::complete);
+    if (!recording.contactSheet.empty() && !sheet.write(recording.contactSheet)) {
+      fatalError("can't write %s: %s", recording.contactSheet.c_str(), std::strerror(errno));
+    }
+    return 0;
+  }
+
+ private:
+  static void makeFolder(const std::string& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) fatalError("can't make folder %s: %s", folder.c_str(), error.message().c_str());
+  }
+
+  void startVideo() {
+    const Music music = readMusic(span, recording.framesPerSecond);
+    const std::string failure = encoder.start(
+        recording.video, {recording.width, recording.height, recording.framesPerSecond}, music.track);
+    if (!failure.empty()) fatalError("%s", failure.c_str());
+  }
+
+  void endVideo(VideoEncoder::Result result) {
+    const std::string failure = encoder.finish(result);
+    if (!failure.empty()) fatalError("%s", failure.c_str());
+  }
+
+  void drawAndDeliver(int frame) {
+    const float time = frameTime(span.start, frame, recording.framesPerSecond);
+    clockAdvanceTo(time);
+    setTracedFrame(frame, time);
+    drawFrame();
+    const auto [firstStill, lastStill] = stills.equal_range(frame);
+    const auto [firstThumbnail, lastThumbnail] = thumbnails.equal_range(frame);
+    if (!recording.video.empty() || firstStill != lastStill || firstThumbnail != lastThumbnail) {
+      readBackBgra(recording.width, recording.height, pixels);
+    }
+    glClear(GL_STENCIL_BUFFER_BIT);
+    for (auto still = firstStill; still != lastStill; ++still) writeStill(recording, still->second, pixels);
+    for (auto thumbnail = firstThumbnail; thumbnail != lastThumbnail; ++thumbnail) {
+      sheet.add(thumbnail->second, pixels);
+    }
+    // A failed write means that ffmpeg has ended; finishing says why.
+    if (!recording.video.empty() && !encoder.write(pixels)) endVideo(VideoEncoder::Result::complete);
+  }
+
+  int endInterrupted(int framesDone) {
+    if (!recording.video.empty()) {
+      endVideo(VideoEncoder::Result::partial);
+      std::fprintf(stderr, "vexrecord: interrupted, the first %.2f s are in %s\n",
+                   static_cast<double>(framesDone) / recording.framesPerSecond,
+                   encoder.partialPath().c_str());
+    } else {
+      std::fprintf(stderr, "vexrecord: interrupted\n");
+    }
+    return interruptedExitCode;
+  }
+
+  const Recording& recording;
+  const Span span;
+  std::multimap<int, double> stills;
+  std::multimap<int, double> thumbnails;
+  ContactSheet sheet;
+  VideoEncoder encoder;
+  std::vector<std::byte> pixels;
+};
+
+}  // namespace
+
+float frameTime(float start, int n, int framesPerSecond) {
+  return static_cast<float>(double{start} + static_cast<double>(n) / framesPerSecond);
+}
+
+int lastFrame(float start, float end, int framesPerSecond) {
+  int n = std::max(0, static_cast<int>((double{end} - start) * framesPerSecond) - 1);
+  while (frameTime(start, n, framesPerSecond) < end) ++n;
+  return n;
+}
+
+int record(const Recording& recording) {
+  catchInterrupts();
+  pakOpen("vex.pak");
+  openOffscreenGl(recording.width, recording.height);
+  if (!recording.trace.empty()) openCallTrace(recording.trace);
+  loadPresentation(recording.from);
+  const int exitCode = Recorder(recording, recordedSpan(recording)).run();
+  if (!recording.trace.empty() && exitCode == 0) closeCallTrace();
+  destroyPresentation();
+  closeOffscreenContext();
+  return exitCode;
+}
+
+}  // namespace vex

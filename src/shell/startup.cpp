@@ -1,0 +1,72 @@
+#include "shell/startup.h"
+
+#include <GL/gl.h>
+
+#include <cstdlib>
+
+#include "platform/message.h"
+#include "platform/window.h"
+#include "shell/clock.h"
+#include "shell/display_mode.h"
+#include "shell/files.h"
+#include "shell/gl_setup.h"
+#include "shell/loading.h"
+#include "shell/music.h"
+#include "shell/options.h"
+#include "shell/presentation.h"
+#include "shell/quit.h"
+#include "shell/report.h"
+#include "shell/window_size.h"
+
+namespace vex {
+
+namespace {
+
+constexpr unsigned char escapeKey = 27;
+
+[[noreturn]] void shutDown() {
+  shutDownMusic();
+  destroyPresentation();
+  leaveGameMode();
+  std::exit(0);
+}
+
+// Once per idle or display event. Painting the background and clearing the depth buffer belong to
+// the scenes.
+void frameCallback() {
+  if (quitRequested() > 0) shutDown();
+  clockTick();
+  drawFrame();
+  glFinish();
+  swapBuffers();
+  glClear(GL_STENCIL_BUFFER_BIT);
+}
+
+void reshapeCallback(int width, int height) {
+  setWindowSize(width, height);
+  glViewport(0, 0, width, height);
+}
+
+void keyboardCallback(unsigned char key, int, int) {
+  if (key == escapeKey) requestQuit(1);
+}
+
+}  // namespace
+
+void runPlayer() {
+  enableMessageWindows();
+  const DisplayMode mode = runDisplayModeDialog();
+  pakOpen("vex.pak");
+  setUpGl(mode, options.fullscreen);
+  setLoadingDialog(openLoadingDialog());
+  loadPresentation();
+  closeLoadingDialog();
+  startMusic();
+  clockReset();
+  runMainLoop(
+      {.frame = frameCallback, .reshape = reshapeCallback, .keyboard = keyboardCallback, .requestClose = [] {
+         requestQuit(1);
+       }});
+}
+
+}  // namespace vex
