@@ -1,1 +1,45 @@
-int main() {}
+#include <unistd.h>
+
+#include <cstdio>
+#include <string_view>
+
+#include "production/maker.h"
+
+namespace {
+
+constexpr const char* usage =
+    "usage: vexproduce OUTDIR [--draft]\n"
+    "Makes the data of the presentation: OUTDIR/test.hvp, OUTDIR/used_textures.log and OUTDIR/data/.\n"
+    "Files that are up to date stay as they are.\n"
+    "  --draft  small pictures and a short mix, in seconds, for tests\n"
+    "  --help   this text\n";
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  vex::Settings settings;
+  const char* folder = nullptr;
+  for (int i = 1; i < count; ++i) {
+    const std::string_view argument = arguments[i];
+    if (argument == "--help") {
+      std::fputs(usage, stdout);
+      return 0;
+    }
+    if (argument == "--draft") {
+      settings.draft = true;
+    } else if (argument.starts_with("-") || argument.empty() || folder != nullptr) {
+      std::fputs(usage, stderr);
+      return 2;
+    } else {
+      folder = arguments[i];
+    }
+  }
+  if (folder == nullptr) {
+    std::fputs(usage, stderr);
+    return 2;
+  }
+  const auto style = isatty(STDOUT_FILENO) != 0 ? vex::ProgressStyle::bar : vex::ProgressStyle::lines;
+  const vex::MakeResult result = vex::makeProducts(vex::allProducts(), folder, settings, style);
+  std::printf("%d made, %d up to date, %d removed\n", result.made, result.kept, result.removed);
+  return 0;
+}

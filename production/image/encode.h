@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "production/image/image.h"
+
+// Pictures to file bytes. The last bit is dithered by a fixed pattern, so that wide gradients show no
+// bands; exact 0 and 1 stay exact.
+
+namespace vex {
+
+using Bytes = std::vector<std::byte>;
+
+// 24 bit, rows bottom-up; width a multiple of 4.
+Bytes encodeBmp(const Image& image);
+// 8 bit with a grey palette, from alpha.
+Bytes encodeBmpMask(const Image& image);
+
+// Quality 1 to 100, no chroma subsampling.
+Bytes encodeJpegPicture(const Image& image, int quality);
+// Grey, from alpha.
+Bytes encodeJpegMask(const Image& image, int quality);
+
+}  // namespace vex

@@ -1,0 +1,93 @@
+#include "production/image/filter.h"
+
+#include <algorithm>
+
+namespace vex {
+
+namespace {
+
+std::vector<float> gaussian(float sigma) {
+  const int reach = std::max(1, static_cast<int>(std::ceil(sigma * 3)));
+  std::vector<float> weights;
+  float total = 0;
+  for (int i = -reach; i <= reach; ++i) {
+    weights.push_back(std::exp(-static_cast<float>(i * i) / (2 * sigma * sigma)));
+    total += weights.back();
+  }
+  for (float& weight : weights) weight /= total;
+  return weights;
+}
+
+template <typename T>
+Grid<T> blurAxis(const Grid<T>& source, const std::vector<float>& weights, int dx, int dy, EdgeMode mode) {
+  const int reach = static_cast<int>(weights.size() / 2);
+  Grid<T> result(source.width, source.height);
+  for (int y = 0; y < source.height; ++y)
+    for (int x = 0; x < source.width; ++x) {
+      T sum = source.at(x, y) * 0.0f;
+      for (int i = -reach; i <= reach; ++i)
+        sum = sum + source.at(edgeIndex(x + i * dx, source.width, mode),
+                              edgeIndex(y + i * dy, source.height, mode)) *
+                        weights[static_cast<std::size_t>(i + reach)];
+      result.at(x, y) = sum;
+    }
+  return result;
+}
+
+template <typename T>
+Grid<T> blurGrid(const Grid<T>& source, float sigma, EdgeMode mode) {
+  if (sigma < 0.2f) return source;
+  const std::vector<float> weights = gaussian(sigma);
+  return blurAxis(blurAxis(source, weights, 1, 0, mode), weights, 0, 1, mode);
+}
+
+// Calls `shade` with the unit normal of each texel.
+template <typename Function>
+Field shadeRelief(const Field& heights, EdgeMode mode, Function shade) {
+  Field result(heights.width, heights.height);
+  for (int y = 0; y < heights.height; ++y)
+    for (int x = 0; x < heights.width; ++x) {
+      const auto height = [&](int i, int j) {
+        return heights.at(edgeIndex(x + i, heights.width, mode), edgeIndex(y + j, heights.height, mode));
+      };
+      const float nx = (height(-1, 0) - height(1, 0)) / 2, ny = (height(0, -1) - height(0, 1)) / 2;
+      const float length = std::sqrt(nx * nx + ny * ny + 1);
+      result.at(x, y) = shade(nx / length, ny / length, 1 / length);
+    }
+  return result;
+}
+
+}  // namespace
+
+Field blur(const Field& source, float sigma, EdgeMode mode) {
+  return blurGrid(source, sigma, mode);
+}
+Image blur(const Image& source, float sigma, EdgeMode mode) {
+  return blurGrid(source, sigma, mode);
+}
+
+Field lightRelief(const Field& heights, float x, float y, float z, EdgeMode mode) {
+  const float length = std::sqrt(x * x + y * y + z * z);
+  return shadeRelief(heights, mode, [=](float nx, float ny, float nz) {
+    return std::max(0.0f, (nx * x + ny * y + nz * z) / length);
+  });
+}
+
+Field glossRelief(const Field& heights, float x, float y, float z, float power, EdgeMode mode) {
+  const float length = std::sqrt(x * x + y * y + z * z);
+  const float hx = x / length, hy = y / length, hz = z / length + 1;
+  return map(lightRelief(heights, hx, hy, hz, mode), [=](float cosine) { return std::pow(cosine, power); });
+}
+
+Colour4 gradient(const std::vector<Colour4>& stops, float value) {
+  const float position = clamp01(value) * static_cast<float>(stops.size() - 1);
+  const std::size_t index = std::min(static_cast<std::size_t>(position), stops.size() - 2);
+  return mix(stops[index], stops[index + 1], position - static_cast<float>(index));
+}
+
+float borderFade(float u, float v, float margin) {
+  const float nearest = std::min(std::min(u, 1 - u), std::min(v, 1 - v));
+  return smoothStep(0.02f, margin, nearest);
+}
+
+}  // namespace vex

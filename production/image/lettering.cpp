@@ -1,0 +1,79 @@
+#include "production/image/lettering.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "production/image/filter.h"
+#include "production/image/noise.h"
+
+namespace vex {
+
+namespace {
+
+// Tears run nearly level: between two of them lies a strip that is dragged sideways. Returns the distances as
+// displaced, with gaps along the tears.
+Field tearApart(const Field& distance, const LetteringLook& look) {
+  const float height = static_cast<float>(distance.height), unit = height / 128;
+  const auto seed = static_cast<int>(look.seed);
+  return paint(distance.width, distance.height, [&](float u, float v) {
+    const float aspect = static_cast<float>(distance.width) / height;
+    const float jag = 0.05f * fractal(u * aspect * 5, v * 2, 0, 4, 0.6f, look.seed + 7);
+    const float strips = 2.2f + 2.5f * look.tear;
+    const float place = (v + jag) * strips + hashUnit(seed, 3, 91);
+    const int strip = static_cast<int>(std::floor(place));
+    const float draw = hashUnit(strip, seed, 11) - 0.5f;
+    const float shift = look.tear * draw * std::fabs(draw) * 0.9f / aspect;
+    const float within =
+        std::min(place - std::floor(place), 1 - (place - std::floor(place))) / strips * height;
+    const float gap =
+        look.tear > 0 ? look.tear * 2.2f * unit * (0.3f + hashUnit(strip, seed, 12)) - within : -9;
+    return std::max(sample(distance, u + shift, v + look.tear * 0.02f * draw, EdgeMode::clamp), gap);
+  });
+}
+
+}  // namespace
+
+Image drawLettering(const Field& distance, const LetteringLook& look) {
+  const float unit = static_cast<float>(distance.height) / 128;
+  const Field torn = look.tear > 0 ? tearApart(distance, look) : distance;
+  const int width = distance.width, height = distance.height;
+  const float aspect = static_cast<float>(width) / static_cast<float>(height);
+
+  // Wear eats the edges and leaves pits.
+  const Field worn = paint(width, height, [&](float u, float v) {
+    const float edge = fractal(u * aspect * 14, v * 14, 0, 4, 0.6f, look.seed);
+    const float pits = ridges(u * aspect * 5, v * 9, 0, 4, 0.6f, look.seed + 40);
+    return sample(torn, u, v, EdgeMode::clamp) +
+           look.wear * unit * (1.1f * edge + 7 * smoothStep(0.72f, 0.95f, pits));
+  });
+  const Field heights =
+      blur(paint(width, height,
+                 [&](float u, float v) {
+                   const float inside = clamp01(-sample(worn, u, v, EdgeMode::clamp) / (look.bevel * unit));
+                   const float grit = fractal(u * aspect * 30, v * 30, 0, 3, 0.6f, look.seed + 80);
+                   return unit * (look.bevel * std::sqrt(inside * (2 - inside)) + 0.55f * look.wear * grit);
+                 }),
+           0.7f * unit, EdgeMode::clamp);
+  const Field light = lightRelief(heights, -0.6f, -1, 0.75f, EdgeMode::clamp);
+  const Field gloss = glossRelief(heights, -0.6f, -1, 0.75f, 24, EdgeMode::clamp);
+
+  const Field ink = map(worn, [&](float d) { return clamp01(0.5f - d / (1.2f * std::max(unit, 0.6f))); });
+  const Field halo = blur(ink, look.glowReach * 0.25f * unit, EdgeMode::clamp);
+  const Field wideHalo = blur(ink, look.glowReach * unit, EdgeMode::clamp);
+  return paint(width, height, [&](float u, float v) {
+    const float body = sample(ink, u, v, EdgeMode::clamp);
+    const float scratches =
+        smoothStep(0.8f, 0.97f, ridges(u * aspect * 3 + v * 2, v * 24 - u * 5, 0, 3, 0.5f, look.seed + 20));
+    const float shade = 0.16f + 0.66f * sample(light, u, v, EdgeMode::clamp) +
+                        0.5f * sample(gloss, u, v, EdgeMode::clamp) - 0.4f * look.wear * scratches +
+                        0.1f * (0.5f - v);
+    const float around = look.glowStrength * (0.75f * sample(halo, u, v, EdgeMode::clamp) +
+                                              1.1f * sample(wideHalo, u, v, EdgeMode::clamp));
+    const Colour4 face = gradient(*look.body, shade) * body;
+    const Colour4 shine = gradient(*look.glow, around * (1 - 0.8f * body));
+    const float edge = smoothStep(0.012f, 0.07f, std::min(std::min(u, 1 - u) * aspect, std::min(v, 1 - v)));
+    return (face + shine) * edge;
+  });
+}
+
+}  // namespace vex

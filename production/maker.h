@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "production/product.h"
+
+// Brings a folder up to date: makes the products whose sources or files have changed, leaves the
+// others, removes files of products that no longer exist.
+
+namespace vex {
+
+struct MakeResult {
+  int made = 0, kept = 0, removed = 0;
+};
+
+enum class ProgressStyle { bar, lines, none };
+
+// Two products at a time. Every file is written beside its place and renamed into it.
+// Fatal: "cannot write %s: %s", "cannot make folder %s: %s".
+MakeResult makeProducts(const Products& products, const std::string& folder, const Settings& settings,
+                        ProgressStyle style, int workers = 2);
+
+// Names the state of all sources whose path begins with one of `starts`.
+std::string sourceKey(const std::vector<std::string>& starts);
+
+}  // namespace vex

@@ -1,0 +1,68 @@
+#include "production/product.h"
+
+#include "production/textures/families.h"
+#include "production/time_line.h"
+
+namespace vex {
+
+namespace {
+
+constexpr int pictureQuality = 92;
+constexpr int maskQuality = 95;
+
+std::vector<Bytes> encodePicture(const Image& image, PictureKind kind) {
+  switch (kind) {
+    case PictureKind::jpeg:
+      return {encodeJpegPicture(image, pictureQuality)};
+    case PictureKind::bmp:
+      return {encodeBmp(image)};
+    case PictureKind::maskedBmp:
+      return {encodeBmp(image), encodeBmpMask(image)};
+    case PictureKind::maskedJpeg:
+      return {encodeJpegPicture(image, pictureQuality), encodeJpegMask(image, maskQuality)};
+  }
+  return {};
+}
+
+void append(Products& all, Products more) {
+  for (Product& product : more) all.push_back(std::move(product));
+}
+
+}  // namespace
+
+Product picture(const std::string& name, PictureKind kind, const char* family, float work,
+                std::function<Image(const Settings&)> make) {
+  const bool jpeg = kind == PictureKind::jpeg || kind == PictureKind::maskedJpeg;
+  const bool masked = kind == PictureKind::maskedBmp || kind == PictureKind::maskedJpeg;
+  const char* extension = jpeg ? ".jpg" : ".bmp";
+  Product product;
+  product.outputs.push_back("data/" + name + extension);
+  if (masked) product.outputs.push_back("data/" + name + "_mask" + extension);
+  product.sources = {std::string("production/textures/") + family + ".", "production/textures/palette.",
+                     "production/image/", "production/product.", "src/platform/jpeg_encoder."};
+  product.work = work;
+  product.make = [kind, make = std::move(make)](const Settings& settings) {
+    return encodePicture(make(settings), kind);
+  };
+  return product;
+}
+
+Products allProducts() {
+  Products all;
+  append(all, glowPictures());
+  append(all, logoPictures());
+  append(all, typePictures());
+  append(all, grainPictures());
+  append(all, groundPictures());
+  append(all, smokePictures());
+  append(all, ironPictures());
+  append(all, lightPictures());
+  append(all, silhouettePictures());
+  append(all, eyeMovie());
+  append(all, statisticsFont());
+  append(all, musicFile());
+  append(all, timeLineFiles());
+  return all;
+}
+
+}  // namespace vex

@@ -1,0 +1,218 @@
+#include "production/show.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+constexpr double screenAspect = 16.0 / 9;
+constexpr int zoomDots = 24;
+
+ScriptParameter text(const char* name, const std::string& value) {
+  ScriptParameter parameter{name, {}};
+  parameter.curve.kind = CurveKind::text;
+  parameter.curve.text = "data\\" + value;
+  return parameter;
+}
+ScriptParameter number(const char* name, const Curve& curve, double least = -1000, double most = 1000) {
+  return {name, curve, least, most};
+}
+ScriptParameter unit(const char* name, const Curve& curve) {
+  return number(name, curve, 0, 1);
+}
+ScriptParameter blendMode(Blend blend) {
+  return number("blend", static_cast<int>(blend), 0, 2);
+}
+
+ScriptCall call(const char* function, std::vector<ScriptParameter> parameters) {
+  return {"SceneHelper", function, std::move(parameters)};
+}
+std::vector<ScriptParameter> placed(const char* texture, const Place& at, std::vector<ScriptParameter> more) {
+  std::vector<ScriptParameter> all{text("texture", texture), number("x", at.x), number("y", at.y),
+                                   number("w", at.w), number("h", at.h)};
+  all.insert(all.end(), more.begin(), more.end());
+  return all;
+}
+
+// Beats to progress.
+void settle(Curve& curve, double beats) {
+  for (Dot& dot : curve.dots) dot.x = dot.x >= partEnd ? 1 : (dot.x < 0 ? beats + dot.x : dot.x) / beats;
+  if (curve.kind == CurveKind::sine) curve.cycles = beats / curve.cycles;
+}
+
+}  // namespace
+
+Curve line(std::vector<Dot> dots) {
+  return {CurveKind::linear, std::move(dots)};
+}
+
+Curve spline(std::vector<Dot> dots) {
+  return {CurveKind::spline, std::move(dots)};
+}
+
+Curve swing(double beats, double low, double high, double phase) {
+  Curve curve;
+  curve.kind = CurveKind::sine;
+  curve.cycles = beats;
+  curve.amplitude = (high - low) / 2;
+  curve.offset = (high + low) / 2;
+  curve.phase = phase;
+  return curve;
+}
+
+Curve fade(double in, double out, double level) {
+  std::vector<Dot> dots;
+  if (in > 0) dots.push_back({0, 0});
+  dots.push_back({in, level});
+  if (out > 0) {
+    dots.push_back({-out, level});
+    dots.push_back({partEnd, 0});
+  } else {
+    dots.push_back({partEnd, level});
+  }
+  return line(std::move(dots));
+}
+
+Curve flashes(const std::vector<double>& beats, double level, double rest) {
+  static constexpr Dot decay[]{{0, 1}, {0.12, 0.55}, {0.28, 0.18}, {0.48, 0}};  // beats, share of the jump
+  static constexpr double jump = 0.01;                                          // beats that a rise takes
+  std::vector<Dot> dots;
+  if (beats.empty() || beats.front() > jump) dots.push_back({0, rest});
+  for (std::size_t i = 0; i < beats.size(); ++i) {
+    const double next = i + 1 < beats.size() ? beats[i + 1] - jump : partEnd;
+    if (beats[i] > jump) dots.push_back({beats[i] - jump, rest});
+    for (const Dot& dot : decay)
+      if (beats[i] + dot.x < next) dots.push_back({beats[i] + dot.x, rest + (level - rest) * dot.y});
+  }
+  return line(std::move(dots));
+}
+
+Curve zoom(double from, double to, double beats) {
+  std::vector<Dot> dots;
+  for (int i = 0; i <= zoomDots; ++i) {
+    const double share = static_cast<double>(i) / zoomDots;
+    dots.push_back({share * beats, from * std::pow(to / from, share)});
+  }
+  return line(std::move(dots));
+}
+
+Curve operator*(Curve curve, double factor) {
+  curve.value *= factor, curve.amplitude *= factor, curve.offset *= factor;
+  for (Dot& dot : curve.dots) dot.y *= factor;
+  return curve;
+}
+
+Curve operator+(Curve curve, double constant) {
+  curve.value += constant, curve.offset += constant;
+  for (Dot& dot : curve.dots) dot.y += constant;
+  return curve;
+}
+
+Curve operator+(const Curve& p, const Curve& q) {
+  if (q.kind == CurveKind::constant) return p + q.value;
+  if (p.kind == CurveKind::constant) return q + p.value;
+  bool alike = p.kind == q.kind && p.kind != CurveKind::sine && p.dots.size() == q.dots.size();
+  Curve sum = p;
+  for (std::size_t i = 0; alike && i < p.dots.size(); ++i) {
+    alike = p.dots[i].x == q.dots[i].x;
+    sum.dots[i].y += q.dots[i].y;
+  }
+  if (!alike) fatalError("curves of different times cannot be added");
+  return sum;
+}
+
+Place centred(const Curve& x, const Curve& y, const Curve& height, double aspect) {
+  const Curve width = height * (aspect / screenAspect);
+  return {x + width * -0.5, y + height * -0.5, width, height};
+}
+
+Place covering(const Curve& scale, const Curve& x, const Curve& y) {
+  return {x + scale * -1, y + scale * -1, scale * 2, scale * 2};
+}
+
+ScriptCall draw(const Bitmap& b) {
+  return call("drawBitmap", placed(b.texture, b.at,
+                                   {number("frames", b.frames, 0, 8), unit("glitch", b.glitch),
+                                    unit("alpha", b.alpha), blendMode(b.blend)}));
+}
+ScriptCall draw(const Tiles& t) {
+  return call("drawBitmapRepeat", placed(t.texture, t.at,
+                                         {number("across", t.across), number("down", t.down),
+                                          unit("alpha", t.alpha), blendMode(t.blend)}));
+}
+ScriptCall draw(const Waves& w) {
+  return call("drawBitmapWave", placed(w.texture, w.at,
+                                       {number("speed", w.speed), number("amplitude", w.amplitude),
+                                        unit("alpha", w.alpha), blendMode(w.blend)}));
+}
+ScriptCall draw(const Fade& f) {
+  return call("fadeScreen",
+              {unit("red", f.red), unit("green", f.green), unit("blue", f.blue), unit("alpha", f.alpha)});
+}
+ScriptCall draw(const Movie& m) {
+  return call("drawMovie", placed(m.base, m.at,
+                                  {number("first", m.first), number("last", m.last), number("fps", m.fps),
+                                   unit("alpha", m.alpha)}));
+}
+ScriptCall draw(const Viewport& v) {
+  return call("setViewport", {number("x", v.x, -1, 1), number("y", v.y, -1, 1), number("width", v.w, 0, 2),
+                              number("height", v.h, 0, 2)});
+}
+ScriptCall draw(const Noise& n) {
+  return call("drawNoise",
+              {text("texture", n.texture), number("jitter x", n.jitterX), number("jitter y", n.jitterY),
+               number("speed x", n.speedX), number("speed y", n.speedY), unit("alpha", n.alpha),
+               unit("flicker", n.flicker), blendMode(n.blend), number("aspect", n.aspect, 0.01, 100)});
+}
+ScriptCall draw(const Logo& l) {
+  return call("drawVexLogo",
+              {text("ending", l.ending), number("x", l.x), number("y", l.y), number("size", l.size),
+               unit("glitch", l.glitch), unit("alpha", l.alpha), number("layers", l.layers, 0, 16),
+               number("scale", l.scale), unit("fall", l.fall)});
+}
+
+void Show::part(const char* name, double fromBar, double bars, int track, std::vector<ScriptCall> calls,
+                double start, double speed) {
+  for (ScriptCall& one : calls)
+    for (ScriptParameter& parameter : one.parameters) settle(parameter.curve, bars * beatsPerBar);
+  script.parts.push_back(
+      {name, cueSeconds(fromBar), start, cueSeconds(bars), speed, track, std::move(calls)});
+}
+
+std::string preloadList(const Script& script) {
+  struct Use {
+    std::string name;
+    bool wrap;
+  };
+  std::vector<Use> uses;
+  const auto use = [&](const std::string& name, bool wrap) {
+    const auto known =
+        std::find_if(uses.begin(), uses.end(), [&](const Use& one) { return one.name == name; });
+    if (known == uses.end())
+      uses.push_back({name, wrap});
+    else if (known->wrap != wrap)
+      fatalError("texture %s is used with and without wrap", name.c_str());
+  };
+  for (const ScriptPart& part : script.parts)
+    for (const ScriptCall& one : part.calls) {
+      const bool single = one.function == "drawBitmap";
+      if (!single && one.function != "drawBitmapRepeat" && one.function != "drawBitmapWave" &&
+          one.function != "drawNoise")
+        continue;
+      const std::string& name = one.parameters[0].curve.text;
+      const int frames = single ? static_cast<int>(one.parameters[5].curve.value) : 0;
+      for (int frame = 1; frame < std::max(frames, 2); ++frame)
+        use(frames > 1 ? name.substr(0, name.size() - 1) + std::to_string(frame) : name, !single);
+      if (frames > 1) use(name.substr(0, name.size() - 1) + std::to_string(frames), false);
+    }
+  use("data\\vex_substract", false);
+  std::string text;
+  for (const Use& one : uses) text += one.name + (one.wrap ? " 1\n" : " 0\n");
+  return text;
+}
+
+}  // namespace vex

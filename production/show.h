@@ -1,0 +1,114 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "production/cues.h"
+#include "production/project_writer.h"
+
+// The words in which a time line is written: places and curves in beats, one record for each of the
+// eight screen-space functions, and a show that collects parts.
+//
+// Screen: x from -1 (left) to 1, y from -1 (top) to 1; the whole screen is 2 x 2 and 16:9.
+
+namespace vex {
+
+// Curves over a part. Times are beats from the part's beginning; negative ones count from its end.
+inline constexpr double partEnd = 1e9;
+Curve line(std::vector<Dot> dots);
+Curve spline(std::vector<Dot> dots);
+// Swings between `low` and `high`, once in `beats`; begins in the middle, rising, `phase` degrees further on.
+Curve swing(double beats, double low, double high, double phase = 0);
+// Rises within `in` beats to `level`, falls within the last `out`; 0 beats is a hard edge.
+Curve fade(double in, double out, double level = 1);
+// Jumps to `level` at each of the beats and dies within half a beat.
+Curve flashes(const std::vector<double>& beats, double level, double rest = 0);
+// From one size to another at an even pace for the eye (exponential).
+Curve zoom(double from, double to, double beats);
+Curve operator*(Curve curve, double factor);
+Curve operator+(Curve curve, double constant);
+// Where both vary they must have the same kind and times. Fatal: "curves of different times cannot be added".
+Curve operator+(const Curve& p, const Curve& q);
+
+struct Place {
+  Curve x = -1, y = -1, w = 2, h = 2;  // left upper corner and size
+};
+// `height` high with `aspect` times that as width on a 16:9 screen, about a middle.
+Place centred(const Curve& x, const Curve& y, const Curve& height, double aspect = 1);
+// The whole screen, larger by a factor of 1 or more, its middle moved.
+Place covering(const Curve& scale, const Curve& x = 0, const Curve& y = 0);
+
+enum class Blend { over = 0, add = 1, darken = 2 };
+
+// Texture names are given without their folder.
+struct Bitmap {
+  const char* texture;
+  Place at{};
+  int frames = 0;  // of consecutive pictures NAME1, NAME2 and so on, drawn by chance
+  Curve glitch = 0, alpha = 1;
+  Blend blend = Blend::over;
+};
+struct Tiles {
+  const char* texture;
+  Place at{};
+  Curve across = 1, down = 1, alpha = 1;
+  Blend blend = Blend::over;
+};
+struct Waves {
+  const char* texture;
+  Place at{};
+  Curve speed = 1, amplitude = 0.03, alpha = 1;
+  Blend blend = Blend::over;
+};
+struct Fade {
+  Curve red = 0, green = 0, blue = 0, alpha = 1;
+};
+struct Movie {
+  const char* base;
+  Place at{};
+  int first = 1, last = 1;
+  Curve fps = 12, alpha = 1;
+};
+struct Viewport {
+  Curve x = -1, y = -1, w = 2, h = 2;  // y upwards
+};
+struct Noise {
+  const char* texture;
+  double jitterX = 0, jitterY = 0, speedX = 0, speedY = 0;
+  Curve alpha = 1;
+  double flicker = 0;  // of alpha
+  Blend blend = Blend::add;
+  double aspect = 16.0 / 9;
+};
+struct Logo {
+  const char* ending;  // as in "ed01"
+  Curve x = 0, y = 0, size = 1, glitch = 0, alpha = 1, layers = 1, scale = 1, fall = 0.5;
+};
+
+ScriptCall draw(const Bitmap& bitmap);
+ScriptCall draw(const Tiles& tiles);
+ScriptCall draw(const Waves& waves);
+ScriptCall draw(const Fade& fade);
+ScriptCall draw(const Movie& movie);
+ScriptCall draw(const Viewport& viewport);
+ScriptCall draw(const Noise& noise);
+ScriptCall draw(const Logo& logo);
+
+struct Show {
+  Script script;
+
+  // Bars may be fractions. Scene time starts at 0 unless `start` says otherwise.
+  void part(const char* name, double fromBar, double bars, int track, std::vector<ScriptCall> calls,
+            double start = 0, double speed = 1);
+
+  template <typename... Records>
+  void add(const char* name, double fromBar, double bars, int track, const Records&... records) {
+    part(name, fromBar, bars, track, {draw(records)...});
+  }
+};
+
+// The preload list: every texture that the script would otherwise load while it runs, with its wrap
+// mode; pictures of one glitch stand together. Fatal: "texture %s is used with and without wrap".
+std::string preloadList(const Script& script);
+
+}  // namespace vex

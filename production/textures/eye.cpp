@@ -1,0 +1,185 @@
+#include <array>
+#include <cmath>
+
+#include "production/image/filter.h"
+#include "production/image/noise.h"
+#include "production/image/shape.h"
+#include "production/textures/families.h"
+#include "production/textures/palette.h"
+
+namespace vex {
+
+namespace {
+
+constexpr int frameCount = 32;
+
+// How far the lids are apart, 0 to 1, frame by frame: a tremor, a first slit, then wide open.
+constexpr std::array<float, frameCount> openings{0.00f, 0.01f, 0.03f, 0.01f, 0.00f, 0.04f, 0.08f, 0.05f,
+                                                 0.03f, 0.06f, 0.10f, 0.08f, 0.10f, 0.14f, 0.19f, 0.22f,
+                                                 0.23f, 0.26f, 0.32f, 0.40f, 0.49f, 0.58f, 0.67f, 0.75f,
+                                                 0.82f, 0.88f, 0.93f, 0.97f, 1.00f, 1.02f, 1.02f, 1.01f};
+
+// The picture is 4 units wide and 2 high, the middle is 0, y down.
+struct Pose {
+  float open;
+  float gazeX, gazeY, pupil;
+};
+
+Pose poseOf(int frame) {
+  const float open = openings[static_cast<std::size_t>(frame)];
+  const float late = smoothStep(17, 31, static_cast<float>(frame));
+  return {open, mix(-0.16f, 0.02f, late), mix(0.14f, -0.02f, late),
+          mix(0.25f, 0.15f, smoothStep(19, 30, static_cast<float>(frame)))};
+}
+
+constexpr float corner = 1.42f;  // half the distance of the corners
+
+float lidShape(float x, float lean) {
+  const float place = clamp01(1 - (x / corner) * (x / corner));
+  return std::pow(place, 0.72f) * (1 + lean * x);
+}
+float upperLid(const Pose& pose, float x) {
+  return 0.20f + 0.05f * x - (0.04f + 0.74f * pose.open) * lidShape(x, -0.10f);
+}
+float lowerLid(const Pose& pose, float x) {
+  return 0.20f + 0.05f * x + (0.04f + 0.24f * pose.open) * lidShape(x, 0.12f);
+}
+
+Colour4 ball(const Pose& pose, float x, float y) {
+  const float dx = x - pose.gazeX, dy = y + 0.05f - pose.gazeY;
+  const float r = std::hypot(dx, dy), angle = std::atan2(dy, dx);
+  const float iris = 0.56f;
+  const float sphere = std::sqrt(clamp01(1 - (x * x + y * y) / 2.6f));
+  if (r > iris) {
+    const float veins = smoothStep(0.86f, 0.97f, ridges(x * 2.2f, y * 3.4f, 0, 4, 0.55f, 220)) *
+                        smoothStep(0.55f, 1.25f, std::fabs(x));
+    const Colour4 white = gradient(boneRamp, 0.66f * sphere * sphere);
+    const float limbus = smoothStep(iris + 0.07f, iris, r);
+    return mix(mix(white, Colour4{0.32f, 0.07f, 0.05f}, 0.6f * veins), Colour4{0.015f, 0.03f, 0.02f}, limbus);
+  }
+  const float out = (r - pose.pupil) / (iris - pose.pupil);
+  const float turns = angle / (2 * pi);
+  const float bent = turns + 0.008f * fractal(turns * 40 + 40, r * 5, 0, 3, 0.5f, 221);
+  const float fibre = 0.5f + 0.5f * fractal(bent * 70 + 70, r * 3.2f, 70, 3, 0.62f, 222);
+  const float collar =
+      std::exp(-std::fabs(out - 0.32f - 0.07f * (valueNoise(turns * 26 + 26, 0, 26, 223) - 0.5f)) * 11);
+  const float crypts = smoothStep(0.62f, 0.9f, valueNoise(turns * 18 + 18, r * 8, 18, 224));
+  float value =
+      0.30f + 0.5f * fibre * (0.55f + 0.45f * smoothStep(0, 0.35f, out)) + 0.28f * collar - 0.25f * crypts;
+  value *= smoothStep(1.02f, 0.72f, out) * smoothStep(-0.02f, 0.09f, out);
+  value *= 0.55f +
+           0.62f * clamp01(0.5f + dy * 0.75f + dx * 0.25f);  // the lens gathers the key light on the far side
+  Colour4 colour = gradient(acidRamp, value) +
+                   gradient(emberRamp, 0.24f * collar * fibre * smoothStep(-0.02f, 0.09f, out));
+  return colour;
+}
+
+// The window that the eye looks at: a lancet pair, mirrored in the cornea.
+float reflection(const Pose& pose, float x, float y) {
+  const float px = (x - pose.gazeX * 0.6f + 0.21f) * (1 + 0.25f * y),
+              py = y - pose.gazeY * 0.6f + 0.16f + 0.25f * (x + 0.2f) * (x + 0.2f);
+  const float left = std::max(pointedArch(px + 0.052f, py, 0.042f, 0.03f), py - 0.13f),
+              right = std::max(pointedArch(px - 0.052f, py, 0.042f, 0.03f), py - 0.13f);
+  return std::max(
+      coverage(std::min(left, right), 0.02f) * (1 - 0.75f * coverage(std::fabs(py - 0.03f) - 0.006f, 0.01f)),
+      0.0f);
+}
+
+// Skin: bent by the brow, the crease and the ball below it, with pores and fine folds along the lid.
+float skinHeight(const Pose& pose, float x, float y) {
+  const float upper = upperLid(pose, x), lower = lowerLid(pose, x);
+  const float shape = lidShape(x, 0);
+  const float bulge = 0.34f * std::sqrt(clamp01(1 - (x * x) / 2.9f - (y - 0.03f) * (y - 0.03f) / 0.95f));
+  const float creaseY = 0.02f + 0.04f * x - (0.5f + 0.42f * pose.open) * (0.35f + 0.65f * shape);
+  const float crease =
+      -0.085f * std::exp(-(y - creaseY) * (y - creaseY) / 0.0016f) * smoothStep(1.75f, 1.0f, std::fabs(x));
+  const float hang =
+      0.10f * smoothStep(creaseY + 0.02f, creaseY - 0.18f, y) * smoothStep(1.9f, 1.0f, std::fabs(x));
+  const float bag = -0.035f * std::exp(-(y - lower - 0.24f) * (y - lower - 0.24f) / 0.004f) * shape +
+                    0.03f * std::exp(-(y - lower - 0.1f) * (y - lower - 0.1f) / 0.006f) * shape;
+  const float rim = 0.03f * std::exp(-std::min(std::fabs(y - upper), std::fabs(y - lower)) * 22);
+  const float pores = 0.0055f * fractal(x * 22, y * 22, 0, 3, 0.6f, 230);
+  const float folds = 0.010f * fractal(x * 3, (y - creaseY) * 22, 0, 3, 0.5f, 231) *
+                      std::exp(-(y - creaseY) * (y - creaseY) / 0.08f);
+  const float brow = 0.55f * smoothStep(-0.55f, -1.15f, y);
+  return bulge + crease + hang + bag + rim + pores + folds + brow * 0.5f;
+}
+
+float lashes(const Pose& pose, float x, float y) {
+  float cover = 0;
+  for (int i = 0; i < 54; ++i) {
+    const bool upper = i < 36;
+    const float place = upper ? static_cast<float>(i) / 35 : static_cast<float>(i - 36) / 17;
+    const float jitter = hashUnit(i, 1, 240) - 0.5f;
+    const float rootX = (place * 2 - 1) * corner * 0.93f + 0.05f * jitter;
+    const float rootY = upper ? upperLid(pose, rootX) : lowerLid(pose, rootX);
+    if (std::fabs(x - rootX) > 0.42f || std::fabs(y - rootY) > 0.48f) continue;
+    const float length =
+        (upper ? 0.30f : 0.13f) * (0.75f + 0.5f * hashUnit(i, 2, 240)) * (0.55f + 0.45f * lidShape(rootX, 0));
+    const float droop = mix(0.9f, -0.62f, smoothStep(0.0f, 0.75f, pose.open));
+    const float endX = rootX + length * (rootX * 0.62f + 0.5f * jitter),
+                endY = rootY + length * (upper ? droop : 0.85f);
+    const float bend = upper ? 0.10f * length / 0.3f : -0.02f;
+    const float midX = (rootX + endX) / 2, midY = (rootY + endY) / 2 + bend;
+    const float thick = upper ? 0.0115f : 0.007f;
+    const float d = std::min(taper(x, y, rootX, rootY, midX, midY, thick, thick * 0.75f),
+                             taper(x, y, midX, midY, endX, endY, thick * 0.75f, 0.001f));
+    cover = std::max(cover, coverage(d, 0.014f));
+  }
+  return cover;
+}
+
+Image eyeFrame(const Settings& settings, int frame) {
+  const Pose pose = poseOf(frame);
+  const int width = settings.side(1024), height = width / 2;
+  const float texels = static_cast<float>(width) / 4;
+  const Field heights = paint(width, height, [&](float u, float v) {
+    return texels * skinHeight(pose, (u - 0.5f) * 4, (v - 0.5f) * 2);
+  });
+  const Field light = lightRelief(heights, -0.75f, -0.75f, 0.42f, EdgeMode::clamp);
+  const Field gloss = glossRelief(heights, -0.75f, -0.75f, 0.42f, 9, EdgeMode::clamp);
+  return paint(width, height, [&](float u, float v) {
+    const float x = (u - 0.5f) * 4, y = (v - 0.5f) * 2;
+    const float upper = upperLid(pose, x), lower = lowerLid(pose, x);
+    const float gap = std::max(std::max(upper - y, y - lower), std::fabs(x) - corner);
+    const float mottled = 0.85f + 0.15f * fractal(x * 3, y * 3, 0, 4, 0.6f, 250);
+    Colour4 skin = gradient(boneRamp, (0.03f + 0.46f * sample(light, u, v, EdgeMode::clamp) +
+                                       0.16f * sample(gloss, u, v, EdgeMode::clamp)) *
+                                          mottled);
+    skin = mix(skin, skin * Colour4{1.05f, 0.62f, 0.5f, 1},
+               0.75f * std::exp(-std::max(0.0f, gap) * 9));  // thin, reddened rims
+    Colour4 colour = skin;
+    if (gap < 0.02f) {
+      const float shade = smoothStep(0.0f, 0.30f, y - upper) * 0.85f + 0.15f;  // the upper lid's shadow
+      const float wet = 0.5f * coverage(std::fabs(y - lower + 0.022f) - 0.006f, 0.014f) *
+                        smoothStep(0.15f, 0.4f, pose.open) * (0.4f + 0.6f * valueNoise(x * 9, 0, 0, 251));
+      Colour4 inner =
+          ball(pose, x, y) * shade +
+          gradient(boneRamp, 0.9f * reflection(pose, x, y) * smoothStep(0.03f, 0.12f, y - upper)) +
+          gradient(boneRamp, wet);
+      colour = mix(skin, inner, coverage(gap, 0.016f));
+      const float pink = std::hypot((x + corner - 0.05f) * 1.2f, (y - upperLid(pose, -corner)) * 1.5f);
+      colour = mix(colour, Colour4{0.34f, 0.11f, 0.09f} * 0.8f,
+                   0.8f * smoothStep(0.22f, 0.05f, pink) * coverage(gap, 0.02f));
+    }
+    const float liner =
+        std::exp(-std::fabs(y - upper) * 34) * smoothStep(corner + 0.04f, corner - 0.1f, std::fabs(x));
+    colour = colour * (1 - 0.75f * liner);
+    colour = mix(colour, ink * 0.6f, 0.94f * lashes(pose, x, y));
+    // Lamp-light only on the eye; the rest sinks into the dark.
+    const float dark = smoothStep(1.0f, 0.25f, std::hypot(x / 2.05f, (y - 0.02f) / 1.08f));
+    return colour * dark * smoothStep(0.0f, 0.06f, std::min(std::min(u, 1 - u), std::min(v, 1 - v)));
+  });
+}
+
+}  // namespace
+
+Products eyeMovie() {
+  Products products;
+  for (int frame = 0; frame < frameCount; ++frame)
+    products.push_back(picture("eye" + std::to_string(frame + 1), PictureKind::jpeg, "eye", 5,
+                               [frame](const Settings& settings) { return eyeFrame(settings, frame); }));
+  return products;
+}
+
+}  // namespace vex

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "production/product.h"
+
+// The texture families, one source each.
+
+namespace vex {
+
+Products glowPictures();        // data\light1 to light7
+Products logoPictures();        // data\vex01 to vex08, the word endings, data\vex_substract
+Products typePictures();        // torn type: halvane, presents
+Products grainPictures();       // grain, dust, vignette, letterbox bar
+Products groundPictures();      // opaque full-screen grounds
+Products smokePictures();       // haze cards and tiling smoke, filaments and embers
+Products ironPictures();        // plates, lattice and rose windows
+Products lightPictures();       // rays, eclipse, streaks
+Products silhouettePictures();  // figure, arch, thorns
+Products eyeMovie();            // data\eye1.jpg and so on
+Products statisticsFont();      // data\font.raw
+
+}  // namespace vex

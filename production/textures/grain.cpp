@@ -1,0 +1,72 @@
+#include <cmath>
+
+#include "production/image/filter.h"
+#include "production/image/noise.h"
+#include "production/image/shape.h"
+#include "production/textures/families.h"
+#include "production/textures/palette.h"
+
+namespace vex {
+
+namespace {
+
+// Darkening: what is bright here takes light away. Soft clumps of a texel or two, a little apart in colour.
+Image grain(const Settings& settings) {
+  const int side = settings.side(512);
+  Image noise(side, side);
+  for (int y = 0; y < side; ++y)
+    for (int x = 0; x < side; ++x) {
+      const float common = hashUnit(x, y, 1);
+      noise.at(x, y) = {mix(common, hashUnit(x, y, 2), 0.4f), mix(common, hashUnit(x, y, 3), 0.4f),
+                        mix(common, hashUnit(x, y, 4), 0.4f)};
+    }
+  const auto shape = [](float value) { return clamp01(0.5f + (value - 0.5f) * 3.2f) * 0.2f; };
+  return map(blur(noise, 0.65f, EdgeMode::wrap), [&](Colour4 c) {
+    return Colour4{shape(c.r), shape(c.g), shape(c.b)};
+  });
+}
+
+// Additive: specks, hairs and a few long scratches of an old print.
+Image dust(const Settings& settings) {
+  const int side = settings.side(512);
+  const Field dirt = paintSmooth(side, side, 2, [](float u, float v) {
+    const Cell speck = cellularNoise(u * 24, v * 24, 24, 8);
+    const float specks =
+        speck.id > 0.86f ? coverage(speck.nearest - 0.09f * (speck.id - 0.85f) * 6, 0.06f) : 0.0f;
+    const float bend = 0.012f * fractal(0.5f, v * 3, 3, 3, 0.5f, 30);
+    float hairs = 0;
+    for (int i = 0; i < 5; ++i) {
+      const float place = hashUnit(i, 0, 31);
+      const float across = std::fabs(u - place - bend * (hashUnit(i, 1, 31) * 2 - 0.6f));
+      const float breaks = smoothStep(0.45f, 0.6f, valueNoise(v * 6, static_cast<float>(i) * 7.3f, 6, 32));
+      hairs += 0.5f * hashUnit(i, 2, 31) * breaks * coverage(across - 0.0006f, 0.0025f);
+    }
+    const float curl = std::fabs(gradientNoise(u * 5, v * 5, 5, 33)) +
+                       2.2f * smoothStep(0.32f, 0.22f, valueNoise(u * 7, v * 7, 7, 34)) * 0;
+    const float patch = smoothStep(0.8f, 0.86f, valueNoise(u * 9, v * 9, 9, 35));
+    return clamp01(specks + hairs + 0.6f * patch * coverage(curl - 0.01f, 0.03f));
+  });
+  return map(dirt, [](float value) { return gradient(boneRamp, value * 0.8f); });
+}
+
+// Darkening: clear in the middle, heavier and bluer towards the corners.
+Image vignette(const Settings& settings) {
+  const int side = settings.side(256);
+  return paint(side, side, [](float u, float v) {
+    const float r = std::hypot((u - 0.5f) * 2, (v - 0.5f) * 1.7f);
+    const float shade = smoothStep(0.45f, 1.45f, r);
+    return Colour4{0.98f * shade + 0.02f, 0.96f * shade + 0.015f, 0.9f * shade};
+  });
+}
+
+}  // namespace
+
+Products grainPictures() {
+  return {
+      picture("grain", PictureKind::jpeg, "grain", 1, grain),
+      picture("dust", PictureKind::jpeg, "grain", 4, dust),
+      picture("vignette", PictureKind::bmp, "grain", 0.2f, vignette),
+      picture("bar", PictureKind::bmp, "grain", 0.1f, [](const Settings&) { return Image(8, 8, black); })};
+}
+
+}  // namespace vex

@@ -1,0 +1,158 @@
+#include <cmath>
+
+#include "production/image/filter.h"
+#include "production/image/noise.h"
+#include "production/image/shape.h"
+#include "production/textures/families.h"
+#include "production/textures/palette.h"
+
+namespace vex {
+
+namespace {
+
+// Quatrefoil about the origin: four discs around a square.
+float quatrefoil(float x, float y, float size) {
+  const float ax = std::fabs(x), ay = std::fabs(y);
+  const float lobes =
+      ax > ay ? disc(ax - size * 0.55f, ay, size * 0.5f) : disc(ax, ay - size * 0.55f, size * 0.5f);
+  return std::min(lobes, box(ax, ay, size * 0.42f, size * 0.42f));
+}
+
+// Black iron plates with rivets in rows, hammered, lit from above; verdigris of the hue in the seams. Tiles.
+Image plates(const Settings& settings, const Hue& hue) {
+  const int side = settings.side(512);
+  const float texels = static_cast<float>(side);
+  const auto plateAt = [](float u, float v, float& x, float& y) {
+    const int row = static_cast<int>(v * 4);
+    const float shifted = u * 2 + (row % 2 == 0 ? 0.0f : 0.5f);
+    x = (shifted - std::floor(shifted) - 0.5f) / 2, y = v - (static_cast<float>(row) + 0.5f) / 4;
+    return hashUnit(static_cast<int>(std::floor(shifted)) % 2, row, 120);
+  };
+  const Field heights = paint(side, side, [&](float u, float v) {
+    float x, y;
+    const float id = plateAt(u, v, x, y);
+    const float plate = smoothStep(0, 0.012f, -box(x, y, 0.243f, 0.118f));
+    const float rx = std::fabs(std::fabs(x) - 0.215f), ry = std::fabs(std::fabs(y) - 0.092f);
+    const float along = std::fabs(x) - std::round(std::fabs(x) / 0.0717f) * 0.0717f;
+    const float rivet = std::min(std::hypot(rx, ry), std::hypot(along, ry));
+    const float head = 0.009f * std::sqrt(clamp01(1 - rivet * rivet / (0.013f * 0.013f)));
+    const float beaten = cellularNoise(u * 24, v * 24, 24, 121).nearest;
+    const float rough = fractal(u * 32, v * 32, 32, 4, 0.55f, 122);
+    return texels * (0.011f * plate * (0.7f + 0.6f * id) + head + 0.0022f * beaten + 0.0012f * rough);
+  });
+  const Field light = lightRelief(heights, -0.5f, -1, 0.7f, EdgeMode::wrap);
+  const Field gloss = glossRelief(heights, -0.5f, -1, 0.7f, 30, EdgeMode::wrap);
+  const Field soft = blur(heights, texels * 0.012f, EdgeMode::wrap);
+  return paint(side, side, [&](float u, float v) {
+    float x, y;
+    const float id = plateAt(u, v, x, y);
+    const float hollow =
+        clamp01((sample(soft, u, v, EdgeMode::wrap) - sample(heights, u, v, EdgeMode::wrap)) / texels * 110);
+    const float rust = smoothStep(-0.1f, 0.6f, fractal(u * 6, v * 6, 6, 5, 0.6f, 123) + hollow);
+    const float shade = sample(light, u, v, EdgeMode::wrap) * (0.24f + 0.1f * id) * (1 - 0.6f * hollow);
+    const Colour4 iron = gradient(steelRamp, shade + 0.55f * sample(gloss, u, v, EdgeMode::wrap));
+    return iron * (1 - 0.5f * rust) +
+           gradient(hue.ramp, 0.42f * rust * (0.35f + shade) + 0.34f * smoothStep(0.3f, 1.0f, hollow));
+  });
+}
+
+// Leaded panes: quatrefoils of glass with light behind them. Tiles.
+Image glass(const Settings& settings, const Hue& hue) {
+  const int side = settings.side(512);
+  return paintSmooth(side, side, 2, [&](float u, float v) {
+    const float x = (u * 2 - std::floor(u * 2)) - 0.5f, y = (v * 2 - std::floor(v * 2)) - 0.5f;
+    const float flower = quatrefoil(x, y, 0.40f);
+    const float cx = 0.5f - std::fabs(x), cy = 0.5f - std::fabs(y);
+    const float star = std::hypot(cx, cy) - 0.13f;
+    const float heart = disc(x, y, 0.13f);
+    const float spokes = std::min(std::fabs(x + y), std::fabs(x - y)) / 1.414f;
+    float lead = std::min(std::fabs(flower), std::min(std::fabs(star), std::fabs(heart)));
+    if (flower < 0 && heart > 0) lead = std::min(lead, spokes);
+    if (flower > 0) lead = std::min(lead, std::min(std::fabs(x), std::fabs(y)));
+    const int pane = heart < 0 ? 0 : flower < 0 ? 1 : star < 0 ? 2 : 3;
+    const float streaks = 0.5f + 0.5f * fractal(u * 12, v * 24, 12, 4, 0.55f, 131);
+    const float lit = valueNoise(u * 4, v * 4, 4, 132);
+    static constexpr float levels[4] = {0.78f, 0.5f, 0.62f, 0.22f};
+    const float value =
+        levels[pane] * (0.4f + 0.5f * lit + 0.3f * streaks) * smoothStep(0.0f, 0.09f, lead - 0.008f);
+    return gradient(hue.ramp, value) * coverage(0.011f - lead, 0.006f) +
+           gradient(steelRamp, 0.1f) * coverage(lead - 0.006f, 0.008f);
+  });
+}
+
+// A ring of tracery with flames outside, black iron, its inner edges lit by what lies beyond. The middle is
+// open.
+Image gate(const Settings& settings, const Hue& hue) {
+  const int side = settings.side(512);
+  const float texels = static_cast<float>(side);
+  const auto shape = [](float u, float v) {
+    const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
+    const float r = std::hypot(x, y), angle = std::atan2(y, x);
+    const auto sector = [&](float count, float phase) {
+      const float turn = angle * count / (2 * pi) + phase;
+      return (turn - std::floor(turn) - 0.5f) * 2 * pi / count;
+    };
+    float solid = std::min(std::fabs(r - 0.545f) - 0.022f, std::fabs(r - 0.755f) - 0.020f);
+    solid = std::min(solid, std::fabs(r - 0.50f) - 0.007f);
+    const float a = sector(12, 0.5f);
+    const float px = r * std::cos(a) - 0.655f, py = r * std::sin(a);
+    solid = std::min(solid, std::fabs(quatrefoil(px, py, 0.125f)) - 0.012f);
+    const float b = sector(12, 0);
+    solid = std::min(solid, std::max(std::fabs(r * std::sin(b)) - 0.013f, std::fabs(r - 0.65f) - 0.11f));
+    // Flames: long and short ones by turns.
+    const float turn = sector(24, 0);
+    const float bend = 0.012f * std::sin((r - 0.75f) * 34);
+    const bool longOne = static_cast<int>(std::floor(angle * 24 / (2 * pi) + 48)) % 2 == 0;
+    const float tip = longOne ? 0.965f : 0.87f;
+    const float width = 0.05f * clamp01((tip - r) / (tip - 0.75f));
+    solid =
+        std::min(solid, std::max(std::max(std::fabs(r * std::sin(turn) + bend) - width, 0.75f - r), r - tip));
+    // Cusps into the opening.
+    const float cusp = sector(12, 0.5f);
+    solid = std::min(
+        solid,
+        std::max(std::max(std::fabs(r * std::sin(cusp)) - 0.05f * clamp01((r - 0.40f) / 0.1f), 0.40f - r),
+                 r - 0.5f));
+    return solid;
+  };
+  const Field distance = paint(side, side, shape);
+  const Field heights =
+      blur(map(distance, [&](float d) { return texels * 0.5f * 0.022f * std::sqrt(clamp01(-d / 0.02f)); }),
+           0.8f * texels / 512, EdgeMode::clamp);
+  const Field key = lightRelief(heights, -0.5f, -1, 0.6f, EdgeMode::clamp);
+  Image result = paintSmooth(side, side, 2, [&](float u, float v) {
+    const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y) + 0.001f;
+    const float step = 1.0f / texels;
+    const float slopeX =
+        sample(heights, u + step, v, EdgeMode::clamp) - sample(heights, u - step, v, EdgeMode::clamp);
+    const float slopeY =
+        sample(heights, u, v + step, EdgeMode::clamp) - sample(heights, u, v - step, EdgeMode::clamp);
+    const float inward = clamp01((slopeX * x + slopeY * y) / r * 0.55f);
+    const float grit = 0.5f + 0.5f * fractal(u * 40, v * 40, 0, 3, 0.6f, 140);
+    Colour4 colour = gradient(steelRamp, 0.05f + 0.2f * sample(key, u, v, EdgeMode::clamp) * grit) +
+                     gradient(hue.ramp, 0.85f * inward * smoothStep(1.05f, 0.45f, r) * (0.6f + 0.5f * grit));
+    colour.a = coverage(shape(u, v), 0.005f);
+    return colour;
+  });
+  return result;
+}
+
+}  // namespace
+
+Products ironPictures() {
+  Products products;
+  const auto add = [&](const char* stem, const Hue& hue, PictureKind kind, float work,
+                       Image (*make)(const Settings&, const Hue&)) {
+    products.push_back(picture(std::string(stem) + hue.suffix, kind, "iron", work,
+                               [&hue, make](const Settings& settings) { return make(settings, hue); }));
+  };
+  add("plates_", acidHue, PictureKind::jpeg, 3, plates);
+  add("glass_", violetHue, PictureKind::jpeg, 4, glass);
+  add("glass_", emberHue, PictureKind::jpeg, 4, glass);
+  add("gate_", acidHue, PictureKind::maskedJpeg, 4, gate);
+  add("gate_", violetHue, PictureKind::maskedJpeg, 4, gate);
+  add("gate_", emberHue, PictureKind::maskedJpeg, 4, gate);
+  return products;
+}
+
+}  // namespace vex

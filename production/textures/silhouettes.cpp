@@ -1,0 +1,167 @@
+#include <cmath>
+#include <vector>
+
+#include "production/image/filter.h"
+#include "production/image/noise.h"
+#include "production/image/shape.h"
+#include "production/textures/families.h"
+#include "production/textures/palette.h"
+
+namespace vex {
+
+namespace {
+
+// Near black, with light from behind creeping around the edge. `inside` is the distance to it, 0 or less.
+Colour4 backlit(const Ramp& ramp, float inside, float reach, float strength) {
+  return ink * 0.8f + gradient(ramp, strength * std::exp(inside / reach));
+}
+
+// A hooded figure with a ringed staff; its cloak ends in mist. Twice as high as wide.
+Image figure(const Settings& settings, const Hue& hue) {
+  const int width = settings.side(256);
+  return paintSmooth(width, width * 2, 2, [&](float u, float v) {
+    const float x = u - 0.5f, y = v * 2;
+    const float folds = 0.012f * std::sin(x * 90 + 6 * y) * smoothStep(0.7f, 1.6f, y) +
+                        0.01f * fractal(u * 8, v * 8, 0, 3, 0.5f, 180);
+    const float hood = smoothUnion(disc(x * 1.12f, y - 0.43f, 0.115f),
+                                   taper(x, y, 0, 0.30f, 0, 0.45f, 0.012f, 0.085f), 0.07f);
+    const float shoulders = taper(x, y, -0.115f, 0.66f, 0.115f, 0.66f, 0.085f, 0.085f);
+    const float cloak = std::max(
+        std::fabs(x) - (0.165f + 0.055f * std::pow(clamp01((y - 0.6f) / 1.3f), 1.6f) + folds), 0.6f - y);
+    const float sleeve = taper(x, y, 0.13f, 0.72f, 0.235f, 0.98f, 0.07f, 0.045f);
+    const float hand = taper(x, y, 0.235f, 0.98f, 0.285f, 0.93f, 0.03f, 0.018f);
+    float body = smoothUnion(smoothUnion(hood, shoulders, 0.09f), cloak, 0.05f);
+    body = smoothUnion(body, std::min(sleeve, hand), 0.03f);
+    const float staff = taper(x, y, 0.29f, 0.36f, 0.29f, 1.95f, 0.009f, 0.011f);
+    const float crown = std::min(ring(x - 0.29f, y - 0.25f, 0.085f, 0.011f),
+                                 std::min(ring(x - 0.29f, y - 0.25f, 0.035f, 0.006f),
+                                          taper(x, y, 0.29f, 0.12f, 0.29f, 0.17f, 0.002f, 0.012f)));
+    const float all = std::min(body, std::min(staff, crown));
+    Colour4 colour = backlit(hue.ramp, std::min(0.0f, all), 0.011f, 0.62f);
+    colour.a = coverage(all, 0.006f) *
+               smoothStep(1.96f, 1.55f, y + 0.1f * fractal(u * 6, v * 6, 0, 4, 0.5f, 181)) *
+               smoothStep(0.0f, 0.03f, std::min(u, 1 - u));
+    return colour;
+  });
+}
+
+// A wall with one great pointed opening, its mouldings lit from beyond. Twice as wide as high.
+Image arch(const Settings& settings, const Hue& hue) {
+  const int width = settings.side(1024);
+  return paintSmooth(width, width / 2, 2, [&](float u, float v) {
+    const float x = (u - 0.5f) * 3.56f / 2, y = v - 0.52f;
+    const float wall = -pointedArch(x, y, 0.36f, 0.16f);  // negative in the wall
+    const float depth = -wall;
+    // Mouldings: rounded bands, each lit on the side of the opening.
+    float light = 0;
+    for (int band = 0; band < 5; ++band) {
+      const float start = 0.018f + 0.034f * static_cast<float>(band);
+      const float place = (depth - start) / 0.03f;
+      if (place > 0 && place < 1)
+        light = std::pow(1 - place, 2.5f) * (0.8f - 0.14f * static_cast<float>(band));
+    }
+    const float courses = smoothStep(0.0f, 0.03f, std::fabs(y * 14 - std::round(y * 14)));
+    const float stone = 0.5f + 0.5f * fractal(u * 30, v * 16, 0, 5, 0.6f, 190);
+    light *= (0.45f + 0.55f * stone) * (0.6f + 0.4f * courses);
+    Colour4 colour = ink * 0.7f + gradient(hue.ramp, 0.55f * light + 0.05f * stone * std::exp(-depth * 4));
+    colour.a = coverage(wall, 0.006f);
+    return colour;
+  });
+}
+
+struct Thorn {
+  float x0, y0, x1, y1, r0, r1;
+};
+
+// One bramble: a path of bends with spikes on both sides.
+void growBramble(std::vector<Thorn>& thorns, float x, float y, float heading, float radius, int steps,
+                 int seed) {
+  for (int i = 0; i < steps; ++i) {
+    heading += (hashUnit(i, seed, 200) - 0.5f) * 0.62f;
+    const float nextX = x + 0.085f * std::cos(heading), nextY = y + 0.085f * std::sin(heading);
+    const float nextRadius = radius * 0.965f;
+    thorns.push_back({x, y, nextX, nextY, radius, nextRadius});
+    const float side = i % 2 == 0 ? 1.0f : -1.0f,
+                lean = heading + side * (0.95f + 0.5f * hashUnit(i, seed, 201));
+    const float length = (0.045f + 0.05f * hashUnit(i, seed, 202)) * (0.4f + radius / 0.02f * 0.6f);
+    const float mx = (x + nextX) / 2, my = (y + nextY) / 2;
+    thorns.push_back(
+        {mx, my, mx + length * std::cos(lean), my + length * std::sin(lean), radius * 0.75f, 0.0008f});
+    if (i % 9 == 5 && radius > 0.009f)
+      growBramble(thorns, nextX, nextY, heading + side * 0.8f, radius * 0.6f, steps / 2, seed * 7 + i);
+    x = nextX, y = nextY, radius = nextRadius;
+  }
+}
+
+// Brambles across the foot of the picture, four times as wide as high.
+Image brambles(const Settings& settings, const Hue& hue) {
+  const int width = settings.side(1024);
+  std::vector<Thorn> thorns;
+  growBramble(thorns, -0.2f, 0.78f, -0.15f, 0.021f, 56, 1);
+  growBramble(thorns, 4.2f, 0.7f, 3.25f, 0.023f, 56, 2);
+  growBramble(thorns, -0.1f, 0.98f, 0.1f, 0.017f, 56, 3);
+  growBramble(thorns, 4.1f, 1.02f, 2.95f, 0.016f, 56, 4);
+  return paintSmooth(width, width / 4, 2, [&](float u, float v) {
+    const float x = u * 4, y = v;
+    float nearest = 1;
+    for (const Thorn& thorn : thorns)
+      if (std::fabs(thorn.x0 - x) < 0.2f && std::fabs(thorn.y0 - y) < 0.25f)
+        nearest = std::min(nearest, taper(x, y, thorn.x0, thorn.y0, thorn.x1, thorn.y1, thorn.r0, thorn.r1));
+    Colour4 colour = backlit(hue.ramp, std::min(0.0f, nearest), 0.0045f, 0.5f);
+    colour.a = coverage(nearest, 0.008f) * smoothStep(0.0f, 0.08f, v);
+    return colour;
+  });
+}
+
+// A skyline of spires and roofs, paler with distance; eight times the width of a tower. Sinks into haze at
+// the foot.
+Image spires(const Settings& settings, const Hue& hue) {
+  const int width = settings.side(1024);
+  const auto profile = [](float x, int row) {
+    float top = 0.12f + 0.05f * valueNoise(x * 3, static_cast<float>(row), 0, 210);
+    for (int i = -1; i < 14; ++i) {
+      const float size = hashUnit(i, row, 211);
+      const float centre = (static_cast<float>(i) + 0.2f + 0.6f * hashUnit(i, row, 212)) * 0.3f;
+      const float half = 0.022f + 0.03f * size, height = 0.22f + 0.34f * size * size;
+      const float away = std::fabs(x - centre);
+      if (away < half) top = std::max(top, height + 0.02f * static_cast<float>(away > half * 0.55f));
+      if (away < half * 0.8f)
+        top = std::max(top, height + (0.24f + 0.2f * size) * (1 - away / (half * 0.8f)));
+      if (std::fabs(away - half) < 0.008f)
+        top = std::max(top, height + 0.07f * (1 - std::fabs(away - half) / 0.008f));
+      if (away < 0.0018f) top = std::max(top, height + 0.3f + 0.2f * size);
+    }
+    return top;
+  };
+  return paintSmooth(width, width / 4, 2, [&](float u, float v) {
+    const float height = 1 - v;
+    const bool near = height < profile(u * 4, 2) * 0.8f, far = height < profile(u * 4 + 0.13f, 5);
+    Colour4 colour = near ? ink + gradient(hue.ramp, 0.02f) : ink + gradient(hue.ramp, 0.17f);
+    colour = colour + gradient(hue.ramp, 0.16f * smoothStep(0.3f, 0.0f, height));
+    colour.a = (near || far ? 1.0f : 0.0f) * smoothStep(0.0f, 0.05f, height) * smoothStep(0.0f, 0.03f, v);
+    return colour;
+  });
+}
+
+}  // namespace
+
+Products silhouettePictures() {
+  Products products;
+  const auto add = [&](const char* stem, const Hue& hue, float work,
+                       Image (*make)(const Settings&, const Hue&)) {
+    products.push_back(picture(std::string(stem) + hue.suffix, PictureKind::maskedJpeg, "silhouettes", work,
+                               [&hue, make](const Settings& settings) { return make(settings, hue); }));
+  };
+  add("figure_", acidHue, 1, figure);
+  add("figure_", emberHue, 1, figure);
+  add("arch_", acidHue, 2, arch);
+  add("arch_", violetHue, 2, arch);
+  add("thorn_", boneHue, 6, brambles);
+  add("thorn_", emberHue, 6, brambles);
+  add("spires_", boneHue, 2, spires);
+  add("spires_", acidHue, 2, spires);
+  add("spires_", emberHue, 2, spires);
+  return products;
+}
+
+}  // namespace vex

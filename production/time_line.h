@@ -1,0 +1,14 @@
+#pragma once
+
+#include "production/product.h"
+#include "production/project_writer.h"
+
+namespace vex {
+
+// The presentation's script, 60 seconds.
+Script presentation();
+
+Products timeLineFiles();  // test.hvp and used_textures.log
+Products musicFile();      // data\vex.ogg
+
+}  // namespace vex
