@@ -1,6 +1,7 @@
 #include "production/music.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 
@@ -9,6 +10,7 @@
 #include "production/song/band.h"
 #include "production/song/score.h"
 #include "production/synth/effects.h"
+#include "production/synth/filter.h"
 #include "production/synth/master.h"
 #include "shell/report.h"
 
@@ -69,6 +71,25 @@ StereoTrack mixDown(Mix& mix) {
   return sum;
 }
 
+// The score's curves of the whole mix, a block at a time.
+void followCurves(StereoTrack& track, float rate) {
+  constexpr std::size_t block = 64;
+  std::array<StateVariableFilter, 2> cuts;
+  float lastGain = 0;
+  for (std::size_t start = 0; start < track.left.size(); start += block) {
+    const double bar = static_cast<double>(start) / rate / secondsPerBar;
+    const float gain = std::pow(10.0f, curveAt("fader", bar, 0) / 20);
+    for (StateVariableFilter& cut : cuts) cut.set(curveAt("low cut", bar, 20), 0.707f, rate);
+    const std::size_t stop = std::min(start + block, track.left.size());
+    for (std::size_t i = start; i < stop; ++i) {
+      const float now = lastGain + (gain - lastGain) * static_cast<float>(i - start) / block;
+      track.left[i] = now * cuts[0].next(track.left[i]).high;
+      track.right[i] = now * cuts[1].next(track.right[i]).high;
+    }
+    lastGain = gain;
+  }
+}
+
 // Both ends are silent: 20 ms at the start, and all that is left of the tail is gone 0.1 s before the end.
 void fadeEnds(StereoTrack& track, float rate) {
   const double length = static_cast<double>(track.left.size()) / rate;
@@ -94,8 +115,8 @@ StereoSound renderMusic(MixQuality quality) {
   // Figures found by measuring: -14 LUFS, and 0.5 dB between the ceiling and -1 dBFS for what the
   // encoder adds.
   constexpr float loudness = 1.0f;
-  constexpr float ceiling = 0.84f;
-  removeRumble(sum.left, sum.right, rateHertz);
+  constexpr float ceiling = 0.81f;
+  followCurves(sum, rateHertz);
   narrowLowEnd(sum.left, sum.right, 120, rateHertz);
   compress({}, sum.left, sum.right, rateHertz);
   for (std::vector<float>* channel : {&sum.left, &sum.right}) {
@@ -109,8 +130,7 @@ StereoSound renderMusic(MixQuality quality) {
 std::vector<std::byte> makeMusic(MixQuality quality) {
   const StereoSound sound = renderMusic(quality);
   std::string error;
-  std::vector<std::byte> file =
-      encodeOgg(sound.left, sound.right, sound.sampleRate, quality == MixQuality::full ? 0.6 : 0.2, error);
+  std::vector<std::byte> file = encodeOgg(sound.left, sound.right, sound.sampleRate, 0.6, error);
   if (file.empty()) fatalError("music: %s", error.c_str());
   return file;
 }

@@ -21,50 +21,51 @@ struct Drum {
 };
 
 constexpr Drum drums[] = {
-    {"kick", makeKick, {Bus::drums, 0.85f, 0, 0.01f}},
-    {"snare", makeSnare, {Bus::drums, 0.46f, 0.04f, 0.10f}},
-    {"clap", makeClap, {Bus::drums, 0.32f, 0, 0.16f}},
-    {"closed hat", makeClosedHat, {Bus::drums, 0.30f, 0.22f, 0.02f}},
-    {"open hat", makeOpenHat, {Bus::drums, 0.24f, -0.18f, 0.04f}},
-    {"crash", makeCrash, {Bus::drums, 0.30f, -0.1f, 0.2f}},
-    {"ride", makeRide, {Bus::drums, 0.18f, 0.3f, 0.05f}},
+    {"kick", makeKick, {Bus::drums, 0.80f, 0, 0.01f}},
+    {"snare", makeSnare, {Bus::drums, 0.50f, 0.04f, 0.10f}},
+    {"clap", makeClap, {Bus::drums, 0.60f, 0, 0.16f}},
+    {"closed hat", makeClosedHat, {Bus::drums, 0.60f, 0.22f, 0.02f}},
+    {"open hat", makeOpenHat, {Bus::drums, 0.50f, -0.18f, 0.04f}},
+    {"crash", makeCrash, {Bus::drums, 0.42f, -0.1f, 0.2f}},
+    {"ride", makeRide, {Bus::drums, 0.40f, 0.3f, 0.05f}},
     {"high tom", makeHighTom, {Bus::drums, 0.42f, -0.3f, 0.14f}},
-    {"low tom", makeLowTom, {Bus::drums, 0.45f, 0.3f, 0.14f}},
-    {"heart", makeHeart, {Bus::free, 0.50f, 0, 0.25f}},
-    {"tick", makeTick, {Bus::free, 0.30f, -0.45f, 0.18f, 0.1f}},
-    {"tock", makeTock, {Bus::free, 0.30f, 0.45f, 0.18f, 0.1f}},
-    {"clank", makeClank, {Bus::free, 0.34f, 0, 0.45f, 0.2f}},
-    {"impact", makeImpact, {Bus::free, 0.55f, 0, 0.3f}},
+    {"low tom", makeLowTom, {Bus::drums, 0.36f, 0.3f, 0.14f}},
+    {"heart", makeHeart, {Bus::free, 0.34f, 0, 0.25f}},
+    {"tick", makeTick, {Bus::free, 0.40f, -0.45f, 0.18f, 0.1f}},
+    {"tock", makeTock, {Bus::free, 0.36f, 0.45f, 0.18f, 0.1f}},
+    {"clank", makeClank, {Bus::free, 0.28f, 0, 0.45f, 0.2f}},
+    {"impact", makeImpact, {Bus::free, 0.42f, 0, 0.3f}},
 };
 
 struct Instrument {
   std::string_view name;
   Voice (*make)(const NoteCall& call);
   Placement place;
+  float sway = 0;  // its notes stand by turns this far to the left and to the right
 };
 
 constexpr Instrument instruments[] = {
-    {"crackle", makeCrackle, {Bus::free, 0.22f, 0, 0.05f}},
-    {"drone", makeDrone, {Bus::free, 0.26f, 0, 0.3f}},
+    {"crackle", makeCrackle, {Bus::free, 0.50f, 0, 0.05f}},
+    {"drone", makeDrone, {Bus::free, 0.24f, 0, 0.3f}},
     {"reversed bell", makeReversedBell, {Bus::free, 0.20f, 0, 0.35f}},
-    {"bell", makeBell, {Bus::free, 0.16f, 0, 0.5f, 0.1f}},
-    {"far bell", makeBell, {Bus::free, 0.05f, 0, 2.6f, 1.2f}},
-    {"last bell", makeBell, {Bus::free, 0.15f, 0, 0.7f, 0.3f}},
-    {"choir", makeChoir, {Bus::wide, 0.17f, 0, 0.5f}},
-    {"final choir", makeChoir, {Bus::wide, 0.20f, 0, 0.6f}},
-    {"pad", makePad, {Bus::wide, 0.11f, 0, 0.25f}},
+    {"bell", makeBell, {Bus::free, 0.20f, 0, 0.5f, 0.1f}},
+    {"far bell", makeBell, {Bus::free, 0.07f, 0, 2.6f, 1.2f}, 0.40f},
+    {"last bell", makeBell, {Bus::free, 0.17f, 0, 0.7f, 0.3f}, 0.35f},
+    {"choir", makeChoir, {Bus::wide, 0.50f, 0, 0.5f}},
+    {"final choir", makeChoir, {Bus::wide, 0.42f, 0, 0.6f}},
+    {"pad", makePad, {Bus::wide, 0.16f, 0, 0.25f}},
     {"final pad", makePad, {Bus::wide, 0.17f, 0, 0.4f}},
-    {"low strings", makePluck, {Bus::front, 0.40f, -0.1f, 0.3f, 0.25f}},
-    {"strings", makePluck, {Bus::front, 0.26f, 0.2f, 0.2f, 0.25f}},
-    {"pulse bass", makePulseBass, {Bus::bass, 0.42f}},
-    {"drive bass", makeDriveBass, {Bus::bass, 0.46f}},
-    {"lead", makeLead, {Bus::front, 0.26f, 0, 0.18f, 0.3f}},
-    {"lead octave", makeLead, {Bus::front, 0.15f, 0, 0.15f, 0.1f}},
-    {"counter", makeCounter, {Bus::front, 0.24f, 0, 0.2f, 0.3f}},
-    {"stab", makeStab, {Bus::front, 0.24f, 0, 0.3f, 0.2f}},
-    {"arp", makeArp, {Bus::wide, 0.10f, -0.25f, 0.15f, 0.35f}},
-    {"riser", makeRiser, {Bus::free, 0.20f, 0, 0.2f}},
-    {"fall", makeFall, {Bus::free, 0.16f, 0, 0.3f}},
+    {"low strings", makePluck, {Bus::front, 0.40f, -0.1f, 0.3f, 0.25f}, 0.25f},
+    {"strings", makePluck, {Bus::front, 0.28f, 0.2f, 0.2f, 0.25f}, 0.45f},
+    {"pulse bass", makePulseBass, {Bus::bass, 0.36f}},
+    {"drive bass", makeDriveBass, {Bus::bass, 0.42f}},
+    {"lead", makeLead, {Bus::front, 0.38f, 0, 0.18f, 0.3f}},
+    {"lead octave", makeLead, {Bus::front, 0.24f, 0, 0.15f, 0.1f}},
+    {"counter", makeCounter, {Bus::front, 0.28f, 0, 0.2f, 0.3f}},
+    {"stab", makeStab, {Bus::front, 0.36f, 0, 0.3f, 0.2f}},
+    {"arp", makeArp, {Bus::wide, 0.22f, 0, 0.15f, 0.35f}, 0.50f},
+    {"riser", makeRiser, {Bus::free, 0.50f, 0, 0.2f}},
+    {"fall", makeFall, {Bus::free, 0.40f, 0, 0.3f}},
 };
 
 template <typename Row, std::size_t Size>
@@ -100,11 +101,15 @@ void playScore(Mix& mix) {
   playDrums(mix, noise);
   for (const NoteLine& line : noteScore()) {
     const Instrument& instrument = findRow(instruments, line.instrument);
+    float side = -1;
     for (const Note& note : readNotes(line)) {
       const NoteCall call{
           mix.rate,      static_cast<float>(cueSeconds(note.bars)), note.pitches, note.fromPitch,
-          note.velocity, brightnessAt(line.instrument, note.bar),   &noise};
-      addVoice(mix, instrument.make(call), instrument.place, cueSeconds(note.bar));
+          note.velocity, curveAt(line.instrument, note.bar, 0.5f),  &noise};
+      Placement place = instrument.place;
+      place.pan += side * instrument.sway;
+      side = -side;
+      addVoice(mix, instrument.make(call), place, cueSeconds(note.bar));
     }
   }
 }

@@ -25,9 +25,10 @@ struct NoteLine {
   std::string_view notes;
 };
 
-// Brightness (0 to 1) of an instrument's notes; straight lines between the points.
+// What moves over the song: the brightness (0 to 1) of the instrument of that name, or one of the mix's
+// own curves. Straight lines between the points; two points in one place are a step.
 struct CurvePoint {
-  std::string_view instrument;
+  std::string_view name;
   double bar;
   float value;
 };

@@ -164,9 +164,9 @@ constexpr NoteLine notes[] = {
      "G1:3! G1:1 G2:1 G1:1 -:1 Bb2:1 -:2 D2:1! F2:1 G1:2! A1:1 Bb1:1 |"
      "A1:1! A1:1 A2:1 A1:1 G1:1! A1:1 A2:1 A1:1 C#2:1! A1:1 E2:1 A1:1 G2:1! E2:1 C#2:1 A1:1"},
     {16, "lead",
-     "D5:3! Eb5:3! A5:2! G#5:6! ~A5:2 | -:2 F5:2 E5:2 D5:2 C#5:3 D5:3 E5:2 |"
+     "D5:3! Eb5:3! A5:2! G#5:8! | -:2 F5:2 E5:2 D5:2 C#5:3 D5:3 E5:2 |"
      "D5:3! Eb5:3! A5:2! G#5:4! ~F5:2 D5:2 | E5:4! G5:2 F5:2 E5:2 C#5:4 -:2 |"
-     "D5:2! D6:1 Eb5:2! Eb6:1 A5:2! G#5:4! ~A5:2 F5:2 | G5:3! F5:3 Eb5:2 Bb4:4 Eb5:2 ~G5:2 |"
+     "D5:2! D6:1 Eb5:2! Eb6:1 A5:2! G#5:6! F5:2 | G5:3! F5:3 Eb5:2 Bb4:4 Eb5:2 ~G5:2 |"
      "D5:3! G5:3 Bb5:2! A5:4 G5:2 F5:2 | E5:3! G5:3 ~A5:2 C#6:8!"},
     {16, "stab",
      "D4+F4+A4+D5:3! -:9 D4+F4+A4:1 -:3 | -:10 D4+F4+G#4+D5:2! -:4 |"
@@ -193,11 +193,11 @@ constexpr NoteLine notes[] = {
      "A1:3! A1:1 A1:1 -:1 C2:1 B1:1 G#1:3! G#1:1 B1:1 D2:1 -:2"},
     {24, "lead",
      "F5:3! Bb5:3 D6:2! C6:4 Bb5:2 A5:2 | G5:3! C6:3 E6:2! D6:4 C6:2 Bb5:2 |"
-     "D6:3! Eb6:3! A5:2! G#5:6! ~A5:2 | G5:3! Bb5:3 Eb6:2! ~D6:2 C#6:2 A5:4! |"
+     "D6:3! Eb6:3! A5:2! G#5:8! | G5:3! Bb5:3 Eb6:2! ~D6:2 C#6:2 A5:4! |"
      "D6:8! Eb6:8! | A5:8! G#5:6! -:2"},
     {24, "lead octave",
      "F4:3 Bb4:3 D5:2 C5:4 Bb4:2 A4:2 | G4:3 C5:3 E5:2 D5:4 C5:2 Bb4:2 |"
-     "D5:3 Eb5:3 A4:2 G#4:6 ~A4:2 | G4:3 Bb4:3 Eb5:2 ~D5:2 C#5:2 A4:4 |"
+     "D5:3 Eb5:3 A4:2 G#4:8 | G4:3 Bb4:3 Eb5:2 ~D5:2 C#5:2 A4:4 |"
      "D5:8! Eb5:8! | A4:8! G#4:6! -:2"},
     {26, "counter", "-:4 D5:3! C#5:3! G4:2! G#4:4! | Bb4:4! G4:2 Eb5:2 E4:2 G4:2 C#5:4!"},
     {24, "choir",
@@ -208,7 +208,7 @@ constexpr NoteLine notes[] = {
      "F5:1 Bb5:1 D6:1 F6:1 D6:1 Bb5:1 F5:1 Bb5:1 D6:1 F6:1 D6:1 Bb5:1 F5:1 Bb5:1 D6:1 F6:1 |"
      "G5:1 C6:1 E6:1 G6:1 E6:1 C6:1 G5:1 C6:1 E6:1 G6:1 E6:1 C6:1 G5:1 C6:1 E6:1 G6:1 |"
      "A5:1 D6:1 F6:1 A6:1 F6:1 D6:1 A5:1 D6:1 F6:1 A6:1 F6:1 D6:1 A5:1 D6:1 F6:1 A6:1 |"
-     "G5:1 Bb5:1 Eb6:1 G6:1 Eb6:1 Bb5:1 G5:1 Bb5:1 A5:1 C#6:1 E6:1 G6:1 E6:1 C6:1 A5:1 E5:1"},
+     "G5:1 Bb5:1 Eb6:1 G6:1 Eb6:1 Bb5:1 G5:1 Bb5:1 A5:1 C#6:1 E6:1 G6:1 E6:1 C#6:1 A5:1 E5:1"},
     {28, "stab",
      "D4+F4+A4+D5:3! -:5 Eb4+G4+Bb4+Eb5:3! -:5 | C#4+E4+A4+C#5:3! -:5 D4+F4+G#4+B4:3! -:1 D4+F4+G#4+B4:2! "
      "-:2"},
@@ -227,17 +227,72 @@ constexpr NoteLine notes[] = {
 };
 
 constexpr CurvePoint curves[] = {
-    {"choir", 4, 0.0f},          {"choir", 7, 0.55f},        {"choir", 8, 0.3f},
-    {"choir", 12, 0.25f},        {"choir", 15, 0.8f},        {"choir", 24, 0.7f},
-    {"choir", 28, 1.0f},         {"pulse bass", 8, 0.1f},    {"pulse bass", 12, 0.35f},
-    {"pulse bass", 15.75, 1.0f}, {"pulse bass", 30, 0.1f},   {"drive bass", 16, 0.5f},
-    {"drive bass", 19.5, 0.75f}, {"drive bass", 20, 0.45f},  {"drive bass", 23.9, 0.95f},
-    {"drive bass", 24, 0.6f},    {"drive bass", 29.9, 1.0f}, {"lead", 16, 0.5f},
-    {"lead", 23, 0.8f},          {"lead", 24, 0.75f},        {"lead", 29, 1.0f},
-    {"pad", 14, 0.3f},           {"pad", 15.9, 0.8f},        {"pad", 16, 0.35f},
-    {"pad", 24, 0.7f},           {"arp", 20, 0.25f},         {"arp", 23.9, 0.8f},
-    {"arp", 24, 0.6f},           {"arp", 28, 0.9f},          {"final choir", 30, 0.45f},
-    {"final pad", 30, 0.3f},     {"counter", 26, 0.7f},
+    // Brightness.
+    {"choir", 4, 0.0f},
+    {"choir", 7, 0.55f},
+    {"choir", 8, 0.3f},
+    {"choir", 12, 0.25f},
+    {"choir", 15, 0.8f},
+    {"choir", 24, 0.7f},
+    {"choir", 28, 1.0f},
+    {"pulse bass", 8, 0.1f},
+    {"pulse bass", 12, 0.35f},
+    {"pulse bass", 15.75, 1.0f},
+    {"pulse bass", 30, 0.1f},
+    {"drive bass", 16, 0.5f},
+    {"drive bass", 19.5, 0.75f},
+    {"drive bass", 20, 0.45f},
+    {"drive bass", 23.9, 0.95f},
+    {"drive bass", 24, 0.6f},
+    {"drive bass", 29.9, 1.0f},
+    {"lead", 16, 0.5f},
+    {"lead", 23, 0.8f},
+    {"lead", 24, 0.75f},
+    {"lead", 29, 1.0f},
+    {"pad", 14, 0.3f},
+    {"pad", 15.9, 0.8f},
+    {"pad", 16, 0.35f},
+    {"pad", 24, 0.7f},
+    {"arp", 20, 0.25f},
+    {"arp", 23.9, 0.8f},
+    {"arp", 24, 0.6f},
+    {"arp", 28, 0.9f},
+    {"counter", 26, 0.7f},
+    {"final choir", 30, 0.45f},
+    {"final pad", 30, 0.3f},
+
+    // Level of the whole mix in dB: each movement starts louder than the last, and the tails of the
+    // rooms are pulled down where the music holds its breath.
+    {"fader", 0, -7},
+    {"fader", 6, -6},
+    {"fader", 7.86, -3.5f},
+    {"fader", 7.88, -10},
+    {"fader", 7.99, -6},
+    {"fader", 8, -3},
+    {"fader", 12, -2.4f},
+    {"fader", 15.74, -1.5f},
+    {"fader", 15.76, -9},
+    {"fader", 15.99, -4},
+    {"fader", 16, 0},
+    {"fader", 23.93, 0},
+    {"fader", 23.945, -5},
+    {"fader", 23.995, -5},
+    {"fader", 24, 0.3f},
+    {"fader", 29.86, 0.6f},
+    {"fader", 29.88, -12},
+    {"fader", 29.99, -12},
+    {"fader", 30, 1},
+    {"fader", 30.5, 0},
+    {"fader", 31.75, -5},
+
+    // Hertz below which everything is cut; 20 takes away what is steady. The floor goes before the drop gives
+    // it back.
+    {"low cut", 13.9, 20},
+    {"low cut", 14, 30},
+    {"low cut", 15, 110},
+    {"low cut", 15.75, 340},
+    {"low cut", 15.99, 340},
+    {"low cut", 16, 20},
 };
 
 }  // namespace
@@ -248,14 +303,11 @@ std::span<const DrumLine> drumScore() {
 std::span<const NoteLine> noteScore() {
   return notes;
 }
-std::span<const CurvePoint> curveScore() {
-  return curves;
-}
 
-float brightnessAt(std::string_view instrument, double bar) {
+float curveAt(std::string_view name, double bar, float otherwise) {
   const CurvePoint* before = nullptr;
   for (const CurvePoint& point : curves) {
-    if (point.instrument != instrument) continue;
+    if (point.name != name) continue;
     if (point.bar > bar) {
       if (before == nullptr) return point.value;
       const double share = (bar - before->bar) / (point.bar - before->bar);
@@ -263,7 +315,7 @@ float brightnessAt(std::string_view instrument, double bar) {
     }
     before = &point;
   }
-  return before == nullptr ? 0.5f : before->value;
+  return before == nullptr ? otherwise : before->value;
 }
 
 }  // namespace vex

@@ -11,9 +11,9 @@ namespace vex {
 
 std::span<const DrumLine> drumScore();
 std::span<const NoteLine> noteScore();
-std::span<const CurvePoint> curveScore();
 
-// Brightness of an instrument at a bar; 0.5 without a curve.
-float brightnessAt(std::string_view instrument, double bar);
+// Value of a curve at a bar, or `otherwise` when there is no curve of that name. Before the first point
+// and after the last their values hold.
+float curveAt(std::string_view name, double bar, float otherwise);
 
 }  // namespace vex

@@ -110,7 +110,7 @@ void addModes(std::vector<float>& samples, std::span<const Mode> modes, float ra
 
 Voice makeKick(float rate, NoiseSource& noise) {
   // Ends on A1, the fifth, so that it rings with every root the bass plays.
-  Voice voice{makeDrop({320, 55, 0.016f, 0.17f, 2.6f, 0.42f}, rate), {}};
+  Voice voice{makeDrop({310, 55, 0.015f, 0.095f, 2.0f, 0.34f}, rate), {}};
   addBurst(voice.left, {1500, 9000, 0.004f, 0.5f}, rate, noise);
   sharpen(voice.left, 0.012f, 0.35f, rate);
   return voice;

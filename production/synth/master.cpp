@@ -54,14 +54,6 @@ void raiseToPeaks(std::span<const float> samples, std::span<float> peaks) {
 
 }  // namespace
 
-void removeRumble(std::span<float> left, std::span<float> right, float rate) {
-  for (std::span<float> channel : {left, right}) {
-    StateVariableFilter cut;
-    cut.set(20, 0.707f, rate);
-    for (float& sample : channel) sample = cut.next(sample).high;
-  }
-}
-
 void narrowLowEnd(std::span<float> left, std::span<float> right, float hertz, float rate) {
   StateVariableFilter first, second;
   first.set(hertz, 0.541f, rate);  // the two qualities of a fourth-order Butterworth

@@ -6,9 +6,6 @@
 
 namespace vex {
 
-// Takes away what is steady or below 20 Hz.
-void removeRumble(std::span<float> left, std::span<float> right, float rate);
-
 // Nothing below `hertz` differs between the channels (24 dB an octave).
 void narrowLowEnd(std::span<float> left, std::span<float> right, float hertz, float rate);
 

@@ -107,7 +107,7 @@ Voice makePluck(const NoteCall& call) {
     std::size_t at = 0;
     for (std::size_t i = 0; i < size; ++i) {
       const std::size_t after = at + 1 == line.size() ? 0 : at + 1;
-      const float value = line[at] * (1 - fraction) + line[after] * fraction;
+      const float value = line[after] * (1 - fraction) + line[at] * fraction;
       const float held = static_cast<float>(i) < call.seconds * call.rate ? keep : damp;
       line[at] = held * 0.5f * (value + last);
       last = value;

@@ -145,7 +145,7 @@ Voice makeDriveBass(const NoteCall& call) {
         const float raw =
             0.7f * (first.next(step * 1.006f) + second.next(step * 0.994f)) + 0.5f * pulse.next(step, 0.3f);
         const float driven = softClip(2.6f * filter.next(1.3f * raw));
-        return level * (0.52f * lowCut.next(driven).high + 0.72f * sub.next(step));
+        return level * (0.62f * lowCut.next(driven).high + 0.6f * sub.next(step));
       });
   return voice;
 }
@@ -168,7 +168,7 @@ Voice makeLead(const NoteCall& call) {
           const float vibrato = 9 * std::clamp((t - 0.22f) / 0.3f, 0.0f, 1.0f) * sineOfTurns(t * 5.6f);
           bend = std::exp2((glidedPitch(call, t) - call.pitches.front()) / 12) * cents(vibrato);
           width = 0.42f + 0.12f * sineOfTurns(t * 0.9f + 0.25f * side);
-          const float open = 1400 + 5200 * call.brightness * (0.45f + 0.55f * std::exp(-t / 0.25f));
+          const float open = 1700 + 7500 * call.brightness * (0.45f + 0.55f * std::exp(-t / 0.25f));
           filter.set(open, 1.1f, call.rate);
         },
         [&] {
