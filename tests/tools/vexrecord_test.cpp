@@ -1,0 +1,262 @@
+#include <gtest/gtest.h>
+#include <png.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <vector>
+
+#include "tests/support/run_folder.h"
+#include "tests/support/sound_files.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+Program vexrecord(const std::string& arguments, const std::string& environment = "") {
+  return runProgram(environment + " " VEX_BIN "/vexrecord " + arguments);
+}
+
+// Red for a second, then green, then blue.
+ProjectData threeColours() {
+  ProjectData project{.totalTime = 3.0};
+  project.parts = {fillPart("red", 0, 1, 1, 0, 0), fillPart("green", 1, 1, 0, 1, 0),
+                   fillPart("blue", 2, 9, 0, 0, 1)};
+  return project;
+}
+
+struct Png {
+  int width = 0, height = 0;
+  std::vector<png_byte> pixels;  // red, green, blue
+
+  std::vector<int> at(int x, int y) const {
+    const png_byte* pixel = &pixels[static_cast<std::size_t>(3 * (y * width + x))];
+    return {pixel[0], pixel[1], pixel[2]};
+  }
+};
+
+Png readPng(const char* path) {
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  Png png;
+  if (!png_image_begin_read_from_file(&image, path)) return png;
+  image.format = PNG_FORMAT_RGB;
+  png.width = static_cast<int>(image.width);
+  png.height = static_cast<int>(image.height);
+  png.pixels.resize(PNG_IMAGE_SIZE(image));
+  png_image_finish_read(&image, nullptr, png.pixels.data(), 0, nullptr);
+  return png;
+}
+
+std::string probe(const std::string& arguments) {
+  return runProgram("ffprobe -v error -of csv=p=0 " + arguments).output;
+}
+
+}  // namespace
+
+TEST(Vexrecord, StillsShowTheFramesNearestToTheirTimes) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  const Program program = vexrecord("--stills 0.98,0.99,1.5,3 --out pictures --size 32x16 --fps 30");
+  ASSERT_EQ(program.exitCode, 0) << program.errors;
+  const struct {
+    const char* name;
+    std::vector<int> colour;
+  } stills[] = {
+      {"pictures/0000.980.png", {255, 0, 0}},  // frame 29
+      {"pictures/0000.990.png", {0, 255, 0}},  // frame 30, at 1 s
+      {"pictures/0001.500.png", {0, 255, 0}},
+      {"pictures/0003.000.png", {0, 0, 255}},
+  };
+  for (const auto& [name, colour] : stills) {
+    const Png png = readPng(name);
+    ASSERT_EQ(png.width, 32) << name;
+    ASSERT_EQ(png.height, 16) << name;
+    EXPECT_EQ(png.at(5, 5), colour) << name;
+  }
+  EXPECT_EQ(std::distance(fs::directory_iterator("pictures"), fs::directory_iterator()), 4);
+}
+
+TEST(Vexrecord, PicturesStandUprightAndRunsAreEqual) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  // A bitmap over the upper half; the glitch draws from the generator in every frame.
+  project.parts[0].calls.push_back(
+      {.scene = "SceneHelper",
+       .function = "drawBitmap",
+       .parameters = {text("name", "data\\vex01"), constant("x", -1), constant("y", -1), constant("w", 2),
+                      constant("h", 1), constant("n", 8), constant("glitch", 0.5), constant("alpha", 1),
+                      constant("b", 0)}});
+  writeRunFolder(project);
+  ASSERT_EQ(vexrecord("--stills 0.5 --out a --size 32x16").exitCode, 0);
+  ASSERT_EQ(vexrecord("--stills 0.5 --out b --size 32x16").exitCode, 0);
+  const Png png = readPng("a/0000.500.png");
+  EXPECT_EQ(png.at(16, 2), (std::vector<int>{255, 255, 255}));
+  EXPECT_EQ(png.at(16, 13), (std::vector<int>{255, 0, 0}));
+  EXPECT_EQ(readFile("a/0000.500.png"), readFile("b/0000.500.png"));
+}
+
+TEST(Vexrecord, ContactSheetHoldsAPictureForEveryStep) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  const Program program = vexrecord("--contact-sheet sheet.png --every 1 --size 64x32");
+  ASSERT_EQ(program.exitCode, 0) << program.errors;
+  const Png png = readPng("sheet.png");
+  ASSERT_EQ(png.width, 8 + 4 * (320 + 8)) << "0, 1, 2 and 3 s";
+  const std::vector<int> colours[] = {{255, 0, 0}, {0, 255, 0}, {0, 0, 255}, {0, 0, 255}};
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(png.at(8 + i * 328 + 160, 8 + 80), colours[i]) << i << " s";
+}
+
+TEST(Vexrecord, TracesEveryCallInOrder) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  project.parts[1].start = 0.25;
+  project.parts[1].speed = 2;
+  project.parts[2].track = -1;
+  project.parts[1].length = 1.5;
+  project.parts[2].calls[0].function = "drawBitmapRepeat";
+  project.parts[2].calls[0].parameters = {text("name", "data\\vex01"),
+                                          constant("x", 0),
+                                          constant("y", 0),
+                                          constant("w", 1),
+                                          constant("h", 1),
+                                          constant("sx", 1),
+                                          constant("sy", 1),
+                                          {.name = "alpha", .type = 3, .sinOffset = 0.1},
+                                          constant("b", 0)};
+  writeRunFolder(project);
+  const Program program = vexrecord("--trace-calls calls.tsv --from 1.5 --to 2.3 --fps 2 --size 32x16");
+  ASSERT_EQ(program.exitCode, 0) << program.errors;
+  EXPECT_EQ(
+      readFile("calls.tsv"),
+      "frame\ttime\tpart\tscene\tfunction\tsceneTime\tp0\tp1\tp2\tp3\tp4\tp5\tp6\tp7\tp8\n"
+      "-1\t0.5\tred\tSceneHelper\tfadeScreen\t0.5\t1\t0\t0\t1\n"
+      "0\t1.5\tgreen\tSceneHelper\tfadeScreen\t1.25\t0\t1\t0\t1\n"
+      "1\t2\tblue\tSceneHelper\tdrawBitmapRepeat\t0\tdata\\vex01\t0\t0\t1\t1\t1\t1\t0.100000001\t0\n"
+      "1\t2\tgreen\tSceneHelper\tfadeScreen\t2.25\t0\t1\t0\t1\n"
+      "2\t2.5\tblue\tSceneHelper\tdrawBitmapRepeat\t0.5\tdata\\vex01\t0\t0\t1\t1\t1\t1\t0.100000001\t0\n");
+}
+
+TEST(Vexrecord, VideoHasAllFramesAndTheMusicFromItsPlace) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  project.music = "data\\music.wav";
+  writeRunFolder(project);
+  // Silent but for half a second from 1.5 s on.
+  writeSoundFile("data/music.wav", {.frames = 3 * 44100, .sample = [](int frame, int) {
+                                      const bool loud = frame >= 66150 && frame < 88200;
+                                      return loud ? 0.6f * std::sin(0.1f * static_cast<float>(frame)) : 0.0f;
+                                    }});
+  const Program program = vexrecord("--out video.mp4 --from 1 --size 64x32 --fps 25");
+  ASSERT_EQ(program.exitCode, 0) << program.errors;
+  EXPECT_EQ(probe("-count_frames -select_streams v -show_entries "
+                  "stream=codec_name,width,height,nb_read_frames video.mp4"),
+            "h264,64,32,51\n");
+  EXPECT_NEAR(std::stod(probe("-show_entries format=duration video.mp4")), 51 / 25.0, 0.06);
+  const Program levels = runProgram(
+      "ffmpeg -v error -i video.mp4 -f s16le -ac 1 -ar 44100 raw && od -An -v -t d2 -w2 raw | "
+      "awk '{ if ($1 > 5000 || $1 < -5000) { if (!first) first = NR; last = NR } } END { print first, last "
+      "}'");
+  double first = 0, last = 0;
+  ASSERT_EQ(std::sscanf(levels.output.c_str(), "%lf %lf", &first, &last), 2) << levels.output;
+  EXPECT_NEAR(first / 44100, 0.5, 0.02) << "1.5 s of the music, 1 s cut off";
+  EXPECT_NEAR(last / 44100, 1.0, 0.02);
+  EXPECT_FALSE(fs::exists("video.partial.mp4"));
+}
+
+TEST(Vexrecord, MissingMusicLeavesASilentVideo) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  project.music = "data\\none.ogg";
+  writeRunFolder(project);
+  const Program program = vexrecord("--out video.mp4 --size 32x16");
+  EXPECT_EQ(program.exitCode, 0);
+  EXPECT_EQ(program.errors, "vexrecord: Sound file data\\none.ogg not found, the video has no sound\n");
+  EXPECT_EQ(probe("-show_entries stream=codec_type video.mp4"), "video\n");
+}
+
+TEST(Vexrecord, AMissingOrFailingFfmpegLeavesNoFile) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  Program program = vexrecord("--out video.mp4 --size 32x16", "PATH=/none");
+  EXPECT_EQ(program.exitCode, 255);
+  EXPECT_EQ(program.errors,
+            "vexrecord: ffmpeg (Debian package ffmpeg) can't be started: No such file or directory\n");
+
+  // One that dies at once, and one that dies after some frames and leaves a file.
+  for (const char* script :
+       {"#!/bin/sh\necho 'no such codec' >&2\necho more >&2\nexit 3\n",
+        "#!/bin/sh\nfor last; do :; done\nhead -c 9000 > \"$last\"\necho 'no such codec' >&2\n"
+        "exit 3\n"}) {
+    writeFile("bin/ffmpeg", script);
+    fs::permissions("bin/ffmpeg", fs::perms::all);
+    program = vexrecord("--out video.mp4 --size 32x16", "PATH=$PWD/bin:$PATH");
+    EXPECT_EQ(program.exitCode, 255);
+    EXPECT_EQ(program.errors, "vexrecord: ffmpeg failed on " + (folder.path() / "video.mp4").native() +
+                                  " (exit code 3): no such codec\n");
+    EXPECT_FALSE(fs::exists("video.mp4"));
+    EXPECT_FALSE(fs::exists("video.partial.mp4"));
+  }
+}
+
+TEST(Vexrecord, AnInterruptKeepsAPlayablePart) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  project.totalTime = 100000;
+  writeRunFolder(project);
+  const Program program = runProgram(
+      VEX_BIN
+      "/vexrecord --out video.mp4 --trace-calls calls.tsv --size 32x16 > progress & id=$!; "
+      "while [ ! -s video.partial.mp4 ] && kill -0 $id; do sleep 0.1; done; kill -INT $id; wait $id");
+  EXPECT_EQ(program.exitCode, 130);
+  EXPECT_NE(program.errors.find("s are in " + (folder.path() / "video.partial.mp4").native()),
+            std::string::npos)
+      << program.errors;
+  EXPECT_FALSE(fs::exists("video.mp4"));
+  EXPECT_GT(std::atoi(probe("-count_frames -show_entries stream=nb_read_frames video.partial.mp4").c_str()),
+            0);
+}
+
+TEST(Vexrecord, RefusesWhatCannotBe) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  const struct {
+    const char* arguments;
+    int exitCode;
+    const char* message;
+  } cases[] = {
+      {"", 2, "nothing to write: give --out, --contact-sheet or --trace-calls"},
+      {"--wrong", 2, "unknown option --wrong"},
+      {"--out", 2, "--out needs a value"},
+      {"--out x.avi", 2, "--out x.avi: a name that ends in .mp4 is expected"},
+      {"--out x.mp4 --size 33x16", 2, "--size 33x16: a video needs even numbers"},
+      {"--out x.mp4 --size 33", 2, "--size 33: WIDTHxHEIGHT is expected"},
+      {"--out x.mp4 --fps 0", 2, "--fps 0: a number from 1 to 1000 is expected"},
+      {"--out x.mp4 --fps 30x", 2, "--fps 30x: a number from 1 to 1000 is expected"},
+      {"--out x.mp4 --from nan", 2, "--from nan: a number from 0.000000 to 1000000.000000 is expected"},
+      {"--stills 1", 2, "--stills needs --out DIR"},
+      {"--stills 1,,2 --out x", 2, "--stills : a number from 0.000000 to 1000000.000000 is expected"},
+      {"--every 1 --out x.mp4", 2, "--every needs --contact-sheet FILE.png"},
+      {"--dir none --out x.mp4", 255, "can't go to folder none: No such file or directory"},
+      {"--stills 9 --out x", 255, "no frame at 9 s: the recording runs from 0 to 3 s"},
+      {"--from 3 --out x.mp4", 255, "Starting after end!"},
+      {"--to 4 --out x.mp4", 255, "--to 4 lies outside the presentation, 0 to 3 s"},
+      {"--trace-calls none/x", 255, "can't write trace "},
+      {"--contact-sheet none/x.png", 255, "can't write "},
+      {"--contact-sheet x.png --every 0.001", 255,
+       "--every 0.001 gives 3001 pictures, at most 1000 fit on a sheet"},
+  };
+  for (const auto& [arguments, exitCode, message] : cases) {
+    const Program program = vexrecord(arguments);
+    EXPECT_EQ(program.exitCode, exitCode) << arguments << ": " << program.errors;
+    EXPECT_TRUE(program.errors.starts_with(std::string("vexrecord: ") + message)) << program.errors;
+  }
+  for (const fs::directory_entry& entry : fs::directory_iterator(".")) {
+    EXPECT_FALSE(entry.path().filename().native().starts_with("x")) << "left behind: " << entry;
+  }
+}
+
+}  // namespace vex
