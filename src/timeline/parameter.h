@@ -32,7 +32,8 @@ struct Parameter {
   std::unique_ptr<float[]> dotX;  // progress, ascending
   std::unique_ptr<float[]> dotY;
   int dotCount = 0;
-  float value = 0.0f;  // of the last evaluation, before clamping
+  float value = 0.0f;       // of the last evaluation, before clamping
+  float afterValue = 0.0f;  // ends the text that a function wanting one instead of a number would see
 
   Parameter() = default;
   Parameter(const Parameter&) = delete;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 #include <vector>
 
 #include "shell/clock.h"
@@ -63,6 +64,7 @@ void requireFinite(const Place& place, const char* field, float value) {
 ProjectLine readText(const Place& place, const char* field, int file) {
   const ProjectLine line = readString(file);
   if (line.length >= projectLineSize - 1) refuse(place, field, "is longer than 126 characters");
+  if (std::strlen(line.text) != line.length) refuse(place, field, "holds a zero byte");
   return line;
 }
 
@@ -269,8 +271,9 @@ void PartDispatcher::loadProject(const char* fileName) {
   loadingProgress("Loading project");
   projectFile = fileOpen(fileName, "rb");
   if (projectFile < 0) fatalError("Project file %s not found!", fileName);
-  if (std::strcmp(readString(projectFile).text, projectVersion) != 0) {
-    fatalError("Wrong file version. Must be %s\n", projectVersion);
+  const ProjectLine version = readString(projectFile);
+  if (std::string_view(version.text, version.length) != projectVersion) {
+    fatalError("Wrong file version. Must be %s\n", projectVersion.data());
   }
   logPrintf("start reading %s\n", fileName);
   const Place place{.file = fileName};

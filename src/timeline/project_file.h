@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 // The project file, written by an editing tool: little-endian doubles (8 bytes), ints (4 bytes), bytes,
 // bools (a byte, 0 or 1) and strings. A string is its characters and a line feed; carriage returns do
@@ -19,7 +20,7 @@
 
 namespace vex {
 
-inline constexpr const char* projectVersion = "0.17";
+inline constexpr std::string_view projectVersion = "0.17";
 inline constexpr std::size_t projectLineSize = 128;  // at most 126 characters of a string are told apart
 
 struct ProjectLine {
