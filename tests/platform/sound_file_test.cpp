@@ -44,7 +44,9 @@ int sampleAt(const Bytes& bytes, std::size_t index) {
 
 // Every 16-bit value turns up, and neighbours differ.
 float scrambled(int frame, int channel) {
-  return static_cast<float>((frame * 40503 + channel * 12345) % 65536 - 32768) / 32768.0f;
+  const auto value = static_cast<std::int16_t>(static_cast<unsigned>(frame) * 40503u +
+                                               static_cast<unsigned>(channel) * 12345u);
+  return static_cast<float>(value) / 32768.0f;
 }
 
 // A tone whose pitch rises, so that every place sounds different.
