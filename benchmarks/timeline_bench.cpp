@@ -148,7 +148,7 @@ const bool added[] = {
                .limit = 50,
                .value =
                    [](const Measurements& m) {
-                     return m.counter("loadProject", "bytes") / m.wall("loadProject") / 1e6;
+                     return m.counter("loadProject", "bytes") / m.cpu("loadProject") / 1e6;
                    }}),
 };
 
