@@ -1,6 +1,7 @@
 #include "tests/support/gl_fixture.h"
 
 #include <cstddef>
+#include <memory>
 #include <span>
 #include <string>
 
@@ -43,8 +44,9 @@ FeedbackVertex readVertex(std::span<const float> values, const int (&viewport)[4
 }  // namespace
 
 std::vector<FeedbackPrimitive> captureFeedback(const std::function<void()>& draw) {
-  std::vector<float> buffer(4'000'000);
-  glFeedbackBuffer(static_cast<GLsizei>(buffer.size()), GL_4D_COLOR_TEXTURE, buffer.data());
+  constexpr int capacity = 4'000'000;
+  const std::unique_ptr<float[]> buffer(new float[capacity]);
+  glFeedbackBuffer(capacity, GL_4D_COLOR_TEXTURE, buffer.get());
   glRenderMode(GL_FEEDBACK);
   draw();
   const int size = glRenderMode(GL_RENDER);
@@ -55,7 +57,7 @@ std::vector<FeedbackPrimitive> captureFeedback(const std::function<void()>& draw
   }
   int viewport[4];
   glGetIntegerv(GL_VIEWPORT, viewport);
-  std::span<const float> rest(buffer.data(), static_cast<std::size_t>(size));
+  std::span<const float> rest(buffer.get(), static_cast<std::size_t>(size));
   const auto take = [&](std::size_t count) {
     const std::span<const float> taken = rest.first(count);
     rest = rest.subspan(count);

@@ -1,0 +1,300 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+
+#include "assets/bmp.h"
+#include "assets/jpeg_texture.h"
+#include "platform/jpeg_decoder.h"
+#include "shell/files.h"
+#include "shell/options.h"
+#include "tests/support/fatal.h"
+#include "tests/support/image_files.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+namespace {
+
+using Bytes = std::array<int, 4>;
+
+Bytes bytesAt(const Image& image, int x, int yFromBottom) {
+  const std::uint32_t pixel = image.pixels.at(static_cast<std::size_t>(yFromBottom * image.width + x));
+  Bytes bytes{};
+  for (std::size_t i = 0; i < 4; ++i) bytes[i] = static_cast<int>(pixel >> 8 * i & 0xff);
+  return bytes;
+}
+
+void expectNear(const Bytes& bytes, const Bytes& expected, int tolerance) {
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(bytes[i], expected[i], tolerance) << "channel " << i;
+}
+
+Rgb quarters(int x, int y) {
+  if (y < 8) return x < 8 ? Rgb{200, 30, 60} : Rgb{20, 180, 90};
+  return x < 8 ? Rgb{40, 50, 220} : Rgb{128, 128, 128};
+}
+
+}  // namespace
+
+TEST(Bmp, KeepsRowsAndTurnsColoursRound) {
+  const TemporaryFolder folder;
+  writeFile("a.bmp", bmpBytes(8, 4, [](int x, int y) { return Rgb{x * 10, y * 20, 5}; }));
+  const Image image = readBmpTexture("a.bmp");
+  ASSERT_EQ(image.width, 8);
+  ASSERT_EQ(image.height, 4);
+  EXPECT_EQ(bytesAt(image, 0, 0), (Bytes{0, 0, 5, 255}));
+  EXPECT_EQ(bytesAt(image, 7, 0), (Bytes{70, 0, 5, 255}));
+  EXPECT_EQ(bytesAt(image, 3, 3), (Bytes{30, 60, 5, 255}));
+}
+
+TEST(Bmp, MagentaIsTransparentOnlyInAPalette) {
+  const TemporaryFolder folder;
+  const BmpFile indexed{.bits = 8,
+                        .colours = 3,
+                        .palette = {{255, 0, 255}, {1, 2, 3}, {255, 0, 254}},
+                        .rows = std::string("\0\1\2\1\1\1\1\1\1\1\1\1\1\1\1\0", 16)};
+  writeFile("indexed.bmp", indexed.bytes());
+  writeFile("direct.bmp", bmpBytes(4, 4, plain({255, 0, 255})));
+  const Image image = readBmpTexture("indexed.bmp");
+  EXPECT_EQ(bytesAt(image, 0, 0), (Bytes{255, 0, 255, 0}));
+  EXPECT_EQ(bytesAt(image, 1, 0), (Bytes{1, 2, 3, 255}));
+  EXPECT_EQ(bytesAt(image, 2, 0), (Bytes{255, 0, 254, 255}));
+  EXPECT_EQ(bytesAt(image, 3, 3), (Bytes{255, 0, 255, 0}));
+  EXPECT_EQ(bytesAt(readBmpTexture("direct.bmp"), 2, 2), (Bytes{255, 0, 255, 255}));
+}
+
+TEST(Bmp, NoColourCountMeansA256ColourPalette) {
+  const TemporaryFolder folder;
+  BmpFile file{.bits = 8, .fill = '\xff'};
+  file.palette.resize(256);
+  file.palette[255] = {9, 8, 7};
+  writeFile("a.bmp", file.bytes());
+  EXPECT_EQ(bytesAt(readBmpTexture("a.bmp"), 0, 0), (Bytes{9, 8, 7, 255}));
+}
+
+TEST(Images, OnlyPowersOfTwoAreTextures) {
+  struct Case {
+    int width, height;
+    bool accepted;
+  };
+  const TemporaryFolder folder;
+  for (const Case& c : {Case{256, 128, true}, Case{100, 100, false}, Case{4, 1, true}, Case{4, 6, false},
+                        Case{12, 4, false}, Case{4, 0, true}}) {
+    SCOPED_TRACE(std::to_string(c.width) + "x" + std::to_string(c.height));
+    writeFile("a.bmp", bmpBytes(c.width, c.height, plain({1, 2, 3})));
+    const ChildResult result = runInChild([&] {
+      const Image image = readBmpTexture("a.bmp");
+      const int pixels = static_cast<int>(image.pixels.size());
+      std::_Exit(image.width == c.width && pixels == c.width * c.height ? 1
+                 : image.width == 0 && image.height == 0 && pixels == 0 ? 2
+                                                                        : 3);
+    });
+    EXPECT_EQ(result.exitCode, c.accepted ? 1 : 2);
+    EXPECT_EQ(result.errorText.find("texture a.bmp isn't of correct size (" + std::to_string(c.width) + "x" +
+                                    std::to_string(c.height) + ")") != std::string::npos,
+              !c.accepted);
+  }
+}
+
+TEST(Bmp, RefusesWhatItIsNot) {
+  const std::vector<Rgb> two{{0, 0, 0}, {1, 1, 1}};
+  const std::vector<std::pair<BmpFile, std::string>> cases{
+      {{.bits = 16}, "texture a.bmp has 16bpp, must be 8 or 24!"},
+      {{.bits = 0}, "texture a.bmp has 0bpp, must be 8 or 24!"},
+      {{.compression = 1}, "texture a.bmp has compression!"},
+      {{.infoSize = 12}, "texture a.bmp has an info header of 12 bytes, must be 40"},
+      {{.infoSize = 124}, "texture a.bmp has an info header of 124 bytes, must be 40"},
+      {{.height = -4, .rows = "x"}, "texture a.bmp is 4x-4, sides must not be negative"},
+      {{.width = -8, .rows = "x"}, "texture a.bmp is -8x4, sides must not be negative"},
+      {{.width = 2}, "texture a.bmp is 2 pixels wide, rows must be a multiple of 4 bytes"},
+      {{.width = 1, .bits = 8}, "texture a.bmp is 1 pixels wide, rows must be a multiple of 4 bytes"},
+      {{.width = 8192, .rows = "x"}, "texture a.bmp is 8192x4, sides of at most 4096 are possible"},
+      {{.height = 1 << 30, .rows = "x"}, "texture a.bmp is 4x1073741824, sides of at most 4096 are possible"},
+      {{.width = 4096, .height = 4096, .rows = "x"},
+       "texture a.bmp is cut short: its picture needs 50331648 bytes, 1 are left"},
+      {{.bits = 8, .colours = 257}, "texture a.bmp has 257 colours, at most 256 are possible"},
+      {{.bits = 8, .colours = 0xffffffff}, "texture a.bmp has 4294967295 colours, at most 256 are possible"},
+      {{.bits = 8, .palette = two, .rows = "x"},
+       "texture a.bmp is cut short: its palette needs 1024 bytes, 9 are left"},
+      {{.bits = 8, .colours = 2, .palette = two, .fill = 2},
+       "texture a.bmp has pixel index 2, beyond its 2 colours"},
+  };
+  const TemporaryFolder folder;
+  for (const auto& [file, text] : cases) {
+    writeFile("a.bmp", file.bytes());
+    EXPECT_EQ(fatalText([] { readBmpTexture("a.bmp"); }), text);
+  }
+  EXPECT_EQ(fatalText([] { readBmpTexture("b.bmp"); }), "Texture b.bmp not found");
+  EXPECT_EQ(fatalText([] { readJpegTexture("b.jpg"); }), "Texture b.jpg not found");
+}
+
+TEST(Bmp, EveryPrefixIsRefused) {
+  const TemporaryFolder folder;
+  const std::string whole = BmpFile{.bits = 8, .colours = 2, .palette = {{0, 0, 0}, {1, 1, 1}}}.bytes();
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    writeFile("vex.pak", pakBytes({{"a.bmp", whole.substr(0, size)}}));
+    const std::string text = fatalText([] {
+      pakOpen("vex.pak");
+      readBmpTexture("a.bmp");
+    });
+    EXPECT_TRUE(text.starts_with("texture a.bmp is cut short: its ")) << size << ": " << text;
+  }
+}
+
+TEST(Bmp, SurvivesNoise) {
+  const TemporaryFolder folder;
+  std::minstd_rand random(7);
+  const std::string whole = BmpFile{.bits = 8, .colours = 2, .palette = {{0, 0, 0}, {1, 1, 1}}}.bytes();
+  for (int round = 0; round < 100; ++round) {
+    std::string noisy = whole;
+    for (std::size_t flips = 0; flips < 4; ++flips) noisy[14 + random() % 50] = static_cast<char>(random());
+    writeFile("a.bmp", noisy);
+    const int exitCode = runInChild([] { readBmpTexture("a.bmp"); }).exitCode;
+    EXPECT_TRUE(exitCode == 0 || exitCode == 255) << "round " << round << ": " << exitCode;
+  }
+}
+
+TEST(Masks, BrightnessBecomesAlpha) {
+  const TemporaryFolder folder;
+  const Picture brightness = [](int x, int) { return x < 8 ? Rgb{255, 254, 0} : Rgb{30, 30, 30}; };
+  writeFile("a.bmp", bmpBytes(16, 8, plain({1, 2, 3})));
+  writeFile("a_mask.bmp", bmpBytes(16, 8, brightness));
+  writeFile("b.jpg", jpegBytes(16, 8, plain({200, 100, 50})));
+  writeFile("b_mask.jpg", jpegBytes(16, 8, brightness));
+  writeFile("c.jpg", jpegBytes(16, 8, plain({200, 100, 50})));
+  writeFile("c_mask.bmp", bmpBytes(16, 8, brightness));  // of the other kind: not its mask
+  const Image bmp = readBmpTexture("a.bmp");
+  EXPECT_EQ(bytesAt(bmp, 0, 0), (Bytes{1, 2, 3, 169}));  // 509 / 3 = 169.67
+  EXPECT_EQ(bytesAt(bmp, 8, 7), (Bytes{1, 2, 3, 30}));
+  const Image jpeg = readJpegTexture("b.jpg");
+  expectNear(bytesAt(jpeg, 0, 0), {200, 100, 50, 169}, 2);
+  expectNear(bytesAt(jpeg, 15, 7), {200, 100, 50, 30}, 2);
+  EXPECT_EQ(bytesAt(readJpegTexture("c.jpg"), 15, 7)[3], 255);
+}
+
+TEST(Masks, AreLoggedAndRefusedInOtherSizes) {
+  const TemporaryFolder folder;
+  options.showStats = true;
+  writeFile("a.bmp", bmpBytes(4, 4, plain({1, 2, 3})));
+  readBmpTexture("a.bmp");
+  writeFile("a_mask.bmp", bmpBytes(4, 4, plain({1, 2, 3})));
+  readBmpTexture("a.bmp");
+  EXPECT_EQ(readFile("Demo.log"),
+            "mask file a_mask.bmp not found, cancelling\nmask file a_mask.bmp found, opening\n");
+  options.showStats = false;
+
+  const auto readBmp = [] { readBmpTexture("a.bmp"); };
+  writeFile("a_mask.bmp", bmpBytes(8, 4, plain({1, 2, 3})));
+  EXPECT_EQ(fatalText(readBmp), "Mask file a_mask.bmp has wrong size 8x4 Needs 4x4");
+  writeFile("a_mask.bmp", bmpBytes(100, 300, plain({1, 2, 3})));
+  EXPECT_EQ(fatalText(readBmp), "Mask file a_mask.bmp has wrong size 100x300 Needs 4x4");
+  // Depth and compression of a mask are complaints about its texture.
+  writeFile("a_mask.bmp", BmpFile{.bits = 32}.bytes());
+  EXPECT_EQ(fatalText(readBmp), "texture a.bmp has 32bpp, must be 8 or 24!");
+  writeFile("a_mask.bmp", BmpFile{.compression = 2}.bytes());
+  EXPECT_EQ(fatalText(readBmp), "texture a.bmp has compression!");
+  writeFile("a_mask.bmp", BmpFile{.rows = "short"}.bytes());
+  EXPECT_EQ(fatalText(readBmp), "texture a_mask.bmp is cut short: its picture needs 48 bytes, 5 are left");
+
+  writeFile("b.jpg", jpegBytes(8, 8, plain({1, 2, 3})));
+  writeFile("b_mask.jpg", jpegBytes(16, 8, plain({1, 2, 3})));
+  const auto readJpeg = [] { readJpegTexture("b.jpg"); };
+  EXPECT_EQ(fatalText(readJpeg), "Mask file b_mask.jpg has wrong size 16x8 Needs 8x8");
+  writeFile("b_mask.jpg", "no picture");
+  EXPECT_EQ(fatalText(readJpeg), "ijlRead(Params) failed");
+}
+
+TEST(Jpeg, HasTheRowsOfTheSameBmp) {
+  const TemporaryFolder folder;
+  writeFile("a.jpg", jpegBytes(16, 16, quarters));
+  writeFile("a.bmp", bmpBytes(16, 16, quarters));
+  const Image jpeg = readJpegTexture("a.jpg");
+  const Image bmp = readBmpTexture("a.bmp");
+  ASSERT_EQ(jpeg.pixels.size(), bmp.pixels.size());
+  for (int y = 0; y < 16; ++y) {
+    for (int x = 0; x < 16; ++x) expectNear(bytesAt(jpeg, x, y), bytesAt(bmp, x, y), 2);
+  }
+}
+
+TEST(Jpeg, GreyGivesThreeEqualChannels) {
+  const TemporaryFolder folder;
+  writeFile("a.jpg", jpegBytes(
+                         16, 8,
+                         [](int x, int) {
+                           return x < 8 ? Rgb{90, 90, 90} : Rgb{7, 7, 7};
+                         },
+                         JpegKind::grey));
+  for (const Image& image : {readJpegTexture("a.jpg"), readJpegFrame("a.jpg")}) {
+    expectNear(bytesAt(image, 0, 0), {90, 90, 90, 255}, 2);
+    expectNear(bytesAt(image, 15, 7), {7, 7, 7, 255}, 2);
+    EXPECT_EQ(bytesAt(image, 3, 3)[0], bytesAt(image, 3, 3)[1]);
+    EXPECT_EQ(bytesAt(image, 3, 3)[0], bytesAt(image, 3, 3)[2]);
+  }
+}
+
+TEST(Jpeg, RefusesWhatItCannotDecode) {
+  const TemporaryFolder folder;
+  writeFile("print.jpg", jpegBytes(8, 8, plain({1, 2, 3}), JpegKind::print));
+  writeFile("empty.jpg", "");
+  writeFile("text.jpg", "This is no picture.");
+  std::string tall = jpegBytes(8, 8, plain({1, 2, 3}));
+  const std::size_t frame = tall.find("\xff\xc0");
+  ASSERT_NE(frame, std::string::npos);
+  tall[frame + 5] = 16;  // the height's upper byte: 4104 to 4096
+  tall[frame + 6] = 0;
+  writeFile("tall.jpg", tall);
+  tall[frame + 5] = 32;
+  writeFile("taller.jpg", tall);
+  for (const auto& [file, text] :
+       {std::pair{"print.jpg", "strange JPEG format"},
+        {"empty.jpg", "ijlRead(Params) failed"},
+        {"text.jpg", "ijlRead(Params) failed"},
+        {"tall.jpg", "ijlRead(image) failed"},
+        {"taller.jpg", "texture taller.jpg is 8x8192, sides of at most 4096 are possible"}}) {
+    const char* name = file;
+    EXPECT_EQ(fatalText([&] { readJpegTexture(name); }), text) << name;
+    EXPECT_EQ(fatalText([&] { readJpegFrame(name); }), text) << name;
+  }
+}
+
+namespace {
+
+// In buffers of exactly that size, for the sanitizer.
+bool decodes(std::string_view file, JpegParameters& parameters) {
+  const std::vector<std::byte> bytes(reinterpret_cast<const std::byte*>(file.data()),
+                                     reinterpret_cast<const std::byte*>(file.data() + file.size()));
+  const JpegDecoder decoder = openJpegDecoder();
+  if (!readJpegParameters(decoder, bytes, parameters) || parameters.channels == 4) return false;
+  if (parameters.width > 256 || parameters.height > 256) return false;
+  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(parameters.width * parameters.height));
+  return decodeJpeg(decoder, bytes, parameters, pixels);
+}
+
+}  // namespace
+
+TEST(Jpeg, EveryPrefixIsRefused) {
+  for (const JpegKind kind : {JpegKind::colour, JpegKind::grey}) {
+    const std::string whole = jpegBytes(16, 16, quarters, kind);
+    JpegParameters parameters;
+    ASSERT_TRUE(decodes(whole, parameters));
+    EXPECT_EQ(parameters.channels, kind == JpegKind::grey ? 1 : 3);
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+      EXPECT_FALSE(decodes(std::string_view(whole).substr(0, size), parameters))
+          << size << " of " << whole.size();
+    }
+  }
+}
+
+TEST(Jpeg, SurvivesNoise) {
+  std::minstd_rand random(11);
+  const std::string whole = jpegBytes(16, 16, quarters);
+  int refused = 0;
+  for (int round = 0; round < 2000; ++round) {
+    std::string noisy = whole;
+    for (int flips = 0; flips < 3; ++flips) noisy[random() % noisy.size()] = static_cast<char>(random());
+    JpegParameters parameters;
+    refused += !decodes(noisy, parameters);
+  }
+  EXPECT_GT(refused, 100);
+}
+
+}  // namespace vex
