@@ -2,12 +2,13 @@
 
 #include <GL/gl.h>
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
-#include <deque>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "assets/bmp.h"
 #include "assets/jpeg_texture.h"
@@ -18,26 +19,11 @@
 namespace vex {
 namespace {
 
-// Looked up by text without a copy of it on the heap.
-struct NameHash {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
-};
-
-struct NamedIds {
-  int first = -1;
-  int last = -1;
-};
-
-std::deque<TextureEntry> entries;
-std::unordered_map<std::string, NamedIds, NameHash, std::equal_to<>> idsByName;  // keys in lower case
-char lastMovieFrame[movieFrameNameSize] = "";
-
 char lowerCase(char letter) {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-// A name of at most Size - 1 characters in lower case.
+// A name of at most Size - 1 characters in lower case, filled up with zeros.
 template <int Size>
 struct FoldedName {
   char text[Size] = {};
@@ -51,10 +37,38 @@ struct FoldedName {
     }
     fits = name[length] == '\0';
   }
+
+  bool operator==(const FoldedName& other) const { return std::memcmp(text, other.text, Size) == 0; }
 };
 
 using TextureName = FoldedName<textureNameSize>;
 using MovieFrameName = FoldedName<movieFrameNameSize>;
+
+// Eight characters at a time.
+std::uint32_t hashName(const TextureName& name) {
+  std::uint64_t hash = 0;
+  for (std::size_t i = 0; i < sizeof name.text; i += 8) {
+    std::uint64_t characters;
+    std::memcpy(&characters, name.text + i, 8);
+    hash = (hash ^ characters) * 0x9e3779b97f4a7c15u;  // 2^64 over the golden ratio
+    hash ^= hash >> 32;
+  }
+  return static_cast<std::uint32_t>(hash);
+}
+
+// Where the ids of a name are found: a hash table with linear probing, never more than half full.
+struct NameSlot {
+  std::uint32_t hash = 0;
+  std::int16_t first = -1;  // in id order; -1 in a free slot
+  std::int16_t last = -1;
+};
+constexpr std::size_t nameSlotCount = 2048;
+static_assert(nameSlotCount >= 2 * maxTextures);
+
+std::array<TextureEntry, maxTextures> entries;
+int entryCount = 0;
+std::array<NameSlot, nameSlotCount> nameSlots;
+char lastMovieFrame[movieFrameNameSize] = "";
 
 TextureName checkedName(const char* name) {
   const TextureName folded(name);
@@ -62,9 +76,15 @@ TextureName checkedName(const char* name) {
   return folded;
 }
 
-NamedIds findTexture(const TextureName& name) {
-  const auto found = idsByName.find(std::string_view(name.text));
-  return found == idsByName.end() ? NamedIds{} : found->second;
+// The slot of the name, or the free one where it would stand.
+NameSlot& findSlot(const TextureName& name) {
+  const std::uint32_t hash = hashName(name);
+  for (std::size_t i = hash % nameSlotCount;; i = (i + 1) % nameSlotCount) {
+    NameSlot& slot = nameSlots[i];
+    if (slot.first < 0) return slot;
+    if (slot.hash == hash && TextureName(entries[static_cast<std::size_t>(slot.first)].name) == name)
+      return slot;
+  }
 }
 
 bool fileExists(const char* name) {
@@ -77,7 +97,7 @@ bool fileExists(const char* name) {
 
 int getTexture(const char* name, bool wrap) {
   TextureName folded = checkedName(name);
-  const int id = findTexture(folded).first;
+  const int id = findSlot(folded).first;
   if (id < 0) return loadTexture(folded.text, wrap);
   TextureEntry& entry = textureEntry(id);
   if (entry.wrap != wrap) uploadTexture(entry, wrap);
@@ -118,10 +138,12 @@ int addTexture(TextureEntry entry, const char* name, bool wrap) {
   entry.wrap = wrap;
   uploadTexture(entry, wrap);
   const int id = entry.id;
-  entries.push_back(std::move(entry));
-  NamedIds& ids = idsByName[folded.text];
-  if (ids.first < 0) ids.first = id;
-  ids.last = id;
+  entries[static_cast<std::size_t>(id)] = std::move(entry);
+  ++entryCount;
+  NameSlot& slot = findSlot(folded);
+  slot.hash = hashName(folded);
+  slot.last = static_cast<std::int16_t>(id);
+  if (slot.first < 0) slot.first = slot.last;
   return id;
 }
 
@@ -131,7 +153,7 @@ int setMovieFrame(const char* textureName, const char* frameFile) {
   if (!frame.fits) {
     fatalError("movie frame name %s is longer than %d characters", frameFile, movieFrameNameSize - 1);
   }
-  int id = findTexture(name).last;
+  int id = findSlot(name).last;
   if (id >= 0 && std::strcmp(frame.text, lastMovieFrame) == 0) return id;
 
   Image picture = readJpegFrame(frame.text);
@@ -152,7 +174,7 @@ int setMovieFrame(const char* textureName, const char* frameFile) {
 }
 
 int textureCount() {
-  return static_cast<int>(entries.size());
+  return entryCount;
 }
 
 TextureEntry& textureEntry(int id) {
@@ -166,10 +188,11 @@ void destroyTextures() {
   writeUsedTextures();
 #endif
   std::vector<GLuint> names;
-  for (const TextureEntry& entry : entries) names.push_back(static_cast<GLuint>(entry.id));
+  for (int id = 0; id < entryCount; ++id) names.push_back(static_cast<GLuint>(id));
   if (!names.empty()) glDeleteTextures(static_cast<GLsizei>(names.size()), names.data());
-  entries.clear();
-  idsByName.clear();
+  entries = {};
+  entryCount = 0;
+  nameSlots = {};
   lastMovieFrame[0] = '\0';
 }
 

@@ -5,14 +5,14 @@
 #include <span>
 #include <string>
 
+#include "shell/gl_setup.h"
+
 namespace vex {
 
 void GlTest::SetUp() {
   const std::string failure = openOffscreenContext(glTestWidth, glTestHeight);
   ASSERT_EQ(failure, "");
-  glEnable(GL_DEPTH_TEST);
-  glEnable(GL_BLEND);
-  glDepthFunc(GL_LEQUAL);
+  setUpGlState();
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
 }
 

@@ -19,8 +19,8 @@ namespace vex {
 inline constexpr int glTestWidth = 120;
 inline constexpr int glTestHeight = 60;
 
-// Each test gets a fresh context of glTestWidth x glTestHeight pixels with identity matrices,
-// blending and the depth test (less or equal) on, and black, far, zeroed buffers.
+// Each test gets a fresh context of glTestWidth x glTestHeight pixels with identity matrices, the
+// state of setUpGlState(), and black, far, zeroed buffers.
 class GlTest : public ::testing::Test {
  protected:
   void SetUp() override;
