@@ -230,6 +230,7 @@ bool play(SoundStream handle) {
   Stream* s = find(handle);
   if (!s || s->started) return false;
   refill(*s);
+  if (s->state == SoundState::lost) return false;
   s->started = true;
   s->lastTime = steadySeconds();
   if (s->queuedEnd == s->unqueuedEnd) {

@@ -20,6 +20,7 @@
 #include "shell/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/sound_files.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vex {
 
@@ -49,7 +50,7 @@ struct SilentDevice : testing::Test {
   // Position in seconds.
   static double heard() { return musicPosition() / static_cast<double>(musicLength()) * musicDuration(); }
 
-  WorkingFolder folder;
+  TemporaryFolder folder;
 };
 
 }  // namespace
@@ -83,16 +84,17 @@ TEST_F(SilentDevice, PlaysEachFormatFromLooseFileAndFromPak) {
     pakOpen("vex.pak");
     clockSetStartTime(1.0f);
     openMusic("music");
+    const double begin = steadySeconds();
     startMusic();
     ASSERT_TRUE(musicActive()) << c.what;
     EXPECT_EQ(musicLength(), c.length) << c.what;
     EXPECT_NEAR(musicDuration(), 2.0f, 1e-6f) << c.what;
-    EXPECT_EQ(heard(), 1.0) << c.what;  // the device's latency has not passed yet
+    EXPECT_GE(heard(), 1.0) << c.what;
     sleepFor(0.25);
     const double first = heard();
     const double firstAt = steadySeconds();
-    EXPECT_GT(first, 1.05) << c.what;
-    EXPECT_LT(first, 1.35) << c.what;
+    // The latency of the silent device is 46 ms, its step 23 ms.
+    EXPECT_NEAR(first, 1.0 + firstAt - begin - 0.05, 0.1) << c.what;
     for (int frame = 0; frame < 10; ++frame) {
       sleepFor(0.01);
       musicPosition();
@@ -134,12 +136,11 @@ TEST_F(SilentDevice, GoesOnBeyondTheEndOfTheMusic) {
   while (steadySeconds() < begin + 1.0) {
     const double position = heard();
     EXPECT_GE(position, last);
-    EXPECT_LT(position, last + 0.2);
     last = position;
+    EXPECT_NEAR(position, steadySeconds() - begin - 0.05, 0.1);
     sleepFor(0.01);
   }
   EXPECT_EQ(soundLibrary.state(1), SoundState::ended);
-  EXPECT_NEAR(last, 0.95, 0.12);
 }
 
 TEST_F(SilentDevice, GoesOnFromAStartBeyondTheEnd) {
@@ -148,8 +149,9 @@ TEST_F(SilentDevice, GoesOnFromAStartBeyondTheEnd) {
   openMusic("music.wav");
   startMusic();
   ASSERT_TRUE(musicActive());
+  const double begin = steadySeconds();
   sleepFor(0.1);
-  EXPECT_NEAR(heard(), 5.1, 0.05);
+  EXPECT_NEAR(heard(), 5.0 + steadySeconds() - begin, 0.02);
 }
 
 // A frame that takes longer than the queue lasts: the music waits, and so does the position.
@@ -159,20 +161,21 @@ TEST_F(SilentDevice, ResumesAfterAnUnderrun) {
   startMusic();
   sleepFor(2.6);
   const double starved = heard();
+  const double resumed = steadySeconds();
   EXPECT_NEAR(starved, 2.0, 1e-3);  // all that was queued
-  sleepFor(0.1);
-  heard();
-  sleepFor(0.6);
-  const double later = heard();
-  EXPECT_NEAR(later, 2.7, 0.12);
+  for (int frame = 0; frame < 35; ++frame) {
+    sleepFor(0.02);
+    EXPECT_GE(heard(), starved);
+  }
+  EXPECT_NEAR(heard(), 2.0 + steadySeconds() - resumed - 0.05, 0.1);
   EXPECT_EQ(soundLibrary.state(1), SoundState::playing);
 }
 
 TEST_F(SilentDevice, BrokenMusicPlaysWhatItHas) {
   writeSoundFile("music.flac", {.coding = SoundCoding::flac, .frames = 44100, .sample = tone});
-  std::vector<std::byte> bytes = readWholeFile("music.flac");
+  std::string bytes = readFile("music.flac");
   bytes.resize(bytes.size() / 2);
-  writeWholeFile("music.flac", bytes);
+  writeFile("music.flac", bytes);
   openMusic("music.flac");
   startMusic();
   ASSERT_TRUE(musicActive());
@@ -180,12 +183,12 @@ TEST_F(SilentDevice, BrokenMusicPlaysWhatItHas) {
   const double begin = steadySeconds();
   while (steadySeconds() < begin + 1.0) sleepFor(0.01), musicPosition();
   EXPECT_EQ(soundLibrary.state(1), SoundState::ended);
-  EXPECT_NEAR(heard(), 0.95, 0.12);
+  EXPECT_NEAR(heard(), steadySeconds() - begin - 0.05, 0.1);
 }
 
 // In a suite that runs before the others: the library looks for devices once in a process.
 TEST(SoundDeviceDeathTest, MissingOneFailsEveryStepOfOpening) {
-  const WorkingFolder folder;
+  const TemporaryFolder folder;
   writeSoundFile("music.wav", {.frames = 1000});
   const ChildResult result = runInChild([] {
     setenv("ALSOFT_DRIVERS", "none", 1);
@@ -203,8 +206,8 @@ TEST(SoundDeviceDeathTest, MissingOneFailsEveryStepOfOpening) {
 }
 
 TEST(SoundDeviceDeathTest, DamagedMusicOnlyWarns) {
-  const WorkingFolder folder;
-  writeWholeFile("music.wav", std::vector<std::byte>(500, std::byte{1}));
+  const TemporaryFolder folder;
+  writeFile("music.wav", std::string(500, '\1'));
   const ChildResult result = runInChild([] {
     setenv("ALSOFT_DRIVERS", "null", 1);
     options.soundEnabled = true;

@@ -12,20 +12,22 @@
 #include <vector>
 
 #include "tests/support/sound_files.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vex {
 
 namespace {
 
-using Bytes = std::vector<std::byte>;
+using Bytes = std::string;  // of files
+using Samples = std::vector<std::byte>;
 
 constexpr SoundCoding lossless[] = {SoundCoding::wav, SoundCoding::flac};
 constexpr SoundCoding everyCoding[] = {SoundCoding::wav, SoundCoding::flac, SoundCoding::ogg,
                                        SoundCoding::mp3};
 
-Bytes decodeRest(SoundFile& file) {
-  Bytes bytes;
-  Bytes part(4096 * static_cast<std::size_t>(file.frameBytes()));
+Samples decodeRest(SoundFile& file) {
+  Samples bytes;
+  Samples part(4096 * static_cast<std::size_t>(file.frameBytes()));
   while (const std::size_t size = readSound(file, part)) {
     bytes.insert(bytes.end(), part.begin(), part.begin() + static_cast<std::ptrdiff_t>(size));
     if (bytes.size() > 64 << 20) {
@@ -36,7 +38,7 @@ Bytes decodeRest(SoundFile& file) {
   return bytes;
 }
 
-int sampleAt(const Bytes& bytes, std::size_t index) {
+int sampleAt(const Samples& bytes, std::size_t index) {
   std::int16_t value = 0;
   std::memcpy(&value, bytes.data() + 2 * index, 2);
   return value;
@@ -56,14 +58,13 @@ float rising(int frame, int channel) {
 }
 
 void put(Bytes& bytes, std::size_t at, std::uint32_t value, int count) {
-  for (int i = 0; i < count; ++i)
-    bytes[at + static_cast<std::size_t>(i)] = static_cast<std::byte>(value >> 8 * i);
+  for (int i = 0; i < count; ++i) bytes[at + static_cast<std::size_t>(i)] = static_cast<char>(value >> 8 * i);
 }
 
 }  // namespace
 
 TEST(SoundFile, ReportsTheFormatOfTheFile) {
-  const WorkingFolder folder;
+  const TemporaryFolder folder;
   struct Case {
     SoundCoding coding;
     int rate, channels;
@@ -90,12 +91,12 @@ TEST(SoundFile, ReportsTheFormatOfTheFile) {
 }
 
 TEST(SoundFile, KeepsEverySampleOfLosslessMusic) {
-  const WorkingFolder folder;
+  const TemporaryFolder folder;
   for (const SoundCoding coding : lossless) {
     writeSoundFile("music", {.coding = coding, .frames = 65536, .sample = scrambled});
     SoundFile file = openSoundFile("music", 0, wholeFile);
     ASSERT_TRUE(file.decoder);
-    const Bytes bytes = decodeRest(file);
+    const Samples bytes = decodeRest(file);
     ASSERT_EQ(bytes.size(), 65536u * 4);
     for (int i = 0; i < 2 * 65536; ++i) {
       ASSERT_EQ(sampleAt(bytes, static_cast<std::size_t>(i)), std::lrint(scrambled(i / 2, i % 2) * 32768.0f));
@@ -104,13 +105,13 @@ TEST(SoundFile, KeepsEverySampleOfLosslessMusic) {
 }
 
 TEST(SoundFile, ConvertsOtherWidths) {
-  const WorkingFolder folder;
+  const TemporaryFolder folder;
   const float levels[] = {0.0f, 0.5f, -0.5f, -1.0f, 127.0f / 128.0f};
   const auto level = [&](int frame, int) { return levels[frame]; };
   writeSoundFile("eight", {.coding = SoundCoding::wav8Bit, .channels = 1, .frames = 5, .sample = level});
   SoundFile eight = openSoundFile("eight", 0, wholeFile);
   const int unsignedLevels[] = {128, 192, 64, 0, 255};
-  const Bytes bytes = decodeRest(eight);
+  const Samples bytes = decodeRest(eight);
   ASSERT_EQ(bytes.size(), 5u);
   for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(static_cast<int>(bytes[i]), unsignedLevels[i]);
 
@@ -121,38 +122,38 @@ TEST(SoundFile, ConvertsOtherWidths) {
                   }});
   SoundFile floats = openSoundFile("float", 0, wholeFile);
   const int limited[] = {8192, 32767, -32768, 32767, -32768};
-  const Bytes words = decodeRest(floats);
+  const Samples words = decodeRest(floats);
   ASSERT_EQ(words.size(), 10u);
   for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(sampleAt(words, i), limited[i]);
 }
 
 TEST(SoundFile, ReadsOutOfTheMiddleOfAnArchive) {
-  const WorkingFolder folder;
+  const TemporaryFolder folder;
   for (const SoundCoding coding : everyCoding) {
     writeSoundFile("music", {.coding = coding, .frames = 30000, .sample = rising});
     writePakAround("vex.pak", "music");
-    const auto size = static_cast<std::uint32_t>(readWholeFile("music").size());
+    const auto size = static_cast<std::uint32_t>(readFile("music").size());
     SoundFile loose = openSoundFile("music", 0, wholeFile);
-    SoundFile member = openSoundFile("vex.pak", 2 + 3 * 40 + 777, size);
+    SoundFile member = openSoundFile("vex.pak", soundMemberOffset, size);
     ASSERT_TRUE(loose.decoder && member.decoder) << static_cast<int>(coding);
     EXPECT_EQ(member.frames, loose.frames);
-    const Bytes bytes = decodeRest(loose);
+    const Samples bytes = decodeRest(loose);
     EXPECT_EQ(bytes.size(), loose.frames * 4);
     EXPECT_TRUE(decodeRest(member) == bytes) << static_cast<int>(coding);
   }
 }
 
 TEST(SoundFile, SeeksToTheFrame) {
-  const WorkingFolder folder;
+  const TemporaryFolder folder;
   constexpr std::uint32_t frames = 44100 * 6;
   for (const SoundCoding coding : everyCoding) {
     writeSoundFile("music", {.coding = coding, .frames = frames, .sample = rising});
     SoundFile file = openSoundFile("music", 0, wholeFile);
     ASSERT_TRUE(file.decoder);
-    const Bytes reference = decodeRest(file);
+    const Samples reference = decodeRest(file);
     for (std::uint32_t frame = 1; frame < file.frames; frame += 4999) {
       ASSERT_TRUE(seekSound(file, frame)) << static_cast<int>(coding) << " at " << frame;
-      Bytes part(std::min<std::size_t>(1000, file.frames - frame) * 4);
+      Samples part(std::min<std::size_t>(1000, file.frames - frame) * 4);
       ASSERT_EQ(readSound(file, part), part.size());
       int worst = 0;
       for (std::size_t i = 0; i < part.size() / 2; ++i) {
@@ -168,15 +169,15 @@ TEST(SoundFile, SeeksToTheFrame) {
 }
 
 TEST(SoundFile, RefusesWhatIsNoMusic) {
-  const WorkingFolder folder;
-  writeWholeFile("empty", {});
-  writeWholeFile("text", Bytes(100, std::byte{'a'}));
+  const TemporaryFolder folder;
+  writeFile("empty", "");
+  writeFile("text", Bytes(100, 'a'));
   writeSoundFile("wav", {.frames = 100});
   writeSoundFile("silent", {.frames = 0});
   writeSoundFile("three", {.channels = 3, .frames = 100});
   writeSoundFile("slow", {.rate = 999, .frames = 100});
   writeSoundFile("fast", {.rate = 192001, .frames = 100});
-  const auto size = static_cast<std::uint32_t>(readWholeFile("wav").size());
+  const auto size = static_cast<std::uint32_t>(readFile("wav").size());
   struct Case {
     const char* path;
     std::uint32_t offset, size;
@@ -193,21 +194,21 @@ TEST(SoundFile, RefusesWhatIsNoMusic) {
 }
 
 TEST(SoundFile, TakesNoMoreThanLyingHeadersHold) {
-  const WorkingFolder folder;
+  const TemporaryFolder folder;
   writeSoundFile("music", {.frames = 1000});
-  Bytes wav = readWholeFile("music");
+  Bytes wav = readFile("music");
   put(wav, 4, 0xffffffff, 4);   // size of the RIFF chunk
   put(wav, 40, 0xffffffff, 4);  // size of the data chunk
-  writeWholeFile("music", wav);
+  writeFile("music", wav);
   writePakAround("vex.pak", "music");
-  SoundFile member = openSoundFile("vex.pak", 2 + 3 * 40 + 777, static_cast<std::uint32_t>(wav.size()));
+  SoundFile member = openSoundFile("vex.pak", soundMemberOffset, static_cast<std::uint32_t>(wav.size()));
   ASSERT_TRUE(member.decoder);
   EXPECT_EQ(decodeRest(member).size(), 4000u);
 
   writeSoundFile("music", {.coding = SoundCoding::flac, .frames = 1000});
-  Bytes flac = readWholeFile("music");
-  for (std::size_t i = 22; i < 26; ++i) flac[i] = std::byte{0xff};  // low 32 bits of the total frames
-  writeWholeFile("music", flac);
+  Bytes flac = readFile("music");
+  for (std::size_t i = 22; i < 26; ++i) flac[i] = '\xff';  // low 32 bits of the total frames
+  writeFile("music", flac);
   SoundFile file = openSoundFile("music", 0, wholeFile);
   ASSERT_TRUE(file.decoder);
   EXPECT_EQ(file.frames, 0xffffffffu / 4);  // the length is cut to 32 bits
@@ -215,11 +216,11 @@ TEST(SoundFile, TakesNoMoreThanLyingHeadersHold) {
 }
 
 TEST(SoundFile, SurvivesDamage) {
-  const WorkingFolder folder;
+  const TemporaryFolder folder;
   std::mt19937 random(1);
   testing::internal::CaptureStderr();  // the MP3 library complains at length
   const auto digest = [](const Bytes& bytes) {
-    writeWholeFile("damaged", bytes);
+    writeFile("damaged", bytes);
     SoundFile file = openSoundFile("damaged", 0, wholeFile);
     if (!file.decoder) return;
     decodeRest(file);
@@ -227,22 +228,22 @@ TEST(SoundFile, SurvivesDamage) {
   };
   for (const SoundCoding coding : everyCoding) {
     writeSoundFile("music", {.coding = coding, .frames = 3000, .sample = rising});
-    const Bytes whole = readWholeFile("music");
+    const Bytes whole = readFile("music");
     for (std::size_t size = 0; size < whole.size(); size += 1 + size / 50) {
-      digest(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
+      digest(whole.substr(0, size));
     }
     for (int round = 0; round < 150; ++round) {
       Bytes damaged = whole;
       // Headers are hit as often as all the rest.
       const std::size_t reach = round % 2 ? damaged.size() : std::min<std::size_t>(64, damaged.size());
-      for (int hit = 0; hit < 4; ++hit) damaged[random() % reach] = static_cast<std::byte>(random());
+      for (int hit = 0; hit < 4; ++hit) damaged[random() % reach] = static_cast<char>(random());
       digest(damaged);
     }
   }
   for (const char* tag : {"RIFF", "OggS", "fLaC", "ID3\4", "\xff\xfb\x90\x64"}) {
     for (int round = 0; round < 20; ++round) {
-      Bytes noise(2000);
-      for (std::byte& b : noise) b = static_cast<std::byte>(random());
+      Bytes noise(2000, '\0');
+      for (char& b : noise) b = static_cast<char>(random());
       std::memcpy(noise.data(), tag, 4);
       digest(noise);
     }

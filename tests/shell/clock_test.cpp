@@ -10,6 +10,7 @@
 #include "shell/music.h"
 #include "shell/options.h"
 #include "tests/support/sound_files.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vex {
 
@@ -58,7 +59,7 @@ struct ClockWithMusic : testing::Test {
     return clockTime();
   }
 
-  WorkingFolder folder;
+  TemporaryFolder folder;
 };
 
 }  // namespace

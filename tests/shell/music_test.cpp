@@ -14,6 +14,7 @@
 #include "shell/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/sound_files.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vex {
 
@@ -71,17 +72,11 @@ std::string runMusic(const char* name, bool soundEnabled) {
   });
 }
 
-std::string logText() {
-  std::string text;
-  for (const std::byte b : readWholeFile("Demo.log")) text += static_cast<char>(b);
-  return text;
-}
-
 }  // namespace
 
-TEST(Music, CallsTheLibraryInOrderAndWarnsOfEachFailure) {
-  const WorkingFolder folder;
-  writeWholeFile("music.ogg", std::vector<std::byte>(10));
+TEST(SoundPlayback, CallsTheLibraryInOrderAndWarnsOfEachFailure) {
+  const TemporaryFolder folder;
+  writeFile("music.ogg", std::string(10, '\0'));
   struct Case {
     const char* failing;
     const char* name;
@@ -124,16 +119,16 @@ TEST(Music, CallsTheLibraryInOrderAndWarnsOfEachFailure) {
   }
 }
 
-TEST(Music, CallsNothingWithoutSound) {
-  const WorkingFolder folder;
-  writeWholeFile("music.ogg", std::vector<std::byte>(10));
+TEST(SoundPlayback, CallsNothingWithoutSound) {
+  const TemporaryFolder folder;
+  writeFile("music.ogg", std::string(10, '\0'));
   failing = "";
   EXPECT_EQ(runMusic("music.ogg", false), "-\n- silent\n");
 }
 
-TEST(Music, LogsWhereItOpensTheFile) {
-  const WorkingFolder folder;
-  writeWholeFile("Inside.ogg", std::vector<std::byte>(321));
+TEST(SoundPlayback, LogsWhereItOpensTheFile) {
+  const TemporaryFolder folder;
+  writeFile("Inside.ogg", std::string(321, '\0'));
   writePakAround("vex.pak", "Inside.ogg");
   failing = "";
   std::filesystem::rename("Inside.ogg", "loose.ogg");
@@ -164,13 +159,13 @@ TEST(Music, LogsWhereItOpensTheFile) {
       shutDownMusic();
     });
     EXPECT_EQ(lines, "init\nstart\n" + std::string(c.created) + "0 1\n");
-    EXPECT_EQ(logText(), c.log);
+    EXPECT_EQ(readFile("Demo.log"), c.log);
   }
 }
 
-TEST(Music, LogsOnceWhenTheStreamStopsLeading) {
-  const WorkingFolder folder;
-  writeWholeFile("music.ogg", std::vector<std::byte>(10));
+TEST(SoundPlayback, LogsOnceWhenTheStreamStopsLeading) {
+  const TemporaryFolder folder;
+  writeFile("music.ogg", std::string(10, '\0'));
   failing = "";
   const auto follow = [](SoundState (*state)(SoundStream)) {
     linesOf([=] {
@@ -181,7 +176,7 @@ TEST(Music, LogsOnceWhenTheStreamStopsLeading) {
       openMusic("music.ogg");
       for (int frame = 0; frame < 5; ++frame) musicPosition();
     });
-    return logText();
+    return readFile("Demo.log");
   };
   const std::string opened = "opening sound file music.ogg from physical file\n";
   EXPECT_EQ(follow([](SoundStream) { return SoundState::playing; }), opened);
@@ -191,9 +186,9 @@ TEST(Music, LogsOnceWhenTheStreamStopsLeading) {
             opened + "sound device lost, going on with the system timer\n");
 }
 
-TEST(Music, IsFoundWithoutADevice) {
-  const WorkingFolder folder;
-  writeWholeFile("member.wav", std::vector<std::byte>(100));
+TEST(SoundPlayback, IsFoundWithoutADevice) {
+  const TemporaryFolder folder;
+  writeFile("member.wav", std::string(100, '\0'));
   writePakAround("vex.pak", "member.wav");
   pakOpen("vex.pak");
   const std::optional<MusicSource> loose = findMusic("MEMBER.WAV");
@@ -205,7 +200,7 @@ TEST(Music, IsFoundWithoutADevice) {
   const std::optional<MusicSource> member = findMusic("member.wav");
   ASSERT_TRUE(member);
   EXPECT_EQ(member->path, "vex.pak");
-  EXPECT_EQ(member->offset, 2u + 3 * 40 + 777);
+  EXPECT_EQ(member->offset, soundMemberOffset);
   EXPECT_EQ(member->size, 100u);
   EXPECT_FALSE(findMusic("other.wav"));
   EXPECT_EQ(fileOpen("before.raw", "rb"), 0);  // no handle is left open

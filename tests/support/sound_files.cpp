@@ -4,11 +4,11 @@
 #include <sndfile.h>
 
 #include <cmath>
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
+#include <string>
+#include <vector>
+
+#include "tests/support/pak_builder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vex {
 
@@ -32,10 +32,6 @@ int formatOf(SoundCoding coding) {
       return SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III;
   }
   return 0;
-}
-
-void append(std::vector<std::byte>& bytes, std::uint32_t value, int count) {
-  for (int i = 0; i < count; ++i) bytes.push_back(static_cast<std::byte>(value >> 8 * i));
 }
 
 }  // namespace
@@ -64,47 +60,9 @@ void writeSoundFile(const char* path, const SoundRecipe& recipe) {
   sf_close(file);
 }
 
-std::vector<std::byte> readWholeFile(const char* path) {
-  std::ifstream stream(path, std::ios::binary);
-  std::vector<std::byte> bytes(std::filesystem::file_size(path));
-  stream.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  return bytes;
-}
-
-void writeWholeFile(const char* path, const std::vector<std::byte>& bytes) {
-  std::ofstream stream(path, std::ios::binary);
-  stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
-
 void writePakAround(const char* pak, const char* path) {
-  const std::vector<std::byte> other(777, std::byte{0x5a});
-  const std::vector<std::byte> music = readWholeFile(path);
-  std::vector<std::byte> archive;
-  append(archive, 3, 2);
-  std::uint32_t offset = 2 + 3 * 40;
-  for (const auto& [name, size] :
-       {std::pair{"before.raw", other.size()}, {path, music.size()}, {"after.raw", other.size()}}) {
-    char field[32] = "";
-    std::strncpy(field, name, sizeof field - 1);
-    for (const char c : field) archive.push_back(static_cast<std::byte>(c));
-    append(archive, offset, 4);
-    append(archive, static_cast<std::uint32_t>(size), 4);
-    offset += static_cast<std::uint32_t>(size);
-  }
-  for (const auto* member : {&other, &music, &other})
-    archive.insert(archive.end(), member->begin(), member->end());
-  writeWholeFile(pak, archive);
-}
-
-WorkingFolder::WorkingFolder() : before(std::filesystem::current_path()) {
-  path = std::filesystem::temp_directory_path() / "vextestXXXXXX";
-  if (!mkdtemp(path.data())) ADD_FAILURE() << "no temporary folder";
-  std::filesystem::current_path(path);
-}
-
-WorkingFolder::~WorkingFolder() {
-  std::filesystem::current_path(before);
-  std::filesystem::remove_all(path);
+  const std::string other(777, 'Z');
+  writeFile(pak, pakBytes({{"before.raw", other}, {path, readFile(path)}, {"after.raw", other}}));
 }
 
 }  // namespace vex

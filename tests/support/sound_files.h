@@ -1,9 +1,6 @@
 #pragma once
 
-#include <cstddef>
 #include <functional>
-#include <string>
-#include <vector>
 
 // Music files for tests, written by libsndfile.
 
@@ -21,21 +18,8 @@ struct SoundRecipe {
 
 void writeSoundFile(const char* path, const SoundRecipe& recipe);
 
-std::vector<std::byte> readWholeFile(const char* path);
-void writeWholeFile(const char* path, const std::vector<std::byte>& bytes);
-
-// An archive with the file at `path` as the member of that name, between two others.
+// An archive with the file at `path` as the member of that name, behind 899 bytes and before others.
+inline constexpr unsigned soundMemberOffset = 2 + 3 * 40 + 777;
 void writePakAround(const char* pak, const char* path);
-
-// An empty working folder for the life of the object.
-struct WorkingFolder {
-  WorkingFolder();
-  ~WorkingFolder();
-  WorkingFolder(const WorkingFolder&) = delete;
-  WorkingFolder& operator=(const WorkingFolder&) = delete;
-
-  std::string before;
-  std::string path;
-};
 
 }  // namespace vex
