@@ -5,8 +5,9 @@
 
 #include "production/cues.h"
 #include "production/song/score.h"
+#include "production/synth/airs.h"
 #include "production/synth/drums.h"
-#include "production/synth/strings.h"
+#include "production/synth/struck.h"
 #include "production/synth/tones.h"
 #include "shell/report.h"
 
@@ -45,11 +46,11 @@ struct Instrument {
 };
 
 constexpr Instrument instruments[] = {
-    {"crackle", makeCrackle, {Bus::free, 0.50f, 0, 0.05f}},
+    {"crackle", makeCrackle, {Bus::free, 0.90f, 0, 0.05f}},
     {"drone", makeDrone, {Bus::free, 0.24f, 0, 0.3f}},
     {"reversed bell", makeReversedBell, {Bus::free, 0.20f, 0, 0.35f}},
     {"bell", makeBell, {Bus::free, 0.20f, 0, 0.5f, 0.1f}},
-    {"far bell", makeBell, {Bus::free, 0.07f, 0, 2.6f, 1.2f}, 0.40f},
+    {"far bell", makeBell, {Bus::free, 0.10f, 0, 2.6f, 1.2f}, 0.40f},
     {"last bell", makeBell, {Bus::free, 0.17f, 0, 0.7f, 0.3f}, 0.35f},
     {"choir", makeChoir, {Bus::wide, 0.50f, 0, 0.5f}},
     {"final choir", makeChoir, {Bus::wide, 0.42f, 0, 0.6f}},
@@ -63,6 +64,7 @@ constexpr Instrument instruments[] = {
     {"lead octave", makeLead, {Bus::front, 0.24f, 0, 0.15f, 0.1f}},
     {"counter", makeCounter, {Bus::front, 0.28f, 0, 0.2f, 0.3f}},
     {"stab", makeStab, {Bus::front, 0.36f, 0, 0.3f, 0.2f}},
+    {"murmur", makeStab, {Bus::wide, 0.38f, 0, 0.3f, 0.25f}, 0.3f},
     {"arp", makeArp, {Bus::wide, 0.22f, 0, 0.15f, 0.35f}, 0.50f},
     {"riser", makeRiser, {Bus::free, 0.50f, 0, 0.2f}},
     {"fall", makeFall, {Bus::free, 0.40f, 0, 0.3f}},

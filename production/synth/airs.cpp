@@ -1,10 +1,11 @@
+#include "production/synth/airs.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "production/synth/envelope.h"
 #include "production/synth/filter.h"
-#include "production/synth/tones.h"
 
 namespace vex {
 

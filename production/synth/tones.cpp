@@ -135,7 +135,7 @@ Voice makeDriveBass(const NoteCall& call) {
       [&](float t) {
         level = call.velocity * envelopeAt(shape, t, call.seconds);
         step = noteHertz(glidedPitch(call, t)) / call.rate;
-        const float wobble = 1 + 0.25f * sineOfTurns(t * 8.533f);  // quarter beats
+        const float wobble = 1 + 0.25f * sineOfTurns(t * 8.533f);  // once in a quarter of a beat
         filter.set(
             (160 + 500 * call.brightness + 4200 * call.brightness * call.velocity * std::exp(-t / 0.11f)) *
                 wobble,

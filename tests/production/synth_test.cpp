@@ -8,7 +8,7 @@
 #include "production/synth/envelope.h"
 #include "production/synth/filter.h"
 #include "production/synth/master.h"
-#include "production/synth/strings.h"
+#include "production/synth/struck.h"
 #include "production/synth/tones.h"
 
 namespace vex {

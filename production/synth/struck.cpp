@@ -1,4 +1,4 @@
-#include "production/synth/strings.h"
+#include "production/synth/struck.h"
 
 #include <algorithm>
 #include <cmath>
