@@ -1,6 +1,6 @@
 #include "production/song/notation.h"
 
-#include <cstdlib>
+#include <charconv>
 
 #include "shell/report.h"
 
@@ -92,10 +92,10 @@ std::vector<Note> readNotes(const NoteLine& line) {
     else if (length.ends_with('?'))
       velocity = 0.5f, length.remove_suffix(1);
     int steps = 0;
-    for (const char digit : length)
-      steps = digit >= '0' && digit <= '9' && steps < 1000 ? 10 * steps + digit - '0' : -100000;
-    if (steps <= 0)
+    const auto [end, problem] = std::from_chars(length.data(), length.data() + length.size(), steps);
+    if (problem != std::errc{} || end != length.data() + length.size() || steps <= 0 || steps > 1000) {
       fatalError("score: %.*s in bar %d has no length", static_cast<int>(size), word.data(), line.bar);
+    }
 
     if (pitches != "-") {
       Note note{line.bar + static_cast<double>(step) / stepsPerBar,

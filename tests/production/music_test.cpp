@@ -89,7 +89,7 @@ std::vector<float> keep(Side kept, double hertz, const std::vector<float>& sampl
 
 }  // namespace
 
-TEST(Music, HasTheFiguresOfARelease) {
+TEST(Soundtrack, HasTheFiguresOfARelease) {
   const std::vector<std::byte> bytes = makeMusic(MixQuality::full);
   const Loudness loudness = measure(bytes);
   EXPECT_NEAR(loudness.integrated, -14, 1);
@@ -105,7 +105,7 @@ TEST(Music, HasTheFiguresOfARelease) {
   EXPECT_GE(climax, drop);
 }
 
-TEST(Music, IsCleanFromEndToEnd) {
+TEST(Soundtrack, IsCleanFromEndToEnd) {
   const StereoSound sound = renderMusic(MixQuality::full);
   ASSERT_EQ(sound.sampleRate, 44100);
   ASSERT_EQ(sound.left.size(), 44100u * 62);
@@ -149,7 +149,7 @@ TEST(Music, IsCleanFromEndToEnd) {
 }
 
 // What the pictures cut to can be heard: the music jumps up there. The draft has the same song.
-TEST(Music, StrikesOnTheCues) {
+TEST(Soundtrack, StrikesOnTheCues) {
   const StereoSound sound = renderMusic(MixQuality::draft);
   EXPECT_EQ(sound.left.size(), static_cast<std::size_t>(sound.sampleRate) * 62);
   struct Case {
@@ -169,7 +169,7 @@ TEST(Music, StrikesOnTheCues) {
   }
 }
 
-TEST(Music, IsTheSameEveryTime) {
+TEST(Soundtrack, IsTheSameEveryTime) {
   const std::vector<std::byte> first = makeMusic(MixQuality::draft);
   EXPECT_EQ(first, makeMusic(MixQuality::draft));
   EXPECT_LE(measure(first).truePeak, 0);

@@ -142,7 +142,7 @@ TEST(Score, KeepsWhatTheCuesPromise) {
 TEST(Score, CurvesAreStraightBetweenTheirPoints) {
   EXPECT_EQ(curveAt("no such curve", 3, 0.25f), 0.25f);
   EXPECT_FLOAT_EQ(curveAt("fader", 0, 0), -7);
-  EXPECT_FLOAT_EQ(curveAt("fader", 3, 0), -6.5f);
+  EXPECT_FLOAT_EQ(curveAt("fader", 1.5, 0), -7.5f);
   EXPECT_FLOAT_EQ(curveAt("fader", 99, 0), curveAt("fader", 32, 0));
   EXPECT_FLOAT_EQ(curveAt("low cut", 0, 0), 20) << "before the first point";
 }
