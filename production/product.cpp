@@ -38,8 +38,12 @@ Product picture(const std::string& name, PictureKind kind, const char* family, f
   Product product;
   product.outputs.push_back("data/" + name + extension);
   if (masked) product.outputs.push_back("data/" + name + "_mask" + extension);
-  product.sources = {std::string("production/textures/") + family + ".", "production/textures/palette.",
-                     "production/image/", "production/product.", "src/platform/jpeg_encoder."};
+  product.sources = {std::string("production/textures/") + family + ".",
+                     "production/textures/palette.",
+                     "production/image/",
+                     "production/product.",
+                     "src/platform/jpeg_encoder.",
+                     "src/scenes/word_endings."};
   product.work = work;
   product.make = [kind, make = std::move(make)](const Settings& settings) {
     return encodePicture(make(settings), kind);

@@ -78,7 +78,7 @@ struct Noise {
   Curve alpha = 1;
   double flicker = 0;  // of alpha
   Blend blend = Blend::add;
-  double aspect = 16.0 / 9;
+  double aspect = 9.0 / 16;  // height over width of the window into the tile; this leaves square texels
 };
 struct Logo {
   const char* ending;  // as in "ed01"

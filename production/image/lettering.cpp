@@ -39,38 +39,39 @@ Image drawLettering(const Field& distance, const LetteringLook& look) {
   const int width = distance.width, height = distance.height;
   const float aspect = static_cast<float>(width) / static_cast<float>(height);
 
-  // Wear eats the edges and leaves pits.
+  // Wear eats the edges and leaves pits; thin strokes are spared in proportion to their bevel.
+  const float bite = look.wear * unit * look.bevel / 5;
   const Field worn = paint(width, height, [&](float u, float v) {
-    const float edge = fractal(u * aspect * 14, v * 14, 0, 4, 0.6f, look.seed);
+    const float edge = fractal(u * aspect * 12, v * 12, 0, 4, 0.6f, look.seed);
     const float pits = ridges(u * aspect * 5, v * 9, 0, 4, 0.6f, look.seed + 40);
-    return sample(torn, u, v, EdgeMode::clamp) +
-           look.wear * unit * (1.1f * edge + 7 * smoothStep(0.72f, 0.95f, pits));
+    return sample(torn, u, v, EdgeMode::clamp) + bite * (0.9f * edge + 6 * smoothStep(0.76f, 0.95f, pits));
   });
-  const Field heights =
-      blur(paint(width, height,
-                 [&](float u, float v) {
-                   const float inside = clamp01(-sample(worn, u, v, EdgeMode::clamp) / (look.bevel * unit));
-                   const float grit = fractal(u * aspect * 30, v * 30, 0, 3, 0.6f, look.seed + 80);
-                   return unit * (look.bevel * std::sqrt(inside * (2 - inside)) + 0.55f * look.wear * grit);
-                 }),
-           0.7f * unit, EdgeMode::clamp);
+  const Field heights = blur(
+      paint(width, height,
+            [&](float u, float v) {
+              const float inside = clamp01(-sample(worn, u, v, EdgeMode::clamp) / (look.bevel * unit));
+              const float grit = fractal(u * aspect * 26, v * 26, 0, 3, 0.6f, look.seed + 80);
+              return unit * 0.8f * (look.bevel * std::sqrt(inside * (2 - inside)) + 0.5f * look.wear * grit);
+            }),
+      0.8f * unit, EdgeMode::clamp);
   const Field light = lightRelief(heights, -0.6f, -1, 0.75f, EdgeMode::clamp);
-  const Field gloss = glossRelief(heights, -0.6f, -1, 0.75f, 24, EdgeMode::clamp);
+  const Field gloss = glossRelief(heights, -0.6f, -1, 0.75f, 18, EdgeMode::clamp);
+  const Field below = lightRelief(heights, 0.3f, 1, 0.35f, EdgeMode::clamp);
 
   const Field ink = map(worn, [&](float d) { return clamp01(0.5f - d / (1.2f * std::max(unit, 0.6f))); });
   const Field halo = blur(ink, look.glowReach * 0.25f * unit, EdgeMode::clamp);
   const Field wideHalo = blur(ink, look.glowReach * unit, EdgeMode::clamp);
   return paint(width, height, [&](float u, float v) {
-    const float body = sample(ink, u, v, EdgeMode::clamp);
+    const auto read = [&](const Field& field) { return sample(field, u, v, EdgeMode::clamp); };
+    const float body = read(ink);
     const float scratches =
-        smoothStep(0.8f, 0.97f, ridges(u * aspect * 3 + v * 2, v * 24 - u * 5, 0, 3, 0.5f, look.seed + 20));
-    const float shade = 0.16f + 0.66f * sample(light, u, v, EdgeMode::clamp) +
-                        0.5f * sample(gloss, u, v, EdgeMode::clamp) - 0.4f * look.wear * scratches +
-                        0.1f * (0.5f - v);
-    const float around = look.glowStrength * (0.75f * sample(halo, u, v, EdgeMode::clamp) +
-                                              1.1f * sample(wideHalo, u, v, EdgeMode::clamp));
-    const Colour4 face = gradient(*look.body, shade) * body;
-    const Colour4 shine = gradient(*look.glow, around * (1 - 0.8f * body));
+        smoothStep(0.84f, 0.97f, ridges(u * aspect * 3 + v * 2, v * 24 - u * 5, 0, 3, 0.5f, look.seed + 20));
+    const float shade = 0.36f + 0.46f * read(light) + 0.5f * read(gloss) - 0.35f * look.wear * scratches;
+    const float around = look.glowStrength * (0.75f * read(halo) + 1.1f * read(wideHalo));
+    const Colour4 face =
+        (gradient(*look.body, shade) + gradient(*look.glow, 0.62f * read(below) - 0.1f)) * body;
+    const float counter = smoothStep(0.0f, look.bevel * unit, read(worn));  // no light in the counters
+    const Colour4 shine = gradient(*look.glow, around * (1 - body) * (0.25f + 0.75f * counter));
     const float edge = smoothStep(0.012f, 0.07f, std::min(std::min(u, 1 - u) * aspect, std::min(v, 1 - v)));
     return (face + shine) * edge;
   });

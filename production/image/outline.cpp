@@ -13,8 +13,8 @@
 namespace vex {
 
 const Face blackletter{"/usr/share/fonts/truetype/blankenburg/Blankenburg_UNZ1A.ttf", "fonts-blankenburg"};
-const Face geometricBold{"/usr/share/fonts/opentype/league-spartan/LeagueSpartan-Bold.otf",
-                         "fonts-league-spartan"};
+const Face geometric{"/usr/share/fonts/opentype/league-spartan/LeagueSpartan-Regular.otf",
+                     "fonts-league-spartan"};
 const Face geometricLight{"/usr/share/fonts/opentype/league-spartan/LeagueSpartan-Light.otf",
                           "fonts-league-spartan"};
 const Face monospaced{"/usr/share/fonts/truetype/dejavu/DejaVuSansMono-Bold.ttf", "fonts-dejavu-core"};

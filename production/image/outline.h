@@ -15,7 +15,7 @@ struct Face {
 };
 
 extern const Face blackletter;     // SIL Open Font Licence
-extern const Face geometricBold;   // SIL Open Font Licence
+extern const Face geometric;       // SIL Open Font Licence
 extern const Face geometricLight;  // SIL Open Font Licence
 extern const Face monospaced;      // Bitstream Vera licence
 

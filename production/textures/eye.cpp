@@ -98,8 +98,8 @@ float skinHeight(const Pose& pose, float x, float y) {
   const float bag = -0.035f * std::exp(-(y - lower - 0.24f) * (y - lower - 0.24f) / 0.004f) * shape +
                     0.03f * std::exp(-(y - lower - 0.1f) * (y - lower - 0.1f) / 0.006f) * shape;
   const float rim = 0.03f * std::exp(-std::min(std::fabs(y - upper), std::fabs(y - lower)) * 22);
-  const float pores = 0.0055f * fractal(x * 22, y * 22, 0, 3, 0.6f, 230);
-  const float folds = 0.010f * fractal(x * 3, (y - creaseY) * 22, 0, 3, 0.5f, 231) *
+  const float pores = 0.0024f * fractal(x * 20, y * 20, 0, 3, 0.6f, 230);
+  const float folds = 0.007f * fractal(x * 3, (y - creaseY) * 20, 0, 3, 0.5f, 231) *
                       std::exp(-(y - creaseY) * (y - creaseY) / 0.08f);
   const float brow = 0.55f * smoothStep(-0.55f, -1.15f, y);
   return bulge + crease + hang + bag + rim + pores + folds + brow * 0.5f;
@@ -143,7 +143,7 @@ Image eyeFrame(const Settings& settings, int frame) {
     const float upper = upperLid(pose, x), lower = lowerLid(pose, x);
     const float gap = std::max(std::max(upper - y, y - lower), std::fabs(x) - corner);
     const float mottled = 0.85f + 0.15f * fractal(x * 3, y * 3, 0, 4, 0.6f, 250);
-    Colour4 skin = gradient(boneRamp, (0.03f + 0.46f * sample(light, u, v, EdgeMode::clamp) +
+    Colour4 skin = gradient(boneRamp, (0.13f + 0.62f * sample(light, u, v, EdgeMode::clamp) +
                                        0.16f * sample(gloss, u, v, EdgeMode::clamp)) *
                                           mottled);
     skin = mix(skin, skin * Colour4{1.05f, 0.62f, 0.5f, 1},
@@ -167,7 +167,7 @@ Image eyeFrame(const Settings& settings, int frame) {
     colour = colour * (1 - 0.75f * liner);
     colour = mix(colour, ink * 0.6f, 0.94f * lashes(pose, x, y));
     // Lamp-light only on the eye; the rest sinks into the dark.
-    const float dark = smoothStep(1.0f, 0.25f, std::hypot(x / 2.05f, (y - 0.02f) / 1.08f));
+    const float dark = smoothStep(1.0f, 0.3f, std::hypot(x / 2.15f, (y - 0.02f) / 1.3f));
     return colour * dark * smoothStep(0.0f, 0.06f, std::min(std::min(u, 1 - u), std::min(v, 1 - v)));
   });
 }

@@ -49,34 +49,60 @@ Image plates(const Settings& settings, const Hue& hue) {
     const float hollow =
         clamp01((sample(soft, u, v, EdgeMode::wrap) - sample(heights, u, v, EdgeMode::wrap)) / texels * 110);
     const float rust = smoothStep(-0.1f, 0.6f, fractal(u * 6, v * 6, 6, 5, 0.6f, 123) + hollow);
-    const float shade = sample(light, u, v, EdgeMode::wrap) * (0.24f + 0.1f * id) * (1 - 0.6f * hollow);
+    const float shade = sample(light, u, v, EdgeMode::wrap) * (0.44f + 0.2f * id) * (1 - 0.6f * hollow);
     const Colour4 iron = gradient(steelRamp, shade + 0.55f * sample(gloss, u, v, EdgeMode::wrap));
     return iron * (1 - 0.5f * rust) +
-           gradient(hue.ramp, 0.42f * rust * (0.35f + shade) + 0.34f * smoothStep(0.3f, 1.0f, hollow));
+           gradient(hue.ramp, 0.6f * rust * (0.35f + shade) + 0.4f * smoothStep(0.3f, 1.0f, hollow));
   });
 }
 
-// Leaded panes: quatrefoils of glass with light behind them. Tiles.
-Image glass(const Settings& settings, const Hue& hue) {
+// A rose window a tile: a heart, twelve lancets, a wreath of roundels, quatrefoils in the corners. Light
+// comes through the panes, each of its own strength and some of another colour. Tiles.
+Image glass(const Settings& settings, const Hue& hue, const Ramp& accent) {
   const int side = settings.side(512);
   return paintSmooth(side, side, 2, [&](float u, float v) {
-    const float x = (u * 2 - std::floor(u * 2)) - 0.5f, y = (v * 2 - std::floor(v * 2)) - 0.5f;
-    const float flower = quatrefoil(x, y, 0.40f);
-    const float cx = 0.5f - std::fabs(x), cy = 0.5f - std::fabs(y);
-    const float star = std::hypot(cx, cy) - 0.13f;
-    const float heart = disc(x, y, 0.13f);
-    const float spokes = std::min(std::fabs(x + y), std::fabs(x - y)) / 1.414f;
-    float lead = std::min(std::fabs(flower), std::min(std::fabs(star), std::fabs(heart)));
-    if (flower < 0 && heart > 0) lead = std::min(lead, spokes);
-    if (flower > 0) lead = std::min(lead, std::min(std::fabs(x), std::fabs(y)));
-    const int pane = heart < 0 ? 0 : flower < 0 ? 1 : star < 0 ? 2 : 3;
-    const float streaks = 0.5f + 0.5f * fractal(u * 12, v * 24, 12, 4, 0.55f, 131);
-    const float lit = valueNoise(u * 4, v * 4, 4, 132);
-    static constexpr float levels[4] = {0.78f, 0.5f, 0.62f, 0.22f};
-    const float value =
-        levels[pane] * (0.4f + 0.5f * lit + 0.3f * streaks) * smoothStep(0.0f, 0.09f, lead - 0.008f);
-    return gradient(hue.ramp, value) * coverage(0.011f - lead, 0.006f) +
-           gradient(steelRamp, 0.1f) * coverage(lead - 0.006f, 0.008f);
+    const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y), angle = std::atan2(y, x);
+    const auto sector = [&](float count, float phase, int& index) {
+      const float turn = angle * count / (2 * pi) + phase;
+      index = static_cast<int>(std::floor(turn) + count) % static_cast<int>(count);
+      return (turn - std::floor(turn) - 0.5f) * 2 * pi / count;
+    };
+    int petal, roundel;
+    const float petalTurn = sector(12, 0, petal), roundelTurn = sector(24, 0.5f, roundel);
+    const float px = r * std::cos(petalTurn), py = r * std::sin(petalTurn);
+    const float lancet = std::max(std::max(std::fabs(py) - 0.105f * smoothStep(0.12f, 0.5f, px), 0.17f - px),
+                                  std::hypot(px - 0.42f, py * 1.25f) - 0.225f);
+    const float rx = r * std::cos(roundelTurn) - 0.78f, ry = r * std::sin(roundelTurn);
+    const float bead = disc(rx, ry, 0.075f), eyelet = disc(rx, ry, 0.03f);
+    const float cornerX = 1 - std::fabs(x), cornerY = 1 - std::fabs(y);
+    const float clover = quatrefoil(cornerX, cornerY, 0.40f), cloverHeart = disc(cornerX, cornerY, 0.1f);
+    const float rim = std::fabs(r - 0.89f), hub = std::fabs(r - 0.68f), heart = r - 0.13f;
+    float lead = std::min(std::min(rim, hub) - 0.012f, std::fabs(heart) - 0.008f);
+    int pane;
+    if (r > 0.89f) {
+      lead = std::min(lead, std::min(std::fabs(clover), std::fabs(cloverHeart)) - 0.007f);
+      pane = cloverHeart < 0 ? 200 : clover < 0 ? 201 + (cornerX > cornerY ? 1 : 0) : 210;
+      if (clover < 0 && cloverHeart > 0)
+        lead = std::min(lead, std::fabs(cornerX - cornerY) / 1.414f - 0.004f);
+    } else if (r > 0.68f) {
+      lead = std::min(lead, std::min(std::fabs(bead), std::fabs(eyelet)) - 0.006f);
+      pane = eyelet < 0 ? 150 + roundel : bead < 0 ? 100 + roundel : 130;
+    } else if (heart > 0) {
+      lead = std::min(lead, std::fabs(lancet) - 0.009f);
+      if (lancet < 0) lead = std::min(lead, std::fabs(px - 0.42f - 0.4f * py * py) - 0.005f);
+      pane = lancet < 0 ? 20 + petal + (px > 0.42f ? 20 : 0) : 60 + petal;
+    } else {
+      pane = 0;
+      lead = std::min(lead, std::fabs(disc(x, y, 0.06f)) - 0.005f);
+    }
+    const float own = hashUnit(pane, 3, 133);
+    const float streaks = 0.5f + 0.5f * fractal(u * 8, v * 24, 8, 4, 0.55f, 131);
+    const float value = (0.3f + 0.5f * own + 0.16f * streaks) *
+                        (0.55f + 0.45f * smoothStep(0.0f, 0.04f, lead)) * (1.15f - 0.4f * r);
+    const bool other = hashUnit(pane, 4, 134) > 0.62f || pane == 130 || pane == 210;
+    const float came = coverage(lead, 0.006f);
+    return gradient(other ? accent : hue.ramp, other ? value * 0.72f : value) * (1 - came) +
+           gradient(steelRamp, 0.2f * smoothStep(0.0f, -0.008f, lead)) * came;
   });
 }
 
@@ -129,8 +155,8 @@ Image gate(const Settings& settings, const Hue& hue) {
         sample(heights, u, v + step, EdgeMode::clamp) - sample(heights, u, v - step, EdgeMode::clamp);
     const float inward = clamp01((slopeX * x + slopeY * y) / r * 0.55f);
     const float grit = 0.5f + 0.5f * fractal(u * 40, v * 40, 0, 3, 0.6f, 140);
-    Colour4 colour = gradient(steelRamp, 0.05f + 0.2f * sample(key, u, v, EdgeMode::clamp) * grit) +
-                     gradient(hue.ramp, 0.85f * inward * smoothStep(1.05f, 0.45f, r) * (0.6f + 0.5f * grit));
+    Colour4 colour = gradient(steelRamp, 0.06f + 0.36f * sample(key, u, v, EdgeMode::clamp) * grit) +
+                     gradient(hue.ramp, 1.0f * inward * smoothStep(1.25f, 0.5f, r) * (0.6f + 0.5f * grit));
     colour.a = coverage(shape(u, v), 0.005f);
     return colour;
   });
@@ -147,8 +173,10 @@ Products ironPictures() {
                                [&hue, make](const Settings& settings) { return make(settings, hue); }));
   };
   add("plates_", acidHue, PictureKind::jpeg, 3, plates);
-  add("glass_", violetHue, PictureKind::jpeg, 4, glass);
-  add("glass_", emberHue, PictureKind::jpeg, 4, glass);
+  products.push_back(picture("glass_violet", PictureKind::jpeg, "iron", 4,
+                             [](const Settings& settings) { return glass(settings, violetHue, steelRamp); }));
+  products.push_back(picture("glass_ember", PictureKind::jpeg, "iron", 4,
+                             [](const Settings& settings) { return glass(settings, emberHue, violetRamp); }));
   add("gate_", acidHue, PictureKind::maskedJpeg, 4, gate);
   add("gate_", violetHue, PictureKind::maskedJpeg, 4, gate);
   add("gate_", emberHue, PictureKind::maskedJpeg, 4, gate);

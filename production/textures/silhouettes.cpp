@@ -58,12 +58,12 @@ Image arch(const Settings& settings, const Hue& hue) {
       const float start = 0.018f + 0.034f * static_cast<float>(band);
       const float place = (depth - start) / 0.03f;
       if (place > 0 && place < 1)
-        light = std::pow(1 - place, 2.5f) * (0.8f - 0.14f * static_cast<float>(band));
+        light = std::pow(1 - place, 2.5f) * (1.0f - 0.16f * static_cast<float>(band));
     }
     const float courses = smoothStep(0.0f, 0.03f, std::fabs(y * 14 - std::round(y * 14)));
     const float stone = 0.5f + 0.5f * fractal(u * 30, v * 16, 0, 5, 0.6f, 190);
     light *= (0.45f + 0.55f * stone) * (0.6f + 0.4f * courses);
-    Colour4 colour = ink * 0.7f + gradient(hue.ramp, 0.55f * light + 0.05f * stone * std::exp(-depth * 4));
+    Colour4 colour = ink * 0.7f + gradient(hue.ramp, 0.92f * light + 0.12f * stone * std::exp(-depth * 3.2f));
     colour.a = coverage(wall, 0.006f);
     return colour;
   });
@@ -73,34 +73,37 @@ struct Thorn {
   float x0, y0, x1, y1, r0, r1;
 };
 
-// One bramble: a path of bends with spikes on both sides.
+// One bramble: a path of bends with spikes on both sides. Grows shoots of its own.
 void growBramble(std::vector<Thorn>& thorns, float x, float y, float heading, float radius, int steps,
                  int seed) {
+  const float home = heading;
   for (int i = 0; i < steps; ++i) {
-    heading += (hashUnit(i, seed, 200) - 0.5f) * 0.62f;
-    const float nextX = x + 0.085f * std::cos(heading), nextY = y + 0.085f * std::sin(heading);
-    const float nextRadius = radius * 0.965f;
+    heading = mix(heading, home, 0.12f) + (hashUnit(i, seed, 200) - 0.5f) * 0.75f;
+    const float stride = 0.05f + radius * 1.2f;
+    const float nextX = x + stride * std::cos(heading), nextY = y + stride * std::sin(heading);
+    const float nextRadius = radius * 0.975f;
     thorns.push_back({x, y, nextX, nextY, radius, nextRadius});
     const float side = i % 2 == 0 ? 1.0f : -1.0f,
-                lean = heading + side * (0.95f + 0.5f * hashUnit(i, seed, 201));
-    const float length = (0.045f + 0.05f * hashUnit(i, seed, 202)) * (0.4f + radius / 0.02f * 0.6f);
-    const float mx = (x + nextX) / 2, my = (y + nextY) / 2;
-    thorns.push_back(
-        {mx, my, mx + length * std::cos(lean), my + length * std::sin(lean), radius * 0.75f, 0.0008f});
-    if (i % 9 == 5 && radius > 0.009f)
-      growBramble(thorns, nextX, nextY, heading + side * 0.8f, radius * 0.6f, steps / 2, seed * 7 + i);
+                lean = heading + side * (0.8f + 0.5f * hashUnit(i, seed, 201));
+    const float length = (1.6f + 2.4f * hashUnit(i, seed, 202)) * (0.01f + radius);
+    thorns.push_back({nextX, nextY, nextX + length * std::cos(lean), nextY + length * std::sin(lean),
+                      radius * 0.8f, 0.0008f});
+    if (i % 6 == 4 && radius > 0.011f)
+      growBramble(thorns, nextX, nextY, heading - side * 0.9f, radius * 0.6f, steps / 2, seed * 7 + i);
     x = nextX, y = nextY, radius = nextRadius;
   }
 }
 
-// Brambles across the foot of the picture, four times as wide as high.
+// Brambles that close in from both sides along the foot of the picture, four times as wide as high.
 Image brambles(const Settings& settings, const Hue& hue) {
   const int width = settings.side(1024);
   std::vector<Thorn> thorns;
-  growBramble(thorns, -0.2f, 0.78f, -0.15f, 0.021f, 56, 1);
-  growBramble(thorns, 4.2f, 0.7f, 3.25f, 0.023f, 56, 2);
-  growBramble(thorns, -0.1f, 0.98f, 0.1f, 0.017f, 56, 3);
-  growBramble(thorns, 4.1f, 1.02f, 2.95f, 0.016f, 56, 4);
+  for (int i = 0; i < 5; ++i) {
+    const float radius = 0.042f - 0.006f * static_cast<float>(i), low = 0.62f + 0.12f * static_cast<float>(i);
+    growBramble(thorns, -0.1f, low, -0.22f + 0.13f * static_cast<float>(i), radius, 26, 11 + i);
+    growBramble(thorns, 4.1f, low - 0.04f, pi + 0.3f - 0.16f * static_cast<float>(i), radius * 0.95f, 24,
+                31 + i);
+  }
   return paintSmooth(width, width / 4, 2, [&](float u, float v) {
     const float x = u * 4, y = v;
     float nearest = 1;
@@ -153,10 +156,11 @@ Products silhouettePictures() {
                                [&hue, make](const Settings& settings) { return make(settings, hue); }));
   };
   add("figure_", acidHue, 1, figure);
+  add("figure_", violetHue, 1, figure);
   add("figure_", emberHue, 1, figure);
   add("arch_", acidHue, 2, arch);
-  add("arch_", violetHue, 2, arch);
   add("thorn_", boneHue, 6, brambles);
+  add("thorn_", acidHue, 6, brambles);
   add("thorn_", emberHue, 6, brambles);
   add("spires_", boneHue, 2, spires);
   add("spires_", acidHue, 2, spires);

@@ -16,7 +16,8 @@ Image hazeCard(const Settings& settings, const Hue& hue) {
     const float warp = fractal(u * 3, v * 3, 0, 4, 0.5f, 50);
     const float cloud = 0.5f + 0.5f * fractal(u * 3 + warp * 0.7f, v * 4 - warp * 0.5f, 0, 5, 0.52f, 51);
     const float r = std::hypot((u - 0.5f) * 2, (v - 0.5f) * 2);
-    return gradient(hue.ramp, 0.62f * smoothStep(0.96f, 0.0f, r) * smoothStep(0.05f, 0.85f, cloud));
+    return gradient(hue.ramp,
+                    0.6f * smoothStep(0.96f, 0.0f, r) * (0.35f + 0.65f * smoothStep(0.05f, 0.85f, cloud)));
   });
 }
 
@@ -30,7 +31,7 @@ Image smokeTile(const Settings& settings, const Hue& hue) {
                 vy = fractal(x + wx * 1.1f, y + wy * 1.1f, 4, 4, 0.5f, 63);
     const float body = 0.5f + 0.55f * fractal(x + vx * 1.3f, y + vy * 1.3f, 4, 5, 0.5f, 64);
     const float folds = ridges(x + vx * 1.2f, y + vy * 1.2f, 4, 3, 0.5f, 65);
-    const float value = smoothStep(0.22f, 1.0f, body) * (0.32f + 0.62f * folds * folds * folds);
+    const float value = smoothStep(0.12f, 0.95f, body) * (0.42f + 0.62f * folds * folds);
     return gradient(hue.ramp, 0.86f * value);
   });
 }

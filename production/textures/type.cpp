@@ -12,17 +12,13 @@ Image tornType(const Settings& settings, int fullWidth, const std::string& lette
                float xHeight, int frame) {
   const int width = settings.side(fullWidth), height = width / 4;
   const auto size = static_cast<float>(height);
-  const Lettering text = setText(geometricLight, letters, spacing);
-  const float scale = size * xHeight / (0 - setText(geometricLight, "x", 0).top);
+  const Lettering text = setText(geometric, letters, spacing);
+  const float scale = size * xHeight / (0 - setText(geometric, "x", 0).top);
   const float middle = (text.left + text.right) / 2 * scale;
   const Lettering set =
       placed(text, scale, scale, static_cast<float>(width) / 2 - middle, size * (0.5f + xHeight * 0.62f));
-  LetteringLook look{.body = &boneRamp,
-                     .glow = &boneRamp,
-                     .bevel = 2.5f,
-                     .glowReach = 12,
-                     .glowStrength = 0.3f,
-                     .wear = 0.5f};
+  LetteringLook look{
+      .body = &boneRamp, .glow = &boneRamp, .bevel = 3, .glowReach = 12, .glowStrength = 0.3f, .wear = 0.6f};
   look.tear = frame == 0 ? 0.03f : 0.2f + 0.28f * static_cast<float>(frame);
   look.seed = 211 + static_cast<std::uint32_t>(frame) * 9;
   return drawLettering(distanceTo(set, width, height), look);
