@@ -25,7 +25,7 @@ constexpr Drum drums[] = {
     {"kick", makeKick, {Bus::drums, 0.80f, 0, 0.01f}},
     {"snare", makeSnare, {Bus::drums, 0.50f, 0.04f, 0.10f}},
     {"clap", makeClap, {Bus::drums, 0.60f, 0, 0.16f}},
-    {"closed hat", makeClosedHat, {Bus::drums, 0.60f, 0.22f, 0.02f}},
+    {"closed hat", makeClosedHat, {Bus::drums, 0.80f, 0.22f, 0.02f}},
     {"open hat", makeOpenHat, {Bus::drums, 0.50f, -0.18f, 0.04f}},
     {"crash", makeCrash, {Bus::drums, 0.42f, -0.1f, 0.2f}},
     {"ride", makeRide, {Bus::drums, 0.40f, 0.3f, 0.05f}},

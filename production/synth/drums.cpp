@@ -150,7 +150,7 @@ Voice makeClap(float rate, NoiseSource& noise) {
 }
 
 Voice makeClosedHat(float rate, NoiseSource& noise) {
-  return makeCymbal({1.55f, 7800, 0.022f, 0.12f, 0.9f, 0.55f}, rate, noise);
+  return makeCymbal({1.55f, 7600, 0.034f, 0.16f, 0.9f, 0.55f}, rate, noise);
 }
 
 Voice makeOpenHat(float rate, NoiseSource& noise) {
