@@ -15,7 +15,7 @@ namespace vex {
 namespace {
 
 struct OffscreenContext {
-  EGLDisplay display = EGL_NO_DISPLAY;
+  EGLDisplay display = EGL_NO_DISPLAY;  // once opened, kept until the process ends: its driver stays loaded
   EGLSurface surface = EGL_NO_SURFACE;
   EGLContext context = EGL_NO_CONTEXT;
 };
@@ -119,7 +119,7 @@ std::string openOnDisplay(int width, int height) {
 
 std::string openOffscreenContext(int width, int height) {
   closeOffscreenContext();
-  open.display = openDisplay();
+  if (open.display == EGL_NO_DISPLAY) open.display = openDisplay();
   if (open.display == EGL_NO_DISPLAY) return "no EGL display without a window system";
   std::string failure = openOnDisplay(width, height);
   if (!failure.empty()) {
@@ -135,9 +135,7 @@ void closeOffscreenContext() {
   eglMakeCurrent(open.display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
   if (open.context != EGL_NO_CONTEXT) eglDestroyContext(open.display, open.context);
   if (open.surface != EGL_NO_SURFACE) eglDestroySurface(open.display, open.surface);
-  eglTerminate(open.display);
-  eglReleaseThread();
-  open = {};
+  open = {.display = open.display};
   glContext = {};
 }
 
