@@ -61,13 +61,13 @@ BmpHeader readHeader(int handle, const char* file, const char* texture) {
   if (header.width < 0 || header.height < 0) {
     fatalError("texture %s is %dx%d, sides must not be negative", file, header.width, header.height);
   }
-  if (header.colours > maxColours) {
-    fatalError("texture %s has %u colours, at most %u are possible", file, header.colours, maxColours);
-  }
   return header;
 }
 
 std::vector<std::uint32_t> readPalette(int handle, const char* file, std::uint32_t colours) {
+  if (colours > maxColours) {
+    fatalError("texture %s has %u colours, at most %u are possible", file, colours, maxColours);
+  }
   std::vector<std::uint8_t> bytes(std::size_t{colours == 0 ? maxColours : colours} * 4);
   needBytes(handle, file, "palette", bytes.size());
   readBytes(handle, file, "palette", bytes);

@@ -95,6 +95,12 @@ TEST(Images, OnlyPowersOfTwoAreTextures) {
   }
 }
 
+TEST(Bmp, DirectColoursHaveNoColourCount) {
+  const TemporaryFolder folder;
+  writeFile("a.bmp", BmpFile{.colours = 300, .fill = 9}.bytes());
+  EXPECT_EQ(bytesAt(readBmpTexture("a.bmp"), 3, 3), (Bytes{9, 9, 9, 255}));
+}
+
 TEST(Bmp, RefusesWhatItIsNot) {
   const std::vector<Rgb> two{{0, 0, 0}, {1, 1, 1}};
   const std::vector<std::pair<BmpFile, std::string>> cases{
