@@ -95,6 +95,8 @@ void restoreScreen(const ScreenState& saved) {
     return;
   }
   applyScreen(display.get(), saved);
+  // The older mode extension learns of the change only when the server looks at its outputs anew.
+  const ResourcesHandle looked(XRRGetScreenResources(display.get(), DefaultRootWindow(display.get())));
 }
 
 // Life of the guardian. It shares nothing with the player but its end of the pipe: signals to the

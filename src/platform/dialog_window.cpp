@@ -85,6 +85,7 @@ void showDialog(Fl_Window& window) {
 KeyboardLoan::KeyboardLoan(Fl_Window& borrower) {
   releaseGrabs();
   XGetInputFocus(fl_display, &lender, &revertTo);
+  if (playerWindow.fullscreen) lender = playerWindow.handle;  // had it by a grab, not by focus
   XSetInputFocus(fl_display, fl_xid(&borrower), RevertToPointerRoot, CurrentTime);
   XFlush(fl_display);
 }
@@ -92,7 +93,8 @@ KeyboardLoan::KeyboardLoan(Fl_Window& borrower) {
 KeyboardLoan::~KeyboardLoan() {
   // The lender may have gone meanwhile: FLTK's error handler takes the answer.
   XSetInputFocus(fl_display, lender, revertTo, CurrentTime);
-  XFlush(fl_display);
+  XSync(fl_display, False);
+  restoreGrabs();
 }
 
 }  // namespace vex

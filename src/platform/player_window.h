@@ -16,7 +16,8 @@ inline PlayerWindow playerWindow;
 // Set by SIGINT, SIGTERM and SIGHUP while the main loop runs.
 inline volatile std::sig_atomic_t endRequested = 0;
 
-// Full screen holds pointer and keyboard; a dialog cannot be answered before they are free.
+// The game mode holds pointer and keyboard; a dialog cannot be answered before they are free.
 void releaseGrabs();
+void restoreGrabs();
 
 }  // namespace vex

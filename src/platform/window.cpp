@@ -49,6 +49,16 @@ void logFromGlut(const char* format, std::va_list arguments) {
   reports.log(text);
 }
 
+// Xlib's own answer to a refused request, too, would be to end the process with code 1.
+int logXError(Display* display, XErrorEvent* error) {
+  char reason[128];
+  XGetErrorText(display, error->error_code, reason, sizeof reason);
+  reports.log(("X request " + std::to_string(error->request_code) + "." + std::to_string(error->minor_code) +
+               ": " + reason)
+                  .c_str());
+  return 0;
+}
+
 void checkDisplay() {
   const DisplayHandle display = openDisplay();
   if (!display) reports.fail(missingDisplayText().c_str());
@@ -84,10 +94,30 @@ void showBlack() {
   glutSwapBuffers();
 }
 
-void createWindow(const WindowRequest& request) {
+bool windowManagerRuns(Display* display) {
+  const Atom check = XInternAtom(display, "_NET_SUPPORTING_WM_CHECK", False);
+  Atom type;
+  int format;
+  unsigned long count = 0, rest;
+  unsigned char* value = nullptr;
+  XGetWindowProperty(display, DefaultRootWindow(display), check, 0, 1, False, XA_WINDOW, &type, &format,
+                     &count, &rest, &value);
+  if (value) XFree(value);
+  return count > 0;
+}
+
+void createWindow(const WindowRequest& request, int left, int top) {
+  glutInitWindowPosition(left, top);
   glutInitWindowSize(request.width, request.height);
   glutCreateWindow(request.title);
   glutDisplayFunc(showBlack);
+}
+
+void handleEvents(int milliseconds) {
+  for (int passed = 0; passed < milliseconds; passed += 10) {
+    glutMainLoopEvent();
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
 }
 
 bool enterGameMode(const WindowRequest& request) {
@@ -98,14 +128,26 @@ bool enterGameMode(const WindowRequest& request) {
     reports.log((std::string("game mode ") + text + " is not possible").c_str());
     return false;
   }
-  glutEnterGameMode();
-  const int width = glutGameModeGet(GLUT_GAME_MODE_WIDTH);
-  const int height = glutGameModeGet(GLUT_GAME_MODE_HEIGHT);
-  if (glutGameModeGet(GLUT_GAME_MODE_ACTIVE) && width == request.width && height == request.height) {
-    glutDisplayFunc(showBlack);
-    inGameMode = true;
-    return true;
+  // The game mode leaves the desktop its extent and makes the window as large: a smaller mode would
+  // show one corner of the picture.
+  const int desktopWidth = glutGet(GLUT_SCREEN_WIDTH);
+  const int desktopHeight = glutGet(GLUT_SCREEN_HEIGHT);
+  if (desktopWidth != request.width || desktopHeight != request.height) {
+    reports.log((std::string("game mode ") + text + " does not fit the desktop of " +
+                 std::to_string(desktopWidth) + "x" + std::to_string(desktopHeight))
+                    .c_str());
+    return false;
   }
+  glutEnterGameMode();
+  if (!glutGameModeGet(GLUT_GAME_MODE_ACTIVE)) {
+    reports.log((std::string("game mode ") + text + " was refused").c_str());
+    return false;
+  }
+  glutDisplayFunc(showBlack);
+  handleEvents(100);
+  const int width = glutGet(GLUT_WINDOW_WIDTH);
+  const int height = glutGet(GLUT_WINDOW_HEIGHT);
+  if (width == request.width && height == request.height) return true;
   reports.log(
       (std::string("game mode ") + text + " gave " + std::to_string(width) + "x" + std::to_string(height))
           .c_str());
@@ -115,11 +157,17 @@ bool enterGameMode(const WindowRequest& request) {
 
 void openFullscreen(const WindowRequest& request) {
   guardDesktop();
-  if (enterGameMode(request)) return;
+  inGameMode = enterGameMode(request);
+  if (inGameMode) return;
   if (!switchScreenMode(request.width, request.height)) {
-    reports.log("the display mode cannot be changed, full screen keeps the desktop's");
+    reports.log(("display mode " + std::to_string(request.width) + "x" + std::to_string(request.height) +
+                 " cannot be set, full screen keeps the desktop's")
+                    .c_str());
   }
-  createWindow(request);
+  // Full screen means the screen on which the window stands.
+  const DisplayHandle display = openDisplay();
+  const PrimaryOutput primary = findPrimaryOutput(display.get());
+  createWindow(request, primary.crtc ? primary.crtc->x : 0, primary.crtc ? primary.crtc->y : 0);
   glutFullScreen();
 }
 
@@ -164,6 +212,14 @@ bool askForVerticalSync(Display* display, GLXDrawable drawable) {
   return false;
 }
 
+// Nobody hands out the keyboard where no window manager does.
+void takeKeyboard(Display* display, Window window) {
+  XWindowAttributes attributes;
+  if (!XGetWindowAttributes(display, window, &attributes) || attributes.map_state != IsViewable) return;
+  XSetInputFocus(display, window, RevertToPointerRoot, CurrentTime);
+  XFlush(display);
+}
+
 void handleSignal(int) {
   endRequested = 1;
 }
@@ -192,14 +248,26 @@ void releaseGrabs() {
   XSync(display, False);
 }
 
+void restoreGrabs() {
+  if (!inGameMode) return;
+  Display* display = glXGetCurrentDisplay();
+  const Window window = playerWindow.handle;
+  XGrabPointer(display, window, True, ButtonPressMask | ButtonReleaseMask | PointerMotionMask, GrabModeAsync,
+               GrabModeAsync, window, None, CurrentTime);
+  XGrabKeyboard(display, window, False, GrabModeAsync, GrabModeAsync, CurrentTime);
+  XSync(display, False);
+}
+
 void openWindow(const WindowRequest& request, const WindowReports& sinks) {
   reports = sinks;
   checkDisplay();
+  XSetErrorHandler(logXError);
   initGlut();
   if (request.fullscreen) {
     openFullscreen(request);
   } else {
-    createWindow(request);
+    createWindow(request, (glutGet(GLUT_SCREEN_WIDTH) - request.width) / 2,
+                 (glutGet(GLUT_SCREEN_HEIGHT) - request.height) / 2);
   }
   glutSetCursor(GLUT_CURSOR_NONE);
 
@@ -214,10 +282,8 @@ void openWindow(const WindowRequest& request, const WindowReports& sinks) {
   pacer.emplace(refreshRate(), askForVerticalSync(display, drawable));
 
   // Loading takes a while and handles no events: let the window appear first.
-  for (int i = 0; i < 10; ++i) {
-    glutMainLoopEvent();
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
+  handleEvents(100);
+  if (!windowManagerRuns(display)) takeKeyboard(display, drawable);
 }
 
 void runMainLoop(const WindowCallbacks& wanted) {

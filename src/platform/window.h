@@ -18,10 +18,11 @@ struct WindowReports {
 };
 
 // Opens the window with a double-buffered RGBA context with depth and stencil, hides the cursor,
-// makes the context current and points glContext at it. Full screen first tries GLUT's game mode
-// "%dx%d:%d@60"; where that is impossible or gives another size, it says so through `log`, sets the
-// mode itself and stretches the window over the screen. The desktop gets its mode back on every way
-// out of the process, including SIGKILL. Missing display, GL or pixel format go to `fail`.
+// makes the context current and points glContext at it. Full screen asks for GLUT's game mode
+// "%dx%d:%d@60"; where that is impossible or would give another size, it says so through `log`, sets
+// the mode itself and stretches a window over the screen. The desktop gets its mode back on every way
+// out of the process, SIGKILL included. Missing display, GL or pixel format go to `fail`. A size
+// that differs from the one asked for arrives through `reshape`.
 void openWindow(const WindowRequest& request, const WindowReports& reports);
 
 struct WindowCallbacks {
