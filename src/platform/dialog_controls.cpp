@@ -58,7 +58,8 @@ int ModeList::handle(int event) {
   } else if (size() > 0) {
     select(selected);  // a press below the last line selects nothing
   }
-  if (event == FL_RELEASE && Fl::event_clicks() > 0 && Fl::event_inside(left, top, width, height)) {
+  if (event == FL_RELEASE && Fl::event_clicks() > 0 && Fl::event_inside(left, top, width, height) &&
+      find_item(Fl::event_y())) {
     Fl::event_clicks(0);
     do_callback();
   }
