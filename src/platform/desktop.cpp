@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -99,17 +100,18 @@ void restoreScreen(const ScreenState& saved) {
   const ResourcesHandle looked(XRRGetScreenResources(display.get(), DefaultRootWindow(display.get())));
 }
 
-// Life of the guardian. It shares nothing with the player but its end of the pipe: signals to the
-// terminal's group and open files must not tie the two together.
-[[noreturn]] void watch(int pipeEnd, const ScreenState& saved) {
+// Life of the guardian. It shares nothing with the player but its end of the lifeline: signals to
+// the terminal's group and open files must not tie the two together.
+[[noreturn]] void watch(int end, const ScreenState& saved) {
   setsid();
   prctl(PR_SET_NAME, "vex-guard");
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) std::signal(signal, SIG_IGN);
   const int nowhere = open("/dev/null", O_RDWR);
   for (int standard = 0; standard <= 2; ++standard) dup2(nowhere, standard);
-  if (pipeEnd != 3) dup2(pipeEnd, 3);
+  if (end != 3) dup2(end, 3);
   close_range(4, ~0U, 0);
-  char byte;
+  char byte = 1;
+  if (write(3, &byte, 1) != 1) _exit(1);
   while (read(3, &byte, 1) < 0 && errno == EINTR) {
   }
   restoreScreen(saved);
@@ -126,16 +128,17 @@ void guardDesktop() {
     if (!display || !readScreen(display.get(), saved)) return;
   }
   int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) return;
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return;
   guardian = fork();
-  if (guardian == 0) watch(ends[0], saved);
-  close(ends[0]);
-  if (guardian < 0) {
-    guardian = 0;
-    close(ends[1]);
-    return;
-  }
-  lifeline = ends[1];
+  if (guardian == 0) watch(ends[1], saved);
+  close(ends[1]);
+  lifeline = ends[0];
+  // Nothing may change before the guardian stands on its own feet.
+  char byte;
+  if (guardian > 0 && read(lifeline, &byte, 1) == 1) return;
+  close(lifeline);
+  if (guardian > 0) waitpid(guardian, nullptr, 0);
+  guardian = 0;
 }
 
 bool switchScreenMode(int width, int height) {

@@ -78,7 +78,10 @@ void showDialog(Fl_Window& window) {
   window.show();
   if (playerWindow.handle) XSetTransientForHint(fl_display, fl_xid(&window), playerWindow.handle);
   window.wait_for_expose();
-  if (playerWindow.fullscreen) XRaiseWindow(fl_display, fl_xid(&window));
+  if (playerWindow.fullscreen) {
+    XStoreName(fl_display, fl_xid(&window), window.label());  // the toolkit leaves such windows unnamed
+    XRaiseWindow(fl_display, fl_xid(&window));
+  }
   Fl::flush();
 }
 

@@ -1,0 +1,82 @@
+#include "platform/message.h"
+
+#include <X11/keysym.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "shell/report.h"
+#include "tests/support/x_server.h"
+
+namespace vex {
+
+TEST(Message, WindowWaitsUntilItIsDismissed) {
+  const XServer server(800, 600);
+  for (const KeySym key : {XK_Return, XK_KP_Enter, XK_Escape, XK_space}) {
+    const ChildResult result = runWithUser(
+        [] {
+          enableMessageWindows();
+          warning("Texture %s has the wrong size\n", "data\\Light1");
+          std::fprintf(stderr, "went on");
+        },
+        [&](Display* display) {
+          if (const Window window = waitForWindow(display, "Warning")) pressKeys(display, window, {key});
+          pause();
+        });
+    EXPECT_EQ(result.exitCode, 0) << key;
+    EXPECT_EQ(result.errorText, "vextests: Texture data\\Light1 has the wrong size\nwent on") << key;
+  }
+}
+
+TEST(Message, FatalWindowIsCaptionedErrorAndEndsTheProcess) {
+  const XServer server(800, 600);
+  const ChildResult result = runWithUser(
+      [] {
+        enableMessageWindows();
+        fatalError("Project file %s not found", "test.hvp");
+      },
+      [&](Display* display) {
+        if (const Window window = waitForWindow(display, "Error")) pressCloseButton(display, window);
+        pause();
+      });
+  EXPECT_EQ(result.exitCode, 255);
+  EXPECT_EQ(result.errorText, "vextests: Project file test.hvp not found\n");
+}
+
+TEST(Message, LongTextsStayOnTheScreen) {
+  const XServer server(800, 600);
+  const std::string texts[] = {std::string(511, 'W'), std::string(250, '\n') + "end",
+                               "word " + std::string(400, '/'), std::string(100, ' ') + "x"};
+  for (const std::string& text : texts) {
+    const ChildResult result = runWithUser(
+        [&] {
+          enableMessageWindows();
+          warning("%s", text.c_str());
+        },
+        [&](Display* display) {
+          const Window window = waitForWindow(display, "Warning");
+          XWindowAttributes place{};
+          if (!window || !XGetWindowAttributes(display, window, &place)) pause();
+          // A window that does not fit is never answered, and the test runs into its time limit.
+          if (place.x < 0 || place.y < 0 || place.x + place.width > 800 || place.y + place.height > 600)
+            _exit(1);
+          pressKeys(display, window, {XK_Return});
+          pause();
+        });
+    EXPECT_EQ(result.exitCode, 0) << text;
+  }
+}
+
+TEST(Message, NothingWaitsWithoutADisplay) {
+  setenv("DISPLAY", ":4000000", 1);
+  const ChildResult result = runInChild([] {
+    enableMessageWindows();
+    warning("two\nlines\n");
+  });
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.errorText, "vextests: two lines\n");
+}
+
+}  // namespace vex

@@ -1,0 +1,146 @@
+#include "platform/window.h"
+
+#include <GL/gl.h>
+#include <X11/keysym.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/loading_dialog.h"
+#include "tests/support/x_server.h"
+
+namespace vex {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+bool quit = false;
+int frames = 0;
+Clock::time_point firstFrame;
+
+void open(bool fullscreen) {
+  openWindow(
+      {.title = "Test window", .width = 320, .height = 240, .bitsPerPixel = 32, .fullscreen = fullscreen},
+      {.log = [](const char* line) { std::fprintf(stderr, "%s\n", line); },
+       .fail =
+           [](const char* text) {
+             std::fprintf(stderr, "failed: %s\n", text);
+             _exit(3);
+           }});
+}
+
+// The last frame tells whether it still had a context.
+void frame() {
+  if (quit) {
+    std::fprintf(stderr, "%s", glGetString(GL_VERSION) ? "ended with a context" : "ended without a context");
+    leaveGameMode();
+    _exit(0);
+  }
+  if (frames++ == 0) firstFrame = Clock::now();
+  glClear(GL_COLOR_BUFFER_BIT);
+  glFinish();
+  swapBuffers();
+}
+
+void run() {
+  runMainLoop({.frame = frame,
+               .reshape = [](int, int) {},
+               .keyboard = [](unsigned char key, int, int) { quit = key == 27; },
+               .requestClose = [] { quit = true; }});
+}
+
+}  // namespace
+
+TEST(Window, EveryWishToEndReachesTheLastFrame) {
+  const XServer server(640, 480);
+  const struct {
+    const char* what;
+    std::function<void(Display*, Window)> act;
+    int signal;
+  } cases[] = {
+      {"escape", [](Display* display, Window window) { pressKeys(display, window, {XK_Escape}); }, 0},
+      {"close button", [](Display* display, Window window) { pressCloseButton(display, window); }, 0},
+      {"SIGINT", {}, SIGINT},
+      {"SIGTERM", {}, SIGTERM},
+      {"SIGHUP", {}, SIGHUP},
+  };
+  for (const auto& row : cases) {
+    const ChildResult result = runWithUser(
+        [&] {
+          open(false);
+          if (row.signal) {
+            const pid_t player = getpid();
+            if (fork() == 0) {
+              usleep(700000);
+              kill(player, row.signal);
+              _exit(0);
+            }
+          }
+          run();
+        },
+        [&](Display* display) {
+          const Window window = waitForWindow(display, "Test window");
+          usleep(500000);
+          if (window && row.act) row.act(display, window);
+          pause();
+        });
+    EXPECT_EQ(result.exitCode, 0) << row.what;
+    EXPECT_EQ(result.errorText, "ended with a context") << row.what;
+  }
+}
+
+TEST(Window, AnIdleMachineDrawsNoMoreFramesThanTheScreenShows) {
+  const XServer server(640, 480);
+  const ChildResult result = runInChild([] {
+    open(false);
+    runMainLoop({.frame =
+                     [] {
+                       frame();
+                       const std::chrono::duration<double> passed = Clock::now() - firstFrame;
+                       if (passed.count() < 2) return;
+                       std::fprintf(stderr, "%.1f", frames / passed.count());
+                       _exit(0);
+                     },
+                 .reshape = [](int, int) {},
+                 .keyboard = [](unsigned char, int, int) {},
+                 .requestClose = [] {}});
+  });
+  const double rate = std::atof(result.errorText.c_str());
+  EXPECT_LE(rate, 61.5);
+  EXPECT_GE(rate, 5) << result.errorText;
+}
+
+TEST(Window, FullScreenWithoutThatModeCoversTheScreenAndSaysWhy) {
+  const XServer server(640, 480);
+  const ChildResult result = runWithUser(
+      [] {
+        open(true);
+        openLoadingWindow("Loading window");
+        showLoadingProgress(50, "Loading SceneLayerParticles");
+        sleep(1);
+        closeLoadingWindow();
+        run();
+      },
+      [](Display* display) {
+        const Window window = waitForWindow(display, "Test window");
+        const Window loading = waitForWindow(display, "Loading window");
+        XWindowAttributes place{};
+        XGetWindowAttributes(display, window, &place);
+        const bool covers = place.x == 0 && place.y == 0 && place.width == 640 && place.height == 480;
+        if (loading && covers && waitUntilGone(display, "Loading window"))
+          pressKeys(display, window, {XK_Escape});
+        pause();
+      });
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.errorText,
+            "game mode 320x240:32@60 is not possible\n"
+            "display mode 320x240 cannot be set, full screen keeps the desktop's\n"
+            "ended with a context");
+}
+
+}  // namespace vex

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <X11/Xlib.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/support/fatal.h"
+
+// For test sources after <gtest/gtest.h>, whose names Xlib's macros would replace.
+//
+// Tests of windows and dialogs: an X server of their own without a screen to look at, and somebody
+// at its keyboard.
+
+namespace vex {
+
+// A server with one screen of that size on a free display, which DISPLAY names while it lives. Throws
+// when it does not start, which fails the test.
+class XServer {
+ public:
+  XServer(int width, int height);
+  ~XServer();
+  XServer(const XServer&) = delete;
+  XServer& operator=(const XServer&) = delete;
+
+ private:
+  int process = 0;
+  std::string previous;  // value of DISPLAY
+};
+
+struct CloseDisplay {
+  void operator()(Display* display) const { XCloseDisplay(display); }
+};
+using TestDisplay = std::unique_ptr<Display, CloseDisplay>;
+
+TestDisplay connect();
+
+// The mapped window of that title, waited for ten seconds at most; 0 when it does not come.
+Window waitForWindow(Display* display, const std::string& title);
+
+// Waits until it has gone; false after ten seconds.
+bool waitUntilGone(Display* display, const std::string& title);
+
+void pressKeys(Display* display, Window window, const std::vector<KeySym>& keys);
+
+// What a window manager sends for the close button.
+void pressCloseButton(Display* display, Window window);
+
+// Runs `body` in a child of its own while `user` runs beside it in another.
+ChildResult runWithUser(const std::function<void()>& body, const std::function<void(Display*)>& user);
+
+}  // namespace vex
