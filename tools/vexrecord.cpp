@@ -23,8 +23,11 @@ constexpr const char* usage =
     "\n"
     "  --dir RUNDIR          folder with vex.pak or loose data (default: the working folder)\n"
     "  --out FILE.mp4        write a video with the music: H.264 and AAC\n"
+    "  --out FILE.mkv        the same without loss: FFV1 and FLAC\n"
+    "  --frames DIR          write every frame as DIR/000000.png, DIR/000001.png, ...\n"
     "  --stills T,T,... --out DIR\n"
     "                        write the frames nearest to the times (seconds) as DIR/0003.500.png\n"
+    "  --cues FILE --out DIR the same for a file of lines \"seconds name\", as \"DIR/0003.500 name.png\"\n"
     "  --contact-sheet FILE.png [--every S]\n"
     "                        write one picture with a small frame every S seconds (default 5)\n"
     "  --trace-calls FILE    write every scene-function call as a line of tab-separated columns\n"
@@ -59,12 +62,13 @@ Number parseNumber(const std::string& option, std::string_view text, Number leas
 
 constexpr double maxSeconds = 1e6;
 
-std::vector<double> parseTimes(const std::string& option, std::string_view text) {
-  std::vector<double> times;
+std::vector<vex::Still> parseTimes(const std::string& option, std::string_view text) {
+  std::vector<vex::Still> stills;
   while (true) {
     const std::size_t comma = text.find(',');
-    times.push_back(parseNumber(option, text.substr(0, comma), 0.0, maxSeconds));
-    if (comma == std::string_view::npos) return times;
+    const double time = parseNumber(option, text.substr(0, comma), 0.0, maxSeconds);
+    stills.push_back({time, vex::stillName(time)});
+    if (comma == std::string_view::npos) return stills;
     text.remove_prefix(comma + 1);
   }
 }
@@ -72,6 +76,7 @@ std::vector<double> parseTimes(const std::string& option, std::string_view text)
 struct CommandLine {
   std::string dir = ".";
   std::string out;
+  std::string cues;
   bool everyGiven = false;
   vex::Recording recording;
 };
@@ -90,6 +95,8 @@ CommandLine parse(int argc, char** argv) {
       {"--dir", [&](auto&, auto& value) { line.dir = value; }},
       {"--out", [&](auto&, auto& value) { line.out = value; }},
       {"--stills", [&](auto& option, auto& value) { recording.stills = parseTimes(option, value); }},
+      {"--cues", [&](auto&, auto& value) { line.cues = value; }},
+      {"--frames", [&](auto&, auto& value) { recording.framesFolder = value; }},
       {"--contact-sheet", [&](auto&, auto& value) { recording.contactSheet = value; }},
       {"--every",
        [&](auto& option, auto& value) {
@@ -132,26 +139,30 @@ CommandLine parse(int argc, char** argv) {
 // Sorts out what --out means, and what cannot go together.
 void assignOutputs(CommandLine& line) {
   vex::Recording& recording = line.recording;
+  if (!line.cues.empty()) {
+    for (vex::Still& still : vex::readCues(line.cues)) recording.stills.push_back(std::move(still));
+  }
   if (!recording.stills.empty()) {
-    if (line.out.empty()) refuseUsage("--stills needs --out DIR");
+    if (line.out.empty()) refuseUsage("stills need --out DIR");
     recording.stillsFolder = line.out;
   } else if (!line.out.empty()) {
-    if (!vex::isVideoName(line.out))
-      refuseUsage("--out " + line.out + ": a name that ends in .mp4 is expected");
-    if (recording.width % 2 != 0 || recording.height % 2 != 0) {
+    if (!vex::isVideoName(line.out)) {
+      refuseUsage("--out " + line.out + ": a name that ends in .mp4 or .mkv is expected");
+    }
+    if (!vex::takesOddSizes(line.out) && (recording.width % 2 != 0 || recording.height % 2 != 0)) {
       refuseUsage("--size " + std::to_string(recording.width) + "x" + std::to_string(recording.height) +
-                  ": a video needs even numbers");
+                  ": a video with this ending needs even numbers");
     }
     recording.video = line.out;
   }
   if (line.everyGiven && recording.contactSheet.empty())
     refuseUsage("--every needs --contact-sheet FILE.png");
   if (recording.video.empty() && recording.stills.empty() && recording.contactSheet.empty() &&
-      recording.trace.empty()) {
-    refuseUsage("nothing to write: give --out, --contact-sheet or --trace-calls");
+      recording.trace.empty() && recording.framesFolder.empty()) {
+    refuseUsage("nothing to write: give --out, --frames, --contact-sheet or --trace-calls");
   }
-  for (std::string* path :
-       {&recording.video, &recording.contactSheet, &recording.trace, &recording.stillsFolder}) {
+  for (std::string* path : {&recording.video, &recording.contactSheet, &recording.trace,
+                            &recording.stillsFolder, &recording.framesFolder}) {
     if (!path->empty()) *path = std::filesystem::absolute(*path).native();
   }
 }

@@ -73,18 +73,73 @@ int soundFile(const SoundTrack& sound) {
   return -1;
 }
 
-// The quality is that of a master for upload: visually lossless on the show's grain.
+struct VideoKind {
+  const char* ending;
+  bool oddSizes;
+  std::vector<std::string> picture;
+  std::vector<std::string> sound;
+  std::vector<std::string> container;
+};
+
+// Threads are fixed, because the encoders' output depends on their number.
+const std::vector<VideoKind>& videoKinds() {
+  static const std::vector<VideoKind> kinds{
+      // Visually lossless on the show's grain.
+      {".mp4",
+       false,
+       {"-vf",
+        "vflip,scale=out_color_matrix=bt709:out_range=tv",
+        "-pix_fmt",
+        "yuv420p",
+        "-c:v",
+        "libx264",
+        "-preset",
+        "veryfast",
+        "-crf",
+        "17",
+        "-threads",
+        "2",
+        "-colorspace",
+        "bt709",
+        "-color_primaries",
+        "bt709",
+        "-color_trc",
+        "bt709",
+        "-color_range",
+        "tv"},
+       {"-c:a", "aac", "-b:a", "256k"},
+       {"-movflags", "+faststart", "-f", "mp4"}},
+      {".mkv",
+       true,
+       {"-vf", "vflip", "-pix_fmt", "bgr0", "-c:v", "ffv1", "-level", "3", "-g", "1", "-slices", "4",
+        "-slicecrc", "1", "-threads", "2"},
+       {"-c:a", "flac"},
+       {"-f", "matroska"}},
+  };
+  return kinds;
+}
+
+const VideoKind* videoKindOf(const std::string& path) {
+  for (const VideoKind& kind : videoKinds()) {
+    if (std::filesystem::path(path).extension() == kind.ending) return &kind;
+  }
+  return nullptr;
+}
+
 std::vector<std::string> commandLine(const std::string& path, const VideoFormat& format, bool sound) {
   std::vector<std::string> words{"ffmpeg", "-nostdin", "-hide_banner", "-loglevel", "error", "-y"};
-  const auto add = [&words](std::initializer_list<std::string> more) { words.insert(words.end(), more); };
+  const auto add = [&words](const std::vector<std::string>& more) {
+    words.insert(words.end(), more.begin(), more.end());
+  };
+  const VideoKind& kind = *videoKindOf(path);
   add({"-f", "rawvideo", "-pixel_format", "bgra", "-framerate", std::to_string(format.framesPerSecond)});
   add({"-video_size", std::to_string(format.width) + "x" + std::to_string(format.height), "-i", "pipe:0"});
   if (sound) add({"-i", "/dev/fd/" + std::to_string(soundDescriptor)});
-  add({"-vf", "vflip,scale=out_color_matrix=bt709:out_range=tv", "-pix_fmt", "yuv420p"});
-  add({"-c:v", "libx264", "-preset", "veryfast", "-crf", "17", "-threads", "2"});
-  add({"-colorspace", "bt709", "-color_primaries", "bt709", "-color_trc", "bt709", "-color_range", "tv"});
-  if (sound) add({"-c:a", "aac", "-b:a", "256k"});
-  add({"-movflags", "+faststart", "-bitexact", "-f", "mp4", path});
+  add(kind.picture);
+  if (sound) add(kind.sound);
+  add({"-bitexact"});
+  add(kind.container);
+  add({path});
   return words;
 }
 
@@ -101,7 +156,11 @@ std::string firstLine(int descriptor) {
 }  // namespace
 
 bool isVideoName(const std::string& path) {
-  return std::filesystem::path(path).extension() == ".mp4";
+  return videoKindOf(path) != nullptr;
+}
+
+bool takesOddSizes(const std::string& path) {
+  return videoKindOf(path)->oddSizes;
 }
 
 std::string VideoEncoder::start(const std::string& path, const VideoFormat& format, const SoundTrack& sound) {

@@ -11,8 +11,8 @@
 namespace vex {
 
 struct VideoFormat {
-  int width = 0;   // pixels, even
-  int height = 0;  // pixels, even
+  int width = 0;   // pixels, even for .mp4
+  int height = 0;  // likewise
   int framesPerSecond = 0;
 };
 
@@ -24,8 +24,12 @@ struct SoundTrack {
   std::span<const std::byte> samples;
 };
 
-// Whether the ending of the file name is one that can be written (".mp4": H.264 and AAC).
+// Whether the ending of the file name is one that can be written: ".mp4" (H.264 and AAC) or ".mkv"
+// (lossless: FFV1 and FLAC).
 bool isVideoName(const std::string& path);
+
+// Whether frames of that size fit the kind of video: H.264 halves the resolution of its colours.
+bool takesOddSizes(const std::string& path);
 
 // One running ffmpeg. The file is written as NAME.partial.EXT and takes its own name at the end.
 class VideoEncoder {

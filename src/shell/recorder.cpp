@@ -9,7 +9,9 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <map>
+#include <sstream>
 
 #include "platform/encoder.h"
 #include "platform/offscreen_context.h"
@@ -108,35 +110,37 @@ Music readMusic(const Span& span, int framesPerSecond) {
   return music;
 }
 
-// Which frames are wanted as pictures: frame number -> asked-for times.
-std::multimap<int, double> chooseFrames(const std::vector<double>& times, const Span& span,
-                                        int framesPerSecond) {
-  std::multimap<int, double> chosen;
-  for (const double time : times) {
-    const double frame = std::round((time - span.start) * framesPerSecond);
+// Which frames are wanted as pictures, by frame number.
+std::multimap<int, Still> chooseFrames(const std::vector<Still>& stills, const Span& span,
+                                       int framesPerSecond) {
+  std::multimap<int, Still> chosen;
+  for (const Still& still : stills) {
+    const double frame = std::round((still.time - span.start) * framesPerSecond);
     if (!(frame >= 0) || frame > span.last) {
-      fatalError("no frame at %g s: the recording runs from %g to %g s", time, span.start,
+      fatalError("no frame at %g s: the recording runs from %g to %g s", still.time, span.start,
                  frameTime(span.start, span.last, framesPerSecond));
     }
-    chosen.emplace(static_cast<int>(frame), time);
+    chosen.emplace(static_cast<int>(frame), still);
   }
   return chosen;
 }
 
-std::vector<double> contactSheetTimes(const Recording& recording, const Span& span) {
-  std::vector<double> times;
-  if (recording.contactSheet.empty()) return times;
+std::vector<Still> contactSheetStills(const Recording& recording, const Span& span) {
+  std::vector<Still> stills;
+  if (recording.contactSheet.empty()) return stills;
   const double count = std::floor((double{span.end} - span.start) / recording.contactSheetEvery) + 1;
   if (count > maxContactSheetFrames) {
     fatalError("--every %g gives %.0f pictures, at most %d fit on a sheet", recording.contactSheetEvery,
                count, maxContactSheetFrames);
   }
-  for (int i = 0; i < static_cast<int>(count); ++i)
-    times.push_back(span.start + i * recording.contactSheetEvery);
-  return times;
+  for (int i = 0; i < static_cast<int>(count); ++i) {
+    stills.push_back({span.start + i * recording.contactSheetEvery, {}});
+  }
+  return stills;
 }
 
-void writeStill(const Recording& recording, double time, const std::vector<std::byte>& bgra) {
+void writePicture(const Recording& recording, const std::string& folder, const std::string& name,
+                  const std::vector<std::byte>& bgra) {
   std::vector<std::byte> rgb;
   rgb.reserve(bgra.size() / 4 * 3);
   const auto rowSize = static_cast<std::size_t>(recording.width) * 4;
@@ -145,12 +149,24 @@ void writeStill(const Recording& recording, double time, const std::vector<std::
       rgb.insert(rgb.end(), {bgra[i + 2], bgra[i + 1], bgra[i]});
     }
   }
-  char name[32];
-  std::snprintf(name, sizeof name, "%08.3f.png", time);
-  const std::string path = (fs::path(recording.stillsFolder) / name).native();
+  const std::string path = (fs::path(folder) / (name + ".png")).native();
   if (!writePng(path, recording.width, recording.height, rgb)) {
     fatalError("can't write %s: %s", path.c_str(), std::strerror(errno));
   }
+}
+
+std::string frameName(int frame) {
+  char name[16];
+  std::snprintf(name, sizeof name, "%06d", frame);
+  return name;
+}
+
+// The name of a cue as a part of a file name.
+std::string asFileName(std::string name) {
+  for (char& c : name) {
+    if (static_cast<unsigned char>(c) < 32 || std::strchr("/\\:*?\"<>|", c)) c = '_';
+  }
+  return name;
 }
 
 // Draws frame after frame and hands each to whoever wants it.
@@ -160,12 +176,14 @@ class Recorder {
       : recording(what),
         span(frames),
         stills(chooseFrames(what.stills, frames, what.framesPerSecond)),
-        thumbnails(chooseFrames(contactSheetTimes(what, frames), frames, what.framesPerSecond)),
+        thumbnails(chooseFrames(contactSheetStills(what, frames), frames, what.framesPerSecond)),
         sheet(static_cast<int>(thumbnails.size()), what.width, what.height) {}
 
   // The exit code.
   int run() {
-    if (!recording.stillsFolder.empty()) makeFolder(recording.stillsFolder);
+    for (const std::string& folder : {recording.stillsFolder, recording.framesFolder}) {
+      if (!folder.empty()) makeFolder(folder);
+    }
     if (!recording.video.empty()) startVideo();
     Progress progress("recording", span.last + 1);
     int frame = 0;
@@ -208,14 +226,19 @@ class Recorder {
     drawFrame();
     const auto [firstStill, lastStill] = stills.equal_range(frame);
     const auto [firstThumbnail, lastThumbnail] = thumbnails.equal_range(frame);
-    if (!recording.video.empty() || firstStill != lastStill || firstThumbnail != lastThumbnail) {
+    const bool everyFrame = !recording.video.empty() || !recording.framesFolder.empty();
+    if (everyFrame || firstStill != lastStill || firstThumbnail != lastThumbnail) {
       readBackBgra(recording.width, recording.height, pixels);
     }
     glClear(GL_STENCIL_BUFFER_BIT);
-    for (auto still = firstStill; still != lastStill; ++still) writeStill(recording, still->second, pixels);
-    for (auto thumbnail = firstThumbnail; thumbnail != lastThumbnail; ++thumbnail) {
-      sheet.add(thumbnail->second, pixels);
+    for (auto still = firstStill; still != lastStill; ++still) {
+      writePicture(recording, recording.stillsFolder, still->second.name, pixels);
     }
+    for (auto thumbnail = firstThumbnail; thumbnail != lastThumbnail; ++thumbnail) {
+      sheet.add(thumbnail->second.time, pixels);
+    }
+    if (!recording.framesFolder.empty())
+      writePicture(recording, recording.framesFolder, frameName(frame), pixels);
     // A failed write means that ffmpeg has ended; finishing says why.
     if (!recording.video.empty() && !encoder.write(pixels)) endVideo(VideoEncoder::Result::complete);
   }
@@ -234,8 +257,8 @@ class Recorder {
 
   const Recording& recording;
   const Span span;
-  std::multimap<int, double> stills;
-  std::multimap<int, double> thumbnails;
+  std::multimap<int, Still> stills;
+  std::multimap<int, Still> thumbnails;
   ContactSheet sheet;
   VideoEncoder encoder;
   std::vector<std::byte> pixels;
@@ -251,6 +274,32 @@ int lastFrame(float start, float end, int framesPerSecond) {
   int n = std::max(0, static_cast<int>((double{end} - start) * framesPerSecond) - 1);
   while (frameTime(start, n, framesPerSecond) < end) ++n;
   return n;
+}
+
+std::string stillName(double time) {
+  char name[32];
+  std::snprintf(name, sizeof name, "%08.3f", time);
+  return name;
+}
+
+std::vector<Still> readCues(const std::string& path) {
+  std::ifstream file(path);
+  if (!file) fatalError("can't read cues %s: %s", path.c_str(), std::strerror(errno));
+  std::vector<Still> stills;
+  std::string line;
+  for (int number = 1; std::getline(file, line); ++number) {
+    std::istringstream words(line);
+    double time = 0;
+    std::string name;
+    if (line.empty() || line[0] == '#') continue;
+    if (!(words >> time) || !std::getline(words >> std::ws, name)) {
+      fatalError("cues %s, line %d, %.200s: seconds and a name are expected", path.c_str(), number,
+                 line.c_str());
+    }
+    stills.push_back({time, stillName(time) + " " + asFileName(name)});
+  }
+  if (stills.empty()) fatalError("cues %s hold no cue", path.c_str());
+  return stills;
 }
 
 int record(const Recording& recording) {

@@ -9,12 +9,19 @@
 
 namespace vex {
 
+// A picture of the frame nearest to a demo time, s, as NAME.png.
+struct Still {
+  double time;
+  std::string name;
+};
+
 struct Recording {
   std::string video;         // file to write, empty for none
   std::string contactSheet;  // likewise
   std::string trace;         // likewise
+  std::string framesFolder;  // for every frame as 000000.png, 000001.png, ..., empty for none
   std::string stillsFolder;
-  std::vector<double> stills;      // demo times, s
+  std::vector<Still> stills;
   double contactSheetEvery = 5.0;  // s
   int width = 1280;
   int height = 720;
@@ -28,6 +35,14 @@ float frameTime(float start, int n, int framesPerSecond);
 
 // Number of the last frame: the first that reaches the end.
 int lastFrame(float start, float end, int framesPerSecond);
+
+// "0003.500" for 3.5 s.
+std::string stillName(double time);
+
+// Stills at the cues of a text file: lines of seconds, blanks, a name; empty lines and lines that
+// begin with # do not count. They are named by time and cue ("0003.500 drop"), with what cannot stand
+// in a file name as underscores. Fatal: a file that cannot be read, a line without time or name.
+std::vector<Still> readCues(const std::string& path);
 
 // Records the presentation of the working folder; relative output names count from there, too.
 // Returns the exit code: 0, or 130 when a signal interrupted it (the video so far is kept then).

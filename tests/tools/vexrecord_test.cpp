@@ -178,6 +178,104 @@ TEST(Vexrecord, MissingMusicLeavesASilentVideo) {
   EXPECT_EQ(probe("-show_entries stream=codec_type video.mp4"), "video\n");
 }
 
+TEST(Vexrecord, LosslessVideoKeepsEveryPixelAndSample) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  project.music = "data\\music.wav";
+  writeRunFolder(project);
+  writeSoundFile("data/music.wav", {.frames = 4 * 44100, .sample = [](int frame, int channel) {
+                                      return static_cast<float>((frame * 7919 + channel * 31) % 30000) /
+                                             32768.0f;
+                                    }});
+  const Program program = vexrecord("--out video.mkv --frames frames --to 1.5 --size 33x17 --fps 10");
+  ASSERT_EQ(program.exitCode, 0) << program.errors;
+  // The decoded frames equal the PNGs, the decoded sound the beginning of the file.
+  ASSERT_EQ(
+      runProgram("ffmpeg -v error -i video.mkv decoded-%06d.png && ffmpeg -v error -i video.mkv -f s16le raw")
+          .exitCode,
+      0);
+  for (int i = 0; i < 16; ++i) {
+    char name[32];
+    std::snprintf(name, sizeof name, "-%06d.png", i + 1);
+    const Png decoded = readPng(("decoded" + std::string(name)).c_str());
+    std::snprintf(name, sizeof name, "frames/%06d.png", i);
+    const Png frame = readPng(name);
+    ASSERT_EQ(frame.width, 33) << name;
+    EXPECT_EQ(decoded.pixels, frame.pixels) << name;
+    EXPECT_EQ(frame.at(16, 8), (i < 10 ? std::vector<int>{255, 0, 0} : std::vector<int>{0, 255, 0})) << name;
+  }
+  EXPECT_FALSE(fs::exists("frames/000016.png"));
+  const std::string sound = readFile("raw");
+  EXPECT_EQ(sound.size(), 4u * 44100 * 16 / 10);
+  EXPECT_EQ(sound, readFile("data/music.wav").substr(44, sound.size()));
+}
+
+// White flashes and loud clicks at the same times.
+TEST(Vexrecord, PictureAndSoundStayTogether) {
+  constexpr double flashes[] = {0.2, 10.0, 19.6};
+  const TemporaryFolder folder;
+  ProjectData project{.totalTime = 20.0, .music = "data\\music.ogg"};
+  project.parts = {fillPart("ground", 0, 21, 0, 0, 0)};
+  for (const double time : flashes) {
+    project.parts.push_back(fillPart("flash", time, 0.1, 1, 1, 1));
+    project.parts.back().track = 1;
+  }
+  writeRunFolder(project);
+  writeSoundFile("data/music.ogg",
+                 {.coding = SoundCoding::ogg, .frames = 22 * 44100, .sample = [&](int frame, int) {
+                    for (const double time : flashes) {
+                      const double since = frame / 44100.0 - time;
+                      if (since >= 0 && since < 0.1) return frame % 40 < 20 ? 0.8f : -0.8f;
+                    }
+                    return 0.0f;
+                  }});
+  const Program program = vexrecord("--out video.mp4 --size 32x16 --fps 30");
+  ASSERT_EQ(program.exitCode, 0) << program.errors;
+  // Both streams as the times at which they rise.
+  ASSERT_EQ(runProgram("ffmpeg -v error -i video.mp4 -vf scale=1:1 -pix_fmt gray -f rawvideo picture && "
+                       "ffmpeg -v error -i video.mp4 -ac 1 -ar 44100 -f s16le sound")
+                .exitCode,
+            0);
+  std::vector<double> seen, heard;
+  const std::string picture = readFile("picture"), sound = readFile("sound");
+  for (std::size_t i = 1; i < picture.size(); ++i) {
+    if (static_cast<unsigned char>(picture[i]) > 128 && static_cast<unsigned char>(picture[i - 1]) <= 128) {
+      seen.push_back(static_cast<double>(i) / 30);
+    }
+  }
+  for (std::size_t i = 0; i + 1 < sound.size(); i += 2) {
+    const int sample = static_cast<short>(static_cast<unsigned char>(sound[i]) | sound[i + 1] * 256);
+    const double time = static_cast<double>(i) / 2 / 44100;
+    if (std::abs(sample) > 8000 && (heard.empty() || time > heard.back() + 1)) heard.push_back(time);
+  }
+  ASSERT_EQ(seen.size(), 3u);
+  ASSERT_EQ(heard.size(), 3u);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_NEAR(seen[i], flashes[i], 1 / 30.0);
+    EXPECT_NEAR(heard[i], flashes[i], 1 / 30.0);
+    EXPECT_NEAR(seen[i], heard[i], 1 / 30.0);
+  }
+}
+
+TEST(Vexrecord, CuesBecomeNamedStills) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  writeFile("cues", "# the show\n\n0.5 first/red\n  2 blue at last\n");
+  const Program program = vexrecord("--cues cues --out pictures --size 32x16");
+  ASSERT_EQ(program.exitCode, 0) << program.errors;
+  EXPECT_EQ(readPng("pictures/0000.500 first_red.png").at(5, 5), (std::vector<int>{255, 0, 0}));
+  EXPECT_EQ(readPng("pictures/0002.000 blue at last.png").at(5, 5), (std::vector<int>{0, 0, 255}));
+  for (const char* bad : {"x name", "1", "1 ", "name 1"}) {
+    writeFile("cues", std::string("0 a\n") + bad + "\n");
+    const Program refused = vexrecord("--cues cues --out pictures --size 32x16");
+    EXPECT_EQ(refused.exitCode, 255);
+    EXPECT_EQ(refused.errors,
+              std::string("vexrecord: cues cues, line 2, ") + bad + ": seconds and a name are expected\n");
+  }
+  EXPECT_EQ(vexrecord("--cues none --out pictures").errors,
+            "vexrecord: can't read cues none: No such file or directory\n");
+}
+
 TEST(Vexrecord, AMissingOrFailingFfmpegLeavesNoFile) {
   const TemporaryFolder folder;
   writeRunFolder(threeColours());
@@ -228,16 +326,16 @@ TEST(Vexrecord, RefusesWhatCannotBe) {
     int exitCode;
     const char* message;
   } cases[] = {
-      {"", 2, "nothing to write: give --out, --contact-sheet or --trace-calls"},
+      {"", 2, "nothing to write: give --out, --frames, --contact-sheet or --trace-calls"},
       {"--wrong", 2, "unknown option --wrong"},
       {"--out", 2, "--out needs a value"},
-      {"--out x.avi", 2, "--out x.avi: a name that ends in .mp4 is expected"},
-      {"--out x.mp4 --size 33x16", 2, "--size 33x16: a video needs even numbers"},
+      {"--out x.avi", 2, "--out x.avi: a name that ends in .mp4 or .mkv is expected"},
+      {"--out x.mp4 --size 33x16", 2, "--size 33x16: a video with this ending needs even numbers"},
       {"--out x.mp4 --size 33", 2, "--size 33: WIDTHxHEIGHT is expected"},
       {"--out x.mp4 --fps 0", 2, "--fps 0: a number from 1 to 1000 is expected"},
       {"--out x.mp4 --fps 30x", 2, "--fps 30x: a number from 1 to 1000 is expected"},
       {"--out x.mp4 --from nan", 2, "--from nan: a number from 0.000000 to 1000000.000000 is expected"},
-      {"--stills 1", 2, "--stills needs --out DIR"},
+      {"--stills 1", 2, "stills need --out DIR"},
       {"--stills 1,,2 --out x", 2, "--stills : a number from 0.000000 to 1000000.000000 is expected"},
       {"--every 1 --out x.mp4", 2, "--every needs --contact-sheet FILE.png"},
       {"--dir none --out x.mp4", 255, "can't go to folder none: No such file or directory"},
