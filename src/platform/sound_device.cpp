@@ -268,6 +268,14 @@ void free() {
   getSourceWithLatency = nullptr;
 }
 
+// Music that failed to start leaves the device open until here; without this the library complains on
+// standard error when the process ends.
+struct CloseAtExit {
+  ~CloseAtExit() {
+    if (device) free();
+  }
+} closeAtExit;
+
 }  // namespace
 
 constinit const SoundLibrary openAlLibrary{init,   start,       createStream, attributes, flags,

@@ -18,6 +18,19 @@ namespace {
 constexpr int patience = 10000;  // milliseconds
 constexpr int pause = 20;
 
+bool isNamed(Display* display, Window window, const std::string& title, int width) {
+  XWindowAttributes attributes;
+  char* name = nullptr;
+  if (!XGetWindowAttributes(display, window, &attributes) || attributes.map_state != IsViewable) return false;
+  if (width != 0 && attributes.width != width) return false;
+  if (!XFetchName(display, window, &name) || !name) return false;
+  const bool same = title == name;
+  XFree(name);
+  return same;
+}
+
+}  // namespace
+
 bool waitUntil(const std::function<bool()>& holds) {
   for (int waited = 0; waited < patience; waited += pause) {
     if (holds()) return true;
@@ -26,28 +39,16 @@ bool waitUntil(const std::function<bool()>& holds) {
   return false;
 }
 
-bool isNamed(Display* display, Window window, const std::string& title) {
-  XWindowAttributes attributes;
-  char* name = nullptr;
-  if (!XGetWindowAttributes(display, window, &attributes) || attributes.map_state != IsViewable) return false;
-  if (!XFetchName(display, window, &name) || !name) return false;
-  const bool same = title == name;
-  XFree(name);
-  return same;
-}
-
-Window findWindow(Display* display, const std::string& title) {
+Window findWindow(Display* display, const std::string& title, int width) {
   Window root, parent, *children = nullptr, found = 0;
   unsigned count = 0;
   if (!XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count)) return 0;
   for (unsigned i = 0; i < count && !found; ++i) {
-    if (isNamed(display, children[i], title)) found = children[i];
+    if (isNamed(display, children[i], title, width)) found = children[i];
   }
   if (children) XFree(children);
   return found;
 }
-
-}  // namespace
 
 XServer::XServer(int width, int height) {
   const char* display = std::getenv("DISPLAY");
@@ -88,9 +89,9 @@ TestDisplay connect() {
   return TestDisplay(XOpenDisplay(nullptr));
 }
 
-Window waitForWindow(Display* display, const std::string& title) {
+Window waitForWindow(Display* display, const std::string& title, int width) {
   Window window = 0;
-  waitUntil([&] { return (window = findWindow(display, title)) != 0; });
+  waitUntil([&] { return (window = findWindow(display, title, width)) != 0; });
   return window;
 }
 

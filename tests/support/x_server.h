@@ -37,8 +37,14 @@ using TestDisplay = std::unique_ptr<Display, CloseDisplay>;
 
 TestDisplay connect();
 
-// The mapped window of that title, waited for ten seconds at most; 0 when it does not come.
-Window waitForWindow(Display* display, const std::string& title);
+// Whether the condition came true within ten seconds.
+bool waitUntil(const std::function<bool()>& holds);
+
+// The mapped window of that title and, unless 0, of that width; 0 when there is none.
+Window findWindow(Display* display, const std::string& title, int width = 0);
+
+// The same, waited for ten seconds at most.
+Window waitForWindow(Display* display, const std::string& title, int width = 0);
 
 // Waits until it has gone; false after ten seconds.
 bool waitUntilGone(Display* display, const std::string& title);

@@ -1,0 +1,54 @@
+#include "tests/support/running_program.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "tests/support/temporary_folder.h"
+#include "tests/support/x_server.h"
+
+namespace vex {
+
+RunningProgram::RunningProgram(const std::string& path) {
+  char pattern[] = "/tmp/vextest.XXXXXX";
+  const int descriptor = mkstemp(pattern);
+  errorFile = pattern;
+  process = fork();
+  if (process == 0) {
+    dup2(descriptor, STDERR_FILENO);
+    setenv("ALSOFT_DRIVERS", "null", 1);
+    execl(path.c_str(), path.c_str(), static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(descriptor);
+}
+
+RunningProgram::~RunningProgram() {
+  if (running()) {
+    signal(SIGKILL);
+    waitpid(process, nullptr, 0);
+  }
+  unlink(errorFile.c_str());
+}
+
+void RunningProgram::signal(int number) const {
+  kill(process, number);
+}
+
+bool RunningProgram::running() {
+  if (!ended) ended = waitpid(process, &status, WNOHANG) == process;
+  return !ended;
+}
+
+int RunningProgram::exitCode() {
+  if (!waitUntil([this] { return !running(); })) return -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string RunningProgram::errors() const {
+  return readFile(errorFile);
+}
+
+}  // namespace vex

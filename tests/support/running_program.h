@@ -1,0 +1,33 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+namespace vex {
+
+// A program of the build, in the working folder, with a silent sound device.
+class RunningProgram {
+ public:
+  explicit RunningProgram(const std::string& path);
+  ~RunningProgram();  // kills it if it still runs
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+
+  void signal(int number) const;
+  bool running();
+
+  // Waits for its end, ten seconds at most: exit code, or -1 when it crashed or still runs.
+  int exitCode();
+
+  // Its standard error so far.
+  std::string errors() const;
+
+ private:
+  pid_t process = -1;
+  int status = 0;
+  bool ended = false;
+  std::string errorFile;
+};
+
+}  // namespace vex
