@@ -139,8 +139,8 @@ void showWindow(const char* caption, const char* text, MessageIcon icon) {
   window.end();
   window.set_modal();
 
-  showDialog(window);
   ok.take_focus();
+  showDialog(window);
   {
     const KeyboardLoan keyboard(window);
     // A signal that asks the show to end must not wait for a reader.

@@ -45,9 +45,9 @@ DialogResult runStartDialog(const char* title, const std::vector<std::string>& l
   dialog.control1005->value(choice.useStripCache);
 
   result = DialogResult::cancel;
-  showDialog(*window);
   dialog.control1001->select(choice.line + 1);
   dialog.control1001->take_focus();
+  showDialog(*window);
   {
     const KeyboardLoan keyboard(*window);
     while (window->shown()) Fl::wait();

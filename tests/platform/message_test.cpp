@@ -22,7 +22,7 @@ TEST(Message, WindowWaitsUntilItIsDismissed) {
           std::fprintf(stderr, "went on");
         },
         [&](Display* display) {
-          if (const Window window = waitForWindow(display, "Warning")) pressKeys(display, window, {key});
+          if (const Window window = waitForDialog(display, "Warning")) pressKeys(display, window, {key});
           pause();
         });
     EXPECT_EQ(result.exitCode, 0) << key;
@@ -38,7 +38,7 @@ TEST(Message, FatalWindowIsCaptionedErrorAndEndsTheProcess) {
         fatalError("Project file %s not found", "test.hvp");
       },
       [&](Display* display) {
-        if (const Window window = waitForWindow(display, "Error")) pressCloseButton(display, window);
+        if (const Window window = waitForDialog(display, "Error")) pressCloseButton(display, window);
         pause();
       });
   EXPECT_EQ(result.exitCode, 255);
@@ -56,7 +56,7 @@ TEST(Message, LongTextsStayOnTheScreen) {
           warning("%s", text.c_str());
         },
         [&](Display* display) {
-          const Window window = waitForWindow(display, "Warning");
+          const Window window = waitForDialog(display, "Warning");
           XWindowAttributes place{};
           if (!window || !XGetWindowAttributes(display, window, &place)) pause();
           // A window that does not fit is never answered, and the test runs into its time limit.

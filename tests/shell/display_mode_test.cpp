@@ -109,7 +109,7 @@ TEST(DisplayMode, DialogHandsOverWhatTheUserLeft) {
                        options.fullscreen, options.soundEnabled, options.showStats, options.useStripCache);
         },
         [&](Display* display) {
-          if (const Window window = waitForWindow(display, "Vex by Halvane"))
+          if (const Window window = waitForDialog(display, "Vex by Halvane"))
             pressKeys(display, window, row.keys);
           pause();
         });

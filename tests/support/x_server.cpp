@@ -95,6 +95,18 @@ Window waitForWindow(Display* display, const std::string& title, int width) {
   return window;
 }
 
+Window waitForDialog(Display* display, const std::string& title) {
+  Window window = 0;
+  waitUntil([&] {
+    Window focus;
+    int revertTo;
+    XGetInputFocus(display, &focus, &revertTo);
+    window = findWindow(display, title);
+    return window != 0 && window == focus;
+  });
+  return window;
+}
+
 bool waitUntilGone(Display* display, const std::string& title) {
   return waitUntil([&] { return findWindow(display, title) == 0; });
 }

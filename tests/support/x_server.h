@@ -46,6 +46,9 @@ Window findWindow(Display* display, const std::string& title, int width = 0);
 // The same, waited for ten seconds at most.
 Window waitForWindow(Display* display, const std::string& title, int width = 0);
 
+// The same for a dialog, which is ready when it has the keyboard.
+Window waitForDialog(Display* display, const std::string& title);
+
 // Waits until it has gone; false after ten seconds.
 bool waitUntilGone(Display* display, const std::string& title);
 
