@@ -22,14 +22,15 @@ Clock::time_point nextSign;
 void holdBlanking() {
   if (!connection) connection = openDisplay();
   if (!connection) return;
+  XResetScreenSaver(connection.get());  // it may have come on while the show was loading
   int eventBase, errorBase, major, minor;
   // XScreenSaverSuspend came with version 1.1 of the extension.
   if (XScreenSaverQueryExtension(connection.get(), &eventBase, &errorBase) &&
       XScreenSaverQueryVersion(connection.get(), &major, &minor) &&
       (major > 1 || (major == 1 && minor >= 1))) {
     XScreenSaverSuspend(connection.get(), True);
-    XFlush(connection.get());
   }
+  XFlush(connection.get());
   nextSign = Clock::now() + sign;
 }
 
