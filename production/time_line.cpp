@@ -309,7 +309,8 @@ void drop(Show& show) {
                   .blend = Blend::add});
   show.add("vexer", 19, 1, title, glitching(vexer(1.0, 0, 0.48), 0.35, 2, 1.1));
 
-  // Two worlds side by side, the seam swinging; each half paints its own ground.
+  // Two worlds side by side, the seam swinging, then three; each paints its own ground.
+  show.add("between the worlds", 20, 2, ground - 1, Fade{});
   show.add("left half", 20, 1, ground, Viewport{.x = -1, .y = -1, .w = swing(4, 0.8, 1.2), .h = 2},
            Bitmap{.texture = "sky_violet", .at = covering(1.2)},
            Bitmap{.texture = "rays_violet",
@@ -364,7 +365,7 @@ void drop(Show& show) {
 
 // Bars 24 to 32: ember; the covered sun, the echoes, the end.
 void climax(Show& show) {
-  show.add("ember sky", 24, 7.5, ground, Bitmap{.texture = "sky_ember", .at = covering(slide(1.05, 1.5))});
+  show.add("ember sky", 24, 8, ground, Bitmap{.texture = "sky_ember", .at = covering(slide(1.05, 1.5))});
   show.add("sparks", 24, 7, smoke,
            Noise{.texture = "sparks_ember", .speedX = 0.015, .speedY = 0.06, .alpha = fade(2, 6, 0.9)});
   for (const double bar : {24.0, 25.0}) {
@@ -400,9 +401,9 @@ void climax(Show& show) {
                                   slide(0.2 + 0.6 * near, 0.16 + 0.55 * near),
                                   slide(1.7 + 1.3 * near, 1.8 + 1.5 * near), 0.5)});
   }
-  show.add("heat", 26, 2, smoke + 1,
+  show.add("heat", 26, 2, backdrop - 1,
            Waves{.texture = "smoke_ember",
-                 .at = {-1.2, -0.1, 2.5, 1.5},
+                 .at = covering(1.3),
                  .speed = 1.6,
                  .amplitude = 0.05,
                  .alpha = 0.7,
@@ -427,24 +428,24 @@ void climax(Show& show) {
            glitching(vexedly(slide(1.15, 1.35)), flashes({0, 2, 4, 6, 7}, 0.9, 0.03), 5, swing(8, 1.0, 1.3)));
   show.add("last breath", 29.875, 0.125, ground + 2, Fade{});
 
+  const Curve discHeight = zoom(2.15, 1.7, 8);
   show.add("last streamers", 30, 2, backdrop,
            Bitmap{.texture = "corona_bone",
-                  .at = centred(0, 0, zoom(2.6, 2.0, 8)),
+                  .at = centred(0, 0, discHeight * 2.5),
                   .alpha = flashes({0, 6}, 1, 0.75),
                   .blend = Blend::add});
-  show.add("last moon", 30, 2, backdrop + 1,
-           Bitmap{.texture = "moon", .at = centred(0, 0, zoom(1.04, 0.8, 8))});
+  show.add("last moon", 30, 2, backdrop + 1, Bitmap{.texture = "moon", .at = centred(0, 0, discHeight)});
   show.add(
       "vexed at last", 30, 2, title,
-      glitching(vexed(slide(0.72, 0.66)), flashes({0, 6}, 0.8, 0.01), 6, line({{0, 1.5}, {partEnd, 2.1}})));
-  show.add("ground after", 31.5, 1, ground, Fade{});
+      glitching(vexed(slide(1.0, 0.86)), flashes({0, 6}, 0.8, 0.01), 5, line({{0, 1.25}, {partEnd, 1.9}})));
+  show.add("ground after", 32, 1, ground, Fade{});
 }
 
 // What lies over all: flashes on the cuts, dirt, grain, vignette, bars.
 void finish(Show& show) {
-  show.add("acid cuts", 8, 8, flash, Fade{0.8, 1, 0.55, flashes({0, 8, 16, 24}, 0.6)});
-  show.add("violet cuts", 16, 8, flash, Fade{1, 0.75, 0.95, flashes({0, 4, 8, 12, 16, 20, 22.5, 24}, 0.55)});
-  show.add("ember cuts", 24, 7, flash, Fade{1, 0.86, 0.6, flashes({0, 8, 16, 18, 20, 22, 24}, 0.6)});
+  show.add("acid cuts", 8, 8, flash, Fade{0.8, 1, 0.55, flashes({0, 8, 16, 24}, 0.34)});
+  show.add("violet cuts", 16, 8, flash, Fade{1, 0.75, 0.95, flashes({0, 4, 8, 12, 16, 20, 22.5, 24}, 0.32)});
+  show.add("ember cuts", 24, 7, flash, Fade{1, 0.86, 0.6, flashes({0, 8, 16, 18, 20, 22, 24}, 0.34)});
   show.add("dust", 0, 8, grain - 1,
            Noise{.texture = "dust", .jitterX = 1, .jitterY = 1, .alpha = 0.5, .flicker = 0.3});
   show.add("grain", 0, 32, grain,

@@ -117,9 +117,9 @@ float lashes(const Pose& pose, float x, float y) {
     const float length =
         (upper ? 0.30f : 0.13f) * (0.75f + 0.5f * hashUnit(i, 2, 240)) * (0.55f + 0.45f * lidShape(rootX, 0));
     const float droop = mix(0.9f, -0.62f, smoothStep(0.0f, 0.75f, pose.open));
-    const float endX = rootX + length * (rootX * 0.62f + 0.5f * jitter),
+    const float endX = rootX + length * (rootX * 0.55f + 0.35f * jitter),
                 endY = rootY + length * (upper ? droop : 0.85f);
-    const float bend = upper ? 0.10f * length / 0.3f : -0.02f;
+    const float bend = upper ? 0.16f * length * (0.4f + 0.6f * lidShape(rootX, 0)) : -0.02f;
     const float midX = (rootX + endX) / 2, midY = (rootY + endY) / 2 + bend;
     const float thick = upper ? 0.0115f : 0.007f;
     const float d = std::min(taper(x, y, rootX, rootY, midX, midY, thick, thick * 0.75f),

@@ -20,7 +20,7 @@ Image grain(const Settings& settings) {
       noise.at(x, y) = {mix(common, hashUnit(x, y, 2), 0.4f), mix(common, hashUnit(x, y, 3), 0.4f),
                         mix(common, hashUnit(x, y, 4), 0.4f)};
     }
-  const auto shape = [](float value) { return clamp01(0.5f + (value - 0.5f) * 3.2f) * 0.2f; };
+  const auto shape = [](float value) { return clamp01(0.5f + (value - 0.5f) * 3.0f) * 0.13f; };
   return map(blur(noise, 0.65f, EdgeMode::wrap), [&](Colour4 c) {
     return Colour4{shape(c.r), shape(c.g), shape(c.b)};
   });

@@ -23,14 +23,15 @@ Image figure(const Settings& settings, const Hue& hue) {
     const float x = u - 0.5f, y = v * 2;
     const float folds = 0.012f * std::sin(x * 90 + 6 * y) * smoothStep(0.7f, 1.6f, y) +
                         0.01f * fractal(u * 8, v * 8, 0, 3, 0.5f, 180);
-    const float hood = smoothUnion(disc(x * 1.12f, y - 0.43f, 0.115f),
-                                   taper(x, y, 0, 0.30f, 0, 0.45f, 0.012f, 0.085f), 0.07f);
-    const float shoulders = taper(x, y, -0.115f, 0.66f, 0.115f, 0.66f, 0.085f, 0.085f);
+    const float hood = smoothUnion(disc(x * 1.15f, y - 0.45f, 0.10f),
+                                   taper(x, y, 0.012f, 0.30f, 0, 0.46f, 0.008f, 0.085f), 0.08f);
+    const float shoulders = std::min(taper(x, y, 0, 0.58f, -0.135f, 0.72f, 0.075f, 0.055f),
+                                     taper(x, y, 0, 0.58f, 0.135f, 0.72f, 0.075f, 0.055f));
     const float cloak = std::max(
-        std::fabs(x) - (0.165f + 0.055f * std::pow(clamp01((y - 0.6f) / 1.3f), 1.6f) + folds), 0.6f - y);
+        std::fabs(x) - (0.16f + 0.085f * std::pow(clamp01((y - 0.6f) / 1.3f), 1.6f) + folds), 0.68f - y);
     const float sleeve = taper(x, y, 0.13f, 0.72f, 0.235f, 0.98f, 0.07f, 0.045f);
     const float hand = taper(x, y, 0.235f, 0.98f, 0.285f, 0.93f, 0.03f, 0.018f);
-    float body = smoothUnion(smoothUnion(hood, shoulders, 0.09f), cloak, 0.05f);
+    float body = smoothUnion(smoothUnion(hood, shoulders, 0.13f), cloak, 0.09f);
     body = smoothUnion(body, std::min(sleeve, hand), 0.03f);
     const float staff = taper(x, y, 0.29f, 0.36f, 0.29f, 1.95f, 0.009f, 0.011f);
     const float crown = std::min(ring(x - 0.29f, y - 0.25f, 0.085f, 0.011f),
@@ -81,7 +82,7 @@ void growBramble(std::vector<Thorn>& thorns, float x, float y, float heading, fl
     heading = mix(heading, home, 0.12f) + (hashUnit(i, seed, 200) - 0.5f) * 0.75f;
     const float stride = 0.05f + radius * 1.2f;
     const float nextX = x + stride * std::cos(heading), nextY = y + stride * std::sin(heading);
-    const float nextRadius = radius * 0.975f;
+    const float nextRadius = radius * 0.945f;
     thorns.push_back({x, y, nextX, nextY, radius, nextRadius});
     const float side = i % 2 == 0 ? 1.0f : -1.0f,
                 lean = heading + side * (0.8f + 0.5f * hashUnit(i, seed, 201));
@@ -99,7 +100,7 @@ Image brambles(const Settings& settings, const Hue& hue) {
   const int width = settings.side(1024);
   std::vector<Thorn> thorns;
   for (int i = 0; i < 5; ++i) {
-    const float radius = 0.042f - 0.006f * static_cast<float>(i), low = 0.62f + 0.12f * static_cast<float>(i);
+    const float radius = 0.05f - 0.007f * static_cast<float>(i), low = 0.62f + 0.12f * static_cast<float>(i);
     growBramble(thorns, -0.1f, low, -0.22f + 0.13f * static_cast<float>(i), radius, 26, 11 + i);
     growBramble(thorns, 4.1f, low - 0.04f, pi + 0.3f - 0.16f * static_cast<float>(i), radius * 0.95f, 24,
                 31 + i);
