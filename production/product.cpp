@@ -10,7 +10,7 @@ namespace {
 constexpr int pictureQuality = 92;
 constexpr int maskQuality = 95;
 
-std::vector<Bytes> encodePicture(const Image& image, PictureKind kind) {
+std::vector<Bytes> encodePicture(const Canvas& image, PictureKind kind) {
   switch (kind) {
     case PictureKind::jpeg:
       return {encodeJpegPicture(image, pictureQuality)};
@@ -31,7 +31,7 @@ void append(Products& all, Products more) {
 }  // namespace
 
 Product picture(const std::string& name, PictureKind kind, const char* family, float work,
-                std::function<Image(const Settings&)> make) {
+                std::function<Canvas(const Settings&)> make) {
   const bool jpeg = kind == PictureKind::jpeg || kind == PictureKind::maskedJpeg;
   const bool masked = kind == PictureKind::maskedBmp || kind == PictureKind::maskedJpeg;
   const char* extension = jpeg ? ".jpg" : ".bmp";

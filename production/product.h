@@ -37,7 +37,7 @@ enum class PictureKind {
 // One picture: "data/NAME.jpg" or "data/NAME.bmp", and "data/NAME_mask.*" where it has a mask. `family` is
 // the source below production/textures/ without its extension.
 Product picture(const std::string& name, PictureKind kind, const char* family, float work,
-                std::function<Image(const Settings&)> make);
+                std::function<Canvas(const Settings&)> make);
 
 // Everything, in a fixed order.
 Products allProducts();

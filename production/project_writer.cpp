@@ -50,7 +50,7 @@ void writeParameter(Writer& writer, const ScriptCall& call, const ScriptParamete
   for (const double value : {curve.value, curve.cycles, curve.amplitude, curve.offset, curve.phase})
     writer.putDouble(value);
   writer.putByte(static_cast<int>(curve.dots.size()));
-  for (const Dot& dot : curve.dots) {
+  for (const CurveDot& dot : curve.dots) {
     writer.putDouble(dot.x);
     writer.putDouble(dot.y);
   }

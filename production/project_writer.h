@@ -10,7 +10,7 @@
 
 namespace vex {
 
-struct Dot {
+struct CurveDot {
   double x = 0, y = 0;  // progress of the part (0 to 1) and value
 };
 
@@ -20,11 +20,11 @@ struct Curve {
   CurveKind kind = CurveKind::constant;
   double value = 0;
   double cycles = 0, amplitude = 0, offset = 0, phase = 0;  // sine; cycles over the part, phase in degrees
-  std::vector<Dot> dots;
+  std::vector<CurveDot> dots;
   std::string text;
 
   Curve(double constant = 0) : value(constant) {}
-  Curve(CurveKind theKind, std::vector<Dot> theDots) : kind(theKind), dots(std::move(theDots)) {}
+  Curve(CurveKind theKind, std::vector<CurveDot> theDots) : kind(theKind), dots(std::move(theDots)) {}
 };
 
 struct ScriptParameter {

@@ -24,7 +24,7 @@ ScriptParameter number(const char* name, const Curve& curve, double least = -100
 ScriptParameter unit(const char* name, const Curve& curve) {
   return number(name, curve, 0, 1);
 }
-ScriptParameter blendMode(Blend blend) {
+ScriptParameter blendMode(screen::Blend blend) {
   return number("blend", static_cast<int>(blend), 0, 2);
 }
 
@@ -40,17 +40,17 @@ std::vector<ScriptParameter> placed(const char* texture, const Place& at, std::v
 
 // Beats to progress.
 void settle(Curve& curve, double beats) {
-  for (Dot& dot : curve.dots) dot.x = dot.x >= partEnd ? 1 : (dot.x < 0 ? beats + dot.x : dot.x) / beats;
+  for (CurveDot& dot : curve.dots) dot.x = dot.x >= partEnd ? 1 : (dot.x < 0 ? beats + dot.x : dot.x) / beats;
   if (curve.kind == CurveKind::sine) curve.cycles = beats / curve.cycles;
 }
 
 }  // namespace
 
-Curve line(std::vector<Dot> dots) {
+Curve line(std::vector<CurveDot> dots) {
   return {CurveKind::linear, std::move(dots)};
 }
 
-Curve spline(std::vector<Dot> dots) {
+Curve spline(std::vector<CurveDot> dots) {
   return {CurveKind::spline, std::move(dots)};
 }
 
@@ -65,7 +65,7 @@ Curve swing(double beats, double low, double high, double phase) {
 }
 
 Curve fade(double in, double out, double level) {
-  std::vector<Dot> dots;
+  std::vector<CurveDot> dots;
   if (in > 0) dots.push_back({0, 0});
   dots.push_back({in, level});
   if (out > 0) {
@@ -78,21 +78,22 @@ Curve fade(double in, double out, double level) {
 }
 
 Curve flashes(const std::vector<double>& beats, double level, double rest) {
-  static constexpr Dot decay[]{{0, 1}, {0.12, 0.55}, {0.28, 0.18}, {0.48, 0}};  // beats, share of the jump
-  static constexpr double jump = 0.01;                                          // beats that a rise takes
-  std::vector<Dot> dots;
+  static constexpr CurveDot decay[]{
+      {0, 1}, {0.12, 0.55}, {0.28, 0.18}, {0.48, 0}};  // beats, share of the jump
+  static constexpr double jump = 0.01;                 // beats that a rise takes
+  std::vector<CurveDot> dots;
   if (beats.empty() || beats.front() > jump) dots.push_back({0, rest});
   for (std::size_t i = 0; i < beats.size(); ++i) {
     const double next = i + 1 < beats.size() ? beats[i + 1] - jump : partEnd;
     if (beats[i] > jump) dots.push_back({beats[i] - jump, rest});
-    for (const Dot& dot : decay)
+    for (const CurveDot& dot : decay)
       if (beats[i] + dot.x < next) dots.push_back({beats[i] + dot.x, rest + (level - rest) * dot.y});
   }
   return line(std::move(dots));
 }
 
 Curve zoom(double from, double to, double beats) {
-  std::vector<Dot> dots;
+  std::vector<CurveDot> dots;
   for (int i = 0; i <= zoomDots; ++i) {
     const double share = static_cast<double>(i) / zoomDots;
     dots.push_back({share * beats, from * std::pow(to / from, share)});
@@ -102,13 +103,13 @@ Curve zoom(double from, double to, double beats) {
 
 Curve operator*(Curve curve, double factor) {
   curve.value *= factor, curve.amplitude *= factor, curve.offset *= factor;
-  for (Dot& dot : curve.dots) dot.y *= factor;
+  for (CurveDot& dot : curve.dots) dot.y *= factor;
   return curve;
 }
 
 Curve operator+(Curve curve, double constant) {
   curve.value += constant, curve.offset += constant;
-  for (Dot& dot : curve.dots) dot.y += constant;
+  for (CurveDot& dot : curve.dots) dot.y += constant;
   return curve;
 }
 
@@ -133,6 +134,8 @@ Place centred(const Curve& x, const Curve& y, const Curve& height, double aspect
 Place covering(const Curve& scale, const Curve& x, const Curve& y) {
   return {x + scale * -1, y + scale * -1, scale * 2, scale * 2};
 }
+
+namespace screen {
 
 ScriptCall draw(const Bitmap& b) {
   return call("drawBitmap", placed(b.texture, b.at,
@@ -174,6 +177,8 @@ ScriptCall draw(const Logo& l) {
                unit("glitch", l.glitch), unit("alpha", l.alpha), number("layers", l.layers, 0, 16),
                number("scale", l.scale), unit("fall", l.fall)});
 }
+
+}  // namespace screen
 
 void Show::part(const char* name, double fromBar, double bars, int track, std::vector<ScriptCall> calls,
                 double start, double speed) {

@@ -15,8 +15,8 @@ namespace vex {
 
 // Curves over a part. Times are beats from the part's beginning; negative ones count from its end.
 inline constexpr double partEnd = 1e9;
-Curve line(std::vector<Dot> dots);
-Curve spline(std::vector<Dot> dots);
+Curve line(std::vector<CurveDot> dots);
+Curve spline(std::vector<CurveDot> dots);
 // Swings between `low` and `high`, once in `beats`; begins in the middle, rising, `phase` degrees further on.
 Curve swing(double beats, double low, double high, double phase = 0);
 // Rises within `in` beats to `level`, falls within the last `out`; 0 beats is a hard edge.
@@ -37,6 +37,9 @@ struct Place {
 Place centred(const Curve& x, const Curve& y, const Curve& height, double aspect = 1);
 // The whole screen, larger by a factor of 1 or more, its middle moved.
 Place covering(const Curve& scale, const Curve& x = 0, const Curve& y = 0);
+
+// Apart, for these are common words.
+namespace screen {
 
 enum class Blend { over = 0, add = 1, darken = 2 };
 
@@ -94,6 +97,8 @@ ScriptCall draw(const Viewport& viewport);
 ScriptCall draw(const Noise& noise);
 ScriptCall draw(const Logo& logo);
 
+}  // namespace screen
+
 struct Show {
   Script script;
 
@@ -103,7 +108,7 @@ struct Show {
 
   template <typename... Records>
   void add(const char* name, double fromBar, double bars, int track, const Records&... records) {
-    part(name, fromBar, bars, track, {draw(records)...});
+    part(name, fromBar, bars, track, {screen::draw(records)...});
   }
 };
 

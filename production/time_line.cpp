@@ -13,6 +13,8 @@ namespace vex {
 
 namespace {
 
+using namespace screen;
+
 enum Track {
   ground = 0,
   backdrop = 10,

@@ -33,7 +33,7 @@ void putNumber(Bytes& bytes, std::uint32_t value, int size) {
 }
 
 // The 14-byte file header and the 40-byte info header.
-Bytes bmpHeaders(const Image& image, int bits) {
+Bytes bmpHeaders(const Canvas& image, int bits) {
   const auto width = static_cast<std::uint32_t>(image.width),
              height = static_cast<std::uint32_t>(image.height);
   const std::uint32_t start = bits == 8 ? 54 + 1024 : 54;
@@ -56,7 +56,7 @@ Bytes bmpHeaders(const Image& image, int bits) {
   return bytes;
 }
 
-std::vector<unsigned char> rgbRows(const Image& image) {
+std::vector<unsigned char> rgbRows(const Canvas& image) {
   std::vector<unsigned char> rows;
   rows.reserve(image.texels.size() * 3);
   for (int y = 0; y < image.height; ++y)
@@ -69,7 +69,7 @@ std::vector<unsigned char> rgbRows(const Image& image) {
   return rows;
 }
 
-std::vector<unsigned char> alphaRows(const Image& image) {
+std::vector<unsigned char> alphaRows(const Canvas& image) {
   std::vector<unsigned char> rows;
   rows.reserve(image.texels.size());
   for (int y = 0; y < image.height; ++y)
@@ -79,7 +79,7 @@ std::vector<unsigned char> alphaRows(const Image& image) {
 
 }  // namespace
 
-Bytes encodeBmp(const Image& image) {
+Bytes encodeBmp(const Canvas& image) {
   Bytes bytes = bmpHeaders(image, 24);
   const std::vector<unsigned char> rows = rgbRows(image);
   for (int y = image.height - 1; y >= 0; --y)
@@ -93,7 +93,7 @@ Bytes encodeBmp(const Image& image) {
   return bytes;
 }
 
-Bytes encodeBmpMask(const Image& image) {
+Bytes encodeBmpMask(const Canvas& image) {
   Bytes bytes = bmpHeaders(image, 8);
   for (std::uint32_t grey = 0; grey < 256; ++grey) putNumber(bytes, grey * 0x010101u, 4);
   const std::vector<unsigned char> rows = alphaRows(image);
@@ -107,7 +107,7 @@ Bytes encodeBmpMask(const Image& image) {
 
 namespace {
 
-Bytes checkedJpeg(const std::vector<unsigned char>& rows, const Image& image, int channels, int quality) {
+Bytes checkedJpeg(const std::vector<unsigned char>& rows, const Canvas& image, int channels, int quality) {
   Bytes bytes = encodeJpeg({rows.data(), image.width, image.height, channels}, quality);
   if (bytes.empty()) fatalError("JPEG encoding of a picture of %dx%d failed", image.width, image.height);
   return bytes;
@@ -115,11 +115,11 @@ Bytes checkedJpeg(const std::vector<unsigned char>& rows, const Image& image, in
 
 }  // namespace
 
-Bytes encodeJpegPicture(const Image& image, int quality) {
+Bytes encodeJpegPicture(const Canvas& image, int quality) {
   return checkedJpeg(rgbRows(image), image, 3, quality);
 }
 
-Bytes encodeJpegMask(const Image& image, int quality) {
+Bytes encodeJpegMask(const Canvas& image, int quality) {
   return checkedJpeg(alphaRows(image), image, 1, quality);
 }
 

@@ -13,13 +13,13 @@ namespace vex {
 using Bytes = std::vector<std::byte>;
 
 // 24 bit, rows bottom-up; width a multiple of 4.
-Bytes encodeBmp(const Image& image);
+Bytes encodeBmp(const Canvas& image);
 // 8 bit with a grey palette, from alpha.
-Bytes encodeBmpMask(const Image& image);
+Bytes encodeBmpMask(const Canvas& image);
 
 // Quality 1 to 100, no chroma subsampling.
-Bytes encodeJpegPicture(const Image& image, int quality);
+Bytes encodeJpegPicture(const Canvas& image, int quality);
 // Grey, from alpha.
-Bytes encodeJpegMask(const Image& image, int quality);
+Bytes encodeJpegMask(const Canvas& image, int quality);
 
 }  // namespace vex

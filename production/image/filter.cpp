@@ -62,7 +62,7 @@ Field shadeRelief(const Field& heights, EdgeMode mode, Function shade) {
 Field blur(const Field& source, float sigma, EdgeMode mode) {
   return blurGrid(source, sigma, mode);
 }
-Image blur(const Image& source, float sigma, EdgeMode mode) {
+Canvas blur(const Canvas& source, float sigma, EdgeMode mode) {
   return blurGrid(source, sigma, mode);
 }
 

@@ -33,7 +33,7 @@ T sample(const Grid<T>& source, float u, float v, EdgeMode mode) {
 
 // Gaussian of standard deviation `sigma` texels.
 Field blur(const Field& source, float sigma, EdgeMode mode);
-Image blur(const Image& source, float sigma, EdgeMode mode);
+Canvas blur(const Canvas& source, float sigma, EdgeMode mode);
 
 // Light over a height field (heights and texels in the same unit): x, y, z towards the light, z out
 // of the picture, y down. Returns the cosine of the angle, 0 in the shade.

@@ -58,7 +58,7 @@ struct Grid {
   const T& at(int x, int y) const { return const_cast<Grid*>(this)->at(x, y); }
 };
 
-using Image = Grid<Colour4>;
+using Canvas = Grid<Colour4>;
 using Field = Grid<float>;
 
 // One call of `texel(u, v)` for each texel centre; its result type decides what comes out.

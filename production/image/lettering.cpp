@@ -33,7 +33,7 @@ Field tearApart(const Field& distance, const LetteringLook& look) {
 
 }  // namespace
 
-Image drawLettering(const Field& distance, const LetteringLook& look) {
+Canvas drawLettering(const Field& distance, const LetteringLook& look) {
   const float unit = static_cast<float>(distance.height) / 128;
   const Field torn = look.tear > 0 ? tearApart(distance, look) : distance;
   const int width = distance.width, height = distance.height;

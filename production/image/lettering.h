@@ -21,6 +21,6 @@ struct LetteringLook {
 };
 
 // The picture of a lettering given as distances in texels; its borders are black.
-Image drawLettering(const Field& distance, const LetteringLook& look);
+Canvas drawLettering(const Field& distance, const LetteringLook& look);
 
 }  // namespace vex

@@ -70,10 +70,10 @@ float gradientNoise(float x, float y, int period, std::uint32_t seed) {
   return blend(top, bottom, ty) * 1.5f;
 }
 
-Cell cellularNoise(float x, float y, int period, std::uint32_t seed) {
+NoiseCell cellularNoise(float x, float y, int period, std::uint32_t seed) {
   const float fx = std::floor(x), fy = std::floor(y);
   const int ix = static_cast<int>(fx), iy = static_cast<int>(fy);
-  Cell cell{9, 9, 0};
+  NoiseCell cell{9, 9, 0};
   for (int j = -2; j <= 2; ++j)
     for (int i = -2; i <= 2; ++i) {
       const int cx = wrapped(ix + i, period), cy = wrapped(iy + j, period);

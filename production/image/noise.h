@@ -16,11 +16,11 @@ float valueNoise(float x, float y, int period, std::uint32_t seed);
 // About -1 to 1, mean 0; random gradients on the lattice, quintic blend.
 float gradientNoise(float x, float y, int period, std::uint32_t seed);
 
-struct Cell {
+struct NoiseCell {
   float nearest, second;  // distances to the two nearest of one random point a lattice cell
   float id;               // 0 to 1, constant inside a cell
 };
-Cell cellularNoise(float x, float y, int period, std::uint32_t seed);
+NoiseCell cellularNoise(float x, float y, int period, std::uint32_t seed);
 
 // Sums of gradient noise, each octave twice as fine and `gain` as strong, scaled to about -1 to 1.
 float fractal(float x, float y, int period, int octaves, float gain, std::uint32_t seed);

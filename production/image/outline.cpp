@@ -12,12 +12,13 @@
 
 namespace vex {
 
-const Face blackletter{"/usr/share/fonts/truetype/blankenburg/Blankenburg_UNZ1A.ttf", "fonts-blankenburg"};
-const Face geometric{"/usr/share/fonts/opentype/league-spartan/LeagueSpartan-Regular.otf",
-                     "fonts-league-spartan"};
-const Face geometricLight{"/usr/share/fonts/opentype/league-spartan/LeagueSpartan-Light.otf",
-                          "fonts-league-spartan"};
-const Face monospaced{"/usr/share/fonts/truetype/dejavu/DejaVuSansMono-Bold.ttf", "fonts-dejavu-core"};
+const FontFace blackletter{"/usr/share/fonts/truetype/blankenburg/Blankenburg_UNZ1A.ttf",
+                           "fonts-blankenburg"};
+const FontFace geometric{"/usr/share/fonts/opentype/league-spartan/LeagueSpartan-Regular.otf",
+                         "fonts-league-spartan"};
+const FontFace geometricLight{"/usr/share/fonts/opentype/league-spartan/LeagueSpartan-Light.otf",
+                              "fonts-league-spartan"};
+const FontFace monospaced{"/usr/share/fonts/truetype/dejavu/DejaVuSansMono-Bold.ttf", "fonts-dejavu-core"};
 
 namespace {
 
@@ -28,7 +29,7 @@ struct OpenFace {
   FT_Library library = nullptr;
   FT_Face face = nullptr;
 
-  explicit OpenFace(const Face& font) {
+  explicit OpenFace(const FontFace& font) {
     if (FT_Init_FreeType(&library) != 0) fatalError("FreeType does not start");
     if (FT_New_Face(library, font.file, 0, &face) != 0)
       fatalError("font %s not found, install the package %s", font.file, font.debianPackage);
@@ -43,7 +44,7 @@ struct OpenFace {
 
 // Collects an outline's curves as short edges; font units divided by the em.
 struct Pen {
-  std::vector<Edge>& edges;
+  std::vector<OutlineEdge>& edges;
   float unit, x;
   float startX = 0, startY = 0, lastX = 0, lastY = 0;
 
@@ -98,7 +99,7 @@ int cubicTo(const FT_Vector* first, const FT_Vector* second, const FT_Vector* to
 void measure(Lettering& text) {
   text.left = text.top = 1e9f;
   text.right = text.bottom = -1e9f;
-  for (const Edge& edge : text.edges) {
+  for (const OutlineEdge& edge : text.edges) {
     text.left = std::min(text.left, edge.x0);
     text.right = std::max(text.right, edge.x0);
     text.top = std::min(text.top, edge.y0);
@@ -108,7 +109,7 @@ void measure(Lettering& text) {
 
 }  // namespace
 
-Lettering setText(const Face& face, const std::string& text, float spacing) {
+Lettering setText(const FontFace& face, const std::string& text, float spacing) {
   const OpenFace open(face);
   const float unit = 1.0f / static_cast<float>(open.face->units_per_EM);
   FT_Outline_Funcs functions{};
@@ -138,7 +139,7 @@ Lettering setText(const Face& face, const std::string& text, float spacing) {
 }
 
 Lettering placed(Lettering text, float scaleX, float scaleY, float x, float y) {
-  for (Edge& edge : text.edges)
+  for (OutlineEdge& edge : text.edges)
     edge = {edge.x0 * scaleX + x, edge.y0 * scaleY + y, edge.x1 * scaleX + x, edge.y1 * scaleY + y};
   measure(text);
   return text;
@@ -151,7 +152,7 @@ Field distanceTo(const Lettering& text, int width, int height) {
       const float x = static_cast<float>(column) + 0.5f, y = static_cast<float>(row) + 0.5f;
       float nearest = 1e12f;
       int winding = 0;
-      for (const Edge& edge : text.edges) {
+      for (const OutlineEdge& edge : text.edges) {
         const float dx = edge.x1 - edge.x0, dy = edge.y1 - edge.y0;
         const float length = dx * dx + dy * dy;
         const float t =
@@ -166,7 +167,7 @@ Field distanceTo(const Lettering& text, int width, int height) {
   return field;
 }
 
-std::vector<bool> renderCell(const Face& face, int code, int height) {
+std::vector<bool> renderCell(const FontFace& face, int code, int height) {
   std::vector<bool> cell(static_cast<std::size_t>(8 * height), false);
   const OpenFace open(face);
   FT_Set_Pixel_Sizes(open.face, 0, static_cast<FT_UInt>(height));

@@ -129,7 +129,7 @@ float lashes(const Pose& pose, float x, float y) {
   return cover;
 }
 
-Image eyeFrame(const Settings& settings, int frame) {
+Canvas eyeFrame(const Settings& settings, int frame) {
   const Pose pose = poseOf(frame);
   const int width = settings.side(1024), height = width / 2;
   const float texels = static_cast<float>(width) / 4;

@@ -8,7 +8,7 @@ namespace vex {
 namespace {
 
 // A hot core in a wide skirt; exactly 0 from 0.94 of the radius on.
-Image glow(int side, Colour4 hue) {
+Canvas glow(int side, Colour4 hue) {
   return paint(side, side, [&](float u, float v) {
     const float r = std::hypot(u - 0.5f, v - 0.5f) * 2;
     const float skirt = std::pow(clamp01(1 - r / 0.94f), 2.4f);

@@ -11,9 +11,9 @@ namespace vex {
 namespace {
 
 // Darkening: what is bright here takes light away. Soft clumps of a texel or two, a little apart in colour.
-Image grain(const Settings& settings) {
+Canvas grain(const Settings& settings) {
   const int side = settings.side(512);
-  Image noise(side, side);
+  Canvas noise(side, side);
   for (int y = 0; y < side; ++y)
     for (int x = 0; x < side; ++x) {
       const float common = hashUnit(x, y, 1);
@@ -27,10 +27,10 @@ Image grain(const Settings& settings) {
 }
 
 // Additive: specks, hairs and a few long scratches of an old print.
-Image dust(const Settings& settings) {
+Canvas dust(const Settings& settings) {
   const int side = settings.side(512);
   const Field dirt = paintSmooth(side, side, 2, [](float u, float v) {
-    const Cell speck = cellularNoise(u * 24, v * 24, 24, 8);
+    const NoiseCell speck = cellularNoise(u * 24, v * 24, 24, 8);
     const float specks =
         speck.id > 0.86f ? coverage(speck.nearest - 0.09f * (speck.id - 0.85f) * 6, 0.06f) : 0.0f;
     const float bend = 0.012f * fractal(0.5f, v * 3, 3, 3, 0.5f, 30);
@@ -50,7 +50,7 @@ Image dust(const Settings& settings) {
 }
 
 // Darkening: clear in the middle, heavier and bluer towards the corners.
-Image vignette(const Settings& settings) {
+Canvas vignette(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side, side, [](float u, float v) {
     const float r = std::hypot((u - 0.5f) * 2, (v - 0.5f) * 1.7f);
@@ -66,7 +66,7 @@ Products grainPictures() {
       picture("grain", PictureKind::jpeg, "grain", 1, grain),
       picture("dust", PictureKind::jpeg, "grain", 4, dust),
       picture("vignette", PictureKind::bmp, "grain", 0.2f, vignette),
-      picture("bar", PictureKind::bmp, "grain", 0.1f, [](const Settings&) { return Image(8, 8, black); })};
+      picture("bar", PictureKind::bmp, "grain", 0.1f, [](const Settings&) { return Canvas(8, 8, black); })};
 }
 
 }  // namespace vex

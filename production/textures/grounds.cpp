@@ -17,7 +17,7 @@ struct GroundLook {
 };
 
 // A sky of torn cloud with a light behind it, darker towards the foot.
-Image sky(const Settings& settings, const GroundLook& look) {
+Canvas sky(const Settings& settings, const GroundLook& look) {
   const int width = settings.side(512);
   return paint(width, width / 2, [&](float u, float v) {
     const float warp = fractal(u * 3, v * 4, 0, 4, 0.5f, look.seed + 1);

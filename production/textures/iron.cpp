@@ -19,7 +19,7 @@ float quatrefoil(float x, float y, float size) {
 }
 
 // Black iron plates with rivets in rows, hammered, lit from above; verdigris of the hue in the seams. Tiles.
-Image plates(const Settings& settings, const Hue& hue) {
+Canvas plates(const Settings& settings, const Hue& hue) {
   const int side = settings.side(512);
   const float texels = static_cast<float>(side);
   const auto plateAt = [](float u, float v, float& x, float& y) {
@@ -58,7 +58,7 @@ Image plates(const Settings& settings, const Hue& hue) {
 
 // A rose window a tile: a heart, twelve lancets, a wreath of roundels, quatrefoils in the corners. Light
 // comes through the panes, each of its own strength and some of another colour. Tiles.
-Image glass(const Settings& settings, const Hue& hue, const Ramp& accent) {
+Canvas glass(const Settings& settings, const Hue& hue, const Ramp& accent) {
   const int side = settings.side(512);
   return paintSmooth(side, side, 2, [&](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y), angle = std::atan2(y, x);
@@ -108,7 +108,7 @@ Image glass(const Settings& settings, const Hue& hue, const Ramp& accent) {
 
 // A ring of tracery with flames outside, black iron, its inner edges lit by what lies beyond. The middle is
 // open.
-Image gate(const Settings& settings, const Hue& hue) {
+Canvas gate(const Settings& settings, const Hue& hue) {
   const int side = settings.side(512);
   const float texels = static_cast<float>(side);
   const auto shape = [](float u, float v) {
@@ -146,7 +146,7 @@ Image gate(const Settings& settings, const Hue& hue) {
       blur(map(distance, [&](float d) { return texels * 0.5f * 0.022f * std::sqrt(clamp01(-d / 0.02f)); }),
            0.8f * texels / 512, EdgeMode::clamp);
   const Field key = lightRelief(heights, -0.5f, -1, 0.6f, EdgeMode::clamp);
-  Image result = paintSmooth(side, side, 2, [&](float u, float v) {
+  Canvas result = paintSmooth(side, side, 2, [&](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y) + 0.001f;
     const float step = 1.0f / texels;
     const float slopeX =
@@ -168,7 +168,7 @@ Image gate(const Settings& settings, const Hue& hue) {
 Products ironPictures() {
   Products products;
   const auto add = [&](const char* stem, const Hue& hue, PictureKind kind, float work,
-                       Image (*make)(const Settings&, const Hue&)) {
+                       Canvas (*make)(const Settings&, const Hue&)) {
     products.push_back(picture(std::string(stem) + hue.suffix, kind, "iron", work,
                                [&hue, make](const Settings& settings) { return make(settings, hue); }));
   };

@@ -16,7 +16,7 @@ float angular(float angle, float count, float r, std::uint32_t seed) {
 }
 
 // Shafts from the middle, as through a broken window; additive, empty at the borders.
-Image rays(const Settings& settings, const Hue& hue) {
+Canvas rays(const Settings& settings, const Hue& hue) {
   const int side = settings.side(512);
   return paint(side, side, [&](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y), angle = std::atan2(y, x);
@@ -28,7 +28,7 @@ Image rays(const Settings& settings, const Hue& hue) {
 }
 
 // The light around a covered sun: fine streamers; nothing inside the disc. Additive.
-Image corona(const Settings& settings, const Hue& hue) {
+Canvas corona(const Settings& settings, const Hue& hue) {
   const int side = settings.side(512);
   return paint(side, side, [&](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y), angle = std::atan2(y, x);
@@ -45,7 +45,7 @@ Image corona(const Settings& settings, const Hue& hue) {
 }
 
 // The disc itself: ink with a lit rim, cut out by its mask.
-Image moon(const Settings& settings) {
+Canvas moon(const Settings& settings) {
   const int side = settings.side(256);
   return paintSmooth(side, side, 2, [](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y);
@@ -59,7 +59,7 @@ Image moon(const Settings& settings) {
 }
 
 // A lens's level streak. Additive.
-Image streak(const Settings& settings, const Hue& hue) {
+Canvas streak(const Settings& settings, const Hue& hue) {
   const int width = settings.side(512), height = width / 8;
   return paint(width, height, [&](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
@@ -74,7 +74,7 @@ Image streak(const Settings& settings, const Hue& hue) {
 Products lightPictures() {
   Products products;
   const auto add = [&](const char* stem, const Hue& hue, float work,
-                       Image (*make)(const Settings&, const Hue&)) {
+                       Canvas (*make)(const Settings&, const Hue&)) {
     products.push_back(picture(std::string(stem) + hue.suffix, PictureKind::jpeg, "lights", work,
                                [&hue, make](const Settings& settings) { return make(settings, hue); }));
   };

@@ -20,7 +20,7 @@ constexpr float wordBaseline = 0.84f;    // of the height
 constexpr float endingBaseline = 0.74f;  // the ending stands a little higher, in the word's middle
 constexpr float endingStart = 0.135f;    // the word's quad reaches over the ending's by 0.17 / 1.5
 
-Image titleWord(const Settings& settings, int frame) {
+Canvas titleWord(const Settings& settings, int frame) {
   const int width = settings.side(256), height = width / 2;
   const auto size = static_cast<float>(height);
   const Lettering text = setText(blackletter, "vex", 0.035f);
@@ -35,7 +35,7 @@ Image titleWord(const Settings& settings, int frame) {
   return drawLettering(distanceTo(set, width, height), look);
 }
 
-Image wordEnding(const Settings& settings, const std::string& letters, int frame) {
+Canvas wordEnding(const Settings& settings, const std::string& letters, int frame) {
   const int width = settings.side(512), height = width / 4;
   const auto size = static_cast<float>(height);
   const Lettering text = setText(geometric, letters, 0.05f);
@@ -55,7 +55,7 @@ Image wordEnding(const Settings& settings, const std::string& letters, int frame
 }
 
 // A smear of ink behind the letters, so that they read on any ground. They stand left of the middle.
-Image backing(const Settings& settings) {
+Canvas backing(const Settings& settings) {
   const int width = settings.side(512), height = width / 4;
   return paint(width, height, [](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
@@ -75,7 +75,7 @@ Products logoPictures() {
   Products products;
   // Texture names without their folder.
   const auto add = [&](const std::string& textureName, float work,
-                       std::function<Image(const Settings&)> make) {
+                       std::function<Canvas(const Settings&)> make) {
     products.push_back(picture(textureName.substr(5), PictureKind::bmp, "logo", work, std::move(make)));
   };
   for (int frame = 0; frame < titleFrames; ++frame)

@@ -17,7 +17,7 @@ Colour4 backlit(const Ramp& ramp, float inside, float reach, float strength) {
 }
 
 // A hooded figure with a ringed staff; its cloak ends in mist. Twice as high as wide.
-Image figure(const Settings& settings, const Hue& hue) {
+Canvas figure(const Settings& settings, const Hue& hue) {
   const int width = settings.side(256);
   return paintSmooth(width, width * 2, 2, [&](float u, float v) {
     const float x = u - 0.5f, y = v * 2;
@@ -47,7 +47,7 @@ Image figure(const Settings& settings, const Hue& hue) {
 }
 
 // A wall with one great pointed opening, its mouldings lit from beyond. Twice as wide as high.
-Image arch(const Settings& settings, const Hue& hue) {
+Canvas arch(const Settings& settings, const Hue& hue) {
   const int width = settings.side(1024);
   return paintSmooth(width, width / 2, 2, [&](float u, float v) {
     const float x = (u - 0.5f) * 3.56f / 2, y = v - 0.52f;
@@ -96,7 +96,7 @@ void growBramble(std::vector<Thorn>& thorns, float x, float y, float heading, fl
 }
 
 // Brambles that close in from both sides along the foot of the picture, four times as wide as high.
-Image brambles(const Settings& settings, const Hue& hue) {
+Canvas brambles(const Settings& settings, const Hue& hue) {
   const int width = settings.side(1024);
   std::vector<Thorn> thorns;
   for (int i = 0; i < 5; ++i) {
@@ -119,7 +119,7 @@ Image brambles(const Settings& settings, const Hue& hue) {
 
 // A skyline of spires and roofs, paler with distance; eight times the width of a tower. Sinks into haze at
 // the foot.
-Image spires(const Settings& settings, const Hue& hue) {
+Canvas spires(const Settings& settings, const Hue& hue) {
   const int width = settings.side(1024);
   const auto profile = [](float x, int row) {
     float top = 0.12f + 0.05f * valueNoise(x * 3, static_cast<float>(row), 0, 210);
@@ -152,7 +152,7 @@ Image spires(const Settings& settings, const Hue& hue) {
 Products silhouettePictures() {
   Products products;
   const auto add = [&](const char* stem, const Hue& hue, float work,
-                       Image (*make)(const Settings&, const Hue&)) {
+                       Canvas (*make)(const Settings&, const Hue&)) {
     products.push_back(picture(std::string(stem) + hue.suffix, PictureKind::maskedJpeg, "silhouettes", work,
                                [&hue, make](const Settings& settings) { return make(settings, hue); }));
   };

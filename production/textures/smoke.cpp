@@ -10,7 +10,7 @@ namespace vex {
 namespace {
 
 // A soft additive bank of haze, empty at the borders.
-Image hazeCard(const Settings& settings, const Hue& hue) {
+Canvas hazeCard(const Settings& settings, const Hue& hue) {
   const int side = settings.side(256);
   return paint(side, side, [&](float u, float v) {
     const float warp = fractal(u * 3, v * 3, 0, 4, 0.5f, 50);
@@ -22,7 +22,7 @@ Image hazeCard(const Settings& settings, const Hue& hue) {
 }
 
 // Curling smoke that tiles: noise looked up through noise, sharpened at its folds.
-Image smokeTile(const Settings& settings, const Hue& hue) {
+Canvas smokeTile(const Settings& settings, const Hue& hue) {
   const int side = settings.side(512);
   return paint(side, side, [&](float u, float v) {
     const float x = u * 4, y = v * 4;
@@ -37,7 +37,7 @@ Image smokeTile(const Settings& settings, const Hue& hue) {
 }
 
 // Thin luminous threads that drift apart and meet again; tiles.
-Image filaments(const Settings& settings, const Hue& hue) {
+Canvas filaments(const Settings& settings, const Hue& hue) {
   const int side = settings.side(512);
   const Field threads = paintSmooth(side, side, 2, [](float u, float v) {
     const float x = u * 3, y = v * 3;
@@ -60,14 +60,14 @@ Image filaments(const Settings& settings, const Hue& hue) {
 }
 
 // Glowing specks of three sizes; tiles.
-Image embers(const Settings& settings, const Hue& hue) {
+Canvas embers(const Settings& settings, const Hue& hue) {
   const int side = settings.side(512);
   return paint(side, side, [&](float u, float v) {
     float light = 0;
     for (const int cells : {7, 13, 22}) {
       const auto scale = static_cast<float>(cells);
       const float wobble = 0.25f * gradientNoise(u * 6, v * 6, 6, 90);
-      const Cell cell =
+      const NoiseCell cell =
           cellularNoise(u * scale + wobble, v * scale, cells, static_cast<std::uint32_t>(cells));
       if (cell.id < 0.62f) continue;
       const float size = (0.035f + 0.07f * (cell.id - 0.6f)) * (cells == 7 ? 0.75f : 1);
@@ -83,7 +83,7 @@ Image embers(const Settings& settings, const Hue& hue) {
 Products smokePictures() {
   Products products;
   const auto add = [&](const char* stem, const Hue& hue, float work,
-                       Image (*make)(const Settings&, const Hue&)) {
+                       Canvas (*make)(const Settings&, const Hue&)) {
     products.push_back(picture(std::string(stem) + hue.suffix, PictureKind::jpeg, "smoke", work,
                                [&hue, make](const Settings& settings) { return make(settings, hue); }));
   };

@@ -8,8 +8,8 @@ namespace {
 
 // Centred in the picture, `xHeight` of the height high. Full-screen pictures are stretched to 16:9 by the
 // show.
-Image tornType(const Settings& settings, int fullWidth, const std::string& letters, float spacing,
-               float xHeight, int frame) {
+Canvas tornType(const Settings& settings, int fullWidth, const std::string& letters, float spacing,
+                float xHeight, int frame) {
   const int width = settings.side(fullWidth), height = width / 4;
   const auto size = static_cast<float>(height);
   const Lettering text = setText(geometric, letters, spacing);
