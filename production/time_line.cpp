@@ -115,7 +115,7 @@ void prologue(Show& show) {
                   .alpha = fade(12, 0)});
   show.add("halvane", 2, 2.25, title,
            Bitmap{.texture = "halvane1",
-                  .at = centred(0, -0.05, slide(0.62, 0.76), 4),
+                  .at = centred(0, -0.05, spline({{0, 0.6}, {2, 0.68}, {6, 0.71}, {partEnd, 0.8}}), 4),
                   .frames = 4,
                   .glitch = flashes({0, 4, 5.5, 8}, 0.9, 0.03),
                   .alpha = fade(1.5, 1),
@@ -216,9 +216,9 @@ void pulse(Show& show) {
                  .amplitude = 0.05,
                  .alpha = flashes(everyBeat, 0.9, 0.15),
                  .blend = Blend::add});
-  show.add(
-      "vexed", 10, 2, title,
-      glitching(vexed(slide(1.25, 1.4)), flashes({0, 2, 4, 6, 7, 7.5}, 0.95, 0.02), 2, swing(8, 1.08, 1.16)));
+  show.add("vexed", 10, 2, title,
+           glitching(vexed(spline({{0, 1.5}, {0.5, 1.25}, {4, 1.3}, {partEnd, 1.42}})),
+                     flashes({0, 2, 4, 6, 7, 7.5}, 0.95, 0.02), 2, swing(8, 1.08, 1.16)));
 
   for (const double bar : {12.0, 13.0}) {
     const double near = bar - 12;
@@ -279,9 +279,9 @@ void drop(Show& show) {
                   .alpha = flashes(everyBeat, 1, 0.4),
                   .blend = Blend::add});
   tunnel(show, "gate_violet", 16, 2, 1);
-  show.add(
-      "vexation", 17, 1, title,
-      glitching(vexation(slide(1.15, 1.3)), flashes({0, 1, 2, 2.5, 3}, 1, 0.05), 3, swing(4, 1.06, 1.25)));
+  show.add("vexation", 17, 1, title,
+           glitching(vexation(spline({{0, 1.5}, {0.4, 1.18}, {2, 1.2}, {partEnd, 1.32}})),
+                     flashes({0, 1, 2, 2.5, 3}, 1, 0.05), 3, swing(4, 1.06, 1.25)));
 
   show.add(
       "stare", 18, 1, ground,
@@ -361,8 +361,8 @@ void drop(Show& show) {
                   .blend = Blend::add});
   tunnel(show, "gate_acid", 22, 2, 0.5);
   show.add("vexatious", 22, 2, title,
-           glitching(vexatious(slide(1.2, 1.35)), flashes({0, 1, 2, 3, 4, 5, 6, 6.5, 7, 7.5}, 1, 0.1), 4,
-                     swing(4, 0.85, 1.25)));
+           glitching(vexatious(spline({{0, 1.45}, {0.5, 1.2}, {4, 1.24}, {partEnd, 1.36}})),
+                     flashes({0, 1, 2, 3, 4, 5, 6, 6.5, 7, 7.5}, 1, 0.1), 4, swing(4, 0.85, 1.25)));
 }
 
 // Bars 24 to 32: ember; the covered sun, the echoes, the end.
@@ -443,11 +443,17 @@ void climax(Show& show) {
   show.add("ground after", 32, 1, ground, Fade{});
 }
 
+// A flash of that colour falls within half a beat.
+void flashOn(Show& show, const std::vector<double>& bars, Fade colour) {
+  colour.alpha = spline({{0, 0.34}, {0.12, 0.2}, {0.28, 0.06}, {partEnd, 0}});
+  for (const double bar : bars) show.add("flash", bar, 0.125, flash, colour);
+}
+
 // What lies over all: flashes on the cuts, dirt, grain, vignette, bars.
 void finish(Show& show) {
-  show.add("acid cuts", 8, 8, flash, Fade{0.8, 1, 0.55, flashes({0, 8, 16, 24}, 0.34)});
-  show.add("violet cuts", 16, 8, flash, Fade{1, 0.75, 0.95, flashes({0, 4, 8, 12, 16, 20, 22.5, 24}, 0.32)});
-  show.add("ember cuts", 24, 7, flash, Fade{1, 0.86, 0.6, flashes({0, 8, 16, 18, 20, 22, 24}, 0.34)});
+  flashOn(show, {8, 10, 12, 14}, Fade{0.8, 1, 0.55});
+  flashOn(show, {16, 17, 17.625, 18, 19, 20, 21, 21.625, 22, 23}, Fade{1, 0.75, 0.95});
+  flashOn(show, {24, 26, 28, 28.5, 29, 29.5, 30}, Fade{1, 0.86, 0.6});
   show.add("dust", 0, 8, grain - 1,
            Noise{.texture = "dust", .jitterX = 1, .jitterY = 1, .alpha = 0.5, .flicker = 0.3});
   show.add("grain", 0, 32, grain,
@@ -468,7 +474,7 @@ void finish(Show& show) {
 
 }  // namespace
 
-Script presentation() {
+Script presentationScript() {
   Show show;
   show.script.totalTime = cueSeconds(songBars);
   show.script.sound = "data\\vex.ogg";
@@ -488,7 +494,7 @@ Products timeLineFiles() {
                      "production/cues."};
   product.work = 0.1f;
   product.make = [](const Settings&) {
-    const Script script = presentation();
+    const Script script = presentationScript();
     const std::string list = preloadList(script);
     const auto* text = reinterpret_cast<const std::byte*>(list.data());
     return std::vector<Bytes>{writeProject(script), Bytes(text, text + list.size())};

@@ -6,7 +6,7 @@
 namespace vex {
 
 // The presentation's script, 60 seconds.
-Script presentation();
+Script presentationScript();
 
 Products timeLineFiles();  // test.hvp and used_textures.log
 Products musicFile();      // data\vex.ogg

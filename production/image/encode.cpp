@@ -1,25 +1,24 @@
 #include "production/image/encode.h"
 
-#include <array>
+#include <cmath>
 #include <cstdint>
 
 #include "platform/jpeg_encoder.h"
-#include "production/image/noise.h"
 #include "shell/report.h"
 
 namespace vex {
 
 namespace {
 
-// High-passed white noise as threshold: 0 to 1 with little energy in low frequencies.
-float ditherThreshold(int x, int y, std::uint32_t channel) {
-  static constexpr std::uint32_t seed = 4711;
-  const float here = hashUnit(x, y, seed + channel);
-  const float around = (hashUnit(x - 1, y, seed + channel) + hashUnit(x, y - 1, seed + channel)) / 2;
-  return clamp01(0.5f + (here - around) * 0.6f);
+// Interleaved gradient noise (Jorge Jimenez, 2014): every value from 0 to 1 about equally often in any small
+// square, so that dithering shows no grain of its own. Each channel has its own place in the pattern.
+float ditherThreshold(int x, int y, int channel) {
+  const double place = 0.06711056 * (x + 5.588238 * channel) + 0.00583715 * (y + 5.588238 * channel);
+  const double value = 52.9829189 * (place - std::floor(place));
+  return static_cast<float>(value - std::floor(value));
 }
 
-unsigned char quantise(float value, int x, int y, std::uint32_t channel) {
+unsigned char quantise(float value, int x, int y, int channel) {
   if (!(value > 0)) return 0;
   if (value >= 1) return 255;
   const float scaled = value * 255;

@@ -72,7 +72,8 @@ Canvas drawLettering(const Field& distance, const LetteringLook& look) {
         (gradient(*look.body, shade) + gradient(*look.glow, 0.62f * read(below) - 0.1f)) * body;
     const float counter = smoothStep(0.0f, look.bevel * unit, read(worn));  // no light in the counters
     const Colour4 shine = gradient(*look.glow, around * (1 - body) * (0.25f + 0.75f * counter));
-    const float edge = smoothStep(0.012f, 0.07f, std::min(std::min(u, 1 - u) * aspect, std::min(v, 1 - v)));
+    const float edge = smoothStep(std::max(0.012f, 1.1f / static_cast<float>(height)), 0.07f,
+                                  std::min(std::min(u, 1 - u) * aspect, std::min(v, 1 - v)));
     return (face + shine) * edge;
   });
 }

@@ -65,7 +65,7 @@ Canvas streak(const Settings& settings, const Hue& hue) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
     const float along = std::pow(clamp01(1 - std::fabs(x) / 0.98f), 2.2f);
     const float line = std::exp(-y * y * 90 / (0.15f + along)) + 0.25f * std::exp(-std::fabs(y) * 9);
-    return gradient(hue.ramp, along * line * smoothStep(0.98f, 0.5f, std::fabs(y)));
+    return gradient(hue.ramp, along * line * smoothStep(0.92f, 0.5f, std::fabs(y)));
   });
 }
 
@@ -74,16 +74,16 @@ Canvas streak(const Settings& settings, const Hue& hue) {
 Products lightPictures() {
   Products products;
   const auto add = [&](const char* stem, const Hue& hue, float work,
-                       Canvas (*make)(const Settings&, const Hue&)) {
-    products.push_back(picture(std::string(stem) + hue.suffix, PictureKind::jpeg, "lights", work,
+                       Canvas (*make)(const Settings&, const Hue&), PictureKind kind = PictureKind::jpeg) {
+    products.push_back(picture(std::string(stem) + hue.suffix, kind, "lights", work,
                                [&hue, make](const Settings& settings) { return make(settings, hue); }));
   };
   for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue}) add("rays_", *hue, 0.7f, rays);
   add("corona_", boneHue, 0.8f, corona);
   add("corona_", emberHue, 0.8f, corona);
-  add("streak_", boneHue, 0.2f, streak);
-  add("streak_", acidHue, 0.2f, streak);
-  add("streak_", violetHue, 0.2f, streak);
+  add("streak_", boneHue, 0.2f, streak, PictureKind::bmp);
+  add("streak_", acidHue, 0.2f, streak, PictureKind::bmp);
+  add("streak_", violetHue, 0.2f, streak, PictureKind::bmp);
   products.push_back(picture("moon", PictureKind::maskedBmp, "lights", 0.5f, moon));
   return products;
 }

@@ -57,14 +57,15 @@ Canvas wordEnding(const Settings& settings, const std::string& letters, int fram
 // A smear of ink behind the letters, so that they read on any ground. They stand left of the middle.
 Canvas backing(const Settings& settings) {
   const int width = settings.side(512), height = width / 4;
-  return paint(width, height, [](float u, float v) {
+  return paint(width, height, [=](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
     const float rough =
         0.30f * fractal(u * 5, v * 3, 0, 5, 0.55f, 5) + 0.22f * fractal(u * 18, v * 2, 0, 4, 0.5f, 6);
     const float body = 1 - std::hypot((x + 0.2f) * 1.2f, y * 0.92f) + rough * (0.3f + 0.7f * std::fabs(x));
     Colour4 colour = gradient(acidRamp, 0.09f * smoothStep(0.5f, 0.0f, body));
     colour.a = 0.78f * smoothStep(0.0f, 0.55f, body) *
-               smoothStep(0, 0.12f, std::min(std::min(u, 1 - u) * 4, std::min(v, 1 - v)));
+               smoothStep(1.1f / static_cast<float>(height), 0.14f,
+                          std::min(std::min(u, 1 - u) * 4, std::min(v, 1 - v)));
     return colour;
   });
 }

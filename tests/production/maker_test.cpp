@@ -1,0 +1,174 @@
+#include "production/maker.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+
+#include "tests/support/fatal.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+
+namespace {
+
+std::map<std::string, int> timesMade;
+
+Product textProduct(const std::string& path, const std::string& text, const std::string& source) {
+  Product product;
+  product.outputs = {path};
+  product.sources = {source};
+  product.make = [path, text](const Settings& settings) {
+    ++timesMade[path];
+    const std::string all = text + (settings.draft ? " draft" : "");
+    const auto* bytes = reinterpret_cast<const std::byte*>(all.data());
+    return std::vector<Bytes>{Bytes(bytes, bytes + all.size())};
+  };
+  return product;
+}
+
+MakeResult make(const Products& products, bool draft = false, int workers = 1) {
+  timesMade.clear();
+  return makeProducts(products, "out", Settings{draft}, ProgressStyle::none, workers);
+}
+
+Products twoProducts() {
+  return {textProduct("data/a.txt", "first", "production/maker."),
+          textProduct("b.txt", "second", "production/progress.")};
+}
+
+std::string filesOf(const std::string& folder) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+    if (entry.is_regular_file() && entry.path().filename() != ".vexproduce")
+      files[entry.path().lexically_relative(folder).string()] = readFile(entry.path());
+  std::string all;
+  for (const auto& [name, bytes] : files)
+    all += name + ":" + std::to_string(bytes.size()) + ":" + bytes + "\n";
+  return all;
+}
+
+}  // namespace
+
+TEST(Maker, MakesWhatIsMissingOrChangedAndNothingElse) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(make(twoProducts()).made, 2);
+  EXPECT_EQ(readFile("out/data/a.txt"), "first");
+  EXPECT_EQ(readFile("out/b.txt"), "second");
+
+  MakeResult result = make(twoProducts());
+  EXPECT_EQ(result.made, 0);
+  EXPECT_EQ(result.kept, 2);
+
+  struct Case {
+    const char* what;
+    void (*disturb)();
+  };
+  const Case cases[] = {
+      {"missing", [] { std::filesystem::remove("out/b.txt"); }},
+      {"other size", [] { writeFile("out/b.txt", "longer than it was"); }},
+      {"same size, other time",
+       [] {
+         writeFile("out/b.txt", "SECOND");
+         std::filesystem::last_write_time(
+             "out/b.txt", std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+       }},
+  };
+  for (const Case& one : cases) {
+    one.disturb();
+    EXPECT_EQ(make(twoProducts()).made, 1) << one.what;
+    EXPECT_EQ(timesMade["b.txt"], 1) << one.what;
+    EXPECT_EQ(readFile("out/b.txt"), "second") << one.what;
+  }
+}
+
+TEST(Maker, OtherSourcesOrSettingsMakeAnew) {
+  const TemporaryFolder folder;
+  make(twoProducts());
+  Products products = twoProducts();
+  products[0].sources = {"production/maker.", "production/manifest."};
+  EXPECT_EQ(make(products).made, 1);
+  EXPECT_EQ(timesMade["data/a.txt"], 1);
+  EXPECT_EQ(make(products, true).made, 2);
+  EXPECT_EQ(readFile("out/b.txt"), "second draft");
+}
+
+TEST(Maker, SourceKeysTellSourcesApart) {
+  const std::string maker = sourceKey({"production/maker."}), image = sourceKey({"production/image/"});
+  EXPECT_NE(maker, image);
+  EXPECT_NE(sourceKey({"production/image/noise."}), image);
+  EXPECT_EQ(sourceKey({"production/maker."}), maker);
+  // A start that names no source would never notice a change.
+  const std::string nothing = sourceKey({"no such source"});
+  for (const Product& product : allProducts())
+    for (const std::string& start : product.sources) EXPECT_NE(sourceKey({start}), nothing) << start;
+}
+
+TEST(Maker, RemovesFilesOfForgottenProductsButNoOthers) {
+  const TemporaryFolder folder;
+  make(twoProducts());
+  writeFile("out/data/mine.txt", "a guest's own");
+  writeFile("precious.txt", "outside");
+  const std::string manifest = readFile("out/.vexproduce");
+  writeFile("out/.vexproduce", manifest + "../precious.txt x 7 7\n/tmp x 1 1\nnonsense\n");
+  Products one = twoProducts();
+  one.erase(one.begin());
+  const MakeResult result = make(one);
+  EXPECT_EQ(result.removed, 1);
+  EXPECT_EQ(result.made, 0);
+  EXPECT_FALSE(std::filesystem::exists("out/data/a.txt"));
+  EXPECT_EQ(readFile("out/data/mine.txt"), "a guest's own");
+  EXPECT_EQ(readFile("precious.txt"), "outside");
+}
+
+TEST(Maker, LeavesNoTemporaryFiles) {
+  const TemporaryFolder folder;
+  make(twoProducts());
+  for (const auto& entry : std::filesystem::recursive_directory_iterator("out"))
+    EXPECT_NE(entry.path().extension(), ".part") << entry.path();
+}
+
+TEST(Maker, SaysWhatItCannotWrite) {
+  const TemporaryFolder folder;
+  writeFile("out", "a file where the folder should be");
+  EXPECT_EQ(fatalText([] { make(twoProducts()); }), "cannot make folder out: Not a directory");
+  std::filesystem::remove("out");
+  std::filesystem::create_directories("out/b.txt/inside");
+  EXPECT_EQ(fatalText([] { make({textProduct("b.txt", "x", "production/maker.")}); }),
+            "cannot write out/b.txt: Is a directory");
+}
+
+// Everything but the music, which has its own test, and most of the movie, for time.
+TEST(Maker, TheProductionIsTheSameOnEveryRunWithAnyNumberOfWorkers) {
+  const TemporaryFolder folder;
+  Products products = allProducts();
+  std::erase_if(products, [](const Product& product) {
+    const std::string& path = product.outputs.front();
+    return path.ends_with(".ogg") || (path.starts_with("data/eye") && path != "data/eye20.jpg");
+  });
+  makeProducts(products, "one", Settings{true}, ProgressStyle::none, 1);
+  makeProducts(products, "three", Settings{true}, ProgressStyle::none, 3);
+  EXPECT_TRUE(filesOf("one") == filesOf("three"));
+  EXPECT_EQ(makeProducts(products, "three", Settings{true}, ProgressStyle::none).made, 0);
+}
+
+TEST(VexProduce, AnswersWrongUsageAndHelp) {
+  const TemporaryFolder folder;
+  const std::string program = std::string(VEX_BIN) + "/vexproduce";
+  const struct {
+    const char* arguments;
+    int exitCode;
+  } cases[] = {{"--help", 0}, {"", 2}, {"--what", 2}, {"a b", 2}, {"''", 2}, {"out --fast", 2}};
+  for (const auto& [arguments, exitCode] : cases) {
+    const Program run = runProgram(program + " " + arguments);
+    EXPECT_EQ(run.exitCode, exitCode) << arguments;
+    EXPECT_TRUE((exitCode == 0 ? run.output : run.errors).starts_with("usage: vexproduce OUTDIR"))
+        << arguments;
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+  const Program refused = runProgram(program + " /proc/none");
+  EXPECT_EQ(refused.exitCode, 255);
+  EXPECT_TRUE(refused.errors.starts_with("vexproduce: cannot make folder /proc/none: ")) << refused.errors;
+}
+
+}  // namespace vex

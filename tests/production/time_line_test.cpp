@@ -1,0 +1,355 @@
+#include "production/time_line.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+
+#include "production/cues.h"
+#include "production/maker.h"
+#include "production/music.h"
+#include "production/show.h"
+#include "tests/support/fatal.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+
+namespace {
+
+// Reads a project as the format's table says, on its own.
+struct ProjectReader {
+  const Bytes& bytes;
+  std::size_t at = 0;
+
+  template <typename T>
+  T take() {
+    T value{};
+    if (at + sizeof value > bytes.size()) throw std::out_of_range("project ends early");
+    std::memcpy(&value, bytes.data() + at, sizeof value);
+    at += sizeof value;
+    return value;
+  }
+  std::string takeLine() {
+    std::string text;
+    for (char c = take<char>(); c != '\n'; c = take<char>()) text += c;
+    return text;
+  }
+  bool takeBool() {
+    const auto value = take<unsigned char>();
+    if (value > 1) throw std::out_of_range("no bool");
+    return value == 1;
+  }
+};
+
+Script readScript(const Bytes& bytes) {
+  ProjectReader in{bytes};
+  Script script;
+  EXPECT_EQ(in.takeLine(), "0.17");
+  in.takeLine();
+  script.startTime = in.take<double>();
+  in.takeLine();
+  in.take<double>();
+  script.totalTime = in.take<double>();
+  in.take<double>();
+  script.sound = in.takeLine();
+  for (int count = in.take<std::int32_t>(); count > 0; --count) script.ticks.push_back(in.take<double>());
+  for (int parts = in.take<std::int32_t>(); parts > 0; --parts) {
+    ScriptPart part;
+    part.name = in.takeLine();
+    in.take<std::int32_t>();
+    part.position = in.take<double>();
+    part.start = in.take<double>();
+    part.length = in.take<double>();
+    part.track = in.take<signed char>();
+    in.takeBool();
+    EXPECT_TRUE(in.takeBool()) << part.name << " is inactive";
+    part.speed = in.take<double>();
+    for (int calls = in.take<unsigned char>(); calls > 0; --calls) {
+      ScriptCall call{in.takeLine(), in.takeLine(), {}};
+      for (int parameters = in.take<unsigned char>(); parameters > 0; --parameters) {
+        ScriptParameter parameter;
+        parameter.name = in.takeLine();
+        Curve& curve = parameter.curve;
+        curve.kind = static_cast<CurveKind>(in.take<signed char>());
+        for (double* field : {&curve.value, &curve.cycles, &curve.amplitude, &curve.offset, &curve.phase})
+          *field = in.take<double>();
+        for (int dots = in.take<unsigned char>(); dots > 0; --dots) {
+          const double x = in.take<double>();
+          curve.dots.push_back({x, in.take<double>()});
+        }
+        parameter.least = in.take<double>();
+        parameter.most = in.take<double>();
+        curve.text = in.takeLine();
+        call.parameters.push_back(parameter);
+      }
+      part.calls.push_back(call);
+    }
+    script.parts.push_back(part);
+  }
+  EXPECT_EQ(in.at, bytes.size());
+  return script;
+}
+
+const Script& theShow() {
+  static const Script script = readScript(writeProject(presentationScript()));
+  return script;
+}
+
+std::vector<const ScriptPart*> activeAt(double time) {
+  std::vector<const ScriptPart*> active;
+  for (const ScriptPart& part : theShow().parts)
+    if (part.position <= time && time < part.position + part.length) active.push_back(&part);
+  std::stable_sort(active.begin(), active.end(),
+                   [](const ScriptPart* p, const ScriptPart* q) { return p->track < q->track; });
+  return active;
+}
+
+// Value at `progress`; curves hold their ends.
+double valueOf(const ScriptParameter& parameter, double progress) {
+  const Curve& curve = parameter.curve;
+  double value = curve.value;
+  if (curve.kind == CurveKind::sine)
+    value = std::sin(progress * 2 * 3.1415926536 * curve.cycles + curve.phase / 180 * 3.1415926536) *
+                curve.amplitude +
+            curve.offset;
+  if (curve.kind == CurveKind::linear) {
+    value = curve.dots.back().y;
+    for (std::size_t i = curve.dots.size(); i-- > 0;) {
+      if (progress > curve.dots[i].x) break;
+      value = curve.dots[i].y;
+      if (i > 0 && progress > curve.dots[i - 1].x)
+        value = curve.dots[i - 1].y + (curve.dots[i].y - curve.dots[i - 1].y) *
+                                          (progress - curve.dots[i - 1].x) /
+                                          (curve.dots[i].x - curve.dots[i - 1].x);
+    }
+  }
+  return std::clamp(value, parameter.least, parameter.most);
+}
+
+// Whether the call covers its viewport with something that lets nothing through.
+bool paintsAll(const ScriptCall& call, double progress) {
+  const auto value = [&](int i) { return valueOf(call.parameters[static_cast<std::size_t>(i)], progress); };
+  if (call.function == "fadeScreen") return value(3) >= 1;
+  static const std::set<std::string> opaque{"data\\sky_bone",    "data\\sky_acid",    "data\\sky_violet",
+                                            "data\\sky_ember",   "data\\plates_acid", "data\\glass_violet",
+                                            "data\\glass_ember", "data\\eye"};
+  if (!opaque.contains(call.parameters[0].curve.text)) return false;
+  const bool movie = call.function == "drawMovie";
+  const int alpha = movie ? 8 : 7;
+  if (value(alpha) < 1 || (!movie && value(8) > 0)) return false;
+  const double slack = 1e-6;
+  return value(1) <= -1 + slack && value(2) <= -1 + slack && value(1) + value(3) >= 1 - slack &&
+         value(2) + value(4) >= 1 - slack;
+}
+
+}  // namespace
+
+TEST(Project, RoundTripKeepsEveryField) {
+  Script script;
+  script.startTime = 1.5;
+  script.totalTime = 60;
+  script.sound = "data\\vex.ogg";
+  script.ticks = {0.25, -3};
+  Curve wave;
+  wave.kind = CurveKind::sine;
+  wave.cycles = 2, wave.amplitude = 3, wave.offset = -4, wave.phase = 90;
+  Curve word;
+  word.kind = CurveKind::text;
+  word.text = "data\\eye";
+  const Curve curve(CurveKind::spline, {{0, 1}, {0.5, -2}, {1, 3}});
+  script.parts = {{"late", 9, 1, 2, -0.5, 127, {}},
+                  {"early",
+                   3,
+                   0,
+                   4,
+                   1,
+                   -128,
+                   {{"SceneHelper",
+                     "drawMovie",
+                     {{"a", wave, -1, 1}, {"b", word, 0, 0}, {"c", curve, -9, 9}, {"d", 0.125, 0, 1}}}}}};
+  const Script back = readScript(writeProject(script));
+  EXPECT_EQ(back.startTime, 1.5);
+  EXPECT_EQ(back.totalTime, 60);
+  EXPECT_EQ(back.sound, "data\\vex.ogg");
+  EXPECT_EQ(back.ticks, script.ticks);
+  ASSERT_EQ(back.parts.size(), 2u);
+  EXPECT_EQ(back.parts[0].name, "early");  // in order of position
+  EXPECT_EQ(back.parts[0].track, -128);
+  EXPECT_EQ(back.parts[1].speed, -0.5);
+  EXPECT_EQ(back.parts[1].start, 1);
+  EXPECT_EQ(back.parts[1].track, 127);
+  const auto& parameters = back.parts[0].calls.at(0).parameters;
+  ASSERT_EQ(parameters.size(), 4u);
+  EXPECT_EQ(parameters[0].curve.phase, 90);
+  EXPECT_EQ(parameters[0].least, -1);
+  EXPECT_EQ(parameters[1].curve.text, "data\\eye");
+  EXPECT_EQ(parameters[2].curve.kind, CurveKind::spline);
+  EXPECT_EQ(parameters[2].curve.dots[1].y, -2);
+  EXPECT_EQ(parameters[3].curve.value, 0.125);
+}
+
+TEST(Project, RefusesWhatTheFormatCannotHold) {
+  const auto with = [](const ScriptParameter& parameter) {
+    Script script;
+    script.parts = {{"p", 0, 0, 1, 1, 0, {{"S", "f", {parameter}}}}};
+    return fatalText([&] { writeProject(script); });
+  };
+  EXPECT_EQ(with({"x", Curve(CurveKind::linear, {{0, 1}, {0, 2}}), 0, 1}),
+            "project: f.x: dot 1 at 0 does not follow 0");
+  EXPECT_EQ(with({"x", Curve(CurveKind::spline, {}), 0, 1}), "project: f.x has 0 dots, must be 1 to 255");
+  Curve name;
+  name.text = std::string(32, 'n');
+  EXPECT_EQ(with({"x", name, 0, 1}), "project: f.x: \"" + name.text + "\" has more than 31 characters");
+  EXPECT_EQ(with({"two\nlines", 1, 0, 1}),
+            "project: the string \"two lines\" does not fit a line of 126 characters");
+  Script script;
+  script.parts = {{"p", 0, 0, 1, 1, 128, {}}};
+  EXPECT_EQ(fatalText([&] { writeProject(script); }), "project: part p has track 128, must be -128 to 127");
+}
+
+TEST(TimeLine, UsesAllFunctionsAndAllKindsOfParameters) {
+  std::set<std::string> functions;
+  std::set<CurveKind> kinds;
+  for (const ScriptPart& part : theShow().parts)
+    for (const ScriptCall& call : part.calls) {
+      functions.insert(call.function);
+      EXPECT_EQ(call.scene, "SceneHelper");
+      for (const ScriptParameter& parameter : call.parameters) kinds.insert(parameter.curve.kind);
+    }
+  EXPECT_EQ(functions,
+            (std::set<std::string>{"drawBitmap", "drawBitmapRepeat", "drawBitmapWave", "fadeScreen",
+                                   "drawMovie", "setViewport", "drawNoise", "drawVexLogo"}));
+  EXPECT_EQ(kinds.size(), 5u);
+}
+
+TEST(TimeLine, IsAMinuteLongAndShorterThanItsMusic) {
+  EXPECT_EQ(theShow().totalTime, 60.0);
+  EXPECT_LE(theShow().totalTime, musicSeconds - 0.5);
+  EXPECT_EQ(theShow().sound, "data\\vex.ogg");
+}
+
+TEST(TimeLine, EveryFrameHasAGroundAndAtMostSixteenParts) {
+  for (int frame = 0; frame <= 1800; ++frame) {
+    const double time = frame / 30.0;
+    const auto active = activeAt(time);
+    ASSERT_FALSE(active.empty()) << time;
+    EXPECT_LE(active.size(), 16u) << time;
+    const ScriptPart& lowest = *active.front();
+    EXPECT_TRUE(paintsAll(lowest.calls.front(), (time - lowest.position) / lowest.length))
+        << time << " s, " << lowest.name;
+    EXPECT_NE(lowest.calls.front().function, "setViewport") << time;
+  }
+}
+
+TEST(TimeLine, TheViewportIsWholeAgainAtTheEndOfEachFrame) {
+  for (int frame = 0; frame <= 1800; ++frame) {
+    const double time = frame / 30.0;
+    const ScriptCall* last = nullptr;
+    for (const ScriptPart* part : activeAt(time))
+      for (const ScriptCall& call : part->calls)
+        if (call.function == "setViewport") last = &call;
+    if (last == nullptr) continue;
+    const double whole[4] = {-1, -1, 2, 2};
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(last->parameters[i].curve.value, whole[i]) << time;
+  }
+}
+
+TEST(TimeLine, SomethingBeginsOrStrikesOnEveryBar) {
+  for (int bar = 0; bar < songBars; ++bar) {
+    const double time = cueSeconds(bar);
+    bool happens = false;
+    for (const ScriptPart& part : theShow().parts) {
+      happens = happens || part.position == time;
+      for (const ScriptCall& call : part.calls)
+        for (const ScriptParameter& parameter : call.parameters)
+          for (const CurveDot& dot : parameter.curve.dots)
+            happens = happens || (dot.x > 0 && std::abs(part.position + dot.x * part.length - time) < 1e-6);
+    }
+    EXPECT_TRUE(happens) << "bar " << bar;
+  }
+}
+
+TEST(TimeLine, EverythingItShowsIsMadeAndPreloaded) {
+  std::set<std::string> made;
+  for (const Product& product : allProducts())
+    for (const std::string& path : product.outputs) made.insert(path);
+  const auto exists = [&](std::string texture) {
+    std::replace(texture.begin(), texture.end(), '\\', '/');
+    return made.contains(texture + ".jpg") || made.contains(texture + ".bmp");
+  };
+  const std::string list = "\n" + preloadList(theShow());
+  for (const ScriptPart& part : theShow().parts)
+    for (const ScriptCall& call : part.calls) {
+      if (call.function == "fadeScreen" || call.function == "setViewport") continue;
+      const std::string& name = call.parameters[0].curve.text;
+      if (call.function == "drawMovie") {
+        for (int frame = static_cast<int>(call.parameters[5].curve.value);
+             frame <= static_cast<int>(call.parameters[6].curve.value); ++frame)
+          EXPECT_TRUE(exists(name + std::to_string(frame))) << name << frame;
+        continue;
+      }
+      EXPECT_TRUE(exists(name)) << name;
+      if (call.function == "drawVexLogo") continue;  // loaded by its scene
+      const bool wrap = call.function != "drawBitmap";
+      EXPECT_NE(list.find("\n" + name + (wrap ? " 1\n" : " 0\n")), std::string::npos) << name;
+    }
+  EXPECT_NE(list.find("\ndata\\halvane1 0\ndata\\halvane2 0\ndata\\halvane3 0\ndata\\halvane4 0\n"),
+            std::string::npos);
+  EXPECT_NE(list.find("\ndata\\vex_substract 0\n"), std::string::npos);
+}
+
+TEST(Show, TurnsBeatsIntoProgress) {
+  Show show;
+  show.add("p", 2, 2, 0,
+           screen::Fade{.red = line({{0, 0}, {2, 1}, {-2, 1}, {partEnd, 0}}),
+                        .green = swing(4, -1, 3),
+                        .alpha = flashes({0, 4}, 1, 0.5)});
+  const ScriptPart& part = show.script.parts.at(0);
+  EXPECT_EQ(part.position, 3.75);
+  EXPECT_EQ(part.length, 3.75);
+  const auto& parameters = part.calls.at(0).parameters;
+  const double progress[4] = {0, 0.25, 0.75, 1};
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(parameters[0].curve.dots[i].x, progress[i]);
+  EXPECT_EQ(parameters[1].curve.cycles, 2);
+  EXPECT_EQ(parameters[1].curve.amplitude, 2);
+  EXPECT_EQ(parameters[1].curve.offset, 1);
+  EXPECT_EQ(parameters[3].curve.dots.front().y, 1);
+  EXPECT_NEAR(valueOf(parameters[3], 0.49), 0.5, 1e-9);
+  EXPECT_NEAR(valueOf(parameters[3], 0.5), 1, 1e-9);
+  EXPECT_NEAR(valueOf(parameters[3], 0.5 + 0.48 / 8), 0.5, 1e-9);  // gone within half a beat
+}
+
+TEST(Show, CentresOnAScreenOfSixteenToNine) {
+  const Place place = centred(0.5, -0.25, 0.9, 2);
+  EXPECT_NEAR(place.h.value, 0.9, 1e-12);
+  EXPECT_NEAR(place.w.value, 0.9 * 2 * 9 / 16, 1e-12);
+  EXPECT_NEAR(place.x.value + place.w.value / 2, 0.5, 1e-12);
+  EXPECT_NEAR(place.y.value + place.h.value / 2, -0.25, 1e-12);
+  const Place moving = centred(line({{0, 0}, {4, 1}}), 0, line({{0, 1}, {4, 2}}), 1);
+  EXPECT_NEAR(moving.x.dots[1].y + moving.w.dots[1].y / 2, 1, 1e-12);
+  EXPECT_EQ(fatalText([] {
+              centred(line({{0, 0}, {4, 1}}), 0, line({{0, 1}, {3, 2}}), 1);
+            }),
+            "curves of different times cannot be added");
+}
+
+TEST(Show, RefusesATextureOfTwoWrapModes) {
+  Show show;
+  show.add("p", 0, 1, 0, screen::Bitmap{.texture = "sky"}, screen::Tiles{.texture = "sky"});
+  EXPECT_EQ(fatalText([&] { preloadList(show.script); }), "texture data\\sky is used with and without wrap");
+}
+
+// The whole chain: what the generator makes, the recorder plays to the end.
+TEST(VexProduce, TheDraftPlaysToTheEnd) {
+  const TemporaryFolder folder;
+  makeProducts(allProducts(), "show", Settings{true}, ProgressStyle::none);
+  const Program run =
+      runProgram(std::string(VEX_BIN) + "/vexrecord --dir show --size 64x36 --fps 4 --trace-calls calls.tsv");
+  ASSERT_EQ(run.exitCode, 0) << run.errors;
+  const std::string calls = readFile("calls.tsv");
+  EXPECT_NE(calls.find("\n240\t60\t"), std::string::npos);  // the last frame
+  EXPECT_NE(calls.find("drawVexLogo"), std::string::npos);
+}
+
+}  // namespace vex
