@@ -16,8 +16,11 @@ int channelCount(int colourSpace) {
     case TJCS_RGB:
     case TJCS_YCbCr:
       return 3;
-    default:
+    case TJCS_CMYK:
+    case TJCS_YCCK:
       return 4;
+    default:
+      return 2;
   }
 }
 
@@ -33,12 +36,14 @@ JpegDecoder openJpegDecoder() {
 
 bool readJpegParameters(const JpegDecoder& decoder, std::span<const std::byte> file,
                         JpegParameters& parameters) {
+  if (file.empty()) return false;
   int subsampling = 0;
   int colourSpace = 0;
-  if (file.empty() || tjDecompressHeader3(decoder.get(), bytesOf(file), file.size(), &parameters.width,
-                                          &parameters.height, &subsampling, &colourSpace) != 0) {
-    return false;
-  }
+  const bool known = tjDecompressHeader3(decoder.get(), bytesOf(file), file.size(), &parameters.width,
+                                         &parameters.height, &subsampling, &colourSpace) == 0;
+  // The library also fails, with -1, where it has no name for the subsampling or the colours of a header
+  // that it has read. Its decoding does not ask for the former.
+  if (!known && subsampling >= 0) return false;
   parameters.channels = channelCount(colourSpace);
   return true;
 }

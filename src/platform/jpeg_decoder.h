@@ -17,7 +17,7 @@ using JpegDecoder = std::unique_ptr<void, JpegCloser>;
 struct JpegParameters {
   int width = 0;
   int height = 0;
-  int channels = 0;  // 1 greyscale, 3 colour, 4 for print
+  int channels = 0;  // 1 greyscale, 3 colour, 4 for print, 2 for any other number
 };
 
 // Null when the library gives none.

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <random>
+#include <span>
+#include <string_view>
 
 #include "assets/bmp.h"
 #include "assets/jpeg_texture.h"
@@ -237,6 +239,39 @@ TEST(Jpeg, GreyGivesThreeEqualChannels) {
   }
 }
 
+namespace {
+
+// `count` bytes at `place` behind the marker of that code are replaced.
+std::string patched(std::string jpeg, const char* marker, std::size_t place, std::size_t count,
+                    std::string_view bytes) {
+  const std::size_t found = jpeg.find(marker);
+  EXPECT_NE(found, std::string::npos);
+  return jpeg.replace(found + 2 + place, count, bytes);
+}
+
+// The third channel is taken out of the frame's and the scan's headers.
+std::string withTwoChannels(std::string jpeg) {
+  jpeg = patched(jpeg, "\xff\xc0", 1, 1, "\x0e");
+  jpeg = patched(jpeg, "\xff\xc0", 7, 1, "\2");
+  jpeg = patched(jpeg, "\xff\xc0", 14, 3, "");
+  jpeg = patched(jpeg, "\xff\xda", 1, 2, "\x0a\2");
+  return patched(jpeg, "\xff\xda", 7, 2, "");
+}
+
+}  // namespace
+
+// Three pixels to a colour across is no named way of subsampling.
+TEST(Jpeg, TakesAnySubsampling) {
+  const std::string jpeg = patched(jpegBytes(8, 8, plain({128, 128, 128})), "\xff\xc0", 9, 1, "\x31");
+  const std::span<const std::byte> bytes = std::as_bytes(std::span(jpeg));
+  const JpegDecoder decoder = openJpegDecoder();
+  JpegParameters parameters;
+  ASSERT_TRUE(readJpegParameters(decoder, bytes, parameters));
+  EXPECT_EQ(parameters.width, 8);
+  EXPECT_EQ(parameters.height, 8);
+  EXPECT_EQ(parameters.channels, 3);
+}
+
 TEST(Jpeg, RefusesWhatItCannotDecode) {
   const TemporaryFolder folder;
   writeFile("print.jpg", jpegBytes(8, 8, plain({1, 2, 3}), JpegKind::print));
@@ -250,8 +285,10 @@ TEST(Jpeg, RefusesWhatItCannotDecode) {
   writeFile("tall.jpg", tall);
   tall[frame + 5] = 32;
   writeFile("taller.jpg", tall);
+  writeFile("pair.jpg", withTwoChannels(jpegBytes(8, 8, plain({1, 2, 3}))));
   for (const auto& [file, text] :
        {std::pair{"print.jpg", "strange JPEG format"},
+        {"pair.jpg", "strange JPEG format"},
         {"empty.jpg", "ijlRead(Params) failed"},
         {"text.jpg", "ijlRead(Params) failed"},
         {"tall.jpg", "ijlRead(image) failed"},
