@@ -5,6 +5,7 @@
 #include <span>
 
 #include "shell/files.h"
+#include "shell/little_endian.h"
 #include "shell/report.h"
 
 namespace vex {
@@ -20,12 +21,6 @@ struct BmpHeader {
   int bits = 0;
   std::uint32_t colours = 0;
 };
-
-std::uint32_t littleEndian(std::span<const std::uint8_t> bytes, std::size_t offset, std::size_t size) {
-  std::uint32_t value = 0;
-  for (std::size_t i = size; i-- > 0;) value = value << 8 | bytes[offset + i];
-  return value;
-}
 
 void readBytes(int handle, const char* file, const char* what, std::span<std::uint8_t> bytes) {
   if (bytes.empty()) return;
@@ -46,18 +41,20 @@ BmpHeader readHeader(int handle, const char* file, const char* texture) {
   std::array<std::uint8_t, fileHeaderSize + infoHeaderSize> bytes{};
   needBytes(handle, file, "header", bytes.size());
   readBytes(handle, file, "header", bytes);
-  const std::span<const std::uint8_t> info = std::span(bytes).subspan(fileHeaderSize);
-  if (const std::uint32_t size = littleEndian(info, 0, 4); size != infoHeaderSize) {
+  const auto field = [&](std::size_t offset, std::size_t size) {
+    return static_cast<std::uint32_t>(littleEndian(std::span(bytes).subspan(fileHeaderSize + offset, size)));
+  };
+  if (const std::uint32_t size = field(0, 4); size != infoHeaderSize) {
     fatalError("texture %s has an info header of %u bytes, must be %zu", file, size, infoHeaderSize);
   }
-  const BmpHeader header{.width = static_cast<std::int32_t>(littleEndian(info, 4, 4)),
-                         .height = static_cast<std::int32_t>(littleEndian(info, 8, 4)),
-                         .bits = static_cast<int>(littleEndian(info, 14, 2)),
-                         .colours = littleEndian(info, 32, 4)};
+  const BmpHeader header{.width = static_cast<std::int32_t>(field(4, 4)),
+                         .height = static_cast<std::int32_t>(field(8, 4)),
+                         .bits = static_cast<int>(field(14, 2)),
+                         .colours = field(32, 4)};
   if (header.bits != 8 && header.bits != 24) {
     fatalError("texture %s has %dbpp, must be 8 or 24!", texture, header.bits);
   }
-  if (littleEndian(info, 16, 4) != 0) fatalError("texture %s has compression!", texture);
+  if (field(16, 4) != 0) fatalError("texture %s has compression!", texture);
   if (header.width < 0 || header.height < 0) {
     fatalError("texture %s is %dx%d, sides must not be negative", file, header.width, header.height);
   }

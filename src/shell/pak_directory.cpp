@@ -4,19 +4,10 @@
 
 #include <cstring>
 
+#include "shell/little_endian.h"
 #include "shell/report.h"
 
 namespace vex {
-
-namespace {
-
-std::uint32_t littleEndian(const unsigned char* bytes, int count) {
-  std::uint32_t value = 0;
-  for (int i = count; i-- > 0;) value = value << 8 | bytes[i];
-  return value;
-}
-
-}  // namespace
 
 std::vector<PakMember> readPakDirectory(std::FILE* file, const char* name) {
   struct stat status;
@@ -25,7 +16,7 @@ std::vector<PakMember> readPakDirectory(std::FILE* file, const char* name) {
   if (std::fread(count, 1, sizeof count, file) != sizeof count) {
     fatalError("pak %s has no entry count, it holds %llu bytes", name, fileSize);
   }
-  const int announced = static_cast<int>(littleEndian(count, 2));
+  const int announced = static_cast<int>(littleEndian(count));
   if (announced > maxPakEntries) {
     fatalError("pak %s counts %d entries, at most %d are possible", name, announced, maxPakEntries);
   }
@@ -42,8 +33,9 @@ std::vector<PakMember> readPakDirectory(std::FILE* file, const char* name) {
       fatalError("pak %s: the name of entry %d, %.32s, is longer than %zu characters", name, number,
                  member.name, pakNameSize - 1);
     }
-    member.offset = littleEndian(record + pakNameSize, 4);
-    member.size = littleEndian(record + pakNameSize + 4, 4);
+    const std::span numbers = std::span(record).subspan<pakNameSize>();
+    member.offset = static_cast<std::uint32_t>(littleEndian(numbers.first(4)));
+    member.size = static_cast<std::uint32_t>(littleEndian(numbers.last(4)));
     if (std::uint64_t{member.offset} + member.size > fileSize) {
       fatalError("pak %s: member %s (offset %u, size %u) reaches beyond the file's %llu bytes", name,
                  member.name, member.offset, member.size, fileSize);

@@ -11,6 +11,7 @@
 
 #include "shell/clock.h"
 #include "shell/files.h"
+#include "shell/little_endian.h"
 #include "shell/music.h"
 #include "shell/report.h"
 #include "timeline/part_dispatcher.h"
@@ -19,13 +20,6 @@
 namespace vex {
 
 namespace {
-
-template <std::size_t size>
-std::uint64_t littleEndian(const unsigned char (&bytes)[size]) {
-  std::uint64_t value = 0;
-  for (std::size_t i = size; i-- > 0;) value = value << 8 | bytes[i];
-  return value;
-}
 
 // Where the reader is, for messages.
 struct Place {
