@@ -8,7 +8,7 @@ namespace vex {
 
 namespace {
 
-// m[0][column] stands for the first index of `rows` and `columns`.
+// Of the entries in the given rows and columns, expanded along the first of the columns.
 float determinant3(const float (&m)[4][4], const int (&rows)[3], const int (&columns)[3]) {
   const auto at = [&](int r, int c) { return m[rows[r]][columns[c]]; };
   return at(0, 0) * (at(1, 1) * at(2, 2) - at(1, 2) * at(2, 1)) -

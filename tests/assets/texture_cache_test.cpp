@@ -275,6 +275,28 @@ TEST_F(Textures, TheBoltFollowsTheGenerator) {
   EXPECT_EQ(fatalText([] { boltTexture("small"); }), "texture small is 4x4, the bolt needs 128x128");
 }
 
+// From state 0 the bolt comes to the right edge and goes on straight down; from state 1 to the lower one.
+TEST_F(Textures, TheBoltStaysInThePicture) {
+  writeFile("spark.bmp", bmpBytes(128, 128, plain({0, 0, 0})));
+  struct Case {
+    std::uint32_t state;
+    int row, column;  // of the lowest block
+  };
+  for (const Case& c : {Case{0, 3, 126}, Case{1, 0, 122}}) {
+    const TextureEntry& entry = textureEntry(getTexture("spark", false));
+    for (int i = 0; i < 8; ++i) darkenPixels(textureEntry(entry.id).pixels);  // black again
+    randomState = c.state;
+    boltTexture("spark");
+    const auto at = [&](int row, int column) {
+      return entry.pixels[static_cast<std::size_t>(row * 128 + column)];
+    };
+    EXPECT_EQ(at(c.row, c.column), 0xffffd050) << c.state;
+    EXPECT_EQ(at(c.row, c.column + 1), 0xffff5020) << c.state;
+    EXPECT_EQ(at(c.row + 1, c.column + 1), 0xffef2000) << c.state;
+    for (int row = 0; row < 100; ++row) EXPECT_EQ(at(row, 0), 0u) << c.state << ", row " << row;
+  }
+}
+
 TEST(Pixels, DarkeningHalvesEachChannel) {
   std::array<std::uint32_t, 2> pixels{packPixel(255, 1, 128, 3), packPixel(0, 254, 7, 255)};
   darkenPixels(pixels);
