@@ -1,6 +1,7 @@
 #include "production/cues.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "production/song/score.h"
 #include "shell/report.h"
@@ -12,6 +13,16 @@ double cueSeconds(std::string_view name) {
     if (cue.name == name) return cueSeconds(cue);
   }
   fatalError("cue table: no cue is named %.*s", static_cast<int>(name.size()), name.data());
+}
+
+std::string cueLines() {
+  std::string lines;
+  for (const Cue& cue : cues) {
+    char seconds[32];
+    std::snprintf(seconds, sizeof seconds, "%.7f ", cueSeconds(cue));
+    lines.append(seconds).append(cue.name) += '\n';
+  }
+  return lines;
 }
 
 std::vector<double> kickSeconds() {

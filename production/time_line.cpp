@@ -476,9 +476,10 @@ void finish(Show& show) {
 
 Script presentationScript() {
   Show show;
-  show.script.totalTime = cueSeconds(songBars);
+  show.script.totalTime = cueSeconds(32);
   show.script.sound = "data\\vex.ogg";
-  for (const Cue& cue : cues) show.script.ticks.push_back(cueSeconds(cue));
+  for (const Cue& cue : cues)
+    if (cueSeconds(cue) <= show.script.totalTime) show.script.ticks.push_back(cueSeconds(cue));
   prologue(show);
   pulse(show);
   drop(show);

@@ -3,15 +3,19 @@
 #include <cstdio>
 #include <string_view>
 
+#include "production/cues.h"
 #include "production/maker.h"
 
 namespace {
 
 constexpr const char* usage =
     "usage: vexproduce OUTDIR [--draft]\n"
+    "       vexproduce --cues\n"
     "Makes the data of the presentation: OUTDIR/test.hvp, OUTDIR/used_textures.log and OUTDIR/data/.\n"
     "Files that are up to date stay as they are.\n"
     "  --draft  small pictures and a short mix, in seconds, for tests\n"
+    "  --cues   print when things happen in the music, a line \"seconds name\" each, as vexrecord\n"
+    "           --cues reads them\n"
     "  --help   this text\n";
 
 }  // namespace
@@ -23,6 +27,10 @@ int main(int count, char** arguments) {
     const std::string_view argument = arguments[i];
     if (argument == "--help") {
       std::fputs(usage, stdout);
+      return 0;
+    }
+    if (argument == "--cues" && count == 2) {
+      std::fputs(vex::cueLines().c_str(), stdout);
       return 0;
     }
     if (argument == "--draft") {

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <map>
 
+#include "production/cues.h"
+#include "shell/recorder.h"
 #include "tests/support/fatal.h"
 #include "tests/support/temporary_folder.h"
 
@@ -152,13 +154,27 @@ TEST(Maker, TheProductionIsTheSameOnEveryRunWithAnyNumberOfWorkers) {
   EXPECT_EQ(makeProducts(products, "three", Settings{true}, ProgressStyle::none).made, 0);
 }
 
+// The recorder takes them as they are.
+TEST(VexProduce, PrintsTheCues) {
+  const TemporaryFolder folder;
+  const Program run = runProgram(std::string(VEX_BIN) + "/vexproduce --cues > cues.txt");
+  EXPECT_EQ(run.exitCode, 0);
+  const std::vector<Still> stills = readCues("cues.txt");
+  ASSERT_EQ(stills.size(), cues.size());
+  for (std::size_t i = 0; i < cues.size(); ++i) {
+    EXPECT_EQ(stills[i].time, cueSeconds(cues[i]));
+    EXPECT_NE(stills[i].name.find(cues[i].name), std::string::npos) << stills[i].name;
+  }
+}
+
 TEST(VexProduce, AnswersWrongUsageAndHelp) {
   const TemporaryFolder folder;
   const std::string program = std::string(VEX_BIN) + "/vexproduce";
   const struct {
     const char* arguments;
     int exitCode;
-  } cases[] = {{"--help", 0}, {"", 2}, {"--what", 2}, {"a b", 2}, {"''", 2}, {"out --fast", 2}};
+  } cases[] = {{"--help", 0}, {"", 2},           {"--what", 2},    {"a b", 2},
+               {"''", 2},     {"out --fast", 2}, {"out --cues", 2}};
   for (const auto& [arguments, exitCode] : cases) {
     const Program run = runProgram(program + " " + arguments);
     EXPECT_EQ(run.exitCode, exitCode) << arguments;

@@ -78,9 +78,25 @@ TEST(Cues, AreInOrderAndNamedOnce) {
     EXPECT_TRUE(names.insert(cue.name).second) << cue.name;
     EXPECT_EQ(cueSeconds(cue.name), cueSeconds(cue));
   }
-  EXPECT_EQ(last, 60);
+  EXPECT_EQ(last, 90);
   EXPECT_EQ(cueSeconds(4, 2), 8.4375);
   EXPECT_EQ(fatalText([] { cueSeconds("encore"); }), "cue table: no cue is named encore");
+}
+
+// Pictures follow the cues: no second bar without one.
+TEST(Cues, StandOnEverySecondBar) {
+  for (int bar = 0; bar < songBars; bar += 2) {
+    EXPECT_TRUE(std::any_of(cues.begin(), cues.end(), [&](const Cue& cue) {
+      return cueSeconds(cue) == cueSeconds(bar);
+    })) << bar;
+  }
+}
+
+TEST(Cues, PrintAsSecondsAndNames) {
+  const std::string lines = cueLines();
+  EXPECT_TRUE(lines.starts_with("0.0000000 prologue\n0.9375000 first heartbeat\n")) << lines;
+  EXPECT_NE(lines.find("\n45.0000000 alien\n"), std::string::npos) << lines;
+  EXPECT_TRUE(lines.ends_with("\n90.0000000 end\n")) << lines;
 }
 
 TEST(Score, StaysInsideTheSong) {
@@ -95,15 +111,13 @@ TEST(Score, StaysInsideTheSong) {
   }
 }
 
-// The four notes in a row, in one instrument: once or more in each movement, and only the last
-// movement goes on to the A.
+// The four notes in a row, in one instrument: once or more in each movement.
 TEST(Score, EveryMovementStatesTheMotif) {
   std::vector<double> starts;
   for (const Cue& cue : cues) {
-    if (cue.kind == CueKind::section) starts.push_back(cue.bar);
+    if (cue.kind == CueKind::section && cue.bar < boxBar) starts.push_back(cue.bar);
   }
-  ASSERT_EQ(starts.size(), 5u);
-  std::vector<int> statements(starts.size()), resolutions(starts.size());
+  std::vector<int> statements(starts.size());
   for (const NoteLine& line : noteScore()) {
     const std::vector<Note> notes = readNotes(line);
     const auto pitchClass = [&](std::size_t i) { return std::lround(notes[i].pitches.front()) % 12; };
@@ -112,19 +126,17 @@ TEST(Score, EveryMovementStatesTheMotif) {
         continue;
       const auto section = std::upper_bound(starts.begin(), starts.end(), notes[i].bar) - starts.begin() - 1;
       ++statements[static_cast<std::size_t>(section)];
-      if (i + 4 < notes.size() && pitchClass(i + 4) == 9) ++resolutions[static_cast<std::size_t>(section)];
     }
   }
   for (std::size_t i = 0; i < starts.size(); ++i) {
     EXPECT_GE(statements[i], 1) << "bar " << starts[i];
-    EXPECT_EQ(resolutions[i], i + 1 == starts.size() ? 1 : 0) << "bar " << starts[i];
   }
 }
 
 // Drums lead into each cue of the kind that promises it, and nothing is struck while the music holds
 // its breath but the clock.
 TEST(Score, KeepsWhatTheCuesPromise) {
-  for (std::size_t i = 0; i + 1 < cues.size(); ++i) {
+  for (std::size_t i = 0; cues[i].bar < boxBar; ++i) {
     const double first = cueSeconds(cues[i]) / secondsPerBar, next = cueSeconds(cues[i + 1]) / secondsPerBar;
     int struck = 0;
     for (const DrumLine& line : drumScore()) {

@@ -256,7 +256,7 @@ TEST(TimeLine, TheViewportIsWholeAgainAtTheEndOfEachFrame) {
 }
 
 TEST(TimeLine, SomethingBeginsOrStrikesOnEveryBar) {
-  for (int bar = 0; bar < songBars; ++bar) {
+  for (int bar = 0; cueSeconds(bar) < theShow().totalTime; ++bar) {
     const double time = cueSeconds(bar);
     bool happens = false;
     for (const ScriptPart& part : theShow().parts) {
