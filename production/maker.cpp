@@ -4,12 +4,10 @@
 #include <cstdio>
 #include <filesystem>
 #include <mutex>
-#include <numeric>
 #include <string_view>
 #include <thread>
 
 #include "production/manifest.h"
-#include "production/progress.h"
 #include "shell/report.h"
 #include "source_hashes.h"
 
@@ -87,9 +85,9 @@ MakeResult makeProducts(const Products& products, const std::string& folder, con
   // Long ones first, so that neither worker ends long after the other.
   std::stable_sort(stale.begin(), stale.end(),
                    [&](std::size_t p, std::size_t q) { return products[p].work > products[q].work; });
-  Progress progress(style, static_cast<int>(stale.size()),
-                    std::accumulate(stale.begin(), stale.end(), 0.0f,
-                                    [&](float sum, std::size_t i) { return sum + products[i].work; }));
+  double totalWork = 0, workDone = 0;
+  for (const std::size_t i : stale) totalWork += products[i].work;
+  Progress progress("making data", totalWork, style);
   std::mutex guard;
   std::size_t next = 0;
   const auto work = [&] {
@@ -109,13 +107,15 @@ MakeResult makeProducts(const Products& products, const std::string& folder, con
       }
       writeManifest(folder, manifest);
       ++result.made;
-      progress.finished(product.outputs.front(), product.work);
+      workDone += product.work;
+      progress.update(workDone, product.outputs.front());
     }
   };
   std::vector<std::thread> others;
   for (int i = 1; i < workers; ++i) others.emplace_back(work);
   work();
   for (std::thread& other : others) other.join();
+  progress.end();
   writeManifest(folder, manifest);
   return result;
 }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "production/product.h"
+#include "shell/progress.h"
 
 // Brings a folder up to date: makes the products whose sources or files have changed, leaves the
 // others, removes files of products that no longer exist.
@@ -12,8 +13,6 @@ namespace vex {
 struct MakeResult {
   int made = 0, kept = 0, removed = 0;
 };
-
-enum class ProgressStyle { bar, lines, none };
 
 // Two products at a time. Every file is written beside its place and renamed into it.
 // Fatal: "cannot write %s: %s", "cannot make folder %s: %s".

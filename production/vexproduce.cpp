@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <cstdio>
 #include <string_view>
 
@@ -46,8 +44,8 @@ int main(int count, char** arguments) {
     std::fputs(usage, stderr);
     return 2;
   }
-  const auto style = isatty(STDOUT_FILENO) != 0 ? vex::ProgressStyle::bar : vex::ProgressStyle::lines;
-  const vex::MakeResult result = vex::makeProducts(vex::allProducts(), folder, settings, style);
+  const vex::MakeResult result =
+      vex::makeProducts(vex::allProducts(), folder, settings, vex::progressStyleOfOutput());
   std::printf("%d made, %d up to date, %d removed\n", result.made, result.kept, result.removed);
   return 0;
 }

@@ -15,26 +15,26 @@ constexpr std::chrono::milliseconds redrawInterval{100};
 
 }  // namespace
 
-Progress::Progress(std::string job, int steps)
-    : name(std::move(job)), total(std::max(steps, 1)), terminal(isatty(STDOUT_FILENO) != 0) {}
-
-double Progress::secondsLeft(int done) const {
-  const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
-  return done > 0 ? passed.count() / done * (total - done) : 0.0;
+ProgressStyle progressStyleOfOutput() {
+  return isatty(STDOUT_FILENO) != 0 ? ProgressStyle::bar : ProgressStyle::lines;
 }
 
-void Progress::update(int done, const std::string& note) {
-  const int percent = static_cast<int>(100LL * done / total);
-  if (terminal) {
+Progress::Progress(std::string job, double work, ProgressStyle asStyle)
+    : name(std::move(job)), total(work), style(asStyle) {}
+
+void Progress::update(double done, const std::string& note) {
+  const double share = total > 0 ? std::clamp(done / total, 0.0, 1.0) : 1.0;
+  const int percent = static_cast<int>(100 * share);
+  if (style == ProgressStyle::bar) {
     const auto now = std::chrono::steady_clock::now();
-    if (now - lastDrawn < redrawInterval && done < total) return;
+    if (now - lastDrawn < redrawInterval && share < 1) return;
     lastDrawn = now;
-    const auto filled = static_cast<std::size_t>(barWidth * percent / 100);
-    const int left = static_cast<int>(secondsLeft(done) + 0.5);
-    std::printf("\r%s [%s%s] %3d %%  %d:%02d left  %-24s", name.c_str(), std::string(filled, '#').c_str(),
+    const double passed = std::chrono::duration<double>(now - start).count();
+    const int left = share > 0 ? static_cast<int>(passed / share * (1 - share) + 0.5) : 0;
+    const auto filled = static_cast<std::size_t>(barWidth * share);
+    std::printf("\r%s [%s%s] %3d %%  %d:%02d left  %-32s", name.c_str(), std::string(filled, '#').c_str(),
                 std::string(barWidth - filled, '.').c_str(), percent, left / 60, left % 60, note.c_str());
-  } else {
-    if (percent / 10 == lastTenth) return;
+  } else if (style == ProgressStyle::lines && percent / 10 != lastTenth) {
     lastTenth = percent / 10;
     std::printf("%s %d %%%s%s\n", name.c_str(), percent, note.empty() ? "" : "  ", note.c_str());
   }
@@ -42,7 +42,7 @@ void Progress::update(int done, const std::string& note) {
 }
 
 void Progress::end() {
-  if (terminal) std::printf("\n");
+  if (style == ProgressStyle::bar) std::printf("\n");
   std::fflush(stdout);
 }
 

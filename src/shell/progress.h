@@ -5,24 +5,31 @@
 
 namespace vex {
 
-// Progress of a long job on standard output: a bar with the time left on a terminal, otherwise a
-// plain line at every tenth of the way.
+enum class ProgressStyle {
+  bar,    // redraws itself, with the time left
+  lines,  // one at every tenth of the way
+  none,
+};
+
+// A bar on a terminal, otherwise lines.
+ProgressStyle progressStyleOfOutput();
+
+// Progress of a long job on standard output.
 class Progress {
  public:
-  Progress(std::string job, int total);
+  // `total` in any unit of work.
+  Progress(std::string job, double total, ProgressStyle style = progressStyleOfOutput());
 
-  void update(int done, const std::string& note = {});
+  void update(double done, const std::string& note = {});
 
-  // Ends the bar's line; on a terminal a job that was not completed leaves its bar as it stands.
+  // Ends the bar's line; a job that was not completed leaves its bar as it stands.
   void end();
 
  private:
-  double secondsLeft(int done) const;
-
   std::string name;
-  int total;
+  double total;
+  ProgressStyle style;
   int lastTenth = -1;
-  bool terminal;
   std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
   std::chrono::steady_clock::time_point lastDrawn{};
 };

@@ -36,7 +36,7 @@ MakeResult make(const Products& products, bool draft = false, int workers = 1) {
 
 Products twoProducts() {
   return {textProduct("data/a.txt", "first", "production/maker."),
-          textProduct("b.txt", "second", "production/progress.")};
+          textProduct("b.txt", "second", "production/manifest.")};
 }
 
 std::string filesOf(const std::string& folder) {
