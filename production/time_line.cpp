@@ -252,7 +252,7 @@ void pulse(Show& show) {
            Tiles{.texture = "plates_acid", .at = covering(zoom(1.25, 2.2, 7)), .across = 2.4, .down = 1.35});
   show.add("light behind", 14, 1.75, far - 10,
            Bitmap{.texture = "rays_acid",
-                  .at = centred(0, 0, zoom(1.5, 4.5, 7)),
+                  .at = centred(0, 0, zoom(2.6, 5.5, 7)),
                   .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5}, 1, 0.5),
                   .blend = Blend::add});
   show.add("gates turn up", 14, 1.75, subject,
@@ -411,7 +411,7 @@ void climax(Show& show) {
                  .alpha = 0.7,
                  .blend = Blend::add});
   show.add("vexillum", 27, 1, title,
-           glitching(vexillum(slide(0.95, 1.05), -0.3, 0.5), flashes({0, 2, 3}, 0.9, 0.02), 2,
+           glitching(vexillum(slide(0.95, 1.05), -0.36, 0.5), flashes({0, 2, 3}, 0.9, 0.02), 2,
                      swing(8, 1.04, 1.12)));
 
   show.add("ember glass", 28, 1, ground + 1, roseWall("glass_ember", zoom(1.3, 2.0, 4)));

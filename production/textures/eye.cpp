@@ -88,8 +88,8 @@ float reflection(const Pose& pose, float x, float y) {
 // Skin: bent by the brow, the crease and the ball below it, with pores and fine folds along the lid.
 float skinHeight(const Pose& pose, float x, float y) {
   const float upper = upperLid(pose, x), lower = lowerLid(pose, x);
-  const float shape = lidShape(x, 0);
-  const float bulge = 0.34f * std::sqrt(clamp01(1 - (x * x) / 2.9f - (y - 0.03f) * (y - 0.03f) / 0.95f));
+  const float shape = clamp01(1 - x * x / 3.6f);  // reaches past the corners, where the lids end steeply
+  const float bulge = 0.34f * smoothStep(0.0f, 0.9f, 1 - (x * x) / 2.9f - (y - 0.03f) * (y - 0.03f) / 0.95f);
   const float creaseY = 0.02f + 0.04f * x - (0.5f + 0.42f * pose.open) * (0.35f + 0.65f * shape);
   const float crease =
       -0.085f * std::exp(-(y - creaseY) * (y - creaseY) / 0.0016f) * smoothStep(1.75f, 1.0f, std::fabs(x));
@@ -97,7 +97,8 @@ float skinHeight(const Pose& pose, float x, float y) {
       0.10f * smoothStep(creaseY + 0.02f, creaseY - 0.18f, y) * smoothStep(1.9f, 1.0f, std::fabs(x));
   const float bag = -0.035f * std::exp(-(y - lower - 0.24f) * (y - lower - 0.24f) / 0.004f) * shape +
                     0.03f * std::exp(-(y - lower - 0.1f) * (y - lower - 0.1f) / 0.006f) * shape;
-  const float rim = 0.03f * std::exp(-std::min(std::fabs(y - upper), std::fabs(y - lower)) * 22);
+  const float rim = 0.03f * smoothStep(corner + 0.1f, corner - 0.15f, std::fabs(x)) *
+                    std::exp(-std::min(std::fabs(y - upper), std::fabs(y - lower)) * 22);
   const float pores = 0.0024f * fractal(x * 20, y * 20, 0, 3, 0.6f, 230);
   const float folds = 0.007f * fractal(x * 3, (y - creaseY) * 20, 0, 3, 0.5f, 231) *
                       std::exp(-(y - creaseY) * (y - creaseY) / 0.08f);
@@ -153,10 +154,10 @@ Canvas eyeFrame(const Settings& settings, int frame) {
       const float shade = smoothStep(0.0f, 0.30f, y - upper) * 0.85f + 0.15f;  // the upper lid's shadow
       const float wet = 0.5f * coverage(std::fabs(y - lower + 0.022f) - 0.006f, 0.014f) *
                         smoothStep(0.15f, 0.4f, pose.open) * (0.4f + 0.6f * valueNoise(x * 9, 0, 0, 251));
-      Colour4 inner =
-          ball(pose, x, y) * shade +
-          gradient(boneRamp, 0.9f * reflection(pose, x, y) * smoothStep(0.03f, 0.12f, y - upper)) +
-          gradient(boneRamp, wet);
+      Colour4 inner = ball(pose, x, y) * shade +
+                      gradient(boneRamp, (0.5f + 0.45f * fractal(x * 5, y * 7, 0, 4, 0.5f, 226) - 0.9f * y) *
+                                             reflection(pose, x, y) * smoothStep(0.03f, 0.12f, y - upper)) +
+                      gradient(boneRamp, wet);
       colour = mix(skin, inner, coverage(gap, 0.016f));
       const float pink = std::hypot((x + corner - 0.05f) * 1.2f, (y - upperLid(pose, -corner)) * 1.5f);
       colour = mix(colour, Colour4{0.34f, 0.11f, 0.09f} * 0.8f,
