@@ -1,0 +1,51 @@
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <set>
+
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+
+namespace {
+
+// The long options that a text names.
+std::set<std::string> optionsOf(const std::string& text) {
+  static const std::regex option("--[a-z][a-z-]*");
+  std::set<std::string> options;
+  for (std::sregex_iterator match(text.begin(), text.end(), option), end; match != end; ++match) {
+    options.insert(match->str());
+  }
+  return options;
+}
+
+std::string manualPage(const std::string& program) {
+  return std::regex_replace(readFile(VEX_SOURCE "/docs/man/" + program + ".1"), std::regex(R"(\\-)"), "-");
+}
+
+}  // namespace
+
+TEST(Manual, NamesTheOptionsThatTheProgramsName) {
+  for (const std::string program : {"vexpak", "vexproduce", "vexrecord"}) {
+    const Program help = runProgram(VEX_BIN "/" + program + " --help");
+    EXPECT_EQ(help.exitCode, 0) << program;
+    EXPECT_EQ(help.errors, "") << program;
+    const std::string page = manualPage(program);
+    EXPECT_FALSE(optionsOf(help.output).empty()) << program;
+    EXPECT_EQ(optionsOf(page), optionsOf(help.output)) << program;
+    EXPECT_EQ(runProgram(VEX_BIN "/" + program + " --no-such-option").exitCode, 2) << program;
+  }
+}
+
+// The formatter's own complaints are the oracle for the pages' markup.
+TEST(Manual, PagesAreWellFormed) {
+  for (const std::string program : {"vex", "vexpak", "vexproduce", "vexrecord"}) {
+    const std::string page = VEX_SOURCE "/docs/man/" + program + ".1";
+    const Program formatted = runProgram("groff -man -Tascii -ww -z " + page);
+    EXPECT_EQ(formatted.exitCode, 0) << program;
+    EXPECT_EQ(formatted.errors, "") << program;
+    EXPECT_NE(manualPage(program).find("SH EXIT STATUS"), std::string::npos) << program;
+  }
+}
+
+}  // namespace vex
