@@ -37,6 +37,10 @@ struct Part {
   void run(float t);
 };
 
+// Whether loading looks up scenes and functions and opens the music, or takes their names as they are, for
+// tools that do not play.
+enum class ProjectNames : std::int8_t { resolved, taken };
+
 // One per process. Owns the scenes from addScene on.
 class PartDispatcher {
  public:
@@ -46,7 +50,8 @@ class PartDispatcher {
   OwnedArray<Part> parts;  // in file order, which is to be ascending pos
   int cursor = 0;          // first part that may still be active; only grows
   float totalTime = 0.0f;
-  float startTime = 0.0f;                // may be set anew between loadProject and startTimeline
+  float startTime = 0.0f;  // may be set anew between loadProject and startTimeline
+  ProjectNames names = ProjectNames::resolved;
   char musicName[projectNameSize] = "";  // as the project names it; empty for none
 
   PartDispatcher();

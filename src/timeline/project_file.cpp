@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -15,6 +14,7 @@
 #include "shell/music.h"
 #include "shell/report.h"
 #include "timeline/part_dispatcher.h"
+#include "timeline/project_rules.h"
 #include "timeline/scene_function.h"
 
 namespace vex {
@@ -44,15 +44,9 @@ struct Place {
   fatalError("project %s: %s %s", place.file, field, complaint);
 }
 
-[[noreturn]] void refuseNumber(const Place& place, const char* field, double value) {
-  char complaint[64];
-  std::snprintf(complaint, sizeof complaint, "is %g, not a usable number", value);
-  refuse(place, field, complaint);
-}
-
-// Also false for a double beyond the range of the floats that hold it.
+// Also for a double beyond the range of the floats that hold it.
 void requireFinite(const Place& place, const char* field, float value) {
-  if (!std::isfinite(value)) refuseNumber(place, field, static_cast<double>(value));
+  if (const auto fault = findNumberFault(value)) refuse(place, field, fault->c_str());
 }
 
 ProjectLine readText(const Place& place, const char* field, int file) {
@@ -73,37 +67,11 @@ void copyText(char (&target)[size], const ProjectLine& line) {
   target[size - 1] = '\0';
 }
 
-// What evaluate would stumble over as soon as the part runs. Numbers that the type does not use may be
-// anything.
 void checkCurve(const Place& place) {
-  const Parameter& p = *place.parameter;
-  if (p.type == PARAM_STRING) return;
-  if (std::isnan(p.min)) refuseNumber(place, "min", static_cast<double>(p.min));
-  if (std::isnan(p.max)) refuseNumber(place, "max", static_cast<double>(p.max));
-  if (p.type == PARAM_CONST) requireFinite(place, "const", p.constant);
-  if (p.type == PARAM_SINE) {
-    requireFinite(place, "sin period", p.sinPeriod);
-    requireFinite(place, "sin amplitude", p.sinAmplitude);
-    requireFinite(place, "sin offset", p.sinOffset);
-    requireFinite(place, "sin phase", p.sinPhase);
-  }
-  if (p.type != PARAM_LINEAR && p.type != PARAM_SPLINE) return;
-
-  const bool spline = p.type == PARAM_SPLINE;
-  if (p.dotCount == 0 && spline) fatalError("calcSpline called with array size 0!");
-  if (p.dotCount == 0) refuse(place, "curve", "has no dots");
-  for (int i = 0; i < p.dotCount; ++i) {
-    requireFinite(place, "dot x", p.dotX[i]);
-    requireFinite(place, "dot y", p.dotY[i]);
-    if (i == 0 || p.dotX[i] > p.dotX[i - 1]) continue;
-    const bool equal = p.dotX[i] == p.dotX[i - 1];
-    if (equal && !spline) continue;  // a step
-    if (equal && p.dotCount > 2) fatalError("Critical error: d[]=0 in calc_spline!\n");
-    char complaint[96];
-    std::snprintf(complaint, sizeof complaint, "%g follows %g, the dots must ascend",
-                  static_cast<double>(p.dotX[i]), static_cast<double>(p.dotX[i - 1]));
-    refuse(place, "dot x", complaint);
-  }
+  const auto fault = findCurveFault(*place.parameter);
+  if (!fault) return;
+  if (fault->playerText) fatalError("%s", fault->playerText);
+  refuse(place, fault->field, fault->complaint.c_str());
 }
 
 Parameter* readParameter(Place place, int file) {
@@ -153,10 +121,11 @@ FunctionCall* readCall(Place place, const PartDispatcher& dispatcher) {
   const int file = dispatcher.projectFile;
   auto* call = new FunctionCall;
   call->part = place.part;
-  call->scene = dispatcher.findScene(readText(place, "scene name", file).text);
+  const ProjectLine scene = readText(place, "scene name", file);
+  if (dispatcher.names == ProjectNames::resolved) call->scene = dispatcher.findScene(scene.text);
   copyText(call->name, readText(place, "function name", file));
   place.call = call;
-  call->function = dispatcher.getFunctionByName(call->scene, call->name);
+  if (call->scene) call->function = dispatcher.getFunctionByName(call->scene, call->name);
   const int count = readByte(file);
   if (count > maxArguments) {
     char complaint[64];
@@ -195,27 +164,14 @@ void readPart(Part& part, Place place, const PartDispatcher& dispatcher) {
   for (int i = 0; i < count; ++i) part.calls[i] = readCall(place, dispatcher);
 }
 
-// A part becomes active at its pos, so the most parts are active when one begins.
 void checkActiveParts(const OwnedArray<Part>& parts, const char* fileName) {
-  std::vector<const Part*> byBeginning;
-  std::vector<float> ends;
-  for (const Part* part : parts) {
-    if (part->end() <= part->pos) continue;  // never active
-    byBeginning.push_back(part);
-    ends.push_back(part->end());
-  }
-  std::stable_sort(byBeginning.begin(), byBeginning.end(),
-                   [](const Part* a, const Part* b) { return a->pos < b->pos; });
-  std::sort(ends.begin(), ends.end());
-  std::size_t ended = 0;
-  for (std::size_t i = 0; i < byBeginning.size(); ++i) {
-    const Part& part = *byBeginning[i];
-    while (ends[ended] <= part.pos) ++ended;
-    if (i + 1 - ended > maxActiveParts) {
-      fatalError("project %s: part %s is active with %d others at %f, at most %d parts are possible",
-                 fileName, part.name, maxActiveParts, static_cast<double>(part.pos), maxActiveParts);
-    }
-  }
+  std::vector<ActiveSpan> spans;
+  for (const Part* part : parts) spans.push_back({part->pos, part->end()});
+  const auto crowded = findCrowdedPart(spans);
+  if (!crowded) return;
+  const Part& part = *parts[static_cast<int>(*crowded)];
+  fatalError("project %s: part %s is active with %d others at %f, at most %d parts are possible", fileName,
+             part.name, maxActiveParts, static_cast<double>(part.pos), maxActiveParts);
 }
 
 }  // namespace
@@ -290,7 +246,7 @@ void PartDispatcher::loadProject(const char* fileName) {
   if (music.length >= 2) {
     copyText(musicName, music);
     logPrintf("sound file name %s\n", musicName);
-    openMusic(musicName);
+    if (names == ProjectNames::resolved) openMusic(musicName);
   } else {
     logPrintf("no sound file defined\n");
   }

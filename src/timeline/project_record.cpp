@@ -1,0 +1,279 @@
+#include "timeline/project_record.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdarg>
+#include <cstdio>
+#include <utility>
+
+#include "shell/report.h"
+#include "timeline/part_dispatcher.h"
+#include "timeline/scene_function.h"
+
+namespace vex {
+
+namespace {
+
+struct DecodingFailure {
+  std::string text;
+};
+
+[[noreturn, gnu::format(printf, 1, 2)]] void fail(const char* format, ...) {
+  char text[messageSize];
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text, sizeof text, format, arguments);
+  va_end(arguments);
+  throw DecodingFailure{text};
+}
+
+struct Decoder {
+  std::string_view rest;
+  const char* file;
+  std::string place;  // what refused fields belong to: "part intro: "
+  std::string owner;  // and the call or parameter: " of animate.red"
+
+  [[noreturn]] void refuse(const char* field, const std::string& complaint) {
+    fail("project %s: %s%s%s %s", file, place.c_str(), field, owner.c_str(), complaint.c_str());
+  }
+
+  std::uint64_t bits(std::size_t size, const char* complaint) {
+    if (rest.size() < size) fail("%s", complaint);
+    std::uint64_t value = 0;
+    for (std::size_t i = size; i-- > 0;) value = value << 8 | static_cast<unsigned char>(rest[i]);
+    rest.remove_prefix(size);
+    return value;
+  }
+  double real() { return std::bit_cast<double>(bits(8, "double != 8 bytes (0 read)")); }
+  std::int32_t integer() { return static_cast<std::int32_t>(bits(4, "int != 4 bytes (0 read)")); }
+  int byte() { return static_cast<int>(bits(1, "byte != 1 byte (0 read)")); }
+  bool flag() {
+    const int value = byte();
+    if (value > 1) fail("unknown boolean values");
+    return value == 1;
+  }
+
+  // Cut where the player stops reading: behind the 127th character that counts.
+  std::string line() {
+    std::size_t counted = 0;
+    for (std::size_t i = 0; i < rest.size(); ++i) {
+      const bool ends = rest[i] == '\n';
+      if (!ends && rest[i] != '\r') ++counted;
+      if (!ends && counted <= maxProjectName) continue;
+      std::string text(rest.substr(0, ends ? i : i + 1));
+      rest.remove_prefix(i + 1);
+      return text;
+    }
+    fail("char != 1 byte (0 read)");
+  }
+
+  std::string text(const char* field) {
+    std::string text = line();
+    const auto returns = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
+    if (text.size() - returns > maxProjectName) refuse(field, "is longer than 126 characters");
+    if (text.find('\0') != std::string::npos) refuse(field, "holds a zero byte");
+    return text;
+  }
+};
+
+ProjectParameter decodeParameter(Decoder& in, const std::string& function) {
+  ProjectParameter parameter;
+  in.owner = " of " + function + ".";
+  parameter.name = in.text("name");
+  const std::string name = withoutCarriageReturns(parameter.name);
+  in.owner += name;
+  parameter.type = static_cast<std::int8_t>(in.byte());
+  if (parameter.type < PARAM_CONST || parameter.type > PARAM_STRING) {
+    fail("unknown parameter type at %s.%s", function.c_str(), name.c_str());
+  }
+  parameter.constant = in.real();
+  parameter.sinPeriod = in.real();
+  parameter.sinAmplitude = in.real();
+  parameter.sinOffset = in.real();
+  parameter.sinPhase = in.real();
+  parameter.dots.resize(static_cast<std::size_t>(in.byte()));
+  for (ProjectDot& dot : parameter.dots) {
+    dot.x = in.real();
+    dot.y = in.real();
+  }
+  parameter.min = in.real();
+  parameter.max = in.real();
+  parameter.string = in.text("string");
+  if (withoutCarriageReturns(parameter.string).size() > maxProjectString) {
+    in.refuse("string", "is longer than 31 characters");
+  }
+  return parameter;
+}
+
+ProjectCall decodeCall(Decoder& in) {
+  ProjectCall call;
+  in.owner.clear();
+  call.scene = in.text("scene name");
+  call.function = in.text("function name");
+  const std::string function = withoutCarriageReturns(call.function);
+  const int count = in.byte();
+  if (count > maxArguments) {
+    in.owner = " of " + function;
+    in.refuse("parameter count",
+              "is " + std::to_string(count) + ", at most " + std::to_string(maxArguments) + " are possible");
+  }
+  for (int i = 0; i < count; ++i) call.parameters.push_back(decodeParameter(in, function));
+  return call;
+}
+
+ProjectPart decodePart(Decoder& in) {
+  ProjectPart part;
+  in.owner.clear();
+  in.place = "part : ";
+  part.name = in.text("name");
+  in.place = "part " + withoutCarriageReturns(part.name) + ": ";
+  part.editorNumber = in.integer();
+  part.pos = in.real();
+  part.start = in.real();
+  part.length = in.real();
+  part.track = static_cast<std::int8_t>(in.byte());
+  part.editorFlag = in.flag();
+  if (!in.flag()) fail("inactive part found");
+  part.speed = in.real();
+  const int count = in.byte();
+  for (int i = 0; i < count; ++i) part.calls.push_back(decodeCall(in));
+  return part;
+}
+
+Project decode(Decoder in) {
+  Project project;
+  project.version = in.line();
+  if (withoutCarriageReturns(project.version) != projectVersion) {
+    fail("Wrong file version. Must be %s", projectVersion.data());
+  }
+  project.executable = in.text("executable file name");
+  project.startTime = in.real();
+  project.functionsFile = in.text("functions file name");
+  project.leftTime = in.real();
+  project.totalTime = in.real();
+  project.zoom = in.real();
+  project.music = in.text("sound file name");
+  const int tickCount = in.integer();
+  if (tickCount < 0) fail("project %s: tick count %d is below 0", in.file, tickCount);
+  // Grows with what is there, so that a count that lies only meets the end of the file.
+  for (int i = 0; i < tickCount; ++i) project.ticks.push_back(in.real());
+  const int partCount = in.integer();
+  if (partCount >= maxParts) fail("pCount exceeds maximum of %d in PartDispatcher!", maxParts);
+  if (partCount < 0) fail("project %s: part count %d is below 0", in.file, partCount);
+  for (int i = 0; i < partCount; ++i) project.parts.push_back(decodePart(in));
+  project.trailing = in.rest;
+  return project;
+}
+
+struct Encoder {
+  std::string out;
+
+  void bits(std::uint64_t value, std::size_t size) {
+    char bytes[8];
+    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(value >> (8 * i));
+    out.append(bytes, size);
+  }
+  void real(double value) { bits(std::bit_cast<std::uint64_t>(value), 8); }
+  void integer(std::int32_t value) { bits(static_cast<std::uint32_t>(value), 4); }
+  void byte(int value) { out += static_cast<char>(value); }
+  void count(std::size_t value) { byte(static_cast<int>(value)); }
+  void line(const std::string& text) { (out += text) += '\n'; }
+};
+
+void encodeParameter(Encoder& out, const ProjectParameter& parameter) {
+  out.line(parameter.name);
+  out.byte(parameter.type);
+  out.real(parameter.constant);
+  out.real(parameter.sinPeriod);
+  out.real(parameter.sinAmplitude);
+  out.real(parameter.sinOffset);
+  out.real(parameter.sinPhase);
+  out.count(parameter.dots.size());
+  for (const ProjectDot& dot : parameter.dots) {
+    out.real(dot.x);
+    out.real(dot.y);
+  }
+  out.real(parameter.min);
+  out.real(parameter.max);
+  out.line(parameter.string);
+}
+
+void encodePart(Encoder& out, const ProjectPart& part) {
+  out.line(part.name);
+  out.integer(part.editorNumber);
+  out.real(part.pos);
+  out.real(part.start);
+  out.real(part.length);
+  out.byte(part.track);
+  out.byte(part.editorFlag);
+  out.byte(1);  // active
+  out.real(part.speed);
+  out.count(part.calls.size());
+  for (const ProjectCall& call : part.calls) {
+    out.line(call.scene);
+    out.line(call.function);
+    out.count(call.parameters.size());
+    for (const ProjectParameter& parameter : call.parameters) encodeParameter(out, parameter);
+  }
+}
+
+}  // namespace
+
+std::string withoutCarriageReturns(std::string_view text) {
+  std::string seen(text);
+  std::erase(seen, '\r');
+  return seen;
+}
+
+void fillPlayed(Parameter& played, const ProjectParameter& parameter) {
+  const auto copy = [](auto& target, const std::string& text) {
+    const std::string seen = withoutCarriageReturns(text);
+    seen.copy(target, sizeof target - 1);
+  };
+  copy(played.name, parameter.name);
+  copy(played.string, parameter.string);
+  played.type = parameter.type;
+  played.min = static_cast<float>(parameter.min);
+  played.max = static_cast<float>(parameter.max);
+  played.sinPeriod = static_cast<float>(parameter.sinPeriod);
+  played.sinAmplitude = static_cast<float>(parameter.sinAmplitude);
+  played.sinOffset = static_cast<float>(parameter.sinOffset);
+  played.sinPhase = static_cast<float>(parameter.sinPhase);
+  played.constant = static_cast<float>(parameter.constant);
+  played.dotCount = static_cast<int>(parameter.dots.size());
+  if (played.dotCount == 0) return;
+  played.dotX = std::make_unique<float[]>(parameter.dots.size());
+  played.dotY = std::make_unique<float[]>(parameter.dots.size());
+  for (std::size_t i = 0; i < parameter.dots.size(); ++i) {
+    played.dotX[i] = static_cast<float>(parameter.dots[i].x);
+    played.dotY[i] = static_cast<float>(parameter.dots[i].y);
+  }
+}
+
+DecodedProject decodeProject(std::string_view bytes, const char* name) {
+  try {
+    return {decode({.rest = bytes, .file = name, .place = "", .owner = ""}), ""};
+  } catch (const DecodingFailure& failure) {
+    return {{}, failure.text};
+  }
+}
+
+std::string encodeProject(const Project& project) {
+  Encoder out;
+  out.line(project.version);
+  out.line(project.executable);
+  out.real(project.startTime);
+  out.line(project.functionsFile);
+  out.real(project.leftTime);
+  out.real(project.totalTime);
+  out.real(project.zoom);
+  out.line(project.music);
+  out.integer(static_cast<std::int32_t>(project.ticks.size()));
+  for (const double tick : project.ticks) out.real(tick);
+  out.integer(static_cast<std::int32_t>(project.parts.size()));
+  for (const ProjectPart& part : project.parts) encodePart(out, part);
+  out.out += project.trailing;
+  return std::move(out.out);
+}
+
+}  // namespace vex
