@@ -1,26 +1,38 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/paths.h"
 #include "platform/replace_file.h"
+#include "scenes/project_check.h"
+#include "scenes/scene_tables.h"
+#include "shell/files.h"
 #include "shell/report.h"
 #include "timeline/part_dispatcher.h"
+#include "timeline/project_lexer.h"
 #include "timeline/project_record.h"
 #include "timeline/project_text.h"
 
 namespace {
 
 constexpr const char* usage =
-    "Usage: vexproject compile IN.txt OUT.hvp   make a project file of its text form\n"
-    "       vexproject dump IN.hvp              print the text form of a project file\n"
-    "       vexproject --help                   show this text\n"
+    "Usage: vexproject compile IN.txt OUT.hvp       make a project file of its text form\n"
+    "       vexproject dump IN.hvp                  print the text form of a project file\n"
+    "       vexproject check FILE [--dir RUNDIR]    say all that is wrong with a project of either form;\n"
+    "                                               with a run folder also look for its data there, loose\n"
+    "                                               or in vex.pak\n"
+    "       vexproject functions                    print docs/functions.md: what a part can call\n"
+    "       vexproject --help                       show this text\n"
     "\n"
-    "The text form is described in docs/project-text.md.\n"
-    "Exit codes: 0 done, 2 wrong usage, 255 refused.\n";
+    "The text form is described in docs/project-text.md. Remarks of the check are no problems.\n"
+    "Exit codes: 0 done, 2 wrong usage, 255 refused, or problems found.\n";
 
 constexpr std::size_t mebibyte = 1024 * 1024;
 constexpr std::size_t maxProjectSize = 64 * mebibyte;
@@ -53,15 +65,21 @@ void writeFile(const char* name, const std::string& bytes) {
   }
 }
 
+void printOut(const std::string& text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
+    vex::fatalError("can't write standard output: %s", std::strerror(errno));
+  }
+}
+
 void compile(const char* textName, const char* projectName) {
   std::FILE* file = std::fopen(textName, "rb");
   if (!file) vex::fatalError("can't read %s: %s", textName, std::strerror(errno));
-  const vex::ReadProjectText read = vex::readProjectText(readAll(file, textName, maxTextSize));
-  if (!read.problems.empty()) {
-    const vex::TextProblem& first = read.problems.front();
+  const vex::CompiledProject compiled = vex::compileProjectText(readAll(file, textName, maxTextSize));
+  if (!compiled.problems.empty()) {
+    const vex::TextProblem& first = compiled.problems.front();
     vex::fatalError("%s:%d: %s", textName, first.line, first.text.c_str());
   }
-  writeFile(projectName, vex::encodeProject(read.project));
+  writeFile(projectName, compiled.bytes);
 }
 
 void dump(const char* name) {
@@ -76,22 +94,106 @@ void dump(const char* name) {
   }
   const vex::DecodedProject decoded = vex::decodeProject(bytes, name);
   if (!decoded.failure.empty()) vex::fatalError("%s", decoded.failure.c_str());
-  const std::string text = vex::writeProjectText(decoded.project);
-  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-    vex::fatalError("can't write standard output: %s", std::strerror(errno));
+  printOut(vex::writeProjectText(decoded.project));
+}
+
+// A project in either form, and what is wrong with it by itself.
+struct Checked {
+  vex::Project project;
+  std::vector<vex::Finding> findings;
+  bool readable = true;
+};
+
+// No statement of the text form begins with a digit, the version of a project file does.
+bool isProjectFile(const std::string& bytes) {
+  const std::size_t first = bytes.find_first_not_of('\r');
+  return first != std::string::npos && bytes[first] >= '0' && bytes[first] <= '9';
+}
+
+Checked readProject(const char* name) {
+  std::FILE* file = std::fopen(name, "rb");
+  if (!file) vex::fatalError("can't read %s: %s", name, std::strerror(errno));
+  const std::string bytes = readAll(file, name, maxTextSize);
+  Checked checked;
+  if (isProjectFile(bytes)) {
+    vex::DecodedProject decoded = vex::decodeProject(bytes, name);
+    checked.readable = decoded.failure.empty();
+    if (!checked.readable) checked.findings.push_back({.text = decoded.failure, .hint = ""});
+    checked.project = std::move(decoded.project);
+    if (checked.readable) checked.findings = vex::checkRules(checked.project);
+  } else {
+    vex::ReadProjectText read = vex::readProjectText(bytes);
+    for (vex::TextProblem& problem : read.problems) {
+      checked.findings.push_back({.line = problem.line, .text = std::move(problem.text), .hint = ""});
+    }
+    checked.project = std::move(read.project);
   }
+  return checked;
+}
+
+void print(const char* file, const vex::Project& project, const vex::Finding& finding) {
+  std::string place = file;
+  if (finding.line > 0) {
+    place += ":" + std::to_string(finding.line);
+  } else if (finding.part >= 0) {
+    const std::string& name = project.parts[static_cast<std::size_t>(finding.part)].name;
+    place += ": part " + vex::quoteText(name) + " (" + std::to_string(finding.part + 1) + ")";
+  }
+  std::fprintf(stderr, "vexproject: %s: %s%s%s%s\n", place.c_str(), finding.remark ? "remark: " : "",
+               finding.text.c_str(), finding.hint.empty() ? "" : "; hint: ", finding.hint.c_str());
+}
+
+// The exit code.
+int check(const char* name, const char* runFolder) {
+  Checked checked = readProject(name);
+  // Holes where something could not be read would look like problems of the whole show.
+  const bool whole = checked.findings.empty();
+  if (runFolder) {
+    if (chdir(runFolder) != 0) vex::fatalError("can't go to folder %s: %s", runFolder, std::strerror(errno));
+    vex::pakOpen("vex.pak");
+  }
+  const auto add = [&checked, whole](std::vector<vex::Finding> more) {
+    for (vex::Finding& finding : more) {
+      if (whole || finding.line > 0 || finding.part >= 0) checked.findings.push_back(std::move(finding));
+    }
+  };
+  if (checked.readable) {
+    const auto tables = vex::sceneTables();
+    add(vex::checkTimeLine(checked.project, tables));
+    if (runFolder) add(vex::checkData(checked.project, tables));
+    const auto hasMask = [runFolder](const std::string& texture) {
+      return runFolder && vex::textureHasMask(texture);
+    };
+    if (whole) add(vex::checkGround(checked.project, tables, hasMask));
+  }
+  std::stable_sort(checked.findings.begin(), checked.findings.end(), [](const auto& a, const auto& b) {
+    return std::pair(a.line, a.part) < std::pair(b.line, b.part);
+  });
+  bool problems = false;
+  for (const vex::Finding& finding : checked.findings) {
+    print(name, checked.project, finding);
+    problems = problems || !finding.remark;
+  }
+  if (problems) return 255;
+  printOut("no problems\n");
+  return 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   const std::string command = argc > 1 ? argv[1] : "";
+  const bool hasFolder = argc == 5 && std::strcmp(argv[3], "--dir") == 0;
   if (command == "--help" || command == "-h") {
-    std::fputs(usage, stdout);
+    printOut(usage);
   } else if (command == "compile" && argc == 4) {
     compile(argv[2], argv[3]);
   } else if (command == "dump" && argc == 3) {
     dump(argv[2]);
+  } else if (command == "check" && (argc == 3 || hasFolder)) {
+    return check(argv[2], hasFolder ? argv[4] : nullptr);
+  } else if (command == "functions" && argc == 2) {
+    printOut(vex::functionsAsMarkdown(vex::sceneTables()));
   } else {
     std::fputs(usage, stderr);
     return 2;

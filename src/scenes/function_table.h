@@ -6,13 +6,14 @@
 #include "engine/scene.h"
 
 // The functions that a scene offers to the time line, as a table: registration, the check of projects
-// and the documentation read the same rows.
+// and docs/functions.md read the same rows.
 
 namespace vex {
 
 enum class ArgumentKind : std::int8_t {
   number,
   wholeNumber,  // truncated toward zero
+  frameNumber,  // the same; the first one of a call is its movie's first frame, the second its last
   textureName,  // path without extension
   movieName,    // path of the frames without number and extension
   fileName,
@@ -28,10 +29,26 @@ struct FunctionParameter {
   float max = 0.0f;
 };
 
+enum class FunctionRole : std::int8_t {
+  draws,
+  sets,  // what it sets stays until it is set again; its parts must be long enough to meet a frame
+};
+
+// When a call paints the ground: every pixel of the screen gets a colour that does not depend on what was
+// there. Colour is never cleared, so each frame needs a call that does. The viewport is taken for the
+// whole window, a texture for one without transparent pixels.
+struct GroundRule {
+  bool (*paints)(std::span<const float> arguments) = nullptr;  // in slot order, texts as 0; null: never
+  const char* when = "";                                       // the same in words
+};
+
 struct FunctionRow {
   const char* name;
   SceneFunction* function;
+  const char* summary;  // what it does, as a sentence
   std::span<const FunctionParameter> parameters;
+  FunctionRole role = FunctionRole::draws;
+  GroundRule ground = {};
 };
 
 inline void registerFunctions(Scene& scene, std::span<const FunctionRow> rows) {

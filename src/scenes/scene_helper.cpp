@@ -2,6 +2,7 @@
 
 #include <GL/gl.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -280,18 +281,21 @@ using enum ArgumentKind;
 constexpr FunctionParameter textureParameter{"texture", textureName};
 constexpr FunctionParameter x{"x", number, -1, 1};
 constexpr FunctionParameter y{"y", number, -1, 1};
-constexpr FunctionParameter width{"width", number, 0, 2};
-constexpr FunctionParameter height{"height", number, 0, 2};
+// A rectangle may fly past or reach far beyond the screen; below 0 its sides mirror the picture.
+constexpr FunctionParameter left{"x", number, -8, 8};
+constexpr FunctionParameter top{"y", number, -8, 8};
+constexpr FunctionParameter width{"width", number, -8, 8};
+constexpr FunctionParameter height{"height", number, -8, 8};
 constexpr FunctionParameter glitch{"glitch probability", number, 0, 1};
 constexpr FunctionParameter opacity{"alpha", number, 0, 1};
 constexpr FunctionParameter blendMode{"blend mode", number, 0, 2};
 
 constexpr std::array bitmapParameters{
-    textureParameter, x,       y,        width, height, FunctionParameter{"frame count", wholeNumber, 0, 8},
+    textureParameter, left,    top,      width, height, FunctionParameter{"frame count", wholeNumber, 0, 8},
     glitch,           opacity, blendMode};
 constexpr std::array repeatParameters{textureParameter,
-                                      x,
-                                      y,
+                                      left,
+                                      top,
                                       width,
                                       height,
                                       FunctionParameter{"repeats across", number, 0, 64},
@@ -299,11 +303,11 @@ constexpr std::array repeatParameters{textureParameter,
                                       opacity,
                                       blendMode};
 constexpr std::array waveParameters{textureParameter,
-                                    x,
-                                    y,
+                                    left,
+                                    top,
                                     width,
                                     height,
-                                    FunctionParameter{"speed", number, 0, 4},
+                                    FunctionParameter{"speed", number, -4, 4},
                                     FunctionParameter{"amplitude", number, 0, 0.1f},
                                     opacity,
                                     blendMode};
@@ -311,15 +315,16 @@ constexpr std::array fadeParameters{FunctionParameter{"red", number, 0, 1},
                                     FunctionParameter{"green", number, 0, 1},
                                     FunctionParameter{"blue", number, 0, 1}, opacity};
 constexpr std::array movieParameters{FunctionParameter{"base name", movieName},
-                                     x,
-                                     y,
+                                     left,
+                                     top,
                                      width,
                                      height,
-                                     FunctionParameter{"first frame", wholeNumber, 0, 9999},
-                                     FunctionParameter{"last frame", wholeNumber, 0, 9999},
+                                     FunctionParameter{"first frame", frameNumber, 0, 9999},
+                                     FunctionParameter{"last frame", frameNumber, 0, 9999},
                                      FunctionParameter{"frames per second", number, 0, 60},
                                      opacity};
-constexpr std::array viewportParameters{x, y, width, height};
+constexpr std::array viewportParameters{x, y, FunctionParameter{"width", number, 0, 2},
+                                        FunctionParameter{"height", number, 0, 2}};
 constexpr std::array noiseParameters{textureParameter,
                                      FunctionParameter{"jitter across", number, 0, 1},
                                      FunctionParameter{"jitter down", number, 0, 1},
@@ -339,15 +344,62 @@ constexpr std::array logoParameters{FunctionParameter{"word ending", textureName
                                     FunctionParameter{"scale per layer", number, 0, 4},
                                     FunctionParameter{"alpha factor per layer", number, 0, 1}};
 
+constexpr float quarterPixel = 0.0003f;  // of a wide screen, for sums that round
+
+bool isOpaque(float alpha) {
+  constexpr float halfStep = 0.5f / 255;  // what eight bits cannot tell from 1
+  return alpha >= 1 - halfStep;
+}
+
+bool coversScreen(float from, float size) {
+  return std::min(from, from + size) <= -1 + quarterPixel && std::max(from, from + size) >= 1 - quarterPixel;
+}
+
+// By slots 1 to 4 of the functions that draw into a rectangle.
+bool coversScreen(std::span<const float> arguments) {
+  return coversScreen(arguments[1], arguments[3]) && coversScreen(arguments[2], arguments[4]);
+}
+
+constexpr GroundRule bitmapGround{
+    [](std::span<const float> p) { return coversScreen(p) && isOpaque(p[7]) && p[8] < 1; },
+    "the rectangle covers the screen, alpha is 1 and the blend mode 0"};
+constexpr GroundRule fadeGround{[](std::span<const float> p) { return isOpaque(p[3]); }, "alpha is 1"};
+constexpr GroundRule movieGround{[](std::span<const float> p) { return coversScreen(p) && isOpaque(p[8]); },
+                                 "the rectangle covers the screen and alpha is 1"};
+constexpr GroundRule noiseGround{
+    [](std::span<const float> p) { return isOpaque(p[5] - std::fabs(p[6])) && p[7] < 1; },
+    "alpha less its jitter is 1 and the blend mode 0"};
+
 constexpr std::array functionTable{
-    FunctionRow{"drawBitmap", drawBitmap, bitmapParameters},
-    FunctionRow{"drawBitmapRepeat", drawBitmapRepeat, repeatParameters},
-    FunctionRow{"drawBitmapWave", drawBitmapWave, waveParameters},
-    FunctionRow{"fadeScreen", fadeScreen, fadeParameters},
-    FunctionRow{"drawMovie", drawMovie, movieParameters},
-    FunctionRow{"setViewport", setViewport, viewportParameters},
-    FunctionRow{"drawNoise", drawNoise, noiseParameters},
-    FunctionRow{"drawVexLogo", drawVexLogo, logoParameters},
+    FunctionRow{
+        "drawBitmap", drawBitmap,
+        "Draws a texture into a rectangle; at a glitch one of `frame count` textures that were loaded one "
+        "after the other.",
+        bitmapParameters, FunctionRole::draws, bitmapGround},
+    FunctionRow{"drawBitmapRepeat", drawBitmapRepeat, "Tiles a rectangle with a texture.", repeatParameters,
+                FunctionRole::draws, bitmapGround},
+    FunctionRow{"drawBitmapWave", drawBitmapWave,
+                "Draws a texture into a rectangle, its rows swaying sideways and its columns up and down.",
+                waveParameters, FunctionRole::draws, bitmapGround},
+    FunctionRow{"fadeScreen", fadeScreen, "Fills the screen with a colour; nothing happens at alpha 0.",
+                fadeParameters, FunctionRole::draws, fadeGround},
+    FunctionRow{"drawMovie", drawMovie,
+                "Draws frame after frame of a numbered series of JPEG files (`data\\fire` and 7 make "
+                "`data\\fire7.jpg`) into a rectangle, over and over; backwards at scene times below 0.",
+                movieParameters, FunctionRole::draws, movieGround},
+    FunctionRow{
+        "setViewport", setViewport,
+        "Sends all further drawing to a rectangle of the window, until it is set again: -1, -1, 2, 2 is the "
+        "whole window. Its y counts upwards.",
+        viewportParameters, FunctionRole::sets},
+    FunctionRow{"drawNoise", drawNoise,
+                "Fills the screen with a window onto a tiled texture that scrolls and jumps about at random.",
+                noiseParameters, FunctionRole::draws, noiseGround},
+    FunctionRow{
+        "drawVexLogo", drawVexLogo,
+        "Draws the title word and an ending over a swaying shape, echoed in layers; the ending is named by "
+        "its frame 01.",
+        logoParameters},
 };
 
 void loadFrames(const char* stem, int frames) {

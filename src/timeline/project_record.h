@@ -8,6 +8,7 @@
 
 #include "timeline/parameter.h"
 #include "timeline/project_file.h"
+#include "timeline/project_rules.h"
 
 // A project with everything that stands in its file (the format: timeline/project_file.h), also what the
 // player passes over, so that the same bytes can be written again. Strings keep their carriage returns,
@@ -57,7 +58,11 @@ struct ProjectPart {
   double speed = 1;
   std::vector<ProjectCall> calls;
 
-  float end() const { return static_cast<float>(pos) + static_cast<float>(length); }
+  // In the player's floats.
+  ActiveSpan active() const {
+    const auto begin = static_cast<float>(pos);
+    return {begin, begin + static_cast<float>(length)};
+  }
 };
 
 struct Project {

@@ -21,9 +21,16 @@ struct ReadProjectText {
   std::vector<TextProblem> problems;  // in order of discovery; where there are any, the project has holes
 };
 
-// A project without problems is one that the player loads, names aside: the format's limits and the rules
-// of project_rules.h hold.
+// Judges the limits of the format and each number and curve by project_rules.h.
 ReadProjectText readProjectText(std::string_view text);
+
+struct CompiledProject {
+  std::string bytes;  // of a project that the player loads, names aside; only where there are no problems
+  std::vector<TextProblem> problems;
+};
+
+// Also judges how many parts are active at a time.
+CompiledProject compileProjectText(std::string_view text);
 
 // Reading gives the same project back, bit by bit, when it is one that the player loads.
 std::string writeProjectText(const Project& project);

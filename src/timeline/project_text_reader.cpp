@@ -125,7 +125,6 @@ class Reader {
   void readValue(const ProjectPart& part, ProjectParameter& parameter, Given& values, bool surplus);
   void readSine(ProjectParameter& parameter);
   void readDots(const ProjectPart& part, ProjectParameter& parameter);
-  void checkProject();
 };
 
 const std::array<Reader::StatementRow, 13> Reader::statements{{
@@ -631,22 +630,6 @@ void Reader::readDots(const ProjectPart& part, ProjectParameter& parameter) {
   needMark(')', "or , behind a dot");
 }
 
-void Reader::checkProject() {
-  if (!given.contains("total")) note(lexer.peek().line, "total is missing, the time at which the show ends");
-  std::vector<ActiveSpan> spans;
-  for (const ProjectPart& part : project.parts) {
-    spans.push_back({static_cast<float>(part.pos), part.end()});
-  }
-  if (!result.problems.empty()) return;
-  if (const auto crowded = findCrowdedPart(spans)) {
-    const ProjectPart& part = project.parts[*crowded];
-    char text[96];
-    std::snprintf(text, sizeof text, " is active with %d others at %g, at most %d parts are possible",
-                  maxActiveParts, part.pos, maxActiveParts);
-    note(part.line, "part " + quoteText(part.name) + text);
-  }
-}
-
 ReadProjectText Reader::read() {
   while (result.problems.size() < maxProblems) {
     try {
@@ -662,7 +645,7 @@ ReadProjectText Reader::read() {
       }
     }
   }
-  checkProject();
+  if (!given.contains("total")) note(lexer.peek().line, "total is missing, the time at which the show ends");
   std::stable_sort(result.problems.begin(), result.problems.end(),
                    [](const TextProblem& a, const TextProblem& b) { return a.line < b.line; });
   return std::move(result);
@@ -672,6 +655,20 @@ ReadProjectText Reader::read() {
 
 ReadProjectText readProjectText(std::string_view text) {
   return Reader(text).read();
+}
+
+CompiledProject compileProjectText(std::string_view text) {
+  ReadProjectText read = readProjectText(text);
+  if (!read.problems.empty()) return {"", std::move(read.problems)};
+  std::vector<ActiveSpan> spans;
+  for (const ProjectPart& part : read.project.parts) spans.push_back(part.active());
+  const auto crowded = findCrowdedPart(spans);
+  if (!crowded) return {encodeProject(read.project), {}};
+  const ProjectPart& part = read.project.parts[*crowded];
+  char problem[96];
+  std::snprintf(problem, sizeof problem, " is active with %d others at %g, at most %d parts are possible",
+                maxActiveParts, part.pos, maxActiveParts);
+  return {"", {{part.line, "part " + quoteText(part.name) + problem}}};
 }
 
 }  // namespace vex

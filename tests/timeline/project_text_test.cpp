@@ -33,7 +33,8 @@ int playerExitCode(const std::string& bytes) {
       .exitCode;
 }
 
-std::string firstProblem(const ReadProjectText& read) {
+template <typename Read>
+std::string firstProblem(const Read& read) {
   if (read.problems.empty()) return "";
   return std::to_string(read.problems[0].line) + ": " + read.problems[0].text;
 }
@@ -250,9 +251,9 @@ TEST(ProjectText, AgreesWithThePlayerOnDamagedProjects) {
     if (!decoded.failure.empty()) {
       EXPECT_FALSE(plays) << decoded.failure;
     } else {
-      const ReadProjectText read = readProjectText(writeProjectText(decoded.project));
-      EXPECT_EQ(read.problems.empty(), plays) << firstProblem(read);
-      EXPECT_TRUE(encodeProject(read.project) == bytes || !plays);
+      const CompiledProject compiled = compileProjectText(writeProjectText(decoded.project));
+      EXPECT_EQ(compiled.problems.empty(), plays) << firstProblem(compiled);
+      EXPECT_TRUE(compiled.bytes == bytes || !plays);
     }
     if (HasFailure()) FAIL() << "seed " << seed;
   }
@@ -476,7 +477,7 @@ TEST(ProjectText, SaysWhatIsWrong) {
        "18: part \"p\" is active with 16 others at 0, at most 16 parts are possible"},
   };
   for (const auto& [text, problem] : rows)
-    EXPECT_EQ(firstProblem(readProjectText(text)), problem) << text.substr(0, 200);
+    EXPECT_EQ(firstProblem(compileProjectText(text)), problem) << text.substr(0, 200);
 }
 
 TEST(ProjectText, FindsTheProblemsBehindTheFirst) {
@@ -510,9 +511,9 @@ TEST(ProjectText, DamagedTexts) {
     }
     if (random.below(3) == 0)
       text.resize(static_cast<std::size_t>(random.below(static_cast<int>(text.size()))));
-    const ReadProjectText read = readProjectText(text);
-    if (!read.problems.empty() || seed % 8 != 0) continue;
-    EXPECT_EQ(playerExitCode(encodeProject(read.project)), 0) << text;
+    const CompiledProject compiled = compileProjectText(text);
+    if (!compiled.problems.empty() || seed % 8 != 0) continue;
+    EXPECT_EQ(playerExitCode(compiled.bytes), 0) << text;
   }
 }
 

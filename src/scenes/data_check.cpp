@@ -1,0 +1,222 @@
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <optional>
+#include <set>
+
+#include "assets/image.h"
+#include "platform/jpeg_decoder.h"
+#include "platform/sound_file.h"
+#include "scenes/known_call.h"
+#include "scenes/project_check.h"
+#include "shell/files.h"
+#include "shell/music.h"
+#include "timeline/project_lexer.h"
+
+namespace vex {
+
+namespace {
+
+constexpr double tailSeconds = 0.5;        // of music behind the end of the show
+constexpr int mostFrames = 10000;          // of a movie
+constexpr int mostMovieFiles = 100'000;    // looked for in all
+constexpr std::size_t headSize = 1 << 18;  // of a picture file; more than what comes before a JPEG's size
+
+bool fileExists(const std::string& name) {
+  const int handle = fileOpen(name.c_str(), "rb");
+  if (handle < 0) return false;
+  fileClose(handle);
+  return true;
+}
+
+std::vector<std::byte> readHead(const std::string& name) {
+  const int handle = fileOpen(name.c_str(), "rb");
+  if (handle < 0) return {};
+  std::vector<std::byte> bytes(
+      static_cast<std::size_t>(std::min<std::uint64_t>(fileRemaining(handle), headSize)));
+  if (!bytes.empty()) bytes.resize(fileRead(bytes.data(), 1, bytes.size(), handle));
+  fileClose(handle);
+  return bytes;
+}
+
+struct PictureSize {
+  int width, height;
+  bool operator==(const PictureSize&) const = default;
+};
+
+std::optional<PictureSize> jpegSize(const std::vector<std::byte>& head) {
+  const JpegDecoder decoder = openJpegDecoder();
+  JpegParameters parameters;
+  if (!decoder || !readJpegParameters(decoder, head, parameters)) return std::nullopt;
+  return PictureSize{parameters.width, parameters.height};
+}
+
+std::optional<PictureSize> bmpSize(const std::vector<std::byte>& head) {
+  if (head.size() < 54) return std::nullopt;
+  const auto side = [&](std::size_t offset) {
+    std::uint32_t value = 0;
+    for (std::size_t i = 4; i-- > 0;) value = value << 8 | std::to_integer<std::uint32_t>(head[offset + i]);
+    return static_cast<std::int32_t>(value);
+  };
+  return PictureSize{side(18), side(22)};
+}
+
+std::optional<PictureSize> sizeOf(const std::string& file) {
+  const std::vector<std::byte> head = readHead(file);
+  return file.ends_with(".jpg") ? jpegSize(head) : bmpSize(head);
+}
+
+// Extension of the file that the texture cache would read; null where there is none.
+const char* extensionOf(const std::string& texture) {
+  for (const char* extension : {".jpg", ".bmp"}) {
+    if (fileExists(texture + extension)) return extension;
+  }
+  return nullptr;
+}
+
+std::string text(PictureSize size) {
+  return std::to_string(size.width) + "x" + std::to_string(size.height);
+}
+
+bool isPowerOfTwo(int side) {
+  return side >= 0 && (side == 0 || std::has_single_bit(static_cast<unsigned>(side)));
+}
+
+// What is wrong with a texture; empty when nothing is.
+std::string textureProblem(const std::string& texture) {
+  const char* extension = extensionOf(texture);
+  if (!extension) return "texture " + quoteText(texture) + " is missing, neither .jpg nor .bmp is there";
+  const std::string file = texture + extension;
+  const auto size = sizeOf(file);
+  if (!size) return "texture " + quoteText(file) + " cannot be read";
+  if (!isPowerOfTwo(size->width) || !isPowerOfTwo(size->height)) {
+    return "texture " + quoteText(file) + " is " + text(*size) + ", both sides must be powers of two";
+  }
+  if (std::max(size->width, size->height) > maxImageSide) {
+    return "texture " + quoteText(file) + " is " + text(*size) + ", sides of at most " +
+           std::to_string(maxImageSide) + " are possible";
+  }
+  const std::string mask = texture + "_mask" + extension;
+  if (!fileExists(mask)) return "";
+  const auto maskSize = sizeOf(mask);
+  if (!maskSize) return "mask " + quoteText(mask) + " cannot be read";
+  if (maskSize == size) return "";
+  return "mask " + quoteText(mask) + " is " + text(*maskSize) + ", its texture " + text(*size);
+}
+
+// "3, 7 to 9 and 12" of ascending numbers.
+std::string listed(const std::vector<int>& numbers) {
+  std::string list;
+  for (std::size_t i = 0; i < numbers.size();) {
+    std::size_t last = i;
+    while (last + 1 < numbers.size() && numbers[last + 1] == numbers[last] + 1) ++last;
+    if (i > 0) list += last + 1 == numbers.size() ? " and " : ", ";
+    list += std::to_string(numbers[i]);
+    if (last > i) list += " to " + std::to_string(numbers[last]);
+    i = last + 1;
+  }
+  return list;
+}
+
+struct MovieFrames {
+  int first = 0;
+  int last = 0;
+};
+
+MovieFrames framesOf(const KnownCall& known) {
+  MovieFrames frames;
+  bool first = true;
+  for (std::size_t i = 0; i < known.call->parameters.size(); ++i) {
+    if (known.row->parameters[i].kind != ArgumentKind::frameNumber) continue;
+    const ValueRange values = valuesOf(known.call->parameters[i]);
+    if (first) frames.first = truncateNumber(values.least);
+    frames.last = truncateNumber(values.greatest);
+    first = false;
+  }
+  return frames;
+}
+
+std::string movieProblem(const std::string& base, MovieFrames frames, int& lookedFor) {
+  const std::string movie = "movie " + quoteText(base);
+  const std::string range = std::to_string(frames.first) + " to " + std::to_string(frames.last);
+  if (frames.last < frames.first) return movie + " has frames " + range;
+  if (frames.last - frames.first >= mostFrames)
+    return movie + " has more than " + std::to_string(mostFrames) + " frames, " + range;
+  lookedFor += frames.last - frames.first + 1;
+  if (lookedFor > mostMovieFiles) return "";
+  std::vector<int> missing;
+  for (int frame = frames.first; frame <= frames.last; ++frame) {
+    if (!fileExists(base + std::to_string(frame) + ".jpg")) missing.push_back(frame);
+  }
+  if (missing.empty()) return "";
+  return movie + " lacks of its frames " + range + ": " + listed(missing);
+}
+
+void checkMusic(const Project& project, std::vector<Finding>& findings) {
+  const std::string name = withoutCarriageReturns(project.music);
+  if (name.size() < 2) return;
+  const auto source = findMusic(name.c_str());
+  if (!source) {
+    findings.push_back({.text = "music " + quoteText(name) + " is missing", .hint = ""});
+    return;
+  }
+  const SoundFile music = openSoundFile(source->path.c_str(), source->offset, source->size);
+  if (!music.decoder) {
+    findings.push_back({.text = "music " + quoteText(name) + " cannot be played",
+                        .hint = "it takes WAV, OGG, FLAC or MP3 with one or two channels"});
+    return;
+  }
+  const double seconds = static_cast<double>(music.frames) / music.rate;
+  if (!(project.totalTime > seconds - tailSeconds)) return;
+  char text[128], hint[64];
+  std::snprintf(text, sizeof text,
+                "total %g, but music %s is %g s long and must last %g s longer than the show",
+                project.totalTime, quoteText(name).c_str(), seconds, tailSeconds);
+  std::snprintf(hint, sizeof hint, "at most %g", std::floor((seconds - tailSeconds) * 1000) / 1000);
+  findings.push_back({.text = text, .hint = hint});
+}
+
+}  // namespace
+
+std::vector<Finding> checkData(const Project& project, std::span<const SceneTable> tables) {
+  std::vector<Finding> findings;
+  int movieFiles = 0;
+  std::set<std::string> looked;  // each problem once, at its first use
+  for (const KnownCall& known : knownCalls(project, tables)) {
+    for (std::size_t i = 0; i < known.call->parameters.size(); ++i) {
+      const ProjectParameter& parameter = known.call->parameters[i];
+      const std::string name = withoutCarriageReturns(parameter.string);
+      const ArgumentKind kind = known.row->parameters[i].kind;
+      std::string problem;
+      if (kind == ArgumentKind::textureName) {
+        if (!looked.insert("texture " + name).second) continue;
+        problem = textureProblem(name);
+      } else if (kind == ArgumentKind::movieName) {
+        const MovieFrames frames = framesOf(known);
+        if (!looked
+                 .insert("movie " + name + " " + std::to_string(frames.first) + " " +
+                         std::to_string(frames.last))
+                 .second)
+          continue;
+        problem = movieProblem(name, frames, movieFiles);
+      } else if (kind == ArgumentKind::fileName && looked.insert("file " + name).second &&
+                 !fileExists(name)) {
+        problem = "file " + quoteText(name) + " is missing";
+      }
+      if (!problem.empty()) findings.push_back({parameter.line, known.partIndex, problem, "", false});
+    }
+  }
+  if (movieFiles > mostMovieFiles)
+    findings.push_back(
+        {.text = "too many movie frames, not all were looked for", .hint = "", .remark = true});
+  checkMusic(project, findings);
+  return findings;
+}
+
+bool textureHasMask(const std::string& texture) {
+  const char* extension = extensionOf(texture);
+  return extension && fileExists(texture + "_mask" + extension);
+}
+
+}  // namespace vex

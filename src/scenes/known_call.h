@@ -1,0 +1,33 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "scenes/scene_tables.h"
+#include "timeline/project_record.h"
+
+namespace vex {
+
+// A call that fits the row of its function: as many parameters, texts and numbers where they belong, no
+// curve that the loader refuses.
+struct KnownCall {
+  const ProjectPart* part;
+  int partIndex;
+  const ProjectCall* call;
+  const FunctionRow* row;
+};
+
+// In file order.
+std::vector<KnownCall> knownCalls(const Project& project, std::span<const SceneTable> tables);
+
+bool isTextKind(ArgumentKind kind);
+
+// Least and greatest value that a number takes over its part, at the dots and at evenly spaced moments.
+// The curve must be one that the loader takes.
+struct ValueRange {
+  float least;
+  float greatest;
+};
+ValueRange valuesOf(const ProjectParameter& parameter);
+
+}  // namespace vex

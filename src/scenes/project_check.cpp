@@ -1,0 +1,260 @@
+#include "scenes/project_check.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdarg>
+#include <cstdio>
+#include <optional>
+
+#include "scenes/known_call.h"
+#include "timeline/nearest_name.h"
+#include "timeline/part_dispatcher.h"
+#include "timeline/project_lexer.h"
+
+namespace vex {
+
+namespace {
+
+constexpr float shortestSetter = 0.3f;  // seconds; a slow frame is shorter
+
+[[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...) {
+  char text[512];
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text, sizeof text, format, arguments);
+  va_end(arguments);
+  return text;
+}
+
+double shown(float value) {
+  return static_cast<double>(value);
+}
+
+template <typename Named>
+std::vector<std::string_view> namesOf(std::span<const Named> rows, const char* Named::*name) {
+  std::vector<std::string_view> names;
+  for (const Named& row : rows) names.push_back(row.*name);
+  return names;
+}
+
+std::string playedName(const std::string& text) {
+  return withoutCarriageReturns(text);
+}
+
+// "alpha of SceneHelper.fadeScreen", by the project's own names.
+std::string nameOf(const ProjectCall& call) {
+  return playedName(call.scene) + "." + playedName(call.function);
+}
+std::string nameOf(const ProjectParameter& parameter, const ProjectCall& call) {
+  return (parameter.name.empty() ? "a parameter" : playedName(parameter.name)) + " of " + nameOf(call);
+}
+
+struct Findings {
+  std::vector<Finding> all;
+  int part = -1;
+
+  void problem(int line, std::string text, std::string hint = "") {
+    all.push_back({line, part, std::move(text), std::move(hint), false});
+  }
+  void remark(int line, std::string text, std::string hint = "") {
+    all.push_back({line, part, std::move(text), std::move(hint), true});
+  }
+};
+
+void checkCurveRule(Findings& findings, const ProjectCall& call, const ProjectParameter& parameter) {
+  Parameter played;
+  fillPlayed(played, parameter);
+  if (const auto fault = findCurveFault(played)) {
+    findings.problem(parameter.line, nameOf(parameter, call) + ": " + fault->field + " " + fault->complaint);
+  }
+}
+
+// The value that the row wants and the call gives.
+void checkParameter(Findings& findings, const ProjectCall& call, const ProjectParameter& parameter,
+                    const FunctionParameter& wanted) {
+  const bool text = parameter.type == PARAM_STRING;
+  if (text != isTextKind(wanted.kind)) {
+    findings.problem(parameter.line,
+                     nameOf(parameter, call) +
+                         (text ? " is the text " + quoteText(parameter.string) + ", must be a number"
+                               : ", the " + std::string(wanted.name) + ", is a number, must be a text"));
+    return;
+  }
+  if (text) return;
+  Parameter played;
+  fillPlayed(played, parameter);
+  if (findCurveFault(played)) return;
+  if (played.min > played.max) {
+    findings.problem(parameter.line,
+                     formatted("%s: min %g lies above max %g", nameOf(parameter, call).c_str(),
+                               shown(played.min), shown(played.max)));
+    return;
+  }
+  if (played.type == PARAM_CONST && (played.constant < played.min || played.constant > played.max)) {
+    findings.remark(parameter.line,
+                    formatted("%s: %g is held within %g and %g", nameOf(parameter, call).c_str(),
+                              shown(played.constant), shown(played.min), shown(played.max)));
+  }
+  for (int i = 1; played.type == PARAM_LINEAR && i < played.dotCount; ++i) {
+    if (played.dotX[i] > played.dotX[i - 1]) continue;
+    findings.remark(parameter.line, formatted("%s: two dots at x %g, a jump", nameOf(parameter, call).c_str(),
+                                              shown(played.dotX[i])));
+  }
+  const ValueRange values = valuesOf(parameter);
+  if (values.least >= wanted.min && values.greatest <= wanted.max) return;
+  const bool below = values.least < wanted.min;
+  findings.remark(
+      parameter.line,
+      formatted("%s reaches %g, useful are %g to %g", nameOf(parameter, call).c_str(),
+                shown(below ? values.least : values.greatest), shown(wanted.min), shown(wanted.max)));
+}
+
+void checkCall(Findings& findings, const ProjectCall& call, std::span<const SceneTable> tables) {
+  const std::string scene = playedName(call.scene), function = playedName(call.function);
+  const SceneTable* table = findSceneTable(tables, scene);
+  if (!table) {
+    findings.problem(call.line, "unknown scene " + quoteText(scene),
+                     nearestNameHint(scene, namesOf(tables, &SceneTable::scene)));
+    return;
+  }
+  const FunctionRow* row = findFunction(*table, function);
+  if (!row) {
+    findings.problem(call.line, "unknown function " + quoteText(function) + " of " + scene,
+                     nearestNameHint(function, namesOf(table->functions, &FunctionRow::name)));
+    return;
+  }
+  const std::size_t given = call.parameters.size(), wanted = row->parameters.size();
+  if (given != wanted) {
+    std::string names;
+    for (const FunctionParameter& parameter : row->parameters)
+      (names += names.empty() ? "" : ", ") += parameter.name;
+    findings.problem(call.line,
+                     formatted("%s has %zu parameters, must have %zu", nameOf(call).c_str(), given, wanted),
+                     wanted == 0 ? "it takes none" : "they are " + names);
+  }
+  for (std::size_t i = 0; i < std::min(given, wanted); ++i) {
+    checkParameter(findings, call, call.parameters[i], row->parameters[i]);
+  }
+}
+
+bool setsOnly(const ProjectCall& call, std::span<const SceneTable> tables) {
+  const SceneTable* table = findSceneTable(tables, playedName(call.scene));
+  const FunctionRow* row = table ? findFunction(*table, playedName(call.function)) : nullptr;
+  return row && row->role == FunctionRole::sets;
+}
+
+void checkPart(Findings& findings, const ProjectPart& part, const Project& project,
+               std::span<const SceneTable> tables) {
+  const auto [begin, end] = part.active();
+  if (!std::isfinite(begin) || !std::isfinite(end)) return;
+  const float length = end - begin;
+  const auto start = static_cast<float>(project.startTime), total = static_cast<float>(project.totalTime);
+  if (end <= begin) {
+    findings.remark(part.line, formatted("length %g: it is never active", part.length));
+  } else if (begin > total && total > start) {  // the frame that reaches the total time is still drawn
+    findings.remark(part.line,
+                    formatted("begins at %g, after the show has ended at %g", shown(begin), shown(total)));
+  }
+  // Parts that end before the start are run once, whatever their length.
+  if (end <= start || end <= begin || length >= shortestSetter) return;
+  for (const ProjectCall& call : part.calls) {
+    if (!setsOnly(call, tables)) continue;
+    findings.problem(
+        call.line,
+        formatted("%s sets what stays, but the part is only %g s long", nameOf(call).c_str(), part.length),
+        formatted("a slow frame skips it, give it at least %g s", shown(shortestSetter)));
+  }
+}
+
+void checkOrder(Findings& findings, const Project& project) {
+  std::size_t latest = 0;
+  for (std::size_t i = 1; i < project.parts.size(); ++i) {
+    const float before = project.parts[latest].active().begin, begin = project.parts[i].active().begin;
+    if (begin >= before) {
+      latest = i;
+      continue;
+    }
+    if (!(begin < before)) continue;
+    findings.part = static_cast<int>(i);
+    findings.problem(
+        project.parts[i].line,
+        formatted("begins at %g, but stands behind part %s (%zu), which begins at %g and hides it until then",
+                  shown(begin), quoteText(project.parts[latest].name).c_str(), latest + 1, shown(before)),
+        "parts must stand in the order in which they begin");
+  }
+}
+
+// One finding for each time that it becomes too much.
+void checkCrowding(Findings& findings, const Project& project) {
+  std::vector<std::size_t> order;
+  for (std::size_t i = 0; i < project.parts.size(); ++i) {
+    const auto [begin, end] = project.parts[i].active();
+    if (begin < end) order.push_back(i);
+  }
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return project.parts[a].active().begin < project.parts[b].active().begin;
+  });
+  std::vector<std::size_t> active;
+  bool crowded = false;
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    const float now = project.parts[order[i]].active().begin;
+    std::erase_if(active, [&](std::size_t other) { return project.parts[other].active().end <= now; });
+    active.push_back(order[i]);
+    if (active.size() <= maxActiveParts) crowded = false;
+    const bool together = i + 1 < order.size() && project.parts[order[i + 1]].active().begin == now;
+    if (active.size() <= maxActiveParts || crowded || together) continue;
+    crowded = true;
+    std::string names;
+    for (const std::size_t other : active) {
+      names += formatted("%s%s (%zu)", names.empty() ? "" : ", ",
+                         quoteText(project.parts[other].name).c_str(), other + 1);
+    }
+    findings.part = static_cast<int>(order[i]);
+    findings.problem(project.parts[order[i]].line,
+                     formatted("%zu parts are active at %g, at most %d are possible: ", active.size(),
+                               shown(now), maxActiveParts) +
+                         names);
+  }
+}
+
+}  // namespace
+
+std::vector<Finding> checkRules(const Project& project) {
+  Findings findings;
+  const auto look = [&](int line, const char* field, double value) {
+    if (const auto fault = findNumberFault(static_cast<float>(value)))
+      findings.problem(line, std::string(field) + " " + *fault);
+  };
+  look(0, "start time", project.startTime);
+  look(0, "total time", project.totalTime);
+  for (const ProjectPart& part : project.parts) {
+    findings.part = static_cast<int>(&part - project.parts.data());
+    look(part.line, "pos", part.pos);
+    look(part.line, "start", part.start);
+    look(part.line, "length", part.length);
+    look(part.line, "speed", part.speed);
+    for (const ProjectCall& call : part.calls) {
+      for (const ProjectParameter& parameter : call.parameters) checkCurveRule(findings, call, parameter);
+    }
+  }
+  return std::move(findings.all);
+}
+
+std::vector<Finding> checkTimeLine(const Project& project, std::span<const SceneTable> tables) {
+  Findings findings;
+  const auto start = static_cast<float>(project.startTime), total = static_cast<float>(project.totalTime);
+  if (start >= total) {
+    findings.problem(0, formatted("start %g is not before total %g", shown(start), shown(total)),
+                     "the show would end at once");
+  }
+  for (const ProjectPart& part : project.parts) {
+    findings.part = static_cast<int>(&part - project.parts.data());
+    for (const ProjectCall& call : part.calls) checkCall(findings, call, tables);
+    checkPart(findings, part, project, tables);
+  }
+  checkOrder(findings, project);
+  checkCrowding(findings, project);
+  return std::move(findings.all);
+}
+
+}  // namespace vex

@@ -1,0 +1,100 @@
+#include "scenes/scene_tables.h"
+
+#include <array>
+#include <cstdio>
+
+#include "scenes/scene_helper.h"
+
+namespace vex {
+
+namespace {
+
+std::string numberText(float value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", static_cast<double>(value));
+  return text;
+}
+
+std::string valueText(const FunctionParameter& parameter) {
+  const std::string range = numberText(parameter.min) + " to " + numberText(parameter.max);
+  switch (parameter.kind) {
+    case ArgumentKind::number:
+      return range;
+    case ArgumentKind::wholeNumber:
+      return "whole number, " + range;
+    case ArgumentKind::frameNumber:
+      return "number of a frame, " + range;
+    case ArgumentKind::textureName:
+      return "text: a texture, without extension";
+    case ArgumentKind::movieName:
+      return "text: a movie's frames, without number and extension";
+    case ArgumentKind::fileName:
+      return "text: a file";
+    case ArgumentKind::objectName:
+      return "text: an object of the scene";
+  }
+  return "";
+}
+
+std::string functionText(const FunctionRow& row) {
+  std::string text = std::string("### ") + row.name + "\n\n" + row.summary + "\n";
+  if (row.role == FunctionRole::sets) text += "Draws nothing: what it sets stays.\n";
+  if (row.ground.paints) text += std::string("Paints the ground when ") + row.ground.when + ".\n";
+  if (row.parameters.empty()) return text + "\nNo parameters.\n\n";
+  text += "\n| Parameter | Value |\n|---|---|\n";
+  for (const FunctionParameter& parameter : row.parameters) {
+    text += std::string("| ") + parameter.name + " | " + valueText(parameter) + " |\n";
+  }
+  return text + "\n";
+}
+
+}  // namespace
+
+std::span<const SceneTable> sceneTables() {
+  static const std::array tables{
+      SceneTable{"SceneHelper",
+                 "Drawing in two dimensions, over and between the other scenes. The screen reaches from -1 "
+                 "to 1 both\n"
+                 "ways; x counts to the right, y downwards, and a rectangle hangs from its upper left "
+                 "corner: -1, -1,\n"
+                 "2, 2 is the whole screen. Blend mode 0 is ordinary transparency, 1 adds, 2 darkens and "
+                 "ignores alpha.",
+                 sceneHelperFunctions()},
+  };
+  return tables;
+}
+
+const SceneTable* findSceneTable(std::span<const SceneTable> tables, std::string_view scene) {
+  for (const SceneTable& table : tables) {
+    if (table.scene == scene) return &table;
+  }
+  return nullptr;
+}
+
+const FunctionRow* findFunction(const SceneTable& table, std::string_view function) {
+  for (const FunctionRow& row : table.functions) {
+    if (row.name == function) return &row;
+  }
+  return nullptr;
+}
+
+std::string functionsAsMarkdown(std::span<const SceneTable> tables) {
+  std::string text =
+      "# Scene functions\n\n"
+      "<!-- Written by `vexproject functions`: change the tables of the scenes, not this file. -->\n\n"
+      "What a part of the time line can call. A call gives all parameters, in this order; their names in a "
+      "project\n"
+      "serve the log and the reader. The ranges are those that are useful; nothing enforces them. Colour is "
+      "never\n"
+      "cleared: in every frame some call has to *paint the ground*, cover the whole screen with nothing "
+      "showing\n"
+      "through (with textures that have no transparent pixels).\n\n";
+  for (const SceneTable& table : tables) {
+    text += std::string("## ") + table.scene + "\n\n" + table.summary + "\n\n";
+    for (const FunctionRow& row : table.functions) text += functionText(row);
+  }
+  text.pop_back();
+  return text;
+}
+
+}  // namespace vex
