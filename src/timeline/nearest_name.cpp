@@ -53,7 +53,7 @@ std::string nearestNameHint(std::string_view wrong, std::span<const std::string_
   if (const std::string_view name = nearestName(wrong, known); !name.empty()) {
     return "did you mean " + std::string(name) + "?";
   }
-  std::string hint = "known are ";
+  std::string hint = known.size() == 1 ? "known is " : "known are ";
   for (std::size_t i = 0; i < known.size(); ++i) {
     if (i > 0) hint += i + 1 == known.size() ? " and " : ", ";
     hint += known[i];

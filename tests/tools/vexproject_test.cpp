@@ -1,0 +1,345 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "production/time_line.h"
+#include "tests/support/image_files.h"
+#include "tests/support/pak_builder.h"
+#include "tests/support/project_builder.h"
+#include "tests/support/sound_files.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path docs = fs::path(VEX_TEST_DATA).parent_path().parent_path() / "docs";
+
+Program vexproject(const std::string& arguments) {
+  return runProgram(VEX_BIN "/vexproject " + arguments);
+}
+
+// Line 1 and 2 of most texts here: a black ground for the whole show.
+const std::string grounded =
+    "total 10\n"
+    "part ground { at 0 length 10 SceneHelper.fadeScreen(red=0, green=0, blue=0, alpha=1) }\n";
+
+std::string part(const std::string& keys, const std::string& calls) {
+  return "part \"p\" { " + keys + " " + calls + " }\n";
+}
+std::string fade(const std::string& alpha) {
+  return "SceneHelper.fadeScreen(red=0, green=0, blue=0, alpha=" + alpha + ")";
+}
+std::string bitmap(const std::string& texture, const std::string& rest = "alpha=1, blend=0") {
+  return "SceneHelper.drawBitmap(texture=\"" + texture + "\", x=-1, y=-1, w=2, h=2, frames=0, glitch=0, " +
+         rest + ")";
+}
+std::string movie(const std::string& frames) {
+  return "SceneHelper.drawMovie(base=\"data\\m\", x=-1, y=-1, w=2, h=2, " + frames + ", fps=25, alpha=1)";
+}
+
+bool allRemarks(const std::string& lines) {
+  std::istringstream in(lines);
+  for (std::string line; std::getline(in, line);) {
+    if (line.find("remark: ") == std::string::npos) return false;
+  }
+  return true;
+}
+
+struct Check {
+  std::string project;
+  std::string lines;  // without program name and file
+};
+
+void expectChecks(const std::vector<Check>& rows, const std::string& options = "") {
+  for (const auto& [project, lines] : rows) {
+    writeFile("show", project);
+    const Program program = vexproject("check show" + options);
+    std::string errors = program.errors;
+    for (std::size_t at; (at = errors.find("vexproject: show:")) != std::string::npos;) errors.erase(at, 17);
+    EXPECT_EQ(errors, lines) << project;
+    EXPECT_EQ(program.exitCode, allRemarks(lines) ? 0 : 255) << project;
+    EXPECT_EQ(program.output, allRemarks(lines) ? "no problems\n" : "") << project;
+  }
+}
+
+void expectRoundTrip(const std::string& bytes) {
+  writeFile("a.hvp", bytes);
+  const Program dumped =
+      runProgram(VEX_BIN "/vexproject dump a.hvp > a.txt && " VEX_BIN "/vexproject compile a.txt b.hvp");
+  EXPECT_EQ(dumped.exitCode, 0) << dumped.errors;
+  EXPECT_TRUE(readFile("b.hvp") == bytes);
+}
+
+}  // namespace
+
+TEST(Vexproject, DumpsAndCompilesTheShow) {
+  const TemporaryFolder folder;
+  const Bytes bytes = writeProject(presentationScript());
+  expectRoundTrip({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+  for (const char* form : {"a.hvp", "a.txt"}) {
+    const Program checked = vexproject(std::string("check ") + form);
+    EXPECT_EQ(checked.exitCode, 0);
+    EXPECT_EQ(checked.errors, "");
+  }
+}
+
+TEST(Vexproject, DumpRefusesWhatThePlayerRefuses) {
+  const TemporaryFolder folder;
+  ProjectData project{.parts = {{.calls = {{.parameters = {{.name = "red", .type = 2}}}}}}};
+  writeFile("spline.hvp", buildProject(project).bytes);
+  project.parts[0].calls[0].parameters[0] = {.name = "red", .constant = 1e300};
+  writeFile("beyond.hvp", buildProject(project).bytes);
+  writeFile("crowd.hvp", buildProject({.parts = std::vector<PartData>(17)}).bytes);
+  const std::string whole = buildProject({.parts = {{.pos = 1}}}).bytes;
+  writeFile("cut.hvp", whole.substr(0, whole.size() - 5));
+  writeFile("text.hvp", "total 1\n");
+  writeFile("empty.hvp", "");
+  const std::pair<const char*, const char*> rows[]{
+      {"spline.hvp", "calcSpline called with array size 0!"},
+      {"beyond.hvp", "project beyond.hvp: part part: const of animate.red is inf, not a usable number"},
+      {"crowd.hvp",
+       "project crowd.hvp: part part is active with 16 others at 0.000000, at most 16 parts are possible"},
+      {"cut.hvp", "double != 8 bytes (0 read)"},
+      {"text.hvp", "Wrong file version. Must be 0.17"},
+      {"empty.hvp", "char != 1 byte (0 read)"},
+      {"none.hvp", "Project file none.hvp not found!"},
+      {".", "Project file . not found!"},
+  };
+  for (const auto& [file, message] : rows) {
+    const Program program = vexproject(std::string("dump ") + file);
+    EXPECT_EQ(program.exitCode, 255) << file;
+    EXPECT_EQ(program.errors, std::string("vexproject: ") + message + "\n");
+    EXPECT_EQ(program.output, "");
+  }
+}
+
+TEST(Vexproject, CompileNamesFileAndLine) {
+  const TemporaryFolder folder;
+  writeFile("bad.txt", grounded + part("at 1 lenght 2", ""));
+  Program program = vexproject("compile bad.txt out.hvp");
+  EXPECT_EQ(program.exitCode, 255);
+  EXPECT_EQ(program.errors, "vexproject: bad.txt:3: unknown key lenght of a part; did you mean length?\n");
+  EXPECT_FALSE(fs::exists("out.hvp"));
+  EXPECT_EQ(vexproject("compile none.txt out.hvp").errors,
+            "vexproject: can't read none.txt: No such file or directory\n");
+  EXPECT_EQ(vexproject("compile . out.hvp").errors, "vexproject: can't read .: Is a directory\n");
+  EXPECT_EQ(vexproject("compile /dev/zero out.hvp").errors, "vexproject: /dev/zero is longer than 256 MiB\n");
+}
+
+TEST(Vexproject, AFailedWriteKeepsTheOldFile) {
+  const TemporaryFolder folder;
+  std::string text = grounded;
+  for (int i = 0; i < 200; ++i) text += part("at 1 length 0", fade("0"));
+  writeFile("show.txt", text);
+  writeFile("show.hvp", "old");
+  Program program = runProgram("trap '' XFSZ; ulimit -f 8; " VEX_BIN "/vexproject compile show.txt show.hvp");
+  EXPECT_EQ(program.exitCode, 255);
+  EXPECT_EQ(program.errors, "vexproject: can't write show.hvp: File too large\n");
+  EXPECT_EQ(readFile("show.hvp"), "old");
+  program = vexproject("compile show.txt /dev/full");
+  EXPECT_EQ(program.exitCode, 255);
+  EXPECT_EQ(program.errors, "vexproject: can't write /dev/full: it is no regular file\n");
+  program = vexproject("compile show.txt none/show.hvp");
+  EXPECT_EQ(program.errors, "vexproject: can't write none/show.hvp: No such file or directory\n");
+  EXPECT_EQ(vexproject("compile show.txt show.hvp").exitCode, 0);
+  program = vexproject("dump show.hvp > /dev/full");
+  EXPECT_EQ(program.exitCode, 255);
+  EXPECT_EQ(program.errors, "vexproject: can't write standard output: No space left on device\n");
+  EXPECT_EQ(std::distance(fs::directory_iterator("."), fs::directory_iterator()), 2)
+      << "a temporary file stays";
+}
+
+TEST(Vexproject, CheckFindsWhatIsWrongWithCalls) {
+  const TemporaryFolder folder;
+  const std::string at = "at 1 length 1";
+  const std::string given = "SceneHelper.fadeScreen";
+  expectChecks({
+      {grounded, ""},
+      {grounded + part(at, "Helper.fadeScreen()"),
+       "3: unknown scene \"Helper\"; hint: known is SceneHelper\n"},
+      {grounded + part(at, "Scenehelper.x()"),
+       "3: unknown scene \"Scenehelper\"; hint: did you mean SceneHelper?\n"},
+      {grounded + part(at, "\nSceneHelper.fadeScren()"),
+       "4: unknown function \"fadeScren\" of SceneHelper; hint: did you mean fadeScreen?\n"},
+      {grounded + part(at, given + "(red=1)"),
+       "3: SceneHelper.fadeScreen has 1 parameters, must have 4; hint: they are red, green, blue, alpha\n"},
+      {grounded + part(at, given + "(red=0,\ngreen=\"x\", blue=0, alpha=0)"),
+       "4: green of SceneHelper.fadeScreen is the text \"x\", must be a number\n"},
+      {grounded + part(at, "SceneHelper.drawNoise(a=1,b=0,c=0,d=0,e=0,f=1,g=0,h=0,i=1)"),
+       "3: a of SceneHelper.drawNoise, the texture, is a number, must be a text\n"},
+      {grounded + part(at, fade("0.5 in 1 to 0.25")),
+       "3: alpha of SceneHelper.fadeScreen: min 1 lies above max 0.25\n"},
+      {grounded + part(at, fade("2 in 0 to 1")),
+       "3: remark: alpha of SceneHelper.fadeScreen: 2 is held within 0 and 1\n"},
+      {grounded + part(at, fade("1.5")),
+       "3: remark: alpha of SceneHelper.fadeScreen reaches 1.5, useful are 0 to 1\n"},
+      {grounded + part(at, fade("linear(0 0.5, 1 -0.25)")),
+       "3: remark: alpha of SceneHelper.fadeScreen reaches -0.25, useful are 0 to 1\n"},
+      {grounded + part(at, fade("linear(0 0.5, 1 -0.25) in 0 to 1")), ""},
+      {grounded + part(at, fade("sine(cycles 1, amplitude 0.75, offset 0.25)")),
+       "3: remark: alpha of SceneHelper.fadeScreen reaches -0.5, useful are 0 to 1\n"},
+      {grounded + part(at, fade("linear(0 0, 0.5 0, 0.5 1)")),
+       "3: remark: alpha of SceneHelper.fadeScreen: two dots at x 0.5, a jump\n"},
+      {grounded + part(at, fade("linear(0.5 0, 0 1)")),
+       "3: \"alpha\": dot x 0 follows 0.5, the dots must ascend\n"},
+      {grounded + part(at, fade("linear()")), "3: \"alpha\": curve has no dots\n"},
+  });
+}
+
+TEST(Vexproject, CheckFindsWhatIsWrongWithTheTimeLine) {
+  const TemporaryFolder folder;
+  const std::string viewport = "SceneHelper.setViewport(x=-1, y=-1, w=2, h=2)";
+  const std::string short5 =
+      "3: SceneHelper.setViewport sets what stays, but the part is only 0.25 s long; hint: a slow frame "
+      "skips it, give it at least 0.3 s\n";
+  std::string crowd = grounded, names = "\"ground\" (1)";
+  for (int i = 0; i < 16; ++i) {
+    crowd += "part q { at 4 length " + std::to_string(i + 1) + " }\n";
+    names += ", \"q\" (" + std::to_string(i + 2) + ")";
+  }
+  expectChecks({
+      {"start 10\n" + grounded, " start 10 is not before total 10; hint: the show would end at once\n"},
+      {grounded + part("at 5 length 0.25", viewport), short5},
+      {grounded + part("at 5 length 0.3", viewport), ""},
+      {"start 6 " + grounded + part("at 5 length 0.25", viewport), ""},
+      {grounded + part("at 5 length 0", ""), "3: remark: length 0: it is never active\n"},
+      {grounded + part("at 11 length 1", ""), "3: remark: begins at 11, after the show has ended at 10\n"},
+      {grounded + part("at 5 length 1", "") + part("at 4.5 length 1", ""),
+       "4: begins at 4.5, but stands behind part \"p\" (2), which begins at 5 and hides it until then; hint: "
+       "parts must stand in the order in which they begin\n"},
+      {crowd, "18: 17 parts are active at 4, at most 16 are possible: " + names + "\n"},
+      // what the ground is not
+      {"total 10\n" + part("at 0 length 4", fade("1")) + part("at 6 length 4", fade("1")),
+       " no call paints the ground from 4 to 6, where no part is active; hint: lay a fadeScreen of alpha 1 "
+       "on the lowest track\n"},
+      {"total 10\n" + part("at 0 length 10", fade("linear(0 1, 0.5 1, 1 0)")),
+       "2: no call paints the ground from 5.03333 to 10, where these parts are active: \"p\"; hint: lay a "
+       "fadeScreen of alpha 1 on the lowest track\n"},
+      {"start 3 total 10\n" + part("at 3 length 7", bitmap("data\\a")), ""},
+      {"total 10\n" + part("at 0 length 10", bitmap("data\\a", "alpha=1, blend=1")),
+       "2: no call paints the ground from 0 to 10, where these parts are active: \"p\"; hint: lay a "
+       "fadeScreen of alpha 1 on the lowest track\n"},
+      {"total 10\n" + part("at 0 length 10", bitmap("data\\a", "alpha=0.9, blend=0")),
+       "2: no call paints the ground from 0 to 10, where these parts are active: \"p\"; hint: lay a "
+       "fadeScreen of alpha 1 on the lowest track\n"},
+  });
+}
+
+// All at once: a mistake in the text does not hide the others.
+TEST(Vexproject, CheckGoesOnBehindMistakes) {
+  const TemporaryFolder folder;
+  expectChecks(
+      {{"totl 10\n" + part("at 0 lenght 1", "") + part("at 1 length 1", "SceneHelper.fade()") + "zoom x\n",
+        "1: unknown statement totl; did you mean total?\n"
+        "2: unknown key lenght of a part; did you mean length?\n"
+        "3: unknown function \"fade\" of SceneHelper; hint: known are drawBitmap, drawBitmapRepeat, "
+        "drawBitmapWave, fadeScreen, drawMovie, setViewport, drawNoise and drawVexLogo\n"
+        "4: a number for zoom is expected, not x\n"
+        "5: total is missing, the time at which the show ends\n"}});
+}
+
+TEST(Vexproject, CheckNamesThePartsOfProjectFiles) {
+  const TemporaryFolder folder;
+  ProjectData project{
+      .totalTime = 1,
+      .parts = {{.name = "a"},
+                {.name = "b\"",
+                 .length = 1e300,
+                 .calls = {{.parameters = {{.name = "red", .type = 2, .dots = {{0, 1}, {0, 1}, {1, 1}}}}}}}}};
+  const std::string bytes = buildProject(project).bytes;
+  expectChecks({
+      {bytes,
+       " part \"b%22\" (2): length is inf, not a usable number\n"
+       " part \"b%22\" (2): red of SceneTest.animate: dot x 0 follows 0, the dots must ascend\n"
+       " part \"b%22\" (2): unknown scene \"SceneTest\"; hint: known is SceneHelper\n"},
+      {bytes.substr(0, 30), " char != 1 byte (0 read)\n"},
+      {"\r0.18\n", " Wrong file version. Must be 0.17\n"},
+  });
+}
+
+TEST(Vexproject, CheckLooksForTheData) {
+  const TemporaryFolder folder;
+  const auto bmp = [](int width, int height) { return BmpFile{.width = width, .height = height}.bytes(); };
+  writeFile("run/data/Loose.BMP", bmp(4, 4));
+  writeFile("run/data/masked.bmp", bmp(4, 4));
+  writeFile("run/data/masked_mask.bmp", bmp(4, 4));
+  writeFile("run/data/unlike.bmp", bmp(4, 4));
+  writeFile("run/data/unlike_mask.bmp", bmp(8, 4));
+  writeFile("run/data/photo.jpg", jpegBytes(8, 16, plain({1, 2, 3})));
+  writeFile("run/data/photo_mask.jpg", jpegBytes(16, 8, plain({1, 2, 3})));
+  writeFile("run/data/odd.bmp", bmp(6, 4));
+  writeFile("run/data/broken.jpg", "no picture");
+  for (const int frame : {1, 2, 4, 5, 6, 9}) writeFile("run/data/m" + std::to_string(frame) + ".jpg", "");
+  writeSoundFile("long.wav", {.rate = 1000, .frames = 10500});
+  writeFile("run/vex.pak",
+            pakBytes({{"data\\PACKED.bmp", bmp(4, 4)}, {"data\\long.wav", readFile("long.wav")}}));
+  writeSoundFile("run/data/short.wav", {.rate = 1000, .frames = 10400});
+  writeFile("run/data/noise.ogg", "no music");
+  const std::string at = "at 1 length 1";
+  expectChecks(
+      {
+          {grounded + part(at, bitmap("data\\loose") + bitmap("DATA\\packed") + bitmap("data/masked")), ""},
+          {grounded + part(at, bitmap("data\\none") + "\n" + bitmap("data\\none")),
+           "3: texture \"data\\none\" is missing, neither .jpg nor .bmp is there\n"},
+          {grounded + part(at, bitmap("data\\odd")),
+           "3: texture \"data\\odd.bmp\" is 6x4, both sides must be powers of two\n"},
+          {grounded + part(at, bitmap("data\\broken")), "3: texture \"data\\broken.jpg\" cannot be read\n"},
+          {grounded + part(at, bitmap("data\\unlike")),
+           "3: mask \"data\\unlike_mask.bmp\" is 8x4, its texture 4x4\n"},
+          {grounded + part(at, bitmap("data\\photo")),
+           "3: mask \"data\\photo_mask.jpg\" is 16x8, its texture 8x16\n"},
+          {grounded + part(at, movie("first=1, last=2")), ""},
+          {grounded + part(at, movie("first=1, last=11")),
+           "3: movie \"data\\m\" lacks of its frames 1 to 11: 3, 7 to 8 and 10 to 11\n"},
+          {grounded + part(at, movie("first=5, last=4")), "3: movie \"data\\m\" has frames 5 to 4\n"},
+          {"music \"data\\none.ogg\" " + grounded, " music \"data\\none.ogg\" is missing\n"},
+          {"music \"data\\noise.ogg\" " + grounded,
+           " music \"data\\noise.ogg\" cannot be played; hint: it takes WAV, OGG, FLAC or MP3 with one or "
+           "two channels\n"},
+          {"music \"data\\long.wav\" " + grounded, ""},
+          {"music \"DATA\\short.WAV\" " + grounded,
+           " total 10, but music \"DATA\\short.WAV\" is 10.4 s long and must last 0.5 s longer than the "
+           "show; hint: at "
+           "most 9.9\n"},
+          {"total 10\n" + part("at 0 length 10", bitmap("data\\loose")), ""},
+          {"total 10\n" + part("at 0 length 10", bitmap("data\\masked")),
+           "2: no call paints the ground from 0 to 10, where these parts are active: \"p\"; hint: lay a "
+           "fadeScreen of alpha 1 on the lowest track\n"},
+      },
+      " --dir run");
+  EXPECT_EQ(vexproject("check show --dir none").errors,
+            "vexproject: can't go to folder none: No such file or directory\n");
+}
+
+TEST(Vexproject, TheDocumentsHold) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(vexproject("functions").output, readFile(docs / "functions.md"))
+      << "write it anew: vexproject functions > docs/functions.md";
+  const std::string manual = readFile(docs / "project-text.md"), fence = "```vex\n";
+  const std::size_t begin = manual.find(fence) + fence.size();
+  writeFile("example.txt", manual.substr(begin, manual.find("```", begin) - begin));
+  EXPECT_EQ(vexproject("compile example.txt example.hvp").errors, "");
+  const Program checked = vexproject("check example.txt");
+  EXPECT_EQ(checked.errors, "");
+  EXPECT_EQ(checked.output, "no problems\n");
+  expectRoundTrip(readFile("example.hvp"));
+}
+
+TEST(Vexproject, WrongUsageShowsTheUsage) {
+  const Program help = vexproject("--help");
+  EXPECT_EQ(help.exitCode, 0);
+  for (const char* arguments : {"", "compile x", "dump", "dump x y", "check", "check x --dir",
+                                "check x --to y", "functions x", "unknown"}) {
+    const Program program = vexproject(arguments);
+    EXPECT_EQ(program.exitCode, 2) << arguments;
+    EXPECT_EQ(program.errors, help.output);
+  }
+}
+
+}  // namespace vex
