@@ -11,6 +11,7 @@
 #include "scenes/known_call.h"
 #include "scenes/project_check.h"
 #include "shell/files.h"
+#include "shell/little_endian.h"
 #include "shell/music.h"
 #include "timeline/project_lexer.h"
 
@@ -30,10 +31,10 @@ bool fileExists(const std::string& name) {
   return true;
 }
 
-std::vector<std::byte> readHead(const std::string& name) {
+std::vector<std::uint8_t> readHead(const std::string& name) {
   const int handle = fileOpen(name.c_str(), "rb");
   if (handle < 0) return {};
-  std::vector<std::byte> bytes(
+  std::vector<std::uint8_t> bytes(
       static_cast<std::size_t>(std::min<std::uint64_t>(fileRemaining(handle), headSize)));
   if (!bytes.empty()) bytes.resize(fileRead(bytes.data(), 1, bytes.size(), handle));
   fileClose(handle);
@@ -45,25 +46,24 @@ struct PictureSize {
   bool operator==(const PictureSize&) const = default;
 };
 
-std::optional<PictureSize> jpegSize(const std::vector<std::byte>& head) {
+std::optional<PictureSize> jpegSize(const std::vector<std::uint8_t>& head) {
   const JpegDecoder decoder = openJpegDecoder();
   JpegParameters parameters;
-  if (!decoder || !readJpegParameters(decoder, head, parameters)) return std::nullopt;
+  if (!decoder || !readJpegParameters(decoder, std::as_bytes(std::span(head)), parameters))
+    return std::nullopt;
   return PictureSize{parameters.width, parameters.height};
 }
 
-std::optional<PictureSize> bmpSize(const std::vector<std::byte>& head) {
+std::optional<PictureSize> bmpSize(const std::vector<std::uint8_t>& head) {
   if (head.size() < 54) return std::nullopt;
   const auto side = [&](std::size_t offset) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 4; i-- > 0;) value = value << 8 | std::to_integer<std::uint32_t>(head[offset + i]);
-    return static_cast<std::int32_t>(value);
+    return static_cast<std::int32_t>(littleEndian(std::span(head).subspan(offset, 4)));
   };
   return PictureSize{side(18), side(22)};
 }
 
 std::optional<PictureSize> sizeOf(const std::string& file) {
-  const std::vector<std::byte> head = readHead(file);
+  const std::vector<std::uint8_t> head = readHead(file);
   return file.ends_with(".jpg") ? jpegSize(head) : bmpSize(head);
 }
 

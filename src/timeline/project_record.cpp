@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "shell/little_endian.h"
 #include "shell/report.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/scene_function.h"
@@ -39,8 +40,7 @@ struct Decoder {
 
   std::uint64_t bits(std::size_t size, const char* complaint) {
     if (rest.size() < size) fail("%s", complaint);
-    std::uint64_t value = 0;
-    for (std::size_t i = size; i-- > 0;) value = value << 8 | static_cast<unsigned char>(rest[i]);
+    const std::uint64_t value = littleEndian({reinterpret_cast<const std::uint8_t*>(rest.data()), size});
     rest.remove_prefix(size);
     return value;
   }

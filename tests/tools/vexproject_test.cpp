@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path docs = fs::path(VEX_TEST_DATA).parent_path().parent_path() / "docs";
+const fs::path docs = fs::path(VEX_SOURCE) / "docs";
 
 Program vexproject(const std::string& arguments) {
   return runProgram(VEX_BIN "/vexproject " + arguments);
