@@ -6,7 +6,9 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <iomanip>
 #include <map>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -54,8 +56,10 @@ Number parseNumber(const std::string& option, std::string_view text, Number leas
   Number value{};
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size() || !(value >= least && value <= most)) {
-    refuseUsage(option + " " + std::string(text) + ": a number from " + std::to_string(least) + " to " +
-                std::to_string(most) + " is expected");
+    std::ostringstream message;
+    message << std::setprecision(10) << option << ' ' << text << ": a number from " << least << " to " << most
+            << " is expected";
+    refuseUsage(message.str());
   }
   return value;
 }
@@ -163,7 +167,11 @@ void assignOutputs(CommandLine& line) {
   }
   for (std::string* path : {&recording.video, &recording.contactSheet, &recording.trace,
                             &recording.stillsFolder, &recording.framesFolder}) {
-    if (!path->empty()) *path = std::filesystem::absolute(*path).native();
+    if (path->empty()) continue;
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(*path, error);
+    if (error) vex::fatalError("can't tell where %s lies: %s", path->c_str(), error.message().c_str());
+    *path = absolute.native();
   }
 }
 

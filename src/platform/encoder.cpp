@@ -126,17 +126,22 @@ const VideoKind* videoKindOf(const std::string& path) {
   return nullptr;
 }
 
-std::vector<std::string> commandLine(const std::string& path, const VideoFormat& format, bool sound) {
-  std::vector<std::string> words{"ffmpeg", "-nostdin", "-hide_banner", "-loglevel", "error", "-y"};
+std::vector<std::string> commandLine(const std::string& path, const VideoFormat& format,
+                                     const SoundTrack& sound) {
+  // Without -xerror a disk that fills up while the file is closed is no failure to ffmpeg.
+  std::vector<std::string> words{"ffmpeg", "-nostdin", "-hide_banner", "-loglevel", "error", "-xerror", "-y"};
   const auto add = [&words](const std::vector<std::string>& more) {
     words.insert(words.end(), more.begin(), more.end());
   };
   const VideoKind& kind = *videoKindOf(path);
   add({"-f", "rawvideo", "-pixel_format", "bgra", "-framerate", std::to_string(format.framesPerSecond)});
   add({"-video_size", std::to_string(format.width) + "x" + std::to_string(format.height), "-i", "pipe:0"});
-  if (sound) add({"-i", "/dev/fd/" + std::to_string(soundDescriptor)});
+  if (sound.rate > 0) {
+    if (sound.delay > 0) add({"-itsoffset", std::to_string(sound.delay)});
+    add({"-i", "/dev/fd/" + std::to_string(soundDescriptor)});
+  }
   add(kind.picture);
-  if (sound) add(kind.sound);
+  if (sound.rate > 0) add(kind.sound);
   add({"-bitexact"});
   add(kind.container);
   add({path});
@@ -167,7 +172,11 @@ std::string VideoEncoder::start(const std::string& path, const VideoFormat& form
   const std::filesystem::path name(path);
   finalPath = path;
   temporaryPath = (name.parent_path() / name.stem()).native() + ".partial" + name.extension().native();
+  std::error_code ignored;
+  if (std::filesystem::is_directory(name, ignored))
+    return "can't write " + path + ": " + std::strerror(EISDIR);
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);  // ffmpeg inherits it, and reports the failed write
 
   int ends[2];
   const bool hasSound = sound.rate > 0;
@@ -193,7 +202,7 @@ std::string VideoEncoder::start(const std::string& path, const VideoFormat& form
   sigaddset(&defaults, SIGPIPE);
   posix_spawnattr_setsigdefault(&attributes, &defaults);
 
-  std::vector<std::string> words = commandLine(temporaryPath, format, hasSound);
+  std::vector<std::string> words = commandLine(temporaryPath, format, sound);
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
@@ -209,7 +218,7 @@ std::string VideoEncoder::start(const std::string& path, const VideoFormat& form
     close(messages);
     return std::string("ffmpeg (Debian package ffmpeg) can't be started: ") + std::strerror(error);
   }
-  rememberTemporaryFile(temporaryPath);
+  rememberTemporaryFile(temporaryPath, process);
   return {};
 }
 
@@ -226,7 +235,7 @@ std::string VideoEncoder::finish(Result result) {
   const std::string said = firstLine(messages);
   close(messages);
   forgetTemporaryFile(temporaryPath);
-  if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
+  if (result != Result::failed && WIFEXITED(status) && WEXITSTATUS(status) == 0) {
     if (result == Result::partial) return {};
     if (std::rename(temporaryPath.c_str(), finalPath.c_str()) == 0) return {};
     const int error = errno;

@@ -22,6 +22,7 @@ struct SoundTrack {
   int channels = 0;
   int bytesPerSample = 0;
   std::span<const std::byte> samples;
+  double delay = 0.0;  // s, of the first sample behind the first frame
 };
 
 // Whether the ending of the file name is one that can be written: ".mp4" (H.264 and AAC) or ".mkv"
@@ -38,13 +39,13 @@ class VideoEncoder {
   std::string start(const std::string& path, const VideoFormat& format, const SoundTrack& sound);
 
   // One frame: width x height pixels of blue, green, red, alpha, rows bottom to top. False when
-  // ffmpeg has ended; finish() then says why.
+  // ffmpeg has ended; finish(Result::failed) then says why.
   bool write(std::span<const std::byte> frame);
 
-  enum class Result { complete, partial };
+  enum class Result { complete, partial, failed };
 
   // Waits for ffmpeg. `complete` gives the file its name, `partial` leaves it as partialPath().
-  // Empty on success; otherwise what went wrong, and no file is left.
+  // Empty on success; otherwise (always after `failed`) what went wrong, and no file is left.
   std::string finish(Result result);
 
   const std::string& partialPath() const { return temporaryPath; }

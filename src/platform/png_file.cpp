@@ -4,18 +4,16 @@
 
 #include <cerrno>
 
-#include "platform/replace_file.h"
-
 namespace vex {
 
-bool writePng(const std::string& path, int width, int height, std::span<const std::byte> rgb) {
+bool writePng(ReplacementFile& file, int width, int height, std::span<const std::byte> rgb) {
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
   image.width = static_cast<png_uint_32>(width);
   image.height = static_cast<png_uint_32>(height);
   image.format = PNG_FORMAT_RGB;
-  ReplacementFile file(path);
   if (!file.stream()) return false;
+  errno = 0;
   if (!png_image_write_to_stdio(&image, file.stream(), 0, rgb.data(), 0, nullptr)) {
     if (errno == 0) errno = EIO;
     return false;

@@ -2,12 +2,13 @@
 
 #include <cstddef>
 #include <span>
-#include <string>
+
+#include "platform/replace_file.h"
 
 namespace vex {
 
-// Writes width x height pixels, three bytes each (red, green, blue), rows top to bottom, as a PNG
-// that replaces `path` in one step. False, with errno, on failure.
-bool writePng(const std::string& path, int width, int height, std::span<const std::byte> rgb);
+// Writes width x height pixels, three bytes each (red, green, blue), rows top to bottom, as a PNG, and
+// puts the file in place. False, with errno, on failure, also when the file could not be created.
+bool writePng(ReplacementFile& file, int width, int height, std::span<const std::byte> rgb);
 
 }  // namespace vex

@@ -1,16 +1,20 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdio>
 #include <string>
 
 // Writing a file that must not be lost or left half-written: everything goes to a temporary file
-// beside the target, which takes the target's place in one step.
+// beside the target, which takes the target's place in one step. A link stays, and the file behind it is
+// replaced; a device or a pipe is written as it stands.
 
 namespace vex {
 
 class ReplacementFile {
  public:
-  // Creates the temporary file; stream() is null when that fails (errno says why).
+  // Creates the temporary file; stream() is null when that fails (errno says why). From then on writes
+  // beyond the file size limit fail as on a full disk, instead of ending the process.
   explicit ReplacementFile(const std::string& target);
   ~ReplacementFile();  // removes
   ReplacementFile(const ReplacementFile&) = delete;
@@ -24,7 +28,7 @@ class ReplacementFile {
 
  private:
   std::string targetPath;
-  std::string temporaryPath;
+  std::string temporaryPath;  // empty for a device or a pipe
   std::FILE* file = nullptr;
 };
 
@@ -32,8 +36,9 @@ class ReplacementFile {
 // running destructors.
 void removeTemporaryFiles();
 
-// For temporary files that another program writes.
-void rememberTemporaryFile(const std::string& path);
+// For temporary files that another program writes: the leader of a process group, which is killed before
+// its file is removed. 0 for none.
+void rememberTemporaryFile(const std::string& path, pid_t writer);
 void forgetTemporaryFile(const std::string& path);
 
 }  // namespace vex

@@ -18,6 +18,10 @@ std::string tracePath;
 int tracedFrame = -1;
 float tracedTime = 0.0f;
 
+[[noreturn]] void failTrace() {
+  fatalError("can't write trace %s: %s", tracePath.c_str(), std::strerror(errno));
+}
+
 void traceCall(const Part& part, const FunctionCall& call, float sceneTime, const void* const* arguments) {
   std::FILE* file = traceFile->stream();
   const float time = tracedFrame < 0 ? part.pos + part.length / 2.0f : tracedTime;
@@ -33,10 +37,7 @@ void traceCall(const Part& part, const FunctionCall& call, float sceneTime, cons
     }
   }
   std::fputc('\n', file);
-}
-
-[[noreturn]] void failTrace() {
-  fatalError("can't write trace %s: %s", tracePath.c_str(), std::strerror(errno));
+  if (std::ferror(file)) failTrace();
 }
 
 }  // namespace

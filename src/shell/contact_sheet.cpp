@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <string_view>
 
 #include "platform/png_file.h"
 
@@ -12,41 +13,45 @@ namespace vex {
 namespace {
 
 constexpr int columns = 6;
-constexpr int thumbnailWidth = 320;
+constexpr int cellWidth = 320;
+constexpr int maxThumbnailHeight = 320;
 constexpr int gap = 8;
 constexpr int labelScale = 2;
 constexpr int labelHeight = 5 * labelScale + 6;
 constexpr std::byte ground{7};
 constexpr std::byte ink{200};
 
-// Digits 0 to 9 and the point, 3 x 5 cells, a row in three bits from the top.
-constexpr std::array<std::array<std::uint8_t, 5>, 11> glyphs{{{7, 5, 5, 5, 7},
-                                                              {2, 6, 2, 2, 7},
-                                                              {7, 1, 7, 4, 7},
-                                                              {7, 1, 7, 1, 7},
-                                                              {5, 5, 7, 1, 1},
-                                                              {7, 4, 7, 1, 7},
-                                                              {7, 4, 7, 5, 7},
-                                                              {7, 1, 1, 1, 1},
-                                                              {7, 5, 7, 5, 7},
-                                                              {7, 5, 7, 1, 7},
-                                                              {0, 0, 0, 0, 2}}};
+// 3 x 5 cells, a row in three bits from the top.
+constexpr std::string_view characters = "0123456789.-";
+constexpr std::array<std::array<std::uint8_t, 5>, characters.size()> glyphs{{{7, 5, 5, 5, 7},
+                                                                             {2, 6, 2, 2, 7},
+                                                                             {7, 1, 7, 4, 7},
+                                                                             {7, 1, 7, 1, 7},
+                                                                             {5, 5, 7, 1, 1},
+                                                                             {7, 4, 7, 1, 7},
+                                                                             {7, 4, 7, 5, 7},
+                                                                             {7, 1, 1, 1, 1},
+                                                                             {7, 5, 7, 5, 7},
+                                                                             {7, 5, 7, 1, 7},
+                                                                             {0, 0, 0, 0, 2},
+                                                                             {0, 0, 7, 0, 0}}};
 
 }  // namespace
 
 ContactSheet::ContactSheet(int frames, int frameWidth, int frameHeight)
     : sourceWidth(frameWidth),
       sourceHeight(frameHeight),
-      thumbnailHeight(std::max(1, thumbnailWidth * frameHeight / frameWidth)) {
+      thumbnailWidth(std::clamp(maxThumbnailHeight * frameWidth / frameHeight, 1, cellWidth)),
+      thumbnailHeight(std::clamp(cellWidth * frameHeight / frameWidth, 1, maxThumbnailHeight)) {
   const int across = std::clamp(frames, 1, columns);
   const int down = (std::max(frames, 1) + columns - 1) / columns;
-  width = gap + across * (thumbnailWidth + gap);
+  width = gap + across * (cellWidth + gap);
   height = gap + down * (thumbnailHeight + labelHeight + gap);
   pixels.assign(std::size_t{3} * static_cast<std::size_t>(width) * static_cast<std::size_t>(height), ground);
 }
 
 void ContactSheet::add(double time, std::span<const std::byte> bgra) {
-  const int left = gap + added % columns * (thumbnailWidth + gap);
+  const int left = gap + added % columns * (cellWidth + gap);
   const int top = gap + added / columns * (thumbnailHeight + labelHeight + gap);
   ++added;
   for (int y = 0; y < thumbnailHeight; ++y) {
@@ -74,7 +79,9 @@ void ContactSheet::add(double time, std::span<const std::byte> bgra) {
 
 void ContactSheet::drawLabel(int x, int y, const std::string& text) {
   for (const char c : text) {
-    const auto& glyph = glyphs[c == '.' ? 10 : static_cast<std::size_t>(c - '0')];
+    const std::size_t number = characters.find(c);
+    if (number == std::string_view::npos) continue;
+    const auto& glyph = glyphs[number];
     for (int row = 0; row < 5 * labelScale; ++row) {
       for (int column = 0; column < 3 * labelScale; ++column) {
         const int bits = glyph[static_cast<std::size_t>(row / labelScale)];
@@ -87,8 +94,8 @@ void ContactSheet::drawLabel(int x, int y, const std::string& text) {
   }
 }
 
-bool ContactSheet::write(const std::string& path) const {
-  return writePng(path, width, height, pixels);
+bool ContactSheet::write(ReplacementFile& file) const {
+  return writePng(file, width, height, pixels);
 }
 
 }  // namespace vex

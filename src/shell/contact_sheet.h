@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/replace_file.h"
+
 namespace vex {
 
 // One picture with many small frames in rows, each with its time in seconds below it.
@@ -17,13 +19,14 @@ class ContactSheet {
   void add(double time, std::span<const std::byte> bgra);
 
   // False, with errno, on failure.
-  bool write(const std::string& path) const;
+  bool write(ReplacementFile& file) const;
 
  private:
   void drawLabel(int x, int y, const std::string& text);
 
   int sourceWidth;
   int sourceHeight;
+  int thumbnailWidth;
   int thumbnailHeight;
   int width = 0;
   int height = 0;

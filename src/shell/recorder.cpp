@@ -7,6 +7,7 @@
 #include <cmath>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -16,6 +17,7 @@
 #include "platform/encoder.h"
 #include "platform/offscreen_context.h"
 #include "platform/png_file.h"
+#include "platform/replace_file.h"
 #include "platform/sound_file.h"
 #include "shell/call_trace.h"
 #include "shell/clock.h"
@@ -44,10 +46,19 @@ void interrupt(int) {
   interrupted = 1;
 }
 
+// Also lets the progress be cut off: who reads only its first lines still wants the recording.
 void catchInterrupts() {
   struct sigaction action {};
   action.sa_handler = interrupt;
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+void endWhileLoading(int, const char*) {
+  if (!interrupted) return;
+  std::fprintf(stderr, "vexrecord: interrupted\n");
+  removeTemporaryFiles();
+  std::_Exit(interruptedExitCode);
 }
 
 void openOffscreenGl(int width, int height) {
@@ -85,6 +96,19 @@ struct Music {
   std::vector<std::byte> samples;
 };
 
+// In pieces, because the length that a file announces may be far beyond what it holds.
+void readSamples(SoundFile& file, std::uint64_t size, std::vector<std::byte>& samples) {
+  constexpr std::uint64_t pieceSize = 1 << 20;
+  std::size_t wanted = 0, got = 0;
+  while (got == wanted && samples.size() < size && !interrupted) {
+    const std::size_t before = samples.size();
+    wanted = std::min(pieceSize, size - before);
+    samples.resize(before + wanted);
+    got = readSound(file, std::span(samples).subspan(before));
+    samples.resize(before + got);
+  }
+}
+
 // The part of the music that belongs to the span, decoded. A track without rate when there is none.
 Music readMusic(const Span& span, int framesPerSecond) {
   Music music;
@@ -96,17 +120,22 @@ Music readMusic(const Span& span, int framesPerSecond) {
     return music;
   }
   SoundFile file = openSoundFile(source->path.c_str(), source->offset, source->size);
-  const auto first = static_cast<std::uint32_t>(std::max(0.0, double{span.start} * file.rate));
-  if (!file.decoder || (first > 0 && !seekSound(file, first))) {
+  const double first = std::floor(std::max(0.0, double{span.start} * file.rate));
+  const bool readable = file.decoder && first < file.frames &&
+                        (first == 0 || seekSound(file, static_cast<std::uint32_t>(first)));
+  const double delay = std::max(0.0, -double{span.start});
+  const double seconds = (span.last + 1.0) / framesPerSecond - delay;
+  const double frames = std::min(std::floor(seconds * file.rate), file.frames - first);
+  if (readable && frames > 0) {
+    readSamples(file, static_cast<std::uint64_t>(frames) * static_cast<unsigned>(file.frameBytes()),
+                music.samples);
+  }
+  if (interrupted) return music;
+  if (music.samples.empty()) {
     warning("Sound file %s can't be read at %g s, the video has no sound", name, span.start);
     return music;
   }
-  const double seconds = (span.last + 1.0) / framesPerSecond;
-  const double frames = std::min(seconds * file.rate, static_cast<double>(file.frames) - first);
-  music.samples.resize(static_cast<std::size_t>(std::max(0.0, frames)) *
-                       static_cast<std::size_t>(file.frameBytes()));
-  music.samples.resize(readSound(file, music.samples));
-  music.track = {file.rate, file.channels, file.bytesPerSample, music.samples};
+  music.track = {file.rate, file.channels, file.bytesPerSample, music.samples, delay};
   return music;
 }
 
@@ -150,7 +179,8 @@ void writePicture(const Recording& recording, const std::string& folder, const s
     }
   }
   const std::string path = (fs::path(folder) / (name + ".png")).native();
-  if (!writePng(path, recording.width, recording.height, rgb)) {
+  ReplacementFile file(path);
+  if (!writePng(file, recording.width, recording.height, rgb)) {
     fatalError("can't write %s: %s", path.c_str(), std::strerror(errno));
   }
 }
@@ -181,36 +211,57 @@ class Recorder {
 
   // The exit code.
   int run() {
+    if (!recording.contactSheet.empty()) openSheet();
     for (const std::string& folder : {recording.stillsFolder, recording.framesFolder}) {
       if (!folder.empty()) makeFolder(folder);
     }
-    if (!recording.video.empty()) startVideo();
-    Progress progress("recording", span.last + 1);
+    Music music;
+    if (!recording.video.empty()) music = readMusic(span, recording.framesPerSecond);
+    if (interrupted) return endInterrupted(0);
+    if (!recording.video.empty()) startVideo(music.track);
+    const int last = lastWanted();
+    Progress progress("recording", last + 1);
     int frame = 0;
-    for (; frame <= span.last && !interrupted; ++frame) {
+    // A video of no frame at all would be no file.
+    do {
       drawAndDeliver(frame);
-      progress.update(frame + 1);
-    }
+      progress.update(++frame);
+    } while (frame <= last && !interrupted);
     progress.end();
-    if (interrupted) return endInterrupted(frame);
+    if (frame <= last) return endInterrupted(frame);
     if (!recording.video.empty()) endVideo(VideoEncoder::Result::complete);
-    if (!recording.contactSheet.empty() && !sheet.write(recording.contactSheet)) {
-      fatalError("can't write %s: %s", recording.contactSheet.c_str(), std::strerror(errno));
-    }
+    if (sheetFile && !sheet.write(*sheetFile)) failSheet();
     return 0;
   }
 
  private:
+  [[noreturn]] void failSheet() {
+    fatalError("can't write %s: %s", recording.contactSheet.c_str(), std::strerror(errno));
+  }
+
+  // At the beginning, so that nobody waits for a sheet that cannot be written.
+  void openSheet() {
+    sheetFile.emplace(recording.contactSheet);
+    if (!sheetFile->stream()) failSheet();
+  }
+
+  // Pictures alone need no frame behind the last of them.
+  int lastWanted() const {
+    if (!recording.video.empty() || !recording.trace.empty() || !recording.framesFolder.empty())
+      return span.last;
+    const int lastStill = stills.empty() ? 0 : stills.rbegin()->first;
+    return thumbnails.empty() ? lastStill : std::max(lastStill, thumbnails.rbegin()->first);
+  }
+
   static void makeFolder(const std::string& folder) {
     std::error_code error;
     fs::create_directories(folder, error);
     if (error) fatalError("can't make folder %s: %s", folder.c_str(), error.message().c_str());
   }
 
-  void startVideo() {
-    const Music music = readMusic(span, recording.framesPerSecond);
-    const std::string failure = encoder.start(
-        recording.video, {recording.width, recording.height, recording.framesPerSecond}, music.track);
+  void startVideo(const SoundTrack& music) {
+    const std::string failure =
+        encoder.start(recording.video, {recording.width, recording.height, recording.framesPerSecond}, music);
     if (!failure.empty()) fatalError("%s", failure.c_str());
   }
 
@@ -239,12 +290,11 @@ class Recorder {
     }
     if (!recording.framesFolder.empty())
       writePicture(recording, recording.framesFolder, frameName(frame), pixels);
-    // A failed write means that ffmpeg has ended; finishing says why.
-    if (!recording.video.empty() && !encoder.write(pixels)) endVideo(VideoEncoder::Result::complete);
+    if (!recording.video.empty() && !encoder.write(pixels)) endVideo(VideoEncoder::Result::failed);
   }
 
   int endInterrupted(int framesDone) {
-    if (!recording.video.empty()) {
+    if (!recording.video.empty() && framesDone > 0) {
       endVideo(VideoEncoder::Result::partial);
       std::fprintf(stderr, "vexrecord: interrupted, the first %.2f s are in %s\n",
                    static_cast<double>(framesDone) / recording.framesPerSecond,
@@ -260,6 +310,7 @@ class Recorder {
   std::multimap<int, Still> stills;
   std::multimap<int, Still> thumbnails;
   ContactSheet sheet;
+  std::optional<ReplacementFile> sheetFile;
   VideoEncoder encoder;
   std::vector<std::byte> pixels;
 };
@@ -271,8 +322,10 @@ float frameTime(float start, int n, int framesPerSecond) {
 }
 
 int lastFrame(float start, float end, int framesPerSecond) {
-  int n = std::max(0, static_cast<int>((double{end} - start) * framesPerSecond) - 1);
+  int n = static_cast<int>((double{end} - start) * framesPerSecond);
   while (frameTime(start, n, framesPerSecond) < end) ++n;
+  // Far from 0 the floats lie wider apart than the frames.
+  while (n > 0 && frameTime(start, n - 1, framesPerSecond) >= end) --n;
   return n;
 }
 
@@ -306,6 +359,7 @@ int record(const Recording& recording) {
   catchInterrupts();
   pakOpen("vex.pak");
   openOffscreenGl(recording.width, recording.height);
+  setLoadingDialog({.show = endWhileLoading});
   if (!recording.trace.empty()) openCallTrace(recording.trace);
   loadPresentation(recording.from);
   const int exitCode = Recorder(recording, recordedSpan(recording)).run();

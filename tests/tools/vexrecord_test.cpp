@@ -55,6 +55,18 @@ std::string probe(const std::string& arguments) {
   return runProgram("ffprobe -v error -of csv=p=0 " + arguments).output;
 }
 
+// Where the sound is loud, s from the first frame.
+std::pair<double, double> loudSpan(const std::string& video) {
+  const Program levels = runProgram(
+      "ffmpeg -y -v error -i " + video +
+      " -af aresample=async=1:first_pts=0 -f s16le -ac 1 -ar 44100 raw && od -An -v -t d2 -w2 raw | "
+      "awk '{ if ($1 > 5000 || $1 < -5000) { if (!first) first = NR; last = NR } } END { print first, last "
+      "}'");
+  double first = -1, last = -1;
+  EXPECT_EQ(std::sscanf(levels.output.c_str(), "%lf %lf", &first, &last), 2) << levels.output;
+  return {first / 44100, last / 44100};
+}
+
 }  // namespace
 
 TEST(Vexrecord, StillsShowTheFramesNearestToTheirTimes) {
@@ -78,6 +90,18 @@ TEST(Vexrecord, StillsShowTheFramesNearestToTheirTimes) {
     EXPECT_EQ(png.at(5, 5), colour) << name;
   }
   EXPECT_EQ(std::distance(fs::directory_iterator("pictures"), fs::directory_iterator()), 4);
+}
+
+TEST(Vexrecord, StillsEndTheRunWithTheLastOfThem) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  project.totalTime = 100000;
+  writeRunFolder(project);
+  const Program program =
+      runProgram("timeout 20 " VEX_BIN "/vexrecord --stills 2.5,1.5 --out pictures --size 32x16");
+  EXPECT_EQ(program.exitCode, 0);
+  EXPECT_EQ(readPng("pictures/0002.500.png").at(5, 5), (std::vector<int>{0, 0, 255}));
+  EXPECT_EQ(readPng("pictures/0001.500.png").at(5, 5), (std::vector<int>{0, 255, 0}));
 }
 
 TEST(Vexrecord, PicturesStandUprightAndRunsAreEqual) {
@@ -156,15 +180,30 @@ TEST(Vexrecord, VideoHasAllFramesAndTheMusicFromItsPlace) {
                   "stream=codec_name,width,height,nb_read_frames video.mp4"),
             "h264,64,32,51\n");
   EXPECT_NEAR(std::stod(probe("-show_entries format=duration video.mp4")), 51 / 25.0, 0.06);
-  const Program levels = runProgram(
-      "ffmpeg -v error -i video.mp4 -f s16le -ac 1 -ar 44100 raw && od -An -v -t d2 -w2 raw | "
-      "awk '{ if ($1 > 5000 || $1 < -5000) { if (!first) first = NR; last = NR } } END { print first, last "
-      "}'");
-  double first = 0, last = 0;
-  ASSERT_EQ(std::sscanf(levels.output.c_str(), "%lf %lf", &first, &last), 2) << levels.output;
-  EXPECT_NEAR(first / 44100, 0.5, 0.02) << "1.5 s of the music, 1 s cut off";
-  EXPECT_NEAR(last / 44100, 1.0, 0.02);
+  const auto [first, last] = loudSpan("video.mp4");
+  EXPECT_NEAR(first, 0.5, 0.02) << "1.5 s of the music, 1 s cut off";
+  EXPECT_NEAR(last, 1.0, 0.02);
   EXPECT_FALSE(fs::exists("video.partial.mp4"));
+}
+
+TEST(Vexrecord, MusicWaitsForTimeZero) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  project.startTime = -1.5;
+  project.music = "data\\music.wav";
+  writeRunFolder(project);
+  // Loud from its beginning, for half a second.
+  writeSoundFile("data/music.wav", {.frames = 2 * 44100, .sample = [](int frame, int) {
+                                      return frame < 22050 ? 0.6f * std::sin(0.1f * static_cast<float>(frame))
+                                                           : 0.0f;
+                                    }});
+  for (const std::string video : {"video.mp4", "video.mkv"}) {
+    const Program program = vexrecord("--out " + video + " --to 1 --size 32x16 --contact-sheet sheet.png");
+    ASSERT_EQ(program.exitCode, 0) << program.errors;
+    const auto [first, last] = loudSpan(video);
+    EXPECT_NEAR(first, 1.5, 0.02) << video;
+    EXPECT_NEAR(last, 2.0, 0.02) << video;
+  }
 }
 
 TEST(Vexrecord, MissingMusicLeavesASilentVideo) {
@@ -284,19 +323,76 @@ TEST(Vexrecord, AMissingOrFailingFfmpegLeavesNoFile) {
   EXPECT_EQ(program.errors,
             "vexrecord: ffmpeg (Debian package ffmpeg) can't be started: No such file or directory\n");
 
-  // One that dies at once, and one that dies after some frames and leaves a file.
-  for (const char* script :
-       {"#!/bin/sh\necho 'no such codec' >&2\necho more >&2\nexit 3\n",
-        "#!/bin/sh\nfor last; do :; done\nhead -c 9000 > \"$last\"\necho 'no such codec' >&2\n"
-        "exit 3\n"}) {
-    writeFile("bin/ffmpeg", script);
+  // One that dies at once, and two that end after some frames and leave a file.
+  const struct {
+    const char* script;
+    const char* complaint;
+  } cases[] = {
+      {"echo 'no such codec' >&2\necho more >&2\nexit 3\n", " (exit code 3): no such codec\n"},
+      {"head -c 9000 > \"$last\"\necho 'no such codec' >&2\nexit 3\n", " (exit code 3): no such codec\n"},
+      {"head -c 9000 > \"$last\"\n", " (exit code 0): it said nothing\n"},
+  };
+  for (const auto& [script, complaint] : cases) {
+    writeFile("bin/ffmpeg", std::string("#!/bin/sh\nfor last; do :; done\n") + script);
     fs::permissions("bin/ffmpeg", fs::perms::all);
     program = vexrecord("--out video.mp4 --size 32x16", "PATH=$PWD/bin:$PATH");
     EXPECT_EQ(program.exitCode, 255);
-    EXPECT_EQ(program.errors, "vexrecord: ffmpeg failed on " + (folder.path() / "video.mp4").native() +
-                                  " (exit code 3): no such codec\n");
+    EXPECT_EQ(program.errors,
+              "vexrecord: ffmpeg failed on " + (folder.path() / "video.mp4").native() + complaint);
     EXPECT_FALSE(fs::exists("video.mp4"));
     EXPECT_FALSE(fs::exists("video.partial.mp4"));
+  }
+}
+
+TEST(Vexrecord, AFullDiskLeavesNoHalfFile) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  const auto limited = [](int kilobytes, const std::string& arguments) {
+    return runProgram("ulimit -f " + std::to_string(kilobytes) + "; " VEX_BIN "/vexrecord " + arguments);
+  };
+  for (const char* output : {"--out x.mp4", "--out x.mkv", "--contact-sheet x.png --every 0.04",
+                             "--trace-calls x.tsv --fps 100", "--frames x"}) {
+    const Program program = limited(1, output + std::string(" --size 320x180 >progress"));
+    EXPECT_EQ(program.exitCode, 255) << output;
+    EXPECT_NE(program.errors.find("File too large\n"), std::string::npos) << program.errors;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(".")) {
+      if (entry.path().filename() == "x") continue;
+      EXPECT_FALSE(entry.path().native().starts_with("./x")) << "left behind: " << entry;
+    }
+  }
+}
+
+TEST(Vexrecord, AFailureElsewhereEndsFfmpegAndItsFile) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  fs::create_directories("pictures/000000.png");
+  writeFile("bin/ffmpeg", "#!/bin/sh\nfor last; do :; done\nsleep 0.3; echo $$ > started; cat > \"$last\"\n");
+  fs::permissions("bin/ffmpeg", fs::perms::all);
+  const Program program = vexrecord("--out video.mp4 --frames pictures --size 32x16", "PATH=$PWD/bin:$PATH");
+  EXPECT_EQ(program.exitCode, 255);
+  EXPECT_EQ(program.errors, "vexrecord: can't write " + (folder.path() / "pictures/000000.png").native() +
+                                ": Is a directory\n");
+  runProgram("sleep 0.6");
+  EXPECT_FALSE(fs::exists("video.partial.mp4"));
+  EXPECT_FALSE(fs::exists("started"));
+}
+
+TEST(Vexrecord, AnInterruptWhileLoadingLeavesNothing) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  project.ticks.assign(200000, 1.0);  // each a line in the log: a second or more
+  writeRunFolder(project);
+  const Program program =
+      runProgram(VEX_BIN
+                 "/vexrecord --out video.mp4 --trace-calls calls.tsv --stats --size 32x16 & "
+                 "id=$!; while ! ls calls.tsv.* >list 2>&1; do :; done; kill -INT $id; wait $id");
+  EXPECT_EQ(program.exitCode, 130);
+  EXPECT_EQ(program.errors, "vexrecord: interrupted\n");
+  EXPECT_EQ(readFile("Demo.log").find("destroying"), std::string::npos)
+      << "it was no interrupt while loading";
+  for (const fs::directory_entry& entry : fs::directory_iterator(".")) {
+    const std::string name = entry.path().filename().native();
+    EXPECT_FALSE(name.starts_with("calls") || name.starts_with("video")) << "left behind: " << name;
   }
 }
 
@@ -334,9 +430,9 @@ TEST(Vexrecord, RefusesWhatCannotBe) {
       {"--out x.mp4 --size 33", 2, "--size 33: WIDTHxHEIGHT is expected"},
       {"--out x.mp4 --fps 0", 2, "--fps 0: a number from 1 to 1000 is expected"},
       {"--out x.mp4 --fps 30x", 2, "--fps 30x: a number from 1 to 1000 is expected"},
-      {"--out x.mp4 --from nan", 2, "--from nan: a number from 0.000000 to 1000000.000000 is expected"},
+      {"--out x.mp4 --from nan", 2, "--from nan: a number from 0 to 1000000 is expected"},
       {"--stills 1", 2, "stills need --out DIR"},
-      {"--stills 1,,2 --out x", 2, "--stills : a number from 0.000000 to 1000000.000000 is expected"},
+      {"--stills 1,,2 --out x", 2, "--stills : a number from 0 to 1000000 is expected"},
       {"--every 1 --out x.mp4", 2, "--every needs --contact-sheet FILE.png"},
       {"--dir none --out x.mp4", 255, "can't go to folder none: No such file or directory"},
       {"--stills 9 --out x", 255, "no frame at 9 s: the recording runs from 0 to 3 s"},
@@ -344,6 +440,7 @@ TEST(Vexrecord, RefusesWhatCannotBe) {
       {"--to 4 --out x.mp4", 255, "--to 4 lies outside the presentation, 0 to 3 s"},
       {"--trace-calls none/x", 255, "can't write trace "},
       {"--contact-sheet none/x.png", 255, "can't write "},
+      {"--contact-sheet data", 255, "can't write "},
       {"--contact-sheet x.png --every 0.001", 255,
        "--every 0.001 gives 3001 pictures, at most 1000 fit on a sheet"},
   };
