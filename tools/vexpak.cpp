@@ -1,7 +1,10 @@
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "shell/pak_archive.h"
+#include "shell/report.h"
 
 namespace {
 
@@ -18,6 +21,7 @@ void list(const char* pak) {
   for (const vex::PakMember& member : vex::listPak(pak)) {
     std::printf("%10u %10u  %s\n", member.size, member.offset, member.name);
   }
+  if (std::fflush(stdout) != 0) vex::fatalError("can't write the list: %s", std::strerror(errno));
 }
 
 }  // namespace

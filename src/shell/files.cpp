@@ -58,7 +58,6 @@ void seekPak(const PakEntry& entry) {
 void pakOpen(const char* name) {
   fileCloseAll();
   pak = openLooseFile(name, "rb");
-  entryCount = 0;
   pakName[0] = '\0';
   if (!pak) return;
   std::snprintf(pakName, sizeof pakName, "%s", name);
@@ -185,6 +184,7 @@ void fileCloseAll() {
   }
   if (pak) std::fclose(pak);
   pak = nullptr;
+  entryCount = 0;
 }
 
 std::uint64_t fileRemaining(int handle) {

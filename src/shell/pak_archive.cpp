@@ -29,7 +29,10 @@ struct Source {
 };
 
 Stream openForReading(const fs::path& path) {
-  Stream stream(std::fopen(path.c_str(), "rb"), std::fclose);
+  std::error_code ignored;
+  const bool folder = fs::is_directory(path, ignored);
+  Stream stream(folder ? nullptr : std::fopen(path.c_str(), "rb"), std::fclose);
+  if (folder) errno = EISDIR;
   if (!stream) fatalError("can't read %s: %s", path.c_str(), std::strerror(errno));
   return stream;
 }

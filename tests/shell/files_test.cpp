@@ -161,6 +161,7 @@ TEST_F(Files, HandlesAreTheLowestFreeSlotsAndSixteenAtMost) {
   EXPECT_EQ(fatalText([] { fileTell(-1); }), "file handle -1 isn't open");
   fileCloseAll();
   EXPECT_EQ(fatalText([] { fileTell(0); }), "file handle 0 isn't open");
+  EXPECT_EQ(fileOpen("data\\last.txt", "rb"), -1) << "the archive is closed, too";
 }
 
 TEST(PakDirectory, LiesAreRefusedByName) {
