@@ -12,14 +12,22 @@
 
 namespace vex {
 
-TEST(Report, LogStaysAwayWithoutShowStats) {
-  const TemporaryFolder folder;
+namespace {
+
+struct Report : testing::Test {
+  ~Report() override { options = {}; }
+
+  TemporaryFolder folder;
+};
+
+}  // namespace
+
+TEST_F(Report, LogStaysAwayWithoutShowStats) {
   logPrintf("nothing\n");
   EXPECT_FALSE(std::filesystem::exists("Demo.log"));
 }
 
-TEST(Report, LogStartsEmptyAndIsCompleteAfterEachLine) {
-  const TemporaryFolder folder;
+TEST_F(Report, LogStartsEmptyAndIsCompleteAfterEachLine) {
   writeFile("Demo.log", "the run before\n");
   options.showStats = true;
   logPrintf("%s %d", "one", 1);
@@ -34,8 +42,7 @@ TEST(Report, LogStartsEmptyAndIsCompleteAfterEachLine) {
   EXPECT_EQ(readFile("Demo.log"), "later");
 }
 
-TEST(Report, TextsAreCutAt511Characters) {
-  const TemporaryFolder folder;
+TEST_F(Report, TextsAreCutAt511Characters) {
   const std::string text(600, 'x');
   options.showStats = true;
   logPrintf("%s", text.c_str());
@@ -45,7 +52,7 @@ TEST(Report, TextsAreCutAt511Characters) {
             "vextests: " + text.substr(0, 511) + "\n");
 }
 
-TEST(Report, MessagesAreOneLineOfTheProgram) {
+TEST_F(Report, MessagesAreOneLineOfTheProgram) {
   const ChildResult fatal = runInChild([] { fatalError("one\ntwo %d\n", 2); });
   EXPECT_EQ(fatal.exitCode, 255);
   EXPECT_EQ(fatal.errorText, "vextests: one two 2\n");
@@ -54,7 +61,7 @@ TEST(Report, MessagesAreOneLineOfTheProgram) {
   EXPECT_EQ(warned.errorText, "vextests: careful\n");
 }
 
-TEST(Report, LoadingBarShowsTheShareOfTheStepsBefore) {
+TEST_F(Report, LoadingBarShowsTheShareOfTheStepsBefore) {
   static std::vector<std::pair<int, std::string>> shown;
   static int closed;
   shown.clear();
