@@ -62,7 +62,7 @@ std::string sourceKey(const std::vector<std::string>& starts) {
 }
 
 MakeResult makeProducts(const Products& products, const std::string& folder, const Settings& settings,
-                        ProgressStyle style, int workers) {
+                        ProgressStyle style, int workers, bool (*interrupted)()) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) fatalError("cannot make folder %s: %s", folder.c_str(), error.message().c_str());
@@ -95,7 +95,7 @@ MakeResult makeProducts(const Products& products, const std::string& folder, con
       std::size_t index;
       {
         const std::lock_guard lock(guard);
-        if (next == stale.size()) return;
+        if (next == stale.size() || (interrupted && interrupted())) return;
         index = stale[next++];
       }
       const Product& product = products[index];

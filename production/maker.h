@@ -14,10 +14,10 @@ struct MakeResult {
   int made = 0, kept = 0, removed = 0;
 };
 
-// Two products at a time. Every file is written beside its place and renamed into it.
-// Fatal: "cannot write %s: %s", "cannot make folder %s: %s".
+// As many products at a time as there are workers; none is begun once `interrupted` says so. Every file is
+// written beside its place and renamed into it. Fatal: "cannot write %s: %s", "cannot make folder %s: %s".
 MakeResult makeProducts(const Products& products, const std::string& folder, const Settings& settings,
-                        ProgressStyle style, int workers = 2);
+                        ProgressStyle style, int workers = 2, bool (*interrupted)() = nullptr);
 
 // Names the state of all sources whose path begins with one of `starts`.
 std::string sourceKey(const std::vector<std::string>& starts);

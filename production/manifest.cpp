@@ -9,6 +9,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/replace_file.h"
 #include "shell/report.h"
 
 namespace vex {
@@ -62,18 +63,10 @@ void replaceFile(const std::string& path, const void* bytes, std::size_t size) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) fatalError("cannot make folder %s: %s", folder.c_str(), error.message().c_str());
-  const std::string part = path + ".part";
-  std::FILE* file = std::fopen(part.c_str(), "wb");
-  if (file == nullptr) fatalError("cannot write %s: %s", part.c_str(), std::strerror(errno));
-  const bool whole = std::fwrite(bytes, 1, size, file) == size;
-  const bool closed = std::fclose(file) == 0;
-  if (!whole || !closed) {
-    const int cause = errno;
-    std::remove(part.c_str());
-    fatalError("cannot write %s: %s", part.c_str(), std::strerror(cause));
-  }
-  if (std::rename(part.c_str(), path.c_str()) != 0)
+  ReplacementFile file(path);
+  if (!file.stream() || std::fwrite(bytes, 1, size, file.stream()) != size || !file.commit()) {
     fatalError("cannot write %s: %s", path.c_str(), std::strerror(errno));
+  }
 }
 
 }  // namespace vex

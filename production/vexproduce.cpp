@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdio>
 #include <string_view>
 
@@ -15,6 +16,14 @@ constexpr const char* usage =
     "  --cues   print when things happen in the music, a line \"seconds name\" each, as vexrecord\n"
     "           --cues reads them\n"
     "  --help   this text\n";
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void catchInterrupts() {
+  struct sigaction action {};
+  action.sa_handler = [](int) { interrupted = 1; };
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+}
 
 }  // namespace
 
@@ -44,8 +53,13 @@ int main(int count, char** arguments) {
     std::fputs(usage, stderr);
     return 2;
   }
-  const vex::MakeResult result =
-      vex::makeProducts(vex::allProducts(), folder, settings, vex::progressStyleOfOutput());
+  catchInterrupts();
+  const vex::MakeResult result = vex::makeProducts(
+      vex::allProducts(), folder, settings, vex::progressStyleOfOutput(), 2, [] { return interrupted != 0; });
+  if (interrupted) {
+    std::fputs("vexproduce: interrupted, what is made stays\n", stderr);
+    return 130;
+  }
   std::printf("%d made, %d up to date, %d removed\n", result.made, result.kept, result.removed);
   return 0;
 }

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <map>
+#include <regex>
 
 #include "production/cues.h"
 #include "shell/recorder.h"
@@ -48,6 +49,17 @@ std::string filesOf(const std::string& folder) {
   for (const auto& [name, bytes] : files)
     all += name + ":" + std::to_string(bytes.size()) + ":" + bytes + "\n";
   return all;
+}
+
+// Every file in "out" is one that the generator remembers as finished.
+void expectOnlyWholeFiles() {
+  const std::string manifest = readFile("out/.vexproduce");
+  for (const auto& entry : std::filesystem::recursive_directory_iterator("out")) {
+    const std::string name = entry.path().lexically_relative("out").native();
+    if (entry.is_regular_file() && name != ".vexproduce") {
+      EXPECT_NE(manifest.find(name + " "), std::string::npos) << name;
+    }
+  }
 }
 
 }  // namespace
@@ -95,6 +107,16 @@ TEST(Maker, OtherSourcesOrSettingsMakeAnew) {
   EXPECT_EQ(readFile("out/b.txt"), "second draft");
 }
 
+TEST(Maker, AFullDiskLeavesNothingHalfWritten) {
+  const TemporaryFolder folder;
+  const Program program = runProgram("ulimit -f 40; " VEX_BIN "/vexproduce out --draft");
+  EXPECT_EQ(program.exitCode, 255);
+  EXPECT_TRUE(
+      std::regex_match(program.errors, std::regex("vexproduce: cannot write out/.*: File too large\n")))
+      << program.errors;
+  expectOnlyWholeFiles();
+}
+
 TEST(Maker, SourceKeysTellSourcesApart) {
   const std::string maker = sourceKey({"production/maker."}), image = sourceKey({"production/image/"});
   EXPECT_NE(maker, image);
@@ -123,11 +145,15 @@ TEST(Maker, RemovesFilesOfForgottenProductsButNoOthers) {
   EXPECT_EQ(readFile("precious.txt"), "outside");
 }
 
-TEST(Maker, LeavesNoTemporaryFiles) {
+TEST(Maker, AnInterruptKeepsWhatIsWhole) {
   const TemporaryFolder folder;
-  make(twoProducts());
-  for (const auto& entry : std::filesystem::recursive_directory_iterator("out"))
-    EXPECT_NE(entry.path().extension(), ".part") << entry.path();
+  const Program program = runProgram(
+      VEX_BIN
+      "/vexproduce out & id=$!; while [ ! -s out/.vexproduce ] && kill -0 $id; do sleep 0.05; done; "
+      "kill -INT $id; wait $id");
+  EXPECT_EQ(program.exitCode, 130);
+  EXPECT_EQ(program.errors, "vexproduce: interrupted, what is made stays\n");
+  expectOnlyWholeFiles();
 }
 
 TEST(Maker, SaysWhatItCannotWrite) {
