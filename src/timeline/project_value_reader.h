@@ -1,0 +1,85 @@
+#pragma once
+
+#include <limits>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "timeline/project_lexer.h"
+#include "timeline/project_text.h"
+
+// What the statements of a project's text are made of: names, texts, numbers, times and the parameters of
+// calls.
+
+namespace vex {
+
+inline constexpr std::size_t maxProjectCount = 255;  // of dots and calls, kept in a byte
+
+class ProjectValueReader {
+ protected:
+  static constexpr std::size_t maxProblems = 1000;
+
+  struct Range {
+    double min = -std::numeric_limits<double>::infinity();
+    double max = std::numeric_limits<double>::infinity();
+  };
+
+  struct Tempo {
+    double beatsPerMinute = 0;
+    double beatsPerBar = 4;
+    double origin = 0;  // demo time of bar 0
+  };
+
+  explicit ProjectValueReader(std::string_view text) : lexer(text) {}
+
+  ProjectLexer lexer;
+  std::vector<TextProblem> problems;
+  std::map<std::string, Range, std::less<>> ranges;  // by parameter name
+  std::optional<Tempo> tempo;
+
+  // What is wrong but can be passed over. All that follows throws TextFault where reading cannot go on.
+  void note(int line, std::string text);
+  [[noreturn]] void expected(const Token& token, const std::string& what);
+
+  bool nextIs(std::string_view word);
+  bool nextIsMark(char mark);
+  bool takeMark(char mark);
+  void needMark(char mark, const std::string& where);
+
+  std::string name(const std::string& what);
+  std::string string(const Token& keyword, std::size_t longest);
+  void checkText(int line, const std::string& what, const std::string& text, std::size_t longest);
+
+  double number(const std::string& what);
+  double span(const std::string& what);  // seconds between two times
+  double time(const std::string& what);  // demo time
+  long wholeNumber(const std::string& what, long least, long most);
+  Range range(const std::string& parameter);
+  void requireFinite(int line, const std::string& what, double value);
+
+  // NAME = VALUE and what follows it. The part's length is known.
+  void readParameter(const ProjectPart& part, ProjectCall& call);
+
+ private:
+  enum class Unit { plain, seconds, beats };
+  struct Scalar {
+    double value;
+    Unit unit;
+  };
+  // Which of its values a parameter has got.
+  struct Given {
+    bool number = false;
+    bool sine = false;
+    bool dots = false;
+    bool text = false;
+  };
+
+  Scalar scalar(const std::string& what);
+  void readValue(const ProjectPart& part, ProjectParameter& parameter, Given& values, bool surplus);
+  void readSine(ProjectParameter& parameter);
+  void readDots(const ProjectPart& part, ProjectParameter& parameter);
+};
+
+}  // namespace vex
