@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <optional>
 #include <set>
+#include <utility>
 
 #include "assets/image.h"
 #include "platform/jpeg_decoder.h"
@@ -13,6 +14,7 @@
 #include "shell/files.h"
 #include "shell/little_endian.h"
 #include "shell/music.h"
+#include "shell/pak_directory.h"
 #include "timeline/project_lexer.h"
 
 namespace vex {
@@ -143,8 +145,8 @@ std::string movieProblem(const std::string& base, MovieFrames frames, int& looke
   if (frames.last < frames.first) return movie + " has frames " + range;
   if (frames.last - frames.first >= mostFrames)
     return movie + " has more than " + std::to_string(mostFrames) + " frames, " + range;
-  lookedFor += frames.last - frames.first + 1;
   if (lookedFor > mostMovieFiles) return "";
+  lookedFor += frames.last - frames.first + 1;
   std::vector<int> missing;
   for (int frame = frames.first; frame <= frames.last; ++frame) {
     if (!fileExists(base + std::to_string(frame) + ".jpg")) missing.push_back(frame);
@@ -152,6 +154,73 @@ std::string movieProblem(const std::string& base, MovieFrames frames, int& looke
   if (missing.empty()) return "";
   return movie + " lacks of its frames " + range + ": " + listed(missing);
 }
+
+// The files that a project names, each looked at once, at its first use.
+struct DataCheck {
+  std::vector<Finding> findings;
+  std::set<std::string> looked;
+  int movieFiles = 0;
+
+  void report(const KnownCall& known, const ProjectParameter& parameter, const std::string& problem) {
+    if (!problem.empty()) findings.push_back({parameter.line, known.partIndex, problem, "", false});
+  }
+
+  // A remark where the file exists only loose, because no archive can hold its name.
+  void reportName(const KnownCall& known, const ProjectParameter& parameter, const std::string& file) {
+    if (file.size() < pakNameSize || !fileExists(file)) return;
+    findings.push_back({parameter.line, known.partIndex,
+                        "file name " + quoteText(file) + " has " + std::to_string(file.size()) +
+                            " characters, an archive takes at most " + std::to_string(pakNameSize - 1),
+                        "", true});
+  }
+
+  void checkTexture(const KnownCall& known, const ProjectParameter& parameter) {
+    const std::string name = withoutCarriageReturns(parameter.string);
+    if (!looked.insert("texture " + name).second) return;
+    report(known, parameter, textureProblem(name));
+    for (const char* ending : {".jpg", ".bmp", "_mask.jpg", "_mask.bmp"}) {
+      reportName(known, parameter, name + ending);
+    }
+  }
+
+  void checkMovie(const KnownCall& known, const ProjectParameter& parameter) {
+    const std::string name = withoutCarriageReturns(parameter.string);
+    const MovieFrames frames = framesOf(known);
+    const std::string use = name + " " + std::to_string(frames.first) + " " + std::to_string(frames.last);
+    if (!looked.insert("movie " + use).second) return;
+    report(known, parameter, movieProblem(name, frames, movieFiles));
+    reportName(known, parameter, name + std::to_string(frames.last) + ".jpg");
+  }
+
+  void checkFile(const KnownCall& known, const ProjectParameter& parameter) {
+    const std::string name = withoutCarriageReturns(parameter.string);
+    if (!looked.insert("file " + name).second) return;
+    report(known, parameter, fileExists(name) ? "" : "file " + quoteText(name) + " is missing");
+    reportName(known, parameter, name);
+  }
+
+  void checkCall(const KnownCall& known) {
+    for (std::size_t i = 0; i < known.call->parameters.size(); ++i) {
+      const ProjectParameter& parameter = known.call->parameters[i];
+      switch (known.row->parameters[i].kind) {
+        case ArgumentKind::textureName:
+          checkTexture(known, parameter);
+          break;
+        case ArgumentKind::movieName:
+          checkMovie(known, parameter);
+          break;
+        case ArgumentKind::fileName:
+          checkFile(known, parameter);
+          break;
+        case ArgumentKind::number:
+        case ArgumentKind::wholeNumber:
+        case ArgumentKind::frameNumber:
+        case ArgumentKind::objectName:
+          break;
+      }
+    }
+  }
+};
 
 void checkMusic(const Project& project, std::vector<Finding>& findings) {
   const std::string name = withoutCarriageReturns(project.music);
@@ -180,38 +249,14 @@ void checkMusic(const Project& project, std::vector<Finding>& findings) {
 }  // namespace
 
 std::vector<Finding> checkData(const Project& project, std::span<const SceneTable> tables) {
-  std::vector<Finding> findings;
-  int movieFiles = 0;
-  std::set<std::string> looked;  // each problem once, at its first use
-  for (const KnownCall& known : knownCalls(project, tables)) {
-    for (std::size_t i = 0; i < known.call->parameters.size(); ++i) {
-      const ProjectParameter& parameter = known.call->parameters[i];
-      const std::string name = withoutCarriageReturns(parameter.string);
-      const ArgumentKind kind = known.row->parameters[i].kind;
-      std::string problem;
-      if (kind == ArgumentKind::textureName) {
-        if (!looked.insert("texture " + name).second) continue;
-        problem = textureProblem(name);
-      } else if (kind == ArgumentKind::movieName) {
-        const MovieFrames frames = framesOf(known);
-        if (!looked
-                 .insert("movie " + name + " " + std::to_string(frames.first) + " " +
-                         std::to_string(frames.last))
-                 .second)
-          continue;
-        problem = movieProblem(name, frames, movieFiles);
-      } else if (kind == ArgumentKind::fileName && looked.insert("file " + name).second &&
-                 !fileExists(name)) {
-        problem = "file " + quoteText(name) + " is missing";
-      }
-      if (!problem.empty()) findings.push_back({parameter.line, known.partIndex, problem, "", false});
-    }
-  }
-  if (movieFiles > mostMovieFiles)
-    findings.push_back(
+  DataCheck check;
+  for (const KnownCall& known : knownCalls(project, tables)) check.checkCall(known);
+  if (check.movieFiles > mostMovieFiles) {
+    check.findings.push_back(
         {.text = "too many movie frames, not all were looked for", .hint = "", .remark = true});
-  checkMusic(project, findings);
-  return findings;
+  }
+  checkMusic(project, check.findings);
+  return std::move(check.findings);
 }
 
 bool textureHasMask(const std::string& texture) {

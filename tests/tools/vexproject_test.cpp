@@ -281,9 +281,13 @@ TEST(Vexproject, CheckLooksForTheData) {
             pakBytes({{"data\\PACKED.bmp", bmp(4, 4)}, {"data\\long.wav", readFile("long.wav")}}));
   writeSoundFile("run/data/short.wav", {.rate = 1000, .frames = 10400});
   writeFile("run/data/noise.ogg", "no music");
+  const std::string longName = "data\\abcdefghijklmnopqrstuvw";  // 28 characters
+  writeFile("run/data/abcdefghijklmnopqrstuvw.bmp", bmp(4, 4));
   const std::string at = "at 1 length 1";
   expectChecks(
       {
+          {grounded + part(at, bitmap(longName)),
+           "3: remark: file name \"" + longName + ".bmp\" has 32 characters, an archive takes at most 31\n"},
           {grounded + part(at, bitmap("data\\loose") + bitmap("DATA\\packed") + bitmap("data/masked")), ""},
           {grounded + part(at, bitmap("data\\none") + "\n" + bitmap("data\\none")),
            "3: texture \"data\\none\" is missing, neither .jpg nor .bmp is there\n"},
