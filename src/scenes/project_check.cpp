@@ -41,12 +41,17 @@ std::string playedName(const std::string& text) {
   return withoutCarriageReturns(text);
 }
 
+std::string shownName(const std::string& text) {
+  const std::string name = playedName(text);
+  return isProjectWord(name) ? name : quoteText(name);
+}
+
 // "alpha of SceneHelper.fadeScreen", by the project's own names.
 std::string nameOf(const ProjectCall& call) {
-  return playedName(call.scene) + "." + playedName(call.function);
+  return shownName(call.scene) + "." + shownName(call.function);
 }
 std::string nameOf(const ProjectParameter& parameter, const ProjectCall& call) {
-  return (parameter.name.empty() ? "a parameter" : playedName(parameter.name)) + " of " + nameOf(call);
+  return shownName(parameter.name) + " of " + nameOf(call);
 }
 
 struct Findings {

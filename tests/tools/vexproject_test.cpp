@@ -76,6 +76,17 @@ void expectRoundTrip(const std::string& bytes) {
   EXPECT_TRUE(readFile("b.hvp") == bytes);
 }
 
+// The blocks of a Markdown document that are marked as text of a project, one behind the other.
+std::string examplesOf(const std::string& document) {
+  const std::string fence = "```vex\n";
+  std::string text;
+  for (std::size_t at = 0; (at = document.find(fence, at)) != std::string::npos;) {
+    at += fence.size();
+    text += document.substr(at, document.find("```", at) - at);
+  }
+  return text;
+}
+
 }  // namespace
 
 TEST(Vexproject, DumpsAndCompilesTheShow) {
@@ -144,7 +155,7 @@ TEST(Vexproject, AFailedWriteKeepsTheOldFile) {
   EXPECT_EQ(readFile("show.hvp"), "old");
   program = vexproject("compile show.txt /dev/full");
   EXPECT_EQ(program.exitCode, 255);
-  EXPECT_EQ(program.errors, "vexproject: can't write /dev/full: it is no regular file\n");
+  EXPECT_EQ(program.errors, "vexproject: can't write /dev/full: No space left on device\n");
   program = vexproject("compile show.txt none/show.hvp");
   EXPECT_EQ(program.errors, "vexproject: can't write none/show.hvp: No such file or directory\n");
   EXPECT_EQ(vexproject("compile show.txt show.hvp").exitCode, 0);
@@ -325,14 +336,14 @@ TEST(Vexproject, TheDocumentsHold) {
   const TemporaryFolder folder;
   EXPECT_EQ(vexproject("functions").output, readFile(docs / "functions.md"))
       << "write it anew: vexproject functions > docs/functions.md";
-  const std::string manual = readFile(docs / "project-text.md"), fence = "```vex\n";
-  const std::size_t begin = manual.find(fence) + fence.size();
-  writeFile("example.txt", manual.substr(begin, manual.find("```", begin) - begin));
-  EXPECT_EQ(vexproject("compile example.txt example.hvp").errors, "");
-  const Program checked = vexproject("check example.txt");
-  EXPECT_EQ(checked.errors, "");
-  EXPECT_EQ(checked.output, "no problems\n");
-  expectRoundTrip(readFile("example.hvp"));
+  for (const char* document : {"project-text.md", "tutorial.md"}) {
+    writeFile("example.txt", examplesOf(readFile(docs / document)));
+    EXPECT_EQ(vexproject("compile example.txt example.hvp").errors, "");
+    const Program checked = vexproject("check example.txt");
+    EXPECT_EQ(checked.errors, "") << document;
+    EXPECT_EQ(checked.output, "no problems\n") << document;
+    expectRoundTrip(readFile("example.hvp"));
+  }
 }
 
 TEST(Vexproject, WrongUsageShowsTheUsage) {
