@@ -66,10 +66,18 @@ void printOut(const std::string& text) {
   }
 }
 
+// No statement of the text form begins with a digit, the version of a project file does.
+bool isProjectFile(const std::string& bytes) {
+  const std::size_t first = bytes.find_first_not_of('\r');
+  return first != std::string::npos && bytes[first] >= '0' && bytes[first] <= '9';
+}
+
 void compile(const char* textName, const char* projectName) {
   std::FILE* file = std::fopen(textName, "rb");
   if (!file) vex::fatalError("can't read %s: %s", textName, std::strerror(errno));
-  const vex::CompiledProject compiled = vex::compileProjectText(readAll(file, textName, maxTextSize));
+  const std::string text = readAll(file, textName, maxTextSize);
+  if (isProjectFile(text)) vex::fatalError("%s is a project file, not the text of one", textName);
+  const vex::CompiledProject compiled = vex::compileProjectText(text);
   if (!compiled.problems.empty()) {
     const vex::TextProblem& first = compiled.problems.front();
     vex::fatalError("%s:%d: %s", textName, first.line, first.text.c_str());
@@ -98,12 +106,6 @@ struct Checked {
   std::vector<vex::Finding> findings;
   bool readable = true;
 };
-
-// No statement of the text form begins with a digit, the version of a project file does.
-bool isProjectFile(const std::string& bytes) {
-  const std::size_t first = bytes.find_first_not_of('\r');
-  return first != std::string::npos && bytes[first] >= '0' && bytes[first] <= '9';
-}
 
 Checked readProject(const char* name) {
   std::FILE* file = std::fopen(name, "rb");

@@ -137,6 +137,9 @@ TEST(Vexproject, CompileNamesFileAndLine) {
   EXPECT_EQ(program.exitCode, 255);
   EXPECT_EQ(program.errors, "vexproject: bad.txt:3: unknown key lenght of a part; did you mean length?\n");
   EXPECT_FALSE(fs::exists("out.hvp"));
+  writeFile("show.hvp", buildProject({}).bytes);
+  EXPECT_EQ(vexproject("compile show.hvp out.hvp").errors,
+            "vexproject: show.hvp is a project file, not the text of one\n");
   EXPECT_EQ(vexproject("compile none.txt out.hvp").errors,
             "vexproject: can't read none.txt: No such file or directory\n");
   EXPECT_EQ(vexproject("compile . out.hvp").errors, "vexproject: can't read .: Is a directory\n");
