@@ -1,7 +1,9 @@
 #include "platform/encoder.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -35,6 +37,19 @@ bool writeAll(int descriptor, const void* data, std::size_t size) {
     size -= static_cast<std::size_t>(written);
   }
   return true;
+}
+
+// Waits until a pipe has been read empty. False when its reader has gone before: a short recording lies
+// in the pipe as a whole, so that no write fails.
+bool waitUntilRead(int pipeEnd) {
+  bool readerGone = false;
+  while (true) {
+    int unread = 0;
+    if (ioctl(pipeEnd, FIONREAD, &unread) != 0 || unread == 0) return true;
+    if (readerGone) return false;
+    pollfd end{.fd = pipeEnd, .events = 0, .revents = 0};
+    readerGone = poll(&end, 1, 5) > 0 && (end.revents & POLLERR) != 0;
+  }
 }
 
 void put(std::string& bytes, std::uint32_t value, int count) {
@@ -227,6 +242,7 @@ bool VideoEncoder::write(std::span<const std::byte> frame) {
 }
 
 std::string VideoEncoder::finish(Result result) {
+  if (!waitUntilRead(frames)) result = Result::failed;
   close(frames);
   int status = 0;
   while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
