@@ -9,6 +9,7 @@
 
 #include "platform/dialog_window.h"
 #include "platform/display_modes.h"
+#include "platform/end_request.h"
 #include "platform/look.h"
 #include "resources/loading_dialog.h"
 
@@ -44,6 +45,7 @@ void openLoadingWindow(const char* title) {
   bar->maximum(100);
   bar->selection_color(flColour(icon::acidGreen));
   window->label(title);
+  window->callback([](Fl_Widget*, void*) { requestEnd(); });
   showDialog(*window);
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
 // The progress window of the loading phase. It has no event loop of its own: every report repaints
-// it before it returns. All calls do nothing without a display or without an open dialog.
+// it before it returns. Escape and closing it request the end. All calls do nothing without a
+// display or without an open dialog.
 
 namespace vex {
 

@@ -15,8 +15,8 @@
 #include "platform/dialog_controls.h"
 #include "platform/dialog_window.h"
 #include "platform/display_modes.h"
+#include "platform/end_request.h"
 #include "platform/look.h"
-#include "platform/player_window.h"
 #include "platform/text_wrap.h"
 
 namespace vex {
@@ -143,8 +143,8 @@ void showWindow(const char* caption, const char* text, MessageIcon icon) {
   showDialog(window);
   {
     const KeyboardLoan keyboard(window);
-    // A signal that asks the show to end must not wait for a reader.
-    while (window.shown() && !endRequested) Fl::wait(0.25);
+    // An end that is asked for must not wait for a reader.
+    while (window.shown() && !endRequested()) Fl::wait(0.25);
   }
   window.hide();
   Fl::check();
@@ -158,8 +158,10 @@ void showMessage(const char* caption, const char* text, MessageIcon icon) {
   for (char& c : line) {
     if (c == '\n') c = ' ';
   }
+  const bool canShow = displayReachable();
+  if (messageWindows && !canShow) line += ": " + missingDisplayText();
   std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, line.c_str());
-  if (messageWindows && displayReachable()) showWindow(caption, text, icon);
+  if (messageWindows && canShow) showWindow(caption, text, icon);
 }
 
 void enableMessageWindows() {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <csignal>
-
 // What the dialogs must know of the player's window to be seen and heard above it.
 
 namespace vex {
@@ -12,9 +10,6 @@ struct PlayerWindow {
 };
 
 inline PlayerWindow playerWindow;
-
-// Set by SIGINT, SIGTERM and SIGHUP while the main loop runs.
-inline volatile std::sig_atomic_t endRequested = 0;
 
 // The game mode holds pointer and keyboard; a dialog cannot be answered before they are free.
 void releaseGrabs();

@@ -4,6 +4,7 @@
 
 #include "platform/dialog_window.h"
 #include "platform/display_modes.h"
+#include "platform/end_request.h"
 #include "resources/start_dialog.h"
 
 namespace vex {
@@ -50,8 +51,9 @@ DialogResult runStartDialog(const char* title, const std::vector<std::string>& l
   showDialog(*window);
   {
     const KeyboardLoan keyboard(*window);
-    while (window->shown()) Fl::wait();
+    while (window->shown() && !endRequested()) Fl::wait(0.25);
   }
+  window->hide();
   Fl::flush();
 
   choice.line = dialog.control1001->value() - 1;

@@ -5,7 +5,6 @@
 #include <X11/Xatom.h>
 
 #include <chrono>
-#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +17,7 @@
 
 #include "platform/desktop.h"
 #include "platform/display_modes.h"
+#include "platform/end_request.h"
 #include "platform/frame_pacer.h"
 #include "platform/gl_context.h"
 #include "platform/icon_image.h"
@@ -220,12 +220,8 @@ void takeKeyboard(Display* display, Window window) {
   XFlush(display);
 }
 
-void handleSignal(int) {
-  endRequested = 1;
-}
-
 void runFrame() {
-  if (endRequested) callbacks.requestClose();
+  if (endRequested()) callbacks.requestClose();
   keepAwake();
   callbacks.frame();
 }
@@ -288,13 +284,14 @@ void openWindow(const WindowRequest& request, const WindowReports& sinks) {
 
 void runMainLoop(const WindowCallbacks& wanted) {
   callbacks = wanted;
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, handleSignal);
   holdBlanking();
   glutReshapeFunc(callbacks.reshape);
   glutKeyboardFunc(callbacks.keyboard);
   glutIdleFunc(runFrame);
   glutDisplayFunc(runFrame);
   glutCloseFunc(closeWindow);
+  // GLUT told the size while the window opened, and tells it again only when it changes.
+  callbacks.reshape(glutGet(GLUT_WINDOW_WIDTH), glutGet(GLUT_WINDOW_HEIGHT));
   glutMainLoop();
   std::exit(0);
 }

@@ -21,15 +21,14 @@ struct WindowReports {
 // makes the context current and points glContext at it. Full screen asks for GLUT's game mode
 // "%dx%d:%d@60"; where that is impossible or would give another size, it says so through `log`, sets
 // the mode itself and stretches a window over the screen. The desktop gets its mode back on every way
-// out of the process, SIGKILL included. Missing display, GL or pixel format go to `fail`. A size
-// that differs from the one asked for arrives through `reshape`.
+// out of the process, SIGKILL included. Missing display, GL or pixel format go to `fail`.
 void openWindow(const WindowRequest& request, const WindowReports& reports);
 
 struct WindowCallbacks {
-  void (*frame)() = nullptr;  // when idle and whenever the window must be redrawn
-  void (*reshape)(int width, int height) = nullptr;
+  void (*frame)() = nullptr;                         // when idle and whenever the window must be redrawn
+  void (*reshape)(int width, int height) = nullptr;  // before the first frame and on every change
   void (*keyboard)(unsigned char key, int x, int y) = nullptr;
-  void (*requestClose)() = nullptr;  // close button, SIGINT, SIGTERM or SIGHUP; a frame() follows
+  void (*requestClose)() = nullptr;  // close button or endRequested(); a frame() follows
 };
 
 // Runs the callbacks for ever; the process ends from inside frame(), which must end it after

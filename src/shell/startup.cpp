@@ -4,18 +4,20 @@
 
 #include <cstdlib>
 
+#include "platform/end_request.h"
+#include "platform/loading_dialog.h"
 #include "platform/message.h"
 #include "platform/window.h"
 #include "shell/clock.h"
 #include "shell/display_mode.h"
 #include "shell/files.h"
 #include "shell/gl_setup.h"
-#include "shell/loading.h"
 #include "shell/music.h"
 #include "shell/options.h"
 #include "shell/presentation.h"
 #include "shell/quit.h"
 #include "shell/report.h"
+#include "shell/title.h"
 #include "shell/window_size.h"
 
 namespace vex {
@@ -29,6 +31,15 @@ constexpr unsigned char escapeKey = 27;
   destroyPresentation();
   leaveGameMode();
   std::exit(0);
+}
+
+// Between two steps of the loading everything made so far can go.
+void showLoadingStep(int percent, const char* text) {
+  showLoadingProgress(percent, text);
+  if (endRequested()) {
+    closeLoadingWindow();
+    shutDown();
+  }
 }
 
 // Once per idle or display event. Painting the background and clearing the depth buffer belong to
@@ -54,11 +65,13 @@ void keyboardCallback(unsigned char key, int, int) {
 }  // namespace
 
 void runPlayer() {
+  catchEndSignals();
   enableMessageWindows();
   const DisplayMode mode = runDisplayModeDialog();
   pakOpen("vex.pak");
   setUpGl(mode, options.fullscreen);
-  setLoadingDialog(openLoadingDialog());
+  openLoadingWindow(programTitle);
+  setLoadingDialog({.show = showLoadingStep, .close = closeLoadingWindow});
   loadPresentation();
   closeLoadingDialog();
   startMusic();

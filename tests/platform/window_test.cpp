@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/end_request.h"
 #include "platform/loading_dialog.h"
 #include "tests/support/x_server.h"
 
@@ -24,6 +25,7 @@ int frames = 0;
 Clock::time_point firstFrame;
 
 void open(bool fullscreen) {
+  catchEndSignals();
   openWindow(
       {.title = "Test window", .width = 320, .height = 240, .bitsPerPixel = 32, .fullscreen = fullscreen},
       {.log = [](const char* line) { std::fprintf(stderr, "%s\n", line); },
@@ -47,9 +49,11 @@ void frame() {
   swapBuffers();
 }
 
-void run() {
+void ignoreSize(int, int) {}
+
+void run(void (*reshape)(int, int) = ignoreSize) {
   runMainLoop({.frame = frame,
-               .reshape = [](int, int) {},
+               .reshape = reshape,
                .keyboard = [](unsigned char key, int, int) { quit = key == 27; },
                .requestClose = [] { quit = true; }});
 }
@@ -124,7 +128,7 @@ TEST(Window, FullScreenWithoutThatModeCoversTheScreenAndSaysWhy) {
         showLoadingProgress(50, "Loading SceneLayerParticles");
         sleep(1);
         closeLoadingWindow();
-        run();
+        run([](int width, int height) { std::fprintf(stderr, "%d x %d\n", width, height); });
       },
       [](Display* display) {
         const Window window = waitForWindow(display, "Test window");
@@ -140,6 +144,7 @@ TEST(Window, FullScreenWithoutThatModeCoversTheScreenAndSaysWhy) {
   EXPECT_EQ(result.errorText,
             "game mode 320x240:32@60 is not possible\n"
             "display mode 320x240 cannot be set, full screen keeps the desktop's\n"
+            "640 x 480\n"
             "ended with a context");
 }
 

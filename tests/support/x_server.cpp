@@ -50,6 +50,13 @@ Window findWindow(Display* display, const std::string& title, int width) {
   return found;
 }
 
+unsigned long screenColour(Display* display, int x, int y) {
+  XImage* image = XGetImage(display, DefaultRootWindow(display), x, y, 1, 1, AllPlanes, ZPixmap);
+  const unsigned long colour = XGetPixel(image, 0, 0) & 0xffffff;
+  XDestroyImage(image);
+  return colour;
+}
+
 XServer::XServer(int width, int height) {
   const char* display = std::getenv("DISPLAY");
   previous = display ? display : "";

@@ -49,6 +49,9 @@ Window waitForWindow(Display* display, const std::string& title, int width = 0);
 // The same for a dialog, which is ready when it has the keyboard.
 Window waitForDialog(Display* display, const std::string& title);
 
+// What the screen shows at that place, 0xRRGGBB.
+unsigned long screenColour(Display* display, int x, int y);
+
 // Waits until it has gone; false after ten seconds.
 bool waitUntilGone(Display* display, const std::string& title);
 
