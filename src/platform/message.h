@@ -7,8 +7,8 @@ namespace vex {
 enum class MessageIcon { none, exclamation };
 
 // Writes "PROGRAM: TEXT" (line feeds inside as blanks, none at the end) to standard error. Where
-// message windows are on and a display can be reached, also shows the window and returns when it
-// is dismissed.
+// message windows are on, also shows the window and returns when it is dismissed; without a display
+// for it the line goes on to say so.
 void showMessage(const char* caption, const char* text, MessageIcon icon);
 
 // Message windows are off at first; the player turns them on, the tools never do.

@@ -49,10 +49,7 @@ int preselectMode(const std::vector<DisplayMode>& modes) {
 }
 
 DisplayMode runDisplayModeDialog() {
-  if (!displayReachable()) {
-    std::fprintf(stderr, "%s\n", missingDisplayText().c_str());
-    fatalError("Couldn't init splash screen");
-  }
+  if (!displayReachable()) fatalError("Couldn't init splash screen");
   std::vector<DisplayMode> modes = keepUsableModes(enumerateDisplayModes());
   sortModes(modes);
   if (modes.empty()) fatalError("No modes found... Quitting now");
