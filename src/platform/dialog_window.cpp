@@ -5,9 +5,11 @@
 #include <FL/Fl_Window.H>
 #include <FL/x.H>
 
+#include <chrono>
 #include <deque>
 #include <vector>
 
+#include "platform/end_request.h"
 #include "platform/icon_image.h"
 #include "platform/player_window.h"
 #include "resources/icon.h"
@@ -52,6 +54,20 @@ Area placingArea() {
   return area;
 }
 
+bool isViewable(const Fl_Window& window) {
+  XWindowAttributes attributes;
+  return XGetWindowAttributes(fl_display, fl_xid(&window), &attributes) && attributes.map_state == IsViewable;
+}
+
+// The toolkit's own wait is for the first exposure, which never comes to a window that another one
+// covers, a lock screen's for instance.
+void waitUntilViewable(const Fl_Window& window) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+  while (!isViewable(window) && !endRequested() && std::chrono::steady_clock::now() < deadline)
+    Fl::wait(0.02);
+  Fl::check();  // paints it
+}
+
 }  // namespace
 
 void prepareDialogs() {
@@ -77,7 +93,7 @@ void showDialog(Fl_Window& window) {
   if (playerWindow.fullscreen) window.set_override();
   window.show();
   if (playerWindow.handle) XSetTransientForHint(fl_display, fl_xid(&window), playerWindow.handle);
-  window.wait_for_expose();
+  waitUntilViewable(window);
   if (playerWindow.fullscreen) {
     XStoreName(fl_display, fl_xid(&window), window.label());  // the toolkit leaves such windows unnamed
     XRaiseWindow(fl_display, fl_xid(&window));

@@ -11,7 +11,7 @@ namespace vex {
 void prepareDialogs();
 
 // Maps a borderless dialog in the middle of the work area, or of the player's window when that
-// covers the screen, and above it then. Returns when it can be seen.
+// covers the screen, and above it then. Returns when it stands there, even if hidden.
 void showDialog(Fl_Window& window);
 
 // Holds the keyboard for a dialog; gives it back to the window that had it before.

@@ -106,10 +106,10 @@ bool windowManagerRuns(Display* display) {
   return count > 0;
 }
 
-void createWindow(const WindowRequest& request, int left, int top) {
+void createWindow(const char* title, int left, int top, int width, int height) {
   glutInitWindowPosition(left, top);
-  glutInitWindowSize(request.width, request.height);
-  glutCreateWindow(request.title);
+  glutInitWindowSize(width, height);
+  glutCreateWindow(title);
   glutDisplayFunc(showBlack);
 }
 
@@ -164,11 +164,19 @@ void openFullscreen(const WindowRequest& request) {
                  " cannot be set, full screen keeps the desktop's")
                     .c_str());
   }
-  // Full screen means the screen on which the window stands.
+  // Full screen means the screen on which the window stands. Without a window manager GLUT would take
+  // the size that the desktop had when the program began.
   const DisplayHandle display = openDisplay();
-  const PrimaryOutput primary = findPrimaryOutput(display.get());
-  createWindow(request, primary.crtc ? primary.crtc->x : 0, primary.crtc ? primary.crtc->y : 0);
-  glutFullScreen();
+  if (const PrimaryOutput primary = findPrimaryOutput(display.get()); primary && primary.crtc) {
+    const XRRCrtcInfo& screen = *primary.crtc;
+    createWindow(request.title, screen.x, screen.y, static_cast<int>(screen.width),
+                 static_cast<int>(screen.height));
+  } else {
+    const int screen = DefaultScreen(display.get());
+    createWindow(request.title, 0, 0, DisplayWidth(display.get(), screen),
+                 DisplayHeight(display.get(), screen));
+  }
+  if (windowManagerRuns(display.get())) glutFullScreen();
 }
 
 // Title bar, task bar and switcher show it; GLUT has no call for that.
@@ -262,8 +270,8 @@ void openWindow(const WindowRequest& request, const WindowReports& sinks) {
   if (request.fullscreen) {
     openFullscreen(request);
   } else {
-    createWindow(request, (glutGet(GLUT_SCREEN_WIDTH) - request.width) / 2,
-                 (glutGet(GLUT_SCREEN_HEIGHT) - request.height) / 2);
+    createWindow(request.title, (glutGet(GLUT_SCREEN_WIDTH) - request.width) / 2,
+                 (glutGet(GLUT_SCREEN_HEIGHT) - request.height) / 2, request.width, request.height);
   }
   glutSetCursor(GLUT_CURSOR_NONE);
 

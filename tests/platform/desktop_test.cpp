@@ -21,22 +21,7 @@ namespace {
 class Desktop : public ::testing::Test {
  protected:
   void SetUp() override {
-    const TestDisplay display = connect();
-    ASSERT_TRUE(display);
-    XRRModeInfo mode{};
-    mode.width = 640;
-    mode.height = 480;
-    mode.dotClock = 25175000;
-    mode.hTotal = 800;
-    mode.vTotal = 525;
-    char name[] = "640x480";
-    mode.name = name;
-    mode.nameLength = 7;
-    const Window root = DefaultRootWindow(display.get());
-    const RRMode id = XRRCreateMode(display.get(), root, &mode);
-    const ResourcesHandle resources(XRRGetScreenResourcesCurrent(display.get(), root));
-    XRRAddOutputMode(display.get(), resources->outputs[0], id);
-    XSync(display.get(), False);
+    offerMode640x480();
     ASSERT_EQ(shown(), "800x600 in 800x600");
   }
 

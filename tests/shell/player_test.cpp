@@ -192,6 +192,28 @@ TEST_F(Player, ThePictureFollowsTheWindowsSize) {
   }
 }
 
+// The desktop of 800 x 600 shrinks to the mode chosen, with everything on it, and comes back.
+TEST_F(Player, FullScreenTakesTheChosenMode) {
+  offerMode640x480();
+  writeRunFolder(redForSeconds(1000));
+  RunningProgram program(player);
+  waitForDialog();
+  key("Return");  // 640 x 480 comes preselected
+  EXPECT_NE(waitForWindow(display.get(), title, 640), 0u);
+  EXPECT_TRUE(waitUntil([&] {
+    return screenColour(display.get(), 0, 0) == red && screenColour(display.get(), 639, 479) == red;
+  }));
+  key("Escape");
+  EXPECT_EQ(program.exitCode(), 0);
+  Window root;
+  int x, y;
+  unsigned width = 0, height = 0, border, depth;
+  XGetGeometry(display.get(), DefaultRootWindow(display.get()), &root, &x, &y, &width, &height, &border,
+               &depth);
+  EXPECT_EQ(width, 800u);
+  EXPECT_EQ(height, 600u);
+}
+
 TEST_F(Player, WithoutStatsItWritesNothing) {
   writeRunFolder(redForSeconds(1.5));
   RunningProgram program(player);

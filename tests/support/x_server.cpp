@@ -1,6 +1,7 @@
 #include "tests/support/x_server.h"
 
 #include <X11/Xutil.h>
+#include <X11/extensions/Xrandr.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -55,6 +56,25 @@ unsigned long screenColour(Display* display, int x, int y) {
   const unsigned long colour = XGetPixel(image, 0, 0) & 0xffffff;
   XDestroyImage(image);
   return colour;
+}
+
+void offerMode640x480() {
+  const TestDisplay display = connect();
+  XRRModeInfo mode{};
+  mode.width = 640;
+  mode.height = 480;
+  mode.dotClock = 25175000;
+  mode.hTotal = 800;
+  mode.vTotal = 525;
+  char name[] = "640x480";
+  mode.name = name;
+  mode.nameLength = 7;
+  const Window root = DefaultRootWindow(display.get());
+  const RRMode id = XRRCreateMode(display.get(), root, &mode);
+  XRRScreenResources* resources = XRRGetScreenResourcesCurrent(display.get(), root);
+  XRRAddOutputMode(display.get(), resources->outputs[0], id);
+  XRRFreeScreenResources(resources);
+  XSync(display.get(), False);
 }
 
 XServer::XServer(int width, int height) {

@@ -49,6 +49,9 @@ Window waitForWindow(Display* display, const std::string& title, int width = 0);
 // The same for a dialog, which is ready when it has the keyboard.
 Window waitForDialog(Display* display, const std::string& title);
 
+// Adds that mode, at 60 Hz, to those that the server's screen can show.
+void offerMode640x480();
+
 // What the screen shows at that place, 0xRRGGBB.
 unsigned long screenColour(Display* display, int x, int y);
 
