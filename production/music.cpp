@@ -71,6 +71,27 @@ StereoTrack mixDown(Mix& mix) {
   return sum;
 }
 
+// The score's passages that run backwards: what led up to them, mirrored, shut in more and more.
+void rewind(StereoTrack& track, float rate) {
+  for (const Rewind& passage : rewindScore()) {
+    const auto middle = static_cast<std::size_t>(std::lround(cueSeconds(passage.bar) * rate));
+    const auto count = static_cast<std::size_t>(std::lround(cueSeconds(passage.bars) * rate));
+    const auto fade = static_cast<std::size_t>(0.006f * rate);
+    for (std::vector<float>* channel : {&track.left, &track.right}) {
+      std::array<StateVariableFilter, 2> cuts;
+      for (std::size_t i = 0; i < count; ++i) {
+        if (i % controlBlock == 0) {
+          const double bar = static_cast<double>(middle + i) / rate / secondsPerBar;
+          for (StateVariableFilter& cut : cuts) cut.set(curveAt("rewind cut", bar, 20000), 0.9f, rate);
+        }
+        const std::size_t edge = std::min(i, count - i);
+        const float gain = edge < fade ? static_cast<float>(edge) / static_cast<float>(fade) : 1.0f;
+        (*channel)[middle + i] += gain * cuts[1].next(cuts[0].next((*channel)[middle - 1 - i]).low).low;
+      }
+    }
+  }
+}
+
 // The score's curves of the whole mix, a block at a time.
 void followCurves(StereoTrack& track, float rate) {
   constexpr std::size_t block = 64;
@@ -114,8 +135,9 @@ StereoSound renderMusic(MixQuality quality) {
 
   // Figures found by measuring: -14 LUFS, and 0.5 dB between the ceiling and -1 dBFS for what the
   // encoder adds.
-  constexpr float loudness = 1.0f;
+  constexpr float loudness = 0.96f;
   constexpr float ceiling = 0.81f;
+  rewind(sum, rateHertz);
   followCurves(sum, rateHertz);
   narrowLowEnd(sum.left, sum.right, 120, rateHertz);
   compress({}, sum.left, sum.right, rateHertz);

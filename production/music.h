@@ -3,17 +3,17 @@
 #include <cstddef>
 #include <vector>
 
-// The music of the presentation: 60 s of song after production/cues.h and a tail of 2 s, both ends
+// The music of the presentation: 90 s of song after production/cues.h and a tail of 2 s, both ends
 // silent. Made from code; the same bytes on every run.
 
 namespace vex {
 
 enum class MixQuality {
   full,   // 44.1 kHz
-  draft,  // same song and length at half the sample rate, in about a second
+  draft,  // same song and length at half the sample rate, in a second or two
 };
 
-inline constexpr double musicSeconds = 62.0;
+inline constexpr double musicSeconds = 92.0;
 
 // Two channels of equal length, -1 to 1.
 struct StereoSound {

@@ -33,6 +33,12 @@ struct CurvePoint {
   float value;
 };
 
+// From `bar` on, for `bars`, what was heard before comes back, backwards. It sounds beside what is
+// written there, through a low pass at the curve "rewind cut".
+struct Rewind {
+  double bar, bars;
+};
+
 struct DrumHit {
   double bar;
   float velocity;

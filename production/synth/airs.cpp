@@ -30,11 +30,7 @@ struct Singer {
   float step, vibratoPace, vibratoPhase;
 };
 
-}  // namespace
-
-Voice makeChoir(const NoteCall& call) {
-  const EnvelopeShape shape{std::min(0.5f, 0.3f * call.seconds), 1, 0.95f,
-                            std::min(0.8f, 0.25f + 0.3f * call.seconds)};
+Voice sing(const NoteCall& call, const EnvelopeShape& shape) {
   Voice voice;
   for (std::vector<float>* channel : {&voice.left, &voice.right}) {
     channel->resize(sampleCount(call.seconds + shape.release, call.rate));
@@ -80,8 +76,6 @@ Voice makeChoir(const NoteCall& call) {
   return voice;
 }
 
-namespace {
-
 // Noise and a saw whose pitch and loudness follow `climb`, 0 to 1.
 template <typename Climb>
 Voice makeSweep(const NoteCall& call, Climb climb) {
@@ -111,6 +105,15 @@ Voice makeSweep(const NoteCall& call, Climb climb) {
 }
 
 }  // namespace
+
+Voice makeChoir(const NoteCall& call) {
+  return sing(call,
+              {std::min(0.5f, 0.3f * call.seconds), 1, 0.95f, std::min(0.8f, 0.25f + 0.3f * call.seconds)});
+}
+
+Voice makeSwell(const NoteCall& call) {
+  return sing(call, {0.96f * call.seconds, 1, 1, 0.25f});
+}
 
 Voice makeRiser(const NoteCall& call) {
   return makeSweep(call, [](float t) { return t; });

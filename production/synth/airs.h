@@ -9,6 +9,8 @@ namespace vex {
 // Human voices without words: saws and breath through four formants that open from "oo" to "ah" with
 // the brightness and with time.
 Voice makeChoir(const NoteCall& call);
+// The same voices: they grow for the whole length and are soon gone.
+Voice makeSwell(const NoteCall& call);
 
 // Noise and a tone that climb for the whole length and stop dead.
 Voice makeRiser(const NoteCall& call);

@@ -86,6 +86,35 @@ Voice makeReversedBell(const NoteCall& call) {
   return voice;
 }
 
+Voice makeTine(const NoteCall& call) {
+  struct Mode {
+    float ratio, gain, decay;  // of the decay: s at A5
+  };
+  // Overtones of a bar that is clamped at one end; the pair at the bottom beats slowly.
+  constexpr Mode modes[] = {{0.9992f, 0.5f, 0.42f}, {1.0008f, 0.4f, 0.38f}, {6.267f, 0.22f, 0.07f}};
+  Voice voice{std::vector<float>(sampleCount(1.6f, call.rate)), {}};
+  for (const float pitch : call.pitches) {
+    const float hertz = noteHertz(pitch);
+    for (const Mode& mode : modes) {
+      const float step = hertz * mode.ratio / call.rate;
+      if (step > 0.4f) continue;
+      Sine sine;
+      Decay loudness(mode.decay * std::sqrt(880 / hertz), call.rate);
+      const float gain = call.velocity * mode.gain;
+      for (float& sample : voice.left) sample += gain * loudness.next() * sine.next(step);
+    }
+  }
+  // The pin lets go.
+  StateVariableFilter snap;
+  snap.set(std::min(5200.0f, 0.3f * call.rate), 1.2f, call.rate);
+  Decay click(0.003f, call.rate);
+  for (std::size_t i = 0; i < sampleCount(0.02f, call.rate); ++i) {
+    voice.left[i] += 0.3f * call.velocity * click.next() * snap.next(call.noise->next()).band;
+  }
+  fadeOut(voice.left, 0.2f);
+  return voice;
+}
+
 Voice makePluck(const NoteCall& call) {
   const std::size_t size = sampleCount(call.seconds + 0.9f, call.rate);
   Voice voice{std::vector<float>(size), {}};

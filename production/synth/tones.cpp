@@ -150,6 +150,36 @@ Voice makeDriveBass(const NoteCall& call) {
   return voice;
 }
 
+Voice makeMetalBass(const NoteCall& call) {
+  constexpr EnvelopeShape shape{0.002f, 0.22f, 0.6f, 0.04f};
+  Voice voice;
+  voice.left.resize(sampleCount(call.seconds + shape.release, call.rate));
+  Sine body, clang, grit, sub;
+  float carrier = 0;
+  StateVariableFilter lowCut;
+  lowCut.set(95, 0.707f, call.rate);  // leaves the bottom to the clean sine
+  float level = 0, step = 0, bodyIndex = 0, clangIndex = 0, gritIndex = 0;
+  renderBlocks(
+      voice.left, call.rate,
+      [&](float t) {
+        level = call.velocity * envelopeAt(shape, t, call.seconds);
+        step = noteHertz(glidedPitch(call, t)) / call.rate;
+        // Indices in turns of phase. The iron rings at once and is gone; a growl stays.
+        const float wobble = 1 + 0.3f * sineOfTurns(t * 4.267f);  // once in half a beat
+        bodyIndex = (0.10f + 0.16f * call.brightness) * wobble;
+        clangIndex = (0.06f + 0.34f * call.brightness * call.velocity) * std::exp(-t / 0.10f);
+        gritIndex = 0.14f * call.brightness * std::exp(-t / 0.045f);
+      },
+      [&] {
+        const float phase = carrier + bodyIndex * body.next(step) + clangIndex * clang.next(step * 3.517f) +
+                            gritIndex * grit.next(step * 11.39f);
+        carrier = wrapPhase(carrier + step);
+        const float driven = softClip(2.2f * sineOfTurns(phase));
+        return level * (0.6f * lowCut.next(driven).high + 0.6f * sub.next(step));
+      });
+  return voice;
+}
+
 Voice makeLead(const NoteCall& call) {
   constexpr EnvelopeShape shape{0.006f, 0.5f, 0.72f, 0.16f};
   Voice voice;

@@ -12,6 +12,8 @@ Voice makeDrone(const NoteCall& call);
 Voice makePulseBass(const NoteCall& call);
 // Two saws against each other, driven through the ladder; the sine below stays clean. Mono.
 Voice makeDriveBass(const NoteCall& call);
+// Frequency modulation by ratios that are no whole numbers, clipped: struck iron over a clean sine. Mono.
+Voice makeMetalBass(const NoteCall& call);
 // Detuned saws and a pulse, with late vibrato and glide.
 Voice makeLead(const NoteCall& call);
 // A reedy pulse for the voice that answers.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
 
 #include "production/cues.h"
@@ -111,13 +112,16 @@ TEST(Score, StaysInsideTheSong) {
   }
 }
 
-// The four notes in a row, in one instrument: once or more in each movement.
+// The four notes in a row, in one instrument: once or more in each movement, in a voice that the
+// movement before did not give it to. Only the last movement goes on to the A.
 TEST(Score, EveryMovementStatesTheMotif) {
   std::vector<double> starts;
   for (const Cue& cue : cues) {
-    if (cue.kind == CueKind::section && cue.bar < boxBar) starts.push_back(cue.bar);
+    if (cue.kind == CueKind::section) starts.push_back(cue.bar);
   }
-  std::vector<int> statements(starts.size());
+  ASSERT_EQ(starts.size(), 5u);
+  std::vector<int> statements(starts.size()), resolutions(starts.size());
+  std::vector<std::set<std::string_view>> voices(starts.size());
   for (const NoteLine& line : noteScore()) {
     const std::vector<Note> notes = readNotes(line);
     const auto pitchClass = [&](std::size_t i) { return std::lround(notes[i].pitches.front()) % 12; };
@@ -126,17 +130,23 @@ TEST(Score, EveryMovementStatesTheMotif) {
         continue;
       const auto section = std::upper_bound(starts.begin(), starts.end(), notes[i].bar) - starts.begin() - 1;
       ++statements[static_cast<std::size_t>(section)];
+      voices[static_cast<std::size_t>(section)].insert(line.instrument);
+      if (i + 4 < notes.size() && pitchClass(i + 4) == 9) ++resolutions[static_cast<std::size_t>(section)];
     }
   }
   for (std::size_t i = 0; i < starts.size(); ++i) {
     EXPECT_GE(statements[i], 1) << "bar " << starts[i];
+    EXPECT_EQ(resolutions[i] > 0, i + 1 == starts.size()) << "bar " << starts[i];
+    if (i > 0) {
+      EXPECT_NE(voices[i], voices[i - 1]) << "bar " << starts[i];
+    }
   }
 }
 
 // Drums lead into each cue of the kind that promises it, and nothing is struck while the music holds
 // its breath but the clock.
 TEST(Score, KeepsWhatTheCuesPromise) {
-  for (std::size_t i = 0; cues[i].bar < boxBar; ++i) {
+  for (std::size_t i = 0; i + 1 < cues.size(); ++i) {
     const double first = cueSeconds(cues[i]) / secondsPerBar, next = cueSeconds(cues[i + 1]) / secondsPerBar;
     int struck = 0;
     for (const DrumLine& line : drumScore()) {
@@ -151,11 +161,28 @@ TEST(Score, KeepsWhatTheCuesPromise) {
   }
 }
 
+// A voice that comes back after more than four bars counts as new, too.
+TEST(Score, BringsSomethingNewAtLeastEveryEightBars) {
+  std::map<std::string_view, std::vector<double>> played;
+  for (const DrumLine& line : drumScore())
+    for (const DrumHit& hit : readDrums(line)) played[line.drum].push_back(hit.bar);
+  for (const NoteLine& line : noteScore())
+    for (const Note& note : readNotes(line)) played[line.instrument].push_back(note.bar);
+  std::vector<double> entries{0, songBars};
+  for (auto& [name, bars] : played) {
+    std::sort(bars.begin(), bars.end());
+    for (std::size_t i = 0; i < bars.size(); ++i)
+      if (i == 0 || bars[i] - bars[i - 1] > 4) entries.push_back(bars[i]);
+  }
+  std::sort(entries.begin(), entries.end());
+  for (std::size_t i = 1; i < entries.size(); ++i) EXPECT_LE(entries[i] - entries[i - 1], 8) << entries[i];
+}
+
 TEST(Score, CurvesAreStraightBetweenTheirPoints) {
   EXPECT_EQ(curveAt("no such curve", 3, 0.25f), 0.25f);
   EXPECT_FLOAT_EQ(curveAt("fader", 0, 0), -7);
   EXPECT_FLOAT_EQ(curveAt("fader", 1.5, 0), -7.5f);
-  EXPECT_FLOAT_EQ(curveAt("fader", 99, 0), curveAt("fader", 32, 0));
+  EXPECT_FLOAT_EQ(curveAt("fader", 99, 0), curveAt("fader", songBars, 0));
   EXPECT_FLOAT_EQ(curveAt("low cut", 0, 0), 20) << "before the first point";
 }
 
