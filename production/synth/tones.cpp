@@ -167,8 +167,8 @@ Voice makeMetalBass(const NoteCall& call) {
         // Indices in turns of phase. The iron rings at once and is gone; a growl stays.
         const float wobble = 1 + 0.3f * sineOfTurns(t * 4.267f);  // once in half a beat
         bodyIndex = (0.10f + 0.16f * call.brightness) * wobble;
-        clangIndex = (0.06f + 0.34f * call.brightness * call.velocity) * std::exp(-t / 0.10f);
-        gritIndex = 0.14f * call.brightness * std::exp(-t / 0.045f);
+        clangIndex = (0.10f + 0.75f * call.brightness * call.velocity) * std::exp(-t / 0.11f);
+        gritIndex = 0.35f * call.brightness * std::exp(-t / 0.05f);
       },
       [&] {
         const float phase = carrier + bodyIndex * body.next(step) + clangIndex * clang.next(step * 3.517f) +

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "production/synth/airs.h"
 #include "production/synth/effects.h"
 #include "production/synth/envelope.h"
 #include "production/synth/filter.h"
@@ -137,7 +138,8 @@ TEST(Voices, AreInTune) {
   for (const auto& [name, make, pitch, tolerance] :
        {Case{"pluck", makePluck, 50, 4}, Case{"pluck", makePluck, 81, 6}, Case{"pluck", makePluck, 86, 6},
         Case{"arp", makeArp, 74, 3}, Case{"pulse bass", makePulseBass, 38, 5},
-        Case{"drive bass", makeDriveBass, 45, 5}, Case{"bell", makeBell, 74, 3}}) {
+        Case{"drive bass", makeDriveBass, 45, 5}, Case{"metal bass", makeMetalBass, 45, 5},
+        Case{"music box", makeTine, 86, 4}, Case{"bell", makeBell, 74, 3}}) {
     NoiseSource noise;
     const NoteCall call{rate, 1.0f, std::span(&pitch, 1), 0, 0.8f, 0.7f, &noise};
     Voice voice = make(call);
@@ -163,6 +165,36 @@ TEST(Voices, ReversedBellIsLoudestAtItsEnd) {
   const auto part = [&](std::size_t first) { return energy(std::span(voice.left).subspan(first, 11025)); };
   EXPECT_GT(part(55000), 3 * part(22050));
   EXPECT_GT(part(22050), 2 * part(0));
+}
+
+TEST(Voices, SwellGrowsToItsEnd) {
+  NoiseSource noise;
+  const float pitch = 62;
+  const Voice voice = makeSwell({rate, 2.0f, std::span(&pitch, 1), 0, 1, 0.5f, &noise});
+  const auto part = [&](double second) {
+    return energy(std::span(voice.left).subspan(static_cast<std::size_t>(second * rate), 8820));
+  };
+  EXPECT_GT(part(1.0), 3 * part(0.4));
+  EXPECT_GT(part(1.7), 1.5 * part(1.0));
+  EXPECT_EQ(voice.left.size(), static_cast<std::size_t>(2.25f * rate)) << "soon gone";
+}
+
+// The iron rings above the note and is gone; what stays is the note.
+TEST(Voices, MetalBassLosesItsMetal) {
+  NoiseSource noise;
+  const float pitch = 38;
+  const Voice voice = makeMetalBass({rate, 1.0f, std::span(&pitch, 1), 0, 1, 0.8f, &noise});
+  const auto metal = [&](double second) {
+    std::vector<float> part(voice.left.begin() + std::lround(second * rate),
+                            voice.left.begin() + std::lround((second + 0.1) * rate));
+    const double whole = energy(part);
+    StateVariableFilter cut;
+    cut.set(1500, 0.707f, rate);
+    for (float& sample : part) sample = cut.next(sample).high;
+    return energy(part) / whole;
+  };
+  EXPECT_GT(metal(0.005), 8 * metal(0.6));
+  EXPECT_GT(metal(0.005), 0.02);
 }
 
 TEST(Effects, ReverbLosesSixtyDecibelsInItsTime) {
