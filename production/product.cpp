@@ -9,6 +9,7 @@ namespace {
 
 constexpr int pictureQuality = 92;
 constexpr int maskQuality = 95;
+constexpr int movieQuality = 88;
 
 std::vector<Bytes> encodePicture(const Canvas& image, PictureKind kind) {
   switch (kind) {
@@ -30,6 +31,21 @@ void append(Products& all, Products more) {
 
 }  // namespace
 
+namespace {
+
+std::vector<std::string> pictureSources(const char* family) {
+  return {std::string("production/textures/") + family + ".",
+          "production/textures/palette.",
+          "production/textures/hangar_light.",
+          "production/image/",
+          "production/product.",
+          "src/platform/jpeg_encoder.",
+          "src/engine/",
+          "src/scenes/word_endings."};
+}
+
+}  // namespace
+
 Product picture(const std::string& name, PictureKind kind, const char* family, float work,
                 std::function<Canvas(const Settings&)> make) {
   const bool jpeg = kind == PictureKind::jpeg || kind == PictureKind::maskedJpeg;
@@ -38,15 +54,27 @@ Product picture(const std::string& name, PictureKind kind, const char* family, f
   Product product;
   product.outputs.push_back("data/" + name + extension);
   if (masked) product.outputs.push_back("data/" + name + "_mask" + extension);
-  product.sources = {std::string("production/textures/") + family + ".",
-                     "production/textures/palette.",
-                     "production/image/",
-                     "production/product.",
-                     "src/platform/jpeg_encoder.",
-                     "src/scenes/word_endings."};
+  product.sources = pictureSources(family);
   product.work = work;
   product.make = [kind, make = std::move(make)](const Settings& settings) {
     return encodePicture(make(settings), kind);
+  };
+  return product;
+}
+
+Product movie(const std::string& base, int frames, const char* family, float work,
+              std::function<FramePainter(const Settings&)> prepare) {
+  Product product;
+  for (int frame = 1; frame <= frames; ++frame)
+    product.outputs.push_back("data/" + base + std::to_string(frame) + ".jpg");
+  product.sources = pictureSources(family);
+  product.work = work;
+  product.make = [frames, prepare = std::move(prepare)](const Settings& settings) {
+    const FramePainter paintFrame = prepare(settings);
+    std::vector<Bytes> files;
+    for (int frame = 0; frame < frames; ++frame)
+      files.push_back(encodeJpegPicture(paintFrame(frame), movieQuality));
+    return files;
   };
   return product;
 }
@@ -62,6 +90,10 @@ Products allProducts() {
   append(all, ironPictures());
   append(all, lightPictures());
   append(all, silhouettePictures());
+  append(all, hangarPictures());
+  append(all, chromePictures());
+  append(all, casketPictures());
+  append(all, spritePictures());
   append(all, eyeMovie());
   append(all, statisticsFont());
   append(all, musicFile());

@@ -12,6 +12,10 @@ namespace {
 constexpr double screenAspect = 16.0 / 9;
 constexpr int zoomDots = 24;
 
+// Textures are clamped and filtered against a clear border, so that the outer half texel of a picture is half
+// gone: what covers the screen reaches this much beyond it.
+constexpr double overscan = 1.05;
+
 ScriptParameter text(const char* name, const std::string& value) {
   ScriptParameter parameter{name, {}};
   parameter.curve.kind = CurveKind::text;
@@ -101,6 +105,15 @@ Curve zoom(double from, double to, double beats) {
   return line(std::move(dots));
 }
 
+Curve travel(double from, double to, double beats) {
+  std::vector<CurveDot> dots;
+  for (int i = 0; i <= zoomDots; ++i) {
+    const double share = static_cast<double>(i) / zoomDots;
+    dots.push_back({share * beats, from + (to - from) * share});
+  }
+  return line(std::move(dots));
+}
+
 Curve operator*(Curve curve, double factor) {
   curve.value *= factor, curve.amplitude *= factor, curve.offset *= factor;
   for (CurveDot& dot : curve.dots) dot.y *= factor;
@@ -132,7 +145,7 @@ Place centred(const Curve& x, const Curve& y, const Curve& height, double aspect
 }
 
 Place covering(const Curve& scale, const Curve& x, const Curve& y) {
-  return {x + scale * -1, y + scale * -1, scale * 2, scale * 2};
+  return {x + scale * -overscan, y + scale * -overscan, scale * (2 * overscan), scale * (2 * overscan)};
 }
 
 namespace screen {

@@ -25,6 +25,8 @@ Curve fade(double in, double out, double level = 1);
 Curve flashes(const std::vector<double>& beats, double level, double rest = 0);
 // From one size to another at an even pace for the eye (exponential).
 Curve zoom(double from, double to, double beats);
+// From one place to another at an even pace, in step with a zoom of as many beats.
+Curve travel(double from, double to, double beats);
 Curve operator*(Curve curve, double factor);
 Curve operator+(Curve curve, double constant);
 // Where both vary they must have the same kind and times. Fatal: "curves of different times cannot be added".
@@ -35,7 +37,7 @@ struct Place {
 };
 // `height` high with `aspect` times that as width on a 16:9 screen, about a middle.
 Place centred(const Curve& x, const Curve& y, const Curve& height, double aspect = 1);
-// The whole screen, larger by a factor of 1 or more, its middle moved.
+// The whole screen and a little beyond its edges, larger by a factor of 1 or more, its middle moved.
 Place covering(const Curve& scale, const Curve& x = 0, const Curve& y = 0);
 
 // Apart, for these are common words.

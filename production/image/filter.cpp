@@ -43,8 +43,8 @@ Grid<T> blurGrid(const Grid<T>& source, float sigma, EdgeMode mode) {
 
 // Calls `shade` with the unit normal of each texel.
 template <typename Function>
-Field shadeRelief(const Field& heights, EdgeMode mode, Function shade) {
-  Field result(heights.width, heights.height);
+auto shadeRelief(const Field& heights, EdgeMode mode, Function shade) {
+  Grid<decltype(shade(0.0f, 0.0f, 0.0f))> result(heights.width, heights.height);
   for (int y = 0; y < heights.height; ++y)
     for (int x = 0; x < heights.width; ++x) {
       const auto height = [&](int i, int j) {
@@ -77,6 +77,31 @@ Field glossRelief(const Field& heights, float x, float y, float z, float power, 
   const float length = std::sqrt(x * x + y * y + z * z);
   const float hx = x / length, hy = y / length, hz = z / length + 1;
   return map(lightRelief(heights, hx, hy, hz, mode), [=](float cosine) { return std::pow(cosine, power); });
+}
+
+Field castShadows(const Field& heights, float x, float y, float z, float reach, float softness,
+                  EdgeMode mode) {
+  const float level = std::hypot(x, y), slope = z / level;
+  const float stepX = x / level, stepY = y / level;
+  Field result(heights.width, heights.height, 1);
+  for (int row = 0; row < heights.height; ++row)
+    for (int column = 0; column < heights.width; ++column) {
+      float steepest = -1e9f;  // of what stands in the light's way
+      for (float away = 1; away <= reach; away += away < 8 ? 1.0f : away / 8) {
+        const int i = column + static_cast<int>(std::lround(stepX * away)),
+                  j = row + static_cast<int>(std::lround(stepY * away));
+        const float there = heights.at(edgeIndex(i, heights.width, mode), edgeIndex(j, heights.height, mode));
+        steepest = std::max(steepest, (there - heights.at(column, row)) / away);
+      }
+      result.at(column, row) = smoothStep(slope + softness / 2, slope - softness / 2, steepest);
+    }
+  return result;
+}
+
+Canvas normalsOf(const Field& heights, EdgeMode mode) {
+  return shadeRelief(heights, mode, [](float nx, float ny, float nz) {
+    return Colour4{0.5f + 0.5f * nx, 0.5f + 0.5f * ny, 0.5f + 0.5f * nz};
+  });
 }
 
 Colour4 gradient(const std::vector<Colour4>& stops, float value) {

@@ -42,6 +42,15 @@ Field lightRelief(const Field& heights, float x, float y, float z, EdgeMode mode
 // The highlight of the same light seen from the front: cosine of the half-way vector to `power`.
 Field glossRelief(const Field& heights, float x, float y, float z, float power, EdgeMode mode);
 
+// Where the same light reaches the field at all: 1, or 0 in the shadow of what stands in its way up to
+// `reach` texels off, with an edge as soft as `softness` (of the slope of the light, 0.1 or more).
+Field castShadows(const Field& heights, float x, float y, float z, float reach, float softness,
+                  EdgeMode mode);
+
+// The unit normals of a height field as colours: red to the right, green down, blue out of the picture, each
+// from -1 to 1 as 0 to 1.
+Canvas normalsOf(const Field& heights, EdgeMode mode);
+
 // Colour of `value` in a table of evenly spaced colours from 0 to 1.
 Colour4 gradient(const std::vector<Colour4>& stops, float value);
 

@@ -15,6 +15,10 @@ Products smokePictures();       // haze cards and tiling smoke, filaments and em
 Products ironPictures();        // plates, lattice and rose windows
 Products lightPictures();       // rays, eclipse, streaks
 Products silhouettePictures();  // figure, arch, thorns
+Products hangarPictures();      // the hangar and its ribs
+Products chromePictures();      // the creature, a limb of it, a mirror ball
+Products casketPictures();      // the reliquary, its lock and its lid as movies
+Products spritePictures();      // data\flare_normal and its kin
 Products eyeMovie();            // data\eye1.jpg and so on
 Products statisticsFont();      // data\font.raw
 

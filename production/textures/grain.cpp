@@ -66,7 +66,7 @@ Products grainPictures() {
       picture("grain", PictureKind::jpeg, "grain", 1, grain),
       picture("dust", PictureKind::jpeg, "grain", 4, dust),
       picture("vignette", PictureKind::bmp, "grain", 0.2f, vignette),
-      picture("bar", PictureKind::bmp, "grain", 0.1f, [](const Settings&) { return Canvas(8, 8, black); })};
+      picture("bar", PictureKind::bmp, "grain", 0.1f, [](const Settings&) { return Canvas(64, 64, black); })};
 }
 
 }  // namespace vex

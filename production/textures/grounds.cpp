@@ -40,6 +40,7 @@ Products groundPictures() {
       {acidHue, 0.5f, 0.52f, 0.40f, 0.13f, 0.55f, 1.1f, 410},
       {violetHue, 0.5f, 0.48f, 0.38f, 0.16f, 0.55f, 1.0f, 420},
       {emberHue, 0.5f, 0.60f, 0.45f, 0.16f, 0.62f, 1.2f, 430},
+      {tealHue, 0.5f, 0.50f, 0.42f, 0.15f, 0.56f, 1.1f, 440},
   };
   Products products;
   for (const GroundLook& look : looks)

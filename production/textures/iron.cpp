@@ -177,6 +177,8 @@ Products ironPictures() {
                              [](const Settings& settings) { return glass(settings, violetHue, steelRamp); }));
   products.push_back(picture("glass_ember", PictureKind::jpeg, "iron", 4,
                              [](const Settings& settings) { return glass(settings, emberHue, violetRamp); }));
+  products.push_back(picture("glass_teal", PictureKind::jpeg, "iron", 4,
+                             [](const Settings& settings) { return glass(settings, tealHue, alarmRamp); }));
   add("gate_", acidHue, PictureKind::maskedJpeg, 4, gate);
   add("gate_", violetHue, PictureKind::maskedJpeg, 4, gate);
   add("gate_", emberHue, PictureKind::maskedJpeg, 4, gate);

@@ -58,6 +58,17 @@ Canvas moon(const Settings& settings) {
   });
 }
 
+// Shafts along a cone: bands that run up and down, uneven both ways, with slow dust in them. Tiles.
+Canvas rayCone(const Settings& settings) {
+  const int side = settings.side(256);
+  return paint(side, side, [](float u, float v) {
+    const float broad = valueNoise(u * 8, v * 8, 8, 155), fine = valueNoise(u * 32, 0.5f, 32, 156);
+    const float dust = 0.5f + 0.5f * fractal(u * 4, v * 4, 4, 4, 0.55f, 157);
+    const float shaft = smoothStep(0.3f, 0.95f, 0.65f * broad + 0.4f * fine);
+    return gradient(tealRamp, 0.72f * shaft * (0.45f + 0.55f * dust));
+  });
+}
+
 // A lens's level streak. Additive.
 Canvas streak(const Settings& settings, const Hue& hue) {
   const int width = settings.side(512), height = width / 8;
@@ -78,12 +89,13 @@ Products lightPictures() {
     products.push_back(picture(std::string(stem) + hue.suffix, kind, "lights", work,
                                [&hue, make](const Settings& settings) { return make(settings, hue); }));
   };
-  for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue}) add("rays_", *hue, 0.7f, rays);
+  for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue, &tealHue}) add("rays_", *hue, 0.7f, rays);
   add("corona_", boneHue, 0.8f, corona);
   add("corona_", emberHue, 0.8f, corona);
   add("streak_", boneHue, 0.2f, streak, PictureKind::bmp);
   add("streak_", acidHue, 0.2f, streak, PictureKind::bmp);
   add("streak_", violetHue, 0.2f, streak, PictureKind::bmp);
+  products.push_back(picture("ray_cone", PictureKind::jpeg, "lights", 1, rayCone));
   products.push_back(picture("moon", PictureKind::maskedBmp, "lights", 0.5f, moon));
   return products;
 }

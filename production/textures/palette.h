@@ -40,6 +40,24 @@ inline const Ramp steelRamp{black,
                             {0.4f, 0.46f, 0.58f},
                             {0.8f, 0.86f, 0.93f},
                             {0.97f, 0.98f, 1}};
+inline const Ramp tealRamp{black,
+                           {0.008f, 0.04f, 0.05f},
+                           {0.02f, 0.19f, 0.21f},
+                           {0.1f, 0.55f, 0.54f},
+                           {0.55f, 0.9f, 0.84f},
+                           {0.93f, 1, 0.97f}};
+inline const Ramp alarmRamp{black,
+                            {0.08f, 0.008f, 0.012f},
+                            {0.38f, 0.02f, 0.03f},
+                            {0.9f, 0.12f, 0.07f},
+                            {1, 0.5f, 0.36f},
+                            {1, 0.92f, 0.86f}};
+inline const Ramp brassRamp{black,
+                            {0.06f, 0.04f, 0.018f},
+                            {0.22f, 0.14f, 0.045f},
+                            {0.56f, 0.4f, 0.15f},
+                            {0.88f, 0.74f, 0.42f},
+                            {1, 0.96f, 0.82f}};
 
 struct Hue {
   const char* suffix;
@@ -50,6 +68,7 @@ inline const Hue boneHue{"bone", boneRamp};
 inline const Hue acidHue{"acid", acidRamp};
 inline const Hue violetHue{"violet", violetRamp};
 inline const Hue emberHue{"ember", emberRamp};
+inline const Hue tealHue{"teal", tealRamp};
 
 inline constexpr float pi = 3.14159265f;
 

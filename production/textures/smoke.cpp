@@ -91,6 +91,7 @@ Products smokePictures() {
     add("haze_", *hue, 0.5f, hazeCard);
     add("smoke_", *hue, 3, smokeTile);
   }
+  add("haze_", tealHue, 0.5f, hazeCard);
   add("threads_", boneHue, 4, filaments);
   add("threads_", acidHue, 4, filaments);
   add("threads_", violetHue, 4, filaments);

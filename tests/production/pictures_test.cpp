@@ -142,7 +142,9 @@ TEST(Pictures, HaveTheSizesAndKindsThatTheShowNeeds) {
       {"data/end_atious02.bmp", 512, 128, false}, {"data/end_er01.bmp", 512, 128, false},
       {"data/end_illum01.bmp", 512, 128, false},  {"data/vex_substract.bmp", 512, 128, true},
       {"data/eye1.jpg", 1024, 512, false},        {"data/eye32.jpg", 1024, 512, false},
-      {"data/figure_acid.jpg", 256, 512, true},
+      {"data/figure_acid.jpg", 256, 512, true},   {"data/lid1.jpg", 1024, 512, false},
+      {"data/lid24.jpg", 1024, 512, false},       {"data/lock12.jpg", 1024, 512, false},
+      {"data/beast.jpg", 512, 512, true},         {"data/flare_normal.bmp", 128, 128, false},
   };
   const auto& pictures = draftPictures();
   for (const auto& [path, width, height, masked] : cases) {
@@ -167,11 +169,11 @@ TEST(Pictures, HaveTheSizesAndKindsThatTheShowNeeds) {
 TEST(Pictures, SpritesEndInBlackAtTheirBorders) {
   for (const auto& [path, picture] : draftPictures()) {
     const auto begins = [&](const char* start) { return path.starts_with(std::string("data/") + start); };
-    const bool lossless = begins("light") || begins("vex0") || begins("end_") ||
+    const bool lossless = begins("light") || begins("vex0") || begins("end_") || begins("flare_") ||
                           path == "data/vex_substract_mask.bmp" || path == "data/moon_mask.bmp";
     const bool lossy = begins("haze_") || begins("rays_") || begins("corona_") || begins("streak_") ||
                        begins("halvane") || begins("presents") || path.starts_with("data/gate_acid_mask") ||
-                       begins("eye");
+                       begins("orb_mask") || begins("beast_mask") || begins("eye");
     if (lossless) {
       EXPECT_EQ(brightestBorder(picture), 0) << path;
     }

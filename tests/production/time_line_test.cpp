@@ -131,9 +131,10 @@ double valueOf(const ScriptParameter& parameter, double progress) {
 bool paintsAll(const ScriptCall& call, double progress) {
   const auto value = [&](int i) { return valueOf(call.parameters[static_cast<std::size_t>(i)], progress); };
   if (call.function == "fadeScreen") return value(3) >= 1;
-  static const std::set<std::string> opaque{"data\\sky_bone",    "data\\sky_acid",    "data\\sky_violet",
-                                            "data\\sky_ember",   "data\\plates_acid", "data\\glass_violet",
-                                            "data\\glass_ember", "data\\eye"};
+  static const std::set<std::string> opaque{
+      "data\\sky_bone",     "data\\sky_acid",    "data\\sky_violet", "data\\sky_ember",  "data\\plates_acid",
+      "data\\glass_violet", "data\\glass_ember", "data\\eye",        "data\\glass_teal", "data\\sky_teal",
+      "data\\hangar",       "data\\hangar_side", "data\\beast_near", "data\\lid",        "data\\lock"};
   if (!opaque.contains(call.parameters[0].curve.text)) return false;
   const bool movie = call.function == "drawMovie";
   const int alpha = movie ? 8 : 7;
@@ -223,14 +224,14 @@ TEST(TimeLine, UsesAllFunctionsAndAllKindsOfParameters) {
   EXPECT_EQ(kinds.size(), 5u);
 }
 
-TEST(TimeLine, IsAMinuteLongAndShorterThanItsMusic) {
-  EXPECT_EQ(theShow().totalTime, 60.0);
+TEST(TimeLine, IsNinetySecondsLongAndShorterThanItsMusic) {
+  EXPECT_EQ(theShow().totalTime, 90.0);
   EXPECT_LE(theShow().totalTime, musicSeconds - 0.5);
   EXPECT_EQ(theShow().sound, "data\\vex.ogg");
 }
 
 TEST(TimeLine, EveryFrameHasAGroundAndAtMostSixteenParts) {
-  for (int frame = 0; frame <= 1800; ++frame) {
+  for (int frame = 0; frame <= 2700; ++frame) {
     const double time = frame / 30.0;
     const auto active = activeAt(time);
     ASSERT_FALSE(active.empty()) << time;
@@ -243,7 +244,7 @@ TEST(TimeLine, EveryFrameHasAGroundAndAtMostSixteenParts) {
 }
 
 TEST(TimeLine, TheViewportIsWholeAgainAtTheEndOfEachFrame) {
-  for (int frame = 0; frame <= 1800; ++frame) {
+  for (int frame = 0; frame <= 2700; ++frame) {
     const double time = frame / 30.0;
     const ScriptCall* last = nullptr;
     for (const ScriptPart* part : activeAt(time))
@@ -348,7 +349,7 @@ TEST(VexProduce, TheDraftPlaysToTheEnd) {
       runProgram(std::string(VEX_BIN) + "/vexrecord --dir show --size 64x36 --fps 4 --trace-calls calls.tsv");
   ASSERT_EQ(run.exitCode, 0) << run.errors;
   const std::string calls = readFile("calls.tsv");
-  EXPECT_NE(calls.find("\n240\t60\t"), std::string::npos);  // the last frame
+  EXPECT_NE(calls.find("\n360\t90\t"), std::string::npos);  // the last frame
   EXPECT_NE(calls.find("drawVexLogo"), std::string::npos);
 }
 

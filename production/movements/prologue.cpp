@@ -1,0 +1,78 @@
+#include "production/movements/words.h"
+
+namespace vex {
+
+using namespace screen;
+
+// Black, grain, two names in haze, and the eye.
+void addPrologue(Show& show) {
+  show.add("black", 0, 8, ground, Fade{});
+  show.add("night", 0, 6, backdrop,
+           Bitmap{.texture = "sky_bone", .at = covering(slide(1.02, 1.3)), .alpha = fade(10, 3)});
+  show.add("far town", 1, 5, far,
+           Bitmap{.texture = "spires_bone",
+                  .at = {slide(-1.15, -1.5), slide(-0.02, -0.2), slide(2.3, 2.8), slide(1.0, 1.2)},
+                  .alpha = fade(8, 2)});
+  show.add("heartbeats", 0, 6, haze,
+           Bitmap{.texture = "haze_bone",
+                  .at = centred(swing(19, -0.15, 0.15), swing(13, -0.05, 0.12), 2.6, 1.7),
+                  .alpha = flashes({2, 2.6, 6, 6.6, 10, 10.6, 14, 14.6, 18, 18.6, 22, 22.6}, 0.9, 0.3),
+                  .blend = Blend::add});
+  show.add("thorns", 0, 6, front,
+           Bitmap{.texture = "thorn_bone",
+                  .at = {slide(-1.15, -1.6), slide(0.42, 0.2), slide(2.3, 3.2), slide(0.8, 1.1)},
+                  .alpha = fade(12, 0)});
+  show.add("halvane", 2, 2.25, title,
+           Bitmap{.texture = "halvane1",
+                  .at = centred(0, -0.05, spline({{0, 0.6}, {2, 0.68}, {6, 0.71}, {partEnd, 0.8}}), 4),
+                  .frames = 4,
+                  .glitch = flashes({0, 4, 5.5, 8}, 0.9, 0.03),
+                  .alpha = fade(1.5, 1),
+                  .blend = Blend::add},
+           Bitmap{.texture = "halvane1",
+                  .at = centred(0, -0.05, slide(0.62, 1.0), 4),
+                  .alpha = line({{0, 0}, {2, 0.22}, {5, 0.02}, {partEnd, 0}}),
+                  .blend = Blend::add});
+  show.add("threads", 3, 3, smoke,
+           Waves{.texture = "threads_bone",
+                 .at = covering(slide(1.1, 1.5)),
+                 .speed = 0.8,
+                 .amplitude = swing(16, 0.02, 0.06),
+                 .alpha = fade(8, 1, 0.5),
+                 .blend = Blend::add});
+  show.add("presents", 4.25, 1.75, title,
+           Bitmap{.texture = "presents1",
+                  .at = centred(0, -0.03, slide(0.5, 0.6), 4),
+                  .frames = 4,
+                  .glitch = flashes({1, 3, 5}, 0.9, 0.03),
+                  .alpha = fade(1, 1),
+                  .blend = Blend::add});
+  show.add("far motif", 4, 2, title - 1,
+           Bitmap{.texture = "streak_bone",
+                  .at = {slide(-1.6, -1.2), -0.17, 2.8, 0.3},
+                  .alpha = flashes({0, 2, 4, 6}, 0.8, 0.05),
+                  .blend = Blend::add});
+
+  show.add(
+      "lid trembles", 6, 1, subject,
+      Movie{.base = "eye",
+            .at = covering(slide(1.0, 1.06)),
+            .first = 1,
+            .last = 12,
+            .fps = 6.4,
+            .alpha = line(
+                {{0, 0}, {0.4, 0.8}, {0.6, 0.3}, {1, 1}, {1.9, 0.9}, {2, 0.45}, {2.2, 1}, {partEnd, 1}})});
+  show.add("threads on the lid", 6, 1.875, smoke,
+           Waves{.texture = "threads_bone",
+                 .at = covering(slide(1.5, 1.9)),
+                 .speed = 0.8,
+                 .amplitude = 0.05,
+                 .alpha = slide(0.4, 0.12),
+                 .blend = Blend::add});
+  show.add(
+      "eye opens", 7, 0.875, subject,
+      Movie{
+          .base = "eye", .at = covering(zoom(1.06, 1.3, 3.5), 0, 0.02), .first = 12, .last = 32, .fps = 13});
+}
+
+}  // namespace vex

@@ -1,0 +1,57 @@
+#include <cmath>
+
+#include "production/image/filter.h"
+#include "production/image/noise.h"
+#include "production/textures/families.h"
+#include "production/textures/palette.h"
+
+namespace vex {
+
+namespace {
+
+// All are additive and end well before their borders. x and y go from -1 to 1, r is the distance from the
+// middle.
+Canvas sprite(const Settings& settings, int fullSide, const Ramp& ramp,
+              float (*light)(float x, float y, float r)) {
+  const int side = settings.side(fullSide);
+  return paintSmooth(side, side, 2, [&](float u, float v) {
+    const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y);
+    return gradient(ramp, light(x, y, r) * smoothStep(0.93f, 0.5f, r));
+  });
+}
+
+// A point of light in a wide skirt.
+float soft(float, float, float r) {
+  return 0.9f * std::exp(-r * r * 34) + 0.34f * std::pow(clamp01(1 - r), 3.0f);
+}
+
+// A star of six spikes, two of them long, and a faint ring: a strong light in a lens.
+float star(float x, float y, float r) {
+  float light = 1.1f * std::exp(-r * r * 60) + 0.22f * std::pow(clamp01(1 - r), 3.0f);
+  for (int i = 0; i < 3; ++i) {
+    const float angle = static_cast<float>(i) * pi / 3, c = std::cos(angle), s = std::sin(angle);
+    const float along = std::fabs(x * c + y * s), across = std::fabs(y * c - x * s);
+    const float reach = i == 0 ? 0.5f : 0.22f;
+    light += 0.8f * std::exp(-along / reach * 2) * std::exp(-across * 70 * (0.4f + along));
+  }
+  return light + 0.10f * std::exp(-std::fabs(r - 0.55f) * 40);
+}
+
+// A spark: a small hard core with a torn edge.
+float spark(float x, float y, float r) {
+  const float torn = 0.7f + 0.5f * valueNoise(std::atan2(y, x) / (2 * pi) * 14 + 14, r * 3, 14, 740);
+  return std::exp(-r * r * 26 / torn) + 0.2f * std::exp(-r * 7);
+}
+
+}  // namespace
+
+Products spritePictures() {
+  const auto add = [](const char* name, const Ramp& ramp, float (*light)(float, float, float)) {
+    return picture(name, PictureKind::bmp, "sprites", 0.2f,
+                   [&ramp, light](const Settings& settings) { return sprite(settings, 128, ramp, light); });
+  };
+  return {add("flare_normal", boneRamp, soft), add("flare_shine", emberRamp, star),
+          add("flare_particle", emberRamp, spark), add("flare_highpass", violetRamp, star)};
+}
+
+}  // namespace vex
