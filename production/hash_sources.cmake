@@ -1,6 +1,6 @@
 # Writes a table of the hashes of all sources that the production's data is made from.
 file(GLOB SOURCES ${ROOT}/production/*.h ${ROOT}/production/*.cpp ${ROOT}/production/*/*.h ${ROOT}/production/*/*.cpp
-  ${ROOT}/src/platform/jpeg_encoder.* ${ROOT}/src/scenes/word_endings.h)
+  ${ROOT}/src/platform/jpeg_encoder.* ${ROOT}/src/scenes/word_endings.h ${ROOT}/src/engine/vector.h)
 set(ROWS "")
 foreach(source ${SOURCES})
   file(SHA256 ${source} hash)

@@ -40,7 +40,7 @@ std::vector<std::string> pictureSources(const char* family) {
           "production/image/",
           "production/product.",
           "src/platform/jpeg_encoder.",
-          "src/engine/",
+          "src/engine/vector.",
           "src/scenes/word_endings."};
 }
 

@@ -44,7 +44,7 @@ void addReliquary(Show& show) {
   const double start = barOf("pulse");
   show.add(
       "reliquary", start, 1, ground,
-      Movie{.base = "lid", .at = covering(zoom(1.16, 1.3, 4), travel(0.12, 0.06, 4)), .first = 1, .last = 1});
+      Movie{.base = "lid", .at = covering(zoom(1.15, 1.3, 4), travel(0.14, 0.06, 4)), .first = 1, .last = 1});
   show.add("reliquary, nearer", start + 1, 1, ground,
            Movie{.base = "lid",
                  .at = covering(zoom(1.7, 1.95, 4), travel(-0.22, -0.1, 4), travel(-0.05, -0.12, 4)),
@@ -133,7 +133,7 @@ void addLid(Show& show) {
   const double seconds = cueSeconds(1.5);
   show.add("lid lifts", start, 1.5, ground,
            Movie{.base = "lid",
-                 .at = covering(zoom(1.05, 1.3, 6), travel(0.06, 0, 6), travel(-0.02, 0.06, 6)),
+                 .at = covering(zoom(1.1, 1.35, 6), travel(0.06, 0, 6), travel(-0.02, 0.06, 6)),
                  .first = 1,
                  .last = lidFrames,
                  .fps = (lidFrames - 0.5) / seconds});
@@ -208,7 +208,7 @@ void addBackwards(Show& show) {
   const double seconds = cueSeconds(second - start);
   show.part("lid falls", start, second - start, ground,
             {draw(Movie{.base = "lid",
-                        .at = covering(zoom(1.4, 1.05, 4), 0, travel(0.1, 0, 4)),
+                        .at = covering(zoom(1.4, 1.1, 4), 0, travel(0.1, 0, 4)),
                         .first = 1,
                         .last = lidFrames,
                         .fps = (lidFrames - 0.5) / seconds})},
