@@ -149,7 +149,7 @@ TEST(Maker, AnInterruptKeepsWhatIsWhole) {
   const TemporaryFolder folder;
   const Program program = runProgram(
       VEX_BIN
-      "/vexproduce out & id=$!; while [ ! -s out/.vexproduce ] && kill -0 $id; do sleep 0.05; done; "
+      "/vexproduce out --draft & id=$!; while [ ! -s out/.vexproduce ] && kill -0 $id; do sleep 0.05; done; "
       "kill -INT $id; wait $id");
   EXPECT_EQ(program.exitCode, 130);
   EXPECT_EQ(program.errors, "vexproduce: interrupted, what is made stays\n");
