@@ -42,6 +42,11 @@ void addFace(Show& show) {
   show.add("face, nearer", start + 1, 1, ground,
            Bitmap{.texture = "beast_near",
                   .at = covering(zoom(1.8, 2.3, 4), travel(0.2, 0.12, 4), travel(-0.1, 0.0, 4))});
+  show.add("glint", start + 1, 1, haze + 1,
+           Bitmap{.texture = "flare_highpass",
+                  .at = centred(slide(0.1, 0.04), slide(-0.35, -0.28), 1.5),
+                  .alpha = flashes({0, 1, 2, 3}, 1, 0),
+                  .blend = Blend::add});
   show.add("gaze", start, 2, haze,
            Bitmap{.texture = "rays_violet",
                   .at = centred(slide(-0.02, 0.1), -0.2, 2.2),

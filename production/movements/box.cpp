@@ -133,18 +133,18 @@ void addLid(Show& show) {
   const double seconds = cueSeconds(1.5);
   show.add("lid lifts", start, 1.5, ground,
            Movie{.base = "lid",
-                 .at = covering(zoom(1.1, 1.35, 6), travel(0.06, 0, 6), travel(-0.02, 0.06, 6)),
+                 .at = covering(zoom(1.1, 1.2, 6), travel(0.06, 0, 6), travel(-0.02, 0.14, 6)),
                  .first = 1,
                  .last = lidFrames,
                  .fps = (lidFrames - 0.5) / seconds});
   show.add("lid is up", start + 1.5, 0.5, ground,
            Movie{.base = "lid",
-                 .at = covering(zoom(1.3, 1.42, 2), 0, travel(0.06, 0.1, 2)),
+                 .at = covering(zoom(1.2, 1.25, 2), 0, travel(0.14, 0.17, 2)),
                  .first = lidFrames,
                  .last = lidFrames});
   show.add("light pours", start, 2, haze,
            Bitmap{.texture = "rays_acid",
-                  .at = centred(0, travel(-0.02, -0.14, 8), zoom(1.6, 4.2, 8)),
+                  .at = centred(0, travel(-0.02, 0.1, 8), zoom(1.6, 4.2, 8)),
                   .alpha = flashes({0, 1, 2, 3, 4, 5, 6, 7}, 1, 0.35),
                   .blend = Blend::add});
   show.add("smoke pours", start, 2, smoke,

@@ -61,7 +61,9 @@ void addFlakes(Show& show, double bar, double bars) {
   for (int i = 0; i < 12; ++i) {
     const double own = static_cast<double>((i * 7) % 12) / 12;
     calls.push_back(draw(
-        Bitmap{.texture = i % 4 == 0 ? "flare_shine" : "flare_particle",
+        Bitmap{.texture = i % 4 == 0   ? "flare_shine"
+                          : i % 4 == 2 ? "flare_normal"
+                                       : "flare_particle",
                .at = centred(swing(5 + 3 * own, -1.0 + 1.5 * own, -0.4 + 1.5 * own, 360 * own),
                              swing(7 + 4 * own, -0.8, 0.9, 97 * i), i % 4 == 0 ? 0.5 : 0.16 + 0.16 * own),
                .alpha = swing(1 + own, 0.35, 1, 200 * own),

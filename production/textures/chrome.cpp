@@ -231,11 +231,11 @@ Canvas creaturePicture(const Settings& settings, const Camera& camera, int fullW
 
 // One long limb that reaches in from the left, for the foreground: larger than life and dark.
 Canvas tentacle(const Settings& settings) {
-  const LimbPieces limb = pieceTogether({{Vector(-1.25f, 0.15f, 0), Vector(-0.3f, 0.62f, 0.15f),
+  const LimbPieces limb = pieceTogether({{Vector(-1.25f, 0.12f, 0), Vector(-0.3f, 0.42f, 0.15f),
                                           Vector(0.15f, -0.45f, 0.1f), Vector(0.78f, 0.1f, 0)},
                                          0.20f,
                                          0.012f});
-  const LimbPieces second = pieceTogether({{Vector(-1.25f, -0.25f, -0.2f), Vector(-0.6f, -0.5f, 0.1f),
+  const LimbPieces second = pieceTogether({{Vector(-1.25f, -0.2f, -0.2f), Vector(-0.6f, -0.36f, 0.1f),
                                             Vector(-0.1f, 0.3f, 0.2f), Vector(0.3f, 0.28f, 0.1f)},
                                            0.13f,
                                            0.01f});

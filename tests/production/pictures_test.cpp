@@ -173,7 +173,7 @@ TEST(Pictures, SpritesEndInBlackAtTheirBorders) {
                           path == "data/vex_substract_mask.bmp" || path == "data/moon_mask.bmp";
     const bool lossy = begins("haze_") || begins("rays_") || begins("corona_") || begins("streak_") ||
                        begins("halvane") || begins("presents") || path.starts_with("data/gate_acid_mask") ||
-                       begins("orb_mask") || begins("beast_mask") || begins("eye");
+                       begins("orb_mask") || begins("beast_mask") || begins("tentacle_mask") || begins("eye");
     if (lossless) {
       EXPECT_EQ(brightestBorder(picture), 0) << path;
     }
