@@ -1,0 +1,11 @@
+#include "effects/fog.h"
+
+#include "shell/report.h"
+
+namespace vex {
+
+Fog::~Fog() {
+  logPrintf("  destroying fog %s\n", name);
+}
+
+}  // namespace vex

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "engine/colour.h"
+#include "engine/object3d.h"
+
+namespace vex {
+
+// Linear distance fog over a scene's meshes, from a tenth of the viewer's far plane to
+// farPlane / divisor.
+struct Fog : Object3D {
+  float divisor = 1.0f;
+  Colour colour{0.7f, 0.7f, 0.7f};
+  bool volumetric = false;  // refused by the renderer
+
+  Fog() { kind = ObjectKind::fog; }
+  ~Fog();  // logs "  destroying fog %s\n"
+};
+
+}  // namespace vex
