@@ -29,13 +29,10 @@ void append(Products& all, Products more) {
   for (Product& product : more) all.push_back(std::move(product));
 }
 
-}  // namespace
-
-namespace {
-
 std::vector<std::string> pictureSources(const char* family) {
   return {std::string("production/textures/") + family + ".",
           "production/textures/palette.",
+          "production/textures/hued.",
           "production/textures/hangar_light.",
           "production/image/",
           "production/product.",

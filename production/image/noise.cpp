@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "production/image/image.h"
+#include "production/image/lattice.h"
+
 namespace vex {
 
 namespace {
@@ -13,20 +16,6 @@ std::uint32_t hash(int x, int y, std::uint32_t seed) {
   h = (h ^ (h >> 15)) * 0x2c1b3c6du;
   h = (h ^ (h >> 12)) * 0x297a2d39u;
   return h ^ (h >> 15);
-}
-
-int wrapped(int cell, int period) {
-  if (period <= 0) return cell;
-  const int rest = cell % period;
-  return rest < 0 ? rest + period : rest;
-}
-
-float quintic(float t) {
-  return t * t * t * (t * (t * 6 - 15) + 10);
-}
-
-float blend(float p, float q, float t) {
-  return p + (q - p) * t;
 }
 
 float slope(int x, int y, int period, std::uint32_t seed, float dx, float dy) {
@@ -55,7 +44,7 @@ float valueNoise(float x, float y, int period, std::uint32_t seed) {
   const auto corner = [&](int i, int j) {
     return hashUnit(wrapped(ix + i, period), wrapped(iy + j, period), seed);
   };
-  return blend(blend(corner(0, 0), corner(1, 0), tx), blend(corner(0, 1), corner(1, 1), tx), ty);
+  return mix(mix(corner(0, 0), corner(1, 0), tx), mix(corner(0, 1), corner(1, 1), tx), ty);
 }
 
 float gradientNoise(float x, float y, int period, std::uint32_t seed) {
@@ -63,11 +52,10 @@ float gradientNoise(float x, float y, int period, std::uint32_t seed) {
   const int ix = static_cast<int>(fx), iy = static_cast<int>(fy);
   const float dx = x - fx, dy = y - fy;
   const float tx = quintic(dx), ty = quintic(dy);
-  const float top =
-      blend(slope(ix, iy, period, seed, dx, dy), slope(ix + 1, iy, period, seed, dx - 1, dy), tx);
-  const float bottom = blend(slope(ix, iy + 1, period, seed, dx, dy - 1),
-                             slope(ix + 1, iy + 1, period, seed, dx - 1, dy - 1), tx);
-  return blend(top, bottom, ty) * 1.5f;
+  const float top = mix(slope(ix, iy, period, seed, dx, dy), slope(ix + 1, iy, period, seed, dx - 1, dy), tx);
+  const float bottom = mix(slope(ix, iy + 1, period, seed, dx, dy - 1),
+                           slope(ix + 1, iy + 1, period, seed, dx - 1, dy - 1), tx);
+  return mix(top, bottom, ty) * 1.5f;
 }
 
 NoiseCell cellularNoise(float x, float y, int period, std::uint32_t seed) {

@@ -3,23 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "production/image/image.h"
+#include "production/image/lattice.h"
+
 namespace vex {
 
 namespace {
-
-int wrapped(int cell, int period) {
-  if (period <= 0) return cell;
-  const int rest = cell % period;
-  return rest < 0 ? rest + period : rest;
-}
-
-float quintic(float t) {
-  return t * t * t * (t * (t * 6 - 15) + 10);
-}
-
-float blend(float p, float q, float t) {
-  return p + (q - p) * t;
-}
 
 struct Cell {
   int x, y, z;
@@ -42,10 +31,9 @@ template <typename Corner>
 float blendCorners(const Cell& cell, Corner corner) {
   const float tx = quintic(cell.dx), ty = quintic(cell.dy), tz = quintic(cell.dz);
   const auto face = [&](int k) {
-    return blend(blend(corner(0, 0, k), corner(1, 0, k), tx), blend(corner(0, 1, k), corner(1, 1, k), tx),
-                 ty);
+    return mix(mix(corner(0, 0, k), corner(1, 0, k), tx), mix(corner(0, 1, k), corner(1, 1, k), tx), ty);
   };
-  return blend(face(0), face(1), tz);
+  return mix(face(0), face(1), tz);
 }
 
 // The twelve middles of a cube's edges (Ken Perlin, "Improving Noise", 2002).

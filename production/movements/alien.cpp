@@ -84,7 +84,7 @@ void addBreak(Show& show) {
                   .blend = Blend::add});
   tunnel(show, "gate_violet", over, next - over, 1);
   show.add("vexation", over, next - over, title,
-           glitching(vexation(spline({{0, 1.5}, {0.4, 1.18}, {2, 1.2}, {partEnd, 1.32}})),
+           glitching(vex(ation, spline({{0, 1.5}, {0.4, 1.18}, {2, 1.2}, {partEnd, 1.32}})),
                      flashes({0, 1, 2, 2.5, 3}, 1, 0.05), 3, swing(4, 1.06, 1.25)));
 }
 
@@ -170,7 +170,7 @@ void addStare(Show& show) {
                  .at = {slide(-2.0, -1.25), slide(0.0, 0.15), 2.3, 1.3},
                  .speed = 2.4,
                  .amplitude = 0.035});
-  show.add("vexer", start + 1, 1, title, glitching(vexer(1.0, 0.1, -0.5), 0.35, 2, 1.1));
+  show.add("vexer", start + 1, 1, title, glitching(vex(er, 1.0, 0.1, -0.5), 0.35, 2, 1.1));
 }
 
 // The second break: glass, then nothing; then the creature over everything.
@@ -233,7 +233,7 @@ void addUnison(Show& show) {
                   .blend = Blend::add});
   tunnel(show, "gate_violet", first, 2, 1);
   show.add("vexatious", first, 2, title,
-           glitching(vexatious(spline({{0, 1.45}, {0.5, 1.2}, {4, 1.24}, {partEnd, 1.36}})),
+           glitching(vex(atious, spline({{0, 1.45}, {0.5, 1.2}, {4, 1.24}, {partEnd, 1.36}})),
                      flashes({0, 2, 4, 6, 6.75, 7.25}, 1, 0.06), 4, swing(4, 0.9, 1.22)));
 }
 

@@ -122,7 +122,7 @@ void addBuild(Show& show) {
                  .alpha = slide(0, 0.8),
                  .blend = Blend::add});
   const double doubles = barOf("build doubles");
-  show.add("vexing", doubles, hold - doubles, title, glitching(vexing(zoom(0.9, 1.4, 3)), 0.45, 3, 1.18));
+  show.add("vexing", doubles, hold - doubles, title, glitching(vex(ing, zoom(0.9, 1.4, 3)), 0.45, 3, 1.18));
   show.add("hold", hold, barOf("lid") - hold, ground, Fade{},
            Movie{.base = "eye", .at = covering(zoom(2.2, 2.35, 1)), .first = 32, .last = 32});
 }
@@ -182,9 +182,9 @@ void addLayers(Show& show) {
   for (int layer = 0; layer < 4; ++layer) {
     const double start = starts[layer];
     show.add(names[layer], start, 1, title,
-             glitching(
-                 vexed(spline({{0, 1.75}, {0.5, 1.2}, {2, 1.22}, {partEnd, 1.32}}), 0, layer == 2 ? -0.2 : 0),
-                 flashes({0, 0.5, 2, 3}, 1, 0.02), layer + 1, swing(4, 1.08, 1.2)));
+             glitching(vex(ed, spline({{0, 1.75}, {0.5, 1.2}, {2, 1.22}, {partEnd, 1.32}}), 0,
+                           layer == 2 ? -0.2 : 0),
+                       flashes({0, 0.5, 2, 3}, 1, 0.02), layer + 1, swing(4, 1.08, 1.2)));
     show.add("burning edge", start, 1, title - 1,
              Bitmap{.texture = "rays_acid",
                     .at = centred(travel(-0.5, 0.5, 4), 0, zoom(1.6, 2.4, 4), 2.4),
@@ -233,9 +233,9 @@ void addBackwards(Show& show) {
                   .at = centred(0, travel(-0.1, 0, 7), zoom(4.2, 0.5, 7)),
                   .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75}, 1, 0.4),
                   .blend = Blend::add});
-  show.add(
-      "layers fall in", start, shut - start, title,
-      glitching(vexed(zoom(1.3, 0.12, 7)), flashes({0, 2, 4, 5, 6, 6.5}, 0.9, 0.05), 4, swing(4, 1.05, 1.3)));
+  show.add("layers fall in", start, shut - start, title,
+           glitching(vex(ed, zoom(1.3, 0.12, 7)), flashes({0, 2, 4, 5, 6, 6.5}, 0.9, 0.05), 4,
+                     swing(4, 1.05, 1.3)));
   show.add("shut", shut, alienBar - shut, ground, Fade{});
   show.add("last spark", shut, alienBar - shut, subject,
            Bitmap{.texture = "streak_acid",

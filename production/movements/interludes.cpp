@@ -46,11 +46,11 @@ void addInterludeOne(Show& show) {
                  .blend = Blend::add});
   const double word = barOf("title");
   show.add("vexillum", word, riser - word, title,
-           glitching(vexillum(spline({{0, 1.3}, {0.5, 1.05}, {4, 1.08}, {partEnd, 1.2}}), 0, 0.42),
+           glitching(vex(illum, spline({{0, 1.3}, {0.5, 1.05}, {4, 1.08}, {partEnd, 1.2}}), 0, 0.42),
                      flashes({0, 4, 6}, 0.9, 0.02), 2, swing(8, 1.03, 1.1)));
   show.add(
       "vexillum rises", riser, 1, title,
-      glitching(vexillum(zoom(1.1, 1.7, 4)), flashes({0, 1, 2, 2.5, 3, 3.5}, 1, 0.2), 4, slide(1.0, 1.35)));
+      glitching(vex(illum, zoom(1.1, 1.7, 4)), flashes({0, 1, 2, 2.5, 3, 3.5}, 1, 0.2), 4, slide(1.0, 1.35)));
 }
 
 namespace {
@@ -119,12 +119,12 @@ void addInterludeTwo(Show& show) {
            mirror(centred(swing(6, -0.05, 0.1), swing(5, -0.45, -0.3), 0.5), 0.03));
   show.add(
       "vexedly", roll, doubles - roll, title,
-      glitching(vexedly(slide(1.0, 1.12), 0, 0.12), flashes({0, 2, 3}, 0.9, 0.03), 3, swing(4, 1.0, 1.18)));
+      glitching(vex(edly, slide(1.0, 1.12), 0, 0.12), flashes({0, 2, 3}, 0.9, 0.03), 3, swing(4, 1.0, 1.18)));
   show.add("ember glass", doubles, breath - doubles, ground + 1,
            roseWall("glass_ember", zoom(1.3, 2.4, 3.5)));
   tunnel(show, "gate_ember", doubles, breath - doubles, 0.5);
   show.add("vexedly, louder", doubles, breath - doubles, title,
-           glitching(vexedly(slide(1.2, 1.5)), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5, swing(4, 1.0, 1.3)));
+           glitching(vex(edly, slide(1.2, 1.5)), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5, swing(4, 1.0, 1.3)));
   show.add("last breath", breath, stroke - breath, ground + 2, Fade{});
 
   const Curve discHeight = zoom(2.15, 1.8, 4);
@@ -136,7 +136,7 @@ void addInterludeTwo(Show& show) {
   show.add("last moon", stroke, 1, backdrop + 1, Bitmap{.texture = "moon", .at = centred(0, 0, discHeight)});
   show.add(
       "vexed at last", stroke, 1, title,
-      glitching(vexed(slide(1.0, 0.9)), flashes({0, 2}, 0.8, 0.01), 5, line({{0, 1.25}, {partEnd, 1.9}})));
+      glitching(vex(ed, slide(1.0, 0.9)), flashes({0, 2}, 0.8, 0.01), 5, line({{0, 1.25}, {partEnd, 1.9}})));
   show.add("ground after", songBars, 1, ground, Fade{});
 }
 

@@ -14,40 +14,13 @@ double barOf(std::string_view cue) {
   return cueSeconds(cue) / secondsPerBar;
 }
 
-namespace {
-
-// The logo with the middle of its letters at (x, y): how far they lie left of the logo's own middle, in
-// sizes, depends on the length of the ending.
-Logo lettering(const char* ending, double leftBy, const Curve& size, double x, double y) {
-  Logo logo{.ending = ending};
-  logo.x = size * leftBy + x;
+Logo vex(const Ending& ending, const Curve& size, double x, double y) {
+  Logo logo{.ending = ending.texture};
+  logo.x = size * ending.leftBy + x;
   logo.y = y;
   logo.size = size;
   logo.fall = 0.3;
   return logo;
-}
-}  // namespace
-
-Logo vexed(const Curve& size, double x, double y) {
-  return lettering("end_ed01", 0.5, size, x, y);
-}
-Logo vexing(const Curve& size, double x, double y) {
-  return lettering("end_ing01", 0.43, size, x, y);
-}
-Logo vexation(const Curve& size, double x, double y) {
-  return lettering("end_ation01", 0.28, size, x, y);
-}
-Logo vexatious(const Curve& size, double x, double y) {
-  return lettering("end_atious01", 0.22, size, x, y);
-}
-Logo vexer(const Curve& size, double x, double y) {
-  return lettering("end_er01", 0.5, size, x, y);
-}
-Logo vexillum(const Curve& size, double x, double y) {
-  return lettering("end_illum01", 0.28, size, x, y);
-}
-Logo vexedly(const Curve& size, double x, double y) {
-  return lettering("end_edly01", 0.38, size, x, y);
 }
 
 Logo glitching(Logo logo, const Curve& glitch, int layers, const Curve& scale) {

@@ -31,14 +31,16 @@ Curve slide(double from, double to);
 // Bar of a cue.
 double barOf(std::string_view cue);
 
-// The title with one of its endings; the middle of its letters lies at (x, y).
-screen::Logo vexed(const Curve& size, double x = 0, double y = 0);
-screen::Logo vexing(const Curve& size, double x = 0, double y = 0);
-screen::Logo vexation(const Curve& size, double x = 0, double y = 0);
-screen::Logo vexatious(const Curve& size, double x = 0, double y = 0);
-screen::Logo vexer(const Curve& size, double x = 0, double y = 0);
-screen::Logo vexillum(const Curve& size, double x = 0, double y = 0);
-screen::Logo vexedly(const Curve& size, double x = 0, double y = 0);
+// An ending of the title.
+struct Ending {
+  const char* texture;
+  double leftBy;  // how far the middle of the whole word lies left of the logo's own middle, in sizes
+};
+inline constexpr Ending ed{"end_ed01", 0.5}, ing{"end_ing01", 0.43}, ation{"end_ation01", 0.28},
+    atious{"end_atious01", 0.22}, er{"end_er01", 0.5}, illum{"end_illum01", 0.28}, edly{"end_edly01", 0.38};
+
+// The title with that ending; the middle of its letters lies at (x, y).
+screen::Logo vex(const Ending& ending, const Curve& size, double x = 0, double y = 0);
 screen::Logo glitching(screen::Logo logo, const Curve& glitch, int layers, const Curve& scale);
 
 // Three by three rose windows, the middle one about the middle of the screen, `height` high.

@@ -31,9 +31,7 @@ struct Singer {
 };
 
 Voice sing(const NoteCall& call, const EnvelopeShape& shape) {
-  Voice voice;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(call.seconds + shape.release, call.rate));
+  return renderSides(call.seconds + shape.release, call.rate, [&](std::vector<float>& channel, float) {
     std::vector<Singer> singers;
     for (const float pitch : call.pitches) {
       for (int i = 0; i < 2; ++i) {
@@ -51,7 +49,7 @@ Voice sing(const NoteCall& call, const EnvelopeShape& shape) {
     StateVariableFilter body;
     body.set(420, 0.7f, call.rate);
     float level = 0;
-    for (std::size_t i = 0; i < channel->size(); ++i) {
+    for (std::size_t i = 0; i < channel.size(); ++i) {
       if (i % controlBlock == 0) {
         const float t = static_cast<float>(i) / call.rate;
         level = call.velocity * envelopeAt(shape, t, call.seconds);
@@ -70,23 +68,19 @@ Voice sing(const NoteCall& call, const EnvelopeShape& shape) {
       for (std::size_t s = 0; s < singers.size(); ++s) raw += gain * singers[s].saw.next(bends[s]);
       float sum = 0.14f * body.next(raw).low;
       for (std::size_t f = 0; f < formants.size(); ++f) sum += gains[f] * filters[f].next(raw).band;
-      (*channel)[i] = level * sum;
+      channel[i] = level * sum;
     }
-  }
-  return voice;
+  });
 }
 
 // Noise and a saw whose pitch and loudness follow `climb`, 0 to 1.
 template <typename Climb>
 Voice makeSweep(const NoteCall& call, Climb climb) {
-  Voice voice;
-  float side = -1;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(call.seconds, call.rate));
+  return renderSides(call.seconds, call.rate, [&](std::vector<float>& channel, float side) {
     StateVariableFilter band, toneCut;
     Saw first, second{0.3f};
     float level = 0, step = 0;
-    for (std::size_t i = 0; i < channel->size(); ++i) {
+    for (std::size_t i = 0; i < channel.size(); ++i) {
       const float t = static_cast<float>(i) / call.rate;
       if (i % controlBlock == 0) {
         const float rise = climb(t / call.seconds);
@@ -97,11 +91,9 @@ Voice makeSweep(const NoteCall& call, Climb climb) {
         toneCut.set(400 + 5000 * rise, 0.8f, call.rate);
       }
       const float tone = toneCut.next(first.next(step) + second.next(step * 1.498f)).low;
-      (*channel)[i] = level * (0.9f * band.next(call.noise->next()).band + 0.16f * tone);
+      channel[i] = level * (0.9f * band.next(call.noise->next()).band + 0.16f * tone);
     }
-    side = 1;
-  }
-  return voice;
+  });
 }
 
 }  // namespace
@@ -124,13 +116,11 @@ Voice makeFall(const NoteCall& call) {
 }
 
 Voice makeCrackle(const NoteCall& call) {
-  Voice voice;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(call.seconds, call.rate));
+  return renderSides(call.seconds, call.rate, [&](std::vector<float>& channel, float) {
     StateVariableFilter snap, rumble;
     rumble.set(700, 0.7f, call.rate);
     float spark = 0;
-    for (std::size_t i = 0; i < channel->size(); ++i) {
+    for (std::size_t i = 0; i < channel.size(); ++i) {
       const float t = static_cast<float>(i) / call.rate;
       const float ends = std::min({1.0f, t / 1.5f, (call.seconds - t) / 0.5f});
       // Nine sparks a second on average, of uneven size and colour.
@@ -140,11 +130,10 @@ Voice makeCrackle(const NoteCall& call) {
         snap.set(2600 + 1900 * call.noise->next(), 2.5f, call.rate);
       }
       const float hiss = 0.006f * call.noise->next() + 0.02f * rumble.next(call.noise->next()).low;
-      (*channel)[i] = call.velocity * ends * (1.5f * snap.next(spark).band + hiss);
+      channel[i] = call.velocity * ends * (1.5f * snap.next(spark).band + hiss);
       spark *= 0.9f;
     }
-  }
-  return voice;
+  });
 }
 
 }  // namespace vex

@@ -73,23 +73,20 @@ struct Cymbal {
 
 Voice makeCymbal(const Cymbal& cymbal, float rate, NoiseSource& noise) {
   constexpr std::array hertz{205.3f, 304.4f, 369.6f, 522.7f, 540.0f, 800.0f};
-  Voice voice;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(cymbal.seconds, rate));
+  return renderSides(cymbal.seconds, rate, [&](std::vector<float>& channel, float) {
     std::array<Pulse, 6> pulses;
     for (Pulse& pulse : pulses) pulse.phase = 0.5f + 0.49f * noise.next();
     StateVariableFilter cut;
     cut.set(std::min(cymbal.cut, 0.33f * rate), 1.0f, rate);
     Decay loudness(cymbal.decay, rate);
-    for (float& sample : *channel) {
+    for (float& sample : channel) {
       float sum = 0;
       for (std::size_t p = 0; p < pulses.size(); ++p)
         sum += pulses[p].next(hertz[p] * cymbal.pitch / rate, 0.5f);
       sample = loudness.next() * cut.next(cymbal.ring * sum / 6 + cymbal.hiss * noise.next()).high;
     }
-    endSoftly(*channel, 0.3f * cymbal.seconds, rate);
-  }
-  return voice;
+    endSoftly(channel, 0.3f * cymbal.seconds, rate);
+  });
 }
 
 // Sines at fixed ratios, each with a decay of its own.
@@ -104,6 +101,21 @@ void addModes(std::vector<float>& samples, std::span<const Mode> modes, float ra
     Decay loudness(mode.decay, rate);
     for (float& sample : samples) sample += mode.gain * loudness.next() * sine.next(mode.hertz / rate);
   }
+}
+
+// Of a wheel on an anchor.
+struct Stroke {
+  float seconds;
+  std::array<Mode, 3> modes;
+  Burst burst;
+};
+
+Voice makeStroke(const Stroke& stroke, float rate, NoiseSource& noise) {
+  Voice voice{std::vector<float>(sampleCount(stroke.seconds, rate)), {}};
+  addModes(voice.left, stroke.modes, rate);
+  addBurst(voice.left, stroke.burst, rate, noise);
+  endSoftly(voice.left, 0.02f, rate);
+  return voice;
 }
 
 }  // namespace
@@ -137,16 +149,13 @@ Voice makeSnare(float rate, NoiseSource& noise) {
 }
 
 Voice makeClap(float rate, NoiseSource& noise) {
-  Voice voice;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(0.35f, rate));
+  return renderSides(0.35f, rate, [&](std::vector<float>& channel, float) {
     for (const float start : {0.0f, 0.010f, 0.021f}) {
-      addBurst(*channel, {850, 5200, 0.005f, 1.1f, start + 0.001f * noise.next() + 0.001f}, rate, noise);
+      addBurst(channel, {850, 5200, 0.005f, 1.1f, start + 0.001f * noise.next() + 0.001f}, rate, noise);
     }
-    addBurst(*channel, {900, 7500, 0.075f, 0.9f, 0.031f}, rate, noise);
-    endSoftly(*channel, 0.1f, rate);
-  }
-  return voice;
+    addBurst(channel, {900, 7500, 0.075f, 0.9f, 0.031f}, rate, noise);
+    endSoftly(channel, 0.1f, rate);
+  });
 }
 
 Voice makeClosedHat(float rate, NoiseSource& noise) {
@@ -178,23 +187,17 @@ Voice makeLowTom(float rate, NoiseSource& noise) {
 }
 
 Voice makeTick(float rate, NoiseSource& noise) {
-  Voice voice;
-  voice.left.resize(sampleCount(0.09f, rate));
-  constexpr std::array modes{Mode{2637, 0.35f, 0.011f}, Mode{4470, 0.30f, 0.008f}, Mode{7100, 0.22f, 0.006f}};
-  addModes(voice.left, modes, rate);
-  addBurst(voice.left, {3000, 15000, 0.0025f, 0.9f}, rate, noise);
-  endSoftly(voice.left, 0.02f, rate);
-  return voice;
+  return makeStroke({0.09f,
+                     {Mode{2637, 0.35f, 0.011f}, Mode{4470, 0.30f, 0.008f}, Mode{7100, 0.22f, 0.006f}},
+                     {3000, 15000, 0.0025f, 0.9f}},
+                    rate, noise);
 }
 
 Voice makeTock(float rate, NoiseSource& noise) {
-  Voice voice;
-  voice.left.resize(sampleCount(0.11f, rate));
-  constexpr std::array modes{Mode{1760, 0.4f, 0.014f}, Mode{2980, 0.3f, 0.010f}, Mode{5210, 0.2f, 0.006f}};
-  addModes(voice.left, modes, rate);
-  addBurst(voice.left, {1500, 12000, 0.003f, 0.8f}, rate, noise);
-  endSoftly(voice.left, 0.02f, rate);
-  return voice;
+  return makeStroke({0.11f,
+                     {Mode{1760, 0.4f, 0.014f}, Mode{2980, 0.3f, 0.010f}, Mode{5210, 0.2f, 0.006f}},
+                     {1500, 12000, 0.003f, 0.8f}},
+                    rate, noise);
 }
 
 Voice makeClank(float rate, NoiseSource& noise) {

@@ -60,16 +60,13 @@ struct SawStack {
 
 Voice makeDrone(const NoteCall& call) {
   constexpr EnvelopeShape shape{2.6f, 1, 1, 1.2f};
-  Voice voice;
-  float side = -1;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(call.seconds + shape.release, call.rate));
+  return renderSides(call.seconds + shape.release, call.rate, [&](std::vector<float>& channel, float side) {
     SawStack saws(call, 2, 5, 2 * side);
     LadderFilter filter;
     float level = 0;
     const float phase = side * 0.13f;
     renderBlocks(
-        *channel, call.rate,
+        channel, call.rate,
         [&](float t) {
           level = call.velocity * envelopeAt(shape, t, call.seconds);
           const float rise = t / call.seconds;
@@ -83,7 +80,7 @@ Voice makeDrone(const NoteCall& call) {
       Sine sine;
       const float step = noteHertz(call.pitches.front()) * partials[p] / call.rate;
       const float pace = 2.3f + 1.37f * static_cast<float>(p);
-      std::vector<float> partial(channel->size());
+      std::vector<float> partial(channel.size());
       float loud = 0;
       renderBlocks(
           partial, call.rate,
@@ -92,11 +89,9 @@ Voice makeDrone(const NoteCall& call) {
             loud = call.velocity * 0.022f * wave * wave * envelopeAt(shape, t, call.seconds);
           },
           [&] { return loud * sine.next(step); });
-      for (std::size_t i = 0; i < partial.size(); ++i) (*channel)[i] += partial[i];
+      for (std::size_t i = 0; i < partial.size(); ++i) channel[i] += partial[i];
     }
-    side = 1;
-  }
-  return voice;
+  });
 }
 
 Voice makePulseBass(const NoteCall& call) {
@@ -182,17 +177,14 @@ Voice makeMetalBass(const NoteCall& call) {
 
 Voice makeLead(const NoteCall& call) {
   constexpr EnvelopeShape shape{0.006f, 0.5f, 0.72f, 0.16f};
-  Voice voice;
-  float side = -1;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(call.seconds + shape.release, call.rate));
+  return renderSides(call.seconds + shape.release, call.rate, [&](std::vector<float>& channel, float side) {
     SawStack saws(call, 3, 11, 3.5f * side);
     Pulse pulse{0.25f};
     StateVariableFilter filter;
     float level = 0, bend = 1, width = 0.5f;
     const float step = noteHertz(call.pitches.front()) / call.rate;
     renderBlocks(
-        *channel, call.rate,
+        channel, call.rate,
         [&](float t) {
           level = call.velocity * envelopeAt(shape, t, call.seconds);
           const float vibrato = 9 * std::clamp((t - 0.22f) / 0.3f, 0.0f, 1.0f) * sineOfTurns(t * 5.6f);
@@ -205,22 +197,17 @@ Voice makeLead(const NoteCall& call) {
           const float raw = 0.55f * saws.gain() * saws.next(bend) + 0.35f * pulse.next(step * bend, width);
           return level * softClip(1.7f * filter.next(raw).low) * 0.8f;
         });
-    side = 1;
-  }
-  return voice;
+  });
 }
 
 Voice makeCounter(const NoteCall& call) {
   constexpr EnvelopeShape shape{0.012f, 0.4f, 0.7f, 0.2f};
-  Voice voice;
-  float side = -1;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(call.seconds + shape.release, call.rate));
+  return renderSides(call.seconds + shape.release, call.rate, [&](std::vector<float>& channel, float side) {
     Pulse first, second{0.4f};
     StateVariableFilter filter;
     float level = 0, step = 0, width = 0.2f;
     renderBlocks(
-        *channel, call.rate,
+        channel, call.rate,
         [&](float t) {
           level = call.velocity * envelopeAt(shape, t, call.seconds);
           const float vibrato = 7 * std::min(1.0f, t / 0.4f) * sineOfTurns(t * 5.1f);
@@ -232,23 +219,18 @@ Voice makeCounter(const NoteCall& call) {
           return level * 0.6f *
                  filter.next(0.7f * (first.next(step, width) + second.next(step * 0.5f, 0.5f))).low;
         });
-    side = 1;
-  }
-  return voice;
+  });
 }
 
 Voice makeStab(const NoteCall& call) {
   constexpr EnvelopeShape shape{0.002f, 0.3f, 0.45f, 0.14f};
-  Voice voice;
-  float side = -1;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(call.seconds + shape.release, call.rate));
+  return renderSides(call.seconds + shape.release, call.rate, [&](std::vector<float>& channel, float side) {
     SawStack saws(call, 3, 16, 5 * side);
     StateVariableFilter filter, lowCut;
     lowCut.set(160, 0.707f, call.rate);
     float level = 0, dust = 0;
     renderBlocks(
-        *channel, call.rate,
+        channel, call.rate,
         [&](float t) {
           level = call.velocity * envelopeAt(shape, t, call.seconds);
           dust = 0.9f * std::exp(-t / 0.012f);
@@ -258,32 +240,25 @@ Voice makeStab(const NoteCall& call) {
           const float raw = saws.gain() * saws.next() + dust * call.noise->next();
           return level * lowCut.next(softClip(1.6f * filter.next(raw).low)).high;
         });
-    side = 1;
-  }
-  return voice;
+  });
 }
 
 Voice makePad(const NoteCall& call) {
   constexpr EnvelopeShape shape{0.35f, 1, 0.9f, 0.7f};
-  Voice voice;
-  float side = -1;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(call.seconds + shape.release, call.rate));
+  return renderSides(call.seconds + shape.release, call.rate, [&](std::vector<float>& channel, float side) {
     SawStack saws(call, 2, 9, 4 * side);
     StateVariableFilter filter, lowCut;
     lowCut.set(140, 0.707f, call.rate);
     float level = 0;
     renderBlocks(
-        *channel, call.rate,
+        channel, call.rate,
         [&](float t) {
           level = call.velocity * envelopeAt(shape, t, call.seconds);
           filter.set(500 + 3800 * call.brightness * (0.8f + 0.2f * sineOfTurns(t / 3.7f + 0.2f * side)), 0.8f,
                      call.rate);
         },
         [&] { return level * lowCut.next(filter.next(saws.gain() * saws.next()).low).high; });
-    side = 1;
-  }
-  return voice;
+  });
 }
 
 Voice makeArp(const NoteCall& call) {

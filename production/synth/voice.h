@@ -27,4 +27,16 @@ inline std::size_t sampleCount(float seconds, float rate) {
   return static_cast<std::size_t>(seconds * rate + 0.5f);
 }
 
+// A stereo voice whose channels `render(samples, side)` makes one after the other: side -1 is the left one,
+// 1 the right one. The samples are 0 before.
+template <typename Render>
+Voice renderSides(float seconds, float rate, Render render) {
+  Voice voice;
+  voice.left.resize(sampleCount(seconds, rate));
+  voice.right.resize(voice.left.size());
+  render(voice.left, -1.0f);
+  render(voice.right, 1.0f);
+  return voice;
+}
+
 }  // namespace vex

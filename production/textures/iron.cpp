@@ -4,7 +4,7 @@
 #include "production/image/noise.h"
 #include "production/image/shape.h"
 #include "production/textures/families.h"
-#include "production/textures/palette.h"
+#include "production/textures/hued.h"
 
 namespace vex {
 
@@ -167,21 +167,17 @@ Canvas gate(const Settings& settings, const Hue& hue) {
 
 Products ironPictures() {
   Products products;
-  const auto add = [&](const char* stem, const Hue& hue, PictureKind kind, float work,
-                       Canvas (*make)(const Settings&, const Hue&)) {
-    products.push_back(picture(std::string(stem) + hue.suffix, kind, "iron", work,
-                               [&hue, make](const Settings& settings) { return make(settings, hue); }));
-  };
-  add("plates_", acidHue, PictureKind::jpeg, 3, plates);
+  const HuedPictures additive{"iron", PictureKind::jpeg}, masked{"iron", PictureKind::maskedJpeg};
+  products.push_back(additive("plates_", acidHue, 3, plates));
   products.push_back(picture("glass_violet", PictureKind::jpeg, "iron", 4,
                              [](const Settings& settings) { return glass(settings, violetHue, steelRamp); }));
   products.push_back(picture("glass_ember", PictureKind::jpeg, "iron", 4,
                              [](const Settings& settings) { return glass(settings, emberHue, violetRamp); }));
   products.push_back(picture("glass_teal", PictureKind::jpeg, "iron", 4,
                              [](const Settings& settings) { return glass(settings, tealHue, alarmRamp); }));
-  add("gate_", acidHue, PictureKind::maskedJpeg, 4, gate);
-  add("gate_", violetHue, PictureKind::maskedJpeg, 4, gate);
-  add("gate_", emberHue, PictureKind::maskedJpeg, 4, gate);
+  products.push_back(masked("gate_", acidHue, 4, gate));
+  products.push_back(masked("gate_", violetHue, 4, gate));
+  products.push_back(masked("gate_", emberHue, 4, gate));
   return products;
 }
 

@@ -4,7 +4,7 @@
 #include "production/image/noise.h"
 #include "production/image/shape.h"
 #include "production/textures/families.h"
-#include "production/textures/palette.h"
+#include "production/textures/hued.h"
 
 namespace vex {
 
@@ -84,17 +84,14 @@ Canvas streak(const Settings& settings, const Hue& hue) {
 
 Products lightPictures() {
   Products products;
-  const auto add = [&](const char* stem, const Hue& hue, float work,
-                       Canvas (*make)(const Settings&, const Hue&), PictureKind kind = PictureKind::jpeg) {
-    products.push_back(picture(std::string(stem) + hue.suffix, kind, "lights", work,
-                               [&hue, make](const Settings& settings) { return make(settings, hue); }));
-  };
-  for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue, &tealHue}) add("rays_", *hue, 0.7f, rays);
-  add("corona_", boneHue, 0.8f, corona);
-  add("corona_", emberHue, 0.8f, corona);
-  add("streak_", boneHue, 0.2f, streak, PictureKind::bmp);
-  add("streak_", acidHue, 0.2f, streak, PictureKind::bmp);
-  add("streak_", violetHue, 0.2f, streak, PictureKind::bmp);
+  const HuedPictures additive{"lights", PictureKind::jpeg}, lossless{"lights", PictureKind::bmp};
+  for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue, &tealHue})
+    products.push_back(additive("rays_", *hue, 0.7f, rays));
+  products.push_back(additive("corona_", boneHue, 0.8f, corona));
+  products.push_back(additive("corona_", emberHue, 0.8f, corona));
+  products.push_back(lossless("streak_", boneHue, 0.2f, streak));
+  products.push_back(lossless("streak_", acidHue, 0.2f, streak));
+  products.push_back(lossless("streak_", violetHue, 0.2f, streak));
   products.push_back(picture("ray_cone", PictureKind::jpeg, "lights", 1, rayCone));
   products.push_back(picture("moon", PictureKind::maskedBmp, "lights", 0.5f, moon));
   return products;

@@ -5,7 +5,7 @@
 #include "production/image/noise.h"
 #include "production/image/shape.h"
 #include "production/textures/families.h"
-#include "production/textures/palette.h"
+#include "production/textures/hued.h"
 
 namespace vex {
 
@@ -151,21 +151,17 @@ Canvas spires(const Settings& settings, const Hue& hue) {
 
 Products silhouettePictures() {
   Products products;
-  const auto add = [&](const char* stem, const Hue& hue, float work,
-                       Canvas (*make)(const Settings&, const Hue&)) {
-    products.push_back(picture(std::string(stem) + hue.suffix, PictureKind::maskedJpeg, "silhouettes", work,
-                               [&hue, make](const Settings& settings) { return make(settings, hue); }));
-  };
-  add("figure_", acidHue, 1, figure);
-  add("figure_", violetHue, 1, figure);
-  add("figure_", emberHue, 1, figure);
-  add("arch_", acidHue, 2, arch);
-  add("thorn_", boneHue, 6, brambles);
-  add("thorn_", acidHue, 6, brambles);
-  add("thorn_", emberHue, 6, brambles);
-  add("spires_", boneHue, 2, spires);
-  add("spires_", acidHue, 2, spires);
-  add("spires_", emberHue, 2, spires);
+  const HuedPictures make{"silhouettes", PictureKind::maskedJpeg};
+  products.push_back(make("figure_", acidHue, 1, figure));
+  products.push_back(make("figure_", violetHue, 1, figure));
+  products.push_back(make("figure_", emberHue, 1, figure));
+  products.push_back(make("arch_", acidHue, 2, arch));
+  products.push_back(make("thorn_", boneHue, 6, brambles));
+  products.push_back(make("thorn_", acidHue, 6, brambles));
+  products.push_back(make("thorn_", emberHue, 6, brambles));
+  products.push_back(make("spires_", boneHue, 2, spires));
+  products.push_back(make("spires_", acidHue, 2, spires));
+  products.push_back(make("spires_", emberHue, 2, spires));
   return products;
 }
 

@@ -3,7 +3,7 @@
 #include "production/image/filter.h"
 #include "production/image/noise.h"
 #include "production/textures/families.h"
-#include "production/textures/palette.h"
+#include "production/textures/hued.h"
 
 namespace vex {
 
@@ -82,22 +82,18 @@ Canvas embers(const Settings& settings, const Hue& hue) {
 
 Products smokePictures() {
   Products products;
-  const auto add = [&](const char* stem, const Hue& hue, float work,
-                       Canvas (*make)(const Settings&, const Hue&)) {
-    products.push_back(picture(std::string(stem) + hue.suffix, PictureKind::jpeg, "smoke", work,
-                               [&hue, make](const Settings& settings) { return make(settings, hue); }));
-  };
+  const HuedPictures make{"smoke", PictureKind::jpeg};
   for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue}) {
-    add("haze_", *hue, 0.5f, hazeCard);
-    add("smoke_", *hue, 3, smokeTile);
+    products.push_back(make("haze_", *hue, 0.5f, hazeCard));
+    products.push_back(make("smoke_", *hue, 3, smokeTile));
   }
-  add("haze_", tealHue, 0.5f, hazeCard);
-  add("threads_", boneHue, 4, filaments);
-  add("threads_", acidHue, 4, filaments);
-  add("threads_", violetHue, 4, filaments);
-  add("sparks_", boneHue, 2, embers);
-  add("sparks_", acidHue, 2, embers);
-  add("sparks_", emberHue, 2, embers);
+  products.push_back(make("haze_", tealHue, 0.5f, hazeCard));
+  products.push_back(make("threads_", boneHue, 4, filaments));
+  products.push_back(make("threads_", acidHue, 4, filaments));
+  products.push_back(make("threads_", violetHue, 4, filaments));
+  products.push_back(make("sparks_", boneHue, 2, embers));
+  products.push_back(make("sparks_", acidHue, 2, embers));
+  products.push_back(make("sparks_", emberHue, 2, embers));
   return products;
 }
 
