@@ -61,6 +61,15 @@ void endWhileLoading(int, const char*) {
   std::_Exit(interruptedExitCode);
 }
 
+// Otherwise the first file that a scene misses would be all that is said.
+void requirePresentation() {
+  const int project = fileOpen("test.hvp", "rb");
+  if (project >= 0) return fileClose(project);
+  if (pakFileName()[0] != '\0') fatalError("vex.pak holds no test.hvp");
+  fatalError("no presentation in folder %s: neither vex.pak nor test.hvp is there",
+             fs::current_path().native().c_str());
+}
+
 void openOffscreenGl(int width, int height) {
   const std::string reason = openOffscreenContext(width, height);
   if (!reason.empty()) fatalError("no OpenGL to draw with: %s", reason.c_str());
@@ -358,6 +367,7 @@ std::vector<Still> readCues(const std::string& path) {
 int record(const Recording& recording) {
   catchInterrupts();
   pakOpen("vex.pak");
+  requirePresentation();
   openOffscreenGl(recording.width, recording.height);
   setLoadingDialog({.show = endWhileLoading});
   if (!recording.trace.empty()) openCallTrace(recording.trace);

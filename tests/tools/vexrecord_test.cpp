@@ -435,6 +435,7 @@ TEST(Vexrecord, RefusesWhatCannotBe) {
       {"--stills 1,,2 --out x", 2, "--stills : a number from 0 to 1000000 is expected"},
       {"--every 1 --out x.mp4", 2, "--every needs --contact-sheet FILE.png"},
       {"--dir none --out x.mp4", 255, "can't go to folder none: No such file or directory"},
+      {"--dir data --out x.mp4", 255, "no presentation in folder "},
       {"--stills 9 --out x", 255, "no frame at 9 s: the recording runs from 0 to 3 s"},
       {"--from 3 --out x.mp4", 255, "Starting after end!"},
       {"--to 4 --out x.mp4", 255, "--to 4 lies outside the presentation, 0 to 3 s"},
