@@ -98,12 +98,6 @@ Field castShadows(const Field& heights, float x, float y, float z, float reach, 
   return result;
 }
 
-Canvas normalsOf(const Field& heights, EdgeMode mode) {
-  return shadeRelief(heights, mode, [](float nx, float ny, float nz) {
-    return Colour4{0.5f + 0.5f * nx, 0.5f + 0.5f * ny, 0.5f + 0.5f * nz};
-  });
-}
-
 Colour4 gradient(const std::vector<Colour4>& stops, float value) {
   const float position = clamp01(value) * static_cast<float>(stops.size() - 1);
   const std::size_t index = std::min(static_cast<std::size_t>(position), stops.size() - 2);

@@ -47,10 +47,6 @@ Field glossRelief(const Field& heights, float x, float y, float z, float power, 
 Field castShadows(const Field& heights, float x, float y, float z, float reach, float softness,
                   EdgeMode mode);
 
-// The unit normals of a height field as colours: red to the right, green down, blue out of the picture, each
-// from -1 to 1 as 0 to 1.
-Canvas normalsOf(const Field& heights, EdgeMode mode);
-
 // Colour of `value` in a table of evenly spaced colours from 0 to 1.
 Colour4 gradient(const std::vector<Colour4>& stops, float value);
 

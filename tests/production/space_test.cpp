@@ -78,40 +78,6 @@ TEST(SpaceNoise, CellularDistancesDoNotJump) {
   }
 }
 
-TEST(Environment, FacesOfTheBoxLookTheirWaysAndShareTheirEdges) {
-  const int side = 17, last = side - 1, middle = side / 2;
-  const Canvas top = boxFace(compass, BoxFace::top, side), bottom = boxFace(compass, BoxFace::bottom, side),
-               north = boxFace(compass, BoxFace::north, side), west = boxFace(compass, BoxFace::west, side),
-               south = boxFace(compass, BoxFace::south, side), east = boxFace(compass, BoxFace::east, side);
-  expectDirection(top.at(middle, middle), {0, 1, 0}, "top");
-  expectDirection(bottom.at(middle, middle), {0, -1, 0}, "bottom");
-  expectDirection(north.at(middle, middle), {0, 0, 1}, "north");
-  expectDirection(west.at(middle, middle), {-1, 0, 0}, "west");
-  expectDirection(south.at(middle, middle), {0, 0, -1}, "south");
-  expectDirection(east.at(middle, middle), {1, 0, 0}, "east");
-
-  const auto same = [](const Colour4& p, const Colour4& q) {
-    return std::fabs(p.r - q.r) + std::fabs(p.g - q.g) + std::fabs(p.b - q.b) < 1e-5f;
-  };
-  for (int i = 0; i < side; ++i) {
-    // The panorama from left to right: south, east, north, west, and round.
-    EXPECT_TRUE(same(south.at(last, i), east.at(0, i))) << i;
-    EXPECT_TRUE(same(east.at(last, i), north.at(0, i))) << i;
-    EXPECT_TRUE(same(north.at(last, i), west.at(0, i))) << i;
-    EXPECT_TRUE(same(west.at(last, i), south.at(0, i))) << i;
-    // The top's lower edge joins the east, its left one the south, its right one the north.
-    EXPECT_TRUE(same(top.at(i, last), east.at(i, 0))) << i;
-    EXPECT_TRUE(same(top.at(0, i), south.at(i, 0))) << i;
-    EXPECT_TRUE(same(top.at(last, i), north.at(last - i, 0))) << i;
-    EXPECT_TRUE(same(top.at(i, 0), west.at(last - i, 0))) << i;
-    // The bottom's upper edge joins the east, its left one the south, its right one the north.
-    EXPECT_TRUE(same(bottom.at(i, 0), east.at(i, last))) << i;
-    EXPECT_TRUE(same(bottom.at(0, i), south.at(last - i, last))) << i;
-    EXPECT_TRUE(same(bottom.at(last, i), north.at(i, last))) << i;
-    EXPECT_TRUE(same(bottom.at(i, last), west.at(last - i, last))) << i;
-  }
-}
-
 TEST(Environment, SphereMapsFollowTheLawOfReflection) {
   const int side = 256;
   const Canvas map = sphereMap(compass, lookTowards(0, 0), side, 1);  // along east, right is north
@@ -176,17 +142,6 @@ TEST(Relief, ShadowsAreAsLongAsTheSunIsLow) {
     EXPECT_EQ(lit.at(20 + length - 4, 4), 0) << "in the shadow, rise " << rise;
     EXPECT_EQ(lit.at(20 + length + 5, 4), 1) << "beyond the shadow, rise " << rise;
   }
-}
-
-TEST(Relief, NormalsOfASlopeStandOnIt) {
-  // Rises 3 texels in 4 to the right: the normal leans 3 to the left for 4 out of the picture.
-  Field slope(16, 16);
-  for (int y = 0; y < 16; ++y)
-    for (int x = 0; x < 16; ++x) slope.at(x, y) = 0.75f * static_cast<float>(x);
-  const Colour4 normal = normalsOf(slope, EdgeMode::clamp).at(8, 8);
-  EXPECT_NEAR(normal.r, 0.5 - 0.5 * 0.6, 1e-5);
-  EXPECT_NEAR(normal.g, 0.5, 1e-5);
-  EXPECT_NEAR(normal.b, 0.5 + 0.5 * 0.8, 1e-5);
 }
 
 }  // namespace vex
