@@ -20,7 +20,7 @@
 namespace vex {
 namespace {
 
-using Colour = std::array<int, 4>;
+using Paint = std::array<int, 4>;
 
 // x, y, s, t
 using Corners = std::array<std::array<float, 4>, 4>;
@@ -100,7 +100,7 @@ void expectCorners(const std::array<FeedbackVertex, 4>& quad, const Corners& exp
   }
 }
 
-void expectColour(const Colour& colour, const Colour& expected) {
+void expectColour(const Paint& colour, const Paint& expected) {
   for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(colour[i], expected[i], 2) << "channel " << i;
 }
 
@@ -299,7 +299,7 @@ TEST_F(Helper, SetViewportCountsUpwards) {
 TEST_F(Helper, BlendModesMixWithThePicture) {
   struct Case {
     float mode;
-    Colour pixel;  // of (200, 100, 50) at alpha 0.5 over (100, 100, 100)
+    Paint pixel;  // of (200, 100, 50) at alpha 0.5 over (100, 100, 100)
   };
   for (const Case& c :
        {Case{0, {150, 100, 75, 0}}, Case{0.99f, {150, 100, 75, 0}}, Case{1, {200, 150, 125, 0}},
@@ -350,7 +350,7 @@ TEST_F(Helper, DrawsOverAnyStateAndRestoresTheDepthTest) {
     SCOPED_TRACE(call.function);
     clear(0.2f, 0.4f, 0.6f);
     call.run();
-    const Colour expected = readPixel(25, 30);
+    const Paint expected = readPixel(25, 30);
 
     clear(0.2f, 0.4f, 0.6f);
     glDepthMask(GL_TRUE);
