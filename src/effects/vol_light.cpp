@@ -1,0 +1,142 @@
+#include "effects/vol_light.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "assets/texture_cache.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+constexpr float pi = 3.1415927f;
+constexpr int maxSamples = 1024;  // a side; more than any window offers to render them in
+
+int checkedSize(int samples) {
+  if (samples < 2 || samples > maxSamples) {
+    fatalError("VolLight: depth map of %d samples a side (2 to %d allowed)!", samples, maxSamples);
+  }
+  return samples;
+}
+
+}  // namespace
+
+VolLight::VolLight(int samples) : size(checkedSize(samples)) {
+  kind = ObjectKind::volLight;
+  const auto n = static_cast<std::size_t>(size);
+  depthBuffer.assign(n * n, 0.0f);
+  std::snprintf(beams.name, objectNameSize, "%s.beams", name);
+  beams.vertices.resize(n * n + 1);
+  beams.faces.resize(n * n - 1);
+  beams.blendMode = BlendMode::additive;
+  beams.twoSided = true;
+  beams.opacity = 1.7f / static_cast<float>(size);
+  beams.lit = false;
+  buildBeams();
+}
+
+VolLight::~VolLight() {
+  logPrintf("  destroying VolLight %s\n", name);
+}
+
+void VolLight::buildBeams() {
+  const auto n = static_cast<std::uint32_t>(size);
+  const std::uint32_t apex = n * n;
+
+  // Zigzag over the grid's anti-diagonals: each cell next to the one before.
+  std::vector<std::uint32_t> order;
+  for (std::uint32_t s = 0; s <= 2 * n - 2; ++s) {
+    const std::uint32_t first = s < n ? 0 : s - (n - 1);  // smallest column on this diagonal
+    const std::uint32_t last = s < n ? s : n - 1;
+    for (std::uint32_t i = first; i <= last; ++i) {
+      const std::uint32_t column = s % 2 == 1 ? i : first + last - i;
+      order.push_back((s - column) * n + column);
+    }
+  }
+  for (std::size_t k = 0; k < beams.faces.size(); ++k) beams.faces[k].v = {apex, order[k], order[k + 1]};
+
+  // The scene's preparation does not know this mesh.
+  beams.vertices[apex].u = 1.0f;
+  beams.vertexCount = apex + 1;
+  beams.faceCount = apex - 1;
+  beams.positions.assign(3 * beams.vertices.size(), 0.0f);
+  beams.normals.assign(3 * beams.vertices.size(), 0.0f);
+  beams.uvs.assign(2 * beams.vertices.size(), 0.0f);
+  beams.uvs[2 * apex] = 1.0f;
+  for (const Face& face : beams.faces)
+    beams.indices.insert(beams.indices.end(), face.v.begin(), face.v.end());
+}
+
+void VolLight::setBeamTexture(const char* textureName) {
+  beams.texture = getTexture(textureName, false);
+}
+
+Matrix VolLight::viewMatrix() const {
+  const Vector& d = spotDirection;
+  float yaw = 0.0f;
+  float pitch = 0.0f;
+  if (d.x != 0.0f || d.z != 0.0f) {
+    const float ground = std::sqrt(d.x * d.x + d.z * d.z);
+    yaw = -std::acos(d.z / ground);
+    if (d.x > 0.0f) yaw = -yaw;
+    pitch = std::atan(d.y / ground);
+  }
+  yaw += pi;
+
+  Matrix view = translation(-position);
+  view = view * rotation({0.0f, 1.0f, 0.0f}, yaw);
+  return view * rotation({1.0f, 0.0f, 0.0f}, pitch);
+}
+
+void VolLight::prepareBeams(float near) {
+  Vector right = cross(spotDirection, {0.0f, 1.0f, 0.0f});
+  Vector down = cross(spotDirection, right);
+  Vector axis = spotDirection;
+  axis.normalize();
+  axis *= range;
+  const float halfWidth = std::tan(coneAngle / 360.0f * pi) * range;  // at full range
+  right.normalize();
+  right *= halfWidth;
+  down.normalize();
+  down *= halfWidth;
+
+  const auto n = static_cast<std::size_t>(size);
+  const auto fraction = [this](std::size_t i) {  // -1 to 1 over the samples of a side
+    return 2.0f * static_cast<float>(i) / static_cast<float>(size - 1) - 1.0f;
+  };
+  for (std::size_t i = 0; i < n; ++i) {
+    const float* depths = &depthBuffer[(n - 1 - i) * n];
+    const Vector rowAxis = axis + down * fraction(i);
+    for (std::size_t j = 0; j < n; ++j) {
+      // Distance along the axis as a fraction of the range.
+      const float k = -1.0f / ((range - near) * depths[j] - range);
+      beams.vertices[i * n + j].position = position + (rowAxis + right * fraction(j)) * k;
+    }
+  }
+  beams.vertices[n * n].position = position;
+
+  float* out = beams.positions.data();
+  for (const Vertex& vertex : beams.vertices) {
+    *out++ = vertex.position.x;
+    *out++ = vertex.position.y;
+    *out++ = vertex.position.z;
+  }
+}
+
+VolLight* makeVolumetric(Light* source, int samples) {
+  auto* light = new VolLight(samples);
+  light->spotDirection = source->spotDirection;
+  light->range = source->range;
+  light->coneAngle = source->coneAngle;
+  light->position = source->position;
+  std::snprintf(light->name, objectNameSize, "%s", source->name);
+  for (const TrackType type : {TrackType::scale, TrackType::rotation, TrackType::position}) {
+    if (const Animation* track = source->track(type)) light->addAnimation(*track);
+  }
+  if (source->target) light->target = std::make_unique<Animation>(*source->target);
+  destroyLight(source);
+  return light;
+}
+
+}  // namespace vex
