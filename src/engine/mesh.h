@@ -104,12 +104,17 @@ struct Mesh : Object3D {
   // flipped. Works on the drawing array's positions in a frame that has deformed them.
   void recomputeNormals(bool flip);
 
-  // Deformations write the drawing arrays, never the records. In one frame (the same demo time) the second
-  // one builds on the first; the next frame starts from the records again.
+  // Deformations write the drawing arrays, never the records' positions. In one frame the second one builds
+  // on the first; the next frame starts from the records again.
   void twist(const Vector& axis, Vector direction, float amount);  // amount: radians at the radius
   void morph(const Mesh& a, const Mesh& b, float f);               // equal vertex counts; fatal otherwise
   void wobble(float px, float py, float pz, float amount, float fx, float fy, float fz);
-  void wobbleTexture(float a, float b, float c);
+  void wobbleTexture(float a, float b, float c);  // moves the texture coordinates alone
+
+ private:
+  void setUpMaterial(bool useLight, float alpha);
+  bool deformedThisFrame() const;
+  void markDeformed();
 };
 
 }  // namespace vex

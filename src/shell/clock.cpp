@@ -11,6 +11,7 @@ constexpr float firstStep = 0.01f;
 constexpr std::uint32_t forwardBytes = 200;
 
 void beginFrame() {
+  ++demoClock.frame;
   demoClock.previousTime = demoClock.time;
 }
 
@@ -69,6 +70,10 @@ float clockTime() {
 
 float clockDelta() {
   return demoClock.time - demoClock.previousTime;
+}
+
+std::uint32_t clockFrame() {
+  return demoClock.frame;
 }
 
 void clockAdvanceTo(float time) {

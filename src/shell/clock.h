@@ -22,6 +22,7 @@ struct DemoClock {
   float startTime = 0.0f;
   float wallBase = 0.0f;  // timeGetTime() in seconds at clockReset()
   bool firstFrame = true;
+  std::uint32_t frame = 0;
   SoundFilter filter;
 };
 
@@ -41,6 +42,9 @@ void clockTick();
 
 float clockTime();
 float clockDelta();  // between the last two frames
+
+// Number of the frame, 0 before the first one. It tells frames apart while the time stands still.
+std::uint32_t clockFrame();
 
 // A frame at a time given by hand, for who renders without a running clock.
 void clockAdvanceTo(float time);

@@ -9,7 +9,7 @@
 
 namespace vex {
 
-// Set once by probeExtensions(), read anywhere.
+// Set once by probeExtensions(), read anywhere; but for the lock, which follows every draw.
 struct GlExtensions {
   bool hasMultitexture = false;      // GL_ARB_multitexture
   int textureUnits = 1;              // asked for only with multitexture
@@ -24,6 +24,7 @@ struct GlExtensions {
   // Loaded with compiled vertex arrays.
   void (*glLockArraysEXT)(GLint first, GLsizei count) = nullptr;
   void (*glUnlockArraysEXT)() = nullptr;
+  bool arraysLocked = false;  // unlocking what is not locked is a GL error
 };
 
 inline GlExtensions glExtensions;

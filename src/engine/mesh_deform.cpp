@@ -1,0 +1,121 @@
+// What scenes do to the shape of a mesh from frame to frame.
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#include "engine/mesh.h"
+#include "shell/clock.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+Vector read(const std::vector<float>& array, std::size_t k) {
+  return {array[3 * k], array[3 * k + 1], array[3 * k + 2]};
+}
+
+void write(std::vector<float>& array, std::size_t k, const Vector& v) {
+  array[3 * k] = v.x;
+  array[3 * k + 1] = v.y;
+  array[3 * k + 2] = v.z;
+}
+
+Vector mix(const Vector& a, const Vector& b, float f) {
+  return a * (1.0f - f) + b * f;
+}
+
+Vector normalized(Vector v) {
+  v.normalize();
+  return v;
+}
+
+}  // namespace
+
+// A clock that stands still (music that waits) gives frames of the same time.
+bool Mesh::deformedThisFrame() const {
+  return !positions.empty() && lastDeformTime == clockTime() && lastDeformFrame == clockFrame();
+}
+
+void Mesh::markDeformed() {
+  lastDeformTime = clockTime();
+  lastDeformFrame = clockFrame();
+}
+
+void Mesh::recomputeNormals(bool flip) {
+  const bool deformed = deformedThisFrame();
+  const auto at = [&](std::uint32_t k) { return deformed ? read(positions, k) : vertices[k].position; };
+  for (Vertex& vertex : vertices) vertex.normal = {};
+  for (const Face& face : faces) {
+    const std::array<Vector, 3> p{at(face.v[0]), at(face.v[1]), at(face.v[2])};
+    for (std::size_t i = 0; i < 3; ++i) {
+      const Vector& corner = p[i];
+      const Vector& next = p[(i + 1) % 3];
+      const Vector& previous = p[(i + 2) % 3];
+      vertices[face.v[i]].normal += normalized(cross(next - corner, corner - previous));
+    }
+  }
+  for (Vertex& vertex : vertices) {
+    vertex.normal.normalize();
+    if (flip) vertex.normal = -vertex.normal;
+  }
+  if (!deformed) return;
+  for (std::size_t k = 0; k < vertices.size(); ++k) write(normals, k, vertices[k].normal);
+}
+
+void Mesh::twist(const Vector& axis, Vector direction, float amount) {
+  if (positions.empty()) buildArrays();
+  direction.normalize();
+  if (axis.length() == 0.0f) return;
+  const bool deformed = deformedThisFrame();
+  for (std::size_t k = 0; k < vertices.size(); ++k) {
+    const Vector p = deformed ? read(positions, k) : vertices[k].position;
+    const float distance = dot(p - position, direction);
+    const Matrix turn = rotation(axis, radius > 0.0f ? distance / radius * amount : 0.0f);
+    write(positions, k, transformPoint(translation(-position) * turn * translation(position), p));
+    write(normals, k, transformPoint(turn, vertices[k].normal));
+  }
+  markDeformed();
+}
+
+void Mesh::morph(const Mesh& a, const Mesh& b, float f) {
+  if (a.vertices.size() != vertices.size() || b.vertices.size() != vertices.size()) {
+    fatalError("mesh %s: can't morph %zu vertices from %zu of %s to %zu of %s", name, vertices.size(),
+               a.vertices.size(), a.name, b.vertices.size(), b.name);
+  }
+  if (positions.empty()) buildArrays();
+  for (std::size_t k = 0; k < vertices.size(); ++k) {
+    write(positions, k, mix(a.vertices[k].position, b.vertices[k].position, f));
+    write(normals, k, mix(a.vertices[k].normal, b.vertices[k].normal, f));
+  }
+  markDeformed();
+}
+
+void Mesh::wobble(float px, float py, float pz, float amount, float fx, float fy, float fz) {
+  if (positions.empty()) buildArrays();
+  const auto stretched = [&](float d, float phase, float waves) {
+    const float share = radius > 0.0f ? d / radius : 0.0f;
+    const float wave = (std::sin(phase + share * waves * 6.282f) + 1.0f) / 2.0f + 0.5f;
+    return d * (wave * (1.0f - amount) + amount);
+  };
+  for (std::size_t k = 0; k < vertices.size(); ++k) {
+    const Vector d = vertices[k].position - position;
+    write(positions, k,
+          Vector(stretched(d.x, px, fx), stretched(d.y, py, fy), stretched(d.z, pz, fz)) + position);
+  }
+  markDeformed();
+  recomputeNormals(true);
+}
+
+void Mesh::wobbleTexture(float a, float b, float c) {
+  if (positions.empty()) buildArrays();
+  if (uvs.empty()) return;  // environment-mapped
+  for (std::size_t k = 0; k < vertices.size(); ++k) {
+    const float phase = std::cos(static_cast<float>(k)) * c * a;
+    uvs[2 * k] = vertices[k].u + std::sin(phase) * b;
+    uvs[2 * k + 1] = vertices[k].v + std::cos(phase) * b;
+  }
+}
+
+}  // namespace vex
