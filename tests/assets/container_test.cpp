@@ -1,0 +1,251 @@
+#include "assets/container.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <random>
+
+#include "shell/files.h"
+#include "shell/options.h"
+#include "tests/support/fatal.h"
+#include "tests/support/pak_builder.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+
+namespace {
+
+constexpr const char* name = "data\\skull.hv3";
+constexpr const char* path = "data/skull.hv3";
+
+class Container : public testing::Test {
+ protected:
+  Container() { std::filesystem::create_directory("data"); }
+
+  TemporaryFolder folder;
+};
+
+std::string someData(std::size_t size) {
+  std::mt19937 random(3);
+  std::string data(size, '\0');
+  for (char& byte : data) byte = static_cast<char>(random() % 20);
+  return data;
+}
+
+void writeContainer(const std::string& data, const char* file = name) {
+  auto word = static_cast<std::uint32_t>(data.size());
+  zipOpen(file, ZIP_WRITE, &word);
+  zipWrite(data.data(), word);
+  zipClose();
+}
+
+std::string readContainer(std::size_t size, std::uint32_t* word) {
+  std::string data(size, '\0');
+  zipOpen(name, ZIP_READ, word);
+  zipRead(data.data(), static_cast<std::uint32_t>(size));
+  zipClose();
+  return data;
+}
+
+}  // namespace
+
+TEST_F(Container, BytesStandInTheirPlaces) {
+  for (const std::size_t size : {0, 100, 70'000}) {
+    const std::string data = someData(size);
+    writeContainer(data);
+    const std::string file = readFile(path);
+    ASSERT_GT(file.size(), 118u);
+    const std::size_t z = file.size() - 118;
+    const std::string crc =
+        littleEndianBytes(crc32(0, reinterpret_cast<const Bytef*>(data.data()), static_cast<uInt>(size)), 4);
+    const std::string sizes = littleEndianBytes(z, 4) + littleEndianBytes(size, 4);
+    const std::string fields("\x13\0\x0a\0\x08\0\0\0\0\0", 10);
+    EXPECT_EQ(file.substr(0, 34), littleEndianBytes(size, 4) + "PK\3\4" + fields + std::string(16, '\0'));
+    EXPECT_EQ(file.substr(34 + z, 16), "PK\7\10" + crc + sizes);
+    EXPECT_EQ(file.substr(50 + z, 46),
+              std::string("PK\1\2\x14\x0b") + fields + crc + sizes + std::string(18, '\0'));
+    EXPECT_EQ(file.substr(96 + z), std::string("PK\5\6\0\0\0\0\1\0\1\0", 12) + littleEndianBytes(46, 4) +
+                                       littleEndianBytes(z + 46, 4) + std::string(2, '\0'));
+  }
+}
+
+TEST_F(Container, AnotherUnpackerReadsThePayload) {
+  const std::string data = someData(70'000);
+  writeContainer(data);
+  writeFile("payload", data);
+  const Program python = runProgram(
+      "tail -c +5 data/skull.hv3 >archive.zip && python3 -c 'import zipfile; z = "
+      "zipfile.ZipFile(\"archive.zip\"); "
+      "i = z.infolist(); print(len(i), z.testzip(), z.read(i[0]) == open(\"payload\", \"rb\").read())'");
+  EXPECT_EQ(python.output, "1 None True\n") << python.errors;
+}
+
+TEST_F(Container, ReadsBackLooseAndFromTheArchive) {
+  for (const std::size_t size : {0, 1, 70'000}) {
+    const std::string data = someData(size);
+    std::uint32_t word = 0x89abcdef;
+    zipOpen(name, ZIP_WRITE, &word);
+    zipWrite(data.data(), static_cast<std::uint32_t>(size));
+    zipClose();
+    word = 0;
+    EXPECT_EQ(readContainer(size, &word), data);
+    EXPECT_EQ(word, 0x89abcdefu);
+
+    const std::string file = readFile(path);
+    std::filesystem::remove(path);
+    writeFile("vex.pak", pakBytes({{"data\\a", "before"}, {name, file}, {"data\\z", "behind"}}));
+    pakOpen("vex.pak");
+    word = 0;
+    EXPECT_EQ(readContainer(size, &word), data);
+    EXPECT_EQ(word, 0x89abcdefu);
+    fileCloseAll();
+  }
+}
+
+TEST_F(Container, ReadsAByteAtATimeAndStopsEarly) {
+  const std::string data = someData(50'000);
+  writeContainer(data);
+  for (int time = 0; time < maxFileSlots + 1; ++time) {  // no handle stays open
+    std::uint32_t word = 0;
+    zipOpen(name, ZIP_READ, &word);
+    std::string start(300, '\0');
+    for (char& byte : start) zipRead(&byte, 1);
+    zipClose();
+    EXPECT_EQ(start, data.substr(0, 300));
+    EXPECT_EQ(word, 50'000u);
+  }
+}
+
+TEST_F(Container, OpenedAndClosedWithoutReadingIsFine) {
+  writeContainer("data");
+  std::uint32_t word = 0;
+  zipOpen(name, ZIP_READ, &word);
+  zipClose();
+  EXPECT_EQ(word, 4u);
+}
+
+TEST_F(Container, TrailingMemberIsAccepted) {
+  writeContainer("data");
+  std::string file = readFile(path);
+  file[file.size() - 68 + 2] = 3, file[file.size() - 68 + 3] = 4;  // central directory to local header
+  writeFile(path, file);
+  std::uint32_t word = 0;
+  EXPECT_EQ(readContainer(4, &word), "data");
+}
+
+TEST_F(Container, PiecesAreOnePayload) {
+  std::uint32_t word = 6;
+  zipOpen(name, ZIP_WRITE, &word);
+  zipWrite("abc", 3);
+  zipWrite("", 0);
+  zipWrite("def", 3);
+  zipClose();
+  EXPECT_EQ(readContainer(6, &word), "abcdef");
+}
+
+TEST_F(Container, CallsOutOfOrderAreFatal) {
+  writeContainer("data");
+  std::uint32_t word = 0;
+  char byte = 0;
+  for (const ZipMode first : {ZIP_READ, ZIP_WRITE}) {
+    for (const ZipMode second : {ZIP_READ, ZIP_WRITE, ZIP_CLOSED}) {
+      EXPECT_EQ(fatalText([&] {
+                  zipOpen(name, first, &word);
+                  zipOpen("data\\other.hv3", second, &word);
+                }),
+                "Cannot open two zip files simultaneously!");
+    }
+  }
+  EXPECT_EQ(fatalText([&] { zipOpen(name, ZIP_CLOSED, &word); }), "Cannot open zip file w/ mode=ZIP_CLOSED!");
+  EXPECT_EQ(fatalText([&] { zipRead(&byte, 1); }), "zipRead() called on closed file!");
+  EXPECT_EQ(fatalText([&] { zipWrite(&byte, 1); }), "zipWrite() called on closed file!");
+  EXPECT_EQ(fatalText([&] { zipClose(); }), "zipClose() called on closed file!");
+  EXPECT_EQ(fatalText([&] {
+              zipOpen(name, ZIP_WRITE, &word);
+              zipRead(&byte, 1);
+            }),
+            "zipRead() called in ZIP_WRITE mode!");
+  EXPECT_EQ(fatalText([&] {
+              zipOpen(name, ZIP_READ, &word);
+              zipWrite(&byte, 1);
+            }),
+            "zipWrite() called in ZIP_READ mode!");
+  EXPECT_EQ(readContainer(4, &word), "data");  // the unfinished writes above left it alone
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator("data"), {}), 1);
+}
+
+TEST_F(Container, FilesThatDoNotOpenAreFatal) {
+  std::uint32_t word = 0;
+  EXPECT_EQ(fatalText([&] { zipOpen(name, ZIP_READ, &word); }),
+            "zipOpen: Pak_FILE data\\skull.hv3 not found!");
+  EXPECT_EQ(fatalText([&] { zipOpen("none\\skull.hv3", ZIP_WRITE, &word); }),
+            "zipOpen: FILE none\\skull.hv3 not found!");
+  writeFile(path, "abc");
+  EXPECT_EQ(fatalText([&] { zipOpen(name, ZIP_READ, &word); }),
+            "data\\skull.hv3: ends after 3 bytes, its header word has 4");
+}
+
+TEST_F(Container, RefusedBytesAreFatal) {
+  // A device that is always full: the refusal shows when stdio's buffer is full, or at the close.
+  for (const std::size_t size : {10, 100'000}) {
+    EXPECT_EQ(fatalText([&] { writeContainer(someData(size), "/dev/full"); }),
+              "Write error in zip.putbyte()!");
+  }
+}
+
+TEST_F(Container, DamageIsRefusedByName) {
+  const std::string data = someData(1000);
+  writeContainer(data);
+  const std::string valid = readFile(path);
+  const std::size_t z = valid.size() - 118;
+  const auto textOf = [&](std::string file, std::size_t asked) {
+    writeFile(path, file);
+    std::uint32_t word;
+    return fatalText([&] { readContainer(asked, &word); });
+  };
+  const auto changed = [&](std::size_t offset, char byte) {
+    std::string file = valid;
+    EXPECT_NE(file[offset], byte);
+    file[offset] = byte;
+    return file;
+  };
+  const std::string subject = "data\\skull.hv3: ";
+  EXPECT_EQ(textOf(changed(4, 'B'), 1000), subject + "bad magic header (code 2)");
+  EXPECT_EQ(textOf(changed(10, 1), 1000), subject + "reserved field or compression method (code 3)");
+  EXPECT_EQ(textOf(changed(12, 12), 1000), subject + "reserved field or compression method (code 3)");
+  std::string longName = changed(31, '\xff');
+  longName[33] = '\xff';
+  EXPECT_EQ(textOf(longName, 1000), subject + "EOF while processing header (code 4)");
+  EXPECT_EQ(textOf(changed(34, 7), 1000), subject + "Invalid compressed data (code 5)");
+  EXPECT_EQ(textOf(changed(46 + z, 0), 1000), subject + "uncompressed size differs from recorded (code 7)");
+  EXPECT_EQ(textOf(changed(39 + z, static_cast<char>(valid[39 + z] + 1)), 1000),
+            subject + "bad CRC (code 8)");
+  EXPECT_EQ(textOf(changed(50 + z, 'Q'), 1000), "unzclose() failed (code 5)");
+  EXPECT_EQ(textOf(valid, 1001), subject + "only 1000 of 1001 bytes left to read");
+  EXPECT_EQ(textOf(valid, 4), "exit code 0 instead of 255: ");
+}
+
+TEST_F(Container, TruncatedFilesAreFatalWhateverIsRead) {
+  const std::string data = someData(200);
+  writeContainer(data);
+  const std::string valid = readFile(path);
+  const std::size_t checked = valid.size() - 64;  // behind the central directory's signature
+  for (std::size_t size = 0; size < valid.size(); ++size) {
+    writeFile(path, valid.substr(0, size));
+    std::uint32_t word;
+    const std::string text = fatalText([&] { readContainer(200, &word); });
+    if (size < 4) {
+      EXPECT_EQ(text,
+                "data\\skull.hv3: ends after " + std::to_string(size) + " bytes, its header word has 4");
+    } else {
+      EXPECT_EQ(text, size < checked ? "ARGH!" : "exit code 0 instead of 255: ") << size;
+    }
+  }
+  options.showStats = true;
+  writeFile(path, valid.substr(0, 50));
+  std::uint32_t word;
+  fatalText([&] { readContainer(200, &word); });
+  EXPECT_EQ(readFile("Demo.log"), "data\\skull.hv3 ends before its compressed data does\n");
+}
+
+}  // namespace vex
