@@ -1,5 +1,6 @@
 #include "production/product.h"
 
+#include "production/models/model.h"
 #include "production/textures/families.h"
 #include "production/time_line.h"
 
@@ -10,6 +11,21 @@ namespace {
 constexpr int pictureQuality = 92;
 constexpr int maskQuality = 95;
 constexpr int movieQuality = 88;
+
+void append(Products& all, Products more) {
+  for (Product& product : more) all.push_back(std::move(product));
+}
+
+}  // namespace
+
+std::vector<std::string> picturePaths(const std::string& name, PictureKind kind) {
+  const bool jpeg = kind == PictureKind::jpeg || kind == PictureKind::maskedJpeg;
+  const bool masked = kind == PictureKind::maskedBmp || kind == PictureKind::maskedJpeg;
+  const char* extension = jpeg ? ".jpg" : ".bmp";
+  std::vector<std::string> paths{"data/" + name + extension};
+  if (masked) paths.push_back("data/" + name + "_mask" + extension);
+  return paths;
+}
 
 std::vector<Bytes> encodePicture(const Canvas& image, PictureKind kind) {
   switch (kind) {
@@ -25,33 +41,29 @@ std::vector<Bytes> encodePicture(const Canvas& image, PictureKind kind) {
   return {};
 }
 
-void append(Products& all, Products more) {
-  for (Product& product : more) all.push_back(std::move(product));
+std::vector<std::string> pictureSources() {
+  return {"production/textures/palette.", "production/image/", "production/product.",
+          "src/platform/jpeg_encoder.", "src/engine/vector."};
 }
 
-std::vector<std::string> pictureSources(const char* family) {
-  return {std::string("production/textures/") + family + ".",
-          "production/textures/palette.",
-          "production/textures/hued.",
-          "production/textures/hangar_light.",
-          "production/image/",
-          "production/product.",
-          "src/platform/jpeg_encoder.",
-          "src/engine/vector.",
-          "src/scenes/word_endings."};
+namespace {
+
+std::vector<std::string> familySources(const char* family) {
+  std::vector<std::string> sources = pictureSources();
+  for (const std::string& start :
+       {"production/textures/" + std::string(family) + ".", std::string("production/textures/hued."),
+        std::string("production/textures/hangar_light."), std::string("src/scenes/word_endings.")})
+    sources.push_back(start);
+  return sources;
 }
 
 }  // namespace
 
 Product picture(const std::string& name, PictureKind kind, const char* family, float work,
                 std::function<Canvas(const Settings&)> make) {
-  const bool jpeg = kind == PictureKind::jpeg || kind == PictureKind::maskedJpeg;
-  const bool masked = kind == PictureKind::maskedBmp || kind == PictureKind::maskedJpeg;
-  const char* extension = jpeg ? ".jpg" : ".bmp";
   Product product;
-  product.outputs.push_back("data/" + name + extension);
-  if (masked) product.outputs.push_back("data/" + name + "_mask" + extension);
-  product.sources = pictureSources(family);
+  product.outputs = picturePaths(name, kind);
+  product.sources = familySources(family);
   product.work = work;
   product.make = [kind, make = std::move(make)](const Settings& settings) {
     return encodePicture(make(settings), kind);
@@ -64,7 +76,7 @@ Product movie(const std::string& base, int frames, const char* family, float wor
   Product product;
   for (int frame = 1; frame <= frames; ++frame)
     product.outputs.push_back("data/" + base + std::to_string(frame) + ".jpg");
-  product.sources = pictureSources(family);
+  product.sources = familySources(family);
   product.work = work;
   product.make = [frames, prepare = std::move(prepare)](const Settings& settings) {
     const FramePainter paintFrame = prepare(settings);
@@ -93,6 +105,8 @@ Products allProducts() {
   append(all, spritePictures());
   append(all, eyeMovie());
   append(all, statisticsFont());
+  append(all, layerRaysModel());
+  append(all, layerWideModel());
   append(all, musicFile());
   append(all, timeLineFiles());
   return all;

@@ -34,6 +34,12 @@ enum class PictureKind {
   maskedJpeg,
 };
 
+// "data/NAME.jpg" and so on: what encodePicture yields, in this order.
+std::vector<std::string> picturePaths(const std::string& name, PictureKind kind);
+std::vector<Bytes> encodePicture(const Canvas& image, PictureKind kind);
+// Starts of the paths of the sources that all pictures are made from.
+std::vector<std::string> pictureSources();
+
 // One picture: "data/NAME.jpg" or "data/NAME.bmp", and "data/NAME_mask.*" where it has a mask. `family` is
 // the source below production/textures/ without its extension.
 Product picture(const std::string& name, PictureKind kind, const char* family, float work,

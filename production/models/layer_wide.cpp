@@ -1,0 +1,85 @@
+#include <cmath>
+
+#include "production/geometry/forms.h"
+#include "production/image/filter.h"
+#include "production/image/noise3.h"
+#include "production/models/model.h"
+#include "production/textures/palette.h"
+
+// Pale filaments all around a camera that sees nearly everything: it moves within about 90 units of the
+// middle and looks out to 175. What is near becomes long sweeping strokes.
+
+namespace vex {
+
+namespace {
+
+constexpr int strands = 28;
+constexpr int knots = 9;    // of each strand
+constexpr int pieces = 40;  // along it
+constexpr int sides = 5;
+
+float chance(int strand, int what) {
+  return hashUnit(strand, what, 41);
+}
+
+// A drifting walk around the middle, pushed away from where the camera is.
+std::vector<Vector> strandPath(int strand) {
+  const float start = chance(strand, 0) * 2 * pi, rise = (chance(strand, 1) - 0.5f) * 2.6f;
+  const float lean = (chance(strand, 2) - 0.5f) * 1.8f, sweep = 1.6f + 2.4f * chance(strand, 3);
+  std::vector<Vector> path;
+  for (int i = 0; i < knots; ++i) {
+    const float t = static_cast<float>(i) / (knots - 1), turn = start + sweep * t;
+    const Vector wander(gradientNoise(Vector(t * 3.1f, static_cast<float>(strand), 0.5f), 0, 51),
+                        gradientNoise(Vector(t * 3.1f, static_cast<float>(strand), 7.5f), 0, 52),
+                        gradientNoise(Vector(t * 3.1f, static_cast<float>(strand), 3.5f), 0, 53));
+    const float radius = 120 + 130 * chance(strand, 4);
+    Vector p(radius * std::cos(turn), radius * (rise * 0.5f + lean * (t - 0.5f)), radius * std::sin(turn));
+    p += wander * 90;
+    if (const float away = p.length(); away < 112) p *= 112 / away;
+    path.push_back(p);
+  }
+  return smoothPath(path, pieces);
+}
+
+// Along a strand (v) the light comes and goes; both ends are dark.
+Canvas strandPicture(const Settings& settings) {
+  const int side = settings.side(256);
+  return paint(side / 2, side, [](float u, float v) {
+    const float pulse = 0.5f + 0.5f * fractal(std::cos(u * 2 * pi) * 0.4f, v * 9, 0, 3, 0.55f, 61);
+    const float ends = smoothStep(0.02f, 0.3f, v) * smoothStep(0.98f, 0.7f, v);
+    return gradient(boneRamp, ends * (0.18f + 0.72f * pulse * pulse));
+  });
+}
+
+Model layerWide(const Settings& settings) {
+  Surface all;
+  for (int strand = 0; strand < strands; ++strand) {
+    const float thick = 0.5f + 1.7f * chance(strand, 5) * chance(strand, 6);
+    append(all, tube(
+                    strandPath(strand), sides,
+                    [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }, TubeEnd::point));
+  }
+
+  Stage stage;
+  stage.materials = {{.name = "strand",
+                      .texture = "layer_wide",
+                      .twoSided = true,
+                      .diffuse = {0.55f, 0.55f, 0.55f},
+                      .ambient = {0.35f, 0.35f, 0.35f}}};
+  stage.meshes = {{.name = "strands", .surface = all, .material = "strand"}};
+  stage.lights = {{.name = "omni01", .position = Vector(0, 0, 0)}};
+  stage.cameras = {{.name = "camera01",
+                    .position = Vector(50, 0, 50),
+                    .target = Vector(100, 0, 100),
+                    .fieldDegrees = 120,
+                    .far = 2000}};
+  return {stage, {strandPicture(settings)}};
+}
+
+}  // namespace
+
+Products layerWideModel() {
+  return {model("layer_wide", {{"layer_wide", PictureKind::jpeg}}, 0.2f, layerWide)};
+}
+
+}  // namespace vex

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "production/models/stage.h"
+#include "production/product.h"
+
+// How the models are made: see docs/modelling.md.
+
+namespace vex {
+
+// A model and the pictures painted for it.
+struct Model {
+  Stage stage;
+  std::vector<Canvas> pictures;  // in the order of their names
+};
+
+struct ModelPicture {
+  std::string name;  // below data/, without extension
+  PictureKind kind = PictureKind::jpeg;
+};
+
+// "data/NAME.ase" and the pictures. The source is production/models/NAME.cpp; `alsoFrom` are starts of the
+// paths of other sources that it uses.
+Product model(const std::string& name, const std::vector<ModelPicture>& pictures, float work,
+              std::function<Model(const Settings&)> make, const std::vector<std::string>& alsoFrom = {});
+
+// One source each.
+Products layerRaysModel();
+Products layerWideModel();
+
+}  // namespace vex

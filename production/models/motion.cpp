@@ -1,0 +1,73 @@
+#include <cmath>
+
+#include "production/models/stage.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+constexpr float pi = 3.14159265f;
+
+// Smaller turns have no effect in the player: they are kept for the next key.
+constexpr float leastTurn = 0.0011f;
+
+template <typename KeyOf>
+MotionKeys keysEvery(float seconds, int every, KeyOf keyOf) {
+  const int last = static_cast<int>(std::lround(seconds * framesPerSecond));
+  if (every < 1 || last < 1) fatalError("motion of %g s with a key each %d frames", seconds, every);
+  MotionKeys keys;
+  for (int frame = 0;; frame += every) {
+    if (frame > last || (frame < last && last - frame < (every + 1) / 2)) frame = last;
+    MotionKey key = keyOf(static_cast<float>(frame) / framesPerSecond);
+    key.frame = frame;
+    keys.push_back(key);
+    if (frame == last) return keys;
+  }
+}
+
+// To the six decimals that the text keeps.
+float rounded(float value) {
+  return static_cast<float>(std::round(static_cast<double>(value) * 1e6) / 1e6);
+}
+
+}  // namespace
+
+MotionKeys positionKeys(float seconds, int every, const std::function<Vector(float)>& place) {
+  return keysEvery(seconds, every, [&](float t) {
+    MotionKey key;
+    key.value = place(t);
+    return key;
+  });
+}
+
+MotionKeys scaleKeys(float seconds, int every, const std::function<Vector(float)>& factors) {
+  return positionKeys(seconds, every, factors);
+}
+
+MotionKeys turnKeys(float seconds, int every, const std::function<Placement(float)>& orientation) {
+  // What the player has turned so far, with all its rounding: each key makes up for the ones before it.
+  Placement played;
+  return keysEvery(seconds, every, [&](float t) {
+    Placement goal = orientation(t);
+    goal.origin = Vector(0, 0, 0);
+    const AxisAngle step = axisAngleOf(inverse(played) >> goal);
+    MotionKey key;
+    key.value = Vector(0, 1, 0);
+    if (step.radians < leastTurn) return key;
+    key.value = {rounded(step.axis.x), rounded(step.axis.y), rounded(step.axis.z)};
+    key.radians = std::min(rounded(step.radians), 3.141592f);
+    played = played >> turned(key.value, key.radians);
+    return key;
+  });
+}
+
+float eased(float t, float start, float end) {
+  return smoothStep(start, end, t);
+}
+
+float swing(float t, float seconds, float turns, float phase) {
+  return std::sin(2 * pi * (t / seconds * turns + phase));
+}
+
+}  // namespace vex
