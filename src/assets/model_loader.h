@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+
+#include "assets/texture_cache.h"
 #include "engine/scene.h"
 
 // Models from ASE text or its compiled form into a scene.
@@ -11,5 +14,18 @@ namespace vex {
 // when its stamp equals the text's comment or when there is no text; reading the text writes it. Loads the
 // textures that the materials name. Every failure is fatal.
 void loadModel(const char* base, Scene* scene);
+
+// Turns the name of a texture into its id.
+using TextureResolver = int (*)(const char* name, bool wrap);
+inline TextureResolver modelTexture = getTexture;
+
+// One file of a model.
+struct ModelSource {
+  std::string fileName;
+  std::string compiledName = {};  // of a text: where its compiled form goes; empty: nowhere
+};
+
+// Fatal: "unknown 3d format"; "File %s not found"; a file that is no model.
+void readModel(const ModelSource& source, Scene* scene);
 
 }  // namespace vex

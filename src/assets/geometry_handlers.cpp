@@ -1,0 +1,344 @@
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "assets/model_handlers.h"
+#include "assets/model_reader.h"
+#include "assets/model_state.h"
+#include "assets/model_stream.h"
+#include "assets/model_trace.h"
+#include "shell/report.h"
+
+// Handlers of a mesh's vertices and faces. Lists are blocks of lines in text models and bare numbers in
+// compiled ones; what an entry does is the same.
+
+namespace vex {
+
+namespace {
+
+using Corners = std::array<int, 3>;
+
+std::size_t at(int index) {
+  return static_cast<std::size_t>(index);
+}
+
+// No line and no list entry is shorter than that; a few more than the file has are let pass.
+constexpr std::size_t smallestEntry = 8;
+constexpr std::size_t tolerated = 4096;
+
+// All counts of a model together must fit into its file, so that they cannot ask for any amount of memory.
+int scanCount(const char* what) {
+  const int count = scanInt();
+  const std::size_t size = readingText() ? reader.text.size() : stream.bytes.size();
+  if (count >= 0) model.claimed += at(count);
+  if (count < 0 || model.claimed > size / smallestEntry + tolerated) {
+    refuseModel("%d %s can't be in this file", count, what);
+  }
+  return count;
+}
+
+bool inMesh() {
+  return inContext(ModelContext::mesh) && currentCounts();
+}
+
+int faceCount() {
+  return currentCounts() ? currentCounts()->faces : 0;
+}
+
+int texCoordCount() {
+  return currentCounts() ? currentCounts()->texCoords : 0;
+}
+
+void checkIndex(const char* what, int index, int count) {
+  if (index < 0 || index >= count) refuseModel("%s %d isn't one of the %d announced", what, index, count);
+}
+
+// A mesh with fewer texture vertices than vertices has no place for the last ones.
+void setVertex(int index, const Vector& position) {
+  model.vertices[at(index)].position = position;
+  std::vector<Vertex>& vertices = currentMesh()->vertices;
+  if (at(index) < vertices.size()) vertices[at(index)].position = position;
+}
+
+void setFace(int index, const Corners& corners) {
+  model.faces[at(index)] = corners;
+  std::vector<Face>& faces = currentMesh()->faces;
+  if (at(index) >= faces.size()) return;
+  for (std::size_t i = 0; i < 3; ++i) faces[at(index)].v[i] = static_cast<std::uint32_t>(corners[i]);
+}
+
+void setTexCoord(int index, float u, float v) {
+  std::vector<Vertex>& vertices = currentMesh()->vertices;
+  if (at(index) >= vertices.size()) return;
+  vertices[at(index)].u = u;
+  vertices[at(index)].v = v;
+}
+
+// From here on the mesh's vertices are its texture vertices.
+void setTextureFace(int index, const Corners& corners) {
+  Mesh& mesh = *currentMesh();
+  if (at(index) >= mesh.faces.size()) return;
+  if (model.geometricNormals) {
+    for (Vertex& vertex : mesh.vertices) vertex.normal = {};
+    model.geometricNormals = false;
+  }
+  for (std::size_t i = 0; i < 3; ++i) {
+    mesh.faces[at(index)].v[i] = static_cast<std::uint32_t>(corners[i]);
+    const std::size_t geometric = at(model.faces[at(index)][i]);
+    if (at(corners[i]) >= mesh.vertices.size() || geometric >= model.vertices.size()) continue;
+    const TemporaryVertex& source = model.vertices[geometric];
+    Vertex& vertex = mesh.vertices[at(corners[i])];
+    vertex.position = source.position;
+    vertex.normal = source.normal;
+  }
+}
+
+// A static scale belongs to the base matrix.
+void bakeScale() {
+  Mesh& mesh = *currentMesh();
+  const Animation* scale = mesh.track(TrackType::scale);
+  if (!scale) return;
+  mesh.baseMatrix = mesh.baseMatrix * scale->getMatrix(0.0f);
+  mesh.removeAnimation(TrackType::scale);
+}
+
+Vector cornerNormal(const Vector& a, const Vector& b) {
+  Vector normal = cross(a, b);
+  normal.normalize();
+  return normal;
+}
+
+// Every corner adds the unit normal of its face. Each takes the two edges that meet there.
+void computeNormals() {
+  for (TemporaryVertex& vertex : model.vertices) vertex.normal = {0.0f, 0.0f, 0.0f};
+  for (const Corners& face : model.faces) {
+    // The number of vertices may have changed since the face was given.
+    if (std::any_of(face.begin(), face.end(), [](int v) { return at(v) >= model.vertices.size(); })) continue;
+    TemporaryVertex& a = model.vertices[at(face[0])];
+    TemporaryVertex& b = model.vertices[at(face[1])];
+    TemporaryVertex& c = model.vertices[at(face[2])];
+    const Vector e1 = b.position - a.position;
+    const Vector e2 = c.position - b.position;
+    const Vector e3 = a.position - c.position;
+    a.normal -= cornerNormal(e1, e3);
+    b.normal -= cornerNormal(e2, e1);
+    c.normal -= cornerNormal(e3, e2);
+  }
+  std::vector<Vertex>& vertices = currentMesh()->vertices;
+  for (std::size_t i = 0; i < model.vertices.size(); ++i) {
+    model.vertices[i].normal.normalize();
+    if (i < vertices.size()) vertices[i].normal = model.vertices[i].normal;
+  }
+  model.geometricNormals = true;
+}
+
+// The list of a compiled model, `size` entries of `bytes` bytes each. False: passed over.
+bool enterCompiledList(int size, std::size_t bytes) {
+  expectBytes(at(size) * bytes + 1);
+  if (filling() && inMesh()) return true;
+  stream.position += at(size) * bytes + 1;
+  return false;
+}
+
+Corners readCorners() {
+  const int a = readInt();
+  const int b = readInt();
+  return {a, b, readInt()};
+}
+
+}  // namespace
+
+void handleMesh() {
+  if (!inContext(ModelContext::mesh)) return;
+  trace("mesh\n");
+  writeLine(0x41);
+  processBlock();
+  trace("mesh end\n");
+}
+
+void handleMeshNumVertex() {
+  const int count = scanCount("vertices");
+  trace("%d vertices\n", count);
+  writeLine(0x42, count);
+  if (!inMesh()) return;
+  currentCounts()->vertices = currentCounts()->texCoords = count;
+  model.geometricVertices = count;
+  if (filling()) model.vertices.assign(at(count), {});
+}
+
+void handleMeshNumFaces() {
+  const int count = scanCount("faces");
+  trace("%d faces\n", count);
+  writeLine(0x43, count);
+  if (inMesh()) currentCounts()->faces = count;
+  // A skipped animation must leave nothing behind.
+  if (filling() && !inContext(ModelContext::meshAnimation)) model.faces.assign(at(faceCount()), {});
+}
+
+void handleMeshVertexList() {
+  trace("vertex list\n");
+  beginList(0x44, model.geometricVertices);
+  if (filling() && inMesh()) bakeScale();
+  if (readingText()) {
+    processBlock(BlockEnd::left);
+  } else if (enterCompiledList(model.geometricVertices, 12)) {
+    for (int i = 0; i < model.geometricVertices; ++i) {
+      const float x = readFloat();
+      const float y = readFloat();
+      setVertex(i, {x, y, readFloat()});
+    }
+    readByte();
+  }
+  endList();
+  trace("vertex list end\n");
+}
+
+void handleMeshVertex() {
+  if (!readingText()) fatalError("MESH_VERTEX not allowed in HV3 files!");
+  if (!filling() && !stream.writing && !traceModels) return;
+  scanIndexed(3);
+  const int index = reader.current.integer;
+  const float(&v)[4] = reader.current.vector;
+  const Vector position(v[0], v[2], -v[1]);
+  trace("vert %ld: %.2f %.2f %.2f\n", static_cast<long>(index), position.x, position.y, position.z);
+  if (inMesh()) checkIndex("vertex", index, model.geometricVertices);
+  if (recordEntry(0x44, index)) {
+    writeFloat(position.x);
+    writeFloat(position.y);
+    writeFloat(position.z);
+  }
+  if (filling() && inMesh()) setVertex(index, position);
+}
+
+void handleMeshFaceList() {
+  trace("face list\n");
+  const int size = faceCount();
+  beginList(0x46, size);
+  if (readingText()) {
+    processBlock(BlockEnd::left);
+  } else if (enterCompiledList(size, 12)) {
+    for (int i = 0; i < size; ++i) {
+      const Corners corners = readCorners();
+      for (const int corner : corners) checkIndex("vertex", corner, model.geometricVertices);
+      setFace(i, corners);
+    }
+    readByte();
+  }
+  endList();
+  if (filling() && inMesh()) computeNormals();
+  trace("face list end\n");
+}
+
+void handleMeshFace() {
+  if (!readingText()) fatalError("MESH_FACE not allowed in HV3 files!");
+  if (!filling() && !stream.writing && !traceModels) return;
+  scanFace();
+  const int index = reader.current.integer;
+  const Corners corners = std::to_array(reader.current.triple);
+  trace("face %ld: %d %d %d\n", static_cast<long>(index), corners[0], corners[1], corners[2]);
+  if (inMesh()) {
+    checkIndex("face", index, faceCount());
+    for (const int corner : corners) checkIndex("vertex", corner, model.geometricVertices);
+  }
+  if (recordEntry(0x46, index)) {
+    for (const int corner : corners) writeInt(corner);
+  }
+  if (filling() && inMesh()) setFace(index, corners);
+}
+
+void handleMeshNumTVertex() {
+  const int count = scanCount("texture vertices");
+  trace("allocating %d mapped vertices\n", count);
+  writeLine(0x48, count);
+  if (inMesh() && count > 0) currentCounts()->texCoords = currentCounts()->vertices = count;
+}
+
+void handleMeshTVertList() {
+  trace("mapped vertex list\n");
+  const int size = texCoordCount();
+  beginList(0x49, size);
+  if (readingText()) {
+    processBlock(BlockEnd::left);
+  } else if (enterCompiledList(size, 8)) {
+    for (int i = 0; i < size; ++i) {
+      const float u = readFloat();
+      setTexCoord(i, u, readFloat());
+    }
+    readByte();
+  }
+  endList();
+  trace("mapped vertex list end\n");
+}
+
+void handleMeshTVert() {
+  if (!readingText()) fatalError("MESH_TVERT not allowed in HV3 files!");
+  if (!filling() && !stream.writing && !traceModels) return;
+  scanIndexed(2);
+  const int index = reader.current.integer;
+  const float u = reader.current.vector[0];
+  const float v = reader.current.vector[1];
+  trace("mapped vert %.2f %.2f\n", u, v);
+  if (inMesh()) checkIndex("texture vertex", index, texCoordCount());
+  if (recordEntry(0x49, index)) {
+    writeFloat(u);
+    writeFloat(v);
+  }
+  if (filling() && inMesh()) setTexCoord(index, u, v);
+}
+
+void handleMeshTFaceList() {
+  trace("mapped face list\n");
+  const int size = faceCount();
+  beginList(0x4b, size);
+  if (readingText()) {
+    processBlock(BlockEnd::left);
+  } else if (enterCompiledList(size, 12)) {
+    for (int i = 0; i < size; ++i) {
+      const Corners corners = readCorners();
+      for (const int corner : corners) checkIndex("texture vertex", corner, texCoordCount());
+      setTextureFace(i, corners);
+    }
+    readByte();
+  }
+  endList();
+  trace("mapped face list end\n");
+}
+
+void handleMeshTFace() {
+  if (!readingText()) fatalError("MESH_TFACE not allowed in HV3 files!");
+  if (!filling() && !stream.writing && !traceModels) return;
+  scanTextureFace();
+  const int index = reader.current.integer;
+  const Corners corners = std::to_array(reader.current.triple);
+  trace("mapping face to %d %d %d\n", corners[0], corners[1], corners[2]);
+  if (inMesh()) {
+    checkIndex("texture face", index, faceCount());
+    for (const int corner : corners) checkIndex("texture vertex", corner, texCoordCount());
+  }
+  if (recordEntry(0x4b, index)) {
+    for (const int corner : corners) writeInt(corner);
+  }
+  if (filling() && inMesh()) setTextureFace(index, corners);
+}
+
+void handleMeshNormals() {
+  trace("normals (skipped)\n");
+  processBlock(BlockEnd::left);
+  trace("normals end\n");
+}
+
+// Left out of the stream: read back, its lists would land in the mesh.
+void handleMeshAnimation() {
+  trace("mesh animation (skipped)\n");
+  if (!inContext(ModelContext::mesh)) giveUpRecording("a mesh animation stands outside its object");
+  suspendRecording();
+  model.context = ModelContext::meshAnimation;
+  processBlock(BlockEnd::left);
+  model.context = ModelContext::mesh;
+  resumeRecording();
+  trace("mesh animation end\n");
+}
+
+}  // namespace vex

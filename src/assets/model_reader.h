@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "assets/line_reader.h"
+#include "engine/vector.h"
+
+// What text and compiled models have in common: the walk over lines or commands, and the scanners that
+// give a handler the values of the current one. One model is read at a time.
+
+namespace vex {
+
+enum class ModelFormat { text, compiled };
+
+// Of the current line or command. A value that a line lacks is that of the line before.
+struct ModelValues {
+  int integer = 0;
+  int triple[3] = {};
+  float number = 0.0f;
+  float vector[4] = {};
+  float matrix[9] = {};  // rows 0 to 2, three values each
+  char text[256] = "";
+};
+
+struct ModelReader {
+  ModelFormat format = ModelFormat::text;
+  std::string fileName;
+  LineReader text;
+  ModelValues current;
+  std::uint8_t code = 0;     // of the current command
+  bool keywordFound = false; // in this text
+  int blockDepth = 0;
+};
+
+inline ModelReader reader;
+
+inline bool readingText() {
+  return reader.format == ModelFormat::text;
+}
+
+// Ends the program with file, line (or place in the stream) and text.
+[[noreturn, gnu::format(printf, 1, 2)]] void refuseModel(const char* format, ...);
+
+// Back to the beginning of the model.
+void rewindModel();
+
+// 0, or -1 for no line: an empty one, or the end.
+int nextLine();
+
+// Reads the next line or command and calls its handler.
+void processItem();
+
+// Items until the block ends; the end of the model ends all blocks. The end is recorded unless the
+// beginning was not. Fatal: too many open blocks.
+enum class BlockEnd { recorded, left };
+void processBlock(BlockEnd end = BlockEnd::recorded);
+
+// Lines up to the end of the block, without moving on.
+int countBlockEntries();
+
+// Whether no item is left.
+bool modelEnded();
+
+int scanInt();
+float scanFloat();
+void scanVector(float (&out)[3]);
+// Both valid until the next scan. Fatal: a line without a text in quotes.
+const char* scanQuoted();
+const char* scanWord();  // of text models only
+
+// "%s %d %f %f ..." of a text line into current.integer and the first `count` of current.vector.
+void scanIndexed(int count);
+// "%s %d: A: %d B: %d C: %d" into current.integer and current.triple; the first colon may be missing.
+void scanFace();
+// "%s %d %d %d %d" likewise.
+void scanTextureFace();
+
+// Converts the axes of text models: x right, y into the picture, z up.
+Vector pointFromText(const float (&v)[4]);
+
+}  // namespace vex

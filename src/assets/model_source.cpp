@@ -1,0 +1,174 @@
+#include "assets/model_source.h"
+
+#include <strings.h>
+
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+#include "assets/container.h"
+#include "assets/model_reader.h"
+#include "assets/model_stream.h"
+#include "assets/model_trace.h"
+#include "platform/paths.h"
+#include "platform/replace_file.h"
+#include "shell/files.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+constexpr std::uint64_t maxTextSize = std::numeric_limits<std::int32_t>::max();
+constexpr std::uint64_t bestDeflateRatio = 1032;
+
+// Up to the first `most` bytes of the file; false when it does not exist.
+bool readBytes(const std::string& name, std::uint64_t most, std::string& bytes) {
+  const int handle = fileOpen(name.c_str(), "rb");
+  if (handle < 0) return false;
+  const std::uint64_t size = fileRemaining(handle);
+  if (size > maxTextSize) fatalError("%s is longer than %llu bytes", name.c_str(), 0ull + maxTextSize);
+  bytes.resize(static_cast<std::size_t>(std::min(size, most)));
+  bytes.resize(fileRead(bytes.data(), 1, bytes.size(), handle));
+  fileClose(handle);
+  return true;
+}
+
+// The text's comment as the stamp of its compiled form has it. False: its second line has none.
+bool readTextStamp(const std::string& head, std::string& stamp) {
+  LineReader lines;
+  lines.open(head);
+  lines.next();
+  if (lines.atEnd() || !lines.next()) return false;
+  const std::string line = lines.normalisedLine();
+  const std::size_t blank = line.find(' ');
+  if (blank == line.npos || line.size() < blank + 3) return false;
+  stamp = line.substr(blank + 2, line.size() - blank - 3);
+  return true;
+}
+
+// The payload's size, once it is clear that the file can hold that much.
+std::uint32_t openCompiled(const std::string& name) {
+  const int handle = fileOpen(name.c_str(), "rb");
+  if (handle < 0) fatalError("File %s not found", name.c_str());
+  const std::uint64_t fileSize = fileRemaining(handle);
+  fileClose(handle);
+  std::uint32_t length = 0;
+  zipOpen(name.c_str(), ZIP_READ, &length);
+  if (length > fileSize * bestDeflateRatio) {
+    fatalError("%s: a stream of %u bytes can't be in this file", name.c_str(), length);
+  }
+  return length;
+}
+
+// The stream begins with the comment: a code, then the text.
+std::string readCompiledStamp(const std::string& name) {
+  const std::uint32_t length = openCompiled(name);
+  std::string stamp;
+  for (std::uint32_t i = 0; i < length && i <= maxStreamText; ++i) {
+    char byte = 0;
+    zipRead(&byte, 1);
+    if (i == 0) continue;
+    if (byte == '\0') break;
+    stamp += byte;
+  }
+  zipClose();
+  return stamp;
+}
+
+bool exists(const std::string& name) {
+  const int handle = fileOpen(name.c_str(), "rb");
+  if (handle >= 0) fileClose(handle);
+  return handle >= 0;
+}
+
+// From the first dot on, as all of a model's names have one.
+std::string_view extensionOf(std::string_view name) {
+  const std::size_t dot = name.find('.');
+  return dot == name.npos ? std::string_view{} : name.substr(dot);
+}
+
+bool sameText(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+void prepareText(const ModelSource& source) {
+  const char* name = source.fileName.c_str();
+  std::string bytes;
+  if (!readBytes(source.fileName, maxTextSize, bytes)) fatalError("File %s not found", name);
+  if (bytes.empty()) fatalError("%s is empty", name);
+  if (bytes.starts_with("\xff\xfe") || bytes.starts_with("\xfe\xff")) {
+    fatalError("%s is UTF-16 text, models are ASCII", name);
+  }
+  reader.text.open(std::move(bytes));
+  if (source.compiledName.empty()) return;
+  trace("ase format (writing %s while reading)\n", source.compiledName.c_str());
+  // Creates the temporary file only: the old compiled form stays until the new one is complete.
+  stream.writing = ReplacementFile(resolvePath(source.compiledName.c_str())).stream() != nullptr;
+  if (!stream.writing) {
+    trace("writing %s failed, maybe write protected...\n", source.compiledName.c_str());
+    stream.obstacle = source.compiledName + " can't be written";
+  }
+}
+
+void prepareCompiled(const std::string& name) {
+  trace("hv3 format\n");
+  stream.bytes.resize(openCompiled(name));
+  if (stream.bytes.empty()) fatalError("%s is empty", name.c_str());
+  zipRead(stream.bytes.data(), static_cast<std::uint32_t>(stream.bytes.size()));
+  zipClose();
+}
+
+}  // namespace
+
+ModelSource chooseSource(const std::string& base) {
+  const std::string compiled = base + ".hv3";
+  const ModelSource text{base + ".ase", compiled.substr(0, compiled.find('.')) + ".hv3"};
+  if (!exists(compiled)) return text;
+  const std::string stamp = readCompiledStamp(compiled);
+  std::string head;
+  if (!readBytes(text.fileName, 2 * modelLineSize, head)) return {compiled};
+  std::string textStamp;
+  if (!readTextStamp(head, textStamp)) return text;
+  // Longer comments are recorded cut off.
+  return sameText(stamp, textStamp.substr(0, maxStreamText - 1)) ? ModelSource{compiled} : text;
+}
+
+void prepareSource(const ModelSource& source) {
+  reader.fileName = source.fileName;
+  reader.keywordFound = false;
+  stream = {};
+  const std::string_view extension = extensionOf(source.fileName);
+  if (sameText(extension, ".ase")) {
+    reader.format = ModelFormat::text;
+    prepareText(source);
+  } else if (sameText(extension, ".hv3")) {
+    reader.format = ModelFormat::compiled;
+    prepareCompiled(source.fileName);
+  } else {
+    fatalError("unknown 3d format");
+  }
+}
+
+void saveStream(const ModelSource& source) {
+  if (!stream.writing) return;
+  if (stream.bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
+    giveUpRecording("the compiled form is too long");
+    return;
+  }
+  auto length = static_cast<std::uint32_t>(stream.bytes.size());
+  zipOpen(source.compiledName.c_str(), ZIP_WRITE, &length);
+  zipWrite(stream.bytes.data(), length);
+  zipClose();
+  stream.writing = false;
+  stream.bytes = {};
+}
+
+void releaseSource() {
+  reader.text.open({});
+  stream.bytes = {};
+  stream.position = 0;
+}
+
+}  // namespace vex

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "assets/model_loader.h"
+
+// Where a model comes from: its text, or the compiled form that reading the text leaves beside it.
+
+namespace vex {
+
+// The compiled file where it belongs to the text (its stamp equals the text's comment) or is alone.
+ModelSource chooseSource(const std::string& base);
+
+// Opens the file for readModel() and decides whether its compiled form is recorded.
+void prepareSource(const ModelSource& source);
+
+// Writes the recorded stream, if there is one.
+void saveStream(const ModelSource& source);
+
+void releaseSource();
+
+}  // namespace vex

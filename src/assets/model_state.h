@@ -1,0 +1,103 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "effects/light.h"
+#include "engine/animation.h"
+#include "engine/mesh.h"
+#include "engine/scene.h"
+#include "engine/viewer.h"
+
+// What the handlers of a model know about the load that is going on.
+
+namespace vex {
+
+inline constexpr int maxMeshes = 1000;
+inline constexpr int maxMaterials = 100;
+inline constexpr int maxLightsOrCameras = 10000;  // keeps small files from making huge scenes
+inline constexpr int rememberedNameSize = 64;
+
+// What the current lines belong to.
+enum class ModelContext : std::uint8_t {
+  sceneHeader = 0,
+  light = 1,
+  lightTarget = 2,
+  mesh = 3,  // or helper object
+  materialList = 4,
+  camera = 5,
+  cameraTarget = 6,
+  meshAnimation = 7,
+  none = 100,
+};
+
+struct ModelMaterial {
+  float diffuse[3] = {1.0f, 1.0f, 1.0f};
+  float ambient[3] = {0.0f, 0.0f, 0.0f};
+  float specular[3] = {1.0f, 1.0f, 1.0f};
+  float opacity = 1.0f;
+  float shininess = 0.0f;  // 0 to 128
+  float shineStrength = 0.0f;
+  int texture = -1;
+  bool sphereMap = false;
+  bool twoSided = false;
+};
+
+struct MeshCounts {
+  int vertices = 0;
+  int faces = 0;
+  int texCoords = 0;
+};
+
+// The geometric vertices of the current mesh; the mesh's own are indexed by texture vertex.
+struct TemporaryVertex {
+  Vector position;
+  Vector normal;
+};
+
+struct ModelState {
+  Scene* scene = nullptr;
+  int pass = 1;  // 1 counts, 2 fills the scene
+  int meshIndex = -1;
+  int lightIndex = -1;
+  int cameraIndex = -1;
+  int materialIndex = -1;
+  int materialCount = 0;  // of the first pass
+  ModelContext context = ModelContext::none;
+  bool inAnimation = false;
+  int framesPerSecond = 0;
+  int ticksPerFrame = 0;
+  int maxFrame = 0;                             // in the current animation block
+  char cameraName[rememberedNameSize] = "";     // also of lights
+  char targetName[rememberedNameSize] = "";
+  Animation& scratchTrack = *new Animation;     // objects receive copies; never destroyed
+  bool geometricNormals = false;                // the mesh's normals are those of its geometric vertices
+  std::array<MeshCounts, maxMeshes> meshCounts;
+  int geometricVertices = 0;  // of the current mesh: the length of its vertex list
+  std::size_t claimed = 0;    // sum of all counts of this pass
+  std::array<ModelMaterial, maxMaterials> materials;  // kept between loads
+  std::vector<TemporaryVertex> vertices;
+  std::vector<std::array<int, 3>> faces;
+};
+
+inline ModelState model;
+
+inline bool filling() {
+  return model.pass == 2;
+}
+
+inline bool inContext(ModelContext context) {
+  return model.context == context;
+}
+
+// The object being read; null in the first pass, and before the first one of its kind.
+Mesh* currentMesh();
+Light* currentLight();
+Viewer* currentViewer();
+// Null before the first one.
+ModelMaterial* currentMaterial();
+// Null before the first mesh.
+MeshCounts* currentCounts();
+
+}  // namespace vex

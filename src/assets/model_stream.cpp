@@ -1,0 +1,208 @@
+#include "assets/model_stream.h"
+
+#include <array>
+#include <bit>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <initializer_list>
+
+#include "assets/model_reader.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+// The values of each command: i a number of 32 bits, f a float, m a matrix of 9 floats, s a text. Null: no
+// such command.
+constexpr std::array<const char*, 256> payloads = [] {
+  std::array<const char*, 256> table{};
+  const auto set = [&table](std::initializer_list<int> codes, const char* payload) {
+    for (const int code : codes) table[static_cast<std::size_t>(code)] = payload;
+  };
+  set({0x00, 0x10, 0x11, 0x15, 0x1b, 0x22, 0x30, 0x40, 0x41, 0x44, 0x46, 0x49, 0x4b, 0x60, 0x61, 0x70,
+       0x73, 0x80, 0x81, 0x83, 0x85, 0x87, 0x89, 0x8b, endOfStream, endOfBlock},
+      "");
+  set({0x01, 0x02, 0x03, 0x1a, 0x42, 0x43, 0x48, 0x4e, 0x71, 0x72}, "i");
+  set({0x04, 0x16, 0x20, 0x21, 0x31}, "s");
+  set({0x13, 0x14, 0x17, 0x62, 0x63, 0x75, 0x76}, "f");
+  set({0x12, 0x18, 0x19, 0x24, 0x25, 0x74}, "fff");
+  set({0x23}, "mfff");
+  set({0x45, 0x86, 0x88, 0x8a, 0x8c}, "ifff");
+  set({0x47, 0x4c}, "iiii");
+  set({0x4a}, "iff");
+  set({0x82, 0x84}, "iffff");
+  return table;
+}();
+
+// What changes nothing but the mesh.
+bool isGeometry(int code) {
+  return (code > 0x41 && code < 0x4e) || code == endOfBlock;
+}
+
+template <typename Value>
+Value takeLittleEndian() {
+  expectBytes(sizeof(Value));
+  std::uint32_t bits = 0;
+  std::memcpy(&bits, stream.bytes.data() + stream.position, sizeof bits);
+  if constexpr (std::endian::native == std::endian::big) bits = __builtin_bswap32(bits);
+  stream.position += sizeof bits;
+  return std::bit_cast<Value>(bits);
+}
+
+void appendLittleEndian(std::uint32_t bits) {
+  if constexpr (std::endian::native == std::endian::big) bits = __builtin_bswap32(bits);
+  char bytes[sizeof bits];
+  std::memcpy(bytes, &bits, sizeof bits);
+  stream.bytes.append(bytes, sizeof bytes);
+}
+
+}  // namespace
+
+void writeLine(int code, ...) {
+  if (!stream.writing) return;
+  if (stream.suspended) {
+    if (!isGeometry(code)) giveUpRecording("a mesh animation holds lines of another kind");
+    return;
+  }
+  if (stream.list >= 0) {
+    giveUpRecording("a list holds lines of another kind");
+    return;
+  }
+  const char* payload = code >= 0 && code < 256 ? payloads[static_cast<std::size_t>(code)] : nullptr;
+  if (!payload) fatalError("unknown command 0x%X for writeLine", static_cast<unsigned>(code));
+  writeByte(code);
+  std::va_list values;
+  va_start(values, code);
+  for (const char* kind = payload; *kind; ++kind) {
+    if (*kind == 'i') writeInt(va_arg(values, int));
+    if (*kind == 's') writeString(va_arg(values, const char*));
+    const int floats = *kind == 'm' ? 9 : *kind == 'f' ? 1 : 0;
+    for (int i = 0; i < floats; ++i) writeFloat(static_cast<float>(va_arg(values, double)));
+  }
+  va_end(values);
+}
+
+void writeFloat(float value) {
+  if (stream.writing) appendLittleEndian(std::bit_cast<std::uint32_t>(value));
+}
+
+void writeInt(int value) {
+  if (stream.writing) appendLittleEndian(static_cast<std::uint32_t>(value));
+}
+
+void writeByte(int value) {
+  if (stream.writing) stream.bytes += static_cast<char>(value);
+}
+
+void writeString(const char* value) {
+  if (!stream.writing) return;
+  stream.bytes.append(value, strnlen(value, maxStreamText - 1));
+  stream.bytes += '\0';
+}
+
+void beginList(int code, int size) {
+  writeLine(code);
+  if (!recording()) return;
+  stream.list = code;
+  stream.listEntries = 0;
+  stream.listSize = size;
+}
+
+bool recordEntry(int code, int index) {
+  if (!recording()) return false;
+  if (stream.list != code) {
+    giveUpRecording("an entry stands outside its list");
+  } else if (index != stream.listEntries) {
+    giveUpRecording("entry %d of a list stands where %d belongs", index, stream.listEntries);
+  } else {
+    ++stream.listEntries;
+  }
+  return stream.writing;
+}
+
+void endList() {
+  if (!recording()) return;
+  if (stream.listEntries != stream.listSize) {
+    giveUpRecording("a list has %d entries, %d were announced", stream.listEntries, stream.listSize);
+  }
+  stream.list = -1;
+  writeLine(endOfBlock);
+}
+
+void suspendRecording() {
+  stream.suspended = true;
+}
+
+void resumeRecording() {
+  stream.suspended = false;
+}
+
+void giveUpRecording(const char* format, ...) {
+  if (!stream.writing) return;
+  char text[messageSize];
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text, sizeof text, format, arguments);
+  va_end(arguments);
+  stream.obstacle = reader.fileName + ":" + std::to_string(reader.text.lineNumber()) + ": " + text;
+  stream.writing = false;
+  stream.bytes.clear();
+  stream.list = -1;
+}
+
+void expectBytes(std::size_t size) {
+  const std::size_t left = stream.bytes.size() - stream.position;
+  if (size > left) refuseModel("%zu bytes are expected, %zu are left", size, left);
+}
+
+float readFloat() {
+  return takeLittleEndian<float>();
+}
+
+int readInt() {
+  return takeLittleEndian<int>();
+}
+
+int readByte() {
+  expectBytes(1);
+  return static_cast<unsigned char>(stream.bytes[stream.position++]);
+}
+
+void readString(char (&text)[256]) {
+  int length = 0;
+  while (length < maxStreamText && (text[length] = static_cast<char>(readByte())) != '\0') ++length;
+  text[length] = '\0';
+}
+
+void readCommand() {
+  reader.code = static_cast<std::uint8_t>(readByte());
+  const char* payload = payloads[reader.code];
+  if (!payload) {
+    fatalError("unknown command 0x%X read at 0x%lX", reader.code, static_cast<unsigned long>(stream.position));
+  }
+  ModelValues& current = reader.current;
+  int ints = 0;
+  int floats = 0;
+  for (const char* kind = payload; *kind; ++kind) {
+    switch (*kind) {
+      case 'i':
+        (ints == 0 ? current.integer : current.triple[ints - 1]) = readInt();
+        ++ints;
+        break;
+      case 'f':
+        current.vector[floats++] = readFloat();
+        break;
+      case 'm':
+        for (float& value : current.matrix) value = readFloat();
+        break;
+      case 's':
+        readString(current.text);
+        break;
+    }
+  }
+  if (payload[0] == 'f' && payload[1] == '\0') current.number = current.vector[0];
+}
+
+}  // namespace vex

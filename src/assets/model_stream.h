@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+// The compiled form of a model: one command for each line of its text that has a keyword, and the lists of
+// vertices and faces as bare numbers. A command is a code byte and its values; docs/formats.md has the table.
+
+namespace vex {
+
+inline constexpr std::uint8_t endOfStream = 0xfe;
+inline constexpr std::uint8_t endOfBlock = 0xff;
+inline constexpr int maxStreamText = 255;  // bytes of a text with its terminator
+
+struct ModelStream {
+  std::string bytes;
+  std::size_t position = 0;  // of reading
+  bool writing = false;
+  bool suspended = false;  // inside a mesh animation, which is left out
+  std::string obstacle;  // why writing was given up; empty: it was not
+
+  // The list that is being recorded: its code, entries written, entries expected.
+  int list = -1;
+  int listEntries = 0;
+  int listSize = 0;
+};
+
+inline ModelStream stream;
+
+inline bool recording() {
+  return stream.writing && !stream.suspended;
+}
+
+// Appends code and values, in the order of the table, while the stream is written. Floats come as double.
+// Fatal: "unknown command 0x%X for writeLine".
+void writeLine(int code, ...);
+
+void writeFloat(float value);
+void writeInt(int value);
+void writeByte(int value);
+void writeString(const char* value);
+
+// A list of numbers follows the list's code. Lists that do not give each entry once and in order cannot be
+// expressed; recording is given up then.
+void beginList(int code, int size);
+// Whether entry `index` of the list can be written now.
+bool recordEntry(int code, int index);
+void endList();
+// From here on only a mesh's geometry may follow, which is not recorded, until resume.
+void suspendRecording();
+void resumeRecording();
+[[gnu::format(printf, 1, 2)]] void giveUpRecording(const char* format, ...);
+
+// The next command into reader.code and reader.current.
+// Fatal: "unknown command 0x%X read at 0x%lX"; a stream that ends inside.
+void readCommand();
+
+float readFloat();
+int readInt();
+int readByte();
+void readString(char (&text)[256]);
+
+// Fatal: fewer bytes left.
+void expectBytes(std::size_t size);
+
+}  // namespace vex

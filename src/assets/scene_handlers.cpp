@@ -1,0 +1,194 @@
+#include <strings.h>
+
+#include <algorithm>
+#include <string>
+
+#include "assets/model_handlers.h"
+#include "assets/model_loader.h"
+#include "assets/model_reader.h"
+#include "assets/model_state.h"
+#include "assets/model_stream.h"
+#include "assets/model_trace.h"
+#include "shell/report.h"
+
+// Handlers of the scene header and of the material list.
+
+namespace vex {
+
+void handleScene() {
+  trace("scene chunk\n");
+  writeLine(0x00);
+  model.context = ModelContext::sceneHeader;
+  processBlock();
+  model.context = ModelContext::none;
+  trace("scene end\n");
+}
+
+void handleSceneFrameSpeed() {
+  const int frames = scanInt();
+  if (frames <= 0) refuseModel("%d frames per second aren't possible", frames);
+  trace("frames per second %d\n", frames);
+  writeLine(0x01, frames);
+  model.framesPerSecond = frames;
+}
+
+void handleSceneFirstFrame() {
+  if (scanInt() != 0) fatalError("Animations must start at frame 0!");
+}
+
+void handleSceneLastFrame() {
+  const int frame = scanInt();
+  trace("last frame %d\n", frame);
+  writeLine(0x02, frame);
+  model.scratchTrack.frameLength = static_cast<float>(frame);
+}
+
+void handleSceneTicksPerFrame() {
+  const int ticks = scanInt();
+  if (ticks <= 0) refuseModel("%d ticks per frame aren't possible", ticks);
+  trace("ticks per frame %d\n", ticks);
+  writeLine(0x03, ticks);
+  model.ticksPerFrame = ticks;
+}
+
+void handleComment() {
+  const char* comment = scanQuoted();
+  trace("comment %s\n", comment);
+  writeLine(0x04, comment);
+}
+
+void handleMaterialList() {
+  trace("material list\n");
+  writeLine(0x10);
+  model.context = ModelContext::materialList;
+  processBlock();
+  model.context = ModelContext::none;
+  trace("material list end\n");
+}
+
+void handleMaterial() {
+  trace("material %d\n", readingText() ? scanInt() : model.materialIndex + 1);
+  if (model.materialIndex + 1 == maxMaterials) refuseModel("more than %d materials", maxMaterials);
+  writeLine(0x11);
+  ModelMaterial& material = model.materials[static_cast<std::size_t>(++model.materialIndex)];
+  material.texture = -1;
+  material.twoSided = false;
+  processBlock();
+  trace("material end\n");
+}
+
+namespace {
+
+// Reads a colour, keeping the components that the line lacks.
+void scanColour(float (&colour)[3], int code) {
+  scanVector(colour);
+  writeLine(code, colour[0], colour[1], colour[2]);
+}
+
+// Lines outside materials have nothing to change.
+ModelMaterial& materialOrSpare() {
+  static ModelMaterial spare;
+  ModelMaterial* material = currentMaterial();
+  if (!material) spare = {};
+  return material ? *material : spare;
+}
+
+}  // namespace
+
+void handleMaterialDiffuse() {
+  ModelMaterial& material = materialOrSpare();
+  float(&colour)[3] = material.diffuse;
+  scanColour(colour, 0x12);
+  trace("diffuse color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
+  if (material.texture != -1) colour[0] = colour[1] = colour[2] = 1.0f;
+}
+
+void handleMaterialAmbient() {
+  float(&colour)[3] = materialOrSpare().ambient;
+  scanColour(colour, 0x18);
+  trace("ambient color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
+}
+
+void handleMaterialSpecular() {
+  float(&colour)[3] = materialOrSpare().specular;
+  scanColour(colour, 0x19);
+  trace("specular color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
+}
+
+void handleMaterialShine() {
+  const float shininess = readingText() ? scanFloat() * 128.0f : scanFloat();
+  trace("shininess %.2f\n", shininess);
+  writeLine(0x13, shininess);
+  materialOrSpare().shininess = shininess;
+}
+
+void handleMaterialShineStrength() {
+  const float strength = scanFloat();
+  writeLine(0x17, strength);
+  materialOrSpare().shineStrength = strength;
+}
+
+void handleMaterialTransparency() {
+  const float opacity = readingText() ? 1.0f - scanFloat() : scanFloat();
+  trace("opacity %.2f\n", opacity);
+  writeLine(0x14, opacity);
+  materialOrSpare().opacity = opacity;
+}
+
+void handleMaterialTwoSided() {
+  trace("two sided\n");
+  writeLine(0x1b);
+  materialOrSpare().twoSided = true;
+}
+
+void handleMapDiffuse() {
+  trace("material map\n");
+  writeLine(0x15);
+  processBlock();
+  trace("material map end\n");
+}
+
+void handleBitmap() {
+  const std::string path = scanQuoted();
+  trace("material texture %s ", path.c_str());
+  std::string name = "data\\" + path.substr(path.rfind('\\') + 1);  // all of it without a backslash
+  if (readingText()) name.resize(std::min(name.find('.'), name.size()));
+  trace("changed to %s\n", name.c_str());
+  writeLine(0x16, name.c_str());
+  if (ModelMaterial* material = currentMaterial()) material->texture = modelTexture(name.c_str(), true);
+}
+
+void handleMapType() {
+  const bool spherical = readingText() ? strcasecmp(scanWord(), "spherical") == 0 : scanInt() == 1;
+  trace("map type ");
+  trace(spherical ? "spherical environment\n" : "determined\n");
+  writeLine(0x1a, spherical ? 1 : 0);
+  materialOrSpare().sphereMap = spherical;
+}
+
+void handleMaterialRef() {
+  const int index = scanInt();
+  trace("material ref %d\n", index);
+  writeLine(0x4e, index);
+  if (index < 0 || index >= maxMaterials) {
+    refuseModel("material %d isn't one of 0 to %d", index, maxMaterials - 1);
+  }
+  Mesh* mesh = currentMesh();
+  if (!mesh) return;
+  const ModelMaterial material =
+      index < model.materialCount ? model.materials[static_cast<std::size_t>(index)] : ModelMaterial{};
+  const auto opaque = [](const float (&colour)[3]) {
+    return ColourAlpha{colour[0], colour[1], colour[2], 1.0f};
+  };
+  mesh->diffuse = opaque(material.diffuse);
+  mesh->ambient = opaque(material.ambient);
+  mesh->specular = opaque(material.specular);
+  mesh->texture = material.texture;
+  mesh->opacity = material.opacity;
+  mesh->shineStrength = material.shineStrength;
+  mesh->shininess = material.shininess / 128.0f;
+  mesh->envMap = material.sphereMap;
+  mesh->twoSided = material.twoSided;
+}
+
+}  // namespace vex

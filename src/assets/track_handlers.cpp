@@ -1,0 +1,151 @@
+#include <algorithm>
+#include <cmath>
+
+#include "assets/model_handlers.h"
+#include "assets/model_reader.h"
+#include "assets/model_state.h"
+#include "assets/model_stream.h"
+#include "assets/model_trace.h"
+
+// Handlers of animations and their keys.
+
+namespace vex {
+
+namespace {
+
+constexpr double pi = 3.1415926536;
+constexpr double fullTurn = 6.2831853072;
+
+// Step by step, as the nearest float is stored after each full turn.
+float wrapAngle(float angle) {
+  if (std::fabs(angle) > 100.0 * fullTurn) angle = static_cast<float>(std::fmod(angle, fullTurn));
+  while (angle > pi) angle = static_cast<float>(angle - fullTurn);
+  while (angle < -pi) angle = static_cast<float>(angle + fullTurn);
+  return angle;
+}
+
+void addTrack(const Animation& track) {
+  const bool moves = track.type == TrackType::position;
+  const bool turns = track.type == TrackType::rotation;
+  Light* light = currentLight();
+  Viewer* viewer = currentViewer();
+  switch (model.context) {
+    case ModelContext::light:
+      if (light && (moves || turns)) light->addAnimation(track);
+      break;
+    case ModelContext::lightTarget:
+      if (light && moves) light->setTarget(track);
+      break;
+    case ModelContext::mesh:
+      if (Mesh* mesh = currentMesh()) mesh->addAnimation(track);
+      break;
+    case ModelContext::camera:
+      if (viewer && moves) viewer->addAnimation(track);
+      break;
+    case ModelContext::cameraTarget:
+      if (viewer && moves) viewer->addTargetAnimation(track);
+      break;
+    case ModelContext::sceneHeader:
+    case ModelContext::materialList:
+    case ModelContext::meshAnimation:
+    case ModelContext::none:
+      break;
+  }
+}
+
+enum class Smooth { off, on };
+
+void readKeys(int code, TrackType type, Smooth smooth, [[maybe_unused]] const char* name) {
+  trace("%s\n", name);
+  writeLine(code);
+  Animation& track = model.scratchTrack;
+  track.smooth = smooth == Smooth::on;
+  track.type = type;
+  const int keys = countBlockEntries();
+  trace("%d keys found\n", keys);
+  if (filling()) track.allocKeys(keys);
+  processBlock();
+  track.frameLength = static_cast<float>(model.maxFrame);
+  track.duration = static_cast<float>(model.maxFrame) / static_cast<float>(model.framesPerSecond);
+  if (filling()) addTrack(track);
+  trace("%s end\n", name);
+}
+
+void storeKey(int frame, const Vector& value, float angle) {
+  model.maxFrame = std::max(model.maxFrame, frame);
+  if (filling()) model.scratchTrack.insertKey(static_cast<float>(frame), value, angle);
+}
+
+}  // namespace
+
+void handleTmAnimation() {
+  trace("animation\n");
+  writeLine(0x80);
+  model.inAnimation = true;
+  model.maxFrame = 0;
+  processBlock();
+  model.inAnimation = false;
+  trace("animation end\n");
+}
+
+void handleControlRotTcb() {
+  readKeys(0x81, TrackType::rotation, Smooth::off, "rotation bezier");
+}
+
+void handleControlRotTrack() {
+  readKeys(0x83, TrackType::rotation, Smooth::off, "rotation linear");
+}
+
+void handleControlPosBezier() {
+  readKeys(0x85, TrackType::position, Smooth::on, "position bezier");
+}
+
+void handleControlPosTrack() {
+  readKeys(0x87, TrackType::position, Smooth::off, "position linear");
+}
+
+void handleControlScaleBezier() {
+  readKeys(0x89, TrackType::scale, Smooth::on, "scale bezier");
+}
+
+void handleControlScaleTrack() {
+  readKeys(0x8b, TrackType::scale, Smooth::on, "scale linear");
+}
+
+void handleRotationKey() {
+  if (readingText()) scanIndexed(4);
+  const float(&v)[4] = reader.current.vector;
+  const int tick = reader.current.integer;
+  const Vector axis = readingText() ? pointFromText(v) : Vector(v[0], v[1], v[2]);
+  const float angle = readingText() ? wrapAngle(v[3]) : v[3];
+  const int frame = tick / model.ticksPerFrame;
+  trace("key frame %d axis %.2f %.2f %.2f angle %.2f\n", frame, axis.x, axis.y, axis.z, angle * 180.0 / pi);
+  writeLine(0x84, tick, axis.x, axis.y, axis.z, angle);
+  storeKey(frame, axis, angle);
+}
+
+void handlePositionKey() {
+  if (readingText()) scanIndexed(3);
+  const float(&v)[4] = reader.current.vector;
+  const int tick = reader.current.integer;
+  const Vector position = readingText() ? pointFromText(v) : Vector(v[0], v[1], v[2]);
+  const int frame = tick / model.ticksPerFrame;
+  trace("key frame %d pos %.2f %.2f %.2f\n", frame, position.x, position.y, position.z);
+  writeLine(0x88, tick, position.x, position.y, position.z);
+  storeKey(frame, position, 0.0f);
+}
+
+void handleScaleKey() {
+  if (readingText()) scanIndexed(3);
+  const float(&v)[4] = reader.current.vector;
+  const int tick = reader.current.integer;
+  const Vector factors = readingText() ? Vector(v[0], v[2], v[1]) : Vector(v[0], v[1], v[2]);
+  const int frame = tick / model.ticksPerFrame;
+  trace("key frame %d scale %.2f %.2f %.2f\n", frame, factors.x, factors.y, factors.z);
+  writeLine(0x8c, tick, factors.x, factors.y, factors.z);
+  storeKey(frame, factors, 0.0f);
+}
+
+void handleTimeValue() {}
+
+}  // namespace vex
