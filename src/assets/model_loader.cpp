@@ -83,7 +83,8 @@ void traceSummary([[maybe_unused]] const Scene& scene) {
     trace("%d meshes found\n%d lights found\n%d materials found\n%d cameras found\n", model.meshIndex + 1,
           model.lightIndex + 1, model.materialIndex + 1, model.cameraIndex + 1);
     for (int i = 0; i <= model.meshIndex; ++i) {
-      trace("mesh %d: %zu faces %zu verts\n", i, scene.meshes[i]->faces.size(), scene.meshes[i]->vertices.size());
+      trace("mesh %d: %zu faces %zu verts\n", i, scene.meshes[i]->faces.size(),
+            scene.meshes[i]->vertices.size());
     }
     for (int i = 0; i <= model.materialIndex; ++i) {
       const ModelMaterial& material = model.materials[static_cast<std::size_t>(i)];

@@ -28,8 +28,8 @@ struct ModelReader {
   std::string fileName;
   LineReader text;
   ModelValues current;
-  std::uint8_t code = 0;     // of the current command
-  bool keywordFound = false; // in this text
+  std::uint8_t code = 0;      // of the current command
+  bool keywordFound = false;  // in this text
   int blockDepth = 0;
 };
 

@@ -68,14 +68,14 @@ struct ModelState {
   bool inAnimation = false;
   int framesPerSecond = 0;
   int ticksPerFrame = 0;
-  int maxFrame = 0;                             // in the current animation block
-  char cameraName[rememberedNameSize] = "";     // also of lights
+  int maxFrame = 0;                          // in the current animation block
+  char cameraName[rememberedNameSize] = "";  // also of lights
   char targetName[rememberedNameSize] = "";
-  Animation& scratchTrack = *new Animation;     // objects receive copies; never destroyed
-  bool geometricNormals = false;                // the mesh's normals are those of its geometric vertices
+  Animation& scratchTrack = *new Animation;  // objects receive copies; never destroyed
+  bool geometricNormals = false;             // the mesh's normals are those of its geometric vertices
   std::array<MeshCounts, maxMeshes> meshCounts;
-  int geometricVertices = 0;  // of the current mesh: the length of its vertex list
-  std::size_t claimed = 0;    // sum of all counts of this pass
+  int geometricVertices = 0;                          // of the current mesh: the length of its vertex list
+  std::size_t claimed = 0;                            // sum of all counts of this pass
   std::array<ModelMaterial, maxMaterials> materials;  // kept between loads
   std::vector<TemporaryVertex> vertices;
   std::vector<std::array<int, 3>> faces;

@@ -18,7 +18,7 @@ struct ModelStream {
   std::size_t position = 0;  // of reading
   bool writing = false;
   bool suspended = false;  // inside a mesh animation, which is left out
-  std::string obstacle;  // why writing was given up; empty: it was not
+  std::string obstacle;    // why writing was given up; empty: it was not
 
   // The list that is being recorded: its code, entries written, entries expected.
   int list = -1;

@@ -177,7 +177,7 @@ void handleMaterialRef() {
   if (!mesh) return;
   const ModelMaterial material =
       index < model.materialCount ? model.materials[static_cast<std::size_t>(index)] : ModelMaterial{};
-  const auto opaque = [](const float (&colour)[3]) {
+  const auto opaque = [](const float(&colour)[3]) {
     return ColourAlpha{colour[0], colour[1], colour[2], 1.0f};
   };
   mesh->diffuse = opaque(material.diffuse);
