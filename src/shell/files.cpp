@@ -28,6 +28,7 @@ struct FileSlot {
 std::array<PakEntry, maxPakEntries> entries;
 int entryCount = 0;
 std::FILE* pak = nullptr;
+long pakPlace = -1;  // where its next byte is read, -1 if unknown; asking stdio is slow for single bytes
 char pakName[pakNameSize] = "";
 std::array<FileSlot, maxFileSlots> slots;
 
@@ -50,7 +51,8 @@ PakEntry& entryOf(const FileSlot& slot) {
 // All members share one stream, so every read first puts it in place.
 void seekPak(const PakEntry& entry) {
   const long place = static_cast<long>(entry.offset) + static_cast<long>(entry.position);
-  if (std::ftell(pak) != place) std::fseek(pak, place, SEEK_SET);
+  if (pakPlace != place) std::fseek(pak, place, SEEK_SET);
+  pakPlace = place;
 }
 
 }  // namespace
@@ -58,6 +60,7 @@ void seekPak(const PakEntry& entry) {
 void pakOpen(const char* name) {
   fileCloseAll();
   pak = openLooseFile(name, "rb");
+  pakPlace = -1;
   pakName[0] = '\0';
   if (!pak) return;
   std::snprintf(pakName, sizeof pakName, "%s", name);
@@ -99,6 +102,7 @@ std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, i
   }
   seekPak(entry);
   const std::size_t elements = std::fread(buffer, elementSize, count, pak);
+  pakPlace = elements == count ? pakPlace + static_cast<long>(size) : -1;
   entry.position += static_cast<std::uint32_t>(size);
   return elements;
 }
@@ -111,6 +115,7 @@ int fileGetc(int handle) {
   } else if (PakEntry& entry = entryOf(slot); entry.position < entry.size) {
     seekPak(entry);
     byte = std::fgetc(pak);
+    ++pakPlace;
     ++entry.position;
   }
   if (byte == EOF) fatalError("ARGH!");
@@ -122,9 +127,10 @@ char* fileGets(char* buffer, int size, int handle) {
   if (slot.stream) return std::fgets(buffer, size, slot.stream);
   PakEntry& entry = entryOf(slot);
   seekPak(entry);
-  const long before = std::ftell(pak);
+  const long before = pakPlace;
   char* line = std::fgets(buffer, size, pak);
-  const long moved = std::ftell(pak) - before;
+  pakPlace = std::ftell(pak);
+  const long moved = pakPlace - before;
   const std::uint32_t left = entry.position < entry.size ? entry.size - entry.position : 0;
   if (moved <= static_cast<long>(left)) {
     entry.position += static_cast<std::uint32_t>(moved);
@@ -132,6 +138,7 @@ char* fileGets(char* buffer, int size, int handle) {
   }
   // The line ran on into the next member's bytes.
   std::fseek(pak, before, SEEK_SET);
+  pakPlace = -1;
   std::memset(buffer, 0, static_cast<std::size_t>(size));
   if (std::fread(buffer, 1, left, pak) != left) buffer[0] = '\0';
   entry.position = entry.size;
