@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "effects/vol_light.h"
 #include "shell/report.h"
 
 namespace vex {
@@ -14,7 +15,11 @@ Light::~Light() {
 }
 
 void destroyLight(Light* light) {
-  delete light;
+  if (light && light->kind == ObjectKind::volLight) {
+    delete static_cast<VolLight*>(light);
+  } else {
+    delete light;
+  }
 }
 
 void Light::setTarget(const Animation& track) {

@@ -1,10 +1,13 @@
 #include "effects/particle_system.h"
 
+#include <GL/gl.h>
+
 #include <algorithm>
 #include <cmath>
 #include <functional>
 
 #include "effects/light.h"
+#include "engine/mesh.h"
 #include "shell/random.h"
 #include "shell/report.h"
 
@@ -97,6 +100,35 @@ void ParticleSystem::emit(int n, float now) {
     }
   }
   aliveCount += n;
+}
+
+namespace {
+
+void multiply(Matrix matrix) {
+  glMultMatrixf(matrix.toGL());
+}
+
+}  // namespace
+
+void ParticleSystem::draw(const Vector& down, const Vector& right, bool lit, float now, float alpha) {
+  glMatrixMode(GL_MODELVIEW);
+  for (const Particle& particle : particles) {
+    if (!particle.alive) continue;
+    // Written so that an alpha that is no number counts as 0.
+    const float opacity = (particle.alpha > 0.0f ? std::min(particle.alpha, 1.0f) : 0.0f) * alpha;
+    Object3D& shape = *particle.shape;
+    glPushMatrix();
+    if (shape.kind == ObjectKind::mesh) {
+      multiply(translation(particle.position));
+      multiply(rotation(particle.axis, particle.angle));
+      multiply(translation(-shape.position));
+      static_cast<Mesh&>(shape).draw(lit, now, opacity);
+    } else if (shape.kind == ObjectKind::light) {
+      multiply(translation(particle.position - shape.position));
+      static_cast<Light&>(shape).drawFlare(down, right, now, opacity);
+    }
+    glPopMatrix();
+  }
 }
 
 OwnedArray<ParticleSystem> makeParticleSystems(int n) {

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "assets/texture_cache.h"
+#include "engine/viewer.h"
 #include "shell/report.h"
 
 namespace vex {
@@ -73,20 +74,7 @@ void VolLight::setBeamTexture(const char* textureName) {
 }
 
 Matrix VolLight::viewMatrix() const {
-  const Vector& d = spotDirection;
-  float yaw = 0.0f;
-  float pitch = 0.0f;
-  if (d.x != 0.0f || d.z != 0.0f) {
-    const float ground = std::sqrt(d.x * d.x + d.z * d.z);
-    yaw = -std::acos(d.z / ground);
-    if (d.x > 0.0f) yaw = -yaw;
-    pitch = std::atan(d.y / ground);
-  }
-  yaw += pi;
-
-  Matrix view = translation(-position);
-  view = view * rotation({0.0f, 1.0f, 0.0f}, yaw);
-  return view * rotation({1.0f, 0.0f, 0.0f}, pitch);
+  return lookAlong(position, spotDirection);
 }
 
 void VolLight::prepareBeams(float near) {
@@ -124,6 +112,10 @@ void VolLight::prepareBeams(float near) {
   }
 }
 
+void VolLight::drawBeams(float seconds, float alpha) {
+  beams.draw(false, seconds, alpha);
+}
+
 VolLight* makeVolumetric(Light* source, int samples) {
   auto* light = new VolLight(samples);
   light->spotDirection = source->spotDirection;
@@ -134,7 +126,7 @@ VolLight* makeVolumetric(Light* source, int samples) {
   for (const TrackType type : {TrackType::scale, TrackType::rotation, TrackType::position}) {
     if (const Animation* track = source->track(type)) light->addAnimation(*track);
   }
-  if (source->target) light->target = std::make_unique<Animation>(*source->target);
+  if (source->target) light->setTarget(*source->target);
   destroyLight(source);
   return light;
 }

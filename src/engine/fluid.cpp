@@ -34,6 +34,11 @@ Extent extentOf(const std::vector<Vertex>& vertices) {
   return extent;
 }
 
+// For a mesh that was environment-mapped when its arrays were built.
+void buildUvs(Mesh& fluid) {
+  for (const Vertex& vertex : fluid.vertices) fluid.uvs.insert(fluid.uvs.end(), {vertex.u, vertex.v});
+}
+
 }  // namespace
 
 void convertToFluid(Mesh& mesh, int nx, int nz) {
@@ -50,6 +55,8 @@ void convertToFluid(Mesh& mesh, int nx, int nz) {
 
   mesh.faces.clear();
   mesh.vertices.clear();
+  for (std::vector<float>* array : {&mesh.positions, &mesh.normals, &mesh.uvs}) array->clear();
+  mesh.indices.clear();
   for (int j = 0; j <= nz; ++j) {
     for (int i = 0; i <= nx; ++i) {
       Vertex& vertex = mesh.vertices.emplace_back();
@@ -100,6 +107,8 @@ void push(Mesh& fluid, float x, float z, float strength) {
 
 void animateFluid(Mesh& fluid, float) {
   if (fluid.kind == ObjectKind::mesh) fatalError("Cannot call animateFluid on Mesh!");
+  if (fluid.positions.empty()) fluid.buildArrays();
+  if (fluid.uvs.empty()) buildUvs(fluid);
   fluid.heightA.swap(fluid.heightB);
   const float* a = fluid.heightA.data();
   float* b = fluid.heightB.data();

@@ -5,7 +5,11 @@
 
 #include <algorithm>
 
+#include "effects/particle_system.h"
+#include "effects/vol_light.h"
+#include "engine/fluid.h"
 #include "engine/scene.h"
+#include "shell/clock.h"
 #include "shell/options.h"
 #include "shell/report.h"
 #include "shell/stat_text.h"
@@ -14,6 +18,8 @@
 namespace vex {
 
 namespace {
+
+constexpr double nearPlane = 1.0;
 
 struct View {
   Scene& scene;
@@ -31,13 +37,50 @@ void clearDepth() {
 void loadProjection(double verticalAngle, double aspect, double farPlane) {
   glMatrixMode(GL_PROJECTION);
   glLoadIdentity();
-  gluPerspective(verticalAngle, aspect, 1.0, farPlane);
+  gluPerspective(verticalAngle, aspect, nearPlane, farPlane);
 }
 
 void loadView(Matrix view) {
   glMatrixMode(GL_MODELVIEW);
   glLoadIdentity();
   glLoadMatrixf(view.toGL());
+}
+
+void drawMesh(Mesh& mesh, bool lit, float seconds, float alpha) {
+  glPushMatrix();
+  Matrix matrix = mesh.getMatrix(seconds);
+  glMultMatrixf(matrix.toGL());
+  mesh.draw(lit, seconds, alpha);
+  glPopMatrix();
+}
+
+// What the light sees of the opaque meshes: drawn into a corner of the window's depth buffer, without a
+// trace in its colours.
+void takeDepthMap(const View& view, VolLight& light) {
+  const int size = light.depthSize();
+  glViewport(0, 0, size, size);
+  loadProjection(light.coneAngle, 1.0, light.range);
+  loadView(light.viewMatrix());
+  for (Mesh* mesh : view.scene.meshes) {
+    if (!mesh->hidden() && mesh->blendMode == BlendMode::opaque) drawMesh(*mesh, false, view.seconds, 1.0f);
+  }
+  glFinish();
+  glReadPixels(0, 0, size, size, GL_DEPTH_COMPONENT, GL_FLOAT, light.depthBuffer.data());
+}
+
+void takeDepthMaps(const View& view) {
+  bool taken = false;
+  glDepthFunc(GL_LEQUAL);
+  glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+  for (Light* light : view.scene.lights) {
+    if (light->kind != ObjectKind::volLight) continue;
+    takeDepthMap(view, static_cast<VolLight&>(*light));
+    taken = true;
+  }
+  glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+  if (!taken) return;
+  clearDepth();
+  glViewport(0, 0, static_cast<int>(windowWidth()), static_cast<int>(windowHeight()));
 }
 
 void setUpCamera(const View& view) {
@@ -154,36 +197,40 @@ void setUpFog(const View& view) {
   }
 }
 
-void drawMesh(Mesh& mesh, bool lit, float seconds, float alpha) {
-  glPushMatrix();
-  Matrix matrix = mesh.getMatrix(seconds);
-  glMultMatrixf(matrix.toGL());
-  mesh.draw(lit, seconds, alpha);
-  glPopMatrix();
-}
-
 // One pass a blend mode; within a pass the model's order decides.
 void drawMeshes(const View& view) {
   for (int pass = 0; pass < blendModes; ++pass) {
     for (Mesh* mesh : view.scene.meshes) {
       if (mesh->hidden() || mesh->blendMode != static_cast<BlendMode>(pass)) continue;
+      if (mesh->kind == ObjectKind::fluid) animateFluid(*mesh, clockDelta());
       drawMesh(*mesh, view.lit, view.seconds, view.viewer.alpha);
     }
   }
 }
 
-// Emitters may hang on hidden objects, which no pass has moved.
+// Particles run on the demo clock, not on scene time.
 void drawParticles(const View& view) {
   if (!view.scene.particleSystems) return;
+  // Emitters may hang on hidden objects, which no pass has moved.
   for (Mesh* mesh : view.scene.meshes) {
     if (mesh->hidden()) mesh->getMatrix(view.seconds);
   }
+  const Viewer& viewer = view.viewer;
+  for (ParticleSystem** system = view.scene.particleSystems; *system; ++system) {
+    (*system)->update(clockTime(), clockDelta());
+    (*system)->draw(viewer.down, viewer.right, view.lit, clockTime(), viewer.alpha);
+  }
 }
 
-void drawFlares(const View& view) {
+void drawFlaresAndBeams(const View& view) {
+  const Viewer& viewer = view.viewer;
   for (Light* light : view.scene.lights) {
     if (light->kind == ObjectKind::light) {
-      light->drawFlare(view.viewer.down, view.viewer.right, view.seconds, view.viewer.alpha);
+      light->drawFlare(viewer.down, viewer.right, view.seconds, viewer.alpha);
+    } else {
+      auto& volLight = static_cast<VolLight&>(*light);
+      volLight.prepareBeams(static_cast<float>(nearPlane));
+      volLight.drawBeams(view.seconds, viewer.alpha);
     }
   }
 }
@@ -213,6 +260,7 @@ void Scene::render(float seconds) {
   const View view{.scene = *this, .viewer = viewer, .seconds = seconds, .lit = hasActiveLights()};
   clearDepth();
   glDisable(GL_FOG);
+  takeDepthMaps(view);
   setUpCamera(view);
   drawBox(view);
   setUpLights(view);
@@ -220,7 +268,7 @@ void Scene::render(float seconds) {
   drawMeshes(view);
   glDisable(GL_FOG);
   drawParticles(view);
-  drawFlares(view);
+  drawFlaresAndBeams(view);
   restoreState();
   drawCameraText(viewer);
 }

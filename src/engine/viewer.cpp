@@ -16,6 +16,23 @@ void requirePosition(const Animation& track) {
 
 }  // namespace
 
+Matrix lookAlong(const Vector& eye, const Vector& direction) {
+  const Vector& d = direction;
+  float yaw = 0.0f;
+  float pitch = 0.0f;
+  if (d.x != 0.0f || d.z != 0.0f) {
+    const float ground = std::sqrt(d.x * d.x + d.z * d.z);
+    yaw = -std::acos(d.z / ground);
+    if (d.x > 0.0f) yaw = -yaw;
+    pitch = std::atan(d.y / ground);
+  }
+  yaw += pi;
+
+  Matrix view = translation(-eye);
+  view = view * rotation({0.0f, 1.0f, 0.0f}, yaw);
+  return view * rotation({1.0f, 0.0f, 0.0f}, pitch);
+}
+
 Viewer::~Viewer() {
   logPrintf("  destroying viewer\n");
 }
@@ -44,22 +61,8 @@ Matrix Viewer::getMatrix(float seconds) {
   if (positionTrack) position = transformPoint(positionTrack->getMatrix(seconds), Vector());
   if (targetTrack) target = transformPoint(targetTrack->getMatrix(seconds), Vector());
 
-  Vector d = target - position;
-  float yaw = 0.0f;
-  float pitch = 0.0f;
-  if (d.x != 0.0f || d.z != 0.0f) {
-    const float ground = std::sqrt(d.x * d.x + d.z * d.z);
-    yaw = -std::acos(d.z / ground);
-    if (d.x > 0.0f) yaw = -yaw;
-    pitch = std::atan(d.y / ground);
-  }
-  yaw += pi;
-
-  Matrix view = translation(-position);
-  view = view * rotation({0.0f, 1.0f, 0.0f}, yaw);
-  view = view * rotation({1.0f, 0.0f, 0.0f}, pitch);
-  view = view * rotation({0.0f, 0.0f, 1.0f}, roll);
-
+  const Vector d = target - position;
+  const Matrix view = lookAlong(position, d) * rotation({0.0f, 0.0f, 1.0f}, roll);
   right = cross(d, {0.0f, 1.0f, 0.0f});
   down = cross(d, right);
   right.normalize();

@@ -10,6 +10,10 @@
 
 namespace vex {
 
+// World to eye space (the eye looks along -z, y up) for an eye that looks along `direction`, without roll.
+// Directions straight up or down are not honoured: they look along +z in world space.
+Matrix lookAlong(const Vector& eye, const Vector& direction);
+
 struct Viewer {
   Vector position;              // the eye, world space
   Vector target;                // the point looked at
