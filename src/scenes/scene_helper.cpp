@@ -10,6 +10,7 @@
 #include <string>
 
 #include "assets/texture_cache.h"
+#include "scenes/scene_conventions.h"
 #include "scenes/word_endings.h"
 #include "shell/flat_drawing.h"
 #include "shell/random.h"
@@ -409,9 +410,7 @@ void loadFrames(const char* stem, int frames) {
 }  // namespace
 
 SceneHelper::SceneHelper() {
-  std::snprintf(name, sizeof name, "SceneHelper");
-  registerFunctions(*this, functionTable);
-  loadingProgress("Loading %s", name);
+  beginScene(*this, "SceneHelper", functionTable);
   // One after the other, so that the frames of a word have consecutive ids.
   loadFrames(titleTextureStem, titleFrames);
   for (const WordEnding& ending : wordEndings) loadFrames(ending.textureStem, wordEndingFrames);

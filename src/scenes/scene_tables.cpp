@@ -3,7 +3,12 @@
 #include <array>
 #include <cstdio>
 
+#include "scenes/scene_alien.h"
 #include "scenes/scene_helper.h"
+#include "scenes/scene_layer_rays.h"
+#include "scenes/scene_layer_rot_cubes.h"
+#include "scenes/scene_layer_wide.h"
+#include "scenes/scene_layer_wobbel.h"
 
 namespace vex {
 
@@ -60,6 +65,16 @@ std::span<const SceneTable> sceneTables() {
                  "2, 2 is the whole screen. Blend mode 0 is ordinary transparency, 1 adds, 2 darkens and "
                  "ignores alpha.",
                  sceneHelperFunctions()},
+      SceneTable{sceneAlien.name, "A creature and two chrome spheres within a painted box.",
+                 sceneAlien.functions},
+      SceneTable{sceneLayerWide.name, "A layer: a mesh seen from within at an extreme field of view.",
+                 sceneLayerWide.functions},
+      SceneTable{sceneLayerRotCubes.name, "A layer: turning cubes under a light that circles among them.",
+                 sceneLayerRotCubes.functions},
+      SceneTable{sceneLayerWobbel.name, "A layer: a wobbling body that mirrors its surroundings.",
+                 sceneLayerWobbel.functions},
+      SceneTable{sceneLayerRays.name, "A layer: rays that swirl over the inside of a cone.",
+                 sceneLayerRays.functions},
   };
   return tables;
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "production/time_line.h"
+#include "scenes/scene_tables.h"
 #include "tests/support/image_files.h"
 #include "tests/support/pak_builder.h"
 #include "tests/support/project_builder.h"
@@ -28,6 +29,14 @@ Program vexproject(const std::string& arguments) {
 const std::string grounded =
     "total 10\n"
     "part ground { at 0 length 10 SceneHelper.fadeScreen(red=0, green=0, blue=0, alpha=1) }\n";
+
+// "known are A, B and C", of all scenes there are.
+std::string knownScenes() {
+  std::string names;
+  for (const SceneTable& table : sceneTables()) names += ", " + std::string(table.scene);
+  const std::size_t last = names.rfind(", ");
+  return "known are " + names.substr(2, last - 2) + " and " + names.substr(last + 2);
+}
 
 std::string part(const std::string& keys, const std::string& calls) {
   return "part \"p\" { " + keys + " " + calls + " }\n";
@@ -176,7 +185,7 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithCalls) {
   expectChecks({
       {grounded, ""},
       {grounded + part(at, "Helper.fadeScreen()"),
-       "3: unknown scene \"Helper\"; hint: known is SceneHelper\n"},
+       "3: unknown scene \"Helper\"; hint: " + knownScenes() + "\n"},
       {grounded + part(at, "Scenehelper.x()"),
        "3: unknown scene \"Scenehelper\"; hint: did you mean SceneHelper?\n"},
       {grounded + part(at, "\nSceneHelper.fadeScren()"),
@@ -271,7 +280,8 @@ TEST(Vexproject, CheckNamesThePartsOfProjectFiles) {
       {bytes,
        " part \"b%22\" (2): length is inf, not a usable number\n"
        " part \"b%22\" (2): red of SceneTest.animate: dot x 0 follows 0, the dots must ascend\n"
-       " part \"b%22\" (2): unknown scene \"SceneTest\"; hint: known is SceneHelper\n"},
+       " part \"b%22\" (2): unknown scene \"SceneTest\"; hint: " +
+           knownScenes() + "\n"},
       {bytes.substr(0, 30), " char != 1 byte (0 read)\n"},
       {"\r0.18\n", " Wrong file version. Must be 0.17\n"},
   });

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "assets/model_loader.h"
+#include "scenes/scene_conventions.h"
+
+// How start-up constructs the scenes that are built around a model.
+
+namespace vex {
+
+template <typename Concrete>
+struct ModelScene {
+  const char* name;   // as projects write it; begins with "Scene"
+  const char* model;  // path without extension
+  std::span<const FunctionRow> functions;
+  void (*setUp)(Concrete& scene);  // gives the objects of the model what the model does not say
+};
+
+// Lists the active lights and logs what the scene holds.
+void endScene(Scene& scene);
+
+template <typename Concrete>
+Concrete* constructModelScene(const ModelScene<Concrete>& description) {
+  Concrete* scene = newScene<Concrete>();
+  beginScene(*scene, description.name, description.functions);
+  loadModel(description.model, scene);
+  description.setUp(*scene);
+  endScene(*scene);
+  return scene;
+}
+
+}  // namespace vex

@@ -1,0 +1,70 @@
+#include "scenes/scene_layer_rays.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#include "assets/texture_cache.h"
+#include "timeline/scene_function.h"
+
+namespace vex {
+
+namespace {
+
+void setUp(SceneLayerRays& scene) {
+  viewerAt(scene, 0).targetTrack.reset();
+  Mesh& cone = meshAt(scene, 0);
+  cone.twoSided = true;
+  cone.lit = false;
+  for (ColourAlpha* colour : {&cone.diffuse, &cone.ambient, &cone.specular}) {
+    *colour = {1, 1, 1, colour->a};
+  }
+  cone.texture = getTexture("data\\ray_cone", true);
+}
+
+// About two turns every 32 vertices, each vertex trembling at a pace of its own.
+void swirlTexture(Mesh& cone, float t) {
+  for (std::size_t k = 0; 2 * k + 1 < cone.uvs.size(); ++k) {
+    const float number = static_cast<float>(k);
+    const float pace = std::cos(number) * t;
+    const float turn = -number / 32 * 12.5f;
+    cone.uvs[2 * k] = 0.2f * std::sin(pace * 3.7f) + std::sin(turn);
+    cone.uvs[2 * k + 1] = 0.2f * std::cos(pace * 2.9f) + std::cos(turn);
+  }
+}
+
+void animate(Scene* scene, float t, const void* const* arguments) {
+  constexpr float ahead = 0.3f;  // radians
+  fadeLayer(*scene, numberArgument(arguments, 0));
+  Viewer& viewer = viewerAt(*scene, 0);
+  viewer.position.set(10 * std::cos(numberArgument(arguments, 1) * t),
+                      10 * std::sin(numberArgument(arguments, 2) * t + ahead), 0);
+  viewer.target.set(10 * std::cos(numberArgument(arguments, 3) * t),
+                    10 * std::sin(numberArgument(arguments, 4) * t + ahead), -100);
+  swirlTexture(meshAt(*scene, 0), t);
+  setLayerBlend(*scene, numberArgument(arguments, 5));
+  scene->render(t);
+}
+
+using enum ArgumentKind;
+
+constexpr std::array animateParameters{layerAlphaParameter,
+                                       FunctionParameter{"eye speed across", number, -4, 4},
+                                       FunctionParameter{"eye speed up", number, -4, 4},
+                                       FunctionParameter{"target speed across", number, -4, 4},
+                                       FunctionParameter{"target speed up", number, -4, 4},
+                                       layerBlendParameter};
+
+constexpr std::array functionTable{
+    FunctionRow{"animate", animate,
+                "Draws the layer through a camera that looks down the cone and sways; the speeds are in "
+                "radians a second.",
+                animateParameters},
+};
+
+}  // namespace
+
+constinit const ModelScene<SceneLayerRays> sceneLayerRays{
+    .name = "SceneLayerRays", .model = "data\\layer_rays", .functions = functionTable, .setUp = setUp};
+
+}  // namespace vex

@@ -1,0 +1,48 @@
+#include "scenes/scene_layer_rot_cubes.h"
+
+#include <array>
+#include <cmath>
+
+#include "timeline/scene_function.h"
+
+namespace vex {
+
+namespace {
+
+void setUp(SceneLayerRotCubes& scene) {
+  for (Light* light : scene.lights) light->tracks.reset();
+  for (Mesh* mesh : scene.meshes) {
+    mesh->setAnimParams(5, true);
+    mesh->blendMode = BlendMode::additive;
+  }
+}
+
+void animate(Scene* scene, float t, const void* const* arguments) {
+  fadeLayer(*scene, numberArgument(arguments, 0));
+  Viewer& viewer = viewerAt(*scene, 0);
+  viewer.position = orbitingCamera(t);
+  viewer.fov = numberArgument(arguments, 1);
+  lightAt(*scene, 0).position.set(200 * std::sin(0.96f * t), 100 * std::sin(0.325f * t),
+                                  200 * std::cos(0.96f * t));
+  setLayerBlend(*scene, numberArgument(arguments, 2));
+  scene->render(t);
+}
+
+constexpr std::array animateParameters{layerAlphaParameter,
+                                       FunctionParameter{"field of view", ArgumentKind::number, 10, 170},
+                                       layerBlendParameter};
+
+constexpr std::array functionTable{
+    FunctionRow{"animate", animate,
+                "Draws the layer through a camera that circles round it; the field of view is in degrees.",
+                animateParameters},
+};
+
+}  // namespace
+
+constinit const ModelScene<SceneLayerRotCubes> sceneLayerRotCubes{.name = "SceneLayerRotCubes",
+                                                                  .model = "data\\layer_rot_cubes",
+                                                                  .functions = functionTable,
+                                                                  .setUp = setUp};
+
+}  // namespace vex

@@ -1,0 +1,51 @@
+#include "scenes/scene_layer_wide.h"
+
+#include <array>
+#include <cmath>
+
+#include "timeline/scene_function.h"
+
+namespace vex {
+
+namespace {
+
+void setUp(SceneLayerWide& scene) {
+  Viewer& viewer = viewerAt(scene, 0);
+  viewer.targetTrack.reset();
+  viewer.fov = 179.95f;
+  meshAt(scene, 0).blendMode = BlendMode::additive;
+}
+
+void animate(Scene* scene, float t, const void* const* arguments) {
+  constexpr float ahead = 0.3f;  // of the target, in radians
+  fadeLayer(*scene, numberArgument(arguments, 0));
+  const float x = numberArgument(arguments, 1) * t;
+  const float y = numberArgument(arguments, 2) * t;
+  const float z = numberArgument(arguments, 3) * t;
+  Viewer& viewer = viewerAt(*scene, 0);
+  viewer.position.set(50 * std::cos(x + ahead), 50 * std::sin(y + ahead), 50 * std::cos(z + ahead));
+  viewer.target.set(100 * std::cos(x), 100 * std::sin(y), 100 * std::cos(z));
+  setLayerBlend(*scene, numberArgument(arguments, 4));
+  scene->render(t);
+}
+
+using enum ArgumentKind;
+
+constexpr std::array animateParameters{layerAlphaParameter, FunctionParameter{"speed across", number, -4, 4},
+                                       FunctionParameter{"speed up", number, -4, 4},
+                                       FunctionParameter{"speed in depth", number, -4, 4},
+                                       layerBlendParameter};
+
+constexpr std::array functionTable{
+    FunctionRow{"animate", animate,
+                "Draws the layer through a camera that sways and looks about; the speeds are in radians a "
+                "second.",
+                animateParameters},
+};
+
+}  // namespace
+
+constinit const ModelScene<SceneLayerWide> sceneLayerWide{
+    .name = "SceneLayerWide", .model = "data\\layer_wide", .functions = functionTable, .setUp = setUp};
+
+}  // namespace vex

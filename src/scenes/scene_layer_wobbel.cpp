@@ -1,0 +1,68 @@
+#include "scenes/scene_layer_wobbel.h"
+
+#include <array>
+
+#include "assets/texture_cache.h"
+#include "shell/clock.h"
+#include "timeline/scene_function.h"
+
+namespace vex {
+
+namespace {
+
+void setUp(SceneLayerWobbel& scene) {
+  for (Mesh* mesh : scene.meshes) {
+    mesh->blendMode = BlendMode::additive;
+    mesh->lit = false;
+    mesh->texture = getTexture("data\\envmapspace", true);
+    mesh->twoSided = true;
+  }
+  Viewer& viewer = viewerAt(scene, 0);
+  viewer.positionTrack.reset();
+  viewer.targetTrack.reset();
+  Light& light = lightAt(scene, 0);
+  light.flareSize = 0;
+  light.intensity = 2.5f;
+  light.active = false;
+}
+
+void animate(Scene* base, float t, const void* const* arguments) {
+  auto& scene = static_cast<SceneLayerWobbel&>(*base);
+  const auto argument = [arguments](int slot) { return numberArgument(arguments, slot); };
+  fadeLayer(scene, argument(0));
+  viewerAt(scene, 0).position = orbitingCamera(t);
+  setLayerBlend(scene, argument(1));
+  scene.phaseX += clockDelta() * argument(2);
+  scene.phaseY += clockDelta() * argument(3);
+  scene.phaseZ += clockDelta() * argument(4);
+  meshAt(scene, 0).wobble(scene.phaseX, scene.phaseY, scene.phaseZ, argument(5), argument(6), argument(7),
+                          argument(8));
+  scene.render(t);
+}
+
+using enum ArgumentKind;
+
+constexpr std::array animateParameters{layerAlphaParameter,
+                                       layerBlendParameter,
+                                       FunctionParameter{"phase speed x", number, -20, 20},
+                                       FunctionParameter{"phase speed y", number, -20, 20},
+                                       FunctionParameter{"phase speed z", number, -20, 20},
+                                       FunctionParameter{"stillness", number, 0, 1},
+                                       FunctionParameter{"waves along x", number, 0, 8},
+                                       FunctionParameter{"waves along y", number, 0, 8},
+                                       FunctionParameter{"waves along z", number, 0, 8}};
+
+constexpr std::array functionTable{
+    FunctionRow{
+        "animate", animate,
+        "Draws the layer through a camera that circles round it. The body wobbles fully at stillness 0 "
+        "and not at all at 1; the phase speeds are in radians a second.",
+        animateParameters},
+};
+
+}  // namespace
+
+constinit const ModelScene<SceneLayerWobbel> sceneLayerWobbel{
+    .name = "SceneLayerWobbel", .model = "data\\wobbel", .functions = functionTable, .setUp = setUp};
+
+}  // namespace vex

@@ -1,0 +1,143 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+
+#include "assets/texture_cache.h"
+#include "scenes/scene_layer_rays.h"
+#include "scenes/scene_layer_rot_cubes.h"
+#include "scenes/scene_layer_wide.h"
+#include "scenes/scene_layer_wobbel.h"
+#include "shell/clock.h"
+#include "tests/support/gl_fixture.h"
+#include "tests/support/scene_builder.h"
+
+// Alpha 0 draws nothing, so that most of these need no picture.
+
+namespace vex {
+namespace {
+
+void expectVector(const char* what, const Vector& is, double x, double y, double z) {
+  expectValues({{what, is.x, x}, {what, is.y, y}, {what, is.z, z}});
+}
+
+class Layer : public GlTest {
+ protected:
+  void SetUp() override {
+    GlTest::SetUp();
+    demoClock = {};
+    demoClock.time = 5;
+    demoClock.previousTime = 4.75f;
+    addPlainTextures({"other", "data\\ray_cone", "data\\envmapspace"});
+  }
+  void TearDown() override {
+    destroyTextures();
+    demoClock = {};
+    GlTest::TearDown();
+  }
+};
+
+TEST_F(Layer, WideSwaysAtAnExtremeAngle) {
+  SceneLayerWide scene;
+  fillScene(scene, {.meshes = {"a", "b"}});
+  sceneLayerWide.setUp(scene);
+  const Viewer& viewer = *scene.viewers[0];
+  EXPECT_TRUE(viewer.positionTrack);
+  EXPECT_FALSE(viewer.targetTrack);
+  EXPECT_FLOAT_EQ(viewer.fov, 179.95f);
+  EXPECT_EQ(scene.meshes[0]->blendMode, BlendMode::additive);
+  EXPECT_EQ(scene.meshes[1]->blendMode, BlendMode::opaque);
+
+  callFunction(sceneLayerWide.functions, scene, "animate", 2, {0, 0.5, 0.7, 1.1, 2});
+  EXPECT_EQ(viewer.alpha, 0);
+  expectVector("position", viewer.position, 50 * std::cos(1.3), 50 * std::sin(1.7), 50 * std::cos(2.5));
+  expectVector("target", viewer.target, 100 * std::cos(1.0), 100 * std::sin(1.4), 100 * std::cos(2.2));
+  EXPECT_EQ(scene.meshes[1]->blendMode, BlendMode::subtractive);
+}
+
+TEST_F(Layer, CubesAreCircledByCameraAndLight) {
+  SceneLayerRotCubes scene;
+  fillScene(scene, {.meshes = {"a", "b"}, .lights = {"x", "y"}});
+  sceneLayerRotCubes.setUp(scene);
+  for (const Light* light : scene.lights) EXPECT_FALSE(light->tracks);
+  for (const Mesh* mesh : scene.meshes) {
+    EXPECT_EQ(playing(*mesh), (Playing{5, true}));
+    EXPECT_EQ(mesh->blendMode, BlendMode::additive);
+  }
+  callFunction(sceneLayerRotCubes.functions, scene, "animate", 3, {0, 65, 0.5});
+  const Viewer& viewer = *scene.viewers[0];
+  EXPECT_EQ(viewer.alpha, 0);
+  EXPECT_EQ(viewer.fov, 65);
+  expectVector("camera", viewer.position, 400 * std::cos(1.98), 100 * std::sin(1.35), 400 * std::sin(1.98));
+  expectVector("light", scene.lights[0]->position, 200 * std::sin(2.88), 100 * std::sin(0.975),
+               200 * std::cos(2.88));
+  EXPECT_EQ(scene.meshes[0]->blendMode, BlendMode::opaque);
+}
+
+TEST_F(Layer, RaysSwirlOverTheCone) {
+  SceneLayerRays scene;
+  fillScene(scene, {.meshes = {"cone", "other"}});
+  sceneLayerRays.setUp(scene);
+  const Mesh& cone = *scene.meshes[0];
+  EXPECT_FALSE(scene.viewers[0]->targetTrack);
+  EXPECT_TRUE(cone.twoSided);
+  EXPECT_FALSE(cone.lit);
+  for (const ColourAlpha& colour : {cone.diffuse, cone.ambient, cone.specular}) {
+    expectValues({{"red", colour.r, 1}, {"green", colour.g, 1}, {"blue", colour.b, 1}});
+  }
+  EXPECT_EQ(cone.texture, 1);
+  EXPECT_TRUE(textureEntry(1).wrap);
+  EXPECT_TRUE(scene.meshes[1]->lit);
+
+  for (Mesh* mesh : scene.meshes) mesh->buildArrays();
+  const double t = 1.5;
+  callFunction(sceneLayerRays.functions, scene, "animate", 1.5f, {0, 0.4, 0.6, 0.8, 1.2, 1});
+  const Viewer& viewer = *scene.viewers[0];
+  EXPECT_EQ(viewer.alpha, 0);
+  expectVector("position", viewer.position, 10 * std::cos(0.6), 10 * std::sin(1.2), 0);
+  expectVector("target", viewer.target, 10 * std::cos(1.2), 10 * std::sin(2.1), -100);
+  for (int k = 0; k < 4; ++k) {
+    const auto at = static_cast<std::size_t>(2 * k);
+    expectValues(
+        {{"u", cone.uvs[at], 0.2 * std::sin(std::cos(k) * t * 3.7) + std::sin(-k / 32.0 * 12.5)},
+         {"v", cone.uvs[at + 1], 0.2 * std::cos(std::cos(k) * t * 2.9) + std::cos(-k / 32.0 * 12.5)}});
+  }
+  EXPECT_EQ(cone.blendMode, BlendMode::additive);
+}
+
+TEST_F(Layer, WobbelGoesOnFromFrameToFrame) {
+  SceneLayerWobbel scene;
+  fillScene(scene, {.meshes = {"a", "b"}, .lights = {"x"}});
+  sceneLayerWobbel.setUp(scene);
+  for (const Mesh* mesh : scene.meshes) {
+    EXPECT_EQ(mesh->blendMode, BlendMode::additive);
+    EXPECT_FALSE(mesh->lit);
+    EXPECT_TRUE(mesh->twoSided);
+    EXPECT_EQ(mesh->texture, 2);
+  }
+  EXPECT_TRUE(textureEntry(2).wrap);
+  const Viewer& viewer = *scene.viewers[0];
+  EXPECT_FALSE(viewer.positionTrack);
+  EXPECT_FALSE(viewer.targetTrack);
+  const Light& light = *scene.lights[0];
+  expectValues({{"flare", light.flareSize, 0},
+                {"intensity", light.intensity, 2.5},
+                {"on", light.active ? 1.0 : 0.0, 0}});
+
+  for (Mesh* mesh : scene.meshes) mesh->buildArrays();
+  const std::vector<Argument> arguments{0, 2, 4, 8, -12, 0.5, 1, 2, 3};
+  callFunction(sceneLayerWobbel.functions, scene, "animate", 3, arguments);
+  callFunction(sceneLayerWobbel.functions, scene, "animate", 3, arguments);
+  expectValues({{"x", scene.phaseX, 2}, {"y", scene.phaseY, 4}, {"z", scene.phaseZ, -6}});
+  expectVector("camera", viewer.position, 400 * std::cos(1.98), 100 * std::sin(1.35), 400 * std::sin(1.98));
+  EXPECT_EQ(viewer.alpha, 0);
+  EXPECT_EQ(scene.meshes[0]->blendMode, BlendMode::subtractive);
+  // Vertex 2 stands at (1, 1, 0) from the mesh's place; the farthest of all at 2.
+  const auto stretch = [](double angle) { return ((std::sin(angle) + 1) / 2 + 0.5) * 0.5 + 0.5; };
+  expectValues({{"x", scene.meshes[0]->positions[6], stretch(2 + 0.5 * 6.282)},
+                {"y", scene.meshes[0]->positions[7], 1 + stretch(4 + 0.5 * 2 * 6.282)},
+                {"z", scene.meshes[0]->positions[8], 2}});
+}
+
+}  // namespace
+}  // namespace vex
