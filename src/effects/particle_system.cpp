@@ -35,14 +35,16 @@ void ParticleSystem::update(float now, float dt) {
   const float fadeOutStep = maxAlpha / (life - fadeIn - lifeVariation) * dt;
   const float fullLife = fadeIn > 0.0f ? life - fadeIn : INFINITY;  // with more left, it still fades in
   const Vector fall = gravity * dt;
+  bool anyExpired = false;
   for (Particle& particle : particles) {
     if (!particle.alive) continue;
     particle.position += particle.velocity * dt;
     particle.velocity += fall;
     particle.angle += particle.spin * dt;
     particle.alpha += particle.deathTime - now > fullLife ? fadeInStep : -fadeOutStep;
+    anyExpired |= particle.deathTime <= now;
   }
-  expire(now);
+  if (anyExpired) expire(now);
 
   emitCarry += rate * dt;
   if (emitCarry >= 1.0f) {

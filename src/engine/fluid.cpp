@@ -39,6 +39,54 @@ void buildUvs(Mesh& fluid) {
   for (const Vertex& vertex : fluid.vertices) fluid.uvs.insert(fluid.uvs.end(), {vertex.u, vertex.v});
 }
 
+// The loops below run over a row of the grid by pointers that share no memory, so that the compiler takes
+// several points at a time. `s` is the distance from one row to the next.
+
+void stepRow(const float* __restrict a, float* __restrict b, std::ptrdiff_t s, int count, float damping) {
+  for (std::ptrdiff_t n = 0; n < count; ++n) {
+    const float sum = a[n - 1] + a[n + 1] + a[n - s] + a[n + s] + a[n - s - 1] + a[n - s + 1] + a[n + s - 1] +
+                      a[n + s + 1] + a[n - 2] + a[n + 2] + a[n - 2 * s] + a[n + 2 * s];
+    const float v = sum / 6.0f - b[n];
+    b[n] = v - v * damping;
+  }
+}
+
+// The heights of the step before become the next ones. Two rows and columns at each border stand still.
+void stepHeights(Mesh& fluid) {
+  fluid.heightA.swap(fluid.heightB);
+  const std::ptrdiff_t s = fluid.gridX + 1;
+  for (int j = 2; j <= fluid.gridY - 2; ++j) {
+    const std::ptrdiff_t start = j * s + 2;
+    stepRow(fluid.heightA.data() + start, fluid.heightB.data() + start, s, fluid.gridX - 3, fluid.damping);
+  }
+}
+
+void moveVertices(Mesh& fluid) {
+  const float* __restrict height = fluid.heightB.data();
+  float* __restrict positions = fluid.positions.data();
+  const float level = fluid.position.y;
+  const std::size_t count = fluid.heightB.size();
+  for (std::size_t n = 0; n < count; ++n) positions[3 * n + 1] = height[n] * heightScale + level;
+}
+
+// `uv` and `b` stand at the second point of the row.
+void shiftRow(float* __restrict uv, const float* __restrict b, std::ptrdiff_t s, int gridX, float v) {
+  const auto width = static_cast<float>(gridX);
+  for (int i = 0; i < gridX - 1; ++i) {
+    uv[2 * i] = static_cast<float>(i + 1) / width + (b[i + 1] - b[i - 1]) * slopeScale;
+    uv[2 * i + 1] = v + (b[i + s] - b[i - s]) * slopeScale;
+  }
+}
+
+void shiftTexture(Mesh& fluid) {
+  const std::ptrdiff_t s = fluid.gridX + 1;
+  for (int j = 1; j < fluid.gridY; ++j) {
+    const std::ptrdiff_t start = j * s + 1;
+    shiftRow(fluid.uvs.data() + 2 * start, fluid.heightB.data() + start, s, fluid.gridX,
+             static_cast<float>(j) / static_cast<float>(fluid.gridY));
+  }
+}
+
 }  // namespace
 
 void convertToFluid(Mesh& mesh, int nx, int nz) {
@@ -109,32 +157,9 @@ void animateFluid(Mesh& fluid, float) {
   if (fluid.kind == ObjectKind::mesh) fatalError("Cannot call animateFluid on Mesh!");
   if (fluid.positions.empty()) fluid.buildArrays();
   if (fluid.uvs.empty()) buildUvs(fluid);
-  fluid.heightA.swap(fluid.heightB);
-  const float* a = fluid.heightA.data();
-  float* b = fluid.heightB.data();
-  const std::ptrdiff_t s = fluid.gridX + 1;
-  const float damping = fluid.damping;
-  for (std::ptrdiff_t j = 2; j <= fluid.gridY - 2; ++j) {
-    for (std::ptrdiff_t n = j * s + 2; n <= j * s + fluid.gridX - 2; ++n) {
-      const float v = (a[n - 1] + a[n + 1] + a[n - s] + a[n + s] + a[n - s - 1] + a[n - s + 1] +
-                       a[n + s - 1] + a[n + s + 1] + a[n - 2] + a[n + 2] + a[n - 2 * s] + a[n + 2 * s]) /
-                          6.0f -
-                      b[n];
-      b[n] = v - v * damping;
-    }
-  }
-  for (std::size_t n = 0; n < fluid.heightB.size(); ++n) {
-    fluid.positions[3 * n + 1] = b[n] * heightScale + fluid.position.y;
-  }
-  for (std::ptrdiff_t j = 1; j < fluid.gridY; ++j) {
-    const float v = static_cast<float>(j) / static_cast<float>(fluid.gridY);
-    for (std::ptrdiff_t i = 1; i < fluid.gridX; ++i) {
-      const std::ptrdiff_t n = j * s + i;
-      float* uv = &fluid.uvs[static_cast<std::size_t>(2 * n)];
-      uv[0] = static_cast<float>(i) / static_cast<float>(fluid.gridX) + (b[n + 1] - b[n - 1]) * slopeScale;
-      uv[1] = v + (b[n + s] - b[n - s]) * slopeScale;
-    }
-  }
+  stepHeights(fluid);
+  moveVertices(fluid);
+  shiftTexture(fluid);
   fluid.envMap = false;
 }
 
