@@ -165,6 +165,10 @@ void saveStream(const ModelSource& source) {
   stream.bytes = {};
 }
 
+const std::string& recordingObstacle() {
+  return stream.obstacle;
+}
+
 void releaseSource() {
   reader.text.open({});
   stream.bytes = {};

@@ -17,6 +17,9 @@ void prepareSource(const ModelSource& source);
 // Writes the recorded stream, if there is one.
 void saveStream(const ModelSource& source);
 
+// Why the compiled form of the text read last was not written; empty when it was, or was not asked for.
+const std::string& recordingObstacle();
+
 void releaseSource();
 
 }  // namespace vex

@@ -1,0 +1,327 @@
+#include <GL/gl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "assets/model_info.h"
+#include "assets/model_loader.h"
+#include "assets/model_source.h"
+#include "assets/texture_cache.h"
+#include "engine/scene.h"
+#include "platform/offscreen_context.h"
+#include "platform/png_file.h"
+#include "platform/replace_file.h"
+#include "shell/contact_sheet.h"
+#include "shell/gl_setup.h"
+#include "shell/report.h"
+#include "shell/window_size.h"
+
+namespace {
+
+constexpr const char* usage =
+    "Usage: vexmodel info FILE [options]     say what a model (.ase or .hv3) holds\n"
+    "         --json                         as one JSON object\n"
+    "         --geometry                     with the positions, normals, uvs and indices of each mesh\n"
+    "         --at SECONDS                   with the transforms at this time\n"
+    "       vexmodel compile FILE.ase        write the compiled form FILE.hv3 beside it\n"
+    "       vexmodel view FILE --out FILE.png [options]\n"
+    "                                        draw a model as the player does\n"
+    "         --camera N                     through the model's camera N (default 0); a model without\n"
+    "                                        cameras is shown from eight sides\n"
+    "         --at SECONDS                   at this time (default 0)\n"
+    "         --size WxH                     size of the picture in pixels (default 1280x720)\n"
+    "       vexmodel --help                  show this text\n"
+    "\n"
+    "Textures are files of the folder data: the one that FILE lies in, or else the one in the working folder.\n"
+    "A second of a track is its whole length. Exit codes: 0 done, 2 wrong usage, 255 refused.\n";
+
+constexpr int maxSide = 8192;
+
+[[noreturn]] void refuseUsage(const std::string& message) {
+  if (!message.empty()) std::fprintf(stderr, "vexmodel: %s\n", message.c_str());
+  std::fputs(usage, stderr);
+  std::exit(2);
+}
+
+// The whole text as a number within the range; anything else is wrong usage.
+template <typename Number>
+Number parse(const std::string& option, std::string_view text, Number least, Number most) {
+  Number value{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size() || !(value >= least && value <= most)) {
+    refuseUsage(option + " " + std::string(text) + ": a number from " + std::to_string(least) + " to " +
+                std::to_string(most) + " is expected");
+  }
+  return value;
+}
+
+struct CommandLine {
+  std::string command;
+  std::string file;
+  std::string out;
+  vex::JsonContent content;
+  bool json = false;
+  int camera = 0;
+  bool cameraGiven = false;
+  int width = 1280;
+  int height = 720;
+};
+
+void parseSize(CommandLine& line, std::string_view text) {
+  const std::size_t cross = std::min(text.find('x'), text.size());
+  line.width = parse("--size", text.substr(0, cross), 1, maxSide);
+  line.height = parse("--size", text.substr(std::min(cross + 1, text.size())), 1, maxSide);
+}
+
+CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
+  CommandLine line;
+  if (arguments.empty()) refuseUsage("");
+  line.command = arguments[0];
+  const bool info = line.command == "info";
+  const bool view = line.command == "view";
+  if (!info && !view && line.command != "compile") refuseUsage("");
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    const std::string& argument = arguments[i];
+    const auto value = [&]() -> const std::string& {
+      if (i + 1 == arguments.size()) refuseUsage(argument + " lacks its value");
+      return arguments[++i];
+    };
+    if (info && argument == "--json") {
+      line.json = true;
+    } else if (info && argument == "--geometry") {
+      line.content.geometry = true;
+    } else if ((info || view) && argument == "--at") {
+      line.content.seconds = parse("--at", value(), -1e6f, 1e6f);
+    } else if (view && argument == "--out") {
+      line.out = value();
+    } else if (view && argument == "--camera") {
+      line.camera = parse("--camera", value(), 0, std::numeric_limits<int>::max());
+      line.cameraGiven = true;
+    } else if (view && argument == "--size") {
+      parseSize(line, value());
+    } else if (line.file.empty() && !argument.starts_with("-")) {
+      line.file = argument;
+    } else {
+      refuseUsage("");
+    }
+  }
+  if (line.file.empty()) refuseUsage("");
+  if (view && line.out.empty()) refuseUsage("view lacks --out FILE.png");
+  if ((line.content.geometry || (info && line.content.seconds)) && !line.json) {
+    refuseUsage("--geometry and --at belong to --json");
+  }
+  return line;
+}
+
+// Goes where the model's file and its textures are found by names that the loader takes: a folder that has
+// the textures' folder data, or else the working folder. The name has no dot but that of its extension.
+std::string enterFolder(const std::string& file) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::path path = fs::absolute(file, error).lexically_normal();
+  const fs::path folder = path.parent_path();
+  std::string folderName = folder.filename().string();
+  std::transform(folderName.begin(), folderName.end(), folderName.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  const bool inData = folderName == "data";
+  const fs::path target = inData ? folder.parent_path() : folder;
+  if (chdir(target.c_str()) != 0) {
+    vex::fatalError("can't go to folder %s: %s", target.c_str(), std::strerror(errno));
+  }
+  const std::string name = path.filename().string();
+  return inData ? folder.filename().string() + "\\" + name : name;
+}
+
+bool hasExtension(const std::string& file, std::string_view extension) {
+  std::string ending = file.substr(file.size() - std::min(file.size(), extension.size()));
+  std::transform(ending.begin(), ending.end(), ending.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return ending == extension;
+}
+
+void printOut(const std::string& text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
+    vex::fatalError("can't write standard output: %s", std::strerror(errno));
+  }
+}
+
+void info(const CommandLine& line) {
+  const std::string name = enterFolder(line.file);
+  vex::ModelInfo info{.compiled = hasExtension(name, ".hv3"), .textures = {}, .missingTextures = {}};
+  vex::collectTextureNames(info);
+  vex::Scene scene;
+  vex::readModel({name}, &scene);
+  printOut(line.json ? vex::modelAsJson(info, scene, line.content) : vex::modelAsText(info, scene));
+}
+
+void compile(const std::string& file) {
+  if (!hasExtension(file, ".ase")) vex::fatalError("%s isn't the text of a model (.ase)", file.c_str());
+  const std::string name = enterFolder(file);
+  vex::ModelInfo info;
+  vex::collectTextureNames(info);
+  // Once for its faults, so that nothing is written of a text that is refused.
+  for (const std::string& compiledName : {std::string(), name.substr(0, name.find('.')) + ".hv3"}) {
+    vex::Scene scene;
+    vex::readModel({name, compiledName}, &scene);
+  }
+  if (const std::string obstacle = vex::recordingObstacle(); !obstacle.empty()) {
+    vex::fatalError("%s can't be compiled: %s", file.c_str(), obstacle.c_str());
+  }
+}
+
+// Centre and radius of all that is shown.
+struct Ball {
+  vex::Vector centre;
+  float radius = 1.0f;
+};
+
+Ball surround(vex::Scene& scene, float seconds) {
+  std::vector<vex::Vector> points;
+  for (vex::Mesh* mesh : scene.meshes) {
+    if (mesh->hidden()) continue;
+    const vex::Matrix matrix = mesh->getMatrix(seconds);
+    for (const vex::Vertex& vertex : mesh->vertices) {
+      points.push_back(vex::transformPoint(matrix, vertex.position));
+    }
+  }
+  if (points.empty()) return {};
+  vex::Vector least = points[0];
+  vex::Vector most = points[0];
+  for (const vex::Vector& p : points) {
+    least = {std::min(least.x, p.x), std::min(least.y, p.y), std::min(least.z, p.z)};
+    most = {std::max(most.x, p.x), std::max(most.y, p.y), std::max(most.z, p.z)};
+  }
+  Ball ball{.centre = (least + most) * 0.5f};
+  ball.radius = 0.0f;
+  for (const vex::Vector& p : points) ball.radius = std::max(ball.radius, (p - ball.centre).length());
+  return ball;
+}
+
+// A model is worth a look before all its textures are there.
+int loadPresentTexture(const char* name, bool wrap) {
+  if (vex::textureExists(name)) return vex::getTexture(name, wrap);
+  static std::set<std::string> missing;
+  if (missing.insert(name).second) {
+    std::fprintf(stderr, "vexmodel: texture %s is missing, drawn without it\n", name);
+  }
+  return -1;
+}
+
+void loadScene(const std::string& file, vex::Scene& scene) {
+  vex::modelTexture = loadPresentTexture;
+  vex::readModel({enterFolder(file)}, &scene);
+  for (vex::Mesh* mesh : scene.meshes) mesh->buildArrays();
+  for (vex::Light* light : scene.lights) {
+    if (!vex::textureExists(light->flareTexture)) light->flareStrength = 0.0f;
+  }
+  scene.collectActiveLights();
+}
+
+void draw(vex::Scene& scene, float seconds) {
+  glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  scene.render(seconds);
+}
+
+constexpr int sides = 8;
+constexpr float turntableFov = 60.0f;  // three quarters of it upright
+
+vex::ContactSheet drawTurntable(vex::Scene& scene, const CommandLine& line, float seconds) {
+  const Ball ball = surround(scene, seconds);
+  scene.viewers.allocate(1);
+  auto* viewer = scene.viewers[0] = new vex::Viewer;
+  viewer->fov = turntableFov;
+  // Far enough for the ball to fit into the narrower angle, and for the near plane at 1.
+  const double upright = static_cast<double>(turntableFov) * 0.75 * std::acos(-1.0) / 360.0;
+  const double across = std::atan(std::tan(upright) * line.width / line.height);
+  const auto radius = static_cast<double>(std::max(ball.radius, 0.001f));
+  const double distance = radius / std::sin(std::min(upright, across)) * 1.05 + 1.0;
+  viewer->farPlane = static_cast<float>(distance + radius * 2.0 + 1.0);
+  viewer->target = ball.centre;
+  vex::ContactSheet sheet(sides, line.width, line.height);
+  std::vector<std::byte> pixels;
+  for (int side = 0; side < sides; ++side) {
+    const double degrees = side * 360.0 / sides;
+    const double angle = degrees * std::acos(-1.0) / 180.0;
+    const double height = 0.35;  // of the distance: a little from above
+    const double flat = std::sqrt(1.0 - height * height);
+    viewer->position =
+        ball.centre + vex::Vector(static_cast<float>(std::sin(angle) * flat), static_cast<float>(height),
+                                  static_cast<float>(std::cos(angle) * flat)) *
+                          static_cast<float>(distance);
+    draw(scene, seconds);
+    vex::readBackBgra(line.width, line.height, pixels);
+    sheet.add(degrees, pixels);
+  }
+  return sheet;
+}
+
+bool writePicture(vex::ReplacementFile& file, const CommandLine& line) {
+  std::vector<std::byte> bgra;
+  vex::readBackBgra(line.width, line.height, bgra);
+  std::vector<std::byte> rgb;
+  rgb.reserve(bgra.size() / 4 * 3);
+  const auto rowSize = static_cast<std::size_t>(line.width) * 4;
+  for (std::size_t row = bgra.size(); row > 0; row -= rowSize) {
+    for (std::size_t pixel = row - rowSize; pixel < row; pixel += 4) {
+      rgb.insert(rgb.end(), {bgra[pixel + 2], bgra[pixel + 1], bgra[pixel]});
+    }
+  }
+  return vex::writePng(file, line.width, line.height, rgb);
+}
+
+void view(const CommandLine& line) {
+  vex::ReplacementFile file(std::filesystem::absolute(line.out).string());  // the working folder changes
+  const std::string reason = vex::openOffscreenContext(line.width, line.height);
+  if (!reason.empty()) vex::fatalError("no OpenGL to draw with: %s", reason.c_str());
+  vex::setWindowSize(line.width, line.height);
+  vex::setUpGlState();
+  glViewport(0, 0, line.width, line.height);
+  if (!file.stream()) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
+
+  vex::Scene scene;
+  loadScene(line.file, scene);
+  const float seconds = line.content.seconds.value_or(0.0f);
+  const int cameras = scene.viewers.count();
+  if (line.cameraGiven && line.camera >= cameras) {
+    vex::fatalError("%s has no camera %d, only %d of them", line.file.c_str(), line.camera, cameras);
+  }
+  bool written = false;
+  if (cameras == 0) {
+    written = drawTurntable(scene, line, seconds).write(file);
+  } else {
+    scene.viewerIndex = line.camera;
+    draw(scene, seconds);
+    written = writePicture(file, line);
+  }
+  if (!written) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (arguments.size() == 1 && (arguments[0] == "--help" || arguments[0] == "-h")) {
+    printOut(usage);
+    return 0;
+  }
+  const CommandLine line = parseCommandLine(arguments);
+  if (line.command == "info") info(line);
+  if (line.command == "compile") compile(line.file);
+  if (line.command == "view") view(line);
+  return 0;
+}
