@@ -46,7 +46,7 @@ constexpr const char* usage =
     "         --size WxH                     size of the picture in pixels (default 1280x720)\n"
     "       vexmodel --help                  show this text\n"
     "\n"
-    "Textures are files of the folder data: the one that FILE lies in, or else the one in the working folder.\n"
+    "Textures are files of the folder data: the one that FILE lies in, or else the one beside FILE.\n"
     "A second of a track is its whole length. Exit codes: 0 done, 2 wrong usage, 255 refused.\n";
 
 constexpr int maxSide = 8192;
@@ -127,8 +127,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
   return line;
 }
 
-// Goes where the model's file and its textures are found by names that the loader takes: a folder that has
-// the textures' folder data, or else the working folder. The name has no dot but that of its extension.
+// Goes where the file and its textures have the names that the loader takes: to the folder that the file's
+// folder data is in, or else to the file's own. The name has no dot but that of its extension.
 std::string enterFolder(const std::string& file) {
   namespace fs = std::filesystem;
   std::error_code error;

@@ -93,9 +93,8 @@ std::string jsonArray(const Items& items, Print printItem) {
 }
 
 std::string json(const Matrix& matrix) {
-  return jsonArray(matrix.m, [](const float (&row)[4]) {
-    return jsonArray(row, [](float value) { return json(value); });
-  });
+  return jsonArray(
+      matrix.m, [](const float(&row)[4]) { return jsonArray(row, [](float value) { return json(value); }); });
 }
 
 template <typename Value>
@@ -280,14 +279,14 @@ std::string modelAsJson(const ModelInfo& info, Scene& scene, const JsonContent& 
   for (Mesh* mesh : scene.meshes) mesh->buildArrays();
   // An object a line.
   const auto list = [](const auto& objects, auto printObject) {
-    const std::string text =
-        jsonArray(objects, [&](auto* object) { return "\n  " + printObject(object); });
+    const std::string text = jsonArray(objects, [&](auto* object) { return "\n  " + printObject(object); });
     return text == "[]" ? text : text.substr(0, text.size() - 1) + "\n]";
   };
   std::string text = "{\"source\":" + json(info.compiled ? "compiled" : "text");
   text += ",\n\"meshes\":" + list(scene.meshes, [&](Mesh* mesh) { return jsonMesh(info, *mesh, content); });
   text += ",\n\"lights\":" + list(scene.lights, [](Light* light) { return jsonLight(*light); });
-  text += ",\n\"viewers\":" + list(scene.viewers, [&](Viewer* viewer) { return jsonViewer(*viewer, content); });
+  text +=
+      ",\n\"viewers\":" + list(scene.viewers, [&](Viewer* viewer) { return jsonViewer(*viewer, content); });
   text += ",\n\"missingTextures\":" +
           jsonArray(info.missingTextures, [](const std::string& name) { return json(name); });
   return text + "}\n";

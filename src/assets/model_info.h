@@ -11,7 +11,7 @@
 namespace vex {
 
 struct ModelInfo {
-  bool compiled = false;  // what it was read from
+  bool compiled = false;              // what it was read from
   std::vector<std::string> textures;  // by id
   std::vector<std::string> missingTextures;
 };
@@ -24,8 +24,8 @@ bool textureExists(const std::string& name);
 void collectTextureNames(ModelInfo& info);
 
 struct JsonContent {
-  bool geometry = false;        // positions, normals, uvs and indices of each mesh
-  std::optional<float> seconds; // transforms of meshes and viewers at this time
+  bool geometry = false;         // positions, normals, uvs and indices of each mesh
+  std::optional<float> seconds;  // transforms of meshes and viewers at this time
 };
 
 // One object; numbers as %.9g, null where they are not finite. The drawing arrays are built.

@@ -26,7 +26,7 @@ std::string manualPage(const std::string& program) {
 }  // namespace
 
 TEST(Manual, NamesTheOptionsThatTheProgramsName) {
-  for (const std::string program : {"vexpak", "vexproduce", "vexproject", "vexrecord"}) {
+  for (const std::string program : {"vexmodel", "vexpak", "vexproduce", "vexproject", "vexrecord"}) {
     const Program help = runProgram(VEX_BIN "/" + program + " --help");
     EXPECT_EQ(help.exitCode, 0) << program;
     EXPECT_EQ(help.errors, "") << program;
@@ -39,7 +39,7 @@ TEST(Manual, NamesTheOptionsThatTheProgramsName) {
 
 // The formatter's own complaints are the oracle for the pages' markup.
 TEST(Manual, PagesAreWellFormed) {
-  for (const std::string program : {"vex", "vexpak", "vexproduce", "vexproject", "vexrecord"}) {
+  for (const std::string program : {"vex", "vexmodel", "vexpak", "vexproduce", "vexproject", "vexrecord"}) {
     const std::string page = VEX_SOURCE "/docs/man/" + program + ".1";
     const Program formatted = runProgram("groff -man -Tascii -ww -z " + page);
     EXPECT_EQ(formatted.exitCode, 0) << program;
