@@ -28,6 +28,15 @@ struct Chart {
   float density = 1;
 };
 
+// One number for all points in one place: charts run on over hard edges.
+std::vector<int> placesOf(const Surface& surface) {
+  std::map<std::array<float, 3>, int> places;
+  std::vector<int> result;
+  for (const Vector& p : surface.points)
+    result.push_back(places.try_emplace({p.x, p.y, p.z}, static_cast<int>(places.size())).first->second);
+  return result;
+}
+
 // For each edge of each triangle the triangle beyond it, where there is exactly one and the mapping goes on
 // if `alsoMapping`.
 std::vector<std::array<int, 3>> neighboursOf(const Surface& surface, bool alsoMapping) {
@@ -35,11 +44,12 @@ std::vector<std::array<int, 3>> neighboursOf(const Surface& surface, bool alsoMa
     int triangle, edge;
   };
   std::map<std::pair<int, int>, std::vector<Side>> edges;
+  const std::vector<int> places = placesOf(surface);
   const int count = static_cast<int>(surface.triangles.size());
   for (int i = 0; i < count; ++i)
     for (int k = 0; k < 3; ++k) {
       const auto& points = surface.triangles[at(i)].points;
-      edges[std::minmax(points[at(k)], points[at((k + 1) % 3)])].push_back({i, k});
+      edges[std::minmax(places[at(points[at(k)])], places[at(points[at((k + 1) % 3)])])].push_back({i, k});
     }
   std::vector<std::array<int, 3>> result(at(count), {-1, -1, -1});
   for (const auto& [ends, sides] : edges) {
@@ -60,38 +70,98 @@ Vector areaVector(const Surface& surface, const Triangle& triangle) {
   return cross(surface.points[at(triangle.points[1])] - a, surface.points[at(triangle.points[2])] - a) * 0.5f;
 }
 
-// Pieces that face one way: from the largest free triangle outwards.
-std::vector<std::vector<int>> piecesByNormals(const Surface& surface, const std::vector<int>& wanted) {
-  constexpr float spread = 0.64f;  // cosine of the widest angle to the piece's mean
-  constexpr float firm = 0.5f;     // and to the triangle that it began with
-  const auto neighbours = neighboursOf(surface, false);
-  std::vector<bool> free(surface.triangles.size());
-  for (const int i : wanted) free[at(i)] = true;
+// How far the triangles of a piece may face away from each other, as cosines.
+struct Spread {
+  float mean;   // to the mean of the piece
+  float first;  // to the triangle that it began with
+};
+constexpr Spread narrow{0.64f, 0.5f}, wide{0.42f, 0.25f};
+
+// Grows pieces over neighbours that face one way, each from the largest free triangle.
+struct PieceGrower {
+  const Surface& surface;
+  std::vector<std::array<int, 3>> neighbours;
   std::vector<Vector> areas;
-  for (const Triangle& triangle : surface.triangles) areas.push_back(areaVector(surface, triangle));
+  std::vector<int> owner;  // piece of each triangle; -1: free, -2: not to be touched
+  std::vector<std::vector<int>> pieces;
+  std::vector<Vector> sums;  // of the area vectors of each piece
+
+  void grow(const std::vector<int>& order, const Spread& spread) {
+    for (const int seed : order) {
+      if (owner[at(seed)] != -1) continue;
+      const int piece = static_cast<int>(pieces.size());
+      pieces.emplace_back();
+      sums.emplace_back(0, 0, 0);
+      take(seed, piece);
+      const Vector first = unit(areas[at(seed)]);
+      for (std::size_t next = 0; next < pieces[at(piece)].size(); ++next)
+        for (const int beyond : neighbours[at(pieces[at(piece)][next])])
+          if (fits(beyond, piece, spread) && dot(unit(areas[at(beyond)]), first) >= spread.first)
+            take(beyond, piece);
+    }
+  }
+
+  // Pieces smaller than `share` of all are given to the pieces around them, as far as these can have them.
+  void dissolve(float share) {
+    double whole = 0;
+    for (const std::vector<int>& piece : pieces) whole += areaOf(piece);
+    std::vector<int> loose;
+    for (std::vector<int>& piece : pieces) {
+      if (areaOf(piece) >= share * whole) continue;
+      for (const int triangle : piece) owner[at(triangle)] = -1;
+      loose.insert(loose.end(), piece.begin(), piece.end());
+      piece.clear();
+    }
+    for (bool changed = true; changed;) {
+      changed = false;
+      for (const int triangle : loose) {
+        if (owner[at(triangle)] != -1) continue;
+        int best = -1;
+        float most = 0;
+        for (const int beyond : neighbours[at(triangle)]) {
+          const int piece = beyond < 0 ? -1 : owner[at(beyond)];
+          if (piece < 0 || !fits(triangle, piece, wide)) continue;
+          const float likeness = dot(unit(areas[at(triangle)]), unit(sums[at(piece)]));
+          if (best < 0 || likeness > most) best = piece, most = likeness;
+        }
+        if (best < 0) continue;
+        take(triangle, best);
+        changed = true;
+      }
+    }
+    grow(loose, wide);
+    std::erase_if(pieces, [](const std::vector<int>& piece) { return piece.empty(); });
+  }
+
+ private:
+  double areaOf(const std::vector<int>& piece) const {
+    double sum = 0;
+    for (const int triangle : piece) sum += areas[at(triangle)].length();
+    return sum;
+  }
+  bool fits(int triangle, int piece, const Spread& spread) const {
+    return triangle >= 0 && owner[at(triangle)] == -1 &&
+           surface.triangles[at(triangle)].part == surface.triangles[at(pieces[at(piece)][0])].part &&
+           dot(unit(areas[at(triangle)]), unit(sums[at(piece)])) >= spread.mean;
+  }
+  void take(int triangle, int piece) {
+    owner[at(triangle)] = piece;
+    pieces[at(piece)].push_back(triangle);
+    sums[at(piece)] += areas[at(triangle)];
+  }
+};
+
+std::vector<std::vector<int>> piecesByNormals(const Surface& surface, const std::vector<int>& wanted) {
+  PieceGrower grower{surface, neighboursOf(surface, false), {}, {}, {}, {}};
+  for (const Triangle& triangle : surface.triangles) grower.areas.push_back(areaVector(surface, triangle));
+  grower.owner.assign(surface.triangles.size(), -2);
+  for (const int i : wanted) grower.owner[at(i)] = -1;
   std::vector<int> order = wanted;
   std::stable_sort(order.begin(), order.end(),
-                   [&](int p, int q) { return areas[at(p)].length() > areas[at(q)].length(); });
-  std::vector<std::vector<int>> pieces;
-  for (const int seed : order) {
-    if (!free[at(seed)]) continue;
-    std::vector<int> piece{seed};
-    free[at(seed)] = false;
-    Vector sum = areas[at(seed)];
-    const Vector first = unit(areas[at(seed)]);
-    for (std::size_t next = 0; next < piece.size(); ++next)
-      for (const int beyond : neighbours[at(piece[next])]) {
-        if (beyond < 0 || !free[at(beyond)]) continue;
-        if (surface.triangles[at(beyond)].part != surface.triangles[at(seed)].part) continue;
-        const Vector normal = unit(areas[at(beyond)]);
-        if (dot(normal, unit(sum)) < spread || dot(normal, first) < firm) continue;
-        free[at(beyond)] = false;
-        piece.push_back(beyond);
-        sum += areas[at(beyond)];
-      }
-    pieces.push_back(piece);
-  }
-  return pieces;
+                   [&](int p, int q) { return grower.areas[at(p)].length() > grower.areas[at(q)].length(); });
+  grower.grow(order, narrow);
+  grower.dissolve(0.004f);
+  return grower.pieces;
 }
 
 std::vector<std::vector<int>> piecesByMapping(const Surface& surface) {
@@ -133,7 +203,23 @@ void rotateChart(Chart& chart, float angle) {
   toOrigin(chart);
 }
 
-// Seen along its mean normal and turned to the smallest rectangle, lying.
+// Turned to the smallest rectangle, lying.
+Chart tightened(const Chart& chart) {
+  Chart best;
+  float least = std::numeric_limits<float>::max();
+  for (int i = 0; i < 16; ++i) {
+    Chart candidate = chart;
+    rotateChart(candidate, 3.14159265f / 16 * static_cast<float>(i));
+    const float area = candidate.width * candidate.height;
+    if (area >= least * 0.999f) continue;
+    least = area;
+    best = std::move(candidate);
+  }
+  if (best.height > best.width) rotateChart(best, 3.14159265f / 2);
+  return best;
+}
+
+// Seen along its mean normal.
 Chart flattened(const Surface& surface, const std::vector<int>& piece) {
   Vector sum(0, 0, 0);
   for (const int i : piece) sum += areaVector(surface, surface.triangles[at(i)]);
@@ -148,18 +234,7 @@ Chart flattened(const Surface& surface, const std::vector<int>& piece) {
     }
     chart.corners.push_back(corners);
   }
-  Chart best;
-  float least = std::numeric_limits<float>::max();
-  for (int i = 0; i < 16; ++i) {
-    Chart candidate = chart;
-    rotateChart(candidate, 3.14159265f / 16 * static_cast<float>(i));
-    const float area = candidate.width * candidate.height;
-    if (area >= least * 0.999f) continue;
-    least = area;
-    best = std::move(candidate);
-  }
-  if (best.height > best.width) rotateChart(best, 3.14159265f / 2);
-  return best;
+  return tightened(chart);
 }
 
 // The mapping that stands, stretched in each direction to the lengths that it covers.
@@ -248,39 +323,120 @@ std::vector<int> takeOutOverlaps(Chart& chart, bool mirrored) {
   return out;
 }
 
+// In `count` pieces along its length.
+std::vector<Chart> cut(const Chart& chart, int count) {
+  std::vector<Chart> pieces(at(count));
+  for (std::size_t i = 0; i < chart.triangles.size(); ++i) {
+    const auto& [a, b, c] = chart.corners[i];
+    const float place = (a.x + b.x + c.x) / 3 / std::max(chart.width, 1e-20f) * static_cast<float>(count);
+    Chart& piece = pieces[std::min(pieces.size() - 1, at(static_cast<int>(place)))];
+    piece.triangles.push_back(chart.triangles[i]);
+    piece.corners.push_back(chart.corners[i]);
+  }
+  std::erase_if(pieces, [](const Chart& piece) { return piece.triangles.empty(); });
+  for (Chart& piece : pieces) {
+    piece.density = chart.density;
+    piece = tightened(piece);
+  }
+  return pieces;
+}
+
+float areaOf(const Chart& chart) {
+  float sum = 0;
+  for (const auto& [a, b, c] : chart.corners) sum += std::fabs(crossOf(a, b, c)) / 2;
+  return sum * chart.density * chart.density;
+}
+
+// Long charts, and bent ones that leave most of their rectangle empty, in pieces that pack well.
+std::vector<Chart> cutForPacking(const std::vector<Chart>& charts) {
+  float whole = 0;
+  for (const Chart& chart : charts) whole += areaOf(chart);
+  const float longest = 0.9f * std::sqrt(whole);
+  std::vector<Chart> result;
+  std::vector<Chart> waiting(charts.rbegin(), charts.rend());
+  while (!waiting.empty()) {
+    const Chart chart = std::move(waiting.back());
+    waiting.pop_back();
+    const float area = areaOf(chart), length = chart.width * chart.density;
+    const bool bent = area > 0.02f * whole && area < 0.5f * length * chart.height * chart.density;
+    if (chart.triangles.size() < 16 || (length <= longest && !bent)) {
+      result.push_back(chart);
+      continue;
+    }
+    const int count = bent ? 2 : static_cast<int>(std::ceil(length / longest));
+    std::vector<Chart> pieces = cut(chart, count);
+    if (pieces.size() < 2) {
+      result.push_back(chart);
+      continue;
+    }
+    waiting.insert(waiting.end(), pieces.rbegin(), pieces.rend());
+  }
+  return result;
+}
+
 struct Spot {
   int x = 0, y = 0;
 };
 
-// Rectangles from the tallest down, each as low as it goes on the skyline of those before.
+// What a chart covers of each column of texels, bleed included: from `low` up to below `high`.
+struct Profile {
+  std::vector<int> low, high;
+};
+
+Profile profileOf(const Chart& chart, float scale, int bleed) {
+  const int inner = static_cast<int>(std::ceil(chart.width * scale)) + 1, width = inner + 2 * bleed;
+  std::vector<float> least(at(inner), 1e9f), most(at(inner), -1e9f);
+  for (const auto& corners : chart.corners)
+    for (std::size_t k = 0; k < 3; ++k) {
+      Flat p = corners[k], q = corners[(k + 1) % 3];
+      if (p.x > q.x) std::swap(p, q);
+      const float x0 = p.x * scale, x1 = q.x * scale, y0 = p.y * scale, y1 = q.y * scale;
+      // Texels reach half a texel to both sides of their centres; so does what the line covers.
+      const int from = static_cast<int>(x0), to = std::min(inner - 1, static_cast<int>(std::ceil(x1)));
+      for (int x = from; x <= to; ++x)
+        for (const float edge :
+             {std::clamp(static_cast<float>(x) - 1, x0, x1), std::clamp(static_cast<float>(x) + 1, x0, x1)}) {
+          const float y = x1 > x0 ? y0 + (y1 - y0) * (edge - x0) / (x1 - x0) : y0;
+          least[at(x)] = std::min({least[at(x)], y, x1 > x0 ? y : y1});
+          most[at(x)] = std::max({most[at(x)], y, x1 > x0 ? y : y1});
+        }
+    }
+  Profile profile;
+  for (int x = 0; x < width; ++x) {
+    float low = 1e9f, high = -1e9f;
+    for (int k = std::max(0, x - 2 * bleed); k <= std::min(inner - 1, x); ++k)
+      low = std::min(low, least[at(k)]), high = std::max(high, most[at(k)]);
+    profile.low.push_back(static_cast<int>(std::floor(low)));
+    profile.high.push_back(static_cast<int>(std::ceil(high)) + 1 + 2 * bleed);
+  }
+  return profile;
+}
+
+// From the tallest down, each as low as it goes on what is there, close to its outline.
 std::optional<std::vector<Spot>> pack(const std::vector<Chart>& charts, float scale,
                                       const AtlasOptions& options) {
-  const auto texels = [&](float length, const Chart& chart) {
-    return static_cast<int>(std::ceil(length * scale * chart.density)) + 1 + 2 * options.bleed;
-  };
+  std::vector<Profile> profiles;
+  for (const Chart& chart : charts)
+    profiles.push_back(profileOf(chart, scale * chart.density, options.bleed));
   std::vector<std::size_t> order(charts.size());
   std::iota(order.begin(), order.end(), 0u);
   std::stable_sort(order.begin(), order.end(), [&](std::size_t p, std::size_t q) {
-    return texels(charts[p].height, charts[p]) > texels(charts[q].height, charts[q]);
+    return charts[p].height * charts[p].density > charts[q].height * charts[q].density;
   });
   std::vector<int> skyline(at(options.side), 0);
   std::vector<Spot> spots(charts.size());
   for (const std::size_t i : order) {
-    const int width = texels(charts[i].width, charts[i]), height = texels(charts[i].height, charts[i]);
-    int bestY = options.side, bestX = -1;
+    const Profile& profile = profiles[i];
+    const int width = static_cast<int>(profile.low.size());
+    const int height = *std::max_element(profile.high.begin(), profile.high.end());
+    int bestX = -1, bestY = options.side - height + 1;
     for (int x = 0; x + width <= options.side; ++x) {
       int y = 0;
-      for (int k = x; k < x + width; ++k) {
-        y = std::max(y, skyline[at(k)]);
-        if (y >= bestY) {
-          x = k;  // nothing that still covers this column is better
-          break;
-        }
-      }
-      if (y < bestY && x + width <= options.side) bestY = y, bestX = x;
+      for (int k = 0; k < width && y < bestY; ++k) y = std::max(y, skyline[at(x + k)] - profile.low[at(k)]);
+      if (y < bestY) bestY = y, bestX = x;
     }
-    if (bestX < 0 || bestY + height > options.side) return std::nullopt;
-    std::fill_n(skyline.begin() + bestX, width, bestY + height);
+    if (bestX < 0) return std::nullopt;
+    for (int k = 0; k < width; ++k) skyline[at(bestX + k)] = bestY + profile.high[at(k)];
     spots[i] = {bestX, bestY};
   }
   return spots;
@@ -315,11 +471,11 @@ Surface mappedAtlas(const Surface& surface, const AtlasOptions& options, AtlasFi
     leftOver = std::move(next);
   }
 
+  if (options.density)
+    for (Chart& chart : charts) chart.density = options.density(surface.triangles[at(chart.triangles[0])]);
+  charts = cutForPacking(charts);
   double area = 0;
-  for (Chart& chart : charts) {
-    if (options.density) chart.density = options.density(surface.triangles[at(chart.triangles[0])]);
-    area += static_cast<double>(chart.width * chart.height * chart.density * chart.density);
-  }
+  for (const Chart& chart : charts) area += static_cast<double>(areaOf(chart));
   const auto side = static_cast<float>(options.side);
   float low = 0, high = side / static_cast<float>(std::sqrt(std::max(area, 1e-20)));
   std::optional<std::vector<Spot>> spots;

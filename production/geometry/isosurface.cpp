@@ -153,7 +153,14 @@ float torusDistance(const Vector& p, const Vector& centre, float radius, float t
   return std::hypot(std::hypot(q.x, q.z) - radius, q.y) - thickness;
 }
 
-Surface isosurface(const Solid& solid, const IsoOptions& options) {
+Surface isosurface(const Solid& whole, const IsoOptions& options) {
+  const Vector middle = (options.bounds.least + options.bounds.most) * 0.5f,
+               half = options.bounds.most - middle;
+  const Solid cut = [&](const Vector& p) {
+    const Vector q = p - middle;
+    return std::max({whole(p), std::fabs(q.x) - half.x, std::fabs(q.y) - half.y, std::fabs(q.z) - half.z});
+  };
+  const Solid& solid = options.closed ? cut : whole;
   const Vector size = options.bounds.most - options.bounds.least;
   const auto cells = [&](float length) {
     return std::max(1, static_cast<int>(std::ceil(length / options.cell))) + (options.closed ? 2 : 0);
@@ -166,18 +173,10 @@ Surface isosurface(const Solid& solid, const IsoOptions& options) {
            Vector(margin, margin, margin);
   };
   const auto index = [&](int x, int y, int z) { return (at(z) * at(ny + 1) + at(y)) * at(nx + 1) + at(x); };
-  const auto border = [&](int x, int y, int z) {
-    return x == 0 || y == 0 || z == 0 || x == nx || y == ny || z == nz;
-  };
-
   std::vector<float> values(at(nx + 1) * at(ny + 1) * at(nz + 1));
   for (int z = 0; z <= nz; ++z)
     for (int y = 0; y <= ny; ++y)
-      for (int x = 0; x <= nx; ++x) {
-        float value = solid(place(x, y, z));
-        if (options.closed && border(x, y, z)) value = std::max(value, options.cell * 0.01f);
-        values[index(x, y, z)] = value;
-      }
+      for (int x = 0; x <= nx; ++x) values[index(x, y, z)] = solid(place(x, y, z));
 
   Surface surface;
   std::vector<int> edgePoints(values.size() * 3, -1);

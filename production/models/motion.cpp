@@ -18,7 +18,7 @@ MotionKeys keysEvery(float seconds, int every, KeyOf keyOf) {
   if (every < 1 || last < 1) fatalError("motion of %g s with a key each %d frames", seconds, every);
   MotionKeys keys;
   for (int frame = 0;; frame += every) {
-    if (frame > last || (frame < last && last - frame < (every + 1) / 2)) frame = last;
+    if (frame > last || (frame > 0 && frame < last && last - frame < (every + 1) / 2)) frame = last;
     MotionKey key = keyOf(static_cast<float>(frame) / framesPerSecond);
     key.frame = frame;
     keys.push_back(key);

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "production/geometry/forms.h"
 #include "production/geometry/isosurface.h"
 #include "production/geometry/mapping.h"
+#include "production/image/noise3.h"
 
 // Surfaces against closed formulas: volumes, areas, Euler's characteristic, mapping.
 
@@ -89,6 +91,187 @@ TEST(Geometry, ClosedFormsHaveTheirVolumeAndAreaAndAreClosed) {
     EXPECT_EQ(topology.openEdges, 0) << form.what;
     EXPECT_EQ(topology.wrongEdges, 0) << form.what;
     EXPECT_EQ(topology.euler(), form.euler) << form.what;
+  }
+}
+
+// A cube cut from each of the ways in which marching cubes can join its corners: noise has them all.
+TEST(Geometry, MarchedNoiseIsWatertightAndOfEvenTriangles) {
+  IsoOptions options;
+  options.bounds = {Vector(-2, -2, -2), Vector(2, 2, 2)};
+  options.cell = 0.25f;
+  for (const std::uint32_t seed : {1u, 2u, 3u}) {
+    options.relax = 0;
+    const Solid noise = [seed](const Vector& p) { return gradientNoise(p * 2.1f, 0, seed) * 0.3f + 0.02f; };
+    const Surface surface = isosurface(noise, options);
+    ASSERT_GT(surface.triangles.size(), 3000u);
+    const Topology topology = topologyOf(surface);
+    EXPECT_EQ(topology.openEdges, 0) << seed;
+    EXPECT_EQ(topology.wrongEdges, 0) << seed;
+    EXPECT_GT(volumeOf(surface), 0) << seed;
+  }
+  const Solid ballSolid = [](const Vector& p) { return ball(p, {0, 0, 0}, 1.5f); };
+  float worst[2];
+  for (const int relax : {0, 4}) {
+    options.relax = relax;
+    const Surface surface = isosurface(ballSolid, options);
+    float least = 9, most = 0;
+    for (const Triangle& triangle : surface.triangles)
+      for (std::size_t k = 0; k < 3; ++k) {
+        const auto place = [&](std::size_t i) {
+          return surface.points[static_cast<std::size_t>(triangle.points[i])];
+        };
+        const float length = (place(k) - place((k + 1) % 3)).length();
+        least = std::min(least, length), most = std::max(most, length);
+      }
+    worst[relax ? 1 : 0] = most / least;
+    for (const Vector& point : surface.points) EXPECT_NEAR(point.length(), 1.5, relax ? 0.002 : 0.02);
+  }
+  EXPECT_LT(worst[1], worst[0] / 3);
+}
+
+TEST(Geometry, MarchedSolidsThatLeaveTheirBoundsAreClosedThere) {
+  IsoOptions options;
+  options.bounds = {Vector(-1, -1, -1), Vector(1, 1, 1)};
+  options.cell = 0.1f;
+  options.relax = 0;
+  const Surface half = isosurface([](const Vector& p) { return p.y; }, options);
+  EXPECT_EQ(topologyOf(half).openEdges, 0);
+  EXPECT_NEAR(volumeOf(half), 4, 0.15);  // the corners of the cut are chamfered
+}
+
+TEST(Geometry, CreasesPartPointsAndWeldingJoinsThem) {
+  const Surface box = welded(bevelledBox({1, 1, 1}, 0), 1e-5f);
+  EXPECT_EQ(box.points.size(), 8u);
+  EXPECT_EQ(creased(box, 40).points.size(), 24u);
+  EXPECT_EQ(creased(box, 100).points.size(), 8u);
+  EXPECT_EQ(faceted(box).points.size(), 36u);
+  // Smooth normals of the welded box point along its diagonals, of the creased one along its axes.
+  const Surface hard = creased(box, 40);
+  const std::vector<Vector> soft = pointNormals(box), flat = pointNormals(hard);
+  for (std::size_t i = 0; i < soft.size(); ++i) EXPECT_GT(dot(soft[i], unit(box.points[i])), 0.93f);
+  for (std::size_t i = 0; i < flat.size(); ++i) {
+    EXPECT_NEAR(std::max({std::fabs(flat[i].x), std::fabs(flat[i].y), std::fabs(flat[i].z)}), 1, 1e-5);
+    EXPECT_GT(dot(flat[i], hard.points[i]), 0);
+  }
+}
+
+TEST(Geometry, SubdivisionAndSmoothingRoundWithoutTearing) {
+  const Surface box = welded(bevelledBox({2, 2, 2}, 0), 1e-5f);
+  const Surface round = subdivided(box, 4);
+  EXPECT_EQ(round.triangles.size(), 12u * 256);
+  EXPECT_EQ(topologyOf(round).euler(), 2);
+  EXPECT_EQ(topologyOf(round).openEdges, 0);
+  const float volume = volumeOf(round);
+  EXPECT_TRUE(volume > 2 && volume < 6) << volume;
+  // A sphere has the least area for its volume: 1 for it, 1.24 for the cube.
+  EXPECT_LT(areaOf(round) / (std::cbrt(36 * pi) * std::pow(volume, 2 / 3.0f)), 1.08f);
+
+  const Surface bumpy = displaced(
+      sphere(1, 48, 24), [](const Vector& p, const Vector&) { return 0.1f * gradientNoise(p * 6, 0, 3); });
+  const Surface smooth = smoothed(bumpy, 10);
+  EXPECT_LT(areaOf(smooth), areaOf(bumpy) * 0.97f);
+  EXPECT_NEAR(volumeOf(smooth), volumeOf(bumpy), volumeOf(bumpy) * 0.03f);
+}
+
+// No triangle may span more than a fair share of the picture, which is what a triangle across a seam does.
+TEST(Geometry, MappingHasNoTrianglesAcrossItsSeams) {
+  const struct {
+    const char* what;
+    Surface surface;
+    float widest;
+  } cases[] = {
+      {"sphere", sphere(1, 24, 12), 1.01f / 24},
+      {"lathe", lathe({{1, 0}, {1, 2}}, 24), 1.01f / 24},
+      {"torus", torus(2, 1, 24, 12), 1.01f / 24},
+      {"tube", tube({{0, 0, 0}, {0, 3, 0}}, 24, [](float) { return 1.0f; }), 1.01f / 24},
+      {"spherical", mappedSpherical(withoutMapping(geodesic(1, 3)), {0, 0, 0}), 0.3f},
+      {"cylindrical", mappedCylindrical(withoutMapping(cone(1, 0.5f, 2, 24, 4))), 1.01f / 24},
+  };
+  for (const auto& one : cases) {
+    EXPECT_TRUE(one.surface.mapped) << one.what;
+    for (const Triangle& triangle : one.surface.triangles) {
+      const auto [least, most] = std::minmax({triangle.uv[0].u, triangle.uv[1].u, triangle.uv[2].u});
+      EXPECT_LE(most - least, one.widest) << one.what;
+      // Pictures must not be mirrored: u to the right and v upwards seen from outside.
+      const Uv &a = triangle.uv[0], &b = triangle.uv[1], &c = triangle.uv[2];
+      EXPECT_GT((b.u - a.u) * (c.v - a.v) - (b.v - a.v) * (c.u - a.u), -1e-7f) << one.what;
+    }
+  }
+  for (const Triangle& triangle : mappedBox(bevelledBox({1, 1, 1}, 0), 2).triangles) {
+    const Uv &a = triangle.uv[0], &b = triangle.uv[1], &c = triangle.uv[2];
+    EXPECT_NEAR((b.u - a.u) * (c.v - a.v) - (b.v - a.v) * (c.u - a.u), 4, 1e-4);
+  }
+}
+
+TEST(Geometry, AnAtlasGivesEachTriangleItsOwnTexels) {
+  constexpr int side = 256;
+  const Surface knot =
+      tube(smoothPath({{0, 0, 0}, {2, 1, 0}, {2, 2, 2}, {0, 1, 2}, {-1, 3, 0}, {1, 4, 1}}, 40), 12,
+           [](float t) { return 0.3f + 0.1f * std::sin(9 * t); });
+  Surface mixed = bevelledBox({3, 2, 1}, 0.1f);
+  append(mixed, placed(geodesic(1, 2), moved(4, 0, 0)), 1);
+  append(mixed, placed(knot, moved(0, 3, 0)), 2);
+  IsoOptions iso;
+  iso.bounds = {Vector(-1.5f, -1.5f, -1.5f), Vector(1.5f, 1.5f, 1.5f)};
+  iso.cell = 0.15f;
+  const Surface rock = isosurface(
+      [](const Vector& p) {
+        return ball(p, {0, 0, 0}, 1) + 0.25f * fractal(p * 2, 0, 3, 0.5f, 5);
+      },
+      iso);
+  const struct {
+    const char* what;
+    Surface surface;
+    Charts charts;
+    float leastUsed;
+  } cases[] = {{"tube", knot, Charts::byMapping, 0.45f},
+               {"tube by normals", knot, Charts::byNormals, 0.25f},
+               {"rock", rock, Charts::byNormals, 0.35f},
+               {"mixed", mixed, Charts::byNormals, 0.25f},
+               // All six sides of a box lie over each other in its own mapping.
+               {"box", bevelledBox({1, 2, 3}, 0.2f), Charts::byMapping, 0.3f}};
+  for (const auto& one : cases) {
+    AtlasFigures figures;
+    const Surface atlas = mappedAtlas(one.surface, {.charts = one.charts, .side = side}, &figures);
+    EXPECT_GT(figures.used, one.leastUsed) << one.what;
+    ASSERT_EQ(atlas.triangles.size(), one.surface.triangles.size());
+    // Which triangle has the centre of a quarter texel strictly inside, by a plain search.
+    constexpr int fine = side * 2;
+    std::vector<int> owner(fine * fine, -1);
+    int shared = 0, outside = 0;
+    double worstDensity = 1;
+    for (int i = 0; i < static_cast<int>(atlas.triangles.size()); ++i) {
+      const Triangle& t = atlas.triangles[static_cast<std::size_t>(i)];
+      float x[3], y[3];
+      for (std::size_t k = 0; k < 3; ++k) {
+        x[k] = t.uv[k].u * fine, y[k] = t.uv[k].v * fine;
+        outside += x[k] < 4 || y[k] < 4 || x[k] > fine - 4 || y[k] > fine - 4;
+      }
+      const auto turn = [&](int a, int b, float px, float py) {
+        return (x[b] - x[a]) * (py - y[a]) - (y[b] - y[a]) * (px - x[a]);
+      };
+      const float area = turn(0, 1, x[2], y[2]) / 2;
+      Surface single = atlas;
+      single.triangles = {t};
+      worstDensity =
+          std::min(worstDensity, static_cast<double>(area) / 4 /
+                                     (areaOf(single) * figures.texelsPerUnit * figures.texelsPerUnit));
+      for (int py = static_cast<int>(std::min({y[0], y[1], y[2]}));
+           py <= static_cast<int>(std::max({y[0], y[1], y[2]})); ++py)
+        for (int px = static_cast<int>(std::min({x[0], x[1], x[2]}));
+             px <= static_cast<int>(std::max({x[0], x[1], x[2]})); ++px) {
+          const float cx = static_cast<float>(px) + 0.5f, cy = static_cast<float>(py) + 0.5f;
+          const float margin = 0.02f * fine / 16;
+          if (turn(0, 1, cx, cy) <= margin || turn(1, 2, cx, cy) <= margin || turn(2, 0, cx, cy) <= margin)
+            continue;
+          int& of = owner[static_cast<std::size_t>(py * fine + px)];
+          if (of >= 0) ++shared;
+          of = i;
+        }
+    }
+    EXPECT_EQ(shared, 0) << one.what;
+    EXPECT_EQ(outside, 0) << one.what;
+    EXPECT_GT(worstDensity, one.charts == Charts::byMapping ? 0.05 : 0.2) << one.what;
   }
 }
 
