@@ -4,11 +4,15 @@
 #include <cstdio>
 
 #include "scenes/scene_alien.h"
+#include "scenes/scene_hell.h"
 #include "scenes/scene_helper.h"
+#include "scenes/scene_intro_box.h"
+#include "scenes/scene_layer_particles.h"
 #include "scenes/scene_layer_rays.h"
 #include "scenes/scene_layer_rot_cubes.h"
 #include "scenes/scene_layer_wide.h"
 #include "scenes/scene_layer_wobbel.h"
+#include "scenes/scene_outtro.h"
 
 namespace vex {
 
@@ -65,12 +69,27 @@ std::span<const SceneTable> sceneTables() {
                  "2, 2 is the whole screen. Blend mode 0 is ordinary transparency, 1 adds, 2 darkens and "
                  "ignores alpha.",
                  sceneHelperFunctions()},
+      SceneTable{sceneIntroBox.name,
+                 "A box with a lid, smoke that forms along the logo, and the logo in four layers. Needs a "
+                 "ground.",
+                 sceneIntroBox.functions},
       SceneTable{sceneAlien.name, "A creature and two chrome spheres within a painted box.",
                  sceneAlien.functions},
+      SceneTable{sceneHell.name, "A sea of lava and a sprayer of sparks within a painted box.",
+                 sceneHell.functions},
+      SceneTable{sceneLayerParticles.name,
+                 "A layer: flares that fly from the middle of the world, 30 units before the camera.",
+                 sceneLayerParticles.functions},
       SceneTable{sceneLayerWide.name, "A layer: a mesh seen from within at an extreme field of view.",
                  sceneLayerWide.functions},
       SceneTable{sceneLayerRotCubes.name, "A layer: turning cubes under a light that circles among them.",
                  sceneLayerRotCubes.functions},
+      SceneTable{
+          "SceneOuttro",
+          "The closing effects: a scroller, copper bars, balls and stars. What is preloaded stays until "
+          "something\n"
+          "else is.",
+          sceneOuttroFunctions()},
       SceneTable{sceneLayerWobbel.name, "A layer: a wobbling body that mirrors its surroundings.",
                  sceneLayerWobbel.functions},
       SceneTable{sceneLayerRays.name, "A layer: rays that swirl over the inside of a cone.",

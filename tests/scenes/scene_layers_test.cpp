@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "assets/texture_cache.h"
+#include "scenes/scene_layer_particles.h"
 #include "scenes/scene_layer_rays.h"
 #include "scenes/scene_layer_rot_cubes.h"
 #include "scenes/scene_layer_wide.h"
@@ -105,6 +106,56 @@ TEST_F(Layer, RaysSwirlOverTheCone) {
   EXPECT_EQ(cone.blendMode, BlendMode::additive);
 }
 
+TEST_F(Layer, ParticlesFollowTheArguments) {
+  SceneLayerParticles scene;
+  fillScene(scene, {.lights = {"Omni01"}});
+  scene.lights[0]->glow = true;
+  sceneLayerParticles.setUp(scene);
+  const Light& flare = *scene.lights[0];
+  expectValues({{"intensity", flare.intensity, 0},
+                {"strength", flare.flareStrength, 1},
+                {"size", flare.flareSize, 5},
+                {"glow", flare.glow, 0}});
+  EXPECT_STREQ(flare.flareTexture, "data\\flare_shine");
+  expectVector("camera", scene.viewers[0]->position, 0, 0, 30);
+  const ParticleSystem& field = *scene.particleSystems[0];
+  EXPECT_FALSE(scene.particleSystems[1]);
+  ASSERT_EQ(field.shapeCount, 1);
+  EXPECT_EQ(field.shapes[0], scene.lights[0]);
+  EXPECT_EQ(field.parent, nullptr);
+  expectValues({{"rate", field.rate, 0},
+                {"most", field.maxCount, 0},
+                {"spread", field.velocitySpread, 0},
+                {"place", field.positionSpread, 0},
+                {"life", field.life, 1},
+                {"alpha", field.maxAlpha, 2}});
+  expectVector("velocity", field.velocity, 0, 0, 0);
+  expectVector("gravity", field.gravity, 0, 0, 0);
+
+  callFunction(sceneLayerParticles.functions, scene, "animate", 1, {0, 20.7, 3, 4, 5, 6, 7});
+  EXPECT_EQ(scene.viewers[0]->alpha, 0);
+  EXPECT_EQ(field.maxCount, 20);
+  expectValues(
+      {{"rate", field.rate, 20.7}, {"spread", field.velocitySpread, 3}, {"place", field.positionSpread, 7}});
+  expectVector("velocity", field.velocity, 4, 5, 6);
+  callFunction(sceneLayerParticles.functions, scene, "loadFlare", 1, {"data\\flare_fire1"});
+  EXPECT_STREQ(flare.flareTexture, "data\\flare_fire1");
+}
+
+TEST_F(Layer, RegisterTheirFunctions) {
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(namesOf(sceneLayerParticles.functions), (Names{"animate", "loadFlare"}));
+  EXPECT_EQ(namesOf(sceneLayerRays.functions), Names{"animate"});
+  EXPECT_EQ(namesOf(sceneLayerRotCubes.functions), Names{"animate"});
+  EXPECT_EQ(namesOf(sceneLayerWide.functions), Names{"animate"});
+  EXPECT_EQ(namesOf(sceneLayerWobbel.functions), Names{"animate"});
+  EXPECT_STREQ(sceneLayerParticles.model, "data\\layer_particles");
+  EXPECT_STREQ(sceneLayerRays.model, "data\\layer_rays");
+  EXPECT_STREQ(sceneLayerRotCubes.model, "data\\layer_rot_cubes");
+  EXPECT_STREQ(sceneLayerWide.model, "data\\layer_wide");
+  EXPECT_STREQ(sceneLayerWobbel.model, "data\\wobbel");
+}
+
 TEST_F(Layer, WobbelGoesOnFromFrameToFrame) {
   SceneLayerWobbel scene;
   fillScene(scene, {.meshes = {"a", "b"}, .lights = {"x"}});
@@ -120,9 +171,7 @@ TEST_F(Layer, WobbelGoesOnFromFrameToFrame) {
   EXPECT_FALSE(viewer.positionTrack);
   EXPECT_FALSE(viewer.targetTrack);
   const Light& light = *scene.lights[0];
-  expectValues({{"flare", light.flareSize, 0},
-                {"intensity", light.intensity, 2.5},
-                {"on", light.active ? 1.0 : 0.0, 0}});
+  expectValues({{"flare", light.flareSize, 0}, {"intensity", light.intensity, 2.5}, {"on", light.active, 0}});
 
   for (Mesh* mesh : scene.meshes) mesh->buildArrays();
   const std::vector<Argument> arguments{0, 2, 4, 8, -12, 0.5, 1, 2, 3};

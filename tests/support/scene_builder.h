@@ -49,6 +49,9 @@ std::vector<std::string> namesOf(std::span<const FunctionRow> rows);
 struct ExpectedValue {
   const char* what;
   double is, should;
+  template <typename Number>
+  requires std::is_arithmetic_v<Number> ExpectedValue(const char* value, Number left, double wanted)
+      : what(value), is(static_cast<double>(left)), should(wanted) {}
 };
 void expectValues(std::initializer_list<ExpectedValue> values);
 

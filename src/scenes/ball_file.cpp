@@ -1,0 +1,90 @@
+#include "scenes/ball_file.h"
+
+#include <array>
+#include <bit>
+#include <cerrno>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <span>
+
+#include "platform/paths.h"
+#include "platform/replace_file.h"
+#include "shell/files.h"
+#include "shell/little_endian.h"
+#include "shell/report.h"
+
+namespace vex {
+
+namespace {
+
+constexpr std::size_t countSize = 4;
+constexpr std::size_t ballFields = 7;
+constexpr std::size_t fieldSize = 4;
+constexpr std::size_t ballSize = ballFields * fieldSize;
+
+using Fields = std::array<float, ballFields>;  // in file order
+
+std::vector<std::uint8_t> readWholeFile(const char* name) {
+  const int handle = fileOpen(name, "rb");
+  if (handle < 0) fatalError("Vector balls %s not found!", name);
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(fileRemaining(handle)));
+  const std::size_t read = bytes.empty() ? 0 : fileRead(bytes.data(), 1, bytes.size(), handle);
+  fileClose(handle);
+  if (read != bytes.size()) fatalError("%s: %zu of %zu bytes could be read", name, read, bytes.size());
+  return bytes;
+}
+
+std::uint32_t wordAt(std::span<const std::uint8_t> bytes, std::size_t offset) {
+  return static_cast<std::uint32_t>(littleEndian(bytes.subspan(offset, fieldSize)));
+}
+
+void appendWord(std::vector<std::uint8_t>& bytes, std::uint32_t word) {
+  for (unsigned shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::uint8_t>(word >> shift));
+}
+
+}  // namespace
+
+std::vector<Ball> readBallFile(const char* name) {
+  const std::vector<std::uint8_t> bytes = readWholeFile(name);
+  if (bytes.size() < countSize) fatalError("%s: ends before the number of balls", name);
+  const auto count = static_cast<std::int32_t>(wordAt(bytes, 0));
+  const std::size_t held = (bytes.size() - countSize) / ballSize;
+  if (count < 0 || static_cast<std::size_t>(count) != held || countSize + held * ballSize != bytes.size()) {
+    fatalError("%s: number of balls is %d, does not fit the file's size of %zu bytes", name,
+               static_cast<int>(count), bytes.size());
+  }
+  std::vector<Ball> balls;
+  balls.reserve(held);
+  for (std::size_t offset = countSize; offset < bytes.size(); offset += ballSize) {
+    Fields field;
+    for (std::size_t i = 0; i < ballFields; ++i) {
+      field[i] = std::bit_cast<float>(wordAt(bytes, offset + i * fieldSize));
+      if (std::isfinite(field[i])) continue;
+      constexpr std::array fieldNames{"intensity", "red", "green", "blue", "x", "y", "z"};
+      fatalError("%s: %s of ball %zu is %g, not a usable number", name, fieldNames[i], balls.size(),
+                 static_cast<double>(field[i]));
+    }
+    balls.push_back({field[0], {field[1], field[2], field[3]}, {field[4], field[5], field[6]}});
+  }
+  return balls;
+}
+
+void writeBallFile(const char* name, const std::vector<Ball>& balls) {
+  std::vector<std::uint8_t> bytes;
+  bytes.reserve(countSize + balls.size() * ballSize);
+  appendWord(bytes, static_cast<std::uint32_t>(balls.size()));
+  for (const auto& [intensity, colour, position] : balls) {
+    const Fields fields{intensity, colour.r, colour.g, colour.b, position.x, position.y, position.z};
+    for (const float field : fields) appendWord(bytes, std::bit_cast<std::uint32_t>(field));
+  }
+  ReplacementFile file(resolvePath(name));
+  const bool written =
+      file.stream() && std::fwrite(bytes.data(), 1, bytes.size(), file.stream()) == bytes.size();
+  if (!written || !file.commit())
+    warning("Vector balls %s cannot be written: %s", name, std::strerror(errno));
+}
+
+}  // namespace vex

@@ -1,0 +1,70 @@
+#include "scenes/scene_hell.h"
+
+#include <array>
+
+#include "timeline/scene_function.h"
+
+namespace vex {
+
+namespace {
+
+void setUpLights(SceneHell& scene) {
+  for (Light* light : scene.lights) light->flareSize = 0;
+  for (const char* name : {"part03", "part04"}) {
+    Light& spark = findLight(scene, name);
+    spark.flareSize = 10;
+    spark.flareStrength = 1;
+    setFlareTexture(spark, "data\\flare_shine");
+  }
+}
+
+void setUpMeshes(SceneHell& scene) {
+  for (Mesh* mesh : scene.meshes) {
+    mesh->setAnimParams(20, true);
+    mesh->shininess = 0;
+    mesh->shineStrength = 0;
+  }
+  findMesh(scene, "Sphere").setAnimParams(5, true);
+}
+
+void setUpSparks(SceneHell& scene) {
+  createParticleSystems(scene, 1);
+  ParticleSystem& sparks = systemAt(scene, 0);
+  // The two lights twice: they are picked twice as often as the meshes.
+  constexpr std::array shapes{"part01", "part02", "part03", "part04", "part03", "part04"};
+  addShapes(scene, sparks, shapes);
+  sparks.rate = 100;
+  sparks.maxCount = 200;
+  sparks.velocitySpread = 20;
+  sparks.velocity.set(-30, -10, -30);
+  sparks.life = 2;
+  sparks.gravity.set(0, -30, 0);
+  sparks.parent = scene.find("Sprayer01");
+  sparks.maxAlpha = 2;
+}
+
+void setUp(SceneHell& scene) {
+  setAnimParams(scene.viewers, 20, false);
+  setUpMeshes(scene);
+  scene.setBox("data\\helltop", "data\\hellbottom", "data\\hellnorth", "data\\hellwest", "data\\hellsouth",
+               "data\\helleast");
+  setUpLights(scene);
+  setUpSparks(scene);
+}
+
+void animate(Scene* scene, float t, const void* const* arguments) {
+  chooseViewer(*scene, numberArgument(arguments, 0));
+  findMesh(*scene, "Lava").wobbleTexture(1.5f, 0.12f, t);
+  scene->render(t);
+}
+
+constexpr std::array functionTable{
+    FunctionRow{"animate", animate, "Draws the scene.", cameraParameters, FunctionRole::draws, closedGround},
+};
+
+}  // namespace
+
+constinit const ModelScene<SceneHell> sceneHell{
+    .name = "SceneHell", .model = "data\\hell", .functions = functionTable, .setUp = setUp};
+
+}  // namespace vex

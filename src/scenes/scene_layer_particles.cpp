@@ -1,0 +1,75 @@
+#include "scenes/scene_layer_particles.h"
+
+#include <array>
+
+#include "timeline/scene_function.h"
+
+namespace vex {
+
+namespace {
+
+void setUp(SceneLayerParticles& scene) {
+  Light& flare = lightAt(scene, 0);
+  flare.intensity = 0;
+  flare.flareStrength = 1;
+  flare.flareSize = 5;
+  flare.glow = false;
+  setFlareTexture(flare, "data\\flare_shine");
+  viewerAt(scene, 0).position.set(0, 0, 30);
+
+  createParticleSystems(scene, 1);
+  ParticleSystem& field = systemAt(scene, 0);
+  field.addShape(scene.find("omni01"));
+  field.rate = 0;
+  field.maxCount = 0;
+  field.velocitySpread = 0;
+  field.positionSpread = 0;
+  field.velocity.set(0, 0, 0);
+  field.life = 1;  // second: the rate is then also the number of particles
+  field.gravity.set(0, 0, 0);
+  field.maxAlpha = 2;
+}
+
+void animate(Scene* scene, float t, const void* const* arguments) {
+  fadeLayer(*scene, numberArgument(arguments, 0));
+  ParticleSystem& field = systemAt(*scene, 0);
+  field.rate = numberArgument(arguments, 1);
+  field.maxCount = truncateNumber(field.rate);
+  field.velocitySpread = numberArgument(arguments, 2);
+  field.velocity.set(numberArgument(arguments, 3), numberArgument(arguments, 4),
+                     numberArgument(arguments, 5));
+  field.positionSpread = numberArgument(arguments, 6);
+  scene->render(t);
+}
+
+void loadFlare(Scene* scene, float, const void* const* arguments) {
+  setFlareTexture(lightAt(*scene, 0), textArgument(arguments, 0));
+}
+
+using enum ArgumentKind;
+
+constexpr std::array animateParameters{layerAlphaParameter,
+                                       FunctionParameter{"particle count", number, 0, 300},
+                                       FunctionParameter{"velocity spread", number, 0, 200},
+                                       FunctionParameter{"velocity x", number, -200, 200},
+                                       FunctionParameter{"velocity y", number, -200, 200},
+                                       FunctionParameter{"velocity z", number, -200, 200},
+                                       FunctionParameter{"position spread", number, 0, 200}};
+constexpr std::array loadFlareParameters{FunctionParameter{"texture", textureName}};
+
+constexpr std::array functionTable{
+    FunctionRow{"animate", animate,
+                "Draws the layer: particles that live for about a second, with velocities in units a second.",
+                animateParameters},
+    FunctionRow{"loadFlare", loadFlare, "Gives the particles their picture.", loadFlareParameters,
+                FunctionRole::sets},
+};
+
+}  // namespace
+
+constinit const ModelScene<SceneLayerParticles> sceneLayerParticles{.name = "SceneLayerParticles",
+                                                                    .model = "data\\layer_particles",
+                                                                    .functions = functionTable,
+                                                                    .setUp = setUp};
+
+}  // namespace vex
