@@ -280,8 +280,7 @@ TEST(Vexproject, CheckNamesThePartsOfProjectFiles) {
       {bytes,
        " part \"b%22\" (2): length is inf, not a usable number\n"
        " part \"b%22\" (2): red of SceneTest.animate: dot x 0 follows 0, the dots must ascend\n"
-       " part \"b%22\" (2): unknown scene \"SceneTest\"; hint: " +
-           knownScenes() + "\n"},
+       " part \"b%22\" (2): unknown scene \"SceneTest\"; hint: did you mean SceneHell?\n"},
       {bytes.substr(0, 30), " char != 1 byte (0 read)\n"},
       {"\r0.18\n", " Wrong file version. Must be 0.17\n"},
   });
