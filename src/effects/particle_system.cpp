@@ -15,6 +15,8 @@ namespace vex {
 
 namespace {
 
+constexpr int maxParticles = 1'000'000;  // alive in one system; a count in a project may be anything
+
 Vector randomVector(float range) {
   const float z = randomSymmetric(range);
   const float y = randomSymmetric(range);
@@ -65,7 +67,11 @@ void ParticleSystem::expire(float now) {
 }
 
 Particle& ParticleSystem::takeRecord() {
-  if (freeRecords.empty()) return particles.emplace_back();
+  if (freeRecords.empty()) {
+    particles.emplace_back();
+    freeRecords.reserve(particles.capacity());  // so that dying never allocates
+    return particles.back();
+  }
   std::pop_heap(freeRecords.begin(), freeRecords.end(), std::greater());
   Particle& particle = particles[freeRecords.back()];
   freeRecords.pop_back();
@@ -76,6 +82,9 @@ void ParticleSystem::emit(int n, float now) {
   if (shapeCount <= 0) fatalError("cannot generate particles w/o shapes!");
   if (n > maxCount - aliveCount) n = maxCount - aliveCount;
   if (n <= 0) return;
+  if (n > maxParticles - aliveCount) {
+    fatalError("ParticleSystem %s: %d particles alive (%d allowed)!", name, aliveCount + n, maxParticles);
+  }
 
   Vector startVelocity = velocity;
   Vector start = offset;

@@ -58,7 +58,7 @@ struct ParticleSystem : Object3D {
   void update(float now, float dt);
 
   // Up to n new particles, as far as maxCount allows; the others are dropped. Each takes the first record
-  // that is not alive. Fatal: "cannot generate particles w/o shapes!".
+  // that is not alive. Fatal: "cannot generate particles w/o shapes!", more than 1000000 particles alive.
   void emit(int n, float now);
 
   void expire(float now);  // of every particle whose deathTime has come

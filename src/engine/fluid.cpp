@@ -105,6 +105,7 @@ void convertToFluid(Mesh& mesh, int nx, int nz) {
   mesh.vertices.clear();
   for (std::vector<float>* array : {&mesh.positions, &mesh.normals, &mesh.uvs}) array->clear();
   mesh.indices.clear();
+  mesh.stripped = false;
   for (int j = 0; j <= nz; ++j) {
     for (int i = 0; i <= nx; ++i) {
       Vertex& vertex = mesh.vertices.emplace_back();

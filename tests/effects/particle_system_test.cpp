@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <vector>
 
 #include "effects/light.h"
@@ -327,6 +328,20 @@ TEST(ParticleSystem, RefusesTooManyShapesAndNone) {
   EXPECT_EQ(fatalText([&] { system.update(0.0f, 0.02f); }), "cannot generate particles w/o shapes!");
   for (int i = 0; i < 8; ++i) system.addShape(&light);
   EXPECT_EQ(fatalText([&] { system.addShape(&light); }), "no more than 8 shapes allowed!");
+}
+
+TEST(ParticleSystem, RefusesCountsBeyondReason) {
+  Light light;
+  ParticleSystem system;
+  std::snprintf(system.name, objectNameSize, "rain");
+  system.addShape(&light);
+  system.maxCount = 2'000'000'000;
+  system.emit(2, 0.0f);
+  EXPECT_EQ(fatalText([&] { system.emit(999'999, 0.0f); }),
+            "ParticleSystem rain: 1000001 particles alive (1000000 allowed)!");
+  system.rate = 1e30f;
+  EXPECT_EQ(fatalText([&] { system.update(0.0f, 1.0f); }),
+            "ParticleSystem rain: 2000000000 particles alive (1000000 allowed)!");
 }
 
 TEST(ParticleSystem, ComesInArraysThatEndInNull) {
