@@ -13,10 +13,10 @@ namespace vex {
 
 namespace {
 
-constexpr int strands = 28;
-constexpr int knots = 9;    // of each strand
-constexpr int pieces = 40;  // along it
-constexpr int sides = 5;
+constexpr int strands = 40;
+constexpr int knots = 7;    // of each strand
+constexpr int pieces = 44;  // along it
+constexpr int sides = 4;
 
 float chance(int strand, int what) {
   return hashUnit(strand, what, 41);
@@ -33,10 +33,14 @@ std::vector<Vector> strandPath(int strand) {
                         gradientNoise(Vector(t * 3.1f, static_cast<float>(strand), 7.5f), 0, 52),
                         gradientNoise(Vector(t * 3.1f, static_cast<float>(strand), 3.5f), 0, 53));
     const float radius = 120 + 130 * chance(strand, 4);
-    Vector p(radius * std::cos(turn), radius * (rise * 0.5f + lean * (t - 0.5f)), radius * std::sin(turn));
-    p += wander * 90;
-    if (const float away = p.length(); away < 112) p *= 112 / away;
-    path.push_back(p);
+    path.emplace_back(radius * std::cos(turn), radius * (rise * 0.5f + lean * (t - 0.5f)),
+                      radius * std::sin(turn));
+    path.back() += wander * 80;
+  }
+  // Softly, so that no bend is sharp.
+  for (Vector& p : path) {
+    const float away = p.length();
+    p *= (away + 70 * std::exp(-away / 80)) / away;
   }
   return smoothPath(path, pieces);
 }
@@ -46,15 +50,15 @@ Canvas strandPicture(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side / 2, side, [](float u, float v) {
     const float pulse = 0.5f + 0.5f * fractal(std::cos(u * 2 * pi) * 0.4f, v * 9, 0, 3, 0.55f, 61);
-    const float ends = smoothStep(0.02f, 0.3f, v) * smoothStep(0.98f, 0.7f, v);
-    return gradient(boneRamp, ends * (0.18f + 0.72f * pulse * pulse));
+    const float ends = smoothStep(0.01f, 0.2f, v) * smoothStep(0.99f, 0.8f, v);
+    return gradient(boneRamp, ends * (0.3f + 0.7f * pulse * pulse));
   });
 }
 
 Model layerWide(const Settings& settings) {
   Surface all;
   for (int strand = 0; strand < strands; ++strand) {
-    const float thick = 0.5f + 1.7f * chance(strand, 5) * chance(strand, 6);
+    const float thick = 0.35f + 1.5f * chance(strand, 5) * chance(strand, 6) * chance(strand, 7);
     append(all, tube(
                     strandPath(strand), sides,
                     [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }, TubeEnd::point));
@@ -64,8 +68,8 @@ Model layerWide(const Settings& settings) {
   stage.materials = {{.name = "strand",
                       .texture = "layer_wide",
                       .twoSided = true,
-                      .diffuse = {0.55f, 0.55f, 0.55f},
-                      .ambient = {0.35f, 0.35f, 0.35f}}};
+                      .diffuse = {0.5f, 0.5f, 0.5f},
+                      .ambient = {0.75f, 0.75f, 0.75f}}};
   stage.meshes = {{.name = "strands", .surface = all, .material = "strand"}};
   stage.lights = {{.name = "omni01", .position = Vector(0, 0, 0)}};
   stage.cameras = {{.name = "camera01",
