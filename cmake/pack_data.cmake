@@ -1,0 +1,25 @@
+# Packs the generator's folder DATA into the archive PAK: models in their compiled form only, so that a show starts at
+# once. STAGE is a folder for what goes in, VEXMODEL and VEXPAK are the programs.
+file(GLOB TEXTS ${DATA}/data/*.ase)
+foreach(text ${TEXTS})
+  string(REGEX REPLACE "ase$" "hv3" compiled ${text})
+  if(NOT EXISTS ${compiled} OR ${text} IS_NEWER_THAN ${compiled})
+    execute_process(COMMAND ${VEXMODEL} compile ${text} COMMAND_ERROR_IS_FATAL ANY)
+  endif()
+endforeach()
+
+file(REMOVE_RECURSE ${STAGE})
+file(GLOB_RECURSE FILES RELATIVE ${DATA} ${DATA}/*)
+foreach(name ${FILES})
+  string(REGEX REPLACE "hv3$" "ase" text ${name})
+  if(name MATCHES "(^|/)\\." OR name MATCHES "\\.ase$")
+    continue()
+  elseif(name MATCHES "\\.hv3$" AND NOT EXISTS ${DATA}/${text})
+    file(REMOVE ${DATA}/${name})  # of a model that is made no more
+  else()
+    get_filename_component(folder ${STAGE}/${name} DIRECTORY)
+    file(MAKE_DIRECTORY ${folder})
+    file(CREATE_LINK ${DATA}/${name} ${STAGE}/${name} COPY_ON_ERROR)
+  endif()
+endforeach()
+execute_process(COMMAND ${VEXPAK} create ${PAK} ${STAGE} COMMAND_ERROR_IS_FATAL ANY)
