@@ -127,13 +127,12 @@ void loadWithAssimp(benchmark::State& state) {
 }
 BENCHMARK(loadWithAssimp);
 
-const bool addedAssimp = addFigure({.name = "ase_load_vs_assimp",
-                                    .unit = "ratio",
-                                    .peer = "libassimp reading the same file without post-processing",
-                                    .limit = 1.0,
-                                    .value = [](const Measurements& m) {
-                                      return m.cpu("loadModelText") / m.cpu("loadWithAssimp");
-                                    }});
+const bool addedAssimp = addFigure(
+    {.name = "ase_load_vs_assimp",
+     .unit = "ratio",
+     .peer = "libassimp reading the same file without post-processing",
+     .limit = 1.0,
+     .value = [](const Measurements& m) { return m.cpu("loadModelText") / m.cpu("loadWithAssimp"); }});
 #endif
 
 }  // namespace

@@ -31,9 +31,9 @@ constexpr std::size_t tolerated = 4096;
 // All counts of a model together must fit into its file, so that they cannot ask for any amount of memory.
 int scanCount(const char* what) {
   const int count = scanInt();
-  const std::size_t size = readingText() ? reader.text.size() : stream.bytes.size();
-  if (count >= 0) model.claimed += at(count);
-  if (count < 0 || model.claimed > size / smallestEntry + tolerated) {
+  const std::size_t size = readingText() ? modelReader.text.size() : modelStream.bytes.size();
+  if (count >= 0) modelState.claimed += at(count);
+  if (count < 0 || modelState.claimed > size / smallestEntry + tolerated) {
     refuseModel("%d %s can't be in this file", count, what);
   }
   return count;
@@ -57,13 +57,13 @@ void checkIndex(const char* what, int index, int count) {
 
 // A mesh with fewer texture vertices than vertices has no place for the last ones.
 void setVertex(int index, const Vector& position) {
-  model.vertices[at(index)].position = position;
+  modelState.vertices[at(index)].position = position;
   std::vector<Vertex>& vertices = currentMesh()->vertices;
   if (at(index) < vertices.size()) vertices[at(index)].position = position;
 }
 
 void setFace(int index, const Corners& corners) {
-  model.faces[at(index)] = corners;
+  modelState.faces[at(index)] = corners;
   std::vector<Face>& faces = currentMesh()->faces;
   if (at(index) >= faces.size()) return;
   for (std::size_t i = 0; i < 3; ++i) faces[at(index)].v[i] = static_cast<std::uint32_t>(corners[i]);
@@ -80,15 +80,15 @@ void setTexCoord(int index, float u, float v) {
 void setTextureFace(int index, const Corners& corners) {
   Mesh& mesh = *currentMesh();
   if (at(index) >= mesh.faces.size()) return;
-  if (model.geometricNormals) {
+  if (modelState.geometricNormals) {
     for (Vertex& vertex : mesh.vertices) vertex.normal = {};
-    model.geometricNormals = false;
+    modelState.geometricNormals = false;
   }
   for (std::size_t i = 0; i < 3; ++i) {
     mesh.faces[at(index)].v[i] = static_cast<std::uint32_t>(corners[i]);
-    const std::size_t geometric = at(model.faces[at(index)][i]);
-    if (at(corners[i]) >= mesh.vertices.size() || geometric >= model.vertices.size()) continue;
-    const TemporaryVertex& source = model.vertices[geometric];
+    const std::size_t geometric = at(modelState.faces[at(index)][i]);
+    if (at(corners[i]) >= mesh.vertices.size() || geometric >= modelState.vertices.size()) continue;
+    const TemporaryVertex& source = modelState.vertices[geometric];
     Vertex& vertex = mesh.vertices[at(corners[i])];
     vertex.position = source.position;
     vertex.normal = source.normal;
@@ -112,13 +112,14 @@ Vector cornerNormal(const Vector& a, const Vector& b) {
 
 // Every corner adds the unit normal of its face. Each takes the two edges that meet there.
 void computeNormals() {
-  for (TemporaryVertex& vertex : model.vertices) vertex.normal = {0.0f, 0.0f, 0.0f};
-  for (const Corners& face : model.faces) {
+  for (TemporaryVertex& vertex : modelState.vertices) vertex.normal = {0.0f, 0.0f, 0.0f};
+  for (const Corners& face : modelState.faces) {
     // The number of vertices may have changed since the face was given.
-    if (std::any_of(face.begin(), face.end(), [](int v) { return at(v) >= model.vertices.size(); })) continue;
-    TemporaryVertex& a = model.vertices[at(face[0])];
-    TemporaryVertex& b = model.vertices[at(face[1])];
-    TemporaryVertex& c = model.vertices[at(face[2])];
+    if (std::any_of(face.begin(), face.end(), [](int v) { return at(v) >= modelState.vertices.size(); }))
+      continue;
+    TemporaryVertex& a = modelState.vertices[at(face[0])];
+    TemporaryVertex& b = modelState.vertices[at(face[1])];
+    TemporaryVertex& c = modelState.vertices[at(face[2])];
     const Vector e1 = b.position - a.position;
     const Vector e2 = c.position - b.position;
     const Vector e3 = a.position - c.position;
@@ -127,18 +128,18 @@ void computeNormals() {
     c.normal -= cornerNormal(e3, e2);
   }
   std::vector<Vertex>& vertices = currentMesh()->vertices;
-  for (std::size_t i = 0; i < model.vertices.size(); ++i) {
-    model.vertices[i].normal.normalize();
-    if (i < vertices.size()) vertices[i].normal = model.vertices[i].normal;
+  for (std::size_t i = 0; i < modelState.vertices.size(); ++i) {
+    modelState.vertices[i].normal.normalize();
+    if (i < vertices.size()) vertices[i].normal = modelState.vertices[i].normal;
   }
-  model.geometricNormals = true;
+  modelState.geometricNormals = true;
 }
 
 // The list of a compiled model, `size` entries of `bytes` bytes each. False: passed over.
 bool enterCompiledList(int size, std::size_t bytes) {
   expectBytes(at(size) * bytes + 1);
   if (filling() && inMesh()) return true;
-  stream.position += at(size) * bytes + 1;
+  modelStream.position += at(size) * bytes + 1;
   return false;
 }
 
@@ -164,8 +165,8 @@ void handleMeshNumVertex() {
   writeLine(0x42, count);
   if (!inMesh()) return;
   currentCounts()->vertices = currentCounts()->texCoords = count;
-  model.geometricVertices = count;
-  if (filling()) model.vertices.assign(at(count), {});
+  modelState.geometricVertices = count;
+  if (filling()) modelState.vertices.assign(at(count), {});
 }
 
 void handleMeshNumFaces() {
@@ -174,17 +175,17 @@ void handleMeshNumFaces() {
   writeLine(0x43, count);
   if (inMesh()) currentCounts()->faces = count;
   // A skipped animation must leave nothing behind.
-  if (filling() && !inContext(ModelContext::meshAnimation)) model.faces.assign(at(faceCount()), {});
+  if (filling() && !inContext(ModelContext::meshAnimation)) modelState.faces.assign(at(faceCount()), {});
 }
 
 void handleMeshVertexList() {
   trace("vertex list\n");
-  beginList(0x44, model.geometricVertices);
+  beginList(0x44, modelState.geometricVertices);
   if (filling() && inMesh()) bakeScale();
   if (readingText()) {
     processBlock(BlockEnd::left);
-  } else if (enterCompiledList(model.geometricVertices, 12)) {
-    for (int i = 0; i < model.geometricVertices; ++i) {
+  } else if (enterCompiledList(modelState.geometricVertices, 12)) {
+    for (int i = 0; i < modelState.geometricVertices; ++i) {
       const float x = readFloat();
       const float y = readFloat();
       setVertex(i, {x, y, readFloat()});
@@ -197,13 +198,13 @@ void handleMeshVertexList() {
 
 void handleMeshVertex() {
   if (!readingText()) fatalError("MESH_VERTEX not allowed in HV3 files!");
-  if (!filling() && !stream.writing && !traceModels) return;
+  if (!filling() && !modelStream.writing && !traceModels) return;
   scanIndexed(3);
-  const int index = reader.current.integer;
-  const float(&v)[4] = reader.current.vector;
+  const int index = modelReader.current.integer;
+  const float(&v)[4] = modelReader.current.vector;
   const Vector position(v[0], v[2], -v[1]);
   trace("vert %ld: %.2f %.2f %.2f\n", static_cast<long>(index), position.x, position.y, position.z);
-  if (inMesh()) checkIndex("vertex", index, model.geometricVertices);
+  if (inMesh()) checkIndex("vertex", index, modelState.geometricVertices);
   if (recordEntry(0x44, index)) {
     writeFloat(position.x);
     writeFloat(position.y);
@@ -221,7 +222,7 @@ void handleMeshFaceList() {
   } else if (enterCompiledList(size, 12)) {
     for (int i = 0; i < size; ++i) {
       const Corners corners = readCorners();
-      for (const int corner : corners) checkIndex("vertex", corner, model.geometricVertices);
+      for (const int corner : corners) checkIndex("vertex", corner, modelState.geometricVertices);
       setFace(i, corners);
     }
     readByte();
@@ -233,14 +234,14 @@ void handleMeshFaceList() {
 
 void handleMeshFace() {
   if (!readingText()) fatalError("MESH_FACE not allowed in HV3 files!");
-  if (!filling() && !stream.writing && !traceModels) return;
+  if (!filling() && !modelStream.writing && !traceModels) return;
   scanFace();
-  const int index = reader.current.integer;
-  const Corners corners = std::to_array(reader.current.triple);
+  const int index = modelReader.current.integer;
+  const Corners corners = std::to_array(modelReader.current.triple);
   trace("face %ld: %d %d %d\n", static_cast<long>(index), corners[0], corners[1], corners[2]);
   if (inMesh()) {
     checkIndex("face", index, faceCount());
-    for (const int corner : corners) checkIndex("vertex", corner, model.geometricVertices);
+    for (const int corner : corners) checkIndex("vertex", corner, modelState.geometricVertices);
   }
   if (recordEntry(0x46, index)) {
     for (const int corner : corners) writeInt(corner);
@@ -274,11 +275,11 @@ void handleMeshTVertList() {
 
 void handleMeshTVert() {
   if (!readingText()) fatalError("MESH_TVERT not allowed in HV3 files!");
-  if (!filling() && !stream.writing && !traceModels) return;
+  if (!filling() && !modelStream.writing && !traceModels) return;
   scanIndexed(2);
-  const int index = reader.current.integer;
-  const float u = reader.current.vector[0];
-  const float v = reader.current.vector[1];
+  const int index = modelReader.current.integer;
+  const float u = modelReader.current.vector[0];
+  const float v = modelReader.current.vector[1];
   trace("mapped vert %.2f %.2f\n", u, v);
   if (inMesh()) checkIndex("texture vertex", index, texCoordCount());
   if (recordEntry(0x49, index)) {
@@ -308,10 +309,10 @@ void handleMeshTFaceList() {
 
 void handleMeshTFace() {
   if (!readingText()) fatalError("MESH_TFACE not allowed in HV3 files!");
-  if (!filling() && !stream.writing && !traceModels) return;
+  if (!filling() && !modelStream.writing && !traceModels) return;
   scanTextureFace();
-  const int index = reader.current.integer;
-  const Corners corners = std::to_array(reader.current.triple);
+  const int index = modelReader.current.integer;
+  const Corners corners = std::to_array(modelReader.current.triple);
   trace("mapping face to %d %d %d\n", corners[0], corners[1], corners[2]);
   if (inMesh()) {
     checkIndex("texture face", index, faceCount());
@@ -334,9 +335,9 @@ void handleMeshAnimation() {
   trace("mesh animation (skipped)\n");
   if (!inContext(ModelContext::mesh)) giveUpRecording("a mesh animation stands outside its object");
   suspendRecording();
-  model.context = ModelContext::meshAnimation;
+  modelState.context = ModelContext::meshAnimation;
   processBlock(BlockEnd::left);
-  model.context = ModelContext::mesh;
+  modelState.context = ModelContext::mesh;
   resumeRecording();
   trace("mesh animation end\n");
 }

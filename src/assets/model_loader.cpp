@@ -12,37 +12,41 @@
 namespace vex {
 
 Mesh* currentMesh() {
-  return filling() && model.meshIndex >= 0 ? model.scene->meshes[model.meshIndex] : nullptr;
+  return filling() && modelState.meshIndex >= 0 ? modelState.scene->meshes[modelState.meshIndex] : nullptr;
 }
 
 Light* currentLight() {
-  return filling() && model.lightIndex >= 0 ? model.scene->lights[model.lightIndex] : nullptr;
+  return filling() && modelState.lightIndex >= 0 ? modelState.scene->lights[modelState.lightIndex] : nullptr;
 }
 
 Viewer* currentViewer() {
-  return filling() && model.cameraIndex >= 0 ? model.scene->viewers[model.cameraIndex] : nullptr;
+  return filling() && modelState.cameraIndex >= 0 ? modelState.scene->viewers[modelState.cameraIndex]
+                                                  : nullptr;
 }
 
 ModelMaterial* currentMaterial() {
-  return model.materialIndex < 0 ? nullptr : &model.materials[static_cast<std::size_t>(model.materialIndex)];
+  return modelState.materialIndex < 0
+             ? nullptr
+             : &modelState.materials[static_cast<std::size_t>(modelState.materialIndex)];
 }
 
 MeshCounts* currentCounts() {
-  return model.meshIndex < 0 ? nullptr : &model.meshCounts[static_cast<std::size_t>(model.meshIndex)];
+  return modelState.meshIndex < 0 ? nullptr
+                                  : &modelState.meshCounts[static_cast<std::size_t>(modelState.meshIndex)];
 }
 
 namespace {
 
 void walk(int pass) {
-  model.pass = pass;
-  model.meshIndex = model.lightIndex = model.cameraIndex = model.materialIndex = -1;
-  model.context = ModelContext::none;
-  model.inAnimation = false;
-  model.maxFrame = 0;
-  model.cameraName[0] = model.targetName[0] = '\0';
-  model.geometricVertices = 0;
-  model.claimed = 0;
-  model.scratchTrack.type = TrackType::none;
+  modelState.pass = pass;
+  modelState.meshIndex = modelState.lightIndex = modelState.cameraIndex = modelState.materialIndex = -1;
+  modelState.context = ModelContext::none;
+  modelState.inAnimation = false;
+  modelState.maxFrame = 0;
+  modelState.cameraName[0] = modelState.targetName[0] = '\0';
+  modelState.geometricVertices = 0;
+  modelState.claimed = 0;
+  modelState.scratchTrack.type = TrackType::none;
   rewindModel();
   while (!modelEnded()) processItem();
   if (readingText()) writeLine(endOfStream);
@@ -55,11 +59,11 @@ void createObjects(Array& array, int count) {
 }
 
 void createScene(Scene& scene) {
-  createObjects<decltype(scene.meshes), Mesh>(scene.meshes, model.meshIndex + 1);
-  createObjects<decltype(scene.lights), Light>(scene.lights, model.lightIndex + 1);
-  createObjects<decltype(scene.viewers), Viewer>(scene.viewers, model.cameraIndex + 1);
-  for (int i = 0; i <= model.meshIndex; ++i) {
-    const MeshCounts& counts = model.meshCounts[static_cast<std::size_t>(i)];
+  createObjects<decltype(scene.meshes), Mesh>(scene.meshes, modelState.meshIndex + 1);
+  createObjects<decltype(scene.lights), Light>(scene.lights, modelState.lightIndex + 1);
+  createObjects<decltype(scene.viewers), Viewer>(scene.viewers, modelState.cameraIndex + 1);
+  for (int i = 0; i <= modelState.meshIndex; ++i) {
+    const MeshCounts& counts = modelState.meshCounts[static_cast<std::size_t>(i)];
     scene.meshes[i]->faces.resize(static_cast<std::size_t>(counts.faces));
     scene.meshes[i]->vertices.resize(static_cast<std::size_t>(counts.vertices));
   }
@@ -71,7 +75,7 @@ void checkFaces(const Scene& scene) {
     for (std::size_t i = 0; i < mesh->faces.size(); ++i) {
       for (const std::uint32_t vertex : mesh->faces[i].v) {
         if (vertex < mesh->vertices.size()) continue;
-        fatalError("%s: face %zu of mesh %s uses vertex %u, there are %zu", reader.fileName.c_str(), i,
+        fatalError("%s: face %zu of mesh %s uses vertex %u, there are %zu", modelReader.fileName.c_str(), i,
                    mesh->name, vertex, mesh->vertices.size());
       }
     }
@@ -80,14 +84,15 @@ void checkFaces(const Scene& scene) {
 
 void traceSummary([[maybe_unused]] const Scene& scene) {
   if constexpr (traceModels) {
-    trace("%d meshes found\n%d lights found\n%d materials found\n%d cameras found\n", model.meshIndex + 1,
-          model.lightIndex + 1, model.materialIndex + 1, model.cameraIndex + 1);
-    for (int i = 0; i <= model.meshIndex; ++i) {
+    trace("%d meshes found\n%d lights found\n%d materials found\n%d cameras found\n",
+          modelState.meshIndex + 1, modelState.lightIndex + 1, modelState.materialIndex + 1,
+          modelState.cameraIndex + 1);
+    for (int i = 0; i <= modelState.meshIndex; ++i) {
       trace("mesh %d: %zu faces %zu verts\n", i, scene.meshes[i]->faces.size(),
             scene.meshes[i]->vertices.size());
     }
-    for (int i = 0; i <= model.materialIndex; ++i) {
-      const ModelMaterial& material = model.materials[static_cast<std::size_t>(i)];
+    for (int i = 0; i <= modelState.materialIndex; ++i) {
+      const ModelMaterial& material = modelState.materials[static_cast<std::size_t>(i)];
       trace("material %d: R%.2f G%.2f B%.2f opacity %.2f shininess %.2f texture %d\n", i, material.diffuse[0],
             material.diffuse[1], material.diffuse[2], material.opacity, material.shininess, material.texture);
     }
@@ -99,22 +104,22 @@ void traceSummary([[maybe_unused]] const Scene& scene) {
 void readModel(const ModelSource& source, Scene* scene) {
   beginTrace();
   prepareSource(source);
-  model.scene = scene;
-  model.framesPerSecond = 30;
-  model.ticksPerFrame = 160;
-  model.meshCounts.fill({});
+  modelState.scene = scene;
+  modelState.framesPerSecond = 30;
+  modelState.ticksPerFrame = 160;
+  modelState.meshCounts.fill({});
   walk(1);
-  if (readingText() && !reader.keywordFound) {
-    fatalError("%s isn't a model: no line begins with a keyword", reader.fileName.c_str());
+  if (readingText() && !modelReader.keywordFound) {
+    fatalError("%s isn't a model: no line begins with a keyword", modelReader.fileName.c_str());
   }
-  model.materialCount = model.materialIndex + 1;
+  modelState.materialCount = modelState.materialIndex + 1;
   saveStream(source);
   createScene(*scene);
   walk(2);
   checkFaces(*scene);
   traceSummary(*scene);
-  model.vertices = {};
-  model.faces = {};
+  modelState.vertices = {};
+  modelState.faces = {};
   releaseSource();
 }
 

@@ -39,19 +39,19 @@ const KeywordEntry* keywordOfLine(std::string_view line) {
   const auto end = std::find_if(line.begin(), line.end(), isBlank);
   values = line.data() + (end - line.begin());
   lastKeyword = {line.substr(0, static_cast<std::size_t>(end - line.begin())), keyword};
-  reader.keywordFound = true;
+  modelReader.keywordFound = true;
   return keyword;
 }
 
 const char* lineEnd() {
-  const std::string_view line = reader.text.line();
+  const std::string_view line = modelReader.text.line();
   return line.data() + line.size();
 }
 
 // Behind the first word.
 const char* firstValue() {
   if (!values) {
-    const std::string_view line = reader.text.line();
+    const std::string_view line = modelReader.text.line();
     values = std::find_if(line.begin(), line.end(), isBlank);
   }
   return values;
@@ -73,88 +73,89 @@ void refuseModel(const char* format, ...) {
   va_start(arguments, format);
   std::vsnprintf(text, sizeof text, format, arguments);
   va_end(arguments);
-  if (readingText()) fatalError("%s:%d: %s", reader.fileName.c_str(), reader.text.lineNumber(), text);
-  fatalError("%s at 0x%zX: %s", reader.fileName.c_str(), stream.position, text);
+  if (readingText())
+    fatalError("%s:%d: %s", modelReader.fileName.c_str(), modelReader.text.lineNumber(), text);
+  fatalError("%s at 0x%zX: %s", modelReader.fileName.c_str(), modelStream.position, text);
 }
 
 void rewindModel() {
-  reader.text.rewind();
-  stream.position = 0;
-  reader.current = {};
-  reader.code = 0;
-  reader.blockDepth = 0;
+  modelReader.text.rewind();
+  modelStream.position = 0;
+  modelReader.current = {};
+  modelReader.code = 0;
+  modelReader.blockDepth = 0;
   lastKeyword = {};
   values = nullptr;
 }
 
 bool modelEnded() {
-  return readingText() ? reader.text.atEnd() : reader.code == endOfStream;
+  return readingText() ? modelReader.text.atEnd() : modelReader.code == endOfStream;
 }
 
 int nextLine() {
   if (readingText()) {
     values = nullptr;
-    if (reader.text.atEnd()) {
-      reader.text.clearLine();
+    if (modelReader.text.atEnd()) {
+      modelReader.text.clearLine();
       return -1;
     }
-    return reader.text.next() ? 0 : -1;
+    return modelReader.text.next() ? 0 : -1;
   }
-  if (stream.position == stream.bytes.size()) {
-    reader.code = endOfStream;
+  if (modelStream.position == modelStream.bytes.size()) {
+    modelReader.code = endOfStream;
     return -1;
   }
   readCommand();
-  return reader.code == endOfStream ? -1 : 0;
+  return modelReader.code == endOfStream ? -1 : 0;
 }
 
 void processItem() {
   if (nextLine() != 0) return;
   const KeywordEntry* keyword =
-      readingText() ? keywordOfLine(reader.text.line()) : keywordOfCode(reader.code);
+      readingText() ? keywordOfLine(modelReader.text.line()) : keywordOfCode(modelReader.code);
   if (keyword) keyword->handle();
 }
 
 void processBlock(BlockEnd end) {
-  if (++reader.blockDepth > maxOpenBlocks) refuseModel("more than %d blocks are open", maxOpenBlocks);
+  if (++modelReader.blockDepth > maxOpenBlocks) refuseModel("more than %d blocks are open", maxOpenBlocks);
   if (readingText()) {
     while (!modelEnded()) {
       processItem();
-      if (!reader.text.beginsWith('}')) continue;
-      reader.text.clearLine();
+      if (!modelReader.text.beginsWith('}')) continue;
+      modelReader.text.clearLine();
       break;
     }
   } else {
     do {
       processItem();
-    } while (reader.code != endOfBlock && !modelEnded());
-    if (reader.code == endOfBlock) reader.code = 0;
+    } while (modelReader.code != endOfBlock && !modelEnded());
+    if (modelReader.code == endOfBlock) modelReader.code = 0;
   }
-  --reader.blockDepth;
+  --modelReader.blockDepth;
   if (end == BlockEnd::recorded) writeLine(endOfBlock);
 }
 
 int countBlockEntries() {
   int count = 0;
   if (readingText()) {
-    const LineReader::Place place = reader.text.place();
-    while (!reader.text.atEnd()) {
-      if (!reader.text.next()) continue;
-      if (reader.text.beginsWith('}')) break;
+    const LineReader::Place place = modelReader.text.place();
+    while (!modelReader.text.atEnd()) {
+      if (!modelReader.text.next()) continue;
+      if (modelReader.text.beginsWith('}')) break;
       ++count;
     }
-    reader.text.goTo(place);
+    modelReader.text.goTo(place);
     return count;
   }
-  const std::size_t position = stream.position;
-  while (nextLine() == 0 && reader.code != endOfBlock) ++count;
-  stream.position = position;
-  reader.code = 0;
+  const std::size_t position = modelStream.position;
+  while (nextLine() == 0 && modelReader.code != endOfBlock) ++count;
+  modelStream.position = position;
+  modelReader.code = 0;
   return count;
 }
 
 int scanInt() {
-  if (!readingText()) return reader.current.integer;
+  if (!readingText()) return modelReader.current.integer;
   const char* p = firstValue();
   int value = 0;
   parseNumber(p, lineEnd(), value);
@@ -162,7 +163,7 @@ int scanInt() {
 }
 
 float scanFloat() {
-  if (!readingText()) return reader.current.number;
+  if (!readingText()) return modelReader.current.number;
   const char* p = firstValue();
   float value = 0.0f;
   parseNumber(p, lineEnd(), value);
@@ -171,7 +172,7 @@ float scanFloat() {
 
 void scanVector(float (&out)[3]) {
   if (!readingText()) {
-    std::copy_n(reader.current.vector, 3, out);
+    std::copy_n(modelReader.current.vector, 3, out);
     return;
   }
   const char* p = firstValue();
@@ -181,9 +182,9 @@ void scanVector(float (&out)[3]) {
 }
 
 const char* scanQuoted() {
-  if (!readingText()) return reader.current.text;
+  if (!readingText()) return modelReader.current.text;
   static std::string quoted;
-  const std::string_view line = reader.text.line();
+  const std::string_view line = modelReader.text.line();
   const std::size_t open = line.find('"');
   const std::size_t close = open == line.npos ? line.npos : line.find('"', open + 1);
   if (close == line.npos) refuseModel("a text in quotes is missing");
@@ -202,26 +203,26 @@ const char* scanWord() {
 
 void scanIndexed(int count) {
   const char* p = firstValue();
-  if (!parseNumber(p, lineEnd(), reader.current.integer)) return;
+  if (!parseNumber(p, lineEnd(), modelReader.current.integer)) return;
   for (int i = 0; i < count; ++i) {
-    if (!parseNumber(p, lineEnd(), reader.current.vector[i])) return;
+    if (!parseNumber(p, lineEnd(), modelReader.current.vector[i])) return;
   }
 }
 
 void scanFace() {
   const char* p = firstValue();
-  if (!parseNumber(p, lineEnd(), reader.current.integer)) return;
+  if (!parseNumber(p, lineEnd(), modelReader.current.integer)) return;
   if (p != lineEnd() && *p == ':') ++p;
   int corner = 0;
   for (const char* label : {"A:", "B:", "C:"}) {
-    if (!skipText(p, label) || !parseNumber(p, lineEnd(), reader.current.triple[corner++])) return;
+    if (!skipText(p, label) || !parseNumber(p, lineEnd(), modelReader.current.triple[corner++])) return;
   }
 }
 
 void scanTextureFace() {
   const char* p = firstValue();
-  if (!parseNumber(p, lineEnd(), reader.current.integer)) return;
-  for (int& corner : reader.current.triple) {
+  if (!parseNumber(p, lineEnd(), modelReader.current.integer)) return;
+  for (int& corner : modelReader.current.triple) {
     if (!parseNumber(p, lineEnd(), corner)) return;
   }
 }

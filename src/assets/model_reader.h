@@ -33,10 +33,10 @@ struct ModelReader {
   int blockDepth = 0;
 };
 
-inline ModelReader reader;
+inline ModelReader modelReader;
 
 inline bool readingText() {
-  return reader.format == ModelFormat::text;
+  return modelReader.format == ModelFormat::text;
 }
 
 // Ends the program with file, line (or place in the stream) and text.

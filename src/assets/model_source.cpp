@@ -101,22 +101,22 @@ void prepareText(const ModelSource& source) {
   if (bytes.starts_with("\xff\xfe") || bytes.starts_with("\xfe\xff")) {
     fatalError("%s is UTF-16 text, models are ASCII", name);
   }
-  reader.text.open(std::move(bytes));
+  modelReader.text.open(std::move(bytes));
   if (source.compiledName.empty()) return;
   trace("ase format (writing %s while reading)\n", source.compiledName.c_str());
   // Creates the temporary file only: the old compiled form stays until the new one is complete.
-  stream.writing = ReplacementFile(resolvePath(source.compiledName.c_str())).stream() != nullptr;
-  if (!stream.writing) {
+  modelStream.writing = ReplacementFile(resolvePath(source.compiledName.c_str())).stream() != nullptr;
+  if (!modelStream.writing) {
     trace("writing %s failed, maybe write protected...\n", source.compiledName.c_str());
-    stream.obstacle = source.compiledName + " can't be written";
+    modelStream.obstacle = source.compiledName + " can't be written";
   }
 }
 
 void prepareCompiled(const std::string& name) {
   trace("hv3 format\n");
-  stream.bytes.resize(openCompiled(name));
-  if (stream.bytes.empty()) fatalError("%s is empty", name.c_str());
-  zipRead(stream.bytes.data(), static_cast<std::uint32_t>(stream.bytes.size()));
+  modelStream.bytes.resize(openCompiled(name));
+  if (modelStream.bytes.empty()) fatalError("%s is empty", name.c_str());
+  zipRead(modelStream.bytes.data(), static_cast<std::uint32_t>(modelStream.bytes.size()));
   zipClose();
 }
 
@@ -136,15 +136,15 @@ ModelSource chooseSource(const std::string& base) {
 }
 
 void prepareSource(const ModelSource& source) {
-  reader.fileName = source.fileName;
-  reader.keywordFound = false;
-  stream = {};
+  modelReader.fileName = source.fileName;
+  modelReader.keywordFound = false;
+  modelStream = {};
   const std::string_view extension = extensionOf(source.fileName);
   if (sameText(extension, ".ase")) {
-    reader.format = ModelFormat::text;
+    modelReader.format = ModelFormat::text;
     prepareText(source);
   } else if (sameText(extension, ".hv3")) {
-    reader.format = ModelFormat::compiled;
+    modelReader.format = ModelFormat::compiled;
     prepareCompiled(source.fileName);
   } else {
     fatalError("unknown 3d format");
@@ -152,27 +152,27 @@ void prepareSource(const ModelSource& source) {
 }
 
 void saveStream(const ModelSource& source) {
-  if (!stream.writing) return;
-  if (stream.bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
+  if (!modelStream.writing) return;
+  if (modelStream.bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
     giveUpRecording("the compiled form is too long");
     return;
   }
-  auto length = static_cast<std::uint32_t>(stream.bytes.size());
+  auto length = static_cast<std::uint32_t>(modelStream.bytes.size());
   zipOpen(source.compiledName.c_str(), ZIP_WRITE, &length);
-  zipWrite(stream.bytes.data(), length);
+  zipWrite(modelStream.bytes.data(), length);
   zipClose();
-  stream.writing = false;
-  stream.bytes = {};
+  modelStream.writing = false;
+  modelStream.bytes = {};
 }
 
 const std::string& recordingObstacle() {
-  return stream.obstacle;
+  return modelStream.obstacle;
 }
 
 void releaseSource() {
-  reader.text.open({});
-  stream.bytes = {};
-  stream.position = 0;
+  modelReader.text.open({});
+  modelStream.bytes = {};
+  modelStream.position = 0;
 }
 
 }  // namespace vex

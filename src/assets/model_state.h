@@ -81,14 +81,14 @@ struct ModelState {
   std::vector<std::array<int, 3>> faces;
 };
 
-inline ModelState model;
+inline ModelState modelState;
 
 inline bool filling() {
-  return model.pass == 2;
+  return modelState.pass == 2;
 }
 
 inline bool inContext(ModelContext context) {
-  return model.context == context;
+  return modelState.context == context;
 }
 
 // The object being read; null in the first pass, and before the first one of its kind.

@@ -45,9 +45,9 @@ template <typename Value>
 Value takeLittleEndian() {
   expectBytes(sizeof(Value));
   std::uint32_t bits = 0;
-  std::memcpy(&bits, stream.bytes.data() + stream.position, sizeof bits);
+  std::memcpy(&bits, modelStream.bytes.data() + modelStream.position, sizeof bits);
   if constexpr (std::endian::native == std::endian::big) bits = __builtin_bswap32(bits);
-  stream.position += sizeof bits;
+  modelStream.position += sizeof bits;
   return std::bit_cast<Value>(bits);
 }
 
@@ -55,18 +55,18 @@ void appendLittleEndian(std::uint32_t bits) {
   if constexpr (std::endian::native == std::endian::big) bits = __builtin_bswap32(bits);
   char bytes[sizeof bits];
   std::memcpy(bytes, &bits, sizeof bits);
-  stream.bytes.append(bytes, sizeof bytes);
+  modelStream.bytes.append(bytes, sizeof bytes);
 }
 
 }  // namespace
 
 void writeLine(int code, ...) {
-  if (!stream.writing) return;
-  if (stream.suspended) {
+  if (!modelStream.writing) return;
+  if (modelStream.suspended) {
     if (!isGeometry(code)) giveUpRecording("a mesh animation holds lines of another kind");
     return;
   }
-  if (stream.list >= 0) {
+  if (modelStream.list >= 0) {
     giveUpRecording("a list holds lines of another kind");
     return;
   }
@@ -85,75 +85,77 @@ void writeLine(int code, ...) {
 }
 
 void writeFloat(float value) {
-  if (stream.writing) appendLittleEndian(std::bit_cast<std::uint32_t>(value));
+  if (modelStream.writing) appendLittleEndian(std::bit_cast<std::uint32_t>(value));
 }
 
 void writeInt(int value) {
-  if (stream.writing) appendLittleEndian(static_cast<std::uint32_t>(value));
+  if (modelStream.writing) appendLittleEndian(static_cast<std::uint32_t>(value));
 }
 
 void writeByte(int value) {
-  if (stream.writing) stream.bytes += static_cast<char>(value);
+  if (modelStream.writing) modelStream.bytes += static_cast<char>(value);
 }
 
 void writeString(const char* value) {
-  if (!stream.writing) return;
-  stream.bytes.append(value, strnlen(value, maxStreamText - 1));
-  stream.bytes += '\0';
+  if (!modelStream.writing) return;
+  modelStream.bytes.append(value, strnlen(value, maxStreamText - 1));
+  modelStream.bytes += '\0';
 }
 
 void beginList(int code, int size) {
   writeLine(code);
   if (!recording()) return;
-  stream.list = code;
-  stream.listEntries = 0;
-  stream.listSize = size;
+  modelStream.list = code;
+  modelStream.listEntries = 0;
+  modelStream.listSize = size;
 }
 
 bool recordEntry(int code, int index) {
   if (!recording()) return false;
-  if (stream.list != code) {
+  if (modelStream.list != code) {
     giveUpRecording("an entry stands outside its list");
-  } else if (index != stream.listEntries) {
-    giveUpRecording("entry %d of a list stands where %d belongs", index, stream.listEntries);
+  } else if (index != modelStream.listEntries) {
+    giveUpRecording("entry %d of a list stands where %d belongs", index, modelStream.listEntries);
   } else {
-    ++stream.listEntries;
+    ++modelStream.listEntries;
   }
-  return stream.writing;
+  return modelStream.writing;
 }
 
 void endList() {
   if (!recording()) return;
-  if (stream.listEntries != stream.listSize) {
-    giveUpRecording("a list has %d entries, %d were announced", stream.listEntries, stream.listSize);
+  if (modelStream.listEntries != modelStream.listSize) {
+    giveUpRecording("a list has %d entries, %d were announced", modelStream.listEntries,
+                    modelStream.listSize);
   }
-  stream.list = -1;
+  modelStream.list = -1;
   writeLine(endOfBlock);
 }
 
 void suspendRecording() {
-  stream.suspended = true;
+  modelStream.suspended = true;
 }
 
 void resumeRecording() {
-  stream.suspended = false;
+  modelStream.suspended = false;
 }
 
 void giveUpRecording(const char* format, ...) {
-  if (!stream.writing) return;
+  if (!modelStream.writing) return;
   char text[messageSize];
   std::va_list arguments;
   va_start(arguments, format);
   std::vsnprintf(text, sizeof text, format, arguments);
   va_end(arguments);
-  stream.obstacle = reader.fileName + ":" + std::to_string(reader.text.lineNumber()) + ": " + text;
-  stream.writing = false;
-  stream.bytes.clear();
-  stream.list = -1;
+  modelStream.obstacle =
+      modelReader.fileName + ":" + std::to_string(modelReader.text.lineNumber()) + ": " + text;
+  modelStream.writing = false;
+  modelStream.bytes.clear();
+  modelStream.list = -1;
 }
 
 void expectBytes(std::size_t size) {
-  const std::size_t left = stream.bytes.size() - stream.position;
+  const std::size_t left = modelStream.bytes.size() - modelStream.position;
   if (size > left) refuseModel("%zu bytes are expected, %zu are left", size, left);
 }
 
@@ -167,7 +169,7 @@ int readInt() {
 
 int readByte() {
   expectBytes(1);
-  return static_cast<unsigned char>(stream.bytes[stream.position++]);
+  return static_cast<unsigned char>(modelStream.bytes[modelStream.position++]);
 }
 
 void readString(char (&text)[256]) {
@@ -177,13 +179,13 @@ void readString(char (&text)[256]) {
 }
 
 void readCommand() {
-  reader.code = static_cast<std::uint8_t>(readByte());
-  const char* payload = payloads[reader.code];
+  modelReader.code = static_cast<std::uint8_t>(readByte());
+  const char* payload = payloads[modelReader.code];
   if (!payload) {
-    fatalError("unknown command 0x%X read at 0x%lX", reader.code,
-               static_cast<unsigned long>(stream.position));
+    fatalError("unknown command 0x%X read at 0x%lX", modelReader.code,
+               static_cast<unsigned long>(modelStream.position));
   }
-  ModelValues& current = reader.current;
+  ModelValues& current = modelReader.current;
   int ints = 0;
   int floats = 0;
   for (const char* kind = payload; *kind; ++kind) {

@@ -26,10 +26,10 @@ struct ModelStream {
   int listSize = 0;
 };
 
-inline ModelStream stream;
+inline ModelStream modelStream;
 
 inline bool recording() {
-  return stream.writing && !stream.suspended;
+  return modelStream.writing && !modelStream.suspended;
 }
 
 // Appends code and values, in the order of the table, while the stream is written. Floats come as double.
@@ -52,7 +52,7 @@ void suspendRecording();
 void resumeRecording();
 [[gnu::format(printf, 1, 2)]] void giveUpRecording(const char* format, ...);
 
-// The next command into reader.code and reader.current.
+// The next command into modelReader.code and modelReader.current.
 // Fatal: "unknown command 0x%X read at 0x%lX"; a stream that ends inside.
 void readCommand();
 

@@ -26,7 +26,7 @@ void trace(const char* format, ...) {
   std::FILE* file = openLooseFile("3ds.log", newFile ? "w" : "a");
   newFile = false;
   if (!file) return;
-  if (lineBegins) std::fprintf(file, "%*s", 3 * reader.blockDepth, "");
+  if (lineBegins) std::fprintf(file, "%*s", 3 * modelReader.blockDepth, "");
   std::va_list arguments;
   va_start(arguments, format);
   std::vfprintf(file, format, arguments);

@@ -19,13 +19,13 @@ namespace {
 enum class MeshKind { shown, helper };
 
 void readMeshObject(MeshKind kind) {
-  if (model.meshIndex + 1 == maxMeshes) refuseModel("more than %d meshes", maxMeshes);
-  ++model.meshIndex;
+  if (modelState.meshIndex + 1 == maxMeshes) refuseModel("more than %d meshes", maxMeshes);
+  ++modelState.meshIndex;
   *currentCounts() = {};
-  model.geometricVertices = 0;
-  model.vertices.clear();
-  model.faces.clear();
-  model.context = ModelContext::mesh;
+  modelState.geometricVertices = 0;
+  modelState.vertices.clear();
+  modelState.faces.clear();
+  modelState.context = ModelContext::mesh;
   if (Mesh* mesh = currentMesh()) {
     if (kind == MeshKind::shown) {
       mesh->lit = true;
@@ -34,7 +34,7 @@ void readMeshObject(MeshKind kind) {
     }
   }
   processBlock();
-  model.context = ModelContext::none;
+  modelState.context = ModelContext::none;
 }
 
 void checkName(const char* name, int size) {
@@ -45,7 +45,7 @@ void checkName(const char* name, int size) {
 
 // The pivot's parent must not hang on the object itself.
 void setParent(Object3D& object, const char* name) {
-  Object3D* parent = model.scene->find(name);
+  Object3D* parent = modelState.scene->find(name);
   for (const Object3D* ancestor = parent; ancestor; ancestor = ancestor->parent) {
     if (ancestor == &object) refuseModel("object %s can't be a parent of itself", name);
   }
@@ -54,21 +54,21 @@ void setParent(Object3D& object, const char* name) {
 
 // Inside animations a name tells whether camera or light are meant, or their target.
 void switchByName(const char* name) {
-  if (strcasecmp(name, model.cameraName) == 0) {
-    if (inContext(ModelContext::lightTarget)) model.context = ModelContext::light;
-    if (inContext(ModelContext::cameraTarget)) model.context = ModelContext::camera;
+  if (strcasecmp(name, modelState.cameraName) == 0) {
+    if (inContext(ModelContext::lightTarget)) modelState.context = ModelContext::light;
+    if (inContext(ModelContext::cameraTarget)) modelState.context = ModelContext::camera;
   }
-  if (strcasecmp(name, model.targetName) == 0) {
-    if (inContext(ModelContext::light)) model.context = ModelContext::lightTarget;
-    if (inContext(ModelContext::camera)) model.context = ModelContext::cameraTarget;
+  if (strcasecmp(name, modelState.targetName) == 0) {
+    if (inContext(ModelContext::light)) modelState.context = ModelContext::lightTarget;
+    if (inContext(ModelContext::camera)) modelState.context = ModelContext::cameraTarget;
   }
 }
 
 void setName(const char* name) {
-  switch (model.context) {
+  switch (modelState.context) {
     case ModelContext::light:
       checkName(name, objectNameSize);
-      std::strcpy(model.cameraName, name);
+      std::strcpy(modelState.cameraName, name);
       if (Light* light = currentLight()) std::strcpy(light->name, name);
       break;
     case ModelContext::mesh:
@@ -78,11 +78,11 @@ void setName(const char* name) {
     case ModelContext::lightTarget:
     case ModelContext::cameraTarget:
       checkName(name, rememberedNameSize);
-      std::strcpy(model.targetName, name);
+      std::strcpy(modelState.targetName, name);
       break;
     case ModelContext::camera:
       checkName(name, rememberedNameSize);
-      std::strcpy(model.cameraName, name);
+      std::strcpy(modelState.cameraName, name);
       break;
     case ModelContext::sceneHeader:
     case ModelContext::materialList:
@@ -120,7 +120,7 @@ void handleNodeName() {
   const char* name = scanQuoted();
   trace("name %s\n", name);
   writeLine(0x20, name);
-  if (model.inAnimation) {
+  if (modelState.inAnimation) {
     switchByName(name);
   } else {
     setName(name);
@@ -150,9 +150,9 @@ void handleNodeTm() {
   // The next matrix is the target's.
   const Light* light = currentLight();
   if (inContext(ModelContext::camera)) {
-    model.context = ModelContext::cameraTarget;
+    modelState.context = ModelContext::cameraTarget;
   } else if (inContext(ModelContext::light) && (!light || light->spot)) {
-    model.context = ModelContext::lightTarget;
+    modelState.context = ModelContext::lightTarget;
   }
 }
 
@@ -166,7 +166,7 @@ struct NodeRows {
 NodeRows readRows() {
   NodeRows rows;
   if (!readingText()) {
-    std::memcpy(rows.rotation, reader.current.matrix, sizeof rows.rotation);
+    std::memcpy(rows.rotation, modelReader.current.matrix, sizeof rows.rotation);
     scanVector(rows.pivot);
     return rows;
   }
@@ -234,26 +234,26 @@ void handleTmScale() {
   writeLine(0x25, factors.x, factors.y, factors.z);
   Mesh* mesh = currentMesh();
   if (!mesh || !inContext(ModelContext::mesh) || factors == Vector(1.0f, 1.0f, 1.0f)) return;
-  model.scratchTrack.type = TrackType::scale;
-  model.scratchTrack.allocKeys(1);
-  model.scratchTrack.insertKey(0.0f, factors, 0.0f);
-  mesh->addAnimation(model.scratchTrack);
+  modelState.scratchTrack.type = TrackType::scale;
+  modelState.scratchTrack.allocKeys(1);
+  modelState.scratchTrack.insertKey(0.0f, factors, 0.0f);
+  mesh->addAnimation(modelState.scratchTrack);
 }
 
 void handleCameraObject() {
   trace("camera object\n");
   writeLine(0x60);
-  if (++model.cameraIndex == maxLightsOrCameras) refuseModel("more than %d cameras", maxLightsOrCameras);
-  model.context = ModelContext::camera;
+  if (++modelState.cameraIndex == maxLightsOrCameras) refuseModel("more than %d cameras", maxLightsOrCameras);
+  modelState.context = ModelContext::camera;
   processBlock();
-  model.context = ModelContext::none;
+  modelState.context = ModelContext::none;
   trace("camera object end\n");
 }
 
 void handleCameraSettings() {
   trace("camera settings\n");
   writeLine(0x61);
-  model.context = ModelContext::camera;
+  modelState.context = ModelContext::camera;
   processBlock();
   trace("camera settings end\n");
 }
@@ -276,10 +276,10 @@ void handleCameraFov() {
 void handleLightObject() {
   trace("light\n");
   writeLine(0x70);
-  if (++model.lightIndex == maxLightsOrCameras) refuseModel("more than %d lights", maxLightsOrCameras);
-  model.context = ModelContext::light;
+  if (++modelState.lightIndex == maxLightsOrCameras) refuseModel("more than %d lights", maxLightsOrCameras);
+  modelState.context = ModelContext::light;
   processBlock();
-  model.context = ModelContext::none;
+  modelState.context = ModelContext::none;
   trace("light end\n");
 }
 

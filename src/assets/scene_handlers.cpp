@@ -18,9 +18,9 @@ namespace vex {
 void handleScene() {
   trace("scene chunk\n");
   writeLine(0x00);
-  model.context = ModelContext::sceneHeader;
+  modelState.context = ModelContext::sceneHeader;
   processBlock();
-  model.context = ModelContext::none;
+  modelState.context = ModelContext::none;
   trace("scene end\n");
 }
 
@@ -29,7 +29,7 @@ void handleSceneFrameSpeed() {
   if (frames <= 0) refuseModel("%d frames per second aren't possible", frames);
   trace("frames per second %d\n", frames);
   writeLine(0x01, frames);
-  model.framesPerSecond = frames;
+  modelState.framesPerSecond = frames;
 }
 
 void handleSceneFirstFrame() {
@@ -40,7 +40,7 @@ void handleSceneLastFrame() {
   const int frame = scanInt();
   trace("last frame %d\n", frame);
   writeLine(0x02, frame);
-  model.scratchTrack.frameLength = static_cast<float>(frame);
+  modelState.scratchTrack.frameLength = static_cast<float>(frame);
 }
 
 void handleSceneTicksPerFrame() {
@@ -48,7 +48,7 @@ void handleSceneTicksPerFrame() {
   if (ticks <= 0) refuseModel("%d ticks per frame aren't possible", ticks);
   trace("ticks per frame %d\n", ticks);
   writeLine(0x03, ticks);
-  model.ticksPerFrame = ticks;
+  modelState.ticksPerFrame = ticks;
 }
 
 void handleComment() {
@@ -60,17 +60,17 @@ void handleComment() {
 void handleMaterialList() {
   trace("material list\n");
   writeLine(0x10);
-  model.context = ModelContext::materialList;
+  modelState.context = ModelContext::materialList;
   processBlock();
-  model.context = ModelContext::none;
+  modelState.context = ModelContext::none;
   trace("material list end\n");
 }
 
 void handleMaterial() {
-  trace("material %d\n", readingText() ? scanInt() : model.materialIndex + 1);
-  if (model.materialIndex + 1 == maxMaterials) refuseModel("more than %d materials", maxMaterials);
+  trace("material %d\n", readingText() ? scanInt() : modelState.materialIndex + 1);
+  if (modelState.materialIndex + 1 == maxMaterials) refuseModel("more than %d materials", maxMaterials);
   writeLine(0x11);
-  ModelMaterial& material = model.materials[static_cast<std::size_t>(++model.materialIndex)];
+  ModelMaterial& material = modelState.materials[static_cast<std::size_t>(++modelState.materialIndex)];
   material.texture = -1;
   material.twoSided = false;
   processBlock();
@@ -175,8 +175,9 @@ void handleMaterialRef() {
   }
   Mesh* mesh = currentMesh();
   if (!mesh) return;
-  const ModelMaterial material =
-      index < model.materialCount ? model.materials[static_cast<std::size_t>(index)] : ModelMaterial{};
+  const ModelMaterial material = index < modelState.materialCount
+                                     ? modelState.materials[static_cast<std::size_t>(index)]
+                                     : ModelMaterial{};
   const auto opaque = [](const float(&colour)[3]) {
     return ColourAlpha{colour[0], colour[1], colour[2], 1.0f};
   };

@@ -29,7 +29,7 @@ void addTrack(const Animation& track) {
   const bool turns = track.type == TrackType::rotation;
   Light* light = currentLight();
   Viewer* viewer = currentViewer();
-  switch (model.context) {
+  switch (modelState.context) {
     case ModelContext::light:
       if (light && (moves || turns)) light->addAnimation(track);
       break;
@@ -58,22 +58,22 @@ enum class Smooth { off, on };
 void readKeys(int code, TrackType type, Smooth smooth, [[maybe_unused]] const char* name) {
   trace("%s\n", name);
   writeLine(code);
-  Animation& track = model.scratchTrack;
+  Animation& track = modelState.scratchTrack;
   track.smooth = smooth == Smooth::on;
   track.type = type;
   const int keys = countBlockEntries();
   trace("%d keys found\n", keys);
   if (filling()) track.allocKeys(keys);
   processBlock();
-  track.frameLength = static_cast<float>(model.maxFrame);
-  track.duration = static_cast<float>(model.maxFrame) / static_cast<float>(model.framesPerSecond);
+  track.frameLength = static_cast<float>(modelState.maxFrame);
+  track.duration = static_cast<float>(modelState.maxFrame) / static_cast<float>(modelState.framesPerSecond);
   if (filling()) addTrack(track);
   trace("%s end\n", name);
 }
 
 void storeKey(int frame, const Vector& value, float angle) {
-  model.maxFrame = std::max(model.maxFrame, frame);
-  if (filling()) model.scratchTrack.insertKey(static_cast<float>(frame), value, angle);
+  modelState.maxFrame = std::max(modelState.maxFrame, frame);
+  if (filling()) modelState.scratchTrack.insertKey(static_cast<float>(frame), value, angle);
 }
 
 }  // namespace
@@ -81,10 +81,10 @@ void storeKey(int frame, const Vector& value, float angle) {
 void handleTmAnimation() {
   trace("animation\n");
   writeLine(0x80);
-  model.inAnimation = true;
-  model.maxFrame = 0;
+  modelState.inAnimation = true;
+  modelState.maxFrame = 0;
   processBlock();
-  model.inAnimation = false;
+  modelState.inAnimation = false;
   trace("animation end\n");
 }
 
@@ -114,11 +114,11 @@ void handleControlScaleTrack() {
 
 void handleRotationKey() {
   if (readingText()) scanIndexed(4);
-  const float(&v)[4] = reader.current.vector;
-  const int tick = reader.current.integer;
+  const float(&v)[4] = modelReader.current.vector;
+  const int tick = modelReader.current.integer;
   const Vector axis = readingText() ? pointFromText(v) : Vector(v[0], v[1], v[2]);
   const float angle = readingText() ? wrapAngle(v[3]) : v[3];
-  const int frame = tick / model.ticksPerFrame;
+  const int frame = tick / modelState.ticksPerFrame;
   trace("key frame %d axis %.2f %.2f %.2f angle %.2f\n", frame, axis.x, axis.y, axis.z, angle * 180.0 / pi);
   writeLine(0x84, tick, axis.x, axis.y, axis.z, angle);
   storeKey(frame, axis, angle);
@@ -126,10 +126,10 @@ void handleRotationKey() {
 
 void handlePositionKey() {
   if (readingText()) scanIndexed(3);
-  const float(&v)[4] = reader.current.vector;
-  const int tick = reader.current.integer;
+  const float(&v)[4] = modelReader.current.vector;
+  const int tick = modelReader.current.integer;
   const Vector position = readingText() ? pointFromText(v) : Vector(v[0], v[1], v[2]);
-  const int frame = tick / model.ticksPerFrame;
+  const int frame = tick / modelState.ticksPerFrame;
   trace("key frame %d pos %.2f %.2f %.2f\n", frame, position.x, position.y, position.z);
   writeLine(0x88, tick, position.x, position.y, position.z);
   storeKey(frame, position, 0.0f);
@@ -137,10 +137,10 @@ void handlePositionKey() {
 
 void handleScaleKey() {
   if (readingText()) scanIndexed(3);
-  const float(&v)[4] = reader.current.vector;
-  const int tick = reader.current.integer;
+  const float(&v)[4] = modelReader.current.vector;
+  const int tick = modelReader.current.integer;
   const Vector factors = readingText() ? Vector(v[0], v[2], v[1]) : Vector(v[0], v[1], v[2]);
-  const int frame = tick / model.ticksPerFrame;
+  const int frame = tick / modelState.ticksPerFrame;
   trace("key frame %d scale %.2f %.2f %.2f\n", frame, factors.x, factors.y, factors.z);
   writeLine(0x8c, tick, factors.x, factors.y, factors.z);
   storeKey(frame, factors, 0.0f);

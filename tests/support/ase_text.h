@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -7,7 +8,7 @@ namespace vex {
 
 // The text of a model, line by line. Blocks nest by open() and close().
 //
-//   AseText().comment("1").open("*GEOMOBJECT").line("*NODE_NAME \"Box\"").box().close()
+//   AseText().head("1").object("*GEOMOBJECT", "Roof").node("0 0 3").triangle().close().str()
 class AseText {
  public:
   AseText& line(std::string_view content) {
@@ -43,23 +44,22 @@ class AseText {
   AseText& node(std::string_view pivot) {
     open("*NODE_TM").line("*TM_ROW0 1 0 0").line("*TM_ROW1 0 1 0").line("*TM_ROW2 0 0 1");
     line("*TM_ROW3 " + std::string(pivot)).line("*TM_POS " + std::string(pivot));
-    return line("*TM_SCALE 1 1 1").close();
+    return line("*TM_SCALE 1.0000 1.0000 1.0000").close();
   }
 
-  // A tetrahedron with corners 0 and the unit points of the axes.
-  AseText& tetrahedron() {
-    open("*MESH").line("*TIMEVALUE 0").line("*MESH_NUMVERTEX 4").line("*MESH_NUMFACES 4");
-    open("*MESH_VERTEX_LIST");
-    line("*MESH_VERTEX    0\t0.0000\t0.0000\t0.0000").line("*MESH_VERTEX    1\t1.0000\t0.0000\t0.0000");
-    line("*MESH_VERTEX    2\t0.0000\t1.0000\t0.0000").line("*MESH_VERTEX    3\t0.0000\t0.0000\t1.0000");
-    close().open("*MESH_FACE_LIST");
-    face("0:", "A: 0 B: 2 C: 1").face("1:", "A: 0 B: 1 C: 3");
-    face("2:", "A: 0 B: 3 C: 2").face("3:", "A: 1 B: 2 C: 3");
-    return close().close();
+  // A block with a line of each content: list("*MESH_VERTEX_LIST", "*MESH_VERTEX", {"0 1 2 3", ...}).
+  AseText& list(std::string_view block, std::string_view keyword,
+                std::initializer_list<std::string_view> contents) {
+    open(block);
+    for (const std::string_view content : contents) line(std::string(keyword) + "\t" + std::string(content));
+    return close();
   }
-  AseText& face(std::string_view index, std::string_view corners) {
-    return line("*MESH_FACE    " + std::string(index) + "  " + std::string(corners) +
-                " AB: 1 BC: 1 CA: 0\t *MESH_SMOOTHING 1 \t*MESH_MTLID 0");
+
+  // A mesh without texture faces: the right triangle (0,0,0), (2,0,0), (0,2,0), seen from above.
+  AseText& triangle() {
+    open("*MESH").line("*TIMEVALUE 0").line("*MESH_NUMVERTEX 3").line("*MESH_NUMFACES 1");
+    list("*MESH_VERTEX_LIST", "*MESH_VERTEX", {"0 0 0 0", "1 2.0000 0 0", "2 0 2.0000 0"});
+    return list("*MESH_FACE_LIST", "*MESH_FACE", {"0: A: 0 B: 1 C: 2 AB: 1 BC: 1 CA: 0"}).close();
   }
 
   const std::string& str() const { return text; }
