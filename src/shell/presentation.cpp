@@ -74,6 +74,10 @@ void loadPresentation(std::optional<float> start) {
   for (const auto constructor : sceneConstructors) scenes[slot++] = constructor();
   for (Scene* scene : scenes) {
     if (!scene) break;
+    scene->prepare(options.useStripCache);
+  }
+  for (Scene* scene : scenes) {
+    if (!scene) break;
     dispatcher->addScene(scene);
   }
   dispatcher->loadProject("test.hvp");
