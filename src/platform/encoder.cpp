@@ -5,6 +5,7 @@
 #include <spawn.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,19 +26,8 @@ namespace vex {
 namespace {
 
 constexpr int pipeSize = 1 << 20;
+constexpr int encoderNiceness = 10;
 constexpr int soundDescriptor = 3;  // where ffmpeg finds the sound track
-
-bool writeAll(int descriptor, const void* data, std::size_t size) {
-  const char* bytes = static_cast<const char*>(data);
-  while (size > 0) {
-    const ssize_t written = write(descriptor, bytes, size);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    bytes += written;
-    size -= static_cast<std::size_t>(written);
-  }
-  return true;
-}
 
 // Waits until a pipe has been read empty. False when its reader has gone before: a short recording lies
 // in the pipe as a whole, so that no write fails.
@@ -233,16 +223,20 @@ std::string VideoEncoder::start(const std::string& path, const VideoFormat& form
     close(messages);
     return std::string("ffmpeg (Debian package ffmpeg) can't be started: ") + std::strerror(error);
   }
+  // Drawing takes longer: ffmpeg works in the gaps that it leaves. It has started no thread yet; those to
+  // come take its priority over.
+  setpriority(PRIO_PROCESS, static_cast<id_t>(process), encoderNiceness);
   rememberTemporaryFile(temporaryPath, process);
+  queue.start(frames);
   return {};
 }
 
-bool VideoEncoder::write(std::span<const std::byte> frame) {
-  return writeAll(frames, frame.data(), frame.size());
+bool VideoEncoder::write(std::vector<std::byte>& frame) {
+  return queue.put(frame);
 }
 
 std::string VideoEncoder::finish(Result result) {
-  if (!waitUntilRead(frames)) result = Result::failed;
+  if (!queue.finish() || !waitUntilRead(frames)) result = Result::failed;
   close(frames);
   int status = 0;
   while (waitpid(process, &status, 0) < 0 && errno == EINTR) {

@@ -5,6 +5,9 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <vector>
+
+#include "platform/frame_queue.h"
 
 // Video files through ffmpeg: raw frames into a pipe, the sound track from memory.
 
@@ -38,9 +41,9 @@ class VideoEncoder {
   // Empty on success, otherwise why ffmpeg cannot run.
   std::string start(const std::string& path, const VideoFormat& format, const SoundTrack& sound);
 
-  // One frame: width x height pixels of blue, green, red, alpha, rows bottom to top. False when
-  // ffmpeg has ended; finish(Result::failed) then says why.
-  bool write(std::span<const std::byte> frame);
+  // One frame: width x height pixels of blue, green, red, alpha, rows bottom to top. Leaves a buffer to use
+  // again. False when ffmpeg has ended; finish(Result::failed) then says why.
+  bool write(std::vector<std::byte>& frame);
 
   enum class Result { complete, partial, failed };
 
@@ -54,7 +57,8 @@ class VideoEncoder {
   std::string finalPath;
   std::string temporaryPath;
   pid_t process = -1;
-  int frames = -1;    // our end of the pipe
+  int frames = -1;  // our end of the pipe
+  FrameQueue queue;
   int messages = -1;  // ffmpeg's standard error, in memory
 };
 
