@@ -118,7 +118,6 @@ void setUp(SceneIntroBox& scene) {
   mirrorLock(findMesh(scene, "lock"));
   tiltLid(scene);
   setUpFountain(scene);
-  scene.reversed = false;
 }
 
 // The smoke drifts about, each light in a rhythm of its own.

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "scenes/scene_alien.h"
+#include "scenes/scene_fetus.h"
 #include "scenes/scene_hell.h"
 #include "scenes/scene_helper.h"
 #include "scenes/scene_intro_box.h"
@@ -13,6 +14,8 @@
 #include "scenes/scene_layer_wide.h"
 #include "scenes/scene_layer_wobbel.h"
 #include "scenes/scene_outtro.h"
+#include "scenes/scene_skull.h"
+#include "scenes/scene_water.h"
 
 namespace vex {
 
@@ -73,8 +76,18 @@ std::span<const SceneTable> sceneTables() {
                  "A box with a lid, smoke that forms along the logo, and the logo in four layers. Needs a "
                  "ground.",
                  sceneIntroBox.functions},
+      SceneTable{sceneWater.name,
+                 "A creature that twists above rippling water in the rain, and a ray that streams particles. "
+                 "Needs a ground.",
+                 sceneWater.functions},
+      SceneTable{sceneFetus.name,
+                 "A closed room: a creature behind a door, a sprayer, a cigarette, a bottle that can burst.",
+                 sceneFetus.functions},
       SceneTable{sceneAlien.name, "A creature and two chrome spheres within a painted box.",
                  sceneAlien.functions},
+      SceneTable{sceneSkull.name,
+                 "A skull under clouds and lightning, three crows and two lasers. Its sky needs a ground.",
+                 sceneSkull.functions},
       SceneTable{sceneHell.name, "A sea of lava and a sprayer of sparks within a painted box.",
                  sceneHell.functions},
       SceneTable{sceneLayerParticles.name,

@@ -49,9 +49,10 @@ std::vector<std::string> namesOf(std::span<const FunctionRow> rows);
 struct ExpectedValue {
   const char* what;
   double is, should;
-  template <typename Number>
-  requires std::is_arithmetic_v<Number> ExpectedValue(const char* value, Number left, double wanted)
-      : what(value), is(static_cast<double>(left)), should(wanted) {}
+  template <typename Left, typename Wanted>
+  requires(std::is_arithmetic_v<Left>&& std::is_arithmetic_v<Wanted>)
+      ExpectedValue(const char* value, Left left, Wanted wanted)
+      : what(value), is(static_cast<double>(left)), should(static_cast<double>(wanted)) {}
 };
 void expectValues(std::initializer_list<ExpectedValue> values);
 

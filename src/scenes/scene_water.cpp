@@ -1,0 +1,231 @@
+#include "scenes/scene_water.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#include "engine/fluid.h"
+#include "shell/clock.h"
+#include "shell/random.h"
+#include "shell/report.h"
+#include "timeline/scene_function.h"
+
+namespace vex {
+
+namespace {
+
+constexpr int fallingSystems = 4;
+constexpr int raySystem = 4;
+
+void setUpWater(SceneWater& scene) {
+  Mesh& water = findMesh(scene, "Water");
+  water.blendMode = BlendMode::additive;
+  water.envMap = false;
+  water.lit = false;
+  findMesh(scene, "WaterAlien").lit = false;
+  Mesh& plane = findMesh(scene, "LightPlane");
+  plane.blendMode = BlendMode::additive;
+  plane.opacity = 0.5f;
+}
+
+void setUpLights(SceneWater& scene) {
+  for (Light* light : scene.lights) {
+    light->flareSize = 30;
+    light->flareStrength = 1;
+    setFlareTexture(*light, "data\\flare_highpass");
+    light->intensity = 1;
+    light->setAnimParams(10, true);
+  }
+}
+
+void setUpMeshes(SceneWater& scene) {
+  constexpr int cells = 50;
+  for (Mesh* mesh : scene.meshes) {
+    mesh->setAnimParams(15, true);
+    mesh->ambient = {0, 0, 0, mesh->ambient.a};
+    if (isNamed(*mesh, "Water")) convertToFluid(*mesh, cells, cells);
+  }
+}
+
+void setUpFalling(SceneWater& scene) {
+  Light& black = findLight(scene, "BlackParticle");
+  black.intensity = 0;
+  black.active = false;
+  black.flareStrength = -1;
+  Light& white = findLight(scene, "WhiteParticle");
+  white.intensity = 0;
+  white.active = false;
+
+  constexpr std::array parents{"Dummy01", "Dummy02", "Dummy03", "Dummy04"};
+  for (int i = 0; i < fallingSystems; ++i) {
+    ParticleSystem& falling = systemAt(scene, i);
+    falling.addShape(&black);
+    falling.addShape(&white);
+    falling.rate = 40;
+    falling.maxCount = 200;
+    falling.velocitySpread = 10;
+    falling.positionSpread = 250;
+    falling.velocity.set(0, -150, 0);
+    falling.life = 5;
+    falling.gravity.set(0, -20, 0);
+    falling.maxAlpha = 2;
+    falling.parent = scene.find(parents[static_cast<std::size_t>(i)]);
+  }
+}
+
+void setUpRay(SceneWater& scene) {
+  ParticleSystem& particles = systemAt(scene, raySystem);
+  particles.addShape(scene.find("RayParticle"));
+  particles.rate = 0;
+  particles.maxCount = 0;
+  particles.velocitySpread = 0;
+  particles.positionSpread = 25;
+  particles.velocity.set(0, -200, 0);
+  particles.life = 3;
+  particles.gravity.set(0, 0, 0);
+  particles.maxAlpha = 2.5f;
+  particles.parent = scene.find("RayBlue");
+  particles.offset.set(0, 350, 0);
+
+  Mesh& ray = findMesh(scene, "RayBlue");
+  ray.blendMode = BlendMode::additive;
+  ray.opacity = 0;
+  ray.lit = false;
+  ray.twoSided = true;
+  for (ColourAlpha* colour : {&ray.ambient, &ray.diffuse, &ray.specular}) *colour = {1, 1, 1, colour->a};
+  ray.scale({0.6f, 0.95f, 0.6f});
+
+  Light& particle = findLight(scene, "RayParticle");
+  particle.flareStrength = 1;
+  particle.intensity = 0;
+  particle.active = false;
+  particle.flareSize = 15;
+  setFlareTexture(particle, "data\\flare_particle");
+  Light& light = findLight(scene, "RayLight");
+  light.intensity = 0;
+  light.flareSize = 0;
+}
+
+void setUp(SceneWater& scene) {
+  setUpWater(scene);
+  for (Viewer* viewer : scene.viewers) {
+    viewer->setAnimParams(15, true);
+    viewer->farPlane = 3000;
+  }
+  setUpLights(scene);
+  setUpMeshes(scene);
+  createParticleSystems(scene, fallingSystems + 1);
+  setUpFalling(scene);
+  setUpRay(scene);
+}
+
+// --- Each frame
+
+float randomFraction() {
+  return static_cast<float>(randomNext() % 100) / 100;
+}
+
+void followCreature(Scene& scene, Object3D& creature, float t) {
+  Viewer& viewer = viewerAt(scene, 0);
+  viewer.targetTrack.reset();
+  viewer.target = creature.worldPositionAt(t);
+}
+
+void twistCreature(Mesh& creature, float t) {
+  constexpr float amount = 0.628f;
+  creature.twist({std::sin(1.33f * t), std::sin(1.76f * t), std::cos(1.92f * t)}, {0, 0, 1}, -amount);
+  creature.twist({std::cos(2.88f * t), std::sin(2.16f * t), std::sin(2.33f * t)}, {1, 0, 0}, amount);
+}
+
+// z is drawn before x.
+void dropAtRandom(Mesh& water, float scale, float offset, float strength) {
+  const float z = randomFraction() * scale + offset;
+  const float x = randomFraction() * scale + offset;
+  push(water, x, z, strength);
+}
+
+void dropNowAndThen(Mesh& water) {
+  if (randomNext() % 100 > 85) dropAtRandom(water, 1, 0, 0.05f);
+}
+
+// Where the creature cuts through the surface.
+void rippleRound(Mesh& water, const Vector& creature, float radius) {
+  constexpr float reach = 100;
+  if (!(creature.y + radius > reach && creature.y - radius < -reach)) return;
+  constexpr struct {
+    float x, z, strength;
+  } pushes[] = {
+      {0.5f, 0.5f, 0.24f},  {0.46f, 0.5f, 0.13f},  {0.54f, 0.5f, 0.187f},
+      {0.5f, 0.46f, 0.16f}, {0.5f, 0.54f, 0.173f},
+  };
+  for (const auto& [x, z, strength] : pushes) {
+    push(water, creature.x / 200 + x, creature.z / 200 + z, strength);
+  }
+}
+
+// Into the middle half of the surface.
+void rain(const SceneWater& scene, Mesh& water) {
+  for (float k = 0; k < scene.rainAmount; k += 0.1f) {
+    dropAtRandom(water, 0.5f, 0.25f, scene.dropStrength);
+  }
+}
+
+void animate(Scene* base, float t, const void* const* arguments) {
+  auto& scene = static_cast<SceneWater&>(*base);
+  Mesh& creature = findMesh(scene, "WaterAlien");
+  Mesh& water = findMesh(scene, "Water");
+  followCreature(scene, creature, t);
+  chooseViewer(scene, numberArgument(arguments, 0));
+  twistCreature(creature, t);
+  const Vector place = creature.worldPositionAt(t);
+  dropNowAndThen(water);
+  rippleRound(water, place, creature.radius);
+  rain(scene, water);
+  findMesh(scene, "LightPlane").wobbleTexture(4, 0.2f, t);
+  Mesh& ray = findMesh(scene, "RayBlue");
+  for (std::size_t k = 1; k < ray.uvs.size(); k += 2) ray.uvs[k] += clockDelta();
+  findLight(scene, "RayLight").intensity = randomFraction() * scene.rayFlicker;
+  scene.render(t);
+}
+
+void setRay(Scene* base, float, const void* const* arguments) {
+  constexpr float mostRain = 1000;
+  auto& scene = static_cast<SceneWater&>(*base);
+  findMesh(scene, "RayBlue").opacity = numberArgument(arguments, 0);
+  ParticleSystem& particles = systemAt(scene, raySystem);
+  particles.maxCount = truncateNumber(numberArgument(arguments, 1));
+  particles.rate = numberArgument(arguments, 1) / particles.life;
+  scene.rainAmount = numberArgument(arguments, 2);
+  if (scene.rainAmount > mostRain) {
+    fatalError("rain amount of %s is %g, at most %g is possible", scene.name,
+               static_cast<double>(scene.rainAmount), static_cast<double>(mostRain));
+  }
+  scene.dropStrength = numberArgument(arguments, 3);
+  scene.rayFlicker = numberArgument(arguments, 4);
+  findLight(scene, "Omni01").intensity = 1 - std::min(scene.rayFlicker, 1.0f);
+}
+
+using enum ArgumentKind;
+
+constexpr std::array rayParameters{
+    FunctionParameter{"ray opacity", number, 0, 1}, FunctionParameter{"ray particle count", number, 0, 300},
+    FunctionParameter{"rain amount", number, 0, 3}, FunctionParameter{"drop strength", number, 0, 0.05f},
+    FunctionParameter{"ray flicker", number, 0, 2}};
+
+constexpr std::array functionTable{
+    FunctionRow{"animate", animate, "Draws the scene; the first camera looks at the creature.",
+                cameraParameters},
+    animationStateRow,
+    FunctionRow{"setRay", setRay,
+                "Sets the ray, its particles and its light, which dims the scene's own, and the rain: ten "
+                "drops a frame for each unit.",
+                rayParameters, FunctionRole::sets},
+};
+
+}  // namespace
+
+constinit const ModelScene<SceneWater> sceneWater{
+    .name = "SceneWater", .model = "data\\water_alien", .functions = functionTable, .setUp = setUp};
+
+}  // namespace vex

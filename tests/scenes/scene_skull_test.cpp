@@ -1,0 +1,307 @@
+#include "scenes/scene_skull.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <iterator>
+#include <set>
+
+#include "assets/bolt_texture.h"
+#include "assets/texture_cache.h"
+#include "shell/clock.h"
+#include "shell/random.h"
+#include "shell/window_size.h"
+#include "tests/support/fatal.h"
+#include "tests/support/gl_fixture.h"
+#include "tests/support/scene_builder.h"
+
+namespace vex {
+namespace {
+
+ModelContents skullModel() {
+  return {.meshes = {"rock",    "spear01", "spear02", "spear03", "spear04",  "spear05",  "spear06",
+                     "Crow01",  "Crow02",  "Crow03",  "spark01", "spark02",  "spark03",  "spark04",
+                     "spark05", "spark06", "laser01", "laser02", "clouds01", "clouds02", "target"},
+          .lights = {"Key", "Fill", "Side", "Smoke01", "smoke02", "smoke03", "smoke04", "SparkLight",
+                     "fire01", "Fire02", "fire03", "fire04"}};
+}
+
+// The generator's draws from a state on.
+struct Draws {
+  std::uint32_t state;
+  int next() {
+    state = state * 214013u + 2531011u;
+    return static_cast<int>(state >> 16 & 0x7fff);
+  }
+};
+
+class Skull : public GlTest {
+ protected:
+  void SetUp() override {
+    GlTest::SetUp();
+    setWindowSize(glTestWidth, glTestHeight);
+    addPlainTextures({"other", "data\\skulleast", "data\\skullsouth", "data\\skullwest", "data\\skullnorth",
+                      "data\\skullbot", "data\\crow"});
+    TextureEntry spark;
+    spark.width = spark.height = boltSide;
+    spark.pixels.assign(boltSide * boltSide, 0xffffffff);
+    addTexture(std::move(spark), "data\\spark", false);
+
+    beginScene(scene, sceneSkull.name, sceneSkull.functions);
+    fillScene(scene, skullModel());
+    for (Mesh* mesh : scene.meshes) mesh->envMap = true;
+    sceneSkull.setUp(scene);
+    for (int i = 0; i < 21; ++i)
+      EXPECT_EQ(scene.meshes[i]->envMap, i >= 7);  // rock and spears mirror nothing
+    for (Mesh* mesh : scene.meshes) {
+      mesh->envMap = false;
+      mesh->buildArrays();
+    }
+    scene.viewers[0]->alpha = 0;  // nothing is drawn
+    demoClock.time = 5;
+    randomState = 1;
+  }
+  void TearDown() override {
+    destroyTextures();
+    demoClock = {};
+    GlTest::TearDown();
+  }
+
+  void call(const char* function, float t, const std::vector<Argument>& arguments) {
+    callFunction(sceneSkull.functions, scene, function, t, arguments);
+  }
+  Mesh& mesh(const char* name) { return findMesh(scene, name); }
+  Light& light(const char* name) { return findLight(scene, name); }
+
+  SceneSkull scene;
+};
+
+TEST_F(Skull, RegistersItsFunctions) {
+  EXPECT_EQ(namesOf(sceneSkull.functions),
+            (std::vector<std::string>{"animate", "setLights", "setSparkRate", "setLaser", "setLaserOpacity",
+                                      "setParticleCount", "killCrow", "setAnimationState"}));
+  EXPECT_STREQ(sceneSkull.model, "data\\skull");
+}
+
+TEST_F(Skull, LightsAreSetUp) {
+  const struct {
+    int index;
+    double size, strength, red, green, blue, intensity;
+    const char* texture;
+    bool active, glow;
+  } rows[] = {
+      {0, 25, 1, 1, 1, 1, 1, "data\\flare_normal", true, true},
+      {2, 0, 1, 1, 1, 1, 1, "data\\flare_normal", true, true},
+      {3, 40, -0.4, 1, 1, 1, 1, "data\\flare_smoke4", false, false},
+      {4, 40, -0.4, 1, 1, 1, 1, "data\\flare_smoke1", false, false},
+      {7, 0, 1, 1, 1, 1, 0, "data\\flare_normal", true, true},
+      {8, 15, 0.4, 1, 0.5 + 0.5 * std::sin(8.0), 0.2, 1, "data\\flare_fire1", false, false},
+      {9, 15, 0.4, 1, 0.5 + 0.5 * std::sin(9.0), 0.2, 1, "data\\flare_fire2", false, false},
+      {11, 15, 0.4, 1, 0.5 + 0.5 * std::sin(11.0), 0.2, 1, "data\\flare_fire4", false, false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.index);
+    const Light& light = *scene.lights[row.index];
+    expectValues({{"size", light.flareSize, row.size},
+                  {"strength", light.flareStrength, row.strength},
+                  {"intensity", light.intensity, row.intensity},
+                  {"red", light.colour.r, row.red},
+                  {"green", light.colour.g, row.green},
+                  {"blue", light.colour.b, row.blue}});
+    EXPECT_STREQ(light.flareTexture, row.texture);
+    EXPECT_EQ(light.active, row.active);
+    EXPECT_EQ(light.glow, row.glow);
+  }
+}
+
+TEST_F(Skull, MeshesAreSetUp) {
+  EXPECT_EQ(playing(scene.viewers[0]->targetTrack.get()), (Playing{20, true}));
+  for (const Mesh* mesh : scene.meshes) {
+    SCOPED_TRACE(mesh->name);
+    const std::string stem = std::string(mesh->name).substr(0, 5);
+    const bool laser = stem == "laser", spark = stem == "spark", cloud = stem == "cloud",
+               crow = stem == "Crow0";
+    EXPECT_EQ(playing(*mesh), (Playing{20, true}));
+    EXPECT_EQ(mesh->twoSided, laser || spark || cloud);
+    EXPECT_EQ(mesh->lit, !laser && !cloud);
+    EXPECT_EQ(mesh->blendMode, cloud            ? BlendMode::transparent
+                               : laser || spark ? BlendMode::additive
+                                                : BlendMode::opaque);
+    EXPECT_EQ(mesh->fixedTime, crow ? 0 : -1);
+    EXPECT_EQ(mesh->texture, crow ? 6 : -1);
+  }
+  EXPECT_TRUE(textureEntry(6).wrap);
+  EXPECT_EQ(scene.boxTextures, (std::array{-1, 5, 4, 3, 2, 1}));
+}
+
+TEST_F(Skull, CrowsCarryFireAndSmoke) {
+  for (int i = 0; i < 6; ++i) {
+    SCOPED_TRACE(i);
+    ASSERT_TRUE(scene.particleSystems[i]);
+    const ParticleSystem& system = *scene.particleSystems[i];
+    const bool fire = i < 3;
+    EXPECT_EQ(system.parent, scene.meshes[7 + i % 3]);
+    ASSERT_EQ(system.shapeCount, 4);
+    for (int k = 0; k < 4; ++k) {
+      EXPECT_EQ(system.shapes[static_cast<std::size_t>(k)], scene.lights[(fire ? 8 : 3) + k]);
+    }
+    expectValues({{"rate", system.rate, 0},
+                  {"most", system.maxCount, 0},
+                  {"spread", system.velocitySpread, 30},
+                  {"life", system.life, fire ? 0.6 : 2},
+                  {"variation", system.lifeVariation, fire ? 0.1 : 0.4},
+                  {"place", system.positionSpread, fire ? 4 : 0},
+                  {"velocity", system.velocity.y, fire ? 80 : 50},
+                  {"sideways", system.velocity.length(), fire ? 80 : 50},
+                  {"gravity", system.gravity.y, fire ? 100 : 50},
+                  {"alpha", system.maxAlpha, 1.3f},
+                  {"offset", system.offset.y, fire ? 0 : 20}});
+  }
+  EXPECT_FALSE(scene.particleSystems[6]);
+
+  call("setParticleCount", 0, {1.9, 12.9});
+  expectValues({{"fire", scene.particleSystems[1]->maxCount, 12},
+                {"fire rate", scene.particleSystems[1]->rate, 20},
+                {"smoke", scene.particleSystems[4]->maxCount, 12},
+                {"smoke rate", scene.particleSystems[4]->rate, 6},
+                {"others", scene.particleSystems[0]->maxCount + scene.particleSystems[3]->maxCount, 0}});
+  EXPECT_EQ(fatalText([&] {
+              call("setParticleCount", 0, {3, 1});
+            }),
+            "crow of SceneSkull is 3, must be 0 to 2");
+}
+
+TEST_F(Skull, SettersReachTheirObjects) {
+  call("setLights", 0, {0.5, 2, 0.1, 0.2, 0.3});
+  expectValues({{"first", light("key").intensity, 0.5},
+                {"second", light("fill").intensity, 0.5},
+                {"third", light("side").intensity, 2},
+                {"red", light("side").colour.r, 0.1},
+                {"green", light("side").colour.g, 0.2},
+                {"blue", light("side").colour.b, 0.3},
+                {"not the first's red", light("key").colour.r, 1}});
+  call("setLaserOpacity", 0, {0.25, 0.75});
+  expectValues({{"laser 1", mesh("laser01").opacity, 0.25}, {"laser 2", mesh("laser02").opacity, 0.75}});
+  call("setSparkRate", 0, {0.257});
+  EXPECT_EQ(scene.sparkRate, 25);
+  call("setLaser", 0, {"target", 0.509});
+  EXPECT_EQ(scene.laserRate, 50);
+  EXPECT_STREQ(scene.laserTarget, "target");
+}
+
+TEST_F(Skull, LightningFlashesByTheGenerator) {
+  call("setSparkRate", 0, {0.5});
+  Draws draws{1};
+  call("animate", 1, {0});
+  for (int i = 0; i < 6; ++i) {
+    EXPECT_EQ(scene.meshes[10 + i]->hidden(), !(draws.next() % 100 < 50)) << i;
+  }
+  EXPECT_FLOAT_EQ(light("SparkLight").intensity, static_cast<float>(draws.next() % 100) / 10000 * 50);
+  for (int i = 0; i < 250; ++i) draws.next();                      // the bolt
+  EXPECT_EQ(randomState, draws.state);                             // no target, no draw
+  EXPECT_NE(textureEntry(7).pixels[126 * boltSide], 0x7f7f7f7fu);  // the bolt begins here
+  EXPECT_EQ(textureEntry(7).pixels[boltSide - 1], 0x7f7f7f7fu);
+  EXPECT_TRUE(mesh("laser01").hidden());
+  EXPECT_TRUE(mesh("laser02").hidden());
+}
+
+TEST_F(Skull, LightningObeysItsRate) {
+  call("setSparkRate", 0, {0});
+  for (int frame = 0; frame < 20; ++frame) {
+    call("animate", 1, {0});
+    for (int i = 0; i < 6; ++i) EXPECT_TRUE(scene.meshes[10 + i]->hidden());
+    EXPECT_EQ(light("SparkLight").intensity, 0);
+  }
+  call("setSparkRate", 0, {1});
+  std::set<float> seen;
+  for (int frame = 0; frame < 20; ++frame) {
+    call("animate", 1, {0});
+    for (int i = 0; i < 6; ++i) EXPECT_FALSE(scene.meshes[10 + i]->hidden());
+    seen.insert(light("SparkLight").intensity);
+  }
+  EXPECT_GT(seen.size(), 5u);
+  EXPECT_EQ(*std::prev(seen.end()), 0.5f);
+}
+
+TEST_F(Skull, LasersReachTheirTarget) {
+  Object3D& target = mesh("target");
+  target.tracks.reset();
+  for (const char* name : {"laser01", "laser02"}) mesh(name).tracks.reset();
+  target.worldPosition.set(40, -35, 70);
+  call("setLaser", 0, {"TARGET", 1});
+  for (int frame = 0; frame < 2; ++frame) {
+    call("animate", 1, {0});
+    for (const char* name : {"laser01", "laser02"}) {
+      SCOPED_TRACE(name);
+      Mesh& laser = mesh(name);
+      EXPECT_FALSE(laser.hidden());
+      const Vector tip = transformPoint(laser.current, laser.position + Vector(0, laser.radius, 0));
+      EXPECT_NEAR(tip.x, 40, 2e-3f);
+      EXPECT_NEAR(tip.y, -35, 2e-3f);
+      EXPECT_NEAR(tip.z, 70, 2e-3f);
+      const Vector foot = transformPoint(laser.current, laser.position);
+      EXPECT_NEAR((foot - laser.position).length(), 0, 1e-4f);
+    }
+  }
+  call("setLaser", 0, {"target", 0.5});
+  const Draws before{randomState};
+  call("animate", 1, {0});
+  Draws draws = before;
+  for (int i = 0; i < 7 + 250; ++i) draws.next();
+  EXPECT_EQ(mesh("laser01").hidden(), !(draws.next() % 100 < 50));
+  EXPECT_EQ(mesh("laser02").hidden(), !(draws.next() % 100 < 50));
+  EXPECT_EQ(randomState, draws.state);
+
+  call("setLaser", 0, {"", 1});
+  call("animate", 1, {0});
+  EXPECT_TRUE(mesh("laser01").hidden());
+  EXPECT_TRUE(mesh("laser02").hidden());
+  call("setLaser", 0, {"nobody", 1});
+  EXPECT_EQ(fatalText([&] { call("animate", 1, {0}); }), "nobody not found in SceneSkull");
+}
+
+TEST_F(Skull, CloudsScrollAndWingsBeat) {
+  call("animate", 3, {0});
+  const double rows[]{0.6, 0.6, 1.6, 1.6};
+  for (std::size_t k = 0; k < 4; ++k) {
+    const Mesh& near = mesh("clouds01");
+    EXPECT_FLOAT_EQ(near.uvs[2 * k], near.vertices[k].u);
+    EXPECT_NEAR(near.uvs[2 * k + 1], rows[k], 1e-6);
+    EXPECT_NEAR(mesh("clouds02").uvs[2 * k + 1], 3 / 7.0 + (k < 2 ? 0 : 1), 1e-6);
+  }
+  // Vertex 2 of a crow stands at (1, 1, 0), its radius is 2: half the amount, about z, by -angle.
+  const double angles[]{std::sin(3.7 * 3 + 35.2), std::sin(4.0 * 3), std::sin(6.0 * 3 + 1.39)};
+  for (int crow = 0; crow < 3; ++crow) {
+    const Mesh& mesh = *scene.meshes[7 + crow];
+    const double angle = 0.5 * angles[crow];
+    expectValues({{"x", mesh.positions[6], mesh.position.x + std::cos(angle) + std::sin(angle)},
+                  {"y", mesh.positions[7], mesh.position.y + std::cos(angle) - std::sin(angle)},
+                  {"z", mesh.positions[8], mesh.position.z}});
+  }
+  EXPECT_EQ(fatalText([&] {
+              mesh("clouds01").uvs.resize(6);
+              call("animate", 3, {0});
+            }),
+            "clouds01 in SceneSkull has 3 texture coordinates, must have 4");
+}
+
+TEST_F(Skull, ShotCrowsFall) {
+  Mesh& crow = mesh("crow02");
+  crow.worldPosition = crow.position + Vector(5, 6, 7);
+  call("killCrow", 1, {1.9});
+  EXPECT_FALSE(crow.tracks);
+  EXPECT_TRUE(mesh("crow01").tracks);
+  const auto offset = [&] { return transformPoint(crow.getMatrix(0), crow.position) - crow.position; };
+  expectValues({{"x", offset().x, 5}, {"y", offset().y, 6 - 30}, {"z", offset().z, 7 - 70}});
+  call("killCrow", 2, {1});  // the place of the shot stays
+  expectValues({{"x", offset().x, 5}, {"y", offset().y, 6 - 120}, {"z", offset().z, 7 - 140}});
+  // It tumbles about an axis that turns, too.
+  const Vector axis(std::sin(2.0f), std::sin(0.64f), std::cos(1.52f));
+  const Vector side = transformPoint(rotation(axis, 5), {0, 1, 0});
+  const Vector tip = transformPoint(crow.current, crow.position + Vector(0, 1, 0)) - crow.worldPosition;
+  expectValues({{"x", tip.x, side.x}, {"y", tip.y, side.y}, {"z", tip.z, side.z}});
+  EXPECT_EQ(fatalText([&] { call("killCrow", 1, {-1}); }), "crow of SceneSkull is -1, must be 0 to 2");
+}
+
+}  // namespace
+}  // namespace vex
