@@ -107,6 +107,10 @@ Voice makeSwell(const NoteCall& call) {
   return sing(call, {0.96f * call.seconds, 1, 1, 0.25f});
 }
 
+Voice makeChoirStab(const NoteCall& call) {
+  return sing(call, {0.012f, 0.3f, 0.5f, 0.22f});
+}
+
 Voice makeRiser(const NoteCall& call) {
   return makeSweep(call, [](float t) { return t; });
 }

@@ -11,6 +11,8 @@ namespace vex {
 Voice makeChoir(const NoteCall& call);
 // The same voices: they grow for the whole length and are soon gone.
 Voice makeSwell(const NoteCall& call);
+// The same voices shout.
+Voice makeChoirStab(const NoteCall& call);
 
 // Noise and a tone that climb for the whole length and stop dead.
 Voice makeRiser(const NoteCall& call);

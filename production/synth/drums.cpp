@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <span>
 
 #include "production/synth/envelope.h"
 #include "production/synth/filter.h"
@@ -225,6 +226,61 @@ Voice makeImpact(float rate, NoiseSource& noise) {
     addBurst(*channel, {1400, 7000, 0.35f, 0.16f}, rate, noise);
     endSoftly(*channel, 0.6f, rate);
   }
+  return voice;
+}
+
+Voice makeShatter(float rate, NoiseSource& noise) {
+  Voice voice;
+  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
+    channel->resize(sampleCount(1.5f, rate));
+    addBurst(*channel, {900, 13000, 0.05f, 1.3f}, rate, noise);
+    // Splinters that ring, first many and then few.
+    for (int i = 0; i < 44; ++i) {
+      const float late = 0.5f + 0.5f * noise.next();
+      const float start = 0.6f * late * late * late;
+      std::vector<float> splinter(sampleCount(0.5f, rate));
+      const Mode mode{4600 + 3600 * noise.next(), 0.16f * (1 - 0.7f * late), 0.05f + 0.04f * noise.next()};
+      addModes(splinter, std::span(&mode, 1), rate);
+      endSoftly(splinter, 0.1f, rate);
+      const std::size_t first = sampleCount(start, rate);
+      for (std::size_t n = 0; n < splinter.size(); ++n) (*channel)[first + n] += splinter[n];
+    }
+    endSoftly(*channel, 0.4f, rate);
+  }
+  return voice;
+}
+
+Voice makeLaser(float rate, NoiseSource& noise) {
+  Voice voice;
+  // Falls to D, a little apart in the two channels.
+  for (const float apart : {0.994f, 1.006f}) {
+    std::vector<float>& channel = voice.left.empty() ? voice.left : voice.right;
+    channel.resize(sampleCount(0.7f, rate));
+    Decay fall(0.055f, rate), loudness(0.15f, rate), bite(0.04f, rate);
+    Sine carrier, modulator;
+    float phase = 0;
+    for (float& sample : channel) {
+      const float step = apart * (146.83f + 5200 * fall.next()) / rate;
+      const float wave = sineOfTurns(phase + 0.5f * bite.next() * modulator.next(1.5f * step));
+      phase = wrapPhase(phase + step);
+      sample = softClip(2.2f * loudness.next() * wave);
+    }
+    addBurst(channel, {2500, 12000, 0.05f, 0.35f}, rate, noise);
+    endSoftly(channel, 0.2f, rate);
+  }
+  return voice;
+}
+
+Voice makeDroplet(float rate, NoiseSource& noise) {
+  // A bubble that closes: its note rises to D6.
+  Voice voice;
+  voice.left.resize(sampleCount(0.3f, rate));
+  Decay closing(0.02f, rate), loudness(0.05f, rate);
+  Sine sine;
+  for (float& sample : voice.left)
+    sample = 0.8f * loudness.next() * sine.next((1174.7f - 420 * closing.next()) / rate);
+  addBurst(voice.left, {3000, 9000, 0.002f, 0.2f}, rate, noise);
+  endSoftly(voice.left, 0.1f, rate);
   return voice;
 }
 

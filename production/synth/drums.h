@@ -23,5 +23,11 @@ Voice makeTock(float rate, NoiseSource& noise);
 Voice makeClank(float rate, NoiseSource& noise);
 // A falling sub tone under a burst of dust.
 Voice makeImpact(float rate, NoiseSource& noise);
+// A pane of glass that falls.
+Voice makeShatter(float rate, NoiseSource& noise);
+// Light that cuts.
+Voice makeLaser(float rate, NoiseSource& noise);
+// One drop into deep water.
+Voice makeDroplet(float rate, NoiseSource& noise);
 
 }  // namespace vex

@@ -6,30 +6,11 @@
 
 #include "production/synth/envelope.h"
 #include "production/synth/filter.h"
+#include "production/synth/render.h"
 
 namespace vex {
 
 namespace {
-
-// Calls body(i, seconds) for each sample and control(seconds) before each block of controlBlock.
-template <typename Control, typename Body>
-void renderBlocks(std::vector<float>& samples, float rate, Control control, Body body) {
-  for (std::size_t i = 0; i < samples.size(); ++i) {
-    if (i % controlBlock == 0) control(static_cast<float>(i) / rate);
-    samples[i] = body();
-  }
-}
-
-// Pitch at `seconds`: from the glide's start to the note in 70 ms.
-float glidedPitch(const NoteCall& call, float seconds) {
-  const float target = call.pitches.front();
-  if (call.fromPitch <= 0) return target;
-  return target + (call.fromPitch - target) * std::exp(-seconds / 0.028f);
-}
-
-float cents(float amount) {
-  return std::exp2(amount / 1200.0f);
-}
 
 // Saws side by side, for all pitches of a chord, spread in cents and different in each channel.
 struct SawStack {

@@ -8,9 +8,12 @@
 #include "production/synth/effects.h"
 #include "production/synth/envelope.h"
 #include "production/synth/filter.h"
+#include "production/synth/machines.h"
 #include "production/synth/master.h"
+#include "production/synth/powers.h"
 #include "production/synth/struck.h"
 #include "production/synth/tones.h"
+#include "production/synth/weather.h"
 
 namespace vex {
 
@@ -139,7 +142,12 @@ TEST(Voices, AreInTune) {
        {Case{"pluck", makePluck, 50, 4}, Case{"pluck", makePluck, 81, 6}, Case{"pluck", makePluck, 86, 6},
         Case{"arp", makeArp, 74, 3}, Case{"pulse bass", makePulseBass, 38, 5},
         Case{"drive bass", makeDriveBass, 45, 5}, Case{"metal bass", makeMetalBass, 45, 5},
-        Case{"music box", makeTine, 86, 4}, Case{"bell", makeBell, 74, 3}}) {
+        Case{"music box", makeTine, 86, 4}, Case{"bell", makeBell, 74, 3},
+        Case{"sub bass", makeSubBass, 38, 3}, Case{"fuzz bass", makeFuzzBass, 38, 5},
+        Case{"organ", makeOrgan, 74, 3}, Case{"sync lead", makeSyncLead, 74, 8},
+        Case{"glass harp", makeGlassHarp, 74, 3}, Case{"telephone", makeDialTone, 65, 3},
+        Case{"alarm", makeAlarm, 69, 3}, Case{"chip lead", makeChipLead, 86, 3},
+        Case{"chip bass", makeChipBass, 38, 3}}) {
     NoiseSource noise;
     const NoteCall call{rate, 1.0f, std::span(&pitch, 1), 0, 0.8f, 0.7f, &noise};
     Voice voice = make(call);
@@ -148,7 +156,7 @@ TEST(Voices, AreInTune) {
     }
     voice.left.resize(std::min<std::size_t>(voice.left.size(), 40000));
     double best = 0, bestCents = 0;
-    for (double cents = -60; cents <= 60; cents += 0.5) {
+    for (double cents = -50; cents <= 50; cents += 1) {
       const double level = amplitudeAt(voice.left, 440 * std::exp2((pitch - 69) / 12.0 + cents / 1200));
       if (level > best) best = level, bestCents = cents;
     }
@@ -195,6 +203,56 @@ TEST(Voices, MetalBassLosesItsMetal) {
   };
   EXPECT_GT(metal(0.005), 8 * metal(0.6));
   EXPECT_GT(metal(0.005), 0.02);
+}
+
+// Chords that are not played at once: the siren changes in the middle, the console goes round.
+TEST(Voices, BreakTheirChords) {
+  NoiseSource noise;
+  constexpr std::array<float, 2> pitches{69, 75};
+  const std::array hertz{440.0, 440 * std::exp2(0.5)};
+  const NoteCall call{rate, 1.0f, pitches, 0, 1, 0.5f, &noise};
+  const Voice siren = makeAlarm(call), console = makeChipLead(call);
+  for (std::size_t turn = 0; turn < 4; ++turn) {
+    const std::size_t tone = turn % 2;
+    const auto stands = [&](const Voice& voice, double second, std::size_t size, std::size_t expected) {
+      const auto part = std::span(voice.left).subspan(static_cast<std::size_t>(second * rate), size);
+      EXPECT_GT(amplitudeAt(part, hertz[expected]), 1.5 * amplitudeAt(part, hertz[1 - expected])) << turn;
+    };
+    stands(siren, 0.1 + 0.2 * static_cast<double>(turn) + (turn > 1 ? 0.1 : 0.0), 4410, turn / 2);
+    stands(console, static_cast<double>(turn) / 34.1, 1290, tone);
+  }
+}
+
+// Its roll is louder on the note and the fifth than between them, and is gone at the end.
+TEST(Voices, ThunderRingsInItsPitch) {
+  NoiseSource noise;
+  const float pitch = 38;
+  const Voice voice = makeThunder({rate, 4.0f, std::span(&pitch, 1), 0, 1, 0.7f, &noise});
+  const auto roll = std::span(voice.left).first(88200);
+  for (const double ratio : {1.0, 1.4983, 2.0}) {
+    const auto around = [&](double semitones) {
+      double sum = 0;
+      for (double cents = -15; cents <= 15; cents += 3)
+        sum += std::pow(amplitudeAt(roll, 73.416 * ratio * std::exp2(semitones / 12 + cents / 1200)), 2);
+      return sum;
+    };
+    EXPECT_GT(around(0), 1.5 * around(2.5)) << ratio;
+  }
+  const auto part = [&](double second) {
+    return energy(std::span(voice.left).subspan(static_cast<std::size_t>(second * rate), 8820));
+  };
+  EXPECT_GT(part(0.1), 100 * part(3.7));
+}
+
+TEST(Voices, RainGrows) {
+  NoiseSource noise;
+  const float pitch = 62;
+  const Voice voice = makeRain({rate, 12.0f, std::span(&pitch, 1), 0, 1, 0.5f, &noise});
+  const auto part = [&](std::size_t second) {
+    return energy(std::span(voice.left).subspan(second * 44100, 44100));
+  };
+  EXPECT_GT(part(5), 4 * part(0));
+  EXPECT_GT(part(5), 4 * part(11));
 }
 
 TEST(Effects, ReverbLosesSixtyDecibelsInItsTime) {
