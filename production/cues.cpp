@@ -8,8 +8,8 @@
 
 namespace vex {
 
-double cueSeconds(std::string_view name) {
-  for (const Cue& cue : cues) {
+double cueSeconds(std::string_view name, std::span<const Cue> among) {
+  for (const Cue& cue : among) {
     if (cue.name == name) return cueSeconds(cue);
   }
   fatalError("cue table: no cue is named %.*s", static_cast<int>(name.size()), name.data());
@@ -27,7 +27,8 @@ std::string cueLines() {
 
 std::vector<double> kickSeconds() {
   std::vector<double> seconds;
-  for (const DrumLine& line : drumScore()) {
+  const Score score = writeScore(showSections);
+  for (const DrumLine& line : score.drums) {
     if (line.drum != "kick") continue;
     for (const DrumHit& hit : readDrums(line)) seconds.push_back(cueSeconds(hit.bar));
   }

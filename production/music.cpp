@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "platform/ogg_encoder.h"
 #include "production/cues.h"
@@ -18,9 +19,9 @@ namespace vex {
 
 namespace {
 
-std::vector<DuckHit> duckHits() {
+std::vector<DuckHit> duckHits(const Score& score) {
   std::vector<DuckHit> hits;
-  for (const DrumLine& line : drumScore()) {
+  for (const DrumLine& line : score.drums) {
     if (line.drum != "kick") continue;
     for (const DrumHit& hit : readDrums(line)) hits.push_back({cueSeconds(hit.bar), hit.velocity});
   }
@@ -40,40 +41,43 @@ void add(StereoTrack& target, const StereoTrack& source, float gain) {
   }
 }
 
-// All buses, ducked and with their effects, in one track.
-StereoTrack mixDown(Mix& mix) {
+// All buses, ducked and with their effects, in one track. Each bus is given up as soon as it is in the sum:
+// four minutes of them all take most of a gigabyte.
+StereoTrack mixDown(Mix& mix, const Score& score) {
   const std::size_t size = mix.track(Bus::free).left.size();
+  const std::vector<DuckHit> hits = duckHits(score);
+  StereoTrack sum = std::exchange(mix.track(Bus::drums), {});
+  const auto take = [&](StereoTrack& track, Duck duck) {
+    multiply(track, makeDuckCurve(duck, hits, size, mix.rate));
+    add(sum, track, 1);
+    track = {};
+  };
+  add(sum, std::exchange(mix.track(Bus::free), {}), 1);
+  take(mix.track(Bus::bass), {.depth = 0.9f, .recover = 0.16f});
+  take(mix.track(Bus::front), {.depth = 0.35f, .recover = 0.2f});
   StereoTrack& wide = mix.track(Bus::wide);
   applyChorus(wide.left, wide.right, 0.5f, mix.rate);
+  take(wide, {.depth = 0.7f, .recover = 0.33f});
 
-  StereoTrack room{std::vector<float>(size), std::vector<float>(size)};
-  StereoTrack& toEcho = mix.track(Bus::echo);
-  StereoTrack& toReverb = mix.track(Bus::reverb);
+  constexpr Duck roomDuck{.depth = 0.5f, .recover = 0.3f};
   StereoTrack echoes{std::vector<float>(size), std::vector<float>(size)};
+  StereoTrack& toEcho = mix.track(Bus::echo);
   addEcho({.seconds = static_cast<float>(0.75 * secondsPerBeat)}, toEcho.left, toEcho.right, echoes.left,
           echoes.right, mix.rate);
+  toEcho = {};
+  StereoTrack& toReverb = mix.track(Bus::reverb);
   add(toReverb, echoes, 0.3f);
+  take(echoes, roomDuck);
+  StereoTrack room{std::vector<float>(size), std::vector<float>(size)};
   addReverb({}, toReverb.left, toReverb.right, room.left, room.right, mix.rate);
-
-  const std::vector<DuckHit> hits = duckHits();
-  const auto curve = [&](Duck duck) { return makeDuckCurve(duck, hits, size, mix.rate); };
-  multiply(mix.track(Bus::bass), curve({.depth = 0.9f, .recover = 0.16f}));
-  multiply(wide, curve({.depth = 0.7f, .recover = 0.33f}));
-  multiply(mix.track(Bus::front), curve({.depth = 0.35f, .recover = 0.2f}));
-  const std::vector<float> roomCurve = curve({.depth = 0.5f, .recover = 0.3f});
-  multiply(room, roomCurve);
-  multiply(echoes, roomCurve);
-
-  StereoTrack sum{std::vector<float>(size), std::vector<float>(size)};
-  for (const Bus bus : {Bus::drums, Bus::bass, Bus::front, Bus::wide, Bus::free}) add(sum, mix.track(bus), 1);
-  add(sum, echoes, 1);
-  add(sum, room, 1);
+  toReverb = {};
+  take(room, roomDuck);
   return sum;
 }
 
 // The score's passages that run backwards: what led up to them, mirrored, shut in more and more.
-void rewind(StereoTrack& track, float rate) {
-  for (const Rewind& passage : rewindScore()) {
+void rewind(StereoTrack& track, const Score& score, float rate) {
+  for (const Rewind& passage : score.rewinds) {
     const auto middle = static_cast<std::size_t>(std::lround(cueSeconds(passage.bar) * rate));
     const auto count = static_cast<std::size_t>(std::lround(cueSeconds(passage.bars) * rate));
     const auto fade = static_cast<std::size_t>(0.006f * rate);
@@ -82,7 +86,7 @@ void rewind(StereoTrack& track, float rate) {
       for (std::size_t i = 0; i < count; ++i) {
         if (i % controlBlock == 0) {
           const double bar = static_cast<double>(middle + i) / rate / secondsPerBar;
-          for (StateVariableFilter& cut : cuts) cut.set(curveAt("rewind cut", bar, 20000), 0.9f, rate);
+          for (StateVariableFilter& cut : cuts) cut.set(curveAt(score, "rewind cut", bar, 20000), 0.9f, rate);
         }
         const std::size_t edge = std::min(i, count - i);
         const float gain = edge < fade ? static_cast<float>(edge) / static_cast<float>(fade) : 1.0f;
@@ -93,14 +97,14 @@ void rewind(StereoTrack& track, float rate) {
 }
 
 // The score's curves of the whole mix, a block at a time.
-void followCurves(StereoTrack& track, float rate) {
+void followCurves(StereoTrack& track, const Score& score, float rate) {
   constexpr std::size_t block = 64;
   std::array<StateVariableFilter, 2> cuts;
   float lastGain = 0;
   for (std::size_t start = 0; start < track.left.size(); start += block) {
     const double bar = static_cast<double>(start) / rate / secondsPerBar;
-    const float gain = std::pow(10.0f, curveAt("fader", bar, 0) / 20);
-    for (StateVariableFilter& cut : cuts) cut.set(curveAt("low cut", bar, 20), 0.707f, rate);
+    const float gain = std::pow(10.0f, curveAt(score, "fader", bar, 0) / 20);
+    for (StateVariableFilter& cut : cuts) cut.set(curveAt(score, "low cut", bar, 20), 0.707f, rate);
     const std::size_t stop = std::min(start + block, track.left.size());
     for (std::size_t i = start; i < stop; ++i) {
       const float now = lastGain + (gain - lastGain) * static_cast<float>(i - start) / block;
@@ -126,19 +130,20 @@ void fadeEnds(StereoTrack& track, float rate) {
 
 }  // namespace
 
-StereoSound renderMusic(MixQuality quality) {
+StereoSound renderMusic(MixQuality quality, Arrangement sections) {
   const int rate = quality == MixQuality::full ? 44100 : 22050;
   const auto rateHertz = static_cast<float>(rate);
-  Mix mix = makeMix(musicSeconds, rateHertz);
-  playScore(mix);
-  StereoTrack sum = mixDown(mix);
+  const Score score = writeScore(sections);
+  Mix mix = makeMix(cueSeconds(barCount(sections)) + tailSeconds, rateHertz);
+  playScore(mix, score);
+  StereoTrack sum = mixDown(mix, score);
 
   // Figures found by measuring: -14 LUFS, and 0.5 dB between the ceiling and -1 dBFS for what the
   // encoder adds.
   constexpr float loudness = 0.96f;
   constexpr float ceiling = 0.81f;
-  rewind(sum, rateHertz);
-  followCurves(sum, rateHertz);
+  rewind(sum, score, rateHertz);
+  followCurves(sum, score, rateHertz);
   narrowLowEnd(sum.left, sum.right, 120, rateHertz);
   compress({}, sum.left, sum.right, rateHertz);
   for (std::vector<float>* channel : {&sum.left, &sum.right}) {
@@ -149,8 +154,8 @@ StereoSound renderMusic(MixQuality quality) {
   return {rate, std::move(sum.left), std::move(sum.right)};
 }
 
-std::vector<std::byte> makeMusic(MixQuality quality) {
-  const StereoSound sound = renderMusic(quality);
+std::vector<std::byte> makeMusic(MixQuality quality, Arrangement sections) {
+  const StereoSound sound = renderMusic(quality, sections);
   std::string error;
   std::vector<std::byte> file = encodeOgg(sound.left, sound.right, sound.sampleRate, 0.6, error);
   if (file.empty()) fatalError("music: %s", error.c_str());

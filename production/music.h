@@ -3,17 +3,20 @@
 #include <cstddef>
 #include <vector>
 
-// The music of the presentation: 90 s of song after production/cues.h and a tail of 2 s, both ends
+#include "production/cues.h"
+
+// The music: the sections of an arrangement and a tail in which the last chord rings out, both ends
 // silent. Made from code; the same bytes on every run.
 
 namespace vex {
 
 enum class MixQuality {
   full,   // 44.1 kHz
-  draft,  // same song and length at half the sample rate, in a second or two
+  draft,  // same song and length at half the sample rate, in a few seconds
 };
 
-inline constexpr double musicSeconds = 92.0;
+inline constexpr double tailSeconds = 4.0;
+inline constexpr double musicSeconds = cueSeconds(songBars) + tailSeconds;  // of the show
 
 // Two channels of equal length, -1 to 1.
 struct StereoSound {
@@ -21,9 +24,9 @@ struct StereoSound {
   std::vector<float> left, right;
 };
 
-StereoSound renderMusic(MixQuality quality);
+StereoSound renderMusic(MixQuality quality, Arrangement sections = showSections);
 
 // The finished Ogg Vorbis file.
-std::vector<std::byte> makeMusic(MixQuality quality);
+std::vector<std::byte> makeMusic(MixQuality quality, Arrangement sections = showSections);
 
 }  // namespace vex

@@ -6,19 +6,43 @@
 #include "production/movements/words.h"
 #include "production/music.h"
 #include "production/show.h"
+#include "shell/report.h"
 
 namespace vex {
+
+namespace {
+
+// The pictures of the sections.
+void addPictures(Show& show, Section section) {
+  switch (section) {
+    case Section::prologue:
+      return addPrologue(show);
+    case Section::box:
+      return addBox(show);
+    case Section::alien:
+      return addAlien(show);
+    case Section::interludeOne:
+      return addInterludeOne(show);
+    case Section::interludeTwo:
+      return addInterludeTwo(show);
+    case Section::laboratory:
+    case Section::hell:
+    case Section::skull:
+    case Section::water:
+    case Section::outro:
+      break;
+  }
+  fatalError("time line: the section in bar %d has no pictures", firstBar(section));
+}
+
+}  // namespace
 
 Script presentationScript() {
   Show show;
   show.script.totalTime = cueSeconds(songBars);
   show.script.sound = "data\\vex.ogg";
   for (const Cue& cue : cues) show.script.ticks.push_back(cueSeconds(cue));
-  addPrologue(show);
-  addBox(show);
-  addAlien(show);
-  addInterludeOne(show);
-  addInterludeTwo(show);
+  for (const Section section : showSections) addPictures(show, section);
   addFinish(show);
   return show.script;
 }
@@ -26,8 +50,8 @@ Script presentationScript() {
 Products timeLineFiles() {
   Product product;
   product.outputs = {"test.hvp", "used_textures.log"};
-  product.sources = {"production/time_line.", "production/movements/", "production/show.",
-                     "production/project_writer.", "production/cues."};
+  product.sources = {"production/time_line.",      "production/movements/", "production/show.",
+                     "production/project_writer.", "production/cues.",      "production/arrangement."};
   product.work = 0.1f;
   product.make = [](const Settings&) {
     const Script script = presentationScript();
@@ -41,7 +65,8 @@ Products timeLineFiles() {
 Products musicFile() {
   Product product;
   product.outputs = {"data/vex.ogg"};
-  product.sources = {"production/music.", "production/cues.", "production/song/", "production/synth/"};
+  product.sources = {"production/music.", "production/cues.", "production/arrangement.", "production/song/",
+                     "production/synth/"};
   product.work = 40;
   product.make = [](const Settings& settings) {
     return std::vector<Bytes>{makeMusic(settings.draft ? MixQuality::draft : MixQuality::full)};

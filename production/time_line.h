@@ -5,7 +5,7 @@
 
 namespace vex {
 
-// The presentation's script, 60 seconds.
+// The presentation's script: the pictures of the sections that the show plays.
 Script presentationScript();
 
 Products timeLineFiles();  // test.hvp and used_textures.log

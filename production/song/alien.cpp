@@ -1,4 +1,3 @@
-#include "production/cues.h"
 #include "production/song/movements.h"
 
 namespace vex {
@@ -211,7 +210,7 @@ constexpr CurvePoint curves[] = {
 }  // namespace
 
 Movement alien() {
-  return {alienBar, drums, notes, curves, {}};
+  return {drums, notes, curves, {}};
 }
 
 }  // namespace vex

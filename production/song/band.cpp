@@ -4,11 +4,13 @@
 #include <string_view>
 
 #include "production/cues.h"
-#include "production/song/score.h"
 #include "production/synth/airs.h"
 #include "production/synth/drums.h"
+#include "production/synth/machines.h"
+#include "production/synth/powers.h"
 #include "production/synth/struck.h"
 #include "production/synth/tones.h"
+#include "production/synth/weather.h"
 #include "shell/report.h"
 
 namespace vex {
@@ -36,6 +38,11 @@ constexpr Drum drums[] = {
     {"tock", makeTock, {Bus::free, 0.36f, 0.45f, 0.18f, 0.1f}},
     {"clank", makeClank, {Bus::free, 0.28f, 0, 0.45f, 0.2f}},
     {"impact", makeImpact, {Bus::free, 0.42f, 0, 0.3f}},
+    {"shatter", makeShatter, {Bus::free, 0.85f, 0, 0.35f, 0.15f}},
+    {"laser", makeLaser, {Bus::free, 0.42f, 0, 0.25f, 0.35f}},
+    {"droplet", makeDroplet, {Bus::free, 0.30f, 0.2f, 0.9f, 0.5f}},
+    {"chip snare", makeChipSnare, {Bus::drums, 0.42f, 0, 0.05f}},
+    {"chip hat", makeChipHat, {Bus::drums, 0.32f, 0.2f, 0.02f}},
 };
 
 struct Instrument {
@@ -68,8 +75,24 @@ constexpr Instrument instruments[] = {
     {"lead octave", makeLead, {Bus::front, 0.24f, 0, 0.15f, 0.1f}},
     {"counter", makeCounter, {Bus::front, 0.28f, 0, 0.2f, 0.3f}},
     {"stab", makeStab, {Bus::front, 0.36f, 0, 0.3f, 0.2f}},
+    {"power chords", makeStab, {Bus::front, 0.30f, 0, 0.12f}},
     {"murmur", makeStab, {Bus::wide, 0.38f, 0, 0.3f, 0.25f}, 0.3f},
     {"arp", makeArp, {Bus::wide, 0.22f, 0, 0.15f, 0.35f}, 0.50f},
+    {"telephone", makeDialTone, {Bus::free, 0.30f, -0.12f, 0.12f, 0.2f}},
+    {"breathing", makeBreath, {Bus::free, 0.80f, 0, 0.2f}, 0.2f},
+    {"alarm", makeAlarm, {Bus::free, 0.32f, 0.15f, 0.3f, 0.12f}},
+    {"sub bass", makeSubBass, {Bus::bass, 0.46f}},
+    {"fuzz bass", makeFuzzBass, {Bus::bass, 0.44f, 0, 0.02f}},
+    {"choir stab", makeChoirStab, {Bus::wide, 1.05f, 0, 0.45f}},
+    {"organ", makeOrgan, {Bus::front, 0.27f, 0, 0.5f}},
+    {"organ chords", makeOrgan, {Bus::wide, 0.20f, 0, 0.4f}},
+    {"thunder", makeThunder, {Bus::free, 0.70f, 0, 0.3f}},
+    {"sync lead", makeSyncLead, {Bus::front, 0.32f, 0, 0.2f, 0.25f}},
+    {"rain", makeRain, {Bus::free, 0.80f, 0, 0.12f}},
+    {"glass harp", makeGlassHarp, {Bus::free, 0.32f, 0, 0.7f, 0.2f}},
+    {"chip lead", makeChipLead, {Bus::front, 0.42f, 0.12f, 0.08f, 0.22f}},
+    {"chip chords", makeChipLead, {Bus::wide, 0.34f, 0, 0.08f, 0.1f}, 0.45f},
+    {"chip bass", makeChipBass, {Bus::bass, 0.37f}},
     {"riser", makeRiser, {Bus::free, 0.50f, 0, 0.2f}},
     {"fall", makeFall, {Bus::free, 0.40f, 0, 0.3f}},
 };
@@ -85,10 +108,10 @@ const Row& findRow(const Row (&rows)[Size], std::string_view name) {
 // Three recordings of each drum, played in turn.
 constexpr std::size_t takes = 3;
 
-void playDrums(Mix& mix, NoiseSource& noise) {
+void playDrums(Mix& mix, const Score& score, NoiseSource& noise) {
   std::array<std::array<Voice, takes>, std::size(drums)> recordings;
   std::array<std::size_t, std::size(drums)> turns{};
-  for (const DrumLine& line : drumScore()) {
+  for (const DrumLine& line : score.drums) {
     const Drum& drum = findRow(drums, line.drum);
     const auto index = static_cast<std::size_t>(&drum - drums);
     if (recordings[index][0].left.empty()) {
@@ -102,16 +125,16 @@ void playDrums(Mix& mix, NoiseSource& noise) {
 
 }  // namespace
 
-void playScore(Mix& mix) {
+void playScore(Mix& mix, const Score& score) {
   NoiseSource noise;
-  playDrums(mix, noise);
-  for (const NoteLine& line : noteScore()) {
+  playDrums(mix, score, noise);
+  for (const NoteLine& line : score.notes) {
     const Instrument& instrument = findRow(instruments, line.instrument);
     float side = -1;
     for (const Note& note : readNotes(line)) {
       const NoteCall call{
-          mix.rate,      static_cast<float>(cueSeconds(note.bars)), note.pitches, note.fromPitch,
-          note.velocity, curveAt(line.instrument, note.bar, 0.5f),  &noise};
+          mix.rate,      static_cast<float>(cueSeconds(note.bars)),       note.pitches, note.fromPitch,
+          note.velocity, curveAt(score, line.instrument, note.bar, 0.5f), &noise};
       Placement place = instrument.place;
       place.pan += side * instrument.sway;
       side = -side;

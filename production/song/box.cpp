@@ -1,4 +1,3 @@
-#include "production/cues.h"
 #include "production/song/movements.h"
 
 namespace vex {
@@ -182,7 +181,7 @@ constexpr Rewind rewinds[] = {{14, 1.75}};
 }  // namespace
 
 Movement box() {
-  return {boxBar, drums, notes, curves, rewinds};
+  return {drums, notes, curves, rewinds};
 }
 
 }  // namespace vex

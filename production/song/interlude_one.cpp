@@ -1,4 +1,3 @@
-#include "production/cues.h"
 #include "production/song/movements.h"
 
 namespace vex {
@@ -54,7 +53,7 @@ constexpr CurvePoint curves[] = {
 }  // namespace
 
 Movement interludeOne() {
-  return {interludeOneBar, drums, notes, curves, {}};
+  return {drums, notes, curves, {}};
 }
 
 }  // namespace vex

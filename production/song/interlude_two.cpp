@@ -1,4 +1,3 @@
-#include "production/cues.h"
 #include "production/song/movements.h"
 
 namespace vex {
@@ -21,23 +20,31 @@ constexpr DrumLine drums[] = {
     {2, 1, "clap", "x...x...x.x.xx.."},
     {2, 1, "crash", "o..............."},
     {2, 1, "low tom", "........x.xx.x.."},
-    // The last stroke; then only the clock, which stops.
+    // The stroke.
     {3, 1, "impact", "X..............."},
     {3, 1, "kick", "X..............."},
     {3, 1, "crash", "X..............."},
     {3, 1, "clank", "x..............."},
-    {3, 1, "tick", "........o...g..."},
+};
+
+// Only the clock is left, and stops.
+constexpr DrumLine lastDrums[] = {{3, 1, "tick", "........o...g..."}};
+
+// The skins pick it up again.
+constexpr DrumLine nextDrums[] = {
+    {3, 1, "high tom", "......o.o..x.x.."},
+    {3, 1, "low tom", ".........x..x.xX"},
+    {3, 1, "snare", "........g.g.oorr"},
 };
 
 constexpr NoteLine notes[] = {
-    // The motif over its dominant; the A that it had been missing comes with the last stroke.
-    {0, "lead", "D5:14! -:2 | Eb5:14! -:2 | A5:7! -:1 G#5:6! -:2 | A5:14! -:2"},
-    {0, "lead octave", "D4:14! -:2 | Eb4:14! -:2 | A4:7! -:1 G#4:6! -:2 | A4:14! -:2"},
+    // The motif over its dominant.
+    {0, "lead", "D5:14! -:2 | Eb5:14! -:2 | A5:7! -:1 G#5:6! -:2"},
+    {0, "lead octave", "D4:14! -:2 | Eb4:14! -:2 | A4:7! -:1 G#4:6! -:2"},
     {0, "drive bass",
      "A1:1! -:1 A1:1 -:1 A1:1! -:1 A1:1 -:1 A1:1! -:1 A1:1 -:1 A1:1! -:1 A1:1 -:1 |"
      "A1:1! A1:1 A2:1 A1:1 A1:1! A1:1 A2:1 A1:1 A1:1! A1:1 A2:1 A1:1 A1:1! A1:1 A2:1 A1:1 |"
-     "A1:1! A1:1 A2:1! A1:1 A1:1! A1:1 A2:1! A1:1 A1:1! A2:1! A1:1! A2:1! A1:1! A2:1! -:2 |"
-     "-:16"},
+     "A1:1! A1:1 A2:1! A1:1 A1:1! A1:1 A2:1! A1:1 A1:1! A2:1! A1:1! A2:1! A1:1! A2:1! -:2"},
     {0, "murmur",
      "-:2 D4+F4+A4:1 -:3 D4+F4+A4:1 -:1 -:2 D4+F4+A4:1 -:3 D4+F4+A4:1 -:1 |"
      "Eb4+G4+Bb4:1 -:1 Eb4+G4+Bb4:1 -:1 Eb4+G4+Bb4:1 -:1 Eb4+G4+Bb4:1 -:1 Eb4+G4+Bb4:1 -:1 Eb4+G4+Bb4:1 -:1 "
@@ -49,15 +56,26 @@ constexpr NoteLine notes[] = {
     {1, "arp",
      "Eb5:1 G5:1 Bb5:1 Eb6:1 G5:1 Bb5:1 Eb6:1 G6:1 Bb5:1 Eb6:1 G6:1 Eb6:1 Bb5:1 Eb6:1 G6:1 Bb6:1 |"
      "A5:1 C#6:1 E6:1 A6:1 E6:1 C#6:1 A5:1 C#6:1 G#5:1 B5:1 D6:1 F6:1 G#6:1 B6:1 -:2"},
-    {0, "riser", "A2:46! -:2 | -:16"},
+    {0, "riser", "A2:46! -:2"},
     {2, "reversed bell", "-:2 D5+A5:12! -:2"},
+};
 
+// The A that the motif had been missing.
+constexpr NoteLine lastNotes[] = {
+    {3, "lead", "A5:14! -:2"},
+    {3, "lead octave", "A4:14! -:2"},
     {3, "final choir", "D3+A3+D4+F4+A4:16!"},
     {3, "final pad", "D2+A2+D3+F3+A3+E4:16!"},
     {3, "pulse bass", "D2:16!"},
     {3, "bell", "D3+A3+D4:16!"},
     {3, "fall", "D4:16"},
     {3, "last bell", "-:8 A5:8!"},
+};
+
+// It is not over: the half step below everything, and what comes is already breathing in.
+constexpr NoteLine nextNotes[] = {
+    {3, "bell", "D3+Eb3:16!"},        {3, "fall", "D4:12 -:4"},   {3, "pulse bass", "D2:12! -:4"},
+    {3, "swell", "D3+Eb3+A3+D4:16!"}, {3, "riser", "-:4 D3:12!"},
 };
 
 constexpr CurvePoint curves[] = {
@@ -75,6 +93,7 @@ constexpr CurvePoint curves[] = {
     {"arp", 1, 0.1f},
     {"arp", 2.9, 0.9f},
     {"pulse bass", 3, 0.1f},
+    {"swell", 3, 0.6f},
     {"final choir", 3, 0.45f},
     {"final pad", 3, 0.3f},
 
@@ -82,8 +101,6 @@ constexpr CurvePoint curves[] = {
     {"fader", 2.86, 0.3f},
     {"fader", 2.88, -12},
     {"fader", 2.99, -12},
-    {"fader", 3, 1},
-    {"fader", 4, 0},
     // As before the lid: the floor goes and comes back with the stroke.
     {"low cut", 0.9, 20},
     {"low cut", 1, 30},
@@ -92,10 +109,21 @@ constexpr CurvePoint curves[] = {
     {"low cut", 3, 20},
 };
 
+constexpr CurvePoint lastCurves[] = {{"fader", 3, 1}, {"fader", 4, 0}};
+constexpr CurvePoint nextCurves[] = {{"fader", 3, 0}, {"fader", 3.3, -4.5f}, {"fader", 3.98, -2.5f}};
+
 }  // namespace
 
 Movement interludeTwo() {
-  return {interludeTwoBar, drums, notes, curves, {}};
+  return {drums, notes, curves, {}};
+}
+
+Movement interludeTwoEnds() {
+  return {lastDrums, lastNotes, lastCurves, {}};
+}
+
+Movement interludeTwoGoesOn() {
+  return {nextDrums, nextNotes, nextCurves, {}};
 }
 
 }  // namespace vex

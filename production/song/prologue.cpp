@@ -1,4 +1,3 @@
-#include "production/cues.h"
 #include "production/song/movements.h"
 
 namespace vex {
@@ -45,7 +44,7 @@ constexpr CurvePoint curves[] = {
 }  // namespace
 
 Movement prologue() {
-  return {prologueBar, drums, notes, curves, {}};
+  return {drums, notes, curves, {}};
 }
 
 }  // namespace vex

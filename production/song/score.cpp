@@ -1,7 +1,6 @@
 #include "production/song/score.h"
 
 #include <algorithm>
-#include <map>
 
 #include "production/song/movements.h"
 
@@ -9,53 +8,59 @@ namespace vex {
 
 namespace {
 
-// All movements together, in order of time, with bars that count from the start of the song.
-struct Score {
-  std::vector<DrumLine> drums;
-  std::vector<NoteLine> notes;
-  std::vector<Rewind> rewinds;
-  std::map<std::string_view, std::vector<CurvePoint>> curves;
-};
+Movement movementOf(Section section) {
+  switch (section) {
+    case Section::prologue:
+      return prologue();
+    case Section::box:
+      return box();
+    case Section::alien:
+      return alien();
+    case Section::interludeOne:
+      return interludeOne();
+    case Section::laboratory:
+      return laboratory();
+    case Section::interludeTwo:
+      return interludeTwo();
+    case Section::hell:
+      return hell();
+    case Section::skull:
+      return skull();
+    case Section::water:
+      return water();
+    case Section::outro:
+      return outro();
+  }
+  return {};
+}
 
-Score gather() {
-  std::vector movements{prologue(), box(), alien(), interludeOne(), interludeTwo()};
-  std::sort(movements.begin(), movements.end(),
-            [](const Movement& p, const Movement& q) { return p.firstBar < q.firstBar; });
-  Score score;
-  const auto append = [](auto& all, auto element, int firstBar) {
+void append(Score& score, const Movement& movement, int firstBar) {
+  const auto add = [&](auto& all, auto element) {
     element.bar += firstBar;
     all.push_back(element);
   };
-  for (const Movement& movement : movements) {
-    for (const DrumLine& line : movement.drums) append(score.drums, line, movement.firstBar);
-    for (const NoteLine& line : movement.notes) append(score.notes, line, movement.firstBar);
-    for (const Rewind& rewind : movement.rewinds) append(score.rewinds, rewind, movement.firstBar);
-    for (const CurvePoint& point : movement.curves)
-      append(score.curves[point.name], point, movement.firstBar);
-  }
-  return score;
-}
-
-const Score& score() {
-  static const Score all = gather();
-  return all;
+  for (const DrumLine& line : movement.drums) add(score.drums, line);
+  for (const NoteLine& line : movement.notes) add(score.notes, line);
+  for (const Rewind& rewind : movement.rewinds) add(score.rewinds, rewind);
+  for (const CurvePoint& point : movement.curves) add(score.curves[point.name], point);
 }
 
 }  // namespace
 
-std::span<const DrumLine> drumScore() {
-  return score().drums;
-}
-std::span<const NoteLine> noteScore() {
-  return score().notes;
-}
-std::span<const Rewind> rewindScore() {
-  return score().rewinds;
+Score writeScore(Arrangement sections) {
+  Score score;
+  for (const Section section : sections) {
+    const int bar = firstBar(section, sections);
+    append(score, movementOf(section), bar);
+    if (section == Section::interludeTwo)
+      append(score, section == sections.back() ? interludeTwoEnds() : interludeTwoGoesOn(), bar);
+  }
+  return score;
 }
 
-float curveAt(std::string_view name, double bar, float otherwise) {
-  const auto found = score().curves.find(name);
-  if (found == score().curves.end()) return otherwise;
+float curveAt(const Score& score, std::string_view name, double bar, float otherwise) {
+  const auto found = score.curves.find(name);
+  if (found == score.curves.end()) return otherwise;
   const std::vector<CurvePoint>& points = found->second;
   const auto after = std::upper_bound(points.begin(), points.end(), bar,
                                       [](double at, const CurvePoint& point) { return at < point.bar; });

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 #include <set>
@@ -70,24 +71,102 @@ TEST(Notation, RefusesWhatItCannotRead) {
             "score: a bar line of the lead in bar 5 stands at step 15");
 }
 
-TEST(Cues, AreInOrderAndNamedOnce) {
-  std::set<std::string_view> names;
-  double last = 0;
-  for (const Cue& cue : cues) {
-    EXPECT_GE(cueSeconds(cue), last) << cue.name;
-    last = cueSeconds(cue);
-    EXPECT_TRUE(names.insert(cue.name).second) << cue.name;
-    EXPECT_EQ(cueSeconds(cue.name), cueSeconds(cue));
+namespace {
+
+struct Song {
+  const char* name;
+  Arrangement sections;
+  std::vector<Cue> cues;
+  Score score;
+  int bars;
+
+  Song(const char* songName, Arrangement played)
+      : name(songName),
+        sections(played),
+        cues(arrangeCues(played)),
+        score(writeScore(played)),
+        bars(barCount(played)) {}
+
+  // Position in `sections` of the one in which that bar lies.
+  std::size_t sectionAt(double bar) const {
+    std::size_t at = 0;
+    while (at + 1 < sections.size() && firstBar(sections[at + 1], sections) <= bar) ++at;
+    return at;
   }
-  EXPECT_EQ(last, 90);
+  std::string_view sectionName(std::size_t at) const {
+    const int first = firstBar(sections[at], sections);
+    return std::find_if(cues.begin(), cues.end(), [&](const Cue& cue) { return cue.bar == first; })->name;
+  }
+  // Everything that one instrument plays.
+  std::map<std::string_view, std::vector<Note>> parts() const {
+    std::map<std::string_view, std::vector<Note>> all;
+    for (const NoteLine& line : score.notes)
+      for (const Note& note : readNotes(line)) all[line.instrument].push_back(note);
+    for (auto& [instrument, notes] : all)
+      std::stable_sort(notes.begin(), notes.end(),
+                       [](const Note& p, const Note& q) { return p.bar < q.bar; });
+    return all;
+  }
+};
+
+const Song& theWhole() {
+  static const Song song("whole", wholeSong);
+  return song;
+}
+const Song& theShow() {
+  static const Song song("show", showSections);
+  return song;
+}
+
+}  // namespace
+
+TEST(Arrangement, SectionsFollowEachOther) {
+  EXPECT_EQ(barCount(wholeSong), 128);
+  struct Case {
+    Section section;
+    int bar;
+  };
+  for (const auto& [section, bar] :
+       {Case{Section::box, 8}, Case{Section::alien, 24}, Case{Section::interludeOne, 40},
+        Case{Section::laboratory, 44}, Case{Section::interludeTwo, 64}, Case{Section::hell, 68},
+        Case{Section::skull, 84}, Case{Section::water, 100}, Case{Section::outro, 116}})
+    EXPECT_EQ(firstBar(section, wholeSong), bar);
+
+  // Any other order takes its cues, its notes and its end along.
+  constexpr std::array two{Section::water, Section::box};
+  const Song song("two", two);
+  EXPECT_EQ(song.bars, 32);
+  EXPECT_EQ(cueSeconds("rain", song.cues), 1.875);
+  EXPECT_EQ(cueSeconds("lid", song.cues), 24 * 1.875);
+  EXPECT_EQ(cueSeconds("end", song.cues), 60);
+  EXPECT_EQ(firstBar(Section::hell, two), -1);
+  const auto parts = song.parts();
+  EXPECT_EQ(parts.at("glass harp").front().bar, 4);
+  EXPECT_EQ(parts.at("drive bass").front().bar, 24);
+  EXPECT_FLOAT_EQ(curveAt(song.score, "rewind cut", 30, 0), 9000);
+}
+
+TEST(Cues, AreInOrderAndNamedOnce) {
+  for (const Song* song : {&theWhole(), &theShow()}) {
+    std::set<std::string_view> names;
+    double last = 0;
+    for (const Cue& cue : song->cues) {
+      EXPECT_GE(cueSeconds(cue), last) << cue.name;
+      last = cueSeconds(cue);
+      EXPECT_TRUE(names.insert(cue.name).second) << cue.name;
+      EXPECT_EQ(cueSeconds(cue.name, song->cues), cueSeconds(cue));
+    }
+    EXPECT_EQ(last, song->bars * 1.875);
+  }
+  EXPECT_EQ(songBars, theShow().bars);
   EXPECT_EQ(cueSeconds(4, 2), 8.4375);
   EXPECT_EQ(fatalText([] { cueSeconds("encore"); }), "cue table: no cue is named encore");
 }
 
 // Pictures follow the cues: no second bar without one.
 TEST(Cues, StandOnEverySecondBar) {
-  for (int bar = 0; bar < songBars; bar += 2) {
-    EXPECT_TRUE(std::any_of(cues.begin(), cues.end(), [&](const Cue& cue) {
+  for (int bar = 0; bar < theWhole().bars; bar += 2) {
+    EXPECT_TRUE(std::any_of(theWhole().cues.begin(), theWhole().cues.end(), [&](const Cue& cue) {
       return cueSeconds(cue) == cueSeconds(bar);
     })) << bar;
   }
@@ -97,48 +176,73 @@ TEST(Cues, PrintAsSecondsAndNames) {
   const std::string lines = cueLines();
   EXPECT_TRUE(lines.starts_with("0.0000000 prologue\n0.9375000 first heartbeat\n")) << lines;
   EXPECT_NE(lines.find("\n45.0000000 alien\n"), std::string::npos) << lines;
-  EXPECT_TRUE(lines.ends_with("\n90.0000000 end\n")) << lines;
+  EXPECT_TRUE(lines.ends_with(" end\n")) << lines;
 }
 
 TEST(Score, StaysInsideTheSong) {
-  for (const DrumLine& line : drumScore()) {
-    for (const DrumHit& hit : readDrums(line)) {
-      EXPECT_GE(hit.bar, 0);
-      EXPECT_LT(hit.bar, songBars) << line.drum;
+  for (const Song* song : {&theWhole(), &theShow()}) {
+    for (const DrumLine& line : song->score.drums) {
+      for (const DrumHit& hit : readDrums(line)) {
+        EXPECT_GE(hit.bar, 0);
+        EXPECT_LT(hit.bar, song->bars) << line.drum;
+      }
     }
-  }
-  for (const NoteLine& line : noteScore()) {
-    for (const Note& note : readNotes(line)) EXPECT_LE(note.bar + note.bars, songBars) << line.instrument;
+    for (const NoteLine& line : song->score.notes)
+      for (const Note& note : readNotes(line)) EXPECT_LE(note.bar + note.bars, song->bars) << line.instrument;
   }
 }
 
-// The four notes in a row, in one instrument: once or more in each movement, in a voice that the
-// movement before did not give it to. Only the last movement goes on to the A.
-TEST(Score, EveryMovementStatesTheMotif) {
-  std::vector<double> starts;
-  for (const Cue& cue : cues) {
-    if (cue.kind == CueKind::section) starts.push_back(cue.bar);
-  }
-  ASSERT_EQ(starts.size(), 5u);
-  std::vector<int> statements(starts.size()), resolutions(starts.size());
-  std::vector<std::set<std::string_view>> voices(starts.size());
-  for (const NoteLine& line : noteScore()) {
-    const std::vector<Note> notes = readNotes(line);
-    const auto pitchClass = [&](std::size_t i) { return std::lround(notes[i].pitches.front()) % 12; };
-    for (std::size_t i = 0; i + 3 < notes.size(); ++i) {
-      if (pitchClass(i) != 2 || pitchClass(i + 1) != 3 || pitchClass(i + 2) != 9 || pitchClass(i + 3) != 8)
-        continue;
-      const auto section = std::upper_bound(starts.begin(), starts.end(), notes[i].bar) - starts.begin() - 1;
-      ++statements[static_cast<std::size_t>(section)];
-      voices[static_cast<std::size_t>(section)].insert(line.instrument);
-      if (i + 4 < notes.size() && pitchClass(i + 4) == 9) ++resolutions[static_cast<std::size_t>(section)];
+// The four notes in a row, in one instrument: once or more in each section, in a voice that the section
+// before did not give it to. It goes on to the A in the water and after it, or where the show ends.
+TEST(Score, EverySectionStatesTheMotif) {
+  for (const Song* song : {&theWhole(), &theShow()}) {
+    const std::size_t count = song->sections.size();
+    std::vector<int> resolutions(count);
+    std::vector<std::set<std::string_view>> voices(count);
+    for (const auto& [instrument, notes] : song->parts()) {
+      const auto pitchClass = [&](std::size_t i) { return std::lround(notes[i].pitches.front()) % 12; };
+      for (std::size_t i = 0; i + 3 < notes.size(); ++i) {
+        if (pitchClass(i) != 2 || pitchClass(i + 1) != 3 || pitchClass(i + 2) != 9 || pitchClass(i + 3) != 8)
+          continue;
+        const std::size_t section = song->sectionAt(notes[i].bar);
+        voices[section].insert(instrument);
+        const bool goesOn = i + 4 < notes.size() && song->sectionAt(notes[i + 4].bar) == section;
+        if (goesOn && pitchClass(i + 4) == 9) ++resolutions[section];
+      }
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      EXPECT_FALSE(voices[i].empty()) << song->name << ' ' << song->sectionName(i);
+      const bool home = song->sections[i] == Section::water || song->sections[i] == Section::outro ||
+                        (song->sections[i] == Section::interludeTwo && i + 1 == count);
+      EXPECT_EQ(resolutions[i] > 0, home) << song->name << ' ' << song->sectionName(i);
+      if (i > 0) {
+        EXPECT_NE(voices[i], voices[i - 1]) << song->sectionName(i);
+      }
     }
   }
-  for (std::size_t i = 0; i < starts.size(); ++i) {
-    EXPECT_GE(statements[i], 1) << "bar " << starts[i];
-    EXPECT_EQ(resolutions[i] > 0, i + 1 == starts.size()) << "bar " << starts[i];
-    if (i > 0) {
-      EXPECT_NE(voices[i], voices[i - 1]) << "bar " << starts[i];
+}
+
+// Weighs how long each pitch class sounds: F or F sharp tells minor from major, E flat against E is
+// the Phrygian colour.
+TEST(Score, IsMinorUntilTheOutroAndPhrygianInHell) {
+  std::vector<std::array<double, 12>> weights(theWhole().sections.size());
+  for (const auto& [instrument, notes] : theWhole().parts())
+    for (const Note& note : notes)
+      for (const float pitch : note.pitches)
+        weights[theWhole().sectionAt(note.bar)][static_cast<std::size_t>(std::lround(pitch) % 12)] +=
+            note.bars;
+  constexpr std::size_t flatThird = 5, sharpThird = 6, flatSecond = 3, second = 4;
+  for (std::size_t i = 1; i < weights.size(); ++i) {
+    const Section section = theWhole().sections[i];
+    const auto& weight = weights[i];
+    if (section == Section::outro) {
+      EXPECT_EQ(weight[flatThird], 0);
+      EXPECT_GT(weight[sharpThird], 5);
+    } else {
+      EXPECT_GT(weight[flatThird], 8 * weight[sharpThird]) << theWhole().sectionName(i);
+    }
+    if (section == Section::hell || section == Section::skull) {
+      EXPECT_GT(weight[flatSecond], 4 * weight[second]) << theWhole().sectionName(i);
     }
   }
 }
@@ -146,17 +250,18 @@ TEST(Score, EveryMovementStatesTheMotif) {
 // Drums lead into each cue of the kind that promises it, and nothing is struck while the music holds
 // its breath but the clock.
 TEST(Score, KeepsWhatTheCuesPromise) {
-  for (std::size_t i = 0; i + 1 < cues.size(); ++i) {
-    const double first = cueSeconds(cues[i]) / secondsPerBar, next = cueSeconds(cues[i + 1]) / secondsPerBar;
+  const std::vector<Cue>& all = theWhole().cues;
+  for (std::size_t i = 0; i + 1 < all.size(); ++i) {
+    const double first = cueSeconds(all[i]) / secondsPerBar, next = cueSeconds(all[i + 1]) / secondsPerBar;
     int struck = 0;
-    for (const DrumLine& line : drumScore()) {
-      if (line.drum != "snare" && line.drum != "kick" && !line.drum.ends_with("tom")) continue;
+    for (const DrumLine& line : theWhole().score.drums) {
+      if (!line.drum.ends_with("snare") && line.drum != "kick" && !line.drum.ends_with("tom")) continue;
       for (const DrumHit& hit : readDrums(line)) struck += hit.bar >= first && hit.bar < next ? 1 : 0;
     }
-    if (cues[i].kind == CueKind::fill) {
-      EXPECT_GE(struck, 3) << cues[i].name;
-    } else if (cues[i].kind == CueKind::silence) {
-      EXPECT_EQ(struck, 0) << cues[i].name;
+    if (all[i].kind == CueKind::fill) {
+      EXPECT_GE(struck, 3) << all[i].name;
+    } else if (all[i].kind == CueKind::silence) {
+      EXPECT_EQ(struck, 0) << all[i].name;
     }
   }
 }
@@ -164,11 +269,11 @@ TEST(Score, KeepsWhatTheCuesPromise) {
 // A voice that comes back after more than four bars counts as new, too.
 TEST(Score, BringsSomethingNewAtLeastEveryEightBars) {
   std::map<std::string_view, std::vector<double>> played;
-  for (const DrumLine& line : drumScore())
+  for (const DrumLine& line : theWhole().score.drums)
     for (const DrumHit& hit : readDrums(line)) played[line.drum].push_back(hit.bar);
-  for (const NoteLine& line : noteScore())
-    for (const Note& note : readNotes(line)) played[line.instrument].push_back(note.bar);
-  std::vector<double> entries{0, songBars};
+  for (const auto& [instrument, notes] : theWhole().parts())
+    for (const Note& note : notes) played[instrument].push_back(note.bar);
+  std::vector<double> entries{0, static_cast<double>(theWhole().bars)};
   for (auto& [name, bars] : played) {
     std::sort(bars.begin(), bars.end());
     for (std::size_t i = 0; i < bars.size(); ++i)
@@ -179,11 +284,15 @@ TEST(Score, BringsSomethingNewAtLeastEveryEightBars) {
 }
 
 TEST(Score, CurvesAreStraightBetweenTheirPoints) {
-  EXPECT_EQ(curveAt("no such curve", 3, 0.25f), 0.25f);
-  EXPECT_FLOAT_EQ(curveAt("fader", 0, 0), -7);
-  EXPECT_FLOAT_EQ(curveAt("fader", 1.5, 0), -7.5f);
-  EXPECT_FLOAT_EQ(curveAt("fader", 99, 0), curveAt("fader", songBars, 0));
-  EXPECT_FLOAT_EQ(curveAt("low cut", 0, 0), 20) << "before the first point";
+  const Score& score = theWhole().score;
+  EXPECT_EQ(curveAt(score, "no such curve", 3, 0.25f), 0.25f);
+  EXPECT_FLOAT_EQ(curveAt(score, "fader", 0, 0), -7);
+  EXPECT_FLOAT_EQ(curveAt(score, "fader", 1.5, 0), -7.5f);
+  EXPECT_FLOAT_EQ(curveAt(score, "fader", 999, 0), curveAt(score, "fader", 128, 0));
+  EXPECT_FLOAT_EQ(curveAt(score, "low cut", 0, 0), 20) << "before the first point";
+  // Between the points of a section, and of one that follows, nothing goes backwards.
+  for (const auto& [name, points] : score.curves)
+    for (std::size_t i = 1; i < points.size(); ++i) EXPECT_LE(points[i - 1].bar, points[i].bar) << name;
 }
 
 }  // namespace vex
