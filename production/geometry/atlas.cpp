@@ -376,7 +376,15 @@ std::vector<Chart> cutForPacking(const std::vector<Chart>& charts) {
 
 struct Spot {
   int x = 0, y = 0;
+  std::size_t quarters = 0;  // turned by so many quarter turns
 };
+using TurnedChart = std::array<Chart, 4>;
+
+TurnedChart quarterTurns(const Chart& chart) {
+  TurnedChart turns{chart, chart, chart, chart};
+  for (int i = 1; i < 4; ++i) rotateChart(turns[at(i)], 3.14159265f / 2 * static_cast<float>(i));
+  return turns;
+}
 
 // What a chart covers of each column of texels, bleed included: from `low` up to below `high`.
 struct Profile {
@@ -412,32 +420,38 @@ Profile profileOf(const Chart& chart, float scale, int bleed) {
   return profile;
 }
 
-// From the tallest down, each as low as it goes on what is there, close to its outline.
-std::optional<std::vector<Spot>> pack(const std::vector<Chart>& charts, float scale,
+// From the tallest down, each turned and placed so that its top is as low as it goes, close to the outline of
+// what is there.
+std::optional<std::vector<Spot>> pack(const std::vector<TurnedChart>& charts, float scale,
                                       const AtlasOptions& options) {
-  std::vector<Profile> profiles;
-  for (const Chart& chart : charts)
-    profiles.push_back(profileOf(chart, scale * chart.density, options.bleed));
   std::vector<std::size_t> order(charts.size());
   std::iota(order.begin(), order.end(), 0u);
   std::stable_sort(order.begin(), order.end(), [&](std::size_t p, std::size_t q) {
-    return charts[p].height * charts[p].density > charts[q].height * charts[q].density;
+    return charts[p][0].height * charts[p][0].density > charts[q][0].height * charts[q][0].density;
   });
   std::vector<int> skyline(at(options.side), 0);
   std::vector<Spot> spots(charts.size());
   for (const std::size_t i : order) {
-    const Profile& profile = profiles[i];
-    const int width = static_cast<int>(profile.low.size());
-    const int height = *std::max_element(profile.high.begin(), profile.high.end());
-    int bestX = -1, bestY = options.side - height + 1;
-    for (int x = 0; x + width <= options.side; ++x) {
-      int y = 0;
-      for (int k = 0; k < width && y < bestY; ++k) y = std::max(y, skyline[at(x + k)] - profile.low[at(k)]);
-      if (y < bestY) bestY = y, bestX = x;
+    int lowestTop = options.side + 1;
+    Profile best;
+    for (std::size_t quarters = 0; quarters < 4; ++quarters) {
+      const Chart& chart = charts[i][quarters];
+      const Profile profile = profileOf(chart, scale * chart.density, options.bleed);
+      const int width = static_cast<int>(profile.low.size());
+      const int height = *std::max_element(profile.high.begin(), profile.high.end());
+      for (int x = 0; x + width <= options.side; ++x) {
+        int y = 0;
+        for (int k = 0; k < width && y + height < lowestTop; ++k)
+          y = std::max(y, skyline[at(x + k)] - profile.low[at(k)]);
+        if (y + height >= lowestTop) continue;
+        lowestTop = y + height;
+        best = profile;
+        spots[i] = {x, y, quarters};
+      }
     }
-    if (bestX < 0) return std::nullopt;
-    for (int k = 0; k < width; ++k) skyline[at(bestX + k)] = bestY + profile.high[at(k)];
-    spots[i] = {bestX, bestY};
+    if (lowestTop > options.side) return std::nullopt;
+    for (std::size_t k = 0; k < best.high.size(); ++k)
+      skyline[at(spots[i].x) + k] = spots[i].y + best.high[k];
   }
   return spots;
 }
@@ -474,14 +488,18 @@ Surface mappedAtlas(const Surface& surface, const AtlasOptions& options, AtlasFi
   if (options.density)
     for (Chart& chart : charts) chart.density = options.density(surface.triangles[at(chart.triangles[0])]);
   charts = cutForPacking(charts);
+  std::vector<TurnedChart> turned;
   double area = 0;
-  for (const Chart& chart : charts) area += static_cast<double>(areaOf(chart));
+  for (const Chart& chart : charts) {
+    turned.push_back(quarterTurns(chart));
+    area += static_cast<double>(areaOf(chart));
+  }
   const auto side = static_cast<float>(options.side);
   float low = 0, high = side / static_cast<float>(std::sqrt(std::max(area, 1e-20)));
   std::optional<std::vector<Spot>> spots;
-  for (int i = 0; i < 18; ++i) {
+  for (int i = 0; i < 14; ++i) {
     const float scale = (low + high) / 2;
-    if (auto fits = pack(charts, scale, options)) {
+    if (auto fits = pack(turned, scale, options)) {
       low = scale;
       spots = std::move(fits);
     } else {
@@ -494,7 +512,7 @@ Surface mappedAtlas(const Surface& surface, const AtlasOptions& options, AtlasFi
   result.mapped = true;
   double covered = 0;
   for (std::size_t i = 0; i < charts.size(); ++i) {
-    const Chart& chart = charts[i];
+    const Chart& chart = turned[i][(*spots)[i].quarters];
     const float scale = low * chart.density;
     const auto place = [&](float length, int from) {
       return (length * scale + static_cast<float>(from + options.bleed) + 0.5f) / side;
