@@ -52,7 +52,8 @@ std::vector<std::string> familySources(const char* family) {
   std::vector<std::string> sources = pictureSources();
   for (const std::string& start :
        {"production/textures/" + std::string(family) + ".", std::string("production/textures/hued."),
-        std::string("production/textures/hangar_light."), std::string("src/scenes/word_endings.")})
+        std::string("production/textures/hangar_light."), std::string("production/textures/mirror_worlds."),
+        std::string("src/scenes/word_endings.")})
     sources.push_back(start);
   return sources;
 }

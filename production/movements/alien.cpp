@@ -110,7 +110,8 @@ void addSplit(Show& show) {
   show.add("right third", start + 1, 1, ground + 2, Viewport{.x = 0.34, .y = -1, .w = 0.67, .h = 2},
            Bitmap{.texture = "sky_violet", .at = covering(slide(1.5, 1.8))},
            Bitmap{.texture = "figure_violet", .at = {slide(1.05, 1.25), -0.75, -2.1, 2.2}});
-  show.add("whole screen", start, 2, ground + 3, Viewport{});
+  // One a bar: when a late start catches up part by part, the last of each bar must be the whole screen.
+  for (const double bar : {start, start + 1}) show.add("whole screen", bar, 1, ground + 3, Viewport{});
   show.add("violet haze", start, 2, smoke,
            Waves{.texture = "smoke_violet",
                  .at = covering(1.4),

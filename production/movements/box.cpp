@@ -167,18 +167,20 @@ void addLayers(Show& show) {
                  .at = covering(zoom(1.5, 1.75, 4), travel(0.1, 0.0, 4), travel(0.22, 0.34, 4)),
                  .first = lidFrames,
                  .last = lidFrames});
-  show.add("sky alight", starts[1], 2, ground,
-           Bitmap{.texture = "sky_acid", .at = covering(slide(1.5, 1.25), 0.1, -0.15)});
+  show.add("sky alight", starts[1], 3, ground,
+           Bitmap{.texture = "sky_acid", .at = covering(slide(1.6, 1.2), 0.1, -0.15)});
   show.add("watcher", starts[1], 1, subject,
            Bitmap{.texture = "figure_acid",
                   .at = centred(slide(0.72, 0.68), slide(0.16, 0.12), slide(1.75, 1.85), 0.5)});
   show.add("town alight", starts[2], 1, far,
            Bitmap{.texture = "spires_acid", .at = {slide(-1.5, -1.7), slide(-0.42, -0.5), 3.2, 1.5}});
-  show.add("lens of the box", starts[3], 1, ground,
-           Movie{.base = "lid",
-                 .at = covering(zoom(2.6, 3.3, 4), travel(0.05, -0.05, 4), travel(0.3, 0.5, 4)),
-                 .first = lidFrames,
-                 .last = lidFrames});
+  // Brambles close in from below and, turned over, from above.
+  show.add(
+      "thorns below", starts[3], 1, front,
+      Bitmap{.texture = "thorn_acid", .at = {slide(-1.2, -1.5), slide(0.25, 0.02), slide(2.4, 3.0), 0.95}});
+  show.add("thorns above", starts[3], 1, front + 1,
+           Bitmap{.texture = "thorn_acid",
+                  .at = {slide(1.5, 1.2), slide(-0.25, -0.02), slide(-3.0, -2.4), -0.95}});
   for (int layer = 0; layer < 4; ++layer) {
     const double start = starts[layer];
     show.add(names[layer], start, 1, title,

@@ -10,10 +10,14 @@ namespace {
 
 constexpr double barHeight = 0.243;  // leaves 2.35 : 1
 
-// A flash of that colour falls within half a beat.
-void flashOn(Show& show, const std::vector<const char*>& cueNames, Fade colour) {
-  colour.alpha = spline({{0, 0.34}, {0.12, 0.2}, {0.28, 0.06}, {partEnd, 0}});
-  for (const char* name : cueNames) show.add("flash", barOf(name), 0.125, flash, colour);
+// A bloom of that haze falls within half a beat; the little veil under it reaches the corners.
+void flashOn(Show& show, const std::vector<const char*>& cueNames, const char* haze, Fade veil) {
+  veil.alpha = spline({{0, 0.12}, {0.12, 0.07}, {0.28, 0.02}, {partEnd, 0}});
+  const Bitmap bloom{.texture = haze,
+                     .at = centred(0, 0, spline({{0, 4.6}, {0.28, 3.2}, {partEnd, 2.4}}), 1.78),
+                     .alpha = spline({{0, 1}, {0.12, 0.75}, {0.28, 0.3}, {partEnd, 0}}),
+                     .blend = Blend::add};
+  for (const char* name : cueNames) show.add("flash", barOf(name), 0.125, flash, veil, bloom, bloom);
 }
 
 }  // namespace
@@ -22,13 +26,13 @@ void addFinish(Show& show) {
   flashOn(show,
           {"box", "pulse", "lock", "bolt", "build", "lid", "layer 1", "layer 2", "layer 3", "layer 4",
            "backwards"},
-          Fade{0.8, 1, 0.55});
+          "haze_acid", Fade{0.8, 1, 0.55});
   flashOn(show,
           {"alien", "alien cut 2", "break over", "split", "counter voice", "alien cut 6", "climax", "unison",
            "unison 2", "unison 3", "unison 4"},
-          Fade{1, 0.75, 0.95});
-  flashOn(show, {"interlude one", "pad opens"}, Fade{0.7, 1, 0.97});
-  flashOn(show, {"interlude two", "roll", "roll doubles", "last stroke"}, Fade{1, 0.86, 0.6});
+          "haze_violet", Fade{1, 0.75, 0.95});
+  flashOn(show, {"interlude one", "pad opens"}, "haze_teal", Fade{0.7, 1, 0.97});
+  flashOn(show, {"interlude two", "roll", "roll doubles", "last stroke"}, "haze_ember", Fade{1, 0.86, 0.6});
 
   const double whole = songBars;
   show.add("dust", prologueBar, boxBar, grain - 1,

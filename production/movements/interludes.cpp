@@ -21,7 +21,7 @@ void addInterludeOne(Show& show) {
                   .alpha = flashes({0, 4, 8, 12, 14, 15}, 0.95, 0.5),
                   .blend = Blend::add});
   show.add("ball in the light", start, 2, subject,
-           Waves{.texture = "orb",
+           Waves{.texture = "orb_teal",
                  .at = centred(slide(-0.1, 0.1), slide(-0.2, -0.3), slide(0.7, 0.9)),
                  .speed = 2,
                  .amplitude = 0.01});
@@ -73,7 +73,7 @@ void addFlakes(Show& show, double bar, double bars) {
 }
 
 Waves mirror(const Place& at, double amplitude) {
-  return {.texture = "orb", .at = at, .speed = 4, .amplitude = amplitude};
+  return {.texture = "orb_ember", .at = at, .speed = 4, .amplitude = amplitude};
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "production/image/solid.h"
 #include "production/textures/families.h"
 #include "production/textures/hangar_light.h"
+#include "production/textures/mirror_worlds.h"
 #include "production/textures/palette.h"
 
 namespace vex {
@@ -257,10 +258,9 @@ Canvas tentacle(const Settings& settings) {
 }
 
 // A mirror ball, cut out of its own sphere map.
-Canvas orb(const Settings& settings) {
+Canvas orb(const Settings& settings, const Environment& world) {
   const int side = settings.side(256);
-  Canvas map =
-      sphereMap([](const Vector& d) { return mirroredHangar(d); }, lookTowards(1.1f, -0.1f), side, 2);
+  Canvas map = sphereMap(world, lookTowards(1.1f, -0.1f), side, 2);
   for (int y = 0; y < side; ++y)
     for (int x = 0; x < side; ++x) {
       const float half = static_cast<float>(side) / 2;
@@ -284,7 +284,12 @@ Products chromePictures() {
           "beast_near", PictureKind::jpeg, "chrome", 14,
           [close](const Settings& settings) { return creaturePicture(settings, close, 1024, 512, true); }),
       picture("tentacle", PictureKind::maskedJpeg, "chrome", 3, tentacle),
-      picture("orb", PictureKind::maskedJpeg, "chrome", 1, orb),
+      picture("orb", PictureKind::maskedJpeg, "chrome", 1,
+              [](const Settings& settings) { return orb(settings, mirroredHangar); }),
+      picture("orb_teal", PictureKind::maskedJpeg, "chrome", 1,
+              [](const Settings& settings) { return orb(settings, laboratoryLight); }),
+      picture("orb_ember", PictureKind::maskedJpeg, "chrome", 1,
+              [](const Settings& settings) { return orb(settings, furnaceLight); }),
   };
 }
 

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <iterator>
 
 #include "production/image/filter.h"
 #include "production/image/lettering.h"
@@ -20,11 +21,32 @@ constexpr float wordBaseline = 0.84f;    // of the height
 constexpr float endingBaseline = 0.74f;  // the ending stands a little higher, in the word's middle
 constexpr float endingStart = 0.135f;    // the word's quad reaches over the ending's by 0.17 / 1.5
 
+// The face's own v closes at its top and reads as a D from afar. This one stands open and comes to a point;
+// corners in heights of an x, y up.
+constexpr float openV[][2] = {{-0.14f, 0.78f}, {0.07f, 1.06f}, {0.33f, 0.86f}, {0.33f, 0.34f},
+                              {0.46f, 0.12f},  {0.58f, 0.36f}, {0.58f, 0.72f}, {0.49f, 0.82f},
+                              {0.70f, 1.08f},  {0.94f, 0.88f}, {0.87f, 0.78f}, {0.87f, 0.30f},
+                              {0.43f, -0.21f}, {0.03f, 0.20f}, {0.03f, 0.70f}};
+constexpr float openVWidth = 1.02f;
+
+// "vex", an x high.
+Lettering titleLetters() {
+  const float heightOfX = -setText(blackletter, "x", 0).top;
+  Lettering text = placed(setText(blackletter, "ex", 0.035f), 1 / heightOfX, 1 / heightOfX, openVWidth, 0);
+  const std::size_t corners = std::size(openV);
+  for (std::size_t i = 0; i < corners; ++i) {
+    const auto& from = openV[i];
+    const auto& to = openV[(i + 1) % corners];
+    text.edges.push_back({from[0], -from[1], to[0], -to[1]});
+  }
+  return placed(std::move(text), 1, 1, 0, 0);
+}
+
 Canvas titleWord(const Settings& settings, int frame) {
   const int width = settings.side(256), height = width / 2;
   const auto size = static_cast<float>(height);
-  const Lettering text = setText(blackletter, "vex", 0.035f);
-  const float scale = size * 0.72f / (0 - setText(blackletter, "x", 0).top);
+  const Lettering text = titleLetters();
+  const float scale = size * 0.72f;
   const float right = static_cast<float>(width) * 0.955f;
   const Lettering set =
       placed(text, scale * wordSqueeze, scale, right - text.right * scale * wordSqueeze, size * wordBaseline);
