@@ -31,77 +31,84 @@ void refuseTwins(const Corners& a, const Corners& b) {
   }
 }
 
-// Which faces are free, and the free neighbours of any face. Faces with a doubled vertex have none. All faces
-// before the start of a chain are taken, so that a search over all faces is one over those after the start.
+// Which faces are free, and the free neighbours of the face taken last. The free sides on one edge form a
+// ring in the order of their faces; side 3 f + i is the one of face f from its corner i on. A side that
+// leaves the ring keeps pointing to the next one, which holds until another face is taken. Faces with a
+// doubled vertex have no neighbours.
+//
+// All faces before the start of a chain are taken, so that what comes next in a ring is what rounds over
+// the faces after the start would meet next.
 class FreeFaces {
  public:
   explicit FreeFaces(const std::vector<Face>& meshFaces);
 
   // The first free face from `face` on, or the number of faces.
   std::uint32_t firstFrom(std::uint32_t face) const;
-  void take(std::uint32_t face) { taken[face] = true; }
-  void takeOnly(const std::vector<bool>& faces);  // all others are free again
+
+  void take(std::uint32_t face);
+  void takeOnly(const std::vector<bool>& wanted);  // all others are free again
 
   // The first free face after `last` that shares an edge with it, else the first one before; none.
-  std::uint32_t nextNeighbour(std::uint32_t last);
+  std::uint32_t nextNeighbour(std::uint32_t last) const;
 
   // Fatal when a free face has the corners of `last`.
   void refuseTwinsOf(std::uint32_t last) const;
 
  private:
-  // One side of a face. Sides on the same edge stand side by side, in the order of their faces.
-  struct Side {
-    std::uint32_t edgeEnd;  // the higher vertex
-    std::uint32_t face;
-    std::uint32_t first;  // of the sides on this edge
-  };
-
-  std::uint32_t firstFree(std::uint32_t side, std::uint32_t edge);
+  void closeRings();
 
   const std::vector<Face>& faces;
   std::vector<bool> taken;
-  std::vector<Side> sides;
-  std::vector<Corners> sidesOf;     // by face
-  std::vector<std::uint32_t> skip;  // no side from the index up to this one has a free face
+  std::vector<std::uint32_t> allNext;  // while all faces are free
+  std::vector<std::uint32_t> next;
+  std::vector<std::uint32_t> previous;
 };
 
 FreeFaces::FreeFaces(const std::vector<Face>& meshFaces)
-    : faces(meshFaces), taken(meshFaces.size()), sidesOf(meshFaces.size(), {none, none, none}) {
-  // Sorted by the lower vertex through counting, then each vertex's few by the higher one.
+    : faces(meshFaces), taken(faces.size()), allNext(3 * faces.size()), previous(3 * faces.size()) {
+  // Sides are sorted by their lower vertex through counting, then each vertex's few by the higher one.
   std::uint32_t vertexCount = 0;
   for (const Face& face : faces) vertexCount = std::max(vertexCount, *std::ranges::max_element(face.v) + 1);
-  std::vector<std::uint32_t> starts(vertexCount + 1);
   const auto forEachSide = [&](auto visit) {
     for (std::uint32_t face = 0; face < faces.size(); ++face) {
       const Corners& v = faces[face].v;
       if (!isTriangle(v)) continue;
-      for (std::size_t i = 0; i < 3; ++i) {
-        const auto [low, high] = std::minmax(v[i], v[(i + 1) % 3]);
-        visit(face, low, high);
+      for (std::uint32_t i = 0; i < 3; ++i) {
+        const std::uint32_t a = v[i], b = v[(i + 1) % 3];
+        visit(3 * face + i, std::min(a, b), std::max(a, b));
       }
     }
   };
+  std::vector<std::uint32_t> starts(vertexCount + 1);
   forEachSide([&](std::uint32_t, std::uint32_t low, std::uint32_t) { ++starts[low + 1]; });
   std::partial_sum(starts.begin(), starts.end(), starts.begin());
-  sides.resize(starts.back());
-  std::vector<std::uint32_t> ends(starts.begin(), starts.end());
-  forEachSide([&](std::uint32_t face, std::uint32_t low, std::uint32_t high) {
-    sides[ends[low]++] = {.edgeEnd = high, .face = face, .first = 0};
+  struct Side {
+    std::uint32_t high, side;
+    auto operator<=>(const Side&) const = default;
+  };
+  std::vector<Side> sides(starts.back());
+  std::vector<std::uint32_t> ends = starts;
+  forEachSide([&](std::uint32_t side, std::uint32_t low, std::uint32_t high) {
+    sides[ends[low]++] = {high, side};
   });
+
+  std::iota(allNext.begin(), allNext.end(), 0u);
   for (std::uint32_t vertex = 0; vertex < vertexCount; ++vertex) {
-    std::sort(sides.begin() + starts[vertex], sides.begin() + starts[vertex + 1],
-              [](const Side& a, const Side& b) {
-                return a.edgeEnd != b.edgeEnd ? a.edgeEnd < b.edgeEnd : a.face < b.face;
-              });
-    std::uint32_t first = starts[vertex];
-    for (std::uint32_t i = first; i < starts[vertex + 1]; ++i) {
-      if (sides[i].edgeEnd != sides[first].edgeEnd) first = i;
-      sides[i].first = first;
-      *std::ranges::find(sidesOf[sides[i].face], none) = i;
+    const auto begin = sides.begin() + starts[vertex];
+    const auto end = sides.begin() + starts[vertex + 1];
+    std::sort(begin, end);
+    for (auto first = begin, side = begin; side != end; ++side) {
+      if (side->high != first->high) first = side;
+      const bool last = side + 1 == end || side[1].high != side->high;
+      allNext[side->side] = last ? first->side : side[1].side;
     }
   }
-  skip.resize(sides.size());
-  std::iota(skip.begin(), skip.end(), 0u);
+  closeRings();
+}
+
+void FreeFaces::closeRings() {
+  next = allNext;
+  for (std::uint32_t side = 0; side < next.size(); ++side) previous[next[side]] = side;
 }
 
 std::uint32_t FreeFaces::firstFrom(std::uint32_t face) const {
@@ -109,42 +116,43 @@ std::uint32_t FreeFaces::firstFrom(std::uint32_t face) const {
   return face;
 }
 
-void FreeFaces::takeOnly(const std::vector<bool>& only) {
-  taken = only;
-  std::iota(skip.begin(), skip.end(), 0u);
-}
-
-// The first free face among the sides of an edge from `side` on. Shortens the way for the next search.
-std::uint32_t FreeFaces::firstFree(std::uint32_t side, std::uint32_t edge) {
-  std::uint32_t free = side;
-  while (free < sides.size() && taken[sides[free].face]) free = std::max(free + 1, skip[free]);
-  while (side < free) {
-    const std::uint32_t next = std::max(side + 1, skip[side]);
-    skip[side] = free;
-    side = next;
+void FreeFaces::take(std::uint32_t face) {
+  taken[face] = true;
+  for (std::uint32_t side = 3 * face; side < 3 * face + 3; ++side) {
+    next[previous[side]] = next[side];
+    previous[next[side]] = previous[side];
   }
-  return free < sides.size() && sides[free].first == edge ? sides[free].face : none;
 }
 
-std::uint32_t FreeFaces::nextNeighbour(std::uint32_t last) {
-  if (!isTriangle(faces[last].v)) return none;
+void FreeFaces::takeOnly(const std::vector<bool>& wanted) {
+  closeRings();
+  taken.assign(taken.size(), false);
+  for (std::uint32_t face = 0; face < wanted.size(); ++face) {
+    if (wanted[face]) take(face);
+  }
+}
+
+std::uint32_t FreeFaces::nextNeighbour(std::uint32_t last) const {
   std::uint32_t later = none;
   std::uint32_t earlier = none;
-  for (const std::uint32_t side : sidesOf[last]) {
-    const std::uint32_t edge = sides[side].first;
-    later = std::min(later, firstFree(side + 1, edge));
-    earlier = std::min(earlier, firstFree(edge, edge));
+  for (std::uint32_t side = 3 * last; side < 3 * last + 3; ++side) {
+    if (next[side] == side) continue;
+    std::uint32_t& nearest = next[side] > side ? later : earlier;
+    nearest = std::min(nearest, next[side] / 3);
   }
-  const std::uint32_t next = later != none ? later : earlier;
-  if (next != none) refuseTwins(faces[last].v, faces[next].v);
-  return next;
+  const std::uint32_t neighbour = later != none ? later : earlier;
+  if (neighbour != none) refuseTwins(faces[last].v, faces[neighbour].v);
+  return neighbour;
 }
 
 void FreeFaces::refuseTwinsOf(std::uint32_t last) const {
-  const std::uint32_t edge = sides[sidesOf[last][0]].first;
-  for (std::uint32_t i = edge; i < sides.size() && sides[i].first == edge; ++i) {
-    if (!taken[sides[i].face]) refuseTwins(faces[last].v, faces[sides[i].face].v);
-  }
+  const std::uint32_t first = next[3 * last];
+  if (first == 3 * last) return;
+  std::uint32_t side = first;
+  do {
+    refuseTwins(faces[last].v, faces[side / 3].v);
+    side = next[side];
+  } while (side != first);
 }
 
 void growChain(FreeFaces& free, std::uint32_t start, Chain& chain) {
