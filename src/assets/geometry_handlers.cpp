@@ -95,12 +95,12 @@ void setTextureFace(int index, const Corners& corners) {
   }
 }
 
-// A static scale belongs to the base matrix.
+// A static scale belongs to the base matrix, which is applied after it.
 void bakeScale() {
   Mesh& mesh = *currentMesh();
   const Animation* scale = mesh.track(TrackType::scale);
   if (!scale) return;
-  mesh.baseMatrix = mesh.baseMatrix * scale->getMatrix(0.0f);
+  mesh.baseMatrix *= scale->getMatrix(0.0f);
   mesh.removeAnimation(TrackType::scale);
 }
 
@@ -135,18 +135,31 @@ void computeNormals() {
   modelState.geometricNormals = true;
 }
 
-// The list of a compiled model, `size` entries of `bytes` bytes each. False: passed over.
-bool enterCompiledList(int size, std::size_t bytes) {
-  expectBytes(at(size) * bytes + 1);
+// The list of a compiled model: `size` entries of `width` numbers, and one byte. False: passed over.
+bool enterCompiledList(int size, std::size_t width) {
+  const std::size_t bytes = at(size) * width * 4 + 1;
+  expectBytes(bytes);
   if (filling() && inMesh()) return true;
-  modelStream.position += at(size) * bytes + 1;
+  modelStream.position += bytes;
   return false;
 }
 
-Corners readCorners() {
-  const int a = readInt();
-  const int b = readInt();
-  return {a, b, readInt()};
+// A list of corners, each below `count`.
+template <typename Store>
+void readCorners(const char* what, int size, int count, Store store) {
+  if (!enterCompiledList(size, 3)) return;
+  const std::size_t start = modelStream.position;
+  const std::vector<int> corners = readInts(at(size) * 3);
+  for (std::size_t i = 0; i < corners.size(); ++i) {
+    if (corners[i] >= 0 && corners[i] < count) continue;
+    modelStream.position = start + (i + 1) * 4;
+    checkIndex(what, corners[i], count);
+  }
+  for (int i = 0; i < size; ++i) {
+    const std::size_t first = at(i) * 3;
+    store(i, Corners{corners[first], corners[first + 1], corners[first + 2]});
+  }
+  readByte();
 }
 
 }  // namespace
@@ -184,11 +197,11 @@ void handleMeshVertexList() {
   if (filling() && inMesh()) bakeScale();
   if (readingText()) {
     processBlock(BlockEnd::left);
-  } else if (enterCompiledList(modelState.geometricVertices, 12)) {
-    for (int i = 0; i < modelState.geometricVertices; ++i) {
-      const float x = readFloat();
-      const float y = readFloat();
-      setVertex(i, {x, y, readFloat()});
+  } else if (const int size = modelState.geometricVertices; enterCompiledList(size, 3)) {
+    const std::vector<float> places = readFloats(at(size) * 3);
+    for (int i = 0; i < size; ++i) {
+      const std::size_t first = at(i) * 3;
+      setVertex(i, {places[first], places[first + 1], places[first + 2]});
     }
     readByte();
   }
@@ -219,13 +232,8 @@ void handleMeshFaceList() {
   beginList(0x46, size);
   if (readingText()) {
     processBlock(BlockEnd::left);
-  } else if (enterCompiledList(size, 12)) {
-    for (int i = 0; i < size; ++i) {
-      const Corners corners = readCorners();
-      for (const int corner : corners) checkIndex("vertex", corner, modelState.geometricVertices);
-      setFace(i, corners);
-    }
-    readByte();
+  } else {
+    readCorners("vertex", size, modelState.geometricVertices, setFace);
   }
   endList();
   if (filling() && inMesh()) computeNormals();
@@ -262,11 +270,9 @@ void handleMeshTVertList() {
   beginList(0x49, size);
   if (readingText()) {
     processBlock(BlockEnd::left);
-  } else if (enterCompiledList(size, 8)) {
-    for (int i = 0; i < size; ++i) {
-      const float u = readFloat();
-      setTexCoord(i, u, readFloat());
-    }
+  } else if (enterCompiledList(size, 2)) {
+    const std::vector<float> places = readFloats(at(size) * 2);
+    for (int i = 0; i < size; ++i) setTexCoord(i, places[at(i) * 2], places[at(i) * 2 + 1]);
     readByte();
   }
   endList();
@@ -295,13 +301,8 @@ void handleMeshTFaceList() {
   beginList(0x4b, size);
   if (readingText()) {
     processBlock(BlockEnd::left);
-  } else if (enterCompiledList(size, 12)) {
-    for (int i = 0; i < size; ++i) {
-      const Corners corners = readCorners();
-      for (const int corner : corners) checkIndex("texture vertex", corner, texCoordCount());
-      setTextureFace(i, corners);
-    }
-    readByte();
+  } else {
+    readCorners("texture vertex", size, texCoordCount(), setTextureFace);
   }
   endList();
   trace("mapped face list end\n");

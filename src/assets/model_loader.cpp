@@ -11,30 +11,6 @@
 
 namespace vex {
 
-Mesh* currentMesh() {
-  return filling() && modelState.meshIndex >= 0 ? modelState.scene->meshes[modelState.meshIndex] : nullptr;
-}
-
-Light* currentLight() {
-  return filling() && modelState.lightIndex >= 0 ? modelState.scene->lights[modelState.lightIndex] : nullptr;
-}
-
-Viewer* currentViewer() {
-  return filling() && modelState.cameraIndex >= 0 ? modelState.scene->viewers[modelState.cameraIndex]
-                                                  : nullptr;
-}
-
-ModelMaterial* currentMaterial() {
-  return modelState.materialIndex < 0
-             ? nullptr
-             : &modelState.materials[static_cast<std::size_t>(modelState.materialIndex)];
-}
-
-MeshCounts* currentCounts() {
-  return modelState.meshIndex < 0 ? nullptr
-                                  : &modelState.meshCounts[static_cast<std::size_t>(modelState.meshIndex)];
-}
-
 namespace {
 
 void walk(int pass) {

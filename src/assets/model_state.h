@@ -92,12 +92,29 @@ inline bool inContext(ModelContext context) {
 }
 
 // The object being read; null in the first pass, and before the first one of its kind.
-Mesh* currentMesh();
-Light* currentLight();
-Viewer* currentViewer();
+inline Mesh* currentMesh() {
+  return filling() && modelState.meshIndex >= 0 ? modelState.scene->meshes[modelState.meshIndex] : nullptr;
+}
+
+inline Light* currentLight() {
+  return filling() && modelState.lightIndex >= 0 ? modelState.scene->lights[modelState.lightIndex] : nullptr;
+}
+
+inline Viewer* currentViewer() {
+  return filling() && modelState.cameraIndex >= 0 ? modelState.scene->viewers[modelState.cameraIndex]
+                                                  : nullptr;
+}
+
 // Null before the first one.
-ModelMaterial* currentMaterial();
-// Null before the first mesh.
-MeshCounts* currentCounts();
+inline ModelMaterial* currentMaterial() {
+  return modelState.materialIndex < 0
+             ? nullptr
+             : &modelState.materials[static_cast<std::size_t>(modelState.materialIndex)];
+}
+
+inline MeshCounts* currentCounts() {
+  return modelState.meshIndex < 0 ? nullptr
+                                  : &modelState.meshCounts[static_cast<std::size_t>(modelState.meshIndex)];
+}
 
 }  // namespace vex

@@ -42,13 +42,30 @@ bool isGeometry(int code) {
 }
 
 template <typename Value>
+void takeLittleEndian(Value* values, std::size_t count) {
+  expectBytes(count * sizeof(Value));
+  std::memcpy(values, modelStream.bytes.data() + modelStream.position, count * sizeof(Value));
+  modelStream.position += count * sizeof(Value);
+  if constexpr (std::endian::native == std::endian::big) {
+    for (std::size_t i = 0; i < count; ++i) {
+      values[i] = std::bit_cast<Value>(__builtin_bswap32(std::bit_cast<std::uint32_t>(values[i])));
+    }
+  }
+}
+
+template <typename Value>
 Value takeLittleEndian() {
-  expectBytes(sizeof(Value));
-  std::uint32_t bits = 0;
-  std::memcpy(&bits, modelStream.bytes.data() + modelStream.position, sizeof bits);
-  if constexpr (std::endian::native == std::endian::big) bits = __builtin_bswap32(bits);
-  modelStream.position += sizeof bits;
-  return std::bit_cast<Value>(bits);
+  Value value;
+  takeLittleEndian(&value, 1);
+  return value;
+}
+
+template <typename Value>
+std::vector<Value> takeList(std::size_t count) {
+  expectBytes(count * sizeof(Value));
+  std::vector<Value> values(count);
+  takeLittleEndian(values.data(), count);
+  return values;
 }
 
 void appendLittleEndian(std::uint32_t bits) {
@@ -165,6 +182,14 @@ float readFloat() {
 
 int readInt() {
   return takeLittleEndian<int>();
+}
+
+std::vector<float> readFloats(std::size_t count) {
+  return takeList<float>(count);
+}
+
+std::vector<int> readInts(std::size_t count) {
+  return takeList<int>(count);
 }
 
 int readByte() {

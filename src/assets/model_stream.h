@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 // The compiled form of a model: one command for each line of its text that has a keyword, and the lists of
 // vertices and faces as bare numbers. A command is a code byte and its values; docs/formats.md has the table.
@@ -59,6 +60,9 @@ void readCommand();
 float readFloat();
 int readInt();
 int readByte();
+// A list of numbers at once.
+std::vector<float> readFloats(std::size_t count);
+std::vector<int> readInts(std::size_t count);
 void readString(char (&text)[256]);
 
 // Fatal: fewer bytes left.

@@ -246,7 +246,7 @@ TEST_F(CompiledModel, RefusesByNameAndPlace) {
       {mesh + "\x42" + intBytes(2000000000), "m.hv3 at 0x7: 2000000000 vertices can't be in this file"},
       {mesh + "\x42" + intBytes(1) + "\x43" + intBytes(1) + "\x46" + intBytes(0) + intBytes(1) + intBytes(0) +
            "\xff",
-       "m.hv3 at 0x19: vertex 1 isn't one of the 1 announced"},
+       "m.hv3 at 0x15: vertex 1 isn't one of the 1 announced"},
       {"\x40\x20"s + std::string(254, 'n') + "\0\xff\xfe"s,
        nullptr},  // a name beyond 31 characters; the text is tested with models of text
       {std::string(5000, '\x41') + "\xfe", nullptr},

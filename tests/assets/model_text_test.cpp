@@ -77,8 +77,8 @@ TEST_F(ModelText, FillsMeshesAndHelpers) {
   EXPECT_EQ(box.flags, 0);
   EXPECT_TRUE(box.lit);
   EXPECT_EQ(box.position, Vector(1, 3, -2));
-  // The inverse of the rows is the scaling 1/2, 1/4, 1/5: by rows (1/2), (1/5 under y), (1/4 under z); the
-  // factors (1, 2, 3) in the player's axes come on top, as baseMatrix * scaling applies the base first.
+  // The inverse of the rows is the scaling 1/2, 1/4, 1/5, which is (1/2, 1/5, 1/4) in the player's axes; the
+  // factors of *TM_SCALE are (1, 2, 3) there.
   const float base[4][4] = {{0.5f, 0, 0, 0}, {0, 0.4f, 0, 0}, {0, 0, 0.75f, 0}, {0, 0, 0, 1}};
   for (int r = 0; r < 4; ++r) {
     for (int c = 0; c < 4; ++c) EXPECT_FLOAT_EQ(box.baseMatrix.m[r][c], base[r][c]) << r << c;
@@ -206,6 +206,16 @@ TEST_F(ModelText, TurnsTheNodesMatrixIntoTheBaseMatrix) {
     for (int c = 0; c < 4; ++c) EXPECT_EQ(mesh(0).baseMatrix.m[r][c], expected[r][c]) << r << c;
   }
   EXPECT_EQ(mesh(0).position, Vector(1, 3, -2));
+
+  // A static scale is applied before the base: it scales the columns.
+  std::string scaled = text.str();
+  scaled.insert(scaled.find("*TM_ROW0"), "*TM_SCALE 2 5 3\n");
+  scaled.insert(scaled.rfind('}'), "*MESH_VERTEX_LIST {\n}\n");
+  read(scaled);
+  const float factors[4] = {2, 3, 5, 1};
+  for (int r = 0; r < 4; ++r) {
+    for (int c = 0; c < 4; ++c) EXPECT_EQ(mesh(0).baseMatrix.m[r][c], expected[r][c] * factors[c]) << r << c;
+  }
 }
 
 // A cube of 8 corners whose sides share no texture vertices: equal normals on both sides of every seam.
