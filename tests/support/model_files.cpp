@@ -146,6 +146,24 @@ std::string everyKeyword(const std::string& comment) {
   return text.str();
 }
 
+std::string smallModel() {
+  AseText text;
+  text.head("1").open("*SCENE").line("*SCENE_TICKSPERFRAME 160").close();
+  text.open("*MATERIAL_LIST").open("*MATERIAL 0").line("*MATERIAL_SHINE 0.25").open("*MAP_DIFFUSE");
+  text.line("*BITMAP \"a.jpg\"").close().close().close();
+  text.object("*GEOMOBJECT", "M")
+      .node("1 2 3")
+      .open("*MESH")
+      .line("*MESH_NUMVERTEX 3")
+      .line("*MESH_NUMFACES 1");
+  text.list("*MESH_VERTEX_LIST", "*MESH_VERTEX", {"0 0 0 0", "1 1 0 0", "2 0 1 0"});
+  text.list("*MESH_FACE_LIST", "*MESH_FACE", {"0: A: 0 B: 1 C: 2"}).line("*MESH_NUMTVERTEX 3");
+  text.list("*MESH_TVERTLIST", "*MESH_TVERT", {"0 0 0", "1 1 0", "2 0 1"});
+  text.list("*MESH_TFACELIST", "*MESH_TFACE", {"0 2 1 0"}).close().open("*TM_ANIMATION");
+  text.list("*CONTROL_ROT_TRACK", "*CONTROL_ROT_SAMPLE", {"0 0 0 1 9"}).close().close();
+  return text.object("*LIGHTOBJECT", "L").parent("M").line("*LIGHT_TYPE Omni").close().str();
+}
+
 std::string dumpScene(const Scene& scene) {
   Dump dump;
   for (const Mesh* mesh : scene.meshes) {

@@ -15,6 +15,9 @@ std::vector<std::string>& nameTextures();
 // omni light and a spot, all with animated targets.
 std::string everyKeyword(const std::string& comment = "stamp 1");
 
+// A smaller one, for tests that read it hundreds of times.
+std::string smallModel();
+
 // Every field that a model sets, key by key and bit by bit.
 std::string dumpScene(const Scene& scene);
 
