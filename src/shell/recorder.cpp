@@ -367,8 +367,8 @@ std::vector<Still> readCues(const std::string& path) {
 int record(const Recording& recording) {
   catchInterrupts();
   pakOpen("vex.pak");
-  requirePresentation();
   openOffscreenGl(recording.width, recording.height);
+  requirePresentation();
   setLoadingDialog({.show = endWhileLoading});
   if (!recording.trace.empty()) openCallTrace(recording.trace);
   loadPresentation(recording.from);
