@@ -224,7 +224,7 @@ int loadPresentTexture(const char* name, bool wrap) {
 void loadScene(const std::string& file, vex::Scene& scene) {
   vex::modelTexture = loadPresentTexture;
   vex::readModel({enterFolder(file)}, &scene);
-  for (vex::Mesh* mesh : scene.meshes) mesh->buildArrays();
+  scene.prepare(false);
   for (vex::Light* light : scene.lights) {
     if (!vex::textureExists(light->flareTexture)) light->flareStrength = 0.0f;
   }
@@ -286,12 +286,12 @@ bool writePicture(vex::ReplacementFile& file, const CommandLine& line) {
 
 void view(const CommandLine& line) {
   vex::ReplacementFile file(std::filesystem::absolute(line.out).string());  // the working folder changes
+  if (!file.stream()) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
   const std::string reason = vex::openOffscreenContext(line.width, line.height);
   if (!reason.empty()) vex::fatalError("no OpenGL to draw with: %s", reason.c_str());
   vex::setWindowSize(line.width, line.height);
   vex::setUpGlState();
   glViewport(0, 0, line.width, line.height);
-  if (!file.stream()) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
 
   vex::Scene scene;
   loadScene(line.file, scene);

@@ -1,0 +1,177 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include "tests/support/ase_text.h"
+#include "tests/support/model_files.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+Program vexmodel(const std::string& arguments) {
+  return runProgram(VEX_BIN "/vexmodel " + arguments);
+}
+
+// Width and height from the header of a PNG; 0 and 0 for something else.
+std::pair<int, int> pngSize(const std::string& path) {
+  const std::string bytes = readFile(path);
+  if (!bytes.starts_with("\x89PNG") || bytes.size() < 24) return {};
+  const auto number = [&](std::size_t at) {
+    int value = 0;
+    for (std::size_t i = at; i < at + 4; ++i) value = value << 8 | static_cast<unsigned char>(bytes[i]);
+    return value;
+  };
+  return {number(16), number(20)};
+}
+
+constexpr const char* triangleModel = "data/Model.ASE";
+
+std::string triangleText(bool camera) {
+  AseText text;
+  text.head("1").scene().open("*MATERIAL_LIST").open("*MATERIAL 0").line("*MATERIAL_AMBIENT 1 1 1");
+  text.line("*MATERIAL_TWOSIDED").open("*MAP_DIFFUSE").line("*BITMAP \"Rock.jpg\"").close().close().close();
+  text.object("*GEOMOBJECT", "T\"1\"").node("1 2 3").triangle().line("*MATERIAL_REF 0").close();
+  if (camera) text.object("*CAMERAOBJECT", "C").node("0.5 0.5 4").node("0.5 0.6 0").close();
+  return text.str();
+}
+
+}  // namespace
+
+TEST(Vexmodel, PrintsJson) {
+  const TemporaryFolder folder;
+  std::string text = triangleText(true);
+  text.replace(text.find("T\"1\""), 4, "T\\1  ");
+  writeFile(triangleModel, text);
+  const Program info = vexmodel(std::string("info --json --geometry --at 0.5 ") + triangleModel);
+  EXPECT_EQ(info.errors, "");
+  // The view looks from (0.5, 4, -0.5) down to (0.5, 0, -0.6): its third row leads to the eye.
+  EXPECT_NE(info.output.find("\"viewers\":[\n  {\"position\":[0.5,4,-0.5],\"target\":[0.5,0,-0.600000024],"
+                             "\"fov\":90,\"farPlane\":1000000,\"positionTrack\":null,\"targetTrack\":null,"
+                             "\"view\":[["),
+            std::string::npos)
+      << info.output;
+  const std::string mesh =
+      R"({"source":"text",
+"meshes":[
+  {"name":"T\\1 ","kind":"mesh","parent":null,"hidden":false,"skeleton":false,"position":[1,3,-2],)"
+      R"("baseMatrix":[[1,0,0,0],[0,1,-0,0],[-0,-0,1,-0],[0,0,0,1]],"vertices":3,"faces":1,"lit":true,)"
+      R"("material":{"diffuse":[1,1,1,1],"ambient":[1,1,1,1],"specular":[1,1,1,1],"opacity":1,"shininess":0,)"
+      R"("shineStrength":0,"texture":"data\\Rock","envMap":false,"twoSided":true},"radius":3.7416575,)"
+      R"("bounds":{"min":[0,0,-2],"max":[2,0,-0]},"tracks":[],"positions":[0,0,-0,2,0,-0,0,0,-2],)"
+      R"("normals":[0,1,0,0,1,0,0,1,0],"uvs":[0,0,0,0,0,0],"indices":[0,1,2],)"
+      R"("matrix":[[1,0,0,0],[0,1,0,0],[0,0,1,0],[0,0,0,1]]}
+],
+"lights":[],
+)";
+  EXPECT_EQ(info.output.substr(0, mesh.size()), mesh);
+  EXPECT_TRUE(info.output.ends_with("\"missingTextures\":[\"data\\\\Rock\"]}\n")) << info.output;
+  EXPECT_FALSE(fs::exists("data/Model.hv3")) << "looking writes nothing";
+
+  writeFile("data/ROCK.jpg", "not looked into");
+  EXPECT_TRUE(
+      vexmodel(std::string("info --json ") + triangleModel).output.ends_with("\"missingTextures\":[]}\n"));
+}
+
+TEST(Vexmodel, PrintsTracksAndLights) {
+  const TemporaryFolder folder;
+  writeFile("m.ase", everyKeyword());
+  const std::string json = vexmodel("info m.ase --json").output;
+  for (
+      const char* part :
+      {R"("parent":"Root")", R"("hidden":true,"skeleton":true)",
+       R"("tracks":[{"type":"scale","keys":2,"frameLength":20,"duration":1,"smooth":true},{"type":"rotation",)"
+       R"("keys":2,"frameLength":20,"duration":1,"smooth":false},{"type":"position","keys":2,"frameLength":10,)"
+       R"("duration":1,"smooth":true}])",
+       R"({"name":"Spot","parent":"Lamp","position":[1,1,-1],"spot":true,"active":false,"colour":[1,1,1],)"
+       R"("intensity":1,"coneAngle":45,"tracks":[{"type":"position","keys":2,"frameLength":1,"duration":1,)"
+       R"("smooth":false}],"target":{"type":"position","keys":2,"frameLength":1,"duration":1,"smooth":false}})"}) {
+    EXPECT_NE(json.find(part), std::string::npos) << part << "\n" << json;
+  }
+  const std::string text = vexmodel("info m.ase").output;
+  EXPECT_NE(
+      text.find("mesh   Box: 5 vertices, 2 faces, at 1 3 -2, child of Root, texture data\\Rock, scale track "
+                "of 2 keys, rotation track of 2 keys, position track of 2 keys\n"),
+      std::string::npos)
+      << text;
+}
+
+TEST(Vexmodel, CompilesBesideTheText) {
+  const TemporaryFolder folder;
+  writeFile("sub/data/m.ase", everyKeyword());
+  EXPECT_EQ(vexmodel("compile sub/data/m.ase").errors, "");
+  const std::string text = vexmodel("info --json --geometry --at 0.25 sub/data/m.ase").output;
+  std::string compiled = vexmodel("info --json --geometry --at 0.25 sub/data/m.hv3").output;
+  ASSERT_TRUE(compiled.starts_with("{\"source\":\"compiled\""));
+  EXPECT_EQ(compiled.replace(11, 8, "text"), text);
+
+  const struct {
+    const char* arguments;
+    const char* content;
+    const char* message;
+  } cases[] = {
+      {"compile none.ase", nullptr, "File none.ase not found"},
+      {"compile sub/data/m.hv3", nullptr, "sub/data/m.hv3 isn't the text of a model (.ase)"},
+      {"compile a.b.ase", "*SCENE {\n}\n", "unknown 3d format"},
+      {"compile bad.ase", "*MATERIAL_REF 1000\n", "bad.ase:1: material 1000 isn't one of 0 to 99"},
+      {"compile bad.ase", "*MESH_VERTEX 0 0 0 0\n",
+       "bad.ase can't be compiled: bad.ase:1: an entry stands outside its list"},
+      {"info none/m.ase", nullptr, "can't go to folder"},
+      {"info m.max", "x", "unknown 3d format"},
+      {"info sub/data/m.ase >/dev/full", nullptr, "can't write standard output: No space left on device"},
+  };
+  for (const auto& [arguments, content, message] : cases) {
+    if (content) writeFile(std::string(arguments).substr(std::string(arguments).find(' ') + 1), content);
+    const Program program = vexmodel(arguments);
+    EXPECT_EQ(program.exitCode, 255) << arguments;
+    EXPECT_TRUE(program.errors.starts_with("vexmodel: " + std::string(message))) << program.errors;
+  }
+  EXPECT_FALSE(fs::exists("bad.hv3"));
+}
+
+TEST(Vexmodel, DrawsThroughTheCameraOrFromAllSides) {
+  const TemporaryFolder folder;
+  writeFile("data/cam.ase", triangleText(true));
+  writeFile("data/none.ase", triangleText(false));
+  Program view = vexmodel("view data/cam.ase --out cam.png --size 64x48");
+  EXPECT_EQ(view.exitCode, 0) << view.errors;
+  EXPECT_EQ(view.errors, "vexmodel: texture data\\Rock is missing, drawn without it\n");
+  EXPECT_EQ(pngSize("cam.png"), std::pair(64, 48));
+  std::string away = triangleText(true);
+  away.replace(away.find("*TM_POS 0.5 0.6 0"), 17, "*TM_POS 0.5 0.6 9");
+  writeFile("data/cam.ase", away);
+  EXPECT_EQ(vexmodel("view data/cam.ase --out away.png --size 64x48").exitCode, 0);
+  EXPECT_NE(readFile("cam.png"), readFile("away.png"));
+
+  EXPECT_EQ(vexmodel("view data/none.ase --out none.png --size 64x48").exitCode, 0);
+  const auto [width, height] = pngSize("none.png");
+  EXPECT_GT(width, 64 * 4);
+  EXPECT_GT(height, 48 * 2);
+
+  view = vexmodel("view data/cam.ase --out x.png --camera 1");
+  EXPECT_EQ(view.exitCode, 255);
+  EXPECT_EQ(view.errors.substr(view.errors.rfind("vexmodel")),
+            "vexmodel: data/cam.ase has no camera 1, only 1 of them\n");
+  EXPECT_EQ(vexmodel("view data/cam.ase --out none/x.png").errors,
+            "vexmodel: can't write none/x.png: No such file or directory\n");
+}
+
+TEST(Vexmodel, WrongUsageShowsTheUsage) {
+  const Program help = vexmodel("--help");
+  EXPECT_EQ(help.exitCode, 0);
+  for (const char* arguments :
+       {"", "info", "compile", "compile a b", "view a", "info a --at", "info a --at 1",
+        "info a --json --at x", "info a --geometry", "view a --out b --size 10", "view a --out b --size 0x5",
+        "compile a --json", "show a", "view a --out b --camera -1", "--help x"}) {
+    const Program program = vexmodel(arguments);
+    EXPECT_EQ(program.exitCode, 2) << arguments;
+    EXPECT_TRUE(program.errors.ends_with(help.output)) << arguments;
+  }
+}
+
+}  // namespace vex
