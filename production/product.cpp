@@ -101,11 +101,13 @@ Products allProducts() {
   append(all, lightPictures());
   append(all, silhouettePictures());
   append(all, hangarPictures());
+  append(all, hangarBoxPictures());
   append(all, chromePictures());
   append(all, casketPictures());
   append(all, spritePictures());
   append(all, eyeMovie());
   append(all, statisticsFont());
+  append(all, monsterModels());
   append(all, layerRaysModel());
   append(all, layerWideModel());
   append(all, musicFile());

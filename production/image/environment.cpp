@@ -11,6 +11,25 @@ Vector unit(const Vector& v) {
   return v / v.length();
 }
 
+Gaze gazeOf(BoxFace face) {
+  const Vector east(1, 0, 0), up(0, 1, 0), north(0, 0, 1);
+  switch (face) {
+    case BoxFace::top:
+      return {up, north, -east};
+    case BoxFace::bottom:
+      return {-up, north, east};
+    case BoxFace::north:
+      return {north, -east, up};
+    case BoxFace::west:
+      return {-east, -north, up};
+    case BoxFace::south:
+      return {-north, east, up};
+    case BoxFace::east:
+      return {east, north, up};
+  }
+  return {};
+}
+
 }  // namespace
 
 Gaze lookTowards(float turn, float rise) {
@@ -24,6 +43,11 @@ Canvas viewOf(const Environment& world, const Gaze& gaze, float reach, int width
     const Vector across = gaze.right * (reach * (2 * u - 1)), rise = gaze.up * (reach * aspect * (1 - 2 * v));
     return world(unit(gaze.forward + across + rise));
   });
+}
+
+Canvas boxFace(const Environment& world, BoxFace face, int side) {
+  const float last = static_cast<float>(side - 1);
+  return viewOf(world, gazeOf(face), static_cast<float>(side) / last, side, side, 1);
 }
 
 Canvas sphereMap(const Environment& world, const Gaze& gaze, int side, int samples) {

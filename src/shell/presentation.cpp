@@ -6,6 +6,7 @@
 
 #include "assets/preload_list.h"
 #include "assets/texture_cache.h"
+#include "scenes/scene_alien.h"
 #include "scenes/scene_helper.h"
 #include "shell/clock.h"
 #include "shell/files.h"
@@ -25,9 +26,15 @@ Scene* construct() {
   return newScene<Concrete>();
 }
 
+template <const auto& description>
+Scene* constructModel() {
+  return constructModelScene(description);
+}
+
 // The order in which scenes are constructed, and with it the order of their textures.
 constexpr Scene* (*sceneConstructors[])() = {
     construct<SceneHelper>,
+    constructModel<sceneAlien>,
 };
 
 // The glows take consecutive texture ids.

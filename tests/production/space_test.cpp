@@ -78,6 +78,40 @@ TEST(SpaceNoise, CellularDistancesDoNotJump) {
   }
 }
 
+TEST(Environment, FacesOfTheBoxLookTheirWaysAndShareTheirEdges) {
+  const int side = 17, last = side - 1, middle = side / 2;
+  const Canvas top = boxFace(compass, BoxFace::top, side), bottom = boxFace(compass, BoxFace::bottom, side),
+               north = boxFace(compass, BoxFace::north, side), west = boxFace(compass, BoxFace::west, side),
+               south = boxFace(compass, BoxFace::south, side), east = boxFace(compass, BoxFace::east, side);
+  expectDirection(top.at(middle, middle), {0, 1, 0}, "top");
+  expectDirection(bottom.at(middle, middle), {0, -1, 0}, "bottom");
+  expectDirection(north.at(middle, middle), {0, 0, 1}, "north");
+  expectDirection(west.at(middle, middle), {-1, 0, 0}, "west");
+  expectDirection(south.at(middle, middle), {0, 0, -1}, "south");
+  expectDirection(east.at(middle, middle), {1, 0, 0}, "east");
+
+  const auto same = [](const Colour4& p, const Colour4& q) {
+    return std::fabs(p.r - q.r) + std::fabs(p.g - q.g) + std::fabs(p.b - q.b) < 1e-5f;
+  };
+  for (int i = 0; i < side; ++i) {
+    // The panorama from left to right: south, east, north, west, and round.
+    EXPECT_TRUE(same(south.at(last, i), east.at(0, i))) << i;
+    EXPECT_TRUE(same(east.at(last, i), north.at(0, i))) << i;
+    EXPECT_TRUE(same(north.at(last, i), west.at(0, i))) << i;
+    EXPECT_TRUE(same(west.at(last, i), south.at(0, i))) << i;
+    // The top's lower edge joins the east, its left one the south, its right one the north.
+    EXPECT_TRUE(same(top.at(i, last), east.at(i, 0))) << i;
+    EXPECT_TRUE(same(top.at(0, i), south.at(i, 0))) << i;
+    EXPECT_TRUE(same(top.at(last, i), north.at(last - i, 0))) << i;
+    EXPECT_TRUE(same(top.at(i, 0), west.at(last - i, 0))) << i;
+    // The bottom's upper edge joins the east, its left one the south, its right one the north.
+    EXPECT_TRUE(same(bottom.at(i, 0), east.at(i, last))) << i;
+    EXPECT_TRUE(same(bottom.at(0, i), south.at(last - i, last))) << i;
+    EXPECT_TRUE(same(bottom.at(last, i), north.at(i, last))) << i;
+    EXPECT_TRUE(same(bottom.at(i, last), west.at(last - i, last))) << i;
+  }
+}
+
 TEST(Environment, SphereMapsFollowTheLawOfReflection) {
   const int side = 256;
   const Canvas map = sphereMap(compass, lookTowards(0, 0), side, 1);  // along east, right is north

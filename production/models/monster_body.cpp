@@ -1,0 +1,160 @@
+#include <array>
+#include <cmath>
+
+#include "production/geometry/forms.h"
+#include "production/geometry/isosurface.h"
+#include "production/image/noise3.h"
+#include "production/models/monster_parts.h"
+#include "production/textures/palette.h"
+
+// Trunk, abdomen and head as distances: a ribbed chest with hips and shoulders, a plated sac behind, a long
+// skull with a crest that sweeps back over the neck.
+
+namespace vex::monster {
+
+namespace {
+
+const Vector trunkPivot(0, 95, 0), abdomenPivot(0, 100, -24), headPivot(0, 106, 32);
+
+Vector folded(const Vector& p) {
+  return Vector(std::fabs(p.x), p.y, p.z);
+}
+
+// 0 to 1: the rise of a plate and its sudden edge.
+float plates(float along) {
+  const float share = along - std::floor(along);
+  return share * smoothStep(1.0f, 0.82f, share);
+}
+
+float trunkDistance(const Vector& p) {
+  const Vector q = folded(p);
+  float d = ellipsoid(q, Vector(0, 95, 2), Vector(18, 16, 27));
+  const float flank = smoothStep(3, 10, q.x) * smoothStep(112, 100, q.y);
+  const float rib = std::sin((q.z + 0.35f * q.y) * 0.62f);
+  d -= 2.1f * flank * rib * std::fabs(rib);
+  d = smoothJoin(d, taper(q, Vector(3, 98, 19), Vector(15, 101, 26), 9, 6.5f), 5);  // shoulders
+  for (const float z : {15.0f, -1.0f, -17.0f})                                      // hips
+    d = smoothJoin(d, taper(q, Vector(6, 94, z * 0.8f), Vector(18, 98, z), 8, 6.5f), 4);
+  d = smoothJoin(d, taper(q, Vector(0, 97, -16), Vector(0, 100, -30), 10, 8), 5);     // waist
+  d = smoothJoin(d, taper(q, Vector(0, 81, 17), Vector(0, 82, -14), 3.2f, 2.4f), 4);  // keel
+  float neck = taper(q, Vector(0, 100, 20), Vector(0, 109, 40), 10, 7);
+  const float ring = std::sin((q.z + 0.45f * q.y) * 1.1f);
+  neck -= 0.9f * ring * ring * smoothStep(18, 26, q.z);
+  d = smoothJoin(d, neck, 4);
+  for (int i = 0; i < 5; ++i) {
+    const auto k = static_cast<float>(i);
+    const float z = 17 - 9.5f * k;
+    d = smoothJoin(
+        d, taper(q, Vector(0, 106, z), Vector(0, 123 - 1.5f * std::fabs(k - 1.5f), z - 9), 3.4f, 0.7f), 3.5f);
+  }
+  return d;
+}
+
+float abdomenDistance(const Vector& p) {
+  const Vector q = folded(p);
+  float d = ellipsoid(q, Vector(0, 104, -52), Vector(21, 20, 29));
+  d -= 3.0f * plates((q.z + 0.12f * q.y) / 9.5f) * smoothStep(86, 100, q.y);
+  d = smoothJoin(d, taper(q, Vector(0, 100, -22), Vector(0, 102, -34), 8, 12), 5);
+  d = smoothJoin(d, taper(q, Vector(0, 108, -72), Vector(0, 112, -86), 10, 5.5f), 6);
+  const float sag = std::sin(q.z * 0.5f + 3 * gradientNoise(q * 0.06f, 0, 801));
+  return d - 1.2f * sag * sag * smoothStep(100, 88, q.y);
+}
+
+// x, y, z and radius, on the +x side.
+struct Eye {
+  Vector centre;
+  float radius;
+};
+const std::array<Eye, 3> eyes{{{Vector(5.0f, 118.6f, 63.6f), 2.3f},
+                               {Vector(8.3f, 121.0f, 58.0f), 2.0f},
+                               {Vector(3.0f, 123.2f, 60.9f), 1.6f}}};
+
+float headDistance(const Vector& p) {
+  const Vector q = folded(p);
+  float d = ellipsoid(q, Vector(0, 117, 49), Vector(11.5f, 10, 18));
+  d = smoothJoin(d, taper(q, Vector(2, 122, 44), Vector(3, 140, -4), 8, 1.6f), 6);           // crest
+  d = smoothJoin(d, taper(q, Vector(8, 121, 42), Vector(15, 131, 14), 4, 0.9f), 4);          // its side horns
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 110, 58), Vector(7.5f, 6, 12)), 4);               // muzzle
+  d = smoothJoin(d, taper(q, Vector(0, 122, 62), Vector(9, 124, 52), 2.2f, 2.0f), 2.5f);     // brow
+  d = smoothJoin(d, taper(q, Vector(6.5f, 108, 60), Vector(8, 101, 72), 2.8f, 1.8f), 2.5f);  // mandibles
+  d = smoothJoin(d, taper(q, Vector(8, 101, 72), Vector(2.2f, 97, 80), 1.8f, 0.5f), 1.5f);
+  for (const Eye& eye : eyes)
+    d = smoothCut(d, ball(q, eye.centre + Vector(0.3f, 0, 1.0f), eye.radius * 1.05f), 1.2f);
+  const float gills = std::sin((q.z - 0.5f * q.y) * 1.5f);
+  d -= 0.55f * gills * std::fabs(gills) * smoothStep(116, 111, q.y) * smoothStep(62, 52, q.z);
+  const float ridge = std::sin(q.y * 0.9f + q.z * 0.25f);
+  return d - 0.5f * ridge * ridge * smoothStep(40, 25, q.z);
+}
+
+// One breath in and out, sharp in and slow out, `phase` of a loop later.
+float breath(float t, float breaths, float phase) {
+  const float s = swing(t, loopSeconds, breaths, phase);
+  return s + 0.25f * swing(t, loopSeconds, 2 * breaths, 2 * phase + 0.1f);
+}
+
+Placement trunkPlacement(float t) {
+  const Vector at =
+      trunkPivot + Vector(2.2f * swing(t, loopSeconds, 1, 0.2f), 2.6f * swing(t, loopSeconds, 2),
+                          2.0f * swing(t, loopSeconds, 1, 0.55f));
+  return turnedX(1.6f * swing(t, loopSeconds, 2, 0.3f)) >> turnedZ(2.2f * swing(t, loopSeconds, 1)) >>
+         turnedY(2.5f * swing(t, loopSeconds, 1, 0.4f)) >> moved(at);
+}
+
+Surface body(const Solid& solid, const Bounds& bounds, float cell, Fineness fineness) {
+  IsoOptions options;
+  options.bounds = bounds;
+  options.cell = fineness == Fineness::full ? cell : cell * 2.2f;
+  return compacted(isosurface(solid, options));
+}
+
+}  // namespace
+
+Vector carriedByTrunk(const Vector& point, float seconds) {
+  return transformed(trunkPlacement(seconds), point - trunkPivot);
+}
+
+std::vector<Piece> bodyPieces(Fineness fineness) {
+  Piece trunk{.name = "trunk",
+              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 3.0f, fineness),
+              .pivot = trunkPivot};
+  trunk.motion.positions = positionKeys(loopSeconds, 6, [](float t) { return trunkPlacement(t).origin; });
+  trunk.motion.turns = turnKeys(loopSeconds, 6, trunkPlacement);
+  trunk.motion.scales = scaleKeys(loopSeconds, 5, [](float t) {
+    const float air = breath(t, 3, 0);
+    return Vector(1 + 0.030f * air, 1 + 0.022f * air, 1 + 0.008f * air);
+  });
+
+  Piece abdomen{
+      .name = "abdomen",
+      .parent = "trunk",
+      .surface = body(abdomenDistance, {Vector(-27, 78, -94), Vector(27, 132, -16)}, 3.7f, fineness),
+      .pivot = abdomenPivot};
+  abdomen.motion.turns = turnKeys(loopSeconds, 6, [](float t) {
+    return turnedX(4 * swing(t, loopSeconds, 2, 0.15f)) >> turnedY(5 * swing(t, loopSeconds, 1, 0.7f));
+  });
+  abdomen.motion.scales = scaleKeys(loopSeconds, 5, [](float t) {
+    const float air = breath(t, 3, 0.12f);
+    return Vector(1 + 0.06f * air, 1 + 0.05f * air, 1 - 0.02f * air);
+  });
+
+  Piece head{.name = "head",
+             .parent = "trunk",
+             .surface = body(headDistance, {Vector(-19, 92, -10), Vector(19, 146, 84)}, 2.1f, fineness),
+             .pivot = headPivot};
+  head.motion.turns = turnKeys(loopSeconds, 5, [](float t) {
+    return turnedX(5 * swing(t, loopSeconds, 2, 0.6f)) >> turnedZ(5 * swing(t, loopSeconds, 3, 0.1f)) >>
+           turnedY(11 * swing(t, loopSeconds, 1, 0.3f) + 4 * swing(t, loopSeconds, 3, 0.8f));
+  });
+  return {trunk, abdomen, head};
+}
+
+Piece eyePiece() {
+  Surface all;
+  for (const Eye& eye : eyes)
+    for (const float side : {-1.0f, 1.0f})
+      append(all, placed(withoutMapping(sphere(eye.radius, 10, 7)),
+                         moved(eye.centre.x * side, eye.centre.y, eye.centre.z)));
+  return {.name = "eyes", .parent = "head", .surface = all, .pivot = headPivot};
+}
+
+}  // namespace vex::monster

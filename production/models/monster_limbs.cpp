@@ -1,0 +1,172 @@
+#include <cmath>
+
+#include "production/geometry/forms.h"
+#include "production/models/monster_parts.h"
+#include "production/textures/palette.h"
+
+// Limbs of wet metal. Legs are rigid: they stand on their claws and turn about them as the trunk sways, their
+// hips deep enough in it to hide the difference. Arms, tail and tentacles are chains of pieces.
+
+namespace vex::monster {
+
+namespace {
+
+// A spindle from joint to joint: thin where it is held, swollen behind that, ringed.
+float spindle(float t, float root, float tip, float swell) {
+  const float belly = std::sin(pi * std::pow(t, 0.6f));
+  return mix(root, tip, t) * (0.72f + swell * belly * belly) + 0.05f * root * std::sin(t * 34) * (1 - t);
+}
+
+// --- Legs
+
+struct Leg {
+  const char* name;
+  Vector hip, shoulder, knee, shin, claw;  // on the +x side
+};
+const Leg legs[] = {
+    {"leg_fore", Vector(11, 96, 14), Vector(32, 110, 24), Vector(60, 146, 46), Vector(77, 78, 62),
+     Vector(88, 0, 84)},
+    {"leg_mid", Vector(11, 96, -1), Vector(36, 116, -2), Vector(74, 158, -6), Vector(98, 84, -8),
+     Vector(116, 0, -10)},
+    {"leg_hind", Vector(11, 96, -17), Vector(30, 112, -30), Vector(54, 152, -62), Vector(72, 80, -84),
+     Vector(84, 0, -116)},
+};
+
+Surface legSurface(const Leg& leg, Fineness fineness) {
+  const bool full = fineness == Fineness::full;
+  const auto path = smoothPath({leg.hip, leg.shoulder, leg.knee, leg.shin, leg.claw}, full ? 34 : 14);
+  const auto radius = [](float t) {
+    const auto knob = [t](float at, float width, float height) {
+      return height * std::exp(-(t - at) * (t - at) / (width * width));
+    };
+    const float bare = mix(6.8f, 0.5f, std::pow(t, 0.8f));
+    return bare * (0.85f + 0.12f * std::sin(t * 60)) + knob(0.16f, 0.04f, 1.8f) + knob(0.44f, 0.035f, 2.2f) +
+           knob(0.30f, 0.07f, 1.6f) + knob(0.58f, 0.07f, 1.0f);
+  };
+  return withoutMapping(tube(path, full ? 9 : 6, radius, TubeEnd::point));
+}
+
+Placement leaning(const Vector& from, const Vector& to) {
+  const Vector p = unit(from), q = unit(to), axis = cross(p, q);
+  const float sine = axis.length();
+  return sine < 1e-6f ? Placement{} : turned(axis / sine, std::atan2(sine, dot(p, q)));
+}
+
+void addLegs(std::vector<Piece>& pieces, Fineness fineness) {
+  for (const Leg& leg : legs)
+    for (const float side : {-1.0f, 1.0f}) {
+      const Placement mirror = stretched(side, 1, 1);
+      const Vector hip = transformed(mirror, leg.hip), claw = transformed(mirror, leg.claw);
+      Piece piece{.name = std::string(leg.name) + (side > 0 ? "_l" : "_r"),
+                  .surface = placed(legSurface(leg, fineness), mirror),
+                  .pivot = claw};
+      piece.motion.turns = turnKeys(loopSeconds, 6, [hip, claw](float t) {
+        return leaning(hip - claw, carriedByTrunk(hip, t) - claw);
+      });
+      pieces.push_back(piece);
+    }
+}
+
+// --- Chains
+
+struct ChainLink {
+  Vector from, to;
+  float root, tip, swell;
+};
+
+// `turn(link, t)` is each piece's own turn against the one before it.
+void addChain(std::vector<Piece>& pieces, const std::string& name, const std::string& parent,
+              const std::vector<ChainLink>& links, int around, int along, TubeEnd lastEnd,
+              const std::function<Placement(int link, float t)>& turn) {
+  std::string before = parent;
+  for (int i = 0; i < static_cast<int>(links.size()); ++i) {
+    const ChainLink& link = links[static_cast<std::size_t>(i)];
+    const bool last = i + 1 == static_cast<int>(links.size());
+    std::vector<Vector> path;
+    for (int k = 0; k <= along; ++k)
+      path.push_back(mix(link.from, link.to, static_cast<float>(k) / static_cast<float>(along)));
+    Piece piece{.name = name + std::to_string(i + 1),
+                .parent = before,
+                .surface = withoutMapping(tube(
+                    path, around, [&](float t) { return spindle(t, link.root, link.tip, link.swell); },
+                    last ? lastEnd : TubeEnd::round)),
+                .pivot = link.from};
+    piece.motion.turns = turnKeys(loopSeconds, 6, [turn, i](float t) { return turn(i, t); });
+    pieces.push_back(piece);
+    before = piece.name;
+  }
+}
+
+void addArms(std::vector<Piece>& pieces, Fineness fineness) {
+  const bool full = fineness == Fineness::full;
+  for (const float side : {-1.0f, 1.0f}) {
+    const auto there = [side](float x, float y, float z) { return Vector(x * side, y, z); };
+    const float phase = side > 0 ? 0.0f : 0.37f;
+    addChain(pieces, side > 0 ? "arm_l" : "arm_r", "trunk",
+             {{there(12, 101, 25), there(34, 128, 48), 5.2f, 4.0f, 0.35f},
+              {there(34, 128, 48), there(33, 104, 88), 4.0f, 3.0f, 0.40f},
+              {there(33, 104, 88), there(14, 54, 104), 3.0f, 0.4f, 0.55f}},
+             full ? 9 : 5, full ? 10 : 4, TubeEnd::point, [side, phase](int link, float t) {
+               const auto k = static_cast<float>(link);
+               return turnedX((6 + 5 * k) * swing(t, loopSeconds, 2, phase - 0.11f * k)) >>
+                      turnedY(side * (5 + 3 * k) * swing(t, loopSeconds, 3, 2 * phase + 0.2f * k));
+             });
+  }
+}
+
+void addTail(std::vector<Piece>& pieces, Fineness fineness) {
+  const bool full = fineness == Fineness::full;
+  const Vector joints[] = {Vector(0, 111, -82),  Vector(0, 124, -104), Vector(0, 144, -116),
+                           Vector(0, 167, -116), Vector(0, 187, -104), Vector(0, 201, -84),
+                           Vector(0, 206, -62),  Vector(0, 196, -34)};
+  std::vector<ChainLink> links;
+  for (int i = 0; i < 7; ++i) {
+    const float root = 6.2f - 0.62f * static_cast<float>(i);
+    links.push_back({joints[i], joints[i + 1], root, i < 6 ? root * 0.8f : 0.3f, i < 6 ? 0.5f : 0.9f});
+  }
+  addChain(pieces, "tail", "abdomen", links, full ? 9 : 5, full ? 7 : 3, TubeEnd::point,
+           [](int link, float t) {
+             const auto k = static_cast<float>(link);
+             return turnedX(7 * swing(t, loopSeconds, 1, 0.3f - 0.09f * k)) >>
+                    turnedZ(9 * swing(t, loopSeconds, 2, -0.12f * k)) >>
+                    turnedY(6 * swing(t, loopSeconds, 3, 0.1f * k));
+           });
+}
+
+void addTentacles(std::vector<Piece>& pieces) {
+  int number = 0;
+  for (const float z : {10.0f, -8.0f})
+    for (const float side : {-1.0f, 1.0f}) {
+      std::vector<ChainLink> links;
+      Vector joint(7 * side, 84, z);
+      const float phase = 0.23f * static_cast<float>(number);
+      for (int i = 0; i < 5; ++i) {
+        const auto k = static_cast<float>(i);
+        const Vector next =
+            joint + Vector(side * (3.5f - 1.5f * k), -14, (z > 0 ? 1.0f : -1.0f) * (2.5f - k));
+        const float root = 2.7f - 0.42f * k;
+        links.push_back({joint, next, root, i < 4 ? root * 0.85f : 0.2f, 0.4f});
+        joint = next;
+      }
+      addChain(pieces, "feeler" + std::string(1, static_cast<char>('a' + number)), "trunk", links, 6, 4,
+               TubeEnd::point, [phase](int link, float t) {
+                 const auto k = static_cast<float>(link);
+                 return turnedX((5 + 3 * k) * swing(t, loopSeconds, 2, phase - 0.13f * k)) >>
+                        turnedZ((6 + 2 * k) * swing(t, loopSeconds, 1, 2 * phase - 0.1f * k));
+               });
+      ++number;
+    }
+}
+
+}  // namespace
+
+std::vector<Piece> limbPieces(Fineness fineness) {
+  std::vector<Piece> pieces;
+  addLegs(pieces, fineness);
+  addArms(pieces, fineness);
+  addTail(pieces, fineness);
+  if (fineness == Fineness::full) addTentacles(pieces);
+  return pieces;
+}
+
+}  // namespace vex::monster

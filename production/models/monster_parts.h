@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "production/models/stage.h"
+
+// The alien and the hangar that it stands in, in pieces. One unit is about two centimetres; the floor is
+// y = 0, the creature stands over the origin and looks towards +z, the hangar runs along z.
+
+namespace vex::monster {
+
+inline constexpr float loopSeconds = 10;  // of everything that is no camera and no light
+inline constexpr float shotSeconds = 20;  // of cameras and lights
+
+// One rigid piece at rest.
+struct Piece {
+  std::string name{};
+  std::string parent{};
+  Surface surface{};  // not mapped
+  Vector pivot{};
+  Motion motion{};
+};
+
+enum class Fineness { full, reflection };
+
+// Trunk, abdomen and head, in this order: what breathes. The trunk carries all but the legs.
+std::vector<Piece> bodyPieces(Fineness fineness);
+// Six burning eyes, carried by the head.
+Piece eyePiece();
+// Where the trunk's motion takes a point of it, without its breath.
+Vector carriedByTrunk(const Vector& point, float seconds);
+
+// Six legs that stand, two arms of three pieces, a tail and tentacles under the belly.
+std::vector<Piece> limbPieces(Fineness fineness);
+
+// The hangar's built parts, numbered as parts of one surface for baking.
+enum HangarPart { arch, plinth, cables, deck, apron };
+inline constexpr float archRadius = 235;
+inline constexpr float deckRadius = 220;
+Surface hangarPart(HangarPart part);
+inline const std::vector<float> archPlaces{-420, -280, -140, 140, 280, 420};  // z of each arch
+Surface poolSurface();                                                        // in the plinth's middle
+Surface pipes();                                                              // along the vault
+
+}  // namespace vex::monster
