@@ -55,7 +55,8 @@ void addFinish(Show& show) {
   show.add("letterbox", 0, whole + 0.5, letterbox,
            Bitmap{.texture = "bar", .at = {-1 - beyond, -1 - beyond, 2 + 2 * beyond, height + beyond}},
            Bitmap{.texture = "bar", .at = {-1 - beyond, height * -1 + 1, 2 + 2 * beyond, height + beyond}});
-  show.add("fade out", barOf("rest"), whole - barOf("rest"), curtain, Fade{.alpha = slide(0, 1)});
+  show.add("fade out", whole - 0.5, 0.5, curtain, Fade{.alpha = slide(0, 1)});
+  show.add("ground after", whole, 1, ground, Fade{});
   show.add("black at last", whole, 0.5, curtain, Fade{});
 }
 

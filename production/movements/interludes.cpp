@@ -137,7 +137,6 @@ void addInterludeTwo(Show& show) {
   show.add(
       "vexed at last", stroke, 1, title,
       glitching(vex(ed, slide(1.0, 0.9)), flashes({0, 2}, 0.8, 0.01), 5, line({{0, 1.25}, {partEnd, 1.9}})));
-  show.add("ground after", songBars, 1, ground, Fade{});
 }
 
 }  // namespace vex

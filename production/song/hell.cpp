@@ -32,10 +32,9 @@ constexpr DrumLine drums[] = {
     {7, 1, "high tom", "........x..x...."},
     {7, 1, "low tom", ".........x..xxxX"},
     // Under the lake: skins and one iron.
-    {8, 1, "impact", "X..............."},
-    {8, 3, "low tom", "X..x..x.X..x.x.."},
-    {8, 3, "high tom", "..o..o....o....o"},
-    {8, 3, "heart", "x.......x......."},
+    {8, 3, "low tom", "X..X..X.X..X.X.."},
+    {8, 3, "high tom", "..x..o....x....x"},
+    {8, 3, "impact", "o.......o......."},
     {8, 3, "clank", "............o..."},
     {10, 1, "kick", "X.......X......."},
     {10, 1, "closed hat", "g.o.g.o.g.o.g.o."},
@@ -109,9 +108,9 @@ constexpr NoteLine notes[] = {
 
     // A chant from below; the pedal holds, embers rise.
     {8, "drone", "D1+A1+D2:60 -:4"},
-    {8, "organ", "D3:30 -:2 | D3:16! | D3:11! -:5"},
+    {8, "organ", "D3:30? -:2 | D3:16? | D3:11 -:5"},
     {8, "choir",
-     "D3+A3:4 D3+A3:2 Eb3+Bb3:2 D3+A3:8 | F3+C4:4 Eb3+Bb3:4 D3+A3:8 |"
+     "D3+A3:4? D3+A3:2? Eb3+Bb3:2? D3+A3:8? | F3+C4:4? Eb3+Bb3:4? D3+A3:8? |"
      "D3+A3+D4:4 F3+C4+F4:2 Eb3+Bb3+Eb4:2 G3+D4+G4:4! F3+C4+F4:4 | Eb3+A3+Eb4+G4:12! -:4"},
     {8, "far bell", "-:4 A5:2? Eb6:2? -:8 | -:8 D6:2? A5:2? G#5:4? | -:2 Eb6:2? D6:2? A5:2? -:8 | -:16"},
     {10, "fuzz bass",

@@ -9,8 +9,8 @@ constexpr DrumLine drums[] = {
     {0, 1, "impact", "x..............."},
     {0, 4, "tick", "..........g....."},
     {2, 2, "heart", "x..o............"},
-    {3, 1, "high tom", "........o..o...."},
-    {3, 1, "low tom", "..........o..oxx"},
+    {3, 1, "high tom", "........X..x...."},
+    {3, 1, "low tom", "..........x..xXX"},
     // Half time: one back beat a bar.
     {4, 1, "crash", "x..............."},
     {4, 1, "kick", "X.........x....."},
@@ -138,7 +138,7 @@ constexpr NoteLine notes[] = {
 
 constexpr CurvePoint curves[] = {
     {"telephone", 0, 0.2f},   {"telephone", 8, 0.5f},  {"breathing", 1, 0.2f},   {"breathing", 15, 0.8f},
-    {"sub bass", 2, 0.2f},    {"sub bass", 12, 0.6f},  {"pad", 4, 0.1f},         {"pad", 8, 0.35f},
+    {"sub bass", 2, 0.2f},    {"sub bass", 12, 0.6f},  {"pad", 4, 0.25f},        {"pad", 8, 0.45f},
     {"pad", 12, 0.15f},       {"pad", 15.7, 0.9f},     {"pad", 16, 0.7f},        {"pad", 19, 0.4f},
     {"choir", 8, 0.1f},       {"choir", 12, 0.2f},     {"choir", 15.7, 0.9f},    {"choir", 16, 0.9f},
     {"alarm", 12, 0.2f},      {"alarm", 15, 0.8f},     {"drive bass", 12, 0.1f}, {"drive bass", 15.7, 0.8f},

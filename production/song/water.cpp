@@ -17,19 +17,19 @@ constexpr DrumLine drums[] = {
     {2, 1, "impact", "o..............."},
     {6, 1, "impact", "g..............."},
     {6, 6, "heart", "x..o............"},
-    {11, 1, "high tom", "........o..o...."},
-    {11, 1, "low tom", "..........o..oox"},
+    {11, 1, "high tom", "........x..x...."},
+    {11, 1, "low tom", "..........x..xXX"},
     {12, 1, "impact", "x..............."},
     {12, 1, "crash", "o..............."},
-    {12, 3, "low tom", "o.....o...o....."},
+    {12, 3, "low tom", "x.....o...x....."},
     {12, 3, "ride", "g...g...g...g..."},
     {12, 3, "heart", "x..o....x..o...."},
     // From the other side of the surface the console calls.
     {14, 1, "chip hat", "..g...g...g...g."},
     {15, 1, "chip hat", "g.g.g.g.gggggggg"},
-    {15, 1, "chip snare", "........g.g.oooo"},
-    {15, 1, "high tom", "........o..o...."},
-    {15, 1, "low tom", "..........o..oxx"},
+    {15, 1, "chip snare", "........o.o.xxXX"},
+    {15, 1, "high tom", "........X..x...."},
+    {15, 1, "low tom", "..........x..xXX"},
 };
 
 constexpr NoteLine notes[] = {

@@ -177,13 +177,15 @@ Voice makeRide(float rate, NoiseSource& noise) {
 
 Voice makeHighTom(float rate, NoiseSource& noise) {
   Voice voice{makeDrop({240, 147, 0.05f, 0.13f, 1.9f, 0.45f}, rate), {}};
-  addBurst(voice.left, {500, 5000, 0.012f, 0.4f}, rate, noise);
+  addBurst(voice.left, {500, 5000, 0.012f, 0.6f}, rate, noise);
+  sharpen(voice.left, 0.012f, 0.5f, rate);
   return voice;
 }
 
 Voice makeLowTom(float rate, NoiseSource& noise) {
   Voice voice{makeDrop({165, 98, 0.06f, 0.17f, 1.9f, 0.55f}, rate), {}};
-  addBurst(voice.left, {400, 4000, 0.014f, 0.4f}, rate, noise);
+  addBurst(voice.left, {400, 4000, 0.014f, 0.6f}, rate, noise);
+  sharpen(voice.left, 0.014f, 0.5f, rate);
   return voice;
 }
 

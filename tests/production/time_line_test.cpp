@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <set>
 
@@ -224,14 +225,14 @@ TEST(TimeLine, UsesAllFunctionsAndAllKindsOfParameters) {
   EXPECT_EQ(kinds.size(), 5u);
 }
 
-TEST(TimeLine, IsNinetySecondsLongAndShorterThanItsMusic) {
-  EXPECT_EQ(theShow().totalTime, 90.0);
+TEST(TimeLine, LastsForItsSectionsAndLessThanItsMusic) {
+  EXPECT_EQ(theShow().totalTime, barCount(showSections) * 1.875);
   EXPECT_LE(theShow().totalTime, musicSeconds - 0.5);
   EXPECT_EQ(theShow().sound, "data\\vex.ogg");
 }
 
 TEST(TimeLine, EveryFrameHasAGroundAndAtMostSixteenParts) {
-  for (int frame = 0; frame <= 2700; ++frame) {
+  for (int frame = 0; frame <= theShow().totalTime * 30; ++frame) {
     const double time = frame / 30.0;
     const auto active = activeAt(time);
     ASSERT_FALSE(active.empty()) << time;
@@ -244,7 +245,7 @@ TEST(TimeLine, EveryFrameHasAGroundAndAtMostSixteenParts) {
 }
 
 TEST(TimeLine, TheViewportIsWholeAgainAtTheEndOfEachFrame) {
-  for (int frame = 0; frame <= 2700; ++frame) {
+  for (int frame = 0; frame <= theShow().totalTime * 30; ++frame) {
     const double time = frame / 30.0;
     const ScriptCall* last = nullptr;
     for (const ScriptPart* part : activeAt(time))
@@ -349,7 +350,8 @@ TEST(VexProduce, TheDraftPlaysToTheEnd) {
       runProgram(std::string(VEX_BIN) + "/vexrecord --dir show --size 64x36 --fps 4 --trace-calls calls.tsv");
   ASSERT_EQ(run.exitCode, 0) << run.errors;
   const std::string calls = readFile("calls.tsv");
-  EXPECT_NE(calls.find("\n360\t90\t"), std::string::npos);  // the last frame
+  const std::string lastFrame = std::to_string(std::lround(theShow().totalTime * 4));
+  EXPECT_NE(calls.find("\n" + lastFrame + "\t"), std::string::npos);
   EXPECT_NE(calls.find("drawVexLogo"), std::string::npos);
 }
 
