@@ -85,7 +85,7 @@ struct Mesh : Object3D {
   float pushRadius = 4.0f;
   float damping = 0.05f;
   float lastDeformTime = 0.0f;        // demo time of the last deformation
-  std::uint32_t lastDeformFrame = 0;  // and its frame (clockFrame())
+  std::uint32_t lastDeformFrame = 0;  // frame of the last one that moved positions (clockFrame())
   std::vector<float> heightA, heightB;
   int gridX = 0;
   int gridY = 0;

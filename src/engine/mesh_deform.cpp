@@ -116,6 +116,7 @@ void Mesh::wobbleTexture(float a, float b, float c) {
     uvs[2 * k] = vertices[k].u + std::sin(phase) * b;
     uvs[2 * k + 1] = vertices[k].v + std::cos(phase) * b;
   }
+  lastDeformTime = clockTime();  // the frame is that of the positions, which stay
 }
 
 }  // namespace vex

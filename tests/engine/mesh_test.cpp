@@ -334,6 +334,10 @@ TEST(Mesh, DeformationsOfOneFrameBuildOnEachOther) {
     mesh.twist({}, axis, amount);  // no axis, nothing moves
     expectNear(at(mesh.positions, 0), turned(c.turn), "after no axis", 0);
     EXPECT_EQ(mesh.vertices[0].position, Vector(1.0f, 0.0f, 1.0f));
+    clockAdvanceTo(c.time);
+    mesh.wobbleTexture(1.0f, 1.0f, 1.0f);  // moves no position that a twist could build on
+    mesh.twist(axis, axis, amount);
+    expectNear(at(mesh.positions, 0), turned(0.5f), "after a moved texture", 0);
   }
 }
 
