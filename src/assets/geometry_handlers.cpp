@@ -104,7 +104,7 @@ void bakeScale() {
   mesh.removeAnimation(TrackType::scale);
 }
 
-Vector cornerNormal(const Vector& a, const Vector& b) {
+inline Vector cornerNormal(const Vector& a, const Vector& b) {
   Vector normal = cross(a, b);
   normal.normalize();
   return normal;
@@ -233,7 +233,8 @@ void handleMeshFaceList() {
   if (readingText()) {
     processBlock(BlockEnd::left);
   } else {
-    readCorners("vertex", size, modelState.geometricVertices, setFace);
+    readCorners("vertex", size, modelState.geometricVertices,
+                [](int i, const Corners& corners) { setFace(i, corners); });
   }
   endList();
   if (filling() && inMesh()) computeNormals();
@@ -302,7 +303,8 @@ void handleMeshTFaceList() {
   if (readingText()) {
     processBlock(BlockEnd::left);
   } else {
-    readCorners("texture vertex", size, texCoordCount(), setTextureFace);
+    readCorners("texture vertex", size, texCoordCount(),
+                [](int i, const Corners& corners) { setTextureFace(i, corners); });
   }
   endList();
   trace("mapped face list end\n");

@@ -111,10 +111,10 @@ int fileGetc(int handle) {
   FileSlot& slot = slotOf(handle);
   int byte = EOF;
   if (slot.stream) {
-    byte = std::fgetc(slot.stream);
+    byte = getc_unlocked(slot.stream);
   } else if (PakEntry& entry = entryOf(slot); entry.position < entry.size) {
     seekPak(entry);
-    byte = std::fgetc(pak);
+    byte = getc_unlocked(pak);
     ++pakPlace;
     ++entry.position;
   }
