@@ -8,6 +8,8 @@
 #include "assets/texture_cache.h"
 #include "scenes/scene_alien.h"
 #include "scenes/scene_helper.h"
+#include "scenes/scene_layer_rays.h"
+#include "scenes/scene_layer_wide.h"
 #include "shell/clock.h"
 #include "shell/files.h"
 #include "shell/options.h"
@@ -35,6 +37,8 @@ Scene* constructModel() {
 constexpr Scene* (*sceneConstructors[])() = {
     construct<SceneHelper>,
     constructModel<sceneAlien>,
+    constructModel<sceneLayerWide>,
+    constructModel<sceneLayerRays>,
 };
 
 // The glows take consecutive texture ids.

@@ -2,17 +2,30 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <string>
 #include <vector>
 
+#include "assets/texture_cache.h"
 #include "production/geometry/forms.h"
 #include "production/models/stage.h"
+#include "scenes/scene_alien.h"
+#include "scenes/scene_fetus.h"
+#include "scenes/scene_hell.h"
+#include "scenes/scene_intro_box.h"
+#include "scenes/scene_layer_particles.h"
+#include "scenes/scene_layer_rays.h"
 #include "scenes/scene_layer_rot_cubes.h"
+#include "scenes/scene_layer_wide.h"
+#include "scenes/scene_layer_wobbel.h"
+#include "scenes/scene_skull.h"
+#include "scenes/scene_tables.h"
+#include "scenes/scene_water.h"
 #include "shell/options.h"
 #include "shell/report.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
-#include "tests/support/log_text.h"
+#include "tests/support/scene_models.h"
 #include "tests/support/temporary_folder.h"
 
 namespace vex {
@@ -67,6 +80,39 @@ TEST_F(Construction, EndsWithTheCounts) {
   const std::size_t end = log.find("destroying scene SceneLayerRotCubes\n");
   EXPECT_NE(counts, std::string::npos) << log;
   EXPECT_LT(counts, end);
+}
+
+// The order of start-up.
+TEST_F(Construction, EverySceneReportsOneStep) {
+  static std::vector<std::string> shown;
+  shown.clear();
+  writeSceneModels();
+  setLoadingDialog({.show =
+                        [](int, const char* text) {
+                          if (std::string(text).starts_with("Loading Scene")) shown.emplace_back(text);
+                        },
+                    .close = nullptr});
+  Scene* const scenes[] = {constructModelScene(sceneIntroBox),       constructModelScene(sceneWater),
+                           constructModelScene(sceneFetus),          constructModelScene(sceneAlien),
+                           constructModelScene(sceneSkull),          constructModelScene(sceneHell),
+                           constructModelScene(sceneLayerParticles), constructModelScene(sceneLayerWide),
+                           constructModelScene(sceneLayerRotCubes),  constructModelScene(sceneLayerWobbel),
+                           constructModelScene(sceneLayerRays)};
+  setLoadingDialog({});
+  const char* const names[] = {"SceneIntroBox",       "SceneWater",     "SceneFetus",
+                               "SceneAlien",          "SceneSkull",     "SceneHell",
+                               "SceneLayerParticles", "SceneLayerWide", "SceneLayerRotCubes",
+                               "SceneLayerWobbel",    "SceneLayerRays"};
+  ASSERT_EQ(shown.size(), std::size(names));
+  for (std::size_t i = 0; i < std::size(names); ++i) {
+    EXPECT_STREQ(scenes[i]->name, names[i]);
+    EXPECT_EQ(shown[i], std::string("Loading ") + names[i]);
+    const SceneTable* table = findSceneTable(sceneTables(), names[i]);
+    ASSERT_TRUE(table) << names[i];
+    EXPECT_EQ(static_cast<int>(table->functions.size()), scenes[i]->functionCount);
+    scenes[i]->destroy(scenes[i]);
+  }
+  destroyTextures();
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include "assets/texture_cache.h"
 #include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
-#include "tests/support/scene_builder.h"
+#include "tests/support/scene_models.h"
 
 namespace vex {
 namespace {
@@ -19,7 +19,7 @@ class Alien : public GlTest {
     setWindowSize(glTestWidth, glTestHeight);
     addPlainTextures({"other", "data\\monstereas", "data\\monstersou", "data\\monsterwes", "data\\monsternor",
                       "data\\monsterbot", "data\\monstertop", "data\\chrome"});
-    fillScene(scene, {.meshes = {"Beast", "sphere01", "Sphere02"}, .lights = {"a", "b"}, .viewers = 2});
+    fillScene(scene, contentsOf("monster"));
     sceneAlien.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
   }

@@ -9,7 +9,7 @@
 #include "effects/vol_light.h"
 #include "shell/random.h"
 #include "tests/support/gl_fixture.h"
-#include "tests/support/scene_builder.h"
+#include "tests/support/scene_models.h"
 
 namespace vex {
 namespace {
@@ -20,11 +20,7 @@ class Fetus : public GlTest {
     GlTest::SetUp();
     addPlainTextures({"other", "data\\fetus_skin", "data\\vollight"});
     beginScene(scene, sceneFetus.name, sceneFetus.functions);
-    fillScene(scene, {.meshes = {"Door", "fetus", "rectangle01", "TableTop", "Hose", "hose01", "hose02",
-                                 "phone", "WhiteBox", "eye01", "eye02", "bottle", "glassParticle01",
-                                 "glassParticle02", "glassParticle03", "HandSprayer", "cigash", "wall"},
-                      .lights = {"VolumLight", "HandLight", "AlarmLight", "WaterParticle", "smokeParticle01",
-                                 "smokeParticle02", "smokeParticle03", "smokeParticle04", "Omni"}});
+    fillScene(scene, contentsOf("fetus"));
     mesh("WhiteBox").texture = 0;
     light("VolumLight").spotDirection.set(30, -40, 0);
     light("VolumLight").coneAngle = 33;

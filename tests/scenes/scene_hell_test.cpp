@@ -7,7 +7,7 @@
 
 #include "assets/texture_cache.h"
 #include "tests/support/gl_fixture.h"
-#include "tests/support/scene_builder.h"
+#include "tests/support/scene_models.h"
 
 namespace vex {
 namespace {
@@ -18,8 +18,7 @@ class Hell : public GlTest {
     GlTest::SetUp();
     addPlainTextures({"other", "data\\helleast", "data\\hellsouth", "data\\hellwest", "data\\hellnorth",
                       "data\\hellbottom", "data\\helltop"});
-    fillScene(scene, {.meshes = {"Lava", "Sphere", "part01", "part02", "Sprayer01"},
-                      .lights = {"Omni", "part03", "part04"}});
+    fillScene(scene, contentsOf("hell"));
     for (Mesh* mesh : scene.meshes) mesh->shininess = mesh->shineStrength = 1;
     sceneHell.setUp(scene);
   }

@@ -7,26 +7,17 @@
 
 #include "shell/clock.h"
 #include "tests/support/fatal.h"
-#include "tests/support/scene_builder.h"
+#include "tests/support/scene_models.h"
 
 namespace vex {
 namespace {
 
-// Omni01 at index 0, the smoke at 1 to 48, the particles at 49 to 51.
-ModelContents boxModel() {
-  ModelContents model{
-      .meshes = {"box", "lock", "top", "VexLayer01", "VEXLAYER02", "VexLayer03", "VexLayer04", "dummy01"},
-      .lights = {"Omni01"}};
-  for (int i = 2; i <= 49; ++i) model.lights.push_back((i < 10 ? "Omni0" : "omni") + std::to_string(i));
-  for (const char* name : {"BlueParticle", "GreenParticle", "WhiteParticle"}) model.lights.emplace_back(name);
-  return model;
-}
-
+// The smoke lights stand at 1 to 48, the particles at 49 to 51.
 class IntroBox : public ::testing::Test {
  protected:
   void SetUp() override {
     beginScene(scene, sceneIntroBox.name, sceneIntroBox.functions);
-    fillScene(scene, boxModel());
+    fillScene(scene, contentsOf("intro_box"));
     sceneIntroBox.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
     scene.viewers[0]->alpha = 0;  // nothing is drawn
@@ -199,7 +190,7 @@ TEST_F(IntroBox, ReversesTheSmokeOnce) {
 }
 
 TEST(IntroBoxModel, MustHoldTheSmoke) {
-  ModelContents model = boxModel();
+  ModelContents model = contentsOf("intro_box");
   std::replace(model.lights.begin(), model.lights.end(), std::string("omni49"), std::string("other"));
   EXPECT_EQ(fatalText([&] {
               SceneIntroBox scene;

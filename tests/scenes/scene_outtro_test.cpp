@@ -205,6 +205,9 @@ TEST_F(Outtro, CopperBarsShrinkFromFrontToBack) {
     }
   }
   EXPECT_TRUE(quadsOf("showCopperBars", 0, {0.9, 1, 0, 0, 1, 0, 1, 1, 1}).empty());
+}
+
+TEST_F(Outtro, CopperBarsAreLimited) {
   EXPECT_EQ(fatalText([&] {
               call("showCopperBars", 0, {1001, 1, 0, 0, 1, 0, 1, 1, 1});
             }),

@@ -13,18 +13,10 @@
 #include "shell/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
-#include "tests/support/scene_builder.h"
+#include "tests/support/scene_models.h"
 
 namespace vex {
 namespace {
-
-ModelContents skullModel() {
-  return {.meshes = {"rock",    "spear01", "spear02", "spear03", "spear04",  "spear05",  "spear06",
-                     "Crow01",  "Crow02",  "Crow03",  "spark01", "spark02",  "spark03",  "spark04",
-                     "spark05", "spark06", "laser01", "laser02", "clouds01", "clouds02", "target"},
-          .lights = {"Key", "Fill", "Side", "Smoke01", "smoke02", "smoke03", "smoke04", "SparkLight",
-                     "fire01", "Fire02", "fire03", "fire04"}};
-}
 
 // The generator's draws from a state on.
 struct Draws {
@@ -48,7 +40,7 @@ class Skull : public GlTest {
     addTexture(std::move(spark), "data\\spark", false);
 
     beginScene(scene, sceneSkull.name, sceneSkull.functions);
-    fillScene(scene, skullModel());
+    fillScene(scene, contentsOf("skull"));
     for (Mesh* mesh : scene.meshes) mesh->envMap = true;
     sceneSkull.setUp(scene);
     for (int i = 0; i < 21; ++i)

@@ -10,7 +10,7 @@
 #include "shell/clock.h"
 #include "shell/random.h"
 #include "tests/support/fatal.h"
-#include "tests/support/scene_builder.h"
+#include "tests/support/scene_models.h"
 
 namespace vex {
 namespace {
@@ -23,10 +23,7 @@ class Water : public ::testing::Test {
  protected:
   void SetUp() override {
     beginScene(scene, sceneWater.name, sceneWater.functions);
-    fillScene(scene, {.meshes = {"water", "WaterAlien", "LightPlane", "RayBlue", "Dummy01", "Dummy02",
-                                 "Dummy03", "Dummy04"},
-                      .lights = {"Omni01", "RayLight", "BlackParticle", "WhiteParticle", "RayParticle"},
-                      .viewers = 2});
+    fillScene(scene, contentsOf("water_alien"));
     mesh("water").envMap = true;
     for (Light* light : scene.lights) light->intensity = 3;
     sceneWater.setUp(scene);

@@ -8,7 +8,7 @@
 
 namespace vex {
 
-// Loose files below the working folder: the project and one-colour textures (white).
+// Loose files below the working folder: the project, one-colour textures (white) and the scenes' models.
 void writeRunFolder(const ProjectData& project);
 
 // A part that fills the screen with a colour.
