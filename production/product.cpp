@@ -108,8 +108,11 @@ Products allProducts() {
   append(all, eyeMovie());
   append(all, statisticsFont());
   append(all, monsterModels());
+  append(all, layerParticlesModel());
   append(all, layerRaysModel());
+  append(all, layerRotCubesModel());
   append(all, layerWideModel());
+  append(all, wobbelModel());
   append(all, musicFile());
   append(all, timeLineFiles());
   return all;

@@ -25,7 +25,10 @@ Product model(const std::string& name, const std::vector<ModelPicture>& pictures
 
 // One source each.
 Products monsterModels();
+Products layerParticlesModel();
 Products layerRaysModel();
+Products layerRotCubesModel();
 Products layerWideModel();
+Products wobbelModel();
 
 }  // namespace vex

@@ -8,8 +8,11 @@
 #include "assets/texture_cache.h"
 #include "scenes/scene_alien.h"
 #include "scenes/scene_helper.h"
+#include "scenes/scene_layer_particles.h"
 #include "scenes/scene_layer_rays.h"
+#include "scenes/scene_layer_rot_cubes.h"
 #include "scenes/scene_layer_wide.h"
+#include "scenes/scene_layer_wobbel.h"
 #include "shell/clock.h"
 #include "shell/files.h"
 #include "shell/options.h"
@@ -35,9 +38,8 @@ Scene* constructModel() {
 
 // The order in which scenes are constructed, and with it the order of their textures.
 constexpr Scene* (*sceneConstructors[])() = {
-    construct<SceneHelper>,
-    constructModel<sceneAlien>,
-    constructModel<sceneLayerWide>,
+    construct<SceneHelper>,         constructModel<sceneAlien>,         constructModel<sceneLayerParticles>,
+    constructModel<sceneLayerWide>, constructModel<sceneLayerRotCubes>, constructModel<sceneLayerWobbel>,
     constructModel<sceneLayerRays>,
 };
 

@@ -1,0 +1,335 @@
+#include <cmath>
+
+#include "production/geometry/bake.h"
+#include "production/geometry/forms.h"
+#include "production/geometry/mapping.h"
+#include "production/image/filter.h"
+#include "production/image/noise3.h"
+#include "production/models/model.h"
+#include "production/textures/palette.h"
+
+// Cubes within cubes, about the middle: a pierced shell over a burning core, two frames around it, and a ring
+// of small cubes. Everything has the symmetry of a cube, so that a third of a turn about a diagonal, or a
+// quarter about an axis, is a loop: each moves at a pace of its own in the player's five seconds.
+
+namespace vex {
+
+namespace {
+
+constexpr float loopSeconds = 5;
+
+constexpr float shellHalf = 58, plateDepth = 9, coreRadius = 43;
+constexpr float ringRadius = 232;  // of the small cubes
+constexpr int satellites = 9;
+
+enum Part { plate, core, bar, cornerBlock, thinBar, thinCorner, satellite, partCount };
+
+// A square frame in space: bars along the edges of a cube, blocks in its corners.
+struct Frame {
+  float half;   // of the cube, to the middle of the bars
+  float thick;  // of the bars
+  float block;  // side of the blocks
+};
+constexpr Frame outer{150, 13, 24}, inner{100, 7, 13};
+
+Outline reversed(const Outline& outline) {
+  return {outline.rbegin(), outline.rend()};
+}
+
+Outline square(float half) {
+  return {{-half, -half}, {half, -half}, {half, half}, {-half, half}};
+}
+
+// Slot along a circle, counter-clockwise.
+Outline arcSlot(float from, float to, float inside, float outside) {
+  constexpr int steps = 10;
+  Outline outline;
+  for (int i = 0; i <= steps; ++i) {
+    const float turn = mix(from, to, static_cast<float>(i) / steps);
+    outline.push_back({outside * std::cos(turn), outside * std::sin(turn)});
+  }
+  for (int i = steps; i >= 0; --i) {
+    const float turn = mix(from, to, static_cast<float>(i) / steps);
+    outline.push_back({inside * std::cos(turn), inside * std::sin(turn)});
+  }
+  return outline;
+}
+
+// Star of four points with hollow sides.
+Outline star(float reach, float waist) {
+  constexpr int steps = 6;  // a side
+  Outline outline;
+  for (int i = 0; i < 8 * steps; ++i) {
+    const float turn = 2 * pi * static_cast<float>(i) / (8 * steps);
+    const float far = std::pow(std::fabs(std::cos(2 * turn)), 2.2f);
+    const float radius = mix(waist, reach, far);
+    outline.push_back({radius * std::cos(turn), radius * std::sin(turn)});
+  }
+  return outline;
+}
+
+Outline quarterTurned(Outline outline, int quarters) {
+  for (PlanePoint& p : outline)
+    for (int i = 0; i < quarters; ++i) p = {-p.y, p.x};
+  return outline;
+}
+
+// One side of the shell, pierced; in the plane z = 0 with its front towards +z.
+Surface shellPlate() {
+  std::vector<Outline> outlines{square(shellHalf - 1.2f), reversed(star(19, 5.5f))};
+  for (int quarter = 0; quarter < 4; ++quarter) {
+    const auto cut = [&](const Outline& hole) { outlines.push_back(reversed(quarterTurned(hole, quarter))); };
+    cut(arcSlot(0.16f, pi / 2 - 0.16f, 25, 30));
+    cut(arcSlot(-0.3f, 0.3f, 36, 39.5f));
+    const float edge = 49, thick = 3.2f, arm = 19;  // an angle in each corner
+    cut({{edge - arm, edge - thick},
+         {edge - thick, edge - thick},
+         {edge - thick, edge - arm},
+         {edge, edge - arm},
+         {edge, edge},
+         {edge - arm, edge}});
+  }
+  return extrusion(outlines, plateDepth, 1.1f);
+}
+
+// Along -z from z = 0: square with cut edges and a groove in each side.
+Surface groovedBar(float thick, float length) {
+  const float half = thick / 2, cut = thick * 0.1f, groove = thick * 0.2f, deep = thick * 0.17f;
+  Outline section;
+  for (int quarter = 0; quarter < 4; ++quarter) {
+    const Outline side{{half, -half + cut},          {half, -groove}, {half - deep, -groove * 0.7f},
+                       {half - deep, groove * 0.7f}, {half, groove},  {half, half - cut}};
+    const Outline turned = quarterTurned(side, quarter);
+    section.insert(section.end(), turned.begin(), turned.end());
+  }
+  return extrusion({section}, length, thick * 0.06f, 20);
+}
+
+// The turns that take one edge along z of a cube, or one corner, to all of them.
+std::vector<Placement> edgeTurns() {
+  std::vector<Placement> turns;
+  for (const Placement& axis : {turnedZ(0), turnedX(90), turnedY(90)})
+    for (int quarter = 0; quarter < 4; ++quarter)
+      turns.push_back(turnedZ(90 * static_cast<float>(quarter)) >> axis);
+  return turns;
+}
+
+std::vector<Placement> cornerTurns() {
+  std::vector<Placement> turns;
+  for (const Placement& half : {turnedX(0), turnedX(180)})
+    for (int quarter = 0; quarter < 4; ++quarter)
+      turns.push_back(half >> turnedY(90 * static_cast<float>(quarter)));
+  return turns;
+}
+
+std::vector<Placement> faceTurns() {
+  return {turnedY(0), turnedY(90), turnedY(180), turnedY(270), turnedX(90), turnedX(-90)};
+}
+
+Surface copies(const Surface& one, const std::vector<Placement>& turns) {
+  Surface all;
+  for (const Placement& turn : turns) append(all, placed(one, turn));
+  return all;
+}
+
+float barLength(const Frame& frame) {
+  return 2 * frame.half - frame.block + 1;
+}
+
+// One of each, in its place in its cube.
+std::vector<Surface> prototypes() {
+  std::vector<Surface> parts(partCount);
+  const auto framed = [&](const Frame& frame, Part along, Part block) {
+    parts[along] = placed(groovedBar(frame.thick, barLength(frame)),
+                          moved(frame.half, frame.half, barLength(frame) / 2));
+    parts[block] = placed(bevelledBox(Vector(frame.block, frame.block, frame.block), frame.block * 0.09f),
+                          moved(frame.half, frame.half, frame.half));
+  };
+  parts[plate] = placed(shellPlate(), moved(0, 0, shellHalf));
+  parts[core] = geodesic(coreRadius, 3);
+  framed(outer, bar, cornerBlock);
+  framed(inner, thinBar, thinCorner);
+  parts[satellite] = bevelledBox(Vector(22, 22, 22), 2.4f);
+  return parts;
+}
+
+Surface assembly(const std::vector<Surface>& parts, Part part) {
+  switch (part) {
+    case plate:
+      return copies(parts[plate], faceTurns());
+    case bar:
+    case thinBar:
+      return copies(parts[part], edgeTurns());
+    case cornerBlock:
+    case thinCorner:
+      return copies(parts[part], cornerTurns());
+    case core:
+    case satellite:
+    case partCount:
+      break;
+  }
+  return parts[part];
+}
+
+// Far enough from each other that they do not shade each other in the bake.
+Placement apart(int part) {
+  const int group = part == plate || part == core           ? 0
+                    : part == bar || part == cornerBlock    ? 1
+                    : part == thinBar || part == thinCorner ? 2
+                                                            : 3;
+  return moved(4000 * static_cast<float>(group), 0, 0);
+}
+
+// Distance from the middle line of the nearest side, where blocks and small cubes are engraved.
+float engraved(const Vector& p, float half) {
+  const float x = std::fabs(p.x), y = std::fabs(p.y), z = std::fabs(p.z);
+  float a = x, b = y;  // in the plane of the side
+  if (x >= y && x >= z)
+    a = y, b = z;
+  else if (y >= z)
+    b = z;
+  const float square = std::fabs(std::max(a, b) - 0.62f * half);
+  const float cross = std::max(std::min(a, b), std::max(a, b) - 0.36f * half);
+  return std::min(square, cross);
+}
+
+Colour4 steel(const BakePoint& p, float tone) {
+  const float stain = 0.5f + 0.5f * fractal(p.position * 0.045f, 0, 4, 0.55f, 811);
+  const float brushed =
+      fractal(Vector(p.position.x * 0.5f, p.position.y * 0.06f, p.position.z * 0.5f), 0, 2, 0.5f, 812);
+  const float worn = std::max(0.0f, p.edge), hollow = std::max(0.0f, -p.edge);
+  return gradient(steelRamp, tone + 0.12f * stain + 0.03f * brushed + 0.5f * worn - 0.25f * hollow);
+}
+
+Colour4 painted(const BakePoint& p) {
+  const Vector local = p.position - apart(p.part).origin;
+  const float pulse = 0.5f + 0.5f * fractal(local * 0.03f, 0, 3, 0.5f, 821);
+  switch (p.part) {
+    case plate: {
+      // Walls of the cuts glow with what burns behind them.
+      const float wall = 1 - std::fabs(p.normal.z);
+      const float deep = clamp01((shellHalf - local.z) / plateDepth);
+      const bool rim = std::max(std::fabs(local.x), std::fabs(local.y)) > shellHalf - 3;
+      const Colour4 glow =
+          gradient(violetRamp, 0.75f * deep + 0.12f) * (rim ? 0.0f : smoothStep(0.5f, 0.9f, wall));
+      return steel(p, 0.3f) * p.light + glow;
+    }
+    case core: {
+      const float cell = cellularNoise(local * 0.055f, 0, 831).nearest;
+      return gradient(violetRamp, 0.42f + 0.35f * pulse + 0.3f * (0.6f - cell));
+    }
+    case bar:
+    case thinBar: {
+      // Marks of light in the grooves, a longer one each fourth.
+      const Frame& frame = p.part == bar ? outer : inner;
+      const float half = frame.thick / 2;
+      const float x = std::fabs(local.x - frame.half), y = std::fabs(local.y - frame.half);
+      const bool groove = std::max(x, y) < half * 0.9f && std::min(x, y) < half * 0.34f;
+      const float along = local.z / frame.thick * 1.6f;
+      const float nearest = along - std::round(along);
+      const bool lasting = (static_cast<int>(std::round(along)) & 3) == 0;
+      const float mark = smoothStep(0.42f, 0.3f, std::fabs(nearest)) * (lasting ? 1.0f : 0.45f);
+      return steel(p, 0.3f) * p.light + gradient(violetRamp, 0.2f + 0.5f * mark) * (groove ? mark : 0.0f);
+    }
+    case cornerBlock:
+    case thinCorner:
+    case satellite: {
+      const Frame& frame = p.part == cornerBlock ? outer : inner;
+      const float half = p.part == satellite ? 11 : frame.block / 2;
+      const Vector middle =
+          p.part == satellite ? Vector(0, 0, 0) : Vector(frame.half, frame.half, frame.half);
+      const float line = smoothStep(0.085f * half, 0.045f * half, engraved(local - middle, half));
+      return mix(steel(p, 0.36f) * p.light, gradient(violetRamp, 0.62f), line);
+    }
+    default:
+      return black;
+  }
+}
+
+Placement turnAbout(const Vector& axis, float degrees) {
+  return turned(unit(axis), degrees * pi / 180);
+}
+
+MotionKeys turning(const Vector& axis, float degrees) {
+  return turnKeys(loopSeconds, 10, [=](float t) { return turnAbout(axis, degrees * t / loopSeconds); });
+}
+
+// The ring leans; each small cube moves on to the place of the next.
+Vector ringPlace(float turns) {
+  const float turn = 2 * pi * turns;
+  const Vector flat(ringRadius * std::cos(turn), 14 * std::sin(3 * turn), ringRadius * std::sin(turn));
+  return transformed(turnedX(17) >> turnedZ(-9), flat);
+}
+
+Model layerRotCubes(const Settings& settings) {
+  std::vector<Surface> parts = prototypes();
+  Surface all, around;
+  for (int i = 0; i < partCount; ++i) {
+    append(all, placed(parts[static_cast<std::size_t>(i)], apart(i)), i);
+    append(around, placed(assembly(parts, static_cast<Part>(i)), apart(i)));
+  }
+  all = mappedAtlas(all, {.charts = Charts::byNormals, .side = 512, .density = [](const Triangle& triangle) {
+                            return triangle.part == core ? 0.5f : triangle.part == satellite ? 2.0f : 1.0f;
+                          }});
+  BakeLook look;
+  look.sky = [](const Vector&) { return Colour4{1.05f, 1.0f, 1.02f}; };
+  look.bounce = {0.12f, 0.03f, 0.1f};
+  look.reach = 120;
+  BakePaint paint;
+  paint.side = settings.side(512);
+  paint.lit = !settings.draft;
+  paint.wearWidth = 2.2f;
+  paint.paint = painted;
+  const Canvas picture = bake(all, rayTree(around), look, paint);
+  for (int i = 0; i < partCount; ++i)
+    parts[static_cast<std::size_t>(i)] = placed(partOf(all, i), inverse(apart(i)));
+
+  Stage stage;
+  stage.seconds = loopSeconds;
+  stage.materials = {{.name = "steel",
+                      .texture = "cubes",
+                      .diffuse = {0.75f, 0.7f, 0.75f},
+                      .ambient = {0.5f, 0.5f, 0.54f},
+                      .specular = {0.5f, 0.45f, 0.5f},
+                      .shine = 0.25f,
+                      .shineStrength = 0.8f},
+                     {.name = "fire", .texture = "cubes", .diffuse = {0, 0, 0}, .ambient = {1, 1, 1}}};
+  const auto shown = [&](const char* name, const Surface& surface, const char* material,
+                         const MotionKeys& turns) {
+    stage.meshes.push_back({.name = name, .surface = surface, .material = material});
+    stage.meshes.back().motion.turns = turns;
+  };
+  const Vector diagonal(1, 1, 1), other(-1, 1, 1);
+  shown("core", assembly(parts, core), "fire", turning(Vector(0.3f, 1, 0.2f), -360));
+  shown("shell", assembly(parts, plate), "steel", turning(other, 240));
+  shown("inner_frame", joined({assembly(parts, thinBar), assembly(parts, thinCorner)}), "steel",
+        turning(Vector(1, 0, 0), -180));
+  shown("outer_frame", joined({assembly(parts, bar), assembly(parts, cornerBlock)}), "steel",
+        turning(diagonal, 120));
+  for (int i = 0; i < satellites; ++i) {
+    const float start = static_cast<float>(i) / satellites;
+    const Vector axis(hashUnit(i, 0, 841) - 0.5f, hashUnit(i, 1, 841) - 0.5f, hashUnit(i, 2, 841) - 0.5f);
+    const std::string name = "small" + std::to_string(i + 1);
+    const Vector rest = ringPlace(start);
+    stage.meshes.push_back(
+        {.name = name, .surface = placed(parts[satellite], moved(rest)), .pivot = rest, .material = "steel"});
+    stage.meshes.back().motion.positions = positionKeys(
+        loopSeconds, 10, [=](float t) { return ringPlace(start + t / loopSeconds / satellites); });
+    stage.meshes.back().motion.turns = turning(axis, i % 2 == 0 ? 360.0f : -360.0f);
+  }
+  stage.lights = {{.name = "omni01", .position = Vector(200, 0, 0), .colour = {1, 0.93f, 0.96f}}};
+  stage.cameras = {{.name = "camera01",
+                    .position = Vector(400, 0, 0),
+                    .target = Vector(0, 0, 0),
+                    .fieldDegrees = 80,
+                    .far = 1500}};
+  return {stage, {picture}};
+}
+
+}  // namespace
+
+Products layerRotCubesModel() {
+  return {model("layer_rot_cubes", {{"cubes", PictureKind::jpeg}}, 1.5f, layerRotCubes)};
+}
+
+}  // namespace vex
