@@ -101,7 +101,6 @@ Products allProducts() {
   append(all, lightPictures());
   append(all, silhouettePictures());
   append(all, hangarPictures());
-  append(all, hangarBoxPictures());
   append(all, chromePictures());
   append(all, casketPictures());
   append(all, spritePictures());

@@ -191,6 +191,16 @@ ScriptCall draw(const Logo& l) {
                number("scale", l.scale), unit("fall", l.fall)});
 }
 
+ScriptCall draw(const World& w) {
+  return {w.scene, "animate", {number("camera", w.camera, 0, 15)}};
+}
+
+ScriptCall draw(const TurningCubes& c) {
+  return {"SceneLayerRotCubes",
+          "animate",
+          {unit("alpha", c.alpha), number("field of view", c.field, 1, 170), blendMode(c.blend)}};
+}
+
 }  // namespace screen
 
 void Show::part(const char* name, double fromBar, double bars, int track, std::vector<ScriptCall> calls,

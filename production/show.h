@@ -7,7 +7,7 @@
 #include "production/project_writer.h"
 
 // The words in which a time line is written: places and curves in beats, one record for each of the
-// eight screen-space functions, and a show that collects parts.
+// eight screen-space functions and one for worlds, and a show that collects parts.
 //
 // Screen: x from -1 (left) to 1, y from -1 (top) to 1; the whole screen is 2 x 2 and 16:9.
 
@@ -90,6 +90,18 @@ struct Logo {
   Curve x = 0, y = 0, size = 1, glitch = 0, alpha = 1, layers = 1, scale = 1, fall = 0.5;
 };
 
+// A scene that is seen through one of several cameras, numbered from 0; between two numbers the lower holds.
+struct World {
+  const char* scene;
+  Curve camera = 0;
+};
+
+// Cubes that turn over what is there; `field` is the angle of sight in degrees.
+struct TurningCubes {
+  Curve alpha = 1, field = 80;
+  Blend blend = Blend::add;
+};
+
 ScriptCall draw(const Bitmap& bitmap);
 ScriptCall draw(const Tiles& tiles);
 ScriptCall draw(const Waves& waves);
@@ -98,6 +110,8 @@ ScriptCall draw(const Movie& movie);
 ScriptCall draw(const Viewport& viewport);
 ScriptCall draw(const Noise& noise);
 ScriptCall draw(const Logo& logo);
+ScriptCall draw(const World& world);
+ScriptCall draw(const TurningCubes& cubes);
 
 }  // namespace screen
 

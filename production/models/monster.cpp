@@ -52,9 +52,12 @@ Colour4 skinColour(const BakePoint& p) {
   const float stain = smoothStep(0.1f, 0.7f, fractal(p.position * 0.09f, 0, 4, 0.55f, 813));
   const Colour4 flesh = gradient(violetRamp, 0.16f + 0.34f * hollow * std::pow(vein, 6.0f));
   const Colour4 soot = gradient(steelRamp, 0.10f + 0.10f * stain);
-  Colour4 colour = mix(soot, flesh, hollow) * (0.35f + 0.65f * p.open) + flesh * p.light * 0.5f;
-  colour.a = clamp01(0.10f + 0.85f * hollow + 0.30f * stain * (1 - hollow) + 0.5f * (1 - p.open) -
-                     0.25f * std::max(0.0f, p.edge));
+  // From the pool below.
+  const float below = std::max(0.0f, -p.normal.y) * p.open;
+  Colour4 colour = mix(soot, flesh, hollow) * (0.3f + 0.7f * p.open) +
+                   gradient(violetRamp, 0.25f + 0.5f * std::pow(vein, 5.0f)) * (0.8f * below);
+  colour.a = clamp01(0.05f + 0.85f * hollow + 0.22f * stain * (1 - hollow) + 0.45f * (1 - p.open) +
+                     0.35f * below * std::pow(vein, 3.0f) - 0.3f * std::max(0.0f, p.edge));
   return colour;
 }
 
@@ -68,11 +71,11 @@ Colour4 deckColour(const BakePoint& p) {
   const float seam = smoothStep(0.5f, 1.6f, std::min(ringGap, sectorGap));
   const float plate = hashUnit(static_cast<int>(std::floor(ring)), static_cast<int>(std::floor(sector)), 821);
   const float wear = 0.5f + 0.5f * fractal(p.position * 0.05f, 0, 4, 0.6f, 822);
-  const float puddle = smoothStep(0.47f, 0.62f, 0.5f + 0.5f * fractal(p.position * 0.013f, 0, 3, 0.5f, 823));
+  const float puddle = smoothStep(0.42f, 0.56f, 0.5f + 0.5f * fractal(p.position * 0.013f, 0, 3, 0.5f, 823));
   Colour4 colour =
       gradient(steelRamp, (0.20f + 0.10f * plate + 0.16f * wear) * (0.45f + 0.55f * seam)) * p.light;
   colour = mix(colour, colour * 0.35f + gradient(violetRamp, 0.10f), puddle);
-  colour.a = mix(0.90f, 0.38f, puddle * seam);
+  colour.a = mix(0.80f, 0.26f, puddle * seam);
   return colour;
 }
 
@@ -104,6 +107,28 @@ Colour4 ironColour(const BakePoint& p) {
   return colour;
 }
 
+// A burning iris about a slit.
+Canvas eyePicture(const Settings& settings) {
+  const int side = settings.side(128);
+  return paint(side, side, [](float u, float v) {
+    const float x = 2 * u - 1, y = 2 * v - 1, radius = std::hypot(x, y);
+    const float fibres = 0.5f + 0.5f * gradientNoise(std::atan2(y, x) * 6, radius * 2, 0, 861);
+    const float slit = smoothStep(0.10f, 0.22f, std::fabs(x) + 0.12f * y * y);
+    const float heat = 0.98f - 0.42f * smoothStep(0.15f, 0.95f, radius) - 0.12f * fibres;
+    return gradient(violetRamp, heat) * (0.12f + 0.88f * slit);
+  });
+}
+
+Canvas glowCard(const Settings& settings) {
+  const int side = settings.side(128);
+  return paint(side, side, [](float u, float v) {
+    const float radius = std::hypot(2 * u - 1, 2 * v - 1), fall = smoothStep(1, 0, radius);
+    Colour4 colour = gradient(violetRamp, 0.62f + 0.3f * fall * fall);
+    colour.a = 0.75f * fall * fall * fall;
+    return colour;
+  });
+}
+
 // A card of haze, thick in the middle, its rim clear.
 Canvas hazeCard(const Settings& settings) {
   const int side = settings.side(256);
@@ -111,8 +136,8 @@ Canvas hazeCard(const Settings& settings) {
     const float x = 2 * u - 1, y = 2 * v - 1;
     const float rim = smoothStep(1, 0.25f, std::hypot(x, y));
     const float swirl = 0.5f + 0.5f * fractal(u * 4, v * 4, 0, 4, 0.5f, 851);
-    Colour4 colour = mix(gradient(steelRamp, 0.62f), gradient(violetRamp, 0.62f), 0.35f + 0.3f * v);
-    colour.a = rim * rim * (0.10f + 0.34f * swirl * swirl);
+    Colour4 colour = mix(gradient(steelRamp, 0.66f), gradient(violetRamp, 0.6f), 0.12f + 0.22f * v);
+    colour.a = rim * rim * (0.06f + 0.25f * swirl * swirl);
     return colour;
   });
 }
@@ -134,7 +159,7 @@ Piece orbPiece(const Orb& orb) {
                          orb.distance * std::sin(angle));
   };
   Piece piece{.name = orb.name,
-              .surface = placed(withoutMapping(sphere(orb.radius, 28, 16)), moved(place(0))),
+              .surface = placed(withoutMapping(sphere(orb.radius, 26, 14)), moved(place(0))),
               .pivot = place(0)};
   piece.motion.positions = positionKeys(loopSeconds, 5, place);
   return piece;
@@ -186,16 +211,16 @@ StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vecto
 std::vector<StageCamera> cameras() {
   return {
       // Down the hangar, low, through its arches.
-      camera("wide", 84,
-             {Vector(70, 26, 470), Vector(46, 40, 330), Vector(-30, 52, 235), Vector(-90, 66, 190)},
-             {Vector(30, 96, 0), Vector(18, 96, 0), Vector(-12, 96, 10), Vector(-30, 92, 20)}),
+      camera("wide", 78,
+             {Vector(84, 20, 380), Vector(60, 30, 285), Vector(-20, 42, 220), Vector(-96, 54, 165)},
+             {Vector(34, 92, 0), Vector(24, 96, 0), Vector(-14, 98, 10), Vector(-34, 96, 24)}),
       // Eye to eye, a slow orbit.
       camera("face", 62,
-             {Vector(46, 104, 92), Vector(26, 108, 118), Vector(-18, 114, 122), Vector(-52, 126, 84)},
-             {Vector(6, 115, 56), Vector(8, 115, 56), Vector(-8, 116, 54), Vector(-4, 117, 48)}),
+             {Vector(62, 106, 128), Vector(34, 108, 158), Vector(-26, 114, 160), Vector(-74, 130, 112)},
+             {Vector(10, 116, 70), Vector(11, 116, 70), Vector(-11, 117, 68), Vector(-6, 119, 60)}),
       // On the wet floor, between the claws.
-      camera("low", 92, {Vector(150, 7, 120), Vector(104, 8, 150), Vector(20, 9, 165), Vector(-84, 12, 140)},
-             {Vector(-10, 84, 0), Vector(0, 88, 6), Vector(12, 92, 6), Vector(20, 90, 0)}),
+      camera("low", 92, {Vector(136, 7, 118), Vector(84, 8, 150), Vector(6, 9, 168), Vector(-78, 12, 138)},
+             {Vector(-12, 88, 0), Vector(0, 94, 6), Vector(16, 94, 6), Vector(22, 92, 0)}),
       // A crane from the floor to the crown.
       camera("crane", 80,
              {Vector(-210, 24, 120), Vector(-200, 110, 130), Vector(-130, 196, 140), Vector(-20, 214, 170)},
@@ -216,7 +241,6 @@ std::vector<StageLight> lights() {
       {.name = "key", .position = Vector(-160, 260, 180), .colour = {0.62f, 0.68f, 0.80f}},
       {.name = "strip_east", .position = Vector(240, 90, -110), .colour = {0.62f, 0.05f, 0.38f}},
       {.name = "strip_west", .position = Vector(-250, 60, -80), .colour = {0.40f, 0.04f, 0.30f}},
-      {.name = "glow", .position = Vector(0, 8, 0), .colour = {0.34f, 0.02f, 0.20f}},
   };
   all[0].positions = positionKeys(shotSeconds, 30, [](float t) {
     return Vector(-160 + 90 * swing(t, shotSeconds, 2), 260, 180 + 60 * swing(t, shotSeconds, 1));
@@ -228,22 +252,23 @@ std::vector<StageLight> lights() {
 }
 
 std::vector<StageMaterial> materials() {
-  const Colour4 white{1, 1, 1}, faint{0.12f, 0.12f, 0.12f};
+  const Colour4 faint{0.12f, 0.12f, 0.12f};
   const auto painted = [&](const char* name, const char* texture) {
     return StageMaterial{
         .name = name, .texture = texture, .diffuse = faint, .ambient = {0.9f, 0.9f, 0.9f}, .shine = 0};
   };
-  StageMaterial skin = painted("skin", "monster_skin");
-  skin.shine = 0.45f;
+  StageMaterial glow = painted("glow", "monster_glow");
+  glow.diffuse = {0, 0, 0};
+  glow.twoSided = true;
   StageMaterial haze = painted("haze", "monster_haze");
   haze.twoSided = true;
   return {
       {.name = "chrome",
        .texture = "chrome",
        .environment = true,
-       .diffuse = {0.75f, 0.75f, 0.75f},
-       .ambient = {0.42f, 0.42f, 0.44f},
-       .shine = 0.55f,
+       .diffuse = {0.85f, 0.85f, 0.85f},
+       .ambient = {0.5f, 0.5f, 0.53f},
+       .shine = 0.9f,
        .shineStrength = 1},
       {.name = "mirror",
        .texture = "chrome",
@@ -255,16 +280,9 @@ std::vector<StageMaterial> materials() {
       {.name = "deep",
        .texture = "chrome",
        .environment = true,
-       .diffuse = {0.45f, 0.4f, 0.45f},
-       .ambient = {0.2f, 0.16f, 0.2f},
+       .diffuse = {0.5f, 0.45f, 0.5f},
+       .ambient = {0.75f, 0.62f, 0.75f},
        .shine = 0},
-      {.name = "burning",
-       .texture = "chrome",
-       .environment = true,
-       .diffuse = white,
-       .ambient = {1.4f, 0.5f, 1.0f},
-       .shine = 0.9f,
-       .shineStrength = 1},
       {.name = "pool",
        .texture = "chrome",
        .environment = true,
@@ -281,7 +299,9 @@ std::vector<StageMaterial> materials() {
       painted("deck", "monster_deck"),
       painted("apron", "monster_apron"),
       painted("iron", "monster_iron"),
-      skin,
+      painted("skin", "monster_skin"),
+      painted("eye", "monster_eye"),
+      glow,
       haze,
   };
 }
@@ -344,7 +364,7 @@ Model monsterModel(const Settings& settings) {
   stage.meshes.push_back({.name = "hoses", .surface = partOf(iron, cables), .material = "iron"});
   stage.meshes.push_back({.name = "pipes", .surface = pipes(), .material = "pipe"});
   for (const Piece& piece : body) stage.meshes.push_back(meshOf(piece, "chrome"));
-  stage.meshes.push_back(meshOf(eyePiece(), "burning"));
+  stage.meshes.push_back(meshOf(eyePiece(), "eye"));
   for (const Piece& piece : limbs) stage.meshes.push_back(meshOf(piece, "chrome"));
   for (const Orb& orb : orbs) stage.meshes.push_back(meshOf(orbPiece(orb), "mirror"));
   // A skin has no motion of its own: it rides on its metal.
@@ -354,6 +374,7 @@ Model monsterModel(const Settings& settings) {
                             .surface = partOf(skin, static_cast<int>(i)),
                             .pivot = body[i].pivot,
                             .material = "skin"});
+  stage.meshes.push_back(meshOf(glowPiece(), "glow"));
   for (const float z : {-330.0f, -180.0f, 210.0f})
     stage.meshes.push_back({.name = "haze" + std::to_string(z < -300 ? 1
                                                             : z < 0  ? 2
@@ -367,7 +388,8 @@ Model monsterModel(const Settings& settings) {
           {picture(skin, nearby, skinLook, 512, skinColour),
            picture(deckSurface, shadowing({creature, standing}), floorLook, 512, deckColour),
            picture(apronSurface, shadowing({creature, standing}), floorLook, 256, apronColour),
-           picture(iron, shadowing({iron, apronSurface}), ironLook, 512, ironColour), hazeCard(settings)}};
+           picture(iron, shadowing({iron, apronSurface}), ironLook, 512, ironColour), eyePicture(settings),
+           glowCard(settings), hazeCard(settings)}};
 }
 
 }  // namespace
@@ -378,6 +400,8 @@ Products monsterModels() {
                  {"monster_deck", PictureKind::maskedJpeg},
                  {"monster_apron", PictureKind::maskedJpeg},
                  {"monster_iron", PictureKind::jpeg},
+                 {"monster_eye", PictureKind::jpeg},
+                 {"monster_glow", PictureKind::maskedJpeg},
                  {"monster_haze", PictureKind::maskedJpeg}},
                 4, monsterModel, {"production/models/monster_", "production/textures/hangar_light."})};
 }

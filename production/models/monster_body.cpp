@@ -3,6 +3,7 @@
 
 #include "production/geometry/forms.h"
 #include "production/geometry/isosurface.h"
+#include "production/geometry/mapping.h"
 #include "production/image/noise3.h"
 #include "production/models/monster_parts.h"
 #include "production/textures/palette.h"
@@ -103,7 +104,7 @@ Placement trunkPlacement(float t) {
 Surface body(const Solid& solid, const Bounds& bounds, float cell, Fineness fineness) {
   IsoOptions options;
   options.bounds = bounds;
-  options.cell = fineness == Fineness::full ? cell : cell * 2.2f;
+  options.cell = fineness == Fineness::full ? cell : cell * 2.5f;
   return compacted(isosurface(solid, options));
 }
 
@@ -115,7 +116,7 @@ Vector carriedByTrunk(const Vector& point, float seconds) {
 
 std::vector<Piece> bodyPieces(Fineness fineness) {
   Piece trunk{.name = "trunk",
-              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 3.0f, fineness),
+              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 4.0f, fineness),
               .pivot = trunkPivot};
   trunk.motion.positions = positionKeys(loopSeconds, 6, [](float t) { return trunkPlacement(t).origin; });
   trunk.motion.turns = turnKeys(loopSeconds, 6, trunkPlacement);
@@ -127,7 +128,7 @@ std::vector<Piece> bodyPieces(Fineness fineness) {
   Piece abdomen{
       .name = "abdomen",
       .parent = "trunk",
-      .surface = body(abdomenDistance, {Vector(-27, 78, -94), Vector(27, 132, -16)}, 3.7f, fineness),
+      .surface = body(abdomenDistance, {Vector(-27, 78, -94), Vector(27, 132, -16)}, 4.6f, fineness),
       .pivot = abdomenPivot};
   abdomen.motion.turns = turnKeys(loopSeconds, 6, [](float t) {
     return turnedX(4 * swing(t, loopSeconds, 2, 0.15f)) >> turnedY(5 * swing(t, loopSeconds, 1, 0.7f));
@@ -139,22 +140,40 @@ std::vector<Piece> bodyPieces(Fineness fineness) {
 
   Piece head{.name = "head",
              .parent = "trunk",
-             .surface = body(headDistance, {Vector(-19, 92, -10), Vector(19, 146, 84)}, 2.1f, fineness),
+             .surface = body(headDistance, {Vector(-19, 92, -10), Vector(19, 146, 84)}, 2.8f, fineness),
              .pivot = headPivot};
   head.motion.turns = turnKeys(loopSeconds, 5, [](float t) {
     return turnedX(5 * swing(t, loopSeconds, 2, 0.6f)) >> turnedZ(5 * swing(t, loopSeconds, 3, 0.1f)) >>
            turnedY(11 * swing(t, loopSeconds, 1, 0.3f) + 4 * swing(t, loopSeconds, 3, 0.8f));
   });
-  return {trunk, abdomen, head};
+  return {grown(trunk), grown(abdomen), grown(head)};
+}
+
+Piece grown(Piece piece) {
+  constexpr float growth = 1.3f;
+  const Placement grow = moved(trunkPivot * -1) >> stretched(growth) >> moved(trunkPivot);
+  piece.surface = placed(piece.surface, grow);
+  piece.pivot = transformed(grow, piece.pivot);
+  return piece;
 }
 
 Piece eyePiece() {
   Surface all;
   for (const Eye& eye : eyes)
-    for (const float side : {-1.0f, 1.0f})
-      append(all, placed(withoutMapping(sphere(eye.radius, 10, 7)),
-                         moved(eye.centre.x * side, eye.centre.y, eye.centre.z)));
-  return {.name = "eyes", .parent = "head", .surface = all, .pivot = headPivot};
+    for (const float side : {-1.0f, 1.0f}) {
+      const Surface ball = mapped(withoutMapping(sphere(eye.radius, 10, 6)), [&eye](const Vector& p) {
+        return Uv{0.5f + 0.48f * p.x / eye.radius, 0.5f + 0.48f * p.y / eye.radius};
+      });
+      append(all, placed(ball, moved(eye.centre.x * side, eye.centre.y, eye.centre.z)));
+    }
+  return grown({.name = "eyes", .parent = "head", .surface = all, .pivot = headPivot});
+}
+
+Piece glowPiece() {
+  Surface all;
+  for (const float side : {-1.0f, 1.0f})
+    append(all, placed(card(26, 20), turnedY(22 * side) >> moved(6 * side, 110.5f, 68.5f)));
+  return grown({.name = "eye_glow", .parent = "head", .surface = all, .pivot = headPivot});
 }
 
 }  // namespace vex::monster

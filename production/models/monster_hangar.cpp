@@ -15,7 +15,7 @@ namespace {
 Surface archSurface() {
   const PlanePoint profile[] = {{0, -6},  {0, 6},    {6, 8},   {7, 14},
                                 {34, 14}, {34, -14}, {7, -14}, {6, -8}};  // out, z
-  constexpr int sides = 8, pieces = 30;
+  constexpr int sides = 8, pieces = 24;
   const Surface ring = sheet(sides, pieces,
                              [&](float s, float t) {
                                const PlanePoint& p =
@@ -39,12 +39,12 @@ Surface plinthSurface() {
                                {48, 8},
                                {46, 2},
                                {45, -2}},
-                              44));
+                              32));
 }
 
 Surface hose(const std::vector<Vector>& bends, float radius, int pieces) {
   return withoutMapping(tube(
-      smoothPath(bends, pieces), 6, [radius](float) { return radius; }, TubeEnd::open));
+      smoothPath(bends, pieces), 5, [radius](float) { return radius; }, TubeEnd::open));
 }
 
 // Hoses from the vault into the creature's back, and others that lie on the floor.
@@ -53,16 +53,16 @@ Surface cableSurface() {
   for (const float side : {-1.0f, 1.0f}) {
     append(all, hose({Vector(60 * side, 232, -140), Vector(40 * side, 150, -104), Vector(20 * side, 122, -74),
                       Vector(8 * side, 116, -58)},
-                     2.0f, 16));
+                     2.0f, 12));
     append(all, hose({Vector(150 * side, 184, -140), Vector(78 * side, 66, -96), Vector(30 * side, 92, -54),
                       Vector(10 * side, 104, -44)},
-                     1.6f, 18));
+                     1.6f, 13));
     append(all, hose({Vector(72 * side, 3, 20), Vector(112 * side, 2, 52), Vector(150 * side, 2, 30),
                       Vector(222 * side, 3, 120), Vector(236 * side, 60, 136)},
-                     2.6f, 20));
+                     2.6f, 14));
     append(all, hose({Vector(64 * side, 3, -34), Vector(104 * side, 2, -40), Vector(140 * side, 2, -96),
                       Vector(226 * side, 3, -130), Vector(236 * side, 70, -136)},
-                     3.2f, 20));
+                     3.2f, 14));
   }
   return all;
 }
@@ -100,7 +100,7 @@ Surface hangarPart(HangarPart part) {
 }
 
 Surface poolSurface() {
-  return withoutMapping(placed(disc(47, 28, 4), moved(0, 1.5f, 0)));
+  return withoutMapping(placed(disc(47, 24, 2), moved(0, 1.5f, 0)));
 }
 
 Surface pipes() {

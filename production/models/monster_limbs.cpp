@@ -11,10 +11,10 @@ namespace vex::monster {
 
 namespace {
 
-// A spindle from joint to joint: thin where it is held, swollen behind that, ringed.
+// A spindle from joint to joint: thin where it is held, swollen behind that.
 float spindle(float t, float root, float tip, float swell) {
   const float belly = std::sin(pi * std::pow(t, 0.6f));
-  return mix(root, tip, t) * (0.72f + swell * belly * belly) + 0.05f * root * std::sin(t * 34) * (1 - t);
+  return mix(root, tip, t) * (0.72f + swell * belly * belly);
 }
 
 // --- Legs
@@ -34,16 +34,16 @@ const Leg legs[] = {
 
 Surface legSurface(const Leg& leg, Fineness fineness) {
   const bool full = fineness == Fineness::full;
-  const auto path = smoothPath({leg.hip, leg.shoulder, leg.knee, leg.shin, leg.claw}, full ? 34 : 14);
+  const auto path = smoothPath({leg.hip, leg.shoulder, leg.knee, leg.shin, leg.claw}, full ? 30 : 12);
   const auto radius = [](float t) {
     const auto knob = [t](float at, float width, float height) {
       return height * std::exp(-(t - at) * (t - at) / (width * width));
     };
     const float bare = mix(6.8f, 0.5f, std::pow(t, 0.8f));
-    return bare * (0.85f + 0.12f * std::sin(t * 60)) + knob(0.16f, 0.04f, 1.8f) + knob(0.44f, 0.035f, 2.2f) +
+    return bare * (0.88f + 0.05f * std::sin(t * 44)) + knob(0.16f, 0.04f, 1.8f) + knob(0.44f, 0.035f, 2.2f) +
            knob(0.30f, 0.07f, 1.6f) + knob(0.58f, 0.07f, 1.0f);
   };
-  return withoutMapping(tube(path, full ? 9 : 6, radius, TubeEnd::point));
+  return withoutMapping(tube(path, full ? 8 : 5, radius, TubeEnd::point));
 }
 
 Placement leaning(const Vector& from, const Vector& to) {
@@ -92,7 +92,7 @@ void addChain(std::vector<Piece>& pieces, const std::string& name, const std::st
                     last ? lastEnd : TubeEnd::round)),
                 .pivot = link.from};
     piece.motion.turns = turnKeys(loopSeconds, 6, [turn, i](float t) { return turn(i, t); });
-    pieces.push_back(piece);
+    pieces.push_back(grown(piece));
     before = piece.name;
   }
 }
@@ -103,10 +103,10 @@ void addArms(std::vector<Piece>& pieces, Fineness fineness) {
     const auto there = [side](float x, float y, float z) { return Vector(x * side, y, z); };
     const float phase = side > 0 ? 0.0f : 0.37f;
     addChain(pieces, side > 0 ? "arm_l" : "arm_r", "trunk",
-             {{there(12, 101, 25), there(34, 128, 48), 5.2f, 4.0f, 0.35f},
-              {there(34, 128, 48), there(33, 104, 88), 4.0f, 3.0f, 0.40f},
-              {there(33, 104, 88), there(14, 54, 104), 3.0f, 0.4f, 0.55f}},
-             full ? 9 : 5, full ? 10 : 4, TubeEnd::point, [side, phase](int link, float t) {
+             {{there(12, 98, 25), there(45, 106, 50), 5.2f, 4.0f, 0.35f},
+              {there(45, 106, 50), there(42, 74, 86), 4.0f, 3.0f, 0.40f},
+              {there(42, 74, 86), there(16, 36, 100), 3.0f, 0.4f, 0.55f}},
+             full ? 8 : 4, full ? 8 : 3, TubeEnd::point, [side, phase](int link, float t) {
                const auto k = static_cast<float>(link);
                return turnedX((6 + 5 * k) * swing(t, loopSeconds, 2, phase - 0.11f * k)) >>
                       turnedY(side * (5 + 3 * k) * swing(t, loopSeconds, 3, 2 * phase + 0.2f * k));
@@ -124,7 +124,7 @@ void addTail(std::vector<Piece>& pieces, Fineness fineness) {
     const float root = 6.2f - 0.62f * static_cast<float>(i);
     links.push_back({joints[i], joints[i + 1], root, i < 6 ? root * 0.8f : 0.3f, i < 6 ? 0.5f : 0.9f});
   }
-  addChain(pieces, "tail", "abdomen", links, full ? 9 : 5, full ? 7 : 3, TubeEnd::point,
+  addChain(pieces, "tail", "abdomen", links, full ? 7 : 4, full ? 5 : 2, TubeEnd::point,
            [](int link, float t) {
              const auto k = static_cast<float>(link);
              return turnedX(7 * swing(t, loopSeconds, 1, 0.3f - 0.09f * k)) >>
@@ -140,15 +140,15 @@ void addTentacles(std::vector<Piece>& pieces) {
       std::vector<ChainLink> links;
       Vector joint(7 * side, 84, z);
       const float phase = 0.23f * static_cast<float>(number);
-      for (int i = 0; i < 5; ++i) {
+      for (int i = 0; i < 4; ++i) {
         const auto k = static_cast<float>(i);
         const Vector next =
-            joint + Vector(side * (3.5f - 1.5f * k), -14, (z > 0 ? 1.0f : -1.0f) * (2.5f - k));
+            joint + Vector(side * (3.5f - 1.5f * k), -13, (z > 0 ? 1.0f : -1.0f) * (2.5f - k));
         const float root = 2.7f - 0.42f * k;
-        links.push_back({joint, next, root, i < 4 ? root * 0.85f : 0.2f, 0.4f});
+        links.push_back({joint, next, root, i < 3 ? root * 0.85f : 0.2f, 0.4f});
         joint = next;
       }
-      addChain(pieces, "feeler" + std::string(1, static_cast<char>('a' + number)), "trunk", links, 6, 4,
+      addChain(pieces, "feeler" + std::string(1, static_cast<char>('a' + number)), "trunk", links, 5, 3,
                TubeEnd::point, [phase](int link, float t) {
                  const auto k = static_cast<float>(link);
                  return turnedX((5 + 3 * k) * swing(t, loopSeconds, 2, phase - 0.13f * k)) >>

@@ -26,8 +26,11 @@ enum class Fineness { full, reflection };
 
 // Trunk, abdomen and head, in this order: what breathes. The trunk carries all but the legs.
 std::vector<Piece> bodyPieces(Fineness fineness);
-// Six burning eyes, carried by the head.
+// Six burning eyes, mapped from the front, and the glow before them; carried by the head.
 Piece eyePiece();
+Piece glowPiece();
+// All that the trunk carries was drawn smaller than it is.
+Piece grown(Piece piece);
 // Where the trunk's motion takes a point of it, without its breath.
 Vector carriedByTrunk(const Vector& point, float seconds);
 

@@ -6,235 +6,168 @@ using namespace screen;
 
 namespace {
 
-// The creature breathes: its picture wobbles in place.
-Waves beast(const Place& at, double speed, double amplitude) {
-  return {.texture = "beast", .at = at, .speed = speed, .amplitude = amplitude};
+enum Camera { wide, face, low, crane, back, flank };
+
+// The world fills the screen for a while; `start` is where its cameras' shots of twenty seconds are entered.
+void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start,
+             double speed = 1) {
+  show.part(name, bar, bars, ground, {draw(World{.scene = "SceneAlien", .camera = camera})}, start, speed);
 }
 
-Waves orb(const Place& at) {
-  return {.texture = "orb", .at = at, .speed = 3, .amplitude = swing(3, 0.0, 0.012)};
-}
-
-// A bank of haze between two layers, lit on the beats.
-void addHaze(Show& show, const char* name, double bar, double bars, int track, double level) {
-  show.add(name, bar, bars, track,
-           Bitmap{.texture = "haze_violet",
-                  .at = centred(swing(11, -0.3, 0.3), 0.05, 2.6, 1.9),
-                  .alpha = flashes(everyBeat, level, level * 0.55),
+// A lamp's streak through the lens, on beats.
+void addStreak(Show& show, const char* name, double bar, double bars, double y, const Curve& alpha) {
+  show.add(name, bar, bars, title - 1,
+           Bitmap{.texture = "streak_violet",
+                  .at = {slide(-1.7, -1.1), y, 2.8, 0.4},
+                  .alpha = alpha,
                   .blend = Blend::add});
 }
 
-// Down the hangar, rib after rib, to what hangs at its end.
-void addApproach(Show& show) {
-  const double start = alienBar;
-  show.add("hangar", start, 2, ground, Bitmap{.texture = "hangar", .at = covering(zoom(1.0, 1.5, 8))});
-  addHaze(show, "far haze", start, 2, backdrop, 0.9);
-  show.add("hanging", start, 2, backdrop + 1,
-           beast(centred(0.02, travel(-0.1, -0.02, 8), zoom(0.35, 1.5, 8)), 2, 0.012));
-  tunnel(show, "rib", start, 2, 1, 2, 2.25);  // never so small that its outer edge shows
-}
-
-// Eye to eye.
-void addFace(Show& show) {
-  const double start = barOf("alien cut 2");
-  show.add("face", start, 1, ground,
-           Bitmap{.texture = "beast_near", .at = covering(zoom(1.05, 1.2, 4), travel(0.0, 0.08, 4), 0.02)});
-  show.add("face, nearer", start + 1, 1, ground,
-           Bitmap{.texture = "beast_near",
-                  .at = covering(zoom(1.8, 2.3, 4), travel(0.2, 0.12, 4), travel(-0.1, 0.0, 4))});
-  show.add("glint", start + 1, 1, haze + 1,
-           Bitmap{.texture = "flare_highpass",
-                  .at = centred(slide(0.1, 0.04), slide(-0.35, -0.28), 1.5),
-                  .alpha = flashes({0, 1, 2, 3}, 1, 0),
-                  .blend = Blend::add});
-  show.add("gaze", start, 2, haze,
-           Bitmap{.texture = "rays_violet",
-                  .at = centred(slide(-0.02, 0.1), -0.2, 2.2),
-                  .alpha = flashes(everyBeat, 0.6, 0.15),
-                  .blend = Blend::add});
-  show.add("limb across", start, 2, front,
-           Waves{.texture = "tentacle",
-                 .at = {slide(-1.9, -1.3), slide(0.15, 0.3), 2.2, 1.5},
-                 .speed = 2.2,
-                 .amplitude = 0.03});
-  show.add("breath", start, 2, smoke,
+// Breath before the lens, brighter on beats.
+void addBreath(Show& show, const char* name, double bar, double bars, const Curve& alpha) {
+  show.add(name, bar, bars, smoke,
            Waves{.texture = "smoke_violet",
                  .at = covering(1.4),
                  .speed = 1.8,
                  .amplitude = 0.05,
-                 .alpha = 0.35,
+                 .alpha = alpha,
                  .blend = Blend::add});
 }
 
-// The music stops: one mirror ball in the dark; then the rose window bursts open.
+// Down the hangar to what stands at its end; the stab throws us before its face.
+void addApproach(Show& show) {
+  const double start = alienBar, stab = barOf("stab"), next = barOf("alien cut 2");
+  addShot(show, "approach", start, stab - start, wide, 1, 2.6);
+  addShot(show, "struck", stab, next - stab, face, 7.5, 0.7);
+  addBreath(show, "breath, far", start, next - start, flashes(everyBeat, 0.22, 0.08));
+  addStreak(show, "lamp", start, next - start, -0.62, flashes({0, 2, 4, 5, 6.5, 7}, 0.6, 0.05));
+}
+
+// Eye to eye, then on the wet floor between its claws.
+void addFace(Show& show) {
+  const double start = barOf("alien cut 2");
+  addShot(show, "face", start, 1, face, 1.5, 1.5);
+  addShot(show, "claws", start + 1, 1, low, 2, 2);
+  addBreath(show, "breath", start, 2, flashes(everyBeat, 0.3, 0.1));
+  addStreak(show, "glint", start, 2, -0.25, flashes({0, 2, 3, 4, 6, 7}, 0.7, 0));
+}
+
+// The music stops and with it the world, all but still in the dark; then it bursts open from above.
 void addBreak(Show& show) {
   const double start = barOf("break"), over = barOf("break over"), next = barOf("split");
-  show.add("dark", start, over - start, ground, Fade{});
-  show.add("light on the ball", start, over - start, backdrop,
+  addShot(show, "held", start, over - start, low, 9, 0.25);
+  show.add("dark", start, over - start, backdrop,
+           Fade{.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.15, 0.72)});
+  show.add("light in the dark", start, over - start, backdrop + 1,
            Bitmap{.texture = "rays_violet",
-                  .at = centred(0, 0, zoom(3.0, 3.4, 4)),
-                  .alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.9, 0.35),
+                  .at = centred(0.1, -0.1, zoom(3.0, 3.6, 4)),
+                  .alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.5, 0.1),
                   .blend = Blend::add});
-  show.add("ball", start, over - start, subject, orb(centred(travel(-0.05, 0.05, 4), 0, zoom(1.0, 1.35, 4))));
-  show.add("rose window", over, next - over, ground, roseWall("glass_violet", zoom(1.25, 1.9, 4)));
-  show.add("beyond", over, next - over, backdrop,
-           Bitmap{.texture = "rays_violet",
-                  .at = centred(0, 0, 3.4),
-                  .alpha = flashes({0, 1, 2, 3}, 0.8, 0.25),
-                  .blend = Blend::add});
-  tunnel(show, "gate_violet", over, next - over, 1);
+  show.part("cubes", start, over - start, far,
+            {draw(TurningCubes{.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 1, 0.35),
+                               .field = zoom(95, 60, 4)})},
+            4, 1.5);
+  addShot(show, "from above", over, next - over, crane, 9, 2.6);
+  addStreak(show, "lamps above", over, next - over, -0.3, flashes({0, 1, 2, 2.5, 3}, 0.8, 0.1));
   show.add("vexation", over, next - over, title,
-           glitching(vex(ation, spline({{0, 1.5}, {0.4, 1.18}, {2, 1.2}, {partEnd, 1.32}})),
+           glitching(vex(ation, spline({{0, 1.4}, {0.4, 1.1}, {2, 1.12}, {partEnd, 1.24}}), 0, 0.46),
                      flashes({0, 1, 2, 2.5, 3}, 1, 0.05), 3, swing(4, 1.06, 1.25)));
 }
 
-// Two worlds side by side, the seam swinging, then three; each paints its own ground.
+// Two panes across each other, then four, each of the screen's own shape; each cuts on its own beats.
+struct Pane {
+  Curve x, y;   // left lower corner
+  double size;  // of the screen's 2
+  std::vector<double> cutBeats;
+  std::vector<Camera> cameras;
+  double start;
+};
+
+void addPane(Show& show, const char* name, double bar, double bars, int track, const Pane& pane) {
+  std::vector<CurveDot> dots{{0, static_cast<double>(pane.cameras[0])}};
+  for (std::size_t i = 0; i < pane.cutBeats.size(); ++i) {
+    dots.push_back({pane.cutBeats[i] - 0.01, dots.back().y});
+    dots.push_back({pane.cutBeats[i], static_cast<double>(pane.cameras[i + 1])});
+  }
+  show.part(name, bar, bars, track,
+            {draw(Viewport{.x = pane.x, .y = pane.y, .w = pane.size, .h = pane.size}),
+             draw(World{.scene = "SceneAlien", .camera = line(dots)})},
+            pane.start, 1.4);
+}
+
 void addSplit(Show& show) {
   const double start = barOf("split");
-  show.add("between the worlds", start, 2, ground - 1, Fade{});
-  show.add("left half", start, 1, ground, Viewport{.x = -1, .y = -1, .w = swing(4, 0.8, 1.2), .h = 2},
-           Bitmap{.texture = "sky_violet", .at = covering(1.2)},
+  show.add("behind the panes", start, 2, ground - 1, Fade{.red = 0.03, .green = 0.012, .blue = 0.035});
+  show.add("light behind", start, 2, ground,
            Bitmap{.texture = "rays_violet",
-                  .at = {-1.6, -1.3, 3.2, 2.4},
-                  .alpha = flashes({0, 1, 2, 3}, 1, 0.4),
-                  .blend = Blend::add},
-           Bitmap{.texture = "figure_violet", .at = {-0.7, slide(-0.72, -0.85), 1.4, 2.1}});
-  show.add("right half", start, 1, ground + 1, Viewport{.x = swing(4, -0.2, 0.2), .y = -1, .w = 1.2, .h = 2},
-           Bitmap{.texture = "hangar", .at = {slide(-1.9, -1.6), -1.1, 3.6, 2.2}},
-           beast({slide(-1.2, -1.05), slide(-0.95, -0.85), 2.2, 1.9}, 2.4, 0.014));
-  show.add("left third", start + 1, 1, ground, Viewport{.x = -1, .y = -1, .w = 0.66, .h = 2},
-           Bitmap{.texture = "hangar_side", .at = {slide(-2.2, -1.9), -1.1, 4.6, 2.2}},
-           orb({slide(-0.8, -0.6), swing(4, -0.6, -0.4), 1.6, 0.95}));
-  show.add("middle third", start + 1, 1, ground + 1, Viewport{.x = -0.335, .y = -1, .w = 0.68, .h = 2},
-           Bitmap{.texture = "beast_near", .at = {slide(-3.0, -2.8), -1.1, 6.4, slide(2.2, 2.4)}});
-  show.add("right third", start + 1, 1, ground + 2, Viewport{.x = 0.34, .y = -1, .w = 0.67, .h = 2},
-           Bitmap{.texture = "sky_violet", .at = covering(slide(1.5, 1.8))},
-           Bitmap{.texture = "figure_violet", .at = {slide(1.05, 1.25), -0.75, -2.1, 2.2}});
+                  .at = centred(0, 0, 3.4),
+                  .alpha = flashes(everyBeat, 0.8, 0.2),
+                  .blend = Blend::add});
+  addPane(show, "pane 1", start, 1, ground + 1, {slide(-0.98, -0.92), -0.28, 1.25, {2}, {face, back}, 4});
+  addPane(show, "pane 2", start, 1, ground + 2,
+          {slide(-0.22, -0.3), -0.97, 1.25, {1, 3}, {wide, low, face}, 11});
+  addPane(show, "north west", start + 1, 1, ground + 1, {-1.0, 0.0, 1, {2}, {wide, crane}, 9});
+  addPane(show, "north east", start + 1, 1, ground + 2, {0.0, 0.0, 1, {1, 3}, {face, flank, low}, 12});
+  addPane(show, "south west", start + 1, 1, ground + 3, {-1.0, -1.0, 1, {3}, {low, face}, 5});
+  addPane(show, "south east", start + 1, 1, ground + 4, {0.0, -1.0, 1, {1, 2}, {back, face, crane}, 7});
   // One a bar: when a late start catches up part by part, the last of each bar must be the whole screen.
-  for (const double bar : {start, start + 1}) show.add("whole screen", bar, 1, ground + 3, Viewport{});
-  show.add("violet haze", start, 2, smoke,
-           Waves{.texture = "smoke_violet",
-                 .at = covering(1.4),
-                 .speed = 2,
-                 .amplitude = 0.05,
-                 .alpha = flashes(everyBeat, 0.55, 0.2),
-                 .blend = Blend::add});
-  show.add("seams", start, 2, title,
-           Bitmap{.texture = "streak_violet",
-                  .at = {-1.4, swing(4, -0.2, 0.1), 2.8, 0.3},
-                  .alpha = flashes({0, 1, 2, 3, 4, 5, 5.5, 6, 6.5, 7}, 1, 0.3),
-                  .blend = Blend::add});
+  for (const double bar : {start, start + 1}) show.add("whole screen", bar, 1, ground + 5, Viewport{});
+  addStreak(show, "seams", start, 2, -0.2, flashes({0, 1, 2, 3, 4, 5, 5.5, 6, 6.5, 7}, 1, 0.3));
 }
 
-// Past the flank of the hangar; two mirror balls circle the creature, one before and one behind it.
+// Around its back, past tail and hoses.
 void addOrbit(Show& show) {
-  const double start = barOf("counter voice");
-  show.add("flank", start, 2, ground,
-           Bitmap{.texture = "hangar_side", .at = covering(1.3, slide(0.25, -0.25), -0.03)});
-  addHaze(show, "flank haze", start, 2, backdrop, 0.8);
-  show.add("ball behind", start, 2, far,
-           orb(centred(swing(8, -0.75, 0.85, 180), swing(8, -0.35, 0.1, 270), 0.42)));
-  show.add("circled", start, 2, subject,
-           beast(centred(slide(0.2, 0.0), slide(0.1, 0.0), slide(1.95, 2.3)), 2.2, 0.014));
-  show.add("ball before", start, 2, smoke, orb(centred(swing(8, -0.8, 0.8), swing(8, -0.2, 0.45, 90), 0.62)));
-  show.add("lens", start, 2, title - 1,
-           Bitmap{.texture = "streak_violet",
-                  .at = {slide(-1.8, -1.0), -0.35, 2.8, 0.5},
-                  .alpha = flashes(everyBeat, 0.8, 0.1),
-                  .blend = Blend::add});
-  show.add("near limb", start, 2, front,
-           Waves{.texture = "tentacle",
-                 .at = {slide(1.9, 1.5), slide(-0.75, -0.6), -1.5, 1.0},
-                 .speed = 2,
-                 .amplitude = 0.03});
+  const double start = barOf("counter voice"), stab = barOf("stab 2"), next = barOf("alien cut 6");
+  addShot(show, "around", start, stab - start, back, 3, 2.2);
+  addShot(show, "struck again", stab, next - stab, face, 15, 0.7);
+  addBreath(show, "breath behind", start, next - start, flashes(everyBeat, 0.2, 0.06));
+  addStreak(show, "lens", start, next - start, -0.4, flashes({0, 1, 2, 3, 4, 5, 6.5, 7}, 0.6, 0.05));
 }
 
-// The eye that let it in, and limbs over it.
-void addStare(Show& show) {
+// Along its flank, a mirror sphere close by; then up from the floor.
+void addFlank(Show& show) {
   const double start = barOf("alien cut 6");
-  show.add(
-      "stare", start, 1, ground,
-      Movie{
-          .base = "eye", .at = covering(zoom(1.25, 1.5, 4), 0.05, 0.02), .first = 20, .last = 32, .fps = 12});
-  show.add(
-      "stare, nearer", start + 1, 1, ground,
-      Movie{.base = "eye", .at = covering(zoom(2.3, 3.2, 4), -0.04, 0.1), .first = 30, .last = 32, .fps = 8});
-  show.add("nerves", start, 2, smoke + 1,
-           Waves{.texture = "threads_violet",
-                 .at = covering(zoom(1.2, 2.2, 8)),
-                 .speed = 3,
-                 .amplitude = swing(8, 0.03, 0.09),
-                 .alpha = flashes(everyBeat, 0.9, 0.3),
-                 .blend = Blend::add});
-  show.add("limb over the eye", start, 2, front,
-           Waves{.texture = "tentacle",
-                 .at = {slide(-2.0, -1.25), slide(0.0, 0.15), 2.3, 1.3},
-                 .speed = 2.4,
-                 .amplitude = 0.035});
+  addShot(show, "flank", start, 1, flank, 6, 2);
+  addShot(show, "rising", start + 1, 1, crane, 1, 2.6);
+  addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.25, 0.08));
   show.add("vexer", start + 1, 1, title, glitching(vex(er, 1.0, 0.1, -0.5), 0.35, 2, 1.1));
 }
 
-// The second break: glass, then nothing; then the creature over everything.
+// The second break: nearly dark, then nothing but eyes; then the whole creature under all its lamps.
 void addClimax(Show& show) {
   const double start = barOf("break 2"), hushed = barOf("break 2 hushed"), climax = barOf("climax");
   const double unison = barOf("unison");
-  show.add("glass", start, hushed - start, ground, roseWall("glass_violet", zoom(2.2, 1.6, 2)));
-  show.add("gate closes", start, hushed - start, subject,
-           Bitmap{.texture = "gate_violet", .at = centred(0, 0, zoom(4.5, 1.2, 2))});
-  show.add("hushed", hushed, climax - hushed, ground, Fade{});
-  show.add("six eyes", hushed, climax - hushed, subject,
-           Bitmap{.texture = "beast_near",
-                  .at = covering(zoom(1.4, 1.5, 2), 0.1),
-                  .alpha = line({{0, 0}, {0.5, 0.3}, {partEnd, 0.12}})});
-  show.add("hangar alight", climax, unison - climax, ground,
-           Bitmap{.texture = "hangar", .at = covering(zoom(1.8, 1.2, 4), 0, 0.05)});
+  addShot(show, "gaze", start, climax - start, face, 10, 0.3);
+  show.add("lights out", start, climax - start, backdrop,
+           Fade{.alpha = line({{0, 0.2}, {1.9, 0.5}, {2, 0.9}, {2.5, 0.72}, {partEnd, 0.86}})});
+  addStreak(show, "last lamp", start, hushed - start, -0.2, flashes({0, 1, 1.5}, 0.8, 0));
+  show.part("cubes again", start, hushed - start, far,
+            {draw(TurningCubes{.alpha = flashes({0, 0.5, 1, 1.5}, 1, 0.3), .field = zoom(60, 110, 2)})}, 11,
+            2);
+  addShot(show, "it comes", climax, unison - climax, wide, 12.5, 3);
   show.add("blaze behind", climax, unison - climax, backdrop,
            Bitmap{.texture = "rays_violet",
-                  .at = centred(0, -0.05, zoom(3.0, 3.8, 4)),
-                  .alpha = flashes({0, 1, 2, 3}, 1, 0.5),
+                  .at = centred(0, -0.1, zoom(2.6, 3.8, 4)),
+                  .alpha = flashes({0, 1, 2, 3}, 0.8, 0.15),
                   .blend = Blend::add});
-  show.add("it comes", climax, unison - climax, subject,
-           beast(centred(0, travel(0.05, 0.12, 4), zoom(1.9, 3.1, 4)), 4, 0.02));
-  show.add("limb left", climax, unison - climax, front,
-           Waves{.texture = "tentacle",
-                 .at = {slide(-1.7, -1.25), slide(-0.5, -0.2), 1.7, 1.2},
-                 .speed = 3,
-                 .amplitude = 0.03});
-  show.add("limb right", climax, unison - climax, front + 1,
-           Waves{.texture = "tentacle",
-                 .at = {slide(1.7, 1.3), slide(0.1, 0.0), -1.7, 1.2},
-                 .speed = 2.6,
-                 .amplitude = 0.03});
 }
 
-// Four strokes, four pictures; glass melts, the title is struck with them.
+// Four strokes, four cameras; the title is struck with them.
 void addUnison(Show& show) {
-  const double first = barOf("unison"), second = barOf("unison 2"), third = barOf("unison 3"),
-               fourth = barOf("unison 4");
-  show.add("glass melts", first, second - first, ground,
-           Waves{.texture = "glass_violet",
-                 .at = centred(0, 0, zoom(2.6, 3.4, 2), 1.78),
-                 .speed = 4,
-                 .amplitude = 0.04});
-  show.add("stroke of eyes", second, third - second, ground,
-           Bitmap{.texture = "beast_near", .at = covering(zoom(2.6, 2.9, 2), 0.42, -0.2)});
-  show.add("glass melts on", third, fourth - third, ground,
-           Waves{.texture = "glass_violet",
-                 .at = centred(0, 0, zoom(4.2, 5.5, 2), 1.78),
-                 .speed = 4,
-                 .amplitude = 0.07});
-  show.add("stroke of the hangar", fourth, interludeOneBar - fourth, ground,
-           Bitmap{.texture = "hangar", .at = covering(zoom(1.2, 2.8, 2))});
-  show.add("struck", fourth, interludeOneBar - fourth, backdrop + 1,
-           beast(centred(0, 0, zoom(0.9, 0.1, 2)), 4, 0.02));
-  show.add("blows", first, 2, backdrop,
+  const double strokes[] = {barOf("unison"), barOf("unison 2"), barOf("unison 3"), barOf("unison 4"),
+                            interludeOneBar};
+  const char* names[] = {"stroke one", "stroke two", "stroke three", "stroke four"};
+  const Camera cameras[] = {face, back, low, crane};
+  const double starts[] = {4, 8, 13, 15};
+  for (int i = 0; i < 4; ++i)
+    addShot(show, names[i], strokes[i], strokes[i + 1] - strokes[i], cameras[i], starts[i], 1.5);
+  show.add("blows", strokes[0], 2, backdrop,
            Bitmap{.texture = "rays_violet",
                   .at = centred(0, 0, 3.6),
-                  .alpha = flashes({0, 2, 4, 6}, 1, 0.2),
+                  .alpha = flashes({0, 2, 4, 6}, 0.8, 0.05),
                   .blend = Blend::add});
-  tunnel(show, "gate_violet", first, 2, 1);
-  show.add("vexatious", first, 2, title,
-           glitching(vex(atious, spline({{0, 1.45}, {0.5, 1.2}, {4, 1.24}, {partEnd, 1.36}})),
+  show.add("vexatious", strokes[0], 2, title,
+           glitching(vex(atious, spline({{0, 1.3}, {0.5, 1.05}, {4, 1.08}, {partEnd, 1.2}}), 0, 0.46),
                      flashes({0, 2, 4, 6, 6.75, 7.25}, 1, 0.06), 4, swing(4, 0.9, 1.22)));
 }
 
@@ -246,7 +179,7 @@ void addAlien(Show& show) {
   addBreak(show);
   addSplit(show);
   addOrbit(show);
-  addStare(show);
+  addFlank(show);
   addClimax(show);
   addUnison(show);
 }

@@ -15,9 +15,8 @@ Products smokePictures();       // haze cards and tiling smoke, filaments and em
 Products ironPictures();        // plates, lattice and rose windows
 Products lightPictures();       // rays, eclipse, streaks
 Products silhouettePictures();  // figure, arch, thorns
-Products hangarPictures();      // the hangar and its ribs
-Products hangarBoxPictures();   // the box around the alien, and its sphere map
-Products chromePictures();      // the creature, a limb of it, a mirror ball
+Products hangarPictures();      // the box around the alien, and its sphere map
+Products chromePictures();      // mirror balls
 Products casketPictures();      // the reliquary, its lock and its lid as movies
 Products spritePictures();      // data\flare_normal and its kin
 Products eyeMovie();            // data\eye1.jpg and so on

@@ -169,14 +169,11 @@ Products ironPictures() {
   Products products;
   const HuedPictures additive{"iron", PictureKind::jpeg}, masked{"iron", PictureKind::maskedJpeg};
   products.push_back(additive("plates_", acidHue, 3, plates));
-  products.push_back(picture("glass_violet", PictureKind::jpeg, "iron", 4,
-                             [](const Settings& settings) { return glass(settings, violetHue, steelRamp); }));
   products.push_back(picture("glass_ember", PictureKind::jpeg, "iron", 4,
                              [](const Settings& settings) { return glass(settings, emberHue, violetRamp); }));
   products.push_back(picture("glass_teal", PictureKind::jpeg, "iron", 4,
                              [](const Settings& settings) { return glass(settings, tealHue, alarmRamp); }));
   products.push_back(masked("gate_", acidHue, 4, gate));
-  products.push_back(masked("gate_", violetHue, 4, gate));
   products.push_back(masked("gate_", emberHue, 4, gate));
   return products;
 }

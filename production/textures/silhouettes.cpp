@@ -153,7 +153,6 @@ Products silhouettePictures() {
   Products products;
   const HuedPictures make{"silhouettes", PictureKind::maskedJpeg};
   products.push_back(make("figure_", acidHue, 1, figure));
-  products.push_back(make("figure_", violetHue, 1, figure));
   products.push_back(make("figure_", emberHue, 1, figure));
   products.push_back(make("arch_", acidHue, 2, arch));
   products.push_back(make("thorn_", boneHue, 6, brambles));

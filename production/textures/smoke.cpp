@@ -90,7 +90,6 @@ Products smokePictures() {
   products.push_back(make("haze_", tealHue, 0.5f, hazeCard));
   products.push_back(make("threads_", boneHue, 4, filaments));
   products.push_back(make("threads_", acidHue, 4, filaments));
-  products.push_back(make("threads_", violetHue, 4, filaments));
   products.push_back(make("sparks_", boneHue, 2, embers));
   products.push_back(make("sparks_", acidHue, 2, embers));
   products.push_back(make("sparks_", emberHue, 2, embers));

@@ -146,7 +146,7 @@ TEST(Pictures, HaveTheSizesAndKindsThatTheShowNeeds) {
       {"data/eye1.jpg", 1024, 512, false},        {"data/eye32.jpg", 1024, 512, false},
       {"data/figure_acid.jpg", 256, 512, true},   {"data/lid1.jpg", 1024, 512, false},
       {"data/lid24.jpg", 1024, 512, false},       {"data/lock12.jpg", 1024, 512, false},
-      {"data/beast.jpg", 512, 512, true},         {"data/flare_normal.bmp", 128, 128, false},
+      {"data/monster_skin.jpg", 512, 512, true},  {"data/flare_normal.bmp", 128, 128, false},
   };
   const auto& pictures = draftPictures();
   for (const auto& [path, width, height, masked] : cases) {
@@ -175,7 +175,7 @@ TEST(Pictures, SpritesEndInBlackAtTheirBorders) {
                           path == "data/vex_substract_mask.bmp" || path == "data/moon_mask.bmp";
     const bool lossy = begins("haze_") || begins("rays_") || begins("corona_") || begins("streak_") ||
                        begins("halvane") || begins("presents") || path.starts_with("data/gate_acid_mask") ||
-                       begins("orb_mask") || begins("beast_mask") || begins("tentacle_mask") || begins("eye");
+                       begins("orb_mask") || begins("eye");
     if (lossless) {
       EXPECT_EQ(brightestBorder(picture), 0) << path;
     }
