@@ -146,7 +146,8 @@ TEST(Pictures, HaveTheSizesAndKindsThatTheShowNeeds) {
       {"data/eye1.jpg", 1024, 512, false},        {"data/eye32.jpg", 1024, 512, false},
       {"data/figure_acid.jpg", 256, 512, true},   {"data/lid1.jpg", 1024, 512, false},
       {"data/lid24.jpg", 1024, 512, false},       {"data/lock12.jpg", 1024, 512, false},
-      {"data/monster_skin.jpg", 512, 512, true},  {"data/flare_normal.bmp", 128, 128, false},
+      {"data/orb_teal.jpg", 256, 256, true},      {"data/flare_normal.bmp", 128, 128, false},
+      {"data/chrome.jpg", 512, 512, false},       {"data/monstereas.jpg", 512, 512, false},
   };
   const auto& pictures = draftPictures();
   for (const auto& [path, width, height, masked] : cases) {
