@@ -52,8 +52,8 @@ std::vector<std::string> familySources(const char* family) {
   std::vector<std::string> sources = pictureSources();
   for (const std::string& start :
        {"production/textures/" + std::string(family) + ".", std::string("production/textures/hued."),
-        std::string("production/textures/hangar_light."), std::string("production/textures/mirror_worlds."),
-        std::string("src/scenes/word_endings.")})
+        std::string("production/textures/hangar_light."), std::string("production/textures/hell_light."),
+        std::string("production/textures/mirror_worlds."), std::string("src/scenes/word_endings.")})
     sources.push_back(start);
   return sources;
 }
@@ -101,12 +101,14 @@ Products allProducts() {
   append(all, lightPictures());
   append(all, silhouettePictures());
   append(all, hangarPictures());
+  append(all, hellBoxPictures());
   append(all, chromePictures());
   append(all, casketPictures());
   append(all, spritePictures());
   append(all, eyeMovie());
   append(all, statisticsFont());
   append(all, monsterModels());
+  append(all, hellModels());
   append(all, layerParticlesModel());
   append(all, layerRaysModel());
   append(all, layerRotCubesModel());

@@ -16,6 +16,7 @@ Products ironPictures();        // plates, lattice and rose windows
 Products lightPictures();       // rays, eclipse, streaks
 Products silhouettePictures();  // figure, arch, thorns
 Products hangarPictures();      // the box around the alien, and its sphere map
+Products hellBoxPictures();     // the box around hell
 Products chromePictures();      // mirror balls
 Products casketPictures();      // the reliquary, its lock and its lid as movies
 Products spritePictures();      // data\flare_normal and its kin

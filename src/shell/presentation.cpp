@@ -7,6 +7,7 @@
 #include "assets/preload_list.h"
 #include "assets/texture_cache.h"
 #include "scenes/scene_alien.h"
+#include "scenes/scene_hell.h"
 #include "scenes/scene_helper.h"
 #include "scenes/scene_layer_particles.h"
 #include "scenes/scene_layer_rays.h"
@@ -38,9 +39,10 @@ Scene* constructModel() {
 
 // The order in which scenes are constructed, and with it the order of their textures.
 constexpr Scene* (*sceneConstructors[])() = {
-    construct<SceneHelper>,         constructModel<sceneAlien>,         constructModel<sceneLayerParticles>,
-    constructModel<sceneLayerWide>, constructModel<sceneLayerRotCubes>, constructModel<sceneLayerWobbel>,
-    constructModel<sceneLayerRays>,
+    construct<SceneHelper>,           constructModel<sceneAlien>,
+    constructModel<sceneHell>,        constructModel<sceneLayerParticles>,
+    constructModel<sceneLayerWide>,   constructModel<sceneLayerRotCubes>,
+    constructModel<sceneLayerWobbel>, constructModel<sceneLayerRays>,
 };
 
 // The glows take consecutive texture ids.

@@ -1,0 +1,484 @@
+#include <cmath>
+
+#include "production/geometry/bake.h"
+#include "production/geometry/forms.h"
+#include "production/geometry/mapping.h"
+#include "production/image/filter.h"
+#include "production/image/noise3.h"
+#include "production/models/hell_parts.h"
+#include "production/models/model.h"
+#include "production/textures/hell_light.h"
+#include "production/textures/palette.h"
+
+// Hell: a cathedral of basalt in a lake of lava; in its nave a black sphere hangs in chains, light in its
+// seams, and sprays shards. All light comes from the lake below, from the sphere and from the fire behind the
+// choir, and is painted into the stone.
+
+namespace vex {
+
+namespace {
+
+using namespace hell;
+
+constexpr float lakeReach = 640;  // half the lake's side
+constexpr float tileSize = 80;    // units a picture of lava; one quad each, as its coordinates wobble
+constexpr float lakeHazeReach = 1500;
+constexpr float choirPlace = -318;  // z
+constexpr float parked = -9000;     // y of what is only a pattern for particles
+
+// --- Painting
+
+enum SpherePart { firstShard = 1, firstPlate = 10 };
+
+BakeLook stoneLook() {
+  BakeLook look;
+  look.sky = [](const Vector& d) {
+    const float below = smoothStep(0.25f, -0.7f, d.y), level = std::exp(-std::fabs(d.y) * 3);
+    return gradient(emberRamp, 0.70f) * (1.25f * below) + gradient(emberRamp, 0.5f) * (0.35f * level) +
+           Colour4{0.055f, 0.04f, 0.06f};
+  };
+  look.lights = {{.towards = Vector(1, -0.15f, 0.1f), .size = 0.35f, .colour = {0.62f, 0.30f, 0.10f}},
+                 {.towards = Vector(0.5f, 0.35f, -1), .size = 0.2f, .colour = {0.55f, 0.26f, 0.09f}}};
+  look.bounce = {0.05f, 0.015f, 0.01f};
+  look.reach = 55;
+  look.rays = 36;
+  look.shadowRays = 4;
+  look.coarseness = 3;
+  return look;
+}
+
+Colour4 stoneColour(const BakePoint& p) {
+  const float y = p.position.y;
+  const float grit = 0.5f + 0.5f * fractal(p.position * 0.16f, 0, 4, 0.6f, 981);
+  const float stain =
+      0.5f + 0.5f * fractal(Vector(p.position.x * 0.05f, y * 0.012f, p.position.z * 0.05f), 0, 3, 0.5f, 982);
+  // Basalt cracks across its columns every few feet.
+  const float course =
+      y / 9 + 2.6f * gradientNoise(Vector(p.position.x * 0.021f, 0, p.position.z * 0.021f), 0, 983);
+  const float joint = p.part == web || p.part == rib || p.part == brokenRib
+                          ? 1.0f
+                          : 0.62f + 0.38f * smoothStep(0.0f, 0.06f, std::fabs(course - std::round(course)));
+  const float worn = std::max(0.0f, p.edge);
+  Colour4 albedo =
+      mix(Colour4{0.10f, 0.09f, 0.11f}, Colour4{0.40f, 0.32f, 0.30f}, grit * (0.3f + 0.7f * stain));
+  albedo = albedo * joint * (1 + 1.8f * worn);
+  // The lake's light dies with height; its heat stays in the foot.
+  const float near = p.part == choirWall ? 0.75f : mix(0.50f, 2.1f, std::exp(-std::max(0.0f, y) / 60));
+  Colour4 colour = albedo * p.light * near;
+  const float foot = std::exp(-std::max(0.0f, y - 2 * grit) / 5.5f);
+  colour = colour + gradient(emberRamp, 0.62f) *
+                        (0.75f * foot * foot + 0.25f * std::exp(-std::max(0.0f, y) / 18) * p.open);
+  // Embers in the cracks between columns, near the lake.
+  const float hollow = smoothStep(0.45f, 0.1f, p.open) * std::exp(-std::max(0.0f, y) / 60);
+  return colour + gradient(emberRamp, 0.55f) * (0.5f * hollow);
+}
+
+BakeLook sphereLook() {
+  BakeLook look;
+  look.sky = [](const Vector& d) {
+    return gradient(emberRamp, 0.62f) * (0.9f * smoothStep(0.1f, -0.9f, d.y)) + gradient(steelRamp, 0.22f) +
+           gradient(emberRamp, 0.5f) * (0.35f * std::exp(-std::fabs(d.y) * 4));
+  };
+  look.lights = {{.towards = Vector(-0.5f, 0.8f, 0.5f), .size = 0.25f, .colour = {0.34f, 0.24f, 0.22f}}};
+  look.bounce = {0.9f, 0.34f, 0.06f};  // what is hidden looks at the heart
+  look.reach = 12;
+  return look;
+}
+
+// Black glass, scratched and scorched; molten where it faces the seams.
+Colour4 sphereColour(const BakePoint& p) {
+  const bool loosePiece = p.part < firstPlate;
+  const Vector from = loosePiece ? p.position : p.position - sphereCentre;
+  const float away = loosePiece ? sphereRadius : from.length();
+  const float grit = 0.5f + 0.5f * fractal(from * 0.28f, 0, 4, 0.6f, 984);
+  const float vein = std::fabs(gradientNoise(warp(from * 0.12f, 0, 0.6f, 985), 0, 986));
+  const float facing = loosePiece ? 1.0f : dot(p.normal, unit(from));
+  Colour4 albedo = mix(Colour4{0.10f, 0.09f, 0.11f}, Colour4{0.36f, 0.30f, 0.29f}, grit * grit);
+  Colour4 colour = albedo * p.light * (1 + 1.6f * std::max(0.0f, p.edge));
+  // Walls glow, brighter further in; a rim of heat runs around each plate.
+  const float wall = smoothStep(0.75f, 0.25f, facing);
+  const float deep = smoothStep(sphereRadius + 0.5f, sphereRadius * 0.82f, away);
+  colour = mix(colour, gradient(emberRamp, 0.50f + 0.36f * deep), wall * (0.45f + 0.55f * deep));
+  const float rim = std::max(0.0f, p.edge);
+  colour = colour + gradient(emberRamp, 0.58f) * (0.55f * rim);
+  colour = colour + gradient(emberRamp, 0.60f) * (0.65f * smoothStep(0.035f, 0.0f, vein) * grit);
+  if (loosePiece) colour = colour + gradient(emberRamp, 0.55f) * (0.25f + 0.5f * grit);
+  return colour;
+}
+
+// --- Things that move
+
+Vector bobbing(float t) {
+  return Vector(0, 2.4f * swing(t, sphereSeconds, 1), 0);
+}
+
+Motion sphereMotion() {
+  Motion motion;
+  motion.positions = positionKeys(sphereSeconds, 10, [](float t) { return sphereCentre + bobbing(t); });
+  motion.turns = turnKeys(sphereSeconds, 10, [](float t) {
+    return turnedY(13 * swing(t, sphereSeconds, 1, 0.2f)) >> turnedX(6 * swing(t, sphereSeconds, 1)) >>
+           turnedZ(5 * swing(t, sphereSeconds, 2, 0.4f));
+  });
+  return motion;
+}
+
+// A loose plate drifts out and comes back, once or twice a loop, turning a little.
+Motion plateMotion(const Plate& plate, const Vector& pivot, int index) {
+  const float turns = 1.0f + static_cast<float>(index % 3), phase = 0.37f * static_cast<float>(index);
+  const float far = 4.5f + 8 * hashUnit(index, 0, 991);
+  const auto out = [=](float t) { return std::pow(0.5f + 0.5f * swing(t, loopSeconds, turns, phase), 1.6f); };
+  Motion motion;
+  motion.positions =
+      positionKeys(loopSeconds, 10, [=](float t) { return pivot + plate.outward * (1 + far * out(t)); });
+  const Vector axis = unit(
+      Vector(hashUnit(index, 1, 991) - 0.5f, hashUnit(index, 2, 991) - 0.5f, hashUnit(index, 3, 991) - 0.5f));
+  const float rest = out(0);
+  motion.turns = turnKeys(loopSeconds, 10, [=](float t) { return turned(axis, 0.5f * (out(t) - rest)); });
+  return motion;
+}
+
+Motion rising(const Vector& pivot, float reach, float turns, float phase) {
+  Motion motion;
+  motion.positions = positionKeys(loopSeconds, 10, [=](float t) {
+    return pivot + Vector(0, reach * swing(t, loopSeconds, turns, phase), 0);
+  });
+  return motion;
+}
+
+Motion dangling(float degrees, float turns, float phase) {
+  Motion motion;
+  motion.turns = turnKeys(loopSeconds, 8, [=](float t) {
+    return turnedZ(degrees * (swing(t, loopSeconds, turns, phase) - swing(0, loopSeconds, turns, phase))) >>
+           turnedX(0.6f * degrees *
+                   (swing(t, loopSeconds, turns + 1, phase) - swing(0, loopSeconds, turns + 1, phase)));
+  });
+  return motion;
+}
+
+// The sprayer wanders over the sphere's left shoulder, where what it throws (to the left, back and down)
+// comes clear of it.
+Vector sprayerPlace(float t) {
+  const Vector towards(-0.55f + 0.6f * swing(t, loopSeconds, 3),
+                       0.75f + 0.3f * swing(t, loopSeconds, 4, 0.3f),
+                       0.5f + 0.5f * swing(t, loopSeconds, 5, 0.1f));
+  return sphereCentre + unit(towards) * (sphereRadius * 1.05f);
+}
+
+// --- Cameras
+
+StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
+                   const std::vector<Vector>& target) {
+  const auto through = [](const std::vector<Vector>& knots) {
+    const std::vector<Vector> curve = smoothPath(knots, 240);
+    return [curve](float t) {
+      const float place = clamp01(t / shotSeconds) * static_cast<float>(curve.size() - 1);
+      const auto i = std::min(static_cast<std::size_t>(place), curve.size() - 2);
+      return mix(curve[i], curve[i + 1], place - static_cast<float>(i));
+    };
+  };
+  StageCamera shot{.name = name,
+                   .position = eye.front(),
+                   .target = target.front(),
+                   .fieldDegrees = fieldDegrees,
+                   .far = 4000};
+  shot.positions = positionKeys(shotSeconds, 15, through(eye));
+  shot.targets = positionKeys(shotSeconds, 15, through(target));
+  return shot;
+}
+
+std::vector<StageCamera> cameras() {
+  return {
+      // Up the nave.
+      camera("wide", 84,
+             {Vector(46, 40, 350), Vector(28, 50, 290), Vector(-18, 62, 220), Vector(-46, 70, 170)},
+             {Vector(-34, 106, 0), Vector(-32, 106, 0), Vector(22, 100, 0), Vector(26, 96, 0)}),
+      // A hand above the lava.
+      camera("low", 88, {Vector(-62, 11, 210), Vector(-30, 9, 172), Vector(22, 10, 138), Vector(68, 13, 100)},
+             {Vector(24, 84, 0), Vector(26, 84, 0), Vector(-18, 86, 0), Vector(-26, 92, 0)}),
+      // Around the sphere.
+      camera("close", 66, {Vector(44, 82, 86), Vector(16, 98, 98), Vector(-34, 106, 92), Vector(-78, 96, 56)},
+             {Vector(-4, 88, 0), Vector(6, 88, 0), Vector(8, 90, 0), Vector(-2, 88, 0)}),
+      // A crane from the lake to the vault.
+      camera("crane", 82,
+             {Vector(-78, 22, 150), Vector(-74, 96, 160), Vector(-52, 176, 150), Vector(-24, 222, 128)},
+             {Vector(14, 80, 0), Vector(12, 86, 0), Vector(14, 70, -10), Vector(10, 56, -20)}),
+      // From the choir out over the lake.
+      camera("outwards", 82,
+             {Vector(40, 30, -230), Vector(52, 46, -190), Vector(24, 66, -160), Vector(-36, 74, -130)},
+             {Vector(-12, 92, 0), Vector(0, 92, 0), Vector(-10, 90, 0), Vector(8, 88, 0)}),
+      // Through the aisle, past the piers.
+      camera("aisle", 78,
+             {Vector(-170, 44, 116), Vector(-168, 56, 92), Vector(-164, 70, 68), Vector(-158, 82, 42)},
+             {Vector(0, 92, 22), Vector(0, 90, 12), Vector(0, 88, -6), Vector(0, 88, -16)}),
+      // Into the seams.
+      camera("seams", 60,
+             {Vector(38, 98, 92), Vector(32, 108, 80), Vector(16, 114, 74), Vector(-10, 112, 76)},
+             {Vector(-4, 94, 10), Vector(0, 96, 10), Vector(-2, 94, 12), Vector(-12, 92, 12)}),
+  };
+}
+
+std::vector<StageLight> lights() {
+  return {
+      {.name = "lake", .position = Vector(0, -60, 60), .colour = {0.85f, 0.34f, 0.06f}},
+      {.name = "choir", .position = Vector(0, 120, -300), .colour = {0.80f, 0.42f, 0.14f}},
+      {.name = "sky", .position = Vector(-140, 280, 200), .colour = {0.22f, 0.17f, 0.22f}},
+      {.name = "part03", .position = Vector(0, parked, 0), .on = false},
+      {.name = "part04", .position = Vector(0, parked, 0), .on = false},
+  };
+}
+
+std::vector<StageMaterial> materials() {
+  const Colour4 white{1, 1, 1}, faint{0.12f, 0.12f, 0.12f}, half{0.45f, 0.45f, 0.45f}, none{0, 0, 0};
+  const auto painted = [&](const char* name, const char* texture, Colour4 diffuse, Colour4 ambient) {
+    return StageMaterial{
+        .name = name, .texture = texture, .diffuse = diffuse, .ambient = ambient, .shine = 0};
+  };
+  StageMaterial vault = painted("vault", "hell_stone", faint, white);
+  vault.twoSided = true;
+  StageMaterial haze = painted("haze", "hell_haze", none, white);
+  haze.twoSided = true;
+  StageMaterial halo = painted("halo", "hell_halo", none, white);
+  halo.twoSided = true;
+  StageMaterial iron = painted("iron", "hell_iron", half, {0.55f, 0.55f, 0.55f});
+  iron.environment = true;
+  return {
+      painted("lava", "hell_lava", none, white),
+      painted("stone", "hell_stone", faint, white),
+      vault,
+      painted("shell", "hell_sphere", half, {0.85f, 0.85f, 0.85f}),
+      painted("heart", "hell_heart", none, white),
+      painted("blaze", "hell_blaze", none, white),
+      painted("lakehaze", "hell_lake", none, white),
+      iron,
+      haze,
+      halo,
+  };
+}
+
+// --- The stage
+
+// Where each part lies while it is baked, so that none shades another that it does not stand beside.
+const std::vector<std::pair<StonePart, Vector>>& bakingPlaces() {
+  static const std::vector<std::pair<StonePart, Vector>> places{
+      {pier, Vector(-3000, 0, 0)},   {rib, Vector(0, 0, 0)},          {boss, Vector(0, 0, 0)},
+      {web, Vector(0, 0, 0)},        {brokenRib, Vector(0, 0, 2000)}, {choirWall, Vector(0, 0, -2000)},
+      {causeway, Vector(3000, 0, 0)}};
+  return places;
+}
+
+Surface bakedStone() {
+  Surface all;
+  for (const auto& [part, place] : bakingPlaces()) append(all, placed(stonePart(part), moved(place)), part);
+  return mappedAtlas(all,
+                     {.charts = Charts::byNormals, .side = 1024, .density = [](const Triangle& triangle) {
+                        return triangle.part == web ? 0.6f : triangle.part == choirWall ? 0.75f : 1.0f;
+                      }});
+}
+
+Surface builtPart(const Surface& stone, StonePart part, const Placement& placement) {
+  for (const auto& [which, place] : bakingPlaces())
+    if (which == part) return placed(partOf(stone, part), moved(place * -1.0f) >> placement);
+  return {};
+}
+
+void addMasonry(Stage& stage, const Surface& stone) {
+  const Placement mirror = stretched(-1, 1, 1);
+  Surface piers, ribs, vaults;
+  for (int i = -3; i <= 3; ++i) {
+    const float z = bay * static_cast<float>(i);
+    for (const bool right : {false, true}) {
+      // Each pier is turned by whole sides of its honeycomb.
+      const Placement left =
+          turnedY(static_cast<float>((i + (right ? 5 : 3)) % 2) * 180.0f) >> moved(-naveHalf, 0, z);
+      append(piers, builtPart(stone, pier, right ? left >> mirror : left));
+    }
+  }
+  struct Arch {
+    int place;
+    StonePart left, right;
+  };
+  const Arch arches[] = {{-3, rib, rib}, {-2, rib, rib},      {-1, rib, rib}, {0, rib, brokenRib},
+                         {1, rib, rib},  {2, brokenRib, rib}, {3, rib, rib}};
+  for (const Arch& arch : arches) {
+    const Placement there = moved(0, 0, bay * static_cast<float>(arch.place));
+    append(ribs, builtPart(stone, arch.left, there));
+    append(ribs, builtPart(stone, arch.right, mirror >> there));
+    if (arch.left == rib && arch.right == rib) append(ribs, builtPart(stone, boss, there));
+  }
+  for (const int place : {-3, -2, -1, 2}) {
+    append(vaults, builtPart(stone, web, moved(0, 0, bay * static_cast<float>(place))));
+    if (place != -1)
+      append(vaults, builtPart(stone, web, mirror >> moved(0, 0, bay * static_cast<float>(place))));
+  }
+  stage.meshes.push_back({.name = "piers", .surface = piers, .material = "stone"});
+  stage.meshes.push_back({.name = "ribs", .surface = ribs, .material = "stone"});
+  stage.meshes.push_back({.name = "vaults", .surface = vaults, .material = "vault"});
+  stage.meshes.push_back({.name = "choirwall",
+                          .surface = builtPart(stone, choirWall, moved(0, 0, choirPlace)),
+                          .material = "stone"});
+  // Islands of columns that rise and sink.
+  const Placement islands[] = {turnedY(20) >> moved(52, -6, 150), turnedY(200) >> moved(-60, -9, 60),
+                               turnedY(80) >> moved(40, -12, -130), turnedY(310) >> moved(-150, -4, 120)};
+  for (int i = 0; i < 4; ++i) {
+    const Vector pivot = islands[i].origin;
+    stage.meshes.push_back(
+        {.name = "island" + std::to_string(i + 1),
+         .surface = builtPart(stone, causeway, islands[i]),
+         .pivot = pivot,
+         .material = "stone",
+         .motion = rising(pivot, 2.2f, 2.0f + static_cast<float>(i % 3), 0.3f * static_cast<float>(i))});
+  }
+}
+
+void addSphere(Stage& stage, const std::vector<Plate>& plates, const Surface& shellSurface) {
+  Surface whole;
+  for (std::size_t i = 0; i < plates.size(); ++i)
+    if (!plates[i].loose) append(whole, partOf(shellSurface, firstPlate + static_cast<int>(i)));
+  stage.meshes.push_back({.name = "Sphere",
+                          .surface = whole,
+                          .pivot = sphereCentre,
+                          .material = "shell",
+                          .motion = sphereMotion()});
+  StageMesh glowing{
+      .name = "heart", .parent = "Sphere", .surface = heart(), .pivot = sphereCentre, .material = "heart"};
+  glowing.motion.turns = turnKeys(loopSeconds, 20, [](float t) { return turnedY(-360 * t / loopSeconds); });
+  stage.meshes.push_back(glowing);
+  int loose = 0;
+  for (std::size_t i = 0; i < plates.size(); ++i) {
+    if (!plates[i].loose) continue;
+    const Vector pivot = sphereCentre + plates[i].outward * sphereRadius;
+    stage.meshes.push_back({.name = "plate" + std::to_string(++loose),
+                            .parent = "Sphere",
+                            .surface = partOf(shellSurface, firstPlate + static_cast<int>(i)),
+                            .pivot = pivot,
+                            .material = "shell",
+                            .motion = plateMotion(plates[i], pivot, loose)});
+  }
+  for (int i = 0; i < 2; ++i) {
+    const Vector place(0, parked, 0);
+    stage.meshes.push_back(
+        {.name = "part0" + std::to_string(i + 1),
+         .surface = placed(partOf(shellSurface, firstShard + i),
+                           moved(place - Vector(200.0f * static_cast<float>(i + 1), 0, 0))),
+         .pivot = place,
+         .material = "shell"});
+  }
+}
+
+void addIron(Stage& stage) {
+  stage.meshes.push_back({.name = "shackle", .surface = withoutMapping(shackle()), .material = "iron"});
+  struct Hanging {
+    float x, y, z, length, degrees, turns;
+  };
+  const Hanging chains[] = {
+      {-46, 236, 180, 96, 4, 5}, {62, 224, 90, 84, 3, 4}, {-30, 250, 0, 70, 5, 6}, {40, 240, -90, 110, 3, 5}};
+  int count = 0;
+  for (const Hanging& hanging : chains) {
+    const Vector pivot(hanging.x, hanging.y, hanging.z);
+    stage.meshes.push_back(
+        {.name = "chain" + std::to_string(++count),
+         .surface = placed(withoutMapping(danglingChain(hanging.length)), moved(pivot)),
+         .pivot = pivot,
+         .material = "iron",
+         .motion = dangling(hanging.degrees, hanging.turns, 0.23f * static_cast<float>(count))});
+  }
+}
+
+// What is seen through, from far to near for the camera in the nave.
+void addHaze(Stage& stage) {
+  stage.meshes.push_back(
+      {.name = "lakehaze",
+       .surface = placed(plane(2 * lakeHazeReach, 2 * lakeHazeReach, 2, 2), moved(0, 0.8f, 0)),
+       .material = "lakehaze"});
+  int count = 0;
+  for (const float z : {-290.0f, -225.0f, -120.0f}) {
+    const Vector pivot(0, -8, z);
+    StageMesh mesh{.name = "haze" + std::to_string(++count),
+                   .surface = placed(card(520, 210), moved(pivot)),
+                   .pivot = pivot,
+                   .material = "haze"};
+    mesh.motion.positions = positionKeys(loopSeconds, 20, [=](float t) {
+      return pivot +
+             Vector(26 * swing(t, loopSeconds, 1, 0.3f * z), 5 * swing(t, loopSeconds, 2, 0.1f * z), 0);
+    });
+    stage.meshes.push_back(mesh);
+  }
+  // Through the sphere's middle, turned so that no camera sees its edge.
+  const float side = 7 * sphereRadius;
+  stage.meshes.push_back(
+      {.name = "halo",
+       .surface = placed(card(side, side), moved(0, -side / 2, 0) >> turnedY(-24) >> moved(sphereCentre)),
+       .pivot = sphereCentre,
+       .material = "halo"});
+}
+
+Model hellModel(const Settings& settings) {
+  const std::vector<Plate> plates = shellPlates();
+  Surface shellSurface;
+  for (int i = 0; i < 2; ++i)
+    append(shellSurface, placed(withoutMapping(shard(i)), moved(200.0f * static_cast<float>(i + 1), 0, 0)),
+           firstShard + i);
+  for (std::size_t i = 0; i < plates.size(); ++i)
+    append(shellSurface, withoutMapping(plates[i].surface), firstPlate + static_cast<int>(i));
+  shellSurface = mappedAtlas(shellSurface, {.charts = Charts::byNormals, .side = 512});
+  const Surface stone = bakedStone();
+
+  const auto picture = [&](const Surface& surface, const Surface& obstacles, const BakeLook& look, int side,
+                           float wear, Colour4 (*colour)(const BakePoint&)) {
+    BakePaint paint;
+    paint.side = settings.side(side);
+    paint.lit = !settings.draft;
+    paint.wearWidth = wear;
+    paint.paint = colour;
+    return bake(surface, rayTree(withoutMapping(obstacles)), look, paint);
+  };
+
+  Stage stage;
+  stage.seconds = shotSeconds;
+  stage.materials = materials();
+  const int quads = static_cast<int>(2 * lakeReach / tileSize);
+  stage.meshes.push_back({.name = "Lava",
+                          .surface = mappingScaled(plane(2 * lakeReach, 2 * lakeReach, quads, quads),
+                                                   static_cast<float>(quads), static_cast<float>(quads)),
+                          .material = "lava"});
+  stage.meshes.push_back({.name = "fire",
+                          .surface = placed(card(330, 330), moved(0, -4, choirPlace - 34)),
+                          .material = "blaze"});
+  addMasonry(stage, stone);
+  addIron(stage);
+  addSphere(stage, plates, shellSurface);
+  StageMesh sprayer{.name = "Sprayer01", .pivot = sprayerPlace(0), .helper = true};
+  sprayer.motion.positions = positionKeys(loopSeconds, 5, sprayerPlace);
+  stage.meshes.push_back(sprayer);
+  addHaze(stage);
+  stage.lights = lights();
+  stage.cameras = cameras();
+
+  return {stage,
+          {lavaPicture(settings.side(512)), picture(stone, stone, stoneLook(), 1024, 0.8f, stoneColour),
+           picture(shellSurface, joined({withoutMapping(shellSurface), withoutMapping(heart())}),
+                   sphereLook(), 512, 0.7f, sphereColour),
+           heartPicture(settings.side(256)), blazePicture(settings.side(256)),
+           lakeHazePicture(settings.side(256), lakeHazeReach),
+           sphereMap([](const Vector& d) { return hellLight(d) * 0.9f; }, lookTowards(-1.5f, 0),
+                     settings.side(256), 2),
+           hazePicture(settings.side(256)), haloPicture(settings.side(256))}};
+}
+
+}  // namespace
+
+Products hellModels() {
+  return {model("hell",
+                {{"hell_lava", PictureKind::jpeg},
+                 {"hell_stone", PictureKind::jpeg},
+                 {"hell_sphere", PictureKind::jpeg},
+                 {"hell_heart", PictureKind::jpeg},
+                 {"hell_blaze", PictureKind::jpeg},
+                 {"hell_lake", PictureKind::maskedJpeg},
+                 {"hell_iron", PictureKind::jpeg},
+                 {"hell_haze", PictureKind::maskedJpeg},
+                 {"hell_halo", PictureKind::maskedJpeg}},
+                5, hellModel, {"production/models/hell_", "production/textures/hell_light."})};
+}
+
+}  // namespace vex

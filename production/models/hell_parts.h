@@ -1,0 +1,53 @@
+#pragma once
+
+#include <vector>
+
+#include "production/models/stage.h"
+
+// Hell in pieces: a cathedral of basalt that stands in a lake of lava, its nave along z, and the sphere that
+// hangs chained in it. One unit is about a foot; the lake is y = 0; the choir is at -z, the nave's other end
+// is open.
+
+namespace vex::hell {
+
+inline constexpr float loopSeconds = 20;  // of everything but the sphere
+inline constexpr float sphereSeconds = 5;
+inline constexpr float shotSeconds = 20;
+
+// --- The sphere: plates of a black shell around a burning heart.
+
+inline const Vector sphereCentre(0, 88, 0);
+inline constexpr float sphereRadius = 30;
+
+struct Plate {
+  Surface surface;
+  Vector outward;      // unit
+  bool loose = false;  // drifts out and back; the others are one piece
+};
+std::vector<Plate> shellPlates();
+Surface heart();
+Surface shard(int which);  // about the origin
+
+// --- The masonry, numbered as parts of one surface for baking. Ribs and webs are left halves at z = 0, pier
+// and causeway stand about the origin; the right side is the left one's mirror image.
+
+enum StonePart { pier, rib, brokenRib, boss, web, choirWall, causeway };
+inline constexpr float naveHalf = 105;  // from the middle to the middle of the piers
+inline constexpr float bay = 90;        // from pier to pier along the nave
+Surface stonePart(StonePart part);
+
+// --- Iron
+
+Surface shackle();                    // the ring around the sphere and the chains that hold it
+Surface danglingChain(float length);  // from y = 0 down, its last link bent open
+
+// --- Pictures without baked light
+
+Canvas lavaPicture(int side);                   // tiles
+Canvas heartPicture(int side);                  // tiles across
+Canvas blazePicture(int side);                  // the fire behind the choir
+Canvas haloPicture(int side);                   // the glow around the sphere
+Canvas lakeHazePicture(int side, float reach);  // seen from above, `reach` units from middle to edge
+Canvas hazePicture(int side);                   // a card, clear at its borders
+
+}  // namespace vex::hell
