@@ -75,7 +75,7 @@ Colour4 deckColour(const BakePoint& p) {
   Colour4 colour =
       gradient(steelRamp, (0.20f + 0.10f * plate + 0.16f * wear) * (0.45f + 0.55f * seam)) * p.light;
   colour = mix(colour, colour * 0.35f + gradient(violetRamp, 0.10f), puddle);
-  colour.a = mix(0.80f, 0.26f, puddle * seam);
+  colour.a = mix(0.66f, 0.16f, puddle * seam);
   return colour;
 }
 
