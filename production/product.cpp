@@ -107,6 +107,7 @@ Products allProducts() {
   append(all, spritePictures());
   append(all, eyeMovie());
   append(all, statisticsFont());
+  append(all, introBoxModel());
   append(all, monsterModels());
   append(all, hellModels());
   append(all, layerParticlesModel());

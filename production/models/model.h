@@ -25,6 +25,7 @@ Product model(const std::string& name, const std::vector<ModelPicture>& pictures
 
 // One source each.
 Products hellModels();
+Products introBoxModel();
 Products monsterModels();
 Products layerParticlesModel();
 Products layerRaysModel();

@@ -6,6 +6,7 @@
 #include "production/image/noise.h"
 #include "production/textures/families.h"
 #include "production/textures/palette.h"
+#include "production/textures/title.h"
 #include "scenes/word_endings.h"
 
 namespace vex {
@@ -29,7 +30,8 @@ constexpr float openV[][2] = {{-0.14f, 0.78f}, {0.07f, 1.06f}, {0.33f, 0.86f}, {
                               {0.43f, -0.21f}, {0.03f, 0.20f}, {0.03f, 0.70f}};
 constexpr float openVWidth = 1.02f;
 
-// "vex", an x high.
+}  // namespace
+
 Lettering titleLetters() {
   const float heightOfX = -setText(blackletter, "x", 0).top;
   Lettering text = placed(setText(blackletter, "ex", 0.035f), 1 / heightOfX, 1 / heightOfX, openVWidth, 0);
@@ -41,6 +43,8 @@ Lettering titleLetters() {
   }
   return placed(std::move(text), 1, 1, 0, 0);
 }
+
+namespace {
 
 Canvas titleWord(const Settings& settings, int frame) {
   const int width = settings.side(256), height = width / 2;

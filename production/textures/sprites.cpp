@@ -43,6 +43,22 @@ float spark(float x, float y, float r) {
   return std::exp(-r * r * 26 / torn) + 0.2f * std::exp(-r * 7);
 }
 
+// A puff of smoke, white: scenes give it its colour, or let it darken.
+Canvas puff(const Settings& settings, int number) {
+  const int side = settings.side(128);
+  const auto seed = static_cast<std::uint32_t>(750 + 4 * number);
+  return paint(side, side, [&](float u, float v) {
+    const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
+    const float wx = fractal(u * 3, v * 3, 0, 4, 0.5f, seed),
+                wy = fractal(u * 3, v * 3, 0, 4, 0.5f, seed + 1);
+    const float r = std::hypot(x + 0.35f * wx, y + 0.35f * wy);
+    const float billows = 0.55f + 0.55f * fractal(u * 3.5f + wx, v * 3.5f + wy, 0, 5, 0.55f, seed + 2);
+    const float light =
+        std::pow(clamp01(1 - r / 0.9f), 1.4f) * clamp01(billows) * smoothStep(0.97f, 0.6f, std::hypot(x, y));
+    return Colour4{light, light, light} * 0.95f;
+  });
+}
+
 }  // namespace
 
 Products spritePictures() {
@@ -50,8 +66,12 @@ Products spritePictures() {
     return picture(name, PictureKind::bmp, "sprites", 0.2f,
                    [&ramp, light](const Settings& settings) { return sprite(settings, 128, ramp, light); });
   };
-  return {add("flare_normal", boneRamp, soft), add("flare_shine", emberRamp, star),
-          add("flare_particle", emberRamp, spark), add("flare_highpass", violetRamp, star)};
+  Products products{add("flare_normal", boneRamp, soft), add("flare_shine", emberRamp, star),
+                    add("flare_particle", emberRamp, spark), add("flare_highpass", violetRamp, star)};
+  for (int number = 1; number <= 4; ++number)
+    products.push_back(picture("flare_smoke" + std::to_string(number), PictureKind::bmp, "sprites", 0.2f,
+                               [number](const Settings& settings) { return puff(settings, number); }));
+  return products;
 }
 
 }  // namespace vex

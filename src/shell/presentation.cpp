@@ -9,6 +9,7 @@
 #include "scenes/scene_alien.h"
 #include "scenes/scene_hell.h"
 #include "scenes/scene_helper.h"
+#include "scenes/scene_intro_box.h"
 #include "scenes/scene_layer_particles.h"
 #include "scenes/scene_layer_rays.h"
 #include "scenes/scene_layer_rot_cubes.h"
@@ -39,7 +40,7 @@ Scene* constructModel() {
 
 // The order in which scenes are constructed, and with it the order of their textures.
 constexpr Scene* (*sceneConstructors[])() = {
-    construct<SceneHelper>,           constructModel<sceneAlien>,
+    construct<SceneHelper>, constructModel<sceneIntroBox>,           constructModel<sceneAlien>,
     constructModel<sceneHell>,        constructModel<sceneLayerParticles>,
     constructModel<sceneLayerWide>,   constructModel<sceneLayerRotCubes>,
     constructModel<sceneLayerWobbel>, constructModel<sceneLayerRays>,

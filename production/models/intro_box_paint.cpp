@@ -1,0 +1,297 @@
+#include <algorithm>
+#include <cmath>
+
+#include "production/geometry/bake.h"
+#include "production/geometry/mapping.h"
+#include "production/image/filter.h"
+#include "production/image/lettering.h"
+#include "production/image/noise3.h"
+#include "production/models/intro_box_parts.h"
+#include "production/textures/palette.h"
+#include "production/textures/title.h"
+
+// Paint and baked light of the reliquary's world, and the burning title.
+
+namespace vex::reliquary {
+
+namespace {
+
+const Colour4 warmKey{1.15f, 1.0f, 0.78f};
+const Colour4 acidRim{0.34f, 0.72f, 0.16f};
+
+// A dim vault, a little green light in its depth.
+Colour4 vaultSky(const Vector& d) {
+  const float back = std::pow(std::max(0.0f, 0.5f - 0.5f * d.z), 2.0f) * smoothStep(-0.2f, 0.3f, d.y);
+  return mix(Colour4{0.05f, 0.05f, 0.06f}, Colour4{0.26f, 0.26f, 0.27f}, smoothStep(-0.4f, 1, d.y)) +
+         acidRim * (0.5f * back);
+}
+
+BakeLook vaultLook(float reach) {
+  BakeLook look;
+  look.sky = vaultSky;
+  look.lights = {{.towards = Vector(-0.65f, 0.95f, 0.8f), .size = 0.18f, .colour = warmKey},
+                 {.towards = Vector(0.9f, 0.55f, -0.7f), .size = 0.2f, .colour = acidRim}};
+  look.bounce = {0.03f, 0.035f, 0.03f};
+  look.reach = reach;
+  return look;
+}
+
+// What polished metal mirrors to an eye before it: a warm window at the upper left, a slit of green at the
+// right, a pale floor line.
+Colour4 glint(const Vector& normal) {
+  const Vector gaze = unit(Vector(0.05f, -0.22f, -1));
+  const Vector r = gaze - normal * (2 * dot(gaze, normal));
+  const float window = std::pow(std::max(0.0f, dot(r, unit(Vector(-0.55f, 0.75f, 0.6f)))), 9.0f);
+  const float slit = std::pow(std::max(0.0f, dot(r, unit(Vector(0.9f, 0.25f, 0.2f)))), 14.0f);
+  const float line = std::exp(-std::fabs(r.y + 0.12f) * 9) * std::max(0.0f, r.z);
+  return warmKey * (1.25f * window) + acidRim * (0.8f * slit) + Colour4{0.22f, 0.2f, 0.16f} * line;
+}
+
+// Height of the engraving on iron at a place of a plane, about -1 to 1: a vine of spirals and leaves.
+float vine(float x, float y) {
+  const float cell = 10.5f;
+  const float column = std::round(x / cell), px = x - column * cell;
+  const float row = std::round(y / cell), py = y - row * cell;
+  const float odd = std::fmod(std::fabs(column + row), 2.0f) < 0.5f ? 1.0f : -1.0f;
+  const float radius = std::hypot(px, py), turn = std::atan2(py, px * odd);
+  const float spiral = std::sin(radius * 2.1f - turn * 1.0f) * smoothStep(5.2f, 3.8f, radius);
+  const float leaf =
+      smoothStep(0.7f, 0.0f, std::fabs(std::hypot(std::fabs(px) - 5.2f, std::fabs(py) - 5.2f) - 1.8f));
+  return std::max(smoothStep(0.35f, 0.85f, spiral), leaf);
+}
+
+// Where a point of the casket lies in the plane of its wall or slope.
+Uv planeOf(const Vector& p, const Vector& n) {
+  return std::fabs(n.x) > std::max(std::fabs(n.z), 0.45f) ? Uv{p.z, p.y} : Uv{p.x, p.y};
+}
+
+Colour4 ironAt(const BakePoint& p) {
+  const Uv at = planeOf(p.position, p.normal);
+  const float e = 0.45f;
+  const float cut = vine(at.u, at.v);
+  const float slope = vine(at.u + e, at.v - e) - vine(at.u - e, at.v + e);
+  const float grit = 0.5f + 0.5f * fractal(p.position * 0.35f, 0, 4, 0.6f, 901);
+  const float rust =
+      smoothStep(0.15f, 0.75f, fractal(p.position * 0.06f, 0, 5, 0.6f, 902) + 0.5f * (1 - p.open));
+  Colour4 metal = mix(Colour4{0.12f, 0.125f, 0.13f}, Colour4{0.20f, 0.20f, 0.20f}, grit);
+  metal = mix(metal, Colour4{0.21f, 0.12f, 0.06f}, 0.55f * rust);
+  metal = metal * (1 - 0.35f * cut) + gradient(brassRamp, 0.5f) * (0.55f * cut * (0.5f + 0.5f * grit));
+  metal = metal + Colour4{0.3f, 0.29f, 0.27f} * std::max(0.0f, p.edge);
+  const Vector rough =
+      unit(p.normal + Vector(slope * 0.35f, slope * 0.35f, 0) + Vector(0.1f, 0.08f, 0) * (grit - 0.5f));
+  const float relief = 1 + 0.55f * slope;
+  return metal * p.light * relief + glint(rough) * (0.20f * p.open * (1 - 0.6f * rust));
+}
+
+Colour4 brassAt(const BakePoint& p) {
+  const float grit = 0.5f + 0.5f * fractal(p.position * 0.5f, 0, 4, 0.6f, 911);
+  const float stain = smoothStep(-0.1f, 0.7f, fractal(p.position * 0.09f, 0, 4, 0.55f, 912));
+  const float deep = clamp01(1.25f - 1.5f * p.open + 0.5f * std::max(0.0f, -p.edge));
+  Colour4 metal = gradient(brassRamp, 0.50f + 0.12f * grit - 0.16f * stain + 0.28f * std::max(0.0f, p.edge));
+  metal = mix(metal, Colour4{0.06f, 0.085f, 0.05f}, 0.75f * deep);
+  const Vector rough = unit(p.normal + Vector(0.22f, 0.2f, 0.1f) * (grit - 0.5f));
+  return metal * p.light +
+         gradient(brassRamp, 0.78f) * glint(rough) * (0.85f * (1 - 0.5f * stain) * (1 - deep));
+}
+
+// Green glass with a light of its own low down, as if something shone through.
+Colour4 gemAt(const BakePoint& p) {
+  const Vector gaze(0, -0.2f, -1);
+  const float rim = 1 - std::fabs(dot(p.normal, unit(gaze)));
+  const float window = glint(p.normal).r;
+  const float within = smoothStep(0.7f, -0.8f, p.normal.y);
+  return gradient(acidRamp, 0.24f + 0.42f * within * (1 - rim)) +
+         Colour4{0.9f, 0.95f, 0.85f} * (0.9f * window) + gradient(acidRamp, 0.3f) * p.light * 0.3f;
+}
+
+// The inside glows; deep down it burns.
+Colour4 insideAt(const BakePoint& p) {
+  const float swirl = 0.5f + 0.5f * fractal(warp(p.position * 0.05f, 0, 0.8f, 921), 0, 4, 0.55f, 922);
+  const float depth = smoothStep(wallTop + 34, floorTop, p.position.y);
+  const float edge = smoothStep(0, 0.5f, p.open);
+  return gradient(acidRamp, clamp01(0.30f + 0.55f * depth + 0.28f * (swirl - 0.5f)) * (0.75f + 0.25f * edge));
+}
+
+Colour4 stoneAt(const BakePoint& p) {
+  const float radius = std::hypot(p.position.x, p.position.z / 0.74f);
+  const float grain = 0.5f + 0.5f * fractal(p.position * 0.12f, 0, 5, 0.6f, 931);
+  const float vein = 1 - std::fabs(fractal(warp(p.position * 0.022f, 0, 0.6f, 932), 0, 4, 0.5f, 933));
+  const float soot = smoothStep(0.1f, 0.8f, fractal(p.position * 0.03f, 0, 4, 0.55f, 934));
+  const float wet = smoothStep(40, 0, p.position.y) * smoothStep(100, 160, radius);
+  Colour4 marble = mix(Colour4{0.15f, 0.15f, 0.145f}, Colour4{0.27f, 0.265f, 0.24f}, grain);
+  marble = marble + gradient(acidRamp, 0.42f) * (0.5f * std::pow(vein, 14.0f));
+  marble = marble * (1 - 0.5f * soot) * (1 - 0.3f * wet);
+  marble = marble + Colour4{0.16f, 0.155f, 0.14f} * std::max(0.0f, p.edge);
+  return marble * p.light + glint(p.normal) * (0.14f * p.open);
+}
+
+// Far stone: dark, greener towards the depth and the foot.
+Colour4 farStoneAt(const BakePoint& p) {
+  const float grain = 0.5f + 0.5f * fractal(p.position * 0.04f, 0, 4, 0.6f, 941);
+  const float mist = smoothStep(220, 0, p.position.y);
+  const float fade = smoothStep(460, 200, p.position.y);
+  const Colour4 rock = mix(Colour4{0.10f, 0.10f, 0.10f}, Colour4{0.2f, 0.2f, 0.19f}, grain);
+  return (rock * p.light * 0.8f + gradient(acidRamp, 0.16f + 0.12f * mist) * (0.35f + 0.5f * mist)) * fade +
+         ink * 0.8f;
+}
+
+Colour4 colourAt(const BakePoint& p) {
+  switch (p.part % skins) {
+    case iron:
+      return ironAt(p);
+    case brass:
+      return brassAt(p);
+    case gem:
+      return gemAt(p);
+    case inside:
+      return insideAt(p);
+    default:
+      return stoneAt(p);
+  }
+}
+
+Colour4 farColourAt(const BakePoint& p) {
+  if (p.part % skins == stone) return farStoneAt(p);
+  const float grit = 0.5f + 0.5f * fractal(p.position * 0.3f, 0, 3, 0.6f, 951);
+  return Colour4{0.10f, 0.10f, 0.105f} * p.light * (0.6f + 0.6f * grit) + glint(p.normal) * 0.12f;
+}
+
+// Paints what stands once, and of each repeated form the first; then sets the copies.
+PaintedAssembly painted(const Assembly& assembly, const Surface& shadowing, const BakeLook& look, int side,
+                        const Settings& settings, float wear, Colour4 (*colour)(const BakePoint&)) {
+  Surface models = withoutMapping(assembly.single);
+  for (std::size_t i = 0; i < assembly.repeated.size(); ++i) {
+    const Copies& copies = assembly.repeated[i];
+    append(models, placed(withoutMapping(copies.form), copies.places[0]),
+           static_cast<int>(i + 1) * skins + copies.skin);
+  }
+  models = mappedAtlas(
+      models, {.charts = Charts::byNormals, .side = 512, .bleed = 3, .density = [](const Triangle& triangle) {
+                 const int skin = triangle.part % skins;
+                 return skin == inside ? 0.45f : triangle.part >= skins ? 1.3f : 1.0f;
+               }});
+  BakePaint paint;
+  paint.side = settings.side(side);
+  paint.lit = !settings.draft;
+  paint.wearWidth = wear;
+  paint.paint = colour;
+  PaintedAssembly result{selected(models, [](const Triangle& t) { return t.part < skins; }),
+                         bake(models, rayTree(shadowing), look, paint)};
+  for (std::size_t i = 0; i < assembly.repeated.size(); ++i) {
+    const Copies& copies = assembly.repeated[i];
+    const Surface form = partOf(models, static_cast<int>(i + 1) * skins + copies.skin);
+    for (const Placement& place : copies.places)
+      append(result.surface, placed(form, inverse(copies.places[0]) >> place));
+  }
+  return result;
+}
+
+}  // namespace
+
+PaintedAssembly paintedCasket(const Assembly& assembly, const Surface& shadowing, const Settings& settings,
+                              int side) {
+  BakeLook look = vaultLook(30);
+  look.rays = 49;
+  return painted(assembly, shadowing, look, side, settings, 0.7f, colourAt);
+}
+
+PaintedAssembly paintedStone(const Assembly& assembly, const Surface& shadowing, const Settings& settings,
+                             int side) {
+  BakeLook look = vaultLook(90);
+  look.rays = 36;
+  return painted(assembly, shadowing, look, side, settings, 2.5f,
+                 assembly.repeated.empty() ? colourAt : farColourAt);
+}
+
+// --- The title
+
+namespace {
+
+// Distance to the letters in texels, negative inside, on a picture `width` wide and half as high.
+Field titleDistance(int width) {
+  Lettering text = titleLetters();
+  const auto w = static_cast<float>(width), h = w / 2;
+  const float scale = std::min(w * 0.80f / (text.right - text.left), h * 0.62f / (text.bottom - text.top));
+  text = placed(std::move(text), scale, scale, 0, 0);
+  const float middleX = (text.left + text.right) / 2, middleY = (text.top + text.bottom) / 2;
+  return distanceTo(placed(std::move(text), 1, 1, w / 2 - middleX, h / 2 - middleY), width, width / 2);
+}
+
+}  // namespace
+
+Canvas veilPicture(int veil, const Settings& settings) {
+  const int width = settings.side(512);
+  const Field distance = titleDistance(width);
+  const float unit = static_cast<float>(width) / 512;
+  return paint(width, width / 2, [&, veil](float u, float v) {
+    const float x = u * 2, y = v;
+    const float wx = fractal(x * 4, y * 4, 0, 4, 0.55f, 960), wy = fractal(x * 4, y * 4, 0, 4, 0.55f, 961);
+    const auto at = [&](float du, float dv) {
+      return sample(distance, u + du, v + dv, EdgeMode::clamp) / unit;
+    };
+    float light = 0;
+    switch (veil) {
+      case 0: {  // a haze of light that licks upwards
+        for (int i = 0; i < 7; ++i) {
+          const float rise = static_cast<float>(i) / 7;
+          light +=
+              0.17f * (1 - rise) *
+              std::exp(-std::max(0.0f, at(0.02f * wx * rise, 0.16f * rise + 0.03f * wy)) / (7 + 12 * rise));
+        }
+        break;
+      }
+      case 1: {  // the letters, smouldering
+        const float d = at(0.004f * wx, 0.008f * wy);
+        const float coal = 0.5f + 0.5f * fractal(x * 9 + wx, y * 9 + wy, 0, 4, 0.6f, 962);
+        light = smoothStep(0.8f, -1.2f, d) * (0.30f + 0.45f * coal * coal) +
+                0.4f * std::exp(-std::fabs(d) / 2.2f);
+        break;
+      }
+      case 2: {  // a burning rim
+        const float d = at(0.008f * wx, 0.016f * wy);
+        light = 0.95f * std::exp(-std::fabs(d) / 1.9f) + 0.25f * std::exp(-std::fabs(d) / 8);
+        break;
+      }
+      default: {  // strands inside that flow to the right
+        const float d = at(0.006f * wx, 0.012f * wy);
+        const float strand = 1 - std::fabs(fractal(x * 3 + 0.8f * wx, y * 14 + 2 * wy, 0, 4, 0.5f, 963));
+        light = smoothStep(2.0f, -2.5f, d) * std::pow(strand, 5.0f) * 0.95f;
+        break;
+      }
+    }
+    return gradient(acidRamp, clamp01(light) * borderFade(u, v, 0.08f));
+  });
+}
+
+std::vector<Vector> placesAlongTitle(int count) {
+  constexpr int width = 128;
+  const Field distance = titleDistance(width);
+  struct Spot {
+    float x, y, inside;
+  };
+  std::vector<Spot> candidates, chosen;
+  for (int y = 0; y < width / 2; ++y)
+    for (int x = 0; x < width; ++x)
+      if (distance.at(x, y) < -0.6f)
+        candidates.push_back({(static_cast<float>(x) + 0.5f) / width, (static_cast<float>(y) + 0.5f) / width,
+                              -distance.at(x, y)});
+  // Each time the place farthest from all that are taken, rather in the middle of a stroke than at its edge.
+  while (static_cast<int>(chosen.size()) < count) {
+    const Spot* best = &candidates.front();
+    float most = -1;
+    for (const Spot& spot : candidates) {
+      float near = 1;
+      for (const Spot& taken : chosen) near = std::min(near, std::hypot(spot.x - taken.x, spot.y - taken.y));
+      const float worth = near * std::sqrt(spot.inside);
+      if (worth > most) most = worth, best = &spot;
+    }
+    chosen.push_back(*best);
+  }
+  std::sort(chosen.begin(), chosen.end(), [](const Spot& p, const Spot& q) { return p.x < q.x; });
+  std::vector<Vector> places;
+  for (const Spot& spot : chosen)
+    places.push_back(titleMiddle + Vector((spot.x - 0.5f) * titleWidth, (0.25f - spot.y) * titleWidth, 8));
+  return places;
+}
+
+}  // namespace vex::reliquary

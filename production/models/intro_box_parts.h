@@ -1,0 +1,60 @@
+#pragma once
+
+#include <vector>
+
+#include "production/geometry/surface.h"
+#include "production/image/image.h"
+#include "production/models/stage.h"
+#include "production/product.h"
+
+// The pieces of the reliquary's world. The casket stands with its front towards +z on a plinth in the middle
+// of the world; the ground is y = 0.
+
+namespace vex::reliquary {
+
+enum Skin { iron, brass, gem, inside, stone, skins };
+
+inline constexpr float tableTop = 64;  // of the plinth
+inline constexpr float halfWidth = 48, halfDepth = 27;
+inline constexpr float floorTop = 80, wallTop = 122, lidFoot = 127.5f;  // heights of the casket
+inline const Vector lidPivot(0, 129, -31);
+inline const Vector lockPivot(0, 103, 28.5f);
+
+// One form in many places: it is painted once, where the first of them stands.
+struct Copies {
+  Surface form;
+  std::vector<Placement> places;
+  int skin = iron;
+};
+
+struct Assembly {
+  Surface single;  // parts are skins
+  std::vector<Copies> repeated;
+};
+
+Surface everything(const Assembly& assembly);
+
+Assembly casketBody();
+Assembly casketLid();  // shut
+Assembly casketLock();
+Assembly plinth();
+Assembly hall();  // fence, pillars and arches around
+
+// Colour of a lit point of casket or lock.
+struct PaintedAssembly {
+  Surface surface;
+  Canvas picture;
+};
+PaintedAssembly paintedCasket(const Assembly& assembly, const Surface& shadowing, const Settings& settings,
+                              int side);
+PaintedAssembly paintedStone(const Assembly& assembly, const Surface& shadowing, const Settings& settings,
+                             int side);
+
+// The title as four additive veils, back to front, and places along its strokes from left to right.
+inline constexpr int veilCount = 4;
+Canvas veilPicture(int veil, const Settings& settings);
+std::vector<Vector> placesAlongTitle(int count);
+inline const Vector titleMiddle(0, 200, 6);
+inline constexpr float titleWidth = 250, titleHeight = 125;  // of the veils
+
+}  // namespace vex::reliquary
