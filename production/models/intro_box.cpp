@@ -128,7 +128,7 @@ Motion veilMotion(int veil) {
 
 // A sheet for a veil, hollow towards the viewer.
 Surface veilSheet(const Vector& middle) {
-  return placed(sheet(20, 6,
+  return placed(sheet(14, 2,
                       [](float s, float t) {
                         const float x = 2 * s - 1;
                         return Vector(x * titleWidth / 2, (t - 0.5f) * titleHeight, 12 * x * x);
@@ -139,12 +139,12 @@ Surface veilSheet(const Vector& middle) {
 // Light that stands in the open box: sheets crosswise, wider above.
 Surface shafts() {
   Surface all;
-  for (int i = 0; i < 5; ++i) {
-    const float turn = -52 + 26 * static_cast<float>(i);
+  for (int i = 0; i < 3; ++i) {
+    const float turn = -30 + 30 * static_cast<float>(i);
     append(all, placed(sheet(6, 8,
                              [](float s, float t) {
-                               const float half = 34 + 46 * t;
-                               return Vector((2 * s - 1) * half, 118 * t, 0);
+                               const float half = 36 + 9 * t;
+                               return Vector((2 * s - 1) * half, 58 * t, 0);
                              }),
                        turnedY(turn) >> moved(0, 104, 0)));
   }
@@ -192,7 +192,7 @@ Canvas groundPicture(const Settings& settings, float radius) {
     const float shade = smoothStep(0.9f, 1.5f, std::hypot((x - 40) / 150, (z + 40) / 115));
     const float contact = smoothStep(0.98f, 1.25f, std::hypot(x / 150, z / 111));
     const Colour4 rock =
-        mix(Colour4{0.07f, 0.07f, 0.068f}, Colour4{0.17f, 0.165f, 0.15f}, 0.5f * slab + 0.5f * grain);
+        mix(Colour4{0.13f, 0.13f, 0.12f}, Colour4{0.30f, 0.29f, 0.26f}, 0.5f * slab + 0.5f * grain);
     Colour4 colour = rock * ((0.25f + 1.5f * light * (0.35f + 0.65f * shade)) * contact *
                              (0.45f + 0.55f * smoothStep(0.4f, 2.2f, gap)));
     colour = colour * (1 - 0.4f * wet) + gradient(acidRamp, 0.14f) * (wet * (0.25f + light));
@@ -207,7 +207,7 @@ std::vector<StageMaterial> materials() {
   const auto painted = [](const char* name, const char* texture) {
     return StageMaterial{.name = name,
                          .texture = texture,
-                         .diffuse = {0.16f, 0.16f, 0.16f},
+                         .diffuse = {0.25f, 0.25f, 0.25f},
                          .ambient = {0.92f, 0.92f, 0.92f},
                          .specular = {0.5f, 0.45f, 0.32f},
                          .shine = 0.35f,
@@ -255,7 +255,7 @@ Surface lockAsStored(const Surface& lock) {
 Model introBox(const Settings& settings) {
   const Assembly body = casketBody(), lid = casketLid(), lock = casketLock(), foot = plinth(), choir = hall();
   constexpr float groundRadius = 800;
-  const Surface ground = placed(disc(groundRadius, 48, 10), moved(0, 0, 0));
+  const Surface ground = placed(disc(groundRadius, 40, 5), moved(0, 0, 0));
   const Surface casket = joined({everything(body), everything(lid), everything(lock)});
   const Surface table = placed(withoutMapping(plane(240, 180, 1, 1)), moved(0, tableTop - 0.05f, 0));
   const Surface aroundCasket = joined({casket, table});
@@ -284,7 +284,7 @@ Model introBox(const Settings& settings) {
   // What can be seen through comes last.
   const auto pool = [&](const char* name, float radius, float deep, float y) {
     StageMesh mesh{.name = name,
-                   .surface = placed(disc(radius, 40, 6), stretched(1, 1, deep) >> moved(0, y, 0)),
+                   .surface = placed(disc(radius, 28, 2), stretched(1, 1, deep) >> moved(0, y, 0)),
                    .pivot = Vector(0, y, 0),
                    .material = "pool"};
     mesh.motion.scales = growing(Vector(0.02f, 1, 0.02f));

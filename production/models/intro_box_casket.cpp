@@ -29,7 +29,7 @@ Surface frame(float halfX, float halfZ, float low, float high, float thick, floa
 }
 
 Surface rivet(float radius) {
-  return lathe(smoothProfile({{radius, 0}, {radius * 0.86f, radius * 0.4f}, {0, radius * 0.62f}}, 3), 7, 80);
+  return lathe(smoothProfile({{radius, 0}, {radius * 0.86f, radius * 0.4f}, {0, radius * 0.62f}}, 2), 6, 80);
 }
 
 // Lies against the front: +y of the thing looks to +z.
@@ -38,9 +38,6 @@ Placement onFront(float x, float y, float z) {
 }
 Placement onSide(float x, float y, float z) {
   return turnedX(90) >> turnedY(x > 0 ? 90.0f : -90.0f) >> moved(x, y, z);
-}
-Placement onBack(float x, float y, float z) {
-  return turnedX(90) >> turnedY(180) >> moved(x, y, z);
 }
 
 Outline circle(float x, float y, float radius, int count, bool hole) {
@@ -85,7 +82,7 @@ Surface cabochon(float radius) {
 }
 
 Surface bezel(float radius) {
-  return torus(radius, radius * 0.16f, 16, 5);
+  return torus(radius, radius * 0.16f, 14, 4);
 }
 
 // A corner column with base, ring and capital.
@@ -172,7 +169,7 @@ std::vector<Vector> hipPath(float sideX, float sideZ) {
 // A leaf that curls off a hip.
 Surface crocket() {
   return placed(
-      lathe(smoothProfile({{0, 0}, {1.3f, 0.6f}, {1.1f, 2}, {2.1f, 3.4f}, {1.6f, 4.8f}, {0, 5.6f}}, 7), 7,
+      lathe(smoothProfile({{0, 0}, {1.3f, 0.6f}, {1.1f, 2}, {2.1f, 3.4f}, {1.6f, 4.8f}, {0, 5.6f}}, 5), 6,
             120),
       moved(0, -0.5f, 0));
 }
@@ -194,7 +191,7 @@ Surface finial() {
 
 // One leaf of the crest on the ridge: a pointed arch with a round eye.
 Surface crestLeaf() {
-  return placed(extrusion({pointed(3.1f, 4, 1, false), circle(0, 4.6f, 1.5f, 12, true)}, 1.5f, 0.35f),
+  return placed(extrusion({pointed(3.1f, 4, 1, false), circle(0, 4.6f, 1.5f, 12, true)}, 1.5f),
                 moved(0, 0, 0.75f));
 }
 
@@ -270,7 +267,6 @@ Assembly casketBody() {
     for (int i = 0; i < 6; ++i) {
       const float y = floorTop + 4.5f + 6.6f * static_cast<float>(i);
       rivets.places.push_back(onFront(side * strapAt, y, z + 1.1f));
-      rivets.places.push_back(onBack(side * strapAt, y, -z - 1.1f));
     }
   }
   for (int i = -6; i <= 6; ++i) {
@@ -312,7 +308,7 @@ Assembly casketLid() {
   Surface& all = lid.single;
   append(all, frame(halfWidth + 5.5f, halfDepth + 5.5f, lidFoot, lidFoot + 5.8f, 9, 1.2f), brass);
   append(all, roofShell(0), iron);
-  append(all, turnedOver(roofShell(2.2f)), inside);
+  append(all, turnedOver(roofShell(4.2f)), inside);
   const float ridgeY = roofAt(1, 0).y;
   append(all,
          tube({Vector(-34, ridgeY, 0), Vector(0, ridgeY, 0), Vector(34, ridgeY, 0)}, 12,
@@ -360,7 +356,6 @@ Assembly casketLid() {
   for (int i = -6; i <= 6; ++i)
     if (i != 0) {
       rivets.places.push_back(onFront(8.2f * static_cast<float>(i), lidFoot + 2.9f, halfDepth + 5.4f));
-      rivets.places.push_back(onBack(8.2f * static_cast<float>(i), lidFoot + 2.9f, -halfDepth - 5.4f));
     }
   for (int i = -3; i <= 3; ++i)
     for (const float side : {-1.0f, 1.0f})

@@ -26,7 +26,7 @@ Surface pillar() {
   SheetEnds ends;
   ends.closedAcross = true;
   return sheet(
-      32, 9,
+      24, 7,
       [](float s, float t) {
         const float y = t < 0.3f ? t / 0.3f * 44 : 44 + (t - 0.3f) / 0.7f * 420;
         const float base = 12 * smoothStep(44, 10, y) + 4 * smoothStep(5, 0, std::fabs(y - 40));
@@ -53,8 +53,8 @@ Surface spear() {
 
 Surface rail(float fromDegrees, float toDegrees, float y) {
   std::vector<Vector> path;
-  for (int i = 0; i <= 24; ++i)
-    path.push_back(around(fenceRadius, mix(fromDegrees, toDegrees, static_cast<float>(i) / 24), y));
+  for (int i = 0; i <= 14; ++i)
+    path.push_back(around(fenceRadius, mix(fromDegrees, toDegrees, static_cast<float>(i) / 14), y));
   return tube(
       path, 6, [](float) { return 1.6f; }, TubeEnd::flat);
 }
@@ -76,12 +76,10 @@ Surface choirArch() {
     if (hole) std::reverse(points.begin(), points.end());
     return points;
   };
-  return joined(
-      {placed(extrusion({outline(78, 190, false), outline(64, 190, true)}, 14, 3), moved(0, 0, 7)),
-       placed(extrusion({outline(64, 188, false), outline(57, 188, true)}, 8, 2), moved(0, 0, 2)),
-       placed(bevelledBox(Vector(5, 268, 5), 1.5f), moved(0, 134, 0)),
-       placed(extrusion({outline(30, 150, false), outline(25, 150, true)}, 5, 1.2f), moved(-29, 0, 2)),
-       placed(extrusion({outline(30, 150, false), outline(25, 150, true)}, 5, 1.2f), moved(29, 0, 2))});
+  return joined({placed(extrusion({outline(78, 190, false), outline(64, 190, true)}, 14, 3), moved(0, 0, 7)),
+                 placed(bevelledBox(Vector(5, 268, 5), 1.5f), moved(0, 134, 0)),
+                 placed(extrusion({outline(30, 150, false), outline(25, 150, true)}, 5), moved(-29, 0, 2)),
+                 placed(extrusion({outline(30, 150, false), outline(25, 150, true)}, 5), moved(29, 0, 2))});
 }
 
 }  // namespace

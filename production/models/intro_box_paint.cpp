@@ -118,7 +118,7 @@ Colour4 stoneAt(const BakePoint& p) {
   const float vein = 1 - std::fabs(fractal(warp(p.position * 0.022f, 0, 0.6f, 932), 0, 4, 0.5f, 933));
   const float soot = smoothStep(0.1f, 0.8f, fractal(p.position * 0.03f, 0, 4, 0.55f, 934));
   const float wet = smoothStep(40, 0, p.position.y) * smoothStep(100, 160, radius);
-  Colour4 marble = mix(Colour4{0.15f, 0.15f, 0.145f}, Colour4{0.27f, 0.265f, 0.24f}, grain);
+  Colour4 marble = mix(Colour4{0.26f, 0.26f, 0.25f}, Colour4{0.46f, 0.45f, 0.41f}, grain);
   marble = marble + gradient(acidRamp, 0.42f) * (0.5f * std::pow(vein, 14.0f));
   marble = marble * (1 - 0.5f * soot) * (1 - 0.3f * wet);
   marble = marble + Colour4{0.16f, 0.155f, 0.14f} * std::max(0.0f, p.edge);
@@ -130,7 +130,7 @@ Colour4 farStoneAt(const BakePoint& p) {
   const float grain = 0.5f + 0.5f * fractal(p.position * 0.04f, 0, 4, 0.6f, 941);
   const float mist = smoothStep(220, 0, p.position.y);
   const float fade = smoothStep(460, 200, p.position.y);
-  const Colour4 rock = mix(Colour4{0.10f, 0.10f, 0.10f}, Colour4{0.2f, 0.2f, 0.19f}, grain);
+  const Colour4 rock = mix(Colour4{0.20f, 0.20f, 0.19f}, Colour4{0.40f, 0.40f, 0.36f}, grain);
   return (rock * p.light * 0.8f + gradient(acidRamp, 0.16f + 0.12f * mist) * (0.35f + 0.5f * mist)) * fade +
          ink * 0.8f;
 }

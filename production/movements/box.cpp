@@ -6,238 +6,250 @@ using namespace screen;
 
 namespace {
 
-constexpr int lidFrames = 24, lockFrames = 12;
+// --- The world
 
-// Acid green: a figure at a door, further off and nearer.
-void addDoor(Show& show) {
-  const double start = boxBar;
-  for (const double near : {0.0, 1.0}) {
-    const double bar = start + near;
-    show.add("acid sky", bar, 1, ground,
-             Bitmap{.texture = "sky_acid", .at = covering(slide(1.05 + 0.2 * near, 1.15 + 0.2 * near))});
-    show.add("town", bar, 1, far,
-             Bitmap{.texture = "spires_acid",
-                    .at = {slide(-1.3 - 0.3 * near, -1.22 - 0.35 * near), -0.05, 2.5 + 0.6 * near, 1.0}});
-    show.add("glow in the door", bar, 1, haze,
-             Bitmap{.texture = "rays_acid",
-                    .at = centred(0, -0.05, zoom(2.0 + near, 2.3 + near, 4)),
-                    .alpha = flashes({0, 1, 2, 3}, 0.85, 0.4),
-                    .blend = Blend::add});
-    show.add("at the door", bar, 1, subject,
-             Bitmap{.texture = "figure_acid",
-                    .at = centred(-0.04, 0.28, zoom(0.82 + 0.5 * near, 0.9 + 0.55 * near, 4), 0.5)});
-    show.add("doorway", bar, 1, front,
-             Bitmap{.texture = "arch_acid",
-                    .at = covering(zoom(1.02 + 0.4 * near, 1.2 + 0.45 * near, 4), 0.02, 0.04)});
-  }
-  show.add("fumes", start, 2, smoke,
+// How the reliquary stands: 0 shut, 1 open or wide.
+struct Pose {
+  Curve lock = 0;   // half a turn
+  Curve lid = 0;    // upright
+  Curve light = 0;  // that stands in it and falls on what lies around
+};
+
+ScriptCall boxCall(const char* function, std::vector<ScriptParameter> parameters = {}) {
+  return {"SceneIntroBox", function, std::move(parameters)};
+}
+
+ScriptCall pose(const char* object, const Curve& fraction) {
+  Curve name;
+  name.kind = CurveKind::text;
+  name.text = object;
+  // The very end of a motion is its beginning.
+  return boxCall("setAnimationState", {{"object", name}, {"fraction", fraction, 0, 0.999}});
+}
+
+ScriptCall particles(const Curve& count) {
+  return boxCall("setParticleCount", {{"particle count", count, 0, 200}});
+}
+
+ScriptCall smokeAlongTitle(const Curve& level) {
+  return boxCall("showVex", {{"level", level, 0, 1}});
+}
+
+// The four burning layers of the title: how bright, and at which second of their five (up from the box until
+// 1.2, apart from 4.2).
+struct Veils {
+  Curve opacity[4] = {0, 0, 0, 0};
+  Curve seconds[4] = {0, 0, 0, 0};
+};
+
+ScriptCall draw(const Veils& veils) {
+  std::vector<ScriptParameter> parameters;
+  for (const Curve& opacity : veils.opacity) parameters.push_back({"opacity", opacity, 0, 1});
+  for (const Curve& seconds : veils.seconds) parameters.push_back({"seconds", seconds, 0, 5});
+  return boxCall("setVexFog", std::move(parameters));
+}
+
+// Shots lie one behind the other on the camera's flight, each with a stretch before it.
+enum Shot { fence, steps, arcade, lock, seam, crane, titleWide, titleNear, above };
+constexpr double shotEvery = 50 / 30.0, shotLead = 5 / 30.0, shotLength = 35 / 30.0;  // seconds of the flight
+
+void addShot(Show& show, const char* name, double fromBar, double bars, Shot shot, const Pose& stands,
+             std::vector<ScriptCall> more = {}) {
+  std::vector<ScriptCall> calls{pose("lock", stands.lock), pose("top", stands.lid),
+                                pose("shafts", stands.light), pose("pool01", stands.light),
+                                pose("pool02", stands.light)};
+  calls.insert(calls.end(), more.begin(), more.end());
+  calls.push_back(boxCall("animate"));
+  show.part(name, fromBar, bars, backdrop, std::move(calls), static_cast<int>(shot) * shotEvery + shotLead,
+            shotLength / cueSeconds(bars));
+}
+
+// A cloudy night behind the choir.
+void addNight(Show& show) {
+  const double length = barOf("shut") - boxBar;
+  show.add("night", boxBar, length, ground,
+           Bitmap{.texture = "sky_acid", .at = covering(1.2, swing(96, -0.15, 0.15))});
+  // Fumes drift through all of it.
+  show.add("fumes", boxBar, barOf("lid") - boxBar, smoke,
            Waves{.texture = "smoke_acid",
-                 .at = covering(1.3, swing(24, -0.2, 0.2)),
-                 .speed = 1.4,
-                 .amplitude = 0.045,
-                 .alpha = fade(2, 0, 0.6),
+                 .at = covering(1.4, swing(24, -0.25, 0.25), 0.3),
+                 .speed = 1.1,
+                 .amplitude = 0.04,
+                 .alpha = fade(4, 0, 0.2),
                  .blend = Blend::add});
 }
 
-// The reliquary, shut, from afar and nearer.
+// Shut, nearer with each cut.
 void addReliquary(Show& show) {
-  const double start = barOf("pulse");
-  show.add(
-      "reliquary", start, 1, ground,
-      Movie{.base = "lid", .at = covering(zoom(1.15, 1.3, 4), travel(0.14, 0.06, 4)), .first = 1, .last = 1});
-  show.add("reliquary, nearer", start + 1, 1, ground,
-           Movie{.base = "lid",
-                 .at = covering(zoom(1.7, 1.95, 4), travel(-0.22, -0.1, 4), travel(-0.05, -0.12, 4)),
-                 .first = 1,
-                 .last = 1});
-  show.add("light on iron", start, 2, haze,
+  const double start = boxBar, near = barOf("pulse");
+  addShot(show, "through the fence", start, 2, fence, {});
+  show.add("light from the left", start, 2, haze,
+           Bitmap{.texture = "haze_acid",
+                  .at = centred(slide(-0.8, -0.4), -0.35, 2.4, 1.2),
+                  .alpha = flashes(everyBeat, 0.8, 0.4),
+                  .blend = Blend::add});
+  addShot(show, "before the steps", near, 1, steps, {});
+  addShot(show, "along the arcade", near + 1, 1, arcade, {});
+  show.add("light on brass", near, 2, haze,
            Bitmap{.texture = "haze_acid",
                   .at = centred(slide(-0.9, 0.9), -0.2, 2.6, 1.5),
-                  .alpha = flashes(everyBeat, 1, 0.5),
+                  .alpha = flashes(everyBeat, 0.7, 0.25),
                   .blend = Blend::add});
-  show.add("thin fumes", start, 2, smoke,
-           Waves{.texture = "smoke_acid",
-                 .at = {-1.3, -0.1, 2.6, 1.4},
-                 .speed = 1.2,
-                 .amplitude = 0.04,
-                 .alpha = 0.3,
-                 .blend = Blend::add});
-  show.add("hedge", start, 2, front,
-           Bitmap{.texture = "thorn_acid", .at = {slide(-1.4, -1.7), slide(0.36, 0.26), 3.2, 0.9}});
 }
 
-// The lock turns, a beat later its bolts draw back.
+// Clockwork: the lock turns tick by tick, gives way with the bolt and runs on.
 void addLock(Show& show) {
   const double start = barOf("lock");
-  show.add("lock turns", start, 1, ground,
-           Movie{.base = "lock",
-                 .at = covering(zoom(1.1, 1.25, 4), 0.05),
-                 .first = 1,
-                 .last = lockFrames,
-                 .fps = lockFrames / 1.9});
-  show.add("lock, nearer", start + 1, 1, ground,
-           Movie{.base = "lock",
-                 .at = covering(zoom(1.9, 2.3, 4), -0.04, 0.02),
-                 .first = lockFrames,
-                 .last = lockFrames});
+  addShot(show, "the lock turns", start, 2, lock,
+          {.lock = line({{0, 0},      {0.2, 0.07}, {0.3, 0.06}, {1, 0.06},   {1.2, 0.13}, {1.3, 0.12},
+                         {2, 0.12},   {2.3, 0.53}, {2.5, 0.50}, {4, 0.50},   {4.2, 0.57}, {4.3, 0.56},
+                         {5, 0.56},   {5.2, 0.63}, {5.3, 0.62}, {6, 0.62},   {6.2, 0.69}, {6.3, 0.68},
+                         {6.5, 0.68}, {6.6, 0.72}, {7, 0.72},   {7.1, 0.76}, {7.5, 0.76}, {7.6, 0.80}})});
   show.add("light in the lock", start, 2, haze,
            Bitmap{.texture = "rays_acid",
-                  .at = centred(travel(0.05, -0.04, 8), 0, zoom(1.4, 3.2, 8)),
-                  .alpha = flashes({0, 2, 4, 5, 6, 6.5, 7, 7.5}, 0.8, 0.12),
+                  .at = centred(travel(-0.1, 0.05, 8), 0, zoom(1.0, 2.2, 8)),
+                  .alpha = flashes({2, 4, 5, 6, 6.5, 7, 7.5}, 0.55, 0.0),
                   .blend = Blend::add});
-  show.add("current", start, 2, smoke,
+  show.add("current", start, 2, smoke + 1,
            Waves{.texture = "threads_acid",
                  .at = covering(1.25),
                  .speed = 2.2,
                  .amplitude = 0.05,
-                 .alpha = flashes({2, 4, 5, 6, 7}, 0.8, 0.1),
+                 .alpha = flashes({2, 4, 5, 6, 7}, 0.55, 0.0),
                  .blend = Blend::add});
-  show.add("bolt", start + 0.5, 0.25, title,
-           Bitmap{.texture = "streak_acid",
-                  .at = {slide(-1.6, -1.2), -0.2, 2.8, 0.4},
-                  .alpha = fade(0, 0.9),
-                  .blend = Blend::add});
 }
 
-// The mechanism winds itself up: iron gates turn up before the wall, then the eye behind them.
+// The lid strains against its hinges, a stroke each beat, then two.
 void addBuild(Show& show) {
   const double start = barOf("build"), hold = barOf("hold"), length = hold - start;
-  const double beats = length * beatsPerBar;
-  show.add(
-      "iron", start, length, ground,
-      Tiles{.texture = "plates_acid", .at = covering(zoom(1.25, 2.2, beats)), .across = 2.4, .down = 1.35});
-  show.add("light behind", start, length, backdrop,
+  std::vector<CurveDot> lid{{0, 0}}, light{{0, 0}};
+  double level = 0.05;
+  for (const double beat : {0.0, 1.0, 2.0, 3.0, 4.0, 4.5, 5.0, 5.5, 6.0, 6.25, 6.5}) {
+    lid.insert(lid.end(), {{beat + 0.02, 0.004}, {beat + 0.07, 0.4 * level + 0.012}, {beat + 0.22, 0.006}});
+    light.insert(light.end(), {{beat + 0.02, level * 0.5}, {beat + 0.07, level}, {beat + 0.22, level * 0.5}});
+    level += 0.012;
+  }
+  addShot(show, "the lid strains", start, length, seam,
+          {.lock = 0.8, .lid = line(lid), .light = line(light)});
+  show.add("light behind", start, length, haze,
            Bitmap{.texture = "rays_acid",
-                  .at = centred(0, 0, zoom(2.6, 5.5, beats)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5}, 1, 0.5),
+                  .at = centred(0.05, 0.0, zoom(1.6, 4.0, length * beatsPerBar)),
+                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5}, 0.8, 0.1),
                   .blend = Blend::add});
-  show.add("gates turn up", start, length, subject,
-           Bitmap{.texture = "gate_acid", .at = centred(0, 0, zoom(0.25, 1.7, beats)), .alpha = fade(1, 0)},
-           Bitmap{.texture = "gate_acid", .at = centred(0, 0, zoom(0.6, 4.0, beats)), .alpha = fade(0.5, 0)});
-  show.add("current rises", start, length, smoke,
+  show.add("current rises", start, length, smoke + 1,
            Waves{.texture = "threads_acid",
-                 .at = covering(zoom(1.2, 2, beats)),
+                 .at = covering(zoom(1.2, 2, length * beatsPerBar)),
                  .speed = 3,
                  .amplitude = 0.06,
-                 .alpha = slide(0, 0.8),
+                 .alpha = slide(0, 0.5),
                  .blend = Blend::add});
   const double doubles = barOf("build doubles");
   show.add("vexing", doubles, hold - doubles, title, glitching(vex(ing, zoom(0.9, 1.4, 3)), 0.45, 3, 1.18));
-  show.add("hold", hold, barOf("lid") - hold, ground, Fade{},
+  show.add("hold", hold, barOf("lid") - hold, title, Fade{},
            Movie{.base = "eye", .at = covering(zoom(2.2, 2.35, 1)), .first = 32, .last = 32});
 }
 
-// The lid goes up; light and smoke pour out over two bars.
+// The lid goes up, light and smoke pour out, and in them the title rises.
 void addLid(Show& show) {
   const double start = barOf("lid");
-  const double seconds = cueSeconds(1.5);
-  show.add("lid lifts", start, 1.5, ground,
-           Movie{.base = "lid",
-                 .at = covering(zoom(1.1, 1.2, 6), travel(0.06, 0, 6), travel(-0.02, 0.14, 6)),
-                 .first = 1,
-                 .last = lidFrames,
-                 .fps = (lidFrames - 0.5) / seconds});
-  show.add("lid is up", start + 1.5, 0.5, ground,
-           Movie{.base = "lid",
-                 .at = covering(zoom(1.2, 1.25, 2), 0, travel(0.14, 0.17, 2)),
-                 .first = lidFrames,
-                 .last = lidFrames});
+  Veils veils;
+  veils.opacity[0] = line({{0, 0}, {3.9, 0}, {6, 0.5}, {partEnd, 0.6}});
+  veils.seconds[0] = line({{0, 0}, {4, 0}, {partEnd, 1.1}});
+  addShot(show, "the lid lifts", start, 2, crane,
+          {.lock = 0.8,
+           .lid = spline({{0, 0.03},
+                          {0.4, 0.16},
+                          {1, 0.2},
+                          {2, 0.3},
+                          {5, 0.93},
+                          {5.6, 0.99},
+                          {6.2, 0.95},
+                          {partEnd, 0.96}}),
+           .light = line({{0, 0.12}, {0.3, 0.4}, {2, 0.4}, {5, 1}, {partEnd, 1}})},
+          {particles(line({{0, 60}, {3, 150}, {partEnd, 180}})),
+           smokeAlongTitle(line({{0, 0}, {3.5, 0}, {partEnd, 0.55}})), draw(veils)});
   show.add("light pours", start, 2, haze,
            Bitmap{.texture = "rays_acid",
-                  .at = centred(0, travel(-0.02, 0.1, 8), zoom(1.6, 4.2, 8)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 5, 6, 7}, 1, 0.35),
+                  .at = centred(0, travel(0.05, 0.16, 8), zoom(1.6, 3.8, 8)),
+                  .alpha = flashes({0, 1, 2, 3, 4, 5, 6, 7}, 0.8, 0.35),
                   .blend = Blend::add});
   show.add("smoke pours", start, 2, smoke,
            Waves{.texture = "smoke_acid",
                  .at = {-1.3, slide(0.2, -1.2), 2.6, slide(0.9, 2.4)},
                  .speed = 2.4,
                  .amplitude = 0.06,
-                 .alpha = slide(0, 0.85),
+                 .alpha = slide(0.1, 0.45),
                  .blend = Blend::add});
   show.add("sparks pour", start + 0.5, 1.5, smoke + 1,
-           Noise{.texture = "sparks_acid", .speedX = 0.02, .speedY = 0.16, .alpha = fade(2, 0, 0.9)});
+           Noise{.texture = "sparks_acid", .speedX = 0.02, .speedY = 0.16, .alpha = fade(2, 0, 0.8)});
 }
 
-// Four layers of the title burn through the smoke, each before another side of the world that was let out.
+// Four layers of the title burn in the smoke above the box, one more with each bar.
 void addLayers(Show& show) {
-  const char* const names[] = {"layer 1", "layer 2", "layer 3", "layer 4"};
-  const double starts[] = {barOf(names[0]), barOf(names[1]), barOf(names[2]), barOf(names[3])};
-  show.add("box below", starts[0], 1, ground,
-           Movie{.base = "lid",
-                 .at = covering(zoom(1.5, 1.75, 4), travel(0.1, 0.0, 4), travel(0.22, 0.34, 4)),
-                 .first = lidFrames,
-                 .last = lidFrames});
-  show.add("sky alight", starts[1], 3, ground,
-           Bitmap{.texture = "sky_acid", .at = covering(slide(1.6, 1.2), 0.1, -0.15)});
-  show.add("watcher", starts[1], 1, subject,
-           Bitmap{.texture = "figure_acid",
-                  .at = centred(slide(0.72, 0.68), slide(0.16, 0.12), slide(1.75, 1.85), 0.5)});
-  show.add("town alight", starts[2], 1, far,
-           Bitmap{.texture = "spires_acid", .at = {slide(-1.5, -1.7), slide(-0.42, -0.5), 3.2, 1.5}});
-  // Brambles close in from below and, turned over, from above.
-  show.add(
-      "thorns below", starts[3], 1, front,
-      Bitmap{.texture = "thorn_acid", .at = {slide(-1.2, -1.5), slide(0.25, 0.02), slide(2.4, 3.0), 0.95}});
-  show.add("thorns above", starts[3], 1, front + 1,
-           Bitmap{.texture = "thorn_acid",
-                  .at = {slide(1.5, 1.2), slide(-0.25, -0.02), slide(-3.0, -2.4), -0.95}});
-  for (int layer = 0; layer < 4; ++layer) {
-    const double start = starts[layer];
-    show.add(names[layer], start, 1, title,
-             glitching(vex(ed, spline({{0, 1.75}, {0.5, 1.2}, {2, 1.22}, {partEnd, 1.32}}), 0,
-                           layer == 2 ? -0.2 : 0),
-                       flashes({0, 0.5, 2, 3}, 1, 0.02), layer + 1, swing(4, 1.08, 1.2)));
-    show.add("burning edge", start, 1, title - 1,
-             Bitmap{.texture = "rays_acid",
-                    .at = centred(travel(-0.5, 0.5, 4), 0, zoom(1.6, 2.4, 4), 2.4),
-                    .alpha = flashes({0, 1, 2, 3}, 0.9, 0.25),
-                    .blend = Blend::add});
-  }
-  show.add("thick smoke", starts[0], 4, smoke,
+  const double start = barOf("layer 1"), near = barOf("layer 3");
+  const auto strike = [](double beat, double rest) {
+    return line({{beat, 0}, {beat + 0.03, 1}, {beat + 1, rest}, {beat + 4, rest * 0.9}});
+  };
+  Veils wide;
+  wide.opacity[0] = strike(0, 0.85);
+  wide.opacity[1] = strike(4, 0.8);
+  for (int i = 0; i < 2; ++i) wide.seconds[i] = slide(1.1 + 0.15 * i, 2.3 + 0.15 * i);
+  const Pose open{.lock = 0.8, .lid = swing(4, 0.94, 0.97), .light = swing(2, 0.9, 0.999)};
+  addShot(show, "title in the smoke", start, 2, titleWide, open,
+          {particles(160), smokeAlongTitle(slide(0.55, 1)), draw(wide)});
+  Veils all;
+  all.opacity[0] = 0.75, all.opacity[1] = 0.7;
+  all.opacity[2] = strike(0, 0.85);
+  all.opacity[3] = strike(4, 0.9);
+  for (int i = 0; i < 4; ++i)
+    all.seconds[i] = line({{0, 2.3 + 0.1 * i}, {7, 3.6 + 0.1 * i}, {7.4, 4.3}, {partEnd, 4.75}});
+  addShot(show, "title, nearer", near, 2, titleNear, open, {particles(160), smokeAlongTitle(1), draw(all)});
+  show.add("burning edge", start, 4, haze,
+           Bitmap{.texture = "rays_acid",
+                  .at = centred(0, -0.15, swing(8, 1.7, 2.3), 2.2),
+                  .alpha = flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.8, 0.15),
+                  .blend = Blend::add});
+  show.add("echoes", barOf("layer 4"), 1, title,
+           glitching(vex(ed, zoom(1.1, 1.3, 4)), flashes({0, 2, 3, 3.5}, 0.8, 0.02), 4, swing(4, 1.06, 1.2)));
+  show.add("thick smoke", start, 4, smoke,
            Waves{.texture = "smoke_acid",
                  .at = covering(1.35, 0, swing(16, -0.2, 0.2)),
                  .speed = 2,
                  .amplitude = 0.06,
-                 .alpha = flashes({0, 4, 8, 12}, 0.95, 0.5),
+                 .alpha = flashes({0, 4, 8, 12}, 0.6, 0.25),
                  .blend = Blend::add});
-  show.add("flying sparks", starts[0], 4, smoke + 1,
-           Noise{.texture = "sparks_acid", .speedX = 0.03, .speedY = 0.12, .alpha = 0.9});
+  show.add("flying sparks", start, 4, smoke + 1,
+           Noise{.texture = "sparks_acid", .speedX = 0.03, .speedY = 0.12, .alpha = 0.7});
 }
 
 // Everything runs backwards and is shut in.
 void addBackwards(Show& show) {
-  const double start = barOf("backwards"), second = barOf("backwards 2"), shut = barOf("shut");
-  const double seconds = cueSeconds(second - start);
-  show.part("lid falls", start, second - start, ground,
-            {draw(Movie{.base = "lid",
-                        .at = covering(zoom(1.4, 1.1, 4), 0, travel(0.1, 0, 4)),
-                        .first = 1,
-                        .last = lidFrames,
-                        .fps = (lidFrames - 0.5) / seconds})},
-            -0.001, -1);
-  show.part("lock turns back", second, shut - second, ground,
-            {draw(Movie{.base = "lock",
-                        .at = covering(zoom(2.2, 1.15, 3)),
-                        .first = 1,
-                        .last = lockFrames,
-                        .fps = (lockFrames - 0.5) / cueSeconds(shut - second)})},
-            -0.001, -1);
-  show.part("smoke returns", start, shut - start, smoke,
-            {draw(Waves{.texture = "smoke_acid",
-                        .at = {-1.3, slide(-1.2, 0.35), 2.6, slide(2.4, 0.7)},
-                        .speed = 2.4,
-                        .amplitude = 0.06,
-                        .alpha = slide(0.85, 0.1),
-                        .blend = Blend::add})},
+  const double start = barOf("backwards"), shut = barOf("shut"), length = shut - start;
+  show.part("smoke sinks", start, length, backdrop - 1, {boxCall("reverseSmoke")});
+  Veils veils;
+  for (int i = 0; i < 4; ++i) {
+    veils.opacity[i] = line({{0, 1}, {4, 0.8}, {6.2 - 0.3 * i, 0}, {partEnd, 0}});
+    veils.seconds[i] = line({{0, 4.4 - 0.2 * i}, {0.5, 3}, {2.5, 1.3}, {6.2 - 0.3 * i, 0}, {partEnd, 0}});
+  }
+  addShot(show, "into the box", start, length, above,
+          {.lock = line({{0, 0.8}, {4, 0.8}, {4.3, 0.55}, {5, 0.55}, {5.3, 0.3}, {6, 0.3}, {6.3, 0}}),
+           .lid = line(
+               {{0, 0.96}, {1, 0.9}, {2.2, 0.86}, {4.5, 0.5}, {6.2, 0.04}, {6.4, 0}, {6.5, 0.02}, {6.6, 0}}),
+           .light = line({{0, 1}, {3, 0.8}, {6.2, 0.06}, {6.4, 0}})},
+          {draw(veils)});
+  show.part("smoke returns", start, length, smoke,
+            {screen::draw(Waves{.texture = "smoke_acid",
+                                .at = {-1.3, slide(-1.2, 0.35), 2.6, slide(2.4, 0.7)},
+                                .speed = 2.4,
+                                .amplitude = 0.06,
+                                .alpha = slide(0.5, 0.05),
+                                .blend = Blend::add})},
             0, -1);
-  show.add("light returns", start, shut - start, haze,
+  show.add("light returns", start, length, haze,
            Bitmap{.texture = "rays_acid",
-                  .at = centred(0, travel(-0.1, 0, 7), zoom(4.2, 0.5, 7)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75}, 1, 0.4),
+                  .at = centred(travel(-0.1, 0, 7), 0.1, zoom(3.6, 0.5, 7)),
+                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75}, 0.8, 0.25),
                   .blend = Blend::add});
-  show.add("layers fall in", start, shut - start, title,
-           glitching(vex(ed, zoom(1.3, 0.12, 7)), flashes({0, 2, 4, 5, 6, 6.5}, 0.9, 0.05), 4,
-                     swing(4, 1.05, 1.3)));
   show.add("shut", shut, alienBar - shut, ground, Fade{});
   show.add("last spark", shut, alienBar - shut, subject,
            Bitmap{.texture = "streak_acid",
@@ -249,7 +261,7 @@ void addBackwards(Show& show) {
 }  // namespace
 
 void addBox(Show& show) {
-  addDoor(show);
+  addNight(show);
   addReliquary(show);
   addLock(show);
   addBuild(show);
