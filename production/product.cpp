@@ -103,7 +103,6 @@ Products allProducts() {
   append(all, hangarPictures());
   append(all, hellBoxPictures());
   append(all, chromePictures());
-  append(all, casketPictures());
   append(all, spritePictures());
   append(all, eyeMovie());
   append(all, statisticsFont());

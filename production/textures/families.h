@@ -18,7 +18,6 @@ Products silhouettePictures();  // figure, arch, thorns
 Products hangarPictures();      // the box around the alien, and its sphere map
 Products hellBoxPictures();     // the box around hell
 Products chromePictures();      // mirror balls
-Products casketPictures();      // the reliquary, its lock and its lid as movies
 Products spritePictures();      // data\flare_normal and its kin
 Products eyeMovie();            // data\eye1.jpg and so on
 Products statisticsFont();      // data\font.raw

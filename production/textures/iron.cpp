@@ -18,44 +18,6 @@ float quatrefoil(float x, float y, float size) {
   return std::min(lobes, box(ax, ay, size * 0.42f, size * 0.42f));
 }
 
-// Black iron plates with rivets in rows, hammered, lit from above; verdigris of the hue in the seams. Tiles.
-Canvas plates(const Settings& settings, const Hue& hue) {
-  const int side = settings.side(512);
-  const float texels = static_cast<float>(side);
-  const auto plateAt = [](float u, float v, float& x, float& y) {
-    const int row = static_cast<int>(v * 4);
-    const float shifted = u * 2 + (row % 2 == 0 ? 0.0f : 0.5f);
-    x = (shifted - std::floor(shifted) - 0.5f) / 2, y = v - (static_cast<float>(row) + 0.5f) / 4;
-    return hashUnit(static_cast<int>(std::floor(shifted)) % 2, row, 120);
-  };
-  const Field heights = paint(side, side, [&](float u, float v) {
-    float x, y;
-    const float id = plateAt(u, v, x, y);
-    const float plate = smoothStep(0, 0.012f, -box(x, y, 0.243f, 0.118f));
-    const float rx = std::fabs(std::fabs(x) - 0.215f), ry = std::fabs(std::fabs(y) - 0.092f);
-    const float along = std::fabs(x) - std::round(std::fabs(x) / 0.0717f) * 0.0717f;
-    const float rivet = std::min(std::hypot(rx, ry), std::hypot(along, ry));
-    const float head = 0.009f * std::sqrt(clamp01(1 - rivet * rivet / (0.013f * 0.013f)));
-    const float beaten = cellularNoise(u * 24, v * 24, 24, 121).nearest;
-    const float rough = fractal(u * 32, v * 32, 32, 4, 0.55f, 122);
-    return texels * (0.011f * plate * (0.7f + 0.6f * id) + head + 0.0022f * beaten + 0.0012f * rough);
-  });
-  const Field light = lightRelief(heights, -0.5f, -1, 0.7f, EdgeMode::wrap);
-  const Field gloss = glossRelief(heights, -0.5f, -1, 0.7f, 30, EdgeMode::wrap);
-  const Field soft = blur(heights, texels * 0.012f, EdgeMode::wrap);
-  return paint(side, side, [&](float u, float v) {
-    float x, y;
-    const float id = plateAt(u, v, x, y);
-    const float hollow =
-        clamp01((sample(soft, u, v, EdgeMode::wrap) - sample(heights, u, v, EdgeMode::wrap)) / texels * 110);
-    const float rust = smoothStep(-0.1f, 0.6f, fractal(u * 6, v * 6, 6, 5, 0.6f, 123) + hollow);
-    const float shade = sample(light, u, v, EdgeMode::wrap) * (0.44f + 0.2f * id) * (1 - 0.6f * hollow);
-    const Colour4 iron = gradient(steelRamp, shade + 0.55f * sample(gloss, u, v, EdgeMode::wrap));
-    return iron * (1 - 0.5f * rust) +
-           gradient(hue.ramp, 0.6f * rust * (0.35f + shade) + 0.4f * smoothStep(0.3f, 1.0f, hollow));
-  });
-}
-
 // A rose window a tile: a heart, twelve lancets, a wreath of roundels, quatrefoils in the corners. Light
 // comes through the panes, each of its own strength and some of another colour. Tiles.
 Canvas glass(const Settings& settings, const Hue& hue, const Ramp& accent) {
@@ -167,13 +129,11 @@ Canvas gate(const Settings& settings, const Hue& hue) {
 
 Products ironPictures() {
   Products products;
-  const HuedPictures additive{"iron", PictureKind::jpeg}, masked{"iron", PictureKind::maskedJpeg};
-  products.push_back(additive("plates_", acidHue, 3, plates));
+  const HuedPictures masked{"iron", PictureKind::maskedJpeg};
   products.push_back(picture("glass_ember", PictureKind::jpeg, "iron", 4,
                              [](const Settings& settings) { return glass(settings, emberHue, violetRamp); }));
   products.push_back(picture("glass_teal", PictureKind::jpeg, "iron", 4,
                              [](const Settings& settings) { return glass(settings, tealHue, alarmRamp); }));
-  products.push_back(masked("gate_", acidHue, 4, gate));
   products.push_back(masked("gate_", emberHue, 4, gate));
   return products;
 }

@@ -46,30 +46,6 @@ Canvas figure(const Settings& settings, const Hue& hue) {
   });
 }
 
-// A wall with one great pointed opening, its mouldings lit from beyond. Twice as wide as high.
-Canvas arch(const Settings& settings, const Hue& hue) {
-  const int width = settings.side(1024);
-  return paintSmooth(width, width / 2, 2, [&](float u, float v) {
-    const float x = (u - 0.5f) * 3.56f / 2, y = v - 0.52f;
-    const float wall = -pointedArch(x, y, 0.36f, 0.16f);  // negative in the wall
-    const float depth = -wall;
-    // Mouldings: rounded bands, each lit on the side of the opening.
-    float light = 0;
-    for (int band = 0; band < 5; ++band) {
-      const float start = 0.018f + 0.034f * static_cast<float>(band);
-      const float place = (depth - start) / 0.03f;
-      if (place > 0 && place < 1)
-        light = std::pow(1 - place, 2.5f) * (1.0f - 0.16f * static_cast<float>(band));
-    }
-    const float courses = smoothStep(0.0f, 0.03f, std::fabs(y * 14 - std::round(y * 14)));
-    const float stone = 0.5f + 0.5f * fractal(u * 30, v * 16, 0, 5, 0.6f, 190);
-    light *= (0.45f + 0.55f * stone) * (0.6f + 0.4f * courses);
-    Colour4 colour = ink * 0.7f + gradient(hue.ramp, 0.92f * light + 0.12f * stone * std::exp(-depth * 3.2f));
-    colour.a = coverage(wall, 0.006f);
-    return colour;
-  });
-}
-
 struct Thorn {
   float x0, y0, x1, y1, r0, r1;
 };
@@ -152,14 +128,10 @@ Canvas spires(const Settings& settings, const Hue& hue) {
 Products silhouettePictures() {
   Products products;
   const HuedPictures make{"silhouettes", PictureKind::maskedJpeg};
-  products.push_back(make("figure_", acidHue, 1, figure));
   products.push_back(make("figure_", emberHue, 1, figure));
-  products.push_back(make("arch_", acidHue, 2, arch));
   products.push_back(make("thorn_", boneHue, 6, brambles));
-  products.push_back(make("thorn_", acidHue, 6, brambles));
   products.push_back(make("thorn_", emberHue, 6, brambles));
   products.push_back(make("spires_", boneHue, 2, spires));
-  products.push_back(make("spires_", acidHue, 2, spires));
   products.push_back(make("spires_", emberHue, 2, spires));
   return products;
 }

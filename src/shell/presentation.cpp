@@ -40,10 +40,15 @@ Scene* constructModel() {
 
 // The order in which scenes are constructed, and with it the order of their textures.
 constexpr Scene* (*sceneConstructors[])() = {
-    construct<SceneHelper>, constructModel<sceneIntroBox>,           constructModel<sceneAlien>,
-    constructModel<sceneHell>,        constructModel<sceneLayerParticles>,
-    constructModel<sceneLayerWide>,   constructModel<sceneLayerRotCubes>,
-    constructModel<sceneLayerWobbel>, constructModel<sceneLayerRays>,
+    construct<SceneHelper>,
+    constructModel<sceneIntroBox>,
+    constructModel<sceneAlien>,
+    constructModel<sceneHell>,
+    constructModel<sceneLayerParticles>,
+    constructModel<sceneLayerWide>,
+    constructModel<sceneLayerRotCubes>,
+    constructModel<sceneLayerWobbel>,
+    constructModel<sceneLayerRays>,
 };
 
 // The glows take consecutive texture ids.

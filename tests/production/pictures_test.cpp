@@ -144,8 +144,7 @@ TEST(Pictures, HaveTheSizesAndKindsThatTheShowNeeds) {
       {"data/end_atious02.bmp", 512, 128, false}, {"data/end_er01.bmp", 512, 128, false},
       {"data/end_illum01.bmp", 512, 128, false},  {"data/vex_substract.bmp", 512, 128, true},
       {"data/eye1.jpg", 1024, 512, false},        {"data/eye32.jpg", 1024, 512, false},
-      {"data/figure_acid.jpg", 256, 512, true},   {"data/lid1.jpg", 1024, 512, false},
-      {"data/lid24.jpg", 1024, 512, false},       {"data/lock12.jpg", 1024, 512, false},
+      {"data/figure_ember.jpg", 256, 512, true},  {"data/flare_smoke4.bmp", 128, 128, false},
       {"data/orb_teal.jpg", 256, 256, true},      {"data/flare_normal.bmp", 128, 128, false},
       {"data/chrome.jpg", 512, 512, false},       {"data/monstereas.jpg", 512, 512, false},
   };
@@ -175,7 +174,7 @@ TEST(Pictures, SpritesEndInBlackAtTheirBorders) {
     const bool lossless = begins("light") || begins("vex0") || begins("end_") || begins("flare_") ||
                           path == "data/vex_substract_mask.bmp" || path == "data/moon_mask.bmp";
     const bool lossy = begins("haze_") || begins("rays_") || begins("corona_") || begins("streak_") ||
-                       begins("halvane") || begins("presents") || path.starts_with("data/gate_acid_mask") ||
+                       begins("halvane") || begins("presents") || path.starts_with("data/gate_ember_mask") ||
                        begins("orb_mask") || begins("eye");
     if (lossless) {
       EXPECT_EQ(brightestBorder(picture), 0) << path;
