@@ -53,7 +53,7 @@ std::vector<std::string> familySources(const char* family) {
   for (const std::string& start :
        {"production/textures/" + std::string(family) + ".", std::string("production/textures/hued."),
         std::string("production/textures/hangar_light."), std::string("production/textures/hell_light."),
-        std::string("production/textures/mirror_worlds."), std::string("src/scenes/word_endings.")})
+        std::string("src/scenes/word_endings.")})
     sources.push_back(start);
   return sources;
 }
@@ -102,7 +102,6 @@ Products allProducts() {
   append(all, silhouettePictures());
   append(all, hangarPictures());
   append(all, hellBoxPictures());
-  append(all, chromePictures());
   append(all, spritePictures());
   append(all, eyeMovie());
   append(all, statisticsFont());

@@ -200,6 +200,38 @@ ScriptCall draw(const TurningCubes& c) {
           "animate",
           {unit("alpha", c.alpha), number("field of view", c.field, 1, 170), blendMode(c.blend)}};
 }
+ScriptCall draw(const Filaments& f) {
+  return {"SceneLayerWide",
+          "animate",
+          {unit("alpha", f.alpha), number("speed across", f.across), number("speed up", f.up),
+           number("speed in depth", f.depth), blendMode(f.blend)}};
+}
+ScriptCall draw(const Rays& r) {
+  return {"SceneLayerRays",
+          "animate",
+          {unit("alpha", r.alpha), number("eye speed across", r.eyeAcross), number("eye speed up", r.eyeUp),
+           number("target speed across", r.targetAcross), number("target speed up", r.targetUp),
+           blendMode(r.blend)}};
+}
+ScriptCall draw(const Mirrors& m) {
+  return {"SceneLayerWobbel",
+          "animate",
+          {unit("alpha", m.alpha), blendMode(m.blend), number("phase speed x", m.speedX),
+           number("phase speed y", m.speedY), number("phase speed z", m.speedZ),
+           unit("stillness", m.stillness), number("waves along x", m.wavesX),
+           number("waves along y", m.wavesY), number("waves along z", m.wavesZ)}};
+}
+ScriptCall draw(const Particles& p) {
+  return {
+      "SceneLayerParticles",
+      "animate",
+      {unit("alpha", p.alpha), number("particle count", p.count, 0, 300), number("velocity spread", p.spread),
+       number("velocity x", p.speedX), number("velocity y", p.speedY), number("velocity z", p.speedZ),
+       number("position spread", p.scatter)}};
+}
+ScriptCall draw(const Flare& f) {
+  return {"SceneLayerParticles", "loadFlare", {text("texture", f.texture)}};
+}
 
 }  // namespace screen
 
@@ -227,6 +259,7 @@ std::string preloadList(const Script& script) {
   };
   for (const ScriptPart& part : script.parts)
     for (const ScriptCall& one : part.calls) {
+      if (one.function == "loadFlare") use(one.parameters[0].curve.text, false);
       const bool single = one.function == "drawBitmap";
       if (!single && one.function != "drawBitmapRepeat" && one.function != "drawBitmapWave" &&
           one.function != "drawNoise")

@@ -7,7 +7,7 @@
 #include "production/project_writer.h"
 
 // The words in which a time line is written: places and curves in beats, one record for each of the
-// eight screen-space functions and one for worlds, and a show that collects parts.
+// eight screen-space functions, one for worlds and one for each layer, and a show that collects parts.
 //
 // Screen: x from -1 (left) to 1, y from -1 (top) to 1; the whole screen is 2 x 2 and 16:9.
 
@@ -102,6 +102,36 @@ struct TurningCubes {
   Blend blend = Blend::add;
 };
 
+// The layers between and over the worlds. Speeds are in radians a second of scene time; a part that goes on
+// where another ended begins at the scene time at which that one ended.
+struct Filaments {
+  Curve alpha = 1;
+  double across = 0.3, up = 0.2, depth = 0.25;
+  Blend blend = Blend::add;
+};
+struct Rays {
+  Curve alpha = 1;
+  double eyeAcross = 0.5, eyeUp = 0.7, targetAcross = 0.4, targetUp = 0.6;
+  Blend blend = Blend::add;
+};
+struct Mirrors {
+  Curve alpha = 1;
+  Blend blend = Blend::over;
+  Curve speedX = 2, speedY = 2.7, speedZ = 1.6;  // of the waves; these may change
+  Curve stillness = 0.5;                         // 0: stretched from a half to one and a half
+  Curve wavesX = 0.5, wavesY = 0.6, wavesZ = 0.4;
+};
+// Before the eye, which stands at (0, 0, 30) and looks along -z.
+struct Particles {
+  Curve alpha = 1, count = 100;
+  Curve spread = 5;  // of the velocities, units a second
+  Curve speedX = 0, speedY = 0, speedZ = 0;
+  Curve scatter = 20;  // half the side of the cube in which they begin
+};
+struct Flare {
+  const char* texture;  // of the particles, from here on
+};
+
 ScriptCall draw(const Bitmap& bitmap);
 ScriptCall draw(const Tiles& tiles);
 ScriptCall draw(const Waves& waves);
@@ -112,6 +142,11 @@ ScriptCall draw(const Noise& noise);
 ScriptCall draw(const Logo& logo);
 ScriptCall draw(const World& world);
 ScriptCall draw(const TurningCubes& cubes);
+ScriptCall draw(const Filaments& filaments);
+ScriptCall draw(const Rays& rays);
+ScriptCall draw(const Mirrors& mirrors);
+ScriptCall draw(const Particles& particles);
+ScriptCall draw(const Flare& flare);
 
 }  // namespace screen
 

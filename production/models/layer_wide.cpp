@@ -13,10 +13,10 @@ namespace vex {
 
 namespace {
 
-constexpr int strands = 40;
+constexpr int strands = 84;
 constexpr int knots = 7;    // of each strand
-constexpr int pieces = 44;  // along it
-constexpr int sides = 4;
+constexpr int pieces = 40;  // along it
+constexpr int sides = 3;
 
 float chance(int strand, int what) {
   return hashUnit(strand, what, 41);
@@ -58,7 +58,7 @@ Canvas strandPicture(const Settings& settings) {
 Model layerWide(const Settings& settings) {
   Surface all;
   for (int strand = 0; strand < strands; ++strand) {
-    const float thick = 0.35f + 1.5f * chance(strand, 5) * chance(strand, 6) * chance(strand, 7);
+    const float thick = 0.45f + 2.4f * chance(strand, 5) * chance(strand, 6) * chance(strand, 7);
     append(all, tube(
                     strandPath(strand), sides,
                     [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }, TubeEnd::point));

@@ -99,7 +99,7 @@ Model wobbel(const Settings& settings) {
   stage.cameras = {{.name = "camera01",
                     .position = Vector(400, 0, 0),
                     .target = Vector(0, 0, 0),
-                    .fieldDegrees = 64,
+                    .fieldDegrees = 56,
                     .far = 1500}};
   return {stage, {sphereMap(fireHall, lookTowards(1.2f, 0), settings.side(512), 3)}};
 }

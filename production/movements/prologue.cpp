@@ -4,7 +4,7 @@ namespace vex {
 
 using namespace screen;
 
-// Black, grain, two names in haze, and the eye.
+// Black, grain, filaments, two names in haze, and the eye.
 void addPrologue(Show& show) {
   show.add("black", 0, 8, ground, Fade{});
   show.add("night", 0, 6, backdrop,
@@ -22,6 +22,13 @@ void addPrologue(Show& show) {
            Bitmap{.texture = "thorn_bone",
                   .at = {slide(-1.15, -1.6), slide(0.42, 0.2), slide(2.3, 3.2), slide(0.8, 1.1)},
                   .alpha = fade(12, 0)});
+  // They come out of the dark before the names, and still lie on the lid when the eye opens.
+  show.add("filaments", 0, 7.875, smoke,
+           Filaments{
+               .alpha = line({{0, 0}, {8, 0.55}, {16, 0.9}, {23, 0.9}, {24, 0.4}, {28, 0.3}, {partEnd, 0.1}}),
+               .across = 0.21,
+               .up = 0.13,
+               .depth = 0.17});
   show.add("halvane", 2, 2.25, title,
            Bitmap{.texture = "halvane1",
                   .at = centred(0, -0.05, spline({{0, 0.6}, {2, 0.68}, {6, 0.71}, {partEnd, 0.8}}), 4),
@@ -33,13 +40,6 @@ void addPrologue(Show& show) {
                   .at = centred(0, -0.05, slide(0.62, 1.0), 4),
                   .alpha = line({{0, 0}, {2, 0.22}, {5, 0.02}, {partEnd, 0}}),
                   .blend = Blend::add});
-  show.add("threads", 3, 3, smoke,
-           Waves{.texture = "threads_bone",
-                 .at = covering(slide(1.1, 1.5)),
-                 .speed = 0.8,
-                 .amplitude = swing(16, 0.02, 0.06),
-                 .alpha = fade(8, 1, 0.5),
-                 .blend = Blend::add});
   show.add("presents", 4.25, 1.75, title,
            Bitmap{.texture = "presents1",
                   .at = centred(0, -0.03, slide(0.5, 0.6), 4),
@@ -62,13 +62,6 @@ void addPrologue(Show& show) {
             .fps = 6.4,
             .alpha = line(
                 {{0, 0}, {0.4, 0.8}, {0.6, 0.3}, {1, 1}, {1.9, 0.9}, {2, 0.45}, {2.2, 1}, {partEnd, 1}})});
-  show.add("threads on the lid", 6, 1.875, smoke,
-           Waves{.texture = "threads_bone",
-                 .at = covering(slide(1.5, 1.9)),
-                 .speed = 0.8,
-                 .amplitude = 0.05,
-                 .alpha = slide(0.4, 0.12),
-                 .blend = Blend::add});
   show.add(
       "eye opens", 7, 0.875, subject,
       Movie{

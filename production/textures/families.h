@@ -17,7 +17,6 @@ Products lightPictures();       // rays, eclipse, streaks
 Products silhouettePictures();  // figure, arch, thorns
 Products hangarPictures();      // the box around the alien, and its sphere map
 Products hellBoxPictures();     // the box around hell
-Products chromePictures();      // mirror balls
 Products spritePictures();      // data\flare_normal and its kin
 Products eyeMovie();            // data\eye1.jpg and so on
 Products statisticsFont();      // data\font.raw

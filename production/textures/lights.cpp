@@ -85,7 +85,7 @@ Canvas streak(const Settings& settings, const Hue& hue) {
 Products lightPictures() {
   Products products;
   const HuedPictures additive{"lights", PictureKind::jpeg}, lossless{"lights", PictureKind::bmp};
-  for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue, &tealHue})
+  for (const Hue* hue : {&acidHue, &violetHue, &emberHue, &tealHue})
     products.push_back(additive("rays_", *hue, 0.7f, rays));
   products.push_back(additive("corona_", boneHue, 0.8f, corona));
   products.push_back(additive("corona_", emberHue, 0.8f, corona));

@@ -129,8 +129,8 @@ Products silhouettePictures() {
   Products products;
   const HuedPictures make{"silhouettes", PictureKind::maskedJpeg};
   products.push_back(make("figure_", emberHue, 1, figure));
+  products.push_back(make("figure_", tealHue, 1, figure));
   products.push_back(make("thorn_", boneHue, 6, brambles));
-  products.push_back(make("thorn_", emberHue, 6, brambles));
   products.push_back(make("spires_", boneHue, 2, spires));
   products.push_back(make("spires_", emberHue, 2, spires));
   return products;

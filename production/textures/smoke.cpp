@@ -83,14 +83,11 @@ Canvas embers(const Settings& settings, const Hue& hue) {
 Products smokePictures() {
   Products products;
   const HuedPictures make{"smoke", PictureKind::jpeg};
-  for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue}) {
+  for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue, &tealHue})
     products.push_back(make("haze_", *hue, 0.5f, hazeCard));
+  for (const Hue* hue : {&acidHue, &violetHue, &emberHue})
     products.push_back(make("smoke_", *hue, 3, smokeTile));
-  }
-  products.push_back(make("haze_", tealHue, 0.5f, hazeCard));
-  products.push_back(make("threads_", boneHue, 4, filaments));
   products.push_back(make("threads_", acidHue, 4, filaments));
-  products.push_back(make("sparks_", boneHue, 2, embers));
   products.push_back(make("sparks_", acidHue, 2, embers));
   products.push_back(make("sparks_", emberHue, 2, embers));
   return products;
