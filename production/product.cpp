@@ -1,6 +1,8 @@
 #include "production/product.h"
 
+#include "production/models/balls.h"
 #include "production/models/model.h"
+#include "production/scroller.h"
 #include "production/textures/families.h"
 #include "production/time_line.h"
 
@@ -104,6 +106,7 @@ Products allProducts() {
   append(all, hellBoxPictures());
   append(all, spritePictures());
   append(all, eyeMovie());
+  append(all, outroPictures());
   append(all, statisticsFont());
   append(all, introBoxModel());
   append(all, monsterModels());
@@ -113,6 +116,8 @@ Products allProducts() {
   append(all, layerRotCubesModel());
   append(all, layerWideModel());
   append(all, wobbelModel());
+  append(all, ballShapes());
+  append(all, scrollerText());
   append(all, musicFile());
   append(all, timeLineFiles());
   return all;

@@ -260,6 +260,8 @@ std::string preloadList(const Script& script) {
   for (const ScriptPart& part : script.parts)
     for (const ScriptCall& one : part.calls) {
       if (one.function == "loadFlare") use(one.parameters[0].curve.text, false);
+      if (one.function == "preloadFont") use(one.parameters[0].curve.text, false);
+      if (one.function == "showVectorBalls") use("data\\flare_vectorball", false);
       const bool single = one.function == "drawBitmap";
       if (!single && one.function != "drawBitmapRepeat" && one.function != "drawBitmapWave" &&
           one.function != "drawNoise")

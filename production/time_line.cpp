@@ -29,8 +29,9 @@ void addPictures(Show& show, Section section) {
     case Section::hell:
     case Section::skull:
     case Section::water:
-    case Section::outro:
       break;
+    case Section::outro:
+      return addOutro(show);
   }
   fatalError("time line: the section in bar %d has no pictures", firstBar(section));
 }
@@ -39,7 +40,7 @@ void addPictures(Show& show, Section section) {
 
 Script presentationScript() {
   Show show;
-  show.script.totalTime = cueSeconds(songBars);
+  show.script.totalTime = cueSeconds(songBars) + blackSeconds;
   show.script.sound = "data\\vex.ogg";
   for (const Cue& cue : cues) show.script.ticks.push_back(cueSeconds(cue));
   for (const Section section : showSections) addPictures(show, section);

@@ -34,12 +34,13 @@ void addFinish(Show& show) {
   flashOn(show, {"interlude one", "pad opens"}, "haze_teal", Fade{0.7, 1, 0.97});
   flashOn(show, {"interlude two", "roll", "roll doubles", "last stroke"}, "haze_ember", Fade{1, 0.86, 0.6});
 
-  const double whole = songBars;
+  // The film's finish ends where the party begins.
+  const double film = outroBar;
   show.add("dust", prologueBar, boxBar, grain - 1,
            Noise{.texture = "dust", .jitterX = 1, .jitterY = 1, .alpha = 0.5, .flicker = 0.3});
-  show.add("grain", 0, whole, grain,
+  show.add("grain", 0, film, grain,
            Noise{.texture = "grain", .jitterX = 1, .jitterY = 1, .blend = Blend::darken});
-  show.add("vignette", 0, whole, vignette,
+  show.add("vignette", 0, film, vignette,
            Bitmap{.texture = "vignette", .at = covering(1), .blend = Blend::darken});
   // The bars slide in with the prologue, give way in the alien's breadth, come back for the interludes.
   const auto beat = [](double bar) { return bar * beatsPerBar; };
@@ -49,15 +50,15 @@ void addFinish(Show& show) {
                              {beat(alienBar) + 0.5, 0.12},
                              {beat(interludeOneBar), 0.12},
                              {beat(interludeOneBar) + 0.5, barHeight},
-                             {partEnd, barHeight}});
+                             {beat(film), barHeight},
+                             {beat(film) + 2, 0},
+                             {partEnd, 0}});
   // They reach beyond the screen, so that no edge of theirs shows but the inner one.
   const double beyond = 0.5;
-  show.add("letterbox", 0, whole + 0.5, letterbox,
+  show.add("letterbox", 0, film + 1, letterbox,
            Bitmap{.texture = "bar", .at = {-1 - beyond, -1 - beyond, 2 + 2 * beyond, height + beyond}},
            Bitmap{.texture = "bar", .at = {-1 - beyond, height * -1 + 1, 2 + 2 * beyond, height + beyond}});
-  show.add("fade out", whole - 0.5, 0.5, curtain, Fade{.alpha = slide(0, 1)});
-  show.add("ground after", whole, 1, ground, Fade{});
-  show.add("black at last", whole, 0.5, curtain, Fade{});
+  show.add("black at last", songBars, blackSeconds / secondsPerBar + 1, ground, Fade{});
 }
 
 }  // namespace vex

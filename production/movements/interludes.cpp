@@ -114,7 +114,8 @@ void addInterludeTwo(Show& show) {
            roseWall("glass_ember", zoom(1.3, 2.4, 3.5)));
   tunnel(show, "gate_ember", doubles, breath - doubles, 0.5);
   show.add("vexedly, louder", doubles, breath - doubles, title,
-           glitching(vex(edly, slide(0.95, 1.1), 0, 0.44), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5, swing(4, 1.0, 1.3)));
+           glitching(vex(edly, slide(0.95, 1.1), 0, 0.44), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5,
+                     swing(4, 1.0, 1.3)));
   show.add("last breath", breath, stroke - breath, ground + 2, Fade{});
 
   const Curve discHeight = zoom(2.15, 1.8, 4);

@@ -28,6 +28,8 @@ inline const std::vector<double> everyBeat{0, 1, 2, 3, 4, 5, 6, 7};
 // At an even pace over the part.
 Curve slide(double from, double to);
 
+inline constexpr double blackSeconds = 3.5;  // after the last bar, while the last chord rings out
+
 // Bar of a cue.
 double barOf(std::string_view cue);
 
@@ -56,6 +58,7 @@ void addBox(Show& show);
 void addAlien(Show& show);
 void addInterludeOne(Show& show);
 void addInterludeTwo(Show& show);
+void addOutro(Show& show);
 void addFinish(Show& show);
 
 }  // namespace vex

@@ -19,6 +19,7 @@ Products hangarPictures();      // the box around the alien, and its sphere map
 Products hellBoxPictures();     // the box around hell
 Products spritePictures();      // data\flare_normal and its kin
 Products eyeMovie();            // data\eye1.jpg and so on
+Products outroPictures();       // copper, the scroller's font, a ball, a sky
 Products statisticsFont();      // data\font.raw
 
 }  // namespace vex

@@ -58,6 +58,12 @@ inline const Ramp brassRamp{black,
                             {0.56f, 0.4f, 0.15f},
                             {0.88f, 0.74f, 0.42f},
                             {1, 0.96f, 0.82f}};
+inline const Ramp copperRamp{black,
+                             {0.05f, 0.022f, 0.016f},
+                             {0.27f, 0.11f, 0.055f},
+                             {0.74f, 0.37f, 0.19f},
+                             {0.99f, 0.72f, 0.50f},
+                             {1, 0.95f, 0.87f}};
 
 struct Hue {
   const char* suffix;

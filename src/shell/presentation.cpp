@@ -15,6 +15,7 @@
 #include "scenes/scene_layer_rot_cubes.h"
 #include "scenes/scene_layer_wide.h"
 #include "scenes/scene_layer_wobbel.h"
+#include "scenes/scene_outtro.h"
 #include "shell/clock.h"
 #include "shell/files.h"
 #include "shell/options.h"
@@ -47,6 +48,7 @@ constexpr Scene* (*sceneConstructors[])() = {
     constructModel<sceneLayerParticles>,
     constructModel<sceneLayerWide>,
     constructModel<sceneLayerRotCubes>,
+    construct<SceneOuttro>,
     constructModel<sceneLayerWobbel>,
     constructModel<sceneLayerRays>,
 };

@@ -10,7 +10,9 @@
 #include "production/cues.h"
 #include "production/maker.h"
 #include "production/music.h"
+#include "production/scroller.h"
 #include "production/show.h"
+#include "scenes/scene_tables.h"
 #include "tests/support/fatal.h"
 #include "tests/support/temporary_folder.h"
 
@@ -134,9 +136,9 @@ bool paintsAll(const ScriptCall& call, double progress) {
   if (call.function == "fadeScreen") return value(3) >= 1;
   static const std::set<std::string> closedWorlds{"SceneAlien"};
   if (call.function == "animate") return closedWorlds.contains(call.scene);
-  static const std::set<std::string> opaque{"data\\sky_bone",    "data\\sky_acid", "data\\sky_ember",
-                                            "data\\glass_ember", "data\\eye",      "data\\glass_teal",
-                                            "data\\sky_teal"};
+  static const std::set<std::string> opaque{"data\\sky_copper", "data\\sky_bone",    "data\\sky_acid",
+                                            "data\\sky_ember",  "data\\glass_ember", "data\\eye",
+                                            "data\\glass_teal", "data\\sky_teal"};
   if (!opaque.contains(call.parameters[0].curve.text)) return false;
   const bool movie = call.function == "drawMovie";
   const int alpha = movie ? 8 : 7;
@@ -212,21 +214,25 @@ TEST(Project, RefusesWhatTheFormatCannotHold) {
 }
 
 TEST(TimeLine, UsesAllFunctionsAndAllKindsOfParameters) {
-  std::set<std::string> functions;
+  std::set<std::string> scenes, functions;
   std::set<CurveKind> kinds;
   for (const ScriptPart& part : theShow().parts)
     for (const ScriptCall& call : part.calls) {
-      if (call.scene == "SceneHelper") functions.insert(call.function);
+      scenes.insert(call.scene);
+      functions.insert(call.scene + "." + call.function);
       for (const ScriptParameter& parameter : call.parameters) kinds.insert(parameter.curve.kind);
     }
-  EXPECT_EQ(functions,
-            (std::set<std::string>{"drawBitmap", "drawBitmapRepeat", "drawBitmapWave", "fadeScreen",
-                                   "drawMovie", "setViewport", "drawNoise", "drawVexLogo"}));
+  std::set<std::string> offered;
+  for (const SceneTable& table : sceneTables())
+    if (scenes.contains(std::string(table.scene)))
+      for (const FunctionRow& row : table.functions)
+        offered.insert(std::string(table.scene) + "." + std::string(row.name));
+  EXPECT_EQ(functions, offered);
   EXPECT_EQ(kinds.size(), 5u);
 }
 
 TEST(TimeLine, LastsForItsSectionsAndLessThanItsMusic) {
-  EXPECT_EQ(theShow().totalTime, barCount(showSections) * 1.875);
+  EXPECT_EQ(theShow().totalTime, barCount(showSections) * 1.875 + 3.5);
   EXPECT_LE(theShow().totalTime, musicSeconds - 0.5);
   EXPECT_EQ(theShow().sound, "data\\vex.ogg");
 }
@@ -258,7 +264,7 @@ TEST(TimeLine, TheViewportIsWholeAgainAtTheEndOfEachFrame) {
 }
 
 TEST(TimeLine, SomethingBeginsOrStrikesOnEveryBar) {
-  for (int bar = 0; cueSeconds(bar) < theShow().totalTime; ++bar) {
+  for (int bar = 0; bar < songBars; ++bar) {
     const double time = cueSeconds(bar);
     bool happens = false;
     for (const ScriptPart& part : theShow().parts) {
@@ -286,6 +292,11 @@ TEST(TimeLine, EverythingItShowsIsMadeAndPreloaded) {
       if (call.scene != "SceneHelper" || call.function == "fadeScreen" || call.function == "setViewport")
         continue;
       const std::string& name = call.parameters[0].curve.text;
+      if (call.function == "preloadText" || call.function == "preloadVectorBalls") {
+        EXPECT_TRUE(made.contains("data/" + name.substr(5))) << name;
+        continue;
+      }
+      if (call.scene != "SceneHelper" && call.function != "preloadFont") continue;
       if (call.function == "drawMovie") {
         for (int frame = static_cast<int>(call.parameters[5].curve.value);
              frame <= static_cast<int>(call.parameters[6].curve.value); ++frame)
@@ -294,12 +305,16 @@ TEST(TimeLine, EverythingItShowsIsMadeAndPreloaded) {
       }
       EXPECT_TRUE(exists(name)) << name;
       if (call.function == "drawVexLogo") continue;  // loaded by its scene
-      const bool wrap = call.function != "drawBitmap";
+      const bool wrap = call.function != "drawBitmap" && call.function != "preloadFont";
       EXPECT_NE(list.find("\n" + name + (wrap ? " 1\n" : " 0\n")), std::string::npos) << name;
     }
   EXPECT_NE(list.find("\ndata\\halvane1 0\ndata\\halvane2 0\ndata\\halvane3 0\ndata\\halvane4 0\n"),
             std::string::npos);
   EXPECT_NE(list.find("\ndata\\vex_substract 0\n"), std::string::npos);
+}
+
+TEST(Scroller, SaysOnlyWhatItsFontHas) {
+  EXPECT_EQ(scrollerWords().find_first_not_of("abcdefghijklmnopqrstuvwxyz .,!?-"), std::string_view::npos);
 }
 
 TEST(Show, TurnsBeatsIntoProgress) {

@@ -1,0 +1,164 @@
+#include "production/models/balls.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "production/geometry/placement.h"
+#include "production/image/filter.h"
+#include "production/textures/palette.h"
+
+namespace vex {
+
+namespace {
+
+struct ShapeBall {
+  Vector place;
+  Colour4 colour;
+  float size = 1;
+  int stage = 1;
+};
+using Balls = std::vector<ShapeBall>;
+
+constexpr float spacing = 10;
+
+// Balls from one place to another, both included.
+void addRow(Balls& balls, const Vector& from, const Vector& to, Colour4 colour, int stage) {
+  const int steps = std::max(1, static_cast<int>(std::lround((to - from).length() / spacing)));
+  for (int i = 0; i <= steps; ++i)
+    balls.push_back({mix(from, to, static_cast<float>(i) / static_cast<float>(steps)), colour, 1, stage});
+}
+
+void addFrame(Balls& balls, const std::vector<Vector>& corners, Colour4 colour, int stage) {
+  for (std::size_t i = 0; i < corners.size(); ++i)
+    addRow(balls, corners[i], corners[(i + 1) % corners.size()], colour, stage);
+}
+
+// The reliquary: its foot, its posts and rim, its lid ajar, and what escapes from it.
+Balls boxOfBalls() {
+  constexpr float halfWidth = 62, halfDepth = 42, foot = -52, rim = 12;
+  const Colour4 iron = gradient(steelRamp, 0.62f), brass = gradient(brassRamp, 0.78f),
+                lid = gradient(copperRamp, 0.78f);
+  const auto ringAt = [](float y) {
+    return std::vector<Vector>{Vector(-halfWidth, y, -halfDepth), Vector(halfWidth, y, -halfDepth),
+                               Vector(halfWidth, y, halfDepth), Vector(-halfWidth, y, halfDepth)};
+  };
+  Balls balls;
+  addFrame(balls, ringAt(foot), iron, 1);
+  for (const Vector& corner : ringAt(foot)) addRow(balls, corner, corner + Vector(0, rim - foot, 0), iron, 1);
+  addFrame(balls, ringAt(rim), brass, 2);
+  const Placement ajar = moved(0, -rim, halfDepth) >> turnedX(-52) >> moved(0, rim, -halfDepth);
+  for (const float height : {3.0f, 15.0f}) {
+    std::vector<Vector> corners;
+    const float drawnIn = height > 10 ? 0.72f : 1.0f;
+    for (const Vector& corner : ringAt(rim + height))
+      corners.push_back(transformed(ajar, Vector(corner.x * drawnIn, corner.y, corner.z * drawnIn)));
+    addFrame(balls, corners, lid, 2);
+  }
+  constexpr int wisp = 64;
+  for (int i = 0; i < wisp; ++i) {
+    const float t = static_cast<float>(i) / (wisp - 1), turn = 2 * pi * 2.6f * t;
+    const float radius = 6 + 44 * t * t;
+    balls.push_back({Vector(radius * std::cos(turn), -30 + 108 * t, radius * std::sin(turn)),
+                     gradient(acidRamp, 0.62f + 0.25f * t), 1.1f - 0.75f * t, 3});
+  }
+  return balls;
+}
+
+// The colours of the worlds, one after the other and back to the first.
+Colour4 worldColour(float turns) {
+  const std::array hues{gradient(acidRamp, 0.70f),  gradient(violetRamp, 0.72f), gradient(tealRamp, 0.72f),
+                        gradient(emberRamp, 0.72f), gradient(steelRamp, 0.80f),  gradient(copperRamp, 0.76f)};
+  const float place = (turns - std::floor(turns)) * static_cast<float>(hues.size());
+  const auto i = static_cast<std::size_t>(place) % hues.size();
+  return mix(hues[i], hues[(i + 1) % hues.size()], smoothStep(0.25f, 0.75f, place - std::floor(place)));
+}
+
+// A knot without end, laid piece by piece.
+Balls knotOfBalls() {
+  constexpr int count = 176;
+  Balls balls;
+  for (int i = 0; i < count; ++i) {
+    const float t = static_cast<float>(i) / count, turn = 2 * pi * t;
+    const Vector place(std::sin(turn) + 2 * std::sin(2 * turn), std::cos(turn) - 2 * std::cos(2 * turn),
+                       -std::sin(3 * turn));
+    balls.push_back({place * 29, worldColour(t), 1.05f + 0.4f * std::sin(2 * pi * 11 * t),
+                     1 + static_cast<int>(t * ballStages)});
+  }
+  return balls;
+}
+
+// The title, letter by letter, then its shadow.
+Balls wordOfBalls() {
+  struct Stroke {
+    float x0, y0, x1, y1;
+    int letter;
+  };
+  constexpr Stroke strokes[] = {{-122, 52, -88, -52, 1}, {-88, -52, -54, 52, 1}, {-30, 52, -30, -52, 2},
+                                {-18, 52, 28, 52, 2},    {-18, 0, 16, 0, 2},     {-18, -52, 28, -52, 2},
+                                {52, 52, 122, -52, 3},   {122, 52, 52, -52, 3}};
+  constexpr int shadow = ballStages + 1;  // told apart until all is laid
+  Balls balls;
+  for (const Stroke& stroke : strokes) {
+    const Vector from(stroke.x0, stroke.y0, 10), to(stroke.x1, stroke.y1, 10), back(0, 0, -22);
+    addRow(balls, from, to, {}, stroke.letter);
+    addRow(balls, from + back, to + back, gradient(copperRamp, 0.5f), shadow);
+  }
+  for (ShapeBall& ball : balls)
+    if (ball.stage == shadow)
+      ball.stage = ballStages;
+    else
+      ball.colour = gradient(copperRamp, 0.74f + 0.2f * (ball.place.y + 52) / 104);
+  return balls;
+}
+
+void put(Bytes& bytes, float value) {
+  std::uint32_t bits = 0;
+  std::memcpy(&bits, &value, sizeof bits);
+  for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::byte>(bits >> shift & 255));
+}
+
+Bytes ballBytes(const Balls& balls, int stage) {
+  Bytes bytes(4);
+  std::uint32_t count = 0;
+  for (const ShapeBall& ball : balls) {
+    if (ball.stage > stage) continue;
+    ++count;
+    for (const float value :
+         {ball.size, ball.colour.r, ball.colour.g, ball.colour.b, ball.place.x, ball.place.y, ball.place.z})
+      put(bytes, value);
+  }
+  for (std::size_t i = 0; i < 4; ++i) bytes[i] = static_cast<std::byte>(count >> (8 * i) & 255);
+  return bytes;
+}
+
+}  // namespace
+
+std::string ballFile(const char* shape, int stage) {
+  return "balls_" + std::string(shape) + std::to_string(stage) + ".hvv";
+}
+
+Products ballShapes() {
+  struct Shape {
+    const char* name;
+    Balls (*balls)();
+  };
+  static constexpr Shape shapes[] = {{"box", boxOfBalls}, {"knot", knotOfBalls}, {"word", wordOfBalls}};
+  Products products;
+  for (const Shape& shape : shapes) {
+    Product product;
+    for (int stage = 1; stage <= ballStages; ++stage)
+      product.outputs.push_back("data/" + ballFile(shape.name, stage));
+    product.sources = {"production/models/balls.", "production/geometry/placement.",
+                       "production/textures/palette.", "production/image/filter."};
+    product.work = 0.1f;
+    product.make = [&shape](const Settings&) {
+      std::vector<Bytes> files;
+      for (int stage = 1; stage <= ballStages; ++stage) files.push_back(ballBytes(shape.balls(), stage));
+      return files;
+    };
+    products.push_back(product);
+  }
+  return products;
+}
+
+}  // namespace vex

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "production/product.h"
+
+// Shapes of coloured balls for the closing scene, each built up in stages: the ball file of a stage holds all
+// the balls of those before it.
+
+namespace vex {
+
+inline constexpr int ballStages = 3;
+
+// Name of the ball file as the player asks for it, without its folder; stages count from 1.
+std::string ballFile(const char* shape, int stage);
+
+Products ballShapes();
+
+}  // namespace vex

@@ -1,0 +1,310 @@
+#include <cmath>
+#include <functional>
+#include <numbers>
+
+#include "production/models/balls.h"
+#include "production/movements/words.h"
+#include "production/scroller.h"
+
+// The party: stars, copper bars, shapes of balls and a scroller; the title rings out with the last chord.
+
+namespace vex {
+
+using namespace screen;
+
+namespace {
+
+ScriptParameter number(const char* name, const Curve& curve, double least = -1000, double most = 1000) {
+  return {name, curve, least, most};
+}
+ScriptParameter file(const char* name, const std::string& value) {
+  ScriptParameter parameter{name, {}};
+  parameter.curve.kind = CurveKind::text;
+  parameter.curve.text = "data\\" + value;
+  return parameter;
+}
+ScriptCall call(const char* function, std::vector<ScriptParameter> parameters) {
+  return {"SceneOuttro", function, std::move(parameters)};
+}
+
+struct Stars {
+  Curve x = 0, y = 0, z = 0;  // 500 units a second each; negative z comes nearer
+};
+ScriptCall draw(const Stars& stars) {
+  return call("drawStars",
+              {number("speed x", stars.x), number("speed y", stars.y), number("speed z", stars.z)});
+}
+
+struct Copper {
+  Curve count = 1, endScale = 0.4;
+  int mode = 0;
+  Curve speed = 1, spacing = 1, amplitude = 0.5;
+  Curve red = 1, green = 1, blue = 1;
+};
+ScriptCall draw(const Copper& bars) {
+  return call("showCopperBars", {number("bar count", bars.count, 0, 100),
+                                 number("end scale", bars.endScale, 0.05, 4), number("wave mode", bars.mode),
+                                 number("wave speed", bars.speed), number("spacing", bars.spacing, 0.01, 10),
+                                 number("amplitude", bars.amplitude, 0, 2), number("red", bars.red, 0, 1),
+                                 number("green", bars.green, 0, 1), number("blue", bars.blue, 0, 1)});
+}
+
+struct BallShow {
+  Curve size = 12, turns = 0.25, distance = 300, field = 60, height = 0.1;
+};
+ScriptCall draw(const BallShow& balls) {
+  return call("showVectorBalls",
+              {number("ball size", balls.size, 0, 100), number("turns per second", balls.turns),
+               number("camera distance", balls.distance, 1, 10000),
+               number("field of view", balls.field, 10, 170), number("camera height", balls.height)});
+}
+
+struct Scroller {
+  Curve zoom = -1;
+  int mode = 0;
+  Curve waveSpeed = 0, waveLength = 1, amplitude = 0, y = -0.7;
+};
+
+// --- When things are said
+
+constexpr double beatsOfText = 44;  // from the first letter at the right edge to the last chord
+
+// Letters in units of ten a second: all of the text but its blanks at the end passes before the last chord.
+double scrollSpeed() {
+  return static_cast<double>(scrollerWords().size()) / (beatsOfText * secondsPerBeat * 10);
+}
+
+ScriptCall draw(const Scroller& line) {
+  return call("drawScroller", {number("speed", scrollSpeed()), number("zoom", line.zoom, -1, 4),
+                               number("wave mode", line.mode), number("wave speed", line.waveSpeed),
+                               number("wave length", line.waveLength, 0.01, 10),
+                               number("amplitude", line.amplitude, 0, 1), number("y", line.y, -2, 2)});
+}
+
+// A stretch of a function of the beats since a section began, over beats `from` to `to` of it.
+Curve stretch(const std::function<double(double)>& f, double from, double to) {
+  constexpr int steps = 8;
+  std::vector<CurveDot> dots;
+  for (int i = 0; i <= steps; ++i) {
+    const double beat = (to - from) * i / steps;
+    dots.push_back({beat, f(from + beat)});
+  }
+  return line(std::move(dots));
+}
+
+// --- The layers
+
+// Loaded before the show begins.
+void addPreloads(Show& show) {
+  show.part(
+      "outro loads", -2, 1, ground,
+      {call("preloadFont", {file("font", "scroller")}), call("preloadText", {file("text", "scroller.txt")})});
+}
+
+void addSky(Show& show) {
+  const double start = outroBar, chord = barOf("last chord");
+  show.add(
+      "copper sky", start, 12, ground,
+      Bitmap{.texture = "sky_copper", .at = covering(1.3, swing(53, -0.2, 0.2), swing(37, -0.15, 0.15))});
+  show.add("copper dawn", start, 12, backdrop - 1,
+           Bitmap{.texture = "haze_ember",
+                  .at = centred(swing(23, -0.4, 0.4), 0.75, 2.0, 2.2),
+                  .alpha = swing(8, 0.35, 0.6),
+                  .blend = Blend::add});
+  show.part("stars", start, 2, backdrop, {draw(Stars{.z = line({{0, -2.2}, {2, -0.5}, {partEnd, -0.3}})})});
+  show.part("stars drift", start + 2, 2, backdrop, {draw(Stars{.x = 0.12, .y = 0.03, .z = -0.15})});
+  show.part("stars fly", start + 4, 4, backdrop, {draw(Stars{.z = -0.35})});
+  show.part("stars race", start + 8, chord - start - 8, backdrop,
+            {draw(Stars{.x = swing(8, -0.1, 0.1), .z = -0.7})});
+  show.part("stars rest", chord, 1, backdrop, {draw(Stars{.z = line({{0, 0.3}, {partEnd, 0.02}})})});
+}
+
+// The hues of the worlds that were crossed, behind the copper.
+void addBars(Show& show) {
+  const double bars = barOf("copper bars"), first = barOf("first shape"), second = barOf("second shape"),
+               third = barOf("third shape"), greetings = barOf("greetings"), chord = barOf("last chord");
+  const Curve rising = spline({{0, 0}, {1, 0.42}, {4, 0.5}, {partEnd, 0.62}});
+  show.part("copper bars", bars, first - bars, far,
+            {draw(Copper{.count = line({{0, 1}, {7, 10}, {partEnd, 10}}),
+                         .endScale = 0.4,
+                         .speed = 0.75,
+                         .spacing = 0.62,
+                         .amplitude = rising,
+                         .red = flashes(everyBeat, 1, 0.82),
+                         .green = flashes(everyBeat, 1, 0.8),
+                         .blue = flashes(everyBeat, 1, 0.8)})});
+  show.part("bars in file", first, second - first, far,
+            {draw(Copper{.count = 8,
+                         .endScale = 0.3,
+                         .speed = 0.5,
+                         .spacing = 0.5,
+                         .amplitude = swing(8, 0.65, 0.85, 90),
+                         .red = 0.42,
+                         .green = 0.42,
+                         .blue = 0.44})});
+  show.part("bars entwined", second, third - second, far,
+            {draw(Copper{.count = 10,
+                         .endScale = 0.25,
+                         .mode = 1,
+                         .speed = 0.6,
+                         .spacing = 0.6,
+                         .amplitude = 0.85,
+                         .red = 0.4,
+                         .green = 0.42,
+                         .blue = 0.5})});
+  show.part("bars of the chorus", third, chord - third, far,
+            {draw(Copper{.count = 14,
+                         .endScale = 0.3,
+                         .mode = 1,
+                         .speed = 0.9,
+                         .spacing = 0.8,
+                         .amplitude = swing(12, 0.7, 0.95),
+                         .red = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.62, 0.4),
+                         .green = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.6, 0.38),
+                         .blue = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.6, 0.4)})});
+  show.part("bars close", chord, 1, far,
+            {draw(Copper{.count = 12,
+                         .endScale = 0.1,
+                         .speed = 0.25,
+                         .spacing = 1.6,
+                         .amplitude = spline({{0, 0.9}, {1, 0.25}, {2, 0.04}, {partEnd, 0}}),
+                         .red = slide(0.7, 0.1),
+                         .green = slide(0.68, 0.08),
+                         .blue = slide(0.66, 0.1)})});
+  show.add("glow behind", first, chord - first, far + 1,
+           Bitmap{.texture = "haze_ember",
+                  .at = centred(0, -0.12, 2.4, 1.3),
+                  .alpha = swing(1, 0.45, 0.9, 90),
+                  .blend = Blend::add});
+  show.add("more glow", greetings, chord - greetings, far + 2,
+           Bitmap{.texture = "rays_ember",
+                  .at = centred(0, -0.12, 3.2),
+                  .alpha = flashes({0, 1, 2, 3}, 0.5, 0.15),
+                  .blend = Blend::add});
+}
+
+// A shape is laid in stages, the first for two beats, and stays to the end; balls swell on the beat.
+void addShape(Show& show, const char* shape, double start, double bars,
+              const std::function<BallShow(double from, double to)>& look) {
+  for (int stage = 1; stage <= ballStages; ++stage) {
+    const double from = stage == 1 ? 0 : stage, to = stage < ballStages ? stage + 1 : bars * beatsPerBar;
+    show.part(shape, start + from / beatsPerBar, (to - from) / beatsPerBar, subject,
+              {call("preloadVectorBalls", {file("balls", ballFile(shape, stage))}), draw(look(from, to))});
+  }
+}
+
+double swell(double beat) {
+  return std::exp(-4 * (beat - std::floor(beat + 1e-6)));
+}
+double smooth(double from, double to, double share) {
+  share = std::min(1.0, std::max(0.0, share));
+  return from + (to - from) * share * share * (3 - 2 * share);
+}
+
+void addShapes(Show& show) {
+  const double first = barOf("first shape"), second = barOf("second shape"), third = barOf("third shape"),
+               chord = barOf("last chord");
+  // Whole turns from shape to shape, so that the word begins face to face.
+  const double turns = 2 / ((third - first) * secondsPerBar);
+  addShape(show, "box", first, second - first, [&](double from, double to) {
+    return BallShow{.size = stretch([](double beat) { return 13 + 3 * swell(beat); }, from, to),
+                    .turns = turns,
+                    .distance = stretch([](double beat) { return smooth(470, 370, beat / 5); }, from, to),
+                    .height = stretch([](double beat) { return smooth(0.22, 0.06, beat / 6); }, from, to)};
+  });
+  addShape(show, "knot", second, third - second, [&](double from, double to) {
+    return BallShow{.size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
+                    .turns = turns,
+                    .distance = stretch([](double beat) { return smooth(390, 270, beat / 7); }, from, to),
+                    .height = stretch([](double beat) { return 0.1 + 0.06 * std::sin(beat); }, from, to)};
+  });
+  // To one side and to the other.
+  constexpr double sway = 8, reach = 0.15;  // beats, turns
+  const double pace = reach * 2 * std::numbers::pi / (sway * secondsPerBeat);
+  addShape(show, "word", third, chord - third, [&](double from, double to) {
+    return BallShow{
+        .size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
+        .turns = stretch([&](double beat) { return pace * std::cos(2 * std::numbers::pi * beat / sway); },
+                         from, to),
+        .distance = stretch([](double beat) { return smooth(450, 330, beat / 8) + 12 * std::sin(beat / 2); },
+                            from, to),
+        .height = 0.1};
+  });
+  // The shape is whole: light.
+  for (const double bar : {first + 1, second + 1, third + 1})
+    show.add("whole", bar, 0.25, flash,
+             Bitmap{.texture = "haze_ember",
+                    .at = centred(0, -0.1, spline({{0, 3.4}, {partEnd, 2.2}}), 1.78),
+                    .alpha = spline({{0, 0.9}, {0.3, 0.3}, {partEnd, 0}}),
+                    .blend = Blend::add});
+  show.part("word departs", chord, 1, subject,
+            {draw(BallShow{.size = 13,
+                           .turns = 0,
+                           .distance = spline({{0, 330}, {1, 440}, {partEnd, 2400}}),
+                           .height = spline({{0, 0.1}, {1, 0.02}, {partEnd, 0}})})});
+}
+
+void addScroller(Show& show) {
+  const double start = outroBar, first = barOf("first shape"), second = barOf("second shape"),
+               third = barOf("third shape"), greetings = barOf("greetings"), chord = barOf("last chord");
+  show.add("band", start, chord - start, front - 1,
+           Bitmap{.texture = "streak_bone",
+                  .at = {-1.4, -0.1 + 0.7, 2.8, 0.2},
+                  .alpha = fade(4, 4, 0.35),
+                  .blend = Blend::darken});
+  show.part("scroller", start, first - start, front,
+            {draw(Scroller{.zoom = line({{0, -0.75}, {7.5, -0.75}, {8.5, -0.95}, {partEnd, -0.95}}),
+                           .y = line({{0, 0.05}, {7.5, 0.05}, {8.5, -0.72}, {partEnd, -0.72}})})});
+  show.part("scroller rides", first, second - first, front,
+            {draw(Scroller{.zoom = -0.95,
+                           .mode = 1,
+                           .waveSpeed = 0.12,
+                           .waveLength = 0.9,
+                           .amplitude = fade(2, 0, 0.1),
+                           .y = -0.7})});
+  show.part(
+      "scroller rides on", second, third - second, front,
+      {draw(Scroller{
+          .zoom = -0.9, .mode = 1, .waveSpeed = -0.2, .waveLength = 0.6, .amplitude = 0.12, .y = -0.69})});
+  show.part(
+      "scroller dances", third, greetings - third, front,
+      {draw(Scroller{
+          .zoom = -0.9, .mode = 2, .waveSpeed = 0.1, .waveLength = 1.1, .amplitude = 0.13, .y = -0.68})});
+  show.part("scroller greets", greetings, chord - greetings, front,
+            {draw(Scroller{.zoom = spline({{0, -0.9}, {2, -0.8}, {partEnd, -0.8}}),
+                           .mode = 2,
+                           .waveSpeed = 0.14,
+                           .waveLength = 1.0,
+                           .amplitude = 0.13,
+                           .y = line({{0, -0.67}, {3.3, -0.67}, {partEnd, -1}})})});
+}
+
+void addLastWord(Show& show) {
+  const double chord = barOf("last chord");
+  show.add("light of the chord", chord, 1, haze,
+           Bitmap{.texture = "rays_ember",
+                  .at = centred(0, 0, spline({{0, 3.6}, {partEnd, 2.6}})),
+                  .alpha = spline({{0, 1}, {0.6, 0.55}, {partEnd, 0}}),
+                  .blend = Blend::add});
+  show.add("vexation", chord, 1, title,
+           glitching(vex(ation, spline({{0, 1.7}, {0.4, 1.22}, {2, 1.16}, {partEnd, 1.1}})),
+                     line({{0, 1}, {0.3, 0.6}, {0.7, 0.02}, {partEnd, 0}}), 4,
+                     line({{0, 1.35}, {partEnd, 1.02}})));
+  show.add("last veil", chord, 1, curtain, Fade{.alpha = line({{0, 0}, {1.5, 0}, {partEnd, 1}})});
+}
+
+}  // namespace
+
+void addOutro(Show& show) {
+  addPreloads(show);
+  addSky(show);
+  addBars(show);
+  addShapes(show);
+  addScroller(show);
+  addLastWord(show);
+  // Out of the white in which the last world ended.
+  show.add("out of white", outroBar, 0.75, curtain,
+           Fade{1, 0.97, 0.92, spline({{0, 1}, {0.5, 0.6}, {partEnd, 0}})});
+}
+
+}  // namespace vex

@@ -1,0 +1,27 @@
+#include "production/scroller.h"
+
+namespace vex {
+
+// Twenty letters fill the screen; the greetings come up with the last chorus.
+std::string_view scrollerWords() {
+  return "this was vex, by halvane...  a box that should have stayed shut.  "
+         "no picture was drawn, no note was played - all of it is code, "
+         "painted, carved and sung by one small program.  "
+         "greetings to you who watch, to you who listen, and to you who code!  "
+         "now close the lid...      ";
+}
+
+Products scrollerText() {
+  Product product;
+  product.outputs = {"data/scroller.txt"};
+  product.sources = {"production/scroller."};
+  product.work = 0.1f;
+  product.make = [](const Settings&) {
+    const std::string_view words = scrollerWords();
+    const auto* bytes = reinterpret_cast<const std::byte*>(words.data());
+    return std::vector<Bytes>{Bytes(bytes, bytes + words.size())};
+  };
+  return {product};
+}
+
+}  // namespace vex

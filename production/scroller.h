@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+#include "production/product.h"
+
+namespace vex {
+
+// What the closing scene's scroller says: letters, blanks and `. , ! ? -`, which its font has.
+std::string_view scrollerWords();
+
+Products scrollerText();  // data\scroller.txt
+
+}  // namespace vex
