@@ -10,6 +10,7 @@
 #include "tests/support/fatal.h"
 #include "tests/support/model_files.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/vectors.h"
 
 namespace vex {
 
@@ -34,12 +35,6 @@ std::string fatalOf(const std::string& text) {
     Scene scene;
     readModel({"m.ase"}, &scene);
   });
-}
-
-void expectNear(const Vector& actual, const Vector& expected) {
-  EXPECT_NEAR(actual.x, expected.x, 1e-6f);
-  EXPECT_NEAR(actual.y, expected.y, 1e-6f);
-  EXPECT_NEAR(actual.z, expected.z, 1e-6f);
 }
 
 std::vector<float> keysOf(const Animation* track) {

@@ -11,15 +11,10 @@
 #include "shell/report.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
+#include "tests/support/vectors.h"
 
 namespace vex {
 namespace {
-
-void expectNear(const Vector& v, double x, double y, double z, double tolerance = 1e-4) {
-  EXPECT_NEAR(v.x, x, tolerance);
-  EXPECT_NEAR(v.y, y, tolerance);
-  EXPECT_NEAR(v.z, z, tolerance);
-}
 
 TEST(VolLight, FansThroughTheGridInAZigzag) {
   const struct {

@@ -10,6 +10,7 @@
 #include "shell/random.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
+#include "tests/support/vectors.h"
 
 namespace vex {
 namespace {
@@ -40,9 +41,7 @@ void expectMatrix(const Matrix& matrix, const Grid& expected, double tolerance) 
 }
 
 void expectPoint(const Vector& p, float x, float y, float z) {
-  EXPECT_NEAR(p.x, x, 1e-6);
-  EXPECT_NEAR(p.y, y, 1e-6);
-  EXPECT_NEAR(p.z, z, 1e-6);
+  expectNear(p, x, y, z, 1e-6);
   EXPECT_EQ(p.w, 1.0f);
 }
 

@@ -14,6 +14,7 @@
 #include "tests/support/gl_fixture.h"
 #include "tests/support/log_text.h"
 #include "tests/support/test_scene.h"
+#include "tests/support/vectors.h"
 
 namespace vex {
 namespace {
@@ -31,9 +32,8 @@ Vector at(const std::vector<float>& array, std::size_t k) {
 }
 
 void expectNear(const Vector& v, const Vector& expected, const char* what, std::size_t k) {
-  for (const auto part : {&Vector::x, &Vector::y, &Vector::z}) {
-    EXPECT_NEAR(v.*part, expected.*part, 1e-5f) << what << ' ' << k;
-  }
+  SCOPED_TRACE(testing::Message() << what << ' ' << k);
+  expectNear(v, expected, 1e-5);
 }
 
 std::array<float, 4> material(GLenum name) {

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "assets/texture_cache.h"
+#include "tests/support/test_scene.h"
 #include "timeline/scene_function.h"
 
 namespace vex {
@@ -12,13 +12,7 @@ namespace vex {
 namespace {
 
 Animation twoKeys() {
-  Animation track;
-  track.type = TrackType::position;
-  track.frameLength = 30;
-  track.allocKeys(2);
-  track.insertKey(0, {}, 0);
-  track.insertKey(30, {30, 0, 0}, 0);
-  return track;
+  return straightPath({}, {30, 0, 0});
 }
 
 void name(Object3D& object, const std::string& text) {
@@ -70,12 +64,7 @@ void fillScene(Scene& scene, const ModelContents& contents) {
 }
 
 void addPlainTextures(std::initializer_list<const char*> names) {
-  for (const char* texture : names) {
-    TextureEntry entry;
-    entry.width = entry.height = 4;
-    entry.pixels.assign(16, packPixel(255, 255, 255, 255));
-    addTexture(std::move(entry), texture, false);
-  }
+  for (const char* texture : names) addWhiteTexture(texture);
 }
 
 void callFunction(std::span<const FunctionRow> rows, Scene& scene, const std::string& function, float t,
