@@ -1,5 +1,6 @@
 #include "engine/animation.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -22,7 +23,8 @@ Animation::Animation(const Animation& other)
       keyZ(other.keyZ),
       keyAngle(other.keyAngle),
       keyTime(other.keyTime),
-      count(other.count) {}
+      count(other.count),
+      latestTime(other.latestTime) {}
 
 void Animation::allocKeys(int n) {
   if (type == TrackType::none) fatalError("Animation: allocKeys() without type\n");
@@ -30,13 +32,19 @@ void Animation::allocKeys(int n) {
   for (auto* keys : {&keyX, &keyY, &keyZ, &keyTime}) keys->assign(size, 0.0f);
   if (type == TrackType::rotation) keyAngle.assign(size, 0.0f);
   count = 0;
+  storedTimes.clear();
+}
+
+// A file may hold any number of keys, so that none is compared with all before it.
+bool Animation::hasKeyAt(float frame) {
+  if (count == 0 || frame > latestTime) return false;
+  if (storedTimes.empty()) storedTimes.insert(keyTime.begin(), keyTime.begin() + count);
+  return storedTimes.contains(frame);
 }
 
 void Animation::insertKey(float frame, const Vector& value, float angle) {
   if (type == TrackType::none) fatalError("Animation: insertKey() without type\n");
-  for (int k = 0; k < count; ++k) {
-    if (keyTime[static_cast<std::size_t>(k)] == frame) fatalError("Animation: same keyframe twice\n");
-  }
+  if (hasKeyAt(frame)) fatalError("Animation: same keyframe twice\n");
   const auto k = static_cast<std::size_t>(count);
   if (k >= keyTime.size()) fatalError("Animation: insertKey() beyond the %d keys allocated\n", count);
   keyX[k] = value.x;
@@ -44,6 +52,8 @@ void Animation::insertKey(float frame, const Vector& value, float angle) {
   keyZ[k] = value.z;
   if (type == TrackType::rotation) keyAngle[k] = angle;
   keyTime[k] = frame;
+  latestTime = count == 0 ? frame : std::max(latestTime, frame);
+  if (!storedTimes.empty()) storedTimes.insert(frame);
   ++count;
 }
 
@@ -85,7 +95,7 @@ Matrix Animation::getMatrix(float seconds) const {
     return type == TrackType::rotation ? keyAngle[static_cast<std::size_t>(k)] : 0.0f;
   };
 
-  if (frame < keyTime[0]) frame = keyTime[0];
+  if (!(frame >= keyTime[0])) frame = keyTime[0];  // also when the time is no number
   int segment = -1;
   float fraction = 1.0f;
   if (frame >= keyTime[static_cast<std::size_t>(count - 1)]) {

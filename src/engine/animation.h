@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <unordered_set>
 #include <vector>
 
 #include "engine/matrix.h"
@@ -46,6 +47,12 @@ struct Animation {
   // The transform at `seconds`. Before the first key it is the first key's. Allocates nothing.
   // Fatal: "Animation: getMatrix() without type\n", "anim without keyframes\n".
   Matrix getMatrix(float seconds) const;
+
+ private:
+  bool hasKeyAt(float frame);
+
+  float latestTime = 0.0f;                // of the keys stored
+  std::unordered_set<float> storedTimes;  // those of all keys, from the first one out of order on
 };
 
 }  // namespace vex

@@ -6,6 +6,7 @@
 
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
+#include "tests/support/vectors.h"
 #include "timeline/spline.h"
 
 namespace vex {
@@ -32,9 +33,8 @@ Vector placeAt(const Animation& track, float seconds) {
 }
 
 void expectPoint(const Vector& p, const Vector& expected, float t) {
-  EXPECT_NEAR(p.x, expected.x, 1e-5f) << t;
-  EXPECT_NEAR(p.y, expected.y, 1e-5f) << t;
-  EXPECT_NEAR(p.z, expected.z, 1e-5f) << t;
+  SCOPED_TRACE(t);
+  expectNear(p, expected, 1e-5);
 }
 
 constexpr float pi = 3.14159265f;
@@ -141,6 +141,58 @@ TEST(Animation, HoldsItsFirstKeyBeforeIt) {
     expectPoint(placeAt(track, 2), {1, 0, 0}, 2);
     expectPoint(placeAt(track, 5), {1, 0, 0}, 5);
   }
+}
+
+// A looped track has no place in its round for an endless time, nor has a track of no duration.
+TEST(Animation, HoldsItsFirstKeyAtTimesThatAreNoNumbers) {
+  Animation track = makeTrack(TrackType::position, {{0, {1, 0, 0}}, {10, {2, 0, 0}}, {20, {7, 0, 0}}});
+  track.loop = true;
+  for (const bool smooth : {false, true}) {
+    track.smooth = smooth;
+    for (const float t : {INFINITY, -INFINITY, NAN}) expectPoint(placeAt(track, t), {1, 0, 0}, t);
+    track.duration = 0.0f;
+    expectPoint(placeAt(track, 0), {1, 0, 0}, 0);
+    track.duration = 20.0f;
+  }
+}
+
+// Comparing every key with all before it would take far too long.
+TEST(Animation, TakesManyKeysInAnyOrder) {
+  constexpr int many = 300'000;
+  struct Case {
+    const char* order;
+    int step;  // from key to key, modulo the number of keys
+  };
+  for (const Case& c : {Case{"ascending", 1}, Case{"descending", many - 1}, Case{"mixed", 110'003}}) {
+    Animation track;
+    track.type = TrackType::scale;
+    track.allocKeys(many + 1);
+    std::int64_t frame = 0;
+    for (int k = 0; k < many; ++k, frame = (frame + c.step) % many) {
+      track.insertKey(static_cast<float>(frame), {}, 0);
+    }
+    EXPECT_EQ(track.count, many) << c.order;
+    for (const int twice : {0, 7, many - 1}) {
+      EXPECT_EQ(fatalText([&] { track.insertKey(static_cast<float>(twice), {}, 0); }),
+                "Animation: same keyframe twice")
+          << c.order << ' ' << twice;
+    }
+    track.allocKeys(1);
+    track.insertKey(7, {}, 0);  // old keys are forgotten
+  }
+}
+
+TEST(Animation, CopiesKnowTheTimesOfTheirKeys) {
+  Animation track;
+  track.type = TrackType::position;
+  track.allocKeys(4);
+  for (const float frame : {-8.0f, -2.0f, -5.0f}) track.insertKey(frame, {}, 0);
+  Animation copy(track);
+  for (const float frame : {-8.0f, -5.0f, -2.0f}) {
+    EXPECT_EQ(fatalText([&] { copy.insertKey(frame, {}, 0); }), "Animation: same keyframe twice");
+  }
+  copy.insertKey(-4, {}, 0);
+  EXPECT_EQ(copy.count, 4);
 }
 
 TEST(Animation, CopiesPlayOneSecond) {
