@@ -121,10 +121,13 @@ constexpr BoxCorner boxCorners[boxFaces][4] = {
      {1, 1, 10, 10.1f, 10.1f}},
 };
 
-// Behind everything, since it passes every depth test and writes none.
+// Behind everything, since it passes every depth test and writes none. What was drawn last, in this frame or
+// the one before, may have left generated texture coordinates on.
 void drawBox(const View& view) {
   glDepthFunc(GL_ALWAYS);
-  for (const GLenum state : {GL_ALPHA_TEST, GL_CULL_FACE, GL_LIGHTING}) glDisable(state);
+  for (const GLenum state : {GL_ALPHA_TEST, GL_CULL_FACE, GL_LIGHTING, GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T}) {
+    glDisable(state);
+  }
   glEnable(GL_TEXTURE_2D);
   glDepthMask(GL_FALSE);
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);

@@ -146,6 +146,26 @@ TEST_F(Renderer, TheWallsOfTheBoxFaceTheEye) {
   }
 }
 
+// A mesh with an environment map may be the last thing drawn before.
+TEST_F(Renderer, TheBoxKeepsItsCoordinatesAfterEnvironmentMaps) {
+  const int texture = addWhiteTexture("wall");
+  TestScene mirror(1), scene;
+  makeSquare(*mirror.meshes[0], -5.0f);
+  mirror.meshes[0]->envMap = true;
+  mirror.meshes[0]->texture = texture;
+  mirror.render(0.0f);
+  scene.viewers[0]->fov = 160.0f;
+  scene.boxTextures[static_cast<std::size_t>(BoxFace::south)] = texture;
+  const auto triangles = captureFeedback([&] { scene.render(0.0f); });
+  ASSERT_EQ(triangles.size(), 2u);
+  for (const auto& triangle : triangles) {
+    for (const FeedbackVertex& vertex : triangle.vertices) {
+      EXPECT_NEAR(vertex.texture[0], vertex.x > 0 ? 1.0f : 0.0f, 1e-4f);
+      EXPECT_NEAR(vertex.texture[1], vertex.y > 0 ? 1.0f : 0.0f, 1e-4f);
+    }
+  }
+}
+
 // Top and bottom as a view along (0, +-1, -0.01) shows them; -z is then up or down on the screen.
 TEST_F(Renderer, TheLidAndTheFloorOfTheBox) {
   const int texture = addWhiteTexture("lid");
