@@ -6,6 +6,7 @@
 #include <FL/x.H>
 
 #include <chrono>
+#include <clocale>
 #include <deque>
 #include <vector>
 
@@ -75,6 +76,7 @@ void prepareDialogs() {
   if (prepared) return;
   prepared = true;
   fl_open_display();
+  std::setlocale(LC_CTYPE, "C");  // the toolkit took the user's, in some of which I and i are no pair
   FL_NORMAL_SIZE = 13;
   Fl::set_font(FL_HELVETICA, " DejaVu Sans");
   Fl::set_font(FL_HELVETICA_BOLD, "BDejaVu Sans");

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -43,6 +45,24 @@ TEST(Message, FatalWindowIsCaptionedErrorAndEndsTheProcess) {
       });
   EXPECT_EQ(result.exitCode, 255);
   EXPECT_EQ(result.errorText, "vextests: Project file test.hvp not found\n");
+}
+
+// Names are compared and characters classed as in the "C" locale, wherever the program runs.
+TEST(Message, WindowsLeaveTheLocaleAlone) {
+  const XServer server(800, 600);
+  setenv("LC_ALL", "C.UTF-8", 1);
+  const ChildResult result = runWithUser(
+      [] {
+        enableMessageWindows();
+        warning("look");
+        std::fputs(std::setlocale(LC_ALL, nullptr), stderr);
+      },
+      [&](Display* display) {
+        if (const Window window = waitForDialog(display, "Warning")) pressKeys(display, window, {XK_Return});
+        pause();
+      });
+  unsetenv("LC_ALL");
+  EXPECT_EQ(result.errorText, "vextests: look\nC");
 }
 
 TEST(Message, LongTextsStayOnTheScreen) {
