@@ -80,7 +80,7 @@ Particle& ParticleSystem::takeRecord() {
 
 void ParticleSystem::emit(int n, float now) {
   if (shapeCount <= 0) fatalError("cannot generate particles w/o shapes!");
-  if (n > maxCount - aliveCount) n = maxCount - aliveCount;
+  n = std::min(n, std::max(maxCount, 0) - aliveCount);
   if (n <= 0) return;
   if (n > maxParticles - aliveCount) {
     fatalError("ParticleSystem %s: %d particles alive (%d allowed)!", name, aliveCount + n, maxParticles);

@@ -24,7 +24,7 @@ const Animation* Object3D::track(TrackType type) const {
 }
 
 Animation* Object3D::addAnimation(const Animation& track) {
-  if (track.type == TrackType::none) {
+  if (slotOf(track.type) >= trackTypes) {
     fatalError("Object3D %s: addAnimation called with unknown type\n", name);
   }
   if (!tracks) tracks = std::make_unique<Tracks>();

@@ -20,8 +20,7 @@ Matrix lookAlong(const Vector& eye, const Vector& direction) {
   const Vector& d = direction;
   float yaw = 0.0f;
   float pitch = 0.0f;
-  if (d.x != 0.0f || d.z != 0.0f) {
-    const float ground = std::sqrt(d.x * d.x + d.z * d.z);
+  if (const float ground = std::sqrt(d.x * d.x + d.z * d.z); ground > 0.0f) {
     yaw = -std::acos(d.z / ground);
     if (d.x > 0.0f) yaw = -yaw;
     pitch = std::atan(d.y / ground);

@@ -5,21 +5,17 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <vector>
 
 #include "effects/light.h"
 #include "engine/mesh.h"
 #include "shell/random.h"
 #include "tests/support/fatal.h"
+#include "tests/support/vectors.h"
 
 namespace vex {
 namespace {
-
-void expectNear(const Vector& v, double x, double y, double z, double tolerance = 1e-4) {
-  EXPECT_NEAR(v.x, x, tolerance);
-  EXPECT_NEAR(v.y, y, tolerance);
-  EXPECT_NEAR(v.z, z, tolerance);
-}
 
 // The symmetric draw that a value of the generator gives.
 double chance(int value, double range) {
@@ -269,6 +265,19 @@ TEST(ParticleSystem, LetsTheLivingGoOnWithoutACount) {
   EXPECT_EQ(system.aliveCount, 25);
   system.update(2.5f, 0.5f);
   EXPECT_EQ(system.aliveCount, 0);
+}
+
+TEST(ParticleSystem, CountsBelowNothingEmitNothing) {
+  Light light;
+  ParticleSystem system;
+  system.addShape(&light);
+  system.emit(3, 0.0f);
+  for (const int count : {-1, std::numeric_limits<int>::min()}) {
+    system.maxCount = count;
+    system.emit(2, 0.0f);
+    system.update(0.5f, 0.5f);
+    EXPECT_EQ(system.aliveCount, 3);
+  }
 }
 
 // A scene off the screen does not update: the next step moves by that frame's step only, and whatever

@@ -8,6 +8,7 @@
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
 #include "tests/support/test_scene.h"
+#include "tests/support/vectors.h"
 
 namespace vex {
 namespace {
@@ -38,19 +39,13 @@ Vector moved(Object3D& object, float seconds, const Vector& p) {
   return transformPoint(object.getMatrix(seconds), p);
 }
 
-void expectPoint(const Vector& p, const Vector& expected) {
-  EXPECT_NEAR(p.x, expected.x, 1e-4f);
-  EXPECT_NEAR(p.y, expected.y, 1e-4f);
-  EXPECT_NEAR(p.z, expected.z, 1e-4f);
-}
-
 }  // namespace
 
 TEST(Object3D, WithoutTracksStaysWhereItIs) {
   Object3D object;
   object.position = {1, 2, 3};
   object.current = scaling({9, 9, 9});
-  expectPoint(moved(object, 5, {4, 5, 6}), {4, 5, 6});
+  expectNear(moved(object, 5, {4, 5, 6}), {4, 5, 6});
   EXPECT_EQ(object.getWorldPosition(), Vector(1, 2, 3));
 }
 
@@ -58,8 +53,8 @@ TEST(Object3D, TurnsAboutItsPivot) {
   Object3D object;
   object.position = {5, 0, 0};
   object.addAnimation(turnTrack(zAxis, quarterTurn));
-  expectPoint(moved(object, 1, {6, 0, 0}), {5, -1, 0});  // x to -y
-  expectPoint(object.worldPosition, {5, 0, 0});
+  expectNear(moved(object, 1, {6, 0, 0}), {5, -1, 0});  // x to -y
+  expectNear(object.worldPosition, {5, 0, 0});
 }
 
 TEST(Object3D, PositionTracksAreAbsolute) {
@@ -69,24 +64,24 @@ TEST(Object3D, PositionTracksAreAbsolute) {
   object.addAnimation(turnTrack(zAxis, quarterTurn));
   object.addAnimation(straightPath({0, 0, 0}, {0, 0, 100}));
   // Off the pivot by 1: scaled to 2, turned to -y, then put in its place.
-  expectPoint(moved(object, 1, {6, 0, 0}), {0, -2, 100});
-  expectPoint(object.worldPosition, {0, 0, 100});
+  expectNear(moved(object, 1, {6, 0, 0}), {0, -2, 100});
+  expectNear(object.worldPosition, {0, 0, 100});
 }
 
 TEST(Object3D, ScalesBeforeItTurnsWhateverCameFirst) {
   Object3D object;
   object.addAnimation(turnTrack(zAxis, quarterTurn));
   object.addAnimation(scaleTrack({3, 1, 1}));
-  expectPoint(moved(object, 1, {1, 1, 0}), {1, -3, 0});
+  expectNear(moved(object, 1, {1, 1, 0}), {1, -3, 0});
 }
 
 TEST(Object3D, TheBaseMatrixComesBeforeTheTracks) {
   Object3D object;
   object.position = {10, 0, 0};
   object.baseMatrix = scaling({2, 1, 1});
-  expectPoint(moved(object, 1, {11, 0, 0}), {11, 0, 0});  // without tracks it is not used
+  expectNear(moved(object, 1, {11, 0, 0}), {11, 0, 0});  // without tracks it is not used
   object.addAnimation(turnTrack(zAxis, quarterTurn));
-  expectPoint(moved(object, 1, {11, 0, 0}), {10, -2, 0});
+  expectNear(moved(object, 1, {11, 0, 0}), {10, -2, 0});
 }
 
 TEST(Object3D, ChildrenFollowTheWholeParent) {
@@ -94,11 +89,11 @@ TEST(Object3D, ChildrenFollowTheWholeParent) {
   parent.addAnimation(turnTrack(zAxis, quarterTurn));
   child.position = {5, 0, 0};
   child.parent = &parent;
-  expectPoint(moved(child, 1, {6, 0, 0}), {0, -6, 0});
-  expectPoint(child.worldPosition, {0, -5, 0});
+  expectNear(moved(child, 1, {6, 0, 0}), {0, -6, 0});
+  expectNear(child.worldPosition, {0, -5, 0});
   child.addAnimation(straightPath({0, 0, 0}, {0, 7, 0}));
-  expectPoint(moved(child, 1, {5, 0, 0}), {7, 0, 0});
-  expectPoint(child.worldPositionAt(0), {0, 0, 0});
+  expectNear(moved(child, 1, {5, 0, 0}), {7, 0, 0});
+  expectNear(child.worldPositionAt(0), {0, 0, 0});
 }
 
 TEST(Object3D, AFixedTimeIsItsOwn) {
@@ -108,11 +103,11 @@ TEST(Object3D, AFixedTimeIsItsOwn) {
   child.addAnimation(straightPath({0, 0, 0}, {40, 0, 0}));
   for (Object3D* object : {&parent, &child}) object->setAnimParams(10, false);
   child.setFixedTime(2.5f);
-  expectPoint(moved(child, 5, {}), {10, 50, 0});
+  expectNear(moved(child, 5, {}), {10, 50, 0});
   child.setFixedTime(0);
-  expectPoint(moved(child, 5, {}), {0, 50, 0});
+  expectNear(moved(child, 5, {}), {0, 50, 0});
   child.setFixedTime(-1);
-  expectPoint(moved(child, 5, {}), {20, 50, 0});
+  expectNear(moved(child, 5, {}), {20, 50, 0});
 }
 
 TEST(Object3D, SkeletonHelpersGoToTheirPlaceAgainUnderAParent) {
@@ -122,9 +117,9 @@ TEST(Object3D, SkeletonHelpersGoToTheirPlaceAgainUnderAParent) {
   helper.position = {5, 0, 0};
   helper.baseMatrix = scaling({9, 9, 9});  // helpers do without
   helper.addAnimation(straightPath({0, 0, 0}, {1, 2, 3}));
-  expectPoint(moved(helper, 1, {6, 0, 0}), {2, 2, 3});
+  expectNear(moved(helper, 1, {6, 0, 0}), {2, 2, 3});
   helper.parent = &parent;
-  expectPoint(moved(helper, 1, {6, 0, 0}), {7, 2, 12});
+  expectNear(moved(helper, 1, {6, 0, 0}), {7, 2, 12});
   EXPECT_EQ(helper.worldPosition, Vector()) << "not refreshed";
 }
 
@@ -134,13 +129,13 @@ TEST(Object3D, ManualTransformsWorkAboutThePivot) {
   object.resetTransform();
   object.translate({1, 0, 0});
   object.rotate(zAxis, quarterTurn);  // about (6, 0, 0)
-  expectPoint(moved(object, 0, {5, 0, 0}), {6, 0, 0});
-  expectPoint(moved(object, 0, {6, 0, 0}), {6, -1, 0});
+  expectNear(moved(object, 0, {5, 0, 0}), {6, 0, 0});
+  expectNear(moved(object, 0, {6, 0, 0}), {6, -1, 0});
   object.resetTransform();
   object.scale({1, 3, 1});
-  expectPoint(moved(object, 0, {6, 2, 0}), {6, 6, 0});
+  expectNear(moved(object, 0, {6, 2, 0}), {6, 6, 0});
   object.resetTransform();
-  expectPoint(moved(object, 0, {6, 2, 0}), {6, 2, 0});
+  expectNear(moved(object, 0, {6, 2, 0}), {6, 2, 0});
   EXPECT_FALSE(object.manual);
 }
 
@@ -150,8 +145,8 @@ TEST(Object3D, ManualTransformsDoNotCollectTheParent) {
   child.parent = &parent;
   child.translate({1, 0, 0});
   for (int frame = 0; frame < 3; ++frame) {
-    expectPoint(moved(child, 0, {}), {1, 10, 0});
-    expectPoint(child.worldPosition, {1, 10, 0});
+    expectNear(moved(child, 0, {}), {1, 10, 0});
+    expectNear(child.worldPosition, {1, 10, 0});
   }
 }
 
@@ -163,13 +158,13 @@ TEST(Object3D, RotationIsTracksBaseAndParents) {
   Object3D parent, object;
   object.position = {7, 8, 9};
   object.baseMatrix = rotation(zAxis, quarterTurn);
-  expectPoint(turned(object, {1, 0, 0}), {0, -1, 0});
+  expectNear(turned(object, {1, 0, 0}), {0, -1, 0});
   object.addAnimation(turnTrack(xAxis, quarterTurn));
   object.addAnimation(straightPath({5, 5, 5}, {5, 5, 5}));
-  expectPoint(turned(object, {0, 0, 1}), {1, 0, 0});  // z to y, y to x
+  expectNear(turned(object, {0, 0, 1}), {1, 0, 0});  // z to y, y to x
   parent.baseMatrix = scaling({1, 2, 4});
   object.parent = &parent;
-  expectPoint(turned(object, {1, 0, 0}), {0, -2, 0});
+  expectNear(turned(object, {1, 0, 0}), {0, -2, 0});
 }
 
 TEST(Object3D, TracksAreCopiesInTheirSlots) {
@@ -194,8 +189,12 @@ TEST(Object3D, TracksAreCopiesInTheirSlots) {
             "Object3D Wing: duplicated animation of type rotation");
   EXPECT_EQ(fatalText([&] { object.addAnimation(path); }),
             "Object3D Wing: duplicated animation of type position");
-  EXPECT_EQ(fatalText([&] { object.addAnimation(Animation()); }),
-            "Object3D Wing: addAnimation called with unknown type");
+  for (const TrackType type : {TrackType::none, static_cast<TrackType>(3), static_cast<TrackType>(-1)}) {
+    Animation unknown;
+    unknown.type = type;
+    EXPECT_EQ(fatalText([&] { object.addAnimation(unknown); }),
+              "Object3D Wing: addAnimation called with unknown type");
+  }
 
   object.removeAnimation(TrackType::scale);
   EXPECT_EQ(object.track(TrackType::scale), nullptr);

@@ -7,15 +7,10 @@
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
 #include "tests/support/test_scene.h"
+#include "tests/support/vectors.h"
 
 namespace vex {
 namespace {
-
-void expectPoint(const Vector& p, const Vector& expected) {
-  EXPECT_NEAR(p.x, expected.x, 1e-4f);
-  EXPECT_NEAR(p.y, expected.y, 1e-4f);
-  EXPECT_NEAR(p.z, expected.z, 1e-4f);
-}
 
 Vector seen(Viewer& viewer, const Vector& p) {
   return transformPoint(viewer.getMatrix(0), p);
@@ -30,8 +25,8 @@ TEST(Viewer, LooksAlongMinusZ) {
   for (int r = 0; r < 4; ++r) {
     for (int c = 0; c < 4; ++c) EXPECT_NEAR(view.m[r][c], r == c ? 1 : 0, 1e-5f);
   }
-  expectPoint(viewer.right, {1, 0, 0});
-  expectPoint(viewer.down, {0, -1, 0});
+  expectNear(viewer.right, {1, 0, 0});
+  expectNear(viewer.down, {0, -1, 0});
 }
 
 // The target lies ahead; `right` and `down` of the world are right and down of the view.
@@ -41,9 +36,9 @@ TEST(Viewer, TurnsToItsTarget) {
     Viewer viewer;
     viewer.position = {10, 20, 30};
     viewer.target = viewer.position + direction;
-    expectPoint(seen(viewer, viewer.target), {0, 0, -direction.length()});
-    expectPoint(seen(viewer, viewer.position + viewer.right), {1, 0, 0});
-    expectPoint(seen(viewer, viewer.position + viewer.down), {0, -1, 0});
+    expectNear(seen(viewer, viewer.target), {0, 0, -direction.length()});
+    expectNear(seen(viewer, viewer.position + viewer.right), {1, 0, 0});
+    expectNear(seen(viewer, viewer.position + viewer.down), {0, -1, 0});
     EXPECT_EQ(viewer.right.y, 0.0f);
     EXPECT_LT(viewer.down.y, 0.0f);
   }
@@ -55,8 +50,8 @@ TEST(Viewer, RollsAfterwards) {
   viewer.target = {0, 0, 7};
   viewer.roll = 0.5f;
   viewer.getMatrix(0);
-  expectPoint(seen(viewer, viewer.right), {std::cos(0.5f), -std::sin(0.5f), 0});
-  expectPoint(seen(viewer, viewer.target), {0, 0, -7});
+  expectNear(seen(viewer, viewer.right), {std::cos(0.5f), -std::sin(0.5f), 0});
+  expectNear(seen(viewer, viewer.target), {0, 0, -7});
 }
 
 TEST(Viewer, StraightUpThereAreNoScreenAxes) {
@@ -64,10 +59,17 @@ TEST(Viewer, StraightUpThereAreNoScreenAxes) {
     Viewer viewer;
     viewer.right = viewer.down = {1, 1, 1};
     viewer.target = {0, height, 0};
-    expectPoint(seen(viewer, {1, 2, 3}), {-1, 2, -3});  // half a turn about y
+    expectNear(seen(viewer, {1, 2, 3}), {-1, 2, -3});  // half a turn about y
     EXPECT_EQ(viewer.right, Vector());
     EXPECT_EQ(viewer.down, Vector());
   }
+}
+
+// Offsets whose squares are 0 count as none.
+TEST(Viewer, StraightUpButForNextToNothing) {
+  Viewer viewer;
+  viewer.target = {1e-30f, 3.0f, -1e-30f};
+  expectNear(seen(viewer, {1, 2, 3}), {-1, 2, -3});
 }
 
 TEST(Viewer, FollowsItsTracks) {
@@ -77,8 +79,8 @@ TEST(Viewer, FollowsItsTracks) {
   EXPECT_EQ(viewer.positionTrack->duration, 1.0f);
   viewer.setAnimParams(4, true);
   viewer.getMatrix(5);
-  expectPoint(viewer.position, {2.5f, 0, 0});
-  expectPoint(viewer.target, {2.5f, 2.5f, -5});
+  expectNear(viewer.position, {2.5f, 0, 0});
+  expectNear(viewer.target, {2.5f, 2.5f, -5});
 }
 
 TEST(Viewer, RefusesTracksItCannotFollow) {
