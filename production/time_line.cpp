@@ -25,8 +25,9 @@ void addPictures(Show& show, Section section) {
       return addInterludeOne(show);
     case Section::interludeTwo:
       return addInterludeTwo(show);
-    case Section::laboratory:
     case Section::hell:
+      return addHell(show);
+    case Section::laboratory:
     case Section::skull:
     case Section::water:
       break;

@@ -64,7 +64,7 @@ Colour4 stoneColour(const BakePoint& p) {
   albedo = albedo * joint * (1 + 1.8f * worn);
   // The lake's light dies with height; its heat stays in the foot.
   const float near = p.part == choirWall ? 0.75f : mix(0.50f, 2.1f, std::exp(-std::max(0.0f, y) / 60));
-  Colour4 colour = albedo * p.light * near;
+  Colour4 colour = albedo * p.light * (1.45f * near);
   const float foot = std::exp(-std::max(0.0f, y - 2 * grit) / 5.5f);
   colour = colour + gradient(emberRamp, 0.62f) *
                         (0.75f * foot * foot + 0.25f * std::exp(-std::max(0.0f, y) / 18) * p.open);

@@ -32,7 +32,7 @@ Canvas lavaPicture(int side) {
     const float glow = std::exp(-crack / width);
     const float grit = 0.5f + 0.5f * fractal(u * 24, v * 24, 24, 3, 0.55f, 965);
     const float relief = sample(light, u, v, EdgeMode::wrap);
-    Colour4 colour = (ink + gradient(emberRamp, 0.17f + 0.08f * grit)) * (0.35f + 0.75f * relief);
+    Colour4 colour = (ink + gradient(emberRamp, 0.21f + 0.10f * grit)) * (0.35f + 0.75f * relief);
     colour = colour + gradient(emberRamp, 0.40f * std::exp(-crack / (width * 2.4f)));
     return mix(colour, gradient(emberRamp, 0.52f + 0.36f * glow), smoothStep(0.35f, 0.75f, glow));
   });
@@ -70,7 +70,7 @@ Canvas lakeHazePicture(int side, float reach) {
   return paint(side, side, [reach](float u, float v) {
     const float away = 2 * std::hypot(u - 0.5f, v - 0.5f) * reach;
     Colour4 colour = hellHaze();
-    colour.a = 0.97f * smoothStep(150, 560, away);
+    colour.a = 0.97f * smoothStep(90, 470, away);
     return colour;
   });
 }
@@ -81,7 +81,7 @@ Canvas hazePicture(int side) {
     const float swirl = 0.5f + 0.5f * fractal(u * 5, v * 3, 0, 4, 0.5f, 970);
     Colour4 colour = gradient(emberRamp, 0.60f - 0.14f * rise);
     colour.a = smoothStep(1, 0.45f, std::fabs(x)) * smoothStep(0.0f, 0.10f, rise) * std::exp(-rise * 3.4f) *
-               smoothStep(1.0f, 0.7f, rise) * (0.25f + 0.6f * swirl);
+               smoothStep(1.0f, 0.7f, rise) * (0.40f + 0.6f * swirl);
     return colour;
   });
 }

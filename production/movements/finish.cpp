@@ -32,7 +32,10 @@ void addFinish(Show& show) {
            "unison 2", "unison 3", "unison 4"},
           "haze_violet", Fade{1, 0.75, 0.95});
   flashOn(show, {"interlude one", "pad opens"}, "haze_teal", Fade{0.7, 1, 0.97});
-  flashOn(show, {"interlude two", "roll", "roll doubles", "last stroke"}, "haze_ember", Fade{1, 0.86, 0.6});
+  flashOn(show,
+          {"interlude two", "roll", "roll doubles", "last stroke", "hell", "lake of fire", "cathedral",
+           "black sphere", "eruption", "sphere cracks", "sphere cracks 2", "sphere cracks 3"},
+          "haze_ember", Fade{1, 0.86, 0.6});
 
   // The film's finish ends where the party begins.
   const double film = outroBar;
@@ -42,7 +45,8 @@ void addFinish(Show& show) {
            Noise{.texture = "grain", .jitterX = 1, .jitterY = 1, .blend = Blend::darken});
   show.add("vignette", 0, film, vignette,
            Bitmap{.texture = "vignette", .at = covering(1), .blend = Blend::darken});
-  // The bars slide in with the prologue, give way in the alien's breadth, come back for the interludes.
+  // The bars slide in with the prologue, give way in the alien's breadth, come back for the interludes and
+  // open again for hell.
   const auto beat = [](double bar) { return bar * beatsPerBar; };
   const Curve height = line({{0, 0.0},
                              {8, barHeight},
@@ -50,7 +54,9 @@ void addFinish(Show& show) {
                              {beat(alienBar) + 0.5, 0.12},
                              {beat(interludeOneBar), 0.12},
                              {beat(interludeOneBar) + 0.5, barHeight},
-                             {beat(film), barHeight},
+                             {beat(hellBar), barHeight},
+                             {beat(hellBar) + 0.5, 0.12},
+                             {beat(film), 0.12},
                              {beat(film) + 2, 0},
                              {partEnd, 0}});
   // They reach beyond the screen, so that no edge of theirs shows but the inner one.

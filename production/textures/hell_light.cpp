@@ -58,7 +58,7 @@ Colour4 hellLight(const Vector& direction) {
   const float cloud = 0.5f + 0.5f * fractal(folded, 0, 5, 0.55f, 902);
   const float billow = smoothStep(0.32f, 0.8f, cloud);
   const float glow = std::exp(-up * 3.0f);
-  Colour4 colour = gradient(emberRamp, 0.10f + 0.46f * glow) +
+  Colour4 colour = gradient(emberRamp, 0.15f + 0.46f * glow) +
                    gradient(emberRamp, (0.16f + 0.42f * glow) * billow) * (0.35f + 0.5f * glow);
   // Where the fire stands behind the ruins the sky burns.
   const float blaze = 0.5f + 0.5f * gradientNoise(direction * 2.2f, 0, 905);
