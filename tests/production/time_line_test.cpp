@@ -134,7 +134,7 @@ double valueOf(const ScriptParameter& parameter, double progress) {
 bool paintsAll(const ScriptCall& call, double progress) {
   const auto value = [&](int i) { return valueOf(call.parameters[static_cast<std::size_t>(i)], progress); };
   if (call.function == "fadeScreen") return value(3) >= 1;
-  static const std::set<std::string> closedWorlds{"SceneAlien"};
+  static const std::set<std::string> closedWorlds{"SceneAlien", "SceneHell"};
   if (call.function == "animate") return closedWorlds.contains(call.scene);
   static const std::set<std::string> opaque{"data\\sky_copper", "data\\sky_bone",    "data\\sky_acid",
                                             "data\\sky_ember",  "data\\glass_ember", "data\\eye",
