@@ -66,7 +66,7 @@ float ribThickness(float t) {
 
 Surface halfRib(float until, TubeEnd end) {
   std::vector<Vector> path;
-  constexpr int pieces = 13;
+  constexpr int pieces = 11;
   for (int i = 0; i <= pieces; ++i) path.push_back(arcPoint(until * static_cast<float>(i) / pieces, 0, 0));
   return creased(withoutMapping(tube(
                      path, 8, [until](float t) { return ribThickness(t * until); }, end)),
@@ -81,7 +81,7 @@ Surface bossSurface() {
 
 // The vault over the left half of one bay, with holes.
 Surface webSurface() {
-  const Surface half = turnedOver(sheet(8, 18, [](float s, float t) {
+  const Surface half = turnedOver(sheet(9, 20, [](float s, float t) {
     const float sag = 9 * std::sin(pi * s);
     const Vector p = arcPoint(t, 3 + sag, bay * s);
     return p + Vector(0, 1, 0) * (1.5f * gradientNoise(p * 0.09f, 0, 952));
@@ -137,9 +137,9 @@ Surface choirWallSurface() {
   outlines.push_back(circle(0, roseY, 11, 14, true));
   for (int i = 0; i < 8; ++i) {
     const float turn = 2 * pi * (static_cast<float>(i) + 0.5f) / 8;
-    outlines.push_back(circle(28 * std::cos(turn), roseY + 28 * std::sin(turn), 8.5f, 12, true));
+    outlines.push_back(circle(28 * std::cos(turn), roseY + 28 * std::sin(turn), 7.6f, 12, true));
   }
-  return withoutMapping(extrusion(outlines, 16, 2.2f));
+  return withoutMapping(extrusion(outlines, 16, 1.3f));
 }
 
 Surface causewaySurface() {
@@ -155,7 +155,7 @@ Surface causewaySurface() {
 constexpr float linkLength = 7.6f;  // from link to link
 
 Surface link() {
-  return withoutMapping(placed(torus(2.9f, 0.85f, 8, 3), stretched(1, 1, 1.75f) >> turnedX(90)));
+  return withoutMapping(placed(torus(2.9f, 0.85f, 8, 4), stretched(1, 1, 1.75f) >> turnedX(90)));
 }
 
 // Links from one place to another, every other one turned by a quarter.
