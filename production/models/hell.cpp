@@ -403,13 +403,13 @@ void addHaze(Stage& stage) {
     });
     stage.meshes.push_back(mesh);
   }
-  // Through the sphere's middle, turned so that no camera sees its edge.
+  // Behind the sphere's middle, turned so that no camera sees its edge or the sphere through it.
   const float side = 7 * sphereRadius;
-  stage.meshes.push_back(
-      {.name = "halo",
-       .surface = placed(card(side, side), moved(0, -side / 2, 0) >> turnedY(-24) >> moved(sphereCentre)),
-       .pivot = sphereCentre,
-       .material = "halo"});
+  stage.meshes.push_back({.name = "halo",
+                          .surface = placed(card(side, side), moved(0, -side / 2, 0) >> turnedY(-10) >>
+                                                                  moved(sphereCentre - Vector(0, 0, 12))),
+                          .pivot = sphereCentre,
+                          .material = "halo"});
 }
 
 Model hellModel(const Settings& settings) {
