@@ -155,7 +155,7 @@ Canvas shaftPicture(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side, side, [](float u, float v) {
     const float x = 2 * u - 1, rise = 1 - v;
-    const float streaks = 0.55f + 0.45f * fractal(u * 9, v * 0.7f, 0, 4, 0.55f, 971);
+    const float streaks = 0.8f + 0.3f * fractal(u * 4, v * 0.7f, 0, 3, 0.5f, 971);
     const float body =
         smoothStep(1, 0.15f, std::fabs(x)) * std::pow(1 - rise, 1.7f) * smoothStep(0, 0.04f, rise);
     Colour4 colour = gradient(acidRamp, 0.55f + 0.35f * (1 - rise));

@@ -242,9 +242,12 @@ Assembly casketBody() {
   append(all, block({-x - 6, tableTop + 8, -z - 6}, {x + 6, tableTop + 12, z + 6}, 1.2f), brass);
   append(all, block({-x - 3, tableTop + 12, -z - 3}, {x + 3, floorTop + 1, z + 3}, 1.4f), brass);
   append(all, frame(x + 2.4f, z + 2.4f, wallTop - 1, lidFoot - 0.7f, wall + 2.4f, 0.9f), brass);
-  // What shows when the lid is up: a well of light.
-  append(all, turnedOver(block({-x + wall, floorTop - 2, -z + wall}, {x - wall, wallTop + 1, z - wall}, 0)),
-         inside);
+  // What shows when the lid is up: a well of light, clear of the walls.
+  constexpr float lining = wall + 0.5f;
+  append(
+      all,
+      turnedOver(block({-x + lining, floorTop - 2, -z + lining}, {x - lining, wallTop + 1, z - lining}, 0)),
+      inside);
 
   // The mount of the lock.
   append(all, placed(extrusion({foiled(14.2f, 2.2f, 8)}, 2, 0.6f), moved(0, lockPivot.y, z + 1.6f)), brass);
@@ -385,7 +388,7 @@ Assembly casketLock() {
   append(all, placed(extrusion({circle(0, 0, 11, 64, false), keyhole()}, 2.4f, 0.7f), moved(0, 0, 1.6f)),
          brass);
   // Light behind the keyhole.
-  append(all, placed(disc(6, 20, 2), onFront(0, -1, -0.4f)), inside);
+  append(all, placed(disc(6, 20, 2), onFront(0, -1, 0.6f)), inside);
   append(all, placed(torus(9.4f, 0.55f, 36, 5), onFront(0, 0, 1.6f)), brass);
   append(all, placed(torus(5.9f, 0.5f, 28, 5), onFront(0, 0, 1.6f)), brass);
   Copies rays{

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
@@ -14,7 +15,7 @@ namespace vex::reliquary {
 namespace {
 
 constexpr float fenceRadius = 285, choirRadius = 330;
-constexpr int spears = 36;
+constexpr float spearEvery = 3.9f;  // degrees
 
 Vector around(float radius, float degrees, float y) {
   const float turn = degrees * pi / 180;  // 0: before the casket, 90: to its right
@@ -59,27 +60,36 @@ Surface rail(float fromDegrees, float toDegrees, float y) {
       path, 6, [](float) { return 1.6f; }, TubeEnd::flat);
 }
 
-// An arch of the choir, in the plane z = 0, on y = 0.
-Surface choirArch() {
-  const auto outline = [](float half, float springing, bool hole) {
-    Outline points{{half, 0}};
-    constexpr int pieces = 7;
-    const float reach = half * 1.6f, top = std::acos((reach - half) / reach);
-    for (int i = 0; i <= pieces; ++i) {
-      const float turn = top * static_cast<float>(i) / pieces;
-      points.push_back({half - reach + reach * std::cos(turn), springing + reach * std::sin(turn)});
+// A pointed arch that stands open below, in the plane z = 0.
+Surface openArch(float half, float springing, float thick, float depth, float bevel) {
+  constexpr int pieces = 7;
+  Outline points;
+  const auto side = [&](float halfWidth, bool back) {
+    const float reach = half * 1.6f + halfWidth - half, top = std::acos((half * 0.6f) / reach);
+    for (int k = -pieces - 1; k <= pieces + 1; ++k) {
+      const int i = back ? -k : k;  // from the right foot to the left one, or back
+      const float way = i < 0 ? 1.0f : -1.0f;
+      const int from = pieces - std::abs(i);
+      if (i == 0)
+        points.push_back({0, springing + reach * std::sin(top)});
+      else if (from < 0)
+        points.push_back({way * halfWidth, 0});
+      else {
+        const float turn = top * static_cast<float>(from) / pieces;
+        points.push_back({way * (reach * std::cos(turn) - half * 0.6f), springing + reach * std::sin(turn)});
+      }
     }
-    for (int i = pieces - 1; i >= 0; --i)
-      points.push_back(
-          {-points[static_cast<std::size_t>(i) + 1].x, points[static_cast<std::size_t>(i) + 1].y});
-    points.push_back({-half, 0});
-    if (hole) std::reverse(points.begin(), points.end());
-    return points;
   };
-  return joined({placed(extrusion({outline(78, 190, false), outline(64, 190, true)}, 14, 3), moved(0, 0, 7)),
+  side(half, false);
+  side(half - thick, true);
+  return extrusion({points}, depth, bevel);
+}
+
+Surface choirArch() {
+  return joined({placed(openArch(78, 190, 14, 14, 3), moved(0, 0, 7)),
                  placed(bevelledBox(Vector(5, 268, 5), 1.5f), moved(0, 134, 0)),
-                 placed(extrusion({outline(30, 150, false), outline(25, 150, true)}, 5), moved(-29, 0, 2)),
-                 placed(extrusion({outline(30, 150, false), outline(25, 150, true)}, 5), moved(29, 0, 2))});
+                 placed(openArch(31, 150, 5, 5, 0), moved(-31, 0, 2)),
+                 placed(openArch(31, 150, 5, 5, 0), moved(31, 0, 2))});
 }
 
 }  // namespace
@@ -114,13 +124,15 @@ Assembly plinth() {
 
 Assembly hall() {
   Assembly assembly;
-  for (const float side : {-1.0f, 1.0f})
-    for (const float y : {16.0f, 60.0f}) append(assembly.single, rail(side * 13, side * 88, y), iron);
+  // It leaves a gate where the camera passes.
   Copies spikes{spear(), {}, iron};
-  for (int i = 0; i < spears / 2; ++i)
-    for (const float side : {-1.0f, 1.0f})
+  for (const auto& [from, to] : {std::pair(-96.0f, -43.0f), std::pair(0.0f, 78.0f)}) {
+    for (const float y : {16.0f, 60.0f}) append(assembly.single, rail(from, to, y), iron);
+    const int count = static_cast<int>((to - from) / spearEvery);
+    for (int i = 0; i <= count; ++i)
       spikes.places.push_back(
-          moved(around(fenceRadius, side * (13 + 75.0f * static_cast<float>(i) / (spears / 2 - 1)), 0)));
+          moved(around(fenceRadius, mix(from, to, static_cast<float>(i) / static_cast<float>(count)), 0)));
+  }
   Copies pillars{pillar(), {}, stone}, arches{choirArch(), {}, stone};
   for (int i = 0; i < 8; ++i) {
     const float degrees = 180 + 32 * (static_cast<float>(i) - 3.5f);

@@ -87,11 +87,11 @@ Colour4 brassAt(const BakePoint& p) {
   const float grit = 0.5f + 0.5f * fractal(p.position * 0.5f, 0, 4, 0.6f, 911);
   const float stain = smoothStep(-0.1f, 0.7f, fractal(p.position * 0.09f, 0, 4, 0.55f, 912));
   const float deep = clamp01(1.25f - 1.5f * p.open + 0.5f * std::max(0.0f, -p.edge));
-  Colour4 metal = gradient(brassRamp, 0.50f + 0.12f * grit - 0.16f * stain + 0.28f * std::max(0.0f, p.edge));
+  Colour4 metal = gradient(brassRamp, 0.47f + 0.12f * grit - 0.16f * stain + 0.28f * std::max(0.0f, p.edge));
   metal = mix(metal, Colour4{0.06f, 0.085f, 0.05f}, 0.75f * deep);
   const Vector rough = unit(p.normal + Vector(0.22f, 0.2f, 0.1f) * (grit - 0.5f));
   return metal * p.light +
-         gradient(brassRamp, 0.78f) * glint(rough) * (0.85f * (1 - 0.5f * stain) * (1 - deep));
+         gradient(brassRamp, 0.82f) * glint(rough) * (1.25f * (1 - 0.5f * stain) * (1 - deep));
 }
 
 // Green glass with a light of its own low down, as if something shone through.
@@ -109,7 +109,7 @@ Colour4 insideAt(const BakePoint& p) {
   const float swirl = 0.5f + 0.5f * fractal(warp(p.position * 0.05f, 0, 0.8f, 921), 0, 4, 0.55f, 922);
   const float depth = smoothStep(wallTop + 34, floorTop, p.position.y);
   const float edge = smoothStep(0, 0.5f, p.open);
-  return gradient(acidRamp, clamp01(0.30f + 0.55f * depth + 0.28f * (swirl - 0.5f)) * (0.75f + 0.25f * edge));
+  return gradient(acidRamp, clamp01(0.42f + 0.46f * depth + 0.34f * (swirl - 0.5f)) * (0.75f + 0.25f * edge));
 }
 
 Colour4 stoneAt(const BakePoint& p) {
@@ -120,6 +120,15 @@ Colour4 stoneAt(const BakePoint& p) {
   const float wet = smoothStep(40, 0, p.position.y) * smoothStep(100, 160, radius);
   Colour4 marble = mix(Colour4{0.26f, 0.26f, 0.25f}, Colour4{0.46f, 0.45f, 0.41f}, grain);
   marble = marble + gradient(acidRamp, 0.42f) * (0.5f * std::pow(vein, 14.0f));
+  // A frieze is carved round the waist.
+  const Vector along = unit(Vector(p.normal.z, 0, -p.normal.x) + Vector(1e-4f, 0, 0));
+  const float way = dot(p.position, along);
+  const float band = smoothStep(36, 38.5f, p.position.y) * smoothStep(53.5f, 51, p.position.y);
+  const auto carved = [&](float right, float up) {
+    return vine((way + right) * 0.62f, (p.position.y + up - 45) * 0.62f + 10.5f);
+  };
+  const float carving = band * (carved(0.7f, -0.7f) - carved(-0.7f, 0.7f));
+  marble = marble * (1 + 0.6f * carving) * (1 - 0.25f * band * carved(0, 0));
   marble = marble * (1 - 0.5f * soot) * (1 - 0.3f * wet);
   marble = marble + Colour4{0.16f, 0.155f, 0.14f} * std::max(0.0f, p.edge);
   return marble * p.light + glint(p.normal) * (0.14f * p.open);
@@ -243,19 +252,18 @@ Canvas veilPicture(int veil, const Settings& settings) {
       case 1: {  // the letters, smouldering
         const float d = at(0.004f * wx, 0.008f * wy);
         const float coal = 0.5f + 0.5f * fractal(x * 9 + wx, y * 9 + wy, 0, 4, 0.6f, 962);
-        light = smoothStep(0.8f, -1.2f, d) * (0.30f + 0.45f * coal * coal) +
-                0.4f * std::exp(-std::fabs(d) / 2.2f);
+        light = smoothStep(0.8f, -1.2f, d) * (0.16f + 0.5f * coal * coal * coal);
         break;
       }
       case 2: {  // a burning rim
         const float d = at(0.008f * wx, 0.016f * wy);
-        light = 0.95f * std::exp(-std::fabs(d) / 1.9f) + 0.25f * std::exp(-std::fabs(d) / 8);
+        light = 1.1f * std::exp(-std::fabs(d) / 2.1f) + 0.2f * std::exp(-std::fabs(d) / 8);
         break;
       }
       default: {  // strands inside that flow to the right
         const float d = at(0.006f * wx, 0.012f * wy);
         const float strand = 1 - std::fabs(fractal(x * 3 + 0.8f * wx, y * 14 + 2 * wy, 0, 4, 0.5f, 963));
-        light = smoothStep(2.0f, -2.5f, d) * std::pow(strand, 5.0f) * 0.95f;
+        light = smoothStep(2.0f, -2.5f, d) * std::pow(strand, 9.0f) * 0.95f;
         break;
       }
     }

@@ -67,8 +67,12 @@ void addShot(Show& show, const char* name, double fromBar, double bars, Shot sho
 // A cloudy night behind the choir.
 void addNight(Show& show) {
   const double length = barOf("shut") - boxBar;
-  show.add("night", boxBar, length, ground,
-           Bitmap{.texture = "sky_acid", .at = covering(1.2, swing(96, -0.15, 0.15))});
+  const auto beat = [](std::string_view cue) { return (barOf(cue) - boxBar) * beatsPerBar; };
+  // Bright behind what is dark, dark behind the burning title.
+  show.add("night", boxBar, length, ground, Fade{},
+           Bitmap{.texture = "sky_acid",
+                  .at = covering(1.2, swing(96, -0.15, 0.15)),
+                  .alpha = line({{0, 0.9}, {beat("lid"), 0.8}, {beat("layer 1"), 0.3}, {partEnd, 0.35}})});
   // Fumes drift through all of it.
   show.add("fumes", boxBar, barOf("lid") - boxBar, smoke,
            Waves{.texture = "smoke_acid",
@@ -181,7 +185,7 @@ void addLid(Show& show) {
                  .alpha = slide(0.1, 0.45),
                  .blend = Blend::add});
   show.add("sparks pour", start + 0.5, 1.5, smoke + 1,
-           Noise{.texture = "sparks_acid", .speedX = 0.02, .speedY = 0.16, .alpha = fade(2, 0, 0.8)});
+           Noise{.texture = "sparks_acid", .speedX = 0.02, .speedY = 0.16, .alpha = fade(2, 0, 0.5)});
 }
 
 // Four layers of the title burn in the smoke above the box, one more with each bar.
@@ -198,7 +202,7 @@ void addLayers(Show& show) {
   addShot(show, "title in the smoke", start, 2, titleWide, open,
           {particles(160), smokeAlongTitle(slide(0.55, 1)), draw(wide)});
   Veils all;
-  all.opacity[0] = 0.75, all.opacity[1] = 0.7;
+  all.opacity[0] = 0.7, all.opacity[1] = 0.8;
   all.opacity[2] = strike(0, 0.85);
   all.opacity[3] = strike(4, 0.9);
   for (int i = 0; i < 4; ++i)
@@ -219,7 +223,7 @@ void addLayers(Show& show) {
                  .alpha = flashes({0, 4, 8, 12}, 0.6, 0.25),
                  .blend = Blend::add});
   show.add("flying sparks", start, 4, smoke + 1,
-           Noise{.texture = "sparks_acid", .speedX = 0.03, .speedY = 0.12, .alpha = 0.7});
+           Noise{.texture = "sparks_acid", .speedX = 0.03, .speedY = 0.12, .alpha = 0.4});
 }
 
 // Everything runs backwards and is shut in.
