@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "production/geometry/bake.h"
 #include "production/models/stage.h"
 
 // Hell in pieces: a cathedral of basalt that stands in a lake of lava, its nave along z, and the sphere that
@@ -40,6 +41,14 @@ Surface stonePart(StonePart part);
 
 Surface shackle();                    // the ring around the sphere and the chains that hold it
 Surface danglingChain(float length);  // from y = 0 down, its last link bent open
+
+// --- Baking
+
+enum SpherePart { firstShard = 1, firstPlate = 10 };  // part numbers in the sphere's picture
+BakeLook stoneLook();
+BakeLook sphereLook();
+Colour4 stoneColour(const BakePoint& p);
+Colour4 sphereColour(const BakePoint& p);
 
 // --- Pictures without baked light
 

@@ -1,0 +1,89 @@
+#include <algorithm>
+#include <cmath>
+
+#include "production/image/filter.h"
+#include "production/image/noise3.h"
+#include "production/models/hell_parts.h"
+#include "production/textures/palette.h"
+
+// The light of hell and what it falls on.
+
+namespace vex::hell {
+
+BakeLook stoneLook() {
+  BakeLook look;
+  look.sky = [](const Vector& d) {
+    const float below = smoothStep(0.25f, -0.7f, d.y), level = std::exp(-std::fabs(d.y) * 3);
+    return gradient(emberRamp, 0.70f) * (1.25f * below) + gradient(emberRamp, 0.5f) * (0.35f * level) +
+           Colour4{0.055f, 0.04f, 0.06f};
+  };
+  look.lights = {{.towards = Vector(1, -0.15f, 0.1f), .size = 0.35f, .colour = {0.62f, 0.30f, 0.10f}},
+                 {.towards = Vector(0.5f, 0.35f, -1), .size = 0.2f, .colour = {0.55f, 0.26f, 0.09f}}};
+  look.bounce = {0.05f, 0.015f, 0.01f};
+  look.reach = 55;
+  look.rays = 36;
+  look.shadowRays = 4;
+  look.coarseness = 3;
+  return look;
+}
+
+Colour4 stoneColour(const BakePoint& p) {
+  const float y = p.position.y;
+  const float grit = 0.5f + 0.5f * fractal(p.position * 0.16f, 0, 4, 0.6f, 981);
+  const float stain =
+      0.5f + 0.5f * fractal(Vector(p.position.x * 0.05f, y * 0.012f, p.position.z * 0.05f), 0, 3, 0.5f, 982);
+  // Basalt cracks across its columns every few feet.
+  const float course =
+      y / 9 + 2.6f * gradientNoise(Vector(p.position.x * 0.021f, 0, p.position.z * 0.021f), 0, 983);
+  const float joint = p.part == web || p.part == rib || p.part == brokenRib
+                          ? 1.0f
+                          : 0.62f + 0.38f * smoothStep(0.0f, 0.06f, std::fabs(course - std::round(course)));
+  const float worn = std::max(0.0f, p.edge);
+  Colour4 albedo =
+      mix(Colour4{0.10f, 0.09f, 0.11f}, Colour4{0.40f, 0.32f, 0.30f}, grit * (0.3f + 0.7f * stain));
+  albedo = albedo * joint * (1 + 1.8f * worn);
+  // The lake's light dies with height; its heat stays in the foot.
+  const float near = p.part == choirWall ? 0.75f : mix(0.50f, 2.1f, std::exp(-std::max(0.0f, y) / 60));
+  Colour4 colour = albedo * p.light * (1.45f * near);
+  const float foot = std::exp(-std::max(0.0f, y - 2 * grit) / 5.5f);
+  colour = colour + gradient(emberRamp, 0.62f) *
+                        (0.75f * foot * foot + 0.25f * std::exp(-std::max(0.0f, y) / 18) * p.open);
+  // Embers in the cracks between columns, near the lake.
+  const float hollow = smoothStep(0.45f, 0.1f, p.open) * std::exp(-std::max(0.0f, y) / 60);
+  return colour + gradient(emberRamp, 0.55f) * (0.5f * hollow);
+}
+
+BakeLook sphereLook() {
+  BakeLook look;
+  look.sky = [](const Vector& d) {
+    return gradient(emberRamp, 0.62f) * (0.9f * smoothStep(0.1f, -0.9f, d.y)) + gradient(steelRamp, 0.22f) +
+           gradient(emberRamp, 0.5f) * (0.35f * std::exp(-std::fabs(d.y) * 4));
+  };
+  look.lights = {{.towards = Vector(-0.5f, 0.8f, 0.5f), .size = 0.25f, .colour = {0.34f, 0.24f, 0.22f}}};
+  look.bounce = {0.9f, 0.34f, 0.06f};  // what is hidden looks at the heart
+  look.reach = 12;
+  return look;
+}
+
+// Black glass, scratched and scorched; molten where it faces the seams.
+Colour4 sphereColour(const BakePoint& p) {
+  const bool loosePiece = p.part < firstPlate;
+  const Vector from = loosePiece ? p.position : p.position - sphereCentre;
+  const float away = loosePiece ? sphereRadius : from.length();
+  const float grit = 0.5f + 0.5f * fractal(from * 0.28f, 0, 4, 0.6f, 984);
+  const float vein = std::fabs(gradientNoise(warp(from * 0.12f, 0, 0.6f, 985), 0, 986));
+  const float facing = loosePiece ? 1.0f : dot(p.normal, unit(from));
+  Colour4 albedo = mix(Colour4{0.10f, 0.09f, 0.11f}, Colour4{0.36f, 0.30f, 0.29f}, grit * grit);
+  Colour4 colour = albedo * p.light * (1 + 1.6f * std::max(0.0f, p.edge));
+  // Walls glow, brighter further in; a rim of heat runs around each plate.
+  const float wall = smoothStep(0.75f, 0.25f, facing);
+  const float deep = smoothStep(sphereRadius + 0.5f, sphereRadius * 0.82f, away);
+  colour = mix(colour, gradient(emberRamp, 0.50f + 0.36f * deep), wall * (0.45f + 0.55f * deep));
+  const float rim = std::max(0.0f, p.edge);
+  colour = colour + gradient(emberRamp, 0.58f) * (0.55f * rim);
+  colour = colour + gradient(emberRamp, 0.60f) * (0.65f * smoothStep(0.035f, 0.0f, vein) * grit);
+  if (loosePiece) colour = colour + gradient(emberRamp, 0.55f) * (0.25f + 0.5f * grit);
+  return colour;
+}
+
+}  // namespace vex::hell
