@@ -36,7 +36,7 @@ inline constexpr std::array wholeSong{
 // What the show plays. A section joins when it has pictures; music, cues and time line follow.
 inline constexpr std::array showSections{Section::prologue,     Section::box,          Section::alien,
                                          Section::interludeOne, Section::interludeTwo, Section::hell,
-                                         Section::outro};
+                                         Section::skull,        Section::outro};
 
 constexpr int barCount(Arrangement sections) {
   int bars = 0;

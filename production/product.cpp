@@ -104,12 +104,14 @@ Products allProducts() {
   append(all, silhouettePictures());
   append(all, hangarPictures());
   append(all, hellBoxPictures());
+  append(all, stormPictures());
   append(all, spritePictures());
   append(all, eyeMovie());
   append(all, outroPictures());
   append(all, statisticsFont());
   append(all, introBoxModel());
   append(all, monsterModels());
+  append(all, skullModels());
   append(all, hellModels());
   append(all, layerParticlesModel());
   append(all, layerRaysModel());

@@ -27,8 +27,9 @@ void addPictures(Show& show, Section section) {
       return addInterludeTwo(show);
     case Section::hell:
       return addHell(show);
-    case Section::laboratory:
     case Section::skull:
+      return addSkull(show);
+    case Section::laboratory:
     case Section::water:
       break;
     case Section::outro:

@@ -27,6 +27,7 @@ Product model(const std::string& name, const std::vector<ModelPicture>& pictures
 Products hellModels();
 Products introBoxModel();
 Products monsterModels();
+Products skullModels();
 Products layerParticlesModel();
 Products layerRaysModel();
 Products layerRotCubesModel();

@@ -58,6 +58,7 @@ void addBox(Show& show);
 void addAlien(Show& show);
 void addInterludeOne(Show& show);
 void addInterludeTwo(Show& show);
+void addSkull(Show& show);
 void addHell(Show& show);
 void addOutro(Show& show);
 void addFinish(Show& show);

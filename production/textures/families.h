@@ -17,6 +17,7 @@ Products lightPictures();       // rays, eclipse, streaks
 Products silhouettePictures();  // figure, arch, thorns
 Products hangarPictures();      // the box around the alien, and its sphere map
 Products hellBoxPictures();     // the box around hell
+Products stormPictures();       // the sky around the skull, its clouds, crows, fire
 Products spritePictures();      // data\flare_normal and its kin
 Products eyeMovie();            // data\eye1.jpg and so on
 Products outroPictures();       // copper, the scroller's font, a ball, a sky

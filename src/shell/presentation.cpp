@@ -16,6 +16,7 @@
 #include "scenes/scene_layer_wide.h"
 #include "scenes/scene_layer_wobbel.h"
 #include "scenes/scene_outtro.h"
+#include "scenes/scene_skull.h"
 #include "shell/clock.h"
 #include "shell/files.h"
 #include "shell/options.h"
@@ -41,16 +42,10 @@ Scene* constructModel() {
 
 // The order in which scenes are constructed, and with it the order of their textures.
 constexpr Scene* (*sceneConstructors[])() = {
-    construct<SceneHelper>,
-    constructModel<sceneIntroBox>,
-    constructModel<sceneAlien>,
-    constructModel<sceneHell>,
-    constructModel<sceneLayerParticles>,
-    constructModel<sceneLayerWide>,
-    constructModel<sceneLayerRotCubes>,
-    construct<SceneOuttro>,
-    constructModel<sceneLayerWobbel>,
-    constructModel<sceneLayerRays>,
+    construct<SceneHelper>,           constructModel<sceneIntroBox>,      constructModel<sceneAlien>,
+    constructModel<sceneSkull>,       constructModel<sceneHell>,          constructModel<sceneLayerParticles>,
+    constructModel<sceneLayerWide>,   constructModel<sceneLayerRotCubes>, construct<SceneOuttro>,
+    constructModel<sceneLayerWobbel>, constructModel<sceneLayerRays>,
 };
 
 // The glows take consecutive texture ids.

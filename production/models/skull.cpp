@@ -1,0 +1,303 @@
+#include <cmath>
+
+#include "production/geometry/forms.h"
+#include "production/geometry/mapping.h"
+#include "production/models/model.h"
+#include "production/models/skull_parts.h"
+
+// The skull: a head of rock half sunk in rubble, six spears around it, crows about its crown, under clouds
+// that race. Its eyes burn, and what burns in them reaches out.
+
+namespace vex {
+
+namespace {
+
+using namespace skull;
+
+// --- Crows
+
+// Laps about the crown, each at its own height and pace; `way` is 1 counter-clockwise seen from above.
+struct Flight {
+  const char* name;
+  Vector middle;
+  float reachX, reachZ, way, phase, bob, size;
+};
+const Flight flights[] = {{"Crow01", Vector(-10, 236, 60), 205, 165, 1, 0.05f, 16, 1.10f},
+                          {"Crow02", Vector(10, 262, 50), 175, 215, -1, 0.40f, 20, 1.0f},
+                          {"Crow03", Vector(0, 214, 70), 245, 150, 1, 0.62f, 14, 1.20f}};
+
+Vector flightPlace(const Flight& flight, float t) {
+  const float angle = 2 * pi * (flight.way * t / loopSeconds + flight.phase);
+  return flight.middle + Vector(flight.reachX * std::cos(angle),
+                                flight.bob * swing(t, loopSeconds, 2, flight.phase),
+                                -flight.reachZ * std::sin(angle));
+}
+
+Placement flightTurn(const Flight& flight, float t) {
+  const Vector way = unit(flightPlace(flight, t + 0.05f) - flightPlace(flight, t - 0.05f));
+  constexpr float degrees = 180 / pi;
+  return turnedZ(-26 * flight.way) >> turnedX(-std::asin(way.y) * degrees) >>
+         turnedY(std::atan2(way.x, way.z) * degrees);
+}
+
+StageMesh crowMesh(const Flight& flight) {
+  const Vector start = flightPlace(flight, 0);
+  StageMesh mesh{.name = flight.name,
+                 .surface = placed(crow(), stretched(flight.size) >> moved(start)),
+                 .pivot = start,
+                 .material = "crow"};
+  mesh.motion.positions = positionKeys(loopSeconds, 10, [&](float t) { return flightPlace(flight, t); });
+  mesh.motion.turns = turnKeys(loopSeconds, 10, [&](float t) { return flightTurn(flight, t); });
+  return mesh;
+}
+
+// --- Lightning
+
+Vector spearTip(int index) {
+  return transformed(spearPlacement(index), Vector(0, spearHeight(), 0));
+}
+
+std::vector<StageMesh> bolts() {
+  const Vector crown = transformed(skullPlacement(), Vector(10, 232, -10));
+  const struct {
+    Vector from, to;
+    float width;
+  } places[] = {{Vector(-330, 640, -420), spearTip(2), 170},
+                {Vector(300, 660, -430), spearTip(3), 180},
+                {spearTip(1), spearTip(0), 90},
+                {Vector(420, 600, -160), spearTip(4), 150},
+                {spearTip(4), crown, 90},
+                {Vector(-520, 560, -120), spearTip(1), 160}};
+  std::vector<StageMesh> all;
+  int number = 0;
+  for (const auto& place : places)
+    all.push_back({.name = "spark0" + std::to_string(++number),
+                   .surface = bolt(place.from, place.to, place.width),
+                   .pivot = place.from,
+                   .material = "spark"});
+  return all;
+}
+
+// --- Cameras
+
+// A smooth path through knots that are passed at even times.
+std::function<Vector(float)> through(const std::vector<Vector>& knots) {
+  const std::vector<Vector> curve = smoothPath(knots, 240);
+  return [curve](float t) {
+    const float place = clamp01(t / loopSeconds) * static_cast<float>(curve.size() - 1);
+    const auto i = std::min(static_cast<std::size_t>(place), curve.size() - 2);
+    return mix(curve[i], curve[i + 1], place - static_cast<float>(i));
+  };
+}
+
+StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
+                   const std::vector<Vector>& target) {
+  StageCamera shot{.name = name,
+                   .position = eye.front(),
+                   .target = target.front(),
+                   .fieldDegrees = fieldDegrees,
+                   .far = 5000};
+  shot.positions = positionKeys(loopSeconds, 15, through(eye));
+  shot.targets = positionKeys(loopSeconds, 15, through(target));
+  return shot;
+}
+
+std::vector<StageCamera> cameras() {
+  return {
+      // Across the plain, from afar.
+      camera("wide", 62,
+             {Vector(-330, 52, 470), Vector(-210, 40, 430), Vector(-60, 34, 400), Vector(110, 46, 390)},
+             {Vector(-60, 150, 0), Vector(-44, 150, 0), Vector(20, 152, 0), Vector(56, 150, 0)}),
+      // Among the stones at its chin, looking up.
+      camera("low", 94,
+             {Vector(126, 26, 196), Vector(70, 22, 214), Vector(-20, 20, 216), Vector(-110, 26, 186)},
+             {Vector(30, 132, 10), Vector(24, 136, 10), Vector(-16, 140, 10), Vector(-44, 136, 10)}),
+      // Face to face.
+      camera("face", 68,
+             {Vector(-170, 118, 206), Vector(-110, 128, 242), Vector(-10, 136, 256), Vector(84, 126, 236)},
+             {Vector(-34, 122, 40), Vector(-26, 122, 40), Vector(6, 122, 40), Vector(32, 122, 40)}),
+      // From the rubble up over the crown.
+      camera("crane", 80,
+             {Vector(280, 30, 240), Vector(270, 130, 250), Vector(210, 250, 260), Vector(110, 330, 290)},
+             {Vector(30, 150, 0), Vector(24, 156, 0), Vector(16, 144, 0), Vector(10, 110, 0)}),
+      // Into a socket.
+      camera("socket", 60,
+             {Vector(-110, 124, 200), Vector(-84, 126, 160), Vector(-66, 124, 130), Vector(-56, 120, 104)},
+             {Vector(-16, 118, 40), Vector(-28, 118, 46), Vector(-38, 116, 46), Vector(-46, 114, 46)}),
+      // Behind its shoulder, with what it sees.
+      camera("behind", 84,
+             {Vector(190, 140, -220), Vector(130, 200, -240), Vector(30, 236, -250), Vector(-90, 220, -230)},
+             {Vector(-60, 190, 120), Vector(-40, 200, 120), Vector(0, 190, 120), Vector(40, 180, 120)}),
+      // Before it on either side: the skull low on one side, open sky on the other for what it hunts.
+      camera("left", 80,
+             {Vector(-200, 70, 420), Vector(-160, 84, 450), Vector(-110, 96, 460), Vector(-50, 106, 450)},
+             {Vector(-92, 166, 60), Vector(-84, 168, 60), Vector(-70, 160, 40), Vector(-50, 150, 20)}),
+      camera("right", 80,
+             {Vector(250, 60, 400), Vector(226, 74, 430), Vector(180, 88, 446), Vector(120, 100, 450)},
+             {Vector(98, 166, 60), Vector(92, 166, 60), Vector(76, 158, 40), Vector(56, 150, 20)}),
+  };
+}
+
+std::vector<StageLight> lights() {
+  const Colour4 ember{1, 0.10f, 0.07f};
+  const Vector parked(0, -20000, 0);
+  const Vector out = transformedDirection(skullPlacement(), Vector(0, 0, 6));
+  std::vector<StageLight> all{
+      {.name = "eye_left", .position = socket(1) + out, .colour = ember},
+      {.name = "eye_right", .position = socket(-1) + out, .colour = ember},
+      {.name = "storm", .position = Vector(-620, 700, 460), .colour = {0.55f, 0.70f, 0.85f}},
+      {.name = "SparkLight", .position = Vector(160, 560, 240), .colour = {0.75f, 0.95f, 1}},
+  };
+  for (const char* kind : {"fire0", "smoke0"})
+    for (int i = 1; i <= 4; ++i)
+      all.push_back({.name = kind + std::to_string(i), .position = parked, .on = false});
+  return all;
+}
+
+std::vector<StageMaterial> materials() {
+  const auto painted = [](const char* name, const char* texture, float ambient, float diffuse) {
+    return StageMaterial{.name = name,
+                         .texture = texture,
+                         .diffuse = {diffuse, diffuse, diffuse},
+                         .ambient = {ambient, ambient, ambient},
+                         .shine = 0};
+  };
+  StageMaterial crowMaterial = painted("crow", "crow", 0.75f, 0.6f);
+  crowMaterial.twoSided = true;
+  StageMaterial mistMaterial = painted("mist", "monster_haze", 0.9f, 0.1f);
+  mistMaterial.twoSided = true;
+  return {painted("rock", "skull_rock", 0.8f, 0.55f),
+          painted("jaw", "skull_jaw", 0.8f, 0.55f),
+          painted("ground", "skull_ground", 0.95f, 0.4f),
+          painted("rubble", "skull_rubble", 0.85f, 0.5f),
+          painted("spear", "skull_spear", 0.8f, 0.6f),
+          painted("swirl", "skull_swirl", 0.95f, 0.25f),
+          painted("clouds", "skull_clouds", 0, 1),
+          painted("beam", "skull_beam", 0, 1),
+          painted("spark", "spark", 1, 1),
+          crowMaterial,
+          mistMaterial};
+}
+
+StageMesh vaultMesh() {
+  StageMesh mesh{.name = "vault", .surface = vault(), .pivot = Vector(0, 300, 0), .material = "swirl"};
+  mesh.motion.turns = turnKeys(loopSeconds, 60, [](float t) { return turnedY(-360 * t / loopSeconds); });
+  return mesh;
+}
+
+StageMesh jawMesh(const Surface& surface) {
+  StageMesh mesh{.name = "jaw", .surface = surface, .pivot = jawHinge(), .material = "jaw"};
+  const Vector axis = transformedDirection(skullPlacement(), Vector(1, 0, 0));
+  mesh.motion.turns = turnKeys(loopSeconds, 20, [axis](float t) {
+    return turned(axis, (1 - std::cos(2 * pi * t / loopSeconds)) * 3.5f * pi / 180);
+  });
+  return mesh;
+}
+
+std::vector<StageMesh> mists() {
+  const struct {
+    float x, z, turn, width, height;
+  } places[] = {{-40, -330, 0, 900, 130},
+                {150, -230, -20, 420, 80},
+                {-260, -120, 30, 400, 70},
+                {330, 60, -40, 380, 60},
+                {-60, 190, 5, 340, 42}};
+  std::vector<StageMesh> all;
+  for (const auto& place : places) {
+    const int number = static_cast<int>(all.size()) + 1;
+    const Vector at(place.x, groundHeight(place.x, place.z) - 8, place.z);
+    StageMesh mesh{.name = "mist" + std::to_string(number),
+                   .surface = placed(card(place.width, place.height), turnedY(place.turn) >> moved(at)),
+                   .pivot = at,
+                   .material = "mist"};
+    const float phase = 0.31f * static_cast<float>(number);
+    mesh.motion.positions = positionKeys(loopSeconds, 20, [at, phase](float t) {
+      return at + Vector(50 * swing(t, loopSeconds, 1, phase), 4 * swing(t, loopSeconds, 2, phase), 0);
+    });
+    all.push_back(mesh);
+  }
+  return all;
+}
+
+Model skullModel(const Settings& settings) {
+  // More texels in front, where the cameras are.
+  const Vector front = transformedDirection(skullPlacement(), Vector(0, 0.15f, 1));
+  const auto mapBody = [&](const Surface& surface) {
+    return mappedAtlas(surface, {.charts = Charts::byNormals, .side = 512, .density = [&](const Triangle& t) {
+                                   const Vector& a = surface.points[static_cast<std::size_t>(t.points[0])];
+                                   const Vector& b = surface.points[static_cast<std::size_t>(t.points[1])];
+                                   const Vector& c = surface.points[static_cast<std::size_t>(t.points[2])];
+                                   return dot(unit(cross(b - a, c - a)), front) > -0.25f && a.y > -5 ? 1.0f
+                                                                                                     : 0.45f;
+                                 }});
+  };
+  const Surface head = mapBody(cranium()), lower = mapBody(jaw());
+  const Surface ground = terrain();
+  const Surface stones = mappedAtlas(boulders(), {.charts = Charts::byNormals, .side = 512});
+  const Surface iron = mappedAtlas(spear(), {.charts = Charts::byNormals, .side = 256});
+
+  const auto shadowing = [&](const std::vector<Surface>& what) {
+    Surface all;
+    for (const Surface& one : what) append(all, withoutMapping(one));
+    return rayTree(all);
+  };
+  std::vector<Surface> standing{head, lower, ground, stones};
+  for (int i = 0; i < spearCount; ++i) standing.push_back(placed(iron, spearPlacement(i)));
+  const RayTree all = shadowing(standing);
+  const auto picture = [&](const Surface& surface, const RayTree& obstacles, int rays, int side,
+                           Colour4 (*colour)(const BakePoint&)) {
+    BakeLook look = stormLook();
+    look.rays = rays;
+    BakePaint paint;
+    paint.side = settings.side(side);
+    paint.lit = !settings.draft;
+    paint.wearWidth = 2.2f;
+    paint.paint = colour;
+    return bake(surface, obstacles, look, paint);
+  };
+
+  Stage stage;
+  stage.seconds = loopSeconds;
+  stage.materials = materials();
+  stage.meshes.push_back(vaultMesh());
+  stage.meshes.push_back({.name = "ground", .surface = ground, .material = "ground"});
+  stage.meshes.push_back({.name = "rubble", .surface = stones, .material = "rubble"});
+  stage.meshes.push_back({.name = "rock", .surface = head, .material = "rock"});
+  stage.meshes.push_back(jawMesh(lower));
+  for (int i = 0; i < spearCount; ++i)
+    stage.meshes.push_back({.name = "spear0" + std::to_string(i + 1),
+                            .surface = placed(iron, spearPlacement(i)),
+                            .pivot = spearPlacement(i).origin,
+                            .material = "spear"});
+  for (const Flight& flight : flights) stage.meshes.push_back(crowMesh(flight));
+  for (StageMesh& mesh : mists()) stage.meshes.push_back(std::move(mesh));
+  for (StageMesh& mesh : bolts()) stage.meshes.push_back(std::move(mesh));
+  for (const float side : {1.0f, -1.0f})
+    stage.meshes.push_back({.name = side > 0 ? "laser01" : "laser02",
+                            .surface = placed(beam(), moved(beamFoot(side))),
+                            .pivot = beamFoot(side),
+                            .material = "beam"});
+  stage.meshes.push_back({.name = "clouds01", .surface = cloudLayer(430, 0.20f), .material = "clouds"});
+  stage.meshes.push_back({.name = "clouds02", .surface = cloudLayer(352, 0.19f), .material = "clouds"});
+  stage.lights = lights();
+  stage.cameras = cameras();
+
+  return {stage,
+          {picture(head, all, 64, 512, stoneColour), picture(lower, all, 49, 512, stoneColour),
+           picture(ground, all, 49, 512, groundColour), picture(stones, all, 36, 512, boulderColour),
+           picture(iron, shadowing({iron}), 49, 256, spearColour)}};
+}
+
+}  // namespace
+
+Products skullModels() {
+  return {model("skull",
+                {{"skull_rock", PictureKind::jpeg},
+                 {"skull_jaw", PictureKind::jpeg},
+                 {"skull_ground", PictureKind::jpeg},
+                 {"skull_rubble", PictureKind::jpeg},
+                 {"skull_spear", PictureKind::jpeg}},
+                5, skullModel, {"production/models/skull_", "production/textures/storm.h"})};
+}
+
+}  // namespace vex

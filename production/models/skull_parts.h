@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "production/geometry/bake.h"
+#include "production/models/stage.h"
+#include "production/textures/storm.h"
+
+// The skull in the storm, in pieces. One unit is about ten centimetres; the ground is about y = 0, the skull
+// stands over the origin and looks towards +z, a little to the left and up.
+
+namespace vex::skull {
+
+inline constexpr float loopSeconds = 20;  // of all that moves
+
+// --- The skull. Its own axes: it stands upright on y = 0, 235 high, its face towards +z.
+
+Placement skullPlacement();
+Surface cranium();  // in the world
+Surface jaw();
+enum { stonePart, toothPart };
+Vector socket(float side);            // in the world; side: 1 or -1
+Vector beamFoot(float side);          // before the brow, where nothing is in its way
+Vector jawHinge();                    // in the world
+Placement jawOpening(float degrees);  // a turn about the hinge
+
+// --- The ground and what stands in it.
+
+constexpr int spearCount = 6;
+float groundHeight(float x, float z);
+Surface terrain();                    // mapped: finer in the middle
+Surface boulders();                   // around the skull
+Surface spear();                      // upright over the origin
+float spearHeight();                  // of its tip
+Placement spearPlacement(int index);  // 0 to 5
+
+// --- What flies.
+
+Surface crow();  // about the origin, wings along x, its head towards +z; mapped from above
+Surface bolt(const Vector& from, const Vector& to,
+             float width);                    // two crossed sheets, from uv (0,1) to (1,0)
+Surface beam();                               // along y from the origin
+Surface cloudLayer(float above, float tilt);  // four points
+Surface vault();                              // the swirl over all
+
+// --- Paint.
+
+BakeLook stormLook();
+Colour4 stoneColour(const BakePoint& point);   // cranium and jaw
+Colour4 groundColour(const BakePoint& point);
+Colour4 boulderColour(const BakePoint& point);
+Colour4 spearColour(const BakePoint& point);
+
+}  // namespace vex::skull

@@ -1,0 +1,159 @@
+#include "production/movements/words.h"
+#include "production/textures/storm.h"
+
+namespace vex {
+
+using namespace screen;
+
+namespace {
+
+enum Camera { wide, low, face, crane, socket, behind, left, right };
+
+// --- Words of this world
+
+ScriptParameter number(const char* name, const Curve& curve, double least, double most) {
+  return {name, curve, least, most};
+}
+ScriptParameter text(const char* name, const char* value) {
+  Curve curve;
+  curve.kind = CurveKind::text;
+  curve.text = value;
+  return {name, curve, 0, 0};
+}
+ScriptCall set(const char* function, std::vector<ScriptParameter> parameters) {
+  return {"SceneSkull", function, std::move(parameters)};
+}
+
+// `eyes` burn, `storm` is the cold light from above.
+ScriptCall lights(const Curve& eyes, const Curve& storm) {
+  return set("setLights",
+             {number("eyes", eyes, 0, 4), number("storm", storm, 0, 4), number("red", 0.55, 0, 1),
+              number("green", 0.7, 0, 1), number("blue", 0.85, 0, 1)});
+}
+ScriptCall lightning(const Curve& rate) {
+  return set("setSparkRate", {number("rate", rate, 0, 1)});
+}
+ScriptCall aim(const char* target, const Curve& rate) {
+  return set("setLaser", {text("target", target), number("rate", rate, 0, 1)});
+}
+ScriptCall beams(const Curve& leftBeam, const Curve& rightBeam) {
+  return set("setLaserOpacity", {number("left", leftBeam, 0, 1), number("right", rightBeam, 0, 1)});
+}
+ScriptCall trail(int crow, double count) {
+  return set("setParticleCount", {number("crow", crow, 0, 2), number("count", count, 0, 100)});
+}
+
+// The world fills the screen for a while; `start` is where its cameras' shots of twenty seconds are entered.
+void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start,
+             double speed = 1) {
+  show.part(name, bar, bars, backdrop, {draw(World{.scene = "SceneSkull", .camera = camera})}, start, speed);
+}
+
+constexpr int settings = ground + 1;
+
+// --- The crows, laps of which each is shot in a place that its laser can reach.
+
+struct Prey {
+  const char* name;
+  int number;
+  double from;  // of a lap, at the movement's beginning
+  double to;    // where it is shot
+  const char* aimed;
+  const char* shot;  // cues
+};
+constexpr Prey preys[] = {{"Crow01", 0, 0.02, 0.589, "laser 1", "crow 1 falls"},
+                          {"Crow02", 1, 0.56, 0.508, "laser 2", "crow 2 falls"},
+                          {"Crow03", 2, 0.35, 0.291, "laser 3", "crow 3 falls"}};
+
+void addPrey(Show& show, const Prey& prey) {
+  const double start = skullBar, aimed = barOf(prey.aimed), shot = barOf(prey.shot);
+  // One lap's end may lie between.
+  const double way = (prey.to > prey.from ? 0 : 1) + prey.to - prey.from;
+  Curve flight = slide(prey.from, prey.to);
+  if (prey.to < prey.from) {
+    const double turn = (1 - prey.from) / way * (shot - start) * beatsPerBar;
+    flight = line({{0, prey.from}, {turn, 0.999}, {turn + 0.01, 0}, {partEnd, prey.to}});
+  }
+  show.part(prey.name, start, shot - start, settings,
+            {set("setAnimationState", {text("object", prey.name), number("lap", flight, 0, 0.999)})});
+
+  // Light on the beats of a bar; it holds the crow for a beat when it has hit.
+  const double bars = shot - aimed, hold = 0.25;
+  show.part("aim", aimed, bars + hold, settings,
+            {aim(prey.name, 1), beams(flashes({0, 1, 2, 3, bars * beatsPerBar}, 1, 0.25),
+                                      flashes({0, 1, 2, 3, bars * beatsPerBar}, 1, 0.25))});
+  show.part("lasers out", shot + hold, 0.5, settings, {aim("", 0)});
+  show.add("red light", aimed, bars + hold, flash,
+           Fade{.red = 1,
+                .green = 0.10,
+                .blue = 0.05,
+                .alpha = flashes({0, 1, 2, 3, bars * beatsPerBar}, 0.22, 0)});
+
+  // It falls burning until the ground has it.
+  show.part("fall", shot, 2, settings,
+            {set("killCrow", {number("crow", prey.number, 0, 2)}), trail(prey.number, 70)});
+  show.part("burnt out", shot + 2, 0.5, settings, {trail(prey.number, 0)});
+}
+
+// --- Storm
+
+// Strokes of lightning on beats from a bar on: the sparks, and the sky behind everything.
+void addStrokes(Show& show, double bar, double bars, const std::vector<double>& beats, double eyes,
+                double rest = 0.12) {
+  show.part("storm", bar, bars, settings,
+            {lights(flashes(everyBeat, eyes * 1.4, eyes), flashes(beats, 1.6, 1)),
+             lightning(flashes(beats, 1, rest))});
+  show.add("stroke", bar, bars, flash - 1,
+           Bitmap{.texture = "haze_teal",
+                  .at = centred(swing(7, -0.5, 0.5), -0.9, 3.4, 1.9),
+                  .alpha = flashes(beats, 0.9, 0),
+                  .blend = Blend::add},
+           Fade{.red = 0.72, .green = 0.90, .blue = 1, .alpha = flashes(beats, 0.22, 0)});
+}
+
+void addStorm(Show& show) {
+  const double start = skullBar;
+  show.add("zenith", start, 16, ground,
+           Fade{.red = stormZenith.r, .green = stormZenith.g, .blue = stormZenith.b});
+  addStrokes(show, start, 2, {0, 3, 6, 6.5, 7.25}, 0.8);
+  addStrokes(show, barOf("storm"), 2, {0, 2.5, 4, 6, 7, 7.5}, 0.9);
+  addStrokes(show, barOf("spears"), 2, {0, 1, 2, 3, 4, 5, 6, 6.5, 7, 7.5}, 0.9, 0.35);
+  addStrokes(show, barOf("laser 1"), 2, {4, 6.5}, 1.5, 0.05);
+  addStrokes(show, barOf("clouds race"), 1, {0, 1.5, 3}, 0.9);
+  addStrokes(show, barOf("laser 2"), 1, {}, 1.6, 0.05);
+  addStrokes(show, barOf("crow 2 falls"), 2, {0, 2, 4, 5, 6, 7, 7.5}, 1, 0.2);
+  addStrokes(show, barOf("laser 3"), 2, {4, 6}, 1.7, 0.05);
+  addStrokes(show, barOf("heart of the storm"), 2, {0, 0.5, 1, 2, 2.5, 3, 4, 4.5, 5, 6, 6.5, 7}, 1.8, 0.6);
+}
+
+void addShots(Show& show) {
+  const double start = skullBar;
+  addShot(show, "across the plain", start, 1.5, wide, 1, 2.2);
+  addShot(show, "face of rock", barOf("lightning"), 0.5, face, 3);
+  addShot(show, "over the crown", start + 2, 1, crane, 1, 3);
+  addShot(show, "under its teeth", start + 3, 1, low, 3, 2);
+  addShot(show, "spears behind", start + 4, 1, behind, 3, 2);
+  addShot(show, "spears before", start + 5, 1, right, 1, 2.5);
+  addShot(show, "eye 1", start + 6, 0.5, socket, 4, 4);
+  addShot(show, "hunt 1", start + 6.5, 1.5, left, 4, 1.5);
+  addShot(show, "clouds race", start + 8, 1, low, 12, 2.5);
+  addShot(show, "eyes 2", start + 9, 0.5, face, 9, 1.5);
+  addShot(show, "hunt 2", start + 9.5, 0.5, right, 5, 1.5);
+  addShot(show, "falls towards us", start + 10, 1.25, behind, 8, 1);
+  addShot(show, "plain again", start + 11.25, 0.75, wide, 12, 2);
+  addShot(show, "eye 3", start + 12, 0.5, socket, 9, 4);
+  addShot(show, "hunt 3", start + 12.5, 1.5, right, 10, 1.5);
+  addShot(show, "heart of the storm", start + 14, 1, crane, 13, 2);
+  addShot(show, "into the eye", start + 15, 0.75, socket, 12, 5.5);
+  show.add("struck dumb", start + 15.75, 0.25, curtain - 1, Fade{});
+}
+
+}  // namespace
+
+void addSkull(Show& show) {
+  addStorm(show);
+  for (const Prey& prey : preys) addPrey(show, prey);
+  addShots(show);
+}
+
+}  // namespace vex
