@@ -58,7 +58,7 @@ Surface bolt(const Vector& from, const Vector& to, float width) {
 }
 
 Surface beam() {
-  constexpr float halfWidth = 3.2f, length = 100;
+  constexpr float halfWidth = 4.6f, length = 100;
   Surface all;
   for (const float turn : {0.0f, 60.0f, 120.0f})
     append(all, placed(sheet(1, 6,

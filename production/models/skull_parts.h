@@ -47,7 +47,7 @@ Surface vault();                              // the swirl over all
 // --- Paint.
 
 BakeLook stormLook();
-Colour4 stoneColour(const BakePoint& point);   // cranium and jaw
+Colour4 stoneColour(const BakePoint& point);  // cranium and jaw
 Colour4 groundColour(const BakePoint& point);
 Colour4 boulderColour(const BakePoint& point);
 Colour4 spearColour(const BakePoint& point);
