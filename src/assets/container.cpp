@@ -1,5 +1,6 @@
 #include "assets/container.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <string>
@@ -21,11 +22,20 @@ ZipMode mode = ZIP_CLOSED;
 std::string containerName;
 int handle = -1;                        // while reading
 std::uint64_t remaining = 0;            // bytes of that file
+bool ranOut = false;                    // a byte behind its last one was asked for
 std::unique_ptr<ReplacementFile> file;  // while writing
+WriteFailure onFailure = WriteFailure::fatal;
+bool writeFailed = false;  // the container is lost, which zipClose reports
+
+constexpr std::size_t headerWordSize = 4;
+
+std::string codecProblem() {
+  const int code = zipErrorCode();
+  return std::string(zipErrorText(code)) + " (code " + std::to_string(code) + ")";
+}
 
 [[noreturn]] void refuseContainer() {
-  const int code = zipErrorCode();
-  fatalError("%s: %s (code %d)", containerName.c_str(), zipErrorText(code), code);
+  fatalError("%s: %s", containerName.c_str(), codecProblem().c_str());
 }
 
 int getbyte() {
@@ -37,28 +47,48 @@ int getbyte() {
   return fileGetc(handle);
 }
 
+int getbyteIfAny() {
+  if (remaining == 0) ranOut = true;
+  if (ranOut) return -1;
+  --remaining;
+  return fileGetc(handle);
+}
+
 int putbyte(int byte) {
-  if (std::putc(byte, file->stream()) == EOF) fatalError("Write error in zip.putbyte()!");
-  return byte;
+  if (std::putc(byte, file->stream()) != EOF) return byte;
+  if (onFailure == WriteFailure::fatal) fatalError("Write error in zip.putbyte()!");
+  writeFailed = true;
+  return -1;
+}
+
+// The number of bytes that were there for it.
+std::size_t readHeaderWord(std::uint32_t* header) {
+  std::array<std::uint8_t, headerWordSize> word{};
+  const std::size_t size = fileRead(word.data(), 1, word.size(), handle);
+  *header = static_cast<std::uint32_t>(littleEndian(word));
+  remaining = fileRemaining(handle);
+  return size;
 }
 
 void openForReading(std::uint32_t* header) {
   handle = fileOpen(containerName.c_str(), "rb");
   if (handle < 0) fatalError("zipOpen: Pak_FILE %s not found!", containerName.c_str());
-  std::array<std::uint8_t, 4> word{};
-  if (const std::size_t size = fileRead(word.data(), 1, word.size(), handle); size != word.size()) {
-    fatalError("%s: ends after %zu bytes, its header word has %zu", containerName.c_str(), size, word.size());
+  if (const std::size_t size = readHeaderWord(header); size != headerWordSize) {
+    fatalError("%s: ends after %zu bytes, its header word has %zu", containerName.c_str(), size,
+               headerWordSize);
   }
-  *header = static_cast<std::uint32_t>(littleEndian(word));
-  remaining = fileRemaining(handle);
   if (unzinit(getbyte, pkzipFraming, remaining) != 0) refuseContainer();
 }
 
 void openForWriting(std::uint32_t header) {
   file = std::make_unique<ReplacementFile>(resolvePath(containerName.c_str()));
-  if (!file->stream()) fatalError("zipOpen: FILE %s not found!", containerName.c_str());
+  writeFailed = !file->stream();
+  if (writeFailed) {
+    if (onFailure == WriteFailure::fatal) fatalError("zipOpen: FILE %s not found!", containerName.c_str());
+    return;
+  }
   for (int shift = 0; shift < 32; shift += 8) putbyte(static_cast<int>(header >> shift & 0xff));
-  if (zipinit(putbyte, pkzipFraming, bestLevel) != 0) refuseContainer();
+  if (zipinit(putbyte, pkzipFraming, bestLevel) != 0 && !writeFailed) refuseContainer();
 }
 
 void closeReading() {
@@ -70,18 +100,60 @@ void closeReading() {
 }
 
 void closeWriting() {
-  if (zipclose() == -1) fatalError("zipclose() failed!");
-  if (!file->commit()) fatalError("Write error in zip.putbyte()!");
+  if (zipclose() == -1 && !writeFailed) fatalError("zipclose() failed!");
+  if (!writeFailed && !file->commit()) {
+    if (onFailure == WriteFailure::fatal) fatalError("Write error in zip.putbyte()!");
+    writeFailed = true;
+  }
   file.reset();
+}
+
+// Of the member behind the header word.
+std::string memberProblem(std::uint32_t length) {
+  static std::array<std::uint8_t, 1 << 16> piece;
+  ranOut = false;
+  if (unzinit(getbyteIfAny, pkzipFraming, remaining) != 0) return codecProblem();
+  std::string problem;
+  if (unzinflate(nullptr, 0) != 0) problem = codecProblem();
+  for (std::uint32_t left = length; left > 0 && problem.empty();) {
+    const std::int64_t size =
+        unzinflate(piece.data(), std::min(left, static_cast<std::uint32_t>(piece.size())));
+    if (size < 0) problem = codecProblem();
+    if (size == 0) {
+      problem =
+          "only " + std::to_string(length - left) + " of " + std::to_string(length) + " bytes left to read";
+    }
+    if (size > 0) left -= static_cast<std::uint32_t>(size);
+  }
+  if (problem.empty() && unzinflate(piece.data(), 1) > 0) {
+    problem = "more than the " + std::to_string(length) + " bytes of its header word";
+  }
+  if (unzclose() != 0 && zipErrorCode() != zipMoreData && problem.empty()) problem = codecProblem();
+  return !problem.empty() && ranOut ? "ends before its compressed data does" : problem;
 }
 
 }  // namespace
 
-void zipOpen(const char* name, ZipMode newMode, std::uint32_t* header) {
+std::string zipProblem(const char* name) {
+  if (mode != ZIP_CLOSED) fatalError("Cannot open two zip files simultaneously!");
+  handle = fileOpen(name, "rb");
+  if (handle < 0) return "not found";
+  std::uint32_t length = 0;
+  const std::size_t size = readHeaderWord(&length);
+  const std::string problem = size == headerWordSize
+                                  ? memberProblem(length)
+                                  : "ends after " + std::to_string(size) + " bytes, its header word has " +
+                                        std::to_string(headerWordSize);
+  fileClose(handle);
+  return problem;
+}
+
+void zipOpen(const char* name, ZipMode newMode, std::uint32_t* header, WriteFailure newOnFailure) {
   if (mode != ZIP_CLOSED) fatalError("Cannot open two zip files simultaneously!");
   if (newMode == ZIP_CLOSED) fatalError("Cannot open zip file w/ mode=ZIP_CLOSED!");
   mode = newMode;
   containerName = name;
+  onFailure = newOnFailure;
   if (mode == ZIP_READ) {
     openForReading(header);
   } else {
@@ -106,21 +178,25 @@ void zipWrite(const void* buffer, std::uint32_t length) {
   if (mode == ZIP_READ) fatalError("zipWrite() called in ZIP_READ mode!");
   if (mode == ZIP_CLOSED) fatalError("zipWrite() called on closed file!");
   // For the codec no bytes are the end of the data.
-  if (length > 0 && zipdeflate(buffer, length) == -1) refuseContainer();
+  if (length == 0 || writeFailed) return;
+  if (zipdeflate(buffer, length) == -1 && !writeFailed) refuseContainer();
 }
 
-void zipClose() {
+bool zipClose() {
+  bool written = true;
   switch (mode) {
     case ZIP_READ:
       closeReading();
       break;
     case ZIP_WRITE:
       closeWriting();
+      written = !writeFailed;
       break;
     case ZIP_CLOSED:
       fatalError("zipClose() called on closed file!");
   }
   mode = ZIP_CLOSED;
+  return written;
 }
 
 }  // namespace vex

@@ -21,7 +21,6 @@ namespace vex {
 namespace {
 
 constexpr std::uint64_t maxTextSize = std::numeric_limits<std::int32_t>::max();
-constexpr std::uint64_t bestDeflateRatio = 1032;
 
 // Up to the first `most` bytes of the file; false when it does not exist.
 bool readBytes(const std::string& name, std::uint64_t most, std::string& bytes) {
@@ -48,23 +47,10 @@ bool readTextStamp(const std::string& head, std::string& stamp) {
   return true;
 }
 
-// The payload's size, once it is clear that the file can hold that much.
-std::uint32_t openCompiled(const std::string& name) {
-  const int handle = fileOpen(name.c_str(), "rb");
-  if (handle < 0) fatalError("File %s not found", name.c_str());
-  const std::uint64_t fileSize = fileRemaining(handle);
-  fileClose(handle);
-  std::uint32_t length = 0;
-  zipOpen(name.c_str(), ZIP_READ, &length);
-  if (length > fileSize * bestDeflateRatio) {
-    fatalError("%s: a stream of %u bytes can't be in this file", name.c_str(), length);
-  }
-  return length;
-}
-
 // The stream begins with the comment: a code, then the text.
 std::string readCompiledStamp(const std::string& name) {
-  const std::uint32_t length = openCompiled(name);
+  std::uint32_t length = 0;
+  zipOpen(name.c_str(), ZIP_READ, &length);
   std::string stamp;
   for (std::uint32_t i = 0; i < length && i <= maxStreamText; ++i) {
     char byte = 0;
@@ -93,6 +79,11 @@ bool sameText(std::string_view a, std::string_view b) {
   return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
 }
 
+void noteFailedWriting(const ModelSource& source) {
+  trace("writing %s failed, maybe write protected...\n", source.compiledName.c_str());
+  modelStream.obstacle = source.compiledName + " can't be written";
+}
+
 void prepareText(const ModelSource& source) {
   const char* name = source.fileName.c_str();
   std::string bytes;
@@ -106,17 +97,19 @@ void prepareText(const ModelSource& source) {
   trace("ase format (writing %s while reading)\n", source.compiledName.c_str());
   // Creates the temporary file only: the old compiled form stays until the new one is complete.
   modelStream.writing = ReplacementFile(resolvePath(source.compiledName.c_str())).stream() != nullptr;
-  if (!modelStream.writing) {
-    trace("writing %s failed, maybe write protected...\n", source.compiledName.c_str());
-    modelStream.obstacle = source.compiledName + " can't be written";
-  }
+  if (!modelStream.writing) noteFailedWriting(source);
 }
 
 void prepareCompiled(const std::string& name) {
   trace("hv3 format\n");
-  modelStream.bytes.resize(openCompiled(name));
-  if (modelStream.bytes.empty()) fatalError("%s is empty", name.c_str());
-  zipRead(modelStream.bytes.data(), static_cast<std::uint32_t>(modelStream.bytes.size()));
+  if (!exists(name)) fatalError("File %s not found", name.c_str());
+  const std::string problem = zipProblem(name.c_str());
+  if (!problem.empty()) fatalError("%s: %s", name.c_str(), problem.c_str());
+  std::uint32_t length = 0;
+  zipOpen(name.c_str(), ZIP_READ, &length);
+  if (length == 0) fatalError("%s is empty", name.c_str());
+  modelStream.bytes.resize(length);
+  zipRead(modelStream.bytes.data(), length);
   zipClose();
 }
 
@@ -126,9 +119,14 @@ ModelSource chooseSource(const std::string& base) {
   const std::string compiled = base + ".hv3";
   const ModelSource text{base + ".ase", compiled.substr(0, compiled.find('.')) + ".hv3"};
   if (!exists(compiled)) return text;
-  const std::string stamp = readCompiledStamp(compiled);
   std::string head;
   if (!readBytes(text.fileName, 2 * modelLineSize, head)) return {compiled};
+  // The stamp of a damaged file is worth nothing, and its text makes it anew.
+  if (const std::string problem = zipProblem(compiled.c_str()); !problem.empty()) {
+    logPrintf("%s: %s, the text is read\n", compiled.c_str(), problem.c_str());
+    return text;
+  }
+  const std::string stamp = readCompiledStamp(compiled);
   std::string textStamp;
   if (!readTextStamp(head, textStamp)) return text;
   // Longer comments are recorded cut off.
@@ -158,9 +156,9 @@ void saveStream(const ModelSource& source) {
     return;
   }
   auto length = static_cast<std::uint32_t>(modelStream.bytes.size());
-  zipOpen(source.compiledName.c_str(), ZIP_WRITE, &length);
+  zipOpen(source.compiledName.c_str(), ZIP_WRITE, &length, WriteFailure::reported);
   zipWrite(modelStream.bytes.data(), length);
-  zipClose();
+  if (!zipClose()) noteFailedWriting(source);
   modelStream.writing = false;
   modelStream.bytes = {};
 }

@@ -1,7 +1,9 @@
 #include "assets/model_stream.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -221,6 +223,64 @@ TEST_F(CompiledModel, IsNotMissedWhereItCannotBeWritten) {
   EXPECT_EQ(std::distance(fs::directory_iterator("."), fs::directory_iterator()), 1);
 }
 
+// A disk that fills up while the compiled form is written.
+TEST_F(CompiledModel, IsNotMissedWhereItsWritingFailsMidway) {
+  writeFile("m.ase", everyKeyword());
+  const std::string dump = readAndDump("m.ase");
+  for (const rlim_t size : {0, 3, 20, 200, 400}) {
+    const ChildResult result = runInChild([&] {
+      const rlimit limit{size, size};
+      setrlimit(RLIMIT_FSIZE, &limit);
+      if (loadAndDump("m") != dump) std::_Exit(1);
+      if (recordingObstacle() != "m.hv3 can't be written") std::_Exit(2);
+    });
+    EXPECT_EQ(result.exitCode, 0) << size << result.errorText;
+    EXPECT_EQ(std::distance(fs::directory_iterator("."), fs::directory_iterator()), 1) << size;
+  }
+}
+
+// Every beginning of the compiled file: alone it is refused by name, beside its text it is made anew.
+TEST_F(CompiledModel, IsMadeAnewWhereItIsCutOff) {
+  writeFile("m.ase", smallModel());
+  const std::string text = readFile("m.ase"), dump = loadAndDump("m"), whole = readFile("m.hv3");
+  const std::size_t checked = whole.size() - 64;  // behind the central directory's signature
+  for (std::size_t size = 0; size < checked; size += 7) {
+    writeFile("m.hv3", whole.substr(0, size));
+    fs::remove("m.ase");
+    EXPECT_EQ(fatalText([] { loadAndDump("m"); }),
+              size < 4 ? "m.hv3: ends after " + std::to_string(size) + " bytes, its header word has 4"
+                       : "m.hv3: ends before its compressed data does");
+    writeFile("m.ase", text);
+    EXPECT_EQ(loadAndDump("m"), dump) << size;
+    EXPECT_EQ(readFile("m.hv3"), whole) << size;
+  }
+}
+
+// A bit of every byte of the file, header word and archive included.
+TEST_F(CompiledModel, StandsFalseBytesOfTheFile) {
+  writeFile("m.ase", smallModel());
+  const std::string text = readFile("m.ase"), dump = loadAndDump("m"), whole = readFile("m.hv3");
+  for (std::size_t at = 0; at < whole.size(); ++at) {
+    std::string bytes = whole;
+    bytes[at] = static_cast<char>(bytes[at] ^ 1 << at % 8);
+    writeFile("m.hv3", bytes);
+    const ChildResult result = runInChild([&] {
+#ifndef __SANITIZE_ADDRESS__
+      const rlimit limit{1u << 30, 1u << 30};
+      setrlimit(RLIMIT_AS, &limit);
+#endif
+      // What is damaged unseen holds no data.
+      if (readAndDump("m.hv3") != dump) std::_Exit(1);
+    });
+    EXPECT_TRUE(result.exitCode == 0 || (result.exitCode == 255 && !result.errorText.empty()))
+        << at << ": " << result.exitCode << " " << result.errorText;
+    if (result.exitCode == 255) {
+      EXPECT_EQ(loadAndDump("m"), dump) << at;
+      EXPECT_EQ(readFile("m.hv3"), whole) << at;
+    }
+  }
+}
+
 // A model that is refused keeps the compiled form of the one before.
 TEST_F(CompiledModel, StaysUntilANewOneIsComplete) {
   writeFile("m.ase", everyKeyword("old"));
@@ -275,8 +335,7 @@ TEST_F(CompiledModel, RefusesByNameAndPlace) {
   std::string file = readFile("m.hv3");
   file.replace(0, 4, intBytes(-1));
   writeFile("m.hv3", file);
-  EXPECT_EQ(fatalText([] { readAndDump("m.hv3"); }),
-            "m.hv3: a stream of 4294967295 bytes can't be in this file");
+  EXPECT_EQ(fatalText([] { readAndDump("m.hv3"); }), "m.hv3: only 259 of 4294967295 bytes left to read");
 }
 
 // Old codes of key lines; a stream without an end; an end inside of blocks.
