@@ -110,6 +110,7 @@ Products allProducts() {
   append(all, outroPictures());
   append(all, statisticsFont());
   append(all, introBoxModel());
+  append(all, fetusModels());
   append(all, monsterModels());
   append(all, skullModels());
   append(all, hellModels());

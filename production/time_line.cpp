@@ -23,13 +23,14 @@ void addPictures(Show& show, Section section) {
       return addAlien(show);
     case Section::interludeOne:
       return addInterludeOne(show);
+    case Section::laboratory:
+      return addLaboratory(show);
     case Section::interludeTwo:
       return addInterludeTwo(show);
     case Section::hell:
       return addHell(show);
     case Section::skull:
       return addSkull(show);
-    case Section::laboratory:
     case Section::water:
       break;
     case Section::outro:

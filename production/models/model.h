@@ -24,6 +24,7 @@ Product model(const std::string& name, const std::vector<ModelPicture>& pictures
               std::function<Model(const Settings&)> make, const std::vector<std::string>& alsoFrom = {});
 
 // One source each.
+Products fetusModels();
 Products hellModels();
 Products introBoxModel();
 Products monsterModels();

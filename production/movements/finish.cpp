@@ -32,6 +32,8 @@ void addFinish(Show& show) {
            "unison 2", "unison 3", "unison 4"},
           "haze_violet", Fade{1, 0.75, 0.95});
   flashOn(show, {"interlude one", "pad opens"}, "haze_teal", Fade{0.7, 1, 0.97});
+  flashOn(show, {"half time", "jar", "eyes", "hose", "burst", "shards", "door"}, "haze_teal",
+          Fade{0.8, 1, 0.97});
   flashOn(show,
           {"interlude two", "roll", "roll doubles", "last stroke", "hell", "lake of fire", "cathedral",
            "black sphere", "eruption", "sphere cracks", "sphere cracks 2", "sphere cracks 3"},

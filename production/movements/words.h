@@ -57,6 +57,7 @@ void addPrologue(Show& show);
 void addBox(Show& show);
 void addAlien(Show& show);
 void addInterludeOne(Show& show);
+void addLaboratory(Show& show);
 void addInterludeTwo(Show& show);
 void addSkull(Show& show);
 void addHell(Show& show);

@@ -7,6 +7,7 @@
 #include "assets/preload_list.h"
 #include "assets/texture_cache.h"
 #include "scenes/scene_alien.h"
+#include "scenes/scene_fetus.h"
 #include "scenes/scene_hell.h"
 #include "scenes/scene_helper.h"
 #include "scenes/scene_intro_box.h"
@@ -42,10 +43,18 @@ Scene* constructModel() {
 
 // The order in which scenes are constructed, and with it the order of their textures.
 constexpr Scene* (*sceneConstructors[])() = {
-    construct<SceneHelper>,           constructModel<sceneIntroBox>,      constructModel<sceneAlien>,
-    constructModel<sceneSkull>,       constructModel<sceneHell>,          constructModel<sceneLayerParticles>,
-    constructModel<sceneLayerWide>,   constructModel<sceneLayerRotCubes>, construct<SceneOuttro>,
-    constructModel<sceneLayerWobbel>, constructModel<sceneLayerRays>,
+    construct<SceneHelper>,
+    constructModel<sceneIntroBox>,
+    constructModel<sceneFetus>,
+    constructModel<sceneAlien>,
+    constructModel<sceneSkull>,
+    constructModel<sceneHell>,
+    constructModel<sceneLayerParticles>,
+    constructModel<sceneLayerWide>,
+    constructModel<sceneLayerRotCubes>,
+    construct<SceneOuttro>,
+    constructModel<sceneLayerWobbel>,
+    constructModel<sceneLayerRays>,
 };
 
 // The glows take consecutive texture ids.

@@ -235,7 +235,7 @@ TEST_F(Player, AFatalErrorShowsABoxAndEndsWithoutCleanUp) {
   key("Return");
   EXPECT_EQ(program.exitCode(), 255);
   EXPECT_EQ(program.errors(), "vex: Project file test.hvp not found!\n");
-  EXPECT_EQ(readFile("Demo.log").find("destroying"), std::string::npos);
+  EXPECT_EQ(readFile("Demo.log").find("destroying mesh"), std::string::npos);
 }
 
 TEST_F(Player, AMusicWarningShowsABoxAndTheShowGoesOn) {

@@ -1,0 +1,317 @@
+#include "production/models/fetus_paint.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "production/geometry/placement.h"
+#include "production/image/filter.h"
+#include "production/image/noise3.h"
+#include "production/models/fetus_parts.h"
+#include "production/textures/palette.h"
+
+namespace vex::laboratory {
+
+namespace {
+
+float grit(const Vector& p, float scale, std::uint32_t seed) {
+  return 0.5f + 0.5f * fractal(p * scale, 0, 4, 0.55f, seed);
+}
+
+// Runs of dirt down a wall.
+float runs(const Vector& p, std::uint32_t seed) {
+  return 0.5f + 0.5f * fractal(Vector(p.x * 0.045f, p.y * 0.006f, p.z * 0.045f), 0, 4, 0.6f, seed);
+}
+
+float lineAt(float value, float width) {
+  return smoothStep(width, 0.4f * width, std::fabs(value - std::round(value)));
+}
+
+Colour4 lit(const Colour4& albedo, const BakePoint& p) {
+  Colour4 colour = albedo * p.light;
+  colour.a = 1;
+  return colour;
+}
+
+}  // namespace
+
+BakeLook labLook(float reach, int rays) {
+  BakeLook look;
+  look.sky = [](const Vector& d) {
+    const Colour4 haze = mix(gradient(tealRamp, 0.36f), gradient(tealRamp, 0.54f), 0.5f + 0.5f * d.y);
+    return mix(haze, gradient(boneRamp, 0.42f), 0.28f) * 0.72f;
+  };
+  // The lamp under its shade, what the lit table gives back, the window.
+  look.lights = {{.towards = lampPlace, .placed = true, .size = 0.02f, .colour = {1.9f, 2.05f, 1.85f}},
+                 {.towards = Vector(-10, -6, 92),
+                  .placed = true,
+                  .size = 0.2f,
+                  .colour = {0.5f, 0.66f, 0.6f},
+                  .reach = 190},
+                 {.towards = Vector(-150, 40, -285),
+                  .placed = true,
+                  .size = 0.3f,
+                  .colour = {0.12f, 0.5f, 0.5f},
+                  .reach = 230}};
+  look.bounce = {0.01f, 0.03f, 0.03f};
+  look.reach = reach;
+  look.rays = rays;
+  return look;
+}
+
+Colour4 roomColour(const BakePoint& p) {
+  const Vector& q = p.position;
+  const float dirt = runs(q, 921), stain = grit(q, 0.012f, 922);
+  if (p.part == ground) {
+    const float cells = std::floor(q.x / 58) + std::floor(q.z / 58);
+    const bool dark = std::fmod(std::fabs(cells), 2.0f) > 0.5f;
+    const float joint = std::max(lineAt(q.x / 58, 0.06f), lineAt(q.z / 58, 0.06f));
+    return lit(gradient(tealRamp, (dark ? 0.24f : 0.5f) * (0.7f + 0.5f * stain)) * (1 - 0.55f * joint), p);
+  }
+  if (p.part == ceiling) return lit(gradient(tealRamp, 0.34f + 0.16f * stain), p);
+  if (p.part == pipes) return lit(mix(gradient(boneRamp, 0.5f), gradient(tealRamp, 0.3f), dirt), p);
+  if (p.part == frames)
+    return lit(gradient(tealRamp, 0.42f + 0.3f * std::max(0.0f, p.edge) - 0.15f * stain), p);
+  // Tiles up to the rail and a band above them, worn enamel paint over that.
+  const float along = std::fabs(q.x) > 378 ? q.z : q.x;
+  const bool tiled = q.y < -92;
+  const float joint =
+      tiled ? std::max(lineAt(along / 44, 0.075f), lineAt((q.y + 220) / 42.5f, 0.075f)) : 0.0f;
+  const float own = hashUnit(static_cast<int>(std::floor(along / 44 + 0.5f)),
+                             static_cast<int>(std::floor((q.y + 220) / 42.5f + 0.5f)), 923);
+  Colour4 colour = tiled ? mix(gradient(tealRamp, 0.66f), gradient(boneRamp, 0.74f), 0.28f + 0.25f * own)
+                         : mix(gradient(tealRamp, 0.5f), gradient(tealRamp, 0.6f), stain);
+  const float peeled = smoothStep(0.62f, 0.72f, grit(q, 0.02f, 924) + 0.12f * smoothStep(60, 230, q.y));
+  if (!tiled) colour = mix(colour, gradient(boneRamp, 0.42f), 0.65f * peeled);
+  colour = mix(colour, gradient(brassRamp, 0.22f), 0.75f * smoothStep(0.55f, 0.85f, dirt));
+  colour = colour * ((1 - 0.6f * joint) * (0.62f + 0.38f * smoothStep(-218, -150, q.y)));
+  return lit(colour, p);
+}
+
+Colour4 doorColour(const BakePoint& p) {
+  const Vector& q = p.position;
+  const float rust = smoothStep(0.55f, 0.8f, runs(q, 931) + 0.25f * std::max(0.0f, p.edge));
+  Colour4 colour = mix(gradient(tealRamp, 0.5f), gradient(tealRamp, 0.62f), grit(q, 0.05f, 932));
+  colour = mix(colour, gradient(brassRamp, 0.3f), 0.8f * rust);
+  const float port = std::hypot(q.x - 156, q.y + 10);
+  if (q.z > -332 && port < 24) return gradient(tealRamp, 0.95f - 0.012f * port);
+  // Alarm stripes at its foot.
+  if (q.y < -196 && q.z > -330) {
+    const float stripe = std::fmod(std::fabs(q.x + q.y), 26.0f) / 26;
+    colour = stripe < 0.5f ? gradient(alarmRamp, 0.52f) : ink;
+  }
+  return lit(colour, p);
+}
+
+// Brushed steel with a raised rim; rings of spilt liquid, scratches, ash.
+Colour4 tableColour(const BakePoint& p) {
+  const Vector& q = p.position;
+  const float brushed = 0.5f + 0.5f * fractal(Vector(q.x * 0.03f, q.y * 0.3f, q.z * 0.6f), 0, 4, 0.6f, 941);
+  const float stain = smoothStep(0.5f, 0.72f, grit(q, 0.022f, 942));
+  float wet = 0;
+  const Vector rings[] = {Vector(-34, 52, 11), Vector(58, 84, 9), Vector(-120, -20, 13), Vector(40, -62, 16)};
+  for (const Vector& ring : rings) {
+    const float r = std::hypot(q.x - ring.x, q.z - ring.y) - ring.z + 1.4f * gradientNoise(q * 0.12f, 0, 943);
+    wet = std::max(wet, std::exp(-r * r * 0.9f));
+  }
+  const float spill = smoothStep(
+      0.08f, 0.0f,
+      std::hypot((q.x - 20) / 60, (q.z - 62) / 22) - 0.8f + 0.35f * gradientNoise(q * 0.045f, 0, 944));
+  Colour4 colour = mix(gradient(steelRamp, 0.5f + 0.1f * brushed), gradient(tealRamp, 0.52f), 0.55f);
+  colour = colour * (0.72f + 0.2f * brushed) * (1 - 0.35f * stain);
+  colour = mix(colour, gradient(brassRamp, 0.3f), 0.5f * wet);
+  colour = mix(colour, colour * 0.5f + gradient(tealRamp, 0.22f), 0.8f * spill);
+  if (q.y < tableHeight - 4) colour = colour * 0.6f;
+  const float scratch = std::pow(
+      1 - std::fabs(gradientNoise(Vector(q.x * 0.05f + 0.02f * q.z, 0, q.z * 0.25f), 0, 945)), 22.0f);
+  Colour4 seen = lit(colour, p);
+  seen = seen + p.light * (0.07f * scratch + 0.18f * std::max(0.0f, p.edge));
+  seen.a = 1;
+  return seen;
+}
+
+Colour4 propColour(const BakePoint& p) {
+  const Vector& q = p.position;
+  const float edge = std::max(0.0f, p.edge), wear = grit(q, 0.11f, 951);
+  switch (p.part) {
+    case apparatus: {
+      const float band = smoothStep(0.35f, 0.7f, grit(Vector(q.x, q.y * 4, q.z), 0.05f, 952));
+      if (q.y < -40 && std::hypot(q.x, q.z) < 38) return lit(gradient(tealRamp, 0.36f), p) * 0.5f;
+      return lit(mix(gradient(steelRamp, 0.44f + 0.2f * band), gradient(brassRamp, 0.5f), 0.42f) *
+                     (0.8f + 0.7f * edge),
+                 p);
+    }
+    case phone: {
+      // Oxblood rubber, a bone dial.
+      const Vector at = transformed(inverse(turnedY(-34) >> moved(96, tableHeight, 52)), q);
+      const Vector dial = transformed(inverse(turnedX(57) >> moved(0, 9.5f, 10.8f)), at);
+      const float r = std::hypot(dial.x, dial.z);
+      const bool face = dial.y > 0.4f && dial.y < 3.4f && r < 9.3f;
+      float hole = 1e3f;
+      for (int i = 0; i < 10; ++i) {
+        const float angle = 2 * pi * (static_cast<float>(i) / 12.5f + 0.02f);
+        hole = std::min(hole, std::hypot(dial.x - 6.3f * std::cos(angle), dial.z - 6.3f * std::sin(angle)));
+      }
+      Colour4 colour = mix(gradient(alarmRamp, 0.27f), gradient(alarmRamp, 0.42f), wear * 0.6f + 0.5f * edge);
+      if (face) colour = r < 3.2f ? gradient(boneRamp, 0.62f) : hole < 1.1f ? ink : gradient(boneRamp, 0.8f);
+      Colour4 seen = lit(colour, p);
+      const float gloss = std::pow(clamp01(p.light.g * 0.62f), 4.0f);
+      return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss);
+    }
+    case ashtray:
+      return lit(q.y > cigarettePlace.y + 1.5f - 5
+                     ? mix(gradient(steelRamp, 0.62f), gradient(tealRamp, 0.5f), 0.4f)
+                     : gradient(boneRamp, 0.24f + 0.25f * wear),
+                 p);
+    case cigarette: {
+      const float along = q.z - cigarettePlace.z;
+      const float ember = smoothStep(1.0f, 0.2f, std::fabs(along - 2.6f));
+      Colour4 colour = along > 2.2f    ? gradient(boneRamp, 0.4f + 0.2f * wear)
+                       : along > -6.5f ? gradient(boneRamp, 0.86f)
+                                       : gradient(brassRamp, 0.6f + 0.1f * wear);
+      return lit(colour, p) + gradient(emberRamp, 0.72f) * (ember * (0.6f + 0.8f * wear));
+    }
+    case nozzle:
+      return lit(mix(gradient(steelRamp, 0.55f), gradient(steelRamp, 0.75f), edge), p);
+    case shade: {
+      const bool inside = p.position.y < lampPlace.y + 30 && p.normal.y < 0;
+      if (inside) return gradient(tealRamp, 0.9f);
+      return lit(mix(gradient(tealRamp, 0.4f), gradient(brassRamp, 0.35f),
+                     0.6f * edge + 0.3f * smoothStep(0.55f, 0.8f, wear)),
+                 p);
+    }
+    case bulb:
+      return {1, 1, 0.96f};
+    case shelf:
+      return lit(gradient(tealRamp, 0.36f + 0.25f * edge + 0.08f * wear), p);
+    case specimens: {
+      // Pickled things: a pale shape in glowing liquid.
+      const float cell = hashUnit(static_cast<int>(std::floor(q.z / 44)),
+                                  static_cast<int>(std::floor((q.y + 230) / 80)), 953);
+      const float shape = smoothStep(0.45f, 0.7f, grit(q, 0.07f, 954));
+      return gradient(tealRamp, 0.34f + 0.22f * cell) * (0.5f + 0.5f * p.open) +
+             gradient(boneRamp, 0.5f) * (0.4f * shape);
+    }
+    case duct:
+      return lit(gradient(steelRamp, 0.4f + 0.2f * edge) * (0.7f + 0.4f * wear), p);
+    case legs:
+      return lit(gradient(steelRamp, 0.34f + 0.2f * edge), p);
+    case beacon:
+      return mix(gradient(alarmRamp, 0.4f), gradient(alarmRamp, 0.66f), smoothStep(-318, -300, q.z)) *
+             (0.6f + 0.4f * p.open);
+  }
+  return black;
+}
+
+// Thin skin over blood: veins, flush in the hollows, pale on brow and knuckles.
+Colour4 skinColour(const BakePoint& p) {
+  const Vector q(p.position.x, p.position.y, std::fabs(p.position.z));
+  const float hollow = smoothStep(0.85f, 0.3f, p.open);
+  const Vector bent = warp(q * 0.1f, 0, 0.7f, 961);
+  const float vein =
+      std::pow(1 - std::fabs(gradientNoise(bent, 0, 962)), 12.0f) * (0.4f + 0.6f * grit(q, 0.06f, 963));
+  const float fine = std::pow(1 - std::fabs(gradientNoise(bent * 2.3f, 0, 964)), 9.0f);
+  const float mottle = grit(q, 0.17f, 965);
+  Colour4 colour = mix(Colour4{1.0f, 0.8f, 0.68f}, Colour4{0.93f, 0.58f, 0.48f}, mottle);
+  colour = mix(colour, Colour4{0.62f, 0.12f, 0.12f}, 0.65f * hollow);
+  colour = mix(colour, Colour4{0.36f, 0.1f, 0.24f}, 0.65f * vein);
+  colour = mix(colour, Colour4{0.72f, 0.16f, 0.16f}, 0.3f * fine);
+  colour = mix(colour, Colour4{0.98f, 0.86f, 0.74f}, 0.45f * std::max(0.0f, p.edge));
+  // The socket's rim is dark.
+  const float socket = smoothStep(7.0f, 4.2f, (q - eyePlace).length());
+  colour = mix(colour, Colour4{0.34f, 0.08f, 0.12f}, 0.7f * socket);
+  const float shade = 0.42f + 0.58f * p.open;
+  colour = colour * shade + Colour4{0.2f, 0.02f, 0.02f} * (0.5f * hollow);
+  colour.a = 1;
+  return colour;
+}
+
+// u runs across the ball, v around the axis of its lid: lid in the middle, iris a quarter lower.
+Canvas eyePicture(int side) {
+  return paintSmooth(side, side, 2, [](float u, float down) {
+    const float x = (u - 0.5f) * pi, turn = (1 - down - eyeIris) * 2 * pi;  // radians from the iris
+    const float r = std::hypot(x, turn), angle = std::atan2(turn, x);
+    const Vector q(x * 3, turn * 3, 0);
+    if (turn > 0.36f * pi || turn < -0.34f * pi) {  // lid, and what never shows
+      const float crease = lineAt(turn * 1.9f + 0.2f * gradientNoise(q * 0.4f, 0, 971), 0.13f);
+      const float lash = smoothStep(0.2f, 0.0f, std::fabs(turn) - 0.35f * pi);
+      Colour4 colour = mix(Colour4{0.88f, 0.55f, 0.45f}, Colour4{0.66f, 0.26f, 0.25f}, grit(q, 0.9f, 972));
+      colour = mix(colour, Colour4{0.42f, 0.08f, 0.16f}, 0.35f * crease);
+      return mix(colour, Colour4{0.3f, 0.05f, 0.08f}, 0.8f * lash) * 0.85f;
+    }
+    const float vein = std::pow(1 - std::fabs(gradientNoise(warp(q * 0.9f, 0, 0.6f, 973), 0, 974)), 14.0f);
+    Colour4 colour = mix(boneWhite, Colour4{0.8f, 0.2f, 0.16f}, 0.6f * vein * smoothStep(0.8f, 1.4f, r));
+    colour = colour * (1 - 0.4f * smoothStep(0.9f, 1.6f, r));
+    const float fibre = 0.5f + 0.5f * gradientNoise(Vector(angle * 9, r * 4, 1), 0, 975);
+    const Colour4 iris = gradient(tealRamp, 0.46f + 0.34f * fibre * smoothStep(0.35f, 0.8f, r));
+    colour = mix(colour, iris, smoothStep(0.94f, 0.9f, r));
+    colour = mix(colour, ink, 0.85f * std::exp(-std::pow((r - 0.93f) * 12, 2.0f)));
+    colour = mix(colour, black, smoothStep(0.48f, 0.42f, r));
+    const float glint = smoothStep(0.2f, 0.1f, std::hypot(x + 0.3f, turn - 0.42f));
+    return mix(colour, Colour4{1, 1, 1}, glint);
+  });
+}
+
+// Frosted panes with a corridor's light behind them, somebody's shadow on them.
+Canvas windowPicture(int side) {
+  return paintSmooth(side, side, 2, [](float u, float down) {
+    const float v = 1 - down, x = (u - 0.5f) * 200, y = v * 150;
+    const float frost = 0.5f + 0.5f * fractal(u * 40, v * 30, 0, 3, 0.6f, 981);
+    const float lamp =
+        std::exp(-std::pow((y - 128) / 34, 2.0f)) + 0.35f * std::exp(-std::pow((y - 20) / 70, 2.0f));
+    Colour4 colour = gradient(tealRamp, clamp01(0.4f + 0.38f * lamp + 0.05f * frost));
+    // Head and shoulders, blurred by the glass.
+    const float head = std::hypot((x - 38) / 12, (y - 84) / 16), neck = std::fabs(x - 38) / 9;
+    const float shoulders =
+        std::hypot((x - 38) / 40, std::max(0.0f, 62 - y) / 500) + 0.018f * std::max(0.0f, y - 44);
+    float shadow = smoothStep(1.5f, 0.75f, head);
+    shadow = std::max(shadow, smoothStep(1.4f, 0.7f, neck) * smoothStep(80, 66, y));
+    shadow = std::max(shadow, smoothStep(1.25f, 0.7f, shoulders) * smoothStep(66, 56, y));
+    colour = mix(colour, gradient(tealRamp, 0.2f), 0.92f * shadow);
+    const float wire = std::max(lineAt(u * 20, 0.05f), lineAt(v * 15, 0.05f));
+    colour = colour * (1 - 0.28f * wire) *
+             (0.75f + 0.25f * smoothStep(0.0f, 0.2f, std::min(std::min(u, 1 - u), std::min(v, 1 - v))));
+    colour.a = 0.94f;
+    return colour;
+  });
+}
+
+Canvas hosePicture(int side) {
+  return paintSmooth(side, side, 2, [](float u, float down) {
+    const float v = 1 - down;
+    const float rib = 0.5f + 0.5f * std::cos(v * 2 * pi * 9);
+    const float dirt = 0.5f + 0.5f * fractal(u * 6, v * 6, 6, 4, 0.55f, 991);
+    Colour4 colour = mix(Colour4{0.5f, 0.2f, 0.16f}, Colour4{0.82f, 0.52f, 0.4f}, 0.25f + 0.5f * rib * dirt);
+    colour = mix(colour, gradient(alarmRamp, 0.3f), 0.6f * smoothStep(0.5f, 0.8f, dirt));
+    colour = colour * (0.5f + 0.5f * rib) * (0.62f + 0.38f * std::cos(2 * pi * (u - 0.3f)));
+    colour.a = 1;
+    return colour;
+  });
+}
+
+// What polished glass mirrors: little in the middle, all at the rim; the window and the lamp as bright panes.
+Canvas glassPicture(int side) {
+  return paintSmooth(side, side, 2, [](float u, float down) {
+    const float x = 2 * u - 1, y = 1 - 2 * down, r = std::hypot(x, y);
+    const float rim = std::pow(clamp01(r), 7.0f) * smoothStep(1.03f, 0.96f, r);
+    const auto pane = [&](float cx, float cy, float w, float h, float soft) {
+      return smoothStep(w, w - soft, std::fabs(x - cx)) * smoothStep(h, h - soft, std::fabs(y - cy));
+    };
+    const float lamp = pane(-0.52f, 0.42f, 0.10f, 0.3f, 0.07f);
+    const float window = pane(0.6f, 0.18f, 0.07f, 0.34f, 0.05f) * (0.6f + 0.4f * lineAt(y * 5, 0.2f));
+    const float sheen = 0.5f + 0.5f * fractal(u * 5, down * 2, 0, 3, 0.5f, 995);
+    Colour4 colour = gradient(tealRamp, 0.14f + 0.1f * sheen) + gradient(tealRamp, 0.74f) * (0.62f * rim) +
+                     Colour4{0.85f, 0.95f, 0.9f} * (0.55f * lamp) +
+                     gradient(tealRamp, 0.72f) * (0.35f * window);
+    colour.a = 1;
+    return colour;
+  });
+}
+
+Canvas beamPicture(int side) {
+  return paint(side, side, [](float u, float) {
+    const float fall = 0.28f * u + 0.68f * u * u;
+    return Colour4{0.86f * fall, 1.0f * fall, 0.92f * fall};
+  });
+}
+
+}  // namespace vex::laboratory

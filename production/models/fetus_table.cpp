@@ -1,0 +1,327 @@
+#include <array>
+#include <cmath>
+
+#include "production/geometry/forms.h"
+#include "production/geometry/mapping.h"
+#include "production/models/fetus_parts.h"
+#include "production/textures/palette.h"
+
+// The table, the jar in its apparatus, the telephone, a cigarette, the lamp.
+
+namespace vex::laboratory {
+
+namespace {
+
+Surface box(const Vector& size, float bevel, const Vector& centre) {
+  return withoutMapping(placed(bevelledBox(size, bevel), moved(centre)));
+}
+
+Surface turnedProfile(const std::vector<ProfilePoint>& profile, int around, const Vector& foot) {
+  return withoutMapping(placed(lathe(profile, around), moved(foot)));
+}
+
+Surface pipe(const std::vector<Vector>& bends, float radius, int pieces, int around = 8) {
+  return withoutMapping(tube(
+      smoothPath(bends, pieces), around, [radius](float) { return radius; }, TubeEnd::flat));
+}
+
+// A foot of turned metal and a cap with valves, held by three rods; a pipe goes up.
+Surface apparatusSurface() {
+  Surface all = turnedProfile({{50, -50},
+                               {50, -47.5f},
+                               {47, -46},
+                               {44, -46},
+                               {43, -43},
+                               {40, -42},
+                               {38.5f, -42},
+                               {38, -45},
+                               {0, -45}},
+                              40, Vector(0, 0, 0));
+  append(all, turnedProfile({{0, 47.5f},
+                             {23, 47.5f},
+                             {25, 48.5f},
+                             {25, 54},
+                             {23, 56},
+                             {17, 57},
+                             {15, 62},
+                             {9, 63},
+                             {8, 70},
+                             {5, 71},
+                             {5, 90},
+                             {0, 90}},
+                            32, Vector(0, 0, 0)));
+  for (int i = 0; i < 3; ++i) {
+    const float angle = 2 * pi * (static_cast<float>(i) / 3 + 0.21f);
+    const Vector foot(44 * std::cos(angle), -47, 44 * std::sin(angle));
+    append(all, turnedProfile({{1.5f, 0}, {1.5f, 110}}, 8, foot));
+    append(all, turnedProfile({{0, -1}, {3, -1}, {3, 3}, {0, 4}}, 10, foot + Vector(0, 106, 0)));
+    append(all, pipe({foot + Vector(0, 107, 0), foot * 0.75f + Vector(0, 95.5f, 0),
+                      Vector(foot.x * 0.4f, 58, foot.z * 0.4f)},
+                     1.5f, 8, 6));
+  }
+  for (int i = 0; i < 5; ++i) {  // valves
+    const float angle = 2 * pi * (static_cast<float>(i) / 5 + 0.07f);
+    const Vector at(18 * std::cos(angle), 56, 18 * std::sin(angle));
+    append(all, turnedProfile({{2.2f, 0}, {2.2f, 4}, {1.2f, 5}, {1.2f, 8}, {3, 8.3f}, {3, 9.6f}, {0, 10}}, 10,
+                              at));
+  }
+  append(all,
+         pipe({Vector(0, 88, 0), Vector(2, 130, -12), Vector(30, 190, -60), Vector(40, 262, -80)}, 3.4f, 22));
+  return all;
+}
+
+// A wall of hard rubber, a dial with finger holes, a receiver on a fork, a curled cord.
+Surface phoneSurface() {
+  const Surface body =
+      sheet(28, 7,
+            [](float s, float t) {
+              const float angle = 2 * pi * s,
+                          grow = mix(1.0f, 0.52f, smoothStep(0, 1, t)) * (t > 0.93f ? 0.9f : 1.0f);
+              const auto corner = [](float c) { return std::copysign(std::pow(std::fabs(c), 0.55f), c); };
+              return Vector(19 * grow * corner(std::cos(angle)), 17 * t,
+                            -16 * grow * corner(std::sin(angle)) - 3 * t);
+            },
+            {.closedAcross = true});
+  Surface all = withoutMapping(body);
+  append(all, withoutMapping(
+                  placed(superellipsoid(Vector(9.8f, 1.3f, 8.2f), 0.5f, 0.6f, 18, 6), moved(0, 16.6f, -3))));
+  const Placement slope = turnedX(57) >> moved(0, 9.5f, 10.8f);
+  append(all,
+         placed(turnedProfile({{9.2f, 0}, {9.2f, 1.4f}, {8.4f, 2}, {0, 2}}, 26, Vector(0, 0, 0)), slope));
+  for (int i = 0; i < 10; ++i) {
+    const float angle = 2 * pi * (static_cast<float>(i) / 12.5f + 0.02f);
+    append(all, placed(turnedProfile({{1.45f, 0}, {1.45f, 0.5f}, {0.9f, 0.5f}, {0.7f, 0.15f}, {0, 0.1f}}, 9,
+                                     Vector(6.3f * std::cos(angle), 2, 6.3f * std::sin(angle))),
+                       slope));
+  }
+  append(all, placed(turnedProfile({{3.1f, 0}, {2.8f, 0.9f}, {0, 1.1f}}, 14, Vector(0, 2, 0)), slope));
+  for (const float x : {-8.0f, 8.0f}) append(all, box(Vector(2.4f, 6, 7), 0.6f, Vector(x, 20, -4)));
+  append(all, withoutMapping(
+                  tube(smoothPath({Vector(-19, 23.5f, -4), Vector(-10, 26.5f, -4), Vector(10, 26.5f, -4),
+                                   Vector(19, 23.5f, -4)},
+                                  14),
+                       10, [](float t) { return 2.3f + 1.1f * std::pow(std::fabs(2 * t - 1), 3.0f); })));
+  for (const float x : {-18.5f, 18.5f})
+    append(all,
+           placed(turnedProfile({{4.6f, 0}, {5.2f, 1}, {4.2f, 5}, {2.5f, 6}, {0, 6}}, 16, Vector(0, 0, 0)),
+                  turnedZ(x < 0 ? -14.0f : 14.0f) >> moved(x, 18, -4)));
+  std::vector<Vector> curls;
+  for (int i = 0; i <= 90; ++i) {
+    const float t = static_cast<float>(i) / 90, angle = t * 2 * pi * 10;
+    curls.push_back(Vector(-21 - 7 * std::sin(pi * t) + 1.3f * std::cos(angle),
+                           2 + 17 * t * t + 1.3f * std::sin(angle),
+                           -12 * (1 - t) + 22 * t * (1 - t) - 3 * t));
+  }
+  append(all, withoutMapping(tube(
+                  curls, 4, [](float) { return 0.55f; }, TubeEnd::open)));
+  return placed(all, turnedY(-34) >> moved(96, tableHeight, 52));
+}
+
+Surface ashtraySurface() {
+  Surface all =
+      turnedProfile({{0, 0}, {14, 0}, {15.5f, 1.2f}, {16, 5.4f}, {14.6f, 6}, {13.4f, 5}, {12, 2}, {0, 1.4f}},
+                    28, cigarettePlace + Vector(1, -5.4f, 1));
+  for (const float angle : {0.9f, 2.9f, 4.4f})  // stubs
+    append(all,
+           placed(turnedProfile({{0, 0}, {1.1f, 0}, {1.2f, 5}, {0, 5.4f}}, 8, Vector(0, 0, 0)),
+                  turnedZ(70 + 9 * angle) >> turnedY(angle * 57) >>
+                      moved(cigarettePlace + Vector(1 + 6 * std::cos(angle), -3.0f, 6 * std::sin(angle)))));
+  return all;
+}
+
+// Lies over the rim, its glowing end forward.
+Surface cigaretteSurface() {
+  const Vector tip = cigarettePlace + Vector(0, -1.2f, 5), end = cigarettePlace + Vector(2.4f, 4.6f, -12);
+  return withoutMapping(tube(smoothPath({end, mix(end, tip, 0.5f), tip}, 12), 10,
+                             [](float t) { return t > 0.86f ? 1.02f - 0.8f * (t - 0.86f) : 1.15f; }));
+}
+
+// An arm from the table's edge; it points at the jar.
+Surface nozzleSurface() {
+  const Vector away = unit(nozzlePlace);
+  Surface all =
+      placed(turnedProfile({{0.9f, 0}, {1.2f, 0.4f}, {2.6f, 9}, {3.4f, 10}, {3.4f, 20}, {2, 22}, {0, 22}}, 14,
+                           Vector(0, 0, 0)),
+             standing(nozzlePlace, away));
+  append(all, pipe({nozzlePlace + away * 21, nozzlePlace + away * 34 + Vector(2, -2, 0), Vector(112, 10, 2),
+                    Vector(126, -24, -30), Vector(128, -50, -38)},
+                   2.1f, 22));
+  append(all, turnedProfile({{8, 0}, {8, 2}, {5, 4}, {4, 8}, {0, 8}}, 16, Vector(128, tableHeight, -38)));
+  return all;
+}
+
+// Enamelled iron, open below; its inner side shows too and cuts the beam round.
+Placement lampFrame() {
+  return standing(lampPlace, lampPlace - lampTarget);
+}
+
+Surface shadeSurface() {
+  const float spread = std::tan(lampConeDegrees / 2 * pi / 180) * 1.0f;
+  const float low = -34, radius = -low * spread;
+  Surface all = placed(turnedProfile({{radius, low},
+                                      {radius + 1.2f, low + 0.5f},
+                                      {radius * 0.82f + 3, low * 0.7f},
+                                      {14, -8},
+                                      {12, 2},
+                                      {8, 8},
+                                      {7, 22},
+                                      {4, 25},
+                                      {0, 25}},
+                                     40, Vector(0, 0, 0)),
+                       lampFrame());
+  append(
+      all,
+      placed(turnedOver(turnedProfile(
+                 {{radius, low}, {radius * 0.83f, low * 0.72f}, {radius * 0.6f, low * 0.4f}, {7, 1}, {0, 4}},
+                 40, Vector(0, 0, 0))),
+             lampFrame()));
+  append(all, pipe({transformed(lampFrame(), Vector(0, 24, 0)), lampPlace + Vector(-8, 44, 10),
+                    lampPlace + Vector(-12, 80, 8)},
+                   1.2f, 14, 6));
+  return all;
+}
+
+// Racks behind and to the right, and what stands in them.
+const Vector rackPlace(-345, -220, -160);
+
+Surface shelfSurface() {
+  Surface all;
+  for (const float z : {0.0f, 210.0f}) append(all, box(Vector(50, 300, 5), 1, rackPlace + Vector(0, 150, z)));
+  for (const float y : {30.0f, 110.0f, 190.0f, 270.0f})
+    append(all, box(Vector(50, 4, 205), 1, rackPlace + Vector(0, y, 105)));
+  // A bench with a drum of a compressor at the right wall.
+  append(all, box(Vector(90, 90, 170), 3, Vector(325, -175, -120)));
+  append(all, placed(turnedProfile({{0, -52},
+                                    {26, -52},
+                                    {30, -46},
+                                    {31, -20},
+                                    {32, -19},
+                                    {32, -15},
+                                    {31, -14},
+                                    {31, 14},
+                                    {32, 15},
+                                    {32, 19},
+                                    {31, 20},
+                                    {30, 46},
+                                    {26, 52},
+                                    {0, 52}},
+                                   26, Vector(0, 0, 0)),
+                     turnedX(90) >> moved(318, -98, -120)));
+  return all;
+}
+
+Surface specimenSurface() {
+  Surface all;
+  int i = 0;
+  for (const float y : {32.0f, 112.0f, 192.0f})
+    for (const float z : {30.0f, 72.0f, 118.0f, 168.0f}) {
+      ++i;
+      if (i == 3 || i == 8) continue;
+      const float r = 13 + 3.5f * static_cast<float>((i * 5) % 3),
+                  h = 34 + 8 * static_cast<float>((i * 7) % 4);
+      append(all, turnedProfile({{0, 0}, {r, 0}, {r, h * 0.8f}, {r * 0.7f, h * 0.92f}, {r * 0.7f, h}, {0, h}},
+                                14, rackPlace + Vector(4, y, z)));
+    }
+  return all;
+}
+
+Surface beaconSurface() {
+  return placed(
+      turnedProfile({{16, 0}, {16, 5}, {12, 6}, {11.5f, 16}, {8, 22}, {0, 24}}, 20, Vector(0, 0, 0)),
+      turnedX(90) >> moved(beaconPlace + Vector(0, 0, -12)));
+}
+
+Surface legsSurface() {
+  Surface all;
+  for (const float x : {-165.0f, 165.0f})
+    for (const float z : {-80.0f, 92.0f}) append(all, box(Vector(11, 166, 11), 2, Vector(x, -139, z)));
+  for (const float z : {-80.0f, 92.0f}) append(all, box(Vector(330, 7, 6), 1, Vector(0, -180, z)));
+  return all;
+}
+
+}  // namespace
+
+Surface propSurface(Prop prop) {
+  switch (prop) {
+    case apparatus:
+      return apparatusSurface();
+    case phone:
+      return phoneSurface();
+    case ashtray:
+      return ashtraySurface();
+    case cigarette:
+      return cigaretteSurface();
+    case nozzle:
+      return nozzleSurface();
+    case shade:
+      return shadeSurface();
+    case bulb:
+      return placed(withoutMapping(sphere(6, 16, 10)), moved(lampPlace + unit(lampPlace - lampTarget) * 7));
+    case shelf:
+      return shelfSurface();
+    case specimens:
+      return specimenSurface();
+    case duct: {
+      Surface all = box(Vector(60, 44, 700), 3, Vector(210, 232, 40));
+      append(all, box(Vector(330, 34, 52), 3, Vector(20, 236, -180)));
+      return all;
+    }
+    case legs:
+      return legsSurface();
+    case beacon:
+      return beaconSurface();
+  }
+  return {};
+}
+
+Surface tableTop() {
+  Surface all = box(Vector(370, 7, 210), 1.6f, Vector(0, tableHeight - 3.5f, 6));
+  append(all, box(Vector(364, 12, 204), 1, Vector(0, tableHeight - 13, 6)));
+  return all;
+}
+
+Surface jarSurface() {
+  const auto contour = [](float in) {
+    return std::vector<ProfilePoint>{
+        {0, -44.5f + in},      {28, -44.5f + in},         {jarRadius - 2 - in, -42 + in},
+        {jarRadius - in, -36}, {jarRadius - in, 22},      {jarRadius - 1.5f - in, 30},
+        {31 - in, 38 - in},    {24 - in, 43 - 0.5f * in}, {22.5f - in, 48}};
+  };
+  Surface all = withoutMapping(lathe(smoothProfile(contour(0), 26), 40, 180));
+  append(all, turnedOver(withoutMapping(lathe(smoothProfile(contour(1.6f), 18), 30, 180))));
+  append(all, withoutMapping(placed(disc(31, 36, 2), moved(0, 36, 0))));
+  return all;
+}
+
+Surface hoseSurface(float swell) {
+  // From the jar's cap down to the table, over its edge and on to the compressor.
+  const std::vector<Vector> path =
+      smoothPath({Vector(17, 60, -6), Vector(40, 72 + 6 * swell, -22), Vector(84, 24, -60),
+                  Vector(118, -40, -66), Vector(168, -44 + 5 * swell, -58), Vector(210, -62, -70),
+                  Vector(250, -116, -104), Vector(292, -98, -118)},
+                 52);
+  return mappingScaled(tube(
+                           path, 9,
+                           [swell](float t) {
+                             const float ribs = 0.28f * std::sin(t * 2 * pi * 27);
+                             const float bulge =
+                                 std::pow(std::max(0.0f, std::sin(pi * (t * 5 + 0.2f))), 2.0f);
+                             return 4.2f + ribs * (1 - 0.5f * swell) + swell * (1.2f + 7.5f * bulge);
+                           },
+                           TubeEnd::open),
+                       1, 6);
+}
+
+Surface shardSurface(int kind) {
+  const float k = static_cast<float>(kind);
+  const Vector tip(0, 5 + k, 0), left(-3 - 0.6f * k, -2, 0.6f), right(2.4f, -3.4f, -0.5f),
+      thick(0.2f, 0.1f, 1.1f);
+  Surface all;
+  const int a = addPoint(all, tip), b = addPoint(all, left), c = addPoint(all, right),
+            d = addPoint(all, thick), e = addPoint(all, thick * -1.0f);
+  for (const auto& [p, q, r] : {std::array{a, b, d}, {b, c, d}, {c, a, d}, {b, a, e}, {c, b, e}, {a, c, e}})
+    addTriangle(all, p, q, r);
+  return faceted(all);
+}
+
+}  // namespace vex::laboratory
