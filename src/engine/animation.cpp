@@ -1,6 +1,7 @@
 #include "engine/animation.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 
@@ -24,14 +25,31 @@ Animation::Animation(const Animation& other)
       keyAngle(other.keyAngle),
       keyTime(other.keyTime),
       count(other.count),
-      latestTime(other.latestTime) {}
+      latestTime(other.latestTime),
+      turns(other.turns),
+      bends(other.bends),
+      bentKeys(other.bentKeys) {}
+
+namespace {
+
+Matrix identity() {
+  Matrix matrix;
+  matrix.setIdentity();
+  return matrix;
+}
+
+}  // namespace
 
 void Animation::allocKeys(int n) {
   if (type == TrackType::none) fatalError("Animation: allocKeys() without type\n");
   const auto size = static_cast<std::size_t>(n);
   for (auto* keys : {&keyX, &keyY, &keyZ, &keyTime}) keys->assign(size, 0.0f);
-  if (type == TrackType::rotation) keyAngle.assign(size, 0.0f);
-  count = 0;
+  if (type == TrackType::rotation) {
+    keyAngle.assign(size, 0.0f);
+    turns.resize(size);
+  }
+  for (auto& curve : bends) curve.resize(size);
+  count = bentKeys = 0;
   storedTimes.clear();
 }
 
@@ -50,27 +68,28 @@ void Animation::insertKey(float frame, const Vector& value, float angle) {
   keyX[k] = value.x;
   keyY[k] = value.y;
   keyZ[k] = value.z;
-  if (type == TrackType::rotation) keyAngle[k] = angle;
+  if (type == TrackType::rotation) {
+    keyAngle[k] = angle;
+    turns[k] = (k > 0 ? turns[k - 1] : identity()) * rotation(value, angle);
+  }
   keyTime[k] = frame;
   latestTime = count == 0 ? frame : std::max(latestTime, frame);
   if (!storedTimes.empty()) storedTimes.insert(frame);
   ++count;
 }
 
-namespace {
-
-// The whole keys up to `last` and, on top of them, a turn by `angle` about `axis`.
-Matrix rotationAt(const Animation& track, int last, const Vector& axis, float angle) {
-  Matrix result;
-  result.setIdentity();
-  for (int j = 0; j <= last; ++j) {
-    const auto k = static_cast<std::size_t>(j);
-    result = result * rotation({track.keyX[k], track.keyY[k], track.keyZ[k]}, track.keyAngle[k]);
+Vector Animation::splineAt(float frame) const {
+  const std::array keys{keyX.data(), keyY.data(), keyZ.data()};
+  if (bentKeys != count) {
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      solveSpline(keyTime.data(), keys[axis], count, bends[axis].data());
+    bentKeys = count;
   }
-  return result * rotation(axis, angle);
+  const auto at = [&](std::size_t axis) {
+    return vex::splineAt(keyTime.data(), keys[axis], bends[axis].data(), count, frame);
+  };
+  return {at(0), at(1), at(2)};
 }
-
-}  // namespace
 
 Matrix Animation::getMatrix(float seconds) const {
   float frame = frameLength / duration * seconds;
@@ -112,9 +131,7 @@ Matrix Animation::getMatrix(float seconds) const {
     value = key(0);
     angle = keyTurn(0);
   } else if (count >= 3 && smooth) {
-    value = {calc_spline(keyTime.data(), keyX.data(), count, frame),
-             calc_spline(keyTime.data(), keyY.data(), count, frame),
-             calc_spline(keyTime.data(), keyZ.data(), count, frame)};
+    value = splineAt(frame);
     angle = keyTurn(segment + 1) * fraction;
   } else if (type == TrackType::rotation) {
     value = key(segment + 1);
@@ -129,7 +146,7 @@ Matrix Animation::getMatrix(float seconds) const {
     case TrackType::position:
       return translation(value);
     case TrackType::rotation:
-      return rotationAt(*this, segment, value, angle);
+      return (segment >= 0 ? turns[static_cast<std::size_t>(segment)] : identity()) * rotation(value, angle);
     case TrackType::none:
       break;
   }

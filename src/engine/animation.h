@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <unordered_set>
 #include <vector>
@@ -53,6 +54,13 @@ struct Animation {
 
   float latestTime = 0.0f;                // of the keys stored
   std::unordered_set<float> storedTimes;  // those of all keys, from the first one out of order on
+  Vector splineAt(float frame) const;
+
+  // What does not depend on the time asked for: all turns up to each key of a rotation track, and the bends
+  // of the curves through x, y and z, worked out when they are first needed for that many keys.
+  std::vector<Matrix> turns;
+  mutable std::array<std::vector<float>, 3> bends;
+  mutable int bentKeys = 0;
 };
 
 }  // namespace vex

@@ -48,13 +48,10 @@ void Mesh::recomputeNormals(bool flip) {
   const auto at = [&](std::uint32_t k) { return deformed ? read(positions, k) : vertices[k].position; };
   for (Vertex& vertex : vertices) vertex.normal = {};
   for (const Face& face : faces) {
-    const std::array<Vector, 3> p{at(face.v[0]), at(face.v[1]), at(face.v[2])};
-    for (std::size_t i = 0; i < 3; ++i) {
-      const Vector& corner = p[i];
-      const Vector& next = p[(i + 1) % 3];
-      const Vector& previous = p[(i + 2) % 3];
-      vertices[face.v[i]].normal += normalized(cross(next - corner, corner - previous));
-    }
+    // The edges at one corner span the same plane as those at the others.
+    const Vector a = at(face.v[0]), b = at(face.v[1]), c = at(face.v[2]);
+    const Vector normal = normalized(cross(b - a, a - c));
+    for (const std::uint32_t corner : face.v) vertices[corner].normal += normal;
   }
   for (Vertex& vertex : vertices) {
     vertex.normal.normalize();

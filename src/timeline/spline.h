@@ -9,4 +9,9 @@ namespace vex {
 // neighbours of equal x among three or more dots.
 float calc_spline(const float* x, const float* y, int n, float t);
 
+// The same from three dots on, in two steps for who asks for many t: the equations of the curve do not depend
+// on t. `bends` takes n numbers.
+void solveSpline(const float* x, const float* y, int n, float* bends);
+float splineAt(const float* x, const float* y, const float* bends, int n, float t);
+
 }  // namespace vex
