@@ -118,8 +118,9 @@ Surface lathe(const std::vector<ProfilePoint>& profile, int aroundCount, float c
     while (to + 1 < n && !hard(to)) ++to;
     SheetEnds ends;
     ends.closedAcross = true;
-    ends.poleBelow = profile[at(from)].radius == 0;
-    ends.poleAbove = profile[at(to)].radius == 0;
+    // Smooth profiles come back to the axis but for rounding.
+    ends.poleBelow = profile[at(from)].radius < 1e-5f;
+    ends.poleAbove = profile[at(to)].radius < 1e-5f;
     std::vector<float> rows;
     for (int i = from; i <= to; ++i) rows.push_back(length[at(i)] / length.back());
     append(all, grid(
