@@ -34,9 +34,7 @@ inline constexpr std::array wholeSong{
     Section::interludeTwo, Section::hell, Section::skull, Section::water,        Section::outro};
 
 // What the show plays. A section joins when it has pictures; music, cues and time line follow.
-inline constexpr std::array showSections{Section::prologue,     Section::box,        Section::alien,
-                                         Section::interludeOne, Section::laboratory, Section::interludeTwo,
-                                         Section::hell,         Section::skull,      Section::outro};
+inline constexpr std::array showSections = wholeSong;
 
 constexpr int barCount(Arrangement sections) {
   int bars = 0;

@@ -119,6 +119,7 @@ Products allProducts() {
   append(all, layerRotCubesModel());
   append(all, layerWideModel());
   append(all, wobbelModel());
+  append(all, waterAlienModel());
   append(all, ballShapes());
   append(all, scrollerText());
   append(all, musicFile());

@@ -32,7 +32,7 @@ void addPictures(Show& show, Section section) {
     case Section::skull:
       return addSkull(show);
     case Section::water:
-      break;
+      return addWater(show);
     case Section::outro:
       return addOutro(show);
   }

@@ -34,5 +34,6 @@ Products layerRaysModel();
 Products layerRotCubesModel();
 Products layerWideModel();
 Products wobbelModel();
+Products waterAlienModel();
 
 }  // namespace vex

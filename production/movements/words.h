@@ -61,6 +61,7 @@ void addLaboratory(Show& show);
 void addInterludeTwo(Show& show);
 void addSkull(Show& show);
 void addHell(Show& show);
+void addWater(Show& show);
 void addOutro(Show& show);
 void addFinish(Show& show);
 

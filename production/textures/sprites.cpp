@@ -67,7 +67,7 @@ Products spritePictures() {
                    [&ramp, light](const Settings& settings) { return sprite(settings, 128, ramp, light); });
   };
   Products products{add("flare_normal", boneRamp, soft), add("flare_shine", emberRamp, star),
-                    add("flare_particle", emberRamp, spark), add("flare_highpass", violetRamp, star)};
+                    add("flare_particle", emberRamp, spark), add("flare_highpass", tealRamp, soft)};
   for (int number = 1; number <= 4; ++number)
     products.push_back(picture("flare_smoke" + std::to_string(number), PictureKind::bmp, "sprites", 0.2f,
                                [number](const Settings& settings) { return puff(settings, number); }));

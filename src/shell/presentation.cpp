@@ -18,6 +18,7 @@
 #include "scenes/scene_layer_wobbel.h"
 #include "scenes/scene_outtro.h"
 #include "scenes/scene_skull.h"
+#include "scenes/scene_water.h"
 #include "shell/clock.h"
 #include "shell/files.h"
 #include "shell/options.h"
@@ -43,17 +44,12 @@ Scene* constructModel() {
 
 // The order in which scenes are constructed, and with it the order of their textures.
 constexpr Scene* (*sceneConstructors[])() = {
-    construct<SceneHelper>,
-    constructModel<sceneIntroBox>,
-    constructModel<sceneFetus>,
-    constructModel<sceneAlien>,
-    constructModel<sceneSkull>,
-    constructModel<sceneHell>,
-    constructModel<sceneLayerParticles>,
-    constructModel<sceneLayerWide>,
-    constructModel<sceneLayerRotCubes>,
-    construct<SceneOuttro>,
-    constructModel<sceneLayerWobbel>,
+    construct<SceneHelper>,         constructModel<sceneIntroBox>,
+    constructModel<sceneWater>,     constructModel<sceneFetus>,
+    constructModel<sceneAlien>,     constructModel<sceneSkull>,
+    constructModel<sceneHell>,      constructModel<sceneLayerParticles>,
+    constructModel<sceneLayerWide>, constructModel<sceneLayerRotCubes>,
+    construct<SceneOuttro>,         constructModel<sceneLayerWobbel>,
     constructModel<sceneLayerRays>,
 };
 

@@ -1,0 +1,100 @@
+#include "production/movements/words.h"
+
+// Silence, rain, and what lives below: it rises, a ray from above finds it, everything dissolves in white.
+
+namespace vex {
+
+using namespace screen;
+
+namespace {
+
+enum Camera { follow, wide, low, above, near };
+
+// Cycles of the creature are 15 seconds of scene time.
+struct Weather {
+  Curve ray = 0, motes = 0, rain = 0, drop = 0.015, flicker = 0;
+};
+ScriptCall draw(const Weather& w) {
+  return {"SceneWater",
+          "setRay",
+          {{"ray opacity", w.ray, 0, 1},
+           {"ray particle count", w.motes, 0, 300},
+           {"rain amount", w.rain, 0, 3},
+           {"drop strength", w.drop, 0, 0.05},
+           {"ray flicker", w.flicker, 0, 2}}};
+}
+
+// The creature's own place in its cycle; below 0 it goes its own way again.
+ScriptCall holdCreature(const Curve& state) {
+  ScriptParameter name{"object", {}};
+  name.curve.kind = CurveKind::text;
+  name.curve.text = "WaterAlien";
+  return {"SceneWater", "setAnimationState", {name, {"fraction", state, -1, 0.999}}};
+}
+
+void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start,
+             const Weather& weather) {
+  show.part(name, bar, bars, haze, {draw(weather), draw(World{.scene = "SceneWater", .camera = camera})},
+            start);
+}
+
+}  // namespace
+
+void addWater(Show& show) {
+  const double start = waterBar, rain = barOf("rain"), creature = barOf("creature"), tune = barOf("tune"),
+               ripples = barOf("ripples"), again = barOf("tune again"), ray = barOf("ray from above"),
+               flood = barOf("flood"), ebb = barOf("ebb"), dissolve = barOf("dissolve");
+  show.add(
+      "deep", start, 16, ground,
+      Bitmap{.texture = "sky_water", .at = covering(1.25, swing(41, -0.12, 0.12), swing(29, -0.08, 0.08))});
+  show.part("creature alone", start, 0.5, ground + 1, {holdCreature(-1)});
+
+  addShot(show, "nothing", start, 1, above, 2, {.rain = 0, .drop = 0.02});
+  addShot(show, "rain comes", rain, 1, wide, 9, {.rain = slide(0, 0.5), .drop = 0.012});
+  addShot(show, "it is there", creature, 1, low, 1, {.rain = 0.3});
+  addShot(show, "it is near", creature + 1, 1, near, 3, {.rain = 0.3});
+  addShot(show, "tune", tune, 2, follow, 0, {.rain = 0.4});
+  addShot(show, "ripples", ripples, 1, above, 7, {.rain = 0.8, .drop = 0.02});
+  addShot(show, "through the rain", ripples + 1, 1, low, 9, {.rain = 0.6});
+  addShot(show, "tune again", again, 1, wide, 2, {.rain = 0.5});
+  addShot(show, "face", again + 1, 1, near, 10, {.rain = 0.4});
+  addShot(show, "ray from above", ray, 2, wide, 5,
+          {.ray = line({{0, 0}, {1, 0.5}, {partEnd, 0.85}}),
+           .motes = line({{0, 0}, {2, 220}, {partEnd, 260}}),
+           .rain = 0.4,
+           .flicker = line({{0, 0.2}, {partEnd, 1.2}})});
+  addShot(show, "flood", flood, 1, follow, 4,
+          {.ray = 0.9, .motes = 280, .rain = slide(1, 2.4), .drop = 0.02, .flicker = 2});
+  addShot(show, "flood below", flood + 1, 1, low, 12,
+          {.ray = 0.9, .motes = 280, .rain = 2.4, .drop = 0.022, .flicker = 2});
+  addShot(show, "ebb", ebb, 2, wide, 10,
+          {.ray = slide(0.9, 0.6), .motes = 200, .rain = slide(1, 0.2), .flicker = 0.8});
+  show.part("it turns away", ebb, 2, ground + 1, {holdCreature(line({{0, 0.1}, {partEnd, 0.5}}))});
+
+  // Mist between and before; light that answers the tune.
+  show.add("mist", start, 16, smoke,
+           Bitmap{.texture = "haze_teal",
+                  .at = centred(swing(31, -0.35, 0.35), 0.35, 2.0, 2.6),
+                  .alpha = swing(19, 0.25, 0.5),
+                  .blend = Blend::add});
+  show.add("light above", ray, dissolve - ray, backdrop,
+           Bitmap{.texture = "rays_teal",
+                  .at = centred(swing(13, -0.1, 0.1), -0.9, 3.2),
+                  .alpha = fade(4, 2, 0.7),
+                  .blend = Blend::add});
+  const double strokes[] = {start + 0.5, rain,    creature,    creature + 1, tune,
+                            tune + 1,    ripples, ripples + 1, again,        again + 1,
+                            ray,         ray + 1, flood,       flood + 1,    ebb};
+  for (const double bar : strokes)
+    show.add("glint", bar, 0.25, flash,
+             Bitmap{.texture = "haze_teal",
+                    .at = centred(0, 0.1, spline({{0, 3.0}, {partEnd, 2.2}}), 1.78),
+                    .alpha = spline({{0, 0.5}, {0.3, 0.2}, {partEnd, 0}}),
+                    .blend = Blend::add});
+  show.add("out of the dark", start, 1, flash + 1,
+           Fade{.alpha = line({{0, 1}, {2, 0.85}, {2.2, 0.3}, {partEnd, 0}})});
+  show.add("dissolve", dissolve, 1, flash + 1,
+           Fade{1, 0.99, 0.97, line({{0, 0}, {1, 0.18}, {3, 0.8}, {3.7, 1}, {partEnd, 1}})});
+}
+
+}  // namespace vex
