@@ -1,5 +1,4 @@
 #include <cmath>
-#include <iterator>
 
 #include "production/image/filter.h"
 #include "production/image/lettering.h"
@@ -30,17 +29,35 @@ constexpr float openV[][2] = {{-0.14f, 0.78f}, {0.07f, 1.06f}, {0.33f, 0.86f}, {
                               {0.43f, -0.21f}, {0.03f, 0.20f}, {0.03f, 0.70f}};
 constexpr float openVWidth = 1.02f;
 
+// The face's x is upright with bars and reads as an E. This one is two broken strokes that cross, the falling
+// one broader, with diamonds for ends.
+constexpr float crossedX[][2] = {
+    {-0.10f, 0.80f},  {0.10f, 1.06f},  {0.37f, 0.87f},  // the head at the upper left
+    {0.523f, 0.677f}, {0.65f, 0.80f},  {0.58f, 0.86f},  // the upper notch
+    {0.80f, 1.08f},   {1.03f, 0.88f},  {0.90f, 0.78f},  // at the upper right
+    {0.659f, 0.545f}, {0.90f, 0.31f},                   // the right notch
+    {1.08f, 0.22f},   {0.86f, -0.08f}, {0.60f, 0.12f},  // the foot at the lower right
+    {0.446f, 0.332f}, {0.30f, 0.19f},  {0.36f, 0.12f},  // the lower notch
+    {0.15f, -0.09f},  {-0.08f, 0.12f}, {0.05f, 0.22f},  // at the lower left
+    {0.310f, 0.464f}, {0.08f, 0.69f}};                  // the left notch
+constexpr float crossedXStart = 0.17f;                  // after the e
+
+template <std::size_t count>
+void addOutline(Lettering& text, const float (&corners)[count][2], float x) {
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto& from = corners[i];
+    const auto& to = corners[(i + 1) % count];
+    text.edges.push_back({x + from[0], -from[1], x + to[0], -to[1]});
+  }
+}
+
 }  // namespace
 
 Lettering titleLetters() {
   const float heightOfX = -setText(blackletter, "x", 0).top;
-  Lettering text = placed(setText(blackletter, "ex", 0.035f), 1 / heightOfX, 1 / heightOfX, openVWidth, 0);
-  const std::size_t corners = std::size(openV);
-  for (std::size_t i = 0; i < corners; ++i) {
-    const auto& from = openV[i];
-    const auto& to = openV[(i + 1) % corners];
-    text.edges.push_back({from[0], -from[1], to[0], -to[1]});
-  }
+  Lettering text = placed(setText(blackletter, "e", 0), 1 / heightOfX, 1 / heightOfX, openVWidth, 0);
+  addOutline(text, crossedX, text.right + crossedXStart);
+  addOutline(text, openV, 0);
   return placed(std::move(text), 1, 1, 0, 0);
 }
 
