@@ -141,7 +141,7 @@ Surface shafts() {
   Surface all;
   for (int i = 0; i < 3; ++i) {
     const float turn = -30 + 30 * static_cast<float>(i);
-    append(all, placed(sheet(6, 8,
+    append(all, placed(sheet(3, 4,
                              [](float s, float t) {
                                const float half = 36 + 9 * t;
                                return Vector((2 * s - 1) * half, 58 * t, 0);
@@ -255,7 +255,7 @@ Surface lockAsStored(const Surface& lock) {
 Model introBox(const Settings& settings) {
   const Assembly body = casketBody(), lid = casketLid(), lock = casketLock(), foot = plinth(), choir = hall();
   constexpr float groundRadius = 800;
-  const Surface ground = placed(disc(groundRadius, 40, 5), moved(0, 0, 0));
+  const Surface ground = placed(disc(groundRadius, 40, 2), moved(0, 0, 0));
   const Surface casket = joined({everything(body), everything(lid), everything(lock)});
   const Surface table = placed(withoutMapping(plane(240, 180, 1, 1)), moved(0, tableTop - 0.05f, 0));
   const Surface aroundCasket = joined({casket, table});
@@ -284,7 +284,7 @@ Model introBox(const Settings& settings) {
   // What can be seen through comes last.
   const auto pool = [&](const char* name, float radius, float deep, float y) {
     StageMesh mesh{.name = name,
-                   .surface = placed(disc(radius, 28, 2), stretched(1, 1, deep) >> moved(0, y, 0)),
+                   .surface = placed(disc(radius, 28, 1), stretched(1, 1, deep) >> moved(0, y, 0)),
                    .pivot = Vector(0, y, 0),
                    .material = "pool"};
     mesh.motion.scales = growing(Vector(0.02f, 1, 0.02f));

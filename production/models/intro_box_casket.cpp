@@ -72,8 +72,8 @@ Outline pointed(float half, float springing, float scale, bool hole) {
 Surface archFrame() {
   Outline hole = pointed(4.6f, 15, 1, true);
   for (PlanePoint& p : hole) p.y += 1.6f;
-  return joined({extrusion({pointed(6.2f, 17, 1, false), hole}, 1.8f, 0.5f),
-                 placed(bevelledBox(Vector(14.4f, 1.8f, 3), 0.4f), moved(0, 0.4f, -0.4f))});
+  return withoutBack(joined({extrusion({pointed(6.2f, 17, 1, false), hole}, 1.8f, 0.5f),
+                             placed(bevelledBox(Vector(14.4f, 1.8f, 3), 0.4f), moved(0, 0.4f, -0.4f))}));
 }
 
 Surface cabochon(float radius) {
@@ -81,14 +81,23 @@ Surface cabochon(float radius) {
                180);
 }
 
+// A ring about the y axis that is let into what lies below it; `across` quads of it show.
+Surface ring(float radius, float thickness, int around, int across) {
+  std::vector<ProfilePoint> profile;
+  for (int i = 0; i <= across; ++i) {
+    const float turn = mix(-pi / 6, pi * 7 / 6, static_cast<float>(i) / static_cast<float>(across));
+    profile.push_back({radius + thickness * std::cos(turn), thickness * std::sin(turn)});
+  }
+  return lathe(profile, around, 180);
+}
+
 Surface bezel(float radius) {
-  return torus(radius, radius * 0.16f, 14, 4);
+  return ring(radius, radius * 0.16f, 14, 3);
 }
 
 // A corner column with base, ring and capital.
 Surface post() {
-  return lathe({{0, 0},
-                {5.4f, 0},
+  return lathe({{5.4f, 0},
                 {5.4f, 2},
                 {4.4f, 3},
                 {3.4f, 4.4f},
@@ -108,8 +117,8 @@ Surface post() {
 Surface foot() {
   return lathe(
       smoothProfile({{0, 0}, {3.2f, 0.2f}, {6, 2.6f}, {5.2f, 5.4f}, {3, 6.6f}, {4.4f, 8}, {6.2f, 9}, {0, 9}},
-                    14),
-      12, 60);
+                    10),
+      11, 60);
 }
 
 // --- The roof: half extents by height, flared at the eaves.
@@ -121,46 +130,47 @@ struct RoofLevel {
 RoofLevel roofAt(float t, float inset) {
   const float rise = t;
   const float shrink = std::pow(t, 0.8f);
-  return {mix(52.0f, 33.0f, shrink) - inset, mix(31.0f, 0.8f, shrink) - inset * (1 - 0.9f * t),
+  return {mix(52.0f, 33.0f, shrink) - inset, mix(31.0f, 0.8f, shrink) - inset * (1 - 0.8f * t),
           lidFoot + 5.5f + 42 * rise - inset * 0.8f * t};
 }
 
-Surface roofShell(float inset) {
+Surface roofShell(float inset, int across) {
   constexpr int levels = 8;
   Surface all;
   for (int side = 0; side < 4; ++side)
-    append(all, sheet(6, levels, [&](float s, float t) {
+    append(all, sheet(across, levels, [&](float s, float t) {
              const RoofLevel at = roofAt(t, inset);
-             const float across = 2 * s - 1;
+             const float sideways = 2 * s - 1;
              switch (side) {
                case 0:
-                 return Vector(at.halfX * across, at.y, at.halfZ);
+                 return Vector(at.halfX * sideways, at.y, at.halfZ);
                case 1:
-                 return Vector(at.halfX, at.y, -at.halfZ * across);
+                 return Vector(at.halfX, at.y, -at.halfZ * sideways);
                case 2:
-                 return Vector(-at.halfX * across, at.y, -at.halfZ);
+                 return Vector(-at.halfX * sideways, at.y, -at.halfZ);
                default:
-                 return Vector(-at.halfX, at.y, at.halfZ * across);
+                 return Vector(-at.halfX, at.y, at.halfZ * sideways);
              }
            }));
   return all;
 }
 
-// A band of brass up a slope of the roof; `front` is +1 or -1.
+// A band of brass up a slope of the roof; `front` is +1 or -1. It thins out under the ridge, where the roof
+// is thin, so that it does not come through inside.
 Surface roofStrap(float x, float front) {
   std::vector<Vector> path;
-  for (int i = 0; i <= 10; ++i) {
-    const RoofLevel at = roofAt(static_cast<float>(i) / 10.6f, -0.2f);
+  for (int i = 0; i <= 8; ++i) {
+    const RoofLevel at = roofAt(0.88f * static_cast<float>(i) / 8, -0.5f);
     path.emplace_back(x, at.y, front * at.halfZ);
   }
   return tube(
-      path, 8, [](float) { return 2.6f; }, TubeEnd::round);
+      path, 7, [](float t) { return 2.6f - 0.7f * t; }, TubeEnd::round);
 }
 
 std::vector<Vector> hipPath(float sideX, float sideZ) {
   std::vector<Vector> path;
-  for (int i = 0; i <= 12; ++i) {
-    const RoofLevel at = roofAt(static_cast<float>(i) / 12, 0);
+  for (int i = 0; i <= 9; ++i) {
+    const RoofLevel at = roofAt(static_cast<float>(i) / 9, 0);
     path.emplace_back(sideX * at.halfX, at.y, sideZ * at.halfZ);
   }
   return path;
@@ -169,7 +179,7 @@ std::vector<Vector> hipPath(float sideX, float sideZ) {
 // A leaf that curls off a hip.
 Surface crocket() {
   return placed(
-      lathe(smoothProfile({{0, 0}, {1.3f, 0.6f}, {1.1f, 2}, {2.1f, 3.4f}, {1.6f, 4.8f}, {0, 5.6f}}, 5), 6,
+      lathe(smoothProfile({{0, 0}, {1.3f, 0.6f}, {1.1f, 2}, {2.1f, 3.4f}, {1.6f, 4.8f}, {0, 5.6f}}, 4), 6,
             120),
       moved(0, -0.5f, 0));
 }
@@ -185,7 +195,7 @@ Surface finial() {
                               {1.9f, 11.6f},
                               {0.9f, 13.4f},
                               {0, 19}},
-                             20),
+                             16),
                10, 100);
 }
 
@@ -231,6 +241,10 @@ Surface everything(const Assembly& assembly) {
   return all;
 }
 
+Surface withoutBack(const Surface& surface) {
+  return selected(surface, [&](const Triangle& triangle) { return normalOf(surface, triangle).z > -0.95f; });
+}
+
 Assembly casketBody() {
   Assembly body;
   Surface& all = body.single;
@@ -251,7 +265,7 @@ Assembly casketBody() {
 
   // The mount of the lock.
   append(all, placed(extrusion({foiled(14.2f, 2.2f, 8)}, 2, 0.6f), moved(0, lockPivot.y, z + 1.6f)), brass);
-  append(all, placed(torus(12.6f, 1.1f, 36, 7), onFront(0, lockPivot.y, z + 2.2f)), brass);
+  append(all, placed(ring(12.6f, 1.1f, 36, 5), onFront(0, lockPivot.y, z + 2.2f)), brass);
 
   body.repeated.push_back(
       {foot(),
@@ -310,8 +324,8 @@ Assembly casketLid() {
   Assembly lid;
   Surface& all = lid.single;
   append(all, frame(halfWidth + 5.5f, halfDepth + 5.5f, lidFoot, lidFoot + 5.8f, 9, 1.2f), brass);
-  append(all, roofShell(0), iron);
-  append(all, turnedOver(roofShell(4.2f)), inside);
+  append(all, roofShell(0, 6), iron);
+  append(all, turnedOver(roofShell(4.2f, 2)), inside);
   const float ridgeY = roofAt(1, 0).y;
   append(all,
          tube({Vector(-34, ridgeY, 0), Vector(0, ridgeY, 0), Vector(34, ridgeY, 0)}, 12,
@@ -389,8 +403,8 @@ Assembly casketLock() {
          brass);
   // Light behind the keyhole.
   append(all, placed(disc(6, 20, 2), onFront(0, -1, 0.6f)), inside);
-  append(all, placed(torus(9.4f, 0.55f, 36, 5), onFront(0, 0, 1.6f)), brass);
-  append(all, placed(torus(5.9f, 0.5f, 28, 5), onFront(0, 0, 1.6f)), brass);
+  append(all, placed(ring(9.4f, 0.55f, 36, 3), onFront(0, 0, 1.6f)), brass);
+  append(all, placed(ring(5.9f, 0.5f, 28, 3), onFront(0, 0, 1.6f)), brass);
   Copies rays{
       extrusion({{{0.55f, 6.4f}, {0.15f, 9.0f}, {-0.15f, 9.0f}, {-0.55f, 6.4f}}}, 0.9f, 0.25f), {}, brass};
   Copies studs{rivet(0.8f), {}, brass};

@@ -33,6 +33,7 @@ struct Assembly {
 };
 
 Surface everything(const Assembly& assembly);
+Surface withoutBack(const Surface& surface);  // what looks to -z, for things that lean against others
 
 Assembly casketBody();
 Assembly casketLid();  // shut
