@@ -18,7 +18,8 @@ struct Scene;
 
 // What a part calls: the scene, the scene's own time in seconds, and 9 argument slots. Slot i holds the
 // address of the call's i-th parameter, a float or a zero-terminated text; slots without a parameter
-// are null. The addresses are valid during the call only. See timeline/scene_function.h for reading them.
+// are null. A number changes with the next call, a text stands as long as its project. See
+// timeline/scene_function.h for reading them.
 using SceneFunction = void(Scene* scene, float sceneTime, const void* const* arguments);
 
 inline constexpr int maxSceneFunctions = 40;

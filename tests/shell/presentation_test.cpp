@@ -1,0 +1,95 @@
+#include "shell/presentation.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "assets/texture_cache.h"
+#include "shell/report.h"
+#include "tests/support/gl_fixture.h"
+#include "tests/support/image_files.h"
+#include "tests/support/run_folder.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+namespace {
+
+using Step = std::pair<int, std::string>;  // percentage of the bar and text
+
+class Presentation : public GlTest {
+ protected:
+  void TearDown() override {
+    setLoadingDialog({});
+    destroyPresentation();
+    GlTest::TearDown();
+  }
+
+  static std::vector<Step> load() {
+    static std::vector<Step> steps;
+    steps.clear();
+    setLoadingDialog(
+        {.show = [](int percent, const char* text) { steps.emplace_back(percent, text); }, .close = nullptr});
+    loadPresentation();
+    return steps;
+  }
+
+  TemporaryFolder folder;
+};
+
+// Scenes draw from the one generator and load textures as they are constructed.
+TEST_F(Presentation, LoadsItsScenesThenTheProject) {
+  const std::vector<std::string> order{
+      "SceneHelper", "SceneIntroBox",    "SceneWater",          "SceneFetus",     "SceneAlien",
+      "SceneSkull",  "SceneHell",        "SceneLayerParticles", "SceneLayerWide", "SceneLayerRotCubes",
+      "SceneOuttro", "SceneLayerWobbel", "SceneLayerRays"};
+  writeRunFolder({.parts = {fillPart("red", 0, 10, 1, 0, 0)}});
+  const std::vector<Step> steps = load();
+
+  const int scenes = presentation().sceneCount;
+  ASSERT_EQ(steps.size(), static_cast<std::size_t>(scenes) + 2);
+  std::size_t place = 0;  // in the order; a scene may be missing
+  for (int i = 0; i < scenes; ++i) {
+    const std::string name = presentation().scenes[i]->name;
+    place = static_cast<std::size_t>(std::find(order.begin() + static_cast<long>(place), order.end(), name) -
+                                     order.begin());
+    ASSERT_LT(place, order.size()) << name << " comes too late";
+    EXPECT_EQ(steps[static_cast<std::size_t>(i)], Step(i * 100 / 15, "Loading " + name));
+  }
+  EXPECT_EQ(steps[steps.size() - 2], Step(scenes * 100 / 15, "Loading project"));
+  EXPECT_EQ(steps.back(), Step((scenes + 1) * 100 / 15, "Starting up"));
+}
+
+TEST_F(Presentation, PreparesEveryScene) {
+  writeRunFolder({.parts = {fillPart("red", 0, 10, 1, 0, 0)}});
+  load();
+  for (int i = 0; i < presentation().sceneCount; ++i) {
+    for (const Mesh* mesh : presentation().scenes[i]->meshes) {
+      EXPECT_EQ(mesh->positions.size(), 3 * mesh->vertices.size()) << mesh->name;
+    }
+  }
+}
+
+TEST_F(Presentation, PreloadsTexturesBehindTheGlows) {
+  writeRunFolder({.parts = {fillPart("red", 0, 10, 1, 0, 0)}});
+  for (const char* name : {"tiled", "single"}) {
+    writeFile(std::string("data/") + name + ".bmp", bmpBytes(4, 4, plain({255, 255, 255})));
+  }
+  writeFile("used_textures.log", "data\\tiled 1\ndata\\single 0\n");
+  load();
+  const int first = textureCount() - 9;
+  ASSERT_GE(first, 0);
+  for (int i = 0; i < 7; ++i) {
+    EXPECT_EQ(textureEntry(first + i).name, "data\\light" + std::to_string(i + 1));
+    EXPECT_FALSE(textureEntry(first + i).wrap);
+  }
+  EXPECT_STREQ(textureEntry(first + 7).name, "data\\tiled");
+  EXPECT_TRUE(textureEntry(first + 7).wrap);
+  EXPECT_STREQ(textureEntry(first + 8).name, "data\\single");
+  EXPECT_FALSE(textureEntry(first + 8).wrap);
+}
+
+}  // namespace
+}  // namespace vex
