@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* benchmarkName = "scenesOverNullGl/iterations:1/real_time";
+constexpr const char* benchmarkName = "scenesOverNullGl/iterations:1";
 
 void scenesOverNullGl(benchmark::State& state) {
   const fs::path bin = fs::read_symlink("/proc/self/exe").parent_path();
