@@ -150,7 +150,7 @@ void addBuild(Show& show) {
   const double doubles = barOf("build doubles");
   show.add("vexing", doubles, hold - doubles, title, glitching(vex(ing, zoom(0.9, 1.4, 3)), 0.45, 3, 1.18));
   show.add("hold", hold, barOf("lid") - hold, title, Fade{},
-           Movie{.base = "eye", .at = covering(zoom(2.2, 2.35, 1)), .first = 32, .last = 32});
+           Movie{.base = "eye", .at = covering(zoom(2.2, 2.35, 1)), .first = 13, .last = 13});
 }
 
 // The lid goes up, light and smoke pour out, and in them the title rises.

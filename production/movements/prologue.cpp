@@ -58,14 +58,13 @@ void addPrologue(Show& show) {
       Movie{.base = "eye",
             .at = covering(slide(1.0, 1.06)),
             .first = 1,
-            .last = 12,
-            .fps = 6.4,
+            .last = 6,
+            .fps = 3.2,
             .alpha = line(
                 {{0, 0}, {0.4, 0.8}, {0.6, 0.3}, {1, 1}, {1.9, 0.9}, {2, 0.45}, {2.2, 1}, {partEnd, 1}})});
   show.add(
       "eye opens", 7, 0.875, subject,
-      Movie{
-          .base = "eye", .at = covering(zoom(1.06, 1.3, 3.5), 0, 0.02), .first = 12, .last = 32, .fps = 13});
+      Movie{.base = "eye", .at = covering(zoom(1.06, 1.3, 3.5), 0, 0.02), .first = 6, .last = 13, .fps = 5});
 }
 
 }  // namespace vex

@@ -11,13 +11,11 @@ namespace vex {
 
 namespace {
 
-constexpr int frameCount = 32;
+constexpr int frameCount = 13;
 
 // How far the lids are apart, 0 to 1, frame by frame: a tremor, a first slit, then wide open.
-constexpr std::array<float, frameCount> openings{0.00f, 0.01f, 0.03f, 0.01f, 0.00f, 0.04f, 0.08f, 0.05f,
-                                                 0.03f, 0.06f, 0.10f, 0.08f, 0.10f, 0.14f, 0.19f, 0.22f,
-                                                 0.23f, 0.26f, 0.32f, 0.40f, 0.49f, 0.58f, 0.67f, 0.75f,
-                                                 0.82f, 0.88f, 0.93f, 0.97f, 1.00f, 1.02f, 1.02f, 1.01f};
+constexpr std::array<float, frameCount> openings{0.00f, 0.03f, 0.00f, 0.07f, 0.03f, 0.09f, 0.14f,
+                                                 0.22f, 0.34f, 0.52f, 0.74f, 0.93f, 1.02f};
 
 // The picture is 4 units wide and 2 high, the middle is 0, y down.
 struct Pose {
@@ -27,9 +25,9 @@ struct Pose {
 
 Pose poseOf(int frame) {
   const float open = openings[static_cast<std::size_t>(frame)];
-  const float late = smoothStep(17, 31, static_cast<float>(frame));
+  const float late = smoothStep(6.6f, 12, static_cast<float>(frame));
   return {open, mix(-0.16f, 0.02f, late), mix(0.14f, -0.02f, late),
-          mix(0.25f, 0.15f, smoothStep(19, 30, static_cast<float>(frame)))};
+          mix(0.25f, 0.15f, smoothStep(7.4f, 11.6f, static_cast<float>(frame)))};
 }
 
 constexpr float corner = 1.42f;  // half the distance of the corners
