@@ -198,8 +198,8 @@ using enum ArgumentKind;
 constexpr std::array explodeParameters{FunctionParameter{"burst size", wholeNumber, 0, 300},
                                        FunctionParameter{"bottle opacity", number, 0, 1}};
 constexpr std::array skinParameters{
-    FunctionParameter{"red", number, 0, 1}, FunctionParameter{"green", number, 0, 1},
-    FunctionParameter{"blue", number, 0, 1}, FunctionParameter{"opacity", number, 0, 1}};
+    FunctionParameter{"red", number, 0, 2}, FunctionParameter{"green", number, 0, 2},
+    FunctionParameter{"blue", number, 0, 2}, FunctionParameter{"opacity", number, 0, 1}};
 constexpr std::array alarmParameters{FunctionParameter{"intensity", number, 0, 2}};
 constexpr std::array hoseParameters{FunctionParameter{"fraction", number, 0, 1}};
 
