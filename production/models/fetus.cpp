@@ -40,26 +40,9 @@ float lidDegrees(float t) {
   return 108 * open + 4 * open * swing(t, loopSeconds, 4);
 }
 
-// A smooth path through knots that are passed at even times.
-std::function<Vector(float)> through(const std::vector<Vector>& knots) {
-  const std::vector<Vector> curve = smoothPath(knots, 240);
-  return [curve](float t) {
-    const float place = clamp01(t / shotSeconds) * static_cast<float>(curve.size() - 1);
-    const auto i = std::min(static_cast<std::size_t>(place), curve.size() - 2);
-    return mix(curve[i], curve[i + 1], place - static_cast<float>(i));
-  };
-}
-
 StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
                    const std::vector<Vector>& target) {
-  StageCamera shot{.name = name,
-                   .position = eye.front(),
-                   .target = target.front(),
-                   .fieldDegrees = fieldDegrees,
-                   .far = 1500};
-  shot.positions = positionKeys(shotSeconds, 15, through(eye));
-  shot.targets = positionKeys(shotSeconds, 15, through(target));
-  return shot;
+  return cameraThrough({.name = name, .fieldDegrees = fieldDegrees, .far = 1500}, shotSeconds, eye, target);
 }
 
 // The order is that of the movement's cameras.

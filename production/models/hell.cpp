@@ -88,22 +88,7 @@ Vector sprayerPlace(float t) {
 
 StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
                    const std::vector<Vector>& target) {
-  const auto through = [](const std::vector<Vector>& knots) {
-    const std::vector<Vector> curve = smoothPath(knots, 240);
-    return [curve](float t) {
-      const float place = clamp01(t / shotSeconds) * static_cast<float>(curve.size() - 1);
-      const auto i = std::min(static_cast<std::size_t>(place), curve.size() - 2);
-      return mix(curve[i], curve[i + 1], place - static_cast<float>(i));
-    };
-  };
-  StageCamera shot{.name = name,
-                   .position = eye.front(),
-                   .target = target.front(),
-                   .fieldDegrees = fieldDegrees,
-                   .far = 4000};
-  shot.positions = positionKeys(shotSeconds, 15, through(eye));
-  shot.targets = positionKeys(shotSeconds, 15, through(target));
-  return shot;
+  return cameraThrough({.name = name, .fieldDegrees = fieldDegrees, .far = 4000}, shotSeconds, eye, target);
 }
 
 std::vector<StageCamera> cameras() {

@@ -1,5 +1,8 @@
+#include <algorithm>
 #include <cmath>
 
+#include "production/geometry/forms.h"
+#include "production/image/image.h"
 #include "production/models/stage.h"
 #include "shell/report.h"
 
@@ -68,6 +71,28 @@ float eased(float t, float start, float end) {
 
 float swing(float t, float seconds, float turns, float phase) {
   return std::sin(2 * pi * (t / seconds * turns + phase));
+}
+
+namespace {
+
+std::function<Vector(float)> through(const std::vector<Vector>& knots, float seconds) {
+  const std::vector<Vector> curve = smoothPath(knots, 240);
+  return [curve, seconds](float t) {
+    const float place = clamp01(t / seconds) * static_cast<float>(curve.size() - 1);
+    const auto i = std::min(static_cast<std::size_t>(place), curve.size() - 2);
+    return mix(curve[i], curve[i + 1], place - static_cast<float>(i));
+  };
+}
+
+}  // namespace
+
+StageCamera cameraThrough(StageCamera camera, float seconds, const std::vector<Vector>& eye,
+                          const std::vector<Vector>& target) {
+  camera.position = eye.front();
+  camera.target = target.front();
+  camera.positions = positionKeys(seconds, 15, through(eye, seconds));
+  camera.targets = positionKeys(seconds, 15, through(target, seconds));
+  return camera;
 }
 
 }  // namespace vex

@@ -80,26 +80,9 @@ std::vector<StageMesh> bolts() {
 
 // --- Cameras
 
-// A smooth path through knots that are passed at even times.
-std::function<Vector(float)> through(const std::vector<Vector>& knots) {
-  const std::vector<Vector> curve = smoothPath(knots, 240);
-  return [curve](float t) {
-    const float place = clamp01(t / loopSeconds) * static_cast<float>(curve.size() - 1);
-    const auto i = std::min(static_cast<std::size_t>(place), curve.size() - 2);
-    return mix(curve[i], curve[i + 1], place - static_cast<float>(i));
-  };
-}
-
 StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
                    const std::vector<Vector>& target) {
-  StageCamera shot{.name = name,
-                   .position = eye.front(),
-                   .target = target.front(),
-                   .fieldDegrees = fieldDegrees,
-                   .far = 5000};
-  shot.positions = positionKeys(loopSeconds, 15, through(eye));
-  shot.targets = positionKeys(loopSeconds, 15, through(target));
-  return shot;
+  return cameraThrough({.name = name, .fieldDegrees = fieldDegrees, .far = 5000}, loopSeconds, eye, target);
 }
 
 std::vector<StageCamera> cameras() {

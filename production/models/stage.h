@@ -88,6 +88,10 @@ struct StageCamera {
   MotionKeys positions{}, targets{};
 };
 
+// The camera on smooth paths through knots of its eye and its target, which are passed at even times.
+StageCamera cameraThrough(StageCamera camera, float seconds, const std::vector<Vector>& eye,
+                          const std::vector<Vector>& target);
+
 struct Stage {
   std::string name{};  // of the model, for messages
   float seconds = 1;   // length of the longest motion

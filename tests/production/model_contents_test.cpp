@@ -208,7 +208,6 @@ const std::vector<ModelExpectation>& expectations() {
        .dark = {"omni", "BlueParticle", "GreenParticle", "WhiteParticle"},
        .switchedOn = {"Omni01"},
        .world = true,
-       .mostFaces = 34000,  // a third of them the fence and the choir far behind
        .check = checkIntroBox},
       {.name = "monster", .meshes = {"sphere01", "sphere02"}, .world = true, .check = checkMonster},
       {.name = "hell",
