@@ -390,7 +390,7 @@ TEST(Vexrecord, AnInterruptWhileLoadingLeavesNothing) {
                  "id=$!; while ! ls calls.tsv.* >list 2>&1; do :; done; kill -INT $id; wait $id");
   EXPECT_EQ(program.exitCode, 130);
   EXPECT_EQ(program.errors, "vexrecord: interrupted\n");
-  EXPECT_EQ(readFile("Demo.log").find("destroying"), std::string::npos)
+  EXPECT_EQ(readFile("Demo.log").find("destroying part dispatcher"), std::string::npos)
       << "it was no interrupt while loading";
   for (const fs::directory_entry& entry : fs::directory_iterator(".")) {
     const std::string name = entry.path().filename().native();
