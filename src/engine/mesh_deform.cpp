@@ -26,6 +26,24 @@ Vector mix(const Vector& a, const Vector& b, float f) {
   return a * (1.0f - f) + b * f;
 }
 
+// What rotation() does to points, for many angles about one axis of length 1, without making matrices
+// (Rodrigues' formula). A turn is good for several vectors.
+struct AxisTurn {
+  Vector axis;
+  float cosine = 1.0f;
+  float sine = 0.0f;
+
+  AxisTurn(const Vector& unitAxis, float angle) : axis(unitAxis) {
+    if (std::fabs(angle) < 0.001f) return;  // as rotation() does
+    cosine = std::cos(angle);
+    sine = -std::sin(angle);
+  }
+
+  Vector operator()(const Vector& v) const {
+    return v * cosine + cross(axis, v) * sine + axis * (dot(axis, v) * (1.0f - cosine));
+  }
+};
+
 Vector normalized(Vector v) {
   v.normalize();
   return v;
@@ -66,12 +84,12 @@ void Mesh::twist(const Vector& axis, Vector direction, float amount) {
   direction.normalize();
   if (axis.length() == 0.0f) return;
   const bool deformed = deformedThisFrame();
+  const Vector unitAxis = normalized(axis);
   for (std::size_t k = 0; k < vertices.size(); ++k) {
-    const Vector p = deformed ? read(positions, k) : vertices[k].position;
-    const float distance = dot(p - position, direction);
-    const Matrix turn = rotation(axis, radius > 0.0f ? distance / radius * amount : 0.0f);
-    write(positions, k, transformPoint(translation(-position) * turn * translation(position), p));
-    write(normals, k, transformPoint(turn, vertices[k].normal));
+    const Vector arm = (deformed ? read(positions, k) : vertices[k].position) - position;
+    const AxisTurn turn(unitAxis, radius > 0.0f ? dot(arm, direction) / radius * amount : 0.0f);
+    write(positions, k, turn(arm) + position);
+    write(normals, k, turn(vertices[k].normal));
   }
   markDeformed();
 }
