@@ -92,7 +92,9 @@ void addPrey(Show& show, const Prey& prey) {
   // It falls burning until the ground has it.
   show.part("fall", shot, 2, settings,
             {set("killCrow", {number("crow", prey.number, 0, 2)}), trail(prey.number, 70)});
-  show.part("burnt out", shot + 2, 0.5, settings, {trail(prey.number, 0)});
+  // A show that starts later finds it there, not in mid-air.
+  show.part("burnt out", shot + 2, 0.5, settings,
+            {set("killCrow", {number("crow", prey.number, 0, 2)}), trail(prey.number, 0)}, cueSeconds(2), 0);
 }
 
 // --- Storm

@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+#include <string>
+
+#include "effects/particle_system.h"
+#include "production/cues.h"
+#include "production/maker.h"
+#include "production/show.h"
+#include "production/time_line.h"
+#include "scenes/scene_intro_box.h"
+#include "scenes/scene_outtro.h"
+#include "scenes/scene_skull.h"
+#include "scenes/scene_water.h"
+#include "shell/clock.h"
+#include "shell/presentation.h"
+#include "tests/support/gl_fixture.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vex {
+namespace {
+
+// What setters leave in the scenes, by a name that says where.
+struct LeftBehind {
+  std::map<std::string, double> numbers;
+  std::map<std::string, std::string> texts;
+};
+
+void note(LeftBehind& left, const std::string& place, const Colour& colour) {
+  left.numbers[place + " red"] = colour.r;
+  left.numbers[place + " green"] = colour.g;
+  left.numbers[place + " blue"] = colour.b;
+}
+
+// Redrawn by chance every frame: the bolts and what they light, the beams, the flickering ray.
+bool chancy(const std::string& place) {
+  for (const char* prefix :
+       {"SceneSkull spark", "SceneSkull laser", "SceneSkull SparkLight", "SceneWater RayLight"})
+    if (place.starts_with(prefix)) return true;
+  return false;
+}
+
+// In the scenes that are still to show something at `time`.
+LeftBehind whatIsLeft(double time) {
+  std::set<std::string> coming;
+  for (const ScriptPart& part : presentationScript().parts)
+    if (part.position + part.length > time)
+      for (const ScriptCall& call : part.calls) coming.insert(call.scene);
+
+  LeftBehind left;
+  auto& [numbers, texts] = left;
+  for (int i = 0; i < presentation().sceneCount; ++i) {
+    const Scene& scene = *presentation().scenes[i];
+    if (!coming.contains(scene.name)) continue;
+    const std::string in = std::string(scene.name) + " ";
+    for (const Mesh* mesh : scene.meshes) {
+      const std::string place = in + mesh->name;
+      if (chancy(place)) continue;
+      numbers[place + " flags"] = mesh->flags;
+      numbers[place + " opacity"] = mesh->opacity;
+      if (mesh->tracks) numbers[place + " fixed time"] = mesh->fixedTime;  // a shot crow has none
+      numbers[place + " blend mode"] = static_cast<int>(mesh->blendMode);
+      note(left, place + " diffuse", {mesh->diffuse.r, mesh->diffuse.g, mesh->diffuse.b});
+    }
+    for (const Light* light : scene.lights) {
+      const std::string place = in + light->name;
+      if (chancy(place)) continue;
+      numbers[place + " flags"] = light->flags;
+      numbers[place + " active"] = light->active;
+      numbers[place + " intensity"] = light->intensity;
+      numbers[place + " flare strength"] = light->flareStrength;
+      numbers[place + " fixed time"] = light->fixedTime;
+      texts[place + " flare"] = light->flareTexture;
+      note(left, place, light->colour);
+    }
+    for (int k = 0; scene.particleSystems && scene.particleSystems[k]; ++k) {
+      const std::string place = in + "particles " + std::to_string(k);
+      numbers[place + " rate"] = scene.particleSystems[k]->rate;
+      numbers[place + " most"] = scene.particleSystems[k]->maxCount;
+    }
+    if (in == "SceneIntroBox ") numbers["reversed"] = static_cast<const SceneIntroBox&>(scene).reversed;
+    if (in == "SceneSkull ") {
+      const auto& skull = static_cast<const SceneSkull&>(scene);
+      numbers["spark rate"] = skull.sparkRate;
+      numbers["laser rate"] = skull.laserRate;
+      texts["laser target"] = skull.laserTarget ? skull.laserTarget : "";
+    }
+    if (in == "SceneWater ") {
+      const auto& water = static_cast<const SceneWater&>(scene);
+      numbers["rain"] = water.rainAmount;
+      numbers["drop"] = water.dropStrength;
+      numbers["flicker"] = water.rayFlicker;
+    }
+    if (in == "SceneOuttro ") {
+      const auto& outtro = static_cast<const SceneOuttro&>(scene);
+      texts["font"] = outtro.fontName;
+      texts["text"] = outtro.text;
+    }
+  }
+  return left;
+}
+
+class WholeShow : public GlTest {
+ protected:
+  static void frame(double time) {
+    clockAdvanceTo(static_cast<float>(time));
+    drawFrame();
+  }
+
+  static void load(double start) {
+    demoClock = {};
+    loadPresentation(static_cast<float>(start));
+  }
+
+  TemporaryFolder folder;
+};
+
+// Late in each section: what the setters before have left is the same, whether the show was
+// played up to there or begun there.
+TEST_F(WholeShow, StartedLateFindsWhatPlayingWouldHaveLeft) {
+  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  std::map<double, LeftBehind> played;
+  load(0);
+  double time = 0;
+  for (const Section section : showSections) {
+    const double stop = cueSeconds(firstBar(section) + barCount(section) * 4 / 5.0);
+    for (; time < stop; time += 0.2) frame(time);
+    frame(stop);
+    played[stop] = whatIsLeft(stop);
+  }
+  destroyPresentation();
+
+  for (const auto& [start, expected] : played) {
+    load(start);
+    frame(start);
+    const LeftBehind left = whatIsLeft(start);
+    destroyPresentation();
+    EXPECT_EQ(left.texts, expected.texts) << start;
+    ASSERT_EQ(left.numbers.size(), expected.numbers.size());
+    for (const auto& [place, number] : expected.numbers)
+      EXPECT_NEAR(left.numbers.at(place), number, 1e-3 * std::max(1.0, std::abs(number)))
+          << place << " at " << start << " s";
+  }
+}
+
+}  // namespace
+}  // namespace vex
