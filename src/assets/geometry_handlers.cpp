@@ -135,6 +135,12 @@ void computeNormals() {
   modelState.geometricNormals = true;
 }
 
+// Whether this pass uses a list's lines. Fatal: a compiled model, whose lists are bare numbers.
+bool entryMatters(const char* keyword) {
+  if (!readingText()) fatalError("%s not allowed in HV3 files!", keyword);
+  return filling() || modelStream.writing || traceModels;
+}
+
 // The list of a compiled model: `size` entries of `width` numbers, and one byte. False: passed over.
 bool enterCompiledList(int size, std::size_t width) {
   const std::size_t bytes = at(size) * width * 4 + 1;
@@ -210,12 +216,10 @@ void handleMeshVertexList() {
 }
 
 void handleMeshVertex() {
-  if (!readingText()) fatalError("MESH_VERTEX not allowed in HV3 files!");
-  if (!filling() && !modelStream.writing && !traceModels) return;
+  if (!entryMatters("MESH_VERTEX")) return;
   scanIndexed(3);
   const int index = modelReader.current.integer;
-  const float(&v)[4] = modelReader.current.vector;
-  const Vector position(v[0], v[2], -v[1]);
+  const Vector position = toEngineAxes(modelReader.current.vector);
   trace("vert %ld: %.2f %.2f %.2f\n", static_cast<long>(index), position.x, position.y, position.z);
   if (inMesh()) checkIndex("vertex", index, modelState.geometricVertices);
   if (recordEntry(0x44, index)) {
@@ -242,8 +246,7 @@ void handleMeshFaceList() {
 }
 
 void handleMeshFace() {
-  if (!readingText()) fatalError("MESH_FACE not allowed in HV3 files!");
-  if (!filling() && !modelStream.writing && !traceModels) return;
+  if (!entryMatters("MESH_FACE")) return;
   scanFace();
   const int index = modelReader.current.integer;
   const Corners corners = std::to_array(modelReader.current.triple);
@@ -281,8 +284,7 @@ void handleMeshTVertList() {
 }
 
 void handleMeshTVert() {
-  if (!readingText()) fatalError("MESH_TVERT not allowed in HV3 files!");
-  if (!filling() && !modelStream.writing && !traceModels) return;
+  if (!entryMatters("MESH_TVERT")) return;
   scanIndexed(2);
   const int index = modelReader.current.integer;
   const float u = modelReader.current.vector[0];
@@ -311,8 +313,7 @@ void handleMeshTFaceList() {
 }
 
 void handleMeshTFace() {
-  if (!readingText()) fatalError("MESH_TFACE not allowed in HV3 files!");
-  if (!filling() && !modelStream.writing && !traceModels) return;
+  if (!entryMatters("MESH_TFACE")) return;
   scanTextureFace();
   const int index = modelReader.current.integer;
   const Corners corners = std::to_array(modelReader.current.triple);

@@ -227,8 +227,12 @@ void scanTextureFace() {
   }
 }
 
-Vector pointFromText(const float (&v)[4]) {
-  return {v[0], v[2], -v[1]};
+Vector scannedPoint(const float* v) {
+  return readingText() ? toEngineAxes(v) : Vector(v[0], v[1], v[2]);
+}
+
+Vector scannedFactors(const float* v) {
+  return readingText() ? Vector(v[0], v[2], v[1]) : Vector(v[0], v[1], v[2]);
 }
 
 }  // namespace vex

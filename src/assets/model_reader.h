@@ -76,7 +76,14 @@ void scanFace();
 // "%s %d %d %d %d" likewise.
 void scanTextureFace();
 
-// Converts the axes of text models: x right, y into the picture, z up.
-Vector pointFromText(const float (&v)[4]);
+// From the axes of text models, x right, y into the picture, z up.
+inline Vector toEngineAxes(const float* v) {
+  return {v[0], v[2], -v[1]};
+}
+
+// The three numbers scanned last, as a place or an axis and as factors of a scale. Compiled models have the
+// engine's axes already.
+Vector scannedPoint(const float* v);
+Vector scannedFactors(const float* v);
 
 }  // namespace vex

@@ -209,13 +209,13 @@ void handleTmRow0() {
       {i[3][0], i[3][1], i[3][2], i[3][3]},
   };
   std::memcpy(mesh->baseMatrix.m, base, sizeof base);
-  mesh->position = {rows.pivot[0], rows.pivot[2], -rows.pivot[1]};
+  mesh->position = toEngineAxes(rows.pivot);
 }
 
 void handleTmPos() {
   float v[3] = {};
   scanVector(v);
-  const Vector position = readingText() ? Vector(v[0], v[2], -v[1]) : Vector(v[0], v[1], v[2]);
+  const Vector position = scannedPoint(v);
   trace("position %.2f %.2f %.2f\n", position.x, position.y, position.z);
   writeLine(0x24, position.x, position.y, position.z);
   Light* light = currentLight();
@@ -229,7 +229,7 @@ void handleTmPos() {
 void handleTmScale() {
   float v[3] = {};
   scanVector(v);
-  const Vector factors = readingText() ? Vector(v[0], v[2], v[1]) : Vector(v[0], v[1], v[2]);
+  const Vector factors = scannedFactors(v);
   trace("scale %.2f %.2f %.2f\n", factors.x, factors.y, factors.z);
   writeLine(0x25, factors.x, factors.y, factors.z);
   Mesh* mesh = currentMesh();

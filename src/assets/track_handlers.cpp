@@ -116,7 +116,7 @@ void handleRotationKey() {
   if (readingText()) scanIndexed(4);
   const float(&v)[4] = modelReader.current.vector;
   const int tick = modelReader.current.integer;
-  const Vector axis = readingText() ? pointFromText(v) : Vector(v[0], v[1], v[2]);
+  const Vector axis = scannedPoint(v);
   const float angle = readingText() ? wrapAngle(v[3]) : v[3];
   const int frame = tick / modelState.ticksPerFrame;
   trace("key frame %d axis %.2f %.2f %.2f angle %.2f\n", frame, axis.x, axis.y, axis.z, angle * 180.0 / pi);
@@ -128,7 +128,7 @@ void handlePositionKey() {
   if (readingText()) scanIndexed(3);
   const float(&v)[4] = modelReader.current.vector;
   const int tick = modelReader.current.integer;
-  const Vector position = readingText() ? pointFromText(v) : Vector(v[0], v[1], v[2]);
+  const Vector position = scannedPoint(v);
   const int frame = tick / modelState.ticksPerFrame;
   trace("key frame %d pos %.2f %.2f %.2f\n", frame, position.x, position.y, position.z);
   writeLine(0x88, tick, position.x, position.y, position.z);
@@ -139,7 +139,7 @@ void handleScaleKey() {
   if (readingText()) scanIndexed(3);
   const float(&v)[4] = modelReader.current.vector;
   const int tick = modelReader.current.integer;
-  const Vector factors = readingText() ? Vector(v[0], v[2], v[1]) : Vector(v[0], v[1], v[2]);
+  const Vector factors = scannedFactors(v);
   const int frame = tick / modelState.ticksPerFrame;
   trace("key frame %d scale %.2f %.2f %.2f\n", frame, factors.x, factors.y, factors.z);
   writeLine(0x8c, tick, factors.x, factors.y, factors.z);
