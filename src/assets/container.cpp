@@ -108,24 +108,27 @@ void closeWriting() {
   file.reset();
 }
 
-// Of the member behind the header word.
-std::string memberProblem(std::uint32_t length) {
-  static std::array<std::uint8_t, 1 << 16> piece;
+// Of the member behind the header word, which may promise far more than there is.
+std::string readMember(std::uint32_t length, std::string& data) {
+  constexpr std::uint64_t likelyRatio = 16;
+  constexpr std::size_t piece = 1 << 20;
+  data.clear();
+  data.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(length, likelyRatio * remaining)));
   ranOut = false;
   if (unzinit(getbyteIfAny, pkzipFraming, remaining) != 0) return codecProblem();
   std::string problem;
   if (unzinflate(nullptr, 0) != 0) problem = codecProblem();
-  for (std::uint32_t left = length; left > 0 && problem.empty();) {
-    const std::int64_t size =
-        unzinflate(piece.data(), std::min(left, static_cast<std::uint32_t>(piece.size())));
+  while (data.size() < length && problem.empty()) {
+    const std::size_t done = data.size(), wanted = std::min(length - done, piece);
+    data.resize(done + wanted);
+    const std::int64_t size = unzinflate(data.data() + done, static_cast<std::uint32_t>(wanted));
+    data.resize(done + static_cast<std::size_t>(std::max<std::int64_t>(size, 0)));
     if (size < 0) problem = codecProblem();
     if (size == 0) {
-      problem =
-          "only " + std::to_string(length - left) + " of " + std::to_string(length) + " bytes left to read";
+      problem = "only " + std::to_string(done) + " of " + std::to_string(length) + " bytes left to read";
     }
-    if (size > 0) left -= static_cast<std::uint32_t>(size);
   }
-  if (problem.empty() && unzinflate(piece.data(), 1) > 0) {
+  if (char surplus; problem.empty() && unzinflate(&surplus, 1) > 0) {
     problem = "more than the " + std::to_string(length) + " bytes of its header word";
   }
   if (unzclose() != 0 && zipErrorCode() != zipMoreData && problem.empty()) problem = codecProblem();
@@ -134,14 +137,14 @@ std::string memberProblem(std::uint32_t length) {
 
 }  // namespace
 
-std::string zipProblem(const char* name) {
+std::string zipLoad(const char* name, std::string& data) {
   if (mode != ZIP_CLOSED) fatalError("Cannot open two zip files simultaneously!");
   handle = fileOpen(name, "rb");
   if (handle < 0) return "not found";
   std::uint32_t length = 0;
   const std::size_t size = readHeaderWord(&length);
   const std::string problem = size == headerWordSize
-                                  ? memberProblem(length)
+                                  ? readMember(length, data)
                                   : "ends after " + std::to_string(size) + " bytes, its header word has " +
                                         std::to_string(headerWordSize);
   fileClose(handle);

@@ -32,8 +32,8 @@ void zipWrite(const void* buffer, std::uint32_t length);
 // CRC or size.
 bool zipClose();
 
-// Why a container whose header word is the size of its data cannot be read to the end, in words; empty: it
-// can. No container may be open.
-std::string zipProblem(const char* name);
+// All data of a container whose header word is its size. The result says in words why it cannot be read to
+// the end, and is empty where it can; what `data` holds counts only then. No container may be open.
+std::string zipLoad(const char* name, std::string& data);
 
 }  // namespace vex

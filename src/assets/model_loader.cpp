@@ -77,7 +77,7 @@ void traceSummary([[maybe_unused]] const Scene& scene) {
 
 }  // namespace
 
-void readModel(const ModelSource& source, Scene* scene) {
+void readModel(ModelSource source, Scene* scene) {
   beginTrace();
   prepareSource(source);
   modelState.scene = scene;

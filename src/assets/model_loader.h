@@ -23,9 +23,10 @@ inline TextureResolver modelTexture = getTexture;
 struct ModelSource {
   std::string fileName;
   std::string compiledName = {};  // of a text: where its compiled form goes; empty: nowhere
+  std::string data = {};          // of a compiled file: its stream; empty: not read yet
 };
 
 // Fatal: "unknown 3d format"; "File %s not found"; a file that is no model.
-void readModel(const ModelSource& source, Scene* scene);
+void readModel(ModelSource source, Scene* scene);
 
 }  // namespace vex

@@ -2,10 +2,12 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "assets/container.h"
 #include "assets/model_reader.h"
@@ -48,19 +50,9 @@ bool readTextStamp(const std::string& head, std::string& stamp) {
 }
 
 // The stream begins with the comment: a code, then the text.
-std::string readCompiledStamp(const std::string& name) {
-  std::uint32_t length = 0;
-  zipOpen(name.c_str(), ZIP_READ, &length);
-  std::string stamp;
-  for (std::uint32_t i = 0; i < length && i <= maxStreamText; ++i) {
-    char byte = 0;
-    zipRead(&byte, 1);
-    if (i == 0) continue;
-    if (byte == '\0') break;
-    stamp += byte;
-  }
-  zipClose();
-  return stamp;
+std::string_view compiledStamp(std::string_view stream) {
+  const std::string_view text = stream.substr(std::min<std::size_t>(stream.size(), 1), maxStreamText);
+  return text.substr(0, text.find('\0'));
 }
 
 bool exists(const std::string& name) {
@@ -100,17 +92,15 @@ void prepareText(const ModelSource& source) {
   if (!modelStream.writing) noteFailedWriting(source);
 }
 
-void prepareCompiled(const std::string& name) {
+void prepareCompiled(ModelSource& source) {
+  const char* name = source.fileName.c_str();
   trace("hv3 format\n");
-  if (!exists(name)) fatalError("File %s not found", name.c_str());
-  const std::string problem = zipProblem(name.c_str());
-  if (!problem.empty()) fatalError("%s: %s", name.c_str(), problem.c_str());
-  std::uint32_t length = 0;
-  zipOpen(name.c_str(), ZIP_READ, &length);
-  if (length == 0) fatalError("%s is empty", name.c_str());
-  modelStream.bytes.resize(length);
-  zipRead(modelStream.bytes.data(), length);
-  zipClose();
+  modelStream.bytes = std::move(source.data);
+  if (!modelStream.bytes.empty()) return;
+  if (!exists(source.fileName)) fatalError("File %s not found", name);
+  const std::string problem = zipLoad(name, modelStream.bytes);
+  if (!problem.empty()) fatalError("%s: %s", name, problem.c_str());
+  if (modelStream.bytes.empty()) fatalError("%s is empty", name);
 }
 
 }  // namespace
@@ -122,18 +112,19 @@ ModelSource chooseSource(const std::string& base) {
   std::string head;
   if (!readBytes(text.fileName, 2 * modelLineSize, head)) return {compiled};
   // The stamp of a damaged file is worth nothing, and its text makes it anew.
-  if (const std::string problem = zipProblem(compiled.c_str()); !problem.empty()) {
+  std::string data;
+  if (const std::string problem = zipLoad(compiled.c_str(), data); !problem.empty()) {
     logPrintf("%s: %s, the text is read\n", compiled.c_str(), problem.c_str());
     return text;
   }
-  const std::string stamp = readCompiledStamp(compiled);
   std::string textStamp;
   if (!readTextStamp(head, textStamp)) return text;
   // Longer comments are recorded cut off.
-  return sameText(stamp, textStamp.substr(0, maxStreamText - 1)) ? ModelSource{compiled} : text;
+  if (!sameText(compiledStamp(data), textStamp.substr(0, maxStreamText - 1))) return text;
+  return {.fileName = compiled, .data = std::move(data)};
 }
 
-void prepareSource(const ModelSource& source) {
+void prepareSource(ModelSource& source) {
   modelReader.fileName = source.fileName;
   modelReader.keywordFound = false;
   modelStream = {};
@@ -143,7 +134,7 @@ void prepareSource(const ModelSource& source) {
     prepareText(source);
   } else if (sameText(extension, ".hv3")) {
     modelReader.format = ModelFormat::compiled;
-    prepareCompiled(source.fileName);
+    prepareCompiled(source);
   } else {
     fatalError("unknown 3d format");
   }

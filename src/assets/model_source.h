@@ -8,11 +8,13 @@
 
 namespace vex {
 
-// The compiled file where it belongs to the text (its stamp equals the text's comment) or is alone.
+// The compiled file where it belongs to the text (its stamp equals the text's comment) or is alone. What had
+// to be decoded to tell is in the result.
 ModelSource chooseSource(const std::string& base);
 
-// Opens the file for readModel() and decides whether its compiled form is recorded.
-void prepareSource(const ModelSource& source);
+// Opens the file for readModel(), taking the data that it holds, and decides whether its compiled form is
+// recorded.
+void prepareSource(ModelSource& source);
 
 // Writes the recorded stream, if there is one.
 void saveStream(const ModelSource& source);

@@ -199,6 +199,8 @@ TEST_F(CompiledModel, IsTakenWhereItBelongsToTheText) {
 TEST_F(CompiledModel, IsReadAtTheSecondLoad) {
   writeFile("m.ase", everyKeyword("first"));
   const std::string dump = loadAndDump("m");
+  // What was decoded for the stamp is handed on.
+  EXPECT_EQ(chooseSource("m").data, readStream("m.hv3"));
   // Another text with the same comment is not looked at.
   writeFile("m.ase", AseText().head("FIRST").object("*GEOMOBJECT", "New").close().str());
   EXPECT_EQ(loadAndDump("m"), dump);
