@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "production/synth/envelope.h"
-#include "production/synth/filter.h"
+#include "production/synth/render.h"
 
 namespace vex {
 
@@ -35,7 +35,7 @@ Voice sing(const NoteCall& call, const EnvelopeShape& shape) {
     std::vector<Singer> singers;
     for (const float pitch : call.pitches) {
       for (int i = 0; i < 2; ++i) {
-        const float detune = std::exp2(9 * call.noise->next() / 1200);
+        const float detune = cents(9 * call.noise->next());
         singers.push_back({{0.5f + 0.49f * call.noise->next()},
                            noteHertz(pitch) * detune / call.rate,
                            5.2f + 0.7f * call.noise->next(),
@@ -48,28 +48,28 @@ Voice sing(const NoteCall& call, const EnvelopeShape& shape) {
     std::array<float, formants.size()> gains{};
     StateVariableFilter body;
     body.set(420, 0.7f, call.rate);
-    float level = 0;
-    for (std::size_t i = 0; i < channel.size(); ++i) {
-      if (i % controlBlock == 0) {
-        const float t = static_cast<float>(i) / call.rate;
-        level = call.velocity * envelopeAt(shape, t, call.seconds);
-        const float open = std::clamp(call.brightness * (0.55f + 0.6f * t / call.seconds), 0.0f, 1.0f);
-        for (std::size_t f = 0; f < formants.size(); ++f) {
-          const Formant& formant = formants[f];
-          filters[f].set(formant.closed + (formant.open - formant.closed) * open, formant.quality, call.rate);
-          gains[f] = formant.closedGain + (formant.openGain - formant.closedGain) * open;
-        }
-        for (std::size_t s = 0; s < singers.size(); ++s) {
-          bends[s] = singers[s].step *
-                     (1 + 0.0055f * sineOfTurns(t * singers[s].vibratoPace + singers[s].vibratoPhase));
-        }
-      }
-      float raw = 0.10f * call.noise->next();
-      for (std::size_t s = 0; s < singers.size(); ++s) raw += gain * singers[s].saw.next(bends[s]);
-      float sum = 0.14f * body.next(raw).low;
-      for (std::size_t f = 0; f < formants.size(); ++f) sum += gains[f] * filters[f].next(raw).band;
-      channel[i] = level * sum;
-    }
+    renderNote(
+        channel, call, shape,
+        [&](float t) {
+          const float open = std::clamp(call.brightness * (0.55f + 0.6f * t / call.seconds), 0.0f, 1.0f);
+          for (std::size_t f = 0; f < formants.size(); ++f) {
+            const Formant& formant = formants[f];
+            filters[f].set(formant.closed + (formant.open - formant.closed) * open, formant.quality,
+                           call.rate);
+            gains[f] = formant.closedGain + (formant.openGain - formant.closedGain) * open;
+          }
+          for (std::size_t s = 0; s < singers.size(); ++s) {
+            bends[s] = singers[s].step *
+                       (1 + 0.0055f * sineOfTurns(t * singers[s].vibratoPace + singers[s].vibratoPhase));
+          }
+        },
+        [&](float level) {
+          float raw = 0.10f * call.noise->next();
+          for (std::size_t s = 0; s < singers.size(); ++s) raw += gain * singers[s].saw.next(bends[s]);
+          float sum = 0.14f * body.next(raw).low;
+          for (std::size_t f = 0; f < formants.size(); ++f) sum += gains[f] * filters[f].next(raw).band;
+          return level * sum;
+        });
   });
 }
 
@@ -80,19 +80,20 @@ Voice makeSweep(const NoteCall& call, Climb climb) {
     StateVariableFilter band, toneCut;
     Saw first, second{0.3f};
     float level = 0, step = 0;
-    for (std::size_t i = 0; i < channel.size(); ++i) {
-      const float t = static_cast<float>(i) / call.rate;
-      if (i % controlBlock == 0) {
-        const float rise = climb(t / call.seconds);
-        const float ends = std::min({1.0f, t / 0.02f, (call.seconds - t) / 0.004f});
-        level = call.velocity * rise * rise * ends;
-        band.set(300 * std::exp2(5.2f * rise), 1.4f + 1.6f * rise, call.rate);
-        step = noteHertz(call.pitches.front() + 24 * rise) * (1 + 0.004f * side) / call.rate;
-        toneCut.set(400 + 5000 * rise, 0.8f, call.rate);
-      }
-      const float tone = toneCut.next(first.next(step) + second.next(step * 1.498f)).low;
-      channel[i] = level * (0.9f * band.next(call.noise->next()).band + 0.16f * tone);
-    }
+    renderBlocks(
+        channel, call.rate,
+        [&](float t) {
+          const float rise = climb(t / call.seconds);
+          const float ends = std::min({1.0f, t / 0.02f, (call.seconds - t) / 0.004f});
+          level = call.velocity * rise * rise * ends;
+          band.set(300 * std::exp2(5.2f * rise), 1.4f + 1.6f * rise, call.rate);
+          step = noteHertz(call.pitches.front() + 24 * rise) * (1 + 0.004f * side) / call.rate;
+          toneCut.set(400 + 5000 * rise, 0.8f, call.rate);
+        },
+        [&] {
+          const float tone = toneCut.next(first.next(step) + second.next(step * 1.498f)).low;
+          return level * (0.9f * band.next(call.noise->next()).band + 0.16f * tone);
+        });
   });
 }
 

@@ -58,10 +58,7 @@ void sharpen(std::vector<float>& samples, float seconds, float amount, float rat
 }
 
 void endSoftly(std::vector<float>& samples, float seconds, float rate) {
-  const std::size_t count = std::min(samples.size(), sampleCount(seconds, rate));
-  for (std::size_t i = 0; i < count; ++i) {
-    samples[samples.size() - 1 - i] *= static_cast<float>(i) / static_cast<float>(count);
-  }
+  fadeEnd(samples, std::min(samples.size(), sampleCount(seconds, rate)));
 }
 
 // Six pulses that share no harmonics, above a high cut: the voice of all cymbals.
@@ -119,14 +116,26 @@ Voice makeStroke(const Stroke& stroke, float rate, NoiseSource& noise) {
   return voice;
 }
 
+// A skin that is hit: its tone, the beater's noise, and how its start stands out.
+struct Hit {
+  Drop drop;
+  Burst burst;
+  float accentSeconds, accent;
+};
+
+Voice makeHit(const Hit& hit, float rate, NoiseSource& noise) {
+  Voice voice{makeDrop(hit.drop, rate), {}};
+  addBurst(voice.left, hit.burst, rate, noise);
+  sharpen(voice.left, hit.accentSeconds, hit.accent, rate);
+  return voice;
+}
+
 }  // namespace
 
 Voice makeKick(float rate, NoiseSource& noise) {
   // Ends on A1, the fifth, so that it rings with every root the bass plays.
-  Voice voice{makeDrop({310, 55, 0.015f, 0.095f, 2.0f, 0.34f}, rate), {}};
-  addBurst(voice.left, {1500, 9000, 0.004f, 0.5f}, rate, noise);
-  sharpen(voice.left, 0.012f, 0.35f, rate);
-  return voice;
+  return makeHit({{310, 55, 0.015f, 0.095f, 2.0f, 0.34f}, {1500, 9000, 0.004f, 0.5f}, 0.012f, 0.35f}, rate,
+                 noise);
 }
 
 Voice makeHeart(float rate, NoiseSource& noise) {
@@ -176,17 +185,13 @@ Voice makeRide(float rate, NoiseSource& noise) {
 }
 
 Voice makeHighTom(float rate, NoiseSource& noise) {
-  Voice voice{makeDrop({240, 147, 0.05f, 0.13f, 1.9f, 0.45f}, rate), {}};
-  addBurst(voice.left, {500, 5000, 0.012f, 0.6f}, rate, noise);
-  sharpen(voice.left, 0.012f, 0.5f, rate);
-  return voice;
+  return makeHit({{240, 147, 0.05f, 0.13f, 1.9f, 0.45f}, {500, 5000, 0.012f, 0.6f}, 0.012f, 0.5f}, rate,
+                 noise);
 }
 
 Voice makeLowTom(float rate, NoiseSource& noise) {
-  Voice voice{makeDrop({165, 98, 0.06f, 0.17f, 1.9f, 0.55f}, rate), {}};
-  addBurst(voice.left, {400, 4000, 0.014f, 0.6f}, rate, noise);
-  sharpen(voice.left, 0.014f, 0.5f, rate);
-  return voice;
+  return makeHit({{165, 98, 0.06f, 0.17f, 1.9f, 0.55f}, {400, 4000, 0.014f, 0.6f}, 0.014f, 0.5f}, rate,
+                 noise);
 }
 
 Voice makeTick(float rate, NoiseSource& noise) {
@@ -204,11 +209,9 @@ Voice makeTock(float rate, NoiseSource& noise) {
 }
 
 Voice makeClank(float rate, NoiseSource& noise) {
-  Voice voice;
-  // Ratios of a free bar (1, 2.76, 5.40, 8.93) over D3, twice and slightly apart.
-  for (const float base : {146.8f, 148.1f}) {
-    std::vector<float>& channel = voice.left.empty() ? voice.left : voice.right;
-    channel.resize(sampleCount(1.6f, rate));
+  // Ratios of a free bar (1, 2.76, 5.40, 8.93) over D3, slightly apart in the two channels.
+  return renderSides(1.6f, rate, [&](std::vector<float>& channel, float side) {
+    const float base = side < 0 ? 146.8f : 148.1f;
     const std::array modes{Mode{base, 0.40f, 0.5f},          Mode{base * 2.76f, 0.45f, 0.38f},
                            Mode{base * 5.40f, 0.40f, 0.26f}, Mode{base * 8.93f, 0.30f, 0.17f},
                            Mode{base * 13.3f, 0.22f, 0.11f}, Mode{base * 18.6f, 0.15f, 0.07f}};
@@ -216,8 +219,7 @@ Voice makeClank(float rate, NoiseSource& noise) {
     addBurst(channel, {700, 9000, 0.03f, 1.0f}, rate, noise);
     sharpen(channel, 0.02f, 0.8f, rate);
     endSoftly(channel, 0.4f, rate);
-  }
-  return voice;
+  });
 }
 
 Voice makeImpact(float rate, NoiseSource& noise) {
@@ -232,10 +234,8 @@ Voice makeImpact(float rate, NoiseSource& noise) {
 }
 
 Voice makeShatter(float rate, NoiseSource& noise) {
-  Voice voice;
-  for (std::vector<float>* channel : {&voice.left, &voice.right}) {
-    channel->resize(sampleCount(1.5f, rate));
-    addBurst(*channel, {900, 13000, 0.05f, 1.3f}, rate, noise);
+  return renderSides(1.5f, rate, [&](std::vector<float>& channel, float) {
+    addBurst(channel, {900, 13000, 0.05f, 1.3f}, rate, noise);
     // Splinters that ring, first many and then few.
     for (int i = 0; i < 44; ++i) {
       const float late = 0.5f + 0.5f * noise.next();
@@ -245,19 +245,16 @@ Voice makeShatter(float rate, NoiseSource& noise) {
       addModes(splinter, std::span(&mode, 1), rate);
       endSoftly(splinter, 0.1f, rate);
       const std::size_t first = sampleCount(start, rate);
-      for (std::size_t n = 0; n < splinter.size(); ++n) (*channel)[first + n] += splinter[n];
+      for (std::size_t n = 0; n < splinter.size(); ++n) channel[first + n] += splinter[n];
     }
-    endSoftly(*channel, 0.4f, rate);
-  }
-  return voice;
+    endSoftly(channel, 0.4f, rate);
+  });
 }
 
 Voice makeLaser(float rate, NoiseSource& noise) {
-  Voice voice;
   // Falls to D, a little apart in the two channels.
-  for (const float apart : {0.994f, 1.006f}) {
-    std::vector<float>& channel = voice.left.empty() ? voice.left : voice.right;
-    channel.resize(sampleCount(0.7f, rate));
+  return renderSides(0.7f, rate, [&](std::vector<float>& channel, float side) {
+    const float apart = side < 0 ? 0.994f : 1.006f;
     Decay fall(0.055f, rate), loudness(0.15f, rate), bite(0.04f, rate);
     Sine carrier, modulator;
     float phase = 0;
@@ -269,8 +266,7 @@ Voice makeLaser(float rate, NoiseSource& noise) {
     }
     addBurst(channel, {2500, 12000, 0.05f, 0.35f}, rate, noise);
     endSoftly(channel, 0.2f, rate);
-  }
-  return voice;
+  });
 }
 
 Voice makeDroplet(float rate, NoiseSource& noise) {

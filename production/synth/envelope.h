@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <vector>
 
 namespace vex {
 
@@ -23,6 +25,13 @@ inline float envelopeAt(const EnvelopeShape& shape, float seconds, float length)
   if (seconds < length) return held(seconds);
   const float left = 1 - (seconds - length) / shape.release;
   return left <= 0 ? 0 : held(length) * left * left;
+}
+
+// Lets the last `count` samples end at 0.
+inline void fadeEnd(std::vector<float>& samples, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    samples[samples.size() - 1 - i] *= static_cast<float>(i) / static_cast<float>(count);
+  }
 }
 
 // exp(-t / time), stepped once a sample.

@@ -35,14 +35,12 @@ void addRegister(std::vector<float>& samples, float hertz, float decay, float ga
 
 Voice makeDialTone(const NoteCall& call) {
   constexpr EnvelopeShape shape{0.004f, 1, 1, 0.012f};
-  Voice voice{std::vector<float>(sampleCount(call.seconds + shape.release, call.rate)), {}};
   std::vector<Sine> tones(call.pitches.size());
   StateVariableFilter line;
   line.set(3200, 0.7f, call.rate);
-  float level = 0;
-  renderBlocks(
-      voice.left, call.rate, [&](float t) { level = call.velocity * envelopeAt(shape, t, call.seconds); },
-      [&] {
+  Voice voice = renderNote(
+      call, shape, [](float) {},
+      [&](float level) {
         float sum = 0.01f * call.noise->next();
         for (std::size_t i = 0; i < tones.size(); ++i)
           sum += tones[i].next(noteHertz(call.pitches[i]) / call.rate);
@@ -58,27 +56,24 @@ Voice makeDialTone(const NoteCall& call) {
 
 Voice makeAlarm(const NoteCall& call) {
   constexpr EnvelopeShape shape{0.004f, 0.3f, 0.7f, 0.05f};
-  Voice voice{std::vector<float>(sampleCount(call.seconds + shape.release, call.rate)), {}};
   Pulse horn;
   Saw reed{0.4f};
   StateVariableFilter bell, cut;
   bell.set(1500, 1.6f, call.rate);
   cut.set(1200 + 4200 * call.brightness, 0.8f, call.rate);
-  float level = 0, step = 0;
-  renderBlocks(
-      voice.left, call.rate,
+  float step = 0;
+  return renderNote(
+      call, shape,
       [&](float t) {
-        level = call.velocity * envelopeAt(shape, t, call.seconds);
         // The motor needs 40 ms from one tone to the other.
         const float turn = std::clamp((t - 0.5f * call.seconds) / 0.04f, 0.0f, 1.0f);
         step =
             noteHertz(call.pitches.front() + turn * (call.pitches.back() - call.pitches.front())) / call.rate;
       },
-      [&] {
+      [&](float level) {
         const float raw = cut.next(0.6f * horn.next(step, 0.35f) + 0.5f * reed.next(step * 1.007f)).low;
         return level * softClip(1.5f * bell.next(raw).band + 0.35f * raw);
       });
-  return voice;
 }
 
 Voice makeChipLead(const NoteCall& call) {
@@ -105,22 +100,16 @@ Voice makeChipLead(const NoteCall& call) {
 
 Voice makeChipBass(const NoteCall& call) {
   constexpr EnvelopeShape shape{0.002f, 1, 1, 0.02f};
-  Voice voice{std::vector<float>(sampleCount(call.seconds + shape.release, call.rate)), {}};
   OnePole soften;
   soften.set(6000, call.rate);
-  float level = 0, step = 0, phase = 0.25f;
-  renderBlocks(
-      voice.left, call.rate,
-      [&](float t) {
-        level = call.velocity * envelopeAt(shape, t, call.seconds);
-        step = noteHertz(glidedPitch(call, t)) / call.rate;
-      },
-      [&] {
+  float step = 0, phase = 0.25f;
+  return renderNote(
+      call, shape, [&](float t) { step = glidedStep(call, t); },
+      [&](float level) {
         const float triangle = 4 * std::abs(phase - 0.5f) - 1;
         phase = wrapPhase(phase + step);
         return level * soften.next((std::floor(7.5f * triangle) + 0.5f) / 7.5f);
       });
-  return voice;
 }
 
 Voice makeChipSnare(float rate, NoiseSource& noise) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "production/synth/envelope.h"
 #include "production/synth/filter.h"
 #include "production/synth/voice.h"
 
@@ -30,12 +31,30 @@ inline float cents(float amount) {
   return std::exp2(amount / 1200.0f);
 }
 
-// The two channels of a voice, of that length, from a function of the channel and its side, -1 or 1.
-template <typename Fill>
-Voice renderBothSides(float seconds, float rate, Fill fill) {
-  Voice voice{std::vector<float>(sampleCount(seconds, rate)), std::vector<float>(sampleCount(seconds, rate))};
-  fill(voice.left, -1.0f);
-  fill(voice.right, 1.0f);
+// Turns a sample of the glided pitch.
+inline float glidedStep(const NoteCall& call, float seconds) {
+  return noteHertz(glidedPitch(call, seconds)) / call.rate;
+}
+
+// As renderBlocks for a note that is held; body(level) is given velocity times envelope.
+template <typename Control, typename Body>
+void renderNote(std::vector<float>& samples, const NoteCall& call, const EnvelopeShape& shape,
+                Control control, Body body) {
+  float level = 0;
+  renderBlocks(
+      samples, call.rate,
+      [&](float t) {
+        level = call.velocity * envelopeAt(shape, t, call.seconds);
+        control(t);
+      },
+      [&] { return body(level); });
+}
+
+// Mono, to the end of its release.
+template <typename Control, typename Body>
+Voice renderNote(const NoteCall& call, const EnvelopeShape& shape, Control control, Body body) {
+  Voice voice{std::vector<float>(sampleCount(call.seconds + shape.release, call.rate)), {}};
+  renderNote(voice.left, call, shape, control, body);
   return voice;
 }
 

@@ -43,10 +43,7 @@ void addBell(std::vector<float>& samples, float hertz, float detune, const NoteC
 }
 
 void fadeOut(std::vector<float>& samples, float share) {
-  const auto count = static_cast<std::size_t>(share * static_cast<float>(samples.size()));
-  for (std::size_t i = 0; i < count; ++i) {
-    samples[samples.size() - 1 - i] *= static_cast<float>(i) / static_cast<float>(count);
-  }
+  fadeEnd(samples, static_cast<std::size_t>(share * static_cast<float>(samples.size())));
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace vex {
 
 Voice makeBreath(const NoteCall& call) {
   const float throat = noteHertz(call.pitches.front());
-  return renderBothSides(call.seconds, call.rate, [&](std::vector<float>& channel, float side) {
+  return renderSides(call.seconds, call.rate, [&](std::vector<float>& channel, float side) {
     std::array<StateVariableFilter, 3> bands;
     float level = 0;
     renderBlocks(
@@ -35,7 +35,7 @@ Voice makeBreath(const NoteCall& call) {
 
 Voice makeRain(const NoteCall& call) {
   constexpr float ending = 2;  // s
-  return renderBothSides(call.seconds, call.rate, [&](std::vector<float>& channel, float) {
+  return renderSides(call.seconds, call.rate, [&](std::vector<float>& channel, float) {
     struct Drop {
       StateVariableFilter bubble;
       float push = 0;
@@ -72,7 +72,7 @@ Voice makeRain(const NoteCall& call) {
 
 Voice makeThunder(const NoteCall& call) {
   const float note = noteHertz(call.pitches.front());
-  return renderBothSides(call.seconds, call.rate, [&](std::vector<float>& channel, float) {
+  return renderSides(call.seconds, call.rate, [&](std::vector<float>& channel, float) {
     constexpr std::array ratios{1.0f, 1.4983f, 2.0f, 4.0f};
     constexpr std::array gains{1.0f, 0.6f, 0.8f, 0.3f};
     std::array<StateVariableFilter, ratios.size()> rings;
