@@ -1,205 +1,51 @@
 #include <cmath>
 
-#include "production/geometry/bake.h"
 #include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
 #include "production/image/filter.h"
-#include "production/image/noise3.h"
 #include "production/models/model.h"
+#include "production/models/water_parts.h"
 #include "production/textures/palette.h"
 
-// A finned being that rises out of dark water between rocks, a ray that falls on it, and the surface itself.
-// The scene twists the being about its middle, by up to 36 degrees towards its ends along x and z: it is long
-// and wide, so that neck, tail and fins swim.
+// A serpent that rises out of a dark sea between stacks of rock, a ray that falls on it, the surface itself.
+// The scene twists the being about its middle, by up to 36 degrees towards its ends along x and z: it is
+// long, so that neck and tail swim.
 
 namespace vex {
 
 namespace {
 
-constexpr float loop = 15, lightLoop = 10;  // seconds
-constexpr float poolSide = 1500;
+using namespace water;
 
-// --- The being
+constexpr float poolSide = 2400;
+const Vector rayFoot(-46, 0, 24);
 
-enum Part { skin, fin, thorn, eye };
+// --- The being's way: at the surface, and in the last quarter of its loop down into the deep and up again.
 
-const Vector middle(0, 20, 0);
+constexpr float divesAt = 11, below = 12.5f, risesAt = 13;
 
-std::vector<Vector> spinePath() {
-  return smoothPath({Vector(0, -62, -160), Vector(20, -34, -112), Vector(-16, -2, -64), Vector(10, 26, -16),
-                     Vector(2, 58, 26), Vector(-5, 98, 56), Vector(0, 121, 92), Vector(0, 110, 124)},
-                    72);
+float depthAt(float t) {
+  return 420 * (eased(t, divesAt, below) - eased(t, risesAt, loopSeconds));
 }
 
-float girth(float t) {
-  const float trunk = std::exp(-(t - 0.46f) * (t - 0.46f) * 22),
-              neck = std::exp(-(t - 0.97f) * (t - 0.97f) * 190);
-  const float rings = 0.05f * std::sin(t * 190);
-  return (2.5f + 5 * t + 23 * trunk + 9 * neck) * (1 + rings);
+Vector swimPlace(float t) {
+  return beingPivot + Vector(2 * swing(t, loopSeconds, 1, 0.1f), 4 * swing(t, loopSeconds, 2) - depthAt(t),
+                             8 * swing(t, loopSeconds, 1, 0.4f));
 }
 
-// Two fins in one, swept back, their tips drooping; `root` is where they grow.
-Surface finPair(const Vector& root, float span, float chord, float sweep, float lift) {
-  Surface both = superellipsoid(Vector(span, 2.6f, chord), 1, 1, 64, 22);
-  return bent(both, [=](const Vector& p) {
-    const float out = p.x / span, far = std::fabs(out);
-    const float scallop =
-        1 + 0.16f * std::sin(far * 22) * smoothStep(0.15f, 0.5f, far) * (p.z < 0 ? 1.0f : 0.0f);
-    return Vector(p.x, p.y * (1 - 0.7f * far) + lift * std::sin(far * 2.4f),
-                  p.z * scallop - sweep * far * far) +
-           root;
-  });
+Placement swimTurn(float t) {
+  return turnedX(3 * swing(t, loopSeconds, 2, 0.2f)) >> turnedZ(3 * swing(t, loopSeconds, 1)) >>
+         turnedY(-52 + 14 * swing(t, loopSeconds, 1, 0.6f));
 }
 
-Surface thornAt(const Vector& foot, const Vector& tip, float thick) {
-  const Vector bend = mix(foot, tip, 0.55f) + Vector(0, thick, 0);
-  return tube(
-      smoothPath({foot, bend, tip}, 8), 7, [=](float t) { return thick * (1 - t) + 0.15f; }, TubeEnd::point);
-}
-
-Surface being() {
-  const std::vector<Vector> path = spinePath();
-  Surface all = withPart(tube(path, 26, girth, TubeEnd::round), skin);
-  const Surface skull =
-      placed(superellipsoid(Vector(11, 9, 24), 0.9f, 0.9f, 28, 18), turnedX(14) >> moved(0, 108, 134));
-  append(all, skull, skin);
-  append(all, placed(superellipsoid(Vector(7, 3, 19), 1, 1, 22, 10), turnedX(30) >> moved(0, 95, 132)), skin);
-  for (const float side : {-1.0f, 1.0f}) {
-    append(all, placed(sphere(2.1f, 12, 8), moved(8.6f * side, 112, 138)), eye);
-    append(all, thornAt(Vector(6 * side, 116, 120), Vector(20 * side, 146, 76), 3.4f), thorn);
-    append(all, thornAt(Vector(8 * side, 110, 116), Vector(32 * side, 118, 72), 2.6f), thorn);
-    // Feelers that trail from the jaw.
-    for (int i = 0; i < 3; ++i) {
-      const auto k = static_cast<float>(i);
-      const std::vector<Vector> hang{Vector(4 * side, 96, 138 - 8 * k),
-                                     Vector(18 * side, 74 - 6 * k, 136 - 10 * k),
-                                     Vector((34 + 8 * k) * side, 44 - 8 * k, 112 - 16 * k),
-                                     Vector((30 + 12 * k) * side, 10 - 8 * k, 84 - 20 * k)};
-      append(all,
-             tube(
-                 smoothPath(hang, 18), 6, [](float t) { return 1.5f * (1 - t) + 0.2f; }, TubeEnd::point),
-             thorn);
-    }
-  }
-  append(all, finPair(Vector(0, 52, 18), 150, 30, 66, 20), fin);
-  append(all, finPair(Vector(0, 8, -50), 84, 20, 40, -12), fin);
-  append(all, placed(superellipsoid(Vector(1.6f, 34, 26), 1, 1, 24, 12), turnedX(-26) >> moved(0, -62, -166)),
-         fin);
-  constexpr int thorns = 17;
-  for (int i = 0; i < thorns; ++i) {
-    const auto place = path.size() * static_cast<std::size_t>(i + 3) / (thorns + 4);
-    const float t = static_cast<float>(place) / static_cast<float>(path.size());
-    const float tall = 10 + 30 * std::sin(pi * t);
-    const Vector along = unit(path[place + 1] - path[place - 1]), up = unit(Vector(0, along.z, -along.y));
-    const Vector foot = path[place] + up * (girth(t) * 0.8f);
-    append(all, thornAt(foot, foot + up * tall - along * (tall * 0.8f), 3), thorn);
-  }
-  return all;
-}
-
-Colour4 beingColour(const BakePoint& p) {
-  const NoiseCell spots = cellularNoise(p.position * 0.075f, 0, 951);
-  const float vein = 1 - std::fabs(gradientNoise(warp(p.position * 0.05f, 0, 0.7f, 952), 0, 953));
-  const float mottle = 0.5f + 0.5f * fractal(p.position * 0.045f, 0, 4, 0.55f, 954);
-  const float belly = smoothStep(0.2f, -0.8f, p.normal.y);
-  switch (p.part) {
-    case eye:
-      return {0.85f, 1, 0.95f};
-    case thorn:
-      return gradient(tealRamp, 0.34f + 0.14f * mottle) * p.light + gradient(boneRamp, 0.3f) * p.light * 0.4f;
-    case fin: {
-      const float ray =
-          std::pow(std::fabs(std::sin(std::atan2(p.position.x, p.position.z + 150) * 34)), 6.0f);
-      return gradient(tealRamp, 0.42f + 0.24f * mottle) * p.light +
-             gradient(tealRamp, 0.75f) * (0.26f * ray * mottle) +
-             gradient(tealRamp, 0.62f) * (0.30f * std::pow(vein, 9.0f));
-    }
-    default: {
-      const float lamp = spots.id > 0.62f ? smoothStep(0.30f, 0.06f, spots.nearest) : 0.0f;
-      const Colour4 hide =
-          mix(gradient(tealRamp, 0.44f + 0.26f * mottle), gradient(boneRamp, 0.64f), 0.6f * belly);
-      return hide * p.light +
-             gradient(tealRamp, 0.40f + 0.5f * lamp) * (0.85f * lamp + 0.16f * std::pow(vein, 8.0f));
-    }
-  }
-}
-
-// --- Rocks
-
-Surface rocks() {
-  struct Rock {
-    float x, z, wide, tall;
-  };
-  static constexpr Rock all[] = {{-330, -260, 70, 190}, {-250, -400, 95, 300}, {300, -330, 85, 240},
-                                 {420, -120, 60, 120},  {-450, 60, 80, 170},   {360, 260, 46, 70},
-                                 {-300, 330, 50, 84},   {90, -520, 80, 210}};
-  Surface surface;
-  for (const Rock& rock : all) {
-    Surface one = placed(withoutMapping(geodesic(1, 2)), stretched(rock.wide, rock.tall, rock.wide));
-    one = displaced(one, [&](const Vector& p, const Vector&) {
-      const Vector place = p + Vector(rock.x, 0, rock.z);
-      return rock.wide * (0.30f * fractal(Vector(place.x, place.y * 0.4f, place.z) * (1.6f / rock.wide), 0, 3,
-                                          0.5f, 961) -
-                          0.1f);
-    });
-    append(surface, placed(one, moved(rock.x, 0, rock.z)));
-  }
-  return surface;
-}
-
-Colour4 rockColour(const BakePoint& p) {
-  const float grit = 0.5f + 0.5f * fractal(p.position * 0.03f, 0, 4, 0.6f, 962);
-  const float wet = smoothStep(46, 6, p.position.y);
-  const Colour4 stone = gradient(tealRamp, 0.26f + 0.16f * grit) * p.light;
-  return stone + gradient(tealRamp, 0.5f) * (0.16f * wet * grit);
-}
-
-// --- Pictures of light. All add; what lies at their borders is black.
-
-// The surface: a broad gleam about the middle, drawn out by swell.
-Canvas surfacePicture(const Settings& settings) {
-  const int side = settings.side(512);
-  return paint(side, side, [](float u, float v) {
-    const float x = 2 * u - 1, y = 2 * v - 1, r = std::hypot(x, y);
-    const float bend = 0.3f * fractal(u * 5, v * 5, 5, 3, 0.5f, 971);
-    const float swell = ridges(u * 6 + bend, v * 6 + bend, 6, 3, 0.45f, 972);
-    const float edge = smoothStep(0.98f, 0.35f, r);
-    return gradient(tealRamp,
-                    edge * (0.23f + 0.24f * swell * swell + 0.24f * std::exp(-r * r * 9) * (0.4f + swell)));
-  });
-}
-
-// Light gathered by the waves in a pool about the middle.
-Canvas gatheredLight(const Settings& settings) {
-  const int side = settings.side(256);
-  return paint(side, side, [](float u, float v) {
-    const float r = std::hypot(2 * u - 1, 2 * v - 1);
-    const float bend = 0.25f * fractal(u * 4, v * 4, 4, 3, 0.5f, 975);
-    const NoiseCell net = cellularNoise(u * 9 + bend, v * 9 + bend, 0, 976);
-    const float line = std::exp(-(net.second - net.nearest) * 7);
-    return gradient(tealRamp, smoothStep(0.62f, 0.1f, r) * (0.16f + 0.62f * line));
-  });
-}
-
-// Shafts that stream down; repeats both ways.
-Canvas rayPicture(const Settings& settings) {
-  const int side = settings.side(256);
-  return paint(side, side, [](float u, float v) {
-    const float broad = valueNoise(u * 7, v * 2, 7, 981), fine = valueNoise(u * 34, v * 2, 34, 982);
-    const float drift = 0.5f + 0.5f * fractal(u * 6, v * 2, 2, 4, 0.5f, 983);
-    return gradient(tealRamp,
-                    smoothStep(0.35f, 0.95f, 0.6f * broad + 0.45f * fine) * (0.25f + 0.55f * drift));
-  });
-}
-
-// --- The stage
+// --- Cameras
 
 StageCamera camera(const char* name, float fieldDegrees, const std::function<Vector(float)>& eyeAt,
                    const std::function<Vector(float)>& targetAt) {
   StageCamera shot{
       .name = name, .position = eyeAt(0), .target = targetAt(0), .fieldDegrees = fieldDegrees, .far = 3000};
-  shot.positions = positionKeys(loop, 15, eyeAt);
-  shot.targets = positionKeys(loop, 15, targetAt);
+  shot.positions = positionKeys(loopSeconds, 15, eyeAt);
+  shot.targets = positionKeys(loopSeconds, 15, targetAt);
   return shot;
 }
 
@@ -208,86 +54,109 @@ Vector around(float radius, float height, float radians) {
 }
 
 std::vector<StageCamera> cameras() {
-  const auto still = [](const Vector& v) { return [v](float) { return v; }; };
+  const auto wave = [](float turns, float phase = 0) {
+    return [=](float t) { return swing(t, loopSeconds, turns, phase); };
+  };
+  const auto slow = wave(1), late = wave(1, 0.25f), quick = wave(2, 0.3f);
   return {
+      // Looks at the being whatever its target is.
       camera(
-          "follow", 70,
-          [](float t) { return around(330, 92 + 40 * swing(t, loop, 1), 0.9f * swing(t, loop, 1, 0.1f)); },
-          still(Vector(0, 40, 0))),
+          "follow", 66,
+          [=](float t) { return around(410 + 24 * late(t), 150 + 18 * slow(t), 0.10f + 0.42f * slow(t)); },
+          [](float) { return Vector(0, 185, -20); }),
       camera(
-          "wide", 84,
-          [](float t) {
-            return Vector(210 * swing(t, loop, 1), 44 + 14 * swing(t, loop, 2),
-                          430 - 70 * swing(t, loop, 1, 0.25f));
-          },
-          [](float t) { return Vector(50 * swing(t, loop, 1, 0.3f), 96, 0); }),
+          "wide", 72,
+          [=](float t) { return Vector(70 + 110 * slow(t), 40 + 12 * quick(t), 440 - 50 * late(t)); },
+          [=](float t) { return Vector(10 + 24 * slow(t), 84 + 8 * late(t), -60); }),
       camera(
-          "low", 92,
-          [](float t) { return around(215, 26 + 6 * swing(t, loop, 2), 0.7f + 0.5f * swing(t, loop, 1)); },
-          still(Vector(-20, 92, 10))),
+          "low", 72,
+          [=](float t) { return around(250 + 16 * late(t), 18 + 5 * quick(t), -0.16f + 0.34f * slow(t)); },
+          [=](float t) { return Vector(-24 + 14 * late(t), 84, 10); }),
       camera(
-          "above", 78,
-          [](float t) {
-            return around(250 + 50 * swing(t, loop, 1), 330 + 40 * swing(t, loop, 1, 0.4f),
-                          0.6f * swing(t, loop, 1, 0.7f));
-          },
-          still(Vector(0, 10, 0))),
+          "above", 64,
+          [=](float t) { return Vector(80 + 90 * slow(t), 420 + 40 * late(t), 250 + 30 * slow(t)); },
+          [=](float t) { return Vector(20 + 20 * late(t), 0, -40); }),
       camera(
-          "near", 66,
-          [](float t) {
-            return around(250, 128 + 18 * swing(t, loop, 2, 0.3f), -0.8f + 0.7f * swing(t, loop, 1, 0.5f));
-          },
-          still(Vector(10, 84, 20))),
+          "face", 50,
+          [=](float t) { return Vector(-170 + 50 * slow(t), 112 + 10 * quick(t), 232 + 16 * late(t)); },
+          [=](float t) { return Vector(-84 + 8 * late(t), 118, 30); }),
+      camera(
+          "moonlit", 70,
+          [=](float t) { return Vector(30 + 40 * slow(t), 30 + 6 * late(t), 330 - 60 * slow(t)); },
+          [=](float t) { return Vector(-70 + 16 * late(t), 96, -300); }),
+      camera(
+          "glide", 64,
+          [=](float t) { return Vector(250 + 30 * late(t), 30 + 6 * quick(t), 150 - 90 * slow(t)); },
+          [=](float t) { return Vector(40 + 20 * slow(t), 42, -50); }),
+      camera(
+          "under", 88,
+          [=](float t) { return around(205 + 14 * late(t), 14 + 4 * quick(t), 0.22f + 0.3f * slow(t)); },
+          [=](float t) { return Vector(-40 + 10 * late(t), 170, 16); }),
   };
 }
 
+// Cards that cross in the ray's axis, so that none shows its edge alone.
+Surface ray() {
+  constexpr int cards = 5;
+  constexpr float width = 460, height = 730;
+  Surface all;
+  for (int i = 0; i < cards; ++i) {
+    const auto k = static_cast<float>(i);
+    Surface one = card(width * (1 + 0.16f * std::sin(2.4f * k)), height);
+    one = mappingScaled(one, 1, 1.4f, 0, 0.31f * k);
+    append(all, placed(one, turnedY(180 * k / cards + 11) >> moved(rayFoot + Vector(0, -30, 0))));
+  }
+  return all;
+}
+
 Model waterAlien(const Settings& settings) {
-  const Surface body = mappedAtlas(being(), {.charts = Charts::byNormals, .side = 512});
+  const Surface body = mappedAtlas(
+      being(), {.charts = Charts::byNormals, .side = 1024, .density = [](const Triangle& triangle) {
+                  return triangle.part == eyeBall || triangle.part == tooth ? 0.5f : 1.0f;
+                }});
   const Surface stones = mappedAtlas(rocks(), {.charts = Charts::byNormals, .side = 512});
+  // The moon behind, in the being's own axes: it swims turned to the left.
   BakeLook look;
   look.sky = [](const Vector& d) {
-    return mix(gradient(tealRamp, 0.10f), gradient(tealRamp, 0.80f), smoothStep(-0.3f, 1.0f, d.y)) * 0.9f;
+    return mix(gradient(tealRamp, 0.08f), gradient(tealRamp, 0.62f), smoothStep(-0.3f, 1.0f, d.y)) * 0.55f;
   };
-  look.lights = {{.towards = Vector(0.25f, 1, -0.15f), .size = 0.15f, .colour = {0.85f, 1.1f, 1.05f}},
-                 {.towards = Vector(-0.7f, 0.25f, 0.6f), .size = 0.2f, .colour = {0.10f, 0.32f, 0.36f}}};
-  look.bounce = {0.01f, 0.05f, 0.06f};
+  look.bounce = {0.01f, 0.04f, 0.05f};
   look.rays = 36;
   look.shadowRays = 9;
-  const auto picture = [&](const Surface& surface, Colour4 (*colour)(const BakePoint&)) {
+  BakeLook swimming = look, standing = look;
+  swimming.lights = {
+      {.towards = Vector(-0.62f, 0.66f, -0.24f), .size = 0.12f, .colour = {1.35f, 1.75f, 1.7f}},
+      {.towards = Vector(0.8f, 0.25f, 0.55f), .size = 0.3f, .colour = {0.14f, 0.34f, 0.37f}}};
+  standing.lights = {{.towards = Vector(-0.45f, 0.62f, -0.62f), .size = 0.15f, .colour = {1.0f, 1.35f, 1.3f}},
+                     {.towards = Vector(0.4f, 0.3f, 0.85f), .size = 0.3f, .colour = {0.10f, 0.22f, 0.24f}}};
+  const auto picture = [&](const Surface& surface, const BakeLook& light, int side,
+                           Colour4 (*colour)(const BakePoint&)) {
     BakePaint paint;
-    paint.side = settings.side(512);
+    paint.side = settings.side(side);
     paint.lit = !settings.draft;
     paint.paint = colour;
-    return bake(surface, rayTree(surface), look, paint);
+    return bake(surface, rayTree(surface), light, paint);
   };
 
   Stage stage;
-  stage.seconds = loop;
-  for (const char* name : {"water_skin", "water_rock", "water_surface", "water_light", "water_ray"})
+  stage.seconds = loopSeconds;
+  for (const char* name :
+       {"water_skin", "water_rock", "water_surface", "water_light", "water_ray", "water_sky", "water_bed"})
     stage.materials.push_back({.name = name, .texture = name});
-  Surface shaft = cone(130, 70, 730, 32, 6);
-  append(shaft, cone(56, 30, 730, 22, 6));
   stage.meshes = {
+      {.name = "sky", .surface = skyDome(), .material = "water_sky"},
+      {.name = "bed", .surface = seaBed(), .material = "water_bed"},
       {.name = "rocks", .surface = stones, .material = "water_rock"},
-      {.name = "WaterAlien", .surface = body, .pivot = middle, .material = "water_skin"},
+      {.name = "WaterAlien", .surface = body, .pivot = beingPivot, .material = "water_skin"},
       {.name = "LightPlane",
-       .surface = placed(plane(620, 620, 12, 12), moved(0, -14, 0)),
+       .surface = placed(plane(760, 760, 2, 2), moved(-20, -3, 0)),
        .material = "water_light"},
       {.name = "Water", .surface = plane(poolSide, poolSide, 2, 2), .material = "water_surface"},
-      {.name = "RayBlue",
-       .surface = placed(shaft, moved(0, -30, 0)),
-       .pivot = Vector(0, 350, 0),
-       .material = "water_ray"},
+      {.name = "RayBlue", .surface = ray(), .pivot = rayFoot + Vector(0, 350, 0), .material = "water_ray"},
   };
-  Motion& swim = stage.meshes[1].motion;
-  swim.positions = positionKeys(loop, 9, [](float t) {
-    return middle +
-           Vector(12 * swing(t, loop, 1, 0.1f), 14 * swing(t, loop, 2), 12 * swing(t, loop, 1, 0.4f));
-  });
-  swim.turns = turnKeys(loop, 9, [](float t) {
-    return turnedX(7 * swing(t, loop, 2, 0.2f)) >> turnedZ(9 * swing(t, loop, 1)) >>
-           turnedY(-25 + 30 * swing(t, loop, 1, 0.6f));
-  });
+  Motion& swim = stage.meshes[3].motion;
+  swim.positions = positionKeys(loopSeconds, 9, swimPlace);
+  swim.turns = turnKeys(loopSeconds, 9, swimTurn);
   int number = 1;
   for (const Vector& place :
        {Vector(-200, 800, -200), Vector(200, 840, -200), Vector(-200, 820, 200), Vector(200, 860, 200)})
@@ -295,18 +164,16 @@ Model waterAlien(const Settings& settings) {
 
   // The scene makes flares of all lights; the three particles are parked where none sees them.
   const Vector parked(0, 20000, 0);
-  stage.lights = {{.name = "Omni01", .position = Vector(-260, 620, -760), .colour = {0.72f, 0.95f, 0.92f}},
-                  {.name = "RayLight", .position = Vector(0, 300, 0), .colour = {0.55f, 1, 0.95f}},
+  stage.lights = {{.name = "Omni01", .position = lampPlace},
+                  {.name = "RayLight", .position = Vector(-46, 420, 60), .colour = {0.08f, 0.20f, 0.19f}},
                   {.name = "BlackParticle", .position = parked, .on = false, .colour = {0.9f, 0.8f, 0.75f}},
                   {.name = "WhiteParticle", .position = parked, .on = false, .colour = {0.8f, 1, 0.97f}},
-                  {.name = "RayParticle", .position = parked, .on = false, .colour = {0.7f, 1, 1}}};
-  stage.lights[0].positions = positionKeys(lightLoop, 30, [](float t) {
-    return Vector(-260 + 90 * swing(t, lightLoop, 1), 620 + 40 * swing(t, lightLoop, 1, 0.3f), -760);
-  });
+                  {.name = "RayParticle", .position = parked, .on = false, .colour = {0.35f, 0.55f, 1}}};
   stage.cameras = cameras();
   return {stage,
-          {picture(body, beingColour), picture(stones, rockColour), surfacePicture(settings),
-           gatheredLight(settings), rayPicture(settings)}};
+          {picture(body, swimming, 1024, beingColour), picture(stones, standing, 512, rockColour),
+           surfacePicture(settings), poolPicture(settings), rayPicture(settings), skyPicture(settings),
+           bedPicture(settings)}};
 }
 
 }  // namespace
@@ -317,8 +184,10 @@ Products waterAlienModel() {
                  {"water_rock", PictureKind::jpeg},
                  {"water_surface", PictureKind::jpeg},
                  {"water_light", PictureKind::jpeg},
-                 {"water_ray", PictureKind::jpeg}},
-                4, waterAlien)};
+                 {"water_ray", PictureKind::jpeg},
+                 {"water_sky", PictureKind::jpeg},
+                 {"water_bed", PictureKind::jpeg}},
+                8, waterAlien, {"production/models/water_"})};
 }
 
 }  // namespace vex

@@ -8,7 +8,7 @@ using namespace screen;
 
 namespace {
 
-enum Camera { follow, wide, low, above, near };
+enum Camera { follow, wide, low, above, face, moonlit, glide, under };
 
 // Cycles of the creature are 15 seconds of scene time.
 struct Weather {
@@ -23,6 +23,9 @@ ScriptCall draw(const Weather& w) {
            {"drop strength", w.drop, 0, 0.05},
            {"ray flicker", w.flicker, 0, 2}}};
 }
+
+// Where the cycle has the creature lowest, before it rises.
+constexpr double inTheDeep = 0.86;
 
 // The creature's own place in its cycle; below 0 it goes its own way again.
 ScriptCall holdCreature(const Curve& state) {
@@ -47,29 +50,33 @@ void addWater(Show& show) {
   show.add(
       "deep", start, 16, ground,
       Bitmap{.texture = "sky_water", .at = covering(1.25, swing(41, -0.12, 0.12), swing(29, -0.08, 0.08))});
-  show.part("creature alone", start, 0.5, ground + 1, {holdCreature(-1)});
 
-  addShot(show, "nothing", start, 1, above, 2, {.rain = 0, .drop = 0.02});
-  addShot(show, "rain comes", rain, 1, wide, 9, {.rain = slide(0, 0.5), .drop = 0.012});
-  addShot(show, "it is there", creature, 1, low, 1, {.rain = 0.3});
-  addShot(show, "it is near", creature + 1, 1, near, 3, {.rain = 0.3});
+  // It lies in the deep, rises and goes its way.
+  show.part("creature below", start, 2, ground + 1, {holdCreature(inTheDeep)});
+  show.part("creature rises", creature, 1, ground + 1, {holdCreature(slide(inTheDeep, 0.999))});
+  show.part("creature alone", creature + 1, 0.5, ground + 1, {holdCreature(-1)});
+
+  addShot(show, "nothing", start, 1, moonlit, 2, {.drop = 0.01, .flicker = line({{0, 0.8}, {partEnd, 0.5}})});
+  addShot(show, "rain comes", rain, 1, low, 8,
+          {.rain = slide(0, 0.4), .drop = 0.012, .flicker = slide(0.5, 0.3)});
+  addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3, .flicker = 0.2});
+  addShot(show, "it is near", creature + 1, 1, glide, 3, {.rain = 0.3});
   addShot(show, "tune", tune, 2, follow, 0, {.rain = 0.4});
   addShot(show, "ripples", ripples, 1, above, 7, {.rain = 0.8, .drop = 0.02});
   addShot(show, "through the rain", ripples + 1, 1, low, 9, {.rain = 0.6});
   addShot(show, "tune again", again, 1, wide, 2, {.rain = 0.5});
-  addShot(show, "face", again + 1, 1, near, 10, {.rain = 0.4});
+  addShot(show, "face", again + 1, 1, face, 5, {.rain = 0.4});
   addShot(show, "ray from above", ray, 2, wide, 5,
           {.ray = line({{0, 0}, {1, 0.5}, {partEnd, 0.85}}),
            .motes = line({{0, 0}, {2, 220}, {partEnd, 260}}),
            .rain = 0.4,
-           .flicker = line({{0, 0.2}, {partEnd, 1.2}})});
-  addShot(show, "flood", flood, 1, follow, 4,
-          {.ray = 0.9, .motes = 280, .rain = slide(1, 2.4), .drop = 0.02, .flicker = 2});
-  addShot(show, "flood below", flood + 1, 1, low, 12,
-          {.ray = 0.9, .motes = 280, .rain = 2.4, .drop = 0.022, .flicker = 2});
-  addShot(show, "ebb", ebb, 2, wide, 10,
-          {.ray = slide(0.9, 0.6), .motes = 200, .rain = slide(1, 0.2), .flicker = 0.8});
-  show.part("it turns away", ebb, 2, ground + 1, {holdCreature(line({{0, 0.1}, {partEnd, 0.5}}))});
+           .flicker = line({{0, 0}, {partEnd, 0.4}})});
+  addShot(show, "flood", flood, 1, under, 4,
+          {.ray = 0.9, .motes = 280, .rain = slide(1, 2.4), .drop = 0.02, .flicker = 0.4});
+  addShot(show, "flood below", flood + 1, 1, low, 3,
+          {.ray = 0.9, .motes = 280, .rain = 2.4, .drop = 0.022, .flicker = 0.4});
+  addShot(show, "ebb", ebb, 2, wide, 7,
+          {.ray = slide(0.9, 0.6), .motes = 200, .rain = slide(1, 0.2), .flicker = 0.2});
 
   // Mist between and before; light that answers the tune.
   show.add("mist", start, 16, smoke,
@@ -77,11 +84,27 @@ void addWater(Show& show) {
                   .at = centred(swing(31, -0.35, 0.35), 0.35, 2.0, 2.6),
                   .alpha = swing(19, 0.25, 0.5),
                   .blend = Blend::add});
-  show.add("light above", ray, dissolve - ray, backdrop,
+  // What the ray gives off: shafts about its head, a bloom that fills the air and grows into white.
+  show.add("shafts", ray, dissolve - ray, smoke,
            Bitmap{.texture = "rays_teal",
-                  .at = centred(swing(13, -0.1, 0.1), -0.9, 3.2),
-                  .alpha = fade(4, 2, 0.7),
+                  .at = centred(-0.02, -0.95, swing(9, 3.4, 3.8)),
+                  .alpha = fade(4, 2, 0.85),
+                  .blend = Blend::add},
+           Bitmap{.texture = "rays_teal",
+                  .at = centred(0.02, -0.9, swing(7, 2.0, 2.3), 0.9),
+                  .alpha = fade(6, 2, 0.6),
                   .blend = Blend::add});
+  show.add("bloom", ray, dissolve - ray, smoke,
+           Bitmap{.texture = "haze_teal",
+                  .at = centred(0, -0.5, 3.2, 0.9),
+                  .alpha = fade(6, 2, 0.9),
+                  .blend = Blend::add});
+  show.add("white creeps in", flood, dissolve + 1 - flood, smoke,
+           Bitmap{.texture = "haze_teal",
+                  .at = centred(0, -0.2, slide(2.4, 5.2), 1.5),
+                  .alpha = slide(0.1, 0.9),
+                  .blend = Blend::add},
+           Fade{0.62, 0.94, 0.92, slide(0, 0.16)});
   const double strokes[] = {start + 0.5, rain,    creature,    creature + 1, tune,
                             tune + 1,    ripples, ripples + 1, again,        again + 1,
                             ray,         ray + 1, flood,       flood + 1,    ebb};

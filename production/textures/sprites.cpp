@@ -43,6 +43,12 @@ float spark(float x, float y, float r) {
   return std::exp(-r * r * 26 / torn) + 0.2f * std::exp(-r * 7);
 }
 
+// A drop that falls past the lens: a thread of light that thins upwards.
+float drop(float x, float y, float) {
+  const float along = clamp01(1 - y * y / 0.72f), head = smoothStep(-0.9f, 0.7f, y);
+  return along * (0.62f * std::exp(-x * x * 2600) + 0.16f * std::exp(-x * x * 240)) * (0.25f + 0.75f * head);
+}
+
 // A puff of smoke, white: scenes give it its colour, or let it darken.
 Canvas puff(const Settings& settings, int number) {
   const int side = settings.side(128);
@@ -67,7 +73,7 @@ Products spritePictures() {
                    [&ramp, light](const Settings& settings) { return sprite(settings, 128, ramp, light); });
   };
   Products products{add("flare_normal", boneRamp, soft), add("flare_shine", emberRamp, star),
-                    add("flare_particle", emberRamp, spark), add("flare_highpass", tealRamp, soft)};
+                    add("flare_particle", emberRamp, spark), add("flare_highpass", tealRamp, drop)};
   for (int number = 1; number <= 4; ++number)
     products.push_back(picture("flare_smoke" + std::to_string(number), PictureKind::bmp, "sprites", 0.2f,
                                [number](const Settings& settings) { return puff(settings, number); }));

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+
+#include "production/geometry/bake.h"
+#include "production/image/environment.h"
+#include "production/models/stage.h"
+#include "production/product.h"
+
+// The sea of the water world in pieces. The water lies at y = 0, its bed, which nobody sees through, below;
+// the moon stands behind, towards -z.
+
+namespace vex::water {
+
+inline constexpr float loopSeconds = 15, lightSeconds = 10;
+inline constexpr float bedHeight = -6;
+inline constexpr float skyRadius = 2450;
+
+// The place of the one light that falls on what is not painted with its own: behind the cameras, far up. A
+// surface shows as much of its picture as it faces this light.
+inline const Vector lampPlace(-300, 1500, 900);
+
+// --- What lives in it: a serpent whose neck, back and tail rise out of the water, modelled looking towards
+// +z; not mapped. It turns about a point above it: as long as that point is farther up than the farthest
+// of the body less 100, the water lies still round it.
+
+enum BeingPart { hide, membrane, spine, eyeBall, tooth, maw };
+inline const Vector beingPivot(0, 188, -20);
+Surface being();
+Colour4 beingColour(const BakePoint& p);
+
+// --- Stacks, needles and an arch.
+
+Surface rocks();
+Colour4 rockColour(const BakePoint& p);
+
+// --- Sky and bed meet in one haze at the horizon.
+
+Surface skyDome();
+Surface seaBed();
+Canvas skyPicture(const Settings& settings);
+Canvas bedPicture(const Settings& settings);
+// Haze, moon and clouds towards a direction, without the lamp.
+Colour4 skyColour(const Vector& direction);
+
+// --- Pictures of light. All add; what lies at their borders is black.
+
+Canvas surfacePicture(const Settings& settings);  // shifted by whole widths where waves are steep
+Canvas poolPicture(const Settings& settings);     // light gathered below the surface
+Canvas rayPicture(const Settings& settings);      // black at both sides, repeats upwards
+
+}  // namespace vex::water
