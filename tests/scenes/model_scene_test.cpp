@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "assets/bolt_texture.h"
 #include "assets/texture_cache.h"
 #include "production/geometry/forms.h"
 #include "production/models/stage.h"
@@ -23,8 +24,11 @@
 #include "scenes/scene_water.h"
 #include "shell/options.h"
 #include "shell/report.h"
+#include "shell/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
+#include "tests/support/image_files.h"
+#include "tests/support/scene_builder.h"
 #include "tests/support/scene_models.h"
 #include "tests/support/temporary_folder.h"
 
@@ -80,6 +84,90 @@ TEST_F(Construction, EndsWithTheCounts) {
   const std::size_t end = log.find("destroying scene SceneLayerRotCubes\n");
   EXPECT_NE(counts, std::string::npos) << log;
   EXPECT_LT(counts, end);
+}
+
+// A scene before it is drawn, and an object that its functions leave to its track.
+struct Witnessed {
+  Scene* (*construct)();
+  const char* witness;
+};
+
+template <const auto& description>
+Scene* constructPrepared() {
+  Scene* scene = constructModelScene(description);
+  scene->prepare(false);
+  return scene;
+}
+
+constexpr Witnessed witnessed[] = {
+    {constructPrepared<sceneIntroBox>, "box"},         {constructPrepared<sceneWater>, "Dummy04"},
+    {constructPrepared<sceneFetus>, "wall"},           {constructPrepared<sceneAlien>, "Beast"},
+    {constructPrepared<sceneSkull>, "target"},         {constructPrepared<sceneHell>, "Sprayer01"},
+    {constructPrepared<sceneLayerWide>, "b"},          {constructPrepared<sceneLayerRotCubes>, "b"},
+    {constructPrepared<sceneLayerWobbel>, "b"},        {constructPrepared<sceneLayerRays>, "other"},
+    {constructPrepared<sceneLayerParticles>, "Omni01"}};
+
+// Rendering moves the witness to the time that it is given; functions that only set something do not.
+TEST_F(Construction, FunctionsThatDrawRenderTheirSceneAtTheirTime) {
+  writeSceneModels();
+  addPlainTextures({"other", "data\\flare_normal", "data\\flare_shine", "data\\flare_highpass",
+                    "data\\flare_particle", "data\\fetus_skin"});
+  for (const char* kind : {"smoke", "fire"})
+    for (int i = 1; i <= 4; ++i)
+      addPlainTextures({("data\\flare_" + std::string(kind) + std::to_string(i)).c_str()});
+  for (int i = 1; i <= 7; ++i) addPlainTextures({("data\\Light" + std::to_string(i)).c_str()});
+  writeFile("data/spark.bmp", bmpBytes(boltSide, boltSide, plain({0, 0, 0})));
+  setWindowSize(glTestWidth, glTestHeight);
+  for (const auto& [construct, name] : witnessed) {
+    Scene* scene = construct();
+    SCOPED_TRACE(scene->name);
+    Object3D& witness = *scene->find(name);
+    witness.tracks.reset();
+    addTrack(witness);
+    witness.setAnimParams(30, false);  // 1 along x in a second
+    witness.fixedTime = -1;
+    const std::span<const FunctionRow> rows = findSceneTable(sceneTables(), scene->name)->functions;
+    for (const FunctionRow& row : rows) {
+      SCOPED_TRACE(row.name);
+      std::vector<Argument> arguments;
+      for (const FunctionParameter& parameter : row.parameters) {
+        using enum ArgumentKind;
+        if (parameter.kind == number || parameter.kind == wholeNumber)
+          arguments.emplace_back(0.5);
+        else
+          arguments.emplace_back(parameter.kind == textureName ? "other" : scene->meshes[0]->name);
+      }
+      // Lights carry their place themselves.
+      float& x = witness.kind == ObjectKind::light ? witness.position.x : witness.worldPosition.x;
+      const float atRest = witness.kind == ObjectKind::light ? 0 : witness.position.x;
+      x = atRest + 1;
+      callFunction(rows, *scene, row.name, 4, arguments);
+      EXPECT_NEAR(x - atRest, row.role == FunctionRole::draws ? 4 : 1, 1e-4);
+    }
+    scene->destroy(scene);
+  }
+  destroyTextures();
+}
+
+// Set-up switches lights on and off and remakes meshes before they are listed and counted.
+TEST_F(Construction, ListsAndCountsWhatSetUpLeft) {
+  writeSceneModels();
+  Scene* const wobbel = constructModelScene(sceneLayerWobbel);
+  EXPECT_FALSE(wobbel->hasActiveLights());
+  Scene* const box = constructModelScene(sceneIntroBox);
+  EXPECT_EQ(box->activeLights[0], 0);
+  EXPECT_EQ(box->activeLights[1], -1);
+  const ChildResult water = runInChild([] {
+    options.showStats = true;
+    constructModelScene(sceneWater);
+  });
+  EXPECT_EQ(water.exitCode, 0);
+  // Seven squares and 51 x 51 points.
+  EXPECT_NE(readFile("Demo.log").find("8 meshes 5 lights " + std::to_string(7 * 4 + 51 * 51) + " verts"),
+            std::string::npos)
+      << readFile("Demo.log");
+  for (Scene* scene : {wobbel, box}) scene->destroy(scene);
+  destroyTextures();
 }
 
 // The order of start-up.

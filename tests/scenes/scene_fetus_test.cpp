@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "assets/texture_cache.h"
 #include "effects/vol_light.h"
@@ -26,9 +27,10 @@ class Fetus : public GlTest {
     light("VolumLight").coneAngle = 33;
     light("AlarmLight").active = false;
     light("WaterParticle").glow = true;
+    mesh("bottle").opacity = 0.5f;
     sceneFetus.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
-    scene.viewers[0]->alpha = 0;  // nothing is drawn
+    for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
     randomState = 1;
   }
   void TearDown() override {
@@ -164,9 +166,12 @@ TEST_F(Fetus, ParticleSystemsAreSetUp) {
                   {"spread", system.velocitySpread, row.spread},
                   {"place", system.positionSpread, row.place},
                   {"velocity", system.velocity.y, row.velocity},
+                  {"velocity sideways", system.velocity.length(), std::abs(row.velocity)},
                   {"life", system.life, row.life},
                   {"gravity", system.gravity.y, row.gravity},
+                  {"gravity sideways", system.gravity.length(), std::abs(row.gravity)},
                   {"offset", system.offset.z, row.offset},
+                  {"offset sideways", system.offset.length(), row.offset},
                   {"fade", system.fadeIn, row.fadeIn},
                   {"alpha", system.maxAlpha, row.alpha},
                   {"least spin", system.spinMin, row.spinMin},
@@ -181,7 +186,8 @@ TEST_F(Fetus, ParticleSystemsAreSetUp) {
 }
 
 TEST_F(Fetus, TheHandsLightFlickersWithTheSpray) {
-  call("animate", {0});  // draws 41
+  call("animate", {1.5});  // draws 41
+  EXPECT_EQ(scene.viewerIndex, 1);
   EXPECT_EQ(light("HandLight").intensity, 0);
   call("setParticleCount", {100.7});
   EXPECT_EQ(scene.particleSystems[0]->maxCount, 100);

@@ -20,6 +20,7 @@ class Hell : public GlTest {
                       "data\\hellbottom", "data\\helltop"});
     fillScene(scene, contentsOf("hell"));
     for (Mesh* mesh : scene.meshes) mesh->shininess = mesh->shineStrength = 1;
+    for (Light* light : scene.lights) light->flareStrength = 7;
     sceneHell.setUp(scene);
   }
   void TearDown() override {
@@ -74,8 +75,9 @@ TEST_F(Hell, SpraysTwoMeshesAndTwoLights) {
 
 TEST_F(Hell, LavaFlows) {
   for (Mesh* mesh : scene.meshes) mesh->buildArrays();
-  scene.viewers[0]->alpha = 0;
-  callFunction(sceneHell.functions, scene, "animate", 2, {0});
+  for (Viewer* viewer : scene.viewers) viewer->alpha = 0;
+  callFunction(sceneHell.functions, scene, "animate", 2, {1.9});
+  EXPECT_EQ(scene.viewerIndex, 1);
   const Mesh& lava = *scene.meshes[0];
   for (int k = 0; k < 4; ++k) {
     const Vertex& vertex = lava.vertices[static_cast<std::size_t>(k)];

@@ -18,9 +18,10 @@ class IntroBox : public ::testing::Test {
   void SetUp() override {
     beginScene(scene, sceneIntroBox.name, sceneIntroBox.functions);
     fillScene(scene, contentsOf("intro_box"));
+    for (Light* light : scene.lights) light->colour = {0.9f, 0.8f, 0.7f};
     sceneIntroBox.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
-    scene.viewers[0]->alpha = 0;  // nothing is drawn
+    for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
     demoClock = {};
     demoClock.time = 5;
     demoClock.previousTime = 4.75f;
@@ -52,7 +53,7 @@ TEST_F(IntroBox, LightsAreSetUp) {
     const char* texture;
     bool active;
   } rows[] = {
-      {0, 0, 1, 1, 1, 1, "data\\flare_normal", true},
+      {0, 0, 1, 0.9, 0.8, 0.7, "data\\flare_normal", true},
       {1, 15, 0, 0, 1, 0.4, "data\\flare_smoke2", false},
       {4, 15, 0, 0, 1, 0.4, "data\\flare_smoke1", false},
       {47, 15, 0, 0, 1, 0.4, "data\\flare_smoke4", false},
@@ -120,6 +121,7 @@ TEST_F(IntroBox, TheFountainIsSetUp) {
                 {"sideways", fountain.velocity.length(), 40},
                 {"life", fountain.life, 3},
                 {"gravity", fountain.gravity.y, 30},
+                {"gravity sideways", fountain.gravity.length(), 30},
                 {"alpha", fountain.maxAlpha, 1.3f}});
   EXPECT_EQ(fountain.parent, scene.meshes[7]);
   ASSERT_EQ(fountain.shapeCount, 3);
@@ -130,7 +132,7 @@ TEST_F(IntroBox, TheFountainIsSetUp) {
 }
 
 TEST_F(IntroBox, SmokeDrifts) {
-  scene.viewerIndex = 0;
+  scene.viewerIndex = 1;
   const Vector before = scene.lights[5]->position;
   call("animate", 2);
   const Light& smoke = *scene.lights[5];
@@ -139,6 +141,7 @@ TEST_F(IntroBox, SmokeDrifts) {
                 {"x", smoke.position.x, before.x + 0.25 * std::sin(u)},
                 {"y", smoke.position.y, before.y + 0.25 * std::cos(u)},
                 {"z", smoke.position.z, before.z}});
+  EXPECT_EQ(scene.viewerIndex, 1);  // as it was
   EXPECT_EQ(scene.lights[0]->flareSize, 0);
   EXPECT_EQ(scene.lights[49]->flareSize, 25);
 }

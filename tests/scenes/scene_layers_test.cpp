@@ -78,6 +78,7 @@ TEST_F(Layer, CubesAreCircledByCameraAndLight) {
 TEST_F(Layer, RaysSwirlOverTheCone) {
   SceneLayerRays scene;
   fillScene(scene, {.meshes = {"cone", "other"}});
+  for (Mesh* mesh : scene.meshes) mesh->diffuse = mesh->specular = {0.5f, 0.5f, 0.5f, 1};
   sceneLayerRays.setUp(scene);
   const Mesh& cone = *scene.meshes[0];
   EXPECT_FALSE(scene.viewers[0]->targetTrack);
@@ -110,6 +111,7 @@ TEST_F(Layer, ParticlesFollowTheArguments) {
   SceneLayerParticles scene;
   fillScene(scene, {.lights = {"Omni01"}});
   scene.lights[0]->glow = true;
+  scene.lights[0]->flareStrength = 3;
   sceneLayerParticles.setUp(scene);
   const Light& flare = *scene.lights[0];
   expectValues({{"intensity", flare.intensity, 0},

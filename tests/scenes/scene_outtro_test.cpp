@@ -152,6 +152,14 @@ TEST_F(Outtro, ScrollerRidesOnItsWave) {
   }
 }
 
+TEST_F(Outtro, ScrollerIsNeverSmallerThanTheScreen) {
+  loadText("A");
+  for (const double zoom : {-1.0, -1.5, -3.0}) {
+    const auto quads = quadsOf("drawScroller", 0, {0, zoom, 0, 0, 1, 0, 0});
+    EXPECT_NEAR(quads[0][1].x - quads[0][0].x, 0.1, 2e-5) << zoom;
+  }
+}
+
 TEST_F(Outtro, ScrollerNeedsFontAndText) {
   const auto scroll = [&] { call("drawScroller", 0, {0, 0, 0, 0, 1, 0, 0}); };
   EXPECT_EQ(fatalText(scroll), "Calling drawScroller w/o font or text!");
@@ -216,6 +224,7 @@ TEST_F(Outtro, CopperBarsAreLimited) {
 
 TEST_F(Outtro, FlatEffectsSetTheirStateAndWriteNoDepth) {
   loadText("A");
+  EXPECT_FALSE(textureEntry(getTexture("font", false)).wrap);
   struct Case {
     const char* function;
     std::vector<Argument> arguments;
@@ -227,11 +236,15 @@ TEST_F(Outtro, FlatEffectsSetTheirStateAndWriteNoDepth) {
     for (const GLenum state : {GL_CULL_FACE, GL_LIGHTING, GL_ALPHA_TEST, GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T})
       glEnable(state);
     glAlphaFunc(GL_NEVER, 0);
+    glBlendFunc(GL_ONE, GL_ONE);
+    glDepthFunc(GL_ALWAYS);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     scene->scrollPos = 0;
     call(function, 0, arguments);
     for (const GLenum state : {GL_CULL_FACE, GL_LIGHTING, GL_ALPHA_TEST, GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T})
       EXPECT_FALSE(glFlag(state));
+    EXPECT_EQ(glBlendFactors(), (BlendFactors{GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA}));
+    EXPECT_EQ(glInteger(GL_DEPTH_FUNC), GL_ALWAYS);                  // as it was
     EXPECT_GT(readPixel(glTestWidth / 2, glTestHeight / 2)[0], 40);  // not the black there was
     float depth = 0;
     glReadPixels(glTestWidth / 2, glTestHeight / 2, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, &depth);
@@ -359,13 +372,13 @@ TEST_F(Outtro, NearerBallsHideFartherOnes) {
 TEST_F(Outtro, StarsWrapInDepth) {
   scene->stars = {{250, 250, 0}, {260, 250, 495}, {0, 100, 250}};
   glEnable(GL_TEXTURE_2D);
-  glEnable(GL_STENCIL_TEST);
+  for (const GLenum state : {GL_STENCIL_TEST, GL_ALPHA_TEST, GL_LIGHTING}) glEnable(state);
   // A quarter of a second: offsets 10, -20, -25.
   std::vector<FeedbackPrimitive> points = captureFeedback([&] { call("drawStars", 0, {0.08, -0.16, -0.2}); });
   expectValues(
       {{"x", scene->starOffset.x, 10}, {"y", scene->starOffset.y, -20}, {"z", scene->starOffset.z, -25}});
   EXPECT_TRUE(glFlag(GL_TEXTURE_2D));
-  EXPECT_FALSE(glFlag(GL_STENCIL_TEST));
+  for (const GLenum state : {GL_STENCIL_TEST, GL_ALPHA_TEST, GL_LIGHTING}) EXPECT_FALSE(glFlag(state));
   EXPECT_EQ(glInteger(GL_MATRIX_MODE), GL_PROJECTION);
   EXPECT_EQ(glInteger(GL_DEPTH_FUNC), GL_LESS);
   EXPECT_TRUE(glFlag(GL_DEPTH_WRITEMASK));

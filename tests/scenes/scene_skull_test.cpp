@@ -41,6 +41,10 @@ class Skull : public GlTest {
 
     beginScene(scene, sceneSkull.name, sceneSkull.functions);
     fillScene(scene, contentsOf("skull"));
+    for (Light* light : scene.lights) {
+      light->intensity = 3;
+      light->colour = {0.9f, 0.8f, 0.7f};
+    }
     for (Mesh* mesh : scene.meshes) mesh->envMap = true;
     sceneSkull.setUp(scene);
     for (int i = 0; i < 21; ++i)
@@ -49,7 +53,7 @@ class Skull : public GlTest {
       mesh->envMap = false;
       mesh->buildArrays();
     }
-    scene.viewers[0]->alpha = 0;  // nothing is drawn
+    for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
     demoClock.time = 5;
     randomState = 1;
   }
@@ -82,14 +86,14 @@ TEST_F(Skull, LightsAreSetUp) {
     const char* texture;
     bool active, glow;
   } rows[] = {
-      {0, 25, 1, 1, 1, 1, 1, "data\\flare_normal", true, true},
-      {2, 0, 1, 1, 1, 1, 1, "data\\flare_normal", true, true},
-      {3, 40, -0.4, 1, 1, 1, 1, "data\\flare_smoke4", false, false},
-      {4, 40, -0.4, 1, 1, 1, 1, "data\\flare_smoke1", false, false},
-      {7, 0, 1, 1, 1, 1, 0, "data\\flare_normal", true, true},
-      {8, 15, 0.4, 1, 0.5 + 0.5 * std::sin(8.0), 0.2, 1, "data\\flare_fire1", false, false},
-      {9, 15, 0.4, 1, 0.5 + 0.5 * std::sin(9.0), 0.2, 1, "data\\flare_fire2", false, false},
-      {11, 15, 0.4, 1, 0.5 + 0.5 * std::sin(11.0), 0.2, 1, "data\\flare_fire4", false, false},
+      {0, 25, 1, 0.9, 0.8, 0.7, 3, "data\\flare_normal", true, true},
+      {2, 0, 1, 0.9, 0.8, 0.7, 1, "data\\flare_normal", true, true},
+      {3, 40, -0.4, 1, 1, 1, 3, "data\\flare_smoke4", false, false},
+      {4, 40, -0.4, 1, 1, 1, 3, "data\\flare_smoke1", false, false},
+      {7, 0, 1, 0.9, 0.8, 0.7, 0, "data\\flare_normal", true, true},
+      {8, 15, 0.4, 1, 0.5 + 0.5 * std::sin(8.0), 0.2, 3, "data\\flare_fire1", false, false},
+      {9, 15, 0.4, 1, 0.5 + 0.5 * std::sin(9.0), 0.2, 3, "data\\flare_fire2", false, false},
+      {11, 15, 0.4, 1, 0.5 + 0.5 * std::sin(11.0), 0.2, 3, "data\\flare_fire4", false, false},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.index);
@@ -146,8 +150,10 @@ TEST_F(Skull, CrowsCarryFireAndSmoke) {
                   {"velocity", system.velocity.y, fire ? 80 : 50},
                   {"sideways", system.velocity.length(), fire ? 80 : 50},
                   {"gravity", system.gravity.y, fire ? 100 : 50},
+                  {"gravity sideways", system.gravity.length(), fire ? 100 : 50},
                   {"alpha", system.maxAlpha, 1.3f},
-                  {"offset", system.offset.y, fire ? 0 : 20}});
+                  {"offset", system.offset.y, fire ? 0 : 20},
+                  {"offset sideways", system.offset.length(), fire ? 0 : 20}});
   }
   EXPECT_FALSE(scene.particleSystems[6]);
 
@@ -171,7 +177,7 @@ TEST_F(Skull, SettersReachTheirObjects) {
                 {"red", light("side").colour.r, 0.1},
                 {"green", light("side").colour.g, 0.2},
                 {"blue", light("side").colour.b, 0.3},
-                {"not the first's red", light("key").colour.r, 1}});
+                {"not the first's red", light("key").colour.r, 0.9}});
   call("setLaserOpacity", 0, {0.25, 0.75});
   expectValues({{"laser 1", mesh("laser01").opacity, 0.25}, {"laser 2", mesh("laser02").opacity, 0.75}});
   call("setSparkRate", 0, {0.257});
@@ -184,7 +190,8 @@ TEST_F(Skull, SettersReachTheirObjects) {
 TEST_F(Skull, LightningFlashesByTheGenerator) {
   call("setSparkRate", 0, {0.5});
   Draws draws{1};
-  call("animate", 1, {0});
+  call("animate", 1, {1.2});
+  EXPECT_EQ(scene.viewerIndex, 1);
   for (int i = 0; i < 6; ++i) {
     EXPECT_EQ(scene.meshes[10 + i]->hidden(), !(draws.next() % 100 < 50)) << i;
   }

@@ -25,7 +25,8 @@ class Water : public ::testing::Test {
     beginScene(scene, sceneWater.name, sceneWater.functions);
     fillScene(scene, contentsOf("water_alien"));
     mesh("water").envMap = true;
-    for (Light* light : scene.lights) light->intensity = 3;
+    for (Light* light : scene.lights) light->intensity = light->flareStrength = 3;
+    for (Mesh* mesh : scene.meshes) mesh->diffuse = mesh->specular = {0.5f, 0.5f, 0.5f, 1};
     sceneWater.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
     mesh("RayBlue").tracks.reset();
@@ -78,7 +79,9 @@ TEST_F(Water, MeshesAreSetUp) {
     }
     expectValues({{"red", mesh->ambient.r, ray ? 1 : 0},
                   {"green", mesh->ambient.g, ray ? 1 : 0},
-                  {"blue", mesh->ambient.b, ray ? 1 : 0}});
+                  {"blue", mesh->ambient.b, ray ? 1 : 0},
+                  {"diffuse", mesh->diffuse.g, ray ? 1 : 0.5},
+                  {"specular", mesh->specular.g, ray ? 1 : 0.5}});
   }
   const struct {
     int index;
@@ -137,8 +140,10 @@ TEST_F(Water, ParticleSystemsAreSetUp) {
                   {"spread", falling.velocitySpread, 10},
                   {"place", falling.positionSpread, 250},
                   {"velocity", falling.velocity.y, -150},
+                  {"velocity sideways", falling.velocity.length(), 150},
                   {"life", falling.life, 5},
                   {"gravity", falling.gravity.y, -20},
+                  {"gravity sideways", falling.gravity.length(), 20},
                   {"alpha", falling.maxAlpha, 2}});
     EXPECT_EQ(falling.parent, scene.meshes[4 + i]);
     ASSERT_EQ(falling.shapeCount, 2);
@@ -151,10 +156,12 @@ TEST_F(Water, ParticleSystemsAreSetUp) {
                 {"spread", ray.velocitySpread, 0},
                 {"place", ray.positionSpread, 25},
                 {"velocity", ray.velocity.y, -200},
+                {"velocity sideways", ray.velocity.length(), 200},
                 {"life", ray.life, 3},
                 {"gravity", ray.gravity.length(), 0},
                 {"alpha", ray.maxAlpha, 2.5},
-                {"offset", ray.offset.y, 350}});
+                {"offset", ray.offset.y, 350},
+                {"offset sideways", ray.offset.length(), 350}});
   EXPECT_EQ(ray.parent, scene.meshes[3]);
   ASSERT_EQ(ray.shapeCount, 1);
   EXPECT_EQ(ray.shapes[0], scene.lights[4]);

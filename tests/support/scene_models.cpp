@@ -20,7 +20,8 @@ struct SceneModel {
 ModelContents introBox() {
   ModelContents model{
       .meshes = {"box", "lock", "top", "VexLayer01", "VEXLAYER02", "VexLayer03", "VexLayer04", "dummy01"},
-      .lights = {"Omni01"}};
+      .lights = {"Omni01"},
+      .viewers = 2};
   for (int i = 2; i <= 49; ++i) model.lights.push_back((i < 10 ? "Omni0" : "omni") + std::to_string(i));
   for (const char* name : {"BlueParticle", "GreenParticle", "WhiteParticle"}) model.lights.emplace_back(name);
   return model;
@@ -39,17 +40,20 @@ const std::vector<SceneModel>& sceneModels() {
                    "WhiteBox", "eye01", "eye02", "bottle", "glassParticle01", "glassParticle02",
                    "glassParticle03", "HandSprayer", "cigash", "wall"},
         .lights = {"VolumLight", "HandLight", "AlarmLight", "WaterParticle", "smokeParticle01",
-                   "smokeParticle02", "smokeParticle03", "smokeParticle04", "Omni"}}},
+                   "smokeParticle02", "smokeParticle03", "smokeParticle04", "Omni"},
+        .viewers = 2}},
       {"monster", {.meshes = {"Beast", "sphere01", "Sphere02"}, .lights = {"a", "b"}, .viewers = 2}},
       {"skull",
        {.meshes = {"rock",    "spear01", "spear02", "spear03", "spear04",  "spear05",  "spear06",
                    "Crow01",  "Crow02",  "Crow03",  "spark01", "spark02",  "spark03",  "spark04",
                    "spark05", "spark06", "laser01", "laser02", "clouds01", "clouds02", "target"},
         .lights = {"Key", "Fill", "Side", "Smoke01", "smoke02", "smoke03", "smoke04", "SparkLight", "fire01",
-                   "Fire02", "fire03", "fire04"}}},
+                   "Fire02", "fire03", "fire04"},
+        .viewers = 2}},
       {"hell",
        {.meshes = {"Lava", "Sphere", "part01", "part02", "Sprayer01"},
-        .lights = {"Omni", "part03", "part04"}}},
+        .lights = {"Omni", "part03", "part04"},
+        .viewers = 2}},
       {"layer_particles", {.lights = {"Omni01"}}},
       {"layer_wide", {.meshes = {"a", "b"}, .lights = {"x"}}},
       {"layer_rot_cubes", {.meshes = {"a", "b"}, .lights = {"x", "y"}}},
