@@ -260,6 +260,13 @@ TEST_F(Helper, TheLogoGlitchesTitleThenEnding) {
   }
 }
 
+TEST_F(Helper, LogosHaveAThousandLayersAtMost) {
+  EXPECT_EQ(fatalText([] {
+              Call{"drawVexLogo", "data\\end_ed01", {0, 0, 1, 0, 1, 1001, 1, 1}}.run();
+            }),
+            "logo data\\end_ed01 has 1001 layers, at most 1000 are possible");
+}
+
 TEST_F(Helper, MoviesChooseTheirFrame) {
   for (int i = 1; i <= 10; ++i) {
     writeFile("m" + std::to_string(i) + ".jpg", jpegBytes(8, 8, plain({i * 20, i * 20, i * 20})));
