@@ -4,6 +4,7 @@
 #include <cmath>
 #include <map>
 
+#include "production/geometry/index.h"
 #include "production/image/filter.h"
 
 namespace vex {
@@ -12,10 +13,6 @@ namespace {
 
 constexpr float pi = 3.14159265f;
 constexpr int bleed = 4;
-
-std::size_t at(int index) {
-  return static_cast<std::size_t>(index);
-}
 
 std::uint32_t scramble(std::uint32_t h) {
   h = (h ^ (h >> 16)) * 0x7feb352du;

@@ -3,14 +3,11 @@
 #include <limits>
 
 #include "production/geometry/forms.h"
+#include "production/geometry/index.h"
 
 namespace vex {
 
 namespace {
-
-std::size_t at(int index) {
-  return static_cast<std::size_t>(index);
-}
 
 float turnOf(const PlanePoint& a, const PlanePoint& b, const PlanePoint& c) {
   return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "production/geometry/index.h"
 #include "production/geometry/mapping.h"
 
 namespace vex {
@@ -10,10 +11,6 @@ namespace vex {
 namespace {
 
 constexpr float pi = 3.14159265f;
-
-std::size_t at(int index) {
-  return static_cast<std::size_t>(index);
-}
 
 float ratio(int i, int n) {
   return static_cast<float>(i) / static_cast<float>(n);

@@ -5,13 +5,11 @@
 #include <cmath>
 #include <map>
 
+#include "production/geometry/index.h"
+
 namespace vex {
 
 namespace {
-
-std::size_t at(int index) {
-  return static_cast<std::size_t>(index);
-}
 
 // --- The table of marching cubes, worked out instead of written down. Corner c of a cube lies at
 // (c & 1, c >> 1 & 1, c >> 2 & 1). An edge is (axis, its lower corner) as axis * 8 + corner.

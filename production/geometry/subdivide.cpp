@@ -3,15 +3,12 @@
 #include <map>
 #include <set>
 
+#include "production/geometry/index.h"
 #include "production/geometry/surface.h"
 
 namespace vex {
 
 namespace {
-
-std::size_t at(int index) {
-  return static_cast<std::size_t>(index);
-}
 
 using EdgeKey = std::pair<int, int>;
 

@@ -5,13 +5,11 @@
 #include <numeric>
 #include <unordered_map>
 
+#include "production/geometry/index.h"
+
 namespace vex {
 
 namespace {
-
-std::size_t at(int index) {
-  return static_cast<std::size_t>(index);
-}
 
 int sizeOf(const Surface& surface) {
   return static_cast<int>(surface.points.size());
