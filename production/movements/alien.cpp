@@ -25,13 +25,7 @@ void addStreak(Show& show, const char* name, double bar, double bars, double y, 
 
 // Breath before the lens, brighter on beats.
 void addBreath(Show& show, const char* name, double bar, double bars, const Curve& alpha) {
-  show.add(name, bar, bars, smoke,
-           Waves{.texture = "smoke_violet",
-                 .at = covering(1.4),
-                 .speed = 1.8,
-                 .amplitude = 0.05,
-                 .alpha = alpha,
-                 .blend = Blend::add});
+  show.add(name, bar, bars, smoke, smokeBefore("smoke_violet", 1.4, 1.8, alpha));
 }
 
 // Down the hangar to what stands at its end; the stab throws us before its face.

@@ -24,13 +24,7 @@ void addFire(Show& show, const char* name, double bar, double bars, double x, do
 }
 
 void addHeat(Show& show, const char* name, double bar, double bars, const Curve& alpha) {
-  show.add(name, bar, bars, smoke,
-           Waves{.texture = "smoke_ember",
-                 .at = covering(1.35),
-                 .speed = 1.7,
-                 .amplitude = 0.05,
-                 .alpha = alpha,
-                 .blend = Blend::add});
+  show.add(name, bar, bars, smoke, smokeBefore("smoke_ember", 1.35, 1.7, alpha));
 }
 
 // Ash and sparks before the lens, rising.

@@ -30,6 +30,15 @@ Logo glitching(Logo logo, const Curve& glitch, int layers, const Curve& scale) {
   return logo;
 }
 
+Waves smokeBefore(const char* texture, double reach, double speed, const Curve& alpha) {
+  return {.texture = texture,
+          .at = covering(reach),
+          .speed = speed,
+          .amplitude = 0.05,
+          .alpha = alpha,
+          .blend = Blend::add};
+}
+
 Tiles roseWall(const char* texture, const Curve& height) {
   return {.texture = texture, .at = centred(0, 0, height * 3), .across = 3, .down = 3};
 }

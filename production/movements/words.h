@@ -45,6 +45,9 @@ inline constexpr Ending ed{"end_ed01", 0.5}, ing{"end_ing01", 0.43}, ation{"end_
 screen::Logo vex(const Ending& ending, const Curve& size, double x = 0, double y = 0);
 screen::Logo glitching(screen::Logo logo, const Curve& glitch, int layers, const Curve& scale);
 
+// Smoke before the lens, reaching `reach` times as far as the screen.
+screen::Waves smokeBefore(const char* texture, double reach, double speed, const Curve& alpha);
+
 // Three by three rose windows, the middle one about the middle of the screen, `height` high.
 screen::Tiles roseWall(const char* texture, const Curve& height);
 
