@@ -2,27 +2,20 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdarg>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <span>
 #include <string_view>
 
 #include "assets/model_loader.h"
 #include "shell/files.h"
+#include "shell/report.h"
 
 namespace vex {
 
 namespace {
 
 ModelInfo* collecting = nullptr;
-
-bool fileExists(const std::string& name) {
-  const int handle = fileOpen(name.c_str(), "rb");
-  if (handle >= 0) fileClose(handle);
-  return handle >= 0;
-}
 
 int nameTexture(const char* name, bool) {
   std::vector<std::string>& names = collecting->textures;
@@ -33,17 +26,8 @@ int nameTexture(const char* name, bool) {
   return static_cast<int>(names.size()) - 1;
 }
 
-[[gnu::format(printf, 1, 2)]] std::string print(const char* format, ...) {
-  char text[512];
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
-  va_end(arguments);
-  return text;
-}
-
 std::string json(float value) {
-  return std::isfinite(value) ? print("%.9g", static_cast<double>(value)) : "null";
+  return std::isfinite(value) ? formatted("%.9g", static_cast<double>(value)) : "null";
 }
 
 std::string json(std::uint32_t value) {
@@ -62,7 +46,7 @@ std::string json(std::string_view text) {
       result += '\\';
       result += c;
     } else if (static_cast<signed char>(c) < ' ' || c == '\x7f') {
-      result += print("\\u%04x", static_cast<unsigned char>(c));
+      result += formatted("\\u%04x", static_cast<unsigned char>(c));
     } else {
       result += c;
     }
@@ -249,19 +233,19 @@ std::string describeTracks(const Object3D& object) {
   std::string text;
   for (const TrackType type : typesInOrder) {
     if (const Animation* track = object.track(type)) {
-      text += print(", %s track of %d keys", typeName(type), track->count);
+      text += formatted(", %s track of %d keys", typeName(type), track->count);
     }
   }
   return text;
 }
 
 std::string describeParent(const Object3D& object) {
-  return object.parent ? print(", child of %s", object.parent->name) : "";
+  return object.parent ? formatted(", child of %s", object.parent->name) : "";
 }
 
 std::string describePlace(const Vector& v) {
   // Without the sign of a zero.
-  return print("at %g %g %g", v.x + 0.0, v.y + 0.0, v.z + 0.0);
+  return formatted("at %g %g %g", v.x + 0.0, v.y + 0.0, v.z + 0.0);
 }
 
 }  // namespace
@@ -294,30 +278,30 @@ std::string modelAsJson(const ModelInfo& info, Scene& scene, const JsonContent& 
 
 std::string modelAsText(const ModelInfo& info, Scene& scene) {
   const SceneCounts counts = scene.getCounts();
-  std::string text = print("%s: %ld meshes, %ld lights, %d cameras, %ld vertices, %ld faces\n",
-                           info.compiled ? "compiled model" : "model text", counts.meshes, counts.lights,
-                           scene.viewers.count(), counts.vertices, counts.faces);
+  std::string text = formatted("%s: %ld meshes, %ld lights, %d cameras, %ld vertices, %ld faces\n",
+                               info.compiled ? "compiled model" : "model text", counts.meshes, counts.lights,
+                               scene.viewers.count(), counts.vertices, counts.faces);
   for (const Mesh* mesh : scene.meshes) {
-    text += print("%-6s %s: %zu vertices, %zu faces, ", mesh->hidden() ? "helper" : "mesh", mesh->name,
-                  mesh->vertices.size(), mesh->faces.size());
+    text += formatted("%-6s %s: %zu vertices, %zu faces, ", mesh->hidden() ? "helper" : "mesh", mesh->name,
+                      mesh->vertices.size(), mesh->faces.size());
     text += describePlace(mesh->position) + describeParent(*mesh);
     const std::string texture = textureName(info, mesh->texture);
     if (!texture.empty()) text += ", texture " + texture;
     text += describeTracks(*mesh) + "\n";
   }
   for (const Light* light : scene.lights) {
-    text += print("light  %s: %s%s, ", light->name, light->spot ? "spot" : "omni",
-                  light->active ? "" : ", inactive");
+    text += formatted("light  %s: %s%s, ", light->name, light->spot ? "spot" : "omni",
+                      light->active ? "" : ", inactive");
     text += describePlace(light->position) + describeParent(*light) + describeTracks(*light);
-    if (light->target) text += print(", target track of %d keys", light->target->count);
+    if (light->target) text += formatted(", target track of %d keys", light->target->count);
     text += "\n";
   }
   for (const Viewer* viewer : scene.viewers) {
     text += "camera " + describePlace(viewer->position) +
-            print(", field of view %g degrees, far plane at %g", static_cast<double>(viewer->fov),
-                  static_cast<double>(viewer->farPlane));
-    if (viewer->positionTrack) text += print(", position track of %d keys", viewer->positionTrack->count);
-    if (viewer->targetTrack) text += print(", target track of %d keys", viewer->targetTrack->count);
+            formatted(", field of view %g degrees, far plane at %g", static_cast<double>(viewer->fov),
+                      static_cast<double>(viewer->farPlane));
+    if (viewer->positionTrack) text += formatted(", position track of %d keys", viewer->positionTrack->count);
+    if (viewer->targetTrack) text += formatted(", target track of %d keys", viewer->targetTrack->count);
     text += "\n";
   }
   for (const std::string& name : info.missingTextures) text += "missing texture " + name + "\n";

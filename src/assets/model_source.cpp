@@ -55,12 +55,6 @@ std::string_view compiledStamp(std::string_view stream) {
   return text.substr(0, text.find('\0'));
 }
 
-bool exists(const std::string& name) {
-  const int handle = fileOpen(name.c_str(), "rb");
-  if (handle >= 0) fileClose(handle);
-  return handle >= 0;
-}
-
 // From the first dot on, as all of a model's names have one.
 std::string_view extensionOf(std::string_view name) {
   const std::size_t dot = name.find('.');
@@ -97,7 +91,7 @@ void prepareCompiled(ModelSource& source) {
   trace("hv3 format\n");
   modelStream.bytes = std::move(source.data);
   if (!modelStream.bytes.empty()) return;
-  if (!exists(source.fileName)) fatalError("File %s not found", name);
+  if (!fileExists(source.fileName)) fatalError("File %s not found", name);
   const std::string problem = zipLoad(name, modelStream.bytes);
   if (!problem.empty()) fatalError("%s: %s", name, problem.c_str());
   if (modelStream.bytes.empty()) fatalError("%s is empty", name);
@@ -108,7 +102,7 @@ void prepareCompiled(ModelSource& source) {
 ModelSource chooseSource(const std::string& base) {
   const std::string compiled = base + ".hv3";
   const ModelSource text{base + ".ase", compiled.substr(0, compiled.find('.')) + ".hv3"};
-  if (!exists(compiled)) return text;
+  if (!fileExists(compiled)) return text;
   std::string head;
   if (!readBytes(text.fileName, 2 * modelLineSize, head)) return {compiled};
   // The stamp of a damaged file is worth nothing, and its text makes it anew.

@@ -87,12 +87,6 @@ NameSlot& findSlot(const TextureName& name) {
   }
 }
 
-bool fileExists(const char* name) {
-  const int handle = fileOpen(name, "rb");
-  if (handle >= 0) fileClose(handle);
-  return handle >= 0;
-}
-
 }  // namespace
 
 int getTexture(const char* name, bool wrap) {
@@ -110,7 +104,7 @@ int loadTexture(char* name, bool wrap) {
   std::memcpy(name, folded.text, std::strlen(folded.text));
   const std::string stem = folded.text;
   TextureEntry entry;
-  if (const std::string jpeg = stem + ".jpg"; fileExists(jpeg.c_str())) {
+  if (const std::string jpeg = stem + ".jpg"; fileExists(jpeg)) {
     static_cast<Image&>(entry) = readJpegTexture(jpeg.c_str());
   } else {
     static_cast<Image&>(entry) = readBmpTexture((stem + ".bmp").c_str());

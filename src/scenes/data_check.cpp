@@ -26,13 +26,6 @@ constexpr int mostFrames = 10000;          // of a movie
 constexpr int mostMovieFiles = 100'000;    // looked for in all
 constexpr std::size_t headSize = 1 << 18;  // of a picture file; more than what comes before a JPEG's size
 
-bool fileExists(const std::string& name) {
-  const int handle = fileOpen(name.c_str(), "rb");
-  if (handle < 0) return false;
-  fileClose(handle);
-  return true;
-}
-
 std::vector<std::uint8_t> readHead(const std::string& name) {
   const int handle = fileOpen(name.c_str(), "rb");
   if (handle < 0) return {};

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdarg>
-#include <cstdio>
 #include <optional>
 
 #include "scenes/known_call.h"
+#include "shell/report.h"
 #include "timeline/nearest_name.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_lexer.h"
@@ -16,15 +15,6 @@ namespace vex {
 namespace {
 
 constexpr float shortestSetter = 0.3f;  // seconds; a slow frame is shorter
-
-[[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...) {
-  char text[512];
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
-  va_end(arguments);
-  return text;
-}
 
 double shown(float value) {
   return static_cast<double>(value);

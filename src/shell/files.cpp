@@ -91,6 +91,12 @@ int fileOpen(const char* name, const char* mode) {
   return -1;
 }
 
+bool fileExists(const std::string& name) {
+  const int handle = fileOpen(name.c_str(), "rb");
+  if (handle >= 0) fileClose(handle);
+  return handle >= 0;
+}
+
 std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, int handle) {
   FileSlot& slot = slotOf(handle);
   if (slot.stream) return std::fread(buffer, elementSize, count, slot.stream);

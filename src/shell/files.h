@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 // Data files by name: a loose file relative to the working folder wins, otherwise the member of the
 // pak archive of that name (ASCII letter case ignored). Handles are 0 to 15.
@@ -20,6 +21,9 @@ void pakOpen(const char* name);
 // loose files only; members are raw bytes and cannot be written.
 // Fatal: "too many files open, %s is more than %d".
 int fileOpen(const char* name, const char* mode);
+
+// Whether fileOpen would find it. Fatal: as there.
+bool fileExists(const std::string& name);
 
 // Number of whole elements read. Fatal: "Super ARGH" when a member holds fewer bytes than asked for.
 std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, int handle);

@@ -63,8 +63,7 @@ void endWhileLoading(int, const char*) {
 
 // Otherwise the first file that a scene misses would be all that is said.
 void requirePresentation() {
-  const int project = fileOpen("test.hvp", "rb");
-  if (project >= 0) return fileClose(project);
+  if (fileExists("test.hvp")) return;
   if (pakFileName()[0] != '\0') fatalError("vex.pak holds no test.hvp");
   fatalError("no presentation in folder %s: neither vex.pak nor test.hvp is there",
              fs::current_path().native().c_str());

@@ -33,6 +33,14 @@ void showLoading(int percent, const Text& text) {
 
 }  // namespace
 
+std::string formatted(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  const Text text(format, arguments);
+  va_end(arguments);
+  return text.characters;
+}
+
 void logPrintf(const char* format, ...) {
   if (!options.showStats) return;
   std::FILE* log = openLooseFile("Demo.log", firstWrite ? "w" : "a");

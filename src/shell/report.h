@@ -1,11 +1,16 @@
 #pragma once
 
+#include <string>
+
 // Log, message boxes and the loading bar. Every text is printf-formatted and cut at 511 characters.
 // Callers end log lines with "\n" themselves.
 
 namespace vex {
 
 inline constexpr int messageSize = 512;
+
+// A text for one of these.
+[[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);
 
 // Appends to "Demo.log" in the working folder, only while options.showStats is set. The first write
 // of a run empties the file; every write opens and closes it. A log that cannot be opened loses the
