@@ -26,7 +26,6 @@ class Textures : public GlTest {
   }
   void TearDown() override {
     options.showStats = false;
-    destroyTextures();
     GlTest::TearDown();
   }
 

@@ -21,10 +21,6 @@ class Lights : public GlTest {
     star = addWhiteTexture("data\\star");
     ball = addWhiteTexture("data\\flare_vectorball");
   }
-  void TearDown() override {
-    destroyTextures();
-    GlTest::TearDown();
-  }
 
   static auto sprites(Light& light, float alpha = 1.0f) {
     return asQuads(captureUnclipped([&] { light.drawFlare(down, right, 0.0f, alpha); }));

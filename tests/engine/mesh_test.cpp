@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdio>
 
-#include "assets/texture_cache.h"
 #include "shell/clock.h"
 #include "shell/gl_setup.h"
 #include "tests/support/fatal.h"
@@ -46,10 +45,6 @@ using Colours = std::array<float, 4>;
 
 class MeshDrawing : public GlTest {
  protected:
-  void TearDown() override {
-    destroyTextures();
-    GlTest::TearDown();
-  }
 };
 
 }  // namespace

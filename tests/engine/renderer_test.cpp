@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "assets/texture_cache.h"
 #include "effects/particle_system.h"
 #include "shell/clock.h"
 #include "shell/options.h"
@@ -22,10 +21,6 @@ class Renderer : public GlTest {
   void SetUp() override {
     GlTest::SetUp();
     setWindowSize(glTestWidth, glTestHeight);
-  }
-  void TearDown() override {
-    destroyTextures();
-    GlTest::TearDown();
   }
 };
 
@@ -46,6 +41,12 @@ std::array<float, 4> lightValue(int light, GLenum name) {
   std::array<float, 4> values{};
   glGetLightfv(GL_LIGHT0 + static_cast<GLenum>(light), name, values.data());
   return values;
+}
+
+// Of a picture that lies upright about the middle of the screen.
+void expectCornerOfPicture(const FeedbackVertex& vertex) {
+  EXPECT_NEAR(vertex.texture[0], vertex.x > 0 ? 1.0f : 0.0f, 1e-4f);
+  EXPECT_NEAR(vertex.texture[1], vertex.y > 0 ? 1.0f : 0.0f, 1e-4f);
 }
 
 }  // namespace
@@ -133,8 +134,7 @@ TEST_F(Renderer, TheWallsOfTheBoxFaceTheEye) {
     ASSERT_EQ(triangles.size(), 2u);
     for (const auto& triangle : triangles) {
       for (const FeedbackVertex& vertex : triangle.vertices) {
-        EXPECT_NEAR(vertex.texture[0], vertex.x > 0 ? 1.0f : 0.0f, 1e-4f);
-        EXPECT_NEAR(vertex.texture[1], vertex.y > 0 ? 1.0f : 0.0f, 1e-4f);
+        expectCornerOfPicture(vertex);
         const float tangent = std::sqrt(3.0f);
         EXPECT_NEAR(vertex.w, 10.0f, 1e-4f);
         EXPECT_NEAR(std::fabs(vertex.x) * 10.0f * tangent * 2.0f, 10.1f, 1e-3f);
@@ -159,10 +159,7 @@ TEST_F(Renderer, TheBoxKeepsItsCoordinatesAfterEnvironmentMaps) {
   const auto triangles = captureFeedback([&] { scene.render(0.0f); });
   ASSERT_EQ(triangles.size(), 2u);
   for (const auto& triangle : triangles) {
-    for (const FeedbackVertex& vertex : triangle.vertices) {
-      EXPECT_NEAR(vertex.texture[0], vertex.x > 0 ? 1.0f : 0.0f, 1e-4f);
-      EXPECT_NEAR(vertex.texture[1], vertex.y > 0 ? 1.0f : 0.0f, 1e-4f);
-    }
+    for (const FeedbackVertex& vertex : triangle.vertices) expectCornerOfPicture(vertex);
   }
 }
 

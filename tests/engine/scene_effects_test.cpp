@@ -7,7 +7,6 @@
 #include <limits>
 #include <vector>
 
-#include "assets/texture_cache.h"
 #include "effects/particle_system.h"
 #include "effects/vol_light.h"
 #include "engine/fluid.h"
@@ -25,10 +24,6 @@ class SceneEffects : public GlTest {
     GlTest::SetUp();
     setWindowSize(glTestWidth, glTestHeight);
     addWhiteTexture("data\\flare_normal");
-  }
-  void TearDown() override {
-    destroyTextures();
-    GlTest::TearDown();
   }
 };
 

@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "assets/texture_cache.h"
 #include "scenes/scene_intro_box.h"
 #include "scenes/scene_outtro.h"
 #include "scenes/scene_skull.h"
@@ -75,10 +74,6 @@ class LateStart : public GlTest {
     writeFile("balls.hvv", littleEndianBytes(0, 4));
     addPlainTextures({"data\\copperbar", "font", "data\\crow", "data\\skullbot", "data\\skullnorth",
                       "data\\skullwest", "data\\skullsouth", "data\\skulleast"});
-  }
-  void TearDown() override {
-    destroyTextures();
-    GlTest::TearDown();
   }
 
   template <typename Concrete>

@@ -23,10 +23,6 @@ class Alien : public GlTest {
     sceneAlien.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
   }
-  void TearDown() override {
-    destroyTextures();
-    GlTest::TearDown();
-  }
 
   SceneAlien scene;
 };

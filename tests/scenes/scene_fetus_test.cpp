@@ -33,10 +33,6 @@ class Fetus : public GlTest {
     for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
     randomState = 1;
   }
-  void TearDown() override {
-    destroyTextures();
-    GlTest::TearDown();
-  }
 
   void call(const char* function, const std::vector<Argument>& arguments) {
     callFunction(sceneFetus.functions, scene, function, 1, arguments);

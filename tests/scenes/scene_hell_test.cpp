@@ -5,7 +5,6 @@
 #include <array>
 #include <cmath>
 
-#include "assets/texture_cache.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_models.h"
 
@@ -22,10 +21,6 @@ class Hell : public GlTest {
     for (Mesh* mesh : scene.meshes) mesh->shininess = mesh->shineStrength = 1;
     for (Light* light : scene.lights) light->flareStrength = 7;
     sceneHell.setUp(scene);
-  }
-  void TearDown() override {
-    destroyTextures();
-    GlTest::TearDown();
   }
 
   SceneHell scene;

@@ -64,10 +64,6 @@ class Helper : public GlTest {
     ending = add("data\\end_ed01", packPixel(0, 100, 0, 255));
     add("data\\end_ed02", packPixel(0, 200, 0, 255));
   }
-  void TearDown() override {
-    destroyTextures();
-    GlTest::TearDown();
-  }
 
   static int add(const std::string& name, std::uint32_t pixel) {
     TextureEntry entry;

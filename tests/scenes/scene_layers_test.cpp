@@ -32,7 +32,6 @@ class Layer : public GlTest {
     addPlainTextures({"other", "data\\ray_cone", "data\\envmapspace"});
   }
   void TearDown() override {
-    destroyTextures();
     demoClock = {};
     GlTest::TearDown();
   }

@@ -44,7 +44,6 @@ class Outtro : public GlTest {
   }
   void TearDown() override {
     scene.reset();
-    destroyTextures();
     demoClock = {};
     GlTest::TearDown();
   }

@@ -58,7 +58,6 @@ class Skull : public GlTest {
     randomState = 1;
   }
   void TearDown() override {
-    destroyTextures();
     demoClock = {};
     GlTest::TearDown();
   }

@@ -32,7 +32,6 @@ class StatText : public GlTest {
   }
   void TearDown() override {
     options.showStats = false;
-    destroyTextures();
     GlTest::TearDown();
   }
 

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "assets/texture_cache.h"
 #include "shell/gl_setup.h"
 
 namespace vex {
@@ -17,6 +18,7 @@ void GlTest::SetUp() {
 }
 
 void GlTest::TearDown() {
+  destroyTextures();
   EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
   closeOffscreenContext();
 }

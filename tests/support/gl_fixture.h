@@ -20,7 +20,7 @@ inline constexpr int glTestWidth = 120;
 inline constexpr int glTestHeight = 60;
 
 // Each test gets a fresh context of glTestWidth x glTestHeight pixels with identity matrices, the
-// state of setUpGlState(), and black, far, zeroed buffers.
+// state of setUpGlState(), and black, far, zeroed buffers. Its textures go with the context.
 class GlTest : public ::testing::Test {
  protected:
   void SetUp() override;

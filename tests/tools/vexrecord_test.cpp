@@ -20,6 +20,13 @@ Program vexrecord(const std::string& arguments, const std::string& environment =
   return runProgram(environment + " " VEX_BIN "/vexrecord " + arguments);
 }
 
+// With a script in ffmpeg's place; its file is "$last".
+Program vexrecordWith(const std::string& script, const std::string& arguments) {
+  writeFile("bin/ffmpeg", "#!/bin/sh\nfor last; do :; done\n" + script);
+  fs::permissions("bin/ffmpeg", fs::perms::all);
+  return vexrecord(arguments, "PATH=$PWD/bin:$PATH");
+}
+
 // Red for a second, then green, then blue.
 ProjectData threeColours() {
   ProjectData project{.totalTime = 3.0};
@@ -333,9 +340,7 @@ TEST(Vexrecord, AMissingOrFailingFfmpegLeavesNoFile) {
       {"head -c 9000 > \"$last\"\n", " (exit code 0): it said nothing\n"},
   };
   for (const auto& [script, complaint] : cases) {
-    writeFile("bin/ffmpeg", std::string("#!/bin/sh\nfor last; do :; done\n") + script);
-    fs::permissions("bin/ffmpeg", fs::perms::all);
-    program = vexrecord("--out video.mp4 --size 32x16", "PATH=$PWD/bin:$PATH");
+    program = vexrecordWith(script, "--out video.mp4 --size 32x16");
     EXPECT_EQ(program.exitCode, 255);
     EXPECT_EQ(program.errors,
               "vexrecord: ffmpeg failed on " + (folder.path() / "video.mp4").native() + complaint);
@@ -368,9 +373,8 @@ TEST(Vexrecord, AFailureElsewhereEndsFfmpegAndItsFile) {
   const TemporaryFolder folder;
   writeRunFolder(threeColours());
   fs::create_directories("pictures/000000.png");
-  writeFile("bin/ffmpeg", "#!/bin/sh\nfor last; do :; done\nsleep 0.3; echo $$ > started; cat > \"$last\"\n");
-  fs::permissions("bin/ffmpeg", fs::perms::all);
-  const Program program = vexrecord("--out video.mp4 --frames pictures --size 32x16", "PATH=$PWD/bin:$PATH");
+  const Program program = vexrecordWith("sleep 0.3; echo $$ > started; cat > \"$last\"\n",
+                                        "--out video.mp4 --frames pictures --size 32x16");
   EXPECT_EQ(program.exitCode, 255);
   EXPECT_EQ(program.errors, "vexrecord: can't write " + (folder.path() / "pictures/000000.png").native() +
                                 ": Is a directory\n");
