@@ -1,5 +1,6 @@
 #include "tests/support/test_scene.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "assets/texture_cache.h"
@@ -45,6 +46,21 @@ void makeGrid(Mesh& mesh, int columns, int rows, const Vector& corner, float wid
       mesh.faces.push_back({.v = {a + 1, c + 1, c}});
     }
   }
+}
+
+void numberTexCoords(Mesh& mesh) {
+  std::int32_t next = 0;
+  for (Face& face : mesh.faces) {
+    for (std::int32_t& t : face.t) t = next++;
+  }
+}
+
+void addFaces(Mesh& mesh, const std::vector<std::array<std::uint32_t, 3>>& faces) {
+  for (const auto& v : faces) mesh.faces.push_back({.v = v});
+  std::uint32_t count = 0;
+  for (const Face& face : mesh.faces) count = std::max(count, *std::ranges::max_element(face.v) + 1);
+  mesh.vertices.resize(count);
+  numberTexCoords(mesh);
 }
 
 Animation straightPath(const Vector& start, const Vector& end) {
