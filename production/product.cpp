@@ -98,6 +98,7 @@ Products allProducts() {
   append(all, typePictures());
   append(all, grainPictures());
   append(all, groundPictures());
+  append(all, rainPictures());
   append(all, smokePictures());
   append(all, ironPictures());
   append(all, lightPictures());

@@ -17,7 +17,7 @@ namespace {
 
 using namespace water;
 
-constexpr float poolSide = 2400;
+constexpr float poolSide = 3000;
 const Vector rayFoot(-46, 0, 24);
 
 // --- The being's way: at the surface, and in the last quarter of its loop down into the deep and up again.
@@ -61,8 +61,8 @@ std::vector<StageCamera> cameras() {
   return {
       // Looks at the being whatever its target is.
       camera(
-          "follow", 66,
-          [=](float t) { return around(410 + 24 * late(t), 150 + 18 * slow(t), 0.10f + 0.42f * slow(t)); },
+          "follow", 78,
+          [=](float t) { return around(372 + 24 * late(t), 168 + 18 * slow(t), 0.10f + 0.42f * slow(t)); },
           [](float) { return Vector(0, 185, -20); }),
       camera(
           "wide", 72,
@@ -86,12 +86,23 @@ std::vector<StageCamera> cameras() {
           [=](float t) { return Vector(-70 + 16 * late(t), 96, -300); }),
       camera(
           "glide", 64,
-          [=](float t) { return Vector(250 + 30 * late(t), 30 + 6 * quick(t), 150 - 90 * slow(t)); },
-          [=](float t) { return Vector(40 + 20 * slow(t), 42, -50); }),
+          [=](float t) { return Vector(220 + 30 * late(t), 34 + 6 * quick(t), 215 - 60 * slow(t)); },
+          [=](float t) { return Vector(20 + 20 * slow(t), 56, -40); }),
       camera(
           "under", 88,
           [=](float t) { return around(205 + 14 * late(t), 14 + 4 * quick(t), 0.22f + 0.3f * slow(t)); },
           [=](float t) { return Vector(-40 + 10 * late(t), 170, 16); }),
+      camera(
+          "leaving", 70,
+          [=](float t) {
+            const float gone = eased(t, 4, 10);
+            return Vector(-110 - 70 * gone, 44 + 170 * gone, 360 + 210 * gone);
+          },
+          [=](float t) { return Vector(14, 92 - 30 * eased(t, 4, 10), -60); }),
+      camera(
+          "facing", 62,
+          [=](float t) { return Vector(-270 + 30 * slow(t), 52 + 20 * late(t), 232 - 40 * slow(t)); },
+          [=](float t) { return Vector(-34 + 10 * late(t), 92, 10); }),
   };
 }
 
@@ -114,7 +125,7 @@ Model waterAlien(const Settings& settings) {
       being(), {.charts = Charts::byNormals, .side = 1024, .density = [](const Triangle& triangle) {
                   return triangle.part == eyeBall || triangle.part == tooth ? 0.5f : 1.0f;
                 }});
-  const Surface stones = mappedAtlas(rocks(), {.charts = Charts::byNormals, .side = 512});
+  const Surface stones = mappedAtlas(rocks(), {.charts = Charts::byNormals, .side = 1024});
   // The moon behind, in the being's own axes: it swims turned to the left.
   BakeLook look;
   look.sky = [](const Vector& d) {
@@ -140,18 +151,17 @@ Model waterAlien(const Settings& settings) {
 
   Stage stage;
   stage.seconds = loopSeconds;
-  for (const char* name :
-       {"water_skin", "water_rock", "water_surface", "water_light", "water_ray", "water_sky", "water_bed"})
+  for (const char* name : {"water_skin", "water_rock", "water_light", "water_ray", "water_sky"})
     stage.materials.push_back({.name = name, .texture = name});
   stage.meshes = {
       {.name = "sky", .surface = skyDome(), .material = "water_sky"},
-      {.name = "bed", .surface = seaBed(), .material = "water_bed"},
+      {.name = "bed", .surface = seaBed(), .material = "water_sky"},
       {.name = "rocks", .surface = stones, .material = "water_rock"},
       {.name = "WaterAlien", .surface = body, .pivot = beingPivot, .material = "water_skin"},
       {.name = "LightPlane",
        .surface = placed(plane(760, 760, 2, 2), moved(-20, -3, 0)),
        .material = "water_light"},
-      {.name = "Water", .surface = plane(poolSide, poolSide, 2, 2), .material = "water_surface"},
+      {.name = "Water", .surface = plane(poolSide, poolSide, 2, 2), .material = "water_light"},
       {.name = "RayBlue", .surface = ray(), .pivot = rayFoot + Vector(0, 350, 0), .material = "water_ray"},
   };
   Motion& swim = stage.meshes[3].motion;
@@ -168,12 +178,11 @@ Model waterAlien(const Settings& settings) {
                   {.name = "RayLight", .position = Vector(-46, 420, 60), .colour = {0.08f, 0.20f, 0.19f}},
                   {.name = "BlackParticle", .position = parked, .on = false, .colour = {0.9f, 0.8f, 0.75f}},
                   {.name = "WhiteParticle", .position = parked, .on = false, .colour = {0.8f, 1, 0.97f}},
-                  {.name = "RayParticle", .position = parked, .on = false, .colour = {0.35f, 0.55f, 1}}};
+                  {.name = "RayParticle", .position = parked, .on = false, .colour = {0.08f, 0.50f, 1}}};
   stage.cameras = cameras();
   return {stage,
-          {picture(body, swimming, 1024, beingColour), picture(stones, standing, 512, rockColour),
-           surfacePicture(settings), poolPicture(settings), rayPicture(settings), skyPicture(settings),
-           bedPicture(settings)}};
+          {picture(body, swimming, 1024, beingColour), picture(stones, standing, 1024, rockColour),
+           lightPicture(settings), rayPicture(settings), skyPicture(settings)}};
 }
 
 }  // namespace
@@ -182,11 +191,9 @@ Products waterAlienModel() {
   return {model("water_alien",
                 {{"water_skin", PictureKind::jpeg},
                  {"water_rock", PictureKind::jpeg},
-                 {"water_surface", PictureKind::jpeg},
                  {"water_light", PictureKind::jpeg},
                  {"water_ray", PictureKind::jpeg},
-                 {"water_sky", PictureKind::jpeg},
-                 {"water_bed", PictureKind::jpeg}},
+                 {"water_sky", PictureKind::jpeg}},
                 8, waterAlien, {"production/models/water_"})};
 }
 

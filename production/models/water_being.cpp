@@ -48,12 +48,12 @@ Stretch stretch(const std::vector<Vector>& knots, int pieces, float (*girth)(flo
 
 const std::array<Stretch, 3>& body() {
   static const std::array<Stretch, 3> all{
-      stretch({Vector(5, 54, -222), Vector(2, 26, -204), Vector(-4, -8, -184), Vector(-6, -34, -170)}, 26,
+      stretch({Vector(5, 54, -222), Vector(2, 26, -204), Vector(-4, -8, -184), Vector(-6, -36, -170)}, 26,
               tailGirth),
-      stretch({Vector(-8, -34, -154), Vector(-10, -4, -136), Vector(-8, 23, -100), Vector(-4, 2, -64),
-               Vector(-2, -36, -44)},
+      stretch({Vector(-8, -42, -152), Vector(-10, -4, -136), Vector(-8, 23, -100), Vector(-4, 2, -64),
+               Vector(-2, -52, -42)},
               40, backGirth),
-      stretch({Vector(3, -36, -4), Vector(4, -12, 16), Vector(2, 24, 27), Vector(0, 62, 17),
+      stretch({Vector(3, -54, -8), Vector(4, -12, 16), Vector(2, 24, 27), Vector(0, 62, 17),
                Vector(0, 98, 14), Vector(0, 124, 32), Vector(0, 133, 66)},
               66, neckGirth)};
   return all;

@@ -38,15 +38,13 @@ Colour4 rockColour(const BakePoint& p);
 
 Surface skyDome();
 Surface seaBed();
-Canvas skyPicture(const Settings& settings);
-Canvas bedPicture(const Settings& settings);
+Canvas skyPicture(const Settings& settings);  // of both
 // Haze, moon and clouds towards a direction, without the lamp.
 Colour4 skyColour(const Vector& direction);
 
 // --- Pictures of light. All add; what lies at their borders is black.
 
-Canvas surfacePicture(const Settings& settings);  // shifted by whole widths where waves are steep
-Canvas poolPicture(const Settings& settings);     // light gathered below the surface
-Canvas rayPicture(const Settings& settings);      // black at both sides, repeats upwards
+Canvas lightPicture(const Settings& settings);  // on the waves, and gathered below them
+Canvas rayPicture(const Settings& settings);    // black at both sides, repeats upwards
 
 }  // namespace vex::water

@@ -70,16 +70,30 @@ const std::vector<Stack>& stacks() {
   return all;
 }
 
+// Prisms side by side that have broken off at different heights and stand out by different lengths.
+float breakUp(Vector& q, float seed) {
+  const NoiseCell prism = cellularNoise(Vector(q.x * 0.052f + seed, 0.3f, q.z * 0.052f), 0, 961);
+  q.y += smoothStep(4, 50, q.y) * 62 * (prism.id - 0.5f);
+  return 5 * (prism.id - 0.5f) + 3.5f * smoothStep(0.25f, 0.0f, prism.second - prism.nearest);
+}
+
 // The arch: two legs and what the sea has left between them.
-constexpr float archX = -150, archZ = -640;
+constexpr float archX = -120, archZ = -640;
 
 float archDistance(const Vector& p) {
-  const Vector q = p - Vector(archX, 0, archZ);
-  float d = taper(q, Vector(-128, -60, 0), Vector(-96, 200, 6), 62, 44);
-  d = smoothJoin(d, taper(q, Vector(132, -60, 10), Vector(104, 186, 0), 50, 34), 26);
-  d = smoothJoin(d, taper(q, Vector(-104, 214, 4), Vector(112, 196, 0), 44, 34), 34);
-  d = smoothJoin(d, taper(q, Vector(-120, 190, 0), Vector(-136, 316, 0), 34, 8), 24);
-  return smoothJoin(d, taper(q, Vector(60, 220, 0), Vector(74, 270, 0), 24, 7), 18);
+  Vector q = p - Vector(archX, 0, archZ);
+  const Vector cell = q * 0.6f;
+  Vector broken = cell;
+  const float rough = 1.7f * breakUp(broken, 7.7f);
+  // The crown is broken, the vault below it is worn round.
+  q.y += (broken.y - cell.y) * 1.3f * smoothStep(150, 240, q.y);
+  float d = taper(q, Vector(-140, -60, 0), Vector(-92, 210, 6), 66, 40);
+  d = smoothJoin(d, taper(q, Vector(-196, -60, 20), Vector(-170, 90, 10), 40, 14), 20);
+  d = smoothJoin(d, taper(q, Vector(138, -60, 10), Vector(112, 190, 0), 44, 24), 26);
+  d = smoothJoin(d, taper(q, Vector(-104, 236, 4), Vector(30, 226, 0), 50, 26), 30);
+  d = smoothJoin(d, taper(q, Vector(30, 226, 0), Vector(122, 196, 0), 26, 24), 20);
+  d = smoothJoin(d, taper(q, Vector(-112, 200, 0), Vector(-128, 338, 0), 38, 8), 24);
+  return smoothJoin(d, taper(q, Vector(-62, 240, 0), Vector(-56, 300, 0), 26, 7), 14) + rough;
 }
 
 float worn(float d, const Vector& p, float size) {
@@ -103,11 +117,7 @@ Surface stone(const Solid& solid, const Bounds& bounds, float cell) {
 Surface stackSurface(const Stack& stack) {
   const auto solid = [&stack](const Vector& p) {
     Vector q = (p - Vector(stack.x, 0, stack.z)) * (1 / stack.size);
-    // Prisms side by side that have broken off at different heights and stand out by different lengths.
-    const NoiseCell prism = cellularNoise(Vector(q.x * 0.052f + stack.x, 0.3f, q.z * 0.052f), 0, 961);
-    const float rise = smoothStep(4, 50, q.y);
-    q.y += rise * 62 * (prism.id - 0.5f);
-    float d = 5 * (prism.id - 0.5f) + 3.5f * smoothStep(0.25f, 0.0f, prism.second - prism.nearest);
+    float d = breakUp(q, stack.x);
     float own = 1e9f;
     for (const Column& column : stack.columns)
       own = smoothJoin(
@@ -137,7 +147,7 @@ Surface rocks() {
   Surface all;
   for (const Stack& stack : stacks()) append(all, stackSurface(stack));
   append(all, stone([](const Vector& p) { return worn(archDistance(p), p, 1.7f); },
-                    {Vector(archX - 220, -44, archZ - 100), Vector(archX + 220, 345, archZ + 100)}, 20));
+                    {Vector(archX - 260, -44, archZ - 100), Vector(archX + 220, 390, archZ + 100)}, 20));
   return all;
 }
 
@@ -155,7 +165,7 @@ Colour4 rockColour(const BakePoint& p) {
       (groove * (0.7f + 0.6f * prism.id) * (0.6f + 0.6f * beds));
   // The moon draws the edges that it grazes.
   const float rim = std::pow(std::max(0.0f, p.light.g - 0.18f), 1.2f);
-  Colour4 colour = stone * p.light * 1.7f + gradient(tealRamp, 0.76f) * (1.1f * rim * (0.5f + 0.5f * grit));
+  Colour4 colour = stone * p.light * 2.3f + gradient(tealRamp, 0.76f) * (1.7f * rim * (0.5f + 0.5f * grit));
   // Wet stone above the water, a pale line where it breaks, ink below.
   const float swell = 4 * gradientNoise(Vector(p.position.x * 0.03f, 0, p.position.z * 0.03f), 0, 966);
   const float wet = smoothStep(40, 8, p.position.y + 2 * swell);

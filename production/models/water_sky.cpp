@@ -15,8 +15,8 @@ namespace vex::water {
 
 namespace {
 
-const Vector moonPlace = Vector(-0.16f, 0.235f, -0.96f);
-constexpr float moonSize = 0.045f;  // radians, its radius
+const Vector moonPlace = Vector(-0.165f, 0.100f, -0.96f);
+constexpr float moonSize = 0.042f;  // radians, its radius
 
 // More of the picture for what lies towards -z and near the horizon, where the cameras look.
 constexpr float spread = 0.72f, rise = 0.62f;
@@ -25,12 +25,18 @@ Uv skyMap(const Vector& d) {
   const float angle = std::atan2(d.x, -d.z) / pi;  // -1 to 1, 0 towards -z
   const float up = std::clamp(std::asin(std::clamp(d.y, -1.0f, 1.0f)) / (pi / 2), 0.0f, 1.0f);
   return {0.5f + 0.498f * std::copysign(std::pow(std::fabs(angle), spread), angle),
-          0.004f + 0.992f * std::pow(up, rise)};
+          0.5f + 0.5f * (0.004f + 0.992f * std::pow(up, rise))};
 }
 
 // Share of the lamp's light that a surface at a place gets.
 float lampShare(const Vector& place, const Vector& normal) {
   return std::max(0.12f, dot(unit(lampPlace - place), normal));
+}
+
+// What a picture must hold so that the lamp shows the colour, in its hue where that is too much.
+Colour4 lampLit(const Colour4& colour, const Vector& place, const Vector& normal) {
+  const Colour4 full = colour * (1 / lampShare(place, normal));
+  return full * (1 / std::max({1.0f, full.r, full.g, full.b}));
 }
 
 float bedShare(float radius) {
@@ -47,17 +53,54 @@ Colour4 skyColour(const Vector& d) {
   const Vector q(d.x * 2.2f, d.y * 8, d.z * 2.2f);
   const float cloud = fractal(warp(q, 0, 0.5f, 970), 0, 5, 0.55f, 971);
   const float bank = smoothStep(-0.15f, 0.45f, cloud) * smoothStep(0.02f, 0.12f, d.y);
-  const float glow = 0.34f * std::exp(-angle * 2.2f) + 0.26f * std::exp(-angle * 9);
-  float value = 0.17f + 0.33f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
+  const float glow = 0.38f * std::exp(-angle * 1.7f) + 0.24f * std::exp(-angle * 9);
+  float value = 0.20f + 0.32f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
   value *= 1 - 0.42f * bank * (1 - 0.4f * std::exp(-angle * 5));
   value += 0.16f * std::exp(-angle * 3.6f) * std::exp(-std::pow((cloud - 0.02f) * 6, 2.0f)) *
            smoothStep(0.02f, 0.10f, d.y);
+  value *= 1.15f / (1 + 0.85f * value);  // the disc stays the brightest
   const float disc = smoothStep(moonSize * 1.10f, moonSize * 0.90f, angle);
   const float seas = 0.5f + 0.5f * fractal(d * 34, 0, 3, 0.5f, 972);
   Colour4 colour = gradient(tealRamp, value);
-  return mix(colour, gradient(boneRamp, 0.80f + 0.18f * seas) * Colour4{0.90f, 1, 0.98f},
-             disc * (1 - 0.45f * bank));
+  return mix(colour, Colour4{0.84f, 1.0f, 0.97f} * (0.80f + 0.20f * seas), disc * (1 - 0.45f * bank));
 }
+
+namespace {
+
+// The picture's upper half, v upwards from the horizon.
+Colour4 skyTexel(float u, float v) {
+  const float side = (u - 0.5f) / 0.498f,
+              angle = std::copysign(std::pow(std::min(1.0f, std::fabs(side)), 1 / spread), side) * pi;
+  const float up = std::pow(std::clamp((v - 0.004f) / 0.992f, 0.0f, 1.0f), 1 / rise) * pi / 2;
+  const Vector d(std::sin(angle) * std::cos(up), std::sin(up), -std::cos(angle) * std::cos(up));
+  return lampLit(skyColour(d), d * skyRadius, -d);
+}
+
+// Its lower left quarter, v down from far to near.
+Colour4 bedTexel(float u, float v) {
+  const float x = 2 * u - 1, z = 2 * v - 1, share = std::hypot(x, z);
+  const float radius = std::pow(share, 1 / 0.55f) * skyRadius * 1.01f;
+  const float scale = share < 1e-4f ? 0 : radius / share;
+  const Vector place(x * scale, bedHeight, z * scale);
+  const Vector out = unit(Vector(place.x, 0, place.z + 1e-3f));
+  // The moon's path runs towards where the cameras are.
+  const Vector way = unit(Vector(moonPlace.x, 0, moonPlace.z));
+  const Vector fromEye = place - Vector(40, 0, 300);
+  const float along = dot(fromEye, way), across = dot(fromEye, Vector(-way.z, 0, way.x));
+  const float width = 60 + 0.11f * std::max(0.0f, along);
+  const float streaks =
+      0.5f + 0.5f * fractal(Vector(place.x * 0.004f, 0, place.z * 0.022f), 0, 4, 0.55f, 973);
+  const float path =
+      std::exp(-std::pow(across / width, 2.0f)) * smoothStep(-40, 500, along) * (0.35f + 0.65f * streaks);
+  const float swell = 0.5f + 0.5f * fractal(Vector(place.x * 0.003f, 0, place.z * 0.007f), 0, 4, 0.5f, 974);
+  const float far = smoothStep(180, 0.9f * skyRadius, radius);
+  const Colour4 water = gradient(tealRamp, 0.12f + 0.13f * swell + 0.56f * path);
+  const Colour4 colour =
+      mix(water, skyColour(unit(out + Vector(0, 0.012f, 0))) * 0.95f, far * (1 - 0.25f * path));
+  return lampLit(colour, place, Vector(0, 1, 0));
+}
+
+}  // namespace
 
 Surface skyDome() {
   constexpr int around = 40, along = 9;
@@ -86,17 +129,6 @@ Surface skyDome() {
   return all;
 }
 
-Canvas skyPicture(const Settings& settings) {
-  const int width = settings.side(1024);
-  return paint(width, width / 2, [](float u, float v) {
-    const float side = (u - 0.5f) / 0.498f,
-                angle = std::copysign(std::pow(std::min(1.0f, std::fabs(side)), 1 / spread), side) * pi;
-    const float up = std::pow(std::clamp((1 - v - 0.004f) / 0.992f, 0.0f, 1.0f), 1 / rise) * pi / 2;
-    const Vector d(std::sin(angle) * std::cos(up), std::sin(up), -std::cos(angle) * std::cos(up));
-    return skyColour(d) * (1 / lampShare(d * skyRadius, -d));
-  });
-}
-
 Surface seaBed() {
   constexpr int around = 40, rings = 16;
   const Surface bed = sheet(around, rings,
@@ -109,55 +141,27 @@ Surface seaBed() {
   return mapped(withoutMapping(bed), [](const Vector& p) {
     const float radius = std::hypot(p.x, p.z);
     const float scale = radius < 1e-3f ? 0 : 0.5f * bedShare(radius) / radius;
-    return Uv{0.5f + p.x * scale, 0.5f - p.z * scale};
+    return Uv{0.25f + 0.5f * p.x * scale, 0.25f - 0.5f * p.z * scale};
   });
 }
 
-Canvas bedPicture(const Settings& settings) {
-  const int side = settings.side(512);
+Canvas skyPicture(const Settings& settings) {
+  const int side = settings.side(1024);
   return paint(side, side, [](float u, float v) {
-    const float x = 2 * u - 1, z = 2 * v - 1, share = std::hypot(x, z);
-    const float radius = std::pow(share, 1 / 0.55f) * skyRadius * 1.01f;
-    const float scale = share < 1e-4f ? 0 : radius / share;
-    const Vector place(x * scale, bedHeight, z * scale);
-    const Vector out = unit(Vector(place.x, 0, place.z + 1e-3f));
-    // The moon's path runs towards where the cameras are.
-    const Vector way = unit(Vector(moonPlace.x, 0, moonPlace.z));
-    const Vector fromEye = place - Vector(40, 0, 300);
-    const float along = dot(fromEye, way), across = dot(fromEye, Vector(-way.z, 0, way.x));
-    const float width = 46 + 0.10f * std::max(0.0f, along);
-    const float streaks =
-        0.5f + 0.5f * fractal(Vector(place.x * 0.004f, 0, place.z * 0.022f), 0, 4, 0.55f, 973);
-    const float path =
-        std::exp(-std::pow(across / width, 2.0f)) * smoothStep(-40, 500, along) * (0.35f + 0.65f * streaks);
-    const float swell = 0.5f + 0.5f * fractal(Vector(place.x * 0.003f, 0, place.z * 0.007f), 0, 4, 0.5f, 974);
-    const float far = smoothStep(500, skyRadius, radius);
-    const Colour4 water = gradient(tealRamp, 0.09f + 0.10f * swell + 0.56f * path);
-    const Colour4 colour =
-        mix(water, skyColour(unit(out + Vector(0, 0.012f, 0))) * 0.95f, far * (1 - 0.25f * path));
-    return colour * (1 / lampShare(place, Vector(0, 1, 0)));
+    return v < 0.5f ? skyTexel(u, 1 - 2 * v) : bedTexel(std::min(1.0f, 2 * u), 2 * v - 1);
   });
 }
 
-// One broad swell and no fine line: a steep wave shifts the picture by several of its widths between two
-// points of the surface.
-Canvas surfacePicture(const Settings& settings) {
-  const int side = settings.side(256);
-  return paint(side, side, [](float u, float v) {
-    const float x = 2 * u - 1, y = 2 * v - 1, r = std::hypot(x, y);
-    const float bend = 0.22f * fractal(u * 2, v * 2, 2, 2, 0.4f, 975);
-    const float swell = 0.5f + 0.25f * std::sin(2 * pi * (u + bend)) + 0.25f * std::sin(2 * pi * (v - bend));
-    return gradient(tealRamp, smoothStep(1.0f, 0.2f, r) * (0.10f + 0.26f * swell * swell));
-  });
-}
-
-Canvas poolPicture(const Settings& settings) {
+// Soft, without a fine line: a steep wave shifts the picture by several of its widths between two points of
+// the surface, and the plane below it sways by a fifth of one.
+Canvas lightPicture(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side, side, [](float u, float v) {
     const float r = std::hypot(2 * u - 1, 2 * v - 1);
-    const float bend = 0.3f * fractal(u * 3, v * 3, 3, 3, 0.5f, 977);
-    const float veins = ridges(u * 3 + bend, v * 3 + bend, 3, 2, 0.5f, 978);
-    return gradient(tealRamp, smoothStep(0.56f, 0.02f, r) * (0.16f + 0.34f * veins * veins));
+    const float bend = 0.22f * fractal(u * 2, v * 2, 2, 2, 0.4f, 975);
+    const float swell =
+        0.5f + 0.25f * std::sin(2 * pi * (1.5f * u + bend)) + 0.25f * std::sin(2 * pi * (1.5f * v - bend));
+    return gradient(tealRamp, smoothStep(0.60f, 0.05f, r) * (0.10f + 0.34f * swell * swell));
   });
 }
 

@@ -8,7 +8,7 @@ using namespace screen;
 
 namespace {
 
-enum Camera { follow, wide, low, above, face, moonlit, glide, under };
+enum Camera { follow, wide, low, above, face, moonlit, glide, under, leaving, facing };
 
 // Cycles of the creature are 15 seconds of scene time.
 struct Weather {
@@ -47,9 +47,8 @@ void addWater(Show& show) {
   const double start = waterBar, rain = barOf("rain"), creature = barOf("creature"), tune = barOf("tune"),
                ripples = barOf("ripples"), again = barOf("tune again"), ray = barOf("ray from above"),
                flood = barOf("flood"), ebb = barOf("ebb"), dissolve = barOf("dissolve");
-  show.add(
-      "deep", start, 16, ground,
-      Bitmap{.texture = "sky_water", .at = covering(1.25, swing(41, -0.12, 0.12), swing(29, -0.08, 0.08))});
+  const auto inBars = [](double bars) { return bars * beatsPerBar; };
+  show.add("deep", start, 16, ground, Fade{});
 
   // It lies in the deep, rises and goes its way.
   show.part("creature below", start, 2, ground + 1, {holdCreature(inTheDeep)});
@@ -60,11 +59,11 @@ void addWater(Show& show) {
   addShot(show, "rain comes", rain, 1, low, 8,
           {.rain = slide(0, 0.4), .drop = 0.012, .flicker = slide(0.5, 0.3)});
   addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3, .flicker = 0.2});
-  addShot(show, "it is near", creature + 1, 1, glide, 3, {.rain = 0.3});
+  addShot(show, "it is near", creature + 1, 1, glide, 1, {.rain = 0.3});
   addShot(show, "tune", tune, 2, follow, 0, {.rain = 0.4});
   addShot(show, "ripples", ripples, 1, above, 7, {.rain = 0.8, .drop = 0.02});
   addShot(show, "through the rain", ripples + 1, 1, low, 9, {.rain = 0.6});
-  addShot(show, "tune again", again, 1, wide, 2, {.rain = 0.5});
+  addShot(show, "tune again", again, 1, facing, 1, {.rain = 0.5});
   addShot(show, "face", again + 1, 1, face, 5, {.rain = 0.4});
   addShot(show, "ray from above", ray, 2, wide, 5,
           {.ray = line({{0, 0}, {1, 0.5}, {partEnd, 0.85}}),
@@ -75,8 +74,22 @@ void addWater(Show& show) {
           {.ray = 0.9, .motes = 280, .rain = slide(1, 2.4), .drop = 0.02, .flicker = 0.4});
   addShot(show, "flood below", flood + 1, 1, low, 3,
           {.ray = 0.9, .motes = 280, .rain = 2.4, .drop = 0.022, .flicker = 0.4});
-  addShot(show, "ebb", ebb, 2, wide, 7,
+  addShot(show, "ebb", ebb, 2, leaving, 5,
           {.ray = slide(0.9, 0.6), .motes = 200, .rain = slide(1, 0.2), .flicker = 0.2});
+
+  // It rains before the lens as well, in two layers.
+  const double rains = dissolve + 0.5 - rain;
+  const Curve fall = line({{0, 0},
+                           {inBars(ripples - rain), 0.45},
+                           {inBars(ray - rain), 0.35},
+                           {inBars(flood - rain), 0.5},
+                           {inBars(flood + 1 - rain), 1},
+                           {inBars(ebb - rain), 0.6},
+                           {partEnd, 0.1}});
+  show.add("rain before us", rain, rains, front,
+           Noise{.texture = "rain", .speedX = 0.013, .speedY = -0.74, .alpha = fall});
+  show.add("rain behind that", rain, rains, front,
+           Noise{.texture = "rain", .speedX = 0.031, .speedY = -0.47, .alpha = fall * 0.6, .aspect = 1});
 
   // Mist between and before; light that answers the tune.
   show.add("mist", start, 16, smoke,
@@ -85,13 +98,21 @@ void addWater(Show& show) {
                   .alpha = swing(19, 0.25, 0.5),
                   .blend = Blend::add});
   // What the ray gives off: shafts about its head, a bloom that fills the air and grows into white.
+  const Curve rayPlace = line({{0, -0.14},
+                               {inBars(2) - 0.01, -0.09},
+                               {inBars(2), 0.03},
+                               {inBars(3) - 0.01, 0.03},
+                               {inBars(3), 0},
+                               {inBars(4) - 0.01, 0},
+                               {inBars(4), -0.07},
+                               {partEnd, -0.07}});  // across the screen, shot by shot
   show.add("shafts", ray, dissolve - ray, smoke,
            Bitmap{.texture = "rays_teal",
-                  .at = centred(-0.02, -0.95, swing(9, 3.4, 3.8)),
+                  .at = centred(rayPlace, -0.95, 3.6),
                   .alpha = fade(4, 2, 0.85),
                   .blend = Blend::add},
            Bitmap{.texture = "rays_teal",
-                  .at = centred(0.02, -0.9, swing(7, 2.0, 2.3), 0.9),
+                  .at = centred(rayPlace, -0.9, 2.1, 0.9),
                   .alpha = fade(6, 2, 0.6),
                   .blend = Blend::add});
   show.add("bloom", ray, dissolve - ray, smoke,

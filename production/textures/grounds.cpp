@@ -32,19 +32,6 @@ Canvas sky(const Settings& settings, const GroundLook& look) {
   });
 }
 
-// Mist over dark water: a light that comes down through it, nothing at the edges.
-Canvas deep(const Settings& settings) {
-  const int width = settings.side(512);
-  return paint(width, width / 2, [](float u, float v) {
-    const float drift = fractal(u * 3, v * 5, 0, 5, 0.55f, 460),
-                veil = fractal(u * 7 + drift, v * 2, 0, 4, 0.5f, 461);
-    const float x = (u - 0.5f) * 1.78f, shaft = std::exp(-x * x * 9) * smoothStep(0.75f, 0.0f, v);
-    const float mist = std::exp(-(v - 0.5f) * (v - 0.5f) * 26) * std::exp(-x * x * 1.2f);
-    return gradient(tealRamp, 0.13f + 0.26f * shaft * (1 + 0.7f * veil) + 0.32f * mist * (1 + 0.6f * drift) +
-                                  0.03f * drift);
-  });
-}
-
 }  // namespace
 
 Products groundPictures() {
@@ -55,7 +42,6 @@ Products groundPictures() {
       {tealHue, 0.5f, 0.50f, 0.42f, 0.15f, 0.56f, 1.1f, 440},
   };
   Products products;
-  products.push_back(picture("sky_water", PictureKind::jpeg, "grounds", 1, deep));
   for (const GroundLook& look : looks)
     products.push_back(picture(std::string("sky_") + look.hue.suffix, PictureKind::jpeg, "grounds", 1,
                                [&look](const Settings& settings) { return sky(settings, look); }));

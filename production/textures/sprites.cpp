@@ -45,8 +45,8 @@ float spark(float x, float y, float r) {
 
 // A drop that falls past the lens: a thread of light that thins upwards.
 float drop(float x, float y, float) {
-  const float along = clamp01(1 - y * y / 0.72f), head = smoothStep(-0.9f, 0.7f, y);
-  return along * (0.62f * std::exp(-x * x * 2600) + 0.16f * std::exp(-x * x * 240)) * (0.25f + 0.75f * head);
+  const float along = clamp01(1 - y * y / 0.8f), head = smoothStep(-0.9f, 0.7f, y);
+  return along * (0.85f * std::exp(-x * x * 1600) + 0.20f * std::exp(-x * x * 240)) * (0.25f + 0.75f * head);
 }
 
 // A puff of smoke, white: scenes give it its colour, or let it darken.
