@@ -69,9 +69,9 @@ std::vector<StageCamera> cameras() {
           [=](float t) { return Vector(70 + 110 * slow(t), 40 + 12 * quick(t), 440 - 50 * late(t)); },
           [=](float t) { return Vector(10 + 24 * slow(t), 84 + 8 * late(t), -60); }),
       camera(
-          "low", 72,
+          "low", 78,
           [=](float t) { return around(250 + 16 * late(t), 18 + 5 * quick(t), -0.16f + 0.34f * slow(t)); },
-          [=](float t) { return Vector(-24 + 14 * late(t), 84, 10); }),
+          [=](float t) { return Vector(-30 + 14 * late(t), 98, 10); }),
       camera(
           "above", 64,
           [=](float t) { return Vector(80 + 90 * slow(t), 420 + 40 * late(t), 250 + 30 * slow(t)); },

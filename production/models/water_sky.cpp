@@ -58,7 +58,7 @@ Colour4 skyColour(const Vector& d) {
   value *= 1 - 0.42f * bank * (1 - 0.4f * std::exp(-angle * 5));
   value += 0.16f * std::exp(-angle * 3.6f) * std::exp(-std::pow((cloud - 0.02f) * 6, 2.0f)) *
            smoothStep(0.02f, 0.10f, d.y);
-  value *= 1.15f / (1 + 0.85f * value);  // the disc stays the brightest
+  value *= 1.32f / (1 + 0.85f * value);  // the disc stays the brightest
   const float disc = smoothStep(moonSize * 1.10f, moonSize * 0.90f, angle);
   const float seas = 0.5f + 0.5f * fractal(d * 34, 0, 3, 0.5f, 972);
   Colour4 colour = gradient(tealRamp, value);
@@ -94,7 +94,7 @@ Colour4 bedTexel(float u, float v) {
       std::exp(-std::pow(across / width, 2.0f)) * smoothStep(-40, 500, along) * (0.35f + 0.65f * streaks);
   const float swell = 0.5f + 0.5f * fractal(Vector(place.x * 0.003f, 0, place.z * 0.007f), 0, 4, 0.5f, 974);
   const float far = smoothStep(180, 0.9f * skyRadius, radius);
-  const Colour4 water = gradient(tealRamp, 0.12f + 0.13f * swell + 0.56f * path);
+  const Colour4 water = gradient(tealRamp, 0.15f + 0.15f * swell + 0.54f * path);
   const Colour4 colour =
       mix(water, skyColour(unit(out + Vector(0, 0.012f, 0))) * 0.95f, far * (1 - 0.25f * path));
   return lampLit(colour, place, Vector(0, 1, 0));
@@ -161,7 +161,7 @@ Canvas lightPicture(const Settings& settings) {
     const float bend = 0.22f * fractal(u * 2, v * 2, 2, 2, 0.4f, 975);
     const float swell =
         0.5f + 0.25f * std::sin(2 * pi * (1.5f * u + bend)) + 0.25f * std::sin(2 * pi * (1.5f * v - bend));
-    return gradient(tealRamp, smoothStep(0.60f, 0.05f, r) * (0.10f + 0.34f * swell * swell));
+    return gradient(tealRamp, smoothStep(0.60f, 0.05f, r) * (0.10f + 0.52f * swell * swell));
   });
 }
 

@@ -113,7 +113,7 @@ void addWater(Show& show) {
                   .blend = Blend::add},
            Bitmap{.texture = "rays_teal",
                   .at = centred(rayPlace, -0.9, 2.1, 0.9),
-                  .alpha = fade(6, 2, 0.6),
+                  .alpha = fade(6, 2, 0.4),
                   .blend = Blend::add});
   show.add("bloom", ray, dissolve - ray, smoke,
            Bitmap{.texture = "haze_teal",
