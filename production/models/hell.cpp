@@ -22,7 +22,7 @@ using namespace hell;
 
 constexpr float lakeReach = 640;  // half the lake's side
 constexpr float tileSize = 80;    // units a picture of lava; one quad each, as its coordinates wobble
-constexpr float lakeHazeReach = 1500;
+constexpr float lakeHazeReach = 2600;
 constexpr float choirPlace = -318;  // z
 constexpr float parked = -9000;     // y of what is only a pattern for particles
 
@@ -32,24 +32,48 @@ Vector bobbing(float t) {
   return Vector(0, 2.4f * swing(t, sphereSeconds, 1), 0);
 }
 
+Placement rocking(float t) {
+  return turnedY(13 * swing(t, sphereSeconds, 1, 0.2f)) >> turnedX(6 * swing(t, sphereSeconds, 1)) >>
+         turnedZ(5 * swing(t, sphereSeconds, 2, 0.4f));
+}
+
 Motion sphereMotion() {
   Motion motion;
   motion.positions = positionKeys(sphereSeconds, 10, [](float t) { return sphereCentre + bobbing(t); });
-  motion.turns = turnKeys(sphereSeconds, 10, [](float t) {
-    return turnedY(13 * swing(t, sphereSeconds, 1, 0.2f)) >> turnedX(6 * swing(t, sphereSeconds, 1)) >>
-           turnedZ(5 * swing(t, sphereSeconds, 2, 0.4f));
-  });
+  motion.turns = turnKeys(sphereSeconds, 10, rocking);
   return motion;
 }
 
-// A loose plate drifts out and comes back, once or twice a loop, turning a little.
+// Its image moves in the same way, though in the loop of all the others.
+Motion mirroredMotion() {
+  Motion motion;
+  motion.positions = positionKeys(loopSeconds, 10, [](float t) { return inLake(sphereCentre + bobbing(t)); });
+  motion.turns = turnKeys(loopSeconds, 10, [](float t) { return inLake(rocking(t)); });
+  return motion;
+}
+
+// 1 while something lasts, with a beginning and an end of one second.
+float lasting(float t, float from, float until) {
+  return smoothStep(from, from + 1, t) * smoothStep(until, until - 1, t);
+}
+
+// A loose plate drifts out and comes back, once or twice a loop, turning a little; once it is thrown far.
 Motion plateMotion(const Plate& plate, const Vector& pivot, int index) {
   const float turns = 1.0f + static_cast<float>(index % 3), phase = 0.37f * static_cast<float>(index);
   const float far = 4.5f + 8 * hashUnit(index, 0, 991);
-  const auto out = [=](float t) { return std::pow(0.5f + 0.5f * swing(t, loopSeconds, turns, phase), 1.6f); };
+  const float thrown = (30 + 16 * hashUnit(index, 4, 991)) / far;
+  const auto out = [=](float t) {
+    return std::pow(0.5f + 0.5f * swing(t, loopSeconds, turns, phase), 1.6f) +
+           thrown * lasting(t, openFrom, openUntil);
+  };
   Motion motion;
-  motion.positions =
-      positionKeys(loopSeconds, 10, [=](float t) { return pivot + plate.outward * (1 + far * out(t)); });
+  // Thrown plates open like a flower for the camera that looks into the heart.
+  const Vector eye = unit(Vector(0.85f, 0.50f, 0.10f));
+  const Vector spread = unit((plate.outward - eye * dot(plate.outward, eye)) * 1.6f + plate.outward * 0.25f);
+  motion.positions = positionKeys(loopSeconds, 10, [=](float t) {
+    const float share = lasting(t, openFrom, openUntil);
+    return pivot + mix(plate.outward, spread, share) * (1 + far * out(t));
+  });
   const Vector axis = unit(
       Vector(hashUnit(index, 1, 991) - 0.5f, hashUnit(index, 2, 991) - 0.5f, hashUnit(index, 3, 991) - 0.5f));
   const float rest = out(0);
@@ -62,6 +86,25 @@ Motion rising(const Vector& pivot, float reach, float turns, float phase) {
   motion.positions = positionKeys(loopSeconds, 10, [=](float t) {
     return pivot + Vector(0, reach * swing(t, loopSeconds, turns, phase), 0);
   });
+  return motion;
+}
+
+// Out of sight, and in its place only from one time until another: no shot sees it come or go.
+Motion standingBy(const Vector& place, float from, float until) {
+  Motion motion;
+  motion.straight = true;
+  motion.positions = positionKeys(loopSeconds, 5, [=](float t) {
+    const float sway = 14 * swing(t, loopSeconds, 3, 0.01f * place.z);
+    return t >= from && t <= until ? place + Vector(sway, 0, 0) : Vector(0, parked, 0);
+  });
+  return motion;
+}
+
+// Turned towards the camera that looks into the open heart, while it does.
+Motion haloMotion() {
+  Motion motion;
+  motion.turns =
+      turnKeys(loopSeconds, 10, [](float t) { return turnedY(80 * lasting(t, openFrom, openUntil)); });
   return motion;
 }
 
@@ -84,44 +127,6 @@ Vector sprayerPlace(float t) {
   return sphereCentre + unit(towards) * (sphereRadius * 1.05f);
 }
 
-// --- Cameras
-
-StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
-                   const std::vector<Vector>& target) {
-  return cameraThrough({.name = name, .fieldDegrees = fieldDegrees, .far = 4000}, shotSeconds, eye, target);
-}
-
-std::vector<StageCamera> cameras() {
-  return {
-      // Up the nave.
-      camera("wide", 84,
-             {Vector(46, 40, 350), Vector(28, 50, 290), Vector(-18, 62, 220), Vector(-46, 70, 170)},
-             {Vector(-34, 106, 0), Vector(-32, 106, 0), Vector(22, 100, 0), Vector(26, 96, 0)}),
-      // A hand above the lava.
-      camera("low", 88, {Vector(-62, 11, 210), Vector(-30, 9, 172), Vector(22, 10, 138), Vector(68, 13, 100)},
-             {Vector(24, 84, 0), Vector(26, 84, 0), Vector(-18, 86, 0), Vector(-26, 92, 0)}),
-      // Around the sphere.
-      camera("close", 66, {Vector(44, 82, 86), Vector(16, 98, 98), Vector(-34, 106, 92), Vector(-78, 96, 56)},
-             {Vector(-4, 88, 0), Vector(6, 88, 0), Vector(8, 90, 0), Vector(-2, 88, 0)}),
-      // A crane from the lake to the vault.
-      camera("crane", 82,
-             {Vector(-78, 22, 150), Vector(-74, 96, 160), Vector(-52, 176, 150), Vector(-24, 222, 128)},
-             {Vector(14, 80, 0), Vector(12, 86, 0), Vector(14, 70, -10), Vector(10, 56, -20)}),
-      // From the choir out over the lake.
-      camera("outwards", 82,
-             {Vector(40, 30, -230), Vector(52, 46, -190), Vector(24, 66, -160), Vector(-36, 74, -130)},
-             {Vector(-12, 92, 0), Vector(0, 92, 0), Vector(-10, 90, 0), Vector(8, 88, 0)}),
-      // Through the aisle, past the piers.
-      camera("aisle", 78,
-             {Vector(-170, 44, 116), Vector(-168, 56, 92), Vector(-164, 70, 68), Vector(-158, 82, 42)},
-             {Vector(0, 92, 22), Vector(0, 90, 12), Vector(0, 88, -6), Vector(0, 88, -16)}),
-      // Into the seams.
-      camera("seams", 60,
-             {Vector(38, 98, 92), Vector(32, 108, 80), Vector(16, 114, 74), Vector(-10, 112, 76)},
-             {Vector(-4, 94, 10), Vector(0, 96, 10), Vector(-2, 94, 12), Vector(-12, 92, 12)}),
-  };
-}
-
 std::vector<StageLight> lights() {
   return {
       {.name = "lake", .position = Vector(0, -60, 60), .colour = {0.85f, 0.34f, 0.06f}},
@@ -133,30 +138,36 @@ std::vector<StageLight> lights() {
 }
 
 std::vector<StageMaterial> materials() {
-  const Colour4 white{1, 1, 1}, faint{0.12f, 0.12f, 0.12f}, half{0.45f, 0.45f, 0.45f}, none{0, 0, 0};
+  const Colour4 white{1, 1, 1}, faint{0.10f, 0.09f, 0.10f}, half{0.45f, 0.45f, 0.45f}, none{0, 0, 0};
   const auto painted = [&](const char* name, const char* texture, Colour4 diffuse, Colour4 ambient) {
     return StageMaterial{
         .name = name, .texture = texture, .diffuse = diffuse, .ambient = ambient, .shine = 0};
   };
   StageMaterial vault = painted("vault", "hell_stone", faint, white);
   vault.twoSided = true;
-  StageMaterial haze = painted("haze", "hell_haze", none, white);
-  haze.twoSided = true;
-  StageMaterial halo = painted("halo", "hell_halo", none, white);
-  halo.twoSided = true;
-  StageMaterial iron = painted("iron", "hell_iron", half, {0.55f, 0.55f, 0.55f});
+  StageMaterial glow = painted("glow", "hell_glow", none, white);
+  glow.twoSided = true;
+  StageMaterial iron = painted("iron", "hell_iron", half, {0.40f, 0.38f, 0.40f});
   iron.environment = true;
+  // Near the lens iron and stone are ink.
+  StageMaterial darkIron = painted("darkiron", "hell_iron", {0.10f, 0.10f, 0.10f}, {0.10f, 0.09f, 0.11f});
+  darkIron.environment = true;
+  const StageMaterial depths{
+      .name = "depths", .diffuse = none, .ambient = {0.020f, 0.012f, 0.016f}, .shine = 0};
   return {
       painted("lava", "hell_lava", none, white),
       painted("stone", "hell_stone", faint, white),
+      painted("dimstone", "hell_stone", none, {0.58f, 0.55f, 0.60f}),
+      painted("darkstone", "hell_stone", none, {0.32f, 0.30f, 0.34f}),
       vault,
       painted("shell", "hell_sphere", half, {0.85f, 0.85f, 0.85f}),
       painted("heart", "hell_heart", none, white),
       painted("blaze", "hell_blaze", none, white),
       painted("lakehaze", "hell_lake", none, white),
       iron,
-      haze,
-      halo,
+      darkIron,
+      depths,
+      glow,
   };
 }
 
@@ -188,16 +199,22 @@ Surface builtPart(const Surface& stone, StonePart part, const Placement& placeme
 
 void addMasonry(Stage& stage, const Surface& stone) {
   const Placement mirror = stretched(-1, 1, 1);
-  Surface piers, ribs, vaults;
-  for (int i = -3; i <= 3; ++i) {
-    const float z = bay * static_cast<float>(i);
-    for (const bool right : {false, true}) {
-      // Each pier is turned by whole sides of its honeycomb.
-      const Placement left =
-          turnedY(static_cast<float>((i + (right ? 5 : 3)) % 2) * 180.0f) >> moved(-naveHalf, 0, z);
-      append(piers, builtPart(stone, pier, right ? left >> mirror : left));
+  // The sphere lights the middle rows; those near the open end and the choir frame it.
+  struct Row {
+    const char *name, *material;
+    std::vector<int> places;
+  };
+  for (const Row& row : {Row{"piers", "stone", {-1, 0, 1}}, Row{"piers2", "dimstone", {-3, -2}},
+                         Row{"piers3", "darkstone", {2, 3}}}) {
+    Surface piers;
+    for (const int place : row.places) {
+      const Placement left = moved(-naveHalf, 0, bay * static_cast<float>(place));
+      append(piers, builtPart(stone, pier, left));
+      append(piers, builtPart(stone, pier, left >> mirror));
     }
+    stage.meshes.push_back({.name = row.name, .surface = piers, .material = row.material});
   }
+  Surface ribs, vaults;
   struct Arch {
     int place;
     StonePart left, right;
@@ -215,7 +232,6 @@ void addMasonry(Stage& stage, const Surface& stone) {
     if (place != -1)
       append(vaults, builtPart(stone, web, mirror >> moved(0, 0, bay * static_cast<float>(place))));
   }
-  stage.meshes.push_back({.name = "piers", .surface = piers, .material = "stone"});
   stage.meshes.push_back({.name = "ribs", .surface = ribs, .material = "stone"});
   stage.meshes.push_back({.name = "vaults", .surface = vaults, .material = "vault"});
   stage.meshes.push_back({.name = "choirwall",
@@ -274,9 +290,12 @@ void addIron(Stage& stage) {
   stage.meshes.push_back({.name = "shackle", .surface = withoutMapping(shackle()), .material = "iron"});
   struct Hanging {
     float x, y, z, length, degrees, turns;
+    const char* material;
   };
-  const Hanging chains[] = {
-      {-46, 236, 180, 96, 4, 5}, {62, 224, 90, 84, 3, 4}, {-30, 250, 0, 70, 5, 6}, {40, 240, -90, 110, 3, 5}};
+  const Hanging chains[] = {{-16, 250, 276, 155, 2, 5, "darkiron"},
+                            {62, 224, 90, 84, 3, 4, "iron"},
+                            {-30, 250, 0, 70, 5, 6, "iron"},
+                            {40, 240, -90, 70, 3, 5, "iron"}};
   int count = 0;
   for (const Hanging& hanging : chains) {
     const Vector pivot(hanging.x, hanging.y, hanging.z);
@@ -284,7 +303,7 @@ void addIron(Stage& stage) {
         {.name = "chain" + std::to_string(++count),
          .surface = placed(withoutMapping(danglingChain(hanging.length)), moved(pivot)),
          .pivot = pivot,
-         .material = "iron",
+         .material = hanging.material,
          .motion = dangling(hanging.degrees, hanging.turns, 0.23f * static_cast<float>(count))});
   }
 }
@@ -295,13 +314,22 @@ void addHaze(Stage& stage) {
       {.name = "lakehaze",
        .surface = placed(plane(2 * lakeHazeReach, 2 * lakeHazeReach, 2, 2), moved(0, 0.8f, 0)),
        .material = "lakehaze"});
+  const Surface hazeCard = mappingScaled(card(520, 210), 1, 0.5f);
+  for (const float z : {130.0f, 60.0f}) {
+    const Vector pivot(0, -20, z);
+    stage.meshes.push_back({.name = z > 100 ? "smoke1" : "smoke2",
+                            .surface = placed(hazeCard, stretched(1, 1.3f, 1) >> moved(pivot)),
+                            .pivot = pivot,
+                            .material = "glow",
+                            .motion = standingBy(pivot, smokeFrom, smokeUntil)});
+  }
   int count = 0;
   for (const float z : {-290.0f, -225.0f, -120.0f}) {
     const Vector pivot(0, -8, z);
     StageMesh mesh{.name = "haze" + std::to_string(++count),
-                   .surface = placed(card(520, 210), moved(pivot)),
+                   .surface = placed(hazeCard, moved(pivot)),
                    .pivot = pivot,
-                   .material = "haze"};
+                   .material = "glow"};
     mesh.motion.positions = positionKeys(loopSeconds, 20, [=](float t) {
       return pivot +
              Vector(26 * swing(t, loopSeconds, 1, 0.3f * z), 5 * swing(t, loopSeconds, 2, 0.1f * z), 0);
@@ -310,11 +338,19 @@ void addHaze(Stage& stage) {
   }
   // Behind the sphere's middle, turned so that no camera sees its edge or the sphere through it.
   const float side = 7 * sphereRadius;
-  stage.meshes.push_back({.name = "halo",
-                          .surface = placed(card(side, side), moved(0, -side / 2, 0) >> turnedY(-10) >>
-                                                                  moved(sphereCentre - Vector(0, 0, 12))),
-                          .pivot = sphereCentre,
-                          .material = "halo"});
+  stage.meshes.push_back(
+      {.name = "halo",
+       .surface = placed(mappingScaled(card(side, side), 1, 0.5f, 0, 0.5f),
+                         moved(0, -side / 2, 0) >> turnedY(-10) >> moved(sphereCentre - Vector(0, 0, 12))),
+       .pivot = sphereCentre,
+       .material = "glow",
+       .motion = haloMotion()});
+}
+
+// What iron mirrors: the sky, and the burning lake.
+Colour4 ironLight(const Vector& d) {
+  return d.y > 0 ? hellLight(d) * 0.9f
+                 : gradient(emberRamp, 0.60f - 0.16f * smoothStep(0, -0.8f, d.y)) * 0.8f;
 }
 
 Model hellModel(const Settings& settings) {
@@ -341,6 +377,20 @@ Model hellModel(const Settings& settings) {
   Stage stage;
   stage.seconds = shotSeconds;
   stage.materials = materials();
+  // What the lava lets through is drawn before it.
+  stage.meshes.push_back({.name = "piersbelow", .surface = piersInLake(), .material = "depths"});
+  stage.meshes.push_back({.name = "spherebelow",
+                          .surface = sphereInLake(),
+                          .pivot = inLake(sphereCentre),
+                          .material = "lava",
+                          .motion = mirroredMotion()});
+  const float pool = 7 * sphereRadius;
+  stage.meshes.push_back({.name = "halobelow",
+                          .surface = placed(mappingScaled(card(pool, pool), 1, 0.5f, 0, 0.5f),
+                                            moved(inLake(sphereCentre) - Vector(0, pool / 2, 2))),
+                          .pivot = inLake(sphereCentre),
+                          .material = "glow"});
+  stage.meshes.push_back({.name = "ringbelow", .surface = ringInLake(), .material = "darkiron"});
   const int quads = static_cast<int>(2 * lakeReach / tileSize);
   stage.meshes.push_back({.name = "Lava",
                           .surface = mappingScaled(plane(2 * lakeReach, 2 * lakeReach, quads, quads),
@@ -365,24 +415,23 @@ Model hellModel(const Settings& settings) {
                    sphereLook(), 512, 0.7f, sphereColour),
            heartPicture(settings.side(256)), blazePicture(settings.side(256)),
            lakeHazePicture(settings.side(256), lakeHazeReach),
-           sphereMap([](const Vector& d) { return hellLight(d) * 0.9f; }, lookTowards(-1.5f, 0),
-                     settings.side(256), 2),
-           hazePicture(settings.side(256)), haloPicture(settings.side(256))}};
+           sphereMap(ironLight, lookTowards(-1.5f, 0), settings.side(256), 2),
+           glowPicture(settings.side(256)), duskPicture(settings.side(256))}};
 }
 
 }  // namespace
 
 Products hellModels() {
   return {model("hell",
-                {{"hell_lava", PictureKind::jpeg},
+                {{"hell_lava", PictureKind::maskedJpeg},
                  {"hell_stone", PictureKind::jpeg},
                  {"hell_sphere", PictureKind::jpeg},
                  {"hell_heart", PictureKind::jpeg},
                  {"hell_blaze", PictureKind::jpeg},
                  {"hell_lake", PictureKind::maskedJpeg},
                  {"hell_iron", PictureKind::jpeg},
-                 {"hell_haze", PictureKind::maskedJpeg},
-                 {"hell_halo", PictureKind::maskedJpeg}},
+                 {"hell_glow", PictureKind::maskedJpeg},
+                 {"hell_dusk", PictureKind::jpeg}},
                 5, hellModel, {"production/models/hell_", "production/textures/hell_light."})};
 }
 

@@ -14,12 +14,12 @@ BakeLook stoneLook() {
   BakeLook look;
   look.sky = [](const Vector& d) {
     const float below = smoothStep(0.25f, -0.7f, d.y), level = std::exp(-std::fabs(d.y) * 3);
-    return gradient(emberRamp, 0.70f) * (1.25f * below) + gradient(emberRamp, 0.5f) * (0.35f * level) +
-           Colour4{0.055f, 0.04f, 0.06f};
+    return gradient(emberRamp, 0.68f) * (1.35f * below) + gradient(emberRamp, 0.46f) * (0.25f * level) +
+           Colour4{0.045f, 0.047f, 0.075f};
   };
-  look.lights = {{.towards = Vector(1, -0.15f, 0.1f), .size = 0.35f, .colour = {0.62f, 0.30f, 0.10f}},
-                 {.towards = Vector(0.5f, 0.35f, -1), .size = 0.2f, .colour = {0.55f, 0.26f, 0.09f}}};
-  look.bounce = {0.05f, 0.015f, 0.01f};
+  // The sphere and the lake's middle, both in the nave; every pier has them to its right.
+  look.lights = {{.towards = Vector(1, -0.35f, 0), .size = 0.3f, .colour = {0.95f, 0.42f, 0.12f}}};
+  look.bounce = {0.03f, 0.008f, 0.008f};
   look.reach = 55;
   look.rays = 36;
   look.shadowRays = 4;
@@ -27,30 +27,31 @@ BakeLook stoneLook() {
   return look;
 }
 
+// Blue-black basalt; what colour it has comes from the lake.
 Colour4 stoneColour(const BakePoint& p) {
-  const float y = p.position.y;
+  const float y = p.position.y, high = std::max(0.0f, y);
   const float grit = 0.5f + 0.5f * fractal(p.position * 0.16f, 0, 4, 0.6f, 981);
   const float stain =
       0.5f + 0.5f * fractal(Vector(p.position.x * 0.05f, y * 0.012f, p.position.z * 0.05f), 0, 3, 0.5f, 982);
-  // Basalt cracks across its columns every few feet.
-  const float course =
-      y / 9 + 2.6f * gradientNoise(Vector(p.position.x * 0.021f, 0, p.position.z * 0.021f), 0, 983);
-  const float joint = p.part == web || p.part == rib || p.part == brokenRib
-                          ? 1.0f
-                          : 0.62f + 0.38f * smoothStep(0.0f, 0.06f, std::fabs(course - std::round(course)));
-  const float worn = std::max(0.0f, p.edge);
+  // Columns crack across every few feet, here deep, there not at all.
+  const float course = y / 13 + 3.2f * gradientNoise(p.position * 0.035f, 0, 983);
+  const float depth = smoothStep(-0.1f, 0.5f, gradientNoise(p.position * 0.06f, 0, 987));
+  const bool masonry = p.part == web || p.part == rib || p.part == brokenRib;
+  const float joint =
+      masonry ? 1.0f : 1 - 0.55f * depth * smoothStep(0.07f, 0.0f, std::fabs(course - std::round(course)));
+  // Edges are worn in places only.
+  const float worn = std::max(0.0f, p.edge) * smoothStep(0.45f, 0.8f, grit);
   Colour4 albedo =
-      mix(Colour4{0.10f, 0.09f, 0.11f}, Colour4{0.40f, 0.32f, 0.30f}, grit * (0.3f + 0.7f * stain));
-  albedo = albedo * joint * (1 + 1.8f * worn);
-  // The lake's light dies with height; its heat stays in the foot.
-  const float near = p.part == choirWall ? 0.75f : mix(0.50f, 2.1f, std::exp(-std::max(0.0f, y) / 60));
-  Colour4 colour = albedo * p.light * (1.45f * near);
-  const float foot = std::exp(-std::max(0.0f, y - 2 * grit) / 5.5f);
-  colour = colour + gradient(emberRamp, 0.62f) *
-                        (0.75f * foot * foot + 0.25f * std::exp(-std::max(0.0f, y) / 18) * p.open);
-  // Embers in the cracks between columns, near the lake.
-  const float hollow = smoothStep(0.45f, 0.1f, p.open) * std::exp(-std::max(0.0f, y) / 60);
-  return colour + gradient(emberRamp, 0.55f) * (0.5f * hollow);
+      mix(Colour4{0.055f, 0.060f, 0.085f}, Colour4{0.24f, 0.22f, 0.25f}, grit * grit * (0.3f + 0.7f * stain));
+  albedo = albedo * joint * (1 + 0.6f * worn);
+  // The lake's light dies with height; its heat stays in the foot and climbs in the cracks.
+  const float near = p.part == choirWall ? 0.30f : masonry ? 1.2f : mix(0.42f, 2.6f, std::exp(-high / 42));
+  Colour4 colour = albedo * p.light * (1.5f * near);
+  const float foot = std::exp(-std::max(0.0f, y - 3 * grit) / 5.0f);
+  colour = colour + gradient(emberRamp, 0.66f) * (0.85f * foot * foot);
+  colour = colour + gradient(emberRamp, 0.50f) * (0.20f * std::exp(-high / 22) * p.open * grit);
+  const float hollow = smoothStep(0.42f, 0.1f, p.open) * std::exp(-high / 38);
+  return colour + gradient(emberRamp, 0.58f) * (0.55f * hollow);
 }
 
 BakeLook sphereLook() {
@@ -78,7 +79,7 @@ Colour4 sphereColour(const BakePoint& p) {
   // Walls glow, brighter further in; a rim of heat runs around each plate.
   const float wall = smoothStep(0.75f, 0.25f, facing);
   const float deep = smoothStep(sphereRadius + 0.5f, sphereRadius * 0.82f, away);
-  colour = mix(colour, gradient(emberRamp, 0.50f + 0.36f * deep), wall * (0.45f + 0.55f * deep));
+  colour = mix(colour, gradient(emberRamp, 0.52f + 0.28f * deep), wall * (0.45f + 0.55f * deep));
   const float rim = std::max(0.0f, p.edge);
   colour = colour + gradient(emberRamp, 0.58f) * (0.55f * rim);
   colour = colour + gradient(emberRamp, 0.60f) * (0.65f * smoothStep(0.035f, 0.0f, vein) * grit);

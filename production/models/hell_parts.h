@@ -19,6 +19,7 @@ inline constexpr float shotSeconds = 20;
 
 inline const Vector sphereCentre(0, 88, 0);
 inline constexpr float sphereRadius = 30;
+inline const Vector loosePlates = unit(Vector(0.45f, 0.55f, 0.7f));  // the side on which they are
 
 struct Plate {
   Surface surface;
@@ -39,8 +40,25 @@ Surface stonePart(StonePart part);
 
 // --- Iron
 
+Placement shackleTilt();
 Surface shackle();                    // the ring around the sphere and the chains that hold it
 Surface danglingChain(float length);  // from y = 0 down, its last link bent open
+
+// --- What the lake mirrors
+
+Placement inLake(const Placement& turn);
+Vector inLake(const Vector& place);
+Surface sphereInLake();
+Surface ringInLake();
+Surface piersInLake();
+
+// --- Cameras
+
+// The sphere's loose plates fly off, and its heart lies open, for a while about here in all shots' time.
+inline constexpr float openFrom = 15.3f, openUntil = 19.3f;
+// Smoke stands behind the sphere, seen from the choir.
+inline constexpr float smokeFrom = 5.6f, smokeUntil = 8.6f;
+std::vector<StageCamera> cameras();
 
 // --- Baking
 
@@ -52,11 +70,11 @@ Colour4 sphereColour(const BakePoint& p);
 
 // --- Pictures without baked light
 
-Canvas lavaPicture(int side);                   // tiles
+Canvas lavaPicture(int side);                   // tiles; glassy where it is black
 Canvas heartPicture(int side);                  // tiles across
 Canvas blazePicture(int side);                  // the fire behind the choir
-Canvas haloPicture(int side);                   // the glow around the sphere
+Canvas glowPicture(int side);                   // above: around the sphere; below: haze on the lake
+Canvas duskPicture(int side);                   // to darken by: all but the lower middle
 Canvas lakeHazePicture(int side, float reach);  // seen from above, `reach` units from middle to edge
-Canvas hazePicture(int side);                   // a card, clear at its borders
 
 }  // namespace vex::hell

@@ -34,7 +34,10 @@ Canvas lavaPicture(int side) {
     const float relief = sample(light, u, v, EdgeMode::wrap);
     Colour4 colour = (ink + gradient(emberRamp, 0.21f + 0.10f * grit)) * (0.35f + 0.75f * relief);
     colour = colour + gradient(emberRamp, 0.40f * std::exp(-crack / (width * 2.4f)));
-    return mix(colour, gradient(emberRamp, 0.52f + 0.36f * glow), smoothStep(0.35f, 0.75f, glow));
+    colour = mix(colour, gradient(emberRamp, 0.52f + 0.36f * glow), smoothStep(0.35f, 0.75f, glow));
+    // The crust is glass: what hangs over it shows in it.
+    colour.a = mix(0.28f + 0.2f * grit, 1.0f, smoothStep(0.15f, 0.5f, glow));
+    return colour;
   });
 }
 
@@ -42,7 +45,8 @@ Canvas heartPicture(int side) {
   return paint(side, side, [](float u, float v) {
     const float flow = fractal(u * 6, v * 6, 6, 4, 0.55f, 966);
     const float veins = ridges(u * 6 + 0.4f * flow, v * 6, 6, 3, 0.5f, 967);
-    return gradient(emberRamp, 0.60f + 0.16f * flow + 0.26f * veins);
+    // Calm at the poles, where the picture is drawn together.
+    return gradient(emberRamp, 0.74f + (0.20f * flow + 0.30f * (veins - 0.25f)) * std::sin(pi * v));
   });
 }
 
@@ -52,17 +56,43 @@ Canvas blazePicture(int side) {
     const float x = 2 * u - 1, rise = 1 - v;
     const float tongues =
         fractal(u * 7, v * 3 + 0.5f * fractal(u * 5, v * 4, 0, 2, 0.5f, 968), 0, 4, 0.55f, 969);
-    const float level = 1.02f - 0.42f * rise - 0.20f * x * x + 0.16f * tongues;
-    return gradient(emberRamp, std::clamp(level, 0.34f, 0.95f));
+    const float level = 1.06f - 0.40f * rise - 0.18f * x * x + 0.24f * tongues;
+    return gradient(emberRamp, std::clamp(level, 0.34f, 1.0f));
   });
 }
 
-Canvas haloPicture(int side) {
+namespace {
+
+// The glow around the sphere, u and v from 0 to 1.
+Colour4 haloColour(float u, float v) {
+  const float r = 2 * std::hypot(u - 0.5f, v - 0.5f);
+  Colour4 colour = gradient(emberRamp, 0.74f - 0.20f * r);
+  colour.a = 0.85f * std::exp(-std::max(0.0f, r - 0.27f) / 0.17f) * smoothStep(0.98f, 0.45f, r);
+  return colour;
+}
+
+// Haze that stands on the lake, thick at its foot, clear at its borders.
+Colour4 hazeColour(float u, float v) {
+  const float rise = 1 - v, x = 2 * u - 1;
+  const float swirl = 0.5f + 0.5f * fractal(u * 5, v * 3, 0, 4, 0.5f, 970);
+  Colour4 colour = gradient(emberRamp, 0.56f - 0.20f * rise);
+  colour.a = 0.8f * smoothStep(1, 0.45f, std::fabs(x)) * smoothStep(0.0f, 0.10f, rise) *
+             std::exp(-rise * 3.6f) * smoothStep(1.0f, 0.7f, rise) * (0.30f + 0.7f * swirl);
+  return colour;
+}
+
+}  // namespace
+
+Canvas glowPicture(int side) {
+  return paint(side, side,
+               [](float u, float v) { return v < 0.5f ? haloColour(u, 2 * v) : hazeColour(u, 2 * v - 1); });
+}
+
+Canvas duskPicture(int side) {
   return paint(side, side, [](float u, float v) {
-    const float r = 2 * std::hypot(u - 0.5f, v - 0.5f);
-    Colour4 colour = gradient(emberRamp, 0.72f - 0.16f * r);
-    colour.a = 0.85f * std::exp(-std::max(0.0f, r - 0.27f) / 0.19f) * smoothStep(0.98f, 0.45f, r);
-    return colour;
+    const float x = 2 * u - 1;
+    const float open = smoothStep(0.22f, 0.86f, v) * std::exp(-0.9f * x * x * x * x);
+    return Colour4{0.90f, 0.93f, 0.90f} * (1 - open);
   });
 }
 
@@ -70,18 +100,7 @@ Canvas lakeHazePicture(int side, float reach) {
   return paint(side, side, [reach](float u, float v) {
     const float away = 2 * std::hypot(u - 0.5f, v - 0.5f) * reach;
     Colour4 colour = hellHaze();
-    colour.a = 0.97f * smoothStep(90, 470, away);
-    return colour;
-  });
-}
-
-Canvas hazePicture(int side) {
-  return paint(side, side, [](float u, float v) {
-    const float rise = 1 - v, x = 2 * u - 1;
-    const float swirl = 0.5f + 0.5f * fractal(u * 5, v * 3, 0, 4, 0.5f, 970);
-    Colour4 colour = gradient(emberRamp, 0.60f - 0.14f * rise);
-    colour.a = smoothStep(1, 0.45f, std::fabs(x)) * smoothStep(0.0f, 0.10f, rise) * std::exp(-rise * 3.4f) *
-               smoothStep(1.0f, 0.7f, rise) * (0.40f + 0.6f * swirl);
+    colour.a = 0.97f * smoothStep(140, 500, away);
     return colour;
   });
 }

@@ -67,10 +67,8 @@ Plate plateOf(const std::vector<Vector>& middles, std::size_t which) {
     float share, radius;
   };
   const float lift = 0.9f * (hashUnit(static_cast<int>(which), 5, 931) - 0.5f);
-  const Row rows[] = {{0, sphereRadius},        {0.36f, sphereRadius},
-                      {0.70f, sphereRadius},    {0.93f, sphereRadius - 0.15f},
-                      {1, sphereRadius - 0.9f}, {0.96f, sphereRadius * 0.80f},
-                      {0, sphereRadius * 0.80f}};
+  const Row rows[] = {{0, sphereRadius},        {0.55f, sphereRadius},         {0.93f, sphereRadius - 0.15f},
+                      {1, sphereRadius - 0.9f}, {0.96f, sphereRadius * 0.80f}, {0, sphereRadius * 0.80f}};
   constexpr int last = static_cast<int>(std::size(rows)) - 1;
   const Surface plate = sheet(plateSides, last,
                               [&](float s, float t) {
@@ -84,7 +82,7 @@ Plate plateOf(const std::vector<Vector>& middles, std::size_t which) {
                               },
                               {.closedAcross = true, .poleBelow = true, .poleAbove = true});
   // The plates that face the nave's open end and the sky come loose.
-  const bool loose = dot(middle, unit(Vector(0.45f, 0.55f, 0.7f))) > 0.42f;
+  const bool loose = dot(middle, loosePlates) > 0.42f;
   return {creased(plate, 50), middle, loose};
 }
 

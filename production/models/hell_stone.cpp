@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "production/geometry/forms.h"
@@ -25,25 +26,80 @@ Vector arcPoint(float t, float out, float z) {
   return Vector(spread + radius * std::cos(angle), springing + radius * std::sin(angle), z);
 }
 
-// A basalt column of six sides from below the lake up to `height`, a little crooked.
-Surface column(float x, float z, float radius, float height, int seed) {
+constexpr std::size_t columnSides = 6;  // side k faces 60 k degrees, from x towards z
+
+// A basalt column from below the lake up to `height`: no two corners alike, its head broken off at a slant
+// with a splintered rim. Sides that only a neighbour sees are left out.
+Surface column(float x, float z, float radius, float height, int seed,
+               const std::array<bool, columnSides>& hidden) {
   constexpr float below = 6;
-  const Surface shaft = lathe({{radius, -below}, {radius * 0.98f, height}, {0, height + 0.4f}}, 6, 180);
-  const float lean = 1.2f * (hashUnit(seed, 1, 951) - 0.5f), leanZ = 1.2f * (hashUnit(seed, 2, 951) - 0.5f);
-  return placed(creased(withoutMapping(shaft), 25), turnedX(leanZ) >> turnedZ(lean) >> moved(x, 0, z));
+  const auto chance = [seed](int what) { return hashUnit(seed, what, 951); };
+  const float slantX = 0.5f * (chance(20) - 0.5f), slantZ = 0.5f * (chance(21) - 0.5f);
+  const auto missing = static_cast<std::size_t>(chance(22) * 9);  // a corner that has split off, if any
+  Surface shaft;
+  // At each corner from the foot up; tall ones are offset where they once broke across.
+  std::vector<float> levels{-below};
+  if (height > 60) levels.push_back(height * (0.3f + 0.4f * chance(23)));
+  const std::size_t rows = levels.size() + 2;
+  const float shiftX = 0.7f * (chance(24) - 0.5f), shiftZ = 0.7f * (chance(25) - 0.5f);
+  for (std::size_t corner = 0; corner < columnSides; ++corner) {
+    const int number = static_cast<int>(corner);
+    const float turn = pi / 3 * (static_cast<float>(corner) - 0.5f);
+    const auto at = [&](float away, float y, float shift) {
+      return Vector(away * std::cos(turn) + shift * shiftX, y, away * std::sin(turn) + shift * shiftZ);
+    };
+    const float own = radius * (1.0f + 0.06f * chance(number));
+    const Vector rim = at(own * 0.99f, 0, 1);
+    const float top = height + slantX * rim.x + slantZ * rim.z - (corner == missing ? 3.5f : 0.0f);
+    for (const float level : levels) addPoint(shaft, at(own, level, level > 0 ? 0.5f : 0.0f));
+    const float splinter = 0.5f + 1.3f * chance(10 + number);
+    addPoint(shaft, at(own * 0.99f, top - splinter, 1));
+    addPoint(shaft, at(own * (0.80f + 0.14f * chance(30 + number)) - (corner == missing ? 2.5f : 0.0f),
+                       top + 0.2f * splinter, 1));
+  }
+  const auto point = [rows](std::size_t corner, std::size_t row) {
+    return static_cast<int>(corner % columnSides * rows + row);
+  };
+  const int middle = addPoint(shaft, Vector(shiftX, height + 0.9f * (chance(26) - 0.6f), shiftZ));
+  for (std::size_t side = 0; side < columnSides; ++side) {
+    for (std::size_t row = 0; row + 1 < rows; ++row)
+      if (!hidden[side] || row + 2 == rows)
+        addQuad(shaft, point(side + 1, row), point(side, row), point(side, row + 1),
+                point(side + 1, row + 1));
+    addTriangle(shaft, middle, point(side + 1, rows - 1), point(side, rows - 1));
+  }
+  const float lean = 0.8f * (chance(1 + 40) - 0.5f), leanZ = 0.8f * (chance(2 + 40) - 0.5f);
+  return placed(creased(compacted(shaft), 25), turnedX(leanZ) >> turnedZ(lean) >> moved(x, 0, z));
 }
 
 // Columns side by side in the honeycomb about the origin; `height` of each by place, none where 0 or less.
 Surface honeycomb(int rings, float radius, const std::function<float(float x, float z, int seed)>& height) {
-  Surface all;
+  struct Cell {
+    int q, r;
+  };
+  constexpr std::array<Cell, columnSides> neighbours{{{1, 0}, {0, 1}, {-1, 1}, {-1, 0}, {0, -1}, {1, -1}}};
   const float step = radius * 1.76f;
+  const auto place = [step](const Cell& cell) {
+    return Vector(step * (static_cast<float>(cell.q) + 0.5f * static_cast<float>(cell.r)), 0,
+                  step * 0.866f * static_cast<float>(cell.r));
+  };
+  const auto seedOf = [](const Cell& cell) { return (cell.q + 20) * 50 + cell.r + 20; };
+  const auto tallness = [&](const Cell& cell) {
+    if (std::max({std::abs(cell.q), std::abs(cell.r), std::abs(cell.q + cell.r)}) > rings) return 0.0f;
+    const Vector p = place(cell);
+    return height(p.x, p.z, seedOf(cell));
+  };
+  Surface all;
   for (int q = -rings; q <= rings; ++q)
     for (int r = std::max(-rings, -q - rings); r <= std::min(rings, -q + rings); ++r) {
-      const float x = step * (static_cast<float>(q) + 0.5f * static_cast<float>(r)),
-                  z = step * 0.866f * static_cast<float>(r);
-      const int seed = (q + 20) * 50 + r + 20;
-      const float tall = height(x, z, seed);
-      if (tall > 0) append(all, column(x, z, radius * (0.96f + 0.05f * hashUnit(seed, 4, 951)), tall, seed));
+      const Cell cell{q, r};
+      const float tall = tallness(cell);
+      if (tall <= 0) continue;
+      std::array<bool, columnSides> hidden{};
+      for (std::size_t side = 0; side < columnSides; ++side)
+        hidden[side] = tallness({q + neighbours[side].q, r + neighbours[side].r}) > tall + 2;
+      const Vector p = place(cell);
+      append(all, column(p.x, p.z, radius, tall, seedOf(cell), hidden));
     }
   return all;
 }
@@ -66,10 +122,10 @@ float ribThickness(float t) {
 
 Surface halfRib(float until, TubeEnd end) {
   std::vector<Vector> path;
-  constexpr int pieces = 11;
+  constexpr int pieces = 9;
   for (int i = 0; i <= pieces; ++i) path.push_back(arcPoint(until * static_cast<float>(i) / pieces, 0, 0));
   return creased(withoutMapping(tube(
-                     path, 8, [until](float t) { return ribThickness(t * until); }, end)),
+                     path, 7, [until](float t) { return ribThickness(t * until); }, end)),
                  25);
 }
 
@@ -79,20 +135,57 @@ Surface bossSurface() {
       moved(arcPoint(1, 0, 0)));
 }
 
-// The vault over the left half of one bay, with holes.
+// The vault over the left half of one bay: what is left of its courses of blocks, whose broken ends show how
+// thick they are.
 Surface webSurface() {
-  const Surface half = turnedOver(sheet(9, 20, [](float s, float t) {
-    const float sag = 9 * std::sin(pi * s);
-    const Vector p = arcPoint(t, 3 + sag, bay * s);
-    return p + Vector(0, 1, 0) * (1.5f * gradientNoise(p * 0.09f, 0, 952));
-  }));
-  const Surface broken = selected(half, [&](const Triangle& triangle) {
-    const Vector& p = half.points[static_cast<std::size_t>(triangle.points[0])];
-    const float high = clamp01((p.y - springing) / 150);
-    return gradientNoise(Vector(p.x * 0.021f, p.y * 0.021f, p.z * 0.03f), 0, 953) <
-           mix(0.55f, -0.12f, smoothStep(0.25f, 0.95f, high));
-  });
-  return withoutMapping(broken);
+  constexpr int courses = 13, across = 6;
+  constexpr float thick = 8;
+  // Corners of blocks are shaken in their place, the same for all that meet there.
+  const auto corner = [](int course, float column, float out) {
+    const int seed = course * 64 + static_cast<int>(column * 4);
+    const bool border = column <= 0 || column >= across;
+    const float s = clamp01((column + (border ? 0.0f : 0.34f * (hashUnit(seed, 0, 953) - 0.5f))) / across);
+    const float t = clamp01((static_cast<float>(course) + 0.26f * (hashUnit(seed, 1, 953) - 0.5f)) /
+                            static_cast<float>(courses));
+    return arcPoint(t, 4 + 9 * std::sin(pi * s) + out, bay * s);
+  };
+  // Every other course is shifted by half a block, as masons do.
+  const auto start = [](int course, int block) {
+    return std::clamp(static_cast<float>(block) - (course % 2 == 0 ? 0.0f : 0.5f), 0.0f,
+                      static_cast<float>(across));
+  };
+  const auto stands = [&](int course, int block) {
+    const float from = start(course, block), to = start(course, block + 1);
+    if (course < 0 || course >= courses || to - from < 0.1f) return false;
+    const float high = static_cast<float>(course) / courses, s = (from + to) / 2 / across;
+    const float fallen = gradientNoise(Vector(s * 2.6f, high * 4.2f, 0.5f), 0, 952) +
+                         0.30f * (hashUnit(course, block, 954) - 0.5f);
+    return fallen < mix(0.75f, -0.10f, smoothStep(0.25f, 0.9f, high)) - 0.45f * std::sin(pi * s) * high;
+  };
+  Surface all;
+  for (int course = 0; course < courses; ++course)
+    for (int block = 0; block <= across; ++block) {
+      if (!stands(course, block)) continue;
+      const float from = start(course, block), to = start(course, block + 1);
+      const float settled = 1.6f * (hashUnit(course, block, 955) - 0.5f);
+      std::array<int, 8> p{};
+      for (std::size_t i = 0; i < p.size(); ++i)
+        p[i] = addPoint(
+            all, corner(course + (i & 2 ? 1 : 0), i & 1 ? to : from, settled + (i & 4 ? thick : 0.0f)));
+      addQuad(all, p[0], p[1], p[3], p[2]);
+      // Ends show where a neighbour has fallen.
+      if (!stands(course, block - 1) && from > 0) addQuad(all, p[4], p[0], p[2], p[6]);
+      if (!stands(course, block + 1) && to < across) addQuad(all, p[1], p[5], p[7], p[3]);
+      const auto open = [&](int other) {
+        for (int beside = block - 1; beside <= block + 1; ++beside)
+          if (start(other, beside) < to && start(other, beside + 1) > from && !stands(other, beside))
+            return true;
+        return false;
+      };
+      if (open(course - 1)) addQuad(all, p[4], p[5], p[1], p[0]);
+      if (open(course + 1)) addQuad(all, p[2], p[3], p[7], p[6]);
+    }
+  return creased(turnedOver(all), 25);
 }
 
 Outline circle(float x, float y, float radius, int sides, bool hole) {
@@ -139,14 +232,16 @@ Surface choirWallSurface() {
     const float turn = 2 * pi * (static_cast<float>(i) + 0.5f) / 8;
     outlines.push_back(circle(28 * std::cos(turn), roseY + 28 * std::sin(turn), 7.6f, 12, true));
   }
-  return withoutMapping(extrusion(outlines, 16, 1.3f));
+  // Nobody ever stands behind it.
+  const Surface wallBody = withoutMapping(extrusion(outlines, 16, 1.3f));
+  return selected(wallBody, [&](const Triangle& triangle) { return normalOf(wallBody, triangle).z > -0.9f; });
 }
 
 Surface causewaySurface() {
   return honeycomb(3, 8.0f, [](float x, float z, int seed) {
     const float away = std::hypot(x, z) / 50, chance = hashUnit(seed, 3, 955);
     const float tall = 26 * (1 - away * away) + 13 * (chance - 0.55f);
-    return tall < 3 ? 0.0f : tall;
+    return tall < 6.5f ? 0.0f : tall;
   });
 }
 
@@ -155,7 +250,7 @@ Surface causewaySurface() {
 constexpr float linkLength = 7.6f;  // from link to link
 
 Surface link() {
-  return withoutMapping(placed(torus(2.9f, 0.85f, 8, 4), stretched(1, 1, 1.75f) >> turnedX(90)));
+  return withoutMapping(placed(torus(2.9f, 0.9f, 7, 3), stretched(1, 1, 1.75f) >> turnedX(90)));
 }
 
 // Links from one place to another, every other one turned by a quarter.
@@ -192,10 +287,15 @@ Surface stonePart(StonePart part) {
   return {};
 }
 
+// A heavy band, tilted.
+Placement shackleTilt() {
+  return turnedX(24) >> turnedZ(-14) >> moved(sphereCentre);
+}
+
 Surface shackle() {
   constexpr float radius = sphereRadius + 14;
-  // A heavy band, tilted; four chains from it to the piers at both sides.
-  const Placement tilt = turnedX(24) >> turnedZ(-14) >> moved(sphereCentre);
+  // The band; four chains from it to the piers at both sides.
+  const Placement tilt = shackleTilt();
   Surface all = placed(creased(withoutMapping(lathe({{radius - 2, -3},
                                                      {radius + 1, -3.6f},
                                                      {radius + 2.4f, -2},

@@ -44,38 +44,39 @@ float arcade(float turn, float rise, int bays, float height, std::uint32_t seed)
 }  // namespace
 
 Colour4 hellHaze() {
-  return gradient(emberRamp, 0.55f);
+  return gradient(emberRamp, 0.46f);
 }
 
-Colour4 hellLight(const Vector& direction) {
+Colour4 hellLight(const Vector& towards) {
+  // The lake is a dark mirror.
+  const Vector direction(towards.x, std::fabs(towards.y), towards.z);
   const float flat = std::max(1e-3f, std::hypot(direction.x, direction.z));
   const float rise = direction.y / flat, turn = std::atan2(direction.z, direction.x) + pi;
-  const float up = std::max(0.0f, direction.y);
+  const float up = direction.y;
 
   // Smoke, lit from below: a plane of clouds far above, folded by noise.
   const Vector cloudPlace = direction * (1.4f / (0.35f + up));
   const Vector folded = warp(cloudPlace * 1.3f, 0, 0.7f, 901);
   const float cloud = 0.5f + 0.5f * fractal(folded, 0, 5, 0.55f, 902);
-  const float billow = smoothStep(0.32f, 0.8f, cloud);
-  const float glow = std::exp(-up * 3.0f);
-  Colour4 colour = gradient(emberRamp, 0.15f + 0.46f * glow) +
-                   gradient(emberRamp, (0.16f + 0.42f * glow) * billow) * (0.35f + 0.5f * glow);
+  const float billow = smoothStep(0.34f, 0.8f, cloud);
+  const float glow = std::exp(-up * 3.4f);
+  Colour4 colour = gradient(emberRamp, 0.10f + 0.34f * glow) +
+                   gradient(emberRamp, (0.16f + 0.46f * glow) * billow) * (0.45f + 0.5f * glow);
   // Where the fire stands behind the ruins the sky burns.
   const float blaze = 0.5f + 0.5f * gradientNoise(direction * 2.2f, 0, 905);
-  colour = colour + gradient(emberRamp, 0.68f) * (0.55f * blaze * std::exp(-std::fabs(rise) * 7));
+  colour = colour + gradient(emberRamp, 0.62f) * (0.45f * blaze * blaze * std::exp(-rise * 6));
 
-  if (rise < 0.75f) {
-    const float sharp = 0.006f;
-    const float far = coverage(arcade(turn + 0.07f, rise, 48, 0.16f, 910), sharp);
-    colour = mix(colour, gradient(emberRamp, 0.40f - 0.4f * rise) * 0.9f, far);
-    const float near = coverage(arcade(turn, rise, 22, 0.30f, 920), sharp);
-    colour = mix(colour, ink + gradient(emberRamp, 0.27f * std::exp(-std::max(0.0f, rise) * 5)), near);
-  }
-  // Haze over the lake's end, and the lake below it.
-  const float low = std::exp(-std::fabs(rise) * 16);
-  colour = mix(colour, hellHaze(), clamp01(low * 0.9f));
-  if (rise < 0) colour = mix(hellHaze(), gradient(emberRamp, 0.42f), smoothStep(0, -0.5f, rise));
-  return colour;
+  // Ruins stand in embers: banks of glowing smoke hide their feet.
+  const float bank = 0.5f + 0.5f * fractal(direction * 3.4f + Vector(0, 3 * direction.y, 0), 0, 4, 0.5f, 906);
+  const auto foot = [&](float depth) { return clamp01(std::exp(-rise / depth) * (0.55f + 0.9f * bank)); };
+  const float sharp = 0.006f;
+  const float far = coverage(arcade(turn + 0.07f, rise, 64, 0.15f, 910), sharp);
+  colour = mix(colour, gradient(emberRamp, 0.26f), far * (1 - foot(0.09f)));
+  const float near = coverage(arcade(turn, rise, 34, 0.25f, 920), sharp);
+  colour = mix(colour, ink + gradient(emberRamp, 0.16f), near * (1 - foot(0.07f)));
+  colour = mix(colour, hellHaze() * (0.75f + 0.5f * bank), foot(0.06f) * 0.9f);
+  colour = mix(colour, hellHaze(), std::exp(-rise * 40));
+  return towards.y < 0 ? mix(hellHaze(), colour * 0.6f, smoothStep(0.06f, 0.2f, rise)) : colour;
 }
 
 }  // namespace vex

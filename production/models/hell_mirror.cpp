@@ -1,0 +1,42 @@
+#include <cmath>
+
+#include "production/geometry/forms.h"
+#include "production/geometry/mapping.h"
+#include "production/models/hell_parts.h"
+
+// What the lake's black glass shows: images below it, drawn before it. Far coarser than what they mirror,
+// for the melt between the plates cuts them to pieces.
+
+namespace vex::hell {
+
+Placement inLake(const Placement& turn) {
+  const Placement mirror = stretched(1, -1, 1);
+  return mirror >> turn >> mirror;
+}
+
+Vector inLake(const Vector& place) {
+  return {place.x, -place.y, place.z};
+}
+
+Surface sphereInLake() {
+  // The lava's own picture, plates and melt, stands in for the shell's.
+  return placed(mappingScaled(sphere(sphereRadius, 14, 8), 1, 0.5f), moved(inLake(sphereCentre)));
+}
+
+Surface ringInLake() {
+  constexpr float radius = sphereRadius + 14;
+  const Surface ring =
+      lathe({{radius - 2, -3}, {radius + 2, -3}, {radius + 2, 3}, {radius - 2, 3}, {radius - 2, -3}}, 28);
+  return placed(withoutMapping(ring), shackleTilt() >> stretched(1, -1, 1));
+}
+
+Surface piersInLake() {
+  Surface all;
+  for (int i = -3; i <= 3; ++i)
+    for (const float side : {-naveHalf, naveHalf})
+      append(all, placed(withoutMapping(cone(22, 19, 130, 6, 1)),
+                         stretched(1, -1, 1) >> moved(side, -0.5f, bay * static_cast<float>(i))));
+  return all;
+}
+
+}  // namespace vex::hell
