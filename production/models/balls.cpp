@@ -36,8 +36,8 @@ void addFrame(Balls& balls, const std::vector<Vector>& corners, Colour4 colour, 
 // The reliquary: its foot, its posts and rim, its lid ajar, and what escapes from it.
 Balls boxOfBalls() {
   constexpr float halfWidth = 62, halfDepth = 42, foot = -52, rim = 12;
-  const Colour4 iron = gradient(steelRamp, 0.62f), brass = gradient(brassRamp, 0.78f),
-                lid = gradient(copperRamp, 0.78f);
+  const Colour4 iron = gradient(boneRamp, 0.84f), brass = gradient(brassRamp, 0.86f),
+                lid = gradient(copperRamp, 0.82f);
   const auto ringAt = [](float y) {
     return std::vector<Vector>{Vector(-halfWidth, y, -halfDepth), Vector(halfWidth, y, -halfDepth),
                                Vector(halfWidth, y, halfDepth), Vector(-halfWidth, y, halfDepth)};
@@ -45,7 +45,7 @@ Balls boxOfBalls() {
   Balls balls;
   addFrame(balls, ringAt(foot), iron, 1);
   for (const Vector& corner : ringAt(foot)) addRow(balls, corner, corner + Vector(0, rim - foot, 0), iron, 1);
-  addFrame(balls, ringAt(rim), brass, 2);
+  addFrame(balls, ringAt(rim), brass, 1);
   const Placement ajar = moved(0, -rim, halfDepth) >> turnedX(-52) >> moved(0, rim, -halfDepth);
   for (const float height : {3.0f, 15.0f}) {
     std::vector<Vector> corners;
@@ -59,21 +59,42 @@ Balls boxOfBalls() {
     const float t = static_cast<float>(i) / (wisp - 1), turn = 2 * pi * 2.6f * t;
     const float radius = 6 + 44 * t * t;
     balls.push_back({Vector(radius * std::cos(turn), -30 + 108 * t, radius * std::sin(turn)),
-                     gradient(acidRamp, 0.62f + 0.25f * t), 1.1f - 0.75f * t, 3});
+                     gradient(emberRamp, 0.86f - 0.2f * t), 1.1f - 0.75f * t, 2});
   }
   return balls;
 }
 
-// The colours of the worlds, one after the other and back to the first.
-Colour4 worldColour(float turns) {
-  const std::array hues{gradient(acidRamp, 0.70f),  gradient(violetRamp, 0.72f), gradient(tealRamp, 0.72f),
-                        gradient(emberRamp, 0.72f), gradient(steelRamp, 0.80f),  gradient(copperRamp, 0.76f)};
+// A sealed world with a ring about it: the whole globe first, then the ring.
+Balls worldOfBalls() {
+  constexpr int globe = 340, ring = 72;
+  constexpr float radius = 84, ringRadius = 134, golden = 2.3999632f;  // radians between two on the spiral
+  Balls balls;
+  for (int i = 0; i < globe; ++i) {
+    const float y = 1 - 2 * (static_cast<float>(i) + 0.5f) / globe, around = std::sqrt(1 - y * y);
+    const float turn = golden * static_cast<float>(i);
+    const float bands = 0.5f + 0.5f * std::sin(9 * y + 0.7f * std::sin(2 * turn));
+    balls.push_back({Vector(around * std::cos(turn), y, around * std::sin(turn)) * radius,
+                     gradient(copperRamp, 0.56f + 0.34f * bands), 1.2f, 1});
+  }
+  const Placement tilted = turnedX(16) >> turnedZ(-18);
+  for (int i = 0; i < ring; ++i) {
+    const float turn = 2 * pi * static_cast<float>(i) / ring;
+    balls.push_back({transformed(tilted, Vector(std::cos(turn), 0, std::sin(turn)) * ringRadius),
+                     gradient(boneRamp, 0.84f), 0.6f + 0.2f * std::sin(6 * turn), 2});
+  }
+  return balls;
+}
+
+// Metals of the party and its fire, one after the other and back to the first.
+Colour4 metal(float turns) {
+  const std::array hues{gradient(boneRamp, 0.84f), gradient(copperRamp, 0.80f), gradient(emberRamp, 0.72f),
+                        gradient(brassRamp, 0.84f)};
   const float place = (turns - std::floor(turns)) * static_cast<float>(hues.size());
   const auto i = static_cast<std::size_t>(place) % hues.size();
   return mix(hues[i], hues[(i + 1) % hues.size()], smoothStep(0.25f, 0.75f, place - std::floor(place)));
 }
 
-// A knot without end, laid piece by piece.
+// A knot without end: every second ball, then all.
 Balls knotOfBalls() {
   constexpr int count = 176;
   Balls balls;
@@ -81,33 +102,27 @@ Balls knotOfBalls() {
     const float t = static_cast<float>(i) / count, turn = 2 * pi * t;
     const Vector place(std::sin(turn) + 2 * std::sin(2 * turn), std::cos(turn) - 2 * std::cos(2 * turn),
                        -std::sin(3 * turn));
-    balls.push_back({place * 29, worldColour(t), 1.05f + 0.4f * std::sin(2 * pi * 11 * t),
-                     1 + static_cast<int>(t * ballStages)});
+    balls.push_back({place * 29, metal(3 * t), 1.05f + 0.4f * std::sin(2 * pi * 11 * t), 1 + i % ballStages});
   }
   return balls;
 }
 
-// The title, letter by letter, then its shadow.
+// The title, then its shadow.
 Balls wordOfBalls() {
   struct Stroke {
     float x0, y0, x1, y1;
-    int letter;
   };
-  constexpr Stroke strokes[] = {{-122, 52, -88, -52, 1}, {-88, -52, -54, 52, 1}, {-30, 52, -30, -52, 2},
-                                {-18, 52, 28, 52, 2},    {-18, 0, 16, 0, 2},     {-18, -52, 28, -52, 2},
-                                {52, 52, 122, -52, 3},   {122, 52, 52, -52, 3}};
-  constexpr int shadow = ballStages + 1;  // told apart until all is laid
+  constexpr Stroke strokes[] = {{-122, 52, -88, -52}, {-88, -52, -54, 52}, {-30, 52, -30, -52},
+                                {-18, 52, 28, 52},    {-18, 0, 16, 0},     {-18, -52, 28, -52},
+                                {52, 52, 122, -52},   {122, 52, 52, -52}};
   Balls balls;
-  for (const Stroke& stroke : strokes) {
-    const Vector from(stroke.x0, stroke.y0, 10), to(stroke.x1, stroke.y1, 10), back(0, 0, -22);
-    addRow(balls, from, to, {}, stroke.letter);
-    addRow(balls, from + back, to + back, gradient(copperRamp, 0.5f), shadow);
+  for (const auto& [x0, y0, x1, y1] : strokes) {
+    const Vector from(x0, y0, 10), to(x1, y1, 10), back(0, 0, -22);
+    addRow(balls, from, to, {}, 1);
+    addRow(balls, from + back, to + back, gradient(copperRamp, 0.5f), 2);
   }
   for (ShapeBall& ball : balls)
-    if (ball.stage == shadow)
-      ball.stage = ballStages;
-    else
-      ball.colour = gradient(copperRamp, 0.74f + 0.2f * (ball.place.y + 52) / 104);
+    if (ball.stage == 1) ball.colour = gradient(copperRamp, 0.78f + 0.18f * (ball.place.y + 52) / 104);
   return balls;
 }
 
@@ -142,7 +157,8 @@ Products ballShapes() {
     const char* name;
     Balls (*balls)();
   };
-  static constexpr Shape shapes[] = {{"box", boxOfBalls}, {"knot", knotOfBalls}, {"word", wordOfBalls}};
+  static constexpr Shape shapes[] = {
+      {"world", worldOfBalls}, {"box", boxOfBalls}, {"knot", knotOfBalls}, {"word", wordOfBalls}};
   Products products;
   for (const Shape& shape : shapes) {
     Product product;

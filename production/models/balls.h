@@ -9,7 +9,7 @@
 
 namespace vex {
 
-inline constexpr int ballStages = 3;
+inline constexpr int ballStages = 2;
 
 // Name of the ball file as the player asks for it, without its folder; stages count from 1.
 std::string ballFile(const char* shape, int stage);

@@ -50,9 +50,9 @@ const Shot shots[] = {
     // The title over the box.
     {{262, -24, 138, {-14, 182, 0}}, {240, 2, 168, {-8, 186, 0}}},
     // Nearer, from below.
-    {{226, 30, 116, {10, 186, 0}}, {186, 12, 134, {2, 194, 0}}},
+    {{244, 30, 116, {10, 194, 0}}, {214, 12, 134, {2, 203, 0}}},
     // From above, down into the box.
-    {{248, -12, 320, {0, 168, 0}}, {128, 14, 214, {0, 116, 0}}},
+    {{248, -12, 320, {0, 168, 0}}, {178, 14, 246, {0, 147, 0}}},
 };
 constexpr int shotSlot = 50, shotLead = 5, shotFrames = 35;  // frames: of each, before, and in use
 

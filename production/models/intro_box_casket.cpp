@@ -20,12 +20,14 @@ Surface block(const Vector& least, const Vector& most, float bevel) {
   return placed(bevelledBox(size, bevel), moved((least + most) * 0.5f));
 }
 
-// A frame of four bars that meets no corner twice.
+// A frame of four bars. The short ones reach into the bevels of the long ones, so that no corner gapes and no
+// face lies upon another.
 Surface frame(float halfX, float halfZ, float low, float high, float thick, float bevel) {
+  const float reach = halfZ - thick + 2 * bevel;
   return joined({block({-halfX, low, halfZ - thick}, {halfX, high, halfZ}, bevel),
                  block({-halfX, low, -halfZ}, {halfX, high, -halfZ + thick}, bevel),
-                 block({-halfX, low, -halfZ + thick}, {-halfX + thick, high, halfZ - thick}, bevel),
-                 block({halfX - thick, low, -halfZ + thick}, {halfX, high, halfZ - thick}, bevel)});
+                 block({-halfX, low, -reach}, {-halfX + thick, high, reach}, bevel),
+                 block({halfX - thick, low, -reach}, {halfX, high, reach}, bevel)});
 }
 
 Surface rivet(float radius) {

@@ -84,6 +84,13 @@ Colour4 ironAt(const BakePoint& p) {
 }
 
 Colour4 brassAt(const BakePoint& p) {
+  // Rim and brim lie on each other while the light is baked; once the lid is up, both are lit from within.
+  if (std::fabs(p.normal.y) > 0.7f && std::fabs(p.position.y - lidFoot) < 1.5f) {
+    const auto cut = [&](float e) { return vine(p.position.x * 1.1f + e, p.position.z * 1.1f - e); };
+    const float worn = 0.5f + 0.5f * fractal(p.position * 0.3f, 0, 4, 0.6f, 913);
+    const float relief = 1 + 0.5f * (cut(0.4f) - cut(-0.4f)) - 0.45f * cut(0);
+    return gradient(brassRamp, 0.36f + 0.18f * worn) * relief + acidRim * (0.16f * relief);
+  }
   const float grit = 0.5f + 0.5f * fractal(p.position * 0.5f, 0, 4, 0.6f, 911);
   const float stain = smoothStep(-0.1f, 0.7f, fractal(p.position * 0.09f, 0, 4, 0.55f, 912));
   const float deep = clamp01(1.25f - 1.5f * p.open + 0.5f * std::max(0.0f, -p.edge));
@@ -109,7 +116,19 @@ Colour4 insideAt(const BakePoint& p) {
   const float swirl = 0.5f + 0.5f * fractal(warp(p.position * 0.05f, 0, 0.8f, 921), 0, 4, 0.55f, 922);
   const float depth = smoothStep(wallTop + 34, floorTop, p.position.y);
   const float edge = smoothStep(0, 0.5f, p.open);
-  return gradient(acidRamp, clamp01(0.42f + 0.46f * depth + 0.34f * (swirl - 0.5f)) * (0.75f + 0.25f * edge));
+  float light = clamp01(0.42f + 0.46f * depth + 0.34f * (swirl - 0.5f)) * (0.75f + 0.25f * edge);
+  // The lid is quilted, a stud at every crossing of the seams.
+  if (p.position.y > lidFoot) {
+    const Uv at = planeOf(p.position, p.normal);
+    constexpr float apart = 13;
+    const auto toSeam = [](float place) {
+      return std::fabs(place / apart - std::round(place / apart)) * apart;
+    };
+    const float one = toSeam(at.u + at.v), other = toSeam(at.u - at.v);
+    light *= 0.35f + 0.65f * smoothStep(0, 3.4f, std::min(one, other));
+    light += 0.45f * smoothStep(1.7f, 1.0f, std::hypot(one, other));
+  }
+  return gradient(acidRamp, light);
 }
 
 Colour4 stoneAt(const BakePoint& p) {
@@ -247,12 +266,13 @@ Canvas veilPicture(int veil, const Settings& settings) {
               0.17f * (1 - rise) *
               std::exp(-std::max(0.0f, at(0.02f * wx * rise, 0.16f * rise + 0.03f * wy)) / (7 + 12 * rise));
         }
+        light *= mix(0.25f, 1.0f, smoothStep(-9, 1, at(0, 0)));  // the letters stay dark in it
         break;
       }
       case 1: {  // the letters, smouldering
         const float d = at(0.004f * wx, 0.008f * wy);
         const float coal = 0.5f + 0.5f * fractal(x * 9 + wx, y * 9 + wy, 0, 4, 0.6f, 962);
-        light = smoothStep(0.8f, -1.2f, d) * (0.16f + 0.5f * coal * coal * coal);
+        light = smoothStep(0.8f, -1.2f, d) * (0.08f + 0.55f * coal * coal * coal);
         break;
       }
       case 2: {  // a burning rim

@@ -59,13 +59,12 @@ Surface knot() {
 
 // Tall windows with fire behind them, all round.
 float windows(float turn, float rise) {
-  constexpr float count = 11;
+  constexpr float count = 5;
   const float across = turn / (2 * pi) * count;
   const float off = std::fabs(across - std::floor(across) - 0.5f) * 2;  // 0 in the middle, 1 between two
   const float width = 0.62f * std::sqrt(clamp01((0.78f - rise) / 0.42f));
   const float sill = smoothStep(0.07f, 0.1f, rise);
-  const float bars = smoothStep(0.02f, 0.06f, off) * smoothStep(0.012f, 0.03f, std::fabs(rise - 0.36f));
-  return smoothStep(0.04f, -0.04f, off - width) * sill * bars;
+  return smoothStep(0.04f, -0.04f, off - width) * sill;
 }
 
 Colour4 fireHall(const Vector& d) {
@@ -101,7 +100,11 @@ Model wobbel(const Settings& settings) {
                     .target = Vector(0, 0, 0),
                     .fieldDegrees = 56,
                     .far = 1500}};
-  return {stage, {sphereMap(fireHall, lookTowards(1.2f, 0), settings.side(512), 3)}};
+  // Small drops mirror all of it: only broad shapes are left.
+  const int side = settings.side(256);
+  return {stage,
+          {blur(sphereMap(fireHall, lookTowards(1.2f, 0), side, 3), static_cast<float>(side) / 44,
+                EdgeMode::clamp)}};
 }
 
 }  // namespace

@@ -211,10 +211,11 @@ void addLayers(Show& show) {
   show.add("burning edge", start, 4, haze,
            Bitmap{.texture = "rays_acid",
                   .at = centred(0, -0.15, swing(8, 1.7, 2.3), 2.2),
-                  .alpha = flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.8, 0.15),
+                  .alpha = flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.4, 0.1),
                   .blend = Blend::add});
-  show.add("echoes", barOf("layer 4"), 1, title,
-           glitching(vex(ed, zoom(1.1, 1.3, 4)), flashes({0, 2, 3, 3.5}, 0.8, 0.02), 4, swing(4, 1.06, 1.2)));
+  const Logo word = glitching(vex(ed, zoom(0.85, 1.0, 4), 0, 0.5), flashes({0, 2, 3, 3.5}, 0.8, 0.02), 4,
+                              swing(4, 1.06, 1.2));
+  show.add("echoes", barOf("layer 4"), 1, title, shadeBehind(word), word);
   show.add("thick smoke", start, 4, smoke,
            Waves{.texture = "smoke_acid",
                  .at = covering(1.35, 0, swing(16, -0.2, 0.2)),

@@ -8,64 +8,129 @@ using namespace screen;
 
 namespace {
 
-constexpr double barHeight = 0.243;  // leaves 2.35 : 1
+constexpr double barHeight = 0.2435;  // leaves 2.35 : 1
 
-// A bloom of that haze falls within half a beat; the little veil under it reaches the corners.
-void flashOn(Show& show, const std::vector<const char*>& cueNames, const char* haze, Fade veil) {
-  veil.alpha = spline({{0, 0.12}, {0.12, 0.07}, {0.28, 0.02}, {partEnd, 0}});
-  const Bitmap bloom{.texture = haze,
-                     .at = centred(0, 0, spline({{0, 4.6}, {0.28, 3.2}, {partEnd, 2.4}}), 1.78),
-                     .alpha = spline({{0, 1}, {0.12, 0.75}, {0.28, 0.3}, {partEnd, 0}}),
-                     .blend = Blend::add};
-  for (const char* name : cueNames) show.add("flash", barOf(name), 0.125, flash, veil, bloom, bloom);
+// What a flash is made of in one world.
+struct Light {
+  const char *haze, *rays, *orb, *streak;
+};
+constexpr Light acid{"haze_acid", "rays_acid", "light2", "streak_acid"},
+    violet{"haze_violet", "rays_violet", "light5", "streak_violet"},
+    teal{"haze_teal", "rays_teal", "light3", "streak_bone"},
+    ember{"haze_ember", "rays_ember", "light6", "streak_bone"};
+
+enum class Burst { rays, orb, streak };
+
+// Light springs from where it comes from in the picture; the rest of the screen is barely touched.
+struct Flash {
+  const char* cue;
+  Burst burst = Burst::rays;
+  double x = 0, y = 0, size = 1, strength = 1;
+};
+
+Bitmap burstOf(const Light& light, const Flash& it) {
+  switch (it.burst) {
+    case Burst::rays:
+      return {.texture = light.rays,
+              .at = centred(it.x, it.y, spline({{0, 1.5 * it.size}, {partEnd, 2.3 * it.size}})),
+              .alpha = spline({{0, 0.85 * it.strength}, {0.1, 0.6 * it.strength}, {partEnd, 0}})};
+    case Burst::orb:
+      return {.texture = light.orb,
+              .at = centred(it.x, it.y, spline({{0, 1.5 * it.size}, {partEnd, 0.9 * it.size}})),
+              .alpha = spline({{0, 0.7 * it.strength}, {0.1, 0.5 * it.strength}, {partEnd, 0}})};
+    case Burst::streak: {
+      const Curve width = spline({{0, 1.8 * it.size}, {partEnd, 3 * it.size}});
+      const double height = 0.24 * it.size;
+      return {.texture = light.streak,
+              .at = {width * -0.5 + it.x, it.y - height / 2, width, height},
+              .alpha = spline({{0, it.strength}, {0.1, 0.7 * it.strength}, {partEnd, 0}})};
+    }
+  }
+  return {};
+}
+
+void addFlashes(Show& show, const Light& light, const std::vector<Flash>& flashes) {
+  for (const Flash& it : flashes) {
+    const double bars = it.burst == Burst::orb ? 0.0625 : 0.125;  // a quarter or half a beat
+    Bitmap burst = burstOf(light, it);
+    burst.blend = Blend::add;
+    show.add("flash", barOf(it.cue), bars, flash, burst,
+             Bitmap{.texture = light.haze,
+                    .at = centred(it.x, it.y, 3.4, 1.78),
+                    .alpha = spline({{0, 0.2 * it.strength}, {0.1, 0.1 * it.strength}, {partEnd, 0}}),
+                    .blend = Blend::add});
+  }
 }
 
 }  // namespace
 
 void addFinish(Show& show) {
-  flashOn(show,
-          {"box", "pulse", "lock", "bolt", "build", "lid", "layer 1", "layer 2", "layer 3", "layer 4",
-           "backwards"},
-          "haze_acid", Fade{0.8, 1, 0.55});
-  flashOn(show,
-          {"alien", "alien cut 2", "break over", "split", "counter voice", "alien cut 6", "climax", "unison",
-           "unison 2", "unison 3", "unison 4"},
-          "haze_violet", Fade{1, 0.75, 0.95});
-  flashOn(show, {"interlude one", "pad opens"}, "haze_teal", Fade{0.7, 1, 0.97});
-  flashOn(show, {"half time", "jar", "eyes", "hose", "burst", "shards", "door"}, "haze_teal",
-          Fade{0.8, 1, 0.97});
-  flashOn(show,
-          {"interlude two", "roll", "roll doubles", "last stroke", "hell", "lake of fire", "cathedral",
-           "black sphere", "eruption", "sphere cracks", "sphere cracks 2", "sphere cracks 3"},
-          "haze_ember", Fade{1, 0.86, 0.6});
+  using enum Burst;
+  addFlashes(show, acid,
+             {{"box", orb, -0.05, 0.0, 0.8},
+              {"pulse", streak, 0, 0},
+              {"lock", orb, 0, 0, 0.7},
+              {"bolt", rays, 0, 0, 0.8},
+              {"build", streak, 0, 0},
+              {"lid", rays, 0, 0.1, 1.1},
+              {"layer 1", orb, 0, -0.2, 1.2},
+              {"layer 2", streak, 0, -0.2, 1.4},
+              {"layer 3", orb, 0, -0.1, 1.8, 0.5},
+              {"layer 4", rays, 0, -0.2, 1.1},
+              {"backwards", orb, 0, 0.2}});
+  addFlashes(show, violet,
+             {{"alien", orb, -0.1, -0.3, 0.8},
+              {"alien cut 2", orb, 0, -0.1, 0.8},
+              {"break over", rays, 0.38, -0.2, 0.6, 0.8},
+              {"split", streak, 0, 0},
+              {"counter voice", rays, 0, -0.1},
+              {"alien cut 6", orb, 0, -0.1},
+              {"climax", rays, 0.02, -0.5, 1},
+              {"unison", streak, -0.4, -0.24, 1.2},
+              {"unison 2", orb, -0.4, 0},
+              {"unison 3", streak, 0, 0.1, 1.2},
+              {"unison 4", orb, 0.4, 0}});
+  addFlashes(show, teal,
+             {{"interlude one", rays, 0, -0.1, 1.1},
+              {"pad opens", orb, 0, 0, 1.2},
+              {"half time", rays, 0, -0.1, 0.8, 0.6},
+              {"jar", orb, 0, 0, 1, 0.6},
+              {"hose", streak, 0.3, 0.1, 1, 0.7},
+              {"burst", rays, 0, 0, 1.3},
+              {"shards", orb, 0, 0},
+              {"door", rays, 0, 0, 1.1}});
+  addFlashes(show, ember,
+             {{"interlude two", rays, 0.08, 0.05, 0.9, 0.7},
+              {"roll", streak, 0, -0.2},
+              {"roll doubles", rays, 0, 0},
+              {"last stroke", rays, 0, 0, 1.3},
+              {"hell", streak, 0, 0.3, 1, 0.5},
+              {"lake of fire", orb, 0, 0.1},
+              {"cathedral", rays, 0, 0, 0.8},
+              {"black sphere", orb, 0, 0, 1.2},
+              {"eruption", rays, 0, 0.1, 1.2},
+              {"sphere cracks", orb, 0, 0},
+              {"sphere cracks 2", streak, 0, 0, 1.2},
+              {"sphere cracks 3", rays, 0, 0}});
 
   // The film's finish ends where the party begins.
   const double film = outroBar;
   show.add("dust", prologueBar, boxBar, grain - 1,
            Noise{.texture = "dust", .jitterX = 1, .jitterY = 1, .alpha = 0.5, .flicker = 0.3});
   show.add("grain", 0, film, grain,
-           Noise{.texture = "grain", .jitterX = 1, .jitterY = 1, .blend = Blend::darken});
+           Noise{.texture = "grain", .jitterX = 1, .jitterY = 1, .alpha = 0.17, .blend = Blend::add});
   show.add("vignette", 0, film, vignette,
            Bitmap{.texture = "vignette", .at = covering(1), .blend = Blend::darken});
-  // The bars slide in with the prologue, give way in the alien's breadth, come back for the interludes and
-  // open again for hell.
-  const auto beat = [](double bar) { return bar * beatsPerBar; };
-  const Curve height = line({{0, 0.0},
-                             {8, barHeight},
-                             {beat(alienBar), barHeight},
-                             {beat(alienBar) + 0.5, 0.12},
-                             {beat(interludeOneBar), 0.12},
-                             {beat(interludeOneBar) + 0.5, barHeight},
-                             {beat(hellBar), barHeight},
-                             {beat(hellBar) + 0.5, 0.12},
-                             {beat(film), 0.12},
-                             {beat(film) + 2, 0},
-                             {partEnd, 0}});
+  // The bars slide in with the prologue and open on the white in which the last world ends.
+  const double lastBeat = film * beatsPerBar;
+  const Curve height = line({{0, 0.0}, {8, barHeight}, {lastBeat - 2, barHeight}, {partEnd, 0}});
   // They reach beyond the screen, so that no edge of theirs shows but the inner one.
   const double beyond = 0.5;
-  show.add("letterbox", 0, film + 1, letterbox,
+  show.add("letterbox", 0, film, letterbox,
            Bitmap{.texture = "bar", .at = {-1 - beyond, -1 - beyond, 2 + 2 * beyond, height + beyond}},
            Bitmap{.texture = "bar", .at = {-1 - beyond, height * -1 + 1, 2 + 2 * beyond, height + beyond}});
+  // That white lies over grain and vignette, too, before the party begins.
+  show.add("white", film - 0.25, 0.25, curtain, Fade{1, 0.97, 0.92, line({{0, 0}, {partEnd, 1}})});
   show.add("black at last", songBars, blackSeconds / secondsPerBar + 1, ground, Fade{});
 }
 

@@ -95,27 +95,33 @@ void addInterludeTwo(Show& show) {
                   .at = centred(0, 0, zoom(2.8, 4.2, 7.5)),
                   .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 1, 0.5),
                   .blend = Blend::add});
-  show.part("mirrors", roll, doubles - roll, subject,
-            {draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.6, 0.3)})}, 2);
+  const Viewport raised{.y = -0.74};  // above the title
+  show.part(
+      "mirrors", roll, doubles - roll, subject,
+      {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.6, 0.3)}),
+       draw(Viewport{})},
+      2);
   show.part("mirrors melt", doubles, breath - doubles, smoke,
-            {draw(Mirrors{.blend = Blend::add,
+            {draw(raised),
+             draw(Mirrors{.blend = Blend::add,
                           .speedX = slide(4, 12),
                           .speedY = slide(5, 14),
                           .speedZ = slide(3, 10),
                           .stillness = slide(0.5, 0),
                           .wavesX = 0.8,
                           .wavesY = 1,
-                          .wavesZ = 0.7})},
+                          .wavesZ = 0.7}),
+             draw(Viewport{})},
             2 + passed);
-  show.add(
-      "vexedly", roll, doubles - roll, title,
-      glitching(vex(edly, slide(0.8, 0.88), 0, 0.46), flashes({0, 2, 3}, 0.9, 0.03), 3, swing(4, 1.0, 1.18)));
+  const Logo word =
+      glitching(vex(edly, slide(0.8, 0.88), 0, 0.5), flashes({0, 2, 3}, 0.9, 0.03), 3, swing(4, 1.0, 1.18));
+  show.add("vexedly", roll, doubles - roll, title, shadeBehind(word), word);
   show.add("ember glass", doubles, breath - doubles, ground + 1,
            roseWall("glass_ember", zoom(1.3, 2.4, 3.5)));
   tunnel(show, "gate_ember", doubles, breath - doubles, 0.5);
-  show.add("vexedly, louder", doubles, breath - doubles, title,
-           glitching(vex(edly, slide(0.95, 1.1), 0, 0.44), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5,
-                     swing(4, 1.0, 1.3)));
+  const Logo louder = glitching(vex(edly, slide(0.95, 1.1), 0, 0.48), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5,
+                                swing(4, 1.0, 1.3));
+  show.add("vexedly, louder", doubles, breath - doubles, title, shadeBehind(louder), louder);
   show.add("last breath", breath, stroke - breath, ground + 2, Fade{});
 
   const Curve discHeight = zoom(2.15, 1.8, 4);

@@ -130,18 +130,18 @@ void addBars(Show& show) {
                          .speed = 0.75,
                          .spacing = 0.62,
                          .amplitude = rising,
-                         .red = flashes(everyBeat, 1, 0.82),
-                         .green = flashes(everyBeat, 1, 0.8),
-                         .blue = flashes(everyBeat, 1, 0.8)})});
+                         .red = flashes(everyBeat, 0.75, 0.5),
+                         .green = flashes(everyBeat, 0.72, 0.48),
+                         .blue = flashes(everyBeat, 0.72, 0.48)})});
   show.part("bars in file", first, second - first, far,
             {draw(Copper{.count = 8,
                          .endScale = 0.3,
                          .speed = 0.5,
                          .spacing = 0.5,
                          .amplitude = swing(8, 0.65, 0.85, 90),
-                         .red = 0.42,
-                         .green = 0.42,
-                         .blue = 0.44})});
+                         .red = 0.26,
+                         .green = 0.25,
+                         .blue = 0.26})});
   show.part("bars entwined", second, third - second, far,
             {draw(Copper{.count = 10,
                          .endScale = 0.25,
@@ -149,9 +149,9 @@ void addBars(Show& show) {
                          .speed = 0.6,
                          .spacing = 0.6,
                          .amplitude = 0.85,
-                         .red = 0.4,
-                         .green = 0.42,
-                         .blue = 0.5})});
+                         .red = 0.25,
+                         .green = 0.25,
+                         .blue = 0.29})});
   show.part("bars of the chorus", third, chord - third, far,
             {draw(Copper{.count = 14,
                          .endScale = 0.3,
@@ -159,9 +159,9 @@ void addBars(Show& show) {
                          .speed = 0.9,
                          .spacing = 0.8,
                          .amplitude = swing(12, 0.7, 0.95),
-                         .red = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.62, 0.4),
-                         .green = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.6, 0.38),
-                         .blue = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.6, 0.4)})});
+                         .red = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.38, 0.24),
+                         .green = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.37, 0.23),
+                         .blue = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.37, 0.24)})});
   show.part("bars close", chord, 1, far,
             {draw(Copper{.count = 12,
                          .endScale = 0.1,
@@ -173,8 +173,8 @@ void addBars(Show& show) {
                          .blue = slide(0.66, 0.1)})});
   show.add("glow behind", first, chord - first, far + 1,
            Bitmap{.texture = "haze_ember",
-                  .at = centred(0, -0.12, 2.4, 1.3),
-                  .alpha = swing(1, 0.45, 0.9, 90),
+                  .at = centred(0, -0.12, 2.4, 1.5),
+                  .alpha = swing(1, 0.3, 0.6, 90),
                   .blend = Blend::add});
   show.add("more glow", greetings, chord - greetings, far + 2,
            Bitmap{.texture = "rays_ember",
@@ -183,11 +183,11 @@ void addBars(Show& show) {
                   .blend = Blend::add});
 }
 
-// A shape is laid in stages, the first for two beats, and stays to the end; balls swell on the beat.
+// The first stage of a shape stands for a beat, then it is whole; balls swell on the beat.
 void addShape(Show& show, const char* shape, double start, double bars,
               const std::function<BallShow(double from, double to)>& look) {
   for (int stage = 1; stage <= ballStages; ++stage) {
-    const double from = stage == 1 ? 0 : stage, to = stage < ballStages ? stage + 1 : bars * beatsPerBar;
+    const double from = stage - 1, to = stage < ballStages ? stage : bars * beatsPerBar;
     show.part(shape, start + from / beatsPerBar, (to - from) / beatsPerBar, subject,
               {call("preloadVectorBalls", {file("balls", ballFile(shape, stage))}), draw(look(from, to))});
   }
@@ -206,17 +206,26 @@ void addShapes(Show& show) {
                chord = barOf("last chord");
   // Whole turns from shape to shape, so that the word begins face to face.
   const double turns = 2 / ((third - first) * secondsPerBar);
+  // A sealed world drifts in out of the white; what opens out of it is the box.
+  const double seen = outroBar + 0.25;
+  addShape(show, "world", seen, first - seen, [&](double from, double to) {
+    return BallShow{
+        .size = stretch([](double beat) { return 14 + 3 * swell(beat); }, from, to),
+        .turns = 1 / ((first - seen) * secondsPerBar),
+        .distance = stretch([](double beat) { return smooth(1000, 370, beat / 6); }, from, to),
+        .height = stretch([](double beat) { return 0.13 + 0.03 * std::sin(beat / 3); }, from, to)};
+  });
   addShape(show, "box", first, second - first, [&](double from, double to) {
     return BallShow{.size = stretch([](double beat) { return 13 + 3 * swell(beat); }, from, to),
                     .turns = turns,
-                    .distance = stretch([](double beat) { return smooth(470, 370, beat / 5); }, from, to),
-                    .height = stretch([](double beat) { return smooth(0.22, 0.06, beat / 6); }, from, to)};
+                    .distance = stretch([](double beat) { return smooth(380, 335, beat / 3); }, from, to),
+                    .height = stretch([](double beat) { return smooth(0.06, 0.0, beat / 6); }, from, to)};
   });
   addShape(show, "knot", second, third - second, [&](double from, double to) {
     return BallShow{.size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
                     .turns = turns,
-                    .distance = stretch([](double beat) { return smooth(390, 270, beat / 7); }, from, to),
-                    .height = stretch([](double beat) { return 0.1 + 0.06 * std::sin(beat); }, from, to)};
+                    .distance = stretch([](double beat) { return smooth(350, 290, beat / 4); }, from, to),
+                    .height = stretch([](double beat) { return 0.06 + 0.05 * std::sin(beat); }, from, to)};
   });
   // To one side and to the other.
   constexpr double sway = 8, reach = 0.15;  // beats, turns
@@ -226,21 +235,21 @@ void addShapes(Show& show) {
         .size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
         .turns = stretch([&](double beat) { return pace * std::cos(2 * std::numbers::pi * beat / sway); },
                          from, to),
-        .distance = stretch([](double beat) { return smooth(450, 330, beat / 8) + 12 * std::sin(beat / 2); },
+        .distance = stretch([](double beat) { return smooth(340, 290, beat / 4) + 12 * std::sin(beat / 2); },
                             from, to),
         .height = 0.1};
   });
-  // The shape is whole: light.
-  for (const double bar : {first + 1, second + 1, third + 1})
+  // The shape is whole: light; and once more on the bar.
+  for (const double bar : {outroBar + 1.0, first + 0.25, first + 1, second + 0.25, second + 1, third + 0.25})
     show.add("whole", bar, 0.25, flash,
              Bitmap{.texture = "haze_ember",
-                    .at = centred(0, -0.1, spline({{0, 3.4}, {partEnd, 2.2}}), 1.78),
-                    .alpha = spline({{0, 0.9}, {0.3, 0.3}, {partEnd, 0}}),
+                    .at = centred(0, -0.1, spline({{0, 2.6}, {partEnd, 1.8}}), 1.78),
+                    .alpha = spline({{0, 0.7}, {0.3, 0.2}, {partEnd, 0}}),
                     .blend = Blend::add});
   show.part("word departs", chord, 1, subject,
             {draw(BallShow{.size = 13,
                            .turns = 0,
-                           .distance = spline({{0, 330}, {1, 440}, {partEnd, 2400}}),
+                           .distance = spline({{0, 290}, {1, 440}, {partEnd, 2400}}),
                            .height = spline({{0, 0.1}, {1, 0.02}, {partEnd, 0}})})});
 }
 
@@ -248,13 +257,10 @@ void addScroller(Show& show) {
   const double start = outroBar, first = barOf("first shape"), second = barOf("second shape"),
                third = barOf("third shape"), greetings = barOf("greetings"), chord = barOf("last chord");
   show.add("band", start, chord - start, front - 1,
-           Bitmap{.texture = "streak_bone",
-                  .at = {-1.4, -0.1 + 0.7, 2.8, 0.2},
-                  .alpha = fade(4, 4, 0.35),
-                  .blend = Blend::darken});
-  show.part("scroller", start, first - start, front,
-            {draw(Scroller{.zoom = line({{0, -0.75}, {7.5, -0.75}, {8.5, -0.95}, {partEnd, -0.95}}),
-                           .y = line({{0, 0.05}, {7.5, 0.05}, {8.5, -0.72}, {partEnd, -0.72}})})});
+           Bitmap{.texture = "shade", .at = {-2.2, 0.28, 4.4, 0.86}, .blend = Blend::darken});
+  show.part(
+      "scroller", start, first - start, front,
+      {draw(Scroller{.zoom = line({{0, -0.85}, {7.5, -0.85}, {8.5, -0.95}, {partEnd, -0.95}}), .y = -0.71})});
   show.part("scroller rides", first, second - first, front,
             {draw(Scroller{.zoom = -0.95,
                            .mode = 1,
@@ -304,7 +310,7 @@ void addOutro(Show& show) {
   addLastWord(show);
   // Out of the white in which the last world ended.
   show.add("out of white", outroBar, 0.75, curtain,
-           Fade{1, 0.97, 0.92, spline({{0, 1}, {0.5, 0.6}, {partEnd, 0}})});
+           Fade{1, 0.97, 0.92, line({{0, 1}, {0.5, 1}, {1.2, 0.55}, {2.2, 0.15}, {partEnd, 0}})});
 }
 
 }  // namespace vex

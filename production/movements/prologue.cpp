@@ -24,11 +24,11 @@ void addPrologue(Show& show) {
                   .alpha = fade(12, 0)});
   // They come out of the dark before the names, and still lie on the lid when the eye opens.
   show.add("filaments", 0, 7.875, smoke,
-           Filaments{
-               .alpha = line({{0, 0}, {8, 0.55}, {16, 0.9}, {23, 0.9}, {24, 0.4}, {28, 0.3}, {partEnd, 0.1}}),
-               .across = 0.21,
-               .up = 0.13,
-               .depth = 0.17});
+           Filaments{.alpha = line(
+                         {{0, 0}, {8, 0.55}, {16, 0.9}, {23, 0.9}, {24, 0.3}, {25.5, 0.12}, {partEnd, 0.04}}),
+                     .across = 0.21,
+                     .up = 0.13,
+                     .depth = 0.17});
   show.add("halvane", 2, 2.25, title,
            Bitmap{.texture = "halvane1",
                   .at = centred(0, -0.05, spline({{0, 0.6}, {2, 0.68}, {6, 0.71}, {partEnd, 0.8}}), 4),

@@ -19,7 +19,7 @@ Logo vex(const Ending& ending, const Curve& size, double x, double y) {
   logo.x = size * ending.leftBy + x;
   logo.y = y;
   logo.size = size;
-  logo.fall = 0.3;
+  logo.fall = 0.25;
   return logo;
 }
 
@@ -37,6 +37,10 @@ Waves smokeBefore(const char* texture, double reach, double speed, const Curve& 
           .amplitude = 0.05,
           .alpha = alpha,
           .blend = Blend::add};
+}
+
+Bitmap shadeBehind(const Logo& logo, const Curve& x) {
+  return {.texture = "shade", .at = centred(x, logo.y, logo.size * 0.9, 3.9), .blend = Blend::darken};
 }
 
 Tiles roseWall(const char* texture, const Curve& height) {

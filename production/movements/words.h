@@ -48,6 +48,9 @@ screen::Logo glitching(screen::Logo logo, const Curve& glitch, int layers, const
 // Smoke before the lens, reaching `reach` times as far as the screen.
 screen::Waves smokeBefore(const char* texture, double reach, double speed, const Curve& alpha);
 
+// A dark bank behind the title, half as wide again as the word.
+screen::Bitmap shadeBehind(const screen::Logo& logo, const Curve& x = 0);
+
 // Three by three rose windows, the middle one about the middle of the screen, `height` high.
 screen::Tiles roseWall(const char* texture, const Curve& height);
 

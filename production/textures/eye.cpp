@@ -13,9 +13,9 @@ namespace {
 
 constexpr int frameCount = 13;
 
-// How far the lids are apart, 0 to 1, frame by frame: a tremor, a first slit, then wide open.
-constexpr std::array<float, frameCount> openings{0.00f, 0.03f, 0.00f, 0.07f, 0.03f, 0.09f, 0.14f,
-                                                 0.22f, 0.34f, 0.52f, 0.74f, 0.93f, 1.02f};
+// How far the lids are apart, 0 to 1, frame by frame: a tremor, a first look, then wide open.
+constexpr std::array<float, frameCount> openings{0.00f, 0.10f, 0.03f, 0.30f, 0.42f, 0.36f, 0.40f,
+                                                 0.46f, 0.54f, 0.66f, 0.80f, 0.94f, 1.02f};
 
 // The picture is 4 units wide and 2 high, the middle is 0, y down.
 struct Pose {

@@ -10,20 +10,16 @@ namespace vex {
 
 namespace {
 
-// Darkening: what is bright here takes light away. Soft clumps of a texel or two, a little apart in colour.
+// Additive, so that it lives in the shadows and is gone on white: single texels, most of them nearly dark.
 Canvas grain(const Settings& settings) {
-  const int side = settings.side(512);
+  const int side = settings.side(1024);
   Canvas noise(side, side);
   for (int y = 0; y < side; ++y)
     for (int x = 0; x < side; ++x) {
-      const float common = hashUnit(x, y, 1);
-      noise.at(x, y) = {mix(common, hashUnit(x, y, 2), 0.4f), mix(common, hashUnit(x, y, 3), 0.4f),
-                        mix(common, hashUnit(x, y, 4), 0.4f)};
+      const float value = hashUnit(x, y, 1), bright = 0.4f * value * value * value;
+      noise.at(x, y) = {bright, bright, bright};
     }
-  const auto shape = [](float value) { return clamp01(0.5f + (value - 0.5f) * 3.0f) * 0.13f; };
-  return map(blur(noise, 0.65f, EdgeMode::wrap), [&](Colour4 c) {
-    return Colour4{shape(c.r), shape(c.g), shape(c.b)};
-  });
+  return noise;
 }
 
 // Additive: specks, hairs and a few long scratches of an old print.
@@ -59,6 +55,16 @@ Canvas vignette(const Settings& settings) {
   });
 }
 
+// Darkening: a soft bank behind words, level in its middle.
+Canvas shade(const Settings& settings) {
+  const int side = settings.side(128);
+  return paint(side, side, [](float u, float v) {
+    const float r = std::hypot((u - 0.5f) * 2, (v - 0.5f) * 2);
+    const float dark = 0.72f * smoothStep(0.98f, 0.25f, r);
+    return Colour4{dark, dark, dark};
+  });
+}
+
 }  // namespace
 
 Products grainPictures() {
@@ -66,7 +72,8 @@ Products grainPictures() {
       picture("grain", PictureKind::jpeg, "grain", 1, grain),
       picture("dust", PictureKind::jpeg, "grain", 4, dust),
       picture("vignette", PictureKind::bmp, "grain", 0.2f, vignette),
-      picture("bar", PictureKind::bmp, "grain", 0.1f, [](const Settings&) { return Canvas(64, 64, black); })};
+      picture("bar", PictureKind::bmp, "grain", 0.1f, [](const Settings&) { return Canvas(64, 64, black); }),
+      picture("shade", PictureKind::bmp, "grain", 0.1f, shade)};
 }
 
 }  // namespace vex

@@ -27,17 +27,19 @@ Canvas copperBar(const Settings& settings) {
   });
 }
 
-// One ball, lit from above on the left, with a little light from below; cut out by its mask.
+// One ball of lacquer, lit from above on the left, with a copper fire behind it; cut out by its mask.
 Canvas vectorBall(const Settings& settings) {
   const int side = settings.side(64);
   return paintSmooth(side, side, 4, [](float u, float v) {
     const float x = (2 * u - 1) / 0.86f, y = (2 * v - 1) / 0.86f, r2 = x * x + y * y;
     const float z = std::sqrt(std::max(0.0f, 1 - r2));
     const float key = std::max(0.0f, -0.45f * x - 0.62f * y + 0.64f * z);
-    const float bounce = std::max(0.0f, 0.5f * x + 0.8f * y + 0.1f * z);
-    const float gloss = std::pow(std::max(0.0f, -0.36f * x - 0.48f * y + 0.8f * z), 36.0f);
-    const float level = 0.10f + 0.80f * std::pow(key, 0.9f) + 0.20f * bounce * (1 - z) + 0.6f * gloss;
-    Colour4 colour = mix(Colour4{0.10f, 0.08f, 0.12f}, Colour4{1, 0.98f, 0.94f}, clamp01(level));
+    const float behind = clamp01(0.35f + 0.5f * x + 0.5f * y) * std::pow(1 - z, 1.6f);
+    const float gloss = std::pow(std::max(0.0f, -0.36f * x - 0.48f * y + 0.8f * z), 26.0f);
+    const Colour4 body = mix(Colour4{0.05f, 0.03f, 0.04f}, Colour4{0.80f, 0.72f, 0.64f}, std::pow(key, 1.7f));
+    Colour4 colour =
+        body + Colour4{1, 0.98f, 0.95f} * (1.3f * gloss) + Colour4{1, 0.5f, 0.2f} * (1.5f * behind);
+    colour = {clamp01(colour.r), clamp01(colour.g), clamp01(colour.b), 1};
     return r2 < 1 ? colour : Colour4{0, 0, 0, 0};
   });
 }
