@@ -40,6 +40,17 @@ float lidDegrees(float t) {
   return 108 * open + 4 * open * swing(t, loopSeconds, 4);
 }
 
+float doorDegrees(float t) {
+  return 104 * eased(t, 0, shotSeconds);
+}
+
+// Of what falls through the door: nothing while it is shut, then as wide as the slit at its post.
+Vector doorLightSize(float t) {
+  const float slit = 1 - std::cos(doorDegrees(t) * pi / 180);
+  const float begun = std::max(0.002f, eased(t, 0.4f, 2));
+  return Vector(std::clamp(8 * slit, 0.002f, 1.0f), begun, begun);
+}
+
 StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
                    const std::vector<Vector>& target) {
   return cameraThrough({.name = name, .fieldDegrees = fieldDegrees, .far = 1500}, shotSeconds, eye, target);
@@ -50,8 +61,8 @@ std::vector<StageCamera> cameras() {
   return {
       // Into the room, towards the light.
       camera("view_wide", 66,
-             {Vector(250, 34, 400), Vector(150, 20, 345), Vector(30, 12, 300), Vector(-96, 18, 262)},
-             {Vector(-40, 36, 0), Vector(-30, 34, 0), Vector(-18, 30, 0), Vector(0, 22, 0)}),
+             {Vector(196, 26, 300), Vector(124, 14, 262), Vector(30, 6, 236), Vector(-96, 18, 240)},
+             {Vector(-34, 47, 0), Vector(-26, 42, 0), Vector(-16, 34, 0), Vector(0, 22, 0)}),
       // Around the jar.
       camera("view_jar", 62,
              {Vector(-104, 6, 92), Vector(-52, -8, 128), Vector(24, 2, 138), Vector(92, 22, 102)},
@@ -61,17 +72,17 @@ std::vector<StageCamera> cameras() {
              {Vector(-34, 22, 96), Vector(-22, 18, 86), Vector(-8, 15, 78), Vector(4, 14, 70)},
              {Vector(6, 12, 0), Vector(5, 13, 0), Vector(2, 13, 0), Vector(-2, 13, 0)}),
       // Over the telephone.
-      camera("view_phone", 58,
-             {Vector(166, -22, 116), Vector(152, -26, 124), Vector(132, -30, 130), Vector(108, -30, 136)},
-             {Vector(66, -20, 20), Vector(60, -18, 20), Vector(52, -14, 16), Vector(44, -10, 12)}),
+      camera("view_phone", 63,
+             {Vector(190, -26, 132), Vector(178, -26, 146), Vector(156, -26, 158), Vector(128, -26, 164)},
+             {Vector(66, -8, 20), Vector(58, -6, 18), Vector(50, -4, 14), Vector(40, 0, 10)}),
       // Over the cigarette.
       camera("view_ash", 54,
              {Vector(-150, -32, 112), Vector(-138, -35, 120), Vector(-118, -36, 126), Vector(-96, -34, 128)},
              {Vector(-62, -26, 30), Vector(-60, -24, 30), Vector(-54, -20, 24), Vector(-46, -14, 20)}),
       // Along the hose to the jar.
       camera("view_hose", 66,
-             {Vector(262, -40, 40), Vector(226, -8, 52), Vector(166, 22, 64), Vector(104, 44, 74)},
-             {Vector(96, -44, -60), Vector(78, -24, -50), Vector(42, 0, -28), Vector(16, 10, -10)}),
+             {Vector(244, -12, -92), Vector(214, 6, -76), Vector(172, 34, -10), Vector(104, 44, 74)},
+             {Vector(56, -12, -36), Vector(44, -6, -26), Vector(30, 0, -18), Vector(16, 10, -10)}),
       // Past the jar to the door.
       camera(
           "view_door", 64,
@@ -95,7 +106,7 @@ std::vector<StageLight> lights() {
        .target = lampTarget,
        .coneDegrees = lampConeDegrees},
       {.name = "HandLight", .position = nozzlePlace, .colour = {0.5f, 0.95f, 0.9f}},
-      {.name = "AlarmLight", .position = Vector(0, 150, 0), .colour = {2.2f, 0.16f, 0.1f}},
+      {.name = "AlarmLight", .position = Vector(0, 150, 0), .colour = {4.5f, 0.16f, 0.1f}},
       {.name = "WaterParticle", .position = outOfSight, .on = false, .colour = {0.42f, 0.85f, 0.8f}},
   };
   // The alarm's light turns through the room.
@@ -110,14 +121,18 @@ std::vector<StageLight> lights() {
 std::vector<StageMaterial> materials() {
   // Painted light counts; lamps add little to it, the alarm's red most.
   const auto painted = [](const char* name, const char* texture, float diffuse = 0.3f,
-                          float ambient = 0.82f) {
+                          Colour4 ambient = {0.82f, 0.82f, 0.82f}) {
     return StageMaterial{.name = name,
                          .texture = texture,
                          .diffuse = {diffuse, diffuse, diffuse},
-                         .ambient = {ambient, ambient, ambient},
+                         .ambient = ambient,
                          .shine = 0};
   };
-  StageMaterial skin = painted("skin", "fetus_skin", 1, 0.24f);
+  // The player adds 0.15.
+  const auto without = [](const Colour4& gain) {
+    return Colour4{1.12f / gain.r - 0.15f, 1.12f / gain.g - 0.15f, 1.12f / gain.b - 0.15f};
+  };
+  StageMaterial skin = painted("skin", "fetus_skin", 1, {0.24f, 0.24f, 0.24f});
   skin.specular = {0.6f, 0.62f, 0.6f};
   skin.shine = 0.4f;
   skin.shineStrength = 0.7f;
@@ -127,34 +142,34 @@ std::vector<StageMaterial> materials() {
                       .diffuse = {0.2f, 0.2f, 0.2f},
                       .ambient = {0.85f, 0.85f, 0.85f},
                       .shine = 0};
+  StageMaterial rim = glass;
+  rim.name = "rim";
+  rim.diffuse = {0.3f, 0.3f, 0.3f};
   StageMaterial shard = glass;
   shard.name = "shard";
   shard.twoSided = true;
   shard.ambient = {1.8f, 1.8f, 1.8f};
   return {
-      painted("room", "fetus_room", 0.45f, 1.05f),
+      painted("room", "fetus_room", 0.42f, without(roomGain)),
       painted("table", "fetus_table", 1),
-      painted("props", "fetus_props", 0.25f),
+      painted("props", "fetus_props", 0.3f, without(propGain)),
       painted("plain", "fetus_props", 1),
-      painted("door", "fetus_door", 0.3f),
+      painted("lamp", "fetus_props", 0.2f, {0.6f, 0.6f, 0.6f}),
+      painted("bone", "fetus_props", 0.45f, {0.4f, 0.4f, 0.4f}),
+      painted("lid", "fetus_props", 0.6f, {0.36f, 0.36f, 0.36f}),
       skin,
       painted("eye", "fetus_eye", 1),
       painted("window", "fetus_window", 1),
-      painted("hose", "fetus_hose", 0.7f, 0.4f),
+      painted("hose", "fetus_hose", 0.7f, {0.4f, 0.4f, 0.4f}),
       glass,
+      rim,
       shard,
-      {.name = "bone", .diffuse = {0.5f, 0.46f, 0.4f}, .ambient = {0.3f, 0.27f, 0.22f}, .shine = 0},
+
       {.name = "heart",
        .diffuse = {0.7f, 0.1f, 0.06f},
        .ambient = {0.75f, 0.1f, 0.04f},
        .specular = {0.5f, 0.4f, 0.4f},
        .shine = 0.4f,
-       .shineStrength = 0.8f},
-      {.name = "cord",
-       .diffuse = {0.8f, 0.42f, 0.36f},
-       .ambient = {0.12f, 0.0f, 0.0f},
-       .specular = {0.5f, 0.5f, 0.5f},
-       .shine = 0.3f,
        .shineStrength = 0.8f},
       {.name = "white", .diffuse = {0.97f, 1, 0.98f}, .ambient = {1, 1, 1}, .shine = 0},
   };
@@ -173,7 +188,7 @@ StageMesh eye(const char* name, float side) {
   return mesh;
 }
 
-std::vector<StageMesh> beingMeshes(const Surface& skin) {
+std::vector<StageMesh> beingMeshes(const Surface& skin, const Surface& things) {
   const Vector centre(0, 0, 0);
   StageMesh being{.name = "fetus", .surface = skin, .pivot = centre, .material = "skin"};
   being.motion.positions = positionKeys(shotSeconds, 15, beingPlace);
@@ -189,10 +204,18 @@ std::vector<StageMesh> beingMeshes(const Surface& skin) {
                         0.14f * std::exp(-std::pow((beat - 0.5f) * 9, 2.0f));
     return Vector(grown, grown, grown);
   });
-  return {
-      being,           {.name = "bones", .parent = "fetus", .surface = bonesSurface(), .material = "bone"},
-      heart,           {.name = "cord", .parent = "fetus", .surface = cordSurface(), .material = "cord"},
-      eye("eye01", 1), eye("eye02", -1)};
+  const auto within = [](const char* name, const Surface& surface, const char* material) {
+    return StageMesh{.name = name, .parent = "fetus", .surface = surface, .material = material};
+  };
+  // The rim is hidden by opaque skin and lights up round what is within once the skin is glass.
+  return {being,
+          within("bones", partOf(things, bones), "bone"),
+          heart,
+          within("cord", cordSurface(), "hose"),
+          eye("eye01", 1),
+          eye("eye02", -1),
+          within("lids", partOf(things, lids), "lid"),
+          within("rim", withoutMapping(rimSurface()), "rim")};
 }
 
 Surface unmapped(const std::vector<Surface>& what) {
@@ -202,8 +225,8 @@ Surface unmapped(const std::vector<Surface>& what) {
 }
 
 Model fetusModel(const Settings& settings) {
-  constexpr Prop props[] = {apparatus, phone, ashtray,   cigarette, nozzle, shade,
-                            bulb,      shelf, specimens, duct,      legs,   beacon};
+  constexpr Prop props[] = {apparatus, phone,     ashtray, cigarette, nozzle, shade, bulb,
+                            shelf,     specimens, duct,    legs,      beacon, bones, lids};
   Surface things;
   for (const Prop prop : props) append(things, propSurface(prop), prop);
   things = mappedAtlas(
@@ -213,32 +236,42 @@ Model fetusModel(const Settings& settings) {
                    case cigarette:
                      return 2.6f;
                    case ashtray:
-                   case apparatus:
                      return 1.5f;
+                   case apparatus:
+                     return 1.8f;
                    case shelf:
                    case duct:
                    case legs:
                      return 0.25f;
                    case specimens:
-                   case shade:
-                     return 0.55f;
+                     return 0.5f;
+                   case lids:
+                     return 3.0f;
+                   case bones:
+                     return 2.2f;
                    default:
                      return 1.0f;
                  }
                }});
-  const Surface room =
-      mappedAtlas(roomSurface(), {.charts = Charts::byNormals, .side = 512, .density = [](const Triangle& t) {
-                                    return t.part == ceiling ? 0.4f : t.part == ground ? 0.75f : 1.0f;
-                                  }});
+  Surface walled = roomSurface();
+  append(walled, doorSurface(), leaf);
+  walled = mappedAtlas(
+      walled, {.charts = Charts::byNormals, .side = 512, .bleed = 3, .density = [](const Triangle& t) {
+                 return t.part == ceiling ? 0.4f : t.part == ground ? 0.75f : t.part == leaf ? 1.6f : 1.0f;
+               }});
+  const Surface room = selected(walled, [](const Triangle& t) { return t.part != leaf; });
   const Surface table =
       mappedAtlas(tableTop(), {.charts = Charts::byNormals, .side = 512, .density = [](const Triangle& t) {
                                  return t.part == 0 ? 1.0f : 0.4f;
                                }});
   const Surface skin = mappedAtlas(beingSurface(), {.charts = Charts::byNormals, .side = 512});
-  const Surface door = mappedAtlas(doorSurface(), {.charts = Charts::byNormals, .side = 256, .bleed = 2});
+  const Surface door = partOf(walled, leaf);
   const Surface slack = hoseSurface(0), swollen = hoseSurface(1);
 
-  const RayTree all = rayTree(unmapped({things, room, table, skin, door, slack}));
+  // What is in the jar is lit as if its skin were glass.
+  const RayTree clear = rayTree(unmapped({things, walled, table, slack}));
+  const Surface solid = selected(things, [](const Triangle& t) { return t.part != bones && t.part != lids; });
+  const RayTree all = rayTree(unmapped({solid, walled, table, skin, slack}));
   const RayTree body = rayTree(withoutMapping(skin));
   const auto picture = [&](const Surface& surface, const RayTree& obstacles, const BakeLook& look, int side,
                            float wear, Colour4 (*colour)(const BakePoint&)) {
@@ -257,9 +290,11 @@ Model fetusModel(const Settings& settings) {
   std::vector<StageMesh>& meshes = stage.meshes;
   meshes = {{.name = "WhiteBox", .surface = whiteSurface(), .material = "white"},
             {.name = "room", .surface = room, .material = "room"},
-            {.name = "door", .surface = door, .pivot = doorHinge, .material = "door"},
-            {.name = "TableTop", .surface = table, .material = "table"}};
-  meshes[2].motion.turns = turnKeys(shotSeconds, 15, [](float t) { return turnedY(104 * eased(t, 0, 20)); });
+            {.name = "door", .surface = door, .pivot = doorHinge, .material = "room"},
+            {.name = "TableTop", .surface = table, .material = "table"},
+            // The same picture behind the panes, for what is half transparent before them.
+            {.name = "panes", .surface = placed(windowSurface(), moved(0, 0, -1)), .material = "window"}};
+  meshes[2].motion.turns = turnKeys(shotSeconds, 15, [](float t) { return turnedY(doorDegrees(t)); });
   const auto prop = [&](const char* name, std::initializer_list<Prop> parts, const char* material = "props") {
     meshes.push_back({.name = name,
                       .surface = selected(things,
@@ -270,7 +305,7 @@ Model fetusModel(const Settings& settings) {
                       .material = material});
   };
   prop("furniture", {shelf, specimens, duct, legs, apparatus, ashtray, beacon});
-  prop("lamp", {shade, bulb});
+  prop("lamp", {shade, bulb}, "lamp");
   prop("phone", {phone}, "plain");
   prop("cigash", {cigarette});
   meshes.back().pivot = cigarettePlace;
@@ -278,25 +313,28 @@ Model fetusModel(const Settings& settings) {
   meshes.back().pivot = nozzlePlace;
   for (const auto& [name, surface] : {std::pair{"Hose", &slack}, {"hose01", &slack}, {"hose02", &swollen}})
     meshes.push_back({.name = name, .surface = *surface, .material = "hose"});
-  for (StageMesh& mesh : beingMeshes(skin)) meshes.push_back(std::move(mesh));
+  StageMesh doorLight{
+      .name = "doorLight", .surface = doorLightSurface(), .pivot = doorPost, .material = "window"};
+  doorLight.motion.scales = scaleKeys(shotSeconds, 15, doorLightSize);
+  for (StageMesh& mesh : beingMeshes(skin, things)) meshes.push_back(std::move(mesh));
   for (int i = 0; i < 3; ++i)
     meshes.push_back({.name = "glassParticle0" + std::to_string(i + 1),
                       .surface = placed(shardSurface(i), moved(outOfSight)),
                       .pivot = outOfSight,
                       .material = "shard"});
+  meshes.push_back(doorLight);
   meshes.push_back({.name = "rectangle01", .surface = windowSurface(), .material = "window"});
   meshes.push_back({.name = "bottle", .surface = jarSurface(), .material = "glass"});
   stage.lights = lights();
   stage.cameras = cameras();
 
   return {stage,
-          {picture(room, all, labLook(160, 36), 512, 0, roomColour),
+          {picture(walled, all, labLook(160, 36), 512, 1.5f, roomColour),
            picture(table, all, labLook(60, 49), 512, 0.8f, tableColour),
-           picture(things, all, labLook(60, 36), 512, 0.7f, propColour),
-           picture(door, all, labLook(80, 25), 256, 1.5f, doorColour),
+           picture(things, clear, labLook(60, 36), 512, 0.7f, propColour),
            picture(skin, body, labLook(24, 64), 512, 0.9f, skinColour), eyePicture(settings.side(256)),
            windowPicture(settings.side(256)), hosePicture(settings.side(256)),
-           glassPicture(settings.side(256)), beamPicture(64)}};
+           glassPicture(settings.side(256)), beamPicture(256)}};
 }
 
 }  // namespace
@@ -306,13 +344,13 @@ Products fetusModels() {
                 {{"fetus_room", PictureKind::jpeg},
                  {"fetus_table", PictureKind::jpeg},
                  {"fetus_props", PictureKind::jpeg},
-                 {"fetus_door", PictureKind::jpeg},
+
                  {"fetus_skin", PictureKind::jpeg},
                  {"fetus_eye", PictureKind::jpeg},
                  {"fetus_window", PictureKind::maskedJpeg},
                  {"fetus_hose", PictureKind::jpeg},
-                 {"fetus_glass", PictureKind::jpeg},
-                 {"vollight", PictureKind::jpeg}},
+                 {"fetus_glass", PictureKind::maskedJpeg},
+                 {"vollight", PictureKind::bmp}},
                 5, fetusModel, {"production/models/fetus_"})};
 }
 

@@ -5,6 +5,7 @@
 #include "production/geometry/isosurface.h"
 #include "production/geometry/mapping.h"
 #include "production/image/noise3.h"
+#include "production/models/fetus_being.h"
 #include "production/models/fetus_parts.h"
 #include "production/textures/palette.h"
 
@@ -12,19 +13,7 @@
 
 namespace vex::laboratory {
 
-namespace {
-
-Vector folded(const Vector& p) {
-  return Vector(p.x, p.y, std::fabs(p.z));
-}
-
-struct Limb {
-  Vector from, to;
-  float thick, thin;
-};
-
-// On the +z side: what it draws up before itself.
-const Limb limbs[] = {
+const std::array<Limb, 7> limbs{{
     {Vector(8, 2, 9), Vector(6, -3, 13), 4.2f, 3.6f},            // shoulder
     {Vector(6, -3, 13), Vector(-6, -13, 14.5f), 3.4f, 2.5f},     // upper arm
     {Vector(-6, -13, 14.5f), Vector(-17, -3, 8), 2.6f, 1.8f},    // forearm
@@ -32,16 +21,13 @@ const Limb limbs[] = {
     {Vector(4, -25, 7), Vector(-18, -17, 11.5f), 6, 3.6f},       // thigh
     {Vector(-18, -17, 11.5f), Vector(-8, -31, 6.5f), 3.4f, 2},   // shin
     {Vector(-8, -31, 6.5f), Vector(-15.5f, -33, 5), 2.2f, 1.6f}  // foot
-};
-const Vector hand(-19.5f, 0.5f, 5.5f), foot(-15, -33, 5);
-
-// From the nape to the tip of the tail, in the plane of symmetry.
-const Vector back[] = {Vector(7, 15, 0),   Vector(14, 6, 0),  Vector(18, -4, 0),    Vector(17, -15, 0),
-                       Vector(11, -25, 0), Vector(2, -31, 0), Vector(-3, -33.5f, 0)};
-constexpr int joints = 7;
+}};
+const std::array<Vector, 7> back{Vector(7, 15, 0),     Vector(14, 6, 0),   Vector(18, -4, 0),
+                                 Vector(17, -15, 0),   Vector(11, -25, 0), Vector(2, -31, 0),
+                                 Vector(-3, -33.5f, 0)};
 
 float beingDistance(const Vector& p) {
-  const Vector q = folded(p);
+  const Vector q(p.x, p.y, std::fabs(p.z));
   float d = ellipsoid(q, Vector(-5, 19, 0), Vector(16, 14, 13));                           // brain
   d = smoothJoin(d, ellipsoid(q, Vector(2, 20, 0), Vector(13, 13, 11.5f)), 4);             // back of the head
   d = smoothJoin(d, ellipsoid(q, Vector(-14, 11, 0), Vector(7.5f, 8, 8)), 4);              // face
@@ -54,7 +40,7 @@ float beingDistance(const Vector& p) {
   d = smoothCut(d, ball(q, eyePlace + gazeAxis(1) * 1.1f, eyeRadius * 0.9f), 1.6f);
   float trunk = ellipsoid(q, Vector(5, -8, 0), Vector(11.5f, 15, 11));
   trunk = smoothJoin(trunk, ellipsoid(q, Vector(3, -19, 0), Vector(11, 11, 10)), 5);
-  for (int i = 0; i + 1 < joints; ++i)
+  for (int i = 0; i + 1 < static_cast<int>(back.size()); ++i)
     trunk = smoothJoin(trunk,
                        taper(q, back[i], back[i + 1], 6.8f - 0.8f * static_cast<float>(i),
                              6.0f - 0.8f * static_cast<float>(i)),
@@ -71,17 +57,22 @@ float beingDistance(const Vector& p) {
     const bool root = limb.from.x > 0;
     drawn = smoothJoin(drawn, taper(q, limb.from, limb.to, limb.thick, limb.thin), root ? 2.5f : 1.3f);
   }
-  for (int i = 0; i < 4; ++i) {  // fingers and toes
-    const float k = static_cast<float>(i) - 1.5f;
-    drawn = smoothJoin(
-        drawn, taper(q, hand, hand + Vector(-3.6f, 2.2f + 0.9f * k, -1.5f - 0.7f * k), 1.0f, 0.6f), 0.7f);
-    drawn = smoothJoin(drawn, taper(q, foot, foot + Vector(-3.2f, -0.6f, 1.3f * k), 0.9f, 0.6f), 0.6f);
+  for (int i = 0; i < 4; ++i) {
+    drawn = smoothJoin(drawn, taper(q, handPlace, fingerTip(i), 1.3f, 0.9f), 0.7f);
+    drawn = smoothJoin(drawn, taper(q, footPlace, toeTip(i), 0.9f, 0.6f), 0.6f);
   }
   d = smoothJoin(d, drawn, 1.1f);
   return d - 0.25f * fractal(p * 0.22f, 0, 3, 0.5f, 911);
 }
 
-}  // namespace
+Vector fingerTip(int finger) {
+  const float k = static_cast<float>(finger) - 1.5f;
+  return handPlace + Vector(-3.6f, 2.2f + 0.9f * k, -1.5f - 0.7f * k);
+}
+
+Vector toeTip(int toe) {
+  return footPlace + Vector(-3.2f, -0.6f, 1.3f * (static_cast<float>(toe) - 1.5f));
+}
 
 Vector gazeAxis(float side) {
   return unit(Vector(-0.78f, 0.02f, 0.62f * side));
@@ -93,35 +84,12 @@ Vector eyeAcross(float side) {
 
 Surface beingSurface() {
   return compacted(
-      isosurface(beingDistance, {.bounds = {Vector(-29, -42, -22), Vector(28, 38, 22)}, .cell = 2.1f}));
+      isosurface(beingDistance, {.bounds = {Vector(-29, -42, -22), Vector(28, 38, 22)}, .cell = 2.45f}));
 }
 
-Surface bonesSurface() {
-  Surface all;
-  const auto tubeOf = [&](const std::vector<Vector>& path, float thick, float thin, int pieces) {
-    append(all,
-           withoutMapping(tube(
-               smoothPath(path, pieces), 5, [=](float t) { return mix(thick, thin, t); }, TubeEnd::open)));
-  };
-  const std::vector<Vector> spine(back, back + joints);
-  const std::vector<Vector> places = smoothPath(spine, 20);
-  for (std::size_t i = 0; i + 1 < places.size(); ++i)
-    append(all, withoutMapping(placed(superellipsoid(Vector(1.9f, 1.1f, 1.9f), 0.6f, 1, 6, 4),
-                                      standing(places[i], places[i + 1] - places[i]))));
-  for (const float side : {-1.0f, 1.0f}) {
-    for (int i = 0; i < 7; ++i) {
-      const float y = 3 - 3.1f * static_cast<float>(i);
-      tubeOf({Vector(15.5f, y + 2, 0), Vector(12, y + 1, 7 * side), Vector(4, y - 1, 9.5f * side),
-              Vector(-3.5f, y - 4, 5 * side)},
-             0.75f, 0.5f, 6);
-    }
-    for (const Limb& limb : limbs)
-      tubeOf({Vector(limb.from.x, limb.from.y, limb.from.z * side),
-              Vector(limb.to.x, limb.to.y, limb.to.z * side)},
-             0.9f, 0.8f, 2);
-  }
-  append(all, withoutMapping(placed(sphere(1, 16, 10), stretched(12, 9.5f, 9) >> moved(-3, 20, 0))));
-  return all;
+Surface rimSurface() {
+  const Solid within = [](const Vector& p) { return beingDistance(p) + 0.8f; };
+  return compacted(isosurface(within, {.bounds = {Vector(-29, -42, -22), Vector(28, 38, 22)}, .cell = 4.1f}));
 }
 
 Surface heartSurface() {
@@ -130,26 +98,14 @@ Surface heartSurface() {
     d = smoothJoin(d, taper(p, Vector(1, 2, 0), Vector(2.6f, 6, 1), 1.6f, 1.0f), 1.2f);
     return smoothJoin(d, taper(p, Vector(-1, 2, 0), Vector(-2.2f, 5.4f, -1), 1.4f, 0.8f), 1.0f);
   };
-  return placed(compacted(isosurface(solid, {.bounds = {Vector(-5, -6, -5), Vector(5, 8, 5)}, .cell = 1.0f})),
+  return placed(compacted(isosurface(solid, {.bounds = {Vector(-5, -6, -5), Vector(5, 8, 5)}, .cell = 1.3f})),
                 moved(heartPlace));
-}
-
-Surface cordSurface() {
-  std::vector<Vector> path;
-  for (int i = 0; i <= 26; ++i) {
-    const float t = static_cast<float>(i) / 26, turn = 2.2f * pi * t + 0.5f;
-    const float out = 21 * std::sin(pi * std::pow(t, 0.8f));
-    path.push_back(Vector(-8 * (1 - t) + out * std::cos(turn) * 0.55f + 8 * std::sin(pi * t), -16 + 66 * t,
-                          out * std::sin(turn)));
-  }
-  return withoutMapping(tube(
-      smoothPath(path, 48), 7, [](float t) { return 1.35f + 0.25f * std::sin(t * 60); }, TubeEnd::open));
 }
 
 Surface eyeSurface(float side) {
   // Modelled shut: the lid looks out along +z, the iris down. v runs about the axis of the lid; its seam is
   // at the back, above, where it never comes to the front.
-  const Surface round = mapped(withoutMapping(sphere(eyeRadius, 20, 14)), [](const Vector& p) {
+  const Surface round = mapped(withoutMapping(sphere(eyeRadius, 18, 12)), [](const Vector& p) {
     const float turn = std::atan2(p.y, p.z) / (2 * pi);
     return Uv{0.5f + std::asin(std::clamp(p.x / eyeRadius, -1.0f, 1.0f)) / pi,
               0.5f + (turn > 0.375f ? turn - 1 : turn)};

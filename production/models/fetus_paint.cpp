@@ -32,6 +32,9 @@ Colour4 lit(const Colour4& albedo, const BakePoint& p) {
   return colour;
 }
 
+Colour4 paintedRoom(const BakePoint& p);
+Colour4 paintedProp(const BakePoint& p);
+
 }  // namespace
 
 BakeLook labLook(float reach, int rays) {
@@ -59,6 +62,22 @@ BakeLook labLook(float reach, int rays) {
 }
 
 Colour4 roomColour(const BakePoint& p) {
+  Colour4 colour = paintedRoom(p) * roomGain;
+  colour.a = 1;
+  return colour;
+}
+
+Colour4 propColour(const BakePoint& p) {
+  if (p.part == phone || p.part == lids) return paintedProp(p);  // not lit by the player
+  Colour4 colour = paintedProp(p) * propGain;
+  colour.a = 1;
+  return colour;
+}
+
+namespace {
+
+Colour4 paintedRoom(const BakePoint& p) {
+  if (p.part == leaf) return doorColour(p);
   const Vector& q = p.position;
   const float dirt = runs(q, 921), stain = grit(q, 0.012f, 922);
   if (p.part == ground) {
@@ -87,13 +106,15 @@ Colour4 roomColour(const BakePoint& p) {
   return lit(colour, p);
 }
 
+}  // namespace
+
 Colour4 doorColour(const BakePoint& p) {
   const Vector& q = p.position;
   const float rust = smoothStep(0.55f, 0.8f, runs(q, 931) + 0.25f * std::max(0.0f, p.edge));
   Colour4 colour = mix(gradient(tealRamp, 0.5f), gradient(tealRamp, 0.62f), grit(q, 0.05f, 932));
   colour = mix(colour, gradient(brassRamp, 0.3f), 0.8f * rust);
   const float port = std::hypot(q.x - 156, q.y + 10);
-  if (q.z > -332 && port < 24) return gradient(tealRamp, 0.95f - 0.012f * port);
+  if (q.z > -332 && port < 24) return gradient(tealRamp, 0.9f - 0.012f * port) * 0.42f;
   // Alarm stripes at its foot.
   if (q.y < -196 && q.z > -330) {
     const float stripe = std::fmod(std::fabs(q.x + q.y), 26.0f) / 26;
@@ -129,7 +150,9 @@ Colour4 tableColour(const BakePoint& p) {
   return seen;
 }
 
-Colour4 propColour(const BakePoint& p) {
+namespace {
+
+Colour4 paintedProp(const BakePoint& p) {
   const Vector& q = p.position;
   const float edge = std::max(0.0f, p.edge), wear = grit(q, 0.11f, 951);
   switch (p.part) {
@@ -173,11 +196,18 @@ Colour4 propColour(const BakePoint& p) {
     case nozzle:
       return lit(mix(gradient(steelRamp, 0.55f), gradient(steelRamp, 0.75f), edge), p);
     case shade: {
-      const bool inside = p.position.y < lampPlace.y + 30 && p.normal.y < 0;
-      if (inside) return gradient(tealRamp, 0.9f);
-      return lit(mix(gradient(tealRamp, 0.4f), gradient(brassRamp, 0.35f),
-                     0.6f * edge + 0.3f * smoothStep(0.55f, 0.8f, wear)),
-                 p);
+      // Bone enamel within, glowing about the bulb; green enamel without, chipped to iron at the rim.
+      const Placement frame = inverse(lampFrame());
+      const Vector at = transformed(frame, q), facing = transformed(frame, q + p.normal) - at;
+      const float out = std::hypot(at.x, at.z);
+      const bool inside = at.y < 5 && at.x * facing.x + at.z * facing.z < 0;
+      if (inside)
+        return mix(gradient(boneRamp, 0.97f), gradient(tealRamp, 0.66f), smoothStep(4, 18, out)) * 0.98f;
+      const float chipped = smoothStep(0.5f, 0.8f, edge + 0.6f * smoothStep(0.5f, 0.75f, wear) - 0.2f);
+      return lit(mix(mix(gradient(tealRamp, 0.5f), gradient(tealRamp, 0.62f), wear),
+                     gradient(brassRamp, 0.22f), 0.8f * chipped),
+                 p) +
+             gradient(tealRamp, 0.3f) * (0.5f * smoothStep(-20, -34, at.y));
     }
     case bulb:
       return {1, 1, 0.96f};
@@ -198,8 +228,49 @@ Colour4 propColour(const BakePoint& p) {
     case beacon:
       return mix(gradient(alarmRamp, 0.4f), gradient(alarmRamp, 0.66f), smoothStep(-318, -300, q.z)) *
              (0.6f + 0.4f * p.open);
+    case bones:
+      return boneColour(p);
+    case lids:
+      return lidColour(p);
   }
   return black;
+}
+
+}  // namespace
+
+// Ivory with dark crevices, the sutures of the skull and a blush of the lamp through it.
+Colour4 boneColour(const BakePoint& p) {
+  const Vector q(p.position.x, p.position.y, std::fabs(p.position.z));
+  const float old = grit(q, 0.12f, 956), hollow = smoothStep(0.75f, 0.25f, p.open);
+  Colour4 colour = mix(gradient(boneRamp, 0.66f), gradient(boneRamp, 0.94f), old);
+  const bool cranium = q.y > 15 && q.x > -14;
+  if (cranium) {
+    const float wander = 0.5f * gradientNoise(p.position * 0.9f, 0, 957);
+    const float seam = std::min(std::fabs(p.position.z + wander), std::fabs(q.x + 4 - 0.35f * q.z + wander));
+    colour = colour * (1 - 0.5f * smoothStep(0.75f, 0.2f, seam));
+  }
+  colour = mix(colour, Colour4{0.36f, 0.12f, 0.12f}, 0.8f * hollow);
+  colour = colour + gradient(boneRamp, 0.5f) * (0.25f * std::max(0.0f, p.edge));
+  return lit(colour, p) * 0.75f + colour * (0.3f * p.open);
+}
+
+// As the skin, wet and dark at the rim.
+Colour4 lidColour(const BakePoint& p) {
+  const float side = p.position.z < 0 ? -1.0f : 1.0f;
+  const Vector w = p.position - Vector(eyePlace.x, eyePlace.y, eyePlace.z * side);
+  const Vector axis = gazeAxis(side), across = eyeAcross(side);
+  const float theta = std::acos(std::clamp(dot(unit(w), axis), -1.0f, 1.0f));
+  const float wide = std::fabs(dot(unit(w - axis * dot(w, axis)), across));
+  const float past = theta - (50 + 25 * std::pow(wide, 1.6f)) * pi / 180;  // radians behind the rim
+  const float crease = smoothStep(0.05f, 0.0f, std::fabs(past - 0.32f));
+  Colour4 colour = mix(Colour4{0.9f, 0.56f, 0.46f}, Colour4{0.72f, 0.3f, 0.27f}, grit(p.position, 0.5f, 958));
+  colour = mix(colour, Colour4{0.4f, 0.1f, 0.12f}, 0.6f * crease);
+  colour = mix(colour, Colour4{0.95f, 0.5f, 0.46f}, smoothStep(0.12f, 0.05f, past));
+  colour = mix(colour, Colour4{0.16f, 0.02f, 0.04f}, smoothStep(0.05f, 0.0f, past));
+  colour = mix(colour, Colour4{0.3f, 0.06f, 0.08f}, smoothStep(0.4f, 0.75f, past));
+  colour = colour * (0.62f + 0.3f * p.light.g);
+  colour.a = 1;
+  return colour;
 }
 
 // Thin skin over blood: veins, flush in the hollows, pale on brow and knuckles.
@@ -246,15 +317,25 @@ Canvas eyePicture(int side) {
     colour = mix(colour, iris, smoothStep(0.94f, 0.9f, r));
     colour = mix(colour, ink, 0.85f * std::exp(-std::pow((r - 0.93f) * 12, 2.0f)));
     colour = mix(colour, black, smoothStep(0.48f, 0.42f, r));
-    const float glint = smoothStep(0.2f, 0.1f, std::hypot(x + 0.3f, turn - 0.42f));
-    return mix(colour, Colour4{1, 1, 1}, glint);
+    // Small catchlights of the lamp and of the window; the lid's shadow above.
+    const float glint = smoothStep(0.15f, 0.08f, std::hypot(x + 0.32f, turn - 0.4f)) +
+                        0.5f * smoothStep(0.09f, 0.04f, std::hypot(x - 0.36f, turn + 0.42f));
+    colour = colour * (1 - 0.45f * smoothStep(0.5f, 1.0f, turn));
+    return mix(colour, Colour4{1, 1, 1}, std::min(glint, 1.0f));
   });
+}
+
+// Fades away from the door (u) and to both sides.
+Colour4 doorLight(float u, float across) {
+  const float side = std::sin(pi * clamp01(across)), far = clamp01(1 - u);
+  return {0.93f, 1, 0.97f, 0.9f * std::pow(far, 1.5f) * side * side};
 }
 
 // Frosted panes with a corridor's light behind them, somebody's shadow on them.
 Canvas windowPicture(int side) {
   return paintSmooth(side, side, 2, [](float u, float down) {
-    const float v = 1 - down, x = (u - 0.5f) * 200, y = v * 150;
+    if (1 - down > windowShare) return doorLight(u, (1 - down - windowShare) / (1 - windowShare));
+    const float v = (1 - down) / windowShare, x = (u - 0.5f) * 200, y = v * 150;
     const float frost = 0.5f + 0.5f * fractal(u * 40, v * 30, 0, 3, 0.6f, 981);
     const float lamp =
         std::exp(-std::pow((y - 128) / 34, 2.0f)) + 0.35f * std::exp(-std::pow((y - 20) / 70, 2.0f));
@@ -302,16 +383,29 @@ Canvas glassPicture(int side) {
     Colour4 colour = gradient(tealRamp, 0.14f + 0.1f * sheen) + gradient(tealRamp, 0.74f) * (0.62f * rim) +
                      Colour4{0.85f, 0.95f, 0.9f} * (0.55f * lamp) +
                      gradient(tealRamp, 0.72f) * (0.35f * window);
-    colour.a = 1;
+    // Bright with a mask: the jar adds it, the being's rim lays it over.
+    const float strength = clamp01(std::max({colour.r, colour.g, colour.b}));
+    colour = colour * (1 / std::max(strength, 0.02f));
+    colour.a = strength;
     return colour;
   });
 }
 
-Canvas beamPicture(int side) {
-  return paint(side, side, [](float u, float) {
-    const float fall = 0.28f * u + 0.68f * u * u;
-    return Colour4{0.86f * fall, 1.0f * fall, 0.92f * fall};
-  });
+Canvas beamPicture(int width) {
+  // Some thirty faint layers add up to the beam, each rounded to whole steps of the screen: what is between
+  // two steps is scattered along the beam, or its end would show as an edge.
+  constexpr float steps = 13.5f;  // of the screen in the brightest layer
+  Canvas picture(width, 4);
+  float owed = 0;
+  for (int x = 0; x < width; ++x) {
+    const float u = (static_cast<float>(x) + 0.5f) / static_cast<float>(width);
+    const float wanted = steps * (0.34f * u + 0.62f * u * u) * smoothStep(0.0f, 0.25f, u);
+    const float whole = std::floor(wanted + owed + 0.6f * (hashUnit(x, 0, 996) - 0.5f) + 0.5f);
+    owed += wanted - whole;
+    const float level = std::max(0.0f, whole) / steps;
+    for (int y = 0; y < 4; ++y) picture.at(x, y) = Colour4{level, level, level};
+  }
+  return picture;
 }
 
 }  // namespace vex::laboratory

@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <cmath>
 
 #include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
+#include "production/image/image.h"
 #include "production/models/fetus_parts.h"
 
 // A tiled room without a gap; what is seen of the outside is white.
@@ -28,13 +30,13 @@ Surface box(const Vector& least, const Vector& most, float bevel) {
 
 Surface pipe(const std::vector<Vector>& bends, float radius, int pieces) {
   return withoutMapping(tube(
-      smoothPath(bends, pieces), 8, [radius](float) { return radius; }, TubeEnd::open));
+      smoothPath(bends, pieces), 6, [radius](float) { return radius; }, TubeEnd::open));
 }
 
 }  // namespace
 
 Surface roomSurface() {
-  constexpr float cell = 76, height = top - floorHeight;
+  constexpr float cell = 92, height = top - floorHeight;
   const Vector up(0, height, 0);
   Surface all;
   append(all, panel(Vector(west, floorHeight, north), Vector(doorWest - west, 0, 0), up, cell), walls);
@@ -71,25 +73,26 @@ Surface roomSurface() {
            pipe({Vector(west + 14 + k, 226, south), Vector(west + 14 + k, 226, 80),
                  Vector(west + 14 + k, 226, north + 22 + k), Vector(-120, 228, north + 14 + k),
                  Vector(240, 228, north + 14 + k), Vector(east, 228, north + 14 + k)},
-                6.5f - static_cast<float>(i), 40),
+                6.5f - static_cast<float>(i), 18),
            pipes);
   }
   append(all,
          pipe({Vector(62, 228, north + 12), Vector(58, 200, north + 9), Vector(58, 0, north + 8),
                Vector(58, floorHeight, north + 8)},
-              5, 18),
+              5, 8),
          pipes);
   return all;
 }
 
 Surface doorSurface() {
-  const Vector least(doorWest, floorHeight, north - 7), most(doorEast, doorTop, north + 1);
+  // It shuts behind the lintel: no slit shows over it while it turns.
+  const Vector least(doorWest, floorHeight, north - 7), most(doorEast, doorTop + 9, north + 1);
   Surface all = box(least, most, 1.5f);
   for (const float y : {-190.0f, -118.0f, -70.0f})  // ribs
     append(all, box(Vector(doorWest + 10, y, north), Vector(doorEast - 10, y + 7, north + 5), 1.5f));
   const auto ring = [](float radius, float width, float height, const Vector& at) {
     return withoutMapping(
-        placed(lathe({{radius + width, 0}, {radius + width, height}, {radius, height}, {radius, 0.2f}}, 24),
+        placed(lathe({{radius + width, 0}, {radius + width, height}, {radius, height}, {radius, 0.2f}}, 20),
                turnedX(90) >> moved(at)));
   };
   append(all, ring(24, 6, 6, Vector(156, -10, north)));
@@ -101,7 +104,48 @@ Surface doorSurface() {
 }
 
 Surface windowSurface() {
-  return placed(card(200, 150), moved(-164, -52, north + 2));
+  return placed(mappingScaled(card(200, 150), 1, windowShare), moved(-164, -52, north + 2));
+}
+
+namespace {
+
+constexpr float farthest = 0.985f;  // of the strip's u: it tiles, and the next tile begins bright
+
+// Near edge of a pool of light, from left to right, and far edge; the strip's u runs away from the door.
+Surface lightPool(const Vector& leftNear, const Vector& rightNear, const Vector& leftFar,
+                  const Vector& rightFar, float from, float to) {
+  const auto place = [&](float s, float t) {
+    return mix(mix(leftFar, rightFar, s), mix(leftNear, rightNear, s), t);
+  };
+  Surface pool = sheet(8, 6, place);
+  for (Triangle& triangle : pool.triangles)
+    for (Uv& uv : triangle.uv)
+      uv = {mix(std::min(to, farthest), from, uv.v), mix(windowShare + 0.02f, 0.985f, uv.u)};
+  return pool;
+}
+
+}  // namespace
+
+Surface doorLightSurface() {
+  const float onFloor = floorHeight + 0.6f, onTable = tableHeight + 0.25f;
+  Surface all = lightPool(Vector(doorWest + 10, onFloor, north), Vector(doorEast + 6, onFloor, north),
+                          Vector(-120, onFloor, 60), Vector(300, onFloor, 60), 0, 1);
+  append(all, lightPool(Vector(-120, onTable, -98), Vector(184, onTable, -98), Vector(-250, onTable, 110),
+                        Vector(90, onTable, 110), 0, 0.9f));
+  // A glow in the air about the opening, strongest at the post.
+  const float middle = 0.5f * (windowShare + 1), reach = 84;
+  Surface glow = sheet(11, 10, [&](float s, float t) {
+    return Vector(mix(doorWest - 96, doorEast + 90, s), mix(floorHeight + 1, doorTop + 96, t), north + 22);
+  });
+  for (Triangle& triangle : glow.triangles)
+    for (std::size_t i = 0; i < 3; ++i) {
+      const Vector& p = glow.points[static_cast<std::size_t>(triangle.points[i])];
+      const float aside = std::max({doorWest + 76 - p.x, p.x - doorEast, 0.0f}),
+                  above = std::max(0.0f, p.y - doorTop);
+      triangle.uv[i] = {std::min(farthest, 0.3f + 0.7f * std::hypot(aside, above) / reach), middle};
+    }
+  append(all, glow);
+  return all;
 }
 
 Surface whiteSurface() {

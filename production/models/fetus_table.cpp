@@ -10,6 +10,10 @@
 
 namespace vex::laboratory {
 
+Placement lampFrame() {
+  return standing(lampPlace, lampPlace - lampTarget);
+}
+
 namespace {
 
 Surface box(const Vector& size, float bevel, const Vector& centre) {
@@ -20,23 +24,24 @@ Surface turnedProfile(const std::vector<ProfilePoint>& profile, int around, cons
   return withoutMapping(placed(lathe(profile, around), moved(foot)));
 }
 
-Surface pipe(const std::vector<Vector>& bends, float radius, int pieces, int around = 8) {
+Surface pipe(const std::vector<Vector>& bends, float radius, int pieces, int around = 6) {
   return withoutMapping(tube(
       smoothPath(bends, pieces), around, [radius](float) { return radius; }, TubeEnd::flat));
 }
 
 // A foot of turned metal and a cap with valves, held by three rods; a pipe goes up.
 Surface apparatusSurface() {
-  Surface all = turnedProfile({{50, -50},
-                               {50, -47.5f},
-                               {47, -46},
-                               {44, -46},
-                               {43, -43},
-                               {40, -42},
-                               {38.5f, -42},
-                               {38, -45},
-                               {0, -45}},
-                              40, Vector(0, 0, 0));
+  // It stands in the table by a little, so that no light is worked out between the two.
+  Surface all = turnedProfile({{51, -51},
+                               {51, -46},
+                               {49.4f, -44.4f},
+                               {45, -44.4f},
+                               {44, -41.6f},
+                               {42, -40.4f},
+                               {38.6f, -40.4f},
+                               {38, -44.8f},
+                               {0, -44.8f}},
+                              38, Vector(0, 0, 0));
   append(all, turnedProfile({{0, 47.5f},
                              {23, 47.5f},
                              {25, 48.5f},
@@ -49,31 +54,31 @@ Surface apparatusSurface() {
                              {5, 71},
                              {5, 90},
                              {0, 90}},
-                            32, Vector(0, 0, 0)));
+                            22, Vector(0, 0, 0)));
   for (int i = 0; i < 3; ++i) {
     const float angle = 2 * pi * (static_cast<float>(i) / 3 + 0.21f);
     const Vector foot(44 * std::cos(angle), -47, 44 * std::sin(angle));
     append(all, turnedProfile({{1.5f, 0}, {1.5f, 110}}, 8, foot));
-    append(all, turnedProfile({{0, -1}, {3, -1}, {3, 3}, {0, 4}}, 10, foot + Vector(0, 106, 0)));
+    append(all, turnedProfile({{0, -1}, {3, -1}, {3, 3}, {0, 4}}, 7, foot + Vector(0, 106, 0)));
     append(all, pipe({foot + Vector(0, 107, 0), foot * 0.75f + Vector(0, 95.5f, 0),
                       Vector(foot.x * 0.4f, 58, foot.z * 0.4f)},
-                     1.5f, 8, 6));
+                     1.5f, 6, 5));
   }
   for (int i = 0; i < 5; ++i) {  // valves
     const float angle = 2 * pi * (static_cast<float>(i) / 5 + 0.07f);
     const Vector at(18 * std::cos(angle), 56, 18 * std::sin(angle));
-    append(all, turnedProfile({{2.2f, 0}, {2.2f, 4}, {1.2f, 5}, {1.2f, 8}, {3, 8.3f}, {3, 9.6f}, {0, 10}}, 10,
-                              at));
+    append(all,
+           turnedProfile({{2.2f, 0}, {2.2f, 4}, {1.2f, 5}, {1.2f, 8}, {3, 8.3f}, {3, 9.6f}, {0, 10}}, 7, at));
   }
   append(all,
-         pipe({Vector(0, 88, 0), Vector(2, 130, -12), Vector(30, 190, -60), Vector(40, 262, -80)}, 3.4f, 22));
+         pipe({Vector(0, 88, 0), Vector(2, 130, -12), Vector(30, 190, -60), Vector(40, 262, -80)}, 3.4f, 16));
   return all;
 }
 
 // A wall of hard rubber, a dial with finger holes, a receiver on a fork, a curled cord.
 Surface phoneSurface() {
   const Surface body =
-      sheet(28, 7,
+      sheet(24, 6,
             [](float s, float t) {
               const float angle = 2 * pi * s,
                           grow = mix(1.0f, 0.52f, smoothStep(0, 1, t)) * (t > 0.93f ? 0.9f : 1.0f);
@@ -84,13 +89,13 @@ Surface phoneSurface() {
             {.closedAcross = true});
   Surface all = withoutMapping(body);
   append(all, withoutMapping(
-                  placed(superellipsoid(Vector(9.8f, 1.3f, 8.2f), 0.5f, 0.6f, 18, 6), moved(0, 16.6f, -3))));
+                  placed(superellipsoid(Vector(9.8f, 1.3f, 8.2f), 0.5f, 0.6f, 14, 4), moved(0, 16.6f, -3))));
   const Placement slope = turnedX(57) >> moved(0, 9.5f, 10.8f);
   append(all,
-         placed(turnedProfile({{9.2f, 0}, {9.2f, 1.4f}, {8.4f, 2}, {0, 2}}, 26, Vector(0, 0, 0)), slope));
+         placed(turnedProfile({{9.2f, 0}, {9.2f, 1.4f}, {8.4f, 2}, {0, 2}}, 24, Vector(0, 0, 0)), slope));
   for (int i = 0; i < 10; ++i) {
     const float angle = 2 * pi * (static_cast<float>(i) / 12.5f + 0.02f);
-    append(all, placed(turnedProfile({{1.45f, 0}, {1.45f, 0.5f}, {0.9f, 0.5f}, {0.7f, 0.15f}, {0, 0.1f}}, 9,
+    append(all, placed(turnedProfile({{1.45f, 0}, {1.45f, 0.5f}, {0.9f, 0.5f}, {0.7f, 0.15f}, {0, 0.1f}}, 6,
                                      Vector(6.3f * std::cos(angle), 2, 6.3f * std::sin(angle))),
                        slope));
   }
@@ -99,28 +104,29 @@ Surface phoneSurface() {
   append(all, withoutMapping(
                   tube(smoothPath({Vector(-19, 23.5f, -4), Vector(-10, 26.5f, -4), Vector(10, 26.5f, -4),
                                    Vector(19, 23.5f, -4)},
-                                  14),
-                       10, [](float t) { return 2.3f + 1.1f * std::pow(std::fabs(2 * t - 1), 3.0f); })));
+                                  12),
+                       12, [](float t) { return 2.3f + 1.1f * std::pow(std::fabs(2 * t - 1), 3.0f); })));
   for (const float x : {-18.5f, 18.5f})
     append(all,
-           placed(turnedProfile({{4.6f, 0}, {5.2f, 1}, {4.2f, 5}, {2.5f, 6}, {0, 6}}, 16, Vector(0, 0, 0)),
+           placed(turnedProfile({{4.6f, 0}, {5.2f, 1}, {4.2f, 5}, {2.5f, 6}, {0, 6}}, 12, Vector(0, 0, 0)),
                   turnedZ(x < 0 ? -14.0f : 14.0f) >> moved(x, 18, -4)));
   std::vector<Vector> curls;
-  for (int i = 0; i <= 90; ++i) {
-    const float t = static_cast<float>(i) / 90, angle = t * 2 * pi * 10;
+  constexpr int steps = 50;
+  for (int i = 0; i <= steps; ++i) {
+    const float t = static_cast<float>(i) / steps, angle = t * 2 * pi * 7;
     curls.push_back(Vector(-21 - 7 * std::sin(pi * t) + 1.3f * std::cos(angle),
                            2 + 17 * t * t + 1.3f * std::sin(angle),
                            -12 * (1 - t) + 22 * t * (1 - t) - 3 * t));
   }
   append(all, withoutMapping(tube(
-                  curls, 4, [](float) { return 0.55f; }, TubeEnd::open)));
+                  curls, 3, [](float) { return 0.6f; }, TubeEnd::open)));
   return placed(all, turnedY(-34) >> moved(96, tableHeight, 52));
 }
 
 Surface ashtraySurface() {
   Surface all =
       turnedProfile({{0, 0}, {14, 0}, {15.5f, 1.2f}, {16, 5.4f}, {14.6f, 6}, {13.4f, 5}, {12, 2}, {0, 1.4f}},
-                    28, cigarettePlace + Vector(1, -5.4f, 1));
+                    20, cigarettePlace + Vector(1, -5.4f, 1));
   for (const float angle : {0.9f, 2.9f, 4.4f})  // stubs
     append(all,
            placed(turnedProfile({{0, 0}, {1.1f, 0}, {1.2f, 5}, {0, 5.4f}}, 8, Vector(0, 0, 0)),
@@ -132,7 +138,7 @@ Surface ashtraySurface() {
 // Lies over the rim, its glowing end forward.
 Surface cigaretteSurface() {
   const Vector tip = cigarettePlace + Vector(0, -1.2f, 5), end = cigarettePlace + Vector(2.4f, 4.6f, -12);
-  return withoutMapping(tube(smoothPath({end, mix(end, tip, 0.5f), tip}, 12), 10,
+  return withoutMapping(tube(smoothPath({end, mix(end, tip, 0.5f), tip}, 8), 9,
                              [](float t) { return t > 0.86f ? 1.02f - 0.8f * (t - 0.86f) : 1.15f; }));
 }
 
@@ -145,16 +151,12 @@ Surface nozzleSurface() {
              standing(nozzlePlace, away));
   append(all, pipe({nozzlePlace + away * 21, nozzlePlace + away * 34 + Vector(2, -2, 0), Vector(112, 10, 2),
                     Vector(126, -24, -30), Vector(128, -50, -38)},
-                   2.1f, 22));
+                   2.1f, 16));
   append(all, turnedProfile({{8, 0}, {8, 2}, {5, 4}, {4, 8}, {0, 8}}, 16, Vector(128, tableHeight, -38)));
   return all;
 }
 
 // Enamelled iron, open below; its inner side shows too and cuts the beam round.
-Placement lampFrame() {
-  return standing(lampPlace, lampPlace - lampTarget);
-}
-
 Surface shadeSurface() {
   const float spread = std::tan(lampConeDegrees / 2 * pi / 180) * 1.0f;
   const float low = -34, radius = -low * spread;
@@ -167,13 +169,13 @@ Surface shadeSurface() {
                                       {7, 22},
                                       {4, 25},
                                       {0, 25}},
-                                     40, Vector(0, 0, 0)),
+                                     24, Vector(0, 0, 0)),
                        lampFrame());
   append(
       all,
       placed(turnedOver(turnedProfile(
                  {{radius, low}, {radius * 0.83f, low * 0.72f}, {radius * 0.6f, low * 0.4f}, {7, 1}, {0, 4}},
-                 40, Vector(0, 0, 0))),
+                 24, Vector(0, 0, 0))),
              lampFrame()));
   append(all, pipe({transformed(lampFrame(), Vector(0, 24, 0)), lampPlace + Vector(-8, 44, 10),
                     lampPlace + Vector(-12, 80, 8)},
@@ -195,17 +197,13 @@ Surface shelfSurface() {
                                     {26, -52},
                                     {30, -46},
                                     {31, -20},
-                                    {32, -19},
-                                    {32, -15},
-                                    {31, -14},
-                                    {31, 14},
-                                    {32, 15},
-                                    {32, 19},
+                                    {32, -18},
+                                    {32, 18},
                                     {31, 20},
                                     {30, 46},
                                     {26, 52},
                                     {0, 52}},
-                                   26, Vector(0, 0, 0)),
+                                   16, Vector(0, 0, 0)),
                      turnedX(90) >> moved(318, -98, -120)));
   return all;
 }
@@ -220,14 +218,14 @@ Surface specimenSurface() {
       const float r = 13 + 3.5f * static_cast<float>((i * 5) % 3),
                   h = 34 + 8 * static_cast<float>((i * 7) % 4);
       append(all, turnedProfile({{0, 0}, {r, 0}, {r, h * 0.8f}, {r * 0.7f, h * 0.92f}, {r * 0.7f, h}, {0, h}},
-                                14, rackPlace + Vector(4, y, z)));
+                                8, rackPlace + Vector(4, y, z)));
     }
   return all;
 }
 
 Surface beaconSurface() {
   return placed(
-      turnedProfile({{16, 0}, {16, 5}, {12, 6}, {11.5f, 16}, {8, 22}, {0, 24}}, 20, Vector(0, 0, 0)),
+      turnedProfile({{16, 0}, {16, 5}, {12, 6}, {11.5f, 16}, {8, 22}, {0, 24}}, 14, Vector(0, 0, 0)),
       turnedX(90) >> moved(beaconPlace + Vector(0, 0, -12)));
 }
 
@@ -256,7 +254,7 @@ Surface propSurface(Prop prop) {
     case shade:
       return shadeSurface();
     case bulb:
-      return placed(withoutMapping(sphere(6, 16, 10)), moved(lampPlace + unit(lampPlace - lampTarget) * 7));
+      return placed(withoutMapping(sphere(6, 10, 6)), moved(lampPlace + unit(lampPlace - lampTarget) * 7));
     case shelf:
       return shelfSurface();
     case specimens:
@@ -270,6 +268,10 @@ Surface propSurface(Prop prop) {
       return legsSurface();
     case beacon:
       return beaconSurface();
+    case bones:
+      return bonesSurface();
+    case lids:
+      return joined({lidSurface(1), lidSurface(-1)});
   }
   return {};
 }
@@ -287,9 +289,9 @@ Surface jarSurface() {
         {jarRadius - in, -36}, {jarRadius - in, 22},      {jarRadius - 1.5f - in, 30},
         {31 - in, 38 - in},    {24 - in, 43 - 0.5f * in}, {22.5f - in, 48}};
   };
-  Surface all = withoutMapping(lathe(smoothProfile(contour(0), 26), 40, 180));
-  append(all, turnedOver(withoutMapping(lathe(smoothProfile(contour(1.6f), 18), 30, 180))));
-  append(all, withoutMapping(placed(disc(31, 36, 2), moved(0, 36, 0))));
+  Surface all = withoutMapping(lathe(smoothProfile(contour(0), 18), 34, 180));
+  append(all, turnedOver(withoutMapping(lathe(smoothProfile(contour(1.6f), 11), 20, 180))));
+  append(all, withoutMapping(placed(disc(31, 24, 1), moved(0, 36, 0))));
   return all;
 }
 
@@ -299,9 +301,9 @@ Surface hoseSurface(float swell) {
       smoothPath({Vector(17, 60, -6), Vector(40, 72 + 6 * swell, -22), Vector(84, 24, -60),
                   Vector(118, -40, -66), Vector(168, -44 + 5 * swell, -58), Vector(210, -62, -70),
                   Vector(250, -116, -104), Vector(292, -98, -118)},
-                 52);
+                 33);
   return mappingScaled(tube(
-                           path, 9,
+                           path, 7,
                            [swell](float t) {
                              const float ribs = 0.28f * std::sin(t * 2 * pi * 27);
                              const float bulge =

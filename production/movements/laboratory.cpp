@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "production/movements/words.h"
 
 namespace vex {
@@ -41,7 +43,8 @@ void addShot(Show& show, const char* name, double bar, double bars, Camera camer
              const State& state) {
   show.part(name, bar, bars, ground,
             {pose("fetus", state.turn), pose("eye01", state.lids), pose("eye02", state.lids),
-             pose("door", state.open), labCall("morphHose", {{"swell", state.swell, 0, 1}}),
+             pose("door", state.open), pose("doorLight", state.open),
+             labCall("morphHose", {{"swell", state.swell, 0, 1}}),
              labCall("setParticleCount", {{"particle count", state.spray, 0, 100}}),
              labCall("setSkinColor", {{"red", state.skin[0], 0, 2},
                                       {"green", state.skin[1], 0, 2},
@@ -67,22 +70,16 @@ void addDust(Show& show, double bar, double bars, const std::vector<double>& bea
 // The room goes red with the alarm.
 void addRed(Show& show, double bar, double bars, const std::vector<double>& beats) {
   show.add("red", bar, bars, flash - 1,
-           Fade{.red = 0.62, .green = 0.02, .blue = 0.03, .alpha = flashes(beats, 0.5, 0.12)});
+           Fade{.red = 0.62, .green = 0.02, .blue = 0.03, .alpha = flashes(beats, 0.4, 0.07)});
 }
 
 // Into the room; the lamp ticks as it warms.
 void addRoom(Show& show) {
   const double start = laboratoryBar, dial = barOf("dialling");
-  addShot(show, "into the room", start, dial - start, wide, 2, 3.6, {.turn = slide(0.1, 0.2), .open = 0});
-  show.add("lamp warms", start, 1, flash - 1,
-           Fade{.alpha = line({{0, 1},
-                               {0.02, 0.2},
-                               {0.3, 0.7},
-                               {0.32, 0.1},
-                               {1, 0.4},
-                               {1.02, 0.05},
-                               {2, 0.2},
-                               {partEnd, 0}})});
+  addShot(show, "into the room", start, dial - start, wide, 2, 3.6, {.turn = slide(0.4, 0.52), .open = 0});
+  show.add(
+      "lamp warms", start, 1, flash - 1,
+      Fade{.alpha = line({{0, 0}, {0.3, 0.3}, {0.32, 0}, {1, 0.35}, {1.02, 0}, {2, 0.12}, {partEnd, 0}})});
   addDust(show, start, dial - start, {1, 4, 6}, 0.5);
 }
 
@@ -110,9 +107,12 @@ void addEyes(Show& show) {
   const double start = barOf("eyes"), next = barOf("hose");
   addShot(show, "it wakes", start, 1, eyes, 1, 4,
           {.turn = slide(0.52, 0.57),
-           .lids = line({{0, State::shut}, {1, State::shut}, {2.5, 0.27}, {partEnd, 0.3}})});
+           .lids = line({{0, State::shut}, {1, State::shut}, {2.5, 0.27}, {partEnd, 0.3}}),
+           .skin = {line({{0, 2}, {partEnd, 1.7}}), 1.36, 1.1, 1}});
   addShot(show, "it sees", start + 1, next - start - 1, eyes, 12, 4,
           {.turn = slide(0.57, 0.68), .lids = line({{0, 0.3}, {2, 0.42}, {2.5, 0.51}, {partEnd, 0.64}})});
+  show.add("the room holds its breath", start, 0.25, flash - 1,
+           Fade{.alpha = line({{0, 0.5}, {partEnd, 0}})});
   addDust(show, start, next - start, {0, 4}, 0.25);
 }
 
@@ -120,7 +120,7 @@ void addEyes(Show& show) {
 void addHose(Show& show) {
   const double start = barOf("hose"), next = barOf("alarm");
   addShot(show, "hose", start, next - start, hose, 2, 4,
-          {.turn = slide(0.5, 0.4),
+          {.turn = slide(0.98, 0.86),
            .lids = 0.33,
            .swell = spline({{0, 0},
                             {0.4, 0.9},
@@ -145,7 +145,7 @@ void addAlarm(Show& show) {
       return slide(mix(flesh, clear, from), mix(flesh, clear, to));
     };
     return State{.lids = 0.33,
-                 .skin = {along(1.5, 0.7), along(1.3, 1.7), along(1.2, 1.7), along(1, 0.16)},
+                 .skin = {along(1.5, 0.7), along(1.3, 1.7), along(1.2, 1.7), along(1, 0.34)},
                  .alarm = flashes(beats, 2, 0.2)};
   };
   State state = glassy(0, 0.2, slow);
@@ -174,7 +174,7 @@ void addBurst(Show& show) {
                white = barOf("white"), end = interludeTwoBar;
   State state{.turn = slide(0.5, 0.58),
               .lids = 0.33,
-              .skin = {0.7, 1.7, 1.7, 0.22},
+              .skin = {0.7, 1.7, 1.7, 0.36},
               .swell = 0.5,
               .alarm = flashes({0, 1, 2, 3}, 1.2, 0.2),
               .shards = line({{0, 300}, {1.0, 300}, {1.05, 0}, {partEnd, 0}}),
@@ -193,11 +193,12 @@ void addBurst(Show& show) {
   show.add("vexing", shards, 1, title,
            glitching(vex(ing, spline({{0, 1.4}, {0.4, 1.1}, {2, 1.12}, {partEnd, 1.24}}), 0, 0.4),
                      flashes({0, 1, 2, 3}, 1, 0.05), 3, swing(4, 1.04, 1.2)));
-  show.add("light through the door", opens, end - opens, haze,
-           Bitmap{.texture = "rays_teal",
-                  .at = centred(travel(0.4, 0, 8), 0, zoom(1.6, 4.2, 8)),
-                  .alpha = line({{0, 0}, {1, 0.4}, {4, 0.8}, {partEnd, 1}}),
-                  .blend = Blend::add});
+  for (const auto& [glow, aspect] : {std::pair{"haze_teal", 0.6}, {"rays_teal", 1.0}})
+    show.add("light through the door", opens, end - opens, haze,
+             Bitmap{.texture = glow,
+                    .at = centred(travel(0.17, 0.02, 8), 0, zoom(1.3, 4.2, 8), aspect),
+                    .alpha = line({{0, 0}, {1, 0.35}, {4, 0.7}, {partEnd, 1}}),
+                    .blend = Blend::add});
   show.add("white", white, end - white, flash - 1,
            Fade{.red = 0.97,
                 .green = 1,

@@ -233,7 +233,7 @@ const std::vector<ModelExpectation>& expectations() {
        .dark = {"VolumLight", "WaterParticle", "smokeParticle"},
        .switchedOn = {"AlarmLight"},
        .world = true,
-       .mostFaces = 32000,  // a room full of furniture
+       .mostFaces = 25000,
        .check = checkFetus},
       {.name = "water_alien",
        .meshes = {"Water", "WaterAlien", "LightPlane", "RayBlue"},
