@@ -8,9 +8,9 @@
 #include "production/models/model.h"
 #include "production/textures/palette.h"
 
-// Cubes within cubes, about the middle: a pierced shell over a burning core, two frames around it, and a ring
-// of small cubes. Everything has the symmetry of a cube, so that a third of a turn about a diagonal, or a
-// quarter about an axis, is a loop: each moves at a pace of its own in the player's five seconds.
+// Cubes within cubes, about an open middle that frames what is behind: two frames and a ring of small cubes.
+// Everything has the symmetry of a cube, so that a third of a turn about a diagonal, or a quarter about an
+// axis, is a loop: each moves at a pace of its own in the player's five seconds.
 
 namespace vex {
 
@@ -18,11 +18,10 @@ namespace {
 
 constexpr float loopSeconds = 5;
 
-constexpr float shellHalf = 58, plateDepth = 9, coreRadius = 43;
 constexpr float ringRadius = 232;  // of the small cubes
-constexpr int satellites = 9;
+constexpr int satellites = 5;
 
-enum Part { plate, core, bar, cornerBlock, thinBar, thinCorner, satellite, partCount };
+enum Part { bar, cornerBlock, thinBar, thinCorner, satellite, partCount };
 
 // A square frame in space: bars along the edges of a cube, blocks in its corners.
 struct Frame {
@@ -30,66 +29,12 @@ struct Frame {
   float thick;  // of the bars
   float block;  // side of the blocks
 };
-constexpr Frame outer{150, 13, 24}, inner{100, 7, 13};
-
-Outline reversed(const Outline& outline) {
-  return {outline.rbegin(), outline.rend()};
-}
-
-Outline square(float half) {
-  return {{-half, -half}, {half, -half}, {half, half}, {-half, half}};
-}
-
-// Slot along a circle, counter-clockwise.
-Outline arcSlot(float from, float to, float inside, float outside) {
-  constexpr int steps = 10;
-  Outline outline;
-  for (int i = 0; i <= steps; ++i) {
-    const float turn = mix(from, to, static_cast<float>(i) / steps);
-    outline.push_back({outside * std::cos(turn), outside * std::sin(turn)});
-  }
-  for (int i = steps; i >= 0; --i) {
-    const float turn = mix(from, to, static_cast<float>(i) / steps);
-    outline.push_back({inside * std::cos(turn), inside * std::sin(turn)});
-  }
-  return outline;
-}
-
-// Star of four points with hollow sides.
-Outline star(float reach, float waist) {
-  constexpr int steps = 6;  // a side
-  Outline outline;
-  for (int i = 0; i < 8 * steps; ++i) {
-    const float turn = 2 * pi * static_cast<float>(i) / (8 * steps);
-    const float far = std::pow(std::fabs(std::cos(2 * turn)), 2.2f);
-    const float radius = mix(waist, reach, far);
-    outline.push_back({radius * std::cos(turn), radius * std::sin(turn)});
-  }
-  return outline;
-}
+constexpr Frame outer{150, 10, 22}, inner{100, 6, 13};
 
 Outline quarterTurned(Outline outline, int quarters) {
   for (PlanePoint& p : outline)
     for (int i = 0; i < quarters; ++i) p = {-p.y, p.x};
   return outline;
-}
-
-// One side of the shell, pierced; in the plane z = 0 with its front towards +z.
-Surface shellPlate() {
-  std::vector<Outline> outlines{square(shellHalf - 1.2f), reversed(star(19, 5.5f))};
-  for (int quarter = 0; quarter < 4; ++quarter) {
-    const auto cut = [&](const Outline& hole) { outlines.push_back(reversed(quarterTurned(hole, quarter))); };
-    cut(arcSlot(0.16f, pi / 2 - 0.16f, 25, 30));
-    cut(arcSlot(-0.3f, 0.3f, 36, 39.5f));
-    const float edge = 49, thick = 3.2f, arm = 19;  // an angle in each corner
-    cut({{edge - arm, edge - thick},
-         {edge - thick, edge - thick},
-         {edge - thick, edge - arm},
-         {edge, edge - arm},
-         {edge, edge},
-         {edge - arm, edge}});
-  }
-  return extrusion(outlines, plateDepth, 1.1f);
 }
 
 // Along -z from z = 0: square with cut edges and a groove in each side.
@@ -122,10 +67,6 @@ std::vector<Placement> cornerTurns() {
   return turns;
 }
 
-std::vector<Placement> faceTurns() {
-  return {turnedY(0), turnedY(90), turnedY(180), turnedY(270), turnedX(90), turnedX(-90)};
-}
-
 Surface copies(const Surface& one, const std::vector<Placement>& turns) {
   Surface all;
   for (const Placement& turn : turns) append(all, placed(one, turn));
@@ -145,8 +86,6 @@ std::vector<Surface> prototypes() {
     parts[block] = placed(bevelledBox(Vector(frame.block, frame.block, frame.block), frame.block * 0.09f),
                           moved(frame.half, frame.half, frame.half));
   };
-  parts[plate] = placed(shellPlate(), moved(0, 0, shellHalf));
-  parts[core] = geodesic(coreRadius, 3);
   framed(outer, bar, cornerBlock);
   framed(inner, thinBar, thinCorner);
   parts[satellite] = bevelledBox(Vector(22, 22, 22), 2.4f);
@@ -155,15 +94,12 @@ std::vector<Surface> prototypes() {
 
 Surface assembly(const std::vector<Surface>& parts, Part part) {
   switch (part) {
-    case plate:
-      return copies(parts[plate], faceTurns());
     case bar:
     case thinBar:
       return copies(parts[part], edgeTurns());
     case cornerBlock:
     case thinCorner:
       return copies(parts[part], cornerTurns());
-    case core:
     case satellite:
     case partCount:
       break;
@@ -173,10 +109,7 @@ Surface assembly(const std::vector<Surface>& parts, Part part) {
 
 // Far enough from each other that they do not shade each other in the bake.
 Placement apart(int part) {
-  const int group = part == plate || part == core           ? 0
-                    : part == bar || part == cornerBlock    ? 1
-                    : part == thinBar || part == thinCorner ? 2
-                                                            : 3;
+  const int group = part == bar || part == cornerBlock ? 0 : part == satellite ? 2 : 1;
   return moved(4000 * static_cast<float>(group), 0, 0);
 }
 
@@ -203,21 +136,7 @@ Colour4 steel(const BakePoint& p, float tone) {
 
 Colour4 painted(const BakePoint& p) {
   const Vector local = p.position - apart(p.part).origin;
-  const float pulse = 0.5f + 0.5f * fractal(local * 0.03f, 0, 3, 0.5f, 821);
   switch (p.part) {
-    case plate: {
-      // Walls of the cuts glow with what burns behind them.
-      const float wall = 1 - std::fabs(p.normal.z);
-      const float deep = clamp01((shellHalf - local.z) / plateDepth);
-      const bool rim = std::max(std::fabs(local.x), std::fabs(local.y)) > shellHalf - 3;
-      const Colour4 glow =
-          gradient(violetRamp, 0.75f * deep + 0.12f) * (rim ? 0.0f : smoothStep(0.5f, 0.9f, wall));
-      return steel(p, 0.3f) * p.light + glow;
-    }
-    case core: {
-      const float cell = cellularNoise(local * 0.055f, 0, 831).nearest;
-      return gradient(violetRamp, 0.42f + 0.35f * pulse + 0.3f * (0.6f - cell));
-    }
     case bar:
     case thinBar: {
       // Marks of light in the grooves, a longer one each fourth.
@@ -269,7 +188,7 @@ Model layerRotCubes(const Settings& settings) {
     append(around, placed(assembly(parts, static_cast<Part>(i)), apart(i)));
   }
   all = mappedAtlas(all, {.charts = Charts::byNormals, .side = 512, .density = [](const Triangle& triangle) {
-                            return triangle.part == core ? 0.5f : triangle.part == satellite ? 2.0f : 1.0f;
+                            return triangle.part == satellite ? 2.0f : 1.0f;
                           }});
   BakeLook look;
   look.sky = [](const Vector&) { return Colour4{1.05f, 1.0f, 1.02f}; };
@@ -292,16 +211,13 @@ Model layerRotCubes(const Settings& settings) {
                       .ambient = {0.5f, 0.5f, 0.54f},
                       .specular = {0.5f, 0.45f, 0.5f},
                       .shine = 0.25f,
-                      .shineStrength = 0.8f},
-                     {.name = "fire", .texture = "cubes", .diffuse = {0, 0, 0}, .ambient = {1, 1, 1}}};
+                      .shineStrength = 0.8f}};
   const auto shown = [&](const char* name, const Surface& surface, const char* material,
                          const MotionKeys& turns) {
     stage.meshes.push_back({.name = name, .surface = surface, .material = material});
     stage.meshes.back().motion.turns = turns;
   };
-  const Vector diagonal(1, 1, 1), other(-1, 1, 1);
-  shown("core", assembly(parts, core), "fire", turning(Vector(0.3f, 1, 0.2f), -360));
-  shown("shell", assembly(parts, plate), "steel", turning(other, 240));
+  const Vector diagonal(1, 1, 1);
   shown("inner_frame", joined({assembly(parts, thinBar), assembly(parts, thinCorner)}), "steel",
         turning(Vector(1, 0, 0), -180));
   shown("outer_frame", joined({assembly(parts, bar), assembly(parts, cornerBlock)}), "steel",

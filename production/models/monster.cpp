@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "production/geometry/bake.h"
@@ -20,44 +21,40 @@ namespace {
 
 using namespace monster;
 
-enum SkinPart { trunkSkin, abdomenSkin, headSkin };
-
-constexpr float skinLift = 0.12f;  // above the metal, so that depths do not fight
+constexpr float skinLift = 0.12f;   // above the metal, so that depths do not fight
+constexpr float clearFrom = 0.84f;  // metal that sees so much of the room has no skin
 
 // --- Painting
 
-// Light of the hangar: cold lamps above, magenta strips left and right, brighter towards its hazy ends.
+// Light of the hangar: cold lamps above, a little magenta left and right, pale haze at its ends.
 Colour4 hangarSky(const Vector& d) {
   const float strip =
       std::exp(-std::fabs(std::fabs(std::atan2(d.y, std::fabs(d.x))) - 0.55f) * 4) * (1 - std::fabs(d.z));
   const float lamps = std::pow(std::max(0.0f, d.y), 3.0f), ends = std::pow(std::fabs(d.z), 4.0f);
-  return gradient(steelRamp, 0.28f) + gradient(steelRamp, 0.62f) * (0.9f * lamps + 0.35f * ends) +
-         gradient(violetRamp, 0.62f) * (1.1f * strip);
+  return gradient(steelRamp, 0.28f) + gradient(steelRamp, 0.66f) * (0.9f * lamps + 0.5f * ends) +
+         gradient(violetRamp, 0.62f) * (0.4f * strip);
 }
 
 BakeLook hangarLook() {
   BakeLook look;
   look.sky = hangarSky;
-  look.lights = {{.towards = Vector(-0.45f, 1, 0.5f), .size = 0.2f, .colour = {0.62f, 0.68f, 0.78f}},
-                 {.towards = Vector(0.8f, 0.35f, -0.6f), .size = 0.2f, .colour = {0.55f, 0.08f, 0.36f}}};
-  look.bounce = {0.05f, 0.01f, 0.04f};
+  look.lights = {{.towards = Vector(-0.55f, 0.9f, -0.55f), .size = 0.15f, .colour = {0.95f, 1.02f, 1.12f}},
+                 {.towards = Vector(0.9f, 0.25f, -0.3f), .size = 0.2f, .colour = {0.34f, 0.05f, 0.24f}}};
+  look.bounce = {0.02f, 0.015f, 0.03f};
   look.rays = 64;
   return look;
 }
 
-// Alpha: 1 hides the metal.
+// Alpha: 1 hides the metal. Nothing is left of it where the skin ends.
 Colour4 skinColour(const BakePoint& p) {
-  const float hollow = smoothStep(0.80f, 0.30f, p.open);
+  const float hollow = smoothStep(clearFrom, 0.30f, p.open);
   const float vein = 1 - std::fabs(gradientNoise(warp(p.position * 0.16f, 0, 0.8f, 811), 0, 812));
   const float stain = smoothStep(0.1f, 0.7f, fractal(p.position * 0.09f, 0, 4, 0.55f, 813));
-  const Colour4 flesh = gradient(violetRamp, 0.16f + 0.34f * hollow * std::pow(vein, 6.0f));
-  const Colour4 soot = gradient(steelRamp, 0.10f + 0.10f * stain);
-  // From the pool below.
-  const float below = std::max(0.0f, -p.normal.y) * p.open;
-  Colour4 colour = mix(soot, flesh, hollow) * (0.3f + 0.7f * p.open) +
-                   gradient(violetRamp, 0.25f + 0.5f * std::pow(vein, 5.0f)) * (0.8f * below);
-  colour.a = clamp01(0.05f + 0.85f * hollow + 0.22f * stain * (1 - hollow) + 0.45f * (1 - p.open) +
-                     0.35f * below * std::pow(vein, 3.0f) - 0.3f * std::max(0.0f, p.edge));
+  const Colour4 flesh = gradient(violetRamp, 0.10f + 0.26f * hollow * std::pow(vein, 6.0f));
+  const Colour4 soot =
+      gradient(steelRamp, 0.06f + 0.08f * stain) + gradient(steelRamp, 0.3f) * p.light * 0.1f;
+  Colour4 colour = mix(soot, flesh, hollow) * (0.25f + 0.75f * p.open);
+  colour.a = clamp01(1.25f * hollow + 0.2f * stain * smoothStep(clearFrom, 0.7f, p.open));
   return colour;
 }
 
@@ -96,7 +93,7 @@ Colour4 ironColour(const BakePoint& p) {
   const float streak =
       0.5f +
       0.5f * gradientNoise(Vector(p.position.x * 0.25f, p.position.y * 0.03f, p.position.z * 0.25f), 0, 842);
-  Colour4 metal = gradient(steelRamp, 0.17f + 0.14f * grit + 0.10f * streak + 0.25f * std::max(0.0f, p.edge));
+  Colour4 metal = gradient(steelRamp, 0.11f + 0.12f * grit + 0.08f * streak + 0.25f * std::max(0.0f, p.edge));
   if (p.part == cables) metal = metal * 0.35f;
   Colour4 colour = metal * p.light;
   if (p.part == plinth) {
@@ -129,15 +126,19 @@ Canvas glowCard(const Settings& settings) {
   });
 }
 
-// A card of haze, thick in the middle, its rim clear.
-Canvas hazeCard(const Settings& settings) {
+// Lower half: the wall of haze, round without a seam, thick at the creature's height. Upper half: a plume.
+Canvas hazePicture(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side, side, [](float u, float v) {
-    const float x = 2 * u - 1, y = 2 * v - 1;
-    const float rim = smoothStep(1, 0.25f, std::hypot(x, y));
-    const float swirl = 0.5f + 0.5f * fractal(u * 4, v * 4, 0, 4, 0.5f, 851);
-    Colour4 colour = mix(gradient(steelRamp, 0.66f), gradient(violetRamp, 0.6f), 0.12f + 0.22f * v);
-    colour.a = rim * rim * (0.06f + 0.25f * swirl * swirl);
+    const bool wall = v > 0.5f;
+    const float height = wall ? 2 - 2 * v : 1 - 2 * v;
+    const float swirl = 0.5f + 0.5f * fractal(u * 4, height * 2, 4, 4, 0.5f, 851);
+    Colour4 colour = mix(gradient(steelRamp, 0.74f), gradient(violetRamp, 0.72f), 0.10f * swirl);
+    const float ends = smoothStep(0.02f, 0.2f, height) * smoothStep(0.97f, wall ? 0.4f : 0.5f, height);
+    const float across = (2 * u - 1) / (0.3f + 0.6f * height);
+    colour.a = wall ? ends * (0.55f + 0.45f * swirl)
+                    : ends * smoothStep(1, 0, std::fabs(across)) * smoothStep(1, 0.8f, std::fabs(2 * u - 1)) *
+                          smoothStep(0.25f, 0.8f, swirl) * 0.3f;
     return colour;
   });
 }
@@ -159,7 +160,7 @@ Piece orbPiece(const Orb& orb) {
                          orb.distance * std::sin(angle));
   };
   Piece piece{.name = orb.name,
-              .surface = placed(withoutMapping(sphere(orb.radius, 26, 14)), moved(place(0))),
+              .surface = placed(withoutMapping(sphere(orb.radius, 24, 13)), moved(place(0))),
               .pivot = place(0)};
   piece.motion.positions = positionKeys(loopSeconds, 5, place);
   return piece;
@@ -216,19 +217,26 @@ std::vector<StageCamera> cameras() {
       camera("flank", 76,
              {Vector(150, 52, -90), Vector(156, 62, -20), Vector(150, 84, 60), Vector(120, 110, 120)},
              {Vector(0, 96, -40), Vector(0, 98, -10), Vector(0, 104, 20), Vector(0, 112, 44)}),
+      // From its side round to its face, as it lifts a claw.
+      camera("beckoned", 70,
+             {Vector(-205, 60, -60), Vector(-190, 72, 90), Vector(-104, 84, 176), Vector(-30, 92, 200)},
+             {Vector(0, 96, 0), Vector(6, 100, 20), Vector(14, 108, 40), Vector(8, 108, 50)}),
+      // Before it, from below, as one kneels.
+      camera("idol", 66, {Vector(30, 30, 250), Vector(22, 26, 226), Vector(8, 24, 204), Vector(-14, 30, 186)},
+             {Vector(-4, 84, 40), Vector(-3, 84, 40), Vector(2, 86, 40), Vector(4, 88, 40)}),
   };
 }
 
 std::vector<StageLight> lights() {
   std::vector<StageLight> all{
-      {.name = "key", .position = Vector(-160, 260, 180), .colour = {0.62f, 0.68f, 0.80f}},
-      {.name = "strip_east", .position = Vector(240, 90, -110), .colour = {0.62f, 0.05f, 0.38f}},
-      {.name = "strip_west", .position = Vector(-250, 60, -80), .colour = {0.40f, 0.04f, 0.30f}},
+      {.name = "key", .position = Vector(-160, 260, 180), .colour = {0.50f, 0.55f, 0.64f}},
+      {.name = "rim", .position = Vector(-60, 300, -240), .colour = {0.74f, 0.82f, 0.95f}},
+      {.name = "strip_east", .position = Vector(240, 90, -110), .colour = {0.50f, 0.06f, 0.32f}},
   };
   all[0].positions = positionKeys(shotSeconds, 30, [](float t) {
     return Vector(-160 + 90 * swing(t, shotSeconds, 2), 260, 180 + 60 * swing(t, shotSeconds, 1));
   });
-  all[1].positions = positionKeys(shotSeconds, 30, [](float t) {
+  all[2].positions = positionKeys(shotSeconds, 30, [](float t) {
     return Vector(240, 90 + 60 * swing(t, shotSeconds, 3), -110 + 90 * swing(t, shotSeconds, 2, 0.3f));
   });
   return all;
@@ -243,14 +251,17 @@ std::vector<StageMaterial> materials() {
   StageMaterial glow = painted("glow", "monster_glow");
   glow.diffuse = {0, 0, 0};
   glow.twoSided = true;
-  StageMaterial haze = painted("haze", "monster_haze");
-  haze.twoSided = true;
+  StageMaterial haze = painted("haze", "monster_haze"), nearHaze = haze, vapour = haze;
+  nearHaze.name = "near_haze";
+  nearHaze.opacity = 0.5f;
+  vapour.name = "vapour";
+  vapour.twoSided = true;
   return {
       {.name = "chrome",
        .texture = "chrome",
        .environment = true,
-       .diffuse = {0.85f, 0.85f, 0.85f},
-       .ambient = {0.5f, 0.5f, 0.53f},
+       .diffuse = {0.75f, 0.75f, 0.75f},
+       .ambient = {0.42f, 0.43f, 0.46f},
        .shine = 0.9f,
        .shineStrength = 1},
       {.name = "mirror",
@@ -269,16 +280,9 @@ std::vector<StageMaterial> materials() {
       {.name = "pool",
        .texture = "chrome",
        .environment = true,
-       .diffuse = {0.5f, 0.1f, 0.35f},
-       .ambient = {0.75f, 0.05f, 0.42f},
+       .diffuse = {0.4f, 0.15f, 0.35f},
+       .ambient = {0.55f, 0.08f, 0.36f},
        .shine = 0},
-      {.name = "pipe",
-       .texture = "chrome",
-       .environment = true,
-       .diffuse = {0.2f, 0.2f, 0.22f},
-       .ambient = {0.06f, 0.06f, 0.08f},
-       .shine = 0.5f,
-       .shineStrength = 1},
       painted("deck", "monster_deck"),
       painted("apron", "monster_apron"),
       painted("iron", "monster_iron"),
@@ -286,20 +290,73 @@ std::vector<StageMaterial> materials() {
       painted("eye", "monster_eye"),
       glow,
       haze,
+      nearHaze,
+      vapour,
   };
+}
+
+// The walls of haze take the lower half of their picture twice around.
+Surface mappedHaze(const Surface& shell) {
+  return mappingScaled(shell, 2, 0.5f);
+}
+
+// Vapour over the plinth's rim and behind the creature, two crossed cards each.
+struct Plume {
+  const char* name;
+  Vector foot;
+  float width, height, phase;
+};
+const Plume plumes[] = {{"vapour1", {-58, 6, -24}, 70, 150, 0.1f},
+                        {"vapour2", {50, 6, -40}, 84, 190, 0.45f},
+                        {"vapour3", {-6, 6, -66}, 100, 170, 0.7f},
+                        {"vapour4", {64, 6, 22}, 50, 90, 0.3f}};
+
+StageMesh plumeMesh(const Plume& plume) {
+  const Surface one = mappingScaled(card(plume.width, plume.height), 1, 0.5f, 0, 0.5f);
+  StageMesh mesh{
+      .name = plume.name,
+      .surface = placed(joined({placed(one, turnedY(20)), placed(one, turnedY(110))}), moved(plume.foot)),
+      .pivot = plume.foot,
+      .material = "vapour"};
+  mesh.motion.turns = turnKeys(loopSeconds, 6, [phase = plume.phase](float t) {
+    return turnedZ(7 * swing(t, loopSeconds, 1, phase)) >> turnedY(18 * swing(t, loopSeconds, 1, 2 * phase));
+  });
+  mesh.motion.scales = scaleKeys(loopSeconds, 6, [phase = plume.phase](float t) {
+    return Vector(1 + 0.15f * swing(t, loopSeconds, 2, phase), 1 + 0.2f * swing(t, loopSeconds, 1, 3 * phase),
+                  1);
+  });
+  return mesh;
+}
+
+// A skin over trunk, abdomen and head where they do not lie open; parts are numbered as the pieces.
+Surface skinOver(const std::vector<Piece>& body, const RayTree& obstacles, const BakeLook& look) {
+  Surface skin;
+  for (std::size_t i = 0; i < body.size(); ++i) {
+    const Surface whole = displaced(body[i].surface, [](const Vector&, const Vector&) { return skinLift; });
+    const std::vector<Vector> normals = pointNormals(whole);
+    std::vector<char> hidden;
+    for (std::size_t k = 0; k < whole.points.size(); ++k)
+      hidden.push_back(
+          lightAt(obstacles, look, whole.points[k], normals[k], static_cast<std::uint32_t>(k)).open <
+          clearFrom);
+    append(skin,
+           compacted(selected(whole,
+                              [&](const Triangle& triangle) {
+                                return std::any_of(
+                                    triangle.points.begin(), triangle.points.end(),
+                                    [&](int point) { return hidden[static_cast<std::size_t>(point)] != 0; });
+                              })),
+           static_cast<int>(i));
+  }
+  return skin;
 }
 
 Model monsterModel(const Settings& settings) {
   const std::vector<Piece> body = bodyPieces(Fineness::full), limbs = limbPieces(Fineness::full);
 
-  Surface skin, creature;
-  for (std::size_t i = 0; i < body.size(); ++i) {
-    append(skin, displaced(body[i].surface, [](const Vector&, const Vector&) { return skinLift; }),
-           static_cast<int>(i));
-    append(creature, body[i].surface);
-  }
+  Surface creature;
+  for (const Piece& piece : body) append(creature, piece.surface);
   for (const Piece& piece : limbs) append(creature, piece.surface);
-  skin = mappedAtlas(skin, {.charts = Charts::byNormals, .side = 512});
 
   Surface iron;
   for (const HangarPart part : {arch, plinth, cables}) append(iron, hangarPart(part), part);
@@ -329,6 +386,8 @@ Model monsterModel(const Settings& settings) {
   skinLook.reach = 45;
   ironLook.reach = 80;
   ironLook.rays = floorLook.rays = 49;
+  const Surface skin =
+      mappedAtlas(skinOver(body, nearby, skinLook), {.charts = Charts::byNormals, .side = 512});
 
   Stage stage;
   stage.seconds = shotSeconds;
@@ -345,10 +404,10 @@ Model monsterModel(const Settings& settings) {
                             .material = "iron"});
   stage.meshes.push_back({.name = "ring", .surface = partOf(iron, plinth), .material = "iron"});
   stage.meshes.push_back({.name = "hoses", .surface = partOf(iron, cables), .material = "iron"});
-  stage.meshes.push_back({.name = "pipes", .surface = pipes(), .material = "pipe"});
   for (const Piece& piece : body) stage.meshes.push_back(meshOf(piece, "chrome"));
   stage.meshes.push_back(meshOf(eyePiece(), "eye"));
   for (const Piece& piece : limbs) stage.meshes.push_back(meshOf(piece, "chrome"));
+  for (const Piece& piece : stringPieces()) stage.meshes.push_back(meshOf(piece, "chrome"));
   for (const Orb& orb : orbs) stage.meshes.push_back(meshOf(orbPiece(orb), "mirror"));
   // A skin has no motion of its own: it rides on its metal.
   for (std::size_t i = 0; i < body.size(); ++i)
@@ -357,13 +416,13 @@ Model monsterModel(const Settings& settings) {
                             .surface = partOf(skin, static_cast<int>(i)),
                             .pivot = body[i].pivot,
                             .material = "skin"});
+  // From far to near, for they hide what is drawn behind them later.
+  stage.meshes.push_back(
+      {.name = "haze_far", .surface = mappedHaze(hazeShell(300, 250, 340)), .material = "haze"});
+  stage.meshes.push_back(
+      {.name = "haze_near", .surface = mappedHaze(hazeShell(185, 166, 200)), .material = "near_haze"});
+  for (const Plume& plume : plumes) stage.meshes.push_back(plumeMesh(plume));
   stage.meshes.push_back(meshOf(glowPiece(), "glow"));
-  for (const float z : {-330.0f, -180.0f, 210.0f})
-    stage.meshes.push_back({.name = "haze" + std::to_string(z < -300 ? 1
-                                                            : z < 0  ? 2
-                                                                     : 3),
-                            .surface = placed(card(760, 360), moved(0, -90, z)),
-                            .material = "haze"});
   stage.lights = lights();
   stage.cameras = cameras();
 
@@ -372,7 +431,7 @@ Model monsterModel(const Settings& settings) {
            picture(deckSurface, shadowing({creature, standing}), floorLook, 512, deckColour),
            picture(apronSurface, shadowing({creature, standing}), floorLook, 256, apronColour),
            picture(iron, shadowing({iron, apronSurface}), ironLook, 512, ironColour), eyePicture(settings),
-           glowCard(settings), hazeCard(settings)}};
+           glowCard(settings), hazePicture(settings)}};
 }
 
 }  // namespace

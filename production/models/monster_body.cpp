@@ -101,11 +101,31 @@ Placement trunkPlacement(float t) {
          turnedY(2.5f * swing(t, loopSeconds, 1, 0.4f)) >> moved(at);
 }
 
+// The head's mesh is made in a space that is swollen about the eyes, so that it is twice as fine there.
+const Vector gaze(0, 119.5f, 60);
+constexpr float swollenReach = 15;
+
+Vector unswollen(const Vector& p) {
+  const Vector offset = p - gaze;
+  const float radius = offset.length();
+  return radius < 2 * swollenReach ? gaze + offset * 0.5f : p - offset * (swollenReach / radius);
+}
+
 Surface body(const Solid& solid, const Bounds& bounds, float cell, Fineness fineness) {
   IsoOptions options;
   options.bounds = bounds;
   options.cell = fineness == Fineness::full ? cell : cell * 2.5f;
   return compacted(isosurface(solid, options));
+}
+
+Surface headSurface(Fineness fineness) {
+  const auto swollen = [](const Vector& p) { return headDistance(unswollen(p)); };
+  const float reach = swollenReach;
+  return bent(
+      body(swollen,
+           {Vector(-19 - reach, 92 - reach, -10 - reach), Vector(19 + reach, 146 + reach, 84 + reach)}, 3.5f,
+           fineness),
+      unswollen);
 }
 
 }  // namespace
@@ -138,10 +158,7 @@ std::vector<Piece> bodyPieces(Fineness fineness) {
     return Vector(1 + 0.06f * air, 1 + 0.05f * air, 1 - 0.02f * air);
   });
 
-  Piece head{.name = "head",
-             .parent = "trunk",
-             .surface = body(headDistance, {Vector(-19, 92, -10), Vector(19, 146, 84)}, 2.8f, fineness),
-             .pivot = headPivot};
+  Piece head{.name = "head", .parent = "trunk", .surface = headSurface(fineness), .pivot = headPivot};
   head.motion.turns = turnKeys(loopSeconds, 5, [](float t) {
     return turnedX(5 * swing(t, loopSeconds, 2, 0.6f)) >> turnedZ(5 * swing(t, loopSeconds, 3, 0.1f)) >>
            turnedY(11 * swing(t, loopSeconds, 1, 0.3f) + 4 * swing(t, loopSeconds, 3, 0.8f));
@@ -161,7 +178,11 @@ Piece eyePiece() {
   Surface all;
   for (const Eye& eye : eyes)
     for (const float side : {-1.0f, 1.0f}) {
-      const Surface ball = mapped(withoutMapping(sphere(eye.radius, 10, 6)), [&eye](const Vector& p) {
+      // Its front half, the pole towards +z.
+      const Surface whole = placed(withoutMapping(sphere(eye.radius, 14, 8)), turnedX(90));
+      const Surface front = compacted(selected(
+          whole, [&whole](const Triangle& triangle) { return normalOf(whole, triangle).z > -0.2f; }));
+      const Surface ball = mapped(front, [&eye](const Vector& p) {
         return Uv{0.5f + 0.48f * p.x / eye.radius, 0.5f + 0.48f * p.y / eye.radius};
       });
       append(all, placed(ball, moved(eye.centre.x * side, eye.centre.y, eye.centre.z)));

@@ -15,7 +15,7 @@ namespace {
 Surface archSurface() {
   const PlanePoint profile[] = {{0, -6},  {0, 6},    {6, 8},   {7, 14},
                                 {34, 14}, {34, -14}, {7, -14}, {6, -8}};  // out, z
-  constexpr int sides = 8, pieces = 24;
+  constexpr int sides = 8, pieces = 22;
   const Surface ring = sheet(sides, pieces,
                              [&](float s, float t) {
                                const PlanePoint& p =
@@ -39,30 +39,32 @@ Surface plinthSurface() {
                                {48, 8},
                                {46, 2},
                                {45, -2}},
-                              32));
+                              30));
 }
 
 Surface hose(const std::vector<Vector>& bends, float radius, int pieces) {
   return withoutMapping(tube(
-      smoothPath(bends, pieces), 5, [radius](float) { return radius; }, TubeEnd::open));
+      smoothPath(bends, pieces), 4, [radius](float) { return radius; }, TubeEnd::open));
 }
 
-// Hoses from the vault into the creature's back, and others that lie on the floor.
+// Hoses that hang from the crown into the creature's back, rise from the plinth into its abdomen, and lie on
+// the floor: none crosses legs, head or arms.
 Surface cableSurface() {
+  constexpr int pieces = 25;
   Surface all;
   for (const float side : {-1.0f, 1.0f}) {
-    append(all, hose({Vector(60 * side, 232, -140), Vector(40 * side, 150, -104), Vector(20 * side, 122, -74),
-                      Vector(8 * side, 116, -58)},
-                     2.0f, 12));
-    append(all, hose({Vector(150 * side, 184, -140), Vector(78 * side, 66, -96), Vector(30 * side, 92, -54),
-                      Vector(10 * side, 104, -44)},
-                     1.6f, 13));
+    append(all, hose({Vector(30 * side, 236, -58), Vector(27 * side, 190, -60), Vector(17 * side, 150, -50),
+                      Vector(6 * side, 118, -40)},
+                     2.4f, pieces));
+    append(all, hose({Vector(60 * side, 7, -22), Vector(52 * side, 26, -34), Vector(38 * side, 30, -48),
+                      Vector(22 * side, 52, -58), Vector(10 * side, 92, -60)},
+                     2.2f, pieces));
     append(all, hose({Vector(72 * side, 3, 20), Vector(112 * side, 2, 52), Vector(150 * side, 2, 30),
-                      Vector(222 * side, 3, 120), Vector(236 * side, 60, 136)},
-                     2.6f, 14));
+                      Vector(224 * side, 3, 160), Vector(238 * side, 60, 186)},
+                     2.8f, pieces));
     append(all, hose({Vector(64 * side, 3, -34), Vector(104 * side, 2, -40), Vector(140 * side, 2, -96),
-                      Vector(226 * side, 3, -130), Vector(236 * side, 70, -136)},
-                     3.2f, 14));
+                      Vector(226 * side, 3, -164), Vector(238 * side, 70, -186)},
+                     3.2f, pieces));
   }
   return all;
 }
@@ -103,18 +105,13 @@ Surface poolSurface() {
   return withoutMapping(placed(disc(47, 24, 2), moved(0, 1.5f, 0)));
 }
 
-Surface pipes() {
-  Surface all;
-  for (const float degrees : {28.0f, 62.0f, 118.0f, 152.0f}) {
-    const float angle = degrees * pi / 180, radius = archRadius + 9;
-    std::vector<Vector> path;
-    for (int i = 0; i <= 6; ++i)
-      path.push_back(
-          Vector(radius * std::cos(angle), radius * std::sin(angle), -450 + 150 * static_cast<float>(i)));
-    append(all, withoutMapping(tube(
-                    path, 8, [](float) { return 6; }, TubeEnd::open)));
-  }
-  return all;
+Surface hazeShell(float across, float along, float height) {
+  // Nearly a box, so that it passes between the arches without cutting any.
+  const auto squared = [](float p) { return std::copysign(std::pow(std::fabs(p), 0.35f), p); };
+  return sheet(28, 3, [=](float s, float t) {
+    const float turn = 2 * pi * s;
+    return Vector(across * squared(std::cos(turn)), 0.5f + height * t, along * squared(std::sin(turn)));
+  });
 }
 
 }  // namespace vex::monster

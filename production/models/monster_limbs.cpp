@@ -39,7 +39,7 @@ Surface legSurface(const Leg& leg, Fineness fineness) {
     const auto knob = [t](float at, float width, float height) {
       return height * std::exp(-(t - at) * (t - at) / (width * width));
     };
-    const float bare = mix(6.8f, 0.5f, std::pow(t, 0.8f));
+    const float bare = mix(7.2f, 1.3f, std::pow(t, 0.8f));  // never thinner than a pixel afar
     return bare * (0.88f + 0.05f * std::sin(t * 44)) + knob(0.16f, 0.04f, 1.8f) + knob(0.44f, 0.035f, 2.2f) +
            knob(0.30f, 0.07f, 1.6f) + knob(0.58f, 0.07f, 1.0f);
   };
@@ -103,12 +103,16 @@ void addArms(std::vector<Piece>& pieces, Fineness fineness) {
     const auto there = [side](float x, float y, float z) { return Vector(x * side, y, z); };
     const float phase = side > 0 ? 0.0f : 0.37f;
     addChain(pieces, side > 0 ? "arm_l" : "arm_r", "trunk",
-             {{there(12, 98, 25), there(45, 106, 50), 5.2f, 4.0f, 0.35f},
-              {there(45, 106, 50), there(42, 74, 86), 4.0f, 3.0f, 0.40f},
-              {there(42, 74, 86), there(16, 36, 100), 3.0f, 0.4f, 0.55f}},
+             {{there(12, 98, 25), there(45, 106, 50), 5.4f, 4.2f, 0.35f},
+              {there(45, 106, 50), there(42, 74, 86), 4.2f, 3.2f, 0.40f},
+              {there(42, 74, 86), there(16, 36, 100), 3.3f, 0.8f, 0.55f}},
              full ? 8 : 4, full ? 8 : 3, TubeEnd::point, [side, phase](int link, float t) {
                const auto k = static_cast<float>(link);
-               return turnedX((6 + 5 * k) * swing(t, loopSeconds, 2, phase - 0.11f * k)) >>
+               // Once a loop an arm is lifted and its claw opened.
+               const float lift =
+                   std::pow(0.5f + 0.5f * swing(t, loopSeconds, 1, side > 0 ? 0.4f : 0.9f), 2.0f);
+               const float raised = (link == 0 ? -34.0f : link == 1 ? -16.0f : -22.0f) * lift;
+               return turnedX(raised + (6 + 5 * k) * swing(t, loopSeconds, 2, phase - 0.11f * k)) >>
                       turnedY(side * (5 + 3 * k) * swing(t, loopSeconds, 3, 2 * phase + 0.2f * k));
              });
   }
@@ -144,8 +148,8 @@ void addTentacles(std::vector<Piece>& pieces) {
         const auto k = static_cast<float>(i);
         const Vector next =
             joint + Vector(side * (3.5f - 1.5f * k), -13, (z > 0 ? 1.0f : -1.0f) * (2.5f - k));
-        const float root = 2.7f - 0.42f * k;
-        links.push_back({joint, next, root, i < 3 ? root * 0.85f : 0.2f, 0.4f});
+        const float root = 2.9f - 0.40f * k;
+        links.push_back({joint, next, root, i < 3 ? root * 0.85f : 0.7f, 0.4f});
         joint = next;
       }
       addChain(pieces, "feeler" + std::string(1, static_cast<char>('a' + number)), "trunk", links, 5, 3,
@@ -158,7 +162,51 @@ void addTentacles(std::vector<Piece>& pieces) {
     }
 }
 
+// --- Strings
+
+// From a place of the creature at rest, before it is grown, straight down to a drop.
+Surface stringSurface(const Vector& from, float length) {
+  const auto radius = [](float t) {
+    const float drop = (t - 0.88f) / 0.07f;
+    return 0.42f + 0.9f * std::exp(-t * 9) + 0.55f * std::exp(-drop * drop);
+  };
+  const std::vector<Vector> path =
+      smoothPath({from, from + Vector(0.6f, -0.35f * length, -0.5f), from + Vector(-0.2f, -length, 0.3f)}, 7);
+  return withoutMapping(tube(path, 4, radius, TubeEnd::point));
+}
+
+struct StringGroup {
+  const char* name;
+  const char* parent;
+  float sway;  // degrees
+  std::vector<Vector> from;
+  std::vector<float> lengths;
+};
+const StringGroup stringGroups[] = {
+    {"drool",
+     "head",
+     5,
+     {{2.4f, 98, 79}, {-2.6f, 98, 79}, {7.5f, 102, 71}, {-7.8f, 102, 71}},
+     {17, 25, 12, 9}},
+    {"slime", "trunk", 3, {{0, 82, 14}, {2, 82, -2}, {-3, 82, 6}, {8, 84, -14}}, {22, 34, 14, 18}},
+    {"mucus", "abdomen", 4, {{0, 86, -46}, {7, 87, -56}, {-8, 87, -52}, {1, 88, -66}}, {30, 18, 24, 14}},
+};
+
 }  // namespace
+
+std::vector<Piece> stringPieces() {
+  std::vector<Piece> pieces;
+  for (const StringGroup& group : stringGroups) {
+    Piece piece{.name = group.name, .parent = group.parent, .pivot = group.from[0]};
+    for (std::size_t i = 0; i < group.from.size(); ++i)
+      append(piece.surface, stringSurface(group.from[i], group.lengths[i]));
+    piece.motion.turns = turnKeys(loopSeconds, 6, [sway = group.sway](float t) {
+      return turnedX(sway * swing(t, loopSeconds, 3, 0.4f)) >> turnedZ(sway * swing(t, loopSeconds, 2));
+    });
+    pieces.push_back(grown(piece));
+  }
+  return pieces;
+}
 
 std::vector<Piece> limbPieces(Fineness fineness) {
   std::vector<Piece> pieces;

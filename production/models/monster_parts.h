@@ -36,14 +36,17 @@ Vector carriedByTrunk(const Vector& point, float seconds);
 
 // Six legs that stand, two arms of three pieces, a tail and tentacles under the belly.
 std::vector<Piece> limbPieces(Fineness fineness);
+// Wet strings that hang from jaw, belly and abdomen.
+std::vector<Piece> stringPieces();
 
 // The hangar's built parts, numbered as parts of one surface for baking.
 enum HangarPart { arch, plinth, cables, deck, apron };
 inline constexpr float archRadius = 235;
 inline constexpr float deckRadius = 220;
 Surface hangarPart(HangarPart part);
-inline const std::vector<float> archPlaces{-420, -280, -140, 140, 280, 420};  // z of each arch
+inline const std::vector<float> archPlaces{-430, -310, -190, 190, 310, 430};  // z of each arch
 Surface poolSurface();                                                        // in the plinth's middle
-Surface pipes();                                                              // along the vault
+// A wall of haze around the creature, behind it from wherever one looks; shown on its inside only.
+Surface hazeShell(float across, float along, float height);
 
 }  // namespace vex::monster

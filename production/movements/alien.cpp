@@ -6,7 +6,7 @@ using namespace screen;
 
 namespace {
 
-enum Camera { wide, face, low, crane, back, flank };
+enum Camera { wide, face, low, crane, back, flank, beckoned, idol };
 
 // The world fills the screen for a while; `start` is where its cameras' shots of twenty seconds are entered.
 void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start,
@@ -28,12 +28,20 @@ void addBreath(Show& show, const char* name, double bar, double bars, const Curv
   show.add(name, bar, bars, smoke, smokeBefore("smoke_violet", 1.4, 1.8, alpha));
 }
 
+// Cubes about a place (y up) off the screen's middle.
+void addCubes(Show& show, const char* name, double bar, double bars, CurveDot middle,
+              const TurningCubes& cubes, double start, double speed) {
+  show.part(name, bar, bars, far,
+            {draw(Viewport{.x = middle.x - 1, .y = middle.y - 1}), draw(cubes), draw(Viewport{})}, start,
+            speed);
+}
+
 // Down the hangar to what stands at its end; the stab throws us before its face.
 void addApproach(Show& show) {
   const double start = alienBar, stab = barOf("stab"), next = barOf("alien cut 2");
   addShot(show, "approach", start, stab - start, wide, 1, 2.6);
   addShot(show, "struck", stab, next - stab, face, 7.5, 0.7);
-  addBreath(show, "breath, far", start, next - start, flashes(everyBeat, 0.22, 0.08));
+  addBreath(show, "breath, far", start, next - start, flashes(everyBeat, 0.12, 0.04));
   addStreak(show, "lamp", start, next - start, -0.62, flashes({0, 2, 4, 5, 6.5, 7}, 0.6, 0.05));
 }
 
@@ -42,25 +50,24 @@ void addFace(Show& show) {
   const double start = barOf("alien cut 2");
   addShot(show, "face", start, 1, face, 1.5, 1.5);
   addShot(show, "claws", start + 1, 1, low, 2, 2);
-  addBreath(show, "breath", start, 2, flashes(everyBeat, 0.3, 0.1));
+  addBreath(show, "breath", start, 2, flashes(everyBeat, 0.14, 0.04));
   addStreak(show, "glint", start, 2, -0.25, flashes({0, 2, 3, 4, 6, 7}, 0.7, 0));
 }
 
-// The music stops and with it the world, all but still in the dark; then it bursts open from above.
+// The music stops and with it the world, a silhouette about two eyes in a frame of cubes; then it bursts open
+// from above.
 void addBreak(Show& show) {
   const double start = barOf("break"), over = barOf("break over"), next = barOf("split");
   addShot(show, "held", start, over - start, low, 9, 0.25);
   show.add("dark", start, over - start, backdrop,
-           Fade{.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.15, 0.72)});
+           Fade{.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.15, 0.5)});
   show.add("light in the dark", start, over - start, backdrop + 1,
            Bitmap{.texture = "rays_violet",
                   .at = centred(0.1, -0.1, zoom(3.0, 3.6, 4)),
-                  .alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.5, 0.1),
+                  .alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.3, 0.04),
                   .blend = Blend::add});
-  show.part("cubes", start, over - start, far,
-            {draw(TurningCubes{.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 1, 0.35),
-                               .field = zoom(95, 60, 4)})},
-            4, 1.5);
+  addCubes(show, "cubes", start, over - start, {-0.09, 0.6},
+           {.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.6, 0.3), .field = zoom(115, 95, 4)}, 4, 1.5);
   addShot(show, "from above", over, next - over, crane, 9, 2.6);
   addStreak(show, "lamps above", over, next - over, -0.3, flashes({0, 1, 2, 2.5, 3}, 0.8, 0.1));
   show.add("vexation", over, next - over, title,
@@ -109,12 +116,12 @@ void addSplit(Show& show) {
   addStreak(show, "seams", start, 2, -0.2, flashes({0, 1, 2, 3, 4, 5, 5.5, 6, 6.5, 7}, 1, 0.3));
 }
 
-// Around its back, past tail and hoses.
+// Around its side to its face, as it lifts a claw.
 void addOrbit(Show& show) {
   const double start = barOf("counter voice"), stab = barOf("stab 2"), next = barOf("alien cut 6");
-  addShot(show, "around", start, stab - start, back, 3, 2.2);
+  addShot(show, "around", start, stab - start, beckoned, 5, 3.4);
   addShot(show, "struck again", stab, next - stab, face, 15, 0.7);
-  addBreath(show, "breath behind", start, next - start, flashes(everyBeat, 0.2, 0.06));
+  addBreath(show, "breath behind", start, next - start, flashes(everyBeat, 0.1, 0.03));
   addStreak(show, "lens", start, next - start, -0.4, flashes({0, 1, 2, 3, 4, 5, 6.5, 7}, 0.6, 0.05));
 }
 
@@ -123,7 +130,7 @@ void addFlank(Show& show) {
   const double start = barOf("alien cut 6");
   addShot(show, "flank", start, 1, flank, 6, 2);
   addShot(show, "rising", start + 1, 1, crane, 1, 2.6);
-  addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.25, 0.08));
+  addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.12, 0.04));
   show.add("vexer", start + 1, 1, title, glitching(vex(er, 1.0, 0.1, -0.5), 0.35, 2, 1.1));
 }
 
@@ -133,36 +140,35 @@ void addClimax(Show& show) {
   const double unison = barOf("unison");
   addShot(show, "gaze", start, climax - start, face, 10, 0.3);
   show.add("lights out", start, climax - start, backdrop,
-           Fade{.alpha = line({{0, 0.2}, {1.9, 0.5}, {2, 0.9}, {2.5, 0.72}, {partEnd, 0.86}})});
+           Fade{.alpha = line({{0, 0.15}, {1.9, 0.4}, {2, 0.82}, {2.5, 0.6}, {partEnd, 0.78}})});
   addStreak(show, "last lamp", start, hushed - start, -0.2, flashes({0, 1, 1.5}, 0.8, 0));
-  show.part("cubes again", start, hushed - start, far,
-            {draw(TurningCubes{.alpha = flashes({0, 0.5, 1, 1.5}, 1, 0.3), .field = zoom(60, 110, 2)})}, 11,
-            2);
+  addCubes(show, "cubes again", start, hushed - start, {0.07, 0.28},
+           {.alpha = flashes({0, 0.5, 1, 1.5}, 0.5, 0.25), .field = zoom(105, 140, 2)}, 11, 2);
   addShot(show, "it comes", climax, unison - climax, wide, 12.5, 3);
   show.add("blaze behind", climax, unison - climax, backdrop,
            Bitmap{.texture = "rays_violet",
                   .at = centred(0, -0.1, zoom(2.6, 3.8, 4)),
-                  .alpha = flashes({0, 1, 2, 3}, 0.8, 0.15),
+                  .alpha = flashes({0, 1, 2, 3}, 0.5, 0.08),
                   .blend = Blend::add});
 }
 
-// Four strokes, four cameras; the title is struck with them.
+// Four strokes, four cameras; the title stands for a bar before it is torn.
 void addUnison(Show& show) {
   const double strokes[] = {barOf("unison"), barOf("unison 2"), barOf("unison 3"), barOf("unison 4"),
                             interludeOneBar};
   const char* names[] = {"stroke one", "stroke two", "stroke three", "stroke four"};
-  const Camera cameras[] = {face, back, low, crane};
-  const double starts[] = {4, 8, 13, 15};
+  const Camera cameras[] = {flank, idol, crane, face};
+  const double starts[] = {14, 4, 15, 5};
   for (int i = 0; i < 4; ++i)
     addShot(show, names[i], strokes[i], strokes[i + 1] - strokes[i], cameras[i], starts[i], 1.5);
   show.add("blows", strokes[0], 2, backdrop,
            Bitmap{.texture = "rays_violet",
                   .at = centred(0, 0, 3.6),
-                  .alpha = flashes({0, 2, 4, 6}, 0.8, 0.05),
+                  .alpha = flashes({0, 2, 4, 6}, 0.4, 0.02),
                   .blend = Blend::add});
   show.add("vexatious", strokes[0], 2, title,
-           glitching(vex(atious, spline({{0, 1.3}, {0.5, 1.05}, {4, 1.08}, {partEnd, 1.2}}), 0, 0.46),
-                     flashes({0, 2, 4, 6, 6.75, 7.25}, 1, 0.06), 4, swing(4, 0.9, 1.22)));
+           glitching(vex(atious, spline({{0, 1.3}, {0.5, 1.05}, {4, 1.08}, {partEnd, 1.2}}), 0, 0.5),
+                     flashes({4, 6, 6.75, 7.25}, 0.8, 0), 2, swing(8, 1.01, 1.06)));
 }
 
 }  // namespace

@@ -1,4 +1,8 @@
+#include <algorithm>
+#include <cmath>
+
 #include "production/image/filter.h"
+#include "production/image/shape.h"
 #include "production/textures/families.h"
 #include "production/textures/hangar_light.h"
 #include "production/textures/palette.h"
@@ -16,11 +20,46 @@ Product face(const char* suffix, BoxFace which) {
       });
 }
 
-// Chrome shows little but its extremes: what lies between is pressed down.
+// Chrome shows little but its extremes: what lies between is pressed down, nearly to black.
 Colour4 mirroredHangar(const Vector& direction) {
   const Colour4 light = hangarLight(direction, 0);
-  const auto contrast = [](float value) { return clamp01(2.1f * value * value + 0.35f * value); };
+  const auto contrast = [](float value) { return clamp01(1.1f * value * value * value + 0.16f * value); };
   return {contrast(light.r), contrast(light.g), contrast(light.b)};
+}
+
+// Lamps that the camera brings along, on the disc of the sphere map: x to the right, y up, the rim is what
+// grazes. They stay where they are on the screen, so that every limb has a wet edge from every side.
+struct SoftBox {
+  float x, y, halfWidth, halfHeight, turn;  // radians
+  float softness, strength;
+};
+constexpr SoftBox softBoxes[] = {{-0.36f, 0.52f, 0.17f, 0.055f, 0.62f, 0.05f, 1.0f},
+                                 {-0.58f, 0.16f, 0.03f, 0.16f, 0.25f, 0.05f, 0.55f},
+                                 {0.46f, 0.30f, 0.02f, 0.17f, -0.5f, 0.04f, 0.4f}};
+
+Colour4 carriedLight(float x, float y) {
+  const Colour4 coldWhite = gradient(steelRamp, 0.97f), magenta = gradient(violetRamp, 0.66f);
+  Colour4 light{0, 0, 0};
+  for (const SoftBox& lamp : softBoxes) {
+    const float c = std::cos(lamp.turn), s = std::sin(lamp.turn), dx = x - lamp.x, dy = y - lamp.y;
+    const float distance = box(c * dx + s * dy, c * dy - s * dx, lamp.halfWidth, lamp.halfHeight);
+    light = light + coldWhite * (lamp.strength * coverage(distance, lamp.softness) +
+                                 0.16f * lamp.strength * std::exp(-std::max(0.0f, distance) * 7));
+  }
+  const float radius = std::hypot(x, y), grazing = smoothStep(0.78f, 1.0f, radius);
+  const float upperLeft = std::max(0.0f, (-0.55f * x + 0.83f * y) / std::max(radius, 0.01f));
+  const float lowerRight = std::max(0.0f, (0.86f * x - 0.5f * y) / std::max(radius, 0.01f));
+  return light + coldWhite * (0.95f * grazing * std::pow(upperLeft, 1.3f)) +
+         magenta * (0.6f * grazing * std::pow(lowerRight, 4.0f));
+}
+
+Canvas chromeBall(const Settings& settings) {
+  const int side = settings.side(512);
+  const Canvas ball = blur(sphereMap(mirroredHangar, lookTowards(-1.25f, -0.08f), side, 2),
+                           static_cast<float>(side) / 170, EdgeMode::clamp);
+  return paint(side, side, [&](float u, float v) {
+    return sample(ball, u, v, EdgeMode::clamp) + carriedLight(2 * u - 1, 1 - 2 * v);
+  });
 }
 
 }  // namespace
@@ -33,12 +72,7 @@ Products hangarPictures() {
       face("wes", BoxFace::west),
       face("sou", BoxFace::south),
       face("eas", BoxFace::east),
-      picture("chrome", PictureKind::jpeg, "hangar", 1,
-              [](const Settings& settings) {
-                const int side = settings.side(512);
-                return blur(sphereMap(mirroredHangar, lookTowards(-1.25f, -0.08f), side, 2),
-                            static_cast<float>(side) / 400, EdgeMode::clamp);
-              }),
+      picture("chrome", PictureKind::jpeg, "hangar", 1, chromeBall),
   };
 }
 

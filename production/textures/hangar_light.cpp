@@ -15,7 +15,7 @@ namespace {
 // The vault is a half cylinder of radius 1 about the eye's axis; the floor lies this far below the eye.
 constexpr float floorDepth = 0.42f;
 constexpr float ribEvery = 0.9f;  // along the hangar
-constexpr float hazeLength = 5.5f;
+constexpr float hazeLength = 1.5f;
 
 float nearestRib(float along) {
   return std::fabs(along - ribEvery * std::round(along / ribEvery));
@@ -29,16 +29,16 @@ Colour4 vault(float angle, float along, float detail) {
   const Vector place(3 * std::cos(angle), 3 * std::sin(angle), 3 * along);
   const float grime = detail > 0 ? 0.5f + 0.5f * detail * fractal(place, 0, 4, 0.6f, 700) : 0.5f;
   const float seams = std::min(std::fabs(side * 5 - std::round(side * 5)) / 5, std::fabs(rib - 0.27f));
-  Colour4 colour = gradient(steelRamp, 0.22f + 0.20f * grime + 0.2f * std::exp(-side * side * 3));
+  Colour4 colour = gradient(steelRamp, 0.20f + 0.18f * grime + 0.36f * std::exp(-side * side * 2.5f));
   colour = colour * (0.55f + 0.45f * smoothStep(0.004f, 0.014f, seams));
   const float ribbed = coverage(rib - 0.15f, 0.015f);
   const float ribEdge = std::exp(-std::fabs(rib - 0.15f) * 45);
   colour = mix(colour, gradient(steelRamp, 0.12f + 0.10f * grime), ribbed);
   colour = colour + gradient(steelRamp, 0.62f * ribEdge * std::exp(-side * 0.8f));
-  // Strips run behind the ribs; their glow lies on everything near.
+  // Strips run behind the ribs; a little of their glow lies beside them.
   const float tube = coverage(strip - 0.02f, 0.02f) * (1 - ribbed);
   const float lowTube = coverage(lowStrip - 0.01f, 0.012f) * (1 - ribbed);
-  colour = colour + gradient(violetRamp, 0.42f * std::exp(-strip * 8) + 0.32f * std::exp(-lowStrip * 13)) +
+  colour = colour + gradient(violetRamp, 0.30f * std::exp(-strip * 16) + 0.2f * std::exp(-lowStrip * 20)) +
            gradient(violetRamp, 0.95f) * tube + gradient(violetRamp, 0.75f) * lowTube;
   // A lamp in the crown of each field.
   const float lampAlong = (rib - ribEvery / 2) / 0.13f, lampSide = side / 0.16f;
@@ -80,11 +80,11 @@ Colour4 hangarLight(const Vector& direction, float detail) {
     along = direction.z * length;
     colour = vault(angle, along, detail);
   }
-  // Haze: pale steel with the strips' colour in it, brighter low over the floor.
-  const float far = 1 - std::exp(-std::max(0.0f, length - 0.8f) / hazeLength * 2.2f);
+  // Haze: pale and cold, so that what stands before it is a silhouette; a bank of it lies over the floor.
+  const float far = 1 - std::exp(-std::max(0.0f, length - 0.7f) / hazeLength);
   const float low = std::exp(-std::fabs(direction.y) * 3.5f);
-  const Colour4 haze = gradient(steelRamp, 0.5f + 0.2f * low) * 0.85f + gradient(violetRamp, 0.5f) * 0.16f;
-  return mix(colour, haze, far);
+  const Colour4 haze = gradient(steelRamp, 0.56f + 0.14f * low);
+  return mix(colour, haze, 1 - (1 - far) * (1 - 0.5f * low * low));
 }
 
 }  // namespace vex
