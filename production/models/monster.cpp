@@ -3,15 +3,12 @@
 
 #include "production/geometry/bake.h"
 #include "production/geometry/forms.h"
-#include "production/geometry/mapping.h"
-#include "production/image/filter.h"
-#include "production/image/noise3.h"
 #include "production/models/model.h"
+#include "production/models/monster_paint.h"
 #include "production/models/monster_parts.h"
-#include "production/textures/hangar_light.h"
 #include "production/textures/palette.h"
 
-// The alien: wet chrome that breathes. Its metal mirrors the hangar; over trunk, abdomen and head lies a
+// The alien: wet chrome that breathes. Its metal mirrors the hangar; over trunk and abdomen lies a
 // painted skin that is all but clear on the open metal and thick in the hollows, where dark flesh shows. The
 // floor is wet and lets a mirrored creature shine through its puddles.
 
@@ -21,127 +18,8 @@ namespace {
 
 using namespace monster;
 
+constexpr std::size_t skinned = 2;  // of the body's pieces: the head is bare
 constexpr float skinLift = 0.12f;   // above the metal, so that depths do not fight
-constexpr float clearFrom = 0.84f;  // metal that sees so much of the room has no skin
-
-// --- Painting
-
-// Light of the hangar: cold lamps above, a little magenta left and right, pale haze at its ends.
-Colour4 hangarSky(const Vector& d) {
-  const float strip =
-      std::exp(-std::fabs(std::fabs(std::atan2(d.y, std::fabs(d.x))) - 0.55f) * 4) * (1 - std::fabs(d.z));
-  const float lamps = std::pow(std::max(0.0f, d.y), 3.0f), ends = std::pow(std::fabs(d.z), 4.0f);
-  return gradient(steelRamp, 0.28f) + gradient(steelRamp, 0.66f) * (0.9f * lamps + 0.5f * ends) +
-         gradient(violetRamp, 0.62f) * (0.4f * strip);
-}
-
-BakeLook hangarLook() {
-  BakeLook look;
-  look.sky = hangarSky;
-  look.lights = {{.towards = Vector(-0.55f, 0.9f, -0.55f), .size = 0.15f, .colour = {0.95f, 1.02f, 1.12f}},
-                 {.towards = Vector(0.9f, 0.25f, -0.3f), .size = 0.2f, .colour = {0.34f, 0.05f, 0.24f}}};
-  look.bounce = {0.02f, 0.015f, 0.03f};
-  look.rays = 64;
-  return look;
-}
-
-// Alpha: 1 hides the metal. Nothing is left of it where the skin ends.
-Colour4 skinColour(const BakePoint& p) {
-  const float hollow = smoothStep(clearFrom, 0.30f, p.open);
-  const float vein = 1 - std::fabs(gradientNoise(warp(p.position * 0.16f, 0, 0.8f, 811), 0, 812));
-  const float stain = smoothStep(0.1f, 0.7f, fractal(p.position * 0.09f, 0, 4, 0.55f, 813));
-  const Colour4 flesh = gradient(violetRamp, 0.10f + 0.26f * hollow * std::pow(vein, 6.0f));
-  const Colour4 soot =
-      gradient(steelRamp, 0.06f + 0.08f * stain) + gradient(steelRamp, 0.3f) * p.light * 0.1f;
-  Colour4 colour = mix(soot, flesh, hollow) * (0.25f + 0.75f * p.open);
-  colour.a = clamp01(1.25f * hollow + 0.2f * stain * smoothStep(clearFrom, 0.7f, p.open));
-  return colour;
-}
-
-// Steel plates in rings about the plinth; alpha: puddles let the mirrored world through.
-Colour4 deckColour(const BakePoint& p) {
-  const float radius = std::hypot(p.position.x, p.position.z), turn = std::atan2(p.position.z, p.position.x);
-  const float ring = (radius - 44) / 29;
-  const float count = 12 + 6 * std::floor(ring), sector = turn / (2 * pi) * count + 0.5f * std::floor(ring);
-  const float ringGap = std::fabs(ring - std::round(ring)) * 29;
-  const float sectorGap = std::fabs(sector - std::round(sector)) * 2 * pi * radius / count;
-  const float seam = smoothStep(0.5f, 1.6f, std::min(ringGap, sectorGap));
-  const float plate = hashUnit(static_cast<int>(std::floor(ring)), static_cast<int>(std::floor(sector)), 821);
-  const float wear = 0.5f + 0.5f * fractal(p.position * 0.05f, 0, 4, 0.6f, 822);
-  const float puddle = smoothStep(0.42f, 0.56f, 0.5f + 0.5f * fractal(p.position * 0.013f, 0, 3, 0.5f, 823));
-  Colour4 colour =
-      gradient(steelRamp, (0.20f + 0.10f * plate + 0.16f * wear) * (0.45f + 0.55f * seam)) * p.light;
-  colour = mix(colour, colour * 0.35f + gradient(violetRamp, 0.10f), puddle);
-  colour.a = mix(0.66f, 0.16f, puddle * seam);
-  return colour;
-}
-
-Colour4 apronColour(const BakePoint& p) {
-  const float radius = std::hypot(p.position.x, p.position.z);
-  const float slabs = std::min(std::fabs(p.position.x / 70 - std::round(p.position.x / 70)),
-                               std::fabs(p.position.z / 70 - std::round(p.position.z / 70))) *
-                      70;
-  const float wear = 0.5f + 0.5f * fractal(p.position * 0.02f, 0, 4, 0.6f, 832);
-  Colour4 colour =
-      gradient(steelRamp, (0.20f + 0.18f * wear) * (0.6f + 0.4f * smoothStep(1, 4, slabs))) * p.light;
-  colour.a = 0.85f * smoothStep(880, 330, radius);
-  return colour;
-}
-
-Colour4 ironColour(const BakePoint& p) {
-  const float grit = 0.5f + 0.5f * fractal(p.position * 0.07f, 0, 4, 0.6f, 841);
-  const float streak =
-      0.5f +
-      0.5f * gradientNoise(Vector(p.position.x * 0.25f, p.position.y * 0.03f, p.position.z * 0.25f), 0, 842);
-  Colour4 metal = gradient(steelRamp, 0.11f + 0.12f * grit + 0.08f * streak + 0.25f * std::max(0.0f, p.edge));
-  if (p.part == cables) metal = metal * 0.35f;
-  Colour4 colour = metal * p.light;
-  if (p.part == plinth) {
-    const float radius = std::hypot(p.position.x, p.position.z);
-    const float groove = std::exp(-std::fabs(radius - 57.5f) * 0.8f) * smoothStep(8.5f, 6, p.position.y);
-    colour = colour + gradient(violetRamp, 0.80f) * groove;
-  }
-  return colour;
-}
-
-// A burning iris about a slit.
-Canvas eyePicture(const Settings& settings) {
-  const int side = settings.side(128);
-  return paint(side, side, [](float u, float v) {
-    const float x = 2 * u - 1, y = 2 * v - 1, radius = std::hypot(x, y);
-    const float fibres = 0.5f + 0.5f * gradientNoise(std::atan2(y, x) * 6, radius * 2, 0, 861);
-    const float slit = smoothStep(0.10f, 0.22f, std::fabs(x) + 0.12f * y * y);
-    const float heat = 0.98f - 0.42f * smoothStep(0.15f, 0.95f, radius) - 0.12f * fibres;
-    return gradient(violetRamp, heat) * (0.12f + 0.88f * slit);
-  });
-}
-
-Canvas glowCard(const Settings& settings) {
-  const int side = settings.side(128);
-  return paint(side, side, [](float u, float v) {
-    const float radius = std::hypot(2 * u - 1, 2 * v - 1), fall = smoothStep(1, 0, radius);
-    Colour4 colour = gradient(violetRamp, 0.62f + 0.3f * fall * fall);
-    colour.a = 0.75f * fall * fall * fall;
-    return colour;
-  });
-}
-
-// Lower half: the wall of haze, round without a seam, thick at the creature's height. Upper half: a plume.
-Canvas hazePicture(const Settings& settings) {
-  const int side = settings.side(256);
-  return paint(side, side, [](float u, float v) {
-    const bool wall = v > 0.5f;
-    const float height = wall ? 2 - 2 * v : 1 - 2 * v;
-    const float swirl = 0.5f + 0.5f * fractal(u * 4, height * 2, 4, 4, 0.5f, 851);
-    Colour4 colour = mix(gradient(steelRamp, 0.74f), gradient(violetRamp, 0.72f), 0.10f * swirl);
-    const float ends = smoothStep(0.02f, 0.2f, height) * smoothStep(0.97f, wall ? 0.4f : 0.5f, height);
-    const float across = (2 * u - 1) / (0.3f + 0.6f * height);
-    colour.a = wall ? ends * (0.55f + 0.45f * swirl)
-                    : ends * smoothStep(1, 0, std::fabs(across)) * smoothStep(1, 0.8f, std::fabs(2 * u - 1)) *
-                          smoothStep(0.25f, 0.8f, swirl) * 0.3f;
-    return colour;
-  });
-}
 
 // --- The stage
 
@@ -218,9 +96,9 @@ std::vector<StageCamera> cameras() {
              {Vector(150, 52, -90), Vector(156, 62, -20), Vector(150, 84, 60), Vector(120, 110, 120)},
              {Vector(0, 96, -40), Vector(0, 98, -10), Vector(0, 104, 20), Vector(0, 112, 44)}),
       // From its side round to its face, as it lifts a claw.
-      camera("beckoned", 70,
-             {Vector(-205, 60, -60), Vector(-190, 72, 90), Vector(-104, 84, 176), Vector(-30, 92, 200)},
-             {Vector(0, 96, 0), Vector(6, 100, 20), Vector(14, 108, 40), Vector(8, 108, 50)}),
+      camera("beckoned", 74,
+             {Vector(-205, 60, -60), Vector(-190, 72, 90), Vector(-116, 78, 204), Vector(-34, 88, 224)},
+             {Vector(0, 100, 0), Vector(6, 108, 20), Vector(4, 120, 40), Vector(4, 116, 50)}),
       // Before it, from below, as one kneels.
       camera("idol", 66, {Vector(30, 30, 250), Vector(22, 26, 226), Vector(8, 24, 204), Vector(-14, 30, 186)},
              {Vector(-4, 84, 40), Vector(-3, 84, 40), Vector(2, 86, 40), Vector(4, 88, 40)}),
@@ -248,10 +126,10 @@ std::vector<StageMaterial> materials() {
     return StageMaterial{
         .name = name, .texture = texture, .diffuse = faint, .ambient = {0.9f, 0.9f, 0.9f}, .shine = 0};
   };
-  StageMaterial glow = painted("glow", "monster_glow");
+  StageMaterial glow = painted("glow", "monster_air");
   glow.diffuse = {0, 0, 0};
   glow.twoSided = true;
-  StageMaterial haze = painted("haze", "monster_haze"), nearHaze = haze, vapour = haze;
+  StageMaterial haze = painted("haze", "monster_air"), nearHaze = haze, vapour = haze;
   nearHaze.name = "near_haze";
   nearHaze.opacity = 0.5f;
   vapour.name = "vapour";
@@ -259,6 +137,13 @@ std::vector<StageMaterial> materials() {
   return {
       {.name = "chrome",
        .texture = "chrome",
+       .environment = true,
+       .diffuse = {0.75f, 0.75f, 0.75f},
+       .ambient = {0.42f, 0.43f, 0.46f},
+       .shine = 0.9f,
+       .shineStrength = 1},
+      {.name = "limb",
+       .texture = "chrome_soft",
        .environment = true,
        .diffuse = {0.75f, 0.75f, 0.75f},
        .ambient = {0.42f, 0.43f, 0.46f},
@@ -272,7 +157,7 @@ std::vector<StageMaterial> materials() {
        .shine = 0.8f,
        .shineStrength = 1},
       {.name = "deep",
-       .texture = "chrome",
+       .texture = "chrome_soft",
        .environment = true,
        .diffuse = {0.5f, 0.45f, 0.5f},
        .ambient = {0.75f, 0.62f, 0.75f},
@@ -287,17 +172,12 @@ std::vector<StageMaterial> materials() {
       painted("apron", "monster_apron"),
       painted("iron", "monster_iron"),
       painted("skin", "monster_skin"),
-      painted("eye", "monster_eye"),
+      painted("eye", "monster_air"),
       glow,
       haze,
       nearHaze,
       vapour,
   };
-}
-
-// The walls of haze take the lower half of their picture twice around.
-Surface mappedHaze(const Surface& shell) {
-  return mappingScaled(shell, 2, 0.5f);
 }
 
 // Vapour over the plinth's rim and behind the creature, two crossed cards each.
@@ -312,7 +192,7 @@ const Plume plumes[] = {{"vapour1", {-58, 6, -24}, 70, 150, 0.1f},
                         {"vapour4", {64, 6, 22}, 50, 90, 0.3f}};
 
 StageMesh plumeMesh(const Plume& plume) {
-  const Surface one = mappingScaled(card(plume.width, plume.height), 1, 0.5f, 0, 0.5f);
+  const Surface one = mappedTo(plumePart, card(plume.width, plume.height));
   StageMesh mesh{
       .name = plume.name,
       .surface = placed(joined({placed(one, turnedY(20)), placed(one, turnedY(110))}), moved(plume.foot)),
@@ -328,10 +208,10 @@ StageMesh plumeMesh(const Plume& plume) {
   return mesh;
 }
 
-// A skin over trunk, abdomen and head where they do not lie open; parts are numbered as the pieces.
+// A skin over trunk and abdomen where they do not lie open; parts are numbered as the pieces.
 Surface skinOver(const std::vector<Piece>& body, const RayTree& obstacles, const BakeLook& look) {
   Surface skin;
-  for (std::size_t i = 0; i < body.size(); ++i) {
+  for (std::size_t i = 0; i < skinned; ++i) {
     const Surface whole = displaced(body[i].surface, [](const Vector&, const Vector&) { return skinLift; });
     const std::vector<Vector> normals = pointNormals(whole);
     std::vector<char> hidden;
@@ -405,12 +285,15 @@ Model monsterModel(const Settings& settings) {
   stage.meshes.push_back({.name = "ring", .surface = partOf(iron, plinth), .material = "iron"});
   stage.meshes.push_back({.name = "hoses", .surface = partOf(iron, cables), .material = "iron"});
   for (const Piece& piece : body) stage.meshes.push_back(meshOf(piece, "chrome"));
-  stage.meshes.push_back(meshOf(eyePiece(), "eye"));
-  for (const Piece& piece : limbs) stage.meshes.push_back(meshOf(piece, "chrome"));
-  for (const Piece& piece : stringPieces()) stage.meshes.push_back(meshOf(piece, "chrome"));
+  Piece eyes = eyePiece(), glow = glowPiece();
+  eyes.surface = mappedTo(eyePart, eyes.surface);
+  glow.surface = mappedTo(glowPart, glow.surface);
+  stage.meshes.push_back(meshOf(eyes, "eye"));
+  for (const Piece& piece : limbs) stage.meshes.push_back(meshOf(piece, "limb"));
+  for (const Piece& piece : stringPieces()) stage.meshes.push_back(meshOf(piece, "limb"));
   for (const Orb& orb : orbs) stage.meshes.push_back(meshOf(orbPiece(orb), "mirror"));
   // A skin has no motion of its own: it rides on its metal.
-  for (std::size_t i = 0; i < body.size(); ++i)
+  for (std::size_t i = 0; i < skinned; ++i)
     stage.meshes.push_back({.name = body[i].name + "_skin",
                             .parent = body[i].name,
                             .surface = partOf(skin, static_cast<int>(i)),
@@ -418,11 +301,12 @@ Model monsterModel(const Settings& settings) {
                             .material = "skin"});
   // From far to near, for they hide what is drawn behind them later.
   stage.meshes.push_back(
-      {.name = "haze_far", .surface = mappedHaze(hazeShell(300, 250, 340)), .material = "haze"});
-  stage.meshes.push_back(
-      {.name = "haze_near", .surface = mappedHaze(hazeShell(185, 166, 200)), .material = "near_haze"});
+      {.name = "haze_far", .surface = mappedTo(wallPart, hazeShell(300, 250, 340), 2), .material = "haze"});
+  stage.meshes.push_back({.name = "haze_near",
+                          .surface = mappedTo(wallPart, hazeShell(185, 166, 200), 2),
+                          .material = "near_haze"});
   for (const Plume& plume : plumes) stage.meshes.push_back(plumeMesh(plume));
-  stage.meshes.push_back(meshOf(glowPiece(), "glow"));
+  stage.meshes.push_back(meshOf(glow, "glow"));
   stage.lights = lights();
   stage.cameras = cameras();
 
@@ -430,8 +314,8 @@ Model monsterModel(const Settings& settings) {
           {picture(skin, nearby, skinLook, 512, skinColour),
            picture(deckSurface, shadowing({creature, standing}), floorLook, 512, deckColour),
            picture(apronSurface, shadowing({creature, standing}), floorLook, 256, apronColour),
-           picture(iron, shadowing({iron, apronSurface}), ironLook, 512, ironColour), eyePicture(settings),
-           glowCard(settings), hazePicture(settings)}};
+           picture(iron, shadowing({iron, apronSurface}), ironLook, 512, ironColour), airPicture(settings),
+           hazeCard(settings)}};
 }
 
 }  // namespace
@@ -442,8 +326,7 @@ Products monsterModels() {
                  {"monster_deck", PictureKind::maskedJpeg},
                  {"monster_apron", PictureKind::maskedJpeg},
                  {"monster_iron", PictureKind::jpeg},
-                 {"monster_eye", PictureKind::jpeg},
-                 {"monster_glow", PictureKind::maskedJpeg},
+                 {"monster_air", PictureKind::maskedJpeg},
                  {"monster_haze", PictureKind::maskedJpeg}},
                 4, monsterModel, {"production/models/monster_", "production/textures/hangar_light."})};
 }

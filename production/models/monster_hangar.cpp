@@ -108,10 +108,13 @@ Surface poolSurface() {
 Surface hazeShell(float across, float along, float height) {
   // Nearly a box, so that it passes between the arches without cutting any.
   const auto squared = [](float p) { return std::copysign(std::pow(std::fabs(p), 0.35f), p); };
-  return sheet(28, 3, [=](float s, float t) {
-    const float turn = 2 * pi * s;
-    return Vector(across * squared(std::cos(turn)), 0.5f + height * t, along * squared(std::sin(turn)));
-  });
+  return sheet(28, 3,
+               [=](float s, float t) {
+                 const float turn = 2 * pi * s;
+                 return Vector(across * squared(std::cos(turn)), 0.5f + height * t,
+                               along * squared(std::sin(turn)));
+               },
+               {.closedAcross = true});
 }
 
 }  // namespace vex::monster

@@ -43,7 +43,7 @@ Surface legSurface(const Leg& leg, Fineness fineness) {
     return bare * (0.88f + 0.05f * std::sin(t * 44)) + knob(0.16f, 0.04f, 1.8f) + knob(0.44f, 0.035f, 2.2f) +
            knob(0.30f, 0.07f, 1.6f) + knob(0.58f, 0.07f, 1.0f);
   };
-  return withoutMapping(tube(path, full ? 8 : 5, radius, TubeEnd::point));
+  return withoutMapping(tube(path, full ? 10 : 5, radius, TubeEnd::point));
 }
 
 Placement leaning(const Vector& from, const Vector& to) {
@@ -106,7 +106,7 @@ void addArms(std::vector<Piece>& pieces, Fineness fineness) {
              {{there(12, 98, 25), there(45, 106, 50), 5.4f, 4.2f, 0.35f},
               {there(45, 106, 50), there(42, 74, 86), 4.2f, 3.2f, 0.40f},
               {there(42, 74, 86), there(16, 36, 100), 3.3f, 0.8f, 0.55f}},
-             full ? 8 : 4, full ? 8 : 3, TubeEnd::point, [side, phase](int link, float t) {
+             full ? 10 : 4, full ? 8 : 3, TubeEnd::point, [side, phase](int link, float t) {
                const auto k = static_cast<float>(link);
                // Once a loop an arm is lifted and its claw opened.
                const float lift =

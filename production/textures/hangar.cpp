@@ -37,28 +37,46 @@ constexpr SoftBox softBoxes[] = {{-0.36f, 0.52f, 0.17f, 0.055f, 0.62f, 0.05f, 1.
                                  {-0.58f, 0.16f, 0.03f, 0.16f, 0.25f, 0.05f, 0.55f},
                                  {0.46f, 0.30f, 0.02f, 0.17f, -0.5f, 0.04f, 0.4f}};
 
+// Cold white above and to the left, magenta below and to the right, from a distance from the middle on.
+Colour4 rimLight(float x, float y, float from) {
+  const float radius = std::hypot(x, y), grazing = smoothStep(from, 1.0f, radius);
+  const float upperLeft = std::max(0.0f, (-0.55f * x + 0.83f * y) / std::max(radius, 0.01f));
+  const float lowerRight = std::max(0.0f, (0.86f * x - 0.5f * y) / std::max(radius, 0.01f));
+  return gradient(steelRamp, 0.95f) * (0.85f * grazing * std::pow(upperLeft, 1.3f)) +
+         gradient(violetRamp, 0.66f) * (0.6f * grazing * std::pow(lowerRight, 4.0f));
+}
+
 Colour4 carriedLight(float x, float y) {
-  const Colour4 coldWhite = gradient(steelRamp, 0.97f), magenta = gradient(violetRamp, 0.66f);
-  Colour4 light{0, 0, 0};
+  const Colour4 coldWhite = gradient(steelRamp, 0.97f);
+  Colour4 light = rimLight(x, y, 0.88f);
   for (const SoftBox& lamp : softBoxes) {
     const float c = std::cos(lamp.turn), s = std::sin(lamp.turn), dx = x - lamp.x, dy = y - lamp.y;
     const float distance = box(c * dx + s * dy, c * dy - s * dx, lamp.halfWidth, lamp.halfHeight);
     light = light + coldWhite * (lamp.strength * coverage(distance, lamp.softness) +
                                  0.16f * lamp.strength * std::exp(-std::max(0.0f, distance) * 7));
   }
-  const float radius = std::hypot(x, y), grazing = smoothStep(0.78f, 1.0f, radius);
-  const float upperLeft = std::max(0.0f, (-0.55f * x + 0.83f * y) / std::max(radius, 0.01f));
-  const float lowerRight = std::max(0.0f, (0.86f * x - 0.5f * y) / std::max(radius, 0.01f));
-  return light + coldWhite * (0.95f * grazing * std::pow(upperLeft, 1.3f)) +
-         magenta * (0.6f * grazing * std::pow(lowerRight, 4.0f));
+  return light;
 }
 
-Canvas chromeBall(const Settings& settings) {
+// The hangar in a ball, blurred by a share of its width, and the lights over it.
+Canvas chromeBall(const Settings& settings, float blurred, Colour4 (*lights)(float x, float y)) {
   const int side = settings.side(512);
   const Canvas ball = blur(sphereMap(mirroredHangar, lookTowards(-1.25f, -0.08f), side, 2),
-                           static_cast<float>(side) / 170, EdgeMode::clamp);
+                           static_cast<float>(side) * blurred, EdgeMode::clamp);
   return paint(side, side, [&](float u, float v) {
-    return sample(ball, u, v, EdgeMode::clamp) + carriedLight(2 * u - 1, 1 - 2 * v);
+    return sample(ball, u, v, EdgeMode::clamp) + lights(2 * u - 1, 1 - 2 * v);
+  });
+}
+
+Canvas chrome(const Settings& settings) {
+  return chromeBall(settings, 0.004f, carriedLight);
+}
+
+// For limbs, which are a few pixels wide: nothing in it is finer than a third of a limb.
+Canvas softChrome(const Settings& settings) {
+  return chromeBall(settings, 0.03f, [](float x, float y) {
+    const float gloss = std::exp(-6 * ((x + 0.36f) * (x + 0.36f) + (y - 0.4f) * (y - 0.4f)));
+    return gradient(steelRamp, 0.9f) * (0.75f * gloss * gloss) + rimLight(x, y, 0.72f);
   });
 }
 
@@ -72,7 +90,8 @@ Products hangarPictures() {
       face("wes", BoxFace::west),
       face("sou", BoxFace::south),
       face("eas", BoxFace::east),
-      picture("chrome", PictureKind::jpeg, "hangar", 1, chromeBall),
+      picture("chrome", PictureKind::jpeg, "hangar", 1, chrome),
+      picture("chrome_soft", PictureKind::jpeg, "hangar", 1, softChrome),
   };
 }
 

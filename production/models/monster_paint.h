@@ -1,0 +1,38 @@
+#pragma once
+
+#include "production/geometry/bake.h"
+#include "production/geometry/mapping.h"
+#include "production/product.h"
+
+// The colours of the alien's world.
+
+namespace vex::monster {
+
+BakeLook hangarLook();  // how its light is baked
+
+// Colours of baked surfaces; alpha is opacity. The skin is clear where the metal sees `clearFrom` of the
+// room.
+inline constexpr float clearFrom = 0.84f;
+Colour4 skinColour(const BakePoint& p);
+Colour4 deckColour(const BakePoint& p);
+Colour4 apronColour(const BakePoint& p);
+Colour4 ironColour(const BakePoint& p);
+
+// Four things in one picture, each in a part of it: lower left corner and size as texture coordinates.
+struct PicturePart {
+  float u, v, width, height;
+};
+inline constexpr PicturePart wallPart{0, 0, 1, 0.5f}, plumePart{0, 0.5f, 0.5f, 0.5f},
+    eyePart{0.5f, 0.75f, 0.5f, 0.25f}, glowPart{0.5f, 0.5f, 0.5f, 0.25f};
+
+// Mapped to the part, `turns` times across.
+inline Surface mappedTo(const PicturePart& part, const Surface& surface, float turns = 1) {
+  return mappingScaled(surface, turns * part.width, part.height, part.u, part.v);
+}
+
+Canvas airPicture(const Settings& settings);
+
+// A card of haze, thick in the middle, its rim clear.
+Canvas hazeCard(const Settings& settings);
+
+}  // namespace vex::monster
