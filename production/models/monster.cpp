@@ -109,7 +109,7 @@ std::vector<StageLight> lights() {
   std::vector<StageLight> all{
       {.name = "key", .position = Vector(-160, 260, 180), .colour = {0.50f, 0.55f, 0.64f}},
       {.name = "rim", .position = Vector(-60, 300, -240), .colour = {0.74f, 0.82f, 0.95f}},
-      {.name = "strip_east", .position = Vector(240, 90, -110), .colour = {0.50f, 0.06f, 0.32f}},
+      {.name = "strip_east", .position = Vector(240, 90, -110), .colour = {0.32f, 0.04f, 0.21f}},
   };
   all[0].positions = positionKeys(shotSeconds, 30, [](float t) {
     return Vector(-160 + 90 * swing(t, shotSeconds, 2), 260, 180 + 60 * swing(t, shotSeconds, 1));
@@ -168,8 +168,7 @@ std::vector<StageMaterial> materials() {
        .diffuse = {0.4f, 0.15f, 0.35f},
        .ambient = {0.55f, 0.08f, 0.36f},
        .shine = 0},
-      painted("deck", "monster_deck"),
-      painted("apron", "monster_apron"),
+      painted("floor", "monster_floor"),
       painted("iron", "monster_iron"),
       painted("skin", "monster_skin"),
       painted("eye", "monster_air"),
@@ -275,8 +274,9 @@ Model monsterModel(const Settings& settings) {
   // What shines through the floor comes first, then the floor, then what stands on it.
   for (const Piece& piece : bodyPieces(Fineness::reflection)) stage.meshes.push_back(mirroredMesh(piece));
   for (const Piece& piece : limbPieces(Fineness::reflection)) stage.meshes.push_back(mirroredMesh(piece));
-  stage.meshes.push_back({.name = "apron", .surface = apronSurface, .material = "apron"});
-  stage.meshes.push_back({.name = "deck", .surface = deckSurface, .material = "deck"});
+  stage.meshes.push_back(
+      {.name = "apron", .surface = mappedTo(apronPart, apronSurface), .material = "floor"});
+  stage.meshes.push_back({.name = "deck", .surface = mappedTo(deckPart, deckSurface), .material = "floor"});
   stage.meshes.push_back({.name = "pool", .surface = poolSurface(), .material = "pool"});
   for (std::size_t i = 0; i < archPlaces.size(); ++i)
     stage.meshes.push_back({.name = "arch" + std::to_string(i + 1),
@@ -312,8 +312,8 @@ Model monsterModel(const Settings& settings) {
 
   return {stage,
           {picture(skin, nearby, skinLook, 512, skinColour),
-           picture(deckSurface, shadowing({creature, standing}), floorLook, 512, deckColour),
-           picture(apronSurface, shadowing({creature, standing}), floorLook, 256, apronColour),
+           floorPicture(picture(deckSurface, shadowing({creature, standing}), floorLook, 512, deckColour),
+                        picture(apronSurface, shadowing({creature, standing}), floorLook, 256, apronColour)),
            picture(iron, shadowing({iron, apronSurface}), ironLook, 512, ironColour), airPicture(settings),
            hazeCard(settings)}};
 }
@@ -323,8 +323,7 @@ Model monsterModel(const Settings& settings) {
 Products monsterModels() {
   return {model("monster",
                 {{"monster_skin", PictureKind::maskedJpeg},
-                 {"monster_deck", PictureKind::maskedJpeg},
-                 {"monster_apron", PictureKind::maskedJpeg},
+                 {"monster_floor", PictureKind::maskedJpeg},
                  {"monster_iron", PictureKind::jpeg},
                  {"monster_air", PictureKind::maskedJpeg},
                  {"monster_haze", PictureKind::maskedJpeg}},

@@ -53,7 +53,7 @@ Surface cableSurface() {
   constexpr int pieces = 25;
   Surface all;
   for (const float side : {-1.0f, 1.0f}) {
-    append(all, hose({Vector(30 * side, 236, -58), Vector(27 * side, 190, -60), Vector(17 * side, 150, -50),
+    append(all, hose({Vector(34 * side, 430, -52), Vector(27 * side, 200, -60), Vector(17 * side, 150, -50),
                       Vector(6 * side, 118, -40)},
                      2.4f, pieces));
     append(all, hose({Vector(60 * side, 7, -22), Vector(52 * side, 26, -34), Vector(38 * side, 30, -48),

@@ -128,7 +128,8 @@ Colour4 vapourPlume(float u, float height) {
   const float swirl = 0.5f + 0.5f * fractal(u * 3, height * 3, 0, 4, 0.5f, 853);
   const float across = (2 * u - 1) / (0.3f + 0.55f * height);
   return pale(swirl, smoothStep(0.02f, 0.2f, height) * smoothStep(0.97f, 0.5f, height) *
-                         smoothStep(1, 0, std::fabs(across)) * smoothStep(0.2f, 0.75f, swirl) * 0.5f);
+                         std::pow(smoothStep(1, 0, std::fabs(across)), 2.0f) *
+                         smoothStep(0.2f, 0.75f, swirl) * 0.42f);
 }
 
 }  // namespace
@@ -147,6 +148,12 @@ Canvas airPicture(const Settings& settings) {
       if (x > 0 && x < 1 && y > 0 && y < 1) return colour(x, y);
     }
     return black;
+  });
+}
+
+Canvas floorPicture(const Canvas& deck, const Canvas& apron) {
+  return paint(2 * deck.width, deck.height, [&](float u, float v) {
+    return u < 0.5f ? sample(deck, 2 * u, v, EdgeMode::clamp) : sample(apron, 2 * u - 1, v, EdgeMode::clamp);
   });
 }
 

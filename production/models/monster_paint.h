@@ -32,6 +32,10 @@ inline Surface mappedTo(const PicturePart& part, const Surface& surface, float t
 
 Canvas airPicture(const Settings& settings);
 
+// The deck beside what lies around it.
+inline constexpr PicturePart deckPart{0, 0, 0.5f, 1}, apronPart{0.5f, 0, 0.5f, 1};
+Canvas floorPicture(const Canvas& deck, const Canvas& apron);
+
 // A card of haze, thick in the middle, its rim clear.
 Canvas hazeCard(const Settings& settings);
 

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "production/movements/words.h"
 
 namespace vex {
@@ -31,9 +33,9 @@ void addBreath(Show& show, const char* name, double bar, double bars, const Curv
 // Cubes about a place (y up) off the screen's middle.
 void addCubes(Show& show, const char* name, double bar, double bars, CurveDot middle,
               const TurningCubes& cubes, double start, double speed) {
-  show.part(name, bar, bars, far,
-            {draw(Viewport{.x = middle.x - 1, .y = middle.y - 1}), draw(cubes), draw(Viewport{})}, start,
-            speed);
+  const double size = 2 - 2 * std::fabs(middle.x);  // panes begin on the screen
+  const Viewport pane{.x = middle.x - size / 2, .y = middle.y - size / 2, .w = size, .h = size};
+  show.part(name, bar, bars, far, {draw(pane), draw(cubes), draw(Viewport{})}, start, speed);
 }
 
 // Down the hangar to what stands at its end; the stab throws us before its face.
@@ -63,7 +65,7 @@ void addBreak(Show& show) {
            Fade{.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.15, 0.5)});
   show.add("light in the dark", start, over - start, backdrop + 1,
            Bitmap{.texture = "rays_violet",
-                  .at = centred(0.1, -0.1, zoom(3.0, 3.6, 4)),
+                  .at = centred(-0.09, -0.62, zoom(2.4, 2.9, 4)),
                   .alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.3, 0.04),
                   .blend = Blend::add});
   addCubes(show, "cubes", start, over - start, {-0.09, 0.6},

@@ -76,7 +76,7 @@ Canvas chrome(const Settings& settings) {
 Canvas softChrome(const Settings& settings) {
   return chromeBall(settings, 0.03f, [](float x, float y) {
     const float gloss = std::exp(-6 * ((x + 0.36f) * (x + 0.36f) + (y - 0.4f) * (y - 0.4f)));
-    return gradient(steelRamp, 0.9f) * (0.75f * gloss * gloss) + rimLight(x, y, 0.72f);
+    return gradient(steelRamp, 0.9f) * (0.3f * gloss + 0.7f * std::pow(gloss, 5.0f)) + rimLight(x, y, 0.72f);
   });
 }
 
