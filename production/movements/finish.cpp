@@ -98,7 +98,7 @@ void addFinish(Show& show) {
               {"hose", streak, 0.3, 0.1, 1, 0.7},
               {"burst", rays, 0, 0, 1.3},
               {"shards", orb, 0, 0},
-              {"door", rays, 0, 0, 1.1}});
+              {"door", rays, 0.53, -0.5, 0.7, 0.8}});
   addFlashes(show, ember,
              {{"interlude two", rays, 0.08, 0.05, 0.9, 0.7},
               {"roll", streak, 0, -0.2},
@@ -107,7 +107,7 @@ void addFinish(Show& show) {
               {"hell", streak, 0, 0.3, 1, 0.5},
               {"lake of fire", orb, 0, 0.1},
               {"cathedral", rays, 0, 0, 0.8},
-              {"black sphere", orb, 0, 0, 1.2},
+              {"black sphere", rays, 0.17, -0.5, 0.8, 0.8},
               {"eruption", rays, 0, 0.1, 1.2},
               {"sphere cracks", orb, 0, 0},
               {"sphere cracks 2", streak, 0, 0, 1.2},

@@ -147,10 +147,14 @@ Canvas eyeFrame(const Settings& settings, int frame) {
                                           mottled);
     skin = mix(skin, skin * Colour4{1.05f, 0.62f, 0.5f, 1},
                0.75f * std::exp(-std::max(0.0f, gap) * 9));  // thin, reddened rims
+    // The lower lid catches the lamp that the upper one keeps off the ball.
+    const float shelf = clamp01(1 - x * x / 2.4f) * smoothStep(-0.01f, 0.05f, y - lower) *
+                        std::exp(-std::max(0.0f, y - lower) * 7);
+    skin = skin + gradient(boneRamp, 0.5f + 0.3f * sample(light, u, v, EdgeMode::clamp)) * (0.42f * shelf);
     Colour4 colour = skin;
     if (gap < 0.02f) {
       const float shade = smoothStep(0.0f, 0.30f, y - upper) * 0.85f + 0.15f;  // the upper lid's shadow
-      const float wet = 0.5f * coverage(std::fabs(y - lower + 0.022f) - 0.006f, 0.014f) *
+      const float wet = 0.8f * coverage(std::fabs(y - lower + 0.022f) - 0.006f, 0.014f) *
                         smoothStep(0.15f, 0.4f, pose.open) * (0.4f + 0.6f * valueNoise(x * 9, 0, 0, 251));
       Colour4 inner = ball(pose, x, y) * shade +
                       gradient(boneRamp, (0.5f + 0.45f * fractal(x * 5, y * 7, 0, 4, 0.5f, 226) - 0.9f * y) *
