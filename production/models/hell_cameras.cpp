@@ -42,8 +42,8 @@ std::vector<StageCamera> cameras() {
              {Vector(38, 98, 92), Vector(32, 108, 80), Vector(16, 114, 74), Vector(-10, 112, 76)},
              {Vector(-4, 94, 10), Vector(0, 96, 10), Vector(-2, 94, 12), Vector(-12, 92, 12)}),
       // At the lava's level: the sphere above, its image below.
-      camera("shore", 84, {Vector(-52, 9, 268), Vector(6, 7, 244), Vector(34, 8, 230), Vector(50, 9, 220)},
-             {Vector(10, 2, 0), Vector(24, 4, 0), Vector(20, 4, 0), Vector(14, 4, 0)}),
+      camera("shore", 94, {Vector(-52, 9, 268), Vector(6, 7, 244), Vector(34, 8, 230), Vector(50, 9, 220)},
+             {Vector(14, 8, 0), Vector(38, 10, 0), Vector(30, 10, 0), Vector(20, 8, 0)}),
       // From far outside along the nave: the sphere against the windows.
       camera("backlit", 36,
              {Vector(34, 58, 500), Vector(24, 62, 470), Vector(6, 66, 430), Vector(-10, 72, 400)},
@@ -53,7 +53,7 @@ std::vector<StageCamera> cameras() {
              {Vector(-36, 120, 336), Vector(-27, 116, 326), Vector(-9, 108, 312), Vector(4, 100, 298)},
              {Vector(0, 84, 0), Vector(0, 86, 0), Vector(4, 88, 0), Vector(4, 90, 0)}),
       // Where the plates come off.
-      camera("core", 60, {Vector(60, 160, 2), Vector(66, 154, 4), Vector(88, 140, 10), Vector(86, 116, 44)},
+      camera("core", 70, {Vector(60, 160, 2), Vector(66, 154, 4), Vector(96, 146, 10), Vector(92, 118, 44)},
              {Vector(0, 84, 0), Vector(0, 84, 0), Vector(2, 90, 14), Vector(0, 90, 10)}),
   };
 }

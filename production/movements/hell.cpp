@@ -51,7 +51,7 @@ void addArrival(Show& show) {
   const double start = hellBar, lake = barOf("lake of fire"), next = barOf("cathedral");
   addShot(show, "nave", start, lake - start, wide, 0.5, 2.2);
   addDusk(show, "light rises from the lake", start, lake - start,
-          line({{0, 0.3}, {4, -0.55}, {partEnd, -1.1}}), line({{0, 0.9}, {4, 0.65}, {partEnd, 0.4}}));
+          line({{0, 0.3}, {4, -0.55}, {partEnd, -1.1}}), line({{0, 0.75}, {4, 0.5}, {partEnd, 0.3}}));
   addFire(show, "fire in the choir", start + 0.5, lake - start - 0.5, 0.0, 0.1,
           flashes({0, 2, 3, 4, 5}, 0.22, 0.02));
   addSparks(show, "ash", start, next - start, 0.05, fade(1, 0, 0.55));
