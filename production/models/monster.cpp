@@ -82,7 +82,7 @@ std::vector<StageCamera> cameras() {
              {Vector(10, 116, 70), Vector(11, 116, 70), Vector(-11, 117, 68), Vector(-6, 119, 60)}),
       // On the wet floor, between the claws.
       camera("low", 92, {Vector(136, 7, 118), Vector(84, 8, 150), Vector(6, 9, 168), Vector(-78, 12, 138)},
-             {Vector(-12, 88, 0), Vector(0, 94, 6), Vector(16, 94, 6), Vector(22, 92, 0)}),
+             {Vector(-12, 92, 0), Vector(0, 104, 6), Vector(16, 104, 6), Vector(22, 98, 0)}),
       // A crane from the floor to the crown.
       camera("crane", 80,
              {Vector(-210, 24, 120), Vector(-200, 110, 130), Vector(-130, 196, 140), Vector(-20, 214, 170)},
@@ -98,10 +98,10 @@ std::vector<StageCamera> cameras() {
       // From its side round to its face, as it lifts a claw.
       camera("beckoned", 74,
              {Vector(-205, 60, -60), Vector(-190, 72, 90), Vector(-116, 78, 204), Vector(-34, 88, 224)},
-             {Vector(0, 100, 0), Vector(6, 108, 20), Vector(4, 120, 40), Vector(4, 116, 50)}),
+             {Vector(0, 100, 0), Vector(6, 110, 20), Vector(-4, 130, 40), Vector(4, 120, 50)}),
       // Before it, from below, as one kneels.
       camera("idol", 66, {Vector(30, 30, 250), Vector(22, 26, 226), Vector(8, 24, 204), Vector(-14, 30, 186)},
-             {Vector(-4, 84, 40), Vector(-3, 84, 40), Vector(2, 86, 40), Vector(4, 88, 40)}),
+             {Vector(-4, 89, 40), Vector(-3, 89, 40), Vector(2, 91, 40), Vector(4, 93, 40)}),
   };
 }
 
@@ -109,7 +109,7 @@ std::vector<StageLight> lights() {
   std::vector<StageLight> all{
       {.name = "key", .position = Vector(-160, 260, 180), .colour = {0.50f, 0.55f, 0.64f}},
       {.name = "rim", .position = Vector(-60, 300, -240), .colour = {0.74f, 0.82f, 0.95f}},
-      {.name = "strip_east", .position = Vector(240, 90, -110), .colour = {0.32f, 0.04f, 0.21f}},
+      {.name = "strip_east", .position = Vector(240, 90, -110), .colour = {0.30f, 0.15f, 0.27f}},
   };
   all[0].positions = positionKeys(shotSeconds, 30, [](float t) {
     return Vector(-160 + 90 * swing(t, shotSeconds, 2), 260, 180 + 60 * swing(t, shotSeconds, 1));
@@ -186,7 +186,7 @@ struct Plume {
   float width, height, phase;
 };
 const Plume plumes[] = {{"vapour1", {-58, 6, -24}, 70, 150, 0.1f},
-                        {"vapour2", {50, 6, -40}, 84, 190, 0.45f},
+                        {"vapour2", {46, 6, -52}, 76, 120, 0.45f},
                         {"vapour3", {-6, 6, -66}, 100, 170, 0.7f},
                         {"vapour4", {64, 6, 22}, 50, 90, 0.3f}};
 

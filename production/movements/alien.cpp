@@ -65,10 +65,10 @@ void addBreak(Show& show) {
            Fade{.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.15, 0.5)});
   show.add("light in the dark", start, over - start, backdrop + 1,
            Bitmap{.texture = "rays_violet",
-                  .at = centred(-0.09, -0.62, zoom(2.4, 2.9, 4)),
+                  .at = centred(-0.09, -0.52, zoom(2.4, 2.9, 4)),
                   .alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.3, 0.04),
                   .blend = Blend::add});
-  addCubes(show, "cubes", start, over - start, {-0.09, 0.6},
+  addCubes(show, "cubes", start, over - start, {-0.09, 0.5},
            {.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.6, 0.3), .field = zoom(115, 95, 4)}, 4, 1.5);
   addShot(show, "from above", over, next - over, crane, 9, 2.6);
   addStreak(show, "lamps above", over, next - over, -0.3, flashes({0, 1, 2, 2.5, 3}, 0.8, 0.1));
@@ -142,7 +142,7 @@ void addClimax(Show& show) {
   const double unison = barOf("unison");
   addShot(show, "gaze", start, climax - start, face, 10, 0.3);
   show.add("lights out", start, climax - start, backdrop,
-           Fade{.alpha = line({{0, 0.15}, {1.9, 0.4}, {2, 0.82}, {2.5, 0.6}, {partEnd, 0.78}})});
+           Fade{.alpha = line({{0, 0.15}, {1.9, 0.4}, {2, 0.72}, {2.5, 0.5}, {partEnd, 0.68}})});
   addStreak(show, "last lamp", start, hushed - start, -0.2, flashes({0, 1, 1.5}, 0.8, 0));
   addCubes(show, "cubes again", start, hushed - start, {0.07, 0.28},
            {.alpha = flashes({0, 0.5, 1, 1.5}, 0.5, 0.25), .field = zoom(105, 140, 2)}, 11, 2);
