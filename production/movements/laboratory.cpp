@@ -107,7 +107,7 @@ void addEyes(Show& show) {
   const double start = barOf("eyes"), next = barOf("hose");
   addShot(show, "it wakes", start, 1, eyes, 1, 4,
           {.turn = slide(0.52, 0.57),
-           .lids = line({{0, State::shut}, {1, State::shut}, {2.5, 0.27}, {partEnd, 0.3}}),
+           .lids = line({{0, 0.155}, {1, 0.165}, {2.5, 0.27}, {partEnd, 0.3}}),
            .skin = {line({{0, 2}, {partEnd, 1.7}}), 1.36, 1.1, 1}});
   addShot(show, "it sees", start + 1, next - start - 1, eyes, 12, 4,
           {.turn = slide(0.57, 0.68), .lids = line({{0, 0.3}, {2, 0.42}, {2.5, 0.51}, {partEnd, 0.64}})});
@@ -196,7 +196,7 @@ void addBurst(Show& show) {
   for (const auto& [glow, aspect] : {std::pair{"haze_teal", 0.6}, {"rays_teal", 1.0}})
     show.add("light through the door", opens, end - opens, haze,
              Bitmap{.texture = glow,
-                    .at = centred(travel(0.17, 0.02, 8), 0, zoom(1.3, 4.2, 8), aspect),
+                    .at = centred(travel(0.21, 0.03, 8), 0, zoom(1.3, 4.2, 8), aspect),
                     .alpha = line({{0, 0}, {1, 0.35}, {4, 0.7}, {partEnd, 1}}),
                     .blend = Blend::add});
   show.add("white", white, end - white, flash - 1,
