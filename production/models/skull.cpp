@@ -23,8 +23,8 @@ struct Flight {
   float reachX, reachZ, way, phase, bob, size;
 };
 const Flight flights[] = {{"Crow01", Vector(-10, 236, 60), 205, 165, 1, 0.05f, 16, 1.10f},
-                          {"Crow02", Vector(10, 262, 50), 175, 215, -1, 0.40f, 20, 1.0f},
-                          {"Crow03", Vector(0, 214, 70), 245, 150, 1, 0.62f, 14, 1.20f}};
+                          {"Crow02", Vector(10, 228, 50), 175, 215, -1, 0.40f, 20, 1.0f},
+                          {"Crow03", Vector(0, 148, 30), 425, 356, 1, 0.62f, 14, 1.35f}};
 
 Vector flightPlace(const Flight& flight, float t) {
   const float angle = 2 * pi * (flight.way * t / loopSeconds + flight.phase);
@@ -57,22 +57,25 @@ Vector spearTip(int index) {
   return transformed(spearPlacement(index), Vector(0, spearHeight(), 0));
 }
 
+// From the cloud to a spear's tip, from tip to crown: where one ends another begins. Above the vault the
+// cloud hides them.
 std::vector<StageMesh> bolts() {
   const Vector crown = transformed(skullPlacement(), Vector(10, 232, -10));
   const struct {
     Vector from, to;
-    float width;
-  } places[] = {{Vector(-330, 640, -420), spearTip(2), 170},
-                {Vector(300, 660, -430), spearTip(3), 180},
-                {spearTip(1), spearTip(0), 90},
-                {Vector(420, 600, -160), spearTip(4), 150},
-                {spearTip(4), crown, 90},
-                {Vector(-520, 560, -120), spearTip(1), 160}};
+    std::uint32_t seed;
+  } places[] = {{Vector(-250, 690, -520), spearTip(2), 941},
+                {Vector(240, 690, -540), spearTip(3), 942},
+                {Vector(-430, 680, -260), spearTip(1), 943},
+                {Vector(420, 680, -240), spearTip(4), 944},
+                {spearTip(3), crown, 945},
+                {spearTip(2), crown, 946}};
   std::vector<StageMesh> all;
   int number = 0;
   for (const auto& place : places)
     all.push_back({.name = "spark0" + std::to_string(++number),
-                   .surface = bolt(place.from, place.to, place.width),
+                   // The picture's bolt dies away a little before its end.
+                   .surface = bolt(place.from, place.to + unit(place.to - place.from) * 16, place.seed),
                    .pivot = place.from,
                    .material = "spark"});
   return all;
@@ -99,18 +102,19 @@ std::vector<StageCamera> cameras() {
       camera("face", 68,
              {Vector(-170, 118, 206), Vector(-110, 128, 242), Vector(-10, 136, 256), Vector(84, 126, 236)},
              {Vector(-34, 122, 40), Vector(-26, 122, 40), Vector(6, 122, 40), Vector(32, 122, 40)}),
-      // From the rubble up over the crown.
+      // From the rubble up over the crown, until stone stands before stone.
       camera("crane", 80,
-             {Vector(280, 30, 240), Vector(270, 130, 250), Vector(210, 250, 260), Vector(110, 330, 290)},
-             {Vector(30, 150, 0), Vector(24, 156, 0), Vector(16, 144, 0), Vector(10, 110, 0)}),
+             {Vector(262, 40, 290), Vector(222, 170, 320), Vector(150, 275, 330), Vector(60, 340, 320)},
+             {Vector(30, 150, 0), Vector(30, 150, 0), Vector(34, 128, 0), Vector(20, 100, 0)}),
       // Into a socket.
       camera("socket", 60,
              {Vector(-110, 124, 200), Vector(-84, 126, 160), Vector(-66, 124, 130), Vector(-56, 120, 104)},
              {Vector(-16, 118, 40), Vector(-28, 118, 46), Vector(-38, 116, 46), Vector(-46, 114, 46)}),
-      // Behind its shoulder, with what it sees.
-      camera("behind", 84,
-             {Vector(190, 140, -220), Vector(130, 200, -240), Vector(30, 236, -250), Vector(-90, 220, -230)},
-             {Vector(-60, 190, 120), Vector(-40, 200, 120), Vector(0, 190, 120), Vector(40, 180, 120)}),
+      // Over its shoulder from behind: the jaw, and the fire that spills out of one socket.
+      camera(
+          "behind", 78,
+          {Vector(-236, 50, -186), Vector(-234, 84, -180), Vector(-230, 112, -174), Vector(-222, 150, -150)},
+          {Vector(0, 108, -78), Vector(0, 114, -78), Vector(2, 118, -74), Vector(4, 122, -64)}),
       // Before it on either side: the skull low on one side, open sky on the other for what it hunts.
       camera("left", 80,
              {Vector(-200, 70, 420), Vector(-160, 84, 450), Vector(-110, 96, 460), Vector(-50, 106, 450)},
@@ -118,22 +122,28 @@ std::vector<StageCamera> cameras() {
       camera("right", 80,
              {Vector(250, 60, 400), Vector(226, 74, 430), Vector(180, 88, 446), Vector(120, 100, 450)},
              {Vector(98, 166, 60), Vector(92, 166, 60), Vector(76, 158, 40), Vector(56, 150, 20)}),
+      // From the ground, far out, where something comes down.
+      camera("fallen", 80,
+             {Vector(-278, 14, 452), Vector(-270, 13, 450), Vector(-262, 12, 448), Vector(-254, 12, 446)},
+             {Vector(-110, 142, 200), Vector(-108, 130, 200), Vector(-106, 116, 190), Vector(-104, 98, 180)}),
   };
 }
 
 std::vector<StageLight> lights() {
   const Colour4 ember{1, 0.10f, 0.07f};
   const Vector parked(0, -20000, 0);
-  const Vector out = transformedDirection(skullPlacement(), Vector(0, 0, 6));
   std::vector<StageLight> all{
-      {.name = "eye_left", .position = socket(1) + out, .colour = ember},
-      {.name = "eye_right", .position = socket(-1) + out, .colour = ember},
+      {.name = "eye_left", .position = eye(1), .colour = ember},
+      {.name = "eye_right", .position = eye(-1), .colour = ember},
       {.name = "storm", .position = Vector(-620, 700, 460), .colour = {0.55f, 0.70f, 0.85f}},
-      {.name = "SparkLight", .position = Vector(160, 560, 240), .colour = {0.75f, 0.95f, 1}},
+      // From behind: the bolts stand there, and what they light is the rim of things.
+      {.name = "SparkLight", .position = Vector(130, 620, -640), .colour = {1.5f, 1.9f, 2.1f}},
   };
-  for (const char* kind : {"fire0", "smoke0"})
-    for (int i = 1; i <= 4; ++i)
-      all.push_back({.name = kind + std::to_string(i), .position = parked, .on = false});
+  // The player gives fire its hue by the light's number, 1, 0.5 + 0.5 sin(number), 0.2: 7 to 10 go from
+  // yellow to red. Of each kind all four remainders by 4 must occur, for the four pictures.
+  for (const char* name :
+       {"smoke01", "smoke02", "smoke03", "fire01", "fire02", "fire03", "fire04", "smoke04"})
+    all.push_back({.name = name, .position = parked, .on = false});
   return all;
 }
 
@@ -149,11 +159,11 @@ std::vector<StageMaterial> materials() {
   crowMaterial.twoSided = true;
   StageMaterial mistMaterial = painted("mist", "monster_haze", 0.9f, 0.1f);
   mistMaterial.twoSided = true;
-  return {painted("rock", "skull_rock", 0.8f, 0.55f),
-          painted("jaw", "skull_jaw", 0.8f, 0.55f),
-          painted("ground", "skull_ground", 0.95f, 0.4f),
-          painted("rubble", "skull_rubble", 0.85f, 0.5f),
-          painted("spear", "skull_spear", 0.8f, 0.6f),
+  return {painted("rock", "skull_rock", 0.62f, 0.85f),
+          painted("jaw", "skull_jaw", 0.62f, 0.85f),
+          painted("ground", "skull_ground", 0.78f, 0.55f),
+          painted("rubble", "skull_rubble", 0.7f, 0.7f),
+          painted("spear", "skull_spear", 0.65f, 0.8f),
           painted("swirl", "skull_swirl", 0.95f, 0.25f),
           painted("clouds", "skull_clouds", 0, 1),
           painted("beam", "skull_beam", 0, 1),
@@ -231,6 +241,8 @@ Model skullModel(const Settings& settings) {
                            Colour4 (*colour)(const BakePoint&)) {
     BakeLook look = stormLook();
     look.rays = rays;
+    // Light lies smoothly on what is flat or small.
+    if (colour == groundColour || colour == boulderColour) look.coarseness = 3;
     BakePaint paint;
     paint.side = settings.side(side);
     paint.lit = !settings.draft;
@@ -257,8 +269,8 @@ Model skullModel(const Settings& settings) {
   for (StageMesh& mesh : bolts()) stage.meshes.push_back(std::move(mesh));
   for (const float side : {1.0f, -1.0f})
     stage.meshes.push_back({.name = side > 0 ? "laser01" : "laser02",
-                            .surface = placed(beam(), moved(beamFoot(side))),
-                            .pivot = beamFoot(side),
+                            .surface = placed(beam(), moved(eye(side))),
+                            .pivot = eye(side),
                             .material = "beam"});
   stage.meshes.push_back({.name = "clouds01", .surface = cloudLayer(430, 0.20f), .material = "clouds"});
   stage.meshes.push_back({.name = "clouds02", .surface = cloudLayer(352, 0.19f), .material = "clouds"});

@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <cmath>
 
 #include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
+#include "production/image/noise.h"
 #include "production/models/skull_parts.h"
 
 // Crows, lightning, beams and clouds.
@@ -16,6 +18,52 @@ Surface mappedFromAbove(const Surface& surface) {
   return mapped(withoutMapping(surface), [](const Vector& p) {
     return Uv{0.5f + 0.5f * p.x / wingReach, 0.5f + 0.5f * p.z / wingReach};
   });
+}
+
+// The picture's bolt strays from its diagonal by less than this, in pictures.
+constexpr float stray = 0.17f;
+
+// A ribbon along a path that shows the diagonal of the picture between two shares of it, `half` wide to
+// either side, moved by `aside`. Its ends are points: the picture's corners.
+void addRibbon(Surface& all, const std::vector<Vector>& path, const Vector& side, float half, float aside,
+               float first, float last) {
+  const auto count = static_cast<int>(path.size());
+  std::vector<int> left, right;
+  std::vector<Uv> leftUv, rightUv;
+  for (int i = 0; i < count; ++i) {
+    const float share = static_cast<float>(i) / static_cast<float>(count - 1);
+    const float t = mix(first, last, share), reach = std::min({stray, t, 1 - t});
+    const Vector& at = path[static_cast<std::size_t>(i)];
+    const Vector across = side * (half * reach / stray),
+                 shift = side * (aside * std::min(1.0f, 6 * std::min(share, 1 - share)));
+    left.push_back(addPoint(all, at + shift - across));
+    right.push_back(addPoint(all, at + shift + across));
+    leftUv.push_back({t - reach, 1 - t - reach});
+    rightUv.push_back({t + reach, 1 - t + reach});
+  }
+  const auto add = [&](int a, int b, int c, const Uv& ua, const Uv& ub, const Uv& uc) {
+    all.triangles.push_back({{a, b, c}, {ua, ub, uc}});
+  };
+  for (std::size_t i = 0; i + 1 < path.size(); ++i) {
+    if (leftUv[i] != rightUv[i]) add(left[i], left[i + 1], right[i], leftUv[i], leftUv[i + 1], rightUv[i]);
+    if (leftUv[i + 1] != rightUv[i + 1])
+      add(right[i], left[i + 1], right[i + 1], rightUv[i], leftUv[i + 1], rightUv[i + 1]);
+  }
+}
+
+// From one place to another in straight steps of different lengths that stray to all sides.
+std::vector<Vector> jagged(const Vector& from, const Vector& to, int steps, float amount,
+                           std::uint32_t seed) {
+  const Vector along = to - from;
+  std::vector<Vector> path;
+  for (int i = 0; i <= steps; ++i) {
+    const auto chance = [&](int which) { return 2 * hashUnit(i, which, seed) - 1; };
+    const bool end = i == 0 || i == steps;
+    const float share = (static_cast<float>(i) + (end ? 0 : 0.3f * chance(0))) / static_cast<float>(steps);
+    const float off = end ? 0 : amount * along.length();
+    path.push_back(from + along * share + Vector(chance(1), 0.25f * chance(2), chance(3)) * off);
+  }
+  return path;
 }
 
 }  // namespace
@@ -43,18 +91,27 @@ Surface crow() {
   return all;
 }
 
-Surface bolt(const Vector& from, const Vector& to, float width) {
-  const Vector along = to - from, middle = (from + to) * 0.5f;
-  const Vector across = unit(cross(unit(along), Vector(0.15f, 0.1f, 1)));
+Surface bolt(const Vector& from, const Vector& to, std::uint32_t seed) {
+  constexpr int steps = 11;
+  // Three at one place burn out to white; one beside them makes the channel thicker than a hair.
+  constexpr float half = 15, asides[] = {0, 0, -1.5f, 1.5f};
+  const std::vector<Vector> channel = jagged(from, to, steps, 0.055f, seed);
+  const Vector along = unit(to - from), across = unit(cross(along, Vector(0.15f, 0.1f, 1)));
   Surface all;
   all.mapped = true;
-  for (const Vector& side : {across, unit(cross(unit(along), across))}) {
-    const int a = addPoint(all, from), b = addPoint(all, middle + side * width), c = addPoint(all, to),
-              d = addPoint(all, middle - side * width);
-    all.triangles.push_back({{a, b, c}, {Uv{0, 1}, Uv{0, 0}, Uv{1, 0}}});
-    all.triangles.push_back({{a, c, d}, {Uv{0, 1}, Uv{1, 0}, Uv{1, 1}}});
+  // Two planes, so that it shows from all sides; the fewer they are, the less it frays.
+  for (const Vector& side : {across, unit(across + cross(along, across) * 1.5f)})
+    for (const float aside : asides) addRibbon(all, channel, side, half, aside, 0, 1);
+  // Branches leave at bends and die away in the air.
+  for (const int bend : {3, 6}) {
+    const Vector& fork = channel[static_cast<std::size_t>(bend)];
+    const float turn = bend == 3 ? 1.0f : -1.0f;
+    const Vector end = fork + (along * 0.7f + across * (0.6f * turn)) * (0.26f * (to - from).length());
+    for (int copy = 0; copy < 2; ++copy)
+      addRibbon(all, jagged(fork, end, 4, 0.08f, seed + static_cast<std::uint32_t>(bend)), across,
+                0.5f * half, 0, 0.55f, 1);
   }
-  return all;
+  return compacted(all);
 }
 
 Surface beam() {

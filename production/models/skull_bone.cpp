@@ -5,14 +5,15 @@
 #include "production/image/noise3.h"
 #include "production/models/skull_parts.h"
 
-// The skull as distances: what a face has, then what weather has done to it.
+// The skull as distances: what a face has, then what weather has done to it. Distances see one side only
+// where the skull is even: there x is folded.
 
 namespace vex::skull {
 
 namespace {
 
-const Vector hinge(0, 88, -8);  // of the jaw, in the skull's own axes
-const Vector socketMiddle(33, 124, 62);
+const Vector hinge(0, 100, -8);  // of the jaw, in the skull's own axes
+const Vector socketMiddle(34, 123, 62);
 
 Vector folded(const Vector& p) {
   return Vector(std::fabs(p.x), p.y, p.z);
@@ -38,90 +39,122 @@ float wound(const Vector& p) {
   return 7 * reach * std::exp(-line * line / (width * width));
 }
 
-// --- Teeth: pegs that grow out of the jaws.
-
-struct Tooth {
-  float x, width, length;  // of one side; lengths differ on the other, where one is gone
+// A limb of bone; limbs that share an end make arches and rims without a gap.
+struct Limb {
+  Vector from, to;
+  float fromRadius, toRadius, fillet;
 };
-constexpr Tooth teeth[] = {
-    {5.4f, 5.0f, 25}, {15.6f, 4.6f, 23}, {24.6f, 4.8f, 26}, {32.0f, 4.8f, 21}, {37.4f, 4.6f, 19}};
 
-float toothPlace(float x) {  // z of the dental arch
-  return 84 - 0.024f * x * x;
+float withLimbs(float distance, const Vector& folded, std::initializer_list<Limb> limbs) {
+  for (const Limb& limb : limbs)
+    distance =
+        smoothJoin(distance, taper(folded, limb.from, limb.to, limb.fromRadius, limb.toRadius), limb.fillet);
+  return distance;
 }
 
-// From its root, `down` or up.
-Surface tooth(const Vector& root, const Vector& tip, float width) {
-  const Surface peg = tube(
-      smoothPath({root, mix(root, tip, 0.5f), tip}, 4), 7,
-      [width](float t) { return width * (0.86f + 0.42f * t * (1 - t) - 0.22f * t * t); }, TubeEnd::round);
-  return withoutMapping(peg);
-}
-
-Surface teethOf(bool upper) {
-  Surface all;
-  for (int side = -1; side <= 1; side += 2)
-    for (int i = 0; i < 5; ++i) {
-      const Tooth& t = teeth[i];
-      const bool gone = upper ? side < 0 && i == 2 : side > 0 && i == 1;
-      const float scale = upper ? 1 : 0.93f, x = t.x * scale, z = toothPlace(x) - (upper ? 0 : 4);
-      const float length =
-          t.length * (gone ? 0.45f : 0.9f + 0.14f * hashUnit(i, side, 915)) * (upper ? 1 : 0.85f);
-      const float root = upper ? 63 : 14, way = upper ? -1.0f : 1.0f;
-      append(all, tooth(Vector(side * (x - 0.4f), root, z - 4), Vector(side * x, root + way * length, z),
-                        t.width * scale));
-    }
-  return all;
+float braincase(const Vector& q) {
+  float d = ellipsoid(q, Vector(0, 157, -18), Vector(75, 77, 93));
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 172, 22), Vector(62, 54, 50)), 22);
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 128, -80), Vector(44, 36, 32)), 18);  // back of the head
+  d = smoothCut(d, ellipsoid(q, Vector(89, 134, 30), Vector(25, 36, 42)), 16);   // temples
+  d = smoothJoin(d, taper(q, Vector(0, 122, -110), Vector(52, 114, -80), 5, 5), 7);
+  // The base, and the knob behind the ear.
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 98, -14), Vector(46, 16, 48)), 14);
+  return smoothJoin(d, taper(q, Vector(58, 112, -34), Vector(56, 82, -28), 14, 8), 10);
 }
 
 float craniumDistance(const Vector& p) {
   const Vector q = folded(p);
-  float d = ellipsoid(q, Vector(0, 154, -16), Vector(77, 80, 94));
-  d = smoothJoin(d, ellipsoid(q, Vector(0, 172, 22), Vector(62, 54, 50)), 22);
-  d = smoothCut(d, ellipsoid(q, Vector(88, 128, 30), Vector(24, 34, 40)), 18);  // temples
-  // Brow: low in the middle, frowning.
-  d = smoothJoin(d, taper(q, Vector(4, 143, 74), Vector(40, 152, 64), 10, 9), 9);
-  d = smoothJoin(d, taper(q, Vector(40, 152, 64), Vector(63, 132, 44), 9, 7), 9);
-  // Face, cheekbones with their arches, upper jaw.
-  d = smoothJoin(d, ellipsoid(q, Vector(0, 98, 48), Vector(39, 40, 35)), 15);
-  d = smoothJoin(d, taper(q, Vector(27, 98, 68), Vector(58, 107, 44), 10, 8), 9);
-  d = smoothJoin(d, taper(q, Vector(58, 107, 44), Vector(75, 112, -12), 6.5f, 6), 6);
-  d = smoothJoin(d, ellipsoid(q, Vector(0, 71, 58), Vector(36, 19, 28)), 9);
-  d = smoothJoin(d, taper(q, Vector(0, 138, 74), Vector(0, 118, 88), 7, 6), 6);  // bridge of the nose
-  d = smoothCut(d, ellipsoid(q, Vector(60, 82, 38), Vector(21, 21, 34)), 10);    // under the cheeks
+  float d = braincase(q);
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 100, 46), Vector(36, 38, 33)), 14);
+  // The upper jaw, and the ridge that holds the last teeth.
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 72, 52), Vector(38, 15, 31)), 8);
+  d = smoothJoin(d, taper(q, Vector(34, 73, 54), Vector(38, 74, 28), 10, 9), 6);
+  d = withLimbs(
+      d, q,
+      {
+          // Brow: low in the middle, frowning; the socket's outer rim hangs from its end.
+          {Vector(5, 143, 76), Vector(38, 153, 69), 10, 10, 8},
+          {Vector(38, 153, 69), Vector(63, 136, 46), 10, 8, 8},
+          {Vector(63, 136, 46), Vector(61, 108, 46), 7, 9, 5},
+          // Cheek: the socket's lower rim, the cheekbone, its arch and the arch's root in the temple.
+          {Vector(22, 103, 76), Vector(56, 105, 54), 7, 9, 7},
+          {Vector(56, 104, 54), Vector(37, 78, 56), 10, 8, 8},
+          {Vector(60, 104, 46), Vector(74, 107, 18), 8, 6.5f, 5},
+          {Vector(74, 107, 18), Vector(67, 110, -10), 6.5f, 8, 5},
+          {Vector(67, 110, -10), Vector(48, 116, -18), 9, 13, 7},
+          // Roof and sides of the nose.
+          {Vector(0, 143, 76), Vector(0, 122, 90), 8, 6, 6},
+          {Vector(8, 128, 76), Vector(14, 98, 80), 5, 7, 5},
+      });
+  for (const Tooth& tooth : upperTeeth())  // the roots show through the bone
+    d = smoothJoin(d, taper(p, tooth.root + Vector(0, 15, -1.5f), tooth.root, 2.2f, 0.62f * tooth.width), 3);
+  d = smoothCut(d, ellipsoid(q, Vector(62, 80, 36), Vector(20, 20, 36)), 8);  // under the cheeks
+  d = smoothCut(d, ellipsoid(q, Vector(29, 91, 88), Vector(10, 12, 10)), 7);  // beside the nose
   // Sockets, deeper inside, drooping outwards.
-  const Vector s(q.x - socketMiddle.x, q.y - socketMiddle.y + 0.20f * (q.x - socketMiddle.x), q.z);
-  d = smoothCut(d, ellipsoid(s, Vector(0, 0, 76), Vector(25, 20, 36)), 5);
-  d = smoothCut(d, ellipsoid(s, Vector(-3, -1, 46), Vector(20, 17, 24)), 6);
-  // The nose: two pears beside a thin wall.
-  d = smoothCut(d, taper(q, Vector(4.5f, 107, 86), Vector(10, 84, 82), 5, 11.5f), 3);
-  d = smoothJoin(d, taper(q, Vector(0, 112, 74), Vector(0, 80, 76), 1.6f, 2.2f), 2);
+  const Vector s(q.x - socketMiddle.x, q.y - socketMiddle.y + 0.22f * (q.x - socketMiddle.x), q.z);
+  d = smoothCut(d, ellipsoid(s, Vector(0, 0, 76), Vector(24, 20, 38)), 4);
+  d = smoothCut(d, ellipsoid(s, Vector(-4, 0, 42), Vector(20, 18, 26)), 6);
+  // The nose: a heart upside down, cut far in; a thin wall deep inside and a thorn at its foot.
+  const float heart = taper(Vector(q.x, q.y, 0), Vector(2.5f, 113, 0), Vector(8.5f, 92, 0), 4.5f, 9.5f);
+  d = smoothCut(d, std::max(heart, 46 - p.z), 3);
+  d = smoothJoin(d, taper(q, Vector(0, 120, 60), Vector(0, 82, 70), 2.2f, 2.6f), 2);
+  d = smoothJoin(d, taper(q, Vector(0, 78, 80), Vector(0, 87, 87), 5, 2.0f), 3);
   // The mouth from below.
-  d = smoothCut(d, ellipsoid(q, Vector(0, 48, 34), Vector(25, 30, 42)), 6);
+  d = smoothCut(d, ellipsoid(q, Vector(0, 48, 30), Vector(26, 28, 44)), 6);
   // A piece of the temple is broken out.
   const Vector hole(-56, 196, 30);
   d = smoothCut(d, ball(p, hole, 27 + 7 * fractal(p * 0.06f, 0, 3, 0.6f, 907)), 2);
-  return d - weathering(p, 1 - 0.6f * smoothStep(84, 66, p.y)) + wound(p);
+  return d - weathering(p, 1 - 0.6f * smoothStep(100, 70, p.y) + 0.7f * smoothStep(10, -50, p.z)) + wound(p);
 }
 
 float jawDistance(const Vector& p) {
   const Vector q = folded(p);
-  float d = taper(q, Vector(66, 92, -10), Vector(61, 44, 4), 8, 10);
-  d = smoothJoin(d, taper(q, Vector(62, 88, -2), Vector(58, 60, 22), 5, 8), 8);  // the muscle's horn
-  d = smoothJoin(d, taper(q, Vector(61, 42, 6), Vector(40, 17, 52), 11, 12), 9);
-  d = smoothJoin(d, taper(q, Vector(40, 17, 52), Vector(12, 9, 80), 12, 14), 9);
-  d = smoothJoin(d, ellipsoid(q, Vector(0, 6, 84), Vector(20, 13, 13)), 9);
+  float d = ellipsoid(q, Vector(61, 100, -8), Vector(11, 9, 8));  // the knob that turns in the skull's base
+  d = withLimbs(d, q,
+                {
+                    // The branch: a broad plate between the knob, the muscle's horn and the corner.
+                    {Vector(61, 94, -8), Vector(60, 70, 0), 7, 9, 5},
+                    {Vector(57, 92, 22), Vector(58, 68, 16), 4.5f, 8, 6},
+                    {Vector(60, 72, 4), Vector(60, 40, 2), 10, 10, 8},
+                    {Vector(58, 70, 14), Vector(56, 44, 24), 9, 11, 8},
+                    // The body, and the ridge that holds the teeth.
+                    {Vector(60, 40, 4), Vector(43, 17, 48), 11, 12, 9},
+                    {Vector(43, 17, 48), Vector(14, 9, 78), 12, 13, 9},
+                    {Vector(46, 34, 24), Vector(33, 30, 55), 8, 8, 7},
+                    {Vector(33, 30, 55), Vector(14, 26, 74), 8, 8, 7},
+                    {Vector(14, 26, 74), Vector(0, 26, 79), 8, 8, 7},
+                    {Vector(0, 2, 88), Vector(14, 1, 83), 10, 9, 8},
+                });
+  for (const Tooth& tooth : lowerTeeth())
+    d = smoothJoin(d, taper(p, tooth.root - Vector(0, 13, 1), tooth.root, 2.2f, 0.6f * tooth.width), 3);
   // Cracked through on one side.
   const float line = p.z - 40 - 0.8f * (p.y - 24) - 6 * gradientNoise(p * 0.08f, 0, 908);
   const float crack = p.x > 0 ? 6 * std::exp(-line * line / 8) : 0;
   return d - weathering(p, 0.6f) + crack;
 }
 
+// The solid is cut into triangles that are small in the face, where cameras come close, and larger away from
+// it: in a space drawn out about the face's middle.
+const Vector faceMiddle(0, 92, 66);
+
+Vector fromDrawnOut(const Vector& w) {
+  constexpr float fine = 0.60f, coarse = 1.38f, from = 40, to = 130;
+  const Vector way = w - faceMiddle;
+  const float r = way.length();
+  if (r < 1e-3f) return faceMiddle;
+  // Integral of a factor that rises from `fine` to `coarse` at an even rate.
+  const float in = std::min(r, from), rise = std::clamp(r, from, to) - from, out = std::max(0.0f, r - to);
+  const float length = fine * in + (fine + (coarse - fine) * rise / (2 * (to - from))) * rise + coarse * out;
+  return faceMiddle + way * (length / r);
+}
+
 Surface body(const Solid& solid, const Bounds& bounds, float cell, const Surface& itsTeeth) {
   IsoOptions options;
   options.bounds = bounds;
   options.cell = cell;
-  Surface all = compacted(isosurface(solid, options));
+  const Solid drawnOut = [&](const Vector& w) { return solid(fromDrawnOut(w)); };
+  Surface all = bent(compacted(isosurface(drawnOut, options)), fromDrawnOut);
   append(all, itsTeeth, toothPart);
   return placed(all, skullPlacement());
 }
@@ -133,20 +166,18 @@ Placement skullPlacement() {
 }
 
 Surface cranium() {
-  return body(craniumDistance, {Vector(-86, 30, -116), Vector(86, 240, 104)}, 6.4f, teethOf(true));
+  return body(craniumDistance, {Vector(-104, 16, -128), Vector(104, 240, 128)}, 8.3f,
+              teethSurface(upperTeeth()));
 }
 
 Surface jaw() {
-  return placed(body(jawDistance, {Vector(-80, -12, -28), Vector(80, 106, 104)}, 6.2f, teethOf(false)),
-                jawOpening(6));
+  return placed(
+      body(jawDistance, {Vector(-100, -50, -42), Vector(100, 116, 124)}, 7.3f, teethSurface(lowerTeeth())),
+      jawOpening(6));
 }
 
-Vector socket(float side) {
-  return transformed(skullPlacement(), Vector(side * 32, 123, 58));
-}
-
-Vector beamFoot(float side) {
-  return transformed(skullPlacement(), Vector(side * 33, 122, 86));
+Vector eye(float side) {
+  return transformed(skullPlacement(), Vector(side * 33.5f, 122, 79));
 }
 
 Vector jawHinge() {

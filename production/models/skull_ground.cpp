@@ -22,7 +22,7 @@ float pictureShare(float radius) {
 struct SpearPlace {
   float x, z, lean, towards, turn, size;  // degrees; `size` of the whole
 };
-constexpr SpearPlace spears[spearCount] = {{-150, 92, 9, 200, 20, 0.86f},  {-206, -66, 13, 120, 65, 1.12f},
+constexpr SpearPlace spears[spearCount] = {{-150, 92, 9, 200, 20, 0.86f},  {-206, -66, 8, 120, 65, 1.12f},
                                            {-92, -190, 6, 60, 130, 1.30f}, {86, -176, 8, 300, 100, 1.18f},
                                            {192, -40, 14, 250, 40, 1.05f}, {168, 118, 11, 340, 150, 0.78f}};
 
@@ -101,22 +101,23 @@ Surface spear() {
                                       {6.0f, 186},
                                       {4.2f, 190},
                                       {5.2f, 194},
-                                      {3.4f, 200}},
+                                      {3.4f, 200},
+                                      {0, 206}},
                                      7, 50));
   const auto width = [](float t) {
-    return 15.5f * std::pow(std::max(0.0f, std::sin(pi * std::pow(t, 0.55f))), 0.85f) * (1 - 0.15f * t) +
-           2.6f * (1 - t);
+    return 15.5f * std::max(0.0f, std::sin(pi * std::pow(t, 0.6f))) * (1 - 0.15f * t) + 2.6f * (1 - t);
   };
   const Surface blade =
-      sheet(8, 9,
-            [&](float s, float t) {
+      sheet(8, 10,
+            [&](float s, float row) {
+              const float t = std::pow(row, 1.7f);  // rows lie close where it widens
               // Around the lozenge: edge, ridge, edge, ridge; a torn edge.
               const float turn = 2 * pi * s;
               const float torn =
                   1 - 0.16f * std::max(0.0f, gradientNoise(Vector(t * 9, s < 0.5f ? 0 : 5, 0), 0, 941));
               const float x = width(t) * torn * std::cos(turn);
               const float z = (3.4f * (1 - t) + 0.3f) * std::sin(turn);
-              return Vector(x, 196 + (spearHeight() - 196) * t, z);
+              return Vector(x, 197 + (spearHeight() - 197) * t, z);
             },
             {.closedAcross = true, .poleAbove = true});
   append(all, creased(withoutMapping(placed(turnedOver(blade), Placement{})), 35));

@@ -12,7 +12,7 @@ namespace vex::skull {
 namespace {
 
 const Vector keyLight(-0.62f, 0.70f, 0.46f);  // towards the rift's reflection in the clouds
-const Vector rimLight(0.72f, 0.42f, -0.62f);
+const Vector rimLight(0.62f, 0.48f, -0.74f), secondRim(-0.72f, 0.34f, -0.66f);
 
 Vector facing(const BakePoint& p) {
   return unit(p.normal);
@@ -51,9 +51,10 @@ BakeLook stormLook() {
   };
   look.lights = {
       {.towards = keyLight, .size = 0.12f, .colour = {0.98f, 1.06f, 1.10f}},
-      {.towards = rimLight, .size = 0.10f, .colour = {0.34f, 0.52f, 0.66f}},
-      {.towards = socket(1), .placed = true, .size = 0.2f, .colour = {0.75f, 0.05f, 0.03f}, .reach = 16},
-      {.towards = socket(-1), .placed = true, .size = 0.2f, .colour = {0.75f, 0.05f, 0.03f}, .reach = 16}};
+      {.towards = rimLight, .size = 0.10f, .colour = {0.66f, 0.98f, 1.15f}},
+      {.towards = secondRim, .size = 0.10f, .colour = {0.34f, 0.50f, 0.60f}},
+      {.towards = eye(1), .placed = true, .size = 0.2f, .colour = {1.1f, 0.07f, 0.04f}, .reach = 20},
+      {.towards = eye(-1), .placed = true, .size = 0.2f, .colour = {1.1f, 0.07f, 0.04f}, .reach = 20}};
   look.bounce = {0.02f, 0.024f, 0.03f};
   look.rays = 64;
   return look;
@@ -70,7 +71,7 @@ Colour4 stoneColour(const BakePoint& p) {
   if (p.part == toothPart) stone = mix(bone, gradient(stormRamp, 0.30f), 0.4f * stain);
   stone = mix(stone, gradient(stormRamp, 0.20f), 0.65f * drips(p));
   stone = stone * (1 - 0.55f * crease) * (0.45f + 0.55f * smoothStep(0, 0.65f, p.open));
-  return stone * p.light * relief(p, 1.6f, 0.55f, grain);
+  return stone * p.light * (1.12f * relief(p, 1.6f, 0.55f, grain));
 }
 
 Colour4 boulderColour(const BakePoint& p) {

@@ -20,10 +20,20 @@ Placement skullPlacement();
 Surface cranium();  // in the world
 Surface jaw();
 enum { stonePart, toothPart };
-Vector socket(float side);            // in the world; side: 1 or -1
-Vector beamFoot(float side);          // before the brow, where nothing is in its way
+Vector eye(float side);               // in the world, in the socket's mouth; side: 1 or -1
 Vector jawHinge();                    // in the world
 Placement jawOpening(float degrees);  // a turn about the hinge
+
+// A tooth from the gum to its tip, in the skull's own axes.
+struct Tooth {
+  Vector root, tip;
+  Vector along{1, 0, 0};  // the arch's direction there
+  float width = 5;        // half of it
+  bool chisel = false, pointed = false;
+};
+const std::vector<Tooth>& upperTeeth();
+const std::vector<Tooth>& lowerTeeth();
+Surface teethSurface(const std::vector<Tooth>& teeth);
 
 // --- The ground and what stands in it.
 
@@ -38,8 +48,9 @@ Placement spearPlacement(int index);  // 0 to 5
 // --- What flies.
 
 Surface crow();  // about the origin, wings along x, its head towards +z; mapped from above
-Surface bolt(const Vector& from, const Vector& to,
-             float width);                    // two crossed sheets, from uv (0,1) to (1,0)
+// Lightning from uv (0,1) to (1,0): a jagged channel with two branches, of several ribbons that add up to
+// white.
+Surface bolt(const Vector& from, const Vector& to, std::uint32_t seed);
 Surface beam();                               // along y from the origin
 Surface cloudLayer(float above, float tilt);  // four points
 Surface vault();                              // the swirl over all

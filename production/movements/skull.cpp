@@ -7,7 +7,7 @@ using namespace screen;
 
 namespace {
 
-enum Camera { wide, low, face, crane, socket, behind, left, right };
+enum Camera { wide, low, face, crane, socket, behind, left, right, fallen };
 
 // --- Words of this world
 
@@ -62,8 +62,8 @@ struct Prey {
   const char* shot;  // cues
 };
 constexpr Prey preys[] = {{"Crow01", 0, 0.02, 0.589, "laser 1", "crow 1 falls"},
-                          {"Crow02", 1, 0.56, 0.508, "laser 2", "crow 2 falls"},
-                          {"Crow03", 2, 0.35, 0.291, "laser 3", "crow 3 falls"}};
+                          {"Crow02", 1, 0.80, 0.731, "laser 2", "crow 2 falls"},
+                          {"Crow03", 2, 0.35, 0.036, "laser 3", "crow 3 falls"}};
 
 void addPrey(Show& show, const Prey& prey) {
   const double start = skullBar, aimed = barOf(prey.aimed), shot = barOf(prey.shot);
@@ -91,48 +91,101 @@ void addPrey(Show& show, const Prey& prey) {
 
   // It falls burning until the ground has it.
   show.part("fall", shot, 2, settings,
-            {set("killCrow", {number("crow", prey.number, 0, 2)}), trail(prey.number, 70)});
+            {set("killCrow", {number("crow", prey.number, 0, 2)}), trail(prey.number, 100)});
   // A show that starts later finds it there, not in mid-air.
   show.part("burnt out", shot + 2, 0.5, settings,
             {set("killCrow", {number("crow", prey.number, 0, 2)}), trail(prey.number, 0)}, cueSeconds(2), 0);
 }
 
+// What burns lights the air about it. Places on the screen follow the fall as each shot sees it.
+struct Glow {
+  double bar, beats, height;
+  std::vector<CurveDot> across, down;  // by beats
+};
+
+void addGlows(Show& show) {
+  const Glow glows[] = {
+      {barOf("crow 1 falls"), 4, 0.6, {{0, -0.09}, {4, -0.15}}, {{0, -0.70}, {2, -0.42}, {4, 0}}},
+      {barOf("clouds race"), 2, 0.9, {{0, -0.51}, {2, -0.52}}, {{0, -0.50}, {1, -0.05}, {2, 0.65}}},
+      {barOf("crow 2 falls"), 5, 0.8, {{0, 1.01}, {5, 0.73}}, {{0, -0.57}, {2, -0.47}, {3, -0.3}, {5, 0.43}}},
+      {barOf("crow 3 falls"),
+       4,
+       1.2,
+       {{0, -0.17}, {4, -0.43}},
+       {{0, -0.9}, {1.4, -0.6}, {3, -0.08}, {4, 0.32}}},
+  };
+  for (const Glow& glow : glows)
+    show.add("fire's glow", glow.bar, glow.beats / beatsPerBar, haze,
+             Bitmap{.texture = "light6",
+                    .at = centred(line(glow.across), line(glow.down), glow.height),
+                    .alpha = fade(0.1, 0.6, 0.24),
+                    .blend = Blend::add},
+             Bitmap{.texture = "haze_ember",
+                    .at = centred(line(glow.across), line(glow.down), 2.2 * glow.height, 1.4),
+                    .alpha = fade(0.1, 0.6, 0.24),
+                    .blend = Blend::add});
+}
+
 // --- Storm
 
-// Strokes of lightning on beats from a bar on: the sparks, and the sky behind everything.
-void addStrokes(Show& show, double bar, double bars, const std::vector<double>& beats, double eyes,
-                double rest = 0.12) {
+// Strokes of lightning on beats from a bar on, each struck again a quarter of a beat later: the sparks, their
+// light from behind, and the sky. Between strokes there is none.
+void addStrokes(Show& show, double bar, double bars, const std::vector<double>& beats, double eyes) {
+  std::vector<double> struck;
+  for (const double beat : beats) {
+    if (!struck.empty() && struck.back() == beat) struck.pop_back();
+    struck.insert(struck.end(), {beat, beat + 0.25});
+  }
   show.part("storm", bar, bars, settings,
-            {lights(flashes(everyBeat, eyes * 1.4, eyes), flashes(beats, 1.6, 1)),
-             lightning(flashes(beats, 1, rest))});
+            {lights(flashes(everyBeat, eyes * 1.4, eyes), flashes(struck, 1.5, 0.7)),
+             lightning(flashes(struck, 1))});
   show.add("stroke", bar, bars, flash - 1,
            Bitmap{.texture = "haze_teal",
                   .at = centred(swing(7, -0.5, 0.5), -0.9, 3.4, 1.9),
-                  .alpha = flashes(beats, 0.9, 0),
+                  .alpha = flashes(struck, 0.8, 0),
                   .blend = Blend::add},
-           Fade{.red = 0.72, .green = 0.90, .blue = 1, .alpha = flashes(beats, 0.22, 0)});
+           Fade{.red = 0.72, .green = 0.90, .blue = 1, .alpha = flashes(beats, 0.10, 0)});
+}
+
+// A wide faint halo about the bolts, where a shot has them.
+void addHalos(Show& show) {
+  const struct {
+    double bar, bars;
+    std::vector<double> beats;
+    double x, y;
+  } halos[] = {{skullBar, 1.5, {0, 0.25, 3, 3.25}, -0.28, -0.62},
+               {skullBar, 1.5, {0, 0.25, 3, 3.25}, 0.26, -0.60},
+               {barOf("spears") + 1, 1, {0, 0.25, 1, 1.25, 1.5, 2, 2.5, 3}, 0.26, -0.44},
+               {barOf("clouds race"), 1, {0, 0.25, 1.5, 3}, 0.32, -0.42},
+               {barOf("crow 3 falls"), 1, {0, 1.25, 1.5, 2.5}, -0.42, -0.50}};
+  for (const auto& halo : halos)
+    show.add("halo", halo.bar, halo.bars, haze,
+             Bitmap{.texture = "light3",
+                    .at = centred(halo.x, halo.y, 1.9, 0.8),
+                    .alpha = flashes(halo.beats, 0.26, 0),
+                    .blend = Blend::add});
 }
 
 void addStorm(Show& show) {
   const double start = skullBar;
   show.add("zenith", start, 16, ground,
            Fade{.red = stormZenith.r, .green = stormZenith.g, .blue = stormZenith.b});
-  addStrokes(show, start, 2, {0, 3, 6, 6.5, 7.25}, 0.8);
+  addStrokes(show, start, 2, {0, 3, 6, 7.25}, 0.8);
   addStrokes(show, barOf("storm"), 2, {0, 2.5, 4, 6, 7, 7.5}, 0.9);
-  addStrokes(show, barOf("spears"), 2, {0, 1, 2, 3, 4, 5, 6, 6.5, 7, 7.5}, 0.9, 0.35);
-  addStrokes(show, barOf("laser 1"), 2, {4, 6.5}, 1.5, 0.05);
+  addStrokes(show, barOf("spears"), 2, {0, 1, 2, 3, 4, 5, 5.25, 6, 6.5, 7, 7.5}, 0.9);
+  addStrokes(show, barOf("laser 1"), 2, {4, 6.5}, 1.5);
   addStrokes(show, barOf("clouds race"), 1, {0, 1.5, 3}, 0.9);
-  addStrokes(show, barOf("laser 2"), 1, {}, 1.6, 0.05);
-  addStrokes(show, barOf("crow 2 falls"), 2, {0, 2, 4, 5, 6, 7, 7.5}, 1, 0.2);
-  addStrokes(show, barOf("laser 3"), 2, {4, 6}, 1.7, 0.05);
-  addStrokes(show, barOf("heart of the storm"), 2, {0, 0.5, 1, 2, 2.5, 3, 4, 4.5, 5, 6, 6.5, 7}, 1.8, 0.6);
+  addStrokes(show, barOf("laser 2"), 1, {}, 1.6);
+  addStrokes(show, barOf("crow 2 falls"), 2, {0, 2.5, 4, 5, 6, 7, 7.5}, 1.4);
+  addStrokes(show, barOf("laser 3"), 2, {4, 5.25, 6.5}, 1.7);
+  addStrokes(show, barOf("heart of the storm"), 2, {0, 0.5, 1, 2, 2.5, 3, 4, 4.5, 5, 6, 6.5, 7}, 1.8);
 }
 
 void addShots(Show& show) {
   const double start = skullBar;
   addShot(show, "across the plain", start, 1.5, wide, 1, 2.2);
   addShot(show, "face of rock", barOf("lightning"), 0.5, face, 3);
-  addShot(show, "over the crown", start + 2, 1, crane, 1, 3);
+  addShot(show, "over the crown", start + 2, 1, crane, 9.6, 3);
   addShot(show, "under its teeth", start + 3, 1, low, 3, 2);
   addShot(show, "spears behind", start + 4, 1, behind, 3, 2);
   addShot(show, "spears before", start + 5, 1, right, 1, 2.5);
@@ -140,11 +193,12 @@ void addShots(Show& show) {
   addShot(show, "hunt 1", start + 6.5, 1.5, left, 4, 1.5);
   addShot(show, "clouds race", start + 8, 1, low, 12, 2.5);
   addShot(show, "eyes 2", start + 9, 0.5, face, 9, 1.5);
-  addShot(show, "hunt 2", start + 9.5, 0.5, right, 5, 1.5);
+  addShot(show, "hunt 2", start + 9.5, 0.5, left, 5, 1.5);
   addShot(show, "falls towards us", start + 10, 1.25, behind, 8, 1);
   addShot(show, "plain again", start + 11.25, 0.75, wide, 12, 2);
   addShot(show, "eye 3", start + 12, 0.5, socket, 9, 4);
-  addShot(show, "hunt 3", start + 12.5, 1.5, right, 10, 1.5);
+  addShot(show, "hunt 3", start + 12.5, 0.5, right, 10, 1.5);
+  addShot(show, "falls before us", start + 13, 1, fallen, 2, 4);
   addShot(show, "heart of the storm", start + 14, 1, crane, 13, 2);
   addShot(show, "into the eye", start + 15, 0.75, socket, 12, 5.5);
   show.add("struck dumb", start + 15.75, 0.25, curtain - 1, Fade{});
@@ -154,6 +208,8 @@ void addShots(Show& show) {
 
 void addSkull(Show& show) {
   addStorm(show);
+  addHalos(show);
+  addGlows(show);
   for (const Prey& prey : preys) addPrey(show, prey);
   addShots(show);
 }

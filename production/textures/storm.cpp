@@ -38,7 +38,7 @@ Colour4 stormSky(const Vector& d) {
   const Vector p(d.x * far * 1.1f, level * 2, d.z * far * 1.6f);
   const float cloud = fractal(warp(p * 0.55f, 0, 0.5f, 951), 0, 6, 0.52f, 952);
   const float bank = smoothStep(-0.35f, 0.5f, cloud);
-  float value = 0.38f + 0.16f * bank +
+  float value = 0.30f + 0.12f * bank +
                 light * (0.32f + 0.24f * smoothStep(0.15f, -0.4f, cloud)) * smoothStep(0.62f, 0.05f, level);
   value *= 0.75f + 0.25f * smoothStep(0, 0.1f, level);
   Colour4 colour = gradient(stormRamp, value);
@@ -102,8 +102,11 @@ Canvas swirl(const Settings& settings) {
     const float cloud = fractal(q, 0, 6, 0.54f, 1002);
     const float lit = fractal(q + Vector(0.07f, -0.05f, 0), 0, 6, 0.54f, 1002) - cloud;
     const float eye = std::exp(-r * r * 26), glow = std::exp(-r * 3.2f);
-    Colour4 colour = gradient(stormRamp, 0.33f + 0.20f * smoothStep(-0.4f, 0.5f, cloud) +
-                                             1.0f * std::max(0.0f, lit) + 0.26f * glow + 0.34f * eye);
+    // Dark where heads stand against it, low over the horizon.
+    const float low = 1 - 0.34f * smoothStep(0.25f, 0.62f, r);
+    Colour4 colour = gradient(
+        stormRamp, low * (0.33f + 0.20f * smoothStep(-0.4f, 0.5f, cloud) + 1.0f * std::max(0.0f, lit)) +
+                       0.26f * glow + 0.34f * eye);
     colour.a = smoothStep(0.99f, 0.62f, r + 0.10f * cloud);
     return colour;
   });
@@ -140,7 +143,7 @@ float plumage(float x, float y) {
 }
 
 Canvas crowPicture(const Settings& settings) {
-  const int side = settings.side(256);
+  const int side = settings.side(512);
   return paintSmooth(side, side, 2, [](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
     const float d = plumage(x, y);
@@ -151,7 +154,8 @@ Canvas crowPicture(const Settings& settings) {
     const float rim = smoothStep(-0.035f, -0.004f, d);
     Colour4 colour = gradient(stormRamp, 0.13f + 0.05f * barb + 0.11f * sheen + 0.14f * rim);
     if (disc(std::fabs(x), y + 0.60f, 0.03f) < 0 && std::fabs(x) > 0.035f) colour = gradient(alarmRamp, 0.7f);
-    colour.a = smoothStep(0.012f, -0.004f, d);
+    // Hard: where it is half there, the clouds behind it are not drawn.
+    colour.a = smoothStep(0.002f, -0.004f, d);
     return colour;
   });
 }
@@ -163,11 +167,14 @@ Canvas flame(const Settings& settings, std::uint32_t seed) {
   const int side = settings.side(128);
   return paintSmooth(side, side, 2, [seed](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
-    const float lick = fractal(x * 1.6f, y * 1.1f + 5, 0, 4, 0.55f, seed);
-    const float r = std::hypot(x * 1.15f + 0.5f * lick * (0.4f - y), y * 0.95f + 0.35f * lick);
-    const float torn = fractal(x * 3 + lick, y * 2.4f - lick, 0, 4, 0.55f, seed + 7);
-    const float heat = smoothStep(0.85f, 0.05f, r + 0.32f * torn) * smoothStep(0.96f, 0.6f, std::hypot(x, y));
-    return gradient(emberRamp, 0.92f * heat * heat + 0.12f * heat);
+    const float lick = fractal(x * 1.4f, y * 1.0f + 5, 0, 4, 0.5f, seed);
+    const float r = std::hypot(x * 1.1f + 0.4f * lick * (0.4f - y), y * 0.9f + 0.3f * lick);
+    const float torn = fractal(x * 2.2f + lick, y * 1.8f - lick, 0, 3, 0.5f, seed + 7);
+    const float empty = smoothStep(0.97f, 0.55f, std::hypot(x, y));
+    // A heart in a skirt of glow, wide enough for many to run into one flame.
+    const float heart = smoothStep(0.75f, 0.0f, r + 0.2f * torn),
+                skirt = std::pow(clamp01(1 - r / 0.95f), 1.6f);
+    return gradient(emberRamp, (0.58f * heart * heart + 0.36f * skirt) * empty);
   });
 }
 
