@@ -56,7 +56,7 @@ float braincase(const Vector& q) {
   float d = ellipsoid(q, Vector(0, 157, -18), Vector(75, 77, 93));
   d = smoothJoin(d, ellipsoid(q, Vector(0, 172, 22), Vector(62, 54, 50)), 22);
   d = smoothJoin(d, ellipsoid(q, Vector(0, 128, -80), Vector(44, 36, 32)), 18);  // back of the head
-  d = smoothCut(d, ellipsoid(q, Vector(89, 134, 30), Vector(25, 36, 42)), 16);   // temples
+  d = smoothCut(d, ellipsoid(q, Vector(91, 136, 26), Vector(25, 36, 40)), 16);   // temples
   d = smoothJoin(d, taper(q, Vector(0, 122, -110), Vector(52, 114, -80), 5, 5), 7);
   // The base, and the knob behind the ear.
   d = smoothJoin(d, ellipsoid(q, Vector(0, 98, -14), Vector(46, 16, 48)), 14);
@@ -94,11 +94,10 @@ float craniumDistance(const Vector& p) {
   // Sockets, deeper inside, drooping outwards.
   const Vector s(q.x - socketMiddle.x, q.y - socketMiddle.y + 0.22f * (q.x - socketMiddle.x), q.z);
   d = smoothCut(d, ellipsoid(s, Vector(0, 0, 76), Vector(24, 20, 38)), 4);
-  d = smoothCut(d, ellipsoid(s, Vector(-4, 0, 42), Vector(20, 18, 26)), 6);
-  // The nose: a heart upside down, cut far in; a thin wall deep inside and a thorn at its foot.
+  d = smoothCut(d, ellipsoid(s, Vector(-7, 0, 44), Vector(16, 16, 22)), 6);
+  // The nose: a heart upside down, cut far in, and a thorn at its foot.
   const float heart = taper(Vector(q.x, q.y, 0), Vector(2.5f, 113, 0), Vector(8.5f, 92, 0), 4.5f, 9.5f);
   d = smoothCut(d, std::max(heart, 46 - p.z), 3);
-  d = smoothJoin(d, taper(q, Vector(0, 120, 60), Vector(0, 82, 70), 2.2f, 2.6f), 2);
   d = smoothJoin(d, taper(q, Vector(0, 78, 80), Vector(0, 87, 87), 5, 2.0f), 3);
   // The mouth from below.
   d = smoothCut(d, ellipsoid(q, Vector(0, 48, 30), Vector(26, 28, 44)), 6);
@@ -166,7 +165,7 @@ Placement skullPlacement() {
 }
 
 Surface cranium() {
-  return body(craniumDistance, {Vector(-104, 16, -128), Vector(104, 240, 128)}, 8.3f,
+  return body(craniumDistance, {Vector(-104, 16, -128), Vector(104, 240, 128)}, 8.1f,
               teethSurface(upperTeeth()));
 }
 
