@@ -79,7 +79,7 @@ float scute(float length) {
 }
 
 Surface trunk(const Stretch& one) {
-  constexpr int around = 14;
+  constexpr int around = 12;
   const auto along = static_cast<int>(one.path.size()) - 1;
   return sheet(
       around, along,
@@ -196,7 +196,7 @@ float headDistance(const Vector& p) {
 void addHead(Surface& all) {
   IsoOptions options;
   options.bounds = {Vector(-18, -32, -34), Vector(18, 24, 58)};
-  options.cell = 2.4f;
+  options.cell = 2.7f;
   append(all, placed(compacted(isosurface(headDistance, options)), headPlace), hide);
   const auto put = [&](const Surface& piece, BeingPart part) {
     append(all, placed(withoutMapping(piece), headPlace), part);

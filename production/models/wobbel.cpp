@@ -43,7 +43,7 @@ Surface knot() {
   SheetEnds ends;
   ends.closedAcross = ends.closedAlong = true;
   return sheet(
-      28, 200,
+      20, 150,
       [](float s, float t) {
         const KnotPlace here = knotPlace(t);
         const Vector along = unit(knotPlace(t + 0.001f).middle - knotPlace(t - 0.001f).middle);
