@@ -23,8 +23,7 @@ ScriptCall pose(const char* object, const Curve& fraction) {
   Curve name;
   name.kind = CurveKind::text;
   name.text = object;
-  // The very end of a motion is its beginning.
-  return boxCall("setAnimationState", {{"object", name}, {"fraction", fraction, 0, 0.999}});
+  return boxCall("setAnimationState", {{"object", name}, {"fraction", fraction, 0, 1}});
 }
 
 ScriptCall particles(const Curve& count) {
@@ -198,7 +197,7 @@ void addLayers(Show& show) {
   wide.opacity[0] = strike(0, 0.85);
   wide.opacity[1] = strike(4, 0.8);
   for (int i = 0; i < 2; ++i) wide.seconds[i] = slide(1.1 + 0.15 * i, 2.3 + 0.15 * i);
-  const Pose open{.lock = 0.8, .lid = swing(4, 0.94, 0.97), .light = swing(2, 0.9, 0.999)};
+  const Pose open{.lock = 0.8, .lid = swing(4, 0.94, 0.97), .light = swing(2, 0.9, 1)};
   addShot(show, "title in the smoke", start, 2, titleWide, open,
           {particles(160), smokeAlongTitle(slide(0.55, 1)), draw(wide)});
   Veils all;

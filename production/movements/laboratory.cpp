@@ -35,7 +35,7 @@ ScriptCall pose(const char* object, const Curve& fraction) {
   Curve name;
   name.kind = CurveKind::text;
   name.text = object;
-  // The very end of a motion is its beginning.
+  // The very end of a loop is its beginning.
   return labCall("setAnimationState", {{"object", name}, {"fraction", fraction, 0, 0.999}});
 }
 

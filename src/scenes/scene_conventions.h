@@ -77,19 +77,26 @@ inline constexpr FunctionParameter particleCountParameter{"particle count", Argu
                                                           300};
 
 inline constexpr FunctionParameter cameraParameters[]{cameraParameter};
-inline constexpr FunctionParameter animationStateParameters[]{
-    {"object", ArgumentKind::objectName},
-    // At 1 an animation that plays in a loop is back at its begin; below 0 the object is set free.
-    {"fraction", ArgumentKind::number, -1, 0.999f}};
+// Below 0 the object is set free.
+inline constexpr FunctionParameter animationStateParameters[]{{"object", ArgumentKind::objectName},
+                                                              {"fraction", ArgumentKind::number, -1, 1}};
+// At 1 an animation that plays in a loop is back at its begin.
+inline constexpr FunctionParameter loopStateParameters[]{{"object", ArgumentKind::objectName},
+                                                         {"fraction", ArgumentKind::number, -1, 0.999f}};
 inline constexpr FunctionParameter particleCountParameters[]{particleCountParameter};
 
 // The box of a scene with all six faces, or a room that is closed round its cameras, shows nothing else.
 inline constexpr GroundRule closedGround{[](std::span<const float>) { return true; },
                                          "it is called: the scene is closed all round"};
 
+// In scenes of which objects play once.
 inline constexpr FunctionRow animationStateRow{
     "setAnimationState", setAnimationState,
     "Holds an object at a fraction of its animation; below 0 the object moves freely again.",
     animationStateParameters, FunctionRole::sets};
+
+// In scenes of which all objects play in loops.
+inline constexpr FunctionRow loopStateRow{"setAnimationState", setAnimationState, animationStateRow.summary,
+                                          loopStateParameters, FunctionRole::sets};
 
 }  // namespace vex

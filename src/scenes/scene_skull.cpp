@@ -305,7 +305,7 @@ constexpr std::array functionTable{
                 "Lets a crow fall from where it is; its part starts with the shot and calls this in every "
                 "frame. It never flies again.",
                 killCrowParameters, FunctionRole::sets},
-    animationStateRow,
+    loopStateRow,
 };
 
 }  // namespace

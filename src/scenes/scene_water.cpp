@@ -8,7 +8,6 @@
 #include "engine/fluid.h"
 #include "shell/clock.h"
 #include "shell/random.h"
-#include "shell/report.h"
 #include "timeline/scene_function.h"
 
 namespace vex {
@@ -190,17 +189,13 @@ void animate(Scene* base, float t, const void* const* arguments) {
 }
 
 void setRay(Scene* base, float, const void* const* arguments) {
-  constexpr float mostRain = 1000;
+  constexpr float mostRain = 1000;  // ten thousand drops a frame
   auto& scene = static_cast<SceneWater&>(*base);
   findMesh(scene, "RayBlue").opacity = numberArgument(arguments, 0);
   ParticleSystem& particles = systemAt(scene, raySystem);
   particles.maxCount = truncateNumber(numberArgument(arguments, 1));
   particles.rate = numberArgument(arguments, 1) / particles.life;
-  scene.rainAmount = numberArgument(arguments, 2);
-  if (scene.rainAmount > mostRain) {
-    fatalError("rain amount of %s is %g, at most %g is possible", scene.name,
-               static_cast<double>(scene.rainAmount), static_cast<double>(mostRain));
-  }
+  scene.rainAmount = std::min(numberArgument(arguments, 2), mostRain);
   scene.dropStrength = numberArgument(arguments, 3);
   scene.rayFlicker = numberArgument(arguments, 4);
   findLight(scene, "Omni01").intensity = 1 - std::min(scene.rayFlicker, 1.0f);
@@ -216,7 +211,7 @@ constexpr std::array rayParameters{
 constexpr std::array functionTable{
     FunctionRow{"animate", animate, "Draws the scene; the first camera looks at the creature.",
                 cameraParameters},
-    animationStateRow,
+    loopStateRow,
     FunctionRow{"setRay", setRay,
                 "Sets the ray, its particles and its light, which dims the scene's own, and the rain: ten "
                 "drops a frame for each unit.",

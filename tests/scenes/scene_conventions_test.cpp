@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "scenes/scene_fetus.h"
+#include "scenes/scene_intro_box.h"
+#include "scenes/scene_skull.h"
+#include "scenes/scene_water.h"
 #include "tests/support/fatal.h"
 #include "tests/support/scene_builder.h"
 
@@ -48,6 +52,29 @@ TEST(SceneConventions, PoseAnObjectByItsLastTrack) {
   stone.tracks.reset();
   callFunction(rows, scene, "setAnimationState", 0, {"stone", 0.5});
   EXPECT_EQ(stone.fixedTime, -1);
+}
+
+// The greatest useful fraction stands at the end of the animation, 30 along x: one that plays once reaches
+// it, a loop would begin again.
+TEST(SceneConventions, PoseAnimationsUpToTheirEnds) {
+  const struct {
+    std::span<const FunctionRow> functions;
+    bool loop;
+  } rows[] = {{sceneIntroBox.functions, false},
+              {sceneFetus.functions, false},
+              {sceneSkull.functions, true},
+              {sceneWater.functions, true}};
+  for (const auto& [functions, loop] : rows) {
+    Scene scene;
+    fillScene(scene, {.meshes = {"Body"}});
+    scene.meshes[0]->setAnimParams(4, loop);
+    for (const FunctionRow& row : functions) {
+      if (std::string(row.name) != "setAnimationState") continue;
+      callFunction(functions, scene, row.name, 7, {"body", row.parameters[1].max});
+    }
+    scene.meshes[0]->getMatrix(7);
+    EXPECT_NEAR(scene.meshes[0]->worldPosition.x, 30, loop ? 0.1 : 0);
+  }
 }
 
 TEST(SceneConventions, KeepAParticleCountSteady) {

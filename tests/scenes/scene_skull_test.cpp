@@ -41,18 +41,9 @@ class Skull : public GlTest {
 
     beginScene(scene, sceneSkull.name, sceneSkull.functions);
     fillScene(scene, contentsOf("skull"));
-    for (Light* light : scene.lights) {
-      light->intensity = 3;
-      light->colour = {0.9f, 0.8f, 0.7f};
-    }
-    for (Mesh* mesh : scene.meshes) mesh->envMap = true;
+    for (Light* light : scene.lights) light->colour = {0.9f, 0.8f, 0.7f};
     sceneSkull.setUp(scene);
-    for (int i = 0; i < 21; ++i)
-      EXPECT_EQ(scene.meshes[i]->envMap, i >= 7);  // rock and spears mirror nothing
-    for (Mesh* mesh : scene.meshes) {
-      mesh->envMap = false;
-      mesh->buildArrays();
-    }
+    for (Mesh* mesh : scene.meshes) mesh->buildArrays();
     for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
     demoClock.time = 5;
     randomState = 1;
@@ -71,91 +62,7 @@ class Skull : public GlTest {
   SceneSkull scene;
 };
 
-TEST_F(Skull, RegistersItsFunctions) {
-  EXPECT_EQ(namesOf(sceneSkull.functions),
-            (std::vector<std::string>{"animate", "setLights", "setSparkRate", "setLaser", "setLaserOpacity",
-                                      "setParticleCount", "killCrow", "setAnimationState"}));
-  EXPECT_STREQ(sceneSkull.model, "data\\skull");
-}
-
-TEST_F(Skull, LightsAreSetUp) {
-  const struct {
-    int index;
-    double size, strength, red, green, blue, intensity;
-    const char* texture;
-    bool active, glow;
-  } rows[] = {
-      {0, 25, 1, 0.9, 0.8, 0.7, 3, "data\\flare_normal", true, true},
-      {2, 0, 1, 0.9, 0.8, 0.7, 1, "data\\flare_normal", true, true},
-      {3, 40, -0.4, 1, 1, 1, 3, "data\\flare_smoke4", false, false},
-      {4, 40, -0.4, 1, 1, 1, 3, "data\\flare_smoke1", false, false},
-      {7, 0, 1, 0.9, 0.8, 0.7, 0, "data\\flare_normal", true, true},
-      {8, 15, 0.4, 1, 0.5 + 0.5 * std::sin(8.0), 0.2, 3, "data\\flare_fire1", false, false},
-      {9, 15, 0.4, 1, 0.5 + 0.5 * std::sin(9.0), 0.2, 3, "data\\flare_fire2", false, false},
-      {11, 15, 0.4, 1, 0.5 + 0.5 * std::sin(11.0), 0.2, 3, "data\\flare_fire4", false, false},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.index);
-    const Light& light = *scene.lights[row.index];
-    expectValues({{"size", light.flareSize, row.size},
-                  {"strength", light.flareStrength, row.strength},
-                  {"intensity", light.intensity, row.intensity},
-                  {"red", light.colour.r, row.red},
-                  {"green", light.colour.g, row.green},
-                  {"blue", light.colour.b, row.blue}});
-    EXPECT_STREQ(light.flareTexture, row.texture);
-    EXPECT_EQ(light.active, row.active);
-    EXPECT_EQ(light.glow, row.glow);
-  }
-}
-
-TEST_F(Skull, MeshesAreSetUp) {
-  EXPECT_EQ(playing(scene.viewers[0]->targetTrack.get()), (Playing{20, true}));
-  for (const Mesh* mesh : scene.meshes) {
-    SCOPED_TRACE(mesh->name);
-    const std::string stem = std::string(mesh->name).substr(0, 5);
-    const bool laser = stem == "laser", spark = stem == "spark", cloud = stem == "cloud",
-               crow = stem == "Crow0";
-    EXPECT_EQ(playing(*mesh), (Playing{20, true}));
-    EXPECT_EQ(mesh->twoSided, laser || spark || cloud);
-    EXPECT_EQ(mesh->lit, !laser && !cloud);
-    EXPECT_EQ(mesh->blendMode, cloud            ? BlendMode::transparent
-                               : laser || spark ? BlendMode::additive
-                                                : BlendMode::opaque);
-    EXPECT_EQ(mesh->fixedTime, crow ? 0 : -1);
-    EXPECT_EQ(mesh->texture, crow ? 6 : -1);
-  }
-  EXPECT_TRUE(textureEntry(6).wrap);
-  EXPECT_EQ(scene.boxTextures, (std::array{-1, 5, 4, 3, 2, 1}));
-}
-
 TEST_F(Skull, CrowsCarryFireAndSmoke) {
-  for (int i = 0; i < 6; ++i) {
-    SCOPED_TRACE(i);
-    ASSERT_TRUE(scene.particleSystems[i]);
-    const ParticleSystem& system = *scene.particleSystems[i];
-    const bool fire = i < 3;
-    EXPECT_EQ(system.parent, scene.meshes[7 + i % 3]);
-    ASSERT_EQ(system.shapeCount, 4);
-    for (int k = 0; k < 4; ++k) {
-      EXPECT_EQ(system.shapes[static_cast<std::size_t>(k)], scene.lights[(fire ? 8 : 3) + k]);
-    }
-    expectValues({{"rate", system.rate, 0},
-                  {"most", system.maxCount, 0},
-                  {"spread", system.velocitySpread, 30},
-                  {"life", system.life, fire ? 0.6 : 2},
-                  {"variation", system.lifeVariation, fire ? 0.1 : 0.4},
-                  {"place", system.positionSpread, fire ? 4 : 0},
-                  {"velocity", system.velocity.y, fire ? 80 : 50},
-                  {"sideways", system.velocity.length(), fire ? 80 : 50},
-                  {"gravity", system.gravity.y, fire ? 100 : 50},
-                  {"gravity sideways", system.gravity.length(), fire ? 100 : 50},
-                  {"alpha", system.maxAlpha, 1.3f},
-                  {"offset", system.offset.y, fire ? 0 : 20},
-                  {"offset sideways", system.offset.length(), fire ? 0 : 20}});
-  }
-  EXPECT_FALSE(scene.particleSystems[6]);
-
   call("setParticleCount", 0, {1.9, 12.9});
   expectValues({{"fire", scene.particleSystems[1]->maxCount, 12},
                 {"fire rate", scene.particleSystems[1]->rate, 20},
