@@ -66,10 +66,13 @@ void Mesh::recomputeNormals(bool flip) {
   const auto at = [&](std::uint32_t k) { return deformed ? read(positions, k) : vertices[k].position; };
   for (Vertex& vertex : vertices) vertex.normal = {};
   for (const Face& face : faces) {
-    // The edges at one corner span the same plane as those at the others.
+    // Each corner takes the normal of its own two edges. All three are the same but for rounding, and so
+    // rounded they cancel exactly where two faces lie back to back, whichever corner they begin at.
     const Vector a = at(face.v[0]), b = at(face.v[1]), c = at(face.v[2]);
-    const Vector normal = normalized(cross(b - a, a - c));
-    for (const std::uint32_t corner : face.v) vertices[corner].normal += normal;
+    const Vector ab = b - a, bc = c - b, ca = a - c;
+    vertices[face.v[0]].normal += normalized(cross(ab, ca));
+    vertices[face.v[1]].normal += normalized(cross(bc, ab));
+    vertices[face.v[2]].normal += normalized(cross(ca, bc));
   }
   for (Vertex& vertex : vertices) {
     vertex.normal.normalize();

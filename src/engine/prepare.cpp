@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <numbers>
+#include <cmath>
 
 #include "engine/scene.h"
 #include "engine/strips.h"
@@ -24,11 +24,14 @@ void spreadTexCoords(Mesh& mesh) {
 // Turns each fan round whose first triangle faces away from its hub's normal. The texture coordinates are
 // not drawn and stay.
 void windFans(Mesh& mesh) {
-  constexpr float quarterTurn = std::numbers::pi_v<float> / 2;
+  constexpr double quarterTurn = 1.5707963268;  // a little less than the float angle of perpendicular vectors
   for (StripList& fan : mesh.fans) {
     const auto at = [&](std::size_t i) { return mesh.vertices[fan.vertices[i]].position; };
     const Vector facing = cross(at(1) - at(0), at(2) - at(0));
-    if (angle(facing, mesh.vertices[fan.vertices[0]].normal) > quarterTurn) {
+    const Vector& normal = mesh.vertices[fan.vertices[0]].normal;
+    const float turn = angle(facing, normal);
+    // Rounded, the cosine of opposite vectors may lie below -1, which has no angle.
+    if (turn > quarterTurn || (std::isnan(turn) && dot(facing, normal) < 0.0f)) {
       std::reverse(fan.vertices.begin() + 1, fan.vertices.end());
     }
   }

@@ -111,6 +111,23 @@ TEST(Animation, LaterRotationKeysTurnWhatTheEarlierOnesTurned) {
   }
 }
 
+// Of two keys the second one's axis is turned about, on top of the whole first key; a copy does the same.
+TEST(Animation, TwoRotationKeysHaveAnAxisEach) {
+  const Animation track = makeTrack(TrackType::rotation, {{0, {1, 0, 0}, pi / 2}, {10, {0, 0, 1}, pi / 2}});
+  Animation copy(track);
+  copy.duration = track.duration;
+  const float half = std::sqrt(0.5f);
+  for (const Animation* each : {&track, static_cast<const Animation*>(&copy)}) {
+    const auto turned = [&](float t, const Vector& v) { return transformPoint(each->getMatrix(t), v); };
+    expectPoint(turned(0, {0, 1, 0}), {0, 0, -1}, 0);
+    expectPoint(turned(0, {1, 0, 0}), {1, 0, 0}, 0);
+    expectPoint(turned(5, {1, 0, 0}), {half, -half, 0}, 5);
+    expectPoint(turned(5, {0, 0, 1}), {half, half, 0}, 5);
+    expectPoint(turned(10, {0, 1, 0}), {0, 0, -1}, 10);
+    expectPoint(turned(10, {0, 0, 1}), {1, 0, 0}, 10);
+  }
+}
+
 // With three keys and smoothing, the axis in between is the spline's.
 TEST(Animation, SmoothRotationsSplineTheAxis) {
   const std::vector<Key> keys{{0, {1, 0, 0}, 0.0f}, {10, {0, 1, 0}, 0.0f}, {20, {0, 0, 1}, 1.0f}};

@@ -136,6 +136,10 @@ TEST(Fluid, IsPushedIntoACone) {
   };
   for (const auto& row : cases) EXPECT_FLOAT_EQ(height(row.i, row.j), row.height) << row.i << ", " << row.j;
 
+  push(mesh, 0.5f, 0.5f, -2.0f);  // takes the place of what was there
+  EXPECT_FLOAT_EQ(height(32, 32), -2);
+  EXPECT_FLOAT_EQ(height(33, 32), -1.5f);
+  push(mesh, 0.5f, 0.5f, 1.0f);
   animateFluid(mesh, 0.02f);
   EXPECT_NEAR(height(32, 32), (4 * 0.75 + 4 * diagonal + 4 * 0.5) / 6 * 0.95, 1e-5);
   EXPECT_NEAR(mesh.positions[3 * (32 * 65 + 32) + 1], 1201.1 + 3, 0.1);

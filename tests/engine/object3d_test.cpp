@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <functional>
 
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
@@ -110,6 +111,30 @@ TEST(Object3D, AFixedTimeIsItsOwn) {
   expectNear(moved(child, 5, {}), {20, 50, 0});
 }
 
+// Parents follow the scene's time whoever asks, and a parent with a fixed time of its own keeps that.
+TEST(Object3D, AFixedTimeGoesNeitherUpNorDown) {
+  constexpr float theta = 0.1f;  // of a turn a second
+  for (const std::uint8_t flags : {std::uint8_t{0}, skeletonFlag}) {
+    SCOPED_TRACE(int{flags});
+    Object3D grandparent, parent, child;
+    parent.parent = &grandparent;
+    child.parent = &parent;
+    float height = 1;
+    for (Object3D* object : {&grandparent, &parent, &child}) {
+      object->flags = flags;
+      object->addAnimation(straightPath({}, {0, 0, 10 * height}));
+      object->addAnimation(turnTrack(zAxis, 10 * theta * height));
+      object->setAnimParams(10, false);
+      height *= 10;
+    }
+    parent.setFixedTime(3);
+    child.setFixedTime(2);
+    const float angle = theta * (5 * 1 + 3 * 10 + 2 * 100);
+    expectNear(moved(child, 5, {1, 0, 0}), {std::cos(angle), -std::sin(angle), 5 * 1 + 3 * 10 + 2 * 100});
+    expectNear(transformPoint(child.getRotation(5), {1, 0, 0}), {std::cos(angle), -std::sin(angle), 0});
+  }
+}
+
 TEST(Object3D, SkeletonHelpersGoToTheirPlaceAgainUnderAParent) {
   Object3D parent, helper;
   parent.addAnimation(straightPath({0, 0, 0}, {0, 0, 9}));
@@ -137,6 +162,27 @@ TEST(Object3D, ManualTransformsWorkAboutThePivot) {
   object.resetTransform();
   expectNear(moved(object, 0, {6, 2, 0}), {6, 2, 0});
   EXPECT_FALSE(object.manual);
+}
+
+// By resetTransform() at once, by getMatrix() for the next frame's transforms.
+TEST(Object3D, ThePivotIsPutBack) {
+  const auto byReset = [](Object3D& object) { object.resetTransform(); };
+  const auto byMatrix = [](Object3D& object) {
+    object.getMatrix(0);
+    object.current.setIdentity();
+  };
+  for (const auto& putBack :
+       {std::function<void(Object3D&)>(byReset), std::function<void(Object3D&)>(byMatrix)}) {
+    Object3D object;
+    object.position = {5, 0, 0};
+    object.resetTransform();
+    object.translate({1, 2, 3});
+    putBack(object);
+    object.rotate(zAxis, quarterTurn);
+    expectNear(transformPoint(object.current, {6, 0, 0}), {5, -1, 0});
+    object.scale({2, 2, 2});
+    expectNear(transformPoint(object.current, {6, 0, 0}), {5, -2, 0});
+  }
 }
 
 TEST(Object3D, ManualTransformsDoNotCollectTheParent) {

@@ -6,6 +6,7 @@
 
 #include "engine/strips.h"
 #include "shell/files.h"
+#include "shell/random.h"
 #include "shell/report.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
@@ -175,23 +176,57 @@ TEST(Preparation, SpreadsTextureCoordinatesAfterBuildingTheArrays) {
   }
 }
 
+// A fan of three triangles about the origin that face along z, under the given turn.
+void makeTurnedFan(Mesh& mesh, const Matrix& turn, const Vector& hubNormal) {
+  addFaces(mesh, {{0, 1, 2}, {0, 2, 3}, {0, 3, 4}});
+  mesh.texCoords.resize(9);
+  const Vector corners[] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {-1, 1, 0}};
+  for (std::size_t k = 0; k < 5; ++k) {
+    mesh.vertices[k] = {.position = transformPoint(turn, corners[k]),
+                        .normal = transformPoint(turn, hubNormal)};
+  }
+}
+
+const std::vector<std::uint32_t> asBuilt{0, 1, 2, 3, 4}, turnedRound{0, 4, 3, 2, 1};
+
+// The file keeps the fan as it was found, so that it is wound after reading as after building.
 TEST_F(StripCache, FansAreWoundAlongTheNormalOfTheirHub) {
-  for (const float facing : {1.0f, -1.0f, 0.0f}) {
+  struct Case {
+    const char* what;
+    Vector hubNormal;
+    bool turned;
+  };
+  for (const Case& c : {Case{"along", {0, 0, 1}, false}, Case{"away", {0, 0, -1}, true},
+                        Case{"hardly along", {1, 0, 1e-5f}, false}, Case{"across", {1, 0, 0}, true},
+                        Case{"no normal", {0, 0, 0}, false}}) {
     std::filesystem::remove(cache);
-    TestScene fresh(1);
-    Mesh& mesh = *fresh.meshes[0];
-    addFaces(mesh, {{0, 1, 2}, {0, 2, 3}, {0, 3, 4}});
-    mesh.texCoords.resize(9);
-    const Vector corners[] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {-1, 1, 0}};
-    for (std::size_t k = 0; k < 5; ++k) mesh.vertices[k] = {.position = corners[k], .normal = {0, 0, facing}};
     for (const char* pass : {"built", "read"}) {
+      TestScene fresh(1);
+      Mesh& mesh = *fresh.meshes[0];
+      makeTurnedFan(mesh, scaling({1, 1, 1}), c.hubNormal);
       fresh.prepare(true);
-      EXPECT_EQ(mesh.fans.at(0).vertices, facing < 0 ? (std::vector<std::uint32_t>{0, 4, 3, 2, 1})
-                                                     : (std::vector<std::uint32_t>{0, 1, 2, 3, 4}))
-          << pass << ' ' << facing;
-      EXPECT_EQ(mesh.fans.at(0).texCoords, (std::vector<std::uint32_t>{0, 1, 2, 5, 8}));
+      EXPECT_EQ(mesh.fans.at(0).vertices, c.turned ? turnedRound : asBuilt) << c.what << ' ' << pass;
+      EXPECT_EQ(mesh.fans.at(0).texCoords, (std::vector<std::uint32_t>{0, 1, 2, 5, 8})) << c.what;
+    }
+    const std::string bytes = readFile(cache);
+    for (std::size_t i = 0; i < 5; ++i) {
+      EXPECT_EQ(bytes.at(4 * (2 + 2 * i)), static_cast<char>(asBuilt[i])) << c.what << ": the file's fan";
     }
   }
+}
+
+// Rounded, the cosine of a right-about turn lies below -1 for some.
+TEST_F(StripCache, FansThatFaceExactlyAwayAreTurned) {
+  randomState = 5;
+  TestScene fresh(200);
+  for (Mesh* mesh : fresh.meshes) {
+    const Vector axis(randomSymmetric(1), randomSymmetric(1), randomSymmetric(1));
+    makeTurnedFan(*mesh, rotation(axis, randomSymmetric(3)) * scaling(Vector(1, 1, 1) * 7.3f), {0, 0, -1});
+    const auto at = [&](std::size_t k) { return mesh->vertices[k].position; };
+    mesh->vertices[0].normal = -cross(at(1) - at(0), at(2) - at(0)) * 0.37f;
+  }
+  fresh.prepare(true);
+  for (const Mesh* mesh : fresh.meshes) EXPECT_EQ(mesh->fans.at(0).vertices, turnedRound) << mesh->name;
 }
 
 }  // namespace vex
