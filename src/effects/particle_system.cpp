@@ -15,8 +15,6 @@ namespace vex {
 
 namespace {
 
-constexpr int maxParticles = 1'000'000;  // alive in one system; a count in a project may be anything
-
 Vector randomVector(float range) {
   const float z = randomSymmetric(range);
   const float y = randomSymmetric(range);
@@ -44,15 +42,16 @@ void ParticleSystem::update(float now, float dt) {
     particle.velocity += fall;
     particle.angle += particle.spin * dt;
     particle.alpha += particle.deathTime - now > fullLife ? fadeInStep : -fadeOutStep;
-    anyExpired |= particle.deathTime <= now;
+    anyExpired |= !(particle.deathTime > now);
   }
   if (anyExpired) expire(now);
 
-  emitCarry += rate * dt;
+  // A rate may be beyond all bounds, below 0 or no number: what it leaves behind must not outlast it.
+  emitCarry = std::max(0.0f, emitCarry + rate * dt);
   if (emitCarry >= 1.0f) {
-    // Never more than maxCount, which fits an int: a rate may be beyond all bounds.
+    // Never more than maxCount, which fits an int.
     emit(emitCarry < static_cast<float>(maxCount) ? static_cast<int>(emitCarry) : maxCount, now);
-    emitCarry = std::fmod(emitCarry, 1.0f);
+    emitCarry = std::isfinite(emitCarry) ? std::fmod(emitCarry, 1.0f) : 0.0f;
   }
 }
 
@@ -80,11 +79,8 @@ Particle& ParticleSystem::takeRecord() {
 
 void ParticleSystem::emit(int n, float now) {
   if (shapeCount <= 0) fatalError("cannot generate particles w/o shapes!");
-  n = std::min(n, std::max(maxCount, 0) - aliveCount);
+  n = std::min(n, std::clamp(maxCount, 0, maxParticles) - aliveCount);
   if (n <= 0) return;
-  if (n > maxParticles - aliveCount) {
-    fatalError("ParticleSystem %s: %d particles alive (%d allowed)!", name, aliveCount + n, maxParticles);
-  }
 
   Vector startVelocity = velocity;
   Vector start = offset;

@@ -14,6 +14,7 @@
 namespace vex {
 
 inline constexpr int maxShapes = 8;
+inline constexpr int maxParticles = 1'000'000;  // alive in one system, whatever its maxCount
 
 struct Particle {
   Vector position;  // world space
@@ -35,7 +36,7 @@ struct ParticleSystem : Object3D {
   Vector velocity{0.0f, 100.0f, 0.0f};  // of a new particle, units a second
   float velocitySpread = 30.0f;         // most that chance adds to each component, up or down
   float positionSpread = 0.0f;
-  int maxCount = 100;         // most particles alive at once
+  int maxCount = 100;         // most particles alive at once, up to maxParticles
   float rate = 50.0f;         // particles a second
   bool followParent = false;  // turn the velocity by the parent's orientation
   Vector offset;              // of emission, in the parent's orientation; in world space without a parent
@@ -58,7 +59,7 @@ struct ParticleSystem : Object3D {
   void update(float now, float dt);
 
   // Up to n new particles, as far as maxCount allows; the others are dropped. Each takes the first record
-  // that is not alive. Fatal: "cannot generate particles w/o shapes!", more than 1000000 particles alive.
+  // that is not alive. Fatal: "cannot generate particles w/o shapes!".
   void emit(int n, float now);
 
   void expire(float now);  // of every particle whose deathTime has come

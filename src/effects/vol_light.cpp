@@ -1,5 +1,6 @@
 #include "effects/vol_light.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -12,18 +13,10 @@ namespace vex {
 namespace {
 
 constexpr float pi = 3.1415927f;
-constexpr int maxSamples = 1024;  // a side; more than any window offers to render them in
-
-int checkedSize(int samples) {
-  if (samples < 2 || samples > maxSamples) {
-    fatalError("VolLight: depth map of %d samples a side (2 to %d allowed)!", samples, maxSamples);
-  }
-  return samples;
-}
 
 }  // namespace
 
-VolLight::VolLight(int samples) : size(checkedSize(samples)) {
+VolLight::VolLight(int samples) : size(std::clamp(samples, minDepthSize, maxDepthSize)) {
   kind = ObjectKind::volLight;
   const auto n = static_cast<std::size_t>(size);
   depthBuffer.assign(n * n, 0.0f);

@@ -16,13 +16,17 @@
 
 namespace vex {
 
+// Samples a side of a depth map: two at least span a beam, and more than the most fit no window.
+inline constexpr int minDepthSize = 2;
+inline constexpr int maxDepthSize = 1024;
+
 struct VolLight : Light {
   // Of the last pass, rows from the bottom of the image up, 0 (near plane) to 1 (far plane).
   std::vector<float> depthBuffer;
   Mesh beams;  // N * N grid vertices, rows from the top of the image down, and the apex
   int size;    // N
 
-  // Fatal: fewer than 2 samples a side, or more than 1024.
+  // Samples a side, held within minDepthSize and maxDepthSize.
   explicit VolLight(int samples);
   ~VolLight();  // logs "  destroying VolLight %s\n" before the lines of its mesh and its light
 

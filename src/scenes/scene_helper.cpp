@@ -14,7 +14,6 @@
 #include "scenes/word_endings.h"
 #include "shell/flat_drawing.h"
 #include "shell/random.h"
-#include "shell/report.h"
 #include "shell/window_size.h"
 #include "timeline/scene_function.h"
 
@@ -165,7 +164,8 @@ void fadeScreen(Scene*, float, const void* const* arguments) {
   endOverlay();
 }
 
-// Times below 0 play backwards from the last frame.
+// Times below 0 play backwards from the last frame. With the last frame before the first, the remainder has
+// as many values as there are frames between them: times from 0 on play those that follow the first.
 int movieFrameAt(float time, float framesPerSecond, int first, int last) {
   const float frame = time * framesPerSecond;
   const float count = static_cast<float>(last - first + 1);
@@ -177,7 +177,6 @@ void drawMovie(Scene*, float t, const void* const* arguments) {
   const char* base = textArgument(arguments, 0);
   const int first = truncateNumber(numberArgument(arguments, 5));
   const int last = truncateNumber(numberArgument(arguments, 6));
-  if (last < first) fatalError("movie %s: last frame %d comes before first frame %d", base, last, first);
   char file[movieFrameNameSize * 2];
   std::snprintf(file, sizeof file, "%s%d.jpg", base,
                 movieFrameAt(t, numberArgument(arguments, 7), first, last));
@@ -246,15 +245,12 @@ int logoTexture(const char* firstFrame, int frames, float glitchProbability) {
 }
 
 void drawVexLogo(Scene*, float t, const void* const* arguments) {
-  constexpr int maxLayers = 1000;
   const char* ending = textArgument(arguments, 0);
   const Point centre{numberArgument(arguments, 1), -numberArgument(arguments, 2)};
   const float size = numberArgument(arguments, 3);
   const float glitchProbability = numberArgument(arguments, 4);
   float alpha = numberArgument(arguments, 5);
-  const int layers = truncateNumber(numberArgument(arguments, 6));
-  if (layers > maxLayers)
-    fatalError("logo %s has %d layers, at most %d are possible", ending, layers, maxLayers);
+  const int layers = std::min(truncateNumber(numberArgument(arguments, 6)), maxLogoLayers);
 
   beginOverlay();
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);

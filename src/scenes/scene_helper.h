@@ -13,6 +13,8 @@
 
 namespace vex {
 
+inline constexpr int maxLogoLayers = 1000;  // drawn in a frame, whatever the count
+
 struct SceneHelper : Scene {
   SceneHelper();
 };

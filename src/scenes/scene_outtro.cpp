@@ -38,6 +38,12 @@ void copyName(char (&to)[size], const char* from) {
   std::snprintf(to, size, "%s", from);
 }
 
+// One frame's step. A motion beyond all numbers starts anew, so that one wild speed does not end it for good.
+void advance(float& position, float step) {
+  position += step;
+  if (!std::isfinite(position)) position = 0;
+}
+
 // Textured quads over what is there, without depth of their own.
 void beginSprites(const char* texture, bool wrap) {
   setUpFlatDrawing();
@@ -113,7 +119,7 @@ void drawScroller(Scene* base, float t, const void* const* arguments) {
   const float middle = argument(6);
   if (!*scene.fontName || !*scene.textName) fatalError("Calling drawScroller w/o font or text!");
 
-  scene.scrollPos += clockDelta() * argument(0) * 10;
+  advance(scene.scrollPos, clockDelta() * argument(0) * 10);
   const int first = truncateNumber(scene.scrollPos);
   const float rest = 1 - (scene.scrollPos - static_cast<float>(first));
   const auto height = [&](float place) {
@@ -152,10 +158,8 @@ void drawScroller(Scene* base, float t, const void* const* arguments) {
 constexpr const char* copperTexture = "data\\copperbar";
 
 void showCopperBars(Scene*, float t, const void* const* arguments) {
-  constexpr int maxBars = 1000;
   const auto argument = [arguments](int slot) { return numberArgument(arguments, slot); };
-  const int bars = truncateNumber(argument(0));
-  if (bars > maxBars) fatalError("%d copper bars are too many, at most %d are possible", bars, maxBars);
+  const int bars = std::min(truncateNumber(argument(0)), maxCopperBars);
   if (bars <= 0) return;
   const float waveSpeed = argument(3) * pi;
   const float spacing = argument(4) * 10 / pi;
@@ -240,7 +244,7 @@ void preloadVectorBalls(Scene* base, float, const void* const* arguments) {
 void showVectorBalls(Scene* base, float t, const void* const* arguments) {
   SceneOuttro& scene = outtro(base);
   glDepthMask(GL_TRUE);
-  scene.ballAngle += clockDelta() * numberArgument(arguments, 1) * 2 * pi;
+  advance(scene.ballAngle, clockDelta() * numberArgument(arguments, 1) * 2 * pi);
   for (Light* light : scene.lights) light->flareSize = numberArgument(arguments, 0);
   const float distance = numberArgument(arguments, 2);
   Viewer& viewer = viewerAt(scene, 0);
@@ -258,7 +262,7 @@ void drawStars(Scene* base, float, const void* const* arguments) {
   constexpr float side = fieldSize;
   SceneOuttro& scene = outtro(base);
   for (const auto& [axis, slot] : {std::pair{&Vector::x, 0}, {&Vector::y, 1}, {&Vector::z, 2}}) {
-    scene.starOffset.*axis += clockDelta() * numberArgument(arguments, slot) * side;
+    advance(scene.starOffset.*axis, clockDelta() * numberArgument(arguments, slot) * side);
   }
 
   const bool textured = glIsEnabled(GL_TEXTURE_2D);

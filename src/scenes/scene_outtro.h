@@ -10,6 +10,7 @@
 namespace vex {
 
 inline constexpr int starCount = 1000;
+inline constexpr int maxCopperBars = 1000;  // drawn in a frame, whatever the count
 
 // The closing scene: a scroller, copper bars, a cloud of balls and a field of stars.
 //

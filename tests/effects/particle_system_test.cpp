@@ -215,7 +215,6 @@ TEST(ParticleSystem, CarriesFractionsFromFrameToFrame) {
       {100.0f, 0.125f, {10, 10}, 0.0f},  // beyond the 10 allowed: dropped, not carried
       {108.0f, 0.125f, {10, 10}, 0.0f},
       {109.0f, 0.125f, {10, 10}, 0.25f},  // 13.625, then 0.625 + 13.625
-      {1e30f, 0.125f, {10}, 0.0f},
       {0.0f, 0.125f, {0, 0}, 0.0f},
   };
   for (const auto& row : cases) {
@@ -339,18 +338,59 @@ TEST(ParticleSystem, RefusesTooManyShapesAndNone) {
   EXPECT_EQ(fatalText([&] { system.addShape(&light); }), "no more than 8 shapes allowed!");
 }
 
-TEST(ParticleSystem, RefusesCountsBeyondReason) {
+TEST(ParticleSystem, HoldsAMillionAtMost) {
   Light light;
   ParticleSystem system;
-  std::snprintf(system.name, objectNameSize, "rain");
   system.addShape(&light);
   system.maxCount = 2'000'000'000;
   system.emit(2, 0.0f);
-  EXPECT_EQ(fatalText([&] { system.emit(999'999, 0.0f); }),
-            "ParticleSystem rain: 1000001 particles alive (1000000 allowed)!");
   system.rate = 1e30f;
-  EXPECT_EQ(fatalText([&] { system.update(0.0f, 1.0f); }),
-            "ParticleSystem rain: 2000000000 particles alive (1000000 allowed)!");
+  system.update(0.0f, 1.0f);
+  EXPECT_EQ(system.aliveCount, maxParticles);
+  EXPECT_EQ(system.particles.size(), 1'000'000u);
+}
+
+TEST(ParticleSystem, EmitsAgainAfterAnyRate) {
+  constexpr float infinity = std::numeric_limits<float>::infinity();
+  for (const float wild : {infinity, -infinity, std::numeric_limits<float>::quiet_NaN(), 1e30f, -1e30f}) {
+    Light light;
+    ParticleSystem system;
+    system.addShape(&light);
+    system.life = 0.25f;
+    system.lifeVariation = 0.0f;
+    for (const float rate : {wild, 0.0f, 8.0f}) {
+      system.rate = rate;
+      system.update(rate == 8.0f ? 10.0f : 0.0f, 0.5f);
+    }
+    EXPECT_EQ(system.aliveCount, 4) << wild;
+  }
+}
+
+// The dying make room for the new, and these have not moved yet.
+TEST(ParticleSystem, LetsDieBeforeItEmits) {
+  Light light;
+  ParticleSystem system;
+  system.addShape(&light);
+  system.maxCount = 3;
+  system.lifeVariation = 0.0f;
+  system.emit(3, 0.0f);
+  system.update(2.0f, 0.02f);
+  EXPECT_EQ(system.aliveCount, 1);
+  EXPECT_TRUE(system.particles[0].alive);
+  EXPECT_EQ(system.particles[0].position, Vector());
+  EXPECT_EQ(system.particles[0].deathTime, 4.0f);
+}
+
+// One that dies at no number is dead: it would take its place for good.
+TEST(ParticleSystem, LetsDieWhatHasNoTimeToDie) {
+  Light light;
+  ParticleSystem system;
+  system.addShape(&light);
+  system.rate = 0.0f;
+  system.emit(1, 0.0f);
+  system.particles[0].deathTime = std::numeric_limits<float>::quiet_NaN();
+  system.update(0.0f, 0.02f);
+  EXPECT_EQ(system.aliveCount, 0);
 }
 
 TEST(ParticleSystem, ComesInArraysThatEndInNull) {

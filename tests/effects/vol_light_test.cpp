@@ -5,11 +5,11 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <set>
 #include <vector>
 
 #include "shell/report.h"
-#include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
 #include "tests/support/vectors.h"
 
@@ -73,16 +73,16 @@ TEST(VolLight, SetsUpItsBeams) {
   EXPECT_EQ(light.beams.normals, std::vector<float>(3 * 17, 0.0f));
 }
 
-TEST(VolLight, RefusesOtherSizes) {
-  const struct {
-    int size;
-    const char* text;
-  } cases[] = {
-      {-3, "VolLight: depth map of -3 samples a side (2 to 1024 allowed)!"},
-      {1, "VolLight: depth map of 1 samples a side (2 to 1024 allowed)!"},
-      {1025, "VolLight: depth map of 1025 samples a side (2 to 1024 allowed)!"},
-  };
-  for (const auto& row : cases) EXPECT_EQ(fatalText([&] { VolLight light(row.size); }), row.text);
+TEST(VolLight, HoldsItsSizeWithinReason) {
+  const struct { int size, held; } cases[] = {{-3, 2}, {1, 2}, {std::numeric_limits<int>::max(), 1024}};
+  for (const auto& [size, held] : cases) {
+    const VolLight light(size);
+    const auto samples = static_cast<std::size_t>(held) * static_cast<std::size_t>(held);
+    EXPECT_EQ(light.depthSize(), held) << size;
+    EXPECT_EQ(light.depthBuffer.size(), samples) << size;
+    EXPECT_EQ(light.beams.vertexCount, samples + 1) << size;
+    EXPECT_EQ(light.beams.indices.size(), 3 * (samples - 1)) << size;
+  }
 }
 
 // What a perspective depth map holds for a surface at `distance` along the axis.
