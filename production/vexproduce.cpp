@@ -1,7 +1,8 @@
-#include <csignal>
 #include <cstdio>
 #include <string_view>
 
+#include "platform/end_request.h"
+#include "platform/standard_streams.h"
 #include "production/cues.h"
 #include "production/maker.h"
 
@@ -17,17 +18,10 @@ constexpr const char* usage =
     "           --cues reads them\n"
     "  --help   this text\n";
 
-volatile std::sig_atomic_t interrupted = 0;
-
-void catchInterrupts() {
-  struct sigaction action {};
-  action.sa_handler = [](int) { interrupted = 1; };
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
-}
-
 }  // namespace
 
 int main(int count, char** arguments) {
+  vex::openStandardStreams();
   vex::Settings settings;
   const char* folder = nullptr;
   for (int i = 1; i < count; ++i) {
@@ -53,12 +47,12 @@ int main(int count, char** arguments) {
     std::fputs(usage, stderr);
     return 2;
   }
-  catchInterrupts();
-  const vex::MakeResult result = vex::makeProducts(
-      vex::allProducts(), folder, settings, vex::progressStyleOfOutput(), 2, [] { return interrupted != 0; });
-  if (interrupted) {
+  vex::catchEndSignals();
+  const vex::MakeResult result = vex::makeProducts(vex::allProducts(), folder, settings,
+                                                   vex::progressStyleOfOutput(), 2, vex::endRequested);
+  if (vex::endRequested()) {
     std::fputs("vexproduce: interrupted, what is made stays\n", stderr);
-    return 130;
+    return vex::interruptedExitCode;
   }
   std::printf("%d made, %d up to date, %d removed\n", result.made, result.kept, result.removed);
   return 0;

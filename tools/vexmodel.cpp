@@ -22,9 +22,11 @@
 #include "assets/model_source.h"
 #include "assets/texture_cache.h"
 #include "engine/scene.h"
+#include "platform/end_request.h"
 #include "platform/offscreen_context.h"
 #include "platform/png_file.h"
 #include "platform/replace_file.h"
+#include "platform/standard_streams.h"
 #include "shell/contact_sheet.h"
 #include "shell/gl_setup.h"
 #include "shell/report.h"
@@ -47,7 +49,8 @@ constexpr const char* usage =
     "       vexmodel --help                  show this text\n"
     "\n"
     "Textures are files of the folder data: the one that FILE lies in, or else the one beside FILE.\n"
-    "A second of a track is its whole length. Exit codes: 0 done, 2 wrong usage, 255 refused.\n";
+    "A second of a track is its whole length. Exit codes: 0 done, 2 wrong usage, 130 interrupted, 255 "
+    "refused.\n";
 
 constexpr int maxSide = 8192;
 
@@ -314,6 +317,8 @@ void view(const CommandLine& line) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  vex::openStandardStreams();
+  vex::endAtSignals();
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   if (arguments.size() == 1 && (arguments[0] == "--help" || arguments[0] == "-h")) {
     printOut(usage);

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <string>
 
+#include "platform/end_request.h"
+#include "platform/standard_streams.h"
 #include "shell/pak_archive.h"
 #include "shell/report.h"
 
@@ -27,6 +29,8 @@ void list(const char* pak) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  vex::openStandardStreams();
+  vex::endAtSignals();
   const std::string command = argc > 1 ? argv[1] : "";
   if (command == "--help" || command == "-h") {
     std::fputs(usage, stdout);

@@ -8,8 +8,10 @@
 #include <utility>
 #include <vector>
 
+#include "platform/end_request.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
+#include "platform/standard_streams.h"
 #include "scenes/project_check.h"
 #include "scenes/scene_tables.h"
 #include "shell/files.h"
@@ -31,7 +33,7 @@ constexpr const char* usage =
     "       vexproject --help                       show this text\n"
     "\n"
     "The text form is described in docs/project-text.md. Remarks of the check are no problems.\n"
-    "Exit codes: 0 done, 2 wrong usage, 255 refused, or problems found.\n";
+    "Exit codes: 0 done, 2 wrong usage, 130 interrupted, 255 refused, or problems found.\n";
 
 constexpr std::size_t mebibyte = 1024 * 1024;
 constexpr std::size_t maxProjectSize = 64 * mebibyte;
@@ -179,6 +181,8 @@ int check(const char* name, const char* runFolder) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  vex::openStandardStreams();
+  vex::endAtSignals();
   const std::string command = argc > 1 ? argv[1] : "";
   const bool hasFolder = argc == 5 && std::strcmp(argv[3], "--dir") == 0;
   if (command == "--help" || command == "-h") {

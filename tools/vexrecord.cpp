@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "platform/encoder.h"
+#include "platform/standard_streams.h"
 #include "shell/options.h"
 #include "shell/recorder.h"
 #include "shell/report.h"
@@ -178,6 +179,7 @@ void assignOutputs(CommandLine& line) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  vex::openStandardStreams();
   CommandLine line = parse(argc, argv);
   assignOutputs(line);
   if (chdir(line.dir.c_str()) != 0) {

@@ -17,6 +17,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "platform/end_request.h"
 #include "platform/replace_file.h"
 
 extern char** environ;
@@ -176,12 +177,12 @@ bool takesOddSizes(const std::string& path) {
 std::string VideoEncoder::start(const std::string& path, const VideoFormat& format, const SoundTrack& sound) {
   const std::filesystem::path name(path);
   finalPath = path;
-  temporaryPath = (name.parent_path() / name.stem()).native() + ".partial" + name.extension().native();
+  pathOfPart = (name.parent_path() / name.stem()).native() + ".partial" + name.extension().native();
+  temporaryPath = hiddenName(pathOfPart);
   std::error_code ignored;
   if (std::filesystem::is_directory(name, ignored))
     return "can't write " + path + ": " + std::strerror(EISDIR);
-  std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);  // ffmpeg inherits it, and reports the failed write
+  ignoreWriteSignals();  // ffmpeg inherits SIGXFSZ ignored, and reports the failed write
 
   int ends[2];
   const bool hasSound = sound.rate > 0;
@@ -244,18 +245,20 @@ std::string VideoEncoder::finish(Result result) {
   process = -1;
   const std::string said = firstLine(messages);
   close(messages);
-  forgetTemporaryFile(temporaryPath);
+  std::string failure;
   if (result != Result::failed && WIFEXITED(status) && WEXITSTATUS(status) == 0) {
-    if (result == Result::partial) return {};
-    if (std::rename(temporaryPath.c_str(), finalPath.c_str()) == 0) return {};
-    const int error = errno;
-    unlink(temporaryPath.c_str());
-    return "can't write " + finalPath + ": " + std::strerror(error);
+    const std::string& path = result == Result::partial ? pathOfPart : finalPath;
+    if (std::rename(temporaryPath.c_str(), path.c_str()) != 0) {
+      failure = "can't write " + path + ": " + std::strerror(errno);
+    }
+  } else {
+    const std::string end = WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
+                                                : "exit code " + std::to_string(WEXITSTATUS(status));
+    failure = "ffmpeg failed on " + finalPath + " (" + end + "): " + said;
   }
-  unlink(temporaryPath.c_str());
-  const std::string end = WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
-                                              : "exit code " + std::to_string(WEXITSTATUS(status));
-  return "ffmpeg failed on " + finalPath + " (" + end + "): " + said;
+  if (!failure.empty()) unlink(temporaryPath.c_str());
+  forgetTemporaryFile(temporaryPath);
+  return failure;
 }
 
 }  // namespace vex

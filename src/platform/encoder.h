@@ -35,7 +35,7 @@ bool isVideoName(const std::string& path);
 // Whether frames of that size fit the kind of video: H.264 halves the resolution of its colours.
 bool takesOddSizes(const std::string& path);
 
-// One running ffmpeg. The file is written as NAME.partial.EXT and takes its own name at the end.
+// One running ffmpeg. The file is written as .NAME.partial.EXT and takes its own name at the end.
 class VideoEncoder {
  public:
   // Empty on success, otherwise why ffmpeg cannot run.
@@ -47,14 +47,15 @@ class VideoEncoder {
 
   enum class Result { complete, partial, failed };
 
-  // Waits for ffmpeg. `complete` gives the file its name, `partial` leaves it as partialPath().
+  // Waits for ffmpeg. `complete` gives the file its name, `partial` that of partialPath().
   // Empty on success; otherwise (always after `failed`) what went wrong, and no file is left.
   std::string finish(Result result);
 
-  const std::string& partialPath() const { return temporaryPath; }
+  const std::string& partialPath() const { return pathOfPart; }
 
  private:
   std::string finalPath;
+  std::string pathOfPart;  // NAME.partial.EXT
   std::string temporaryPath;
   pid_t process = -1;
   int frames = -1;  // our end of the pipe

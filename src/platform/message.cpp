@@ -166,6 +166,7 @@ void showMessage(const char* caption, const char* text, MessageIcon icon) {
 
 void enableMessageWindows() {
   messageWindows = true;
+  ignoreWriteSignals();  // the line comes before the window
 }
 
 }  // namespace vex

@@ -11,7 +11,8 @@ enum class MessageIcon { none, exclamation };
 // for it the line goes on to say so.
 void showMessage(const char* caption, const char* text, MessageIcon icon);
 
-// Message windows are off at first; the player turns them on, the tools never do.
+// Message windows are off at first; the player turns them on, the tools never do. A standard error that
+// nobody reads any more does not end the process from then on.
 void enableMessageWindows();
 
 }  // namespace vex

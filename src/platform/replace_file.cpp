@@ -1,36 +1,34 @@
 #include "platform/replace_file.h"
 
-#include <fcntl.h>
+#include <limits.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <memory>
-#include <mutex>
-#include <vector>
+
+#include "platform/end_request.h"
 
 namespace vex {
 
 namespace {
 
+// Signal handlers remove these files, and generators write from several threads: hence a table of fixed
+// size without locks.
 struct Unfinished {
-  std::string path;
+  enum State : int { free, claimed, named };
+  std::atomic<State> state = free;
+  char path[PATH_MAX];
   pid_t writer;
 };
 
-// Generators write from several threads.
-std::mutex unfinishedMutex;
-std::vector<Unfinished> unfinished;
-
-// mkostemp makes files that only their owner can read; the finished file follows the user's mask.
-void applyMask(int descriptor) {
-  const mode_t mask = umask(0);
-  umask(mask);
-  fchmod(descriptor, 0666 & ~mask);
-}
+std::array<Unfinished, 32> unfinished;
+static_assert(std::atomic<Unfinished::State>::is_always_lock_free);
 
 // The file at the end of a chain of links; the path itself where that leads nowhere.
 std::string behindLinks(const std::string& path) {
@@ -43,7 +41,7 @@ std::string behindLinks(const std::string& path) {
 }  // namespace
 
 ReplacementFile::ReplacementFile(const std::string& target) {
-  std::signal(SIGXFSZ, SIG_IGN);
+  ignoreWriteSignals();
   struct stat status;
   const bool exists = stat(target.c_str(), &status) == 0;
   if (exists && S_ISDIR(status.st_mode)) {
@@ -55,12 +53,24 @@ ReplacementFile::ReplacementFile(const std::string& target) {
     return;
   }
   targetPath = behindLinks(target);
-  temporaryPath = targetPath + ".XXXXXX";
-  const int descriptor = mkostemp(temporaryPath.data(), O_CLOEXEC);
-  if (descriptor < 0) return;
-  applyMask(descriptor);
-  file = fdopen(descriptor, "wb");
-  rememberTemporaryFile(temporaryPath, 0);
+  createTemporaryFile();
+}
+
+// Remembered before it is there, so that no signal finds it unknown.
+void ReplacementFile::createTemporaryFile() {
+  constexpr int attempts = 100;  // names may be left from processes of the same number
+  static std::atomic<int> created = 0;
+  const std::string prefix = hiddenName(targetPath) + "." + std::to_string(getpid()) + "-";
+  for (int i = 0; i < attempts && !file; ++i) {
+    temporaryPath = prefix + std::to_string(created++);
+    rememberTemporaryFile(temporaryPath, 0);
+    file = std::fopen(temporaryPath.c_str(), "wbxe");
+    if (file) return;
+    const int error = errno;
+    forgetTemporaryFile(temporaryPath);
+    errno = error;
+    if (error != EEXIST) return;
+  }
 }
 
 ReplacementFile::~ReplacementFile() {
@@ -81,35 +91,48 @@ bool ReplacementFile::commit() {
   }
   file = nullptr;
   if (!temporaryPath.empty()) {
-    forgetTemporaryFile(temporaryPath);
     if (done && std::rename(temporaryPath.c_str(), targetPath.c_str()) != 0) {
       done = false;
       error = errno;
     }
     if (!done) unlink(temporaryPath.c_str());
+    forgetTemporaryFile(temporaryPath);
   }
   errno = error;
   return done;
 }
 
+std::string hiddenName(const std::string& path) {
+  std::string hidden = path;
+  hidden.insert(hidden.rfind('/') + 1, ".");
+  return hidden;
+}
+
 void rememberTemporaryFile(const std::string& path, pid_t writer) {
-  const std::lock_guard lock(unfinishedMutex);
-  unfinished.push_back({path, writer});
+  for (Unfinished& file : unfinished) {
+    Unfinished::State expected = Unfinished::free;
+    if (!file.state.compare_exchange_strong(expected, Unfinished::claimed)) continue;
+    std::snprintf(file.path, sizeof file.path, "%s", path.c_str());
+    file.writer = writer;
+    file.state = Unfinished::named;
+    return;
+  }
 }
 
 void forgetTemporaryFile(const std::string& path) {
-  const std::lock_guard lock(unfinishedMutex);
-  std::erase_if(unfinished, [&](const Unfinished& file) { return file.path == path; });
+  for (Unfinished& file : unfinished) {
+    if (file.state == Unfinished::named && path == file.path) file.state = Unfinished::free;
+  }
 }
 
 void removeTemporaryFiles() {
-  const std::lock_guard lock(unfinishedMutex);
-  for (const auto& [path, writer] : unfinished) {
-    if (writer > 0) {
-      kill(-writer, SIGKILL);
-      waitpid(writer, nullptr, 0);
+  for (const Unfinished& file : unfinished) {
+    if (file.state != Unfinished::named) continue;
+    if (file.writer > 0) {
+      kill(-file.writer, SIGKILL);
+      waitpid(file.writer, nullptr, 0);
     }
-    unlink(path.c_str());
+    unlink(file.path);
   }
 }
 

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "assets/preload_list.h"
 #include "assets/texture_cache.h"
@@ -28,6 +30,8 @@
 namespace vex {
 
 namespace {
+
+constexpr const char* projectName = "test.hvp";
 
 std::unique_ptr<PartDispatcher> dispatcher;
 std::array<Scene*, sceneTableSize> scenes;  // in construction order, the rest null
@@ -89,6 +93,16 @@ void drawStatistics() {
 
 }  // namespace
 
+void openPresentation() {
+  pakOpen("vex.pak");
+  if (fileExists(projectName)) return;
+  refuseUnreadable(projectName);
+  if (pakFileName()[0] != '\0') fatalError("%s holds no %s", pakFileName(), projectName);
+  std::error_code ignored;
+  fatalError("no presentation in folder %s: neither vex.pak nor %s is there",
+             std::filesystem::current_path(ignored).c_str(), projectName);
+}
+
 void loadPresentation(std::optional<float> start) {
   dispatcher = std::make_unique<PartDispatcher>();
   scenes.fill(nullptr);
@@ -103,7 +117,7 @@ void loadPresentation(std::optional<float> start) {
     if (!scene) break;
     dispatcher->addScene(scene);
   }
-  dispatcher->loadProject("test.hvp");
+  dispatcher->loadProject(projectName);
   loadingProgress("Starting up");
   if (options.showStats) loadStatFont("data\\font.raw");
   loadGlows();

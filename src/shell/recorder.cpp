@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,6 +14,7 @@
 #include <sstream>
 
 #include "platform/encoder.h"
+#include "platform/end_request.h"
 #include "platform/offscreen_context.h"
 #include "platform/png_file.h"
 #include "platform/replace_file.h"
@@ -38,35 +38,8 @@ namespace fs = std::filesystem;
 
 constexpr double maxFrames = 10'000'000;
 constexpr int maxContactSheetFrames = 1000;
-constexpr int interruptedExitCode = 130;
-
-volatile std::sig_atomic_t interrupted = 0;
-
-void interrupt(int) {
-  interrupted = 1;
-}
-
-// Also lets the progress be cut off: who reads only its first lines still wants the recording.
-void catchInterrupts() {
-  struct sigaction action {};
-  action.sa_handler = interrupt;
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
-  std::signal(SIGPIPE, SIG_IGN);
-}
-
 void endWhileLoading(int, const char*) {
-  if (!interrupted) return;
-  std::fprintf(stderr, "vexrecord: interrupted\n");
-  removeTemporaryFiles();
-  std::_Exit(interruptedExitCode);
-}
-
-// Otherwise the first file that a scene misses would be all that is said.
-void requirePresentation() {
-  if (fileExists("test.hvp")) return;
-  if (pakFileName()[0] != '\0') fatalError("vex.pak holds no test.hvp");
-  fatalError("no presentation in folder %s: neither vex.pak nor test.hvp is there",
-             fs::current_path().native().c_str());
+  if (endRequested()) endInterrupted();
 }
 
 void openOffscreenGl(int width, int height) {
@@ -108,7 +81,7 @@ struct Music {
 void readSamples(SoundFile& file, std::uint64_t size, std::vector<std::byte>& samples) {
   constexpr std::uint64_t pieceSize = 1 << 20;
   std::size_t wanted = 0, got = 0;
-  while (got == wanted && samples.size() < size && !interrupted) {
+  while (got == wanted && samples.size() < size && !endRequested()) {
     const std::size_t before = samples.size();
     wanted = std::min(pieceSize, size - before);
     samples.resize(before + wanted);
@@ -138,7 +111,7 @@ Music readMusic(const Span& span, int framesPerSecond) {
     readSamples(file, static_cast<std::uint64_t>(frames) * static_cast<unsigned>(file.frameBytes()),
                 music.samples);
   }
-  if (interrupted) return music;
+  if (endRequested()) return music;
   if (music.samples.empty()) {
     warning("Sound file %s can't be read at %g s, the video has no sound", name, span.start);
     return music;
@@ -225,7 +198,7 @@ class Recorder {
     }
     Music music;
     if (!recording.video.empty()) music = readMusic(span, recording.framesPerSecond);
-    if (interrupted) return endInterrupted(0);
+    if (endRequested()) return endInterrupted(0);
     if (!recording.video.empty()) startVideo(music.track);
     const int last = lastWanted();
     Progress progress("recording", last + 1);
@@ -234,7 +207,7 @@ class Recorder {
     do {
       drawAndDeliver(frame);
       progress.update(++frame);
-    } while (frame <= last && !interrupted);
+    } while (frame <= last && !endRequested());
     progress.end();
     if (frame <= last) return endInterrupted(frame);
     if (!recording.video.empty()) endVideo(VideoEncoder::Result::complete);
@@ -359,15 +332,16 @@ std::vector<Still> readCues(const std::string& path) {
     }
     stills.push_back({time, stillName(time) + " " + asFileName(name)});
   }
+  if (file.bad()) fatalError("can't read cues %s: %s", path.c_str(), std::strerror(errno));
   if (stills.empty()) fatalError("cues %s hold no cue", path.c_str());
   return stills;
 }
 
 int record(const Recording& recording) {
-  catchInterrupts();
-  pakOpen("vex.pak");
+  catchEndSignals();
+  ignoreWriteSignals();  // who reads only the first lines of the progress still wants the recording
+  openPresentation();
   openOffscreenGl(recording.width, recording.height);
-  requirePresentation();
   setLoadingDialog({.show = endWhileLoading});
   if (!recording.trace.empty()) openCallTrace(recording.trace);
   loadPresentation(recording.from);

@@ -68,7 +68,7 @@ void runPlayer() {
   catchEndSignals();
   enableMessageWindows();
   const DisplayMode mode = runDisplayModeDialog();
-  pakOpen("vex.pak");
+  openPresentation();
   setUpGl(mode, options.fullscreen);
   openLoadingWindow(programTitle);
   setLoadingDialog({.show = showLoadingStep, .close = closeLoadingWindow});

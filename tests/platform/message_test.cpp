@@ -47,6 +47,25 @@ TEST(Message, FatalWindowIsCaptionedErrorAndEndsTheProcess) {
   EXPECT_EQ(result.errorText, "vextests: Project file test.hvp not found\n");
 }
 
+TEST(Message, AStandardErrorThatNobodyReadsDoesNotKeepTheWindowAway) {
+  const XServer server(800, 600);
+  const ChildResult result = runWithUser(
+      [] {
+        enableMessageWindows();
+        int ends[2];
+        if (pipe(ends) != 0) std::_Exit(1);
+        dup2(ends[1], STDERR_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+        fatalError("unheard");
+      },
+      [&](Display* display) {
+        if (const Window window = waitForDialog(display, "Error")) pressKeys(display, window, {XK_Return});
+        pause();
+      });
+  EXPECT_EQ(result.exitCode, 255);
+}
+
 // Names are compared and characters classed as in the "C" locale, wherever the program runs.
 TEST(Message, WindowsLeaveTheLocaleAlone) {
   const XServer server(800, 600);

@@ -40,8 +40,14 @@ TEST(ReplacementFile, TakesThePlaceOnlyWhenItIsComplete) {
     std::fputs("half", file.stream());
     std::fflush(file.stream());
     EXPECT_EQ(readFile("target"), "old");
+    for (const fs::directory_entry& entry : fs::directory_iterator(".")) {
+      const std::string name = entry.path().filename().native();
+      EXPECT_TRUE(name == "target" || name.starts_with(".target.")) << name << " is not hidden";
+    }
+    EXPECT_EQ(filesHere(), 2);
   }
   EXPECT_EQ(readFile("target"), "old");
+  EXPECT_EQ(filesHere(), 1);
   EXPECT_TRUE(replaceWith("target", "new"));
   EXPECT_EQ(readFile("target"), "new");
   EXPECT_EQ(filesHere(), 1);

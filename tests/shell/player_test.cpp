@@ -226,7 +226,7 @@ TEST_F(Player, WithoutStatsItWritesNothing) {
 
 TEST_F(Player, AFatalErrorShowsABoxAndEndsWithoutCleanUp) {
   writeRunFolder(redForSeconds(1000));
-  std::filesystem::remove("test.hvp");
+  writeFile("test.hvp", "0.1\n");
   RunningProgram program(player);
   waitForDialog();
   key("Tab Tab Tab space Return");
@@ -234,8 +234,19 @@ TEST_F(Player, AFatalErrorShowsABoxAndEndsWithoutCleanUp) {
   EXPECT_TRUE(program.running()) << "the box waits";
   key("Return");
   EXPECT_EQ(program.exitCode(), 255);
-  EXPECT_EQ(program.errors(), "vex: Project file test.hvp not found!\n");
+  EXPECT_EQ(program.errors(), "vex: Wrong file version. Must be 0.17\n");
   EXPECT_EQ(readFile("Demo.log").find("destroying mesh"), std::string::npos);
+}
+
+TEST_F(Player, LooksFirstWhetherThereIsAPresentation) {
+  RunningProgram program(player);
+  waitForDialog();
+  key("Return");
+  EXPECT_NE(waitForWindow(display.get(), "Error"), 0u);
+  key("Return");
+  EXPECT_EQ(program.exitCode(), 255);
+  EXPECT_EQ(program.errors(), "vex: no presentation in folder " + folder.path().native() +
+                                  ": neither vex.pak nor test.hvp is there\n");
 }
 
 TEST_F(Player, AMusicWarningShowsABoxAndTheShowGoesOn) {

@@ -88,6 +88,19 @@ TEST(Vexpak, AFailedCreateKeepsTheOldArchive) {
       << "a temporary file stays";
 }
 
+TEST(Vexpak, AnInterruptLeavesNothingForTheNextArchive) {
+  const TemporaryFolder folder;
+  writeFile("in/big", "");
+  fs::resize_file("in/big", 1 << 30);  // a hole, which takes its time all the same
+  const Program program = runProgram(VEX_BIN
+                                     "/vexpak create in/vex.pak in & id=$!; "
+                                     "while ! ls in/.vex.pak.* >list 2>&1; do :; done; "
+                                     "kill -TERM $id; wait $id");
+  EXPECT_EQ(program.exitCode, 130);
+  EXPECT_EQ(program.errors, "vexpak: interrupted\n");
+  EXPECT_EQ(std::distance(fs::directory_iterator("in"), fs::directory_iterator()), 1);
+}
+
 TEST(Vexpak, ExtractsNothingWhenANameIsUnsafe) {
   const TemporaryFolder folder;
   for (const char* name :

@@ -190,7 +190,7 @@ TEST(Vexrecord, VideoHasAllFramesAndTheMusicFromItsPlace) {
   const auto [first, last] = loudSpan("video.mp4");
   EXPECT_NEAR(first, 0.5, 0.02) << "1.5 s of the music, 1 s cut off";
   EXPECT_NEAR(last, 1.0, 0.02);
-  EXPECT_FALSE(fs::exists("video.partial.mp4"));
+  EXPECT_FALSE(fs::exists(".video.partial.mp4"));
 }
 
 TEST(Vexrecord, MusicWaitsForTimeZero) {
@@ -345,7 +345,7 @@ TEST(Vexrecord, AMissingOrFailingFfmpegLeavesNoFile) {
     EXPECT_EQ(program.errors,
               "vexrecord: ffmpeg failed on " + (folder.path() / "video.mp4").native() + complaint);
     EXPECT_FALSE(fs::exists("video.mp4"));
-    EXPECT_FALSE(fs::exists("video.partial.mp4"));
+    EXPECT_FALSE(fs::exists(".video.partial.mp4"));
   }
 }
 
@@ -379,7 +379,7 @@ TEST(Vexrecord, AFailureElsewhereEndsFfmpegAndItsFile) {
   EXPECT_EQ(program.errors, "vexrecord: can't write " + (folder.path() / "pictures/000000.png").native() +
                                 ": Is a directory\n");
   runProgram("sleep 0.6");
-  EXPECT_FALSE(fs::exists("video.partial.mp4"));
+  EXPECT_FALSE(fs::exists(".video.partial.mp4"));
   EXPECT_FALSE(fs::exists("started"));
 }
 
@@ -391,14 +391,15 @@ TEST(Vexrecord, AnInterruptWhileLoadingLeavesNothing) {
   const Program program =
       runProgram(VEX_BIN
                  "/vexrecord --out video.mp4 --trace-calls calls.tsv --stats --size 32x16 & "
-                 "id=$!; while ! ls calls.tsv.* >list 2>&1; do :; done; kill -INT $id; wait $id");
+                 "id=$!; while ! ls .calls.tsv.* >list 2>&1; do :; done; kill -TERM $id; wait $id");
   EXPECT_EQ(program.exitCode, 130);
   EXPECT_EQ(program.errors, "vexrecord: interrupted\n");
   EXPECT_EQ(readFile("Demo.log").find("destroying part dispatcher"), std::string::npos)
       << "it was no interrupt while loading";
   for (const fs::directory_entry& entry : fs::directory_iterator(".")) {
     const std::string name = entry.path().filename().native();
-    EXPECT_FALSE(name.starts_with("calls") || name.starts_with("video")) << "left behind: " << name;
+    EXPECT_FALSE(name.starts_with(".") || name.starts_with("calls") || name.starts_with("video"))
+        << "left behind: " << name;
   }
 }
 
@@ -410,7 +411,7 @@ TEST(Vexrecord, AnInterruptKeepsAPlayablePart) {
   const Program program = runProgram(
       VEX_BIN
       "/vexrecord --out video.mp4 --trace-calls calls.tsv --size 32x16 > progress & id=$!; "
-      "while [ ! -s video.partial.mp4 ] && kill -0 $id; do sleep 0.1; done; kill -INT $id; wait $id");
+      "while [ ! -s .video.partial.mp4 ] && kill -0 $id; do sleep 0.1; done; kill -TERM $id; wait $id");
   EXPECT_EQ(program.exitCode, 130);
   EXPECT_NE(program.errors.find("s are in " + (folder.path() / "video.partial.mp4").native()),
             std::string::npos)
@@ -418,6 +419,43 @@ TEST(Vexrecord, AnInterruptKeepsAPlayablePart) {
   EXPECT_FALSE(fs::exists("video.mp4"));
   EXPECT_GT(std::atoi(probe("-count_frames -show_entries stream=nb_read_frames video.partial.mp4").c_str()),
             0);
+}
+
+// A stuck encoder would keep the recording from ending in order.
+TEST(Vexrecord, ASecondSignalEndsAtOnce) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  const Program program = vexrecordWith("echo half > \"$last\"; sleep 1000\n",
+                                        "--out video.mp4 --size 640x360 > progress & id=$!; "
+                                        "while [ ! -s .video.partial.mp4 ]; do sleep 0.1; done; "
+                                        "kill -TERM $id; sleep 0.1; kill -HUP $id; wait $id");
+  EXPECT_EQ(program.exitCode, 130);
+  EXPECT_EQ(program.errors, "vexrecord: interrupted\n");
+  EXPECT_FALSE(fs::exists(".video.partial.mp4"));
+}
+
+TEST(Vexrecord, UnreadableFilesAreNamedAsSuch) {
+  const TemporaryFolder folder;
+  const struct {
+    const char* path;
+    const char* name;
+  } cases[] = {{"test.hvp", "test.hvp"},
+               {"vex.pak", "vex.pak"},
+               {"data/light3.bmp", "data\\light3.bmp"},
+               {"data/light3.jpg", "data\\light3.jpg"},
+               {"data/font.raw", "data\\font.raw"},
+               {"data/skull.ase", "data\\skull.ase"}};
+  for (const auto& [path, name] : cases) {
+    writeRunFolder(threeColours());
+    fs::remove("data/skull.hv3");
+    fs::remove(path);
+    fs::create_symlink(fs::path(path).filename(), path);  // leads to itself
+    const Program program = vexrecord("--stills 0 --stats --size 32x16 --out pictures");
+    EXPECT_EQ(program.exitCode, 255) << path;
+    EXPECT_EQ(program.errors,
+              std::string("vexrecord: can't read ") + name + ": Too many levels of symbolic links\n");
+    fs::remove(path);
+  }
 }
 
 TEST(Vexrecord, RefusesWhatCannotBe) {

@@ -1,0 +1,36 @@
+#include "platform/standard_streams.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "tests/support/fatal.h"
+
+namespace vex {
+
+// The exit code tells in bits what went wrong, as there may be no standard error to tell it.
+TEST(StandardStreams, NoLaterFileTakesTheirPlace) {
+  for (int closed = 1; closed < 8; ++closed) {
+    const ChildResult result = runInChild([&] {
+      const int spare = dup(STDERR_FILENO);
+      for (int stream = 0; stream <= 2; ++stream) {
+        if (closed >> stream & 1) close(stream);
+      }
+      openStandardStreams();
+      int wrong = open("/dev/zero", O_RDONLY) <= spare ? 1 : 0;
+      char byte = 0;
+      if ((closed & 1) != 0 && read(STDIN_FILENO, &byte, 1) != 0) wrong |= 2;
+      if ((closed & 2) != 0 && write(STDOUT_FILENO, "x", 1) == 1) wrong |= 4;  // nobody receives it
+      if (write(STDERR_FILENO, "x", 1) != 1) wrong |= 8;
+      std::_Exit(wrong);
+    });
+    EXPECT_EQ(result.exitCode, 0) << "closed: " << closed;
+    EXPECT_EQ(result.errorText, (closed & 4) != 0 ? "" : "x") << "open ones stay as they are";
+  }
+}
+
+}  // namespace vex
