@@ -108,6 +108,7 @@ Image readPixels(int handle, const char* file, const BmpHeader& header) {
 
 Image readBmpTexture(const char* file) {
   int handle = fileOpen(file, "rb");
+  if (handle < 0) refuseUnreadable(file);
   if (handle < 0) fatalError("Texture %s not found", file);
   const BmpHeader header = readHeader(handle, file, file);
   if (!hasTextureSize(file, header.width, header.height)) {

@@ -72,6 +72,7 @@ std::size_t readHeaderWord(std::uint32_t* header) {
 
 void openForReading(std::uint32_t* header) {
   handle = fileOpen(containerName.c_str(), "rb");
+  if (handle < 0) refuseUnreadable(containerName);
   if (handle < 0) fatalError("zipOpen: Pak_FILE %s not found!", containerName.c_str());
   if (const std::size_t size = readHeaderWord(header); size != headerWordSize) {
     fatalError("%s: ends after %zu bytes, its header word has %zu", containerName.c_str(), size,

@@ -49,6 +49,7 @@ Image decode(const JpegFile& jpeg, const char* file) {
 
 int openTexture(const char* file) {
   const int handle = fileOpen(file, "rb");
+  if (handle < 0) refuseUnreadable(file);
   if (handle < 0) fatalError("Texture %s not found", file);
   return handle;
 }

@@ -73,7 +73,11 @@ void noteFailedWriting(const ModelSource& source) {
 void prepareText(const ModelSource& source) {
   const char* name = source.fileName.c_str();
   std::string bytes;
-  if (!readBytes(source.fileName, maxTextSize, bytes)) fatalError("File %s not found", name);
+  if (!readBytes(source.fileName, maxTextSize, bytes)) {
+    if (!source.compiledName.empty()) refuseUnreadable(source.compiledName);
+    refuseUnreadable(source.fileName);
+    fatalError("File %s not found", name);
+  }
   if (bytes.empty()) fatalError("%s is empty", name);
   if (bytes.starts_with("\xff\xfe") || bytes.starts_with("\xfe\xff")) {
     fatalError("%s is UTF-16 text, models are ASCII", name);
@@ -91,6 +95,7 @@ void prepareCompiled(ModelSource& source) {
   trace("hv3 format\n");
   modelStream.bytes = std::move(source.data);
   if (!modelStream.bytes.empty()) return;
+  if (!fileExists(source.fileName)) refuseUnreadable(source.fileName);
   if (!fileExists(source.fileName)) fatalError("File %s not found", name);
   const std::string problem = zipLoad(name, modelStream.bytes);
   if (!problem.empty()) fatalError("%s: %s", name, problem.c_str());

@@ -107,6 +107,7 @@ int loadTexture(char* name, bool wrap) {
   if (const std::string jpeg = stem + ".jpg"; fileExists(jpeg)) {
     static_cast<Image&>(entry) = readJpegTexture(jpeg.c_str());
   } else {
+    refuseUnreadable(jpeg);
     static_cast<Image&>(entry) = readBmpTexture((stem + ".bmp").c_str());
   }
   return addTexture(std::move(entry), folded.text, wrap);

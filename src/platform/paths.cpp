@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <memory>
 #include <string_view>
 
@@ -63,7 +64,11 @@ std::FILE* openLooseFile(const char* name, const char* mode) {
   const std::string path = resolvePath(name);
   if (mode[0] == 'r') {
     struct stat status;
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
+    if (stat(path.c_str(), &status) != 0) return nullptr;
+    if (!S_ISREG(status.st_mode)) {
+      errno = S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP;
+      return nullptr;
+    }
   }
   return std::fopen(path.c_str(), mode);
 }

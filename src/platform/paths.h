@@ -13,7 +13,7 @@ namespace vex {
 // taken (the first in byte order). A name without any match keeps its own spelling.
 std::string resolvePath(const char* name);
 
-// fopen of the resolved path; null on failure and for what is not a regular file when reading.
+// fopen of the resolved path; null, with errno, on failure and for what is not a regular file when reading.
 std::FILE* openLooseFile(const char* name, const char* mode);
 
 }  // namespace vex

@@ -29,6 +29,7 @@ using Fields = std::array<float, ballFields>;  // in file order
 
 std::vector<std::uint8_t> readWholeFile(const char* name) {
   const int handle = fileOpen(name, "rb");
+  if (handle < 0) refuseUnreadable(name);
   if (handle < 0) fatalError("Vector balls %s not found!", name);
   std::vector<std::uint8_t> bytes(static_cast<std::size_t>(fileRemaining(handle)));
   const std::size_t read = bytes.empty() ? 0 : fileRead(bytes.data(), 1, bytes.size(), handle);

@@ -92,6 +92,7 @@ void preloadText(Scene* base, float, const void* const* arguments) {
   copyName(scene.textName, name);
   scene.text.clear();
   const int handle = fileOpen(name, "rb");
+  if (handle < 0) refuseUnreadable(name);
   if (handle < 0) fatalError("Scroller text %s not found!", name);
   fileSeek(handle, 0, SeekOrigin::end);
   const std::int32_t size = fileTell(handle);

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -23,6 +24,7 @@ struct FileSlot {
   bool inUse = false;
   int entry = -1;  // index into the directory; -1 for a loose file
   std::FILE* stream = nullptr;
+  std::string name;
 };
 
 std::array<PakEntry, maxPakEntries> entries;
@@ -48,6 +50,29 @@ PakEntry& entryOf(const FileSlot& slot) {
   return entries[static_cast<std::size_t>(slot.entry)];
 }
 
+[[noreturn]] void refuse(const std::string& name) {
+  fatalError("can't read %s: %s", name.c_str(), std::strerror(errno));
+}
+
+// Whoever reads on until the end would never come there. errno is that of the read.
+void checkLoose(const FileSlot& slot) {
+  if (std::ferror(slot.stream)) refuse(slot.name);
+}
+
+// To be called when the archive gave fewer bytes than its directory promises.
+[[noreturn]] void refuseMember(const PakEntry& entry) {
+  if (std::ferror(pak)) refuse(pakName);
+  fatalError("pak %s ends inside member %s", pakName, entry.name);
+}
+
+// Null for a file that is not there; errno says when there is another reason.
+std::FILE* openPresent(const char* name, const char* mode) {
+  errno = 0;
+  std::FILE* file = openLooseFile(name, mode);
+  if (errno == ENOENT) errno = 0;
+  return file;
+}
+
 // All members share one stream, so every read first puts it in place.
 void seekPak(const PakEntry& entry) {
   const long place = static_cast<long>(entry.offset) + static_cast<long>(entry.position);
@@ -59,9 +84,10 @@ void seekPak(const PakEntry& entry) {
 
 void pakOpen(const char* name) {
   fileCloseAll();
-  pak = openLooseFile(name, "rb");
+  pak = openPresent(name, "rb");
   pakPlace = -1;
   pakName[0] = '\0';
+  if (!pak && errno != 0) refuse(name);
   if (!pak) return;
   std::snprintf(pakName, sizeof pakName, "%s", name);
   for (const PakMember& member : readPakDirectory(pak, pakName)) {
@@ -77,15 +103,16 @@ int fileOpen(const char* name, const char* mode) {
   }
   FileSlot& slot = slots[handle];
   slot = FileSlot{};
-  if (std::FILE* loose = openLooseFile(name, mode)) {
-    slot = {.inUse = true, .entry = -1, .stream = loose};
+  if (std::FILE* loose = openPresent(name, mode)) {
+    slot = {.inUse = true, .entry = -1, .stream = loose, .name = name};
     return static_cast<int>(handle);
   }
+  if (errno != 0) logPrintf("can't read %s: %s\n", name, std::strerror(errno));
   for (int i = 0; i < entryCount; ++i) {
     PakEntry& entry = entries[static_cast<std::size_t>(i)];
     if (strcasecmp(entry.name, name) != 0) continue;
     entry.position = 0;
-    slot = {.inUse = true, .entry = i, .stream = nullptr};
+    slot = {.inUse = true, .entry = i, .stream = nullptr, .name = name};
     return static_cast<int>(handle);
   }
   return -1;
@@ -97,9 +124,19 @@ bool fileExists(const std::string& name) {
   return handle >= 0;
 }
 
+void refuseUnreadable(const std::string& name) {
+  std::FILE* file = openPresent(name.c_str(), "rb");
+  if (!file && errno != 0) refuse(name);
+  if (file) std::fclose(file);
+}
+
 std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, int handle) {
   FileSlot& slot = slotOf(handle);
-  if (slot.stream) return std::fread(buffer, elementSize, count, slot.stream);
+  if (slot.stream) {
+    const std::size_t elements = std::fread(buffer, elementSize, count, slot.stream);
+    checkLoose(slot);
+    return elements;
+  }
   PakEntry& entry = entryOf(slot);
   std::size_t size = 0;
   if (__builtin_mul_overflow(elementSize, count, &size) || entry.position > entry.size ||
@@ -108,7 +145,8 @@ std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, i
   }
   seekPak(entry);
   const std::size_t elements = std::fread(buffer, elementSize, count, pak);
-  pakPlace = elements == count ? pakPlace + static_cast<long>(size) : -1;
+  if (size > 0 && elements != count) refuseMember(entry);
+  pakPlace += static_cast<long>(size);
   entry.position += static_cast<std::uint32_t>(size);
   return elements;
 }
@@ -118,9 +156,11 @@ int fileGetc(int handle) {
   int byte = EOF;
   if (slot.stream) {
     byte = getc_unlocked(slot.stream);
+    if (byte == EOF) checkLoose(slot);
   } else if (PakEntry& entry = entryOf(slot); entry.position < entry.size) {
     seekPak(entry);
     byte = getc_unlocked(pak);
+    if (byte == EOF) refuseMember(entry);
     ++pakPlace;
     ++entry.position;
   }
@@ -130,7 +170,11 @@ int fileGetc(int handle) {
 
 char* fileGets(char* buffer, int size, int handle) {
   FileSlot& slot = slotOf(handle);
-  if (slot.stream) return std::fgets(buffer, size, slot.stream);
+  if (slot.stream) {
+    char* line = std::fgets(buffer, size, slot.stream);
+    checkLoose(slot);
+    return line;
+  }
   PakEntry& entry = entryOf(slot);
   seekPak(entry);
   const long before = pakPlace;
@@ -138,6 +182,7 @@ char* fileGets(char* buffer, int size, int handle) {
   pakPlace = std::ftell(pak);
   const long moved = pakPlace - before;
   const std::uint32_t left = entry.position < entry.size ? entry.size - entry.position : 0;
+  if (!line && left > 0) refuseMember(entry);
   if (moved <= static_cast<long>(left)) {
     entry.position += static_cast<std::uint32_t>(moved);
     return line;
@@ -146,7 +191,7 @@ char* fileGets(char* buffer, int size, int handle) {
   std::fseek(pak, before, SEEK_SET);
   pakPlace = -1;
   std::memset(buffer, 0, static_cast<std::size_t>(size));
-  if (std::fread(buffer, 1, left, pak) != left) buffer[0] = '\0';
+  if (std::fread(buffer, 1, left, pak) != left) refuseMember(entry);
   entry.position = entry.size;
   return nullptr;
 }

@@ -6,6 +6,9 @@
 
 // Data files by name: a loose file relative to the working folder wins, otherwise the member of the
 // pak archive of that name (ASCII letter case ignored). Handles are 0 to 15.
+//
+// Fatal in every reading function: "can't read %s: %s" when the system cannot read on, and "pak %s ends
+// inside member %s" when the archive was cut while it was open.
 
 namespace vex {
 
@@ -14,16 +17,22 @@ inline constexpr int maxFileSlots = 16;
 enum class SeekOrigin { start = 0, current = 1, end = 2 };
 
 // Reads the directory of the archive `name`. A missing archive is no error: no member exists then.
-// Fatal: a damaged directory (pak_directory.h).
+// Fatal: "can't read %s: %s" for one that is there and cannot be opened, a damaged directory
+// (pak_directory.h).
 void pakOpen(const char* name);
 
 // Handle of the file, or -1 when it is neither loose nor a member. `mode` is stdio's and matters for
-// loose files only; members are raw bytes and cannot be written.
+// loose files only; members are raw bytes and cannot be written. A loose file that is there but cannot be
+// opened counts as missing, and the log says why.
 // Fatal: "too many files open, %s is more than %d".
 int fileOpen(const char* name, const char* mode);
 
 // Whether fileOpen would find it. Fatal: as there.
 bool fileExists(const std::string& name);
+
+// For what cannot be done without: before saying that `name` is missing.
+// Fatal: "can't read %s: %s" when a loose file of that name is there and cannot be opened.
+void refuseUnreadable(const std::string& name);
 
 // Number of whole elements read. Fatal: "Super ARGH" when a member holds fewer bytes than asked for.
 std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, int handle);

@@ -126,7 +126,10 @@ bool copyBytes(std::FILE* from, std::FILE* to, std::uint64_t size, const char* f
   char buffer[1 << 16];
   while (size > 0) {
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, sizeof buffer));
-    if (std::fread(buffer, 1, wanted, from) != wanted) fatalError("%s ends too early", fromName);
+    if (std::fread(buffer, 1, wanted, from) != wanted) {
+      if (std::ferror(from)) fatalError("can't read %s: %s", fromName, std::strerror(errno));
+      fatalError("%s ends too early", fromName);
+    }
     if (std::fwrite(buffer, 1, wanted, to) != wanted) return false;
     size -= wanted;
   }

@@ -2,18 +2,31 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cstring>
+#include <span>
 
 #include "shell/little_endian.h"
 #include "shell/report.h"
 
 namespace vex {
 
+namespace {
+
+// False at the end of the file.
+bool readRecord(std::FILE* file, std::span<unsigned char> record, const char* name) {
+  if (std::fread(record.data(), 1, record.size(), file) == record.size()) return true;
+  if (std::ferror(file)) fatalError("can't read %s: %s", name, std::strerror(errno));
+  return false;
+}
+
+}  // namespace
+
 std::vector<PakMember> readPakDirectory(std::FILE* file, const char* name) {
   struct stat status;
   const unsigned long long fileSize = fstat(fileno(file), &status) == 0 ? status.st_size : 0;
   unsigned char count[2];
-  if (std::fread(count, 1, sizeof count, file) != sizeof count) {
+  if (!readRecord(file, count, name)) {
     fatalError("pak %s has no entry count, it holds %llu bytes", name, fileSize);
   }
   const int announced = static_cast<int>(littleEndian(count));
@@ -25,7 +38,7 @@ std::vector<PakMember> readPakDirectory(std::FILE* file, const char* name) {
   for (PakMember& member : members) {
     ++number;
     unsigned char record[pakRecordSize];
-    if (std::fread(record, 1, sizeof record, file) != sizeof record) {
+    if (!readRecord(file, record, name)) {
       fatalError("pak %s ends in its directory, in entry %d of %d", name, number, announced);
     }
     std::memcpy(member.name, record, pakNameSize);

@@ -25,8 +25,8 @@ struct PakMember {
 };
 
 // Reads the directory at the start of `file`. `name` stands in the messages.
-// Fatal: a directory that is cut short or counts more than 256 entries, a name without its end, a
-// member that reaches beyond the end of the file.
+// Fatal: what cannot be read, a directory that is cut short or counts more than 256 entries, a name without
+// its end, a member that reaches beyond the end of the file.
 std::vector<PakMember> readPakDirectory(std::FILE* file, const char* name);
 
 }  // namespace vex

@@ -54,6 +54,7 @@ void drawGlyph(int code, int column, int line) {
 void loadStatFont(const char* file) {
   if (!options.showStats) return;
   const int handle = fileOpen(file, "rb");
+  if (handle < 0) refuseUnreadable(file);
   if (handle < 0) fatalError("statistics font %s not found", file);
   constexpr std::size_t skipped = firstCode * bytesPerGlyph;
   if (fileRemaining(handle) < skipped + glyphBytes) {

@@ -220,6 +220,7 @@ ProjectLine readString(int file) {
 void PartDispatcher::loadProject(const char* fileName) {
   loadingProgress("Loading project");
   projectFile = fileOpen(fileName, "rb");
+  if (projectFile < 0) refuseUnreadable(fileName);
   if (projectFile < 0) fatalError("Project file %s not found!", fileName);
   const ProjectLine version = readString(projectFile);
   if (std::string_view(version.text, version.length) != projectVersion) {

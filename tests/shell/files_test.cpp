@@ -4,13 +4,18 @@
 
 #include <array>
 #include <cstring>
+#include <filesystem>
 #include <random>
 
+#include "assets/preload_list.h"
+#include "shell/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/pak_builder.h"
 #include "tests/support/temporary_folder.h"
 
 namespace vex {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -162,6 +167,79 @@ TEST_F(Files, HandlesAreTheLowestFreeSlotsAndSixteenAtMost) {
   fileCloseAll();
   EXPECT_EQ(fatalText([] { fileTell(0); }), "file handle 0 isn't open");
   EXPECT_EQ(fileOpen("data\\last.txt", "rb"), -1) << "the archive is closed, too";
+}
+
+// /proc/self/mem opens, but its first byte cannot be read: like a file on a failing disk.
+TEST_F(Files, ReadsThatFailEndWithTheFilesName) {
+  fs::create_symlink("/proc/self/mem", "failing");
+  fs::create_symlink("failing", "used_textures.log");
+  fs::create_symlink("failing", "failing.pak");
+  char buffer[8];
+  const int handle = fileOpen("failing", "rb");
+  const std::string text = "can't read failing: Input/output error";
+  EXPECT_EQ(fatalText([&] { fileRead(buffer, 1, 1, handle); }), text);
+  EXPECT_EQ(fatalText([&] { fileGets(buffer, sizeof buffer, handle); }), text);
+  EXPECT_EQ(fatalText([&] { fileGetc(handle); }), text);
+  EXPECT_EQ(fatalText([] { preloadTextures(); }), "can't read used_textures.log: Input/output error");
+  EXPECT_EQ(fatalText([] { pakOpen("failing.pak"); }), "can't read failing.pak: Input/output error");
+}
+
+TEST_F(Files, AnArchiveCutWhileItIsOpenIsRefusedByMember) {
+  constexpr std::size_t cut = 20000;  // far behind what stdio holds of the beginning
+  writeFile("vex.pak",
+            pakBytes({{"first", std::string(cut, '-')}, {"log", "line\nline\nline\n"}, {"x", "x"}}));
+  pakOpen("vex.pak");
+  const int handle = fileOpen("log", "r");
+  fs::resize_file("vex.pak", pakMemberOffset(handle) + 7);
+  const std::string text = "pak vex.pak ends inside member log";
+  char buffer[16];
+  EXPECT_EQ(fatalText([&] { fileRead(buffer, 1, 8, handle); }), text);
+  EXPECT_EQ(fatalText([&] {
+              for (int i = 0; i < 8; ++i) fileGetc(handle);
+            }),
+            text);
+  EXPECT_STREQ(fileGets(buffer, sizeof buffer, handle), "line\n");
+  EXPECT_STREQ(fileGets(buffer, sizeof buffer, handle), "li");
+  EXPECT_EQ(fatalText([&] { fileGets(buffer, sizeof buffer, handle); }), text);
+}
+
+TEST_F(Files, WhatIsThereButCannotBeOpenedIsNotCalledMissing) {
+  fs::create_symlink("loop", "loop");
+  fs::create_directory("folder");
+  writeFile("file", "");
+  fs::create_symlink("nowhere", "dangling");
+  const struct {
+    const char* name;
+    std::string reason;  // empty for what is missing
+  } cases[] = {{"loop", "Too many levels of symbolic links"},
+               {"folder", "Is a directory"},
+               {"file\\below", "Not a directory"},
+               {"none", ""},
+               {"none\\below", ""},
+               {"dangling", ""}};
+  for (const auto& [name, reason] : cases) {
+    options.showStats = true;
+    for (const bool pak : {false, true}) {
+      const std::string text = reason.empty() ? "" : std::string("can't read ") + name + ": " + reason;
+      const ChildResult refused = runInChild([&, file = name] {
+        if (pak) {
+          pakOpen(file);
+        } else if (fileOpen(file, "rb") == -1) {
+          refuseUnreadable(file);
+        }
+      });
+      EXPECT_EQ(refused.errorText, text.empty() ? "" : "vextests: " + text + "\n") << name;
+      EXPECT_EQ(refused.exitCode, text.empty() ? 0 : 255) << name;
+      if (!pak) {
+        EXPECT_EQ(readFile("Demo.log"), text.empty() ? "" : text + "\n") << name;
+      }
+    }
+    options = {};
+    fs::remove("Demo.log");
+  }
+  fs::create_directory_symlink("loop", "data");
+  const int member = fileOpen("data\\first.bin", "rb");
+  EXPECT_EQ(readAll(member), "0123456789") << "the archive stands in";
 }
 
 TEST(PakDirectory, LiesAreRefusedByName) {
