@@ -22,8 +22,17 @@ int stepsShown = 0;
 struct Text {
   char characters[messageSize];
 
+  // A text that is cut keeps its line feed, so that no two lines of the log become one.
   [[gnu::format(printf, 2, 0)]] Text(const char* format, std::va_list arguments) {
-    std::vsnprintf(characters, sizeof characters, format, arguments);
+    std::va_list again;
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(characters, sizeof characters, format, arguments);
+    if (length >= messageSize) {
+      std::string whole(static_cast<std::size_t>(length) + 1, '\0');
+      std::vsnprintf(whole.data(), whole.size(), format, again);
+      if (whole[whole.size() - 2] == '\n') characters[messageSize - 2] = '\n';
+    }
+    va_end(again);
   }
 };
 

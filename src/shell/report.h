@@ -2,7 +2,8 @@
 
 #include <string>
 
-// Log, message boxes and the loading bar. Every text is printf-formatted and cut at 511 characters.
+// Log, message boxes and the loading bar. Every text is printf-formatted and cut at 511 characters, the
+// last of them the line feed if it has one at its end.
 // Callers end log lines with "\n" themselves.
 
 namespace vex {

@@ -52,6 +52,17 @@ TEST_F(Report, TextsAreCutAt511Characters) {
             "vextests: " + text.substr(0, 511) + "\n");
 }
 
+TEST_F(Report, ACutLineOfTheLogStillEnds) {
+  const std::string text(600, 'x');
+  options.showStats = true;
+  logPrintf("%s\n", text.c_str());
+  logPrintf("%s", (text + "\n").c_str());
+  logPrintf("%s\n", text.substr(0, 510).c_str());
+  logPrintf("%s\nz", text.c_str());
+  const std::string line = text.substr(0, 510) + "\n";
+  EXPECT_EQ(readFile("Demo.log"), line + line + line + text.substr(0, 511));
+}
+
 TEST_F(Report, MessagesAreOneLineOfTheProgram) {
   const ChildResult fatal = runInChild([] { fatalError("one\ntwo %d\n", 2); });
   EXPECT_EQ(fatal.exitCode, 255);
@@ -69,18 +80,25 @@ TEST_F(Report, LoadingBarShowsTheShareOfTheStepsBefore) {
   loadingProgress("before the dialog");
   setLoadingDialog(
       {[](int percent, const char* text) { shown.emplace_back(percent, text); }, [] { ++closed; }});
+  // How many steps the process has announced before, the one just now included.
+  setLoadingSteps(100);
+  loadingProgress("probe");
+  ASSERT_EQ(shown.size(), 1u);
+  const int before = shown[0].first + 1;
+  EXPECT_GE(before, 2);
+  shown.clear();
   setLoadingSteps(15);
   loadingProgress("Loading %s", "SceneWater");
   loadingProgressAt(55, "half of %d", 2);
   for (int i = 3; i <= 15; ++i) loadingProgress("step %d", i);
   closeLoadingDialog();
   loadingProgress("after the dialog");
-  // One step was counted before the dialog was there.
+  const auto share = [&](int steps) { return (before + steps) * 100 / 15; };
   ASSERT_EQ(shown.size(), 15u);
-  EXPECT_EQ(shown[0], std::make_pair(6, std::string("Loading SceneWater")));
+  EXPECT_EQ(shown[0], std::make_pair(share(0), std::string("Loading SceneWater")));
   EXPECT_EQ(shown[1], std::make_pair(55, std::string("half of 2")));
-  EXPECT_EQ(shown[2], std::make_pair(13, std::string("step 3")));
-  EXPECT_EQ(shown[14], std::make_pair(93, std::string("step 15")));
+  EXPECT_EQ(shown[2], std::make_pair(share(1), std::string("step 3")));
+  EXPECT_EQ(shown[14], std::make_pair(share(13), std::string("step 15")));
   EXPECT_EQ(closed, 1);
 }
 
