@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cmath>
 #include <csignal>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -120,28 +121,34 @@ void restoreScreen(const ScreenState& saved) {
 
 }  // namespace
 
-void guardDesktop() {
-  if (guardian) return;
+std::string guardDesktop() {
+  if (guardian > 0) return {};
   ScreenState saved;
   {
     const DisplayHandle display = openDisplay();
-    if (!display || !readScreen(display.get(), saved)) return;
+    if (!display || !readScreen(display.get(), saved)) return "the display mode cannot be told";
   }
   int ends[2];
-  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return;
-  guardian = fork();
-  if (guardian == 0) watch(ends[1], saved);
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return std::strerror(errno);
+  const pid_t child = fork();
+  const int forkError = errno;
+  if (child == 0) watch(ends[1], saved);
   close(ends[1]);
-  lifeline = ends[0];
   // Nothing may change before the guardian stands on its own feet.
   char byte;
-  if (guardian > 0 && read(lifeline, &byte, 1) == 1) return;
-  close(lifeline);
-  if (guardian > 0) waitpid(guardian, nullptr, 0);
-  guardian = 0;
+  if (child > 0 && read(ends[0], &byte, 1) == 1) {
+    guardian = child;
+    lifeline = ends[0];
+    return {};
+  }
+  close(ends[0]);
+  if (child < 0) return std::strerror(forkError);
+  waitpid(child, nullptr, 0);
+  return "its guardian ended";
 }
 
 bool switchScreenMode(int width, int height) {
+  if (guardian <= 0) return false;
   const DisplayHandle display = openDisplay();
   ScreenState state;
   if (!display || !readScreen(display.get(), state)) return false;

@@ -13,6 +13,7 @@
 #include "platform/end_request.h"
 #include "platform/icon_image.h"
 #include "platform/player_window.h"
+#include "platform/server_loss.h"
 #include "resources/icon.h"
 
 namespace vex {
@@ -76,6 +77,7 @@ void prepareDialogs() {
   if (prepared) return;
   prepared = true;
   fl_open_display();
+  endWithServer();
   std::setlocale(LC_CTYPE, "C");  // the toolkit took the user's, in some of which I and i are no pair
   FL_NORMAL_SIZE = 13;
   Fl::set_font(FL_HELVETICA, " DejaVu Sans");

@@ -24,6 +24,7 @@
 #include "platform/player_window.h"
 #include "platform/screen_modes.h"
 #include "platform/screen_saver.h"
+#include "platform/server_loss.h"
 
 namespace vex {
 
@@ -155,15 +156,22 @@ bool enterGameMode(const WindowRequest& request) {
   return false;
 }
 
-void openFullscreen(const WindowRequest& request) {
-  guardDesktop();
-  inGameMode = enterGameMode(request);
-  if (inGameMode) return;
-  if (!switchScreenMode(request.width, request.height)) {
-    reports.log(("display mode " + std::to_string(request.width) + "x" + std::to_string(request.height) +
-                 " cannot be set, full screen keeps the desktop's")
-                    .c_str());
+// Sets the mode asked for, the game mode where that is possible; otherwise the log says why it stays.
+void changeMode(const WindowRequest& request) {
+  if (const std::string obstacle = guardDesktop(); !obstacle.empty()) {
+    reports.log(("full screen keeps the desktop's mode, which nothing would restore: " + obstacle).c_str());
+    return;
   }
+  inGameMode = enterGameMode(request);
+  if (inGameMode || switchScreenMode(request.width, request.height)) return;
+  reports.log(("display mode " + std::to_string(request.width) + "x" + std::to_string(request.height) +
+               " cannot be set, full screen keeps the desktop's")
+                  .c_str());
+}
+
+void openFullscreen(const WindowRequest& request) {
+  changeMode(request);
+  if (inGameMode) return;
   // Full screen means the screen on which the window stands. Without a window manager GLUT would take
   // the size that the desktop had when the program began.
   const DisplayHandle display = openDisplay();
@@ -266,6 +274,7 @@ void openWindow(const WindowRequest& request, const WindowReports& sinks) {
   reports = sinks;
   checkDisplay();
   XSetErrorHandler(logXError);
+  endWithServer();
   initGlut();
   if (request.fullscreen) {
     openFullscreen(request);

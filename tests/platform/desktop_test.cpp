@@ -1,6 +1,7 @@
 #include "platform/desktop.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -55,8 +56,11 @@ TEST_F(Desktop, ListsModesAndRate) {
   for (const DisplayMode& mode : modes) EXPECT_EQ(mode.bitsPerPixel, 32);
   EXPECT_EQ(modes[0].width + modes[1].width, 800 + 640);
   EXPECT_EQ(refreshRate(), 60);  // this server gives its first mode no timings
+  ASSERT_EQ(guardDesktop(), "");
   ASSERT_TRUE(switchScreenMode(640, 480));
   EXPECT_NEAR(refreshRate(), 25175000.0 / (800 * 525), 1e-9);
+  restoreDesktop();
+  EXPECT_EQ(shown(), "800x600 in 800x600") << "the guardian's work is done when the call returns";
 }
 
 TEST_F(Desktop, ModeComesBackHoweverTheProcessEnds) {
@@ -89,14 +93,44 @@ TEST_F(Desktop, ModeComesBackHoweverTheProcessEnds) {
   }
 }
 
+// What ends in order waits until the mode is back; it does not leave that to chance.
+TEST_F(Desktop, AFatalErrorEndsBehindTheChange) {
+  const ChildResult result = runInChild([] {
+    guardDesktop();
+    switchScreenMode(640, 480);
+    fatalError("over");
+  });
+  EXPECT_EQ(shown(), "800x600 in 800x600");
+  EXPECT_EQ(result.exitCode, 255);
+}
+
+TEST_F(Desktop, WithoutAGuardianTheModeStays) {
+  EXPECT_FALSE(switchScreenMode(640, 480));
+  const ChildResult result = runInChild([] {
+    // Room for the connection that looks at the screen, but not for both ends of the lifeline.
+    const int next = dup(STDERR_FILENO);
+    close(next);
+    const rlimit few{static_cast<rlim_t>(next) + 1, 1024};
+    setrlimit(RLIMIT_NOFILE, &few);
+    const std::string obstacle = guardDesktop();
+    const rlimit many{1024, 1024};
+    setrlimit(RLIMIT_NOFILE, &many);
+    std::fprintf(stderr, "%s, switched: %d", obstacle.c_str(), switchScreenMode(640, 480));
+  });
+  EXPECT_EQ(result.errorText, "Too many open files, switched: 0");
+  EXPECT_EQ(shown(), "800x600 in 800x600");
+}
+
 TEST_F(Desktop, UnknownModesAreRefusedAndNothingChanges) {
+  ASSERT_EQ(guardDesktop(), "");
   EXPECT_FALSE(switchScreenMode(1234, 567));
   EXPECT_EQ(shown(), "800x600 in 800x600");
+  restoreDesktop();
 }
 
 TEST(DesktopAlone, RestoringWithoutADisplayDoesNothing) {
   setenv("DISPLAY", ":4000000", 1);
-  guardDesktop();
+  EXPECT_EQ(guardDesktop(), "the display mode cannot be told");
   EXPECT_FALSE(switchScreenMode(640, 480));
   restoreDesktop();
   EXPECT_TRUE(enumerateDisplayModes().empty());

@@ -12,6 +12,8 @@
 
 #include "platform/end_request.h"
 #include "platform/loading_dialog.h"
+#include "platform/message.h"
+#include "shell/report.h"
 #include "tests/support/x_server.h"
 
 namespace vex {
@@ -146,6 +148,48 @@ TEST(Window, FullScreenWithoutThatModeCoversTheScreenAndSaysWhy) {
             "display mode 320x240 cannot be set, full screen keeps the desktop's\n"
             "640 x 480\n"
             "ended with a context");
+}
+
+// The one thing missing is the extension that tells which mode to restore.
+TEST(Window, FullScreenLeavesAModeThatNothingWouldRestore) {
+  const XServer server(640, 480, "RANDR");
+  const ChildResult result = runInChild([] {
+    open(true);
+    quit = true;
+    run();
+  });
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(
+      result.errorText,
+      "full screen keeps the desktop's mode, which nothing would restore: the display mode cannot be told\n"
+      "ended with a context");
+}
+
+TEST(Window, LosingTheServerEndsWithOneLine) {
+  const struct {
+    const char* title;
+    std::function<void()> show;
+  } cases[] = {{"Test window",
+                [] {
+                  open(false);
+                  run();
+                }},
+               {"Warning", [] { warning("look"); }}};
+  for (const auto& row : cases) {
+    const XServer server(640, 480);
+    const ChildResult result = runWithUser(
+        [&] {
+          enableMessageWindows();
+          row.show();
+        },
+        [&](Display* display) {
+          if (waitForWindow(display, row.title)) server.stop();
+          _exit(0);
+        });
+    EXPECT_EQ(result.exitCode, 255) << row.title;
+    const std::string said = row.title == std::string("Warning") ? "vextests: look\n" : "";
+    EXPECT_EQ(result.errorText, said + "vextests: lost the X display \"" + std::getenv("DISPLAY") + "\"\n");
+  }
 }
 
 }  // namespace vex

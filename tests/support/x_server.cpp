@@ -77,7 +77,7 @@ void offerMode640x480() {
   XSync(display.get(), False);
 }
 
-XServer::XServer(int width, int height) {
+XServer::XServer(int width, int height, const char* extension) {
   const char* display = std::getenv("DISPLAY");
   previous = display ? display : "";
   int ends[2];
@@ -89,7 +89,7 @@ XServer::XServer(int width, int height) {
     const std::string descriptor = std::to_string(ends[1]);
     if (!std::freopen("/dev/null", "w", stderr)) _exit(126);
     execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", size.c_str(), "-noreset",
-           "-nolisten", "tcp", nullptr);
+           "-nolisten", "tcp", extension ? "-extension" : nullptr, extension, nullptr);
     _exit(127);
   }
   close(ends[1]);
@@ -102,9 +102,13 @@ XServer::XServer(int width, int height) {
   setenv("DISPLAY", (":" + number).c_str(), 1);
 }
 
+void XServer::stop() const {
+  kill(process, SIGTERM);
+}
+
 XServer::~XServer() {
   if (process > 0) {
-    kill(process, SIGTERM);
+    stop();
     waitpid(process, nullptr, 0);
   }
   setenv("DISPLAY", previous.c_str(), 1);

@@ -17,13 +17,16 @@
 namespace vex {
 
 // A server with one screen of that size on a free display, which DISPLAY names while it lives. Throws
-// when it does not start, which fails the test.
+// when it does not start, which fails the test. `extension` is one that it does without.
 class XServer {
  public:
-  XServer(int width, int height);
+  XServer(int width, int height, const char* extension = nullptr);
   ~XServer();
   XServer(const XServer&) = delete;
   XServer& operator=(const XServer&) = delete;
+
+  // Ends it before its time, from whatever process.
+  void stop() const;
 
  private:
   int process = 0;
