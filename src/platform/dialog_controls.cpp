@@ -66,6 +66,16 @@ int ModeList::handle(int event) {
   return handled;
 }
 
+PlainButton::PlainButton(int x, int y, int width, int height, const char* text)
+    : Fl_Button(x, y, width, height, text) {}
+
+int PlainButton::handle(int event) {
+  const bool enter = Fl::event_key() == FL_Enter || Fl::event_key() == FL_KP_Enter;
+  if (event != FL_KEYBOARD || !enter) return Fl_Button::handle(event);
+  do_callback();
+  return 1;
+}
+
 DefaultButton::DefaultButton(int x, int y, int width, int height, const char* text)
     : Fl_Return_Button(x, y, width, height, text) {}
 
@@ -78,6 +88,15 @@ void DefaultButton::draw() {
     fl_color(flColour(pressed ? icon::inkBlack : icon::acidGreen));
     fl_rect(x() + 3, y() + 3, w() - 6, h() - 6);
   }
+}
+
+TextLine::TextLine(int x, int y, int width, int height) : Fl_Box(x, y, width, height) {}
+
+void TextLine::draw() {
+  if (!label()) return;
+  fl_color(labelcolor());
+  fl_font(labelfont(), labelsize());
+  fl_draw(label(), x(), y() + (h() + fl_height()) / 2 - fl_descent());
 }
 
 }  // namespace vex

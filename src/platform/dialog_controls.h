@@ -1,5 +1,7 @@
 #pragma once
 
+#include <FL/Fl_Box.H>
+#include <FL/Fl_Button.H>
 #include <FL/Fl_Hold_Browser.H>
 #include <FL/Fl_Return_Button.H>
 
@@ -20,11 +22,28 @@ class ModeList : public Fl_Hold_Browser {
   int selected = 1;
 };
 
+// A button that takes Enter, too, while it has the focus; elsewhere Enter is the default button's.
+class PlainButton : public Fl_Button {
+ public:
+  PlainButton(int x, int y, int width, int height, const char* text);
+
+  int handle(int event) override;
+};
+
 // Answers Enter like a return button, and is told from the others by its black face instead of an
 // arrow.
 class DefaultButton : public Fl_Return_Button {
  public:
   DefaultButton(int x, int y, int width, int height, const char* text);
+
+ private:
+  void draw() override;
+};
+
+// A line of text from its left edge, as it stands: labels of the toolkit would read '@' as a command.
+class TextLine : public Fl_Box {
+ public:
+  TextLine(int x, int y, int width, int height);
 
  private:
   void draw() override;

@@ -142,10 +142,7 @@ std::vector<std::string> commandLine(const std::string& path, const VideoFormat&
   const VideoKind& kind = *videoKindOf(path);
   add({"-f", "rawvideo", "-pixel_format", "bgra", "-framerate", std::to_string(format.framesPerSecond)});
   add({"-video_size", std::to_string(format.width) + "x" + std::to_string(format.height), "-i", "pipe:0"});
-  if (sound.rate > 0) {
-    if (sound.delay > 0) add({"-itsoffset", std::to_string(sound.delay)});
-    add({"-i", "/dev/fd/" + std::to_string(soundDescriptor)});
-  }
+  if (sound.rate > 0) add({"-i", "/dev/fd/" + std::to_string(soundDescriptor)});
   add(kind.picture);
   if (sound.rate > 0) add(kind.sound);
   add({"-bitexact"});

@@ -25,7 +25,6 @@ struct SoundTrack {
   int channels = 0;
   int bytesPerSample = 0;
   std::span<const std::byte> samples;
-  double delay = 0.0;  // s, of the first sample behind the first frame
 };
 
 // Whether the ending of the file name is one that can be written: ".mp4" (H.264 and AAC) or ".mkv"

@@ -19,10 +19,10 @@ namespace {
 
 std::unique_ptr<Fl_Window> window;
 Fl_Progress* bar;
-Fl_Box* line;
+TextLine* line;
 
 // The largest size from 13 down to 9 at which the text fits, and what fits at that size.
-void fitText(std::string& text, Fl_Box& box) {
+void fitText(std::string& text, TextLine& box) {
   for (int size = FL_NORMAL_SIZE; size >= 9; --size) {
     box.labelsize(size);
     fl_font(box.labelfont(), size);

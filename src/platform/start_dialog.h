@@ -19,7 +19,8 @@ struct StartDialogChoice {
 enum class DialogResult { ok, cancel, failed };
 
 // Shows the dialog in the middle of the work area with the keyboard focus and waits. Enter and a
-// double click on a line are OK; Escape, closing the window and endRequested() are Cancel. `failed`:
+// double click on a line are OK; Enter on the focused Cancel button, Escape, closing the window and
+// endRequested() are Cancel. `failed`:
 // there is no display to show it on.
 DialogResult runStartDialog(const char* title, const std::vector<std::string>& lines,
                             StartDialogChoice& choice);

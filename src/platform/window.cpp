@@ -309,6 +309,7 @@ void runMainLoop(const WindowCallbacks& wanted) {
   glutCloseFunc(closeWindow);
   // GLUT told the size while the window opened, and tells it again only when it changes.
   callbacks.reshape(glutGet(GLUT_WINDOW_WIDTH), glutGet(GLUT_WINDOW_HEIGHT));
+  callbacks.begin();
   glutMainLoop();
   std::exit(0);
 }

@@ -28,6 +28,7 @@ struct WindowCallbacks {
   void (*frame)() = nullptr;                         // when idle and whenever the window must be redrawn
   void (*reshape)(int width, int height) = nullptr;  // before the first frame and on every change
   void (*keyboard)(unsigned char key, int x, int y) = nullptr;
+  void (*begin)() = nullptr;         // once, when all the others are registered, before the first frame
   void (*requestClose)() = nullptr;  // close button or endRequested(); a frame() follows
 };
 

@@ -242,6 +242,10 @@ std::vector<Finding> checkTimeLine(const Project& project, std::span<const Scene
     findings.problem(0, formatted("start %g is not before total %g", shown(start), shown(total)),
                      "the show would end at once");
   }
+  if (start < 0 && !playedName(project.music).empty()) {
+    findings.remark(0, formatted("start %g lies before the music, which begins at once", shown(start)),
+                    "with sound the show begins at 0");
+  }
   for (const ProjectPart& part : project.parts) {
     findings.part = static_cast<int>(&part - project.parts.data());
     for (const ProjectCall& call : part.calls) checkCall(findings, call, tables);

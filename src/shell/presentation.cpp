@@ -104,6 +104,7 @@ void openPresentation() {
 }
 
 void loadPresentation(std::optional<float> start) {
+  statistics = {};
   dispatcher = std::make_unique<PartDispatcher>();
   scenes.fill(nullptr);
   setLoadingSteps(loadingSteps);

@@ -56,8 +56,21 @@ struct Span {
   int last;  // frame number
 };
 
+// No file, or one that nobody can read, gives no decoder.
+SoundFile openPresentationMusic() {
+  const auto source = findMusic(presentation().musicName);
+  return source ? openSoundFile(source->path.c_str(), source->offset, source->size) : SoundFile{};
+}
+
+// The player's clock follows the music, and there is no time before that.
+float firstTime() {
+  const float start = presentation().startTime;
+  const bool hasMusic = start < 0 && presentation().musicName[0] != '\0' && openPresentationMusic().decoder;
+  return hasMusic ? 0.0f : start;
+}
+
 Span recordedSpan(const Recording& recording) {
-  Span span{presentation().startTime, presentation().totalTime, 0};
+  Span span{firstTime(), presentation().totalTime, 0};
   if (recording.to) {
     if (*recording.to <= span.start || *recording.to > span.end) {
       fatalError("--to %g lies outside the presentation, %g to %g s", *recording.to, span.start, span.end);
@@ -68,7 +81,7 @@ Span recordedSpan(const Recording& recording) {
     fatalError("%g to %g s at %d frames a second are more than %.0f frames", span.start, span.end,
                recording.framesPerSecond, maxFrames);
   }
-  span.last = lastFrame(span.start, span.end, recording.framesPerSecond);
+  span.last = std::max(0, lastFrame(span.start, span.end, recording.framesPerSecond));
   return span;
 }
 
@@ -95,17 +108,15 @@ Music readMusic(const Span& span, int framesPerSecond) {
   Music music;
   const char* name = presentation().musicName;
   if (name[0] == '\0') return music;
-  const auto source = findMusic(name);
-  if (!source) {
+  if (!findMusic(name)) {
     warning("Sound file %s not found, the video has no sound", name);
     return music;
   }
-  SoundFile file = openSoundFile(source->path.c_str(), source->offset, source->size);
+  SoundFile file = openPresentationMusic();
   const double first = std::floor(std::max(0.0, double{span.start} * file.rate));
   const bool readable = file.decoder && first < file.frames &&
                         (first == 0 || seekSound(file, static_cast<std::uint32_t>(first)));
-  const double delay = std::max(0.0, -double{span.start});
-  const double seconds = (span.last + 1.0) / framesPerSecond - delay;
+  const double seconds = (span.last + 1.0) / framesPerSecond;
   const double frames = std::min(std::floor(seconds * file.rate), file.frames - first);
   if (readable && frames > 0) {
     readSamples(file, static_cast<std::uint64_t>(frames) * static_cast<unsigned>(file.frameBytes()),
@@ -116,7 +127,7 @@ Music readMusic(const Span& span, int framesPerSecond) {
     warning("Sound file %s can't be read at %g s, the video has no sound", name, span.start);
     return music;
   }
-  music.track = {file.rate, file.channels, file.bytesPerSample, music.samples, delay};
+  music.track = {file.rate, file.channels, file.bytesPerSample, music.samples};
   return music;
 }
 

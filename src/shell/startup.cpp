@@ -75,11 +75,11 @@ void runPlayer() {
   loadPresentation();
   closeLoadingDialog();
   startMusic();
-  clockReset();
-  runMainLoop(
-      {.frame = frameCallback, .reshape = reshapeCallback, .keyboard = keyboardCallback, .requestClose = [] {
-         requestQuit(1);
-       }});
+  runMainLoop({.frame = frameCallback,
+               .reshape = reshapeCallback,
+               .keyboard = keyboardCallback,
+               .begin = clockReset,
+               .requestClose = [] { requestQuit(1); }});
 }
 
 }  // namespace vex

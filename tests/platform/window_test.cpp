@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "platform/end_request.h"
 #include "platform/loading_dialog.h"
@@ -53,10 +55,12 @@ void frame() {
 
 void ignoreSize(int, int) {}
 
-void run(void (*reshape)(int, int) = ignoreSize) {
+void run(
+    void (*reshape)(int, int) = ignoreSize, void (*begin)() = [] {}) {
   runMainLoop({.frame = frame,
                .reshape = reshape,
                .keyboard = [](unsigned char key, int, int) { quit = key == 27; },
+               .begin = begin,
                .requestClose = [] { quit = true; }});
 }
 
@@ -114,11 +118,36 @@ TEST(Window, AnIdleMachineDrawsNoMoreFramesThanTheScreenShows) {
                      },
                  .reshape = [](int, int) {},
                  .keyboard = [](unsigned char, int, int) {},
+                 .begin = [] {},
                  .requestClose = [] {}});
   });
   const double rate = std::atof(result.errorText.c_str());
   EXPECT_LE(rate, 61.5);
   EXPECT_GE(rate, 5) << result.errorText;
+}
+
+// The toolkit's labels would draw a symbol in place of '@' and what follows.
+TEST(LoadingWindow, ShowsItsTextAsItStands) {
+  const XServer server(800, 600);
+  // The last column of the screen in which the line of text has ink.
+  const auto inkEnd = [](const char* text) {
+    return std::stoi(runInChild([&] {
+                       openLoadingWindow("Loading window");
+                       showLoadingProgress(0, text);
+                       const TestDisplay display = connect();
+                       int end = 0;
+                       for (int y = 328; y < 344; y += 2) {
+                         for (int x = 172; x < 320; ++x) {
+                           if ((screenColour(display.get(), x, y) & 0xff) < 0x80) end = std::max(end, x);
+                         }
+                       }
+                       std::fprintf(stderr, "%d", end);
+                     }).errorText);
+  };
+  const int letter = inkEnd("a");
+  EXPECT_GT(letter, 172);
+  EXPECT_GT(inkEnd("a@mmmm"), letter + 40);
+  EXPECT_GT(inkEnd("@mmmm"), letter + 30);
 }
 
 TEST(Window, FullScreenWithoutThatModeCoversTheScreenAndSaysWhy) {
@@ -130,7 +159,8 @@ TEST(Window, FullScreenWithoutThatModeCoversTheScreenAndSaysWhy) {
         showLoadingProgress(50, "Loading SceneLayerParticles");
         sleep(1);
         closeLoadingWindow();
-        run([](int width, int height) { std::fprintf(stderr, "%d x %d\n", width, height); });
+        run([](int width, int height) { std::fprintf(stderr, "%d x %d\n", width, height); },
+            [] { std::fprintf(stderr, "begins at frame %d\n", frames); });
       },
       [](Display* display) {
         const Window window = waitForWindow(display, "Test window");
@@ -147,6 +177,7 @@ TEST(Window, FullScreenWithoutThatModeCoversTheScreenAndSaysWhy) {
             "game mode 320x240:32@60 is not possible\n"
             "display mode 320x240 cannot be set, full screen keeps the desktop's\n"
             "640 x 480\n"
+            "begins at frame 0\n"
             "ended with a context");
 }
 

@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "assets/texture_cache.h"
+#include "shell/clock.h"
+#include "shell/options.h"
 #include "shell/report.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/image_files.h"
@@ -86,6 +89,41 @@ TEST_F(Presentation, PreloadsTexturesBehindTheGlows) {
   EXPECT_TRUE(textureEntry(first + 7).wrap);
   EXPECT_STREQ(textureEntry(first + 8).name, "data\\single");
   EXPECT_FALSE(textureEntry(first + 8).wrap);
+}
+
+// The three lines, read off the rows of the font that their characters take.
+std::vector<std::string> overlayLines() {
+  std::vector<std::string> lines(3);
+  for (const auto& quad : asQuads(captureUnclipped(drawFrame))) {
+    const auto line = static_cast<std::size_t>(std::lround((1 - quad[2].y) * 15));
+    lines.at(line) += static_cast<char>(32 + std::lround(quad[2].texture[1] * 128));
+  }
+  return lines;
+}
+
+// The average spans 20 steps and is worked out at frames 20, 41, 62 ...; the first one counts from 0.
+TEST_F(Presentation, StatisticsFollowTheClock) {
+  writeRunFolder({.parts = {}});
+  options.showStats = true;
+  demoClock = {};
+  load();
+  const auto frame = [](float time) {
+    clockAdvanceTo(time);
+    return overlayLines();
+  };
+  using Lines = std::vector<std::string>;
+  EXPECT_EQ(frame(10.0f), (Lines{"fps: 100.00", "avg: 0.00", "time: 10.00"}));
+  for (int n = 2; n <= 41; ++n) {
+    // Four steps a second up to frame 20, then eight.
+    const float time = n <= 20 ? 10.0f + (n - 1) * 0.25f : 14.75f + (n - 20) * 0.125f;
+    const Lines lines = frame(time);
+    const std::string average = n < 20 ? "0.00" : n < 41 ? "1.36" : "8.00";  // 20 / 14.75, 20 / 2.5
+    EXPECT_EQ(lines[0], n <= 20 ? "fps: 4.00" : "fps: 8.00") << n;
+    EXPECT_EQ(lines[1], "avg: " + average) << n;
+    EXPECT_EQ(lines[2], formatted("time: %.2f", static_cast<double>(time))) << n;
+  }
+  demoClock = {};
+  options = {};
 }
 
 }  // namespace

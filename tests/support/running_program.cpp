@@ -11,14 +11,19 @@
 
 namespace vex {
 
-RunningProgram::RunningProgram(const std::string& path) {
+RunningProgram::RunningProgram(const std::string& path, const std::string& heard) {
   char pattern[] = "/tmp/vextest.XXXXXX";
   const int descriptor = mkstemp(pattern);
   errorFile = pattern;
+  if (!heard.empty()) {
+    writeFile("alsoft.conf",
+              "channels = stereo\nsample-type = int16\nfrequency = 44100\n[wave]\nfile = " + heard + "\n");
+  }
   process = fork();
   if (process == 0) {
     dup2(descriptor, STDERR_FILENO);
-    setenv("ALSOFT_DRIVERS", "null", 1);
+    setenv("ALSOFT_DRIVERS", heard.empty() ? "null" : "wave", 1);
+    if (!heard.empty()) setenv("ALSOFT_CONF", "alsoft.conf", 1);
     execl(path.c_str(), path.c_str(), static_cast<char*>(nullptr));
     _exit(127);
   }

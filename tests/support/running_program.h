@@ -6,10 +6,11 @@
 
 namespace vex {
 
-// A program of the build, in the working folder, with a silent sound device.
+// A program of the build, in the working folder, with a silent sound device, or with one that writes
+// the WAV file `heard` of 16-bit stereo at 44100 Hz while it plays.
 class RunningProgram {
  public:
-  explicit RunningProgram(const std::string& path);
+  explicit RunningProgram(const std::string& path, const std::string& heard = "");
   ~RunningProgram();  // kills it if it still runs
   RunningProgram(const RunningProgram&) = delete;
   RunningProgram& operator=(const RunningProgram&) = delete;

@@ -228,6 +228,10 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithTheTimeLine) {
   }
   expectChecks({
       {"start 10\n" + grounded, " start 10 is not before total 10; hint: the show would end at once\n"},
+      {"start -2 total 10 music \"a.ogg\"\n" + part("at -2 length 12", fade("1")),
+       " remark: start -2 lies before the music, which begins at once; hint: with sound the show begins at "
+       "0\n"},
+      {"start -2 total 10\n" + part("at -2 length 12", fade("1")), ""},
       {grounded + part("at 5 length 0.25", viewport), short5},
       {grounded + part("at 5 length 0.3", viewport), ""},
       {"start 6 " + grounded + part("at 5 length 0.25", viewport), ""},
