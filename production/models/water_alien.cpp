@@ -17,20 +17,31 @@ namespace {
 
 using namespace water;
 
-constexpr float poolSide = 3000;
+constexpr float poolSide = 3000, waveHeight = 0.2f;
 const Vector rayFoot(-46, 0, 24);
 
-// --- The being's way: at the surface, and in the last quarter of its loop down into the deep and up again.
+// --- The being's way: at the surface, where it bows now and then until the water ripples round it, and in the
+// last quarter of its loop down into the deep and up again.
 
 constexpr float divesAt = 11, below = 12.5f, risesAt = 13;
+constexpr float bows[]{1.8f, 6.0f, 8.1f};  // when it is lowest
 
 float depthAt(float t) {
   return 420 * (eased(t, divesAt, below) - eased(t, risesAt, loopSeconds));
 }
 
+float bowAt(float t) {
+  constexpr float down = 24, half = 0.6f;  // seconds down, and as many up
+  float bow = 0;
+  for (const float lowest : bows) bow += eased(t, lowest - half, lowest) - eased(t, lowest, lowest + half);
+  return down * bow;
+}
+
+// The water ripples about a place that is 15 times as far from the middle as this one: it swims there.
 Vector swimPlace(float t) {
-  return beingPivot + Vector(2 * swing(t, loopSeconds, 1, 0.1f), 4 * swing(t, loopSeconds, 2) - depthAt(t),
-                             8 * swing(t, loopSeconds, 1, 0.4f));
+  return Vector(2 * swing(t, loopSeconds, 1, 0.1f),
+                beingPivot.y + 4 * swing(t, loopSeconds, 2) - bowAt(t) - depthAt(t),
+                3 * swing(t, loopSeconds, 1, 0.4f));
 }
 
 Placement swimTurn(float t) {
@@ -164,6 +175,9 @@ Model waterAlien(const Settings& settings) {
       {.name = "Water", .surface = plane(poolSide, poolSide, 2, 2), .material = "water_light"},
       {.name = "RayBlue", .surface = ray(), .pivot = rayFoot + Vector(0, 350, 0), .material = "water_ray"},
   };
+  // The scene's waves are high for so wide a sea.
+  stage.meshes[5].motion.scales =
+      scaleKeys(loopSeconds, 225, [](float) { return Vector(1, waveHeight, 1); });
   Motion& swim = stage.meshes[3].motion;
   swim.positions = positionKeys(loopSeconds, 9, swimPlace);
   swim.turns = turnKeys(loopSeconds, 9, swimTurn);

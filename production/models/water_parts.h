@@ -21,8 +21,8 @@ inline constexpr float skyRadius = 2450;
 inline const Vector lampPlace(-300, 1500, 900);
 
 // --- What lives in it: a serpent whose neck, back and tail rise out of the water, modelled looking towards
-// +z; not mapped. It turns about a point above it: as long as that point is farther up than the farthest
-// of the body less 100, the water lies still round it.
+// +z; not mapped. It turns about a point above it: where that point is less far up than the farthest of the
+// body less 100, the water ripples round it.
 
 enum BeingPart { hide, membrane, spine, eyeBall, tooth, maw };
 inline const Vector beingPivot(0, 188, -20);

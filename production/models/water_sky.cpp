@@ -159,9 +159,9 @@ Canvas lightPicture(const Settings& settings) {
   return paint(side, side, [](float u, float v) {
     const float r = std::hypot(2 * u - 1, 2 * v - 1);
     const float bend = 0.22f * fractal(u * 2, v * 2, 2, 2, 0.4f, 975);
-    const float swell =
-        0.5f + 0.25f * std::sin(2 * pi * (1.5f * u + bend)) + 0.25f * std::sin(2 * pi * (1.5f * v - bend));
-    return gradient(tealRamp, smoothStep(0.60f, 0.05f, r) * (0.10f + 0.52f * swell * swell));
+    const float swell = 0.5f + 0.25f * std::cos(2 * pi * (1.5f * (u - 0.5f) + bend)) +
+                        0.25f * std::cos(2 * pi * (1.5f * (v - 0.5f) - bend));
+    return gradient(tealRamp, smoothStep(0.60f, 0.05f, r) * (0.10f + 0.34f * swell));
   });
 }
 
