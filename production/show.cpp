@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 #include "shell/report.h"
 
@@ -243,6 +244,34 @@ void Show::part(const char* name, double fromBar, double bars, int track, std::v
       {name, cueSeconds(fromBar), start, cueSeconds(bars), speed, track, std::move(calls)});
 }
 
+namespace {
+
+// What the lights of a scene show, beside the flare that all lights have; loaded when one is first drawn.
+struct SceneFlares {
+  const char* scene;
+  std::vector<const char*> textures;
+};
+const SceneFlares sceneFlares[] = {
+    {"SceneHell", {"flare_shine"}},
+    {"SceneIntroBox", {"flare_smoke1", "flare_smoke2", "flare_smoke3", "flare_smoke4"}},
+    {"SceneFetus", {"flare_smoke1", "flare_smoke2", "flare_smoke3", "flare_smoke4"}},
+    {"SceneSkull",
+     {"flare_smoke1", "flare_smoke2", "flare_smoke3", "flare_smoke4", "flare_fire1", "flare_fire2",
+      "flare_fire3", "flare_fire4"}},
+    {"SceneWater", {"flare_highpass", "flare_particle"}},
+    {"SceneLayerParticles", {"flare_shine"}},
+    {"SceneOuttro", {"flare_vectorball"}},
+};
+
+bool calls(const Script& script, std::string_view scene) {
+  for (const ScriptPart& part : script.parts)
+    for (const ScriptCall& call : part.calls)
+      if (call.scene == scene) return true;
+  return false;
+}
+
+}  // namespace
+
 std::string preloadList(const Script& script) {
   struct Use {
     std::string name;
@@ -261,7 +290,6 @@ std::string preloadList(const Script& script) {
     for (const ScriptCall& one : part.calls) {
       if (one.function == "loadFlare") use(one.parameters[0].curve.text, false);
       if (one.function == "preloadFont") use(one.parameters[0].curve.text, false);
-      if (one.function == "showVectorBalls") use("data\\flare_vectorball", false);
       const bool single = one.function == "drawBitmap";
       if (!single && one.function != "drawBitmapRepeat" && one.function != "drawBitmapWave" &&
           one.function != "drawNoise")
@@ -273,6 +301,11 @@ std::string preloadList(const Script& script) {
       if (frames > 1) use(name.substr(0, name.size() - 1) + std::to_string(frames), false);
     }
   use("data\\vex_substract", false);
+  use("data\\flare_normal", false);
+  for (const auto& [scene, textures] : sceneFlares) {
+    if (!calls(script, scene)) continue;
+    for (const char* texture : textures) use(std::string("data\\") + texture, false);
+  }
   std::string text;
   for (const Use& one : uses) text += one.name + (one.wrap ? " 1\n" : " 0\n");
   return text;

@@ -20,8 +20,8 @@ using namespace water;
 constexpr float poolSide = 3000, waveHeight = 0.2f;
 const Vector rayFoot(-46, 0, 24);
 
-// --- The being's way: at the surface, where it bows now and then until the water ripples round it, and in the
-// last quarter of its loop down into the deep and up again.
+// --- The being's way: at the surface, where it bows now and then until the water ripples round it, and in
+// the last quarter of its loop down into the deep and up again.
 
 constexpr float divesAt = 11, below = 12.5f, risesAt = 13;
 constexpr float bows[]{1.8f, 6.0f, 8.1f};  // when it is lowest
@@ -176,8 +176,7 @@ Model waterAlien(const Settings& settings) {
       {.name = "RayBlue", .surface = ray(), .pivot = rayFoot + Vector(0, 350, 0), .material = "water_ray"},
   };
   // The scene's waves are high for so wide a sea.
-  stage.meshes[5].motion.scales =
-      scaleKeys(loopSeconds, 225, [](float) { return Vector(1, waveHeight, 1); });
+  stage.meshes[5].motion.scales = scaleKeys(loopSeconds, 225, [](float) { return Vector(1, waveHeight, 1); });
   Motion& swim = stage.meshes[3].motion;
   swim.positions = positionKeys(loopSeconds, 9, swimPlace);
   swim.turns = turnKeys(loopSeconds, 9, swimTurn);

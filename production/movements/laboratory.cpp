@@ -203,7 +203,7 @@ void addBurst(Show& show) {
            Fade{.red = 0.97,
                 .green = 1,
                 .blue = 0.98,
-                .alpha = spline({{0, 0}, {1, 0.12}, {3, 0.75}, {3.7, 1}, {partEnd, 1}})});
+                .alpha = spline({{0, 0.1}, {1, 0.16}, {3, 0.75}, {3.7, 1}, {partEnd, 1}})});
 }
 
 }  // namespace

@@ -12,7 +12,8 @@ void addPrologue(Show& show) {
   show.add("far town", 1, 5, far,
            Bitmap{.texture = "spires_bone",
                   .at = {slide(-1.15, -1.5), slide(-0.02, -0.2), slide(2.3, 2.8), slide(1.0, 1.2)},
-                  .alpha = fade(8, 2)});
+                  // A far flash shows it before it comes out of the dark.
+                  .alpha = line({{0, 0.55}, {0.7, 0.1}, {8, 1}, {-2, 1}, {partEnd, 0}})});
   show.add("heartbeats", 0, 6, haze,
            Bitmap{.texture = "haze_bone",
                   .at = centred(swing(19, -0.15, 0.15), swing(13, -0.05, 0.12), 2.6, 1.7),

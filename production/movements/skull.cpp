@@ -153,8 +153,8 @@ void addHalos(Show& show) {
     double bar, bars;
     std::vector<double> beats;
     double x, y;
-  } halos[] = {{skullBar, 1.5, {0, 0.25, 3, 3.25}, -0.28, -0.62},
-               {skullBar, 1.5, {0, 0.25, 3, 3.25}, 0.26, -0.60},
+  } halos[] = {{skullBar, 1.5, {0, 0.25, 3, 3.25, 4, 4.25}, -0.28, -0.62},
+               {skullBar, 1.5, {0, 0.25, 3, 3.25, 4, 4.25}, 0.26, -0.60},
                {barOf("spears") + 1, 1, {0, 0.25, 1, 1.25, 1.5, 2, 2.5, 3}, 0.26, -0.44},
                {barOf("clouds race"), 1, {0, 0.25, 1.5, 3}, 0.32, -0.42},
                {barOf("crow 3 falls"), 1, {0, 1.25, 1.5, 2.5}, -0.42, -0.50}};
@@ -170,7 +170,7 @@ void addStorm(Show& show) {
   const double start = skullBar;
   show.add("zenith", start, 16, ground,
            Fade{.red = stormZenith.r, .green = stormZenith.g, .blue = stormZenith.b});
-  addStrokes(show, start, 2, {0, 3, 6, 7.25}, 0.8);
+  addStrokes(show, start, 2, {0, 3, 4, 6, 7.25}, 0.8);
   addStrokes(show, barOf("storm"), 2, {0, 2.5, 4, 6, 7, 7.5}, 0.9);
   addStrokes(show, barOf("spears"), 2, {0, 1, 2, 3, 4, 5, 5.25, 6, 6.5, 7, 7.5}, 0.9);
   addStrokes(show, barOf("laser 1"), 2, {4, 6.5}, 1.5);

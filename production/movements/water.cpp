@@ -138,7 +138,7 @@ void addWater(Show& show) {
   show.add("out of the dark", start, 1, flash + 1,
            Fade{.alpha = line({{0, 1}, {2, 0.85}, {2.2, 0.3}, {partEnd, 0}})});
   show.add("dissolve", dissolve, 1, flash + 1,
-           Fade{1, 0.99, 0.97, line({{0, 0}, {1, 0.18}, {3, 0.8}, {3.7, 1}, {partEnd, 1}})});
+           Fade{1, 0.99, 0.97, line({{0, 0.1}, {1, 0.2}, {3, 0.8}, {3.7, 1}, {partEnd, 1}})});
 }
 
 }  // namespace vex

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <map>
 #include <set>
+#include <string_view>
 
 #include "production/cues.h"
 #include "production/maker.h"
@@ -108,7 +110,7 @@ std::vector<const ScriptPart*> activeAt(double time) {
   return active;
 }
 
-// Value at `progress`; curves hold their ends.
+// Value at `progress`; curves hold their ends. Splines are taken for lines.
 double valueOf(const ScriptParameter& parameter, double progress) {
   const Curve& curve = parameter.curve;
   double value = curve.value;
@@ -116,7 +118,7 @@ double valueOf(const ScriptParameter& parameter, double progress) {
     value = std::sin(progress * 2 * 3.1415926536 * curve.cycles + curve.phase / 180 * 3.1415926536) *
                 curve.amplitude +
             curve.offset;
-  if (curve.kind == CurveKind::linear) {
+  if (curve.kind == CurveKind::linear || curve.kind == CurveKind::spline) {
     value = curve.dots.back().y;
     for (std::size_t i = curve.dots.size(); i-- > 0;) {
       if (progress > curve.dots[i].x) break;
@@ -214,19 +216,17 @@ TEST(Project, RefusesWhatTheFormatCannotHold) {
 }
 
 TEST(TimeLine, UsesAllFunctionsAndAllKindsOfParameters) {
-  std::set<std::string> scenes, functions;
+  std::set<std::string> functions;
   std::set<CurveKind> kinds;
   for (const ScriptPart& part : theShow().parts)
     for (const ScriptCall& call : part.calls) {
-      scenes.insert(call.scene);
       functions.insert(call.scene + "." + call.function);
       for (const ScriptParameter& parameter : call.parameters) kinds.insert(parameter.curve.kind);
     }
   std::set<std::string> offered;
   for (const SceneTable& table : sceneTables())
-    if (scenes.contains(std::string(table.scene)))
-      for (const FunctionRow& row : table.functions)
-        offered.insert(std::string(table.scene) + "." + std::string(row.name));
+    for (const FunctionRow& row : table.functions)
+      offered.insert(std::string(table.scene) + "." + std::string(row.name));
   EXPECT_EQ(functions, offered);
   EXPECT_EQ(kinds.size(), 5u);
 }
@@ -263,19 +263,109 @@ TEST(TimeLine, TheViewportIsWholeAgainAtTheEndOfEachFrame) {
   }
 }
 
-TEST(TimeLine, SomethingBeginsOrStrikesOnEveryBar) {
-  for (int bar = 0; bar < songBars; ++bar) {
-    const double time = cueSeconds(bar);
-    bool happens = false;
-    for (const ScriptPart& part : theShow().parts) {
-      happens = happens || part.position == time;
-      for (const ScriptCall& call : part.calls)
-        for (const ScriptParameter& parameter : call.parameters)
-          for (const CurveDot& dot : parameter.curve.dots)
-            happens = happens || (dot.x > 0 && std::abs(part.position + dot.x * part.length - time) < 1e-6);
+TEST(TimeLine, EachWorldHasItsSection) {
+  const struct {
+    Section section;
+    const char* scene;
+    double least;  // of the section's time
+  } rows[] = {{Section::box, "SceneIntroBox", 0.9},     {Section::alien, "SceneAlien", 0.9},
+              {Section::laboratory, "SceneFetus", 0.9}, {Section::hell, "SceneHell", 0.9},
+              {Section::skull, "SceneSkull", 0.9},      {Section::water, "SceneWater", 0.9},
+              {Section::outro, "SceneOuttro", 0.5}};
+  for (const auto& [section, scene, least] : rows) {
+    const int beats = barCount(section) * 4;
+    int shown = 0;
+    for (int beat = 0; beat < beats; ++beat) {
+      bool found = false;
+      for (const ScriptPart* part : activeAt(cueSeconds(firstBar(section) + (beat + 0.5) / 4)))
+        for (const ScriptCall& call : part->calls) {
+          const SceneTable& table = *findSceneTable(sceneTables(), call.scene);
+          found = found ||
+                  (call.scene == scene && findFunction(table, call.function)->role == FunctionRole::draws);
+        }
+      shown += found;
     }
-    EXPECT_TRUE(happens) << "bar " << bar;
+    EXPECT_GE(shown, least * beats) << scene;
   }
+}
+
+// The numbers of each call that can be seen at a time, by its part and its place in that; those that set
+// something are seen through what draws it.
+struct Shown {
+  bool draws = false;
+  std::vector<double> numbers;
+};
+std::map<std::pair<const ScriptPart*, std::size_t>, Shown> shownAt(double time) {
+  std::map<std::pair<const ScriptPart*, std::size_t>, Shown> shown;
+  for (const ScriptPart* part : activeAt(time))
+    for (std::size_t i = 0; i < part->calls.size(); ++i) {
+      const ScriptCall& call = part->calls[i];
+      const FunctionRow& row = *findFunction(*findSceneTable(sceneTables(), call.scene), call.function);
+      Shown one{row.role == FunctionRole::draws, {}};
+      bool visible = true;
+      for (std::size_t k = 0; k < call.parameters.size(); ++k) {
+        one.numbers.push_back(valueOf(call.parameters[k], (time - part->position) / part->length));
+        if (std::string_view(row.parameters[k].name) == "alpha") visible = one.numbers.back() > 0.02;
+      }
+      if (visible) shown[{part, i}] = one;
+    }
+  return shown;
+}
+
+// Something comes, goes or jumps: what moves evenly does not get far in a twentieth of a second.
+TEST(TimeLine, SomethingThatOneSeesChangesOnEveryBar) {
+  for (int bar = 1; bar < songBars; ++bar) {
+    const double time = cueSeconds(bar);
+    const auto before = shownAt(time - 0.01), after = shownAt(time + 0.04);
+    bool changes = false;
+    for (const auto& [call, shown] : before) changes = changes || (shown.draws && !after.contains(call));
+    for (const auto& [call, shown] : after) {
+      const auto was = before.find(call);
+      if (was == before.end()) {
+        changes = changes || shown.draws;
+        continue;
+      }
+      for (std::size_t k = 0; k < shown.numbers.size(); ++k)
+        changes = changes || std::abs(shown.numbers[k] - was->second.numbers[k]) >
+                                 0.08 * std::max(1.0, std::abs(shown.numbers[k]));
+    }
+    EXPECT_TRUE(changes) << "bar " << bar;
+  }
+}
+
+// The text that a call of a part gives first, or none.
+std::string firstText(const ScriptPart& part, const char* function) {
+  for (const ScriptCall& call : part.calls)
+    if (call.function == function) return call.parameters[0].curve.text;
+  return "no call";
+}
+
+// The crow that falls is the one at which the lasers aim, in the place to which it flew, and burns itself.
+TEST(TimeLine, LasersShootTheCrowThatFalls) {
+  std::set<double> shot;
+  std::string lastTarget = "none";
+  for (const ScriptPart& part : theShow().parts) {
+    if (const std::string target = firstText(part, "setLaser"); target != "no call") lastTarget = target;
+    for (const ScriptCall& call : part.calls) {
+      if (call.scene != "SceneSkull" || call.function != "killCrow") continue;
+      const double crow = call.parameters[0].curve.value;
+      const std::string name = "Crow0" + std::to_string(static_cast<int>(crow) + 1);
+      for (const ScriptCall& trail : part.calls)
+        if (trail.function == "setParticleCount") {
+          EXPECT_EQ(trail.parameters[0].curve.value, crow) << part.name;
+        }
+      if (!shot.insert(crow).second) continue;
+      bool aimed = false, flew = false;
+      for (const ScriptPart* other : activeAt(part.position - 0.01)) {
+        aimed = aimed || firstText(*other, "setLaser") == name;
+        flew = flew || (firstText(*other, "setAnimationState") == name &&
+                        std::abs(other->position + other->length - part.position) < 1e-6);
+      }
+      EXPECT_TRUE(aimed && flew) << name;
+    }
+  }
+  EXPECT_EQ(shot.size(), 3u);
+  EXPECT_EQ(lastTarget, "");  // the lasers are out
 }
 
 TEST(TimeLine, EverythingItShowsIsMadeAndPreloaded) {

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "assets/texture_cache.h"
 #include "effects/particle_system.h"
 #include "production/cues.h"
 #include "production/maker.h"
@@ -103,6 +104,18 @@ LeftBehind whatIsLeft(double time) {
   return left;
 }
 
+// Whether the creature cuts through the surface as its scene wants it before the water ripples round it.
+bool creatureRipples() {
+  for (int i = 0; i < presentation().sceneCount; ++i) {
+    const Scene& scene = *presentation().scenes[i];
+    if (std::string(scene.name) != "SceneWater") continue;
+    const auto& creature = *static_cast<const Mesh*>(scene.find("WaterAlien"));
+    const float height = creature.getWorldPosition().y;
+    return height + creature.radius > 100 && height - creature.radius < -100;
+  }
+  return false;
+}
+
 class WholeShow : public GlTest {
  protected:
   static void frame(double time) {
@@ -119,18 +132,26 @@ class WholeShow : public GlTest {
 };
 
 // Late in each section: what the setters before have left is the same, whether the show was
-// played up to there or begun there.
+// played up to there or begun there. On the way nothing is loaded but the frames of the movie.
 TEST_F(WholeShow, StartedLateFindsWhatPlayingWouldHaveLeft) {
   makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
   std::map<double, LeftBehind> played;
   load(0);
+  const int preloaded = textureCount();
+  bool rippled = false;
   double time = 0;
   for (const Section section : showSections) {
     const double stop = cueSeconds(firstBar(section) + barCount(section) * 4 / 5.0);
-    for (; time < stop; time += 0.2) frame(time);
+    for (; time < stop; time += 0.2) {
+      frame(time);
+      rippled = rippled || (time > cueSeconds(103) && time < cueSeconds(115) && creatureRipples());
+    }
     frame(stop);
     played[stop] = whatIsLeft(stop);
   }
+  EXPECT_TRUE(rippled);
+  for (int id = preloaded; id < textureCount(); ++id)
+    EXPECT_TRUE(std::string(textureEntry(id).name).starts_with("data\\eye")) << textureEntry(id).name;
   destroyPresentation();
 
   for (const auto& [start, expected] : played) {
