@@ -299,6 +299,7 @@ TEST_F(Player, AWindowIsAsLargeAsTheChosenModeAndLeavesTheDesktopAlone) {
     waitForDialog();
     key(keys);
     const Window window = waitForWindow(display.get(), title, width);
+    ASSERT_NE(window, 0u) << "no window " << width << " wide";
     EXPECT_EQ(placeOf(window).x, (screenWidth - width) / 2);
     EXPECT_EQ(screenWidthNow(), screenWidth);
     EXPECT_TRUE(shows(red));
