@@ -9,11 +9,16 @@ void addPrologue(Show& show) {
   show.add("black", 0, 8, ground, Fade{});
   show.add("night", 0, 6, backdrop,
            Bitmap{.texture = "sky_bone", .at = covering(slide(1.02, 1.3)), .alpha = fade(10, 3)});
+  show.add("far lightning", 1, 1, far - 1,
+           Bitmap{.texture = "haze_bone",
+                  .at = centred(-0.3, 0.25, 1.7, 2.4),
+                  .alpha = line({{0, 0.9}, {0.2, 0.35}, {0.35, 0.7}, {1.6, 0}, {partEnd, 0}}),
+                  .blend = Blend::add});
   show.add("far town", 1, 5, far,
            Bitmap{.texture = "spires_bone",
                   .at = {slide(-1.15, -1.5), slide(-0.02, -0.2), slide(2.3, 2.8), slide(1.0, 1.2)},
-                  // A far flash shows it before it comes out of the dark.
-                  .alpha = line({{0, 0.55}, {0.7, 0.1}, {8, 1}, {-2, 1}, {partEnd, 0}})});
+                  // The lightning shows it before it comes out of the dark.
+                  .alpha = line({{0, 1}, {0.7, 0.2}, {8, 1}, {-2, 1}, {partEnd, 0}})});
   show.add("heartbeats", 0, 6, haze,
            Bitmap{.texture = "haze_bone",
                   .at = centred(swing(19, -0.15, 0.15), swing(13, -0.05, 0.12), 2.6, 1.7),
