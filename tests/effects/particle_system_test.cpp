@@ -177,33 +177,6 @@ TEST(ParticleSystem, FadesInAndOut) {
   }
 }
 
-TEST(ParticleSystem, PeaksAfterFadingInAndVanishesAtItsDeath) {
-  Light light;
-  ParticleSystem system;
-  system.rate = 0.0f;
-  system.lifeVariation = 0.0f;
-  system.fadeIn = 0.5f;
-  system.maxAlpha = 0.75f;
-  system.addShape(&light);
-  system.emit(1, 0.0f);
-  float peak = 0.0f;
-  for (int frame = 1; frame < 2000; ++frame) {
-    system.update(0.001f * static_cast<float>(frame), 0.001f);
-    peak = std::max(peak, system.particles[0].alpha);
-    if (frame == 250 || frame == 1250) {
-      EXPECT_NEAR(system.particles[0].alpha, 0.375f, 0.003f);
-    }
-    if (frame == 500) {
-      EXPECT_NEAR(system.particles[0].alpha, 0.75f, 0.003f);
-    }
-  }
-  EXPECT_NEAR(peak, 0.75f, 0.003f);
-  EXPECT_TRUE(system.particles[0].alive);
-  EXPECT_NEAR(system.particles[0].alpha, 0.0f, 0.003f);
-  system.update(2.0f, 0.001f);
-  EXPECT_FALSE(system.particles[0].alive);
-}
-
 TEST(ParticleSystem, CarriesFractionsFromFrameToFrame) {
   const struct {
     float rate, dt;

@@ -59,12 +59,8 @@ TEST(VolLight, SetsUpItsBeams) {
   EXPECT_EQ(light.depthSize(), 4);
   EXPECT_EQ(light.depthBuffer, std::vector<float>(16, 0.0f));
   EXPECT_STREQ(light.beams.name, ".beams");
-  EXPECT_EQ(light.beams.blendMode, BlendMode::additive);
-  EXPECT_TRUE(light.beams.twoSided);
-  EXPECT_FALSE(light.beams.lit);
   EXPECT_FLOAT_EQ(light.beams.opacity, 1.7f / 4);
   EXPECT_EQ(light.beams.texture, -1);
-  EXPECT_EQ(light.beams.vertexCount, 17u);
   EXPECT_EQ(light.beams.faceCount, 15u);
   std::vector<float> uvs(2 * 17, 0.0f);
   uvs[2 * 16] = 1.0f;

@@ -421,10 +421,6 @@ TEST_F(Helper, ConstructionLoadsTheLogoInARow) {
     EXPECT_EQ(textureEntry(id).name, names[static_cast<std::size_t>(id)]);
     EXPECT_FALSE(textureEntry(id).wrap);
   }
-  const std::vector<std::string> functions{"drawBitmap", "drawBitmapRepeat", "drawBitmapWave", "fadeScreen",
-                                           "drawMovie",  "setViewport",      "drawNoise",      "drawVexLogo"};
-  ASSERT_EQ(scene.functionCount, static_cast<int>(functions.size()));
-  for (std::size_t i = 0; i < functions.size(); ++i) EXPECT_EQ(scene.functionNames[i], functions[i]);
 }
 
 }  // namespace vex

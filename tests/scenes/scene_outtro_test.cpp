@@ -75,9 +75,6 @@ class Outtro : public GlTest {
 
 TEST_F(Outtro, IsConstructed) {
   EXPECT_STREQ(scene->name, "SceneOuttro");
-  EXPECT_EQ(namesOf(sceneOuttroFunctions()),
-            (std::vector<std::string>{"drawScroller", "preloadFont", "preloadText", "showCopperBars",
-                                      "showVectorBalls", "preloadVectorBalls", "drawStars"}));
   EXPECT_EQ(scene->scrollPos, -20);
   EXPECT_TRUE(textureEntry(0).wrap);
   ASSERT_EQ(scene->stars.size(), 1000u);

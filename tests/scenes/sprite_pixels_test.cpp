@@ -288,6 +288,7 @@ TEST_F(SpritePixels, TheClosingScenesFlatEffects) {
                   {{60, 30, star(210)}, {59, 29, star(210)}, {63, 30, ground}, {65, 29, star(410)}}},
        }) {
     expectPixels(sprite);
+    EXPECT_TRUE(glFlag(GL_DEPTH_WRITEMASK)) << sprite.name;
   }
 }
 
