@@ -51,7 +51,6 @@ void VolLight::buildBeams() {
   for (std::size_t k = 0; k < beams.faces.size(); ++k) beams.faces[k].v = {apex, order[k], order[k + 1]};
 
   // The scene's preparation does not know this mesh.
-  beams.vertices[apex].u = 1.0f;
   beams.vertexCount = apex + 1;
   beams.faceCount = apex - 1;
   beams.positions.assign(3 * beams.vertices.size(), 0.0f);

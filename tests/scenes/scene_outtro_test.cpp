@@ -271,6 +271,17 @@ TEST_F(Outtro, BallsComeFromTheirFile) {
   EXPECT_EQ(scene->lights.count(), 0);
 }
 
+// There are sixteen handles for files.
+TEST_F(Outtro, LoadingClosesItsFiles) {
+  for (const char* name : {"a.hvv", "b.hvv"}) writeFile(name, ballBytes(0, {}));
+  for (const char* name : {"a.txt", "b.txt"}) writeFile(name, name);
+  for (int i = 0; i < 17; ++i) {
+    call("preloadVectorBalls", 0, {i % 2 == 0 ? "a.hvv" : "b.hvv"});
+    call("preloadText", 0, {i % 2 == 0 ? "a.txt" : "b.txt"});
+  }
+  EXPECT_EQ(scene->text, "a.txt");
+}
+
 TEST_F(Outtro, BallFilesAreChecked) {
   EXPECT_EQ(fatalText([] { readBallFile("gone.hvv"); }), "Vector balls gone.hvv not found!");
   const struct {

@@ -79,7 +79,7 @@ struct Probe {
 struct Sprite {
   const char* name;
   std::function<void()> draw;
-  bool depthWrites;  // what its drawing must turn round
+  bool solid;  // writes depth where its alpha test passes; the others do neither
   std::vector<Probe> probes;
 };
 
@@ -121,16 +121,17 @@ class SpritePixels : public GlTest {
   }
   static int add(const char* name, const Paint& paint) { return add(name, paint, paint); }
 
-  void spoilState(bool depthWrites, GLenum culled) const {
+  void spoilState(bool solid, GLenum culled) const {
     glDisable(GL_TEXTURE_2D);
     glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(decoy));
-    for (const GLenum state : {GL_LIGHTING, GL_CULL_FACE, GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T, GL_ALPHA_TEST})
+    for (const GLenum state : {GL_LIGHTING, GL_CULL_FACE, GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T})
       glEnable(state);
     glCullFace(culled);
     glAlphaFunc(GL_LESS, 0);
     glBlendFunc(GL_ONE, GL_ZERO);
     glColor4f(0.1f, 0.9f, 0.1f, 0.9f);
-    glDepthMask(depthWrites ? GL_TRUE : GL_FALSE);
+    (solid ? glDisable : glEnable)(GL_ALPHA_TEST);
+    glDepthMask(solid ? GL_FALSE : GL_TRUE);
     glMatrixMode(GL_MODELVIEW);
   }
 
@@ -142,7 +143,7 @@ class SpritePixels : public GlTest {
       glClearColor(static_cast<float>(ground[0]), static_cast<float>(ground[1]),
                    static_cast<float>(ground[2]), 1);
       glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-      spoilState(!sprite.depthWrites, culled);
+      spoilState(sprite.solid, culled);
       sprite.draw();
       for (const auto& [x, y, paint, depth] : sprite.probes) {
         const std::array<int, 4> pixel = readPixel(x, y);
@@ -283,7 +284,12 @@ TEST_F(SpritePixels, TheClosingScenesFlatEffects) {
                   false,
                   {{1, 30, over(bar, ground)}, {60, 28, over(bar, ground)}, {60, 34, ground}}},
            Sprite{"stars",
-                  call("drawStars", {0, 0, 0}),
+                  [draw = call("drawStars", {0, 0, 0})] {
+                    glDepthFunc(GL_NEVER);
+                    glEnable(GL_STENCIL_TEST);
+                    glStencilFunc(GL_NEVER, 0, 0);
+                    draw();
+                  },
                   false,
                   {{60, 30, star(210)}, {59, 29, star(210)}, {63, 30, ground}, {65, 29, star(410)}}},
        }) {
