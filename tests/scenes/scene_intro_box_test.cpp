@@ -66,14 +66,19 @@ TEST_F(IntroBox, TheFountainRises) {
 
 TEST_F(IntroBox, SmokeDrifts) {
   scene.viewerIndex = 1;
-  const Vector before = scene.lights[5]->position;
+  std::vector<Vector> before;
+  for (const Light* light : scene.lights) before.push_back(light->position);
   call("animate", 2);
-  const Light& smoke = *scene.lights[5];
-  const double u = 3.64 * 2 + 3.141 * std::sin(5.0);
-  expectValues({{"size", smoke.flareSize, 15 + 5 * std::sin(10 * std::sin(5.0))},
-                {"x", smoke.position.x, before.x + 0.25 * std::sin(u)},
-                {"y", smoke.position.y, before.y + 0.25 * std::cos(u)},
-                {"z", smoke.position.z, before.z}});
+  for (const int i : {1, 5, 48}) {
+    SCOPED_TRACE(i);
+    const Light& smoke = *scene.lights[i];
+    const Vector& from = before[static_cast<std::size_t>(i)];
+    const double own = std::sin(static_cast<double>(i)), u = 3.64 * 2 + 3.141 * own;
+    expectValues({{"size", smoke.flareSize, 15 + 5 * std::sin(10 * own)},
+                  {"x", smoke.position.x, from.x + 0.25 * std::sin(u)},
+                  {"y", smoke.position.y, from.y + 0.25 * std::cos(u)},
+                  {"z", smoke.position.z, from.z}});
+  }
   EXPECT_EQ(scene.viewerIndex, 1);  // as it was
   EXPECT_EQ(scene.lights[0]->flareSize, 0);
   EXPECT_EQ(scene.lights[49]->flareSize, 25);
@@ -123,6 +128,8 @@ TEST_F(IntroBox, ReversesTheSmokeOnce) {
                 {"x", scene.lights[7]->position.x, place.x},
                 {"y", scene.lights[7]->position.y, place.y - (3 * std::sin(7.0) + 7) * 0.25 * (2 + 3)}});
   EXPECT_TRUE(scene.reversed);
+  for (const int i : {1, 48}) EXPECT_NEAR(strength(i), -2 * 0.25 / 6, 1e-6) << i;
+  EXPECT_EQ(strength(49), -1);
 }
 
 TEST(IntroBoxModel, MustHoldTheSmoke) {
