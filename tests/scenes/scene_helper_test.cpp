@@ -72,9 +72,14 @@ class Helper : public GlTest {
     return addTexture(std::move(entry), name.c_str(), false);
   }
 
+  // Leaves what the next call must set for itself: colour, blending and texture.
   static void clear(float red, float green, float blue) {
     glClearColor(red, green, blue, 1);
     glClear(GL_COLOR_BUFFER_BIT);
+    glColor4f(0.9f, 0.1f, 0.9f, 0.1f);
+    glBlendFunc(GL_ONE, GL_ZERO);
+    glDisable(GL_TEXTURE_2D);
+    glBindTexture(GL_TEXTURE_2D, 0);
   }
 
   // The call's quads; their corners under no clipping.

@@ -285,6 +285,7 @@ TEST_F(SpritePixels, TheClosingScenesFlatEffects) {
                   {{1, 30, over(bar, ground)}, {60, 28, over(bar, ground)}, {60, 34, ground}}},
            Sprite{"stars",
                   [draw = call("drawStars", {0, 0, 0})] {
+                    glEnable(GL_TEXTURE_2D);
                     glDepthFunc(GL_NEVER);
                     glEnable(GL_STENCIL_TEST);
                     glStencilFunc(GL_NEVER, 0, 0);
