@@ -24,17 +24,13 @@ std::size_t at(int index) {
   return static_cast<std::size_t>(index);
 }
 
-// No line and no list entry is shorter than that; a few more than the file has are let pass.
-constexpr std::size_t smallestEntry = 8;
-constexpr std::size_t tolerated = 4096;
-
 // All counts of a model together must fit into its file, so that they cannot ask for any amount of memory.
 int scanCount(const char* what) {
   const int count = scanInt();
   const std::size_t size = readingText() ? modelReader.text.size() : modelStream.bytes.size();
   if (count >= 0) modelState.claimed += at(count);
-  if (count < 0 || modelState.claimed > size / smallestEntry + tolerated) {
-    refuseModel("%d %s can't be in this file", count, what);
+  if (count < 0 || modelState.claimed > mostClaimed(size)) {
+    fatalError("%d %s can't be in this file", count, what);
   }
   return count;
 }
@@ -52,7 +48,7 @@ int texCoordCount() {
 }
 
 void checkIndex(const char* what, int index, int count) {
-  if (index < 0 || index >= count) refuseModel("%s %d isn't one of the %d announced", what, index, count);
+  if (index < 0 || index >= count) fatalError("%s %d isn't one of the %d announced", what, index, count);
 }
 
 // A mesh with fewer texture vertices than vertices has no place for the last ones.
@@ -76,13 +72,12 @@ void setTexCoord(int index, float u, float v) {
   vertices[at(index)].v = v;
 }
 
-// From here on the mesh's vertices are its texture vertices.
 void setTextureFace(int index, const Corners& corners) {
   Mesh& mesh = *currentMesh();
   if (at(index) >= mesh.faces.size()) return;
-  if (modelState.geometricNormals) {
+  if (!modelState.hasTextureFaces) {
     for (Vertex& vertex : mesh.vertices) vertex.normal = {};
-    modelState.geometricNormals = false;
+    modelState.hasTextureFaces = true;
   }
   for (std::size_t i = 0; i < 3; ++i) {
     mesh.faces[at(index)].v[i] = static_cast<std::uint32_t>(corners[i]);
@@ -110,7 +105,8 @@ inline Vector cornerNormal(const Vector& a, const Vector& b) {
   return normal;
 }
 
-// Every corner adds the unit normal of its face. Each takes the two edges that meet there.
+// Every corner adds the unit normal of its face. Each takes the two edges that meet there. Texture vertices
+// take theirs when the texture faces are read.
 void computeNormals() {
   for (TemporaryVertex& vertex : modelState.vertices) vertex.normal = {0.0f, 0.0f, 0.0f};
   for (const Corners& face : modelState.faces) {
@@ -130,9 +126,10 @@ void computeNormals() {
   std::vector<Vertex>& vertices = currentMesh()->vertices;
   for (std::size_t i = 0; i < modelState.vertices.size(); ++i) {
     modelState.vertices[i].normal.normalize();
-    if (i < vertices.size()) vertices[i].normal = modelState.vertices[i].normal;
+    if (i < vertices.size() && !modelState.hasTextureFaces) {
+      vertices[i].normal = modelState.vertices[i].normal;
+    }
   }
-  modelState.geometricNormals = true;
 }
 
 // Whether this pass uses a list's lines. Fatal: a compiled model, whose lists are bare numbers.
@@ -193,14 +190,13 @@ void handleMeshNumFaces() {
   trace("%d faces\n", count);
   writeLine(0x43, count);
   if (inMesh()) currentCounts()->faces = count;
-  // A skipped animation must leave nothing behind.
-  if (filling() && !inContext(ModelContext::meshAnimation)) modelState.faces.assign(at(faceCount()), {});
+  if (filling()) modelState.faces.assign(at(faceCount()), {});
 }
 
 void handleMeshVertexList() {
   trace("vertex list\n");
   beginList(0x44, modelState.geometricVertices);
-  if (filling() && inMesh()) bakeScale();
+  if (currentMesh()) bakeScale();
   if (readingText()) {
     processBlock(BlockEnd::left);
   } else if (const int size = modelState.geometricVertices; enterCompiledList(size, 3)) {
@@ -241,7 +237,7 @@ void handleMeshFaceList() {
                 [](int i, const Corners& corners) { setFace(i, corners); });
   }
   endList();
-  if (filling() && inMesh()) computeNormals();
+  if (currentMesh()) computeNormals();
   trace("face list end\n");
 }
 
@@ -334,15 +330,12 @@ void handleMeshNormals() {
   trace("normals end\n");
 }
 
-// Left out of the stream: read back, its lists would land in the mesh.
+// Its meshes are no part of the model, in the stream neither.
 void handleMeshAnimation() {
   trace("mesh animation (skipped)\n");
   if (!inContext(ModelContext::mesh)) giveUpRecording("a mesh animation stands outside its object");
-  suspendRecording();
-  modelState.context = ModelContext::meshAnimation;
-  processBlock(BlockEnd::left);
+  skipBlock();
   modelState.context = ModelContext::mesh;
-  resumeRecording();
   trace("mesh animation end\n");
 }
 

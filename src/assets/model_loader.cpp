@@ -7,6 +7,7 @@
 #include "assets/model_state.h"
 #include "assets/model_stream.h"
 #include "assets/model_trace.h"
+#include "shell/fatal_place.h"
 #include "shell/report.h"
 
 namespace vex {
@@ -24,7 +25,9 @@ void walk(int pass) {
   modelState.claimed = 0;
   modelState.scratchTrack.type = TrackType::none;
   rewindModel();
+  setFatalPlace(modelPlace);
   while (!modelEnded()) processItem();
+  setFatalPlace(nullptr);
   if (readingText()) writeLine(endOfStream);
 }
 
@@ -84,15 +87,17 @@ void readModel(ModelSource source, Scene* scene) {
   modelState.framesPerSecond = 30;
   modelState.ticksPerFrame = 160;
   modelState.meshCounts.fill({});
+  modelState.scratchTrack.frameLength = 0.0f;
   walk(1);
   if (readingText() && !modelReader.keywordFound) {
     fatalError("%s isn't a model: no line begins with a keyword", modelReader.fileName.c_str());
   }
   modelState.materialCount = modelState.materialIndex + 1;
-  saveStream(source);
+  endRecording();
   createScene(*scene);
   walk(2);
   checkFaces(*scene);
+  saveStream(source);
   traceSummary(*scene);
   modelState.vertices = {};
   modelState.faces = {};

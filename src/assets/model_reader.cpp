@@ -1,8 +1,6 @@
 #include "assets/model_reader.h"
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 #include <string_view>
 
@@ -26,6 +24,12 @@ struct {
 
 // Where the values of the current line begin; null until it is known.
 const char* values = nullptr;
+
+// Where the block counted last ends, so that lists within lists are counted once.
+struct BlockEndPlace {
+  std::size_t position = 0;  // behind the end
+  std::size_t items = 0;     // before it
+} countedEnd;
 
 const KeywordEntry* keywordOfLine(std::string_view line) {
   const std::size_t length = lastKeyword.word.size();
@@ -57,6 +61,30 @@ const char* firstValue() {
   return values;
 }
 
+// Of the block that the current line or command has opened, without moving on.
+BlockEndPlace findBlockEnd() {
+  BlockEndPlace end{.items = modelReader.items};
+  if (readingText()) {
+    const LineReader::Place place = modelReader.text.place();
+    while (!modelReader.text.atEnd()) {
+      if (!modelReader.text.next()) continue;
+      if (modelReader.text.beginsWith('}')) break;
+      ++end.items;
+    }
+    end.position = modelReader.text.place().position;
+    modelReader.text.goTo(place);
+    return end;
+  }
+  const std::size_t position = modelStream.position;
+  const std::size_t items = modelReader.items;
+  while (nextLine() == 0 && modelReader.code != endOfBlock) ++end.items;
+  end.position = modelStream.position;
+  modelStream.position = position;
+  modelReader.items = items;
+  modelReader.code = 0;
+  return end;
+}
+
 bool skipText(const char*& p, std::string_view text) {
   const char* q = p;
   while (q != lineEnd() && isBlank(*q)) ++q;
@@ -67,15 +95,10 @@ bool skipText(const char*& p, std::string_view text) {
 
 }  // namespace
 
-void refuseModel(const char* format, ...) {
-  char text[messageSize];
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
-  va_end(arguments);
-  if (readingText())
-    fatalError("%s:%d: %s", modelReader.fileName.c_str(), modelReader.text.lineNumber(), text);
-  fatalError("%s at 0x%zX: %s", modelReader.fileName.c_str(), modelStream.position, text);
+std::string modelPlace() {
+  const char* file = modelReader.fileName.c_str();
+  return readingText() ? formatted("%s:%d", file, modelReader.text.lineNumber())
+                       : formatted("%s at 0x%zX", file, modelStream.position);
 }
 
 void rewindModel() {
@@ -84,6 +107,8 @@ void rewindModel() {
   modelReader.current = {};
   modelReader.code = 0;
   modelReader.blockDepth = 0;
+  modelReader.items = 0;
+  countedEnd = {};
   lastKeyword = {};
   values = nullptr;
 }
@@ -99,32 +124,44 @@ int nextLine() {
       modelReader.text.clearLine();
       return -1;
     }
-    return modelReader.text.next() ? 0 : -1;
+    if (!modelReader.text.next()) return -1;
+    ++modelReader.items;
+    return 0;
   }
   if (modelStream.position == modelStream.bytes.size()) {
     modelReader.code = endOfStream;
     return -1;
   }
   readCommand();
+  ++modelReader.items;
   return modelReader.code == endOfStream ? -1 : 0;
 }
 
 void processItem() {
   if (nextLine() != 0) return;
-  const KeywordEntry* keyword =
-      readingText() ? keywordOfLine(modelReader.text.line()) : keywordOfCode(modelReader.code);
-  if (keyword) keyword->handle();
+  if (!readingText()) {
+    if (const KeywordEntry* keyword = keywordOfCode(modelReader.code)) keyword->handle();
+    return;
+  }
+  const char* line = nullptr;
+  const KeywordEntry* rowAbove = nullptr;
+  while (modelReader.text.line().data() != line) {
+    line = modelReader.text.line().data();
+    const KeywordEntry* keyword = keywordOfLine(modelReader.text.line());
+    if (!keyword || (rowAbove && keyword <= rowAbove)) return;
+    keyword->handle();
+    rowAbove = keyword;
+  }
 }
 
 void processBlock(BlockEnd end) {
-  if (++modelReader.blockDepth > maxOpenBlocks) refuseModel("more than %d blocks are open", maxOpenBlocks);
+  if (++modelReader.blockDepth > maxOpenBlocks) fatalError("more than %d blocks are open", maxOpenBlocks);
   if (readingText()) {
     while (!modelEnded()) {
       processItem();
-      if (!modelReader.text.beginsWith('}')) continue;
-      modelReader.text.clearLine();
-      break;
+      if (modelReader.text.beginsWith('}')) break;
     }
+    modelReader.text.clearLine();
   } else {
     do {
       processItem();
@@ -135,23 +172,20 @@ void processBlock(BlockEnd end) {
   if (end == BlockEnd::recorded) writeLine(endOfBlock);
 }
 
-int countBlockEntries() {
-  int count = 0;
-  if (readingText()) {
-    const LineReader::Place place = modelReader.text.place();
-    while (!modelReader.text.atEnd()) {
-      if (!modelReader.text.next()) continue;
-      if (modelReader.text.beginsWith('}')) break;
-      ++count;
-    }
-    modelReader.text.goTo(place);
-    return count;
+void skipBlock() {
+  int depth = 1;
+  while (!modelEnded()) {
+    if (nextLine() != 0) continue;
+    if (modelReader.text.beginsWith('}') && --depth == 0) break;
+    if (modelReader.text.line().back() == '{') ++depth;
   }
-  const std::size_t position = modelStream.position;
-  while (nextLine() == 0 && modelReader.code != endOfBlock) ++count;
-  modelStream.position = position;
-  modelReader.code = 0;
-  return count;
+  modelReader.text.clearLine();
+}
+
+int countBlockEntries() {
+  const std::size_t position = readingText() ? modelReader.text.place().position : modelStream.position;
+  if (position >= countedEnd.position || modelReader.items > countedEnd.items) countedEnd = findBlockEnd();
+  return static_cast<int>(countedEnd.items - modelReader.items);
 }
 
 int scanInt() {
@@ -181,13 +215,18 @@ void scanVector(float (&out)[3]) {
   }
 }
 
+const float (&scanThree())[3] {
+  scanVector(modelReader.current.three);
+  return modelReader.current.three;
+}
+
 const char* scanQuoted() {
   if (!readingText()) return modelReader.current.text;
   static std::string quoted;
   const std::string_view line = modelReader.text.line();
   const std::size_t open = line.find('"');
   const std::size_t close = open == line.npos ? line.npos : line.find('"', open + 1);
-  if (close == line.npos) refuseModel("a text in quotes is missing");
+  if (close == line.npos) fatalError("a text in quotes is missing");
   quoted = normaliseBlanks(line.substr(open + 1, close - open - 1));
   return quoted.c_str();
 }
@@ -196,7 +235,7 @@ const char* scanWord() {
   static std::string word;
   const char* p = firstValue();
   while (p != lineEnd() && isBlank(*p)) ++p;
-  if (p == lineEnd()) refuseModel("a word is missing");
+  if (p == lineEnd()) fatalError("a word is missing");
   word = normaliseBlanks({p, static_cast<std::size_t>(lineEnd() - p)});
   return word.c_str();
 }

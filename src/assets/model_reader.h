@@ -13,12 +13,14 @@ namespace vex {
 
 enum class ModelFormat { text, compiled };
 
-// Of the current line or command. A value that a line lacks is that of the line before.
+// Of the current line or command. Of several values on a line of text, those that it lacks are those in their
+// places in the last line of the same form that had them, 0 before the first one.
 struct ModelValues {
   int integer = 0;
   int triple[3] = {};
   float number = 0.0f;
   float vector[4] = {};
+  float three[3] = {};   // of the last line of three numbers
   float matrix[9] = {};  // rows 0 to 2, three values each
   char text[256] = "";
 };
@@ -31,6 +33,7 @@ struct ModelReader {
   std::uint8_t code = 0;      // of the current command
   bool keywordFound = false;  // in this text
   int blockDepth = 0;
+  std::size_t items = 0;  // lines (but for empty ones) or commands read
 };
 
 inline ModelReader modelReader;
@@ -39,8 +42,8 @@ inline bool readingText() {
   return modelReader.format == ModelFormat::text;
 }
 
-// Ends the program with file, line (or place in the stream) and text.
-[[noreturn, gnu::format(printf, 1, 2)]] void refuseModel(const char* format, ...);
+// File and line, or file and place in the stream.
+std::string modelPlace();
 
 // Back to the beginning of the model.
 void rewindModel();
@@ -48,13 +51,17 @@ void rewindModel();
 // 0, or -1 for no line: an empty one, or the end.
 int nextLine();
 
-// Reads the next line or command and calls its handler.
+// Reads the next line or command and calls its handler. Where a handler has read on, the rows of the keyword
+// table below its own see the line that it leaves.
 void processItem();
 
 // Items until the block ends; the end of the model ends all blocks. The end is recorded unless the
 // beginning was not. Fatal: too many open blocks.
 enum class BlockEnd { recorded, left };
 void processBlock(BlockEnd end = BlockEnd::recorded);
+
+// Passes over the lines of a block of text and of all blocks inside.
+void skipBlock();
 
 // Lines up to the end of the block, without moving on.
 int countBlockEntries();
@@ -64,7 +71,9 @@ bool modelEnded();
 
 int scanInt();
 float scanFloat();
-void scanVector(float (&out)[3]);
+void scanVector(float (&out)[3]);  // what the line lacks is not written
+// Three numbers, until the next line; what the line lacks is that of the last line of three numbers.
+const float (&scanThree())[3];
 // Both valid until the next scan. Fatal: a line without a text in quotes.
 const char* scanQuoted();
 const char* scanWord();  // of text models only

@@ -11,6 +11,7 @@
 
 #include "assets/container.h"
 #include "assets/model_reader.h"
+#include "assets/model_state.h"
 #include "assets/model_stream.h"
 #include "assets/model_trace.h"
 #include "platform/paths.h"
@@ -135,22 +136,38 @@ void prepareSource(ModelSource& source) {
     modelReader.format = ModelFormat::compiled;
     prepareCompiled(source);
   } else {
-    fatalError("unknown 3d format");
+    fatalError("%s: unknown 3d format", source.fileName.c_str());
   }
 }
 
-void saveStream(const ModelSource& source) {
-  if (!modelStream.writing) return;
+void endRecording() {
   if (modelStream.bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
     giveUpRecording("the compiled form is too long");
-    return;
   }
+  // It may announce less than the longer text.
+  if (modelState.claimed > mostClaimed(modelStream.bytes.size())) {
+    giveUpRecording("more is announced than lists hold");
+  }
+  modelStream.complete = modelStream.writing;
+  modelStream.writing = false;
+}
+
+namespace {
+
+void writeStream(const ModelSource& source) {
   auto length = static_cast<std::uint32_t>(modelStream.bytes.size());
   zipOpen(source.compiledName.c_str(), ZIP_WRITE, &length, WriteFailure::reported);
   zipWrite(modelStream.bytes.data(), length);
   if (!zipClose()) noteFailedWriting(source);
-  modelStream.writing = false;
-  modelStream.bytes = {};
+}
+
+}  // namespace
+
+void saveStream(const ModelSource& source) {
+  if (modelStream.complete) writeStream(source);
+  if (!modelStream.obstacle.empty()) {
+    logPrintf("%s, no compiled form is kept\n", modelStream.obstacle.c_str());
+  }
 }
 
 const std::string& recordingObstacle() {

@@ -16,7 +16,11 @@ ModelSource chooseSource(const std::string& base);
 // recorded.
 void prepareSource(ModelSource& source);
 
-// Writes the recorded stream, if there is one.
+// After the first pass: nothing more is recorded.
+void endRecording();
+
+// Writes the recorded stream where it is complete; the log says why it is not. A model that is refused in
+// the second pass has none.
 void saveStream(const ModelSource& source);
 
 // Why the compiled form of the text read last was not written; empty when it was, or was not asked for.

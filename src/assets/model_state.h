@@ -28,7 +28,6 @@ enum class ModelContext : std::uint8_t {
   materialList = 4,
   camera = 5,
   cameraTarget = 6,
-  meshAnimation = 7,
   none = 100,
 };
 
@@ -72,7 +71,7 @@ struct ModelState {
   char cameraName[rememberedNameSize] = "";  // also of lights
   char targetName[rememberedNameSize] = "";
   Animation& scratchTrack = *new Animation;  // objects receive copies; never destroyed
-  bool geometricNormals = false;             // the mesh's normals are those of its geometric vertices
+  bool hasTextureFaces = false;              // the mesh's vertices are its texture vertices
   std::array<MeshCounts, maxMeshes> meshCounts;
   int geometricVertices = 0;                          // of the current mesh: the length of its vertex list
   std::size_t claimed = 0;                            // sum of all counts of this pass
@@ -82,6 +81,12 @@ struct ModelState {
 };
 
 inline ModelState modelState;
+
+// How much a file of that size may announce: no line and no list entry is shorter than 8 bytes; a few more
+// than the file has are let pass.
+inline std::size_t mostClaimed(std::size_t fileSize) {
+  return fileSize / 8 + 4096;
+}
 
 inline bool filling() {
   return modelState.pass == 2;

@@ -36,9 +36,10 @@ constexpr std::array<const char*, 256> payloads = [] {
   return table;
 }();
 
-// What changes nothing but the mesh.
-bool isGeometry(int code) {
-  return (code > 0x41 && code < 0x4e) || code == endOfBlock;
+constexpr int commentCode = 0x04;
+
+bool isKey(int code) {
+  return code == 0x84 || code == 0x88 || code == 0x8c;
 }
 
 template <typename Value>
@@ -79,12 +80,12 @@ void appendLittleEndian(std::uint32_t bits) {
 
 void writeLine(int code, ...) {
   if (!modelStream.writing) return;
-  if (modelStream.suspended) {
-    if (!isGeometry(code)) giveUpRecording("a mesh animation holds lines of another kind");
+  if (modelStream.list >= 0 || (modelStream.keyList && !isKey(code) && code != endOfBlock)) {
+    giveUpRecording("a list holds lines of another kind");
     return;
   }
-  if (modelStream.list >= 0) {
-    giveUpRecording("a list holds lines of another kind");
+  if (isKey(code) && !modelStream.keyList) {
+    giveUpRecording("a key stands outside its list");
     return;
   }
   const char* payload = code >= 0 && code < 256 ? payloads[static_cast<std::size_t>(code)] : nullptr;
@@ -94,7 +95,14 @@ void writeLine(int code, ...) {
   va_start(values, code);
   for (const char* kind = payload; *kind; ++kind) {
     if (*kind == 'i') writeInt(va_arg(values, int));
-    if (*kind == 's') writeString(va_arg(values, const char*));
+    if (*kind == 's') {
+      const char* text = va_arg(values, const char*);
+      // A stamp is compared as far as it goes.
+      if (code != commentCode && std::strlen(text) >= maxStreamText) {
+        giveUpRecording("a text is longer than %d characters", maxStreamText - 1);
+      }
+      writeString(text);
+    }
     const int floats = *kind == 'm' ? 9 : *kind == 'f' ? 1 : 0;
     for (int i = 0; i < floats; ++i) writeFloat(static_cast<float>(va_arg(values, double)));
   }
@@ -121,14 +129,14 @@ void writeString(const char* value) {
 
 void beginList(int code, int size) {
   writeLine(code);
-  if (!recording()) return;
+  if (!modelStream.writing) return;
   modelStream.list = code;
   modelStream.listEntries = 0;
   modelStream.listSize = size;
 }
 
 bool recordEntry(int code, int index) {
-  if (!recording()) return false;
+  if (!modelStream.writing) return false;
   if (modelStream.list != code) {
     giveUpRecording("an entry stands outside its list");
   } else if (index != modelStream.listEntries) {
@@ -140,7 +148,7 @@ bool recordEntry(int code, int index) {
 }
 
 void endList() {
-  if (!recording()) return;
+  if (!modelStream.writing) return;
   if (modelStream.listEntries != modelStream.listSize) {
     giveUpRecording("a list has %d entries, %d were announced", modelStream.listEntries,
                     modelStream.listSize);
@@ -149,12 +157,13 @@ void endList() {
   writeLine(endOfBlock);
 }
 
-void suspendRecording() {
-  modelStream.suspended = true;
+void beginKeys(int code) {
+  writeLine(code);
+  modelStream.keyList = true;
 }
 
-void resumeRecording() {
-  modelStream.suspended = false;
+void endKeys() {
+  modelStream.keyList = false;
 }
 
 void giveUpRecording(const char* format, ...) {
@@ -164,8 +173,7 @@ void giveUpRecording(const char* format, ...) {
   va_start(arguments, format);
   std::vsnprintf(text, sizeof text, format, arguments);
   va_end(arguments);
-  modelStream.obstacle =
-      modelReader.fileName + ":" + std::to_string(modelReader.text.lineNumber()) + ": " + text;
+  modelStream.obstacle = modelPlace() + ": " + text;
   modelStream.writing = false;
   modelStream.bytes.clear();
   modelStream.list = -1;
@@ -173,7 +181,7 @@ void giveUpRecording(const char* format, ...) {
 
 void expectBytes(std::size_t size) {
   const std::size_t left = modelStream.bytes.size() - modelStream.position;
-  if (size > left) refuseModel("%zu bytes are expected, %zu are left", size, left);
+  if (size > left) fatalError("%zu bytes are expected, %zu are left", size, left);
 }
 
 float readFloat() {

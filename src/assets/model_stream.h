@@ -18,20 +18,17 @@ struct ModelStream {
   std::string bytes;
   std::size_t position = 0;  // of reading
   bool writing = false;
-  bool suspended = false;  // inside a mesh animation, which is left out
-  std::string obstacle;    // why writing was given up; empty: it was not
+  bool complete = false;  // all commands of a text are in `bytes`
+  std::string obstacle;   // why writing was given up; empty: it was not
 
   // The list that is being recorded: its code, entries written, entries expected.
   int list = -1;
   int listEntries = 0;
   int listSize = 0;
+  bool keyList = false;  // a list of keys is being recorded
 };
 
 inline ModelStream modelStream;
-
-inline bool recording() {
-  return modelStream.writing && !modelStream.suspended;
-}
 
 // Appends code and values, in the order of the table, while the stream is written. Floats come as double.
 // Fatal: "unknown command 0x%X for writeLine".
@@ -48,9 +45,9 @@ void beginList(int code, int size);
 // Whether entry `index` of the list can be written now.
 bool recordEntry(int code, int index);
 void endList();
-// From here on only a mesh's geometry may follow, which is not recorded, until resume.
-void suspendRecording();
-void resumeRecording();
+// A list of keys holds keys only: each counts as one when the list is read back.
+void beginKeys(int code);
+void endKeys();
 [[gnu::format(printf, 1, 2)]] void giveUpRecording(const char* format, ...);
 
 // The next command into modelReader.code and modelReader.current.

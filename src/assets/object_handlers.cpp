@@ -1,6 +1,6 @@
 #include <strings.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
 
 #include "assets/model_handlers.h"
@@ -19,10 +19,11 @@ namespace {
 enum class MeshKind { shown, helper };
 
 void readMeshObject(MeshKind kind) {
-  if (modelState.meshIndex + 1 == maxMeshes) refuseModel("more than %d meshes", maxMeshes);
+  if (modelState.meshIndex + 1 == maxMeshes) fatalError("more than %d meshes", maxMeshes);
   ++modelState.meshIndex;
   *currentCounts() = {};
   modelState.geometricVertices = 0;
+  modelState.hasTextureFaces = false;
   modelState.vertices.clear();
   modelState.faces.clear();
   modelState.context = ModelContext::mesh;
@@ -39,7 +40,7 @@ void readMeshObject(MeshKind kind) {
 
 void checkName(const char* name, int size) {
   if (std::strlen(name) >= static_cast<std::size_t>(size)) {
-    refuseModel("name %s is longer than %d characters", name, size - 1);
+    fatalError("name %s is longer than %d characters", name, size - 1);
   }
 }
 
@@ -47,7 +48,7 @@ void checkName(const char* name, int size) {
 void setParent(Object3D& object, const char* name) {
   Object3D* parent = modelState.scene->find(name);
   for (const Object3D* ancestor = parent; ancestor; ancestor = ancestor->parent) {
-    if (ancestor == &object) refuseModel("object %s can't be a parent of itself", name);
+    if (ancestor == &object) fatalError("object %s can't be a parent of itself", name);
   }
   object.parent = parent;
 }
@@ -86,7 +87,6 @@ void setName(const char* name) {
       break;
     case ModelContext::sceneHeader:
     case ModelContext::materialList:
-    case ModelContext::meshAnimation:
     case ModelContext::none:
       break;
   }
@@ -170,11 +170,11 @@ NodeRows readRows() {
     scanVector(rows.pivot);
     return rows;
   }
-  scanVector(rows.rotation[0]);
+  std::copy_n(scanThree(), 3, rows.rotation[0]);
   for (float(*row)[3] : {&rows.rotation[1], &rows.rotation[2], &rows.pivot}) {
     while (nextLine() != 0 && !modelEnded()) {
     }
-    scanVector(*row);
+    std::copy_n(scanThree(), 3, *row);
   }
   return rows;
 }
@@ -213,9 +213,7 @@ void handleTmRow0() {
 }
 
 void handleTmPos() {
-  float v[3] = {};
-  scanVector(v);
-  const Vector position = scannedPoint(v);
+  const Vector position = scannedPoint(scanThree());
   trace("position %.2f %.2f %.2f\n", position.x, position.y, position.z);
   writeLine(0x24, position.x, position.y, position.z);
   Light* light = currentLight();
@@ -227,9 +225,7 @@ void handleTmPos() {
 }
 
 void handleTmScale() {
-  float v[3] = {};
-  scanVector(v);
-  const Vector factors = scannedFactors(v);
+  const Vector factors = scannedFactors(scanThree());
   trace("scale %.2f %.2f %.2f\n", factors.x, factors.y, factors.z);
   writeLine(0x25, factors.x, factors.y, factors.z);
   Mesh* mesh = currentMesh();
@@ -243,7 +239,7 @@ void handleTmScale() {
 void handleCameraObject() {
   trace("camera object\n");
   writeLine(0x60);
-  if (++modelState.cameraIndex == maxLightsOrCameras) refuseModel("more than %d cameras", maxLightsOrCameras);
+  if (++modelState.cameraIndex == maxLightsOrCameras) fatalError("more than %d cameras", maxLightsOrCameras);
   modelState.context = ModelContext::camera;
   processBlock();
   modelState.context = ModelContext::none;
@@ -276,7 +272,7 @@ void handleCameraFov() {
 void handleLightObject() {
   trace("light\n");
   writeLine(0x70);
-  if (++modelState.lightIndex == maxLightsOrCameras) refuseModel("more than %d lights", maxLightsOrCameras);
+  if (++modelState.lightIndex == maxLightsOrCameras) fatalError("more than %d lights", maxLightsOrCameras);
   modelState.context = ModelContext::light;
   processBlock();
   modelState.context = ModelContext::none;
@@ -315,8 +311,7 @@ void handleLightSettings() {
 }
 
 void handleLightColor() {
-  float colour[3] = {1.0f, 1.0f, 1.0f};
-  scanVector(colour);
+  const float(&colour)[3] = scanThree();
   trace("color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
   writeLine(0x74, colour[0], colour[1], colour[2]);
   if (Light* light = currentLight()) light->colour = {colour[0], colour[1], colour[2]};

@@ -26,7 +26,7 @@ void handleScene() {
 
 void handleSceneFrameSpeed() {
   const int frames = scanInt();
-  if (frames <= 0) refuseModel("%d frames per second aren't possible", frames);
+  if (frames <= 0) fatalError("%d frames per second aren't possible", frames);
   trace("frames per second %d\n", frames);
   writeLine(0x01, frames);
   modelState.framesPerSecond = frames;
@@ -45,7 +45,7 @@ void handleSceneLastFrame() {
 
 void handleSceneTicksPerFrame() {
   const int ticks = scanInt();
-  if (ticks <= 0) refuseModel("%d ticks per frame aren't possible", ticks);
+  if (ticks <= 0) fatalError("%d ticks per frame aren't possible", ticks);
   trace("ticks per frame %d\n", ticks);
   writeLine(0x03, ticks);
   modelState.ticksPerFrame = ticks;
@@ -68,7 +68,7 @@ void handleMaterialList() {
 
 void handleMaterial() {
   trace("material %d\n", readingText() ? scanInt() : modelState.materialIndex + 1);
-  if (modelState.materialIndex + 1 == maxMaterials) refuseModel("more than %d materials", maxMaterials);
+  if (modelState.materialIndex + 1 == maxMaterials) fatalError("more than %d materials", maxMaterials);
   writeLine(0x11);
   ModelMaterial& material = modelState.materials[static_cast<std::size_t>(++modelState.materialIndex)];
   material.texture = -1;
@@ -79,9 +79,8 @@ void handleMaterial() {
 
 namespace {
 
-// Reads a colour, keeping the components that the line lacks.
 void scanColour(float (&colour)[3], int code) {
-  scanVector(colour);
+  std::copy_n(scanThree(), 3, colour);
   writeLine(code, colour[0], colour[1], colour[2]);
 }
 
@@ -171,7 +170,7 @@ void handleMaterialRef() {
   trace("material ref %d\n", index);
   writeLine(0x4e, index);
   if (index < 0 || index >= maxMaterials) {
-    refuseModel("material %d isn't one of 0 to %d", index, maxMaterials - 1);
+    fatalError("material %d isn't one of 0 to %d", index, maxMaterials - 1);
   }
   Mesh* mesh = currentMesh();
   if (!mesh) return;

@@ -47,7 +47,6 @@ void addTrack(const Animation& track) {
       break;
     case ModelContext::sceneHeader:
     case ModelContext::materialList:
-    case ModelContext::meshAnimation:
     case ModelContext::none:
       break;
   }
@@ -57,14 +56,14 @@ enum class Smooth { off, on };
 
 void readKeys(int code, TrackType type, Smooth smooth, [[maybe_unused]] const char* name) {
   trace("%s\n", name);
-  writeLine(code);
+  beginKeys(code);
   Animation& track = modelState.scratchTrack;
   track.smooth = smooth == Smooth::on;
   track.type = type;
-  const int keys = countBlockEntries();
-  trace("%d keys found\n", keys);
-  if (filling()) track.allocKeys(keys);
+  if (traceModels) trace("%d keys found\n", countBlockEntries());
+  if (filling()) track.allocKeys(countBlockEntries());
   processBlock();
+  endKeys();
   track.frameLength = static_cast<float>(modelState.maxFrame);
   track.duration = static_cast<float>(modelState.maxFrame) / static_cast<float>(modelState.framesPerSecond);
   if (filling()) addTrack(track);

@@ -8,6 +8,7 @@
 #include "platform/message.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
+#include "shell/fatal_place.h"
 #include "shell/options.h"
 
 namespace vex {
@@ -18,6 +19,7 @@ bool firstWrite = true;
 LoadingSink loadingDialog;
 int stepCount = 1;
 int stepsShown = 0;
+std::string (*fatalPlace)() = nullptr;
 
 struct Text {
   char characters[messageSize];
@@ -68,10 +70,15 @@ void fatalError(const char* format, ...) {
   va_start(arguments, format);
   const Text text(format, arguments);
   va_end(arguments);
-  showMessage("Error", text.characters, MessageIcon::none);
+  const std::string place = fatalPlace ? fatalPlace() + ": " : "";
+  showMessage("Error", formatted("%s%s", place.c_str(), text.characters).c_str(), MessageIcon::none);
   restoreDesktop();
   removeTemporaryFiles();
   std::_Exit(255);
+}
+
+void setFatalPlace(std::string (*place)()) {
+  fatalPlace = place;
 }
 
 void warning(const char* format, ...) {
