@@ -31,7 +31,9 @@ struct FeedbackVertex {
   float x = 0, y = 0, z = 0;  // normalized device coordinates of the viewport at the end of the drawing
   float w = 1;                // clip coordinate
   std::array<float, 4> colour{};
-  std::array<float, 4> texture{};  // s, t, r, q; given only while a complete texture is bound and enabled
+  // s, t, r, q as given to the GL, also with texturing off or no texture bound: they say nothing about what
+  // is drawn. Generated coordinates take their place only while a complete texture is bound and enabled.
+  std::array<float, 4> texture{};
 };
 
 struct FeedbackPrimitive {
@@ -40,7 +42,8 @@ struct FeedbackPrimitive {
 };
 
 // What `draw` sends to the rasteriser, clipped to the view volume, culled where culling is on. The
-// driver splits quads and polygons into triangles.
+// driver splits quads and polygons into triangles. Neither colours nor depths are written, and whether
+// texturing, blending, tests and fog are on cannot be seen: that takes pixels.
 std::vector<FeedbackPrimitive> captureFeedback(const std::function<void()>& draw);
 
 // For drawing in normalized device coordinates under the current projection: a projection that
