@@ -50,9 +50,10 @@ TEST(Animation, TwoKeysAreJoinedByALine) {
   };
   for (const bool smooth : {false, true}) {
     track.smooth = smooth;
-    for (const Case& c : {Case{false, 1, 0.5f}, Case{false, 3, 1}, Case{false, -1, 0}, Case{false, 0, 0},
-                          Case{false, 2, 1}, Case{true, 3, 0.5f}, Case{true, -0.5f, 0.75f}, Case{true, 2, 0},
-                          Case{true, -6.5f, 0.75f}, Case{true, -2, 0}}) {
+    for (const Case& c :
+         {Case{false, 1, 0.5f}, Case{false, 0.1f, 0.05f}, Case{false, 3, 1}, Case{false, -1, 0},
+          Case{false, 0, 0}, Case{false, 2, 1}, Case{true, 3, 0.5f}, Case{true, -0.5f, 0.75f},
+          Case{true, 2, 0}, Case{true, -6.5f, 0.75f}, Case{true, -2, 0}}) {
       track.loop = c.loop;
       expectPoint(placeAt(track, c.t), Vector(20, -10, 5) * c.share, c.t);
     }
@@ -203,7 +204,7 @@ TEST(Animation, CopiesKnowTheTimesOfTheirKeys) {
   Animation track;
   track.type = TrackType::position;
   track.allocKeys(4);
-  for (const float frame : {-8.0f, -2.0f, -5.0f}) track.insertKey(frame, {}, 0);
+  for (const float frame : {-2.0f, -8.0f, -5.0f}) track.insertKey(frame, {}, 0);
   Animation copy(track);
   for (const float frame : {-8.0f, -5.0f, -2.0f}) {
     EXPECT_EQ(fatalText([&] { copy.insertKey(frame, {}, 0); }), "Animation: same keyframe twice");

@@ -77,8 +77,11 @@ TEST(Fluid, CoversTheInnerCells) {
 TEST(Fluid, CoversAFixedAreaWithoutVertices) {
   Mesh mesh;
   convertToFluid(mesh, 8, 8);
-  EXPECT_FLOAT_EQ(mesh.vertices[2].position.x, -100.0f);
-  EXPECT_FLOAT_EQ(mesh.vertices[6 * 9].position.z, 100.0f);
+  for (const float sign : {-1.0f, 1.0f}) {
+    const std::size_t i = sign < 0 ? 2 : 6;
+    EXPECT_FLOAT_EQ(mesh.vertices[i].position.x, sign * 100);
+    EXPECT_FLOAT_EQ(mesh.vertices[i * 9].position.z, sign * 100);
+  }
 }
 
 TEST(Fluid, RefusesGridsThatAreNone) {

@@ -70,6 +70,9 @@ TEST(Mesh, ArraysAreFlatCopiesAndBuiltOnce) {
   mesh.buildArrays();
   EXPECT_EQ(mesh.positions[3 * 4], 11.0f) << "what exists stays";
   EXPECT_FLOAT_EQ(mesh.radius, std::sqrt(89.0f * 89 + 4 * 4 + 3 * 3)) << "the radius is measured anew";
+  mesh.position.x = 55.0f;
+  mesh.buildArrays();
+  EXPECT_FLOAT_EQ(mesh.radius, std::sqrt(45.0f * 45 + 4 * 4 + 3 * 3));
 }
 
 TEST(Mesh, EnvironmentMapsNeedNoCoordinates) {
@@ -311,7 +314,9 @@ TEST(Mesh, MorphsBetweenTwoMeshes) {
     vertex.position += {10.0f, 20.0f, 30.0f};
     vertex.normal = {1.0f, 0.0f, 0.0f};
   }
-  mesh.morph(a, b, 0.25f);
+  for (std::vector<float>* array : {&mesh.positions, &mesh.normals, &mesh.uvs}) array->clear();
+  mesh.morph(a, b, 0.25f);  // builds what it writes to
+  ASSERT_EQ(mesh.positions.size(), 12u);
   for (std::size_t k = 0; k < 4; ++k) {
     expectNear(at(mesh.positions, k), a.vertices[k].position + Vector(2.5f, 5.0f, 7.5f), "position", k);
     expectNear(at(mesh.normals, k), {0.25f, 0.0f, 0.75f}, "normal", k);

@@ -92,6 +92,7 @@ TEST(Object3D, ChildrenFollowTheWholeParent) {
   child.parent = &parent;
   expectNear(moved(child, 1, {6, 0, 0}), {0, -6, 0});
   expectNear(child.worldPosition, {0, -5, 0});
+  expectNear(transformPoint(child.current, {6, 0, 0}), {0, -6, 0});
   child.addAnimation(straightPath({0, 0, 0}, {0, 7, 0}));
   expectNear(moved(child, 1, {5, 0, 0}), {7, 0, 0});
   expectNear(child.worldPositionAt(0), {0, 0, 0});

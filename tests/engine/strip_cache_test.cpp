@@ -95,6 +95,9 @@ TEST_F(StripCache, IsReadBackWithoutSplitting) {
     EXPECT_EQ(fresh.meshes[0]->strips.at(0).vertices, (std::vector<std::uint32_t>{5, 6, 7, 8}));
     EXPECT_EQ(fresh.meshes[2]->solos, (std::vector<std::uint32_t>{0, 1, 2}));
     EXPECT_TRUE(fresh.meshes[0]->stripped);
+    const int handle = fileOpen("data\\SceneTest.hvf", "rb");
+    EXPECT_EQ(handle, 0) << "the first handle is free again";
+    fileClose(handle);
     EXPECT_EQ(packed, !std::filesystem::exists(cache));
   }
 }
@@ -167,6 +170,7 @@ TEST(Preparation, SpreadsTextureCoordinatesAfterBuildingTheArrays) {
   mesh.texCoords = {{0.1f, 0.2f}, {0.3f, 0.4f}, {0.5f, 0.6f}};
   mesh.faces[0].t = {0, 1, 2};   // vertices 0, 1, 2
   mesh.faces[1].t = {2, -1, 0};  // vertices 1, 3, 2
+  mesh.faces.push_back({.v = {3, 3, 3}, .t = {3, -1, 3}});
   scene.prepare(false);
   const float expected[4][2] = {{0.1f, 0.2f}, {0.5f, 0.6f}, {0.1f, 0.2f}, {1.0f, 1.0f}};
   for (std::size_t k = 0; k < 4; ++k) {
