@@ -106,7 +106,7 @@ Image readPixels(int handle, const char* file, const BmpHeader& header) {
 
 }  // namespace
 
-Image readBmpTexture(const char* file) {
+Image readBmpTexture(const char* file, MaskUse maskUse) {
   int handle = fileOpen(file, "rb");
   if (handle < 0) refuseUnreadable(file);
   if (handle < 0) fatalError("Texture %s not found", file);
@@ -117,6 +117,7 @@ Image readBmpTexture(const char* file) {
   }
   Image image = readPixels(handle, file, header);
   fileClose(handle);
+  if (maskUse == MaskUse::ignored) return image;
 
   const std::string maskFile = maskNameOf(file, ".bmp");
   handle = openMask(maskFile.c_str());

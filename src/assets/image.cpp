@@ -1,5 +1,7 @@
 #include "assets/image.h"
 
+#include <GL/gl.h>
+
 #include <cstddef>
 
 #include "shell/files.h"
@@ -23,9 +25,16 @@ bool hasTextureSize(const char* file, int width, int height) {
   return false;
 }
 
+int maxImageSide() {
+  int side = 0;  // stays so without a GL
+  glGetIntegerv(GL_MAX_TEXTURE_SIZE, &side);
+  return side > 0 ? side : portableImageSide;
+}
+
 void checkImageSides(const char* file, int width, int height) {
-  if (width > maxImageSide || height > maxImageSide) {
-    fatalError("texture %s is %dx%d, sides of at most %d are possible", file, width, height, maxImageSide);
+  const int most = maxImageSide();
+  if (width > most || height > most) {
+    fatalError("texture %s is %dx%d, sides of at most %d are possible", file, width, height, most);
   }
 }
 
@@ -53,6 +62,7 @@ void checkMaskSize(const char* maskFile, int width, int height, const Image& tex
 }
 
 void applyMask(Image& image, const Image& mask) {
+  image.masked = true;
   for (std::size_t i = 0; i < image.pixels.size(); ++i) {
     const std::uint32_t pixel = mask.pixels[i];
     const std::uint32_t sum = (pixel & 0xff) + (pixel >> 8 & 0xff) + (pixel >> 16 & 0xff);

@@ -8,7 +8,8 @@
 
 namespace vex {
 
-inline constexpr int maxImageSide = 4096;
+// The least that a GL of version 4.1 or later takes.
+inline constexpr int portableImageSide = 16384;
 
 // One 32-bit value per pixel, R in the lowest byte, then G, B, A, so that memory holds R, G, B, A.
 // Rows run from the bottom of the picture to the top.
@@ -16,7 +17,11 @@ struct Image {
   int width = 0;
   int height = 0;
   std::vector<std::uint32_t> pixels;
+  bool masked = false;  // the alpha is that of a mask
 };
+
+// Whether a picture's alpha comes from the mask beside it.
+enum class MaskUse { taken, ignored };
 
 constexpr std::uint32_t packPixel(std::uint32_t red, std::uint32_t green, std::uint32_t blue,
                                   std::uint32_t alpha) {
@@ -27,7 +32,10 @@ constexpr std::uint32_t packPixel(std::uint32_t red, std::uint32_t green, std::u
 // correct size (%dx%d)".
 bool hasTextureSize(const char* file, int width, int height);
 
-// Fatal: "texture %s is %dx%d, sides of at most %d are possible".
+// The longest side of a texture that the GL takes; without a GL, portableImageSide.
+int maxImageSide();
+
+// Fatal: "texture %s is %dx%d, sides of at most %d are possible", for a side that is longer than that.
 void checkImageSides(const char* file, int width, int height);
 
 // Name of the mask beside `file`: its last four characters (the extension) replaced.
@@ -39,7 +47,7 @@ int openMask(const char* maskFile);
 // Fatal: "Mask file %s has wrong size %dx%d\nNeeds %dx%d".
 void checkMaskSize(const char* maskFile, int width, int height, const Image& texture);
 
-// Alpha of each pixel becomes the brightness (R + G + B) / 3 of the mask's pixel. Same sizes.
+// The alpha of each pixel becomes the brightness (R + G + B) / 3 of the mask's pixel. Same sizes.
 void applyMask(Image& image, const Image& mask);
 
 }  // namespace vex

@@ -11,7 +11,7 @@ namespace vex {
 namespace {
 
 // As large as the largest picture without compression.
-constexpr std::uint64_t maxFileSize = std::uint64_t{maxImageSide} * maxImageSide * 4;
+constexpr std::uint64_t maxFileSize = std::uint64_t{portableImageSide} * portableImageSide * 4;
 
 struct JpegFile {
   JpegDecoder decoder;
@@ -33,17 +33,20 @@ JpegFile readParameters(int handle, const char* file) {
     fatalError("texture %s: its %llu bytes cannot be read", file, static_cast<unsigned long long>(size));
   }
   fileClose(handle);
-  if (!readJpegParameters(jpeg.decoder, jpeg.bytes, jpeg.parameters)) fatalError("ijlRead(Params) failed");
+  if (!readJpegParameters(jpeg.decoder, jpeg.bytes, jpeg.parameters))
+    fatalError("texture %s: ijlRead(Params) failed", file);
   return jpeg;
 }
 
 Image decode(const JpegFile& jpeg, const char* file) {
   const JpegParameters& parameters = jpeg.parameters;
-  if (parameters.channels != 1 && parameters.channels != 3) fatalError("strange JPEG format");
+  if (parameters.channels != 1 && parameters.channels != 3) {
+    fatalError("texture %s: strange JPEG format", file);
+  }
   checkImageSides(file, parameters.width, parameters.height);
   Image image{.width = parameters.width, .height = parameters.height, .pixels = {}};
   image.pixels.resize(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
-  if (!decodeJpeg(jpeg.decoder, jpeg.bytes, parameters, image.pixels)) fatalError("ijlRead(image) failed");
+  if (!decodeJpeg(jpeg.decoder, image.pixels)) fatalError("texture %s: ijlRead(image) failed", file);
   return image;
 }
 
@@ -56,10 +59,11 @@ int openTexture(const char* file) {
 
 }  // namespace
 
-Image readJpegTexture(const char* file) {
+Image readJpegTexture(const char* file, MaskUse maskUse) {
   const JpegFile jpeg = readParameters(openTexture(file), file);
   if (!hasTextureSize(file, jpeg.parameters.width, jpeg.parameters.height)) return {};
   Image image = decode(jpeg, file);
+  if (maskUse == MaskUse::ignored) return image;
 
   const std::string maskFile = maskNameOf(file, ".jpg");
   const int handle = openMask(maskFile.c_str());

@@ -3,14 +3,14 @@
 #include "assets/image.h"
 
 // JPEG files of textures and movie frames. Greyscale files give three equal channels.
-// Fatal for both: "Texture %s not found", "ijlInit() failed", "ijlRead(Params) failed", "ijlRead(image)
-// failed" (also where the data end early), "strange JPEG format" (neither 1 nor 3 channels).
+// Fatal for both: "Texture %s not found", "ijlInit() failed", and by name "ijlRead(Params) failed",
+// "ijlRead(image) failed" (not all pixels are there), "strange JPEG format" (neither 1 nor 3 channels).
 
 namespace vex {
 
-// The texture `file` with its mask `..._mask.jpg` when there is one. Empty, with a warning, when a
-// side is no power of two. Fatal: a mask of another size.
-Image readJpegTexture(const char* file);
+// The texture `file`, with its mask `..._mask.jpg` where there is one to be taken. Empty, with a warning,
+// when a side is no power of two. Fatal: a mask of another size.
+Image readJpegTexture(const char* file, MaskUse maskUse = MaskUse::taken);
 
 // A movie frame: of any size, without mask.
 Image readJpegFrame(const char* file);

@@ -2,6 +2,7 @@
 
 #include <GL/gl.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -87,28 +88,46 @@ NameSlot& findSlot(const TextureName& name) {
   }
 }
 
-}  // namespace
+// From the first texture of the name on; -1 where all have masks.
+int findUnmasked(const TextureName& name, int first) {
+  for (int id = first; id >= 0 && id < entryCount; ++id) {
+    const TextureEntry& entry = entries[static_cast<std::size_t>(id)];
+    if (!entry.masked && TextureName(entry.name) == name) return id;
+  }
+  return -1;
+}
 
-int getTexture(const char* name, bool wrap) {
-  TextureName folded = checkedName(name);
-  const int id = findSlot(folded).first;
-  if (id < 0) return loadTexture(folded.text, wrap);
+int useTexture(int id, bool wrap) {
   TextureEntry& entry = textureEntry(id);
   if (entry.wrap != wrap) uploadTexture(entry, wrap);
   entry.wrap = wrap;
   return id;
 }
 
-int loadTexture(char* name, bool wrap) {
+}  // namespace
+
+int getTexture(const char* name, bool wrap) {
+  TextureName folded = checkedName(name);
+  const int id = findSlot(folded).first;
+  return id < 0 ? loadTexture(folded.text, wrap) : useTexture(id, wrap);
+}
+
+int getTextureWithoutMask(const char* name, bool wrap) {
+  TextureName folded = checkedName(name);
+  const int id = findUnmasked(folded, findSlot(folded).first);
+  return id < 0 ? loadTexture(folded.text, wrap, MaskUse::ignored) : useTexture(id, wrap);
+}
+
+int loadTexture(char* name, bool wrap, MaskUse maskUse) {
   const TextureName folded = checkedName(name);
   std::memcpy(name, folded.text, std::strlen(folded.text));
   const std::string stem = folded.text;
   TextureEntry entry;
   if (const std::string jpeg = stem + ".jpg"; fileExists(jpeg)) {
-    static_cast<Image&>(entry) = readJpegTexture(jpeg.c_str());
+    static_cast<Image&>(entry) = readJpegTexture(jpeg.c_str(), maskUse);
   } else {
     refuseUnreadable(jpeg);
-    static_cast<Image&>(entry) = readBmpTexture((stem + ".bmp").c_str());
+    static_cast<Image&>(entry) = readBmpTexture((stem + ".bmp").c_str(), maskUse);
   }
   return addTexture(std::move(entry), folded.text, wrap);
 }
@@ -166,6 +185,11 @@ int setMovieFrame(const char* textureName, const char* frameFile) {
   }
   std::memcpy(lastMovieFrame, frame.text, sizeof lastMovieFrame);
   return id;
+}
+
+bool sameTextureName(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return lowerCase(x) == lowerCase(y); });
 }
 
 int textureCount() {

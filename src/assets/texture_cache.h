@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "assets/image.h"
 
 // Textures shared by all scenes. An id is the index in order of first load (0, 1, 2, ...) and also the
@@ -24,9 +26,12 @@ struct TextureEntry : Image {
 // Fatal: "Texture %s not found", a name longer than 31 characters, a texture beyond 1000.
 int getTexture(const char* name, bool wrap);
 
+// As getTexture, but the first of that name whose alpha is not that of a mask.
+int getTextureWithoutMask(const char* name, bool wrap);
+
 // Loads name + ".jpg", or name + ".bmp" where there is no JPEG, as a new texture without a look at the
 // others: one call after the other gives consecutive ids. Lower-cases the caller's text.
-int loadTexture(char* name, bool wrap);
+int loadTexture(char* name, bool wrap, MaskUse maskUse = MaskUse::taken);
 
 // Hands the pixels to the GL texture of the entry's id and leaves it bound; filters are linear.
 void uploadTexture(const TextureEntry& entry, bool wrap);
@@ -38,6 +43,9 @@ int addTexture(TextureEntry entry, const char* name, bool wrap);
 // file is read only when it differs from the frame loaded last by whichever movie. An entry takes the
 // size of each frame. Fatal: a frame name longer than 63 characters.
 int setMovieFrame(const char* textureName, const char* frameFile);
+
+// Whether the cache takes both for one texture.
+bool sameTextureName(std::string_view a, std::string_view b);
 
 int textureCount();
 TextureEntry& textureEntry(int id);

@@ -93,7 +93,7 @@ void Scene::setBox(const char* top, const char* bottom, const char* north, const
                    const char* south, const char* east) {
   std::size_t face = 0;
   for (const char* texture : {top, bottom, north, west, south, east}) {
-    boxTextures[face++] = *texture ? getTexture(texture, false) : -1;
+    boxTextures[face++] = *texture ? getTextureWithoutMask(texture, false) : -1;
   }
 }
 

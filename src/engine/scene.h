@@ -87,7 +87,7 @@ struct Scene {
   // Fatal: "Scene %s: no viewers defined!", "Scene %s: viewer[%d] not defined!".
   Viewer* getViewer() const;
 
-  // Texture names of the surrounding box; empty ones leave their face open.
+  // Texture names of the surrounding box, which takes no masks; empty ones leave their face open.
   void setBox(const char* top, const char* bottom, const char* north, const char* west, const char* south,
               const char* east);
 

@@ -1,63 +1,116 @@
 #include "platform/jpeg_decoder.h"
 
-#include <turbojpeg.h>
+#include <csetjmp>
+#include <cstdio>
+
+// Needs the types of stdio before it,
+#include <jpeglib.h>
+
+// and the list of messages the library's version.
+#include <jerror.h>
 
 namespace vex {
+
+// The library of TurboJPEG beneath its own interface, which says of several warnings only the first: stray
+// bytes would hide that the file ends behind them.
+struct JpegState {
+  jpeg_decompress_struct library{};
+  jpeg_error_mgr errors{};
+  jpeg_progress_mgr progress{};
+  std::jmp_buf giveUp{};
+  bool endMarkNeeded = false;  // it alone tells that all pixels were there
+};
+
 namespace {
 
-const unsigned char* bytesOf(std::span<const std::byte> file) {
-  return reinterpret_cast<const unsigned char*>(file.data());
+constexpr int mostScans = 500;  // a hostile file may hold any number
+
+JpegState& stateOf(j_common_ptr library) {
+  return *static_cast<JpegState*>(library->client_data);
 }
 
-int channelCount(int colourSpace) {
-  switch (colourSpace) {
-    case TJCS_GRAY:
-      return 1;
-    case TJCS_RGB:
-    case TJCS_YCbCr:
-      return 3;
-    case TJCS_CMYK:
-    case TJCS_YCCK:
-      return 4;
+[[noreturn]] void giveUp(j_common_ptr library) {
+  std::longjmp(stateOf(library).giveUp, 1);
+}
+
+// Negative levels are warnings.
+void judgeMessage(j_common_ptr library, int level) {
+  if (level >= 0) return;
+  switch (library->err->msg_code) {
+    case JWRN_HIT_MARKER:
+    case JWRN_HUFF_BAD_CODE:
+    case JWRN_ARITH_BAD_CODE:
+    case JWRN_MUST_RESYNC:
+      giveUp(library);
+    case JWRN_JPEG_EOF:
+      if (stateOf(library).endMarkNeeded) giveUp(library);
+      break;
     default:
-      return 2;
+      break;
   }
+}
+
+void countScans(j_common_ptr library) {
+  if (reinterpret_cast<j_decompress_ptr>(library)->input_scan_number > mostScans) giveUp(library);
+}
+
+// False where the library gives up, which it does by a jump out of `steps`: nothing there has a destructor.
+template <typename Steps>
+bool attempt(JpegState& state, Steps steps) {
+  if (setjmp(state.giveUp) != 0) return false;
+  steps(state.library);
+  return true;
 }
 
 }  // namespace
 
-void JpegCloser::operator()(void* decoder) const {
-  tjDestroy(decoder);
+void JpegCloser::operator()(JpegState* decoder) const {
+  jpeg_destroy_decompress(&decoder->library);
+  delete decoder;
 }
 
 JpegDecoder openJpegDecoder() {
-  return JpegDecoder(tjInitDecompress());
+  JpegDecoder decoder(new JpegState);
+  JpegState& state = *decoder;
+  state.library.err = jpeg_std_error(&state.errors);
+  state.errors.error_exit = giveUp;
+  state.errors.emit_message = judgeMessage;
+  state.library.client_data = &state;  // stays through the creation
+  if (!attempt(state, [](auto& library) { jpeg_create_decompress(&library); })) return nullptr;
+  state.progress.progress_monitor = countScans;
+  state.library.progress = &state.progress;
+  return decoder;
 }
 
 bool readJpegParameters(const JpegDecoder& decoder, std::span<const std::byte> file,
                         JpegParameters& parameters) {
-  if (file.empty()) return false;
-  int subsampling = 0;
-  int colourSpace = 0;
-  const bool known = tjDecompressHeader3(decoder.get(), bytesOf(file), file.size(), &parameters.width,
-                                         &parameters.height, &subsampling, &colourSpace) == 0;
-  // The library also fails, with -1, where it has no name for the subsampling or the colours of a header
-  // that it has read. Its decoding does not ask for the former.
-  if (!known && subsampling >= 0) return false;
-  parameters.channels = channelCount(colourSpace);
-  return true;
+  JpegState& state = *decoder;
+  jpeg_abort_decompress(&state.library);
+  state.endMarkNeeded = false;
+  return attempt(state, [&](auto& library) {
+    jpeg_mem_src(&library, reinterpret_cast<const unsigned char*>(file.data()), file.size());
+    jpeg_read_header(&library, TRUE);
+    state.endMarkNeeded = jpeg_has_multiple_scans(&library) || library.arith_code;
+    parameters = {.width = static_cast<int>(library.image_width),
+                  .height = static_cast<int>(library.image_height),
+                  .channels = library.num_components};
+  });
 }
 
-bool decodeJpeg(const JpegDecoder& decoder, std::span<const std::byte> file, const JpegParameters& parameters,
-                std::span<std::uint32_t> pixels) {
-  const std::size_t wanted =
-      static_cast<std::size_t>(parameters.width) * static_cast<std::size_t>(parameters.height);
-  if (pixels.size() < wanted) return false;
-  // The library only warns of data that end early; a hostile file may hold any number of scans.
-  constexpr int flags = TJFLAG_BOTTOMUP | TJFLAG_ACCURATEDCT | TJFLAG_STOPONWARNING | TJFLAG_LIMITSCANS;
-  return tjDecompress2(decoder.get(), bytesOf(file), file.size(),
-                       reinterpret_cast<unsigned char*>(pixels.data()), parameters.width, 0,
-                       parameters.height, TJPF_RGBA, flags) == 0;
+bool decodeJpeg(const JpegDecoder& decoder, std::span<std::uint32_t> pixels) {
+  return attempt(*decoder, [&](auto& library) {
+    if (library.num_components == 3) library.jpeg_color_space = JCS_YCbCr;
+    library.out_color_space = JCS_EXT_RGBA;
+    jpeg_start_decompress(&library);
+    const std::size_t width = library.output_width;
+    if (pixels.size() < width * library.output_height) giveUp(reinterpret_cast<j_common_ptr>(&library));
+    while (library.output_scanline < library.output_height) {
+      const std::size_t row = library.output_height - 1 - library.output_scanline;
+      auto* samples = reinterpret_cast<JSAMPLE*>(pixels.data() + row * width);
+      jpeg_read_scanlines(&library, &samples, 1);
+    }
+    jpeg_abort_decompress(&library);
+  });
 }
 
 }  // namespace vex

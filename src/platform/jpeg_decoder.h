@@ -5,31 +5,33 @@
 #include <memory>
 #include <span>
 
-// JPEG files in memory to pixels. Data that end early or are damaged count as failures.
+// JPEG files in memory to pixels. What ends before its pixels do, or holds damaged ones, counts as a failure;
+// stray bytes around them do not.
 
 namespace vex {
 
+struct JpegState;
 struct JpegCloser {
-  void operator()(void* decoder) const;
+  void operator()(JpegState* decoder) const;
 };
-using JpegDecoder = std::unique_ptr<void, JpegCloser>;
+using JpegDecoder = std::unique_ptr<JpegState, JpegCloser>;
 
 struct JpegParameters {
   int width = 0;
   int height = 0;
-  int channels = 0;  // 1 greyscale, 3 colour, 4 for print, 2 for any other number
+  int channels = 0;  // 1 greyscale, 3 colour, 4 for print
 };
 
 // Null when the library gives none.
 JpegDecoder openJpegDecoder();
 
-// False when the file has no readable header.
+// False when the file has no readable header. The decoder goes on in these very bytes.
 bool readJpegParameters(const JpegDecoder& decoder, std::span<const std::byte> file,
                         JpegParameters& parameters);
 
-// Files of 1 and 3 channels become bytes R, G, B, 255 per pixel; the bottom row of the picture comes
-// first. `pixels` takes width x height. False when the data cannot be decoded to their end.
-bool decodeJpeg(const JpegDecoder& decoder, std::span<const std::byte> file, const JpegParameters& parameters,
-                std::span<std::uint32_t> pixels);
+// After the parameters. Files of 1 and 3 channels, the latter Y, Cb and Cr, become bytes R, G, B, 255 per
+// pixel; the bottom row of the picture comes first. `pixels` takes width x height. False when not all pixels
+// are there.
+bool decodeJpeg(const JpegDecoder& decoder, std::span<std::uint32_t> pixels);
 
 }  // namespace vex

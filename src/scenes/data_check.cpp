@@ -88,10 +88,6 @@ std::string textureProblem(const std::string& texture) {
   if (!isPowerOfTwo(size->width) || !isPowerOfTwo(size->height)) {
     return "texture " + quoteText(file) + " is " + text(*size) + ", both sides must be powers of two";
   }
-  if (std::max(size->width, size->height) > maxImageSide) {
-    return "texture " + quoteText(file) + " is " + text(*size) + ", sides of at most " +
-           std::to_string(maxImageSide) + " are possible";
-  }
   const std::string mask = texture + "_mask" + extension;
   if (!fileExists(mask)) return "";
   const auto maskSize = sizeOf(mask);
@@ -167,10 +163,22 @@ struct DataCheck {
                         "", true});
   }
 
+  // A remark where the player's GL may refuse the picture; the checking machine has perhaps none.
+  void reportSides(const KnownCall& known, const ProjectParameter& parameter, const std::string& texture) {
+    const char* extension = extensionOf(texture);
+    const auto size = extension ? sizeOf(texture + extension) : std::nullopt;
+    if (!size || std::max(size->width, size->height) <= portableImageSide) return;
+    findings.push_back({parameter.line, known.partIndex,
+                        "texture " + quoteText(texture + extension) + " is " + text(*size) +
+                            ", not every GL takes sides beyond " + std::to_string(portableImageSide),
+                        "", true});
+  }
+
   void checkTexture(const KnownCall& known, const ProjectParameter& parameter) {
     const std::string name = withoutCarriageReturns(parameter.string);
     if (!looked.insert("texture " + name).second) return;
     report(known, parameter, textureProblem(name));
+    reportSides(known, parameter, name);
     for (const char* ending : {".jpg", ".bmp", "_mask.jpg", "_mask.bmp"}) {
       reportName(known, parameter, name + ending);
     }

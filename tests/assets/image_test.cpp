@@ -115,10 +115,11 @@ TEST(Bmp, RefusesWhatItIsNot) {
       {{.width = -8, .rows = "x"}, "texture a.bmp is -8x4, sides must not be negative"},
       {{.width = 2}, "texture a.bmp is 2 pixels wide, rows must be a multiple of 4 bytes"},
       {{.width = 1, .bits = 8}, "texture a.bmp is 1 pixels wide, rows must be a multiple of 4 bytes"},
-      {{.width = 8192, .rows = "x"}, "texture a.bmp is 8192x4, sides of at most 4096 are possible"},
-      {{.height = 1 << 30, .rows = "x"}, "texture a.bmp is 4x1073741824, sides of at most 4096 are possible"},
-      {{.width = 4096, .height = 4096, .rows = "x"},
-       "texture a.bmp is cut short: its picture needs 50331648 bytes, 1 are left"},
+      {{.width = 32768, .rows = "x"}, "texture a.bmp is 32768x4, sides of at most 16384 are possible"},
+      {{.height = 1 << 30, .rows = "x"},
+       "texture a.bmp is 4x1073741824, sides of at most 16384 are possible"},
+      {{.width = 16384, .height = 16384, .rows = "x"},
+       "texture a.bmp is cut short: its picture needs 805306368 bytes, 1 are left"},
       {{.bits = 8, .colours = 257}, "texture a.bmp has 257 colours, at most 256 are possible"},
       {{.bits = 8, .colours = 0xffffffff}, "texture a.bmp has 4294967295 colours, at most 256 are possible"},
       {{.bits = 8, .palette = two, .rows = "x"},
@@ -177,6 +178,31 @@ TEST(Masks, BrightnessBecomesAlpha) {
   expectNear(bytesAt(jpeg, 0, 0), {200, 100, 50, 169}, 2);
   expectNear(bytesAt(jpeg, 15, 7), {200, 100, 50, 30}, 2);
   EXPECT_EQ(bytesAt(readJpegTexture("c.jpg"), 15, 7)[3], 255);
+  for (const Image& image :
+       {readBmpTexture("a.bmp", MaskUse::ignored), readJpegTexture("b.jpg", MaskUse::ignored)}) {
+    EXPECT_EQ(bytesAt(image, 0, 0)[3], 255);
+  }
+}
+
+// A show may hold any number of pictures, the file layer 16 open files.
+TEST(Images, LeaveNoFileOpen) {
+  const TemporaryFolder folder;
+  writeFile("a.bmp", bmpBytes(4, 4, plain({1, 2, 3})));
+  writeFile("a_mask.bmp", bmpBytes(4, 4, plain({1, 2, 3})));
+  writeFile("b.jpg", jpegBytes(8, 8, plain({1, 2, 3})));
+  writeFile("b_mask.jpg", jpegBytes(8, 8, plain({1, 2, 3})));
+  writeFile("odd.bmp", bmpBytes(12, 4, plain({1, 2, 3})));
+  writeFile("odd.jpg", jpegBytes(12, 8, plain({1, 2, 3})));
+  const std::function<void()> reads[] = {
+      [] { readBmpTexture("a.bmp"); },   [] { readJpegTexture("b.jpg"); },   [] { readJpegFrame("b.jpg"); },
+      [] { readBmpTexture("odd.bmp"); }, [] { readJpegTexture("odd.jpg"); },
+  };
+  for (const auto& read : reads) {
+    const ChildResult result = runInChild([&] {
+      for (int i = 0; i <= maxFileSlots; ++i) read();
+    });
+    EXPECT_EQ(result.exitCode, 0) << &read - reads << ": " << result.errorText;
+  }
 }
 
 TEST(Masks, AreLoggedAndRefusedInOtherSizes) {
@@ -208,7 +234,7 @@ TEST(Masks, AreLoggedAndRefusedInOtherSizes) {
   const auto readJpeg = [] { readJpegTexture("b.jpg"); };
   EXPECT_EQ(fatalText(readJpeg), "Mask file b_mask.jpg has wrong size 16x8 Needs 8x8");
   writeFile("b_mask.jpg", "no picture");
-  EXPECT_EQ(fatalText(readJpeg), "ijlRead(Params) failed");
+  EXPECT_EQ(fatalText(readJpeg), "texture b_mask.jpg: ijlRead(Params) failed");
 }
 
 TEST(Jpeg, HasTheRowsOfTheSameBmp) {
@@ -260,18 +286,6 @@ std::string withTwoChannels(std::string jpeg) {
 
 }  // namespace
 
-// Three pixels to a colour across is no named way of subsampling.
-TEST(Jpeg, TakesAnySubsampling) {
-  const std::string jpeg = patched(jpegBytes(8, 8, plain({128, 128, 128})), "\xff\xc0", 9, 1, "\x31");
-  const std::span<const std::byte> bytes = std::as_bytes(std::span(jpeg));
-  const JpegDecoder decoder = openJpegDecoder();
-  JpegParameters parameters;
-  ASSERT_TRUE(readJpegParameters(decoder, bytes, parameters));
-  EXPECT_EQ(parameters.width, 8);
-  EXPECT_EQ(parameters.height, 8);
-  EXPECT_EQ(parameters.channels, 3);
-}
-
 TEST(Jpeg, RefusesWhatItCannotDecode) {
   const TemporaryFolder folder;
   writeFile("print.jpg", jpegBytes(8, 8, plain({1, 2, 3}), JpegKind::print));
@@ -283,16 +297,16 @@ TEST(Jpeg, RefusesWhatItCannotDecode) {
   tall[frame + 5] = 16;  // the height's upper byte: 4104 to 4096
   tall[frame + 6] = 0;
   writeFile("tall.jpg", tall);
-  tall[frame + 5] = 32;
+  tall[frame + 5] = static_cast<char>(128);
   writeFile("taller.jpg", tall);
   writeFile("pair.jpg", withTwoChannels(jpegBytes(8, 8, plain({1, 2, 3}))));
   for (const auto& [file, text] :
-       {std::pair{"print.jpg", "strange JPEG format"},
-        {"pair.jpg", "strange JPEG format"},
-        {"empty.jpg", "ijlRead(Params) failed"},
-        {"text.jpg", "ijlRead(Params) failed"},
-        {"tall.jpg", "ijlRead(image) failed"},
-        {"taller.jpg", "texture taller.jpg is 8x8192, sides of at most 4096 are possible"}}) {
+       {std::pair{"print.jpg", "texture print.jpg: strange JPEG format"},
+        {"pair.jpg", "texture pair.jpg: strange JPEG format"},
+        {"empty.jpg", "texture empty.jpg: ijlRead(Params) failed"},
+        {"text.jpg", "texture text.jpg: ijlRead(Params) failed"},
+        {"tall.jpg", "texture tall.jpg: ijlRead(image) failed"},
+        {"taller.jpg", "texture taller.jpg is 8x32768, sides of at most 16384 are possible"}}) {
     const char* name = file;
     EXPECT_EQ(fatalText([&] { readJpegTexture(name); }), text) << name;
     EXPECT_EQ(fatalText([&] { readJpegFrame(name); }), text) << name;
@@ -301,43 +315,88 @@ TEST(Jpeg, RefusesWhatItCannotDecode) {
 
 namespace {
 
+struct Decoded {
+  bool complete = false;
+  int channels = 0;
+  std::vector<std::uint32_t> pixels{};
+};
+
 // In buffers of exactly that size, for the sanitizer.
-bool decodes(std::string_view file, JpegParameters& parameters) {
+Decoded decode(std::string_view file) {
   const std::vector<std::byte> bytes(reinterpret_cast<const std::byte*>(file.data()),
                                      reinterpret_cast<const std::byte*>(file.data() + file.size()));
   const JpegDecoder decoder = openJpegDecoder();
-  if (!readJpegParameters(decoder, bytes, parameters) || parameters.channels == 4) return false;
-  if (parameters.width > 256 || parameters.height > 256) return false;
-  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(parameters.width * parameters.height));
-  return decodeJpeg(decoder, bytes, parameters, pixels);
+  JpegParameters parameters;
+  if (!readJpegParameters(decoder, bytes, parameters) || parameters.channels == 4) return {};
+  if (parameters.width > 256 || parameters.height > 256) return {};
+  Decoded decoded{.channels = parameters.channels};
+  decoded.pixels.resize(static_cast<std::size_t>(parameters.width * parameters.height));
+  decoded.complete = decodeJpeg(decoder, decoded.pixels);
+  return decoded;
 }
 
 }  // namespace
 
-TEST(Jpeg, EveryPrefixIsRefused) {
-  for (const JpegKind kind : {JpegKind::colour, JpegKind::grey}) {
+// The end mark itself holds no pixels. Where scans refine each other, it alone says that all were there.
+TEST(Jpeg, EveryPrefixWithoutAllPixelsIsRefused) {
+  for (const JpegKind kind : {JpegKind::colour, JpegKind::grey, JpegKind::progressive}) {
     const std::string whole = jpegBytes(16, 16, quarters, kind);
-    JpegParameters parameters;
-    ASSERT_TRUE(decodes(whole, parameters));
-    EXPECT_EQ(parameters.channels, kind == JpegKind::grey ? 1 : 3);
+    const Decoded all = decode(whole);
+    ASSERT_TRUE(all.complete);
+    EXPECT_EQ(all.channels, kind == JpegKind::grey ? 1 : 3);
     for (std::size_t size = 0; size < whole.size(); ++size) {
-      EXPECT_FALSE(decodes(std::string_view(whole).substr(0, size), parameters))
-          << size << " of " << whole.size();
+      const Decoded part = decode(std::string_view(whole).substr(0, size));
+      const std::size_t missing = whole.size() - size;
+      if (kind == JpegKind::progressive || missing > 4) {
+        EXPECT_FALSE(part.complete) << size << " of " << whole.size();
+      } else if (missing <= 2) {
+        EXPECT_TRUE(part.complete) << size << " of " << whole.size();
+      }
+      if (part.complete) {
+        EXPECT_EQ(part.pixels, all.pixels);
+      }
     }
   }
 }
 
+TEST(Jpeg, StrayBytesDoNoHarmAndHideNoEarlyEnd) {
+  const std::string plainFile = jpegBytes(16, 16, quarters);
+  const std::vector<std::uint32_t> pixels = decode(plainFile).pixels;
+  for (const char* marker : {"\xff\xdb", "\xff\xc0", "\xff\xc4", "\xff\xda", "\xff\xd9"}) {
+    std::string strayed = plainFile + "behind the end";
+    strayed.insert(strayed.find(marker), std::string("\1\2\0\3", 4));
+    strayed[11] = 9;  // of a revision that nobody knows
+    const Decoded decoded = decode(strayed);
+    EXPECT_TRUE(decoded.complete) << testing::PrintToString(marker);
+    EXPECT_EQ(decoded.pixels, pixels);
+    EXPECT_FALSE(decode(strayed.substr(0, strayed.size() - 40)).complete);
+  }
+}
+
+// Whatever else its header says.
+TEST(Jpeg, ThreeChannelsAreBrightnessAndColours) {
+  std::string file = jpegBytes(16, 16, quarters);
+  const std::vector<std::uint32_t> pixels = decode(file).pixels;
+  file.erase(2, 18);  // the mark of the usual files
+  for (const std::size_t channel : {0, 1, 2}) {
+    file = patched(file, "\xff\xc0", 8 + channel * 3, 1, std::string_view("RGB").substr(channel, 1));
+    file = patched(file, "\xff\xda", 3 + channel * 2, 1, std::string_view("RGB").substr(channel, 1));
+  }
+  EXPECT_EQ(decode(file).pixels, pixels);
+}
+
 TEST(Jpeg, SurvivesNoise) {
   std::minstd_rand random(11);
-  const std::string whole = jpegBytes(16, 16, quarters);
-  int refused = 0;
-  for (int round = 0; round < 2000; ++round) {
-    std::string noisy = whole;
-    for (int flips = 0; flips < 3; ++flips) noisy[random() % noisy.size()] = static_cast<char>(random());
-    JpegParameters parameters;
-    refused += !decodes(noisy, parameters);
+  for (const JpegKind kind : {JpegKind::colour, JpegKind::progressive}) {
+    const std::string whole = jpegBytes(16, 16, quarters, kind);
+    int refused = 0;
+    for (int round = 0; round < 1000; ++round) {
+      std::string noisy = whole;
+      for (int flips = 0; flips < 3; ++flips) noisy[random() % noisy.size()] = static_cast<char>(random());
+      refused += !decode(noisy).complete;
+    }
+    EXPECT_GT(refused, 100);
   }
-  EXPECT_GT(refused, 100);
 }
 
 }  // namespace vex

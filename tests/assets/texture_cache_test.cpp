@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 
@@ -110,11 +112,124 @@ TEST_F(Textures, AnotherWrapModeUploadsAgain) {
   EXPECT_FALSE(textureEntry(id).wrap);
   EXPECT_EQ(wrapModeOf(id, GL_TEXTURE_WRAP_S), GL_CLAMP);
   EXPECT_EQ(wrapModeOf(id, GL_TEXTURE_WRAP_T), GL_CLAMP);
-  EXPECT_EQ(wrapModeOf(id, GL_TEXTURE_MIN_FILTER), GL_LINEAR);
-  EXPECT_EQ(wrapModeOf(id, GL_TEXTURE_MAG_FILTER), GL_LINEAR);
-  int environment = 0;
-  glGetTexEnviv(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, &environment);
-  EXPECT_EQ(environment, GL_MODULATE);
+}
+
+namespace {
+
+// The viewport's 120 x 60 pixels show texture coordinates from `least` to `most` in both directions.
+void drawTexture(int id, float least, float most) {
+  glEnable(GL_TEXTURE_2D);
+  glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(id));
+  glColor4f(1, 1, 0.5f, 1);
+  glBegin(GL_QUADS);
+  for (const auto& [x, y] : {std::pair{0, 0}, {1, 0}, {1, 1}, {0, 1}}) {
+    glTexCoord2f(x ? most : least, y ? most : least);
+    glVertex2f(static_cast<float>(2 * x - 1), static_cast<float>(2 * y - 1));
+  }
+  glEnd();
+}
+
+}  // namespace
+
+// Three times three copies of 4 x 2 texels, each texel 10 x 10 pixels, after a texture that was set
+// otherwise.
+TEST_F(Textures, TexelsAreDrawnAsTheyStandRepeatedOrClamped) {
+  const auto texel = [](int x, int y) { return Rgb{x * 80 + 10, y * 200 + 20, 250 - x * 60 - y * 20}; };
+  writeFile("a.bmp", bmpBytes(4, 2, texel));
+  glDisable(GL_BLEND);
+  glDisable(GL_DEPTH_TEST);
+  const float borderColour[] = {1, 1, 1, 1};
+  for (const bool wrap : {false, true}) {
+    destroyTextures();
+    glBindTexture(GL_TEXTURE_2D, 0);
+    glTexParameterfv(GL_TEXTURE_2D, GL_TEXTURE_BORDER_COLOR, borderColour);
+    for (const GLenum name : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) {
+      glTexParameteri(GL_TEXTURE_2D, name, GL_MIRRORED_REPEAT);
+    }
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST_MIPMAP_LINEAR);
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_DECAL);
+    drawTexture(getTexture("a", wrap), -1, 2);
+    // Between the four nearest texels, of which those outside a clamped picture are its border.
+    const auto sampled = [&](int x, int y, int Rgb::*channel) {
+      const auto place = [&](int pixel, int pixels, int texels) {
+        const double coordinate = -1 + 3 * (pixel + 0.5) / pixels;
+        return (wrap ? coordinate : std::clamp(coordinate, 0.0, 1.0)) * texels - 0.5;
+      };
+      const double u = place(x, glTestWidth, 4), v = place(y, glTestHeight, 2);
+      double sum = 0;
+      for (const int i : {0, 1}) {
+        for (const int j : {0, 1}) {
+          const int column = static_cast<int>(std::floor(u)) + i, row = static_cast<int>(std::floor(v)) + j;
+          const bool border = !wrap && (column < 0 || column > 3 || row < 0 || row > 1);
+          const double share = (1 - std::abs(u - column)) * (1 - std::abs(v - row));
+          sum += share * (border ? 255 : texel((column + 8) % 4, (row + 4) % 2).*channel);
+        }
+      }
+      return sum;
+    };
+    for (int y = 1; y < glTestHeight; y += 4) {
+      for (int x = 2; x < glTestWidth; x += 5) {
+        SCOPED_TRACE(testing::Message() << wrap << " " << x << " " << y);
+        const std::array<int, 4> seen = readPixel(x, y);
+        EXPECT_NEAR(seen[0], sampled(x, y, &Rgb::red), 3);
+        EXPECT_NEAR(seen[1], sampled(x, y, &Rgb::green), 3);
+        EXPECT_NEAR(seen[2], sampled(x, y, &Rgb::blue) / 2, 3);
+      }
+    }
+    // A pixel that covers four texels.
+    glViewport(0, 0, 2, 1);
+    drawTexture(0, 0, 1);
+    glViewport(0, 0, glTestWidth, glTestHeight);
+    EXPECT_NEAR(readPixel(0, 0)[0], 50, 2);
+    EXPECT_NEAR(readPixel(1, 0)[0], 210, 2);
+    EXPECT_NEAR(readPixel(0, 0)[1], 120, 2);
+  }
+}
+
+TEST_F(Textures, ATextureWithoutMaskIsOneOfItsOwn) {
+  writeBmp("a", {1, 2, 3});
+  writeBmp("a_mask", {0, 0, 0});
+  writeBmp("b", {1, 2, 3});
+  const auto alphaOf = [](int id) { return static_cast<int>(textureEntry(id).pixels.at(0) >> 24); };
+  EXPECT_EQ(getTexture("a", true), 0);
+  EXPECT_EQ(getTextureWithoutMask("A", false), 1);
+  EXPECT_EQ(getTextureWithoutMask("a", true), 1);
+  EXPECT_EQ(getTexture("a", true), 0);
+  EXPECT_EQ(alphaOf(0), 0);
+  EXPECT_EQ(alphaOf(1), 255);
+  EXPECT_TRUE(textureEntry(1).wrap);
+  EXPECT_EQ(getTexture("b", false), 2);
+  EXPECT_EQ(getTextureWithoutMask("b", false), 2);
+}
+
+// As long as the GL takes: one row of that many texels.
+TEST_F(Textures, SidesAreAsLongAsTheGlTakes) {
+  const int most = glInteger(GL_MAX_TEXTURE_SIZE);
+  writeFile("long.bmp", BmpFile{.width = most, .height = 1, .fill = 7}.bytes());
+  int width = 0, height = 0;
+  EXPECT_EQ(readTexture(getTexture("long", false), width, height).size(), static_cast<std::size_t>(most) * 4);
+  writeFile("longer.bmp", BmpFile{.width = most * 2, .height = 1}.bytes());
+  const std::string size = std::to_string(most * 2) + "x1", limit = std::to_string(most);
+  EXPECT_EQ(fatalText([] { getTexture("longer", false); }),
+            "texture longer.bmp is " + size + ", sides of at most " + limit + " are possible");
+}
+
+// The last of 31 characters counts as the first does, and of its characters only letters have two cases.
+TEST_F(Textures, NamesAreComparedWholeAndIgnoreCase) {
+  const std::string stem(30, 'n');
+  const std::string names[] = {stem + "y", stem + "z", stem, "@[q", "`{q", "az", "aZb", "\xc4", "\xe4"};
+  int id = 0;
+  for (const std::string& name : names) {
+    writeBmp(name, {id, 2, 3});
+    EXPECT_EQ(getTexture(name.c_str(), false), id++) << name;
+  }
+  EXPECT_EQ(getTexture((std::string(30, 'N') + "Z").c_str(), false), 1);
+  EXPECT_EQ(getTexture("AZ", false), 5);
+  EXPECT_EQ(getTexture("AzB", false), 6);
+  EXPECT_EQ(textureEntry(1).name, stem + "z");
+  EXPECT_STREQ(textureEntry(6).name, "azb");
+  for (int i = 0; i < id; ++i) EXPECT_EQ(greyOf(i), i);
 }
 
 TEST_F(Textures, ARejectedImageIsAnEmptyTexture) {
@@ -178,16 +293,18 @@ TEST_F(Textures, NamesAndCountAreLimited) {
             "texture name " + longest + "y is longer than 31 characters");
   EXPECT_EQ(fatalText([&] { setMovieFrame((longest + "y").c_str(), "a.jpg"); }),
             "texture name " + longest + "y is longer than 31 characters");
-  const std::string frame = std::string(60, 'f') + ".jpg";
+  const std::string longestFrame = std::string(59, 'f') + ".jpg", frame = "f" + longestFrame;
+  writeFrame(longestFrame, 60);
+  EXPECT_NEAR(greyOf(setMovieFrame("movie", longestFrame.c_str())), 60, 2);
   EXPECT_EQ(fatalText([&] { setMovieFrame("a", frame.c_str()); }),
             "movie frame name " + frame + " is longer than 63 characters");
   EXPECT_EQ(fatalText([] { getTexture("absent", false); }), "Texture absent.bmp not found");
 
-  addPlainTextures(999);
+  addPlainTextures(998);
   EXPECT_EQ(textureCount(), 1000);
   writeBmp("more", {1, 2, 3});
   EXPECT_EQ(fatalText([] { getTexture("more", false); }), "too many textures, more is more than 1000");
-  EXPECT_EQ(getTexture("T998", false), 999);
+  EXPECT_EQ(getTexture("T997", false), 999);
 }
 
 TEST_F(Textures, DestructionDeletesThemAll) {

@@ -61,7 +61,7 @@ inline std::string bmpBytes(int width, int height, const Picture& picture) {
   return file.bytes();
 }
 
-enum class JpegKind { colour, grey, print };
+enum class JpegKind { colour, progressive, grey, print };
 
 // Best quality without chroma subsampling: areas of one colour and 8 x 8 pixels come back within 2.
 inline std::string jpegBytes(int width, int height, const Picture& picture,
@@ -80,7 +80,8 @@ inline std::string jpegBytes(int width, int height, const Picture& picture,
   unsigned char* data = nullptr;
   unsigned long size = 0;
   tjCompress2(encoder, pixels.data(), width, 0, height, kind == JpegKind::print ? TJPF_CMYK : TJPF_RGB, &data,
-              &size, kind == JpegKind::grey ? TJSAMP_GRAY : TJSAMP_444, 100, 0);
+              &size, kind == JpegKind::grey ? TJSAMP_GRAY : TJSAMP_444, 100,
+              kind == JpegKind::progressive ? TJFLAG_PROGRESSIVE : 0);
   std::string bytes(reinterpret_cast<const char*>(data), size);
   tjFree(data);
   tjDestroy(encoder);
