@@ -66,6 +66,38 @@ bool sameText(std::string_view a, std::string_view b) {
   return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
 }
 
+// The stream of a compiled file. Empty, or says why it cannot be read where that is reported.
+std::string readCompiled(const std::string& name, ZipFailure onFailure, std::string& stream) {
+  constexpr std::uint32_t piece = 1 << 20, likelyMost = 1 << 24;
+  std::uint32_t length = 0;
+  zipOpen(name.c_str(), ZIP_READ, &length, onFailure);
+  // In pieces: the header word may promise far more than there is.
+  stream.clear();
+  stream.reserve(std::min(length, likelyMost));
+  bool ended = false;
+  while (stream.size() < length && !ended) {
+    const std::size_t done = stream.size();
+    const auto wanted = static_cast<std::uint32_t>(std::min<std::size_t>(length - done, piece));
+    stream.resize(done + wanted);
+    const std::uint32_t size = zipRead(stream.data() + done, wanted);
+    stream.resize(done + size);
+    ended = size < wanted;
+  }
+  // A word that is too small is no failure of the container, but where there is a text that is the better
+  // source.
+  char surplus = 0;
+  const bool cutOff = onFailure == ZipFailure::reported && !ended && zipRead(&surplus, 1) == 1;
+  std::string problem = zipClose();
+  if (problem.empty() && ended) {
+    problem = name + ": only " + std::to_string(stream.size()) + " of " + std::to_string(length) +
+              " bytes left to read";
+  }
+  if (problem.empty() && cutOff) {
+    problem = name + ": more than the " + std::to_string(length) + " bytes of its header word";
+  }
+  return problem;
+}
+
 void noteFailedWriting(const ModelSource& source) {
   trace("writing %s failed, maybe write protected...\n", source.compiledName.c_str());
   modelStream.obstacle = source.compiledName + " can't be written";
@@ -98,8 +130,8 @@ void prepareCompiled(ModelSource& source) {
   if (!modelStream.bytes.empty()) return;
   if (!fileExists(source.fileName)) refuseUnreadable(source.fileName);
   if (!fileExists(source.fileName)) fatalError("File %s not found", name);
-  const std::string problem = zipLoad(name, modelStream.bytes);
-  if (!problem.empty()) fatalError("%s: %s", name, problem.c_str());
+  const std::string problem = readCompiled(source.fileName, ZipFailure::fatal, modelStream.bytes);
+  if (!problem.empty()) fatalError("%s", problem.c_str());
   if (modelStream.bytes.empty()) fatalError("%s is empty", name);
 }
 
@@ -113,8 +145,8 @@ ModelSource chooseSource(const std::string& base) {
   if (!readBytes(text.fileName, 2 * modelLineSize, head)) return {compiled};
   // The stamp of a damaged file is worth nothing, and its text makes it anew.
   std::string data;
-  if (const std::string problem = zipLoad(compiled.c_str(), data); !problem.empty()) {
-    logPrintf("%s: %s, the text is read\n", compiled.c_str(), problem.c_str());
+  if (const std::string problem = readCompiled(compiled, ZipFailure::reported, data); !problem.empty()) {
+    logPrintf("%s, the text is read\n", problem.c_str());
     return text;
   }
   std::string textStamp;
@@ -156,9 +188,9 @@ namespace {
 
 void writeStream(const ModelSource& source) {
   auto length = static_cast<std::uint32_t>(modelStream.bytes.size());
-  zipOpen(source.compiledName.c_str(), ZIP_WRITE, &length, WriteFailure::reported);
+  zipOpen(source.compiledName.c_str(), ZIP_WRITE, &length, ZipFailure::reported);
   zipWrite(modelStream.bytes.data(), length);
-  if (!zipClose()) noteFailedWriting(source);
+  if (!zipClose().empty()) noteFailedWriting(source);
 }
 
 }  // namespace

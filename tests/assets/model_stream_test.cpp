@@ -17,6 +17,7 @@
 #include "assets/model_source.h"
 #include "assets/model_state.h"
 #include "shell/files.h"
+#include "shell/options.h"
 #include "tests/support/ase_text.h"
 #include "tests/support/child_cases.h"
 #include "tests/support/fatal.h"
@@ -328,12 +329,37 @@ TEST_F(CompiledModel, IsNotMissedWhereItsWritingFailsMidway) {
   }
 }
 
+// Alone a damaged file is refused by name, beside its text it is made anew; the log says why.
 TEST_F(CompiledModel, IsMadeAnewWhereItIsDamaged) {
   writeFile("m.ase", smallModel());
-  const std::string dump = loadAndDump("m"), whole = readFile("m.hv3");
-  writeFile("m.hv3", whole.substr(0, whole.size() / 2));
-  EXPECT_EQ(loadAndDump("m"), dump);
-  EXPECT_EQ(readFile("m.hv3"), whole);
+  const std::string text = readFile("m.ase"), dump = loadAndDump("m"), whole = readFile("m.hv3");
+  const std::size_t length = readStream("m.hv3").size();
+  const auto withWord = [&](std::size_t word) { return littleEndianBytes(word, 4) + whole.substr(4); };
+  std::string falseCrc = whole;
+  falseCrc[whole.size() - 80] ^= 1;
+  const struct {
+    std::string file, problem;
+  } rows[] = {
+      {whole.substr(0, 3), "ends after 3 bytes, its header word has 4"},
+      {whole.substr(0, 90), "ARGH! It ends before its compressed data does"},
+      {falseCrc, "bad CRC (code 8)"},
+      {withWord(0xffffffff), "only " + std::to_string(length) + " of 4294967295 bytes left to read"},
+      {withWord(length - 1), "more than the " + std::to_string(length - 1) + " bytes of its header word"},
+  };
+  for (const auto& [file, problem] : rows) {
+    writeFile("m.hv3", file);
+    if (file != withWord(length - 1)) {
+      fs::remove("m.ase");
+      EXPECT_EQ(fatalText([] { loadAndDump("m"); }), "m.hv3: " + problem);
+    }
+    writeFile("m.ase", text);
+    options.showStats = true;
+    fs::remove("Demo.log");
+    EXPECT_EQ(loadAndDump("m"), dump) << problem;
+    options.showStats = false;
+    EXPECT_EQ(readFile("m.hv3"), whole) << problem;
+    EXPECT_NE(readFile("Demo.log").find("m.hv3: " + problem + ", the text is read\n"), std::string::npos);
+  }
 }
 
 // A model that is refused keeps the compiled form of the one before.
