@@ -143,7 +143,7 @@ std::string enterFolder(const std::string& file) {
   const bool inData = folderName == "data";
   const fs::path target = inData ? folder.parent_path() : folder;
   if (chdir(target.c_str()) != 0) {
-    vex::fatalError("can't go to folder %s: %s", target.c_str(), std::strerror(errno));
+    vex::fatalError("%s: can't go to folder %s: %s", file.c_str(), target.c_str(), std::strerror(errno));
   }
   const std::string name = path.filename().string();
   return inData ? folder.filename().string() + "\\" + name : name;
@@ -164,7 +164,8 @@ void printOut(const std::string& text) {
 
 void info(const CommandLine& line) {
   const std::string name = enterFolder(line.file);
-  vex::ModelInfo info{.compiled = hasExtension(name, ".hv3"), .textures = {}, .missingTextures = {}};
+  vex::ModelInfo info{
+      .compiled = hasExtension(name, ".hv3"), .textures = {}, .missingTextures = {}, .longTextures = {}};
   vex::collectTextureNames(info);
   vex::Scene scene;
   vex::readModel({name}, &scene);

@@ -19,10 +19,12 @@ ModelInfo* collecting = nullptr;
 
 int nameTexture(const char* name, bool) {
   std::vector<std::string>& names = collecting->textures;
-  const auto known = std::find(names.begin(), names.end(), name);
+  const auto known = std::find_if(names.begin(), names.end(),
+                                  [&](const std::string& other) { return sameTextureName(other, name); });
   if (known != names.end()) return static_cast<int>(known - names.begin());
   names.emplace_back(name);
   if (!textureExists(names.back())) collecting->missingTextures.push_back(names.back());
+  if (names.back().size() >= textureNameSize) collecting->longTextures.push_back(names.back());
   return static_cast<int>(names.size()) - 1;
 }
 
@@ -243,6 +245,21 @@ std::string describeParent(const Object3D& object) {
   return object.parent ? formatted(", child of %s", object.parent->name) : "";
 }
 
+std::string describeColour(const ColourAlpha& c) {
+  return formatted("%g %g %g %g", static_cast<double>(c.r), static_cast<double>(c.g),
+                   static_cast<double>(c.b), static_cast<double>(c.a));
+}
+
+std::string describeMaterial(const ModelInfo& info, const Mesh& mesh) {
+  const std::string texture = textureName(info, mesh.texture);
+  return "       material: diffuse " + describeColour(mesh.diffuse) + ", ambient " +
+         describeColour(mesh.ambient) + ", specular " + describeColour(mesh.specular) +
+         formatted(", opacity %g, shininess %g, strength %g", static_cast<double>(mesh.opacity),
+                   static_cast<double>(mesh.shininess), static_cast<double>(mesh.shineStrength)) +
+         (texture.empty() ? ", no texture" : ", texture " + texture) +
+         (mesh.envMap ? ", environment map" : "") + (mesh.twoSided ? ", two-sided" : "") + "\n";
+}
+
 std::string describePlace(const Vector& v) {
   // Without the sign of a zero.
   return formatted("at %g %g %g", v.x + 0.0, v.y + 0.0, v.z + 0.0);
@@ -271,8 +288,11 @@ std::string modelAsJson(const ModelInfo& info, Scene& scene, const JsonContent& 
   text += ",\n\"lights\":" + list(scene.lights, [](Light* light) { return jsonLight(*light); });
   text +=
       ",\n\"viewers\":" + list(scene.viewers, [&](Viewer* viewer) { return jsonViewer(*viewer, content); });
-  text += ",\n\"missingTextures\":" +
-          jsonArray(info.missingTextures, [](const std::string& name) { return json(name); });
+  const auto names = [](const std::vector<std::string>& textures) {
+    return jsonArray(textures, [](const std::string& name) { return json(name); });
+  };
+  text += ",\n\"longTextures\":" + names(info.longTextures);
+  text += ",\n\"missingTextures\":" + names(info.missingTextures);
   return text + "}\n";
 }
 
@@ -285,9 +305,8 @@ std::string modelAsText(const ModelInfo& info, Scene& scene) {
     text += formatted("%-6s %s: %zu vertices, %zu faces, ", mesh->hidden() ? "helper" : "mesh", mesh->name,
                       mesh->vertices.size(), mesh->faces.size());
     text += describePlace(mesh->position) + describeParent(*mesh);
-    const std::string texture = textureName(info, mesh->texture);
-    if (!texture.empty()) text += ", texture " + texture;
     text += describeTracks(*mesh) + "\n";
+    if (!mesh->hidden()) text += describeMaterial(info, *mesh);
   }
   for (const Light* light : scene.lights) {
     text += formatted("light  %s: %s%s, ", light->name, light->spot ? "spot" : "omni",
@@ -305,6 +324,10 @@ std::string modelAsText(const ModelInfo& info, Scene& scene) {
     text += "\n";
   }
   for (const std::string& name : info.missingTextures) text += "missing texture " + name + "\n";
+  for (const std::string& name : info.longTextures) {
+    text += "texture name " + name +
+            formatted(" has %zu characters, the player takes %d\n", name.size(), textureNameSize - 1);
+  }
   return text;
 }
 

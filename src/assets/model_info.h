@@ -12,15 +12,16 @@ namespace vex {
 
 struct ModelInfo {
   bool compiled = false;              // what it was read from
-  std::vector<std::string> textures;  // by id
+  std::vector<std::string> textures;  // by id, as the model spells each first
   std::vector<std::string> missingTextures;
+  std::vector<std::string> longTextures;  // names that the texture cache refuses
 };
 
 // Whether the texture cache would find the texture.
 bool textureExists(const std::string& name);
 
-// Instead of the texture cache: gives names ids without loading anything, and looks which have no file.
-// One model at a time.
+// Instead of the texture cache: gives names ids as that does, but loads nothing, and looks which it would
+// refuse. One model at a time.
 void collectTextureNames(ModelInfo& info);
 
 struct JsonContent {
@@ -31,7 +32,7 @@ struct JsonContent {
 // One object; numbers as %.9g, null where they are not finite. The drawing arrays are built.
 std::string modelAsJson(const ModelInfo& info, Scene& scene, const JsonContent& content);
 
-// A line an object.
+// A line an object, and one for the material of each mesh that is drawn.
 std::string modelAsText(const ModelInfo& info, Scene& scene);
 
 }  // namespace vex

@@ -95,10 +95,45 @@ TEST(Vexmodel, PrintsTracksAndLights) {
   }
   const std::string text = vexmodel("info m.ase").output;
   EXPECT_NE(
-      text.find("mesh   Box: 5 vertices, 2 faces, at 1 3 -2, child of Root, texture data\\Rock, scale track "
-                "of 2 keys, rotation track of 2 keys, position track of 2 keys\n"),
+      text.find(
+          "mesh   Box: 5 vertices, 2 faces, at 1 3 -2, child of Root, scale track of 2 keys, rotation "
+          "track of 2 keys, position track of 2 keys\n"
+          "       material: diffuse 0.5 0.25 1 1, ambient 0.1 0.2 0.3 1, specular 0.75 0.5 0.25 1, opacity "
+          "0.75, shininess 0.25, strength 0.625, texture data\\Rock, two-sided\n"),
       std::string::npos)
       << text;
+}
+
+// One texture whatever its case; the player takes names of 31 characters with their folder.
+TEST(Vexmodel, NamesTexturesAsThePlayerDoes) {
+  const TemporaryFolder folder;
+  const std::string longest(26, 'l'), tooLong(27, 'L');
+  AseText text;
+  text.head("1").scene().open("*MATERIAL_LIST");
+  int material = 0;
+  for (const std::string& name : {std::string("Rock"), std::string("ROCK"), longest, tooLong}) {
+    text.open("*MATERIAL " + std::to_string(material++)).open("*MAP_DIFFUSE");
+    text.line("*BITMAP \"" + name + ".jpg\"").line("*MAP_TYPE Spherical").close().close();
+  }
+  text.close();
+  for (int i = 0; i < material; ++i) {
+    text.object("*GEOMOBJECT", "G" + std::to_string(i)).node("0 0 0").triangle();
+    text.line("*MATERIAL_REF " + std::to_string(i)).close();
+  }
+  writeFile("data/m.ase", text.str());
+  writeFile("data/" + longest + ".bmp", "not looked into");
+  const std::string json = vexmodel("info --json data/m.ase").output;
+  EXPECT_NE(json.find("\"name\":\"G1\""), std::string::npos) << json;
+  EXPECT_EQ(json.find("ROCK"), std::string::npos) << json;
+  const std::string refused = "data\\" + tooLong;
+  EXPECT_TRUE(json.ends_with("\"longTextures\":[\"data\\\\" + tooLong +
+                             "\"],\n\"missingTextures\":[\"data\\\\Rock\",\"data\\\\" + tooLong + "\"]}\n"))
+      << json;
+  const std::string info = vexmodel("info data/m.ase").output;
+  EXPECT_NE(info.find("texture data\\Rock, environment map\n"), std::string::npos) << info;
+  EXPECT_TRUE(info.ends_with("missing texture data\\Rock\nmissing texture " + refused + "\ntexture name " +
+                             refused + " has 32 characters, the player takes 31\n"))
+      << info;
 }
 
 TEST(Vexmodel, CompilesBesideTheText) {
@@ -121,7 +156,7 @@ TEST(Vexmodel, CompilesBesideTheText) {
       {"compile bad.ase", "*MATERIAL_REF 1000\n", "bad.ase:1: material 1000 isn't one of 0 to 99"},
       {"compile bad.ase", "*MESH_VERTEX 0 0 0 0\n",
        "bad.ase can't be compiled: bad.ase:1: an entry stands outside its list"},
-      {"info none/m.ase", nullptr, "can't go to folder"},
+      {"info none/m.ase", nullptr, "none/m.ase: can't go to folder"},
       {"info m.max", "x", "m.max: unknown 3d format"},
       {"info sub/data/m.ase >/dev/full", nullptr, "can't write standard output: No space left on device"},
   };
