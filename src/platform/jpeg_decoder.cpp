@@ -85,8 +85,6 @@ JpegDecoder openJpegDecoder() {
 bool readJpegParameters(const JpegDecoder& decoder, std::span<const std::byte> file,
                         JpegParameters& parameters) {
   JpegState& state = *decoder;
-  jpeg_abort_decompress(&state.library);
-  state.endMarkNeeded = false;
   return attempt(state, [&](auto& library) {
     jpeg_mem_src(&library, reinterpret_cast<const unsigned char*>(file.data()), file.size());
     jpeg_read_header(&library, TRUE);

@@ -25,7 +25,7 @@ struct JpegParameters {
 // Null when the library gives none.
 JpegDecoder openJpegDecoder();
 
-// False when the file has no readable header. The decoder goes on in these very bytes.
+// Once for each decoder, which then goes on in these very bytes. False when the file has no readable header.
 bool readJpegParameters(const JpegDecoder& decoder, std::span<const std::byte> file,
                         JpegParameters& parameters);
 

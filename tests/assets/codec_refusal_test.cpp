@@ -106,6 +106,10 @@ TEST(Codec, ClosingBeforeTheEndOfTheDataSaysSo) {
     EXPECT_EQ(reading.closeResult, 6);
     EXPECT_EQ(reading.closeCode, 6);
   }
+  const std::string stored = Member{.method = 0}.bytes();
+  const Reading cut = readMember(stored.substr(0, stored.size() - 10), pkzipFraming, 10, 0, 1);
+  EXPECT_EQ(cut.closeResult, -1);
+  EXPECT_EQ(cut.closeCode, 5);
   // The discarded rest counts for the checks that come first.
   EXPECT_EQ(readMember(Member{.method = 0, .crcChange = 1}.bytes(), pkzipFraming, 10, 0, 1).closeCode, 8);
   EXPECT_EQ(readMember(Member{.method = 0, .next = ""}.bytes(), pkzipFraming, 10, 0, 1).closeCode, 5);

@@ -114,7 +114,7 @@ TEST(Codec, ReadsMembersOfAllKinds) {
 TEST(Codec, ReadsGzipHeadersOfAllKinds) {
   const std::string data = someText(700);
   for (int fields = 0; fields < 8; ++fields) {
-    Bytef extra[] = "extra", name[] = "name", comment[] = "comment";
+    Bytef extra[] = "extra", name[] = "na\1me", comment[] = "\xff\1comment";
     gz_header header{};
     header.text = 1;
     if (fields & 1) header.extra = extra, header.extra_len = 5;

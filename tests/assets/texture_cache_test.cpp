@@ -192,15 +192,15 @@ TEST_F(Textures, ATextureWithoutMaskIsOneOfItsOwn) {
   writeBmp("a_mask", {0, 0, 0});
   writeBmp("b", {1, 2, 3});
   const auto alphaOf = [](int id) { return static_cast<int>(textureEntry(id).pixels.at(0) >> 24); };
-  EXPECT_EQ(getTexture("a", true), 0);
-  EXPECT_EQ(getTextureWithoutMask("A", false), 1);
-  EXPECT_EQ(getTextureWithoutMask("a", true), 1);
-  EXPECT_EQ(getTexture("a", true), 0);
-  EXPECT_EQ(alphaOf(0), 0);
-  EXPECT_EQ(alphaOf(1), 255);
-  EXPECT_TRUE(textureEntry(1).wrap);
-  EXPECT_EQ(getTexture("b", false), 2);
-  EXPECT_EQ(getTextureWithoutMask("b", false), 2);
+  EXPECT_EQ(getTexture("b", false), 0);
+  EXPECT_EQ(getTextureWithoutMask("b", false), 0);
+  EXPECT_EQ(getTexture("a", true), 1);
+  EXPECT_EQ(getTextureWithoutMask("A", false), 2);
+  EXPECT_EQ(getTextureWithoutMask("a", true), 2);
+  EXPECT_EQ(getTexture("a", true), 1);
+  EXPECT_EQ(alphaOf(1), 0);
+  EXPECT_EQ(alphaOf(2), 255);
+  EXPECT_TRUE(textureEntry(2).wrap);
 }
 
 // As long as the GL takes: one row of that many texels.
@@ -283,6 +283,10 @@ TEST_F(Textures, AMovieOfTheSameFrameFileGetsAPictureOfItsOwn) {
   const int second = setMovieFrame("a1", "a11.jpg");
   EXPECT_NE(first, second);
   EXPECT_NEAR(greyOf(second), 70, 2);
+  destroyTextures();
+  writeBmp("a", {1, 2, 3});
+  EXPECT_EQ(getTexture("a", false), 0);
+  EXPECT_NEAR(greyOf(setMovieFrame("a", "a11.jpg")), 70, 2) << "no frame is remembered";
 }
 
 TEST_F(Textures, NamesAndCountAreLimited) {
@@ -353,6 +357,11 @@ TEST_F(Textures, ThePreloadListIsReadToItsEnd) {
     writeUsedTextures();
     EXPECT_EQ(readFile("used_textures.log"), "a 1\nb 0\nc 0\nd 1\n");
   }
+}
+
+TEST_F(Textures, ThePreloadListIsClosed) {
+  writeFile("used_textures.log", "");
+  for (int i = 0; i <= maxFileSlots; ++i) preloadTextures();
 }
 
 TEST_F(Textures, NoPreloadListIsNoError) {
