@@ -199,8 +199,10 @@ TEST(Codec, EveryRefusedByteIsAWriteError) {
   std::mt19937 random(1);
   std::string noise(100'000, '\0');
   for (char& byte : noise) byte = static_cast<char>(random());
-  EXPECT_EQ(zipdeflate(noise.data(), 100'000), -1);
-  EXPECT_EQ(zipErrorCode(), 9);
+  for (int time = 0; time < 2; ++time) {  // and stays one
+    EXPECT_EQ(zipdeflate(noise.data(), 100'000), -1);
+    EXPECT_EQ(zipErrorCode(), 9);
+  }
   zipclose();
 }
 

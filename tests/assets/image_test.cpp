@@ -80,7 +80,7 @@ TEST(Images, OnlyPowersOfTwoAreTextures) {
   };
   const TemporaryFolder folder;
   for (const Case& c : {Case{256, 128, true}, Case{100, 100, false}, Case{4, 1, true}, Case{4, 6, false},
-                        Case{12, 4, false}, Case{4, 0, true}}) {
+                        Case{12, 4, false}, Case{4, 0, true}, Case{0, 4, true}}) {
     SCOPED_TRACE(std::to_string(c.width) + "x" + std::to_string(c.height));
     writeFile("a.bmp", bmpBytes(c.width, c.height, plain({1, 2, 3})));
     const ChildResult result = runInChild([&] {
