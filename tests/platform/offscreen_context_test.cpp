@@ -5,6 +5,7 @@
 
 #include "platform/gl_context.h"
 #include "tests/support/gl_fixture.h"
+#include "tests/support/run_folder.h"
 #include "tests/support/temporary_folder.h"
 
 namespace vex {
@@ -48,7 +49,9 @@ TEST(OffscreenContext, SaysWhyThereIsNone) {
   EXPECT_NE(failure, "");
   EXPECT_EQ(glContext.extensionSupported, nullptr);
 
-  // The library without any driver; in a process that has not met EGL yet.
+  // The library without any driver; in a process that has not met EGL yet, and finds all else.
+  const TemporaryFolder folder;
+  writeRunFolder({.totalTime = 1});
   const Program recorder =
       runProgram("__EGL_VENDOR_LIBRARY_FILENAMES=/none '" VEX_BIN "/vexrecord' --out none.mp4");
   EXPECT_EQ(recorder.exitCode, 255);

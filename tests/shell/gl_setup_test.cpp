@@ -53,7 +53,8 @@ TEST_F(GlSetup, LogNamesRendererVendorVersionAndExtensions) {
   const auto text = [](GLenum name) { return std::string(reinterpret_cast<const char*>(glGetString(name))); };
   const std::string whole = text(GL_RENDERER) + " from " + text(GL_VENDOR) + " ver " + text(GL_VERSION) +
                             "\n" + text(GL_EXTENSIONS) + "\n";
-  EXPECT_EQ(readFile("Demo.log"), whole.substr(0, 511));
+  ASSERT_GT(whole.size(), 511u);
+  EXPECT_EQ(readFile("Demo.log"), whole.substr(0, 510) + "\n");
 }
 
 TEST_F(GlSetup, ProbeFindsWhatTheContextOffers) {

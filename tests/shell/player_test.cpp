@@ -174,7 +174,7 @@ TEST_F(Player, PlaysFromTheDialogToEscape) {
 }
 
 TEST_F(Player, EndsWithTheTotalTime) {
-  writeRunFolder(redForSeconds(1.5));
+  writeRunFolder(redForSeconds(3));
   RunningProgram program(player);
   startShow();
   EXPECT_EQ(program.exitCode(), 0);
@@ -300,7 +300,8 @@ TEST_F(Player, AWindowIsAsLargeAsTheChosenModeAndLeavesTheDesktopAlone) {
     key(keys);
     const Window window = waitForWindow(display.get(), title, width);
     ASSERT_NE(window, 0u) << "no window " << width << " wide";
-    EXPECT_EQ(placeOf(window).x, (screenWidth - width) / 2);
+    EXPECT_TRUE(waitUntil([&] { return placeOf(window).x == (screenWidth - width) / 2; }))
+        << placeOf(window).x;
     EXPECT_EQ(screenWidthNow(), screenWidth);
     EXPECT_TRUE(shows(red));
     key("Escape");

@@ -18,7 +18,7 @@ class RunningProgram {
   void signal(int number) const;
   bool running();
 
-  // Waits for its end, ten seconds at most: exit code, or -1 when it crashed or still runs.
+  // Waits for its end, thirty seconds at most: exit code, or -1 when it crashed or still runs.
   int exitCode();
 
   // Its standard error so far.

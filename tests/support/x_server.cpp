@@ -16,7 +16,7 @@ namespace vex {
 
 namespace {
 
-constexpr int patience = 10000;  // milliseconds
+constexpr int patience = 30000;  // milliseconds; only failures wait so long
 constexpr int pause = 20;
 
 bool isNamed(Display* display, Window window, const std::string& title, int width) {

@@ -40,13 +40,13 @@ using TestDisplay = std::unique_ptr<Display, CloseDisplay>;
 
 TestDisplay connect();
 
-// Whether the condition came true within ten seconds.
+// Whether the condition came true within thirty seconds.
 bool waitUntil(const std::function<bool()>& holds);
 
 // The mapped window of that title and, unless 0, of that width; 0 when there is none.
 Window findWindow(Display* display, const std::string& title, int width = 0);
 
-// The same, waited for ten seconds at most.
+// The same, waited for thirty seconds at most.
 Window waitForWindow(Display* display, const std::string& title, int width = 0);
 
 // The same for a dialog, which is ready when it has the keyboard.
@@ -58,7 +58,7 @@ void offerMode640x480();
 // What the screen shows at that place, 0xRRGGBB.
 unsigned long screenColour(Display* display, int x, int y);
 
-// Waits until it has gone; false after ten seconds.
+// Waits until it has gone; false after thirty seconds.
 bool waitUntilGone(Display* display, const std::string& title);
 
 void pressKeys(Display* display, Window window, const std::vector<KeySym>& keys);
