@@ -65,6 +65,10 @@ void logPrintf(const char* format, ...) {
   std::fclose(log);
 }
 
+void beginLog() {
+  firstWrite = true;
+}
+
 void fatalError(const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
@@ -91,6 +95,7 @@ void warning(const char* format, ...) {
 
 void setLoadingDialog(LoadingSink sink) {
   loadingDialog = sink;
+  stepsShown = 0;
 }
 
 void setLoadingSteps(int steps) {

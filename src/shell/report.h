@@ -18,6 +18,9 @@ inline constexpr int messageSize = 512;
 // line.
 [[gnu::format(printf, 1, 2)]] void logPrintf(const char* format, ...);
 
+// Another run begins in this process: its first write empties the file.
+void beginLog();
+
 // Shows the text captioned "Error", gives the desktop its mode back and ends the process with exit
 // code -1 (255), without clean-up.
 [[noreturn, gnu::format(printf, 1, 2)]] void fatalError(const char* format, ...);
@@ -31,6 +34,7 @@ struct LoadingSink {
   void (*close)() = nullptr;
 };
 
+// From here on, the steps are counted anew.
 void setLoadingDialog(LoadingSink sink);
 void setLoadingSteps(int steps);
 

@@ -12,6 +12,7 @@
 #include "shell/clock.h"
 #include "shell/files.h"
 #include "shell/options.h"
+#include "shell/report.h"
 #include "tests/support/fatal.h"
 #include "tests/support/sound_files.h"
 #include "tests/support/temporary_folder.h"
@@ -151,6 +152,7 @@ TEST(SoundPlayback, LogsWhereItOpensTheFile) {
       soundLibrary.freeStream = [](SoundStream) {};
       options.soundEnabled = true;
       options.showStats = true;
+      beginLog();
       pakOpen("vex.pak");
       const int other = fileOpen("before.raw", "rb");  // takes handle 0
       openMusic(c.name);
@@ -173,6 +175,7 @@ TEST(SoundPlayback, LogsOnceWhenTheStreamStopsLeading) {
       soundLibrary.state = state;
       options.soundEnabled = true;
       options.showStats = true;
+      beginLog();
       openMusic("music.ogg");
       for (int frame = 0; frame < 5; ++frame) musicPosition();
     });
