@@ -162,7 +162,7 @@ TEST_F(Player, PlaysFromTheDialogToEscape) {
   key("a space Return q F1");
   EXPECT_TRUE(shows(green)) << "only Escape ends the show";
   key("Escape");
-  EXPECT_EQ(program.exitCode(), 0);
+  EXPECT_EQ(program.exitCode(), 0) << program.errors();
   EXPECT_EQ(program.errors(), "");
   expectOrder(
       readFile("Demo.log"),
@@ -177,7 +177,7 @@ TEST_F(Player, EndsWithTheTotalTime) {
   writeRunFolder(redForSeconds(3));
   RunningProgram program(player);
   startShow();
-  EXPECT_EQ(program.exitCode(), 0);
+  EXPECT_EQ(program.exitCode(), 0) << program.errors();
   expectOrder(readFile("Demo.log"),
               {"no sound file defined\n", "destroying sound\n", "destroying textures\n"});
 }
@@ -186,7 +186,7 @@ TEST_F(Player, TheCloseButtonEndsTheShow) {
   writeRunFolder(redForSeconds(1000));
   RunningProgram program(player);
   pressCloseButton(display.get(), startShow());
-  EXPECT_EQ(program.exitCode(), 0);
+  EXPECT_EQ(program.exitCode(), 0) << program.errors();
   expectOrder(readFile("Demo.log"), {"destroying part dispatcher\n", "destroying textures\n"});
 }
 
@@ -197,7 +197,7 @@ TEST_F(Player, SignalsEndTheShowInOrder) {
     RunningProgram program(player);
     startShow();
     program.signal(number);
-    EXPECT_EQ(program.exitCode(), 0) << "signal " << number;
+    EXPECT_EQ(program.exitCode(), 0) << "signal " << number << ": " << program.errors();
     expectOrder(readFile("Demo.log"), {"destroying part dispatcher\n", "destroying textures\n"});
   }
 }
@@ -221,7 +221,7 @@ TEST_F(Player, SignalsCancelTheDialog) {
     RunningProgram program(player);
     waitForDialog();
     program.signal(number);
-    EXPECT_EQ(program.exitCode(), 0) << "signal " << number;
+    EXPECT_EQ(program.exitCode(), 0) << "signal " << number << ": " << program.errors();
     EXPECT_EQ(findWindow(display.get(), title), 0u);
   }
 }
@@ -239,7 +239,7 @@ TEST_F(Player, SignalsEndTheLoadingInOrder) {
     key("Tab Tab Tab space Return");
     EXPECT_NE(waitForWindow(display.get(), "Warning"), 0u);
     program.signal(number);
-    EXPECT_EQ(program.exitCode(), 0) << "signal " << number;
+    EXPECT_EQ(program.exitCode(), 0) << "signal " << number << ": " << program.errors();
     const std::string log = readFile("Demo.log");
     expectOrder(log, {"start reading test.hvp\n", "destroying sound\n", "destroying part dispatcher\n",
                       "destroying scene SceneHelper\n", "destroying textures\n"});
@@ -281,7 +281,7 @@ TEST_F(Player, FullScreenTakesTheChosenMode) {
     return screenColour(display.get(), 0, 0) == red && screenColour(display.get(), 639, 479) == red;
   }));
   key("Escape");
-  EXPECT_EQ(program.exitCode(), 0);
+  EXPECT_EQ(program.exitCode(), 0) << program.errors();
   Window root;
   int x, y;
   unsigned width = 0, height = 0, border, depth;
@@ -305,7 +305,7 @@ TEST_F(Player, AWindowIsAsLargeAsTheChosenModeAndLeavesTheDesktopAlone) {
     EXPECT_EQ(screenWidthNow(), screenWidth);
     EXPECT_TRUE(shows(red));
     key("Escape");
-    EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_EQ(program.exitCode(), 0) << program.errors();
   }
   EXPECT_FALSE(std::filesystem::exists("Demo.log")) << "the statistics were not asked for";
 }
@@ -326,7 +326,7 @@ TEST_F(Player, TheShowHasAnIconNoCursorAndNoScreenSaver) {
   usleep(1500000);  // longer than the saver waits
   EXPECT_FALSE(screenSaverOn(display.get()));
   key("Escape");
-  EXPECT_EQ(program.exitCode(), 0);
+  EXPECT_EQ(program.exitCode(), 0) << program.errors();
 }
 
 TEST_F(Player, TheMusicIsHeardFromTheStartTimeAndLeadsTheClock) {
@@ -342,7 +342,7 @@ TEST_F(Player, TheMusicIsHeardFromTheStartTimeAndLeadsTheClock) {
     RunningProgram program(player, "heard.wav");
     waitForDialog();
     key("Tab space Return");
-    EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_EQ(program.exitCode(), 0) << program.errors();
   }
   std::vector<short> heard;
   SF_INFO info{};
@@ -384,7 +384,7 @@ TEST_F(Player, TheLoadingBarShowsHowFarTheLoadingIs) {
   EXPECT_TRUE(waitUntil([&] { return barAt(5) == acidGreen && barAt(83) == acidGreen; }));
   EXPECT_NE(barAt(89), acidGreen);  // 13 of 15 steps lie behind
   program.signal(SIGTERM);
-  EXPECT_EQ(program.exitCode(), 0);
+  EXPECT_EQ(program.exitCode(), 0) << program.errors();
 }
 
 TEST_F(Player, AFatalErrorShowsABoxAndEndsWithoutCleanUp) {
@@ -422,7 +422,7 @@ TEST_F(Player, AMusicWarningShowsABoxAndTheShowGoesOn) {
   EXPECT_NE(waitForWindow(display.get(), "Warning"), 0u);
   key("Return");
   EXPECT_TRUE(waitUntilGone(display.get(), "Warning"));
-  EXPECT_EQ(program.exitCode(), 0);
+  EXPECT_EQ(program.exitCode(), 0) << program.errors();
   EXPECT_EQ(program.errors(), "vex: Sound file not found! Disabling sound\n");
 }
 
