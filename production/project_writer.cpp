@@ -22,9 +22,9 @@ const std::string& checkedName(const std::string& text) {
 ProjectParameter encoded(const ScriptCall& call, const ScriptParameter& parameter) {
   const Curve& curve = parameter.curve;
   const bool drawn = curve.kind == CurveKind::linear || curve.kind == CurveKind::spline;
-  if (curve.dots.size() > 255 || (drawn && curve.dots.empty()))
-    fatalError("project: %s.%s has %zu dots, must be 1 to 255", call.function.c_str(), parameter.name.c_str(),
-               curve.dots.size());
+  if (curve.dots.size() > maxProjectCount || (drawn && curve.dots.empty()))
+    fatalError("project: %s.%s has %zu dots, must be 1 to %zu", call.function.c_str(), parameter.name.c_str(),
+               curve.dots.size(), maxProjectCount);
   for (std::size_t i = 1; i < curve.dots.size(); ++i)
     if (!(static_cast<float>(curve.dots[i - 1].x) < static_cast<float>(curve.dots[i].x)))
       fatalError("project: %s.%s: dot %zu at %g does not follow %g", call.function.c_str(),
@@ -58,6 +58,9 @@ ProjectPart encoded(const ScriptPart& part) {
                      .track = static_cast<std::int8_t>(part.track),
                      .speed = part.speed,
                      .calls = {}};
+  if (part.calls.size() > maxProjectCount)
+    fatalError("project: part %s has %zu calls, at most %zu fit", part.name.c_str(), part.calls.size(),
+               maxProjectCount);
   for (const ScriptCall& call : part.calls) {
     if (call.parameters.size() > maxArguments)
       fatalError("project: part %s: %s has %zu parameters, at most %d fit", part.name.c_str(),

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "platform/end_request.h"
-#include "platform/paths.h"
 #include "platform/replace_file.h"
 #include "platform/standard_streams.h"
 #include "scenes/project_check.h"
@@ -39,12 +38,21 @@ constexpr std::size_t mebibyte = 1024 * 1024;
 constexpr std::size_t maxProjectSize = 64 * mebibyte;
 constexpr std::size_t maxTextSize = 4 * maxProjectSize;  // room for every dump
 
-// Works for pipes too, so that a dump can be edited on its way.
-std::string readAll(std::FILE* file, const char* name, std::size_t limit) {
+// No statement of the text form begins with a digit, the version of a project file does.
+bool isProjectFile(const std::string& bytes) {
+  const std::size_t first = bytes.find_first_not_of('\r');
+  return first != std::string::npos && bytes[first] >= '0' && bytes[first] <= '9';
+}
+
+// A project in either form. Works for pipes too, so that a dump can be edited on its way.
+std::string readFile(const char* name) {
+  std::FILE* file = std::fopen(name, "rb");
+  if (!file) vex::fatalError("can't read %s: %s", name, std::strerror(errno));
   std::string bytes;
   char block[1 << 16];
   for (std::size_t size; (size = std::fread(block, 1, sizeof block, file)) > 0;) {
     bytes.append(block, size);
+    const std::size_t limit = isProjectFile(bytes) ? maxProjectSize : maxTextSize;
     if (bytes.size() > limit) {
       vex::fatalError("%s is longer than %zu MiB", name, limit / mebibyte);
     }
@@ -68,16 +76,8 @@ void printOut(const std::string& text) {
   }
 }
 
-// No statement of the text form begins with a digit, the version of a project file does.
-bool isProjectFile(const std::string& bytes) {
-  const std::size_t first = bytes.find_first_not_of('\r');
-  return first != std::string::npos && bytes[first] >= '0' && bytes[first] <= '9';
-}
-
 void compile(const char* textName, const char* projectName) {
-  std::FILE* file = std::fopen(textName, "rb");
-  if (!file) vex::fatalError("can't read %s: %s", textName, std::strerror(errno));
-  const std::string text = readAll(file, textName, maxTextSize);
+  const std::string text = readFile(textName);
   if (isProjectFile(text)) vex::fatalError("%s is a project file, not the text of one", textName);
   const vex::CompiledProject compiled = vex::compileProjectText(text);
   if (!compiled.problems.empty()) {
@@ -87,16 +87,22 @@ void compile(const char* textName, const char* projectName) {
   writeFile(projectName, compiled.bytes);
 }
 
-void dump(const char* name) {
-  std::FILE* file = vex::openLooseFile(name, "rb");
-  if (!file) vex::fatalError("Project file %s not found!", name);
-  const std::string bytes = readAll(file, name, maxProjectSize);
-  {
-    // Refuses what the player refuses, in its words.
-    vex::PartDispatcher player;
-    player.names = vex::ProjectNames::taken;
-    player.loadProject(name);
+// Refuses what the player refuses, in its words.
+void loadAsThePlayer(const std::string& bytes, const char* name) {
+  std::FILE* copy = std::tmpfile();
+  if (!copy || std::fwrite(bytes.data(), 1, bytes.size(), copy) != bytes.size() || std::fflush(copy) != 0) {
+    vex::fatalError("can't write a temporary file: %s", std::strerror(errno));
   }
+  vex::PartDispatcher player;
+  player.names = vex::ProjectNames::taken;
+  player.projectFile = vex::fileOpen(vex::formatted("/dev/fd/%d", fileno(copy)).c_str(), "rb");
+  player.readProject(name);
+  std::fclose(copy);
+}
+
+void dump(const char* name) {
+  const std::string bytes = readFile(name);
+  loadAsThePlayer(bytes, name);
   const vex::DecodedProject decoded = vex::decodeProject(bytes, name);
   if (!decoded.failure.empty()) vex::fatalError("%s", decoded.failure.c_str());
   printOut(vex::writeProjectText(decoded.project));
@@ -110,9 +116,7 @@ struct Checked {
 };
 
 Checked readProject(const char* name) {
-  std::FILE* file = std::fopen(name, "rb");
-  if (!file) vex::fatalError("can't read %s: %s", name, std::strerror(errno));
-  const std::string bytes = readAll(file, name, maxTextSize);
+  const std::string bytes = readFile(name);
   Checked checked;
   if (isProjectFile(bytes)) {
     vex::DecodedProject decoded = vex::decodeProject(bytes, name);

@@ -125,13 +125,14 @@ MovieFrames framesOf(const KnownCall& known) {
     frames.last = truncateNumber(values.greatest);
     first = false;
   }
+  // The player counts upwards from the first frame all the same.
+  if (frames.last < frames.first) frames.last = frames.first + std::max(frames.first - frames.last - 2, 0);
   return frames;
 }
 
 std::string movieProblem(const std::string& base, MovieFrames frames, int& lookedFor) {
   const std::string movie = "movie " + quoteText(base);
   const std::string range = std::to_string(frames.first) + " to " + std::to_string(frames.last);
-  if (frames.last < frames.first) return movie + " has frames " + range;
   if (frames.last - frames.first >= mostFrames)
     return movie + " has more than " + std::to_string(mostFrames) + " frames, " + range;
   if (lookedFor > mostMovieFiles) return "";
@@ -175,7 +176,7 @@ struct DataCheck {
   }
 
   void checkTexture(const KnownCall& known, const ProjectParameter& parameter) {
-    const std::string name = withoutCarriageReturns(parameter.string);
+    const std::string name = playedText(parameter.string);
     if (!looked.insert("texture " + name).second) return;
     report(known, parameter, textureProblem(name));
     reportSides(known, parameter, name);
@@ -185,7 +186,7 @@ struct DataCheck {
   }
 
   void checkMovie(const KnownCall& known, const ProjectParameter& parameter) {
-    const std::string name = withoutCarriageReturns(parameter.string);
+    const std::string name = playedText(parameter.string);
     const MovieFrames frames = framesOf(known);
     const std::string use = name + " " + std::to_string(frames.first) + " " + std::to_string(frames.last);
     if (!looked.insert("movie " + use).second) return;
@@ -194,7 +195,7 @@ struct DataCheck {
   }
 
   void checkFile(const KnownCall& known, const ProjectParameter& parameter) {
-    const std::string name = withoutCarriageReturns(parameter.string);
+    const std::string name = playedText(parameter.string);
     if (!looked.insert("file " + name).second) return;
     report(known, parameter, fileExists(name) ? "" : "file " + quoteText(name) + " is missing");
     reportName(known, parameter, name);
@@ -224,7 +225,7 @@ struct DataCheck {
 };
 
 void checkMusic(const Project& project, std::vector<Finding>& findings) {
-  const std::string name = withoutCarriageReturns(project.music);
+  const std::string name = playedText(project.music);
   if (name.size() < 2) return;
   const auto source = findMusic(name.c_str());
   if (!source) {

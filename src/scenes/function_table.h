@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <span>
 
 #include "engine/scene.h"
@@ -21,12 +22,14 @@ enum class ArgumentKind : std::int8_t {
 };
 
 // One parameter of a scene function, in slot order. The range holds the useful values of a number,
-// both ends included; the function itself does not enforce it.
+// both ends included; the function itself does not enforce it. It does enforce the limit, with the same
+// constant: a greater value would take unbounded time or memory and is taken for the limit.
 struct FunctionParameter {
   const char* name;
   ArgumentKind kind;
   float min = 0.0f;
   float max = 0.0f;
+  float limit = std::numeric_limits<float>::infinity();
 };
 
 enum class FunctionRole : std::int8_t {

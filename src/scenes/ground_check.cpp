@@ -52,7 +52,7 @@ std::vector<Painter> findPainters(const Project& project, std::span<const SceneT
   std::map<std::string, bool> masks;
   const auto isMasked = [&](const ProjectParameter& parameter, ArgumentKind kind) {
     if (kind != ArgumentKind::textureName) return false;
-    const std::string name = withoutCarriageReturns(parameter.string);
+    const std::string name = playedText(parameter.string);
     const auto known = masks.find(name);
     return known != masks.end() ? known->second : (masks[name] = hasMask(name));
   };

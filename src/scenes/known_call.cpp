@@ -1,23 +1,33 @@
 #include "scenes/known_call.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace vex {
 
 namespace {
-
-constexpr int moments = 64;
 
 bool fits(const ProjectCall& call, const FunctionRow& row) {
   if (call.parameters.size() != row.parameters.size()) return false;
   for (std::size_t i = 0; i < call.parameters.size(); ++i) {
     const ProjectParameter& parameter = call.parameters[i];
     if ((parameter.type == PARAM_STRING) != isTextKind(row.parameters[i].kind)) return false;
-    Parameter played;
-    fillPlayed(played, parameter);
-    if (findCurveFault(played)) return false;
+    if (!canBeEvaluated(parameter)) return false;
   }
   return true;
+}
+
+// Whether a sine passes its peak, or its trough, between two angles in degrees.
+struct Turns {
+  bool peak, trough;
+};
+Turns turnsOf(double from, double to) {
+  if (!std::isfinite(from) || !std::isfinite(to)) return {};
+  const auto passes = [low = std::min(from, to), high = std::max(from, to)](double angle) {
+    return std::ceil((low - angle) / 360) * 360 + angle <= high;
+  };
+  return {passes(90), passes(270)};
 }
 
 }  // namespace
@@ -26,12 +36,20 @@ std::vector<KnownCall> knownCalls(const Project& project, std::span<const SceneT
   std::vector<KnownCall> known;
   for (std::size_t i = 0; i < project.parts.size(); ++i) {
     for (const ProjectCall& call : project.parts[i].calls) {
-      const SceneTable* table = findSceneTable(tables, withoutCarriageReturns(call.scene));
-      const FunctionRow* row = table ? findFunction(*table, withoutCarriageReturns(call.function)) : nullptr;
+      const SceneTable* table = findSceneTable(tables, playedText(call.scene));
+      const FunctionRow* row = table ? findFunction(*table, playedText(call.function)) : nullptr;
       if (row && fits(call, *row)) known.push_back({&project.parts[i], static_cast<int>(i), &call, row});
     }
   }
   return known;
+}
+
+bool canBeEvaluated(const ProjectParameter& parameter) {
+  Parameter played;
+  fillPlayed(played, parameter);
+  const auto faults = findCurveFaults(played);
+  return !lacksValue(played) &&
+         std::none_of(faults.begin(), faults.end(), [](const CurveFault& fault) { return fault.fatalText; });
 }
 
 bool isTextKind(ArgumentKind kind) {
@@ -60,14 +78,25 @@ ValueRange valuesOf(const ProjectParameter& parameter) {
     range.greatest = std::max(range.greatest, value);
   };
   if (played.type == PARAM_CONST) return range;
-  for (int i = 0; i < played.dotCount; ++i) {
-    if (played.dotX[i] >= 0 && played.dotX[i] < 1) look(played.dotX[i]);
-  }
-  if (played.type == PARAM_LINEAR) {
-    look(1);
+  look(1);
+  if (played.type == PARAM_SINE) {
+    const auto [peak, trough] = turnsOf(played.sinPhase, played.sinPhase + 360.0 * played.sinPeriod);
+    const float offset = played.sinOffset, amplitude = played.sinAmplitude;
+    played.type = PARAM_CONST;
+    for (const auto& [passed, value] : {std::pair{peak, offset + amplitude}, {trough, offset - amplitude}}) {
+      played.constant = value;
+      if (passed) look(0);
+    }
     return range;
   }
-  for (int i = 1; i <= moments; ++i) look(static_cast<float>(i) / moments);
+  for (int i = 0; i < played.dotCount; ++i) {
+    // Right behind a dot the next line begins, in a step with another value.
+    for (const float x : {played.dotX[i], std::nextafter(played.dotX[i], 2.0f)}) {
+      if (x >= 0 && x < 1) look(x);
+    }
+  }
+  if (played.type == PARAM_LINEAR) return range;
+  for (int i = 1; i < curveMoments; ++i) look(static_cast<float>(i) / curveMoments);
   return range;
 }
 

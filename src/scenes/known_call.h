@@ -9,7 +9,7 @@
 namespace vex {
 
 // A call that fits the row of its function: as many parameters, texts and numbers where they belong, no
-// curve that the loader refuses.
+// curve that ends the show when it is evaluated.
 struct KnownCall {
   const ProjectPart* part;
   int partIndex;
@@ -22,8 +22,13 @@ std::vector<KnownCall> knownCalls(const Project& project, std::span<const SceneT
 
 bool isTextKind(ArgumentKind kind);
 
-// Least and greatest value that a number takes over its part, at the dots and at evenly spaced moments.
-// The curve must be one that the loader takes.
+// Whether evaluating it at any progress gives a value and does not end the program.
+bool canBeEvaluated(const ProjectParameter& parameter);
+
+inline constexpr int curveMoments = 64;  // of a part at which curves are looked at
+
+// Least and greatest value that a number takes over its part, of a spline at the dots and at evenly spaced
+// moments. The curve must be one that can be evaluated.
 struct ValueRange {
   float least;
   float greatest;

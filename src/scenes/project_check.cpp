@@ -27,12 +27,8 @@ std::vector<std::string_view> namesOf(std::span<const Named> rows, const char* N
   return names;
 }
 
-std::string playedName(const std::string& text) {
-  return withoutCarriageReturns(text);
-}
-
 std::string shownName(const std::string& text) {
-  const std::string name = playedName(text);
+  const std::string name = playedText(text);
   return isProjectWord(name) ? name : quoteText(name);
 }
 
@@ -56,12 +52,40 @@ struct Findings {
   }
 };
 
-void checkCurveRule(Findings& findings, const ProjectCall& call, const ProjectParameter& parameter) {
+void checkNumber(Findings& findings, int line, const char* field, double value) {
+  if (const auto fault = findNumberFault(static_cast<float>(value)))
+    findings.problem(line, std::string(field) + " " + *fault);
+}
+
+void checkText(Findings& findings, int line, const std::string& what, const std::string& text) {
+  if (text.find('\0') == std::string::npos) return;
+  findings.remark(line, what + " " + quoteText(text) + " ends for the player at its zero byte");
+}
+
+// What the loader refuses is another's finding.
+void checkCurve(Findings& findings, const ProjectCall& call, const ProjectParameter& parameter) {
   Parameter played;
   fillPlayed(played, parameter);
-  if (const auto fault = findCurveFault(played)) {
-    findings.problem(parameter.line, nameOf(parameter, call) + ": " + fault->field + " " + fault->complaint);
+  if (lacksValue(played)) return;
+  for (const CurveFault& fault : findCurveFaults(played)) {
+    findings.problem(parameter.line, nameOf(parameter, call) + ": " + fault.field + " " + fault.complaint,
+                     fault.fatalText ? "the show ends with " + quoteText(fault.fatalText) : "");
   }
+}
+
+void checkUsefulRange(Findings& findings, const ProjectCall& call, const ProjectParameter& parameter,
+                      const FunctionParameter& wanted) {
+  const auto [least, greatest] = valuesOf(parameter);
+  std::string reached;
+  if (!(least >= wanted.min)) reached = formatted("%g", shown(least));
+  if (!(greatest <= wanted.max) && (reached.empty() || greatest > least)) {
+    reached += formatted("%s%g", reached.empty() ? "" : " and ", shown(greatest));
+  }
+  if (reached.empty()) return;
+  if (greatest > wanted.limit) reached += formatted(" and is held at %.0f", shown(wanted.limit));
+  findings.remark(parameter.line,
+                  formatted("%s reaches %s, useful are %g to %g", nameOf(parameter, call).c_str(),
+                            reached.c_str(), shown(wanted.min), shown(wanted.max)));
 }
 
 // The value that the row wants and the call gives.
@@ -76,9 +100,9 @@ void checkParameter(Findings& findings, const ProjectCall& call, const ProjectPa
     return;
   }
   if (text) return;
+  if (!canBeEvaluated(parameter)) return;
   Parameter played;
   fillPlayed(played, parameter);
-  if (findCurveFault(played)) return;
   if (played.min > played.max) {
     findings.problem(parameter.line,
                      formatted("%s: min %g lies above max %g", nameOf(parameter, call).c_str(),
@@ -91,21 +115,45 @@ void checkParameter(Findings& findings, const ProjectCall& call, const ProjectPa
                               shown(played.constant), shown(played.min), shown(played.max)));
   }
   for (int i = 1; played.type == PARAM_LINEAR && i < played.dotCount; ++i) {
-    if (played.dotX[i] > played.dotX[i - 1]) continue;
+    if (played.dotX[i] != played.dotX[i - 1]) continue;
     findings.remark(parameter.line, formatted("%s: two dots at x %g, a jump", nameOf(parameter, call).c_str(),
                                               shown(played.dotX[i])));
   }
-  const ValueRange values = valuesOf(parameter);
-  if (values.least >= wanted.min && values.greatest <= wanted.max) return;
-  const bool below = values.least < wanted.min;
-  findings.remark(
-      parameter.line,
-      formatted("%s reaches %g, useful are %g to %g", nameOf(parameter, call).c_str(),
-                shown(below ? values.least : values.greatest), shown(wanted.min), shown(wanted.max)));
+  checkUsefulRange(findings, call, parameter, wanted);
+}
+
+// First and last frame of a movie.
+void checkFrameOrder(Findings& findings, const ProjectCall& call, const FunctionRow& row) {
+  std::vector<const ProjectParameter*> frames;
+  for (std::size_t i = 0; i < row.parameters.size(); ++i) {
+    const ProjectParameter& parameter = call.parameters[i];
+    const bool frame = row.parameters[i].kind == ArgumentKind::frameNumber;
+    if (frame && parameter.type != PARAM_STRING && canBeEvaluated(parameter)) frames.push_back(&parameter);
+  }
+  if (frames.size() != 2) return;
+  Parameter first, last;
+  fillPlayed(first, *frames[0]);
+  fillPlayed(last, *frames[1]);
+  for (int moment = 0; moment < curveMoments; ++moment) {
+    const float progress = static_cast<float>(moment) / curveMoments;
+    const int from = truncateNumber(*static_cast<const float*>(first.evaluate(progress)));
+    const int to = truncateNumber(*static_cast<const float*>(last.evaluate(progress)));
+    if (to >= from) continue;
+    findings.remark(frames[1]->line, formatted("%s: frame %d lies before the first one, %d",
+                                               nameOf(*frames[1], call).c_str(), to, from));
+    return;
+  }
 }
 
 void checkCall(Findings& findings, const ProjectCall& call, std::span<const SceneTable> tables) {
-  const std::string scene = playedName(call.scene), function = playedName(call.function);
+  checkText(findings, call.line, "scene name", call.scene);
+  checkText(findings, call.line, "function name", call.function);
+  for (const ProjectParameter& parameter : call.parameters) {
+    checkText(findings, parameter.line, "parameter name", parameter.name);
+    checkText(findings, parameter.line, "text", parameter.string);
+    checkCurve(findings, call, parameter);
+  }
+  const std::string scene = playedText(call.scene), function = playedText(call.function);
   const SceneTable* table = findSceneTable(tables, scene);
   if (!table) {
     findings.problem(call.line, "unknown scene " + quoteText(scene),
@@ -130,19 +178,24 @@ void checkCall(Findings& findings, const ProjectCall& call, std::span<const Scen
   for (std::size_t i = 0; i < std::min(given, wanted); ++i) {
     checkParameter(findings, call, call.parameters[i], row->parameters[i]);
   }
+  if (given == wanted) checkFrameOrder(findings, call, *row);
 }
 
 bool setsOnly(const ProjectCall& call, std::span<const SceneTable> tables) {
-  const SceneTable* table = findSceneTable(tables, playedName(call.scene));
-  const FunctionRow* row = table ? findFunction(*table, playedName(call.function)) : nullptr;
+  const SceneTable* table = findSceneTable(tables, playedText(call.scene));
+  const FunctionRow* row = table ? findFunction(*table, playedText(call.function)) : nullptr;
   return row && row->role == FunctionRole::sets;
 }
 
 void checkPart(Findings& findings, const ProjectPart& part, const Project& project,
                std::span<const SceneTable> tables) {
+  checkText(findings, part.line, "part name", part.name);
+  checkNumber(findings, part.line, "pos", part.pos);
+  checkNumber(findings, part.line, "start", part.start);
+  checkNumber(findings, part.line, "length", part.length);
+  checkNumber(findings, part.line, "speed", part.speed);
   const auto [begin, end] = part.active();
   if (!std::isfinite(begin) || !std::isfinite(end)) return;
-  const float length = end - begin;
   const auto start = static_cast<float>(project.startTime), total = static_cast<float>(project.totalTime);
   if (end <= begin) {
     findings.remark(part.line, formatted("length %g: it is never active", part.length));
@@ -151,7 +204,7 @@ void checkPart(Findings& findings, const ProjectPart& part, const Project& proje
                     formatted("begins at %g, after the show has ended at %g", shown(begin), shown(total)));
   }
   // Parts that end before the start are run once, whatever their length.
-  if (end <= start || end <= begin || length >= shortestSetter) return;
+  if (end <= start || end <= begin || static_cast<float>(part.length) >= shortestSetter) return;
   for (const ProjectCall& call : part.calls) {
     if (!setsOnly(call, tables)) continue;
     findings.problem(
@@ -165,10 +218,7 @@ void checkOrder(Findings& findings, const Project& project) {
   std::size_t latest = 0;
   for (std::size_t i = 1; i < project.parts.size(); ++i) {
     const float before = project.parts[latest].active().begin, begin = project.parts[i].active().begin;
-    if (begin >= before) {
-      latest = i;
-      continue;
-    }
+    if (begin >= before || std::isnan(before)) latest = i;
     if (!(begin < before)) continue;
     findings.part = static_cast<int>(i);
     findings.problem(
@@ -194,8 +244,8 @@ void checkCrowding(Findings& findings, const Project& project) {
   for (std::size_t i = 0; i < order.size(); ++i) {
     const float now = project.parts[order[i]].active().begin;
     std::erase_if(active, [&](std::size_t other) { return project.parts[other].active().end <= now; });
-    active.push_back(order[i]);
     if (active.size() <= maxActiveParts) crowded = false;
+    active.push_back(order[i]);
     const bool together = i + 1 < order.size() && project.parts[order[i + 1]].active().begin == now;
     if (active.size() <= maxActiveParts || crowded || together) continue;
     crowded = true;
@@ -216,20 +266,17 @@ void checkCrowding(Findings& findings, const Project& project) {
 
 std::vector<Finding> checkRules(const Project& project) {
   Findings findings;
-  const auto look = [&](int line, const char* field, double value) {
-    if (const auto fault = findNumberFault(static_cast<float>(value)))
-      findings.problem(line, std::string(field) + " " + *fault);
-  };
-  look(0, "start time", project.startTime);
-  look(0, "total time", project.totalTime);
+  checkNumber(findings, 0, "start time", project.startTime);
+  checkNumber(findings, 0, "total time", project.totalTime);
   for (const ProjectPart& part : project.parts) {
     findings.part = static_cast<int>(&part - project.parts.data());
-    look(part.line, "pos", part.pos);
-    look(part.line, "start", part.start);
-    look(part.line, "length", part.length);
-    look(part.line, "speed", part.speed);
     for (const ProjectCall& call : part.calls) {
-      for (const ProjectParameter& parameter : call.parameters) checkCurveRule(findings, call, parameter);
+      for (const ProjectParameter& parameter : call.parameters) {
+        Parameter played;
+        fillPlayed(played, parameter);
+        if (lacksValue(played))
+          findings.problem(parameter.line, nameOf(parameter, call) + ": curve has no dots");
+      }
     }
   }
   return std::move(findings.all);
@@ -237,12 +284,13 @@ std::vector<Finding> checkRules(const Project& project) {
 
 std::vector<Finding> checkTimeLine(const Project& project, std::span<const SceneTable> tables) {
   Findings findings;
+  checkText(findings, 0, "music", project.music);
   const auto start = static_cast<float>(project.startTime), total = static_cast<float>(project.totalTime);
   if (start >= total) {
     findings.problem(0, formatted("start %g is not before total %g", shown(start), shown(total)),
                      "the show would end at once");
   }
-  if (start < 0 && !playedName(project.music).empty()) {
+  if (start < 0 && !playedText(project.music).empty()) {
     findings.remark(0, formatted("start %g lies before the music, which begins at once", shown(start)),
                     "with sound the show begins at 0");
   }

@@ -25,8 +25,8 @@ struct Finding {
 // the text form reports the same with its own problems.)
 std::vector<Finding> checkRules(const Project& project);
 
-// Scenes, functions and parameters by the tables, and each part by itself and among the others. What the
-// rules refuse is passed over.
+// Scenes, functions and parameters by the tables, and each part by itself and among the others: also what the
+// player plays as it stands but nobody can mean. What the rules refuse is passed over.
 std::vector<Finding> checkTimeLine(const Project& project, std::span<const SceneTable> tables);
 
 // Textures, masks, movies and music, as the file layer finds them.

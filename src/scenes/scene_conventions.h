@@ -73,8 +73,8 @@ void setFirstParticleCount(Scene* scene, float seconds, const void* const* argum
 inline constexpr FunctionParameter cameraParameter{"camera", ArgumentKind::wholeNumber, 0, 15};
 inline constexpr FunctionParameter layerAlphaParameter{"alpha", ArgumentKind::number, 0, 1};
 inline constexpr FunctionParameter layerBlendParameter{"blend mode", ArgumentKind::number, 0, 2};
-inline constexpr FunctionParameter particleCountParameter{"particle count", ArgumentKind::wholeNumber, 0,
-                                                          300};
+inline constexpr FunctionParameter particleCountParameter{"particle count", ArgumentKind::wholeNumber, 0, 300,
+                                                          maxParticles};
 
 inline constexpr FunctionParameter cameraParameters[]{cameraParameter};
 // Below 0 the object is set free.

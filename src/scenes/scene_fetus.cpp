@@ -195,7 +195,7 @@ void morphHose(Scene* scene, float, const void* const* arguments) {
 
 using enum ArgumentKind;
 
-constexpr std::array explodeParameters{FunctionParameter{"burst size", wholeNumber, 0, 300},
+constexpr std::array explodeParameters{FunctionParameter{"burst size", wholeNumber, 0, 300, maxParticles},
                                        FunctionParameter{"bottle opacity", number, 0, 1}};
 constexpr std::array skinParameters{
     FunctionParameter{"red", number, 0, 2}, FunctionParameter{"green", number, 0, 2},

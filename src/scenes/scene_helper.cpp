@@ -337,7 +337,7 @@ constexpr std::array logoParameters{FunctionParameter{"word ending", textureName
                                     FunctionParameter{"size", number, 0, 2},
                                     glitch,
                                     opacity,
-                                    FunctionParameter{"layer count", wholeNumber, 0, 32},
+                                    FunctionParameter{"layer count", wholeNumber, 0, 32, maxLogoLayers},
                                     FunctionParameter{"scale per layer", number, 0, 4},
                                     FunctionParameter{"alpha factor per layer", number, 0, 1}};
 

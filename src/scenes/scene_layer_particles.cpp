@@ -49,7 +49,7 @@ void loadFlare(Scene* scene, float, const void* const* arguments) {
 using enum ArgumentKind;
 
 constexpr std::array animateParameters{layerAlphaParameter,
-                                       FunctionParameter{"particle count", number, 0, 300},
+                                       FunctionParameter{"particle count", number, 0, 300, maxParticles},
                                        FunctionParameter{"velocity spread", number, 0, 200},
                                        FunctionParameter{"velocity x", number, -200, 200},
                                        FunctionParameter{"velocity y", number, -200, 200},

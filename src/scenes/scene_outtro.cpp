@@ -310,7 +310,7 @@ constexpr std::array scrollerParameters{FunctionParameter{"speed", number, -10, 
                                         FunctionParameter{"wave length", number, 0.01f, 10},
                                         FunctionParameter{"amplitude", number, 0, 1},
                                         FunctionParameter{"y", number, -1, 1}};
-constexpr std::array copperParameters{FunctionParameter{"bar count", wholeNumber, 0, 100},
+constexpr std::array copperParameters{FunctionParameter{"bar count", wholeNumber, 0, 100, maxCopperBars},
                                       FunctionParameter{"end scale", number, 0.01f, 4},
                                       FunctionParameter{"wave mode", wholeNumber, 0, 1},
                                       FunctionParameter{"wave speed", number, -4, 4},

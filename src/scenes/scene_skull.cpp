@@ -282,8 +282,8 @@ constexpr std::array laserParameters{FunctionParameter{"target", objectName},
                                      FunctionParameter{"rate", number, 0, 1}};
 constexpr std::array laserOpacityParameters{FunctionParameter{"opacity of laser 1", number, 0, 1},
                                             FunctionParameter{"opacity of laser 2", number, 0, 1}};
-constexpr std::array crowParticlesParameters{crowParameter,
-                                             FunctionParameter{"particle count", wholeNumber, 0, 100}};
+constexpr std::array crowParticlesParameters{
+    crowParameter, FunctionParameter{"particle count", wholeNumber, 0, 100, maxParticles}};
 constexpr std::array killCrowParameters{crowParameter};
 
 constexpr std::array functionTable{

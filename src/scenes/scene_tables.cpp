@@ -1,6 +1,7 @@
 #include "scenes/scene_tables.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 
 #include "scenes/scene_alien.h"
@@ -16,6 +17,7 @@
 #include "scenes/scene_outtro.h"
 #include "scenes/scene_skull.h"
 #include "scenes/scene_water.h"
+#include "shell/report.h"
 
 namespace vex {
 
@@ -28,7 +30,9 @@ std::string numberText(float value) {
 }
 
 std::string valueText(const FunctionParameter& parameter) {
-  const std::string range = numberText(parameter.min) + " to " + numberText(parameter.max);
+  std::string range = numberText(parameter.min) + " to " + numberText(parameter.max);
+  if (std::isfinite(parameter.limit))
+    range += formatted(", held at %.0f", static_cast<double>(parameter.limit));
   switch (parameter.kind) {
     case ArgumentKind::number:
       return range;
@@ -131,11 +135,14 @@ std::string functionsAsMarkdown(std::span<const SceneTable> tables) {
       "<!-- Written by `vexproject functions`: change the tables of the scenes, not this file. -->\n\n"
       "What a part of the time line can call. A call gives all parameters, in this order; their names in a "
       "project\n"
-      "serve the log and the reader. The ranges are those that are useful; nothing enforces them. Colour is "
-      "never\n"
-      "cleared: in every frame some call has to *paint the ground*, cover the whole screen with nothing "
-      "showing\n"
-      "through (with textures that have no transparent pixels).\n\n";
+      "serve the log and the reader. The ranges are those that are useful; nothing enforces them, but "
+      "greater "
+      "values\n"
+      "than the one at which a parameter is held count as that. Colour is never cleared: in every frame some "
+      "call has to\n"
+      "*paint the ground*, cover the whole screen with nothing showing through (with textures that have no "
+      "transparent\n"
+      "pixels).\n\n";
   for (const SceneTable& table : tables) {
     text += std::string("## ") + table.scene + "\n\n" + table.summary + "\n\n";
     for (const FunctionRow& row : table.functions) text += functionText(row);

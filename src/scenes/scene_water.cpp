@@ -16,6 +16,7 @@ namespace {
 
 constexpr int fallingSystems = 4;
 constexpr int raySystem = 4;
+constexpr float mostRain = 1000;  // ten thousand drops a frame
 
 void setUpWater(SceneWater& scene) {
   Mesh& water = findMesh(scene, "Water");
@@ -189,7 +190,6 @@ void animate(Scene* base, float t, const void* const* arguments) {
 }
 
 void setRay(Scene* base, float, const void* const* arguments) {
-  constexpr float mostRain = 1000;  // ten thousand drops a frame
   auto& scene = static_cast<SceneWater&>(*base);
   findMesh(scene, "RayBlue").opacity = numberArgument(arguments, 0);
   ParticleSystem& particles = systemAt(scene, raySystem);
@@ -203,10 +203,11 @@ void setRay(Scene* base, float, const void* const* arguments) {
 
 using enum ArgumentKind;
 
-constexpr std::array rayParameters{
-    FunctionParameter{"ray opacity", number, 0, 1}, FunctionParameter{"ray particle count", number, 0, 300},
-    FunctionParameter{"rain amount", number, 0, 3}, FunctionParameter{"drop strength", number, 0, 0.05f},
-    FunctionParameter{"ray flicker", number, 0, 2}};
+constexpr std::array rayParameters{FunctionParameter{"ray opacity", number, 0, 1},
+                                   FunctionParameter{"ray particle count", number, 0, 300, maxParticles},
+                                   FunctionParameter{"rain amount", number, 0, 3, mostRain},
+                                   FunctionParameter{"drop strength", number, 0, 0.05f},
+                                   FunctionParameter{"ray flicker", number, 0, 2}};
 
 constexpr std::array functionTable{
     FunctionRow{"animate", animate, "Draws the scene; the first camera looks at the creature.",

@@ -64,8 +64,8 @@ void PartDispatcher::runFrame(float t) {
 
   Part* active[maxActiveParts];
   int count = 0;
-  for (int i = cursor; parts[i] && parts[i]->pos <= t; ++i) {
-    if (parts[i]->end() <= t) continue;
+  for (int i = cursor; parts[i] && !(parts[i]->pos > t); ++i) {
+    if (!(parts[i]->end() > t)) continue;
     if (count == maxActiveParts) fatalError("more than %d parts active at %f", maxActiveParts, t);
     active[count++] = parts[i];
   }

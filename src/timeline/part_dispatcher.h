@@ -73,6 +73,9 @@ class PartDispatcher {
   // timeline/project_file.h.
   void loadProject(const char* fileName);
 
+  // The same of a file that is open already; the name serves messages.
+  void readProject(const char* fileName);
+
   // Runs every part that has ended by the start time once, at its midpoint, so that what it set holds.
   // Fatal: "Starting after end!".
   void startTimeline();

@@ -44,7 +44,7 @@ struct Place {
   fatalError("project %s: %s %s", place.file, field, complaint);
 }
 
-// Also for a double beyond the range of the floats that hold it.
+// Of the show's own times, without which it would never end.
 void requireFinite(const Place& place, const char* field, float value) {
   if (const auto fault = findNumberFault(value)) refuse(place, field, fault->c_str());
 }
@@ -52,7 +52,6 @@ void requireFinite(const Place& place, const char* field, float value) {
 ProjectLine readText(const Place& place, const char* field, int file) {
   const ProjectLine line = readString(file);
   if (line.length >= projectLineSize - 1) refuse(place, field, "is longer than 126 characters");
-  if (std::strlen(line.text) != line.length) refuse(place, field, "holds a zero byte");
   return line;
 }
 
@@ -65,13 +64,6 @@ void copyText(char (&target)[size], const ProjectLine& line) {
   static_assert(size <= projectLineSize);
   std::memcpy(target, line.text, std::min(size - 1, line.length) + 1);
   target[size - 1] = '\0';
-}
-
-void checkCurve(const Place& place) {
-  const auto fault = findCurveFault(*place.parameter);
-  if (!fault) return;
-  if (fault->playerText) fatalError("%s", fault->playerText);
-  refuse(place, fault->field, fault->complaint.c_str());
 }
 
 Parameter* readParameter(Place place, int file) {
@@ -113,7 +105,7 @@ Parameter* readParameter(Place place, int file) {
   if (string.length >= projectStringSize) refuse(place, "string", "is longer than 31 characters");
   copyText(parameter->string, string);
   logPrintf("        string %s\n", parameter->string);
-  checkCurve(place);
+  if (lacksValue(*parameter)) refuse(place, "curve", "has no dots");
   return parameter;
 }
 
@@ -145,20 +137,16 @@ void readPart(Part& part, Place place, const PartDispatcher& dispatcher) {
   readInt(file);
   part.pos = readFloat(file);
   logPrintf("    pos %f\n", part.pos);
-  requireFinite(place, "pos", part.pos);
   part.start = readFloat(file);
   logPrintf("    start %f\n", part.start);
-  requireFinite(place, "start", part.start);
   part.length = readFloat(file);
   logPrintf("    length %f\n", part.length);
-  requireFinite(place, "length", part.length);
   part.track = static_cast<std::int8_t>(readByte(file));
   logPrintf("    track %d\n", part.track);
   readBool(file);
   if (!readBool(file)) fatalError("inactive part found");
   part.speed = readFloat(file);
   logPrintf("    speed %f\n", part.speed);
-  requireFinite(place, "speed", part.speed);
   const int count = readByte(file);
   part.calls.allocate(count);
   for (int i = 0; i < count; ++i) part.calls[i] = readCall(place, dispatcher);
@@ -222,6 +210,10 @@ void PartDispatcher::loadProject(const char* fileName) {
   projectFile = fileOpen(fileName, "rb");
   if (projectFile < 0) refuseUnreadable(fileName);
   if (projectFile < 0) fatalError("Project file %s not found!", fileName);
+  readProject(fileName);
+}
+
+void PartDispatcher::readProject(const char* fileName) {
   const ProjectLine version = readString(projectFile);
   if (std::string_view(version.text, version.length) != projectVersion) {
     fatalError("Wrong file version. Must be %s\n", projectVersion.data());
@@ -244,7 +236,7 @@ void PartDispatcher::loadProject(const char* fileName) {
   logPrintf("zoom factor %f\n", readDouble(projectFile));
   const ProjectLine music = readText(place, "sound file name", projectFile);
   musicName[0] = '\0';
-  if (music.length >= 2) {
+  if (std::strlen(music.text) >= 2) {
     copyText(musicName, music);
     logPrintf("sound file name %s\n", musicName);
     if (names == ProjectNames::resolved) openMusic(musicName);

@@ -24,8 +24,8 @@ inline constexpr std::string_view projectVersion = "0.17";
 inline constexpr std::size_t projectLineSize = 128;  // at most 126 characters of a string are told apart
 
 struct ProjectLine {
-  char text[projectLineSize];
-  std::size_t length;  // 127 when the line goes on unread
+  char text[projectLineSize];  // seen up to its first zero byte
+  std::size_t length;          // 127 when the line goes on unread
 };
 
 // Readers on the open project file. Each is fatal where a whole value is not there:

@@ -71,7 +71,6 @@ struct Decoder {
     std::string text = line();
     const auto returns = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
     if (text.size() - returns > maxProjectName) refuse(field, "is longer than 126 characters");
-    if (text.find('\0') != std::string::npos) refuse(field, "holds a zero byte");
     return text;
   }
 };
@@ -80,7 +79,7 @@ ProjectParameter decodeParameter(Decoder& in, const std::string& function) {
   ProjectParameter parameter;
   in.owner = " of " + function + ".";
   parameter.name = in.text("name");
-  const std::string name = withoutCarriageReturns(parameter.name);
+  const std::string name = playedText(parameter.name);
   in.owner += name;
   parameter.type = static_cast<std::int8_t>(in.byte());
   if (parameter.type < PARAM_CONST || parameter.type > PARAM_STRING) {
@@ -110,7 +109,7 @@ ProjectCall decodeCall(Decoder& in) {
   in.owner.clear();
   call.scene = in.text("scene name");
   call.function = in.text("function name");
-  const std::string function = withoutCarriageReturns(call.function);
+  const std::string function = playedText(call.function);
   const int count = in.byte();
   if (count > maxArguments) {
     in.owner = " of " + function;
@@ -126,7 +125,7 @@ ProjectPart decodePart(Decoder& in) {
   in.owner.clear();
   in.place = "part : ";
   part.name = in.text("name");
-  in.place = "part " + withoutCarriageReturns(part.name) + ": ";
+  in.place = "part " + playedText(part.name) + ": ";
   part.editorNumber = in.integer();
   part.pos = in.real();
   part.start = in.real();
@@ -225,9 +224,13 @@ std::string withoutCarriageReturns(std::string_view text) {
   return seen;
 }
 
+std::string playedText(std::string_view text) {
+  return withoutCarriageReturns(text.substr(0, text.find('\0')));
+}
+
 void fillPlayed(Parameter& played, const ProjectParameter& parameter) {
   const auto copy = [](auto& target, const std::string& text) {
-    const std::string seen = withoutCarriageReturns(text);
+    const std::string seen = playedText(text);
     seen.copy(target, sizeof target - 1);
   };
   copy(played.name, parameter.name);

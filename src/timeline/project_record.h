@@ -18,6 +18,7 @@ namespace vex {
 
 inline constexpr std::size_t maxProjectName = projectLineSize - 2;      // characters, carriage returns apart
 inline constexpr std::size_t maxProjectString = projectStringSize - 1;  // the same for a parameter's string
+inline constexpr std::size_t maxProjectCount = 255;                     // of dots and calls, kept in a byte
 
 struct ProjectDot {
   double x = 0;
@@ -79,8 +80,11 @@ struct Project {
   std::string trailing;  // bytes behind the end, which nobody reads
 };
 
-// The characters that the player sees.
+// The characters of a line of the project file that count.
 std::string withoutCarriageReturns(std::string_view text);
+
+// What the player makes of a line: the characters that count, up to the first zero byte.
+std::string playedText(std::string_view text);
 
 // Fills a fresh parameter as the player holds it, in floats.
 void fillPlayed(Parameter& played, const ProjectParameter& parameter);

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <utility>
-#include <vector>
+#include <functional>
 
+#include "shell/report.h"
 #include "timeline/part_dispatcher.h"
 
 namespace vex {
@@ -13,9 +12,38 @@ namespace vex {
 namespace {
 
 std::string unusable(float value) {
-  char text[64];
-  std::snprintf(text, sizeof text, "is %g, not a usable number", static_cast<double>(value));
-  return text;
+  return formatted("is %g, not a usable number", static_cast<double>(value));
+}
+
+void noteNumbers(std::vector<CurveFault>& faults, const char* field, std::span<const float> values) {
+  const auto odd =
+      std::find_if_not(values.begin(), values.end(), [](float value) { return std::isfinite(value); });
+  if (odd != values.end()) faults.push_back({field, unusable(*odd)});
+}
+
+// The dot behind one that does not lie before it.
+CurveFault fallingDot(std::span<const float> x, std::size_t i) {
+  return {"dot x", formatted("%g follows %g, the dots must ascend", static_cast<double>(x[i]),
+                             static_cast<double>(x[i - 1]))};
+}
+
+void noteDots(std::vector<CurveFault>& faults, const Parameter& p) {
+  const bool spline = p.type == PARAM_SPLINE;
+  if (p.dotCount == 0) {
+    faults.push_back({"curve", "has no dots", spline ? "calcSpline called with array size 0!" : nullptr});
+    return;
+  }
+  const std::span x(p.dotX.get(), static_cast<std::size_t>(p.dotCount));
+  noteNumbers(faults, "dot x", x);
+  if (spline && x.size() > 2 && std::isnan(x[0]))
+    faults.back().fatalText = "Critical error: t<x[0] in calc_spline!";
+  noteNumbers(faults, "dot y", {p.dotY.get(), x.size()});
+  const auto falls = std::adjacent_find(x.begin(), x.end(), std::greater<>());
+  if (falls != x.end()) faults.push_back(fallingDot(x, static_cast<std::size_t>(falls - x.begin()) + 1));
+  const auto stands = std::adjacent_find(x.begin(), x.end(), [](float a, float b) { return b - a == 0; });
+  if (!spline || stands == x.end()) return;  // a step of straight lines is none
+  faults.push_back(fallingDot(x, static_cast<std::size_t>(stands - x.begin()) + 1));
+  if (x.size() > 2) faults.back().fatalText = "Critical error: d[]=0 in calc_spline!";
 }
 
 }  // namespace
@@ -25,37 +53,24 @@ std::optional<std::string> findNumberFault(float value) {
   return unusable(value);
 }
 
-std::optional<CurveFault> findCurveFault(const Parameter& p) {
-  if (p.type == PARAM_STRING) return std::nullopt;
-  if (std::isnan(p.min)) return CurveFault{"min", unusable(p.min)};
-  if (std::isnan(p.max)) return CurveFault{"max", unusable(p.max)};
-  if (p.type == PARAM_CONST && !std::isfinite(p.constant)) return CurveFault{"const", unusable(p.constant)};
-  if (p.type == PARAM_SINE) {
-    for (const auto& [field, value] :
-         {std::pair{"sin period", p.sinPeriod}, std::pair{"sin amplitude", p.sinAmplitude},
-          std::pair{"sin offset", p.sinOffset}, std::pair{"sin phase", p.sinPhase}}) {
-      if (!std::isfinite(value)) return CurveFault{field, unusable(value)};
-    }
-  }
-  if (p.type != PARAM_LINEAR && p.type != PARAM_SPLINE) return std::nullopt;
+bool lacksValue(const Parameter& parameter) {
+  return parameter.type == PARAM_LINEAR && parameter.dotCount == 0;
+}
 
-  const bool spline = p.type == PARAM_SPLINE;
-  if (p.dotCount == 0) {
-    return CurveFault{"curve", "has no dots", spline ? "calcSpline called with array size 0!" : nullptr};
+std::vector<CurveFault> findCurveFaults(const Parameter& p) {
+  std::vector<CurveFault> faults;
+  if (p.type == PARAM_STRING) return faults;
+  if (std::isnan(p.min)) faults.push_back({"min", unusable(p.min)});
+  if (std::isnan(p.max)) faults.push_back({"max", unusable(p.max)});
+  if (p.type == PARAM_CONST) noteNumbers(faults, "const", {&p.constant, 1});
+  if (p.type == PARAM_SINE) {
+    noteNumbers(faults, "sin period", {&p.sinPeriod, 1});
+    noteNumbers(faults, "sin amplitude", {&p.sinAmplitude, 1});
+    noteNumbers(faults, "sin offset", {&p.sinOffset, 1});
+    noteNumbers(faults, "sin phase", {&p.sinPhase, 1});
   }
-  for (int i = 0; i < p.dotCount; ++i) {
-    if (!std::isfinite(p.dotX[i])) return CurveFault{"dot x", unusable(p.dotX[i])};
-    if (!std::isfinite(p.dotY[i])) return CurveFault{"dot y", unusable(p.dotY[i])};
-    if (i == 0 || p.dotX[i] > p.dotX[i - 1]) continue;
-    const bool equal = p.dotX[i] == p.dotX[i - 1];
-    if (equal && !spline) continue;  // a step
-    char complaint[96];
-    std::snprintf(complaint, sizeof complaint, "%g follows %g, the dots must ascend",
-                  static_cast<double>(p.dotX[i]), static_cast<double>(p.dotX[i - 1]));
-    return CurveFault{"dot x", complaint,
-                      equal && p.dotCount > 2 ? "Critical error: d[]=0 in calc_spline!\n" : nullptr};
-  }
-  return std::nullopt;
+  if (p.type == PARAM_LINEAR || p.type == PARAM_SPLINE) noteDots(faults, p);
+  return faults;
 }
 
 // The most parts are active when one begins.
@@ -63,7 +78,7 @@ std::optional<std::size_t> findCrowdedPart(std::span<const ActiveSpan> parts) {
   std::vector<std::size_t> byBeginning;
   std::vector<float> ends;
   for (std::size_t i = 0; i < parts.size(); ++i) {
-    if (parts[i].end <= parts[i].begin) continue;
+    if (!(parts[i].begin < parts[i].end)) continue;
     byBeginning.push_back(i);
     ends.push_back(parts[i].end);
   }

@@ -21,7 +21,7 @@ struct ReadProjectText {
   std::vector<TextProblem> problems;  // in order of discovery; where there are any, the project has holes
 };
 
-// Judges the limits of the format and each number and curve by project_rules.h.
+// Judges the limits of the format, and by project_rules.h what the player refuses.
 ReadProjectText readProjectText(std::string_view text);
 
 struct CompiledProject {

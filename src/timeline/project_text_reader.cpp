@@ -187,18 +187,15 @@ void Reader::readPartTime(const Token& keyword, ProjectPart& part) {
   const std::string what(keyword.text);
   const double value = what == "at" ? time(what) : span(what);
   (what == "at" ? part.pos : what == "start" ? part.start : part.length) = value;
-  requireFinite(keyword.line, what, value);
 }
 
-void Reader::readUntil(const Token& keyword, ProjectPart&) {
+void Reader::readUntil(const Token&, ProjectPart&) {
   until = time("until");
   hasUntil = true;
-  requireFinite(keyword.line, "until", until);
 }
 
-void Reader::readSpeed(const Token& keyword, ProjectPart& part) {
+void Reader::readSpeed(const Token&, ProjectPart& part) {
   part.speed = number("speed");
-  requireFinite(keyword.line, "speed", part.speed);
 }
 
 void Reader::readTrack(const Token&, ProjectPart& part) {
@@ -223,7 +220,6 @@ void Reader::finishKeys(ProjectPart& part) {
   }
   if (!hasUntil) return;
   part.length = until - part.pos;
-  requireFinite(part.line, "length", part.length);
   if (!(part.length > 0)) {
     char text[96];
     std::snprintf(text, sizeof text, "until %g does not lie behind at %g", until, part.pos);

@@ -72,9 +72,7 @@ void ProjectValueReader::requireFinite(int line, const std::string& what, double
 
 void ProjectValueReader::checkText(int line, const std::string& what, const std::string& text,
                                    std::size_t longest) {
-  if (text.find_first_of(std::string_view("\n\0", 2)) != std::string::npos) {
-    note(line, what + " " + quoteText(text) + " holds a line feed or a zero byte");
-  }
+  if (text.find('\n') != std::string::npos) note(line, what + " " + quoteText(text) + " holds a line feed");
   const std::size_t length =
       text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
   if (length <= longest) return;
@@ -210,9 +208,7 @@ void ProjectValueReader::readParameter(const ProjectPart& part, ProjectCall& cal
   }
   Parameter played;
   fillPlayed(played, parameter);
-  if (const auto fault = findCurveFault(played)) {
-    note(line, quoteText(parameter.name) + ": " + fault->field + " " + fault->complaint);
-  }
+  if (lacksValue(played)) note(line, quoteText(parameter.name) + ": curve has no dots");
 }
 
 void ProjectValueReader::readValue(const ProjectPart& part, ProjectParameter& parameter, Given& values,

@@ -15,8 +15,6 @@
 
 namespace vex {
 
-inline constexpr std::size_t maxProjectCount = 255;  // of dots and calls, kept in a byte
-
 class ProjectValueReader {
  protected:
   static constexpr std::size_t maxProblems = 1000;

@@ -14,6 +14,7 @@ namespace vex {
 namespace {
 
 constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+constexpr float infinity = std::numeric_limits<float>::infinity();
 using Dots = std::vector<std::pair<float, float>>;
 
 struct Curve {
@@ -45,6 +46,7 @@ void fill(Parameter& parameter, const Curve& curve) {
 TEST(Parameter, Values) {
   const Dots ramp = {{0, 0}, {1, 10}}, bent = {{0.2f, 1}, {0.4f, 5}, {0.8f, -3}};
   const Dots step = {{0, 1}, {0.5f, 1}, {0.5f, 7}, {1, 7}};
+  const Dots falling = {{0.5f, 8}, {0.2f, 6}, {1, -2}};  // behind 0.5 the line from 0.2 to 1
   struct Row {
     Curve curve;
     float progress, expected;
@@ -56,6 +58,8 @@ TEST(Parameter, Values) {
            Row{{.type = PARAM_CONST, .constant = 3, .min = 5, .max = 1}, 0, 5},  // min above max
            Row{{.type = PARAM_CONST, .constant = 7, .min = 5, .max = 1}, 0, 1},
            Row{{.type = PARAM_CONST, .constant = nan, .min = -2, .max = 4}, 0, 4},
+           Row{{.type = PARAM_CONST, .constant = infinity, .min = -2, .max = 4}, 0, 4},
+           Row{{.type = PARAM_CONST, .constant = 1, .min = nan, .max = 4}, 0, 4},
            Row{{.type = PARAM_LINEAR, .dots = ramp}, 0.5f, 5},
            Row{{.type = PARAM_LINEAR, .dots = ramp}, 0, 0},
            Row{{.type = PARAM_LINEAR, .dots = bent}, 0.1f, 1},
@@ -67,14 +71,18 @@ TEST(Parameter, Values) {
            Row{{.type = PARAM_LINEAR, .dots = step}, 0.5f, 1},
            Row{{.type = PARAM_LINEAR, .dots = step}, 0.6f, 7},
            Row{{.type = PARAM_LINEAR, .dots = {{0.5f, 8}}}, 0.9f, 8},
-           Row{{.type = PARAM_SPLINE, .dots = {{0.5f, 8}}}, 0.9f, 8},
-           Row{{.type = PARAM_SPLINE, .dots = {{0.2f, 0}, {0.6f, 4}}}, 0.4f, 2},
-           Row{{.type = PARAM_SPLINE, .dots = {{0.2f, 0}, {0.6f, 4}}}, 0.8f, 6},
+           Row{{.type = PARAM_LINEAR, .dots = falling}, 0.5f, 8},
+           Row{{.type = PARAM_LINEAR, .dots = falling}, 0.6f, 2},
+           Row{{.type = PARAM_LINEAR, .dots = {{nan, 8}, {1, 2}}, .max = 5}, 0.5f, 5},
+           Row{{.type = PARAM_LINEAR, .dots = {{0, infinity}, {1, 2}}, .max = 5}, 0.5f, 5},
+           Row{{.type = PARAM_SPLINE, .dots = {{0.2f, 0}, {0.6f, 4}}, .max = 5}, 0.8f, 5},
+           Row{{.type = PARAM_SPLINE, .dots = {{0.2f, 0}, {0.2f, 4}}, .max = 5}, 0.8f, 5},
            Row{{.type = PARAM_SPLINE, .dots = bent}, 0.4f, 5},
-           Row{{.type = PARAM_SINE, .period = 1, .amplitude = 1, .phase = 90, .min = -2, .max = 2}, 0, 1},
-           Row{{.type = PARAM_SINE, .period = 1, .amplitude = 1, .phase = 90, .min = -2, .max = 2}, 0.5f, -1},
-           Row{{.type = PARAM_SINE, .period = 2, .amplitude = 3, .offset = 1}, 0.125f, 4},
+           Row{{.type = PARAM_SINE, .period = 1, .amplitude = 2, .offset = 1, .phase = 30}, 0, 2},
+           Row{{.type = PARAM_SINE, .period = 1, .amplitude = 2, .offset = 1, .phase = 30}, 0.5f, 0},
+           Row{{.type = PARAM_SINE, .period = 3, .amplitude = 2, .offset = 1, .phase = -20}, 1 / 21.6f, 2},
            Row{{.type = PARAM_SINE, .period = 2, .amplitude = 3, .offset = 1, .max = 2}, 0.125f, 2},
+           Row{{.type = PARAM_SINE, .period = infinity, .amplitude = 3, .max = 2}, 0.125f, 2},
        }) {
     Parameter parameter;
     fill(parameter, row.curve);
@@ -113,9 +121,6 @@ TEST(Parameter, FatalTexts) {
            Row{{.type = static_cast<ParameterType>(5)}, "Unknown parameter type"},
            Row{{.type = static_cast<ParameterType>(-1)}, "Unknown parameter type"},
            Row{{.type = PARAM_LINEAR}, "linear parameter height has no dots"},
-           Row{{.type = PARAM_SPLINE}, "calcSpline called with array size 0!"},
-           Row{{.type = PARAM_SPLINE, .dots = {{0, 0}, {0.5f, 1}, {0.5f, 2}}},
-               "Critical error: d[]=0 in calc_spline!"},
        }) {
     Parameter parameter;
     std::snprintf(parameter.name, sizeof parameter.name, "height");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -177,6 +178,21 @@ TEST(RunFrame, SixteenPartsAtATime) {
   EXPECT_EQ(Show(rows).frame(1), "PONMLKJIHGFEDCBA");
   rows.push_back({.name = names[16].c_str(), .pos = 0, .length = 9});
   EXPECT_EQ(fatalText([&] { Show(rows).frame(1); }), "more than 16 parts active at 1.000000");
+  rows.back().length = 1;  // over in this very frame
+  EXPECT_EQ(Show(rows).frame(1), "PONMLKJIHGFEDCBA");
+}
+
+// As the comparisons say: such a part is never active and hides nobody.
+TEST(RunFrame, TimesThatAreNoNumbers) {
+  constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+  Show show({{.name = "A", .pos = nan, .length = 9},
+             {.name = "B", .pos = 1, .length = nan},
+             {.name = "C", .pos = 1, .length = std::numeric_limits<float>::infinity()}},
+            1);
+  EXPECT_EQ(show.timelineStart(), "");
+  EXPECT_EQ(show.frame(1), "C");
+  EXPECT_EQ(show.frame(500), "C");
+  EXPECT_EQ(calls[0].numbers, std::vector<float>{0});
 }
 
 TEST(RunFrame, TheFrameThatReachesTheTotalTimeStillRuns) {
@@ -283,15 +299,31 @@ TEST(FunctionCall, FillsTheSlotsInOrder) {
   scene->destroy(scene);
 }
 
-TEST(FunctionCall, WithoutParametersAllSlotsAreNull) {
-  FunctionCall call;
-  static int nulls;
-  nulls = 0;
-  call.function = [](Scene*, float, const void* const* arguments) {
-    for (int i = 0; i < 9; ++i) nulls += arguments[i] == nullptr;
-  };
-  call.invoke(0, 0);
-  EXPECT_EQ(nulls, 9);
+// The calls of a part follow each other in file order, and none sees the arguments of the one before.
+TEST(FunctionCall, EachOfAPartHasItsOwnArguments) {
+  static std::string seen;
+  seen.clear();
+  Part part;
+  part.length = 4;
+  const std::vector<int> counts{2, 9, 0, 1};
+  part.calls.allocate(static_cast<int>(counts.size()));
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    FunctionCall* call = part.calls[static_cast<int>(i)] = new FunctionCall;
+    call->function = [](Scene*, float, const void* const* arguments) {
+      for (int slot = 0; slot < maxArguments; ++slot) {
+        seen += arguments[slot] ? std::to_string(static_cast<int>(numberArgument(arguments, slot))) : "-";
+      }
+      seen += '\n';
+    };
+    call->parameters.allocate(counts[i]);
+    for (int k = 0; k < counts[i]; ++k) {
+      call->parameters[k] = new Parameter;
+      call->parameters[k]->constant = static_cast<float>(k + 1);
+      call->parameters[k]->max = 9;
+    }
+  }
+  part.run(1);
+  EXPECT_EQ(seen, "12-------\n123456789\n---------\n1--------\n");
 }
 
 TEST(FunctionCall, FatalTexts) {

@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <random>
 #include <string>
@@ -22,15 +23,26 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 const double oddNan = std::bit_cast<double>(0xfff4567890abcdefu);
 const double denormal = std::bit_cast<double>(std::uint64_t{1});
 
-// Exits with 0 when the player loads the bytes, names aside.
-int playerExitCode(const std::string& bytes) {
+struct Played {
+  bool loads;  // names aside
+  int exitCode;
+};
+
+// What becomes of the bytes in the player: loaded, then played for a while.
+Played play(const std::string& bytes) {
   writeFile("test.hvp", bytes);
-  return runInChild([] {
-           PartDispatcher player;
-           player.names = ProjectNames::taken;
-           player.loadProject("test.hvp");
-         })
-      .exitCode;
+  const ChildResult result = runInChild([] {
+    PartDispatcher player;
+    player.names = ProjectNames::taken;
+    player.loadProject("test.hvp");
+    std::fprintf(stderr, "loaded\n");
+    for (Part* part : player.parts) {
+      for (FunctionCall* call : part->calls) call->function = [](Scene*, float, const void* const*) {};
+    }
+    if (player.startTime < player.totalTime) player.startTimeline();
+    for (const float t : {0.0f, 0.5f, 3.0f, 10.0f, 40.0f}) player.runFrame(t);
+  });
+  return {result.errorText.starts_with("loaded\n"), result.exitCode};
 }
 
 template <typename Read>
@@ -58,7 +70,7 @@ std::vector<ProjectData> nastyProjects() {
   std::vector<ProjectData> projects{{}, {.parts = {{}}}};
   const std::string everyByte = [] {
     std::string bytes;
-    for (int c = 1; c < 256; ++c) {
+    for (int c = 0; c < 256; ++c) {
       if (c != '\n') bytes += static_cast<char>(c);
     }
     return bytes;
@@ -85,43 +97,28 @@ std::vector<ProjectData> nastyProjects() {
                       .functionsFile = "",
                       .parts = {{.name = std::string(126, 'n')}}});
   projects.push_back({.version = "0.17", .music = std::string(5000, '\r') + std::string(126, 'm')});
-  for (const double value : {0.0, -0.0, 1.0, -1.0, 0.1, 1.0 / 3, 1e300, -1e300, denormal, -denormal, 5e-324,
-                             1.7976931348623157e308, 123456789012345678.0}) {
-    projects.push_back({.leftTime = value, .zoom = value, .ticks = {value, -value}});
-    for (int type = 0; type < 5; ++type) {
-      const bool finite = std::isfinite(static_cast<float>(value));
-      const double used = finite ? value : 2.5;
-      projects.push_back(withParameter(
-          {.type = type,
-           .constant = type == 0 ? used : value,
-           .sinPeriod = type == 3 ? used : value,
-           .sinAmplitude = type == 3 ? used : value,
-           .sinOffset = type == 3 ? used : value,
-           .sinPhase = type == 3 ? used : value,
-           .dots = {{type == 1 || type == 2 ? used : value, type == 1 || type == 2 ? used : value}},
-           .min = value,
-           .max = value,
-           .string = "also"}));
-    }
+  for (const double value :
+       {0.0, -0.0, 1.0, -1.0, 0.1, 1.0 / 3, 1e300, -1e300, denormal, -denormal, 1.7976931348623157e308,
+        123456789012345678.0, oddNan, std::numeric_limits<double>::quiet_NaN(), infinity, -infinity}) {
+    projects.push_back({.leftTime = value,
+                        .zoom = value,
+                        .ticks = {value, 1, -value},
+                        .parts = {{.pos = value, .start = value, .length = value, .speed = value}}});
     if (std::isfinite(static_cast<float>(value))) {
-      projects.push_back({.startTime = value,
-                          .totalTime = value,
-                          .parts = {{.pos = value, .start = value, .length = value, .speed = value}}});
+      projects.push_back({.startTime = value, .totalTime = value});
     }
-  }
-  for (const double value : {oddNan, std::numeric_limits<double>::quiet_NaN(), infinity, -infinity}) {
-    projects.push_back({.leftTime = value, .zoom = value, .ticks = {value, 1, value}});
-    projects.push_back(withParameter({.type = 4,
-                                      .constant = value,
-                                      .sinPeriod = value,
-                                      .sinAmplitude = value,
-                                      .sinOffset = value,
-                                      .sinPhase = value,
-                                      .dots = {{value, value}, {value, 0}},
-                                      .min = value,
-                                      .max = value,
-                                      .string = "t"}));
-    projects.push_back(withParameter({.type = 0, .sinPeriod = value, .dots = {{value, value}}}));
+    for (int type = 0; type < 5; ++type) {
+      projects.push_back(withParameter({.type = type,
+                                        .constant = value,
+                                        .sinPeriod = value,
+                                        .sinAmplitude = value,
+                                        .sinOffset = value,
+                                        .sinPhase = value,
+                                        .dots = {{value, value}, {value, 0}, {0, value}},
+                                        .min = value,
+                                        .max = value,
+                                        .string = "also"}));
+    }
   }
   projects.push_back(withParameter({.min = -infinity, .max = infinity}));
   projects.push_back(withParameter({.type = 4, .min = 0, .max = 0}));
@@ -139,7 +136,7 @@ TEST(ProjectText, GivesEveryByteBack) {
   const std::vector<ProjectData> projects = nastyProjects();
   for (std::size_t i = 0; i < projects.size(); ++i) {
     const std::string bytes = buildProject(projects[i]).bytes;
-    ASSERT_EQ(playerExitCode(bytes), 0) << "project " << i;
+    ASSERT_TRUE(play(bytes).loads) << "project " << i;
     roundTrip(bytes);
     if (HasFailure()) FAIL() << "project " << i;
   }
@@ -206,59 +203,49 @@ class RandomProject {
     return data;
   }
   ParameterData parameter() {
-    ParameterData data{.name = below(2) == 0 ? "alpha" : text(6), .type = below(5)};
-    const auto value = [&](int type) { return data.type == type ? finite() : any(); };
-    data.constant = value(0);
-    data.sinPeriod = value(3), data.sinAmplitude = value(3), data.sinOffset = value(3),
-    data.sinPhase = value(3);
-    const bool curve = data.type == 1 || data.type == 2;
-    for (int i = below(5) + curve; i > 0; --i) {
-      if (curve) {
-        data.dots.emplace_back(5.0 - i, finite());
-      } else {
-        data.dots.emplace_back(any(), any());
-      }
-    }
-    data.min = data.type == 4 ? any() : finite();
-    data.max = below(3) == 0 ? infinity : finite();
+    ParameterData data{.name = below(2) == 0 ? "alpha" : text(6),
+                       .type = below(5),
+                       .constant = any(),
+                       .sinPeriod = any(),
+                       .sinAmplitude = any(),
+                       .sinOffset = any(),
+                       .sinPhase = any()};
+    for (int i = below(5) + (data.type == PARAM_LINEAR); i > 0; --i) data.dots.emplace_back(any(), any());
+    data.min = any();
+    data.max = below(3) == 0 ? infinity : any();
     data.string = text(31);
     return data;
   }
 };
 
-TEST(ProjectText, GivesRandomProjectsBack) {
-  for (unsigned seed = 0; seed < 500; ++seed) {
-    roundTrip(buildProject(RandomProject(seed).project()).bytes);
-    if (HasFailure()) FAIL() << "seed " << seed;
-  }
-}
-
-// Whatever bytes: compiler, decoder and player agree on what is a project.
-TEST(ProjectText, AgreesWithThePlayerOnDamagedProjects) {
+// Whatever bytes, whole or damaged: compiler, decoder and player agree on what is a project, and what is one
+// neither crashes the player nor changes on its way through the text.
+TEST(ProjectText, AgreesWithThePlayerOnWhatIsAProject) {
   const TemporaryFolder folder;
   int loaded = 0;
-  for (unsigned seed = 0; seed < 600; ++seed) {
+  for (unsigned seed = 0; seed < 400; ++seed) {
     RandomProject random(seed);
     std::string bytes = buildProject(random.project()).bytes;
-    for (int i = random.below(3); i >= 0; --i)
+    for (int i = random.below(4); i > 0; --i)
       bytes[static_cast<std::size_t>(random.below(static_cast<int>(bytes.size())))] =
           static_cast<char>(random.below(256));
-    if (random.below(4) == 0)
+    if (random.below(6) == 0)
       bytes.resize(static_cast<std::size_t>(random.below(static_cast<int>(bytes.size()))));
-    const bool plays = playerExitCode(bytes) == 0;
-    loaded += plays;
+    const auto [loads, exitCode] = play(bytes);
+    EXPECT_TRUE(exitCode == 255 || (exitCode == 0 && loads)) << exitCode;
+    loaded += loads;
     const DecodedProject decoded = decodeProject(bytes, "test.hvp");
     if (!decoded.failure.empty()) {
-      EXPECT_FALSE(plays) << decoded.failure;
+      EXPECT_FALSE(loads) << decoded.failure;
     } else {
       const CompiledProject compiled = compileProjectText(writeProjectText(decoded.project));
-      EXPECT_EQ(compiled.problems.empty(), plays) << firstProblem(compiled);
-      EXPECT_TRUE(compiled.bytes == bytes || !plays);
+      EXPECT_EQ(compiled.problems.empty(), loads) << firstProblem(compiled);
+      EXPECT_TRUE(compiled.bytes == bytes || !loads);
     }
     if (HasFailure()) FAIL() << "seed " << seed;
   }
   EXPECT_GT(loaded, 100);
-  EXPECT_LT(loaded, 500);
+  EXPECT_LT(loaded, 350);
 }
 
 TEST(ProjectText, ReadsLikeThis) {
@@ -412,8 +399,8 @@ TEST(ProjectText, SaysWhatIsWrong) {
       {"total 1 music \"a\x01\"", "1: byte 0x01 in a string, must be written %01"},
       {"total 1 music \"5% \"",
        "1: two hexadecimal digits must follow % in the string \"5% \", a percent sign itself is %25"},
-      {"total 1 music \"a%00\"", "1: music \"a%00\" holds a line feed or a zero byte"},
-      {"total 1 music \"%0A\"", "1: music \"%0A\" holds a line feed or a zero byte"},
+      {"total 1 music \"a%00\"", ""},
+      {"total 1 music \"%0A\"", "1: music \"%0A\" holds a line feed"},
       {"total 1 music \"" + tooLong + "\"", "1: music " + shown},
       {"total 1 version \"0.18\"", "1: version \"0.18\", must be \"0.17\""},
       {"total 1 range x 0 1", "1: to is expected, not 1"},
@@ -432,7 +419,7 @@ TEST(ProjectText, SaysWhatIsWrong) {
        "1: a whole number from -128 to 127 for track is expected, not 128"},
       {"total 1 part p { at 0 length 1 editorFlag 2 }",
        "1: a whole number from 0 to 1 for editorFlag is expected, not 2"},
-      {"total 1 part p { at 0 length 1 speed -inf }", "1: speed is -inf, not a usable number"},
+      {"total 1 part p { at 0 length inf speed -inf }", ""},
       {"total 1\npart p { at 0 length 1\npart q { at 0 length 1 }",
        "3: part \"p\" of line 2 is not closed before this one, } is missing"},
       {"total 1\npart p { at 0 length 1\n",
@@ -444,20 +431,17 @@ TEST(ProjectText, SaysWhatIsWrong) {
       {partWith("a = ("),
        "3: a number, a text in quotes, linear(...), spline(...) or sine(...) for \"a\" is expected, not ("},
       {partWith("a = nan"), "3: unknown value nan of \"a\"; known are linear, spline and sine"},
-      {partWith("a = 0x7ff8000000000000"), "3: \"a\": const is nan, not a usable number"},
-      {partWith("a = 1 in 0 to 0x7ff8000000000000"), "3: \"a\": max is nan, not a usable number"},
+      {partWith("a = 0x7ff8000000000000 in 0 to 0x7ff8000000000000"), ""},
       {partWith("a = 1 also 2"), "3: \"a\" has 2 beside another value of that kind"},
       {partWith("a = linear()"), "3: \"a\": curve has no dots"},
-      {partWith("a = spline()"), "3: \"a\": curve has no dots"},
-      {partWith("a = linear(0 1, 1 2, 0.5 2)"), "3: \"a\": dot x 0.5 follows 1, the dots must ascend"},
-      {partWith("a = spline(0 1, 1 2, 1 2)"), "3: \"a\": dot x 1 follows 1, the dots must ascend"},
-      {partWith("a = linear(0 1, 0 2)"), ""},
-      {partWith("a = linear(0 inf)"), "3: \"a\": dot y is inf, not a usable number"},
+      {partWith("a = spline()"), ""},
+      {partWith("a = spline(0 1, 1 2, 1 2)"), ""},
+      {partWith("a = linear(0 inf, 1 2, 0.5 2)"), ""},
       {partWith("a = linear(0, 1)"), "3: a number for the y of a dot is expected, not ,"},
       {partWith("a = sine(period 1)"),
        "3: unknown key period of sine; known are cycles, amplitude, offset and phase"},
       {partWith("a = sine(phase 1, phase 2)"), "3: phase is given a second time in this sine"},
-      {partWith("a = sine(offset 1e300)"), "3: \"a\": sin offset is inf, not a usable number"},
+      {partWith("a = sine(offset 1e300)"), ""},
       {partWith("a = \"" + std::string(31, 'x') + "\""), ""},
       {partWith("a = \"" + std::string(32, 'x') + "\""),
        "3: a \"" + std::string(32, 'x') + "\" has 32 characters, at most 31 are possible"},
@@ -500,8 +484,7 @@ TEST(ProjectText, FindsTheProblemsBehindTheFirst) {
 
 // Never a crash, a hang or a text that claims to be a project and is none.
 TEST(ProjectText, DamagedTexts) {
-  const TemporaryFolder folder;
-  for (unsigned seed = 0; seed < 1500; ++seed) {
+  for (unsigned seed = 0; seed < 800; ++seed) {
     RandomProject random(seed);
     std::string text = writeProjectText(decodeProject(buildProject(random.project()).bytes, "").project);
     static constexpr char marks[] = "{}(),=.\"%#\n 0-x:";
@@ -512,8 +495,8 @@ TEST(ProjectText, DamagedTexts) {
     if (random.below(3) == 0)
       text.resize(static_cast<std::size_t>(random.below(static_cast<int>(text.size()))));
     const CompiledProject compiled = compileProjectText(text);
-    if (!compiled.problems.empty() || seed % 8 != 0) continue;
-    EXPECT_EQ(playerExitCode(compiled.bytes), 0) << text;
+    if (!compiled.problems.empty()) continue;
+    EXPECT_EQ(decodeProject(compiled.bytes, "").failure, "") << text;
   }
 }
 

@@ -111,31 +111,45 @@ TEST(Vexproject, DumpsAndCompilesTheShow) {
 
 TEST(Vexproject, DumpRefusesWhatThePlayerRefuses) {
   const TemporaryFolder folder;
-  ProjectData project{.parts = {{.calls = {{.parameters = {{.name = "red", .type = 2}}}}}}};
-  writeFile("spline.hvp", buildProject(project).bytes);
-  project.parts[0].calls[0].parameters[0] = {.name = "red", .constant = 1e300};
-  writeFile("beyond.hvp", buildProject(project).bytes);
+  const ProjectData project{.parts = {{.calls = {{.parameters = {{.name = "red", .type = 1}}}}}}};
+  writeFile("Linear.hvp", buildProject(project).bytes);
+  writeFile("endless.hvp", buildProject({.totalTime = 1e300}).bytes);
   writeFile("crowd.hvp", buildProject({.parts = std::vector<PartData>(17)}).bytes);
   const std::string whole = buildProject({.parts = {{.pos = 1}}}).bytes;
   writeFile("cut.hvp", whole.substr(0, whole.size() - 5));
   writeFile("text.hvp", "total 1\n");
   writeFile("empty.hvp", "");
   const std::pair<const char*, const char*> rows[]{
-      {"spline.hvp", "calcSpline called with array size 0!"},
-      {"beyond.hvp", "project beyond.hvp: part part: const of animate.red is inf, not a usable number"},
+      {"Linear.hvp", "project Linear.hvp: part part: curve of animate.red has no dots"},
+      {"endless.hvp", "project endless.hvp: total time is inf, not a usable number"},
       {"crowd.hvp",
        "project crowd.hvp: part part is active with 16 others at 0.000000, at most 16 parts are possible"},
       {"cut.hvp", "double != 8 bytes (0 read)"},
       {"text.hvp", "Wrong file version. Must be 0.17"},
       {"empty.hvp", "char != 1 byte (0 read)"},
-      {"none.hvp", "Project file none.hvp not found!"},
-      {".", "Project file . not found!"},
+      {"linear.hvp", "can't read linear.hvp: No such file or directory"},
+      {".", "can't read .: Is a directory"},
   };
   for (const auto& [file, message] : rows) {
     const Program program = vexproject(std::string("dump ") + file);
     EXPECT_EQ(program.exitCode, 255) << file;
     EXPECT_EQ(program.errors, std::string("vexproject: ") + message + "\n");
     EXPECT_EQ(program.output, "");
+  }
+}
+
+// All commands take pipes, and no more than the documents say.
+TEST(Vexproject, ReadsPipesUpToTheLimits) {
+  const TemporaryFolder folder;
+  writeFile("show.txt", grounded);
+  const std::string tool = VEX_BIN "/vexproject ";
+  EXPECT_EQ(runProgram("cat show.txt | " + tool + "compile /dev/stdin show.hvp").errors, "");
+  EXPECT_EQ(runProgram("cat show.hvp | " + tool + "dump /dev/stdin").output,
+            vexproject("dump show.hvp").output);
+  EXPECT_EQ(runProgram("cat show.hvp | " + tool + "check /dev/stdin").output, "no problems\n");
+  for (const char* command : {"dump /dev/stdin", "check /dev/stdin"}) {
+    const Program program = runProgram("head -c 65M /dev/zero | cat show.hvp - | " + tool + command);
+    EXPECT_EQ(program.errors, "vexproject: /dev/stdin is longer than 64 MiB\n") << command;
   }
 }
 
@@ -209,9 +223,81 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithCalls) {
        "3: remark: alpha of SceneHelper.fadeScreen reaches -0.5, useful are 0 to 1\n"},
       {grounded + part(at, fade("linear(0 0, 0.5 0, 0.5 1)")),
        "3: remark: alpha of SceneHelper.fadeScreen: two dots at x 0.5, a jump\n"},
-      {grounded + part(at, fade("linear(0.5 0, 0 1)")),
-       "3: \"alpha\": dot x 0 follows 0.5, the dots must ascend\n"},
+      {grounded + part(at, fade("linear(0 0, 0.5 0, 0.5 2, 1 0)")),
+       "3: remark: alpha of SceneHelper.fadeScreen: two dots at x 0.5, a jump\n"
+       "3: remark: alpha of SceneHelper.fadeScreen reaches 2, useful are 0 to 1\n"},
       {grounded + part(at, fade("linear()")), "3: \"alpha\": curve has no dots\n"},
+      {grounded + part(at, "SceneOuttro.showCopperBars(n=1001, a=1, b=0, c=0, d=1, e=0, f=0, g=0, h=0)"),
+       "3: remark: n of SceneOuttro.showCopperBars reaches 1001 and is held at 1000, useful are 0 to 100\n"},
+      {grounded + part(at, movie("first=3, last=linear(0 4, 1 1.9)")),
+       "3: remark: last of SceneHelper.drawMovie: frame 2 lies before the first one, 3\n"},
+  });
+}
+
+// The true range, wherever the wave begins and however often it swings.
+TEST(Vexproject, CheckKnowsTheRangeOfASine) {
+  const TemporaryFolder folder;
+  const auto sine = [](const std::string& rest) {
+    return grounded + part("at 1 length 1", fade("sine(amplitude 0.75, offset 0.5, " + rest + ")"));
+  };
+  const auto reaches = [](const char* values) {
+    return std::string("3: remark: alpha of SceneHelper.fadeScreen reaches ") + values +
+           ", useful are 0 to 1\n";
+  };
+  expectChecks({
+      {sine("cycles 64"), reaches("-0.25 and 1.25")},
+      {sine("cycles -128, phase 10"), reaches("-0.25 and 1.25")},
+      {sine("cycles 0.25, phase 45"), reaches("1.25")},
+      {sine("cycles 0.25, phase -95"), reaches("-0.25")},
+      {sine("cycles -0.25, phase -45"), reaches("-0.25")},
+      {sine("cycles 0.1, phase 30"), reaches("1.18516")},  // 0.5 + 0.75 sin 66
+      {sine("cycles 0.1, phase 160"), ""},
+      {sine("cycles 0.001, phase 90"), reaches("1.25")},
+      {sine("cycles 0.1, phase 394"), reaches("1.20477")},  // 0.5 + 0.75 sin 70
+  });
+}
+
+// Played as they stand, but nobody means them.
+TEST(Vexproject, CheckFindsOddCurvesAndTexts) {
+  const TemporaryFolder folder;
+  const auto fault = [](const std::string& complaint) {
+    return "3: alpha of SceneHelper.fadeScreen: " + complaint + "\n";
+  };
+  const auto curve = [](const std::string& value) {
+    return grounded + part("at 1 length 1", fade(value + " in 0 to 1"));
+  };
+  const std::string equal = "dot x 0.5 follows 0.5, the dots must ascend";
+  expectChecks({
+      {curve("0x7ff8000000000000"), fault("const is nan, not a usable number")},
+      {curve("1e39"), fault("const is inf, not a usable number") +
+                          "3: remark: alpha of SceneHelper.fadeScreen: inf is held within 0 and 1\n"},
+      {curve("sine(cycles inf, phase -inf)"),
+       fault("sin period is inf, not a usable number") + fault("sin phase is -inf, not a usable number")},
+      {curve("linear(0 0, 0.5 inf, inf 0, 0.25 1)"),
+       fault("dot x is inf, not a usable number") + fault("dot y is inf, not a usable number") +
+           fault("dot x 0.25 follows inf, the dots must ascend")},
+      {curve("spline()"),
+       fault("curve has no dots; hint: the show ends with \"calcSpline called with array size 0!\"")},
+      {curve("spline(0.5 0, 0.5 1)"), fault(equal)},
+      {curve("spline(0 0, 0.5 0, 0.5 1)"),
+       fault(equal + "; hint: the show ends with \"Critical error: d[]=0 in calc_spline!\"")},
+      {curve("spline(0x7ff8000000000000 0, 0.5 0, 1 1)"),
+       fault("dot x is nan, not a usable number; hint: the show ends with \"Critical error: t<x[0] in "
+             "calc_spline!\"")},
+      {grounded + part("at 1 length 1", fade("0 in 0x7ff8000000000000 to 0x7ff8000000000000")),
+       fault("min is nan, not a usable number") + fault("max is nan, not a usable number") +
+           "3: remark: alpha of SceneHelper.fadeScreen reaches nan, useful are 0 to 1\n"},
+      {grounded + part("at 1 length 1 start inf speed -inf", ""),
+       "3: start is inf, not a usable number\n3: speed is -inf, not a usable number\n"},
+      {grounded + part("at inf length inf", ""),
+       "3: pos is inf, not a usable number\n3: length is inf, not a usable number\n"},
+      {"music \"a%00b\" " + grounded +
+           part("at 1 length 1",
+                "\"SceneHelper%00x\".fadeScreen(red=0, green=0, "
+                "blue=0, \"a%00\"=0)"),
+       " remark: music \"a%00b\" ends for the player at its zero byte\n"
+       "3: remark: scene name \"SceneHelper%00x\" ends for the player at its zero byte\n"
+       "3: remark: parameter name \"a%00\" ends for the player at its zero byte\n"},
   });
 }
 
@@ -221,6 +307,11 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithTheTimeLine) {
   const std::string short5 =
       "3: SceneHelper.setViewport sets what stays, but the part is only 0.25 s long; hint: a slow frame "
       "skips it, give it at least 0.3 s\n";
+  std::string tenths = "total 61\n" + part("at 0 length 61", fade("1"));
+  for (int i = 0; i < 600; ++i) {
+    const std::string begin = std::to_string(i / 10) + "." + std::to_string(i % 10);
+    tenths += part("at " + begin + " length 0.3", viewport);
+  }
   std::string crowd = grounded, names = "\"ground\" (1)";
   for (int i = 0; i < 16; ++i) {
     crowd += "part q { at 4 length " + std::to_string(i + 1) + " }\n";
@@ -233,14 +324,23 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithTheTimeLine) {
        "0\n"},
       {"start -2 total 10\n" + part("at -2 length 12", fade("1")), ""},
       {grounded + part("at 5 length 0.25", viewport), short5},
-      {grounded + part("at 5 length 0.3", viewport), ""},
+      {tenths, ""},
       {"start 6 " + grounded + part("at 5 length 0.25", viewport), ""},
       {grounded + part("at 5 length 0", ""), "3: remark: length 0: it is never active\n"},
       {grounded + part("at 11 length 1", ""), "3: remark: begins at 11, after the show has ended at 10\n"},
       {grounded + part("at 5 length 1", "") + part("at 4.5 length 1", ""),
        "4: begins at 4.5, but stands behind part \"p\" (2), which begins at 5 and hides it until then; hint: "
        "parts must stand in the order in which they begin\n"},
+      {grounded + part("at 5 length 1", "") + part("at 4 length 1", "") + part("at 4.5 length 1", ""),
+       "4: begins at 4, but stands behind part \"p\" (2), which begins at 5 and hides it until then; hint: "
+       "parts must stand in the order in which they begin\n"
+       "5: begins at 4.5, but stands behind part \"p\" (2), which begins at 5 and hides it until then; hint: "
+       "parts must stand in the order in which they begin\n"},
       {crowd, "18: 17 parts are active at 4, at most 16 are possible: " + names + "\n"},
+      {crowd + "part r { at 5 length 1 }\npart t { at 6.5 length 0.5 }\n",
+       "18: 17 parts are active at 4, at most 16 are possible: " + names + "\n" +
+           "19: 17 parts are active at 5, at most 16 are possible: " + names.substr(0, 12) +
+           names.substr(21) + ", \"r\" (18)\n"},
       // what the ground is not
       {"total 10\n" + part("at 0 length 4", fade("1")) + part("at 6 length 4", fade("1")),
        " no call paints the ground from 4 to 6, where no part is active; hint: lay a fadeScreen of alpha 1 "
@@ -282,9 +382,14 @@ TEST(Vexproject, CheckNamesThePartsOfProjectFiles) {
   const std::string bytes = buildProject(project).bytes;
   expectChecks({
       {bytes,
-       " part \"b%22\" (2): length is inf, not a usable number\n"
-       " part \"b%22\" (2): red of SceneTest.animate: dot x 0 follows 0, the dots must ascend\n"
-       " part \"b%22\" (2): unknown scene \"SceneTest\"; hint: did you mean SceneHell?\n"},
+       " part \"a\" (1): no call paints the ground from 0 to 1, where these parts are active: \"a\", "
+       "\"b%22\"; "
+       "hint: lay a fadeScreen of alpha 1 on the lowest track\n"
+       " part \"b%22\" (2): red of SceneTest.animate: dot x 0 follows 0, the dots must ascend; hint: the "
+       "show "
+       "ends with \"Critical error: d[]=0 in calc_spline!\"\n"
+       " part \"b%22\" (2): unknown scene \"SceneTest\"; hint: did you mean SceneHell?\n"
+       " part \"b%22\" (2): length is inf, not a usable number\n"},
       {bytes.substr(0, 30), " char != 1 byte (0 read)\n"},
       {"\r0.18\n", " Wrong file version. Must be 0.17\n"},
   });
@@ -328,7 +433,9 @@ TEST(Vexproject, CheckLooksForTheData) {
           {grounded + part(at, movie("first=1, last=2")), ""},
           {grounded + part(at, movie("first=1, last=11")),
            "3: movie \"data\\m\" lacks of its frames 1 to 11: 3, 7 to 8 and 10 to 11\n"},
-          {grounded + part(at, movie("first=5, last=4")), "3: movie \"data\\m\" has frames 5 to 4\n"},
+          {grounded + part(at, movie("first=5, last=1")),
+           "3: remark: last of SceneHelper.drawMovie: frame 1 lies before the first one, 5\n"
+           "3: movie \"data\\m\" lacks of its frames 5 to 7: 7\n"},
           {"music \"data\\none.ogg\" " + grounded, " music \"data\\none.ogg\" is missing\n"},
           {"music \"data\\noise.ogg\" " + grounded,
            " music \"data\\noise.ogg\" cannot be played; hint: it takes WAV, OGG, FLAC or MP3 with one or "
