@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <optional>
 #include <set>
@@ -97,7 +98,7 @@ std::string textureProblem(const std::string& texture) {
 }
 
 // "3, 7 to 9 and 12" of ascending numbers.
-std::string listed(const std::vector<int>& numbers) {
+std::string listed(const std::vector<std::int64_t>& numbers) {
   std::string list;
   for (std::size_t i = 0; i < numbers.size();) {
     std::size_t last = i;
@@ -111,8 +112,8 @@ std::string listed(const std::vector<int>& numbers) {
 }
 
 struct MovieFrames {
-  int first = 0;
-  int last = 0;
+  std::int64_t first = 0;  // wide enough for the last frame of a reversed range
+  std::int64_t last = 0;
 };
 
 MovieFrames framesOf(const KnownCall& known) {
@@ -126,7 +127,8 @@ MovieFrames framesOf(const KnownCall& known) {
     first = false;
   }
   // The player counts upwards from the first frame all the same.
-  if (frames.last < frames.first) frames.last = frames.first + std::max(frames.first - frames.last - 2, 0);
+  if (frames.last < frames.first)
+    frames.last = frames.first + std::max<std::int64_t>(frames.first - frames.last - 2, 0);
   return frames;
 }
 
@@ -136,9 +138,9 @@ std::string movieProblem(const std::string& base, MovieFrames frames, int& looke
   if (frames.last - frames.first >= mostFrames)
     return movie + " has more than " + std::to_string(mostFrames) + " frames, " + range;
   if (lookedFor > mostMovieFiles) return "";
-  lookedFor += frames.last - frames.first + 1;
-  std::vector<int> missing;
-  for (int frame = frames.first; frame <= frames.last; ++frame) {
+  lookedFor += static_cast<int>(frames.last - frames.first + 1);
+  std::vector<std::int64_t> missing;
+  for (std::int64_t frame = frames.first; frame <= frames.last; ++frame) {
     if (!fileExists(base + std::to_string(frame) + ".jpg")) missing.push_back(frame);
   }
   if (missing.empty()) return "";
