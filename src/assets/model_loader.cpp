@@ -108,4 +108,8 @@ void loadModel(const char* base, Scene* scene) {
   readModel(chooseSource(base), scene);
 }
 
+void forgetMaterials() {
+  modelState.materials.fill({});
+}
+
 }  // namespace vex

@@ -15,6 +15,9 @@ namespace vex {
 // textures that the materials name. Every failure is fatal.
 void loadModel(const char* base, Scene* scene);
 
+// A material keeps what its model leaves unsaid from the load before. From here on there was none.
+void forgetMaterials();
+
 // Turns the name of a texture into its id.
 using TextureResolver = int (*)(const char* name, bool wrap);
 inline TextureResolver modelTexture = getTexture;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <system_error>
 
+#include "assets/model_loader.h"
 #include "assets/preload_list.h"
 #include "assets/texture_cache.h"
 #include "scenes/scene_alien.h"
@@ -105,6 +106,7 @@ void openPresentation() {
 
 void loadPresentation(std::optional<float> start) {
   statistics = {};
+  forgetMaterials();
   dispatcher = std::make_unique<PartDispatcher>();
   scenes.fill(nullptr);
   setLoadingSteps(loadingSteps);

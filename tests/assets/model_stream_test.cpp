@@ -510,7 +510,7 @@ std::string damaged(const std::string& text, std::uint32_t seed) {
 
 // A load that nothing goes before.
 std::string readAfresh(const ModelSource& source) {
-  modelState.materials.fill({});
+  forgetMaterials();
   nameTextures();
   Scene scene;
   readModel(source, &scene);
