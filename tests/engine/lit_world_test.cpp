@@ -263,7 +263,6 @@ class LitWorld : public GlTest {
   void SetUp() override {
     GlTest::SetUp();
     setWindowSize(glTestWidth, glTestHeight);
-    demoClock = {};
     randomState = 1;
     addPaint("decoy", {1, 0, 1, 1});
     setUpView();

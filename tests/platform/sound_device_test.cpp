@@ -38,14 +38,9 @@ float tone(int frame, int) {
 struct SilentDevice : testing::Test {
   SilentDevice() {
     setenv("ALSOFT_DRIVERS", "null", 1);
-    demoClock = {};
     options.soundEnabled = true;
   }
-  ~SilentDevice() override {
-    shutDownMusic();
-    options = {};
-    demoClock = {};
-  }
+  ~SilentDevice() override { shutDownMusic(); }
 
   // Position in seconds.
   static double heard() { return musicPosition() / static_cast<double>(musicLength()) * musicDuration(); }

@@ -62,7 +62,6 @@ TEST_F(Construction, LoadsTheModelAndListsWhatShines) {
   shown.clear();
   setLoadingDialog({.show = [](int, const char* text) { shown.emplace_back(text); }, .close = nullptr});
   SceneLayerRotCubes* scene = constructModelScene(sceneLayerRotCubes);
-  setLoadingDialog({});
   EXPECT_STREQ(scene->name, "SceneLayerRotCubes");
   EXPECT_TRUE(scene->findFunction("animate"));
   EXPECT_EQ(scene->meshes[1]->blendMode, BlendMode::additive);
@@ -186,7 +185,6 @@ TEST_F(Construction, EverySceneReportsOneStep) {
                            constructModelScene(sceneLayerParticles), constructModelScene(sceneLayerWide),
                            constructModelScene(sceneLayerRotCubes),  constructModelScene(sceneLayerWobbel),
                            constructModelScene(sceneLayerRays)};
-  setLoadingDialog({});
   const char* const names[] = {"SceneIntroBox",       "SceneWater",     "SceneFetus",
                                "SceneAlien",          "SceneSkull",     "SceneHell",
                                "SceneLayerParticles", "SceneLayerWide", "SceneLayerRotCubes",

@@ -21,11 +21,9 @@ class IntroBox : public ::testing::Test {
     sceneIntroBox.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
     for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
-    demoClock = {};
     demoClock.time = 5;
     demoClock.previousTime = 4.75f;
   }
-  void TearDown() override { demoClock = {}; }
 
   void call(const char* function, float t, const std::vector<Argument>& arguments = {}) {
     callFunction(sceneIntroBox.functions, scene, function, t, arguments);

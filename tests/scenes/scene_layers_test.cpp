@@ -25,14 +25,9 @@ class Layer : public GlTest {
  protected:
   void SetUp() override {
     GlTest::SetUp();
-    demoClock = {};
     demoClock.time = 5;
     demoClock.previousTime = 4.75f;
     addPlainTextures({"other", "data\\ray_cone", "data\\envmapspace"});
-  }
-  void TearDown() override {
-    demoClock = {};
-    GlTest::TearDown();
   }
 };
 

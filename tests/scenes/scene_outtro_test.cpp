@@ -45,7 +45,6 @@ class Outtro : public GlTest {
   }
   void TearDown() override {
     scene.reset();
-    demoClock = {};
     GlTest::TearDown();
   }
 

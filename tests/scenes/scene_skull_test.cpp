@@ -48,10 +48,6 @@ class Skull : public GlTest {
     demoClock.time = 5;
     randomState = 1;
   }
-  void TearDown() override {
-    demoClock = {};
-    GlTest::TearDown();
-  }
 
   void call(const char* function, float t, const std::vector<Argument>& arguments) {
     callFunction(sceneSkull.functions, scene, function, t, arguments);

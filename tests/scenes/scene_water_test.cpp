@@ -27,12 +27,10 @@ class Water : public ::testing::Test {
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
     mesh("RayBlue").tracks.reset();
     for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
-    demoClock = {};
     demoClock.time = 5;
     demoClock.previousTime = 4.75f;
     randomState = 1;
   }
-  void TearDown() override { demoClock = {}; }
 
   void call(const char* function, float t, const std::vector<Argument>& arguments) {
     callFunction(sceneWater.functions, scene, function, t, arguments);

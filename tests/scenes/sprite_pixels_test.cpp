@@ -102,8 +102,6 @@ class SpritePixels : public GlTest {
     options.showStats = true;
   }
   void TearDown() override {
-    options.showStats = false;
-    demoClock = {};
     scene.reset();
     GlTest::TearDown();
   }

@@ -40,18 +40,12 @@ constexpr SoundLibrary fakeLibrary{
 
 struct ClockWithMusic : testing::Test {
   ClockWithMusic() {
-    demoClock = {};
     soundLibrary = fakeLibrary;
     options.soundEnabled = true;
     writeSoundFile("music.wav", {.frames = 1});
     openMusic("music.wav");
   }
-  ~ClockWithMusic() override {
-    shutDownMusic();
-    options = {};
-    soundLibrary = openAlLibrary;
-    demoClock = {};
-  }
+  ~ClockWithMusic() override { shutDownMusic(); }
 
   float tickAt(double seconds) {
     fakePosition = static_cast<std::uint32_t>(seconds * byteRate);
@@ -131,7 +125,6 @@ TEST_F(ClockWithMusic, FallsBackToTheTimerWhenPlayFails) {
 }
 
 TEST(ClockWithoutMusic, CountsFromResetOnTopOfTheStartTime) {
-  demoClock = {};
   options.soundEnabled = false;
   clockSetStartTime(12.5f);
   std::this_thread::sleep_for(std::chrono::milliseconds(30));  // loading does not count
@@ -148,11 +141,9 @@ TEST(ClockWithoutMusic, CountsFromResetOnTopOfTheStartTime) {
     EXPECT_LE(clockTime(), 12.5f + (latest - before) / 1000.0f + 1e-4f);
     EXPECT_FLOAT_EQ(clockDelta(), frame == 0 ? clockTime() - (clockTime() - 0.01f) : clockTime() - previous);
   }
-  demoClock = {};
 }
 
 TEST(ClockByHand, StepsToTheGivenTimes) {
-  demoClock = {};
   const float times[] = {30.0f, 30.04f, 30.04f, 31.0f};
   const float deltas[] = {0.01f, 0.04f, 0.0f, 0.96f};
   for (std::size_t i = 0; i < std::size(times); ++i) {
@@ -160,7 +151,6 @@ TEST(ClockByHand, StepsToTheGivenTimes) {
     EXPECT_EQ(clockTime(), times[i]);
     EXPECT_NEAR(clockDelta(), deltas[i], 1e-5f);
   }
-  demoClock = {};
 }
 
 }  // namespace vex

@@ -24,7 +24,6 @@ using Step = std::pair<int, std::string>;  // percentage of the bar and text
 class Presentation : public GlTest {
  protected:
   void TearDown() override {
-    setLoadingDialog({});
     destroyPresentation();
     GlTest::TearDown();
   }
@@ -105,7 +104,6 @@ std::vector<std::string> overlayLines() {
 TEST_F(Presentation, StatisticsFollowTheClock) {
   writeRunFolder({.parts = {}});
   options.showStats = true;
-  demoClock = {};
   load();
   const auto frame = [](float time) {
     clockAdvanceTo(time);
@@ -122,8 +120,6 @@ TEST_F(Presentation, StatisticsFollowTheClock) {
     EXPECT_EQ(lines[1], "avg: " + average) << n;
     EXPECT_EQ(lines[2], formatted("time: %.2f", static_cast<double>(time))) << n;
   }
-  demoClock = {};
-  options = {};
 }
 
 }  // namespace

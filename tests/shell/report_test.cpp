@@ -15,9 +15,6 @@ namespace vex {
 namespace {
 
 struct Report : testing::Test {
-  Report() { beginLog(); }
-  ~Report() override { options = {}; }
-
   TemporaryFolder folder;
 };
 

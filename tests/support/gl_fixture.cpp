@@ -5,7 +5,6 @@
 #include <span>
 #include <string>
 
-#include "assets/model_loader.h"
 #include "assets/texture_cache.h"
 #include "shell/gl_setup.h"
 
@@ -15,7 +14,6 @@ void GlTest::SetUp() {
   const std::string failure = openOffscreenContext(glTestWidth, glTestHeight);
   ASSERT_EQ(failure, "");
   setUpGlState();
-  modelTexture = getTexture;
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
 }
 

@@ -183,7 +183,6 @@ TEST(LoadProject, BuildsTheParts) {
   static std::string announced;
   setLoadingDialog({.show = [](int, const char* text) { announced += text; }, .close = nullptr});
   Loaded loaded;
-  setLoadingDialog({});
   const PartDispatcher& dispatcher = loaded.dispatcher;
   EXPECT_EQ(announced, "Loading project");
   EXPECT_EQ(dispatcher.startTime, 1.5f);

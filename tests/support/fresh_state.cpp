@@ -1,0 +1,35 @@
+#include <gtest/gtest.h>
+
+#include "assets/model_loader.h"
+#include "shell/clock.h"
+#include "shell/music.h"
+#include "shell/options.h"
+#include "shell/random.h"
+#include "shell/report.h"
+
+// The program's state is process-wide. Every test finds it as a program that begins, whatever ran before.
+
+namespace vex {
+
+namespace {
+
+class FreshState : public testing::EmptyTestEventListener {
+  void OnTestStart(const testing::TestInfo&) override {
+    options = {};
+    demoClock = {};
+    randomState = 1;
+    soundLibrary = openAlLibrary;
+    modelTexture = getTexture;
+    forgetMaterials();
+    setLoadingDialog({});
+    beginLog();
+  }
+};
+
+// Takes effect by being there; the listeners own it.
+[[maybe_unused]] const bool registered =
+    (testing::UnitTest::GetInstance()->listeners().Append(new FreshState), true);
+
+}  // namespace
+
+}  // namespace vex
