@@ -24,6 +24,7 @@ namespace vex {
 namespace {
 
 bool messageWindows = false;
+MessageSink messageSink = nullptr;
 
 constexpr int margin = 20;  // all in pixels
 constexpr int captionHeight = 34;
@@ -153,6 +154,10 @@ void showWindow(const char* caption, const char* text, MessageIcon icon) {
 }  // namespace
 
 void showMessage(const char* caption, const char* text, MessageIcon icon) {
+  if (messageSink) {
+    messageSink(text);
+    return;
+  }
   std::string line(text);
   while (!line.empty() && line.back() == '\n') line.pop_back();
   for (char& c : line) {
@@ -162,6 +167,10 @@ void showMessage(const char* caption, const char* text, MessageIcon icon) {
   if (messageWindows && !canShow) line += ": " + missingDisplayText();
   std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, line.c_str());
   if (messageWindows && canShow) showWindow(caption, text, icon);
+}
+
+void setMessageSink(MessageSink sink) {
+  messageSink = sink;
 }
 
 void enableMessageWindows() {

@@ -11,6 +11,10 @@ enum class MessageIcon { none, exclamation };
 // for it the line goes on to say so.
 void showMessage(const char* caption, const char* text, MessageIcon icon);
 
+// Takes every message in place of standard error and window, as it stands; null gives both back.
+using MessageSink = void (*)(const char* text);
+void setMessageSink(MessageSink sink);
+
 // Message windows are off at first; the player turns them on, the tools never do. A standard error that
 // nobody reads any more does not end the process from then on.
 void enableMessageWindows();

@@ -218,9 +218,9 @@ TEST(Masks, AreLoggedAndRefusedInOtherSizes) {
 
   const auto readBmp = [] { readBmpTexture("a.bmp"); };
   writeFile("a_mask.bmp", bmpBytes(8, 4, plain({1, 2, 3})));
-  EXPECT_EQ(fatalText(readBmp), "Mask file a_mask.bmp has wrong size 8x4 Needs 4x4");
+  EXPECT_EQ(fatalText(readBmp), "Mask file a_mask.bmp has wrong size 8x4\nNeeds 4x4");
   writeFile("a_mask.bmp", bmpBytes(100, 300, plain({1, 2, 3})));
-  EXPECT_EQ(fatalText(readBmp), "Mask file a_mask.bmp has wrong size 100x300 Needs 4x4");
+  EXPECT_EQ(fatalText(readBmp), "Mask file a_mask.bmp has wrong size 100x300\nNeeds 4x4");
   // Depth and compression of a mask are complaints about its texture.
   writeFile("a_mask.bmp", BmpFile{.bits = 32}.bytes());
   EXPECT_EQ(fatalText(readBmp), "texture a.bmp has 32bpp, must be 8 or 24!");
@@ -232,7 +232,7 @@ TEST(Masks, AreLoggedAndRefusedInOtherSizes) {
   writeFile("b.jpg", jpegBytes(8, 8, plain({1, 2, 3})));
   writeFile("b_mask.jpg", jpegBytes(16, 8, plain({1, 2, 3})));
   const auto readJpeg = [] { readJpegTexture("b.jpg"); };
-  EXPECT_EQ(fatalText(readJpeg), "Mask file b_mask.jpg has wrong size 16x8 Needs 8x8");
+  EXPECT_EQ(fatalText(readJpeg), "Mask file b_mask.jpg has wrong size 16x8\nNeeds 8x8");
   writeFile("b_mask.jpg", "no picture");
   EXPECT_EQ(fatalText(readJpeg), "texture b_mask.jpg: ijlRead(Params) failed");
 }

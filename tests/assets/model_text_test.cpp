@@ -473,10 +473,15 @@ TEST_F(ModelText, ComputesNormalsAndBakesScalesWhereverTheListsStand) {
 
   AseText light;  // between the mesh and its list of faces
   light.head("1").object("*GEOMOBJECT", "M").open("*MESH").line("*MESH_NUMVERTEX 3").line("*MESH_NUMFACES 1");
-  light.list("*MESH_VERTEX_LIST", "*MESH_VERTEX", {"0 0 0 0", "1 1 0 0", "2 0 1 0"}).close().close();
-  light.object("*LIGHTOBJECT", "L").line("*LIGHT_TYPE Omni").list("*MESH_FACE_LIST", "*X", {}).close();
+  light.list("*MESH_VERTEX_LIST", "*MESH_VERTEX", {"0 0 0 0", "1 1 0 0", "2 0 1 0"});
+  light.list("*MESH_FACE_LIST", "*MESH_FACE", {"0: A: 0 B: 1 C: 2"}).close().close();
+  light.object("*LIGHTOBJECT", "L")
+      .line("*LIGHT_TYPE Omni")
+      .line("*MESH_NUMFACES 1")
+      .list("*MESH_FACE_LIST", "*X", {})
+      .close();
   read(light.str());
-  // The face has three times vertex 0: no normal, and the ones before are gone.
+  // The face has three times vertex 0 now: no normal, and the ones before are gone.
   for (const Vertex& vertex : mesh(0).vertices) EXPECT_EQ(vertex.normal, Vector(0, 0, 0));
 }
 
@@ -631,10 +636,10 @@ TEST_F(ModelText, RefusesByNameAndLine) {
       {mesh({"*MESH_NUMVERTEX 3", "*MESH_NUMFACES 1", "*MESH_FACE_LIST {", "*MESH_FACE 0: A: 0 B: 1 C: 2",
              "}", "*MESH_NUMTVERTEX 2"}),
        "m.ase: face 0 of mesh M uses vertex 2, there are 2"},
-      {keys({"0 0 0 0", "159 1 1 1"}), "m.ase:8: Animation: same keyframe twice"},
-      {"*GEOMOBJECT {\n*CONTROL_POS_SAMPLE 0 0 0 0\n}\n", "m.ase:2: Animation: insertKey() without type"},
+      {keys({"0 0 0 0", "159 1 1 1"}), "m.ase:8: Animation: same keyframe twice\n"},
+      {"*GEOMOBJECT {\n*CONTROL_POS_SAMPLE 0 0 0 0\n}\n", "m.ase:2: Animation: insertKey() without type\n"},
       {keys({"0 0 0 0"}) + "*CONTROL_POS_SAMPLE 160 0 0 0\n",
-       "m.ase:11: Animation: insertKey() beyond the 1 keys allocated"},
+       "m.ase:11: Animation: insertKey() beyond the 1 keys allocated\n"},
       {"*GEOMOBJECT {\n*NODE_TM {\n*TM_ROW0 1 0 0\n*TM_ROW1 1 0 0\n*TM_ROW2 0 0 1\n*TM_ROW3 0 0 0\n}\n}\n",
        "m.ase:6: singular matrix!"},
       {deep, "m.ase:2051: more than 2048 blocks are open"},
@@ -661,7 +666,7 @@ TEST_F(ModelText, RefusesASecondTrackOfAKind) {
   for (int i = 0; i < 2; ++i) {
     text.open("*TM_ANIMATION").list("*CONTROL_POS_TRACK", "*CONTROL_POS_SAMPLE", {"0 0 0 0"}).close();
   }
-  EXPECT_EQ(fatalOf(text.close().str()), "m.ase:13: Object3D M: duplicated animation of type position");
+  EXPECT_EQ(fatalOf(text.close().str()), "m.ase:13: Object3D M: duplicated animation of type position\n");
 }
 
 TEST_F(ModelText, WrapsAnglesOfAnySize) {

@@ -192,7 +192,7 @@ TEST(Animation, TakesManyKeysInAnyOrder) {
     EXPECT_EQ(track.count, many) << c.order;
     for (const int twice : {0, 7, many - 1}) {
       EXPECT_EQ(fatalText([&] { track.insertKey(static_cast<float>(twice), {}, 0); }),
-                "Animation: same keyframe twice")
+                "Animation: same keyframe twice\n")
           << c.order << ' ' << twice;
     }
     track.allocKeys(1);
@@ -207,7 +207,7 @@ TEST(Animation, CopiesKnowTheTimesOfTheirKeys) {
   for (const float frame : {-2.0f, -8.0f, -5.0f}) track.insertKey(frame, {}, 0);
   Animation copy(track);
   for (const float frame : {-8.0f, -5.0f, -2.0f}) {
-    EXPECT_EQ(fatalText([&] { copy.insertKey(frame, {}, 0); }), "Animation: same keyframe twice");
+    EXPECT_EQ(fatalText([&] { copy.insertKey(frame, {}, 0); }), "Animation: same keyframe twice\n");
   }
   copy.insertKey(-4, {}, 0);
   EXPECT_EQ(copy.count, 4);
@@ -230,18 +230,18 @@ TEST(Animation, CopiesPlayOneSecond) {
 
 TEST(Animation, RefusesWhatCannotBe) {
   Animation none;
-  EXPECT_EQ(fatalText([&] { none.allocKeys(1); }), "Animation: allocKeys() without type");
-  EXPECT_EQ(fatalText([&] { none.insertKey(0, {}, 0); }), "Animation: insertKey() without type");
-  EXPECT_EQ(fatalText([&] { none.getMatrix(0); }), "Animation: getMatrix() without type");
+  EXPECT_EQ(fatalText([&] { none.allocKeys(1); }), "Animation: allocKeys() without type\n");
+  EXPECT_EQ(fatalText([&] { none.insertKey(0, {}, 0); }), "Animation: insertKey() without type\n");
+  EXPECT_EQ(fatalText([&] { none.getMatrix(0); }), "Animation: getMatrix() without type\n");
   Animation track;
   track.type = TrackType::position;
-  EXPECT_EQ(fatalText([&] { track.getMatrix(0); }), "anim without keyframes");
+  EXPECT_EQ(fatalText([&] { track.getMatrix(0); }), "anim without keyframes\n");
   track.allocKeys(2);
   track.insertKey(3, {}, 0);
-  EXPECT_EQ(fatalText([&] { track.insertKey(3, {1, 1, 1}, 0); }), "Animation: same keyframe twice");
+  EXPECT_EQ(fatalText([&] { track.insertKey(3, {1, 1, 1}, 0); }), "Animation: same keyframe twice\n");
   track.insertKey(1, {}, 0);  // out of order, which is the caller's affair
   EXPECT_EQ(fatalText([&] { track.insertKey(9, {}, 0); }),
-            "Animation: insertKey() beyond the 2 keys allocated");
+            "Animation: insertKey() beyond the 2 keys allocated\n");
 }
 
 TEST(Animation, LogsItsDestruction) {

@@ -231,16 +231,16 @@ TEST(Object3D, TracksAreCopiesInTheirSlots) {
     EXPECT_TRUE(object.track(type)->loop);
   }
   EXPECT_EQ(fatalText([&] { object.addAnimation(scaleTrack({})); }),
-            "Object3D Wing: duplicated animation of type scale");
+            "Object3D Wing: duplicated animation of type scale\n");
   EXPECT_EQ(fatalText([&] { object.addAnimation(turnTrack(zAxis, 1)); }),
-            "Object3D Wing: duplicated animation of type rotation");
+            "Object3D Wing: duplicated animation of type rotation\n");
   EXPECT_EQ(fatalText([&] { object.addAnimation(path); }),
-            "Object3D Wing: duplicated animation of type position");
+            "Object3D Wing: duplicated animation of type position\n");
   for (const TrackType type : {TrackType::none, static_cast<TrackType>(3), static_cast<TrackType>(-1)}) {
     Animation unknown;
     unknown.type = type;
     EXPECT_EQ(fatalText([&] { object.addAnimation(unknown); }),
-              "Object3D Wing: addAnimation called with unknown type");
+              "Object3D Wing: addAnimation called with unknown type\n");
   }
 
   object.removeAnimation(TrackType::scale);

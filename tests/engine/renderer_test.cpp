@@ -10,6 +10,7 @@
 #include "shell/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
+#include "tests/support/image_files.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_scene.h"
 
@@ -143,6 +144,18 @@ TEST_F(Renderer, TheWallsOfTheBoxFaceTheEye) {
       }
     }
   }
+}
+
+// Walls have no holes: the mask that a picture has for others does not count.
+TEST_F(Renderer, AMaskMakesNoWallInvisible) {
+  const TemporaryFolder folder;
+  writeFile("wall.bmp", bmpBytes(8, 8, plain({200, 100, 50})));
+  writeFile("wall_mask.bmp", bmpBytes(8, 8, plain({0, 0, 0})));
+  getTexture("wall", false);  // as a sprite has it, masked
+  TestScene scene;
+  scene.setBox("", "", "", "", "wall", "");
+  scene.render(0.0f);
+  EXPECT_EQ(readPixel(60, 30), (std::array<int, 4>{200, 100, 50, 255}));
 }
 
 // A mesh with an environment map may be the last thing drawn before.

@@ -65,7 +65,7 @@ class PlainStrips {
         if (used[g]) continue;
         const int s = shared(chain.back(), g);
         if (s == 3) {
-          throw std::runtime_error("Polygons with same vertices found! This can't be happening!");
+          throw std::runtime_error("Polygons with same vertices found!\nThis can't be happening!");
         }
         if (s < 2) continue;
         if (aroundOneVertex) {
@@ -286,7 +286,7 @@ TEST(Strips, ImpossibleMeshesAreRefused) {
     });
   };
   EXPECT_EQ(refusal({{0, 1, 2}, {4, 5, 6}, {2, 0, 1}}),
-            "Polygons with same vertices found! This can't be happening!");
+            "Polygons with same vertices found!\nThis can't be happening!");
   EXPECT_EQ(refusal({{0, 1, 2}, {0, 1, 3}, {0, 1, 4}, {1, 4, 5}}), "cracking up!!!");
 }
 

@@ -5,10 +5,15 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/fatal.h"
+#include "tests/support/temporary_folder.h"
+
+namespace fs = std::filesystem;
 
 namespace vex {
 
@@ -31,6 +36,22 @@ TEST(StandardStreams, NoLaterFileTakesTheirPlace) {
     EXPECT_EQ(result.exitCode, 0) << "closed: " << closed;
     EXPECT_EQ(result.errorText, (closed & 4) != 0 ? "" : "x") << "open ones stay as they are";
   }
+}
+
+// Where standard input is closed, its name leads to nothing, or to the next file that is opened.
+TEST(StandardStreams, EveryProgramOpensThem) {
+  const TemporaryFolder folder;
+  fs::create_symlink("/dev/stdin", "m.ase");
+  const std::pair<const char*, const char*> rows[] = {
+      {"vexpak list /dev/stdin", "vexpak: pak /dev/stdin has no entry count, it holds 0 bytes\n"},
+      {"vexproject dump /dev/stdin", "vexproject: char != 1 byte (0 read)\n"},
+      {"vexmodel info m.ase", "vexmodel: can't read m.ase: Operation not supported\n"},
+      {"vexproduce /dev/stdin", "vexproduce: cannot make folder /dev/stdin: Not a directory\n"},
+      {"vexrecord --out x.mp4 --dir /dev/stdin",
+       "vexrecord: can't go to folder /dev/stdin: Not a directory\n"},
+  };
+  for (const auto& [command, errors] : rows)
+    EXPECT_EQ(runProgram(std::string(VEX_BIN "/") + command + " <&-").errors, errors);
 }
 
 }  // namespace vex

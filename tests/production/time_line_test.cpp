@@ -209,7 +209,7 @@ TEST(Project, RefusesWhatTheFormatCannotHold) {
   name.text = std::string(32, 'n');
   EXPECT_EQ(with({"x", name, 0, 1}), "project: f.x: \"" + name.text + "\" has more than 31 characters");
   EXPECT_EQ(with({"two\nlines", 1, 0, 1}),
-            "project: the string \"two lines\" does not fit a line of 126 characters");
+            "project: the string \"two\nlines\" does not fit a line of 126 characters");
   Script script;
   script.parts = {{"p", 0, 0, 1, 1, 128, {}}};
   EXPECT_EQ(fatalText([&] { writeProject(script); }), "project: part p has track 128, must be -128 to 127");

@@ -159,6 +159,7 @@ TEST_F(Player, PlaysFromTheDialogToEscape) {
   RunningProgram program(player);
   startShow();
   EXPECT_TRUE(shows(red));
+  EXPECT_EQ(program.openAt(STDIN_FILENO), "/dev/null") << "closed at the start";
   key("a space Return q F1");
   EXPECT_TRUE(shows(green)) << "only Escape ends the show";
   key("Escape");

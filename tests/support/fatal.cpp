@@ -3,9 +3,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+
+#include "platform/message.h"
 
 namespace vex {
 
@@ -36,15 +37,14 @@ ChildResult runInChild(const std::function<void()>& body) {
 }
 
 std::string fatalText(const std::function<void()>& body) {
-  const ChildResult result = runInChild(body);
+  const ChildResult result = runInChild([&] {
+    setMessageSink([](const char* text) { std::fputs(text, stderr); });
+    body();
+  });
   if (result.exitCode != 255) {
     return "exit code " + std::to_string(result.exitCode) + " instead of 255: " + result.errorText;
   }
-  const std::string prefix = std::string(program_invocation_short_name) + ": ";
-  std::string text = result.errorText;
-  if (text.starts_with(prefix)) text.erase(0, prefix.size());
-  if (text.ends_with('\n')) text.pop_back();
-  return text;
+  return result.errorText;
 }
 
 }  // namespace vex

@@ -14,7 +14,7 @@ struct ChildResult {
 
 ChildResult runInChild(const std::function<void()>& body);
 
-// The message of a fatal error without program name and line feed; a text that says what happened
+// The message of a fatal error as it was given, line feeds and all; a text that says what happened
 // instead when the body returned, crashed or exited with another code than 255.
 std::string fatalText(const std::function<void()>& body);
 

@@ -5,6 +5,8 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 #include "tests/support/temporary_folder.h"
 #include "tests/support/x_server.h"
@@ -22,6 +24,7 @@ RunningProgram::RunningProgram(const std::string& path, const std::string& heard
   process = fork();
   if (process == 0) {
     dup2(descriptor, STDERR_FILENO);
+    close(STDIN_FILENO);
     // The leak sanitizer crashes now and then over the driver's threads, which end while it looks.
     setenv("LSAN_OPTIONS", "detect_leaks=0", 1);
     setenv("ALSOFT_DRIVERS", heard.empty() ? "null" : "wave", 1);
@@ -52,6 +55,12 @@ bool RunningProgram::running() {
 int RunningProgram::exitCode() {
   if (!waitUntil([this] { return !running(); })) return -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string RunningProgram::openAt(int descriptor) const {
+  const std::string link = "/proc/" + std::to_string(process) + "/fd/" + std::to_string(descriptor);
+  std::error_code none;
+  return std::filesystem::read_symlink(link, none).native();
 }
 
 std::string RunningProgram::errors() const {

@@ -118,8 +118,8 @@ TEST(Parameter, FatalTexts) {
     const char* text;
   };
   for (const Row& row : {
-           Row{{.type = static_cast<ParameterType>(5)}, "Unknown parameter type"},
-           Row{{.type = static_cast<ParameterType>(-1)}, "Unknown parameter type"},
+           Row{{.type = static_cast<ParameterType>(5)}, "Unknown parameter type\n"},
+           Row{{.type = static_cast<ParameterType>(-1)}, "Unknown parameter type\n"},
            Row{{.type = PARAM_LINEAR}, "linear parameter height has no dots"},
        }) {
     Parameter parameter;

@@ -242,13 +242,13 @@ TEST(LoadProject, MissingFile) {
 
 TEST(LoadProject, RefusesWhatTheFormatForbids) {
   expectRefusals({
-      {[](auto& p) { p.version = "0.18"; }, "Wrong file version. Must be 0.17"},
-      {[](auto& p) { p.version = "0.17 "; }, "Wrong file version. Must be 0.17"},
-      {[](auto& p) { p.version = std::string(500, '0'); }, "Wrong file version. Must be 0.17"},
-      {[](auto& p) { p.version = std::string("0.17\0", 5); }, "Wrong file version. Must be 0.17"},
+      {[](auto& p) { p.version = "0.18"; }, "Wrong file version. Must be 0.17\n"},
+      {[](auto& p) { p.version = "0.17 "; }, "Wrong file version. Must be 0.17\n"},
+      {[](auto& p) { p.version = std::string(500, '0'); }, "Wrong file version. Must be 0.17\n"},
+      {[](auto& p) { p.version = std::string("0.17\0", 5); }, "Wrong file version. Must be 0.17\n"},
       {[](auto& p) { call(p).scene = std::string("SceneTest\0x", 11); }, ""},  // seen up to its zero byte
-      {[](auto& p) { part(p).firstFlag = 2; }, "unknown boolean values"},
-      {[](auto& p) { part(p).active = -1; }, "unknown boolean values"},
+      {[](auto& p) { part(p).firstFlag = 2; }, "unknown boolean values\n"},
+      {[](auto& p) { part(p).active = -1; }, "unknown boolean values\n"},
       {[](auto& p) { part(p).active = 0; }, "inactive part found"},
       {[](auto& p) { p.parts[1].active = 0; }, "inactive part found"},
       {[](auto& p) { call(p).scene = "scenetest"; }, "Scene scenetest not found"},
@@ -258,9 +258,9 @@ TEST(LoadProject, RefusesWhatTheFormatForbids) {
       {[](auto& p) { p.partCount = 1000; }, "pCount exceeds maximum of 1000 in PartDispatcher!"},
       {[](auto& p) { p.partCount = 0x7fffffff; }, "pCount exceeds maximum of 1000 in PartDispatcher!"},
       {[](auto& p) { p.partCount = -2; }, "project test.hvp: part count -2 is below 0"},
-      {[](auto& p) { p.partCount = 999; }, "char != 1 byte (0 read)"},
+      {[](auto& p) { p.partCount = 999; }, "char != 1 byte (0 read)\n"},
       {[](auto& p) { p.tickCount = -7; }, "project test.hvp: tick count -7 is below 0"},
-      {[](auto& p) { p.tickCount = 0x7fffffff; }, "double != 8 bytes (0 read)"},
+      {[](auto& p) { p.tickCount = 0x7fffffff; }, "double != 8 bytes (0 read)\n"},
       {[](auto& p) { call(p).parameters.resize(9); }, ""},
       {[](auto& p) { call(p).parameters.resize(10); },
        "project test.hvp: part intro: parameter count of setColour is 10, at most 9 are possible"},
@@ -321,7 +321,7 @@ TEST(LoadProject, TakesOddCurvesAndTheShowEndsWhereOneHasNoValue) {
   dots(2, {{0, 1}, {0.5, 1}, {0.5, 2}})(project);
   const TemporaryFolder folder;
   writeFile("test.hvp", buildProject(project).bytes);
-  EXPECT_EQ(fatalText([] { Loaded().dispatcher.runFrame(1); }), "Critical error: d[]=0 in calc_spline!");
+  EXPECT_EQ(fatalText([] { Loaded().dispatcher.runFrame(1); }), "Critical error: d[]=0 in calc_spline!\n");
 }
 
 TEST(LoadProject, RefusesMoreThanSixteenPartsAtATime) {
@@ -370,10 +370,10 @@ TEST(LoadProject, EveryTruncation) {
     const std::string head = whole.bytes.substr(0, size);
     writeFile("test.hvp", head);
     const char kind = whole.kinds[size];
-    EXPECT_EQ(fatalText([] { Loaded(); }), kind == 'd'   ? "double != 8 bytes (0 read)"
-                                           : kind == 'i' ? "int != 4 bytes (0 read)"
-                                           : kind == 'b' ? "byte != 1 byte (0 read)"
-                                                         : "char != 1 byte (0 read)")
+    EXPECT_EQ(fatalText([] { Loaded(); }), kind == 'd'   ? "double != 8 bytes (0 read)\n"
+                                           : kind == 'i' ? "int != 4 bytes (0 read)\n"
+                                           : kind == 'b' ? "byte != 1 byte (0 read)\n"
+                                                         : "char != 1 byte (0 read)\n")
         << size << " bytes";
     std::remove("test.hvp");
     writeFile("vex.pak", pakBytes({{"test.hvp", head}, {"next", whole.bytes}}));

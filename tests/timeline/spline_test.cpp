@@ -123,10 +123,10 @@ TEST(Spline, KeepsNothingBetweenCalls) {
 TEST(Spline, FatalTexts) {
   const float x[] = {0, 0.5f, 0.5f, 1}, y[] = {0, 1, 2, 3};
   EXPECT_EQ(fatalText([&] { calc_spline(x, y, 0, 0.5f); }), "calcSpline called with array size 0!");
-  EXPECT_EQ(fatalText([&] { calc_spline(x, y, 4, 0.1f); }), "Critical error: d[]=0 in calc_spline!");
+  EXPECT_EQ(fatalText([&] { calc_spline(x, y, 4, 0.1f); }), "Critical error: d[]=0 in calc_spline!\n");
   const float ascending[] = {0, 0.5f, 1};
   EXPECT_EQ(fatalText([&] { calc_spline(ascending, y, 3, std::numeric_limits<float>::quiet_NaN()); }),
-            "Critical error: t<x[0] in calc_spline!");
+            "Critical error: t<x[0] in calc_spline!\n");
 }
 
 }  // namespace
