@@ -621,6 +621,8 @@ TEST_F(ModelText, RefusesByNameAndLine) {
       {mesh({"*MESH_NUMTVERTEX -1"}), "m.ase:6: -1 texture vertices can't be in this file"},
       {mesh({"*MESH_NUMVERTEX 1", "*MESH_VERTEX_LIST {", "*MESH_VERTEX 1 0 0 0", "}"}),
        "m.ase:8: vertex 1 isn't one of the 1 announced"},
+      {inMesh("") + "*GEOMOBJECT {\n*MESH {\n*MESH_VERTEX_LIST {\n*MESH_VERTEX 0 0 0 0\n}\n}\n}\n",
+       "m.ase:36: vertex 0 isn't one of the 0 announced"},
       {mesh({"*MESH_NUMVERTEX 1", "*MESH_NUMFACES 1", "*MESH_FACE_LIST {", "*MESH_FACE 0: A: 0 B: 0 C: -1",
              "}"}),
        "m.ase:9: vertex -1 isn't one of the 1 announced"},

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <limits>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -246,6 +247,33 @@ TEST(ProjectText, AgreesWithThePlayerOnWhatIsAProject) {
   }
   EXPECT_GT(loaded, 100);
   EXPECT_LT(loaded, 350);
+}
+
+// A statement that goes on takes the next line only where the next word would pass column 100.
+TEST(ProjectText, FillsItsLines) {
+  ProjectData project{.parts = {{}}};
+  for (int i = 0; i < 60; ++i) project.ticks.push_back(i * 97.25);
+  for (const char* name : {"abcdefghi", "abcdefghij", "abcdefghijk"}) {  // of a call that has 99, 100 and 101 characters
+    CallData call{.parameters = std::vector<ParameterData>(6, {.name = "value78"})};
+    call.parameters.back().name = name;
+    project.parts[0].calls.push_back(call);
+  }
+  std::istringstream lines(writeProjectText(decodeProject(buildProject(project).bytes, "").project));
+  std::vector<std::string> calls;
+  std::string before, line;
+  while (std::getline(lines, line)) {
+    EXPECT_LE(line.size(), 100u) << line;
+    if (line.starts_with("     ") && (before.starts_with("ticks") || before.starts_with("     "))) {
+      const std::string word = line.substr(5, line.find(' ', 6) - 5);
+      EXPECT_GT(before.size() + word.size(), 100u) << before;
+    }
+    if (line.starts_with("  SceneTest")) calls.push_back(line);
+    before = line;
+  }
+  ASSERT_EQ(calls.size(), 3u);
+  EXPECT_EQ(calls[0].size(), 99u);
+  EXPECT_EQ(calls[1].size(), 100u);
+  EXPECT_EQ(calls[2], "  SceneTest.animate(");
 }
 
 TEST(ProjectText, ReadsLikeThis) {
