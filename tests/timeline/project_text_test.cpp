@@ -252,7 +252,7 @@ TEST(ProjectText, AgreesWithThePlayerOnWhatIsAProject) {
 // A statement that goes on takes the next line only where the next word would pass column 100.
 TEST(ProjectText, FillsItsLines) {
   ProjectData project{.parts = {{}}};
-  for (int i = 0; i < 60; ++i) project.ticks.push_back(i * 97.25);
+  for (int i = 0; i < 500; ++i) project.ticks.push_back(i * i * 0.25);
   for (const char* name : {"abcdefghi", "abcdefghij", "abcdefghijk"}) {  // of a call that has 99, 100 and 101 characters
     CallData call{.parameters = std::vector<ParameterData>(6, {.name = "value78"})};
     call.parameters.back().name = name;
