@@ -16,6 +16,7 @@
 #include "tests/support/project_builder.h"
 #include "tests/support/temporary_folder.h"
 #include "timeline/part_dispatcher.h"
+#include "timeline/project_record.h"
 
 namespace vex {
 namespace {
@@ -226,7 +227,10 @@ void expectRefusals(const std::vector<Refusal>& rows) {
   for (const Refusal& row : rows) {
     ProjectData project = small;
     row.change(project);
-    writeFile("test.hvp", buildProject(project).bytes);
+    const std::string bytes = buildProject(project).bytes;
+    writeFile("test.hvp", bytes);
+    const std::string checked = decodeProject(bytes, "test.hvp").failure;
+    EXPECT_TRUE(row.text.starts_with(checked)) << "the check says: " << checked;
     if (row.text.empty()) {
       EXPECT_EQ(runInChild([] { Loaded(); }).exitCode, 0) << "row " << &row - rows.data();
     } else {

@@ -253,7 +253,8 @@ TEST(ProjectText, AgreesWithThePlayerOnWhatIsAProject) {
 TEST(ProjectText, FillsItsLines) {
   ProjectData project{.parts = {{}}};
   for (int i = 0; i < 500; ++i) project.ticks.push_back(i * i * 0.25);
-  for (const char* name : {"abcdefghi", "abcdefghij", "abcdefghijk"}) {  // of a call that has 99, 100 and 101 characters
+  for (const char* name :
+       {"abcdefghi", "abcdefghij", "abcdefghijk"}) {  // of a call that has 99, 100 and 101 characters
     CallData call{.parameters = std::vector<ParameterData>(6, {.name = "value78"})};
     call.parameters.back().name = name;
     project.parts[0].calls.push_back(call);
