@@ -614,6 +614,8 @@ TEST_F(ModelText, RefusesByNameAndLine) {
       {"*GEOMOBJECT {\n\n*NODE_NAME \"M\n}\n", "m.ase:3: a text in quotes is missing"},
       {"*GEOMOBJECT {\n*NODE_NAME \"abcdefghijklmnopqrstuvwxyz012345\"\n}\n",
        "m.ase:2: name abcdefghijklmnopqrstuvwxyz012345 is longer than 31 characters"},
+      {"*LIGHTOBJECT {\n*NODE_NAME \"abcdefghijklmnopqrstuvwxyz012345\"\n}\n",
+       "m.ase:2: name abcdefghijklmnopqrstuvwxyz012345 is longer than 31 characters"},
       {inMesh("*MATERIAL_REF 100"), "m.ase:32: material 100 isn't one of 0 to 99"},
       {inMesh("*MATERIAL_REF -1"), "m.ase:32: material -1 isn't one of 0 to 99"},
       {mesh({"*MESH_NUMVERTEX 2000000000"}), "m.ase:6: 2000000000 vertices can't be in this file"},

@@ -9,6 +9,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/fatal.h"
@@ -16,6 +17,7 @@
 #include "tests/support/temporary_folder.h"
 #include "timeline/nearest_name.h"
 #include "timeline/part_dispatcher.h"
+#include "timeline/project_lexer.h"
 
 namespace vex {
 namespace {
@@ -261,7 +263,7 @@ TEST(ProjectText, FillsItsLines) {
   }
   std::istringstream lines(writeProjectText(decodeProject(buildProject(project).bytes, "").project));
   std::vector<std::string> calls;
-  std::string before, line;
+  std::string before, line, wrapped;
   while (std::getline(lines, line)) {
     EXPECT_LE(line.size(), 100u) << line;
     if (line.starts_with("     ") && (before.starts_with("ticks") || before.starts_with("     "))) {
@@ -269,12 +271,31 @@ TEST(ProjectText, FillsItsLines) {
       EXPECT_GT(before.size() + word.size(), 100u) << before;
     }
     if (line.starts_with("  SceneTest")) calls.push_back(line);
+    if (line.starts_with("    value")) wrapped = line;
     before = line;
   }
   ASSERT_EQ(calls.size(), 3u);
   EXPECT_EQ(calls[0].size(), 99u);
   EXPECT_EQ(calls[1].size(), 100u);
   EXPECT_EQ(calls[2], "  SceneTest.animate(");
+  EXPECT_EQ(before, "}");
+  EXPECT_EQ(wrapped, "    value78 = 0, value78 = 0, value78 = 0, value78 = 0, value78 = 0, abcdefghijk = 0)");
+}
+
+// Text stays as it is, and what would be none for a reader becomes bytes by number.
+TEST(ProjectText, WritesNoBrokenCharacters) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"a\u00e4\u20ac\U0001f3b5", "a\u00e4\u20ac\U0001f3b5"},
+      {"\xc3(", "%C3("},
+      {"\xe2\x82", "%E2%82"},
+      {"\xe0\x9f\xbf", "%E0%9F%BF"},
+      {"\xc1\xbf", "%C1%BF"},
+      {"\xed\xa0\x80", "%ED%A0%80"},
+      {"\xf0\x8f\xbf\xbf", "%F0%8F%BF%BF"},
+      {"\xf4\x90\x80\x80", "%F4%90%80%80"},
+      {"\xf5\x80\x80\x80", "%F5%80%80%80"},
+  };
+  for (const auto& [bytes, text] : rows) EXPECT_EQ(quoteText(bytes), '"' + std::string(text) + '"');
 }
 
 TEST(ProjectText, ReadsLikeThis) {
