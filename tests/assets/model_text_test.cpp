@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -504,6 +505,21 @@ TEST_F(ModelText, ListsOfAnAnimationShareTheirLastFrame) {
   }
 }
 
+// A model that says nothing of its times has 160 ticks a frame and 30 frames a second, whatever the last one
+// had.
+TEST_F(ModelText, TicksBeginAnewWithEachModel) {
+  AseText fast, silent;
+  fast.open("*SCENE").line("*SCENE_TICKSPERFRAME 80").close();
+  for (AseText* text : {&fast, &silent}) {
+    text->object("*GEOMOBJECT", "M").open("*TM_ANIMATION");
+    text->list("*CONTROL_POS_TRACK", "*CONTROL_POS_SAMPLE", {"0 0 0 0", "320 1 1 1"}).close().close();
+  }
+  read(fast.str());
+  EXPECT_EQ(mesh(0).track(TrackType::position)->frameLength, 4.0f);
+  read(silent.str());
+  EXPECT_EQ(mesh(0).track(TrackType::position)->frameLength, 2.0f);
+}
+
 // What a material does not say is what the same row had in the model before, but for texture and sides.
 TEST_F(ModelText, KeepsTheMaterialTableFromLoadToLoad) {
   std::string text = everyKeyword();
@@ -661,6 +677,13 @@ TEST_F(ModelText, RefusesByNameAndLine) {
               readModel({"m.old.ase"}, &none);
             }),
             "m.old.ase: unknown 3d format");
+  std::filesystem::remove("m.ase");
+  std::filesystem::create_symlink("/dev/null", "m.ase");
+  EXPECT_EQ(fatalText([] {
+              Scene none;
+              readModel({"m.ase"}, &none);
+            }),
+            "can't read m.ase: Operation not supported");
 }
 
 // Two tracks of a kind, as an object that is animated twice would have.
