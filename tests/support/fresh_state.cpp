@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 #include "assets/model_loader.h"
 #include "shell/clock.h"
 #include "shell/music.h"
@@ -14,6 +16,11 @@ namespace vex {
 namespace {
 
 class FreshState : public testing::EmptyTestEventListener {
+  // Signals that nohup and the like leave ignored would stay so in every program that a test starts.
+  void OnTestProgramStart(const testing::UnitTest&) override {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) std::signal(number, SIG_DFL);
+  }
+
   void OnTestStart(const testing::TestInfo&) override {
     options = {};
     demoClock = {};
