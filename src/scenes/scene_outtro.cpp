@@ -90,7 +90,6 @@ void preloadText(Scene* base, float, const void* const* arguments) {
   const char* name = textArgument(arguments, 0);
   if (std::strcmp(name, scene.textName) == 0) return;
   copyName(scene.textName, name);
-  scene.text.clear();
   const int handle = fileOpen(name, "rb");
   if (handle < 0) refuseUnreadable(name);
   if (handle < 0) fatalError("Scroller text %s not found!", name);

@@ -100,6 +100,7 @@ TEST_F(Renderer, LeavesItsEndState) {
   TestScene scene(1);
   makeSquare(*scene.meshes[0], -5.0f);
   scene.meshes[0]->blendMode = BlendMode::additive;
+  scene.viewers[0]->position = {1, 2, 3};
   glDepthFunc(GL_ALWAYS);
   scene.render(0.0f);
   EXPECT_TRUE(glFlag(GL_DEPTH_WRITEMASK));

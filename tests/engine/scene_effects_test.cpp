@@ -205,6 +205,8 @@ TEST_F(SceneEffects, BeamsEndAtTheWallTheyMeet) {
 
   glDepthFunc(GL_NEVER);  // as something drawn before may leave it
   for (const bool moved : {false, true}) {
+    glMatrixMode(GL_MODELVIEW);
+    glTranslatef(0, 0, 3);
     scene.render(moved ? 0.99f : 0.0f);
     for (int row = 0; row < n; ++row) {
       for (int column = 0; column < n; ++column) {

@@ -48,8 +48,9 @@ std::string bitmap(const std::string& texture, const std::string& rest = "alpha=
   return "SceneHelper.drawBitmap(texture=\"" + texture + "\", x=-1, y=-1, w=2, h=2, frames=0, glitch=0, " +
          rest + ")";
 }
-std::string movie(const std::string& frames) {
-  return "SceneHelper.drawMovie(base=\"data\\m\", x=-1, y=-1, w=2, h=2, " + frames + ", fps=25, alpha=1)";
+std::string movie(const std::string& frames, const std::string& base = "data\\m") {
+  return "SceneHelper.drawMovie(base=\"" + base + "\", x=-1, y=-1, w=2, h=2, " + frames +
+         ", fps=25, alpha=1)";
 }
 
 bool allRemarks(const std::string& lines) {
@@ -255,6 +256,8 @@ TEST(Vexproject, CheckKnowsTheRangeOfASine) {
       {sine("cycles 0.1, phase 160"), ""},
       {sine("cycles 0.001, phase 90"), reaches("1.25")},
       {sine("cycles 0.1, phase 394"), reaches("1.20477")},  // 0.5 + 0.75 sin 70
+      {sine("cycles 0.25, phase 0.5"), reaches("1.25")},
+      {sine("cycles 0.25, phase -179.5"), reaches("-0.25")},
   });
 }
 
@@ -292,6 +295,8 @@ TEST(Vexproject, CheckFindsOddCurvesAndTexts) {
        "3: start is inf, not a usable number\n3: speed is -inf, not a usable number\n"},
       {grounded + part("at inf length inf", ""),
        "3: pos is inf, not a usable number\n3: length is inf, not a usable number\n"},
+      {grounded + "part \"a%00\" { at 1 length 1 }\n",
+       "3: remark: part name \"a%00\" ends for the player at its zero byte\n"},
       {"music \"a%00b\" " + grounded +
            part("at 1 length 1",
                 "\"SceneHelper%00x\".fadeScreen(red=0, green=0, "
@@ -391,6 +396,15 @@ TEST(Vexproject, CheckNamesThePartsOfProjectFiles) {
        "ends with \"Critical error: d[]=0 in calc_spline!\"\n"
        " part \"b%22\" (2): unknown scene \"SceneTest\"; hint: did you mean SceneHell?\n"
        " part \"b%22\" (2): length is inf, not a usable number\n"},
+      {buildProject(
+           {.totalTime = 1,
+            .parts =
+                {{.name = "a", .pos = 1}, {.name = "b", .pos = 1}, {.name = "c"}, {.name = "d", .pos = 1}}})
+           .bytes,
+       " part \"c\" (3): begins at 0, but stands behind part \"b\" (2), which begins at 1 and hides it until "
+       "then; hint: parts must stand in the order in which they begin\n"
+       " part \"c\" (3): no call paints the ground from 0 to 1, where these parts are active: \"c\"; hint: "
+       "lay a fadeScreen of alpha 1 on the lowest track\n"},
       {bytes.substr(0, 30), " char != 1 byte (0 read)\n"},
       {"\r0.18\n", " Wrong file version. Must be 0.17\n"},
   });
@@ -417,8 +431,15 @@ TEST(Vexproject, CheckLooksForTheData) {
   const std::string longName = "data\\abcdefghijklmnopqrstuvw";  // 28 characters
   writeFile("run/data/abcdefghijklmnopqrstuvw.bmp", bmp(4, 4));
   const std::string at = "at 1 length 1";
+  std::string movies, lacks;
+  for (int i = 0; i < 12; ++i) {  // of 10 000 frames each, beyond 100 000 no more are looked for
+    const std::string base = "data\\n" + std::to_string(i) + "x";
+    movies += movie("first=0, last=9999", base);
+    if (i < 11) lacks += "3: movie \"" + base + "\" lacks of its frames 0 to 9999: 0 to 9999\n";
+  }
   expectChecks(
       {
+          {grounded + part(at, movies), " remark: too many movie frames, not all were looked for\n" + lacks},
           {grounded + part(at, bitmap(longName)),
            "3: remark: file name \"" + longName + ".bmp\" has 32 characters, an archive takes at most 31\n"},
           {grounded + part(at, bitmap("data\\loose") + bitmap("DATA\\packed") + bitmap("data/masked")), ""},
