@@ -6,6 +6,7 @@
 
 #include "tests/support/ase_text.h"
 #include "tests/support/model_files.h"
+#include "tests/support/png.h"
 #include "tests/support/temporary_folder.h"
 
 namespace vex {
@@ -16,18 +17,6 @@ namespace fs = std::filesystem;
 
 Program vexmodel(const std::string& arguments) {
   return runProgram(VEX_BIN "/vexmodel " + arguments);
-}
-
-// Width and height from the header of a PNG; 0 and 0 for something else.
-std::pair<int, int> pngSize(const std::string& path) {
-  const std::string bytes = readFile(path);
-  if (!bytes.starts_with("\x89PNG") || bytes.size() < 24) return {};
-  const auto number = [&](std::size_t at) {
-    int value = 0;
-    for (std::size_t i = at; i < at + 4; ++i) value = value << 8 | static_cast<unsigned char>(bytes[i]);
-    return value;
-  };
-  return {number(16), number(20)};
 }
 
 constexpr const char* triangleModel = "data/Model.ASE";
@@ -176,7 +165,8 @@ TEST(Vexmodel, DrawsThroughTheCameraOrFromAllSides) {
   Program view = vexmodel("view data/cam.ase --out cam.png --size 64x48");
   EXPECT_EQ(view.exitCode, 0) << view.errors;
   EXPECT_EQ(view.errors, "vexmodel: texture data\\Rock is missing, drawn without it\n");
-  EXPECT_EQ(pngSize("cam.png"), std::pair(64, 48));
+  EXPECT_EQ(readPng("cam.png").width, 64);
+  EXPECT_EQ(readPng("cam.png").height, 48);
   std::string away = triangleText(true);
   away.replace(away.find("*TM_POS 0.5 0.6 0"), 17, "*TM_POS 0.5 0.6 9");
   writeFile("data/cam.ase", away);
@@ -184,9 +174,20 @@ TEST(Vexmodel, DrawsThroughTheCameraOrFromAllSides) {
   EXPECT_NE(readFile("cam.png"), readFile("away.png"));
 
   EXPECT_EQ(vexmodel("view data/none.ase --out none.png --size 64x48").exitCode, 0);
-  const auto [width, height] = pngSize("none.png");
-  EXPECT_GT(width, 64 * 4);
-  EXPECT_GT(height, 48 * 2);
+  const Png png = readPng("none.png");
+  ASSERT_EQ(png.width, 8 + 6 * (320 + 8));
+  // A lying triangle with the right angle at the back and the left, from a little above.
+  const struct {
+    int side, x, y;  // in eighths of the way around and of 320 x 240 pixels
+    bool white;
+  } points[] = {{1, 128, 120, true}, {1, 192, 120, false}, {3, 160, 110, true}, {3, 160, 140, false},
+                {5, 192, 120, true}, {5, 128, 120, false}, {7, 160, 140, true}, {7, 160, 110, false}};
+  const int row = 240 + (png.height - 8 - 2 * 240) / 2;
+  for (const auto& [side, x, y, white] : points) {
+    const int grey = white ? 255 : 0;
+    EXPECT_EQ(png.at(8 + side % 6 * 328 + x, 8 + side / 6 * row + y), (std::vector<int>{grey, grey, grey}))
+        << side << " at " << x << ", " << y;
+  }
 
   view = vexmodel("view data/cam.ase --out x.png --camera 1");
   EXPECT_EQ(view.exitCode, 255);

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
-#include <png.h>
 
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <vector>
 
+#include "tests/support/png.h"
 #include "tests/support/run_folder.h"
 #include "tests/support/sound_files.h"
 #include "tests/support/temporary_folder.h"
@@ -33,29 +33,6 @@ ProjectData threeColours() {
   project.parts = {fillPart("red", 0, 1, 1, 0, 0), fillPart("green", 1, 1, 0, 1, 0),
                    fillPart("blue", 2, 9, 0, 0, 1)};
   return project;
-}
-
-struct Png {
-  int width = 0, height = 0;
-  std::vector<png_byte> pixels;  // red, green, blue
-
-  std::vector<int> at(int x, int y) const {
-    const png_byte* pixel = &pixels[static_cast<std::size_t>(3 * (y * width + x))];
-    return {pixel[0], pixel[1], pixel[2]};
-  }
-};
-
-Png readPng(const char* path) {
-  png_image image{};
-  image.version = PNG_IMAGE_VERSION;
-  Png png;
-  if (!png_image_begin_read_from_file(&image, path)) return png;
-  image.format = PNG_FORMAT_RGB;
-  png.width = static_cast<int>(image.width);
-  png.height = static_cast<int>(image.height);
-  png.pixels.resize(PNG_IMAGE_SIZE(image));
-  png_image_finish_read(&image, nullptr, png.pixels.data(), 0, nullptr);
-  return png;
 }
 
 std::string probe(const std::string& arguments) {
