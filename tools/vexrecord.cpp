@@ -35,6 +35,7 @@ constexpr const char* usage =
     "                        write one picture with a small frame every S seconds (default 5)\n"
     "  --trace-calls FILE    write every scene-function call as a line of tab-separated columns\n"
     "  --size WxH            size of the frames in pixels (default 1280x720)\n"
+    "  --supersample N       draw N x N times the pixels and scale down, for smooth edges (default 1)\n"
     "  --fps N               frames a second (default 30)\n"
     "  --from S              start at this time instead of the project's start time\n"
     "  --to S                end at this time instead of the project's total time\n"
@@ -44,6 +45,7 @@ constexpr const char* usage =
     "Exit codes: 0 done, 2 wrong usage, 130 interrupted (the video so far is kept), 255 failed.\n";
 
 constexpr int maxSide = 8192;
+constexpr int maxSupersample = 8;
 constexpr int maxFramesPerSecond = 1000;
 
 [[noreturn]] void refuseUsage(const std::string& message) {
@@ -110,6 +112,10 @@ CommandLine parse(int argc, char** argv) {
        }},
       {"--trace-calls", [&](auto&, auto& value) { recording.trace = value; }},
       {"--size", [&](auto& option, auto& value) { parseSize(option, value, recording); }},
+      {"--supersample",
+       [&](auto& option, auto& value) {
+         recording.supersample = parseNumber(option, value, 1, maxSupersample);
+       }},
       {"--fps",
        [&](auto& option, auto& value) {
          recording.framesPerSecond = parseNumber(option, value, 1, maxFramesPerSecond);

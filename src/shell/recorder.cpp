@@ -50,6 +50,26 @@ void openOffscreenGl(int width, int height) {
   glViewport(0, 0, width, height);
 }
 
+// The means of n x n blocks: `pixels`, four bytes each, become a picture of that size.
+void averageBlocks(std::vector<std::byte>& pixels, int width, int height, int n) {
+  const auto columns = static_cast<std::size_t>(width) * 4, block = static_cast<std::size_t>(n);
+  const auto area = static_cast<unsigned>(n * n);
+  std::vector<unsigned> sums(columns);
+  std::byte* mean = pixels.data();  // never before what is still to be read
+  const std::byte* sample = pixels.data();
+  for (int y = 0; y < height; ++y) {
+    std::fill(sums.begin(), sums.end(), area / 2);
+    for (int row = 0; row < n; ++row) {
+      for (std::size_t column = 0; column < columns; column += 4) {
+        for (std::size_t i = 0; i < 4 * block; ++i)
+          sums[column + i % 4] += std::to_integer<unsigned>(*sample++);
+      }
+    }
+    for (const unsigned sum : sums) *mean++ = static_cast<std::byte>(sum / area);
+  }
+  pixels.resize(columns * static_cast<std::size_t>(height));
+}
+
 struct Span {
   float start;
   float end;
@@ -271,7 +291,9 @@ class Recorder {
     const auto [firstThumbnail, lastThumbnail] = thumbnails.equal_range(frame);
     const bool everyFrame = !recording.video.empty() || !recording.framesFolder.empty();
     if (everyFrame || firstStill != lastStill || firstThumbnail != lastThumbnail) {
-      readBackBgra(recording.width, recording.height, pixels);
+      const int n = recording.supersample;
+      readBackBgra(recording.width * n, recording.height * n, pixels);
+      if (n > 1) averageBlocks(pixels, recording.width, recording.height, n);
     }
     glClear(GL_STENCIL_BUFFER_BIT);
     for (auto still = firstStill; still != lastStill; ++still) {
@@ -352,7 +374,7 @@ int record(const Recording& recording) {
   catchEndSignals();
   ignoreWriteSignals();  // who reads only the first lines of the progress still wants the recording
   openPresentation();
-  openOffscreenGl(recording.width, recording.height);
+  openOffscreenGl(recording.width * recording.supersample, recording.height * recording.supersample);
   setLoadingDialog({.show = endWhileLoading});
   if (!recording.trace.empty()) openCallTrace(recording.trace);
   loadPresentation(recording.from);

@@ -25,6 +25,7 @@ struct Recording {
   double contactSheetEvery = 5.0;  // s
   int width = 1280;
   int height = 720;
+  int supersample = 1;  // draws that many times the pixels each way and takes their mean: smooth edges
   int framesPerSecond = 30;
   std::optional<float> from;  // in place of the project's start time, s
   std::optional<float> to;    // in place of the project's total time, s

@@ -107,6 +107,36 @@ TEST(Vexrecord, PicturesStandUprightAndRunsAreEqual) {
   EXPECT_EQ(readFile("a/0000.500.png"), readFile("b/0000.500.png"));
 }
 
+TEST(Vexrecord, SupersamplingAveragesBlocksOfPixels) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  // White over red, with edges that fall between pixels.
+  project.parts[0].calls.push_back(
+      {.scene = "SceneHelper",
+       .function = "drawBitmap",
+       .parameters = {text("name", "data\\vex01"), constant("x", -0.71), constant("y", -0.52),
+                      constant("w", 0.97), constant("h", 0.83), constant("n", 8), constant("glitch", 0),
+                      constant("alpha", 1), constant("b", 0)}});
+  writeRunFolder(project);
+  constexpr int width = 33, height = 17, n = 3;
+  ASSERT_EQ(vexrecord("--stills 0.5 --out smooth --size 33x17 --supersample 3").errors, "");
+  ASSERT_EQ(vexrecord("--stills 0.5 --out large --size 99x51").errors, "");
+  const Png smooth = readPng("smooth/0000.500.png"), large = readPng("large/0000.500.png");
+  ASSERT_EQ(smooth.pixels.size(), std::size_t{3} * width * height);
+  int mixed = 0;
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      for (std::size_t channel = 0; channel < 3; ++channel) {
+        double sum = 0;
+        for (int i = 0; i < n * n; ++i) sum += large.at(n * x + i % n, n * y + i / n)[channel];
+        ASSERT_EQ(smooth.at(x, y)[channel], std::round(sum / (n * n))) << x << ", " << y;
+      }
+      if (const int green = smooth.at(x, y)[1]; green > 0 && green < 255) ++mixed;
+    }
+  }
+  EXPECT_GT(mixed, 40);
+}
+
 TEST(Vexrecord, ContactSheetHoldsAPictureForEveryStep) {
   const TemporaryFolder folder;
   writeRunFolder(threeColours());
@@ -457,6 +487,7 @@ TEST(Vexrecord, RefusesWhatCannotBe) {
       {"--out x.avi", 2, "--out x.avi: a name that ends in .mp4 or .mkv is expected"},
       {"--out x.mp4 --size 33x16", 2, "--size 33x16: a video with this ending needs even numbers"},
       {"--out x.mp4 --size 33", 2, "--size 33: WIDTHxHEIGHT is expected"},
+      {"--out x.mp4 --supersample 9", 2, "--supersample 9: a number from 1 to 8 is expected"},
       {"--out x.mp4 --fps 0", 2, "--fps 0: a number from 1 to 1000 is expected"},
       {"--out x.mp4 --fps 30x", 2, "--fps 30x: a number from 1 to 1000 is expected"},
       {"--out x.mp4 --from nan", 2, "--from nan: a number from 0 to 1000000 is expected"},
