@@ -425,7 +425,8 @@ TEST(Vexrecord, AnInterruptKeepsAPlayablePart) {
   const Program program = runProgram(
       VEX_BIN
       "/vexrecord --out video.mp4 --trace-calls calls.tsv --size 32x16 > progress & id=$!; "
-      "while [ ! -s .video.partial.mp4 ] && kill -0 $id; do sleep 0.1; done; kill -TERM $id; wait $id");
+      "while { [ ! -s .video.partial.mp4 ] || [ ! -s progress ]; } && kill -0 $id; do sleep 0.1; done; "
+      "kill -TERM $id; wait $id");
   EXPECT_EQ(program.exitCode, 130);
   EXPECT_NE(program.errors.find("s are in " + (folder.path() / "video.partial.mp4").native()),
             std::string::npos)
