@@ -436,6 +436,18 @@ TEST(Vexrecord, AnInterruptKeepsAPlayablePart) {
             0);
 }
 
+TEST(Vexrecord, ProgressIsABarOnATerminalAndLinesElsewhere) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  const std::string command = VEX_BIN "/vexrecord --stills 1 --out pictures --size 32x16 --fps 4";
+  const std::string lines =
+      "recording 20 %\nrecording 40 %\nrecording 60 %\nrecording 80 %\nrecording 100 %\n";
+  EXPECT_EQ(runProgram(command).output, lines);
+  const std::string bar = runProgram("script -qec '" + command + "' /dev/null").output;
+  EXPECT_NE(bar.find("\rrecording [####"), std::string::npos) << bar;
+  EXPECT_NE(bar.find("] 100 %"), std::string::npos) << bar;
+}
+
 // A stuck encoder would keep the recording from ending in order.
 TEST(Vexrecord, ASecondSignalEndsAtOnce) {
   const TemporaryFolder folder;
