@@ -32,7 +32,8 @@ namespace {
 constexpr const char* title = "Vex by Halvane";
 constexpr int screenWidth = 800;
 constexpr int screenHeight = 600;
-constexpr unsigned long red = 0xff0000, green = 0x00ff00, black = 0;  // as screenColour() gives them
+constexpr unsigned long red = 0xff0000, green = 0x00ff00, black = 0,
+                        white = 0xffffff;  // as screenColour() gives them
 constexpr unsigned long acidGreen = icon::acidGreen;
 constexpr int loadingWidth = 498;  // of the loading dialog
 constexpr const char* player = VEX_BIN "/vex";
@@ -249,7 +250,14 @@ TEST_F(Player, SignalsEndTheLoadingInOrder) {
 }
 
 TEST_F(Player, ThePictureFollowsTheWindowsSize) {
-  writeRunFolder(redForSeconds(1000));
+  ProjectData project = redForSeconds(1000);
+  project.parts[0].calls.push_back(  // white in the upper right quarter
+      {.scene = "SceneHelper",
+       .function = "drawBitmap",
+       .parameters = {text("name", "data\\vex01"), constant("x", 0), constant("y", -1), constant("w", 1),
+                      constant("h", 1), constant("n", 8), constant("glitch", 0), constant("alpha", 1),
+                      constant("b", 0)}});
+  writeRunFolder(project);
   RunningProgram program(player);
   waitForDialog();
   key("Tab space Return");  // in a window
@@ -257,7 +265,8 @@ TEST_F(Player, ThePictureFollowsTheWindowsSize) {
   const auto shows = [&](int width, int height) {
     return waitUntil([&] {
       return screenColour(display.get(), 0, 0) == red &&
-             screenColour(display.get(), width - 1, height - 1) == red;
+             screenColour(display.get(), width - 1, height - 1) == red &&
+             screenColour(display.get(), width * 7 / 8, height / 8) == white;
     });
   };
   EXPECT_TRUE(shows(screenWidth, screenHeight));
