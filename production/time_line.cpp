@@ -54,8 +54,9 @@ Script presentationScript() {
 Products timeLineFiles() {
   Product product;
   product.outputs = {"test.hvp", "used_textures.log"};
-  product.sources = {"production/time_line.",      "production/movements/", "production/show.",
-                     "production/project_writer.", "production/cues.",      "production/arrangement."};
+  product.sources = {
+      "production/time_line.", "production/movements/",   "production/show.",   "production/project_writer.",
+      "production/cues.",      "production/arrangement.", "production/models/", "src/engine/"};
   product.work = 0.1f;
   product.make = [](const Settings&) {
     const Script script = presentationScript();

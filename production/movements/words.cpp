@@ -1,6 +1,10 @@
 #include "production/movements/words.h"
 
 #include <algorithm>
+#include <cmath>
+
+#include "engine/viewer.h"
+#include "production/models/stage.h"
 
 namespace vex {
 
@@ -12,6 +16,49 @@ Curve slide(double from, double to) {
 
 double barOf(std::string_view cue) {
   return cueSeconds(cue) / secondsPerBar;
+}
+
+namespace {
+
+constexpr double sightsPerBeat = 8;
+constexpr int mostSights = 200;  // a curve holds 255 dots
+
+Animation pathOf(const MotionKeys& keys) {
+  Animation path;
+  path.type = TrackType::position;
+  path.allocKeys(static_cast<int>(keys.size()));
+  for (const MotionKey& key : keys) path.insertKey(static_cast<float>(key.frame), key.value, 0);
+  path.frameLength = static_cast<float>(keys.back().frame);
+  return path;
+}
+
+}  // namespace
+
+Sight onScreen(const StageCamera& camera, double start, double speed, double beats,
+               const std::function<Vector(float)>& place) {
+  Viewer viewer;
+  viewer.addAnimation(pathOf(camera.positions));
+  viewer.addTargetAnimation(pathOf(camera.targets));
+  viewer.setAnimParams(static_cast<float>(camera.positions.back().frame) / framesPerSecond, true);
+  // As the player sees it: three quarters of the field from top to bottom.
+  const double tangent = std::tan(camera.fieldDegrees * 0.75 / 2 * 3.14159265358979 / 180);
+  const int last = std::clamp(static_cast<int>(std::ceil(beats * sightsPerBeat)), 1, mostSights);
+  std::vector<CurveDot> x, y, unit;
+  for (int i = 0; i <= last; ++i) {
+    const double beat = beats * i / last;
+    const auto time = static_cast<float>(start + beat * secondsPerBeat * speed);
+    const Vector seen = transformPoint(viewer.getMatrix(time), place(time));
+    const bool before = seen.z < -1;
+    const double height = before ? 1 / (-seen.z * tangent) : 0;
+    x.push_back({beat, seen.x * height * 9 / 16});
+    y.push_back({beat, seen.y * -height});
+    unit.push_back({beat, height});
+  }
+  return {line(x), line(y), line(unit)};
+}
+
+Sight onScreen(const StageCamera& camera, double start, double speed, double beats, const Vector& place) {
+  return onScreen(camera, start, speed, beats, [place](float) { return place; });
 }
 
 Logo vex(const Ending& ending, const Curve& size, double x, double y) {

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <functional>
+
+#include "engine/vector.h"
 #include "production/show.h"
 
 // What the movements share: the order of their layers, the seven endings of the title, and a few shots that
 // return.
 
 namespace vex {
+
+struct StageCamera;
 
 enum Track {
   ground = 0,
@@ -32,6 +37,17 @@ inline constexpr double blackSeconds = 3.5;  // after the last bar, while the la
 
 // Bar of a cue.
 double barOf(std::string_view cue);
+
+// Where a place in a world is seen while its camera plays from `start` at `speed`: light that is drawn over a
+// world stands where its source is.
+struct Sight {
+  Curve x, y;
+  Curve unit;  // height of one unit there; 0 behind the eye
+};
+// The place may move with the scene's time.
+Sight onScreen(const StageCamera& camera, double start, double speed, double beats,
+               const std::function<Vector(float sceneTime)>& place);
+Sight onScreen(const StageCamera& camera, double start, double speed, double beats, const Vector& place);
 
 // An ending of the title.
 struct Ending {
