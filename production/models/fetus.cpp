@@ -18,26 +18,19 @@ namespace {
 using namespace laboratory;
 
 constexpr float loopSeconds = 10;  // of what moves by itself
-constexpr float shotSeconds = 20;  // of cameras, of the being's turn and of the door
 const Vector outOfSight(20000, 0, 0);
 
 // --- Motion
 
-// Half a turn from the back to the face, nodding as it floats.
+// Half a turn from the back to the face, nodding as it floats; at last it sinks to the ground.
 Placement beingTurn(float t) {
   return turnedZ(3 * swing(t, shotSeconds, 3)) >> turnedX(2.5f * swing(t, shotSeconds, 5, 0.2f)) >>
          turnedY(-50 + 165 * eased(t, 0, 20));
 }
 
 Vector beingPlace(float t) {
-  return Vector(0.8f * swing(t, shotSeconds, 2, 0.3f), 1.4f * swing(t, shotSeconds, 4), 0);
-}
-
-// Shut, open wide, look about, blink, shut.
-float lidDegrees(float t) {
-  const float open =
-      eased(t, 1, 2.6f) - 0.85f * (eased(t, 4.4f, 4.7f) - eased(t, 4.75f, 5.1f)) - eased(t, 8.6f, 9.6f);
-  return 108 * open + 4 * open * swing(t, loopSeconds, 4);
+  return Vector(0.8f * swing(t, shotSeconds, 2, 0.3f),
+                1.4f * swing(t, shotSeconds, 4) - 9 * eased(t, 18, 19.6f), 0);
 }
 
 float doorDegrees(float t) {
@@ -49,50 +42,6 @@ Vector doorLightSize(float t) {
   const float slit = 1 - std::cos(doorDegrees(t) * pi / 180);
   const float begun = std::max(0.002f, eased(t, 0.4f, 2));
   return Vector(std::clamp(8 * slit, 0.002f, 1.0f), begun, begun);
-}
-
-StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
-                   const std::vector<Vector>& target) {
-  return cameraThrough({.name = name, .fieldDegrees = fieldDegrees, .far = 1500}, shotSeconds, eye, target);
-}
-
-// The order is that of the movement's cameras.
-std::vector<StageCamera> cameras() {
-  return {
-      // Into the room, towards the light.
-      camera("view_wide", 66,
-             {Vector(196, 26, 300), Vector(124, 14, 262), Vector(30, 6, 236), Vector(-96, 18, 240)},
-             {Vector(-34, 47, 0), Vector(-26, 42, 0), Vector(-16, 34, 0), Vector(0, 22, 0)}),
-      // Around the jar.
-      camera("view_jar", 62,
-             {Vector(-104, 6, 92), Vector(-52, -8, 128), Vector(24, 2, 138), Vector(92, 22, 102)},
-             {Vector(12, 4, 0), Vector(10, 4, 0), Vector(-8, 4, 0), Vector(-14, 6, 0)}),
-      // Eye to eye.
-      camera("view_eyes", 46,
-             {Vector(-34, 22, 96), Vector(-22, 18, 86), Vector(-8, 15, 78), Vector(4, 14, 70)},
-             {Vector(6, 12, 0), Vector(5, 13, 0), Vector(2, 13, 0), Vector(-2, 13, 0)}),
-      // Over the telephone.
-      camera("view_phone", 63,
-             {Vector(190, -26, 132), Vector(178, -26, 146), Vector(156, -26, 158), Vector(128, -26, 164)},
-             {Vector(66, -8, 20), Vector(58, -6, 18), Vector(50, -4, 14), Vector(40, 0, 10)}),
-      // Over the cigarette.
-      camera("view_ash", 54,
-             {Vector(-150, -32, 112), Vector(-138, -35, 120), Vector(-118, -36, 126), Vector(-96, -34, 128)},
-             {Vector(-62, -26, 30), Vector(-60, -24, 30), Vector(-54, -20, 24), Vector(-46, -14, 20)}),
-      // Along the hose to the jar.
-      camera("view_hose", 66,
-             {Vector(244, -12, -92), Vector(214, 6, -76), Vector(172, 34, -10), Vector(104, 44, 74)},
-             {Vector(56, -12, -36), Vector(44, -6, -26), Vector(30, 0, -18), Vector(16, 10, -10)}),
-      // Past the jar to the door.
-      camera(
-          "view_door", 64,
-          {Vector(-70, -6, 176), Vector(-98, 6, 84), Vector(-72, 8, -70), Vector(92, -50, -190)},
-          {Vector(110, -30, -330), Vector(120, -40, -330), Vector(140, -60, -330), Vector(156, -80, -400)}),
-      // From under the ceiling, with the beam.
-      camera("view_above", 74,
-             {Vector(-150, 210, 150), Vector(-60, 226, 150), Vector(50, 214, 140), Vector(140, 180, 110)},
-             {Vector(-4, -20, 0), Vector(0, -20, 0), Vector(4, -20, 0), Vector(4, -16, 0)}),
-  };
 }
 
 std::vector<StageLight> lights() {
@@ -114,7 +63,7 @@ std::vector<StageLight> lights() {
       3.5f, 7, [](float t) { return Vector(230 * swing(t, 3.5f, 1), 120, 190 * swing(t, 3.5f, 1, 0.25f)); });
   all[4].position = all[4].positions[0].value;
   for (const char* name : {"smokeParticle01", "smokeParticle02", "smokeParticle03", "smokeParticle04"})
-    all.push_back({.name = name, .position = outOfSight, .on = false, .colour = {0.8f, 0.94f, 0.9f}});
+    all.push_back({.name = name, .position = outOfSight, .on = false, .colour = {2.6f, 2.9f, 2.8f}});
   return all;
 }
 
@@ -133,7 +82,7 @@ std::vector<StageMaterial> materials() {
     return Colour4{1.12f / gain.r - 0.15f, 1.12f / gain.g - 0.15f, 1.12f / gain.b - 0.15f};
   };
   StageMaterial skin = painted("skin", "fetus_skin", 1, {0.24f, 0.24f, 0.24f});
-  skin.specular = {0.6f, 0.62f, 0.6f};
+  skin.specular = {0.22f, 0.24f, 0.24f};
   skin.shine = 0.4f;
   skin.shineStrength = 0.7f;
   StageMaterial glass{.name = "glass",
@@ -150,7 +99,7 @@ std::vector<StageMaterial> materials() {
   shard.twoSided = true;
   shard.ambient = {1.8f, 1.8f, 1.8f};
   return {
-      painted("room", "fetus_room", 0.42f, without(roomGain)),
+      painted("room", "fetus_room", 0.7f, without(roomGain)),
       painted("table", "fetus_table", 1),
       painted("props", "fetus_props", 0.3f, without(propGain)),
       painted("plain", "fetus_props", 1),
@@ -158,7 +107,8 @@ std::vector<StageMaterial> materials() {
       painted("bone", "fetus_props", 0.45f, {0.4f, 0.4f, 0.4f}),
       painted("lid", "fetus_props", 0.6f, {0.36f, 0.36f, 0.36f}),
       skin,
-      painted("eye", "fetus_eye", 1),
+      painted("eye", "fetus_eye", 0.5f, {0.5f, 0.5f, 0.5f}),
+      painted("cover", "fetus_props", 0.85f),
       painted("window", "fetus_window", 1),
       painted("hose", "fetus_hose", 0.7f, {0.4f, 0.4f, 0.4f}),
       glass,
@@ -175,17 +125,22 @@ std::vector<StageMaterial> materials() {
   };
 }
 
-StageMesh eye(const char* name, float side) {
-  StageMesh mesh{.name = name,
-                 .parent = "fetus",
-                 .surface = eyeSurface(side),
-                 .pivot = Vector(eyePlace.x, eyePlace.y, eyePlace.z * side),
-                 .material = "eye"};
-  mesh.motion.turns = turnKeys(loopSeconds, 3, [side](float t) {
-    const float glance = 14 * (eased(t, 2.9f, 3.3f) - 2 * eased(t, 5.8f, 6.2f) + eased(t, 7.4f, 7.9f));
-    return turned(eyeAcross(side), -lidDegrees(t) * pi / 180) >> turnedY(glance);
-  });
+StageMesh about(const char* name, const char* parent, const Surface& surface, const Vector& pivot,
+                const char* material, const std::function<Placement(float)>& turn) {
+  StageMesh mesh{.name = name, .parent = parent, .surface = surface, .pivot = pivot, .material = material};
+  mesh.motion.turns = turnKeys(loopSeconds, 6, turn);
   return mesh;
+}
+
+// Its lid opens, it looks about.
+void addEye(std::vector<StageMesh>& meshes, const char* lid, const char* globe, const Surface& covering,
+            float side) {
+  const Vector centre(eyePlace.x, eyePlace.y, eyePlace.z * side);
+  meshes.push_back(about(globe, "fetus", eyeSurface(side), centre, "eye",
+                         [](float t) { return turnedY(mix(-20.0f, 20.0f, t / loopSeconds)); }));
+  meshes.push_back(about(lid, "fetus", covering, centre, "cover", [side](float t) {
+    return turned(eyeAcross(side), -98 * t / loopSeconds * pi / 180);
+  }));
 }
 
 std::vector<StageMesh> beingMeshes(const Surface& skin, const Surface& things) {
@@ -198,24 +153,77 @@ std::vector<StageMesh> beingMeshes(const Surface& skin, const Surface& things) {
                   .surface = heartSurface(),
                   .pivot = heartPlace,
                   .material = "heart"};
-  heart.motion.scales = scaleKeys(loopSeconds, 2, [](float t) {
-    const float beat = std::fmod(t, 1.25f);
-    const float grown = 1 + 0.26f * std::exp(-std::pow((beat - 0.2f) * 9, 2.0f)) +
-                        0.14f * std::exp(-std::pow((beat - 0.5f) * 9, 2.0f));
+  heart.motion.scales = scaleKeys(loopSeconds, 30, [](float t) {
+    const float grown = 1 + 0.4f * t / loopSeconds;
     return Vector(grown, grown, grown);
   });
   const auto within = [](const char* name, const Surface& surface, const char* material) {
     return StageMesh{.name = name, .parent = "fetus", .surface = surface, .material = material};
   };
   // The rim is hidden by opaque skin and lights up round what is within once the skin is glass.
-  return {being,
-          within("bones", partOf(things, bones), "bone"),
-          heart,
-          within("cord", cordSurface(), "hose"),
-          eye("eye01", 1),
-          eye("eye02", -1),
-          within("lids", partOf(things, lids), "lid"),
-          within("rim", withoutMapping(rimSurface()), "rim")};
+  std::vector<StageMesh> all{being,
+                             within("bones", partOf(things, bones), "bone"),
+                             heart,
+                             within("cord", cordSurface(), "hose"),
+                             within("lids", partOf(things, lids), "lid"),
+                             within("rim", withoutMapping(rimSurface()), "rim")};
+  const Surface both = partOf(things, covers);
+  const auto covering = [&](float side) {
+    return selected(both, [&](const Triangle& t) {
+      return both.points[static_cast<std::size_t>(t.points[0])].z * side > 0;
+    });
+  };
+  addEye(all, "eye01", "ball01", covering(1), 1);
+  addEye(all, "eye02", "ball02", covering(-1), -1);
+  return all;
+}
+
+// The telephone's disc and its receiver.
+void addPhoneParts(std::vector<StageMesh>& meshes, const Surface& things) {
+  const auto place = [](const Placement& frame, const Vector& p) { return transformed(frame, p); };
+  const Vector disc = place(dialFrame(), Vector(0, 0, 0)), fork = place(phoneFrame(), Vector(0, 24, -4));
+  const Vector spindle = place(dialFrame(), Vector(0, 1, 0)) - disc,
+               along = place(phoneFrame(), Vector(0, 24, -3)) - fork;
+  meshes.push_back(about("dial", "", partOf(things, dial), disc, "props",
+                         [spindle](float t) { return turned(spindle, -330 * t / loopSeconds * pi / 180); }));
+  meshes.push_back(about("receiver", "", partOf(things, receiver), fork, "props", [along](float t) {
+    return turned(along, (t / loopSeconds - 0.5f) * 5 * pi / 180);
+  }));
+}
+
+// The jar's pieces, in shells that fly apart at their own pace; below the floor before they do.
+void addBurstShells(std::vector<StageMesh>& meshes) {
+  constexpr int begin = 6, last = static_cast<int>(loopSeconds) * framesPerSecond;
+  const Vector centre(0, 4, 0);
+  for (int shell = 0; shell < burstShells; ++shell) {
+    const float k = static_cast<float>(shell);
+    StageMesh mesh{.name = "burst0" + std::to_string(shell + 1),
+                   .surface = burstSurface(shell),
+                   .pivot = centre,
+                   .material = "shard"};
+    mesh.motion.straight = true;
+    mesh.motion.positions = {{.value = Vector(0, -900, 0)},
+                             {.frame = begin, .value = centre},
+                             {.frame = last, .value = centre + Vector(0, 4 - 5 * k, 0)}};
+    mesh.motion.scales = scaleKeys(loopSeconds, 30, [k](float t) {
+      const float grown = 1 + (0.7f + 0.5f * k) * t / loopSeconds;
+      return Vector(grown, grown, grown);
+    });
+    mesh.motion.turns = turnKeys(loopSeconds, 30, [k](float t) {
+      return turnedY((14 - 9 * k) * t / loopSeconds) >> turnedZ((6 - 4 * k) * t / loopSeconds);
+    });
+    meshes.push_back(std::move(mesh));
+  }
+}
+
+// Where drops are born: along the jet from the nozzle to the glass, never twice in a row in one place.
+StageMesh sprayerHelper() {
+  StageMesh helper{.name = "HandSprayer", .pivot = nozzlePlace, .helper = true};
+  helper.motion.straight = true;
+  helper.motion.positions = positionKeys(loopSeconds, 1, [](float t) {
+    return nozzlePlace * mix(1.0f, 0.62f, std::fmod(t * framesPerSecond * 0.382f, 1.0f));
+  });
+  return helper;
 }
 
 Surface unmapped(const std::vector<Surface>& what) {
@@ -225,16 +233,19 @@ Surface unmapped(const std::vector<Surface>& what) {
 }
 
 Model fetusModel(const Settings& settings) {
-  constexpr Prop props[] = {apparatus, phone,     ashtray, cigarette, nozzle, shade, bulb,
-                            shelf,     specimens, duct,    legs,      beacon, bones, lids};
+  constexpr Prop props[] = {apparatus, phone,     dial, receiver, ashtray, cigarette, nozzle, shade, bulb,
+                            shelf,     specimens, duct, legs,     beacon,  bones,     lids,   covers};
   Surface things;
   for (const Prop prop : props) append(things, propSurface(prop), prop);
   things = mappedAtlas(
       things, {.charts = Charts::byNormals, .side = 512, .bleed = 3, .density = [](const Triangle& t) {
                  switch (t.part) {
                    case phone:
+                   case dial:
+                   case receiver:
+                     return 2.4f;
                    case cigarette:
-                     return 2.6f;
+                     return 4.0f;
                    case ashtray:
                      return 1.5f;
                    case apparatus:
@@ -246,6 +257,7 @@ Model fetusModel(const Settings& settings) {
                    case specimens:
                      return 0.5f;
                    case lids:
+                   case covers:
                      return 3.0f;
                    case bones:
                      return 2.2f;
@@ -270,7 +282,8 @@ Model fetusModel(const Settings& settings) {
 
   // What is in the jar is lit as if its skin were glass.
   const RayTree clear = rayTree(unmapped({things, walled, table, slack}));
-  const Surface solid = selected(things, [](const Triangle& t) { return t.part != bones && t.part != lids; });
+  const Surface solid = selected(
+      things, [](const Triangle& t) { return t.part != bones && t.part != lids && t.part != covers; });
   const RayTree all = rayTree(unmapped({solid, walled, table, skin, slack}));
   const RayTree body = rayTree(withoutMapping(skin));
   const auto picture = [&](const Surface& surface, const RayTree& obstacles, const BakeLook& look, int side,
@@ -309,8 +322,9 @@ Model fetusModel(const Settings& settings) {
   prop("phone", {phone}, "plain");
   prop("cigash", {cigarette});
   meshes.back().pivot = cigarettePlace;
-  prop("HandSprayer", {nozzle});
-  meshes.back().pivot = nozzlePlace;
+  prop("nozzle", {nozzle});
+  meshes.push_back(sprayerHelper());
+  addPhoneParts(meshes, things);
   for (const auto& [name, surface] : {std::pair{"Hose", &slack}, {"hose01", &slack}, {"hose02", &swollen}})
     meshes.push_back({.name = name, .surface = *surface, .material = "hose"});
   StageMesh doorLight{
@@ -322,6 +336,7 @@ Model fetusModel(const Settings& settings) {
                       .surface = placed(shardSurface(i), moved(outOfSight)),
                       .pivot = outOfSight,
                       .material = "shard"});
+  addBurstShells(meshes);
   meshes.push_back(doorLight);
   meshes.push_back({.name = "rectangle01", .surface = windowSurface(), .material = "window"});
   meshes.push_back({.name = "bottle", .surface = jarSurface(), .material = "glass"});
@@ -334,7 +349,7 @@ Model fetusModel(const Settings& settings) {
            picture(things, clear, labLook(60, 36), 512, 0.7f, propColour),
            picture(skin, body, labLook(24, 64), 512, 0.9f, skinColour), eyePicture(settings.side(256)),
            windowPicture(settings.side(256)), hosePicture(settings.side(256)),
-           glassPicture(settings.side(256)), beamPicture(256)}};
+           glassPicture(settings.side(256)), beamPicture(2048)}};
 }
 
 }  // namespace
@@ -351,7 +366,7 @@ Products fetusModels() {
                  {"fetus_hose", PictureKind::jpeg},
                  {"fetus_glass", PictureKind::maskedJpeg},
                  {"vollight", PictureKind::bmp}},
-                5, fetusModel, {"production/models/fetus_"})};
+                5, fetusModel, {"production/models/fetus_", "production/cues."})};
 }
 
 }  // namespace vex

@@ -33,10 +33,11 @@ float beingDistance(const Vector& p) {
   d = smoothJoin(d, ellipsoid(q, Vector(-14, 11, 0), Vector(7.5f, 8, 8)), 4);              // face
   d = smoothJoin(d, taper(q, Vector(-19, 9, 0), Vector(-21.5f, 8, 0), 2.2f, 1.4f), 2.5f);  // snout
   d = smoothJoin(d, taper(q, Vector(-19, 4.8f, 1), Vector(-17, 4, 3), 1.5f, 1.2f), 1.6f);  // chin
-  d = smoothCut(d, taper(q, Vector(-22, 6.3f, 0), Vector(-18, 6, 4), 0.35f, 0.3f), 0.9f);  // mouth
-  d = smoothJoin(d, taper(q, Vector(-20, 18.6f, 5), Vector(-13, 19, 12), 2, 1.6f), 2.5f);  // brow
+  d = smoothCut(d, taper(q, Vector(-22.4f, 6.3f, 0), Vector(-18, 5.8f, 4), 0.4f, 0.3f), 1.4f);  // mouth
+  d = smoothJoin(d, taper(q, Vector(-20, 18.8f, 5), Vector(-13, 19.2f, 12), 1.7f, 1.4f), 4);    // brow
   d = smoothJoin(d, torusDistance(Vector(q.x, q.z - 11.5f, q.y - 11), Vector(2, 0, 0), 2.4f, 0.9f),
-                 1);  // ear
+                 1);                                                                                   // ear
+  d = smoothJoin(d, taper(q, Vector(-19.6f, 10.2f, 6.6f), Vector(-15.4f, 10.4f, 11), 1.0f, 0.9f), 2);  // bag
   d = smoothCut(d, ball(q, eyePlace + gazeAxis(1) * 1.1f, eyeRadius * 0.9f), 1.6f);
   float trunk = ellipsoid(q, Vector(5, -8, 0), Vector(11.5f, 15, 11));
   trunk = smoothJoin(trunk, ellipsoid(q, Vector(3, -19, 0), Vector(11, 11, 10)), 5);
@@ -58,12 +59,30 @@ float beingDistance(const Vector& p) {
     drawn = smoothJoin(drawn, taper(q, limb.from, limb.to, limb.thick, limb.thin), root ? 2.5f : 1.3f);
   }
   for (int i = 0; i < 4; ++i) {
-    drawn = smoothJoin(drawn, taper(q, handPlace, fingerTip(i), 1.3f, 0.9f), 0.7f);
     drawn = smoothJoin(drawn, taper(q, footPlace, toeTip(i), 0.9f, 0.6f), 0.6f);
   }
   d = smoothJoin(d, drawn, 1.1f);
   return d - 0.25f * fractal(p * 0.22f, 0, 3, 0.5f, 911);
 }
+
+namespace {
+
+// From the wrist on, where the forearm's skin ends.
+float handDistance(const Vector& p) {
+  const Vector q(p.x, p.y, std::fabs(p.z));
+  const Limb& palm = limbs[3];
+  float d = taper(q, palm.from, mix(palm.from, palm.to, 0.8f), 1.9f, 1.6f);
+  for (int i = 0; i < 4; ++i) {
+    const Vector root = mix(handPlace, fingerTip(i), 0.1f),
+                 knuckle = mix(root, fingerTip(i), 0.5f) + Vector(-0.5f, 0.5f, 0.3f);
+    d = smoothJoin(d, taper(q, root, knuckle, 1.0f, 0.78f), 0.6f);
+    d = smoothJoin(d, taper(q, knuckle, fingerTip(i), 0.78f, 0.55f), 0.3f);
+  }
+  return smoothJoin(
+      d, taper(q, mix(palm.from, palm.to, 0.5f), palm.to + Vector(0.4f, 3.2f, 1.6f), 1.0f, 0.6f), 0.6f);
+}
+
+}  // namespace
 
 Vector fingerTip(int finger) {
   const float k = static_cast<float>(finger) - 1.5f;
@@ -83,8 +102,12 @@ Vector eyeAcross(float side) {
 }
 
 Surface beingSurface() {
-  return compacted(
-      isosurface(beingDistance, {.bounds = {Vector(-29, -42, -22), Vector(28, 38, 22)}, .cell = 2.45f}));
+  // The hands are finer; they begin within the forearms.
+  Surface all = compacted(
+      isosurface(beingDistance, {.bounds = {Vector(-29, -42, -22), Vector(28, 38, 22)}, .cell = 2.3f}));
+  append(all, compacted(isosurface(handDistance,
+                                   {.bounds = {Vector(-28, -9, -16), Vector(-13, 9, 16)}, .cell = 1.4f})));
+  return all;
 }
 
 Surface rimSurface() {
@@ -95,20 +118,20 @@ Surface rimSurface() {
 Surface heartSurface() {
   const Solid solid = [](const Vector& p) {
     float d = ellipsoid(p, Vector(0, 0, 0), Vector(3.4f, 4.4f, 3.2f));
-    d = smoothJoin(d, taper(p, Vector(1, 2, 0), Vector(2.6f, 6, 1), 1.6f, 1.0f), 1.2f);
-    return smoothJoin(d, taper(p, Vector(-1, 2, 0), Vector(-2.2f, 5.4f, -1), 1.4f, 0.8f), 1.0f);
+    d = smoothJoin(d, ball(p, Vector(-1.6f, 2.6f, 1.6f), 1.9f), 0.6f);  // auricles
+    d = smoothJoin(d, ball(p, Vector(1.8f, 2.8f, -1), 1.7f), 0.6f);
+    d = smoothJoin(d, torusDistance(Vector(p.x, p.z, p.y - 5.4f), Vector(1, 0, 0), 1.9f, 0.8f),
+                   0.6f);  // aorta
+    return smoothJoin(d, taper(p, Vector(-1, 2, 0), Vector(-2.4f, 6.4f, -1), 1.1f, 0.7f), 0.8f);
   };
-  return placed(compacted(isosurface(solid, {.bounds = {Vector(-5, -6, -5), Vector(5, 8, 5)}, .cell = 1.3f})),
-                moved(heartPlace));
+  return placed(
+      compacted(isosurface(solid, {.bounds = {Vector(-5, -6, -5), Vector(5, 9, 5)}, .cell = 1.25f})),
+      moved(heartPlace));
 }
 
 Surface eyeSurface(float side) {
-  // Modelled shut: the lid looks out along +z, the iris down. v runs about the axis of the lid; its seam is
-  // at the back, above, where it never comes to the front.
-  const Surface round = mapped(withoutMapping(sphere(eyeRadius, 18, 12)), [](const Vector& p) {
-    const float turn = std::atan2(p.y, p.z) / (2 * pi);
-    return Uv{0.5f + std::asin(std::clamp(p.x / eyeRadius, -1.0f, 1.0f)) / pi,
-              0.5f + (turn > 0.375f ? turn - 1 : turn)};
+  const Surface round = mapped(withoutMapping(sphere(eyeRadius, 14, 8)), [](const Vector& p) {
+    return Uv{0.5f + p.x / (2 * eyeRadius), 0.5f + p.y / (2 * eyeRadius)};
   });
   const Vector axis = gazeAxis(side), across = eyeAcross(side);
   return placed(

@@ -103,7 +103,7 @@ Surface bonesSurface() {
   const std::vector<Vector> places = spinePlaces();
   const Solid solid = [&](const Vector& p) { return skeletonDistance(p, places); };
   Surface all = compacted(
-      isosurface(solid, {.bounds = {Vector(-27, -40, -20), Vector(26, 36, 20)}, .cell = 2.05f, .relax = 3}));
+      isosurface(solid, {.bounds = {Vector(-27, -40, -20), Vector(26, 36, 20)}, .cell = 2.12f, .relax = 3}));
   for (const float side : {-1.0f, 1.0f}) {
     for (int i = 0; i < 8; ++i) {  // ribs, the lower ones do not reach the breastbone
       const float y = 2 - 2.7f * static_cast<float>(i), reach = i < 6 ? -4.8f : 1.5f;
@@ -148,6 +148,24 @@ Surface lidSurface(float side) {
   const Triangle& some = lid.triangles[lid.triangles.size() / 2];
   const Vector out = lid.points[static_cast<std::size_t>(some.points[0])] - centre;
   return dot(normalOf(lid, some), out) < 0 ? turnedOver(lid) : lid;
+}
+
+// From below the opening up under the other lid; `rise` counts in degrees from the line of sight.
+Surface coverSurface(float side) {
+  const Vector axis = gazeAxis(side), across = eyeAcross(side), up = cross(axis, across),
+               centre = acrossFrom(eyePlace, side);
+  const float radius = eyeRadius + 0.2f;
+  const Surface cover = withoutMapping(sheet(10, 4, [&](float s, float t) {
+    const float aside = (2 * s - 1) * 80 * pi / 180;
+    const float edge = -53 * std::sqrt(std::max(0.0f, 1 - (2 * s - 1) * (2 * s - 1)));
+    const float rise = mix(edge, 60.0f, t) * pi / 180;
+    const Vector out =
+        across * std::sin(aside) + (up * std::sin(rise) + axis * std::cos(rise)) * std::cos(aside);
+    return centre + out * radius;
+  }));
+  const Triangle& some = cover.triangles[cover.triangles.size() / 2];
+  const Vector out = cover.points[static_cast<std::size_t>(some.points[0])] - centre;
+  return dot(normalOf(cover, some), out) < 0 ? turnedOver(cover) : cover;
 }
 
 Surface cordSurface() {

@@ -6,6 +6,7 @@
 #include "production/geometry/placement.h"
 #include "production/image/filter.h"
 #include "production/image/noise3.h"
+#include "production/image/solid.h"
 #include "production/models/fetus_parts.h"
 #include "production/textures/palette.h"
 
@@ -41,20 +42,20 @@ BakeLook labLook(float reach, int rays) {
   BakeLook look;
   look.sky = [](const Vector& d) {
     const Colour4 haze = mix(gradient(tealRamp, 0.36f), gradient(tealRamp, 0.54f), 0.5f + 0.5f * d.y);
-    return mix(haze, gradient(boneRamp, 0.42f), 0.28f) * 0.72f;
+    return mix(haze, gradient(boneRamp, 0.42f), 0.28f) * 0.26f;
   };
   // The lamp under its shade, what the lit table gives back, the window.
-  look.lights = {{.towards = lampPlace, .placed = true, .size = 0.02f, .colour = {1.9f, 2.05f, 1.85f}},
+  look.lights = {{.towards = lampPlace, .placed = true, .size = 0.02f, .colour = {2.35f, 2.45f, 2.15f}},
                  {.towards = Vector(-10, -6, 92),
                   .placed = true,
                   .size = 0.2f,
-                  .colour = {0.5f, 0.66f, 0.6f},
-                  .reach = 190},
+                  .colour = {0.4f, 0.52f, 0.46f},
+                  .reach = 120},
                  {.towards = Vector(-150, 40, -285),
                   .placed = true,
                   .size = 0.3f,
-                  .colour = {0.12f, 0.5f, 0.5f},
-                  .reach = 230}};
+                  .colour = {0.1f, 0.5f, 0.52f},
+                  .reach = 150}};
   look.bounce = {0.01f, 0.03f, 0.03f};
   look.reach = reach;
   look.rays = rays;
@@ -68,7 +69,7 @@ Colour4 roomColour(const BakePoint& p) {
 }
 
 Colour4 propColour(const BakePoint& p) {
-  if (p.part == phone || p.part == lids) return paintedProp(p);  // not lit by the player
+  if (p.part == phone || p.part == lids || p.part == covers) return paintedProp(p);  // not lit by the player
   Colour4 colour = paintedProp(p) * propGain;
   colour.a = 1;
   return colour;
@@ -84,7 +85,11 @@ Colour4 paintedRoom(const BakePoint& p) {
     const float cells = std::floor(q.x / 58) + std::floor(q.z / 58);
     const bool dark = std::fmod(std::fabs(cells), 2.0f) > 0.5f;
     const float joint = std::max(lineAt(q.x / 58, 0.06f), lineAt(q.z / 58, 0.06f));
-    return lit(gradient(tealRamp, (dark ? 0.24f : 0.5f) * (0.7f + 0.5f * stain)) * (1 - 0.55f * joint), p);
+    // What falls past the table stays dimmer than what lies on it.
+    const float most = std::max({p.light.r, p.light.g, p.light.b, 0.5f});
+    return lit(gradient(tealRamp, (dark ? 0.2f : 0.46f) * (0.7f + 0.5f * stain)) *
+                   ((1 - 0.55f * joint) * 0.5f / most),
+               p);
   }
   if (p.part == ceiling) return lit(gradient(tealRamp, 0.34f + 0.16f * stain), p);
   if (p.part == pipes) return lit(mix(gradient(boneRamp, 0.5f), gradient(tealRamp, 0.3f), dirt), p);
@@ -114,7 +119,7 @@ Colour4 doorColour(const BakePoint& p) {
   Colour4 colour = mix(gradient(tealRamp, 0.5f), gradient(tealRamp, 0.62f), grit(q, 0.05f, 932));
   colour = mix(colour, gradient(brassRamp, 0.3f), 0.8f * rust);
   const float port = std::hypot(q.x - 156, q.y + 10);
-  if (q.z > -332 && port < 24) return gradient(tealRamp, 0.9f - 0.012f * port) * 0.42f;
+  if (q.z > -332 && port < 24) return gradient(tealRamp, 0.7f - 0.016f * port) * 0.2f;
   // Alarm stripes at its foot.
   if (q.y < -196 && q.z > -330) {
     const float stripe = std::fmod(std::fabs(q.x + q.y), 26.0f) / 26;
@@ -163,35 +168,40 @@ Colour4 paintedProp(const BakePoint& p) {
                      (0.8f + 0.7f * edge),
                  p);
     }
-    case phone: {
+    case phone:
+    case dial:
+    case receiver: {
       // Oxblood rubber, a bone dial.
-      const Vector at = transformed(inverse(turnedY(-34) >> moved(96, tableHeight, 52)), q);
-      const Vector dial = transformed(inverse(turnedX(57) >> moved(0, 9.5f, 10.8f)), at);
-      const float r = std::hypot(dial.x, dial.z);
-      const bool face = dial.y > 0.4f && dial.y < 3.4f && r < 9.3f;
+      const Vector at = transformed(inverse(dialFrame()), q);
+      const float r = std::hypot(at.x, at.z);
       float hole = 1e3f;
       for (int i = 0; i < 10; ++i) {
         const float angle = 2 * pi * (static_cast<float>(i) / 12.5f + 0.02f);
-        hole = std::min(hole, std::hypot(dial.x - 6.3f * std::cos(angle), dial.z - 6.3f * std::sin(angle)));
+        hole = std::min(hole, std::hypot(at.x - 6.3f * std::cos(angle), at.z - 6.3f * std::sin(angle)));
       }
       Colour4 colour = mix(gradient(alarmRamp, 0.27f), gradient(alarmRamp, 0.42f), wear * 0.6f + 0.5f * edge);
-      if (face) colour = r < 3.2f ? gradient(boneRamp, 0.62f) : hole < 1.1f ? ink : gradient(boneRamp, 0.8f);
-      Colour4 seen = lit(colour, p);
+      if (p.part == dial)
+        colour = r < 3.2f ? gradient(boneRamp, 0.62f)
+                          : mix(ink, gradient(boneRamp, 0.8f), smoothStep(1.1f, 1.5f, hole));
+      const Colour4 seen = lit(colour, p);
       const float gloss = std::pow(clamp01(p.light.g * 0.62f), 4.0f);
       return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss);
     }
     case ashtray:
       return lit(q.y > cigarettePlace.y + 1.5f - 5
-                     ? mix(gradient(steelRamp, 0.62f), gradient(tealRamp, 0.5f), 0.4f)
+                     ? mix(gradient(steelRamp, 0.36f), gradient(tealRamp, 0.4f), 0.5f)
                      : gradient(boneRamp, 0.24f + 0.25f * wear),
                  p);
     case cigarette: {
-      const float along = q.z - cigarettePlace.z;
-      const float ember = smoothStep(1.0f, 0.2f, std::fabs(along - 2.6f));
-      Colour4 colour = along > 2.2f    ? gradient(boneRamp, 0.4f + 0.2f * wear)
-                       : along > -6.5f ? gradient(boneRamp, 0.86f)
-                                       : gradient(brassRamp, 0.6f + 0.1f * wear);
-      return lit(colour, p) + gradient(emberRamp, 0.72f) * (ember * (0.6f + 0.8f * wear));
+      // Ash before the glow, paper with a brown edge, cork.
+      const float behind = (q - emberPlace).length();
+      const float ragged = behind + 0.5f * gradientNoise(q * 0.9f, 0, 955);
+      if (ragged < 1.9f) return gradient(steelRamp, 0.3f + 0.3f * wear) * (0.5f + 0.4f * p.open);
+      const Colour4 paper = gradient(boneRamp, 0.86f) * mix(0.35f, 1.0f, smoothStep(2.6f, 5.0f, ragged));
+      const Colour4 colour = behind > 10.5f ? gradient(brassRamp, 0.52f + 0.1f * wear) * 0.8f : paper;
+      const float ember = smoothStep(1.2f, 0.2f, std::fabs(ragged - 2.3f));
+      return lit(colour, p) * 0.5f + colour * 0.4f +
+             gradient(emberRamp, 0.8f) * (ember * (0.8f + 0.9f * wear));
     }
     case nozzle:
       return lit(mix(gradient(steelRamp, 0.55f), gradient(steelRamp, 0.75f), edge), p);
@@ -218,20 +228,34 @@ Colour4 paintedProp(const BakePoint& p) {
       const float cell = hashUnit(static_cast<int>(std::floor(q.z / 44)),
                                   static_cast<int>(std::floor((q.y + 230) / 80)), 953);
       const float shape = smoothStep(0.45f, 0.7f, grit(q, 0.07f, 954));
-      return gradient(tealRamp, 0.34f + 0.22f * cell) * (0.5f + 0.5f * p.open) +
-             gradient(boneRamp, 0.5f) * (0.4f * shape);
+      return gradient(tealRamp, 0.26f + 0.16f * cell) * (0.4f + 0.4f * p.open) +
+             gradient(boneRamp, 0.4f) * (0.25f * shape);
     }
     case duct:
       return lit(gradient(steelRamp, 0.4f + 0.2f * edge) * (0.7f + 0.4f * wear), p);
     case legs:
       return lit(gradient(steelRamp, 0.34f + 0.2f * edge), p);
     case beacon:
-      return mix(gradient(alarmRamp, 0.4f), gradient(alarmRamp, 0.66f), smoothStep(-318, -300, q.z)) *
+      return mix(gradient(alarmRamp, 0.1f), gradient(alarmRamp, 0.22f), smoothStep(-318, -300, q.z)) *
              (0.6f + 0.4f * p.open);
     case bones:
       return boneColour(p);
     case lids:
       return lidColour(p);
+    case covers: {
+      // Skin, thin and veined, with a dark wet edge below.
+      const float side = q.z < 0 ? -1.0f : 1.0f;
+      const Vector w = unit(q - Vector(eyePlace.x, eyePlace.y, eyePlace.z * side));
+      const Vector axis = gazeAxis(side), across = eyeAcross(side);
+      const float aside = std::asin(std::clamp(dot(w, across), -1.0f, 1.0f)) / (80 * pi / 180),
+                  rise = std::atan2(dot(w, cross(axis, across)), dot(w, axis)) * 180 / pi;
+      const float above = rise + 53 * std::sqrt(std::max(0.0f, 1 - aside * aside));  // degrees from the edge
+      const float vein = std::pow(1 - std::fabs(gradientNoise(q * 0.7f, 0, 959)), 8.0f);
+      Colour4 colour = mix(Colour4{0.74f, 0.47f, 0.39f}, Colour4{0.6f, 0.3f, 0.28f}, wear);
+      colour = mix(colour, Colour4{0.4f, 0.13f, 0.2f}, 0.5f * vein);
+      colour = mix(colour, Colour4{0.3f, 0.08f, 0.09f}, 0.8f * smoothStep(9, 1, above));
+      return colour * (0.55f + 0.35f * smoothStep(0, 60, above));
+    }
   }
   return black;
 }
@@ -263,11 +287,12 @@ Colour4 lidColour(const BakePoint& p) {
   const float wide = std::fabs(dot(unit(w - axis * dot(w, axis)), across));
   const float past = theta - (50 + 25 * std::pow(wide, 1.6f)) * pi / 180;  // radians behind the rim
   const float crease = smoothStep(0.05f, 0.0f, std::fabs(past - 0.32f));
-  Colour4 colour = mix(Colour4{0.9f, 0.56f, 0.46f}, Colour4{0.72f, 0.3f, 0.27f}, grit(p.position, 0.5f, 958));
+  Colour4 colour =
+      mix(Colour4{0.86f, 0.58f, 0.48f}, Colour4{0.72f, 0.38f, 0.33f}, grit(p.position, 0.5f, 958));
   colour = mix(colour, Colour4{0.4f, 0.1f, 0.12f}, 0.6f * crease);
-  colour = mix(colour, Colour4{0.95f, 0.5f, 0.46f}, smoothStep(0.12f, 0.05f, past));
-  colour = mix(colour, Colour4{0.16f, 0.02f, 0.04f}, smoothStep(0.05f, 0.0f, past));
-  colour = mix(colour, Colour4{0.3f, 0.06f, 0.08f}, smoothStep(0.4f, 0.75f, past));
+  colour = mix(colour, Colour4{0.84f, 0.5f, 0.43f}, 0.7f * smoothStep(0.12f, 0.05f, past));
+  colour = mix(colour, Colour4{0.42f, 0.1f, 0.1f}, smoothStep(0.05f, 0.0f, past));
+  colour = mix(colour, Colour4{0.5f, 0.22f, 0.19f}, smoothStep(0.4f, 0.75f, past));
   colour = colour * (0.62f + 0.3f * p.light.g);
   colour.a = 1;
   return colour;
@@ -287,41 +312,50 @@ Colour4 skinColour(const BakePoint& p) {
   colour = mix(colour, Colour4{0.36f, 0.1f, 0.24f}, 0.65f * vein);
   colour = mix(colour, Colour4{0.72f, 0.16f, 0.16f}, 0.3f * fine);
   colour = mix(colour, Colour4{0.98f, 0.86f, 0.74f}, 0.45f * std::max(0.0f, p.edge));
-  // The socket's rim is dark.
-  const float socket = smoothStep(7.0f, 4.2f, (q - eyePlace).length());
-  colour = mix(colour, Colour4{0.34f, 0.08f, 0.12f}, 0.7f * socket);
+  // The socket lies in a soft shadow; lips and nostrils are dark.
+  const float socket = smoothStep(8.5f, 4.2f, (q - eyePlace).length());
+  colour = mix(colour, Colour4{0.42f, 0.13f, 0.15f}, 0.55f * socket);
+  const float mouth = taper(q, Vector(-22, 6.2f, 0), Vector(-17.8f, 5.7f, 4.2f), 0.3f, 0.1f),
+              nostril = ball(q, Vector(-22.4f, 8.7f, 0.9f), 0.35f);
+  colour = mix(colour, Colour4{0.2f, 0.03f, 0.06f},
+               0.85f * std::max(smoothStep(0.45f, 0.05f, mouth), smoothStep(0.5f, 0.1f, nostril)));
   const float shade = 0.42f + 0.58f * p.open;
   colour = colour * shade + Colour4{0.2f, 0.02f, 0.02f} * (0.5f * hollow);
   colour.a = 1;
   return colour;
 }
 
-// u runs across the ball, v around the axis of its lid: lid in the middle, iris a quarter lower.
+// As seen from before it: a clouded iris, vessels, the window and the lamp in it.
 Canvas eyePicture(int side) {
   return paintSmooth(side, side, 2, [](float u, float down) {
-    const float x = (u - 0.5f) * pi, turn = (1 - down - eyeIris) * 2 * pi;  // radians from the iris
-    const float r = std::hypot(x, turn), angle = std::atan2(turn, x);
-    const Vector q(x * 3, turn * 3, 0);
-    if (turn > 0.36f * pi || turn < -0.34f * pi) {  // lid, and what never shows
-      const float crease = lineAt(turn * 1.9f + 0.2f * gradientNoise(q * 0.4f, 0, 971), 0.13f);
-      const float lash = smoothStep(0.2f, 0.0f, std::fabs(turn) - 0.35f * pi);
-      Colour4 colour = mix(Colour4{0.88f, 0.55f, 0.45f}, Colour4{0.66f, 0.26f, 0.25f}, grit(q, 0.9f, 972));
-      colour = mix(colour, Colour4{0.42f, 0.08f, 0.16f}, 0.35f * crease);
-      return mix(colour, Colour4{0.3f, 0.05f, 0.08f}, 0.8f * lash) * 0.85f;
-    }
-    const float vein = std::pow(1 - std::fabs(gradientNoise(warp(q * 0.9f, 0, 0.6f, 973), 0, 974)), 14.0f);
-    Colour4 colour = mix(boneWhite, Colour4{0.8f, 0.2f, 0.16f}, 0.6f * vein * smoothStep(0.8f, 1.4f, r));
-    colour = colour * (1 - 0.4f * smoothStep(0.9f, 1.6f, r));
-    const float fibre = 0.5f + 0.5f * gradientNoise(Vector(angle * 9, r * 4, 1), 0, 975);
-    const Colour4 iris = gradient(tealRamp, 0.46f + 0.34f * fibre * smoothStep(0.35f, 0.8f, r));
-    colour = mix(colour, iris, smoothStep(0.94f, 0.9f, r));
-    colour = mix(colour, ink, 0.85f * std::exp(-std::pow((r - 0.93f) * 12, 2.0f)));
-    colour = mix(colour, black, smoothStep(0.48f, 0.42f, r));
-    // Small catchlights of the lamp and of the window; the lid's shadow above.
-    const float glint = smoothStep(0.15f, 0.08f, std::hypot(x + 0.32f, turn - 0.4f)) +
-                        0.5f * smoothStep(0.09f, 0.04f, std::hypot(x - 0.36f, turn + 0.42f));
-    colour = colour * (1 - 0.45f * smoothStep(0.5f, 1.0f, turn));
-    return mix(colour, Colour4{1, 1, 1}, std::min(glint, 1.0f));
+    const float x = 2 * u - 1, y = 1 - 2 * down, out = std::hypot(x, y);
+    const float r = std::asin(std::min(out, 1.0f)), angle = std::atan2(y, x);  // radians from the iris
+    const Vector q(x * 3, y * 3, 0);
+    const float vein = std::pow(1 - std::fabs(gradientNoise(warp(q * 1.1f, 0, 0.6f, 973), 0, 974)), 14.0f);
+    Colour4 colour = mix(Colour4{0.74f, 0.68f, 0.54f}, Colour4{0.62f, 0.16f, 0.12f},
+                         0.7f * vein * smoothStep(0.6f, 1.0f, r));
+    colour = mix(colour, Colour4{0.4f, 0.14f, 0.12f}, 0.7f * smoothStep(0.8f, 1.3f, r));
+    constexpr float iris = 0.66f, pupil = 0.3f;
+    const float fibre = 0.5f + 0.5f * gradientNoise(Vector(angle * 9, r * 5, 1), 0, 975);
+    Colour4 within = mix(gradient(steelRamp, 0.26f + 0.34f * fibre), gradient(tealRamp, 0.5f), 0.45f);
+    within = mix(within, gradient(brassRamp, 0.5f), 0.5f * smoothStep(0.46f, 0.32f, r + 0.06f * fibre));
+    const float grey = 0.4f * within.r + 0.4f * within.g + 0.2f * within.b;
+    within = mix(within, Colour4{grey, grey, grey}, 0.45f);
+    within = within * (1 - 0.85f * smoothStep(0.5f, iris, r));
+    colour = mix(colour, within, smoothStep(iris + 0.05f, iris - 0.03f, r));
+    colour = mix(colour, black, smoothStep(pupil + 0.05f, pupil - 0.02f, r));
+    colour = colour * (1 - 0.6f * smoothStep(0.15f, 0.8f, y));  // the lid's shadow
+    // The window, and who stands in it; the lamp.
+    const float across = (x - 0.2f) / 0.13f, up = (y - 0.27f) / 0.1f;
+    const float pane =
+        smoothStep(1, 0.8f, std::fabs(across + 0.5f * up * up * 0.3f)) * smoothStep(1, 0.75f, std::fabs(up));
+    const float body = std::max(smoothStep(0.42f, 0.3f, std::hypot(across, (up - 0.25f) * 0.8f)),
+                                smoothStep(0.6f, 0.45f, std::fabs(across)) * smoothStep(-0.1f, -0.3f, up));
+    colour = colour + gradient(tealRamp, 0.78f) * (0.8f * pane * (1 - 0.9f * body));
+    colour =
+        colour + Colour4{1, 1, 0.94f} * (1.2f * smoothStep(0.075f, 0.035f, std::hypot(x + 0.2f, y - 0.3f)));
+    colour.a = 1;
+    return colour;
   });
 }
 
@@ -339,7 +373,7 @@ Canvas windowPicture(int side) {
     const float frost = 0.5f + 0.5f * fractal(u * 40, v * 30, 0, 3, 0.6f, 981);
     const float lamp =
         std::exp(-std::pow((y - 128) / 34, 2.0f)) + 0.35f * std::exp(-std::pow((y - 20) / 70, 2.0f));
-    Colour4 colour = gradient(tealRamp, clamp01(0.4f + 0.38f * lamp + 0.05f * frost));
+    Colour4 colour = gradient(tealRamp, clamp01(0.27f + 0.46f * lamp + 0.05f * frost));
     // Head and shoulders, blurred by the glass.
     const float head = std::hypot((x - 38) / 12, (y - 84) / 16), neck = std::fabs(x - 38) / 9;
     const float shoulders =
@@ -359,11 +393,11 @@ Canvas windowPicture(int side) {
 Canvas hosePicture(int side) {
   return paintSmooth(side, side, 2, [](float u, float down) {
     const float v = 1 - down;
-    const float rib = 0.5f + 0.5f * std::cos(v * 2 * pi * 9);
+    const float rib = 0.5f + 0.5f * std::cos(v * 2 * pi * 5);
     const float dirt = 0.5f + 0.5f * fractal(u * 6, v * 6, 6, 4, 0.55f, 991);
     Colour4 colour = mix(Colour4{0.5f, 0.2f, 0.16f}, Colour4{0.82f, 0.52f, 0.4f}, 0.25f + 0.5f * rib * dirt);
     colour = mix(colour, gradient(alarmRamp, 0.3f), 0.6f * smoothStep(0.5f, 0.8f, dirt));
-    colour = colour * (0.5f + 0.5f * rib) * (0.62f + 0.38f * std::cos(2 * pi * (u - 0.3f)));
+    colour = colour * (0.66f + 0.34f * rib) * (0.5f + 0.38f * std::cos(2 * pi * (u - 0.3f)));
     colour.a = 1;
     return colour;
   });
@@ -380,7 +414,7 @@ Canvas glassPicture(int side) {
     const float lamp = pane(-0.52f, 0.42f, 0.10f, 0.3f, 0.07f);
     const float window = pane(0.6f, 0.18f, 0.07f, 0.34f, 0.05f) * (0.6f + 0.4f * lineAt(y * 5, 0.2f));
     const float sheen = 0.5f + 0.5f * fractal(u * 5, down * 2, 0, 3, 0.5f, 995);
-    Colour4 colour = gradient(tealRamp, 0.14f + 0.1f * sheen) + gradient(tealRamp, 0.74f) * (0.62f * rim) +
+    Colour4 colour = gradient(tealRamp, 0.05f + 0.06f * sheen) + gradient(tealRamp, 0.74f) * (0.62f * rim) +
                      Colour4{0.85f, 0.95f, 0.9f} * (0.55f * lamp) +
                      gradient(tealRamp, 0.72f) * (0.35f * window);
     // Bright with a mask: the jar adds it, the being's rim lays it over.
@@ -393,14 +427,14 @@ Canvas glassPicture(int side) {
 
 Canvas beamPicture(int width) {
   // Some thirty faint layers add up to the beam, each rounded to whole steps of the screen: what is between
-  // two steps is scattered along the beam, or its end would show as an edge.
+  // two steps is scattered along the beam, finer than the screen shows.
   constexpr float steps = 13.5f;  // of the screen in the brightest layer
   Canvas picture(width, 4);
   float owed = 0;
   for (int x = 0; x < width; ++x) {
     const float u = (static_cast<float>(x) + 0.5f) / static_cast<float>(width);
-    const float wanted = steps * (0.34f * u + 0.62f * u * u) * smoothStep(0.0f, 0.25f, u);
-    const float whole = std::floor(wanted + owed + 0.6f * (hashUnit(x, 0, 996) - 0.5f) + 0.5f);
+    const float wanted = steps * (0.3f * u + 0.7f * u * u) * smoothStep(0.04f, 0.42f, u);
+    const float whole = std::floor(wanted + owed + 0.9f * (hashUnit(x, 0, 996) - 0.5f) + 0.5f);
     owed += wanted - whole;
     const float level = std::max(0.0f, whole) / steps;
     for (int y = 0; y < 4; ++y) picture.at(x, y) = Colour4{level, level, level};

@@ -20,7 +20,7 @@ Colour4 skinColour(const BakePoint& point);
 Colour4 boneColour(const BakePoint& point);
 Colour4 lidColour(const BakePoint& point);
 
-Canvas eyePicture(int side);
+Canvas eyePicture(int side);     // its front, as seen from before it
 Canvas windowPicture(int side);  // masked; above the window the light through the door
 Canvas hosePicture(int side);    // tiles along
 Canvas glassPicture(int side);   // sphere map, masked

@@ -4,6 +4,7 @@
 
 #include "production/geometry/placement.h"
 #include "production/geometry/surface.h"
+#include "production/models/stage.h"
 
 // The laboratory in pieces: a jar with a being in it on a table, what lies around it, the room. One unit is
 // half a centimetre; the jar stands about the origin, the table top is y = -50, the back wall holds a window
@@ -11,32 +12,40 @@
 
 namespace vex::laboratory {
 
+// --- Time and cameras
+
+inline constexpr float shotSeconds = 20;  // loop of the cameras
+// Scene time at a bar of the movement: as in life, but slow while the jar bursts.
+inline constexpr double burstBar = 16, burstPace = 0.4;
+double sceneTime(double bar);
+std::vector<StageCamera> cameras();  // in the order of the movement's
+
 // --- The being: curled up, its face towards -x, mirrored across the plane z = 0.
 
 Surface beingSurface();
-Surface rimSurface();            // a little within its skin, coarser
-Surface bonesSurface();          // skull, spine, ribs and limbs within it
-Surface lidSurface(float side);  // about an eye; they stay when the skin is glass
+Surface rimSurface();              // a little within its skin, coarser
+Surface bonesSurface();            // skull, spine, ribs and limbs within it
+Surface lidSurface(float side);    // about an eye; they stay when the skin is glass
+Surface coverSurface(float side);  // the lid that shuts it
 Surface heartSurface();
 Surface cordSurface();  // mapped; from the belly to the jar's foot
 inline const Vector heartPlace(-1, -5, 0);
 inline const Vector eyePlace(-16.9f, 14.6f, 7.7f);  // of the one with z > 0
 inline constexpr float eyeRadius = 4.0f;
-Vector gazeAxis(float side);            // unit, out of the socket; side is +1 or -1 for z
-Vector eyeAcross(float side);           // axis of its lid; turns clockwise about it open the eye
-inline constexpr float eyeIris = 0.2f;  // v of the iris when the lid, the picture's middle, is shut
-// Mapped: u across the ball, v about the axis of the lid.
+Vector gazeAxis(float side);   // unit, out of the socket; side is +1 or -1 for z
+Vector eyeAcross(float side);  // axis of its lid; turns clockwise about it open the eye
+// Mapped as seen from before it: the iris is in the middle.
 Surface eyeSurface(float side);
 
 // --- On and over the table
 
 inline constexpr float tableHeight = -50;
 inline constexpr float jarRadius = 37;
-inline const Vector lampPlace(-72, 188, 58);
-inline const Vector lampTarget(8, -62, -6);
+inline const Vector lampPlace(-52, 150, 84);
+inline const Vector lampTarget(4, -62, -16);
 inline constexpr float lampConeDegrees = 50;
-Placement lampFrame();                                // its y axis away from what it lights
-inline const Vector cigarettePlace(-88, -44.6f, 66);  // what glows lies 5 units before it (+z)
+Placement lampFrame();  // its y axis away from what it lights
+inline const Vector cigarettePlace(-58, -42.4f, 52), emberPlace = cigarettePlace + Vector(0, 0, 5);
 inline const Vector nozzlePlace(54, 24, 22);
 inline const Vector beaconPlace(250, 120, -318);
 
@@ -44,6 +53,8 @@ inline const Vector beaconPlace(250, 120, -318);
 enum Prop {
   apparatus,
   phone,
+  dial,
+  receiver,
   ashtray,
   cigarette,
   nozzle,
@@ -55,13 +66,18 @@ enum Prop {
   legs,
   beacon,
   bones,
-  lids
+  lids,
+  covers
 };
 Surface propSurface(Prop prop);
+// Out of the phone's frame into the room; the dial turns about the y axis of its own.
+Placement phoneFrame(), dialFrame();
 Surface tableTop();
 Surface jarSurface();              // glass inside and outside, what is in it up to a level
 Surface hoseSurface(float swell);  // mapped; 0: slack, 1: swollen; equal counts and order
 Surface shardSurface(int kind);    // of glass, about the origin
+inline constexpr int burstShells = 4;
+Surface burstSurface(int shell);  // all that was the jar, in pieces where they were
 
 // --- The room
 

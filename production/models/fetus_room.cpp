@@ -73,7 +73,7 @@ Surface roomSurface() {
            pipe({Vector(west + 14 + k, 226, south), Vector(west + 14 + k, 226, 80),
                  Vector(west + 14 + k, 226, north + 22 + k), Vector(-120, 228, north + 14 + k),
                  Vector(240, 228, north + 14 + k), Vector(east, 228, north + 14 + k)},
-                6.5f - static_cast<float>(i), 18),
+                6.5f - static_cast<float>(i), 10),
            pipes);
   }
   append(all,
@@ -86,7 +86,7 @@ Surface roomSurface() {
 
 Surface doorSurface() {
   // It shuts behind the lintel: no slit shows over it while it turns.
-  const Vector least(doorWest, floorHeight, north - 7), most(doorEast, doorTop + 9, north + 1);
+  const Vector least(doorWest, floorHeight - 3, north - 7), most(doorEast, doorTop + 9, north + 1);
   Surface all = box(least, most, 1.5f);
   for (const float y : {-190.0f, -118.0f, -70.0f})  // ribs
     append(all, box(Vector(doorWest + 10, y, north), Vector(doorEast - 10, y + 7, north + 5), 1.5f));
@@ -117,7 +117,7 @@ Surface lightPool(const Vector& leftNear, const Vector& rightNear, const Vector&
   const auto place = [&](float s, float t) {
     return mix(mix(leftFar, rightFar, s), mix(leftNear, rightNear, s), t);
   };
-  Surface pool = sheet(8, 6, place);
+  Surface pool = sheet(6, 4, place);
   for (Triangle& triangle : pool.triangles)
     for (Uv& uv : triangle.uv)
       uv = {mix(std::min(to, farthest), from, uv.v), mix(windowShare + 0.02f, 0.985f, uv.u)};
@@ -134,7 +134,7 @@ Surface doorLightSurface() {
                         Vector(90, onTable, 110), 0, 0.9f));
   // A glow in the air about the opening, strongest at the post.
   const float middle = 0.5f * (windowShare + 1), reach = 84;
-  Surface glow = sheet(11, 10, [&](float s, float t) {
+  Surface glow = sheet(8, 7, [&](float s, float t) {
     return Vector(mix(doorWest - 96, doorEast + 90, s), mix(floorHeight + 1, doorTop + 96, t), north + 22);
   });
   for (Triangle& triangle : glow.triangles)

@@ -3,6 +3,7 @@
 
 #include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
+#include "production/image/noise.h"
 #include "production/models/fetus_parts.h"
 #include "production/textures/palette.h"
 
@@ -56,9 +57,9 @@ Surface apparatusSurface() {
                              {0, 90}},
                             22, Vector(0, 0, 0)));
   for (int i = 0; i < 3; ++i) {
-    const float angle = 2 * pi * (static_cast<float>(i) / 3 + 0.21f);
+    const float angle = 2 * pi * (static_cast<float>(i) / 3 + 1 / 12.0f);  // none before the face
     const Vector foot(44 * std::cos(angle), -47, 44 * std::sin(angle));
-    append(all, turnedProfile({{1.5f, 0}, {1.5f, 110}}, 8, foot));
+    append(all, turnedProfile({{1.5f, 0}, {1.5f, 110}}, 10, foot));
     append(all, turnedProfile({{0, -1}, {3, -1}, {3, 3}, {0, 4}}, 7, foot + Vector(0, 106, 0)));
     append(all, pipe({foot + Vector(0, 107, 0), foot * 0.75f + Vector(0, 95.5f, 0),
                       Vector(foot.x * 0.4f, 58, foot.z * 0.4f)},
@@ -67,15 +68,26 @@ Surface apparatusSurface() {
   for (int i = 0; i < 5; ++i) {  // valves
     const float angle = 2 * pi * (static_cast<float>(i) / 5 + 0.07f);
     const Vector at(18 * std::cos(angle), 56, 18 * std::sin(angle));
-    append(all,
-           turnedProfile({{2.2f, 0}, {2.2f, 4}, {1.2f, 5}, {1.2f, 8}, {3, 8.3f}, {3, 9.6f}, {0, 10}}, 7, at));
+    append(all, turnedProfile({{2.2f, 0}, {2.2f, 4}, {1.2f, 5}, {1.2f, 8}, {3, 8.3f}, {0, 10}}, 6, at));
   }
   append(all,
          pipe({Vector(0, 88, 0), Vector(2, 130, -12), Vector(30, 190, -60), Vector(40, 262, -80)}, 3.4f, 16));
   return all;
 }
 
-// A wall of hard rubber, a dial with finger holes, a receiver on a fork, a curled cord.
+}  // namespace
+
+Placement phoneFrame() {
+  return turnedY(-34) >> moved(96, tableHeight, 52);
+}
+
+Placement dialFrame() {
+  return turnedX(57) >> moved(0, 9.5f, 10.8f) >> phoneFrame();
+}
+
+namespace {
+
+// A wall of hard rubber and a curled cord.
 Surface phoneSurface() {
   const Surface body =
       sheet(24, 6,
@@ -90,26 +102,7 @@ Surface phoneSurface() {
   Surface all = withoutMapping(body);
   append(all, withoutMapping(
                   placed(superellipsoid(Vector(9.8f, 1.3f, 8.2f), 0.5f, 0.6f, 14, 4), moved(0, 16.6f, -3))));
-  const Placement slope = turnedX(57) >> moved(0, 9.5f, 10.8f);
-  append(all,
-         placed(turnedProfile({{9.2f, 0}, {9.2f, 1.4f}, {8.4f, 2}, {0, 2}}, 24, Vector(0, 0, 0)), slope));
-  for (int i = 0; i < 10; ++i) {
-    const float angle = 2 * pi * (static_cast<float>(i) / 12.5f + 0.02f);
-    append(all, placed(turnedProfile({{1.45f, 0}, {1.45f, 0.5f}, {0.9f, 0.5f}, {0.7f, 0.15f}, {0, 0.1f}}, 6,
-                                     Vector(6.3f * std::cos(angle), 2, 6.3f * std::sin(angle))),
-                       slope));
-  }
-  append(all, placed(turnedProfile({{3.1f, 0}, {2.8f, 0.9f}, {0, 1.1f}}, 14, Vector(0, 2, 0)), slope));
   for (const float x : {-8.0f, 8.0f}) append(all, box(Vector(2.4f, 6, 7), 0.6f, Vector(x, 20, -4)));
-  append(all, withoutMapping(
-                  tube(smoothPath({Vector(-19, 23.5f, -4), Vector(-10, 26.5f, -4), Vector(10, 26.5f, -4),
-                                   Vector(19, 23.5f, -4)},
-                                  12),
-                       12, [](float t) { return 2.3f + 1.1f * std::pow(std::fabs(2 * t - 1), 3.0f); })));
-  for (const float x : {-18.5f, 18.5f})
-    append(all,
-           placed(turnedProfile({{4.6f, 0}, {5.2f, 1}, {4.2f, 5}, {2.5f, 6}, {0, 6}}, 12, Vector(0, 0, 0)),
-                  turnedZ(x < 0 ? -14.0f : 14.0f) >> moved(x, 18, -4)));
   std::vector<Vector> curls;
   constexpr int steps = 50;
   for (int i = 0; i <= steps; ++i) {
@@ -120,26 +113,46 @@ Surface phoneSurface() {
   }
   append(all, withoutMapping(tube(
                   curls, 3, [](float) { return 0.6f; }, TubeEnd::open)));
-  return placed(all, turnedY(-34) >> moved(96, tableHeight, 52));
+  return placed(all, phoneFrame());
 }
 
+Surface dialSurface() {
+  Surface all = turnedProfile({{9.2f, 0}, {9.2f, 1.4f}, {8.4f, 2}, {0, 2}}, 30, Vector(0, 0, 0));
+  append(all, turnedProfile({{3.1f, 0}, {2.8f, 0.9f}, {0, 1.1f}}, 14, Vector(0, 2, 0)));
+  return placed(all, dialFrame());
+}
+
+// It lies on the fork.
+Surface receiverSurface() {
+  Surface all = withoutMapping(tube(
+      smoothPath(
+          {Vector(-19, 23.5f, -4), Vector(-10, 26.5f, -4), Vector(10, 26.5f, -4), Vector(19, 23.5f, -4)}, 7),
+      12, [](float t) { return 2.3f + 1.1f * std::pow(std::fabs(2 * t - 1), 3.0f); }));
+  for (const float x : {-18.5f, 18.5f})
+    append(all, placed(turnedProfile({{0, 0}, {4.6f, 0}, {5.2f, 1}, {4.6f, 4.4f}, {2.5f, 6}, {0, 6}}, 14,
+                                     Vector(0, 0, 0)),
+                       turnedZ(x < 0 ? -14.0f : 14.0f) >> moved(x, 18, -4)));
+  return placed(all, phoneFrame());
+}
+
+const Vector trayPlace = cigarettePlace + Vector(2, -7.6f, -12.6f);
+
 Surface ashtraySurface() {
-  Surface all =
-      turnedProfile({{0, 0}, {14, 0}, {15.5f, 1.2f}, {16, 5.4f}, {14.6f, 6}, {13.4f, 5}, {12, 2}, {0, 1.4f}},
-                    20, cigarettePlace + Vector(1, -5.4f, 1));
+  Surface all = turnedProfile(
+      {{0, 0}, {14, 0}, {15.5f, 1.2f}, {16, 5.4f}, {15, 6}, {13.6f, 5}, {12, 2}, {0, 1.4f}}, 28, trayPlace);
   for (const float angle : {0.9f, 2.9f, 4.4f})  // stubs
-    append(all,
-           placed(turnedProfile({{0, 0}, {1.1f, 0}, {1.2f, 5}, {0, 5.4f}}, 8, Vector(0, 0, 0)),
-                  turnedZ(70 + 9 * angle) >> turnedY(angle * 57) >>
-                      moved(cigarettePlace + Vector(1 + 6 * std::cos(angle), -3.0f, 6 * std::sin(angle)))));
+    append(all, placed(turnedProfile({{0, 0}, {1.1f, 0}, {1.2f, 5}, {0, 5.4f}}, 8, Vector(0, 0, 0)),
+                       turnedZ(70 + 9 * angle) >> turnedY(angle * 57) >>
+                           moved(trayPlace + Vector(6 * std::cos(angle), 2.4f, 6 * std::sin(angle)))));
   return all;
 }
 
-// Lies over the rim, its glowing end forward.
+// Lies in the tray, its glowing end out over the rim.
 Surface cigaretteSurface() {
-  const Vector tip = cigarettePlace + Vector(0, -1.2f, 5), end = cigarettePlace + Vector(2.4f, 4.6f, -12);
-  return withoutMapping(tube(smoothPath({end, mix(end, tip, 0.5f), tip}, 8), 9,
-                             [](float t) { return t > 0.86f ? 1.02f - 0.8f * (t - 0.86f) : 1.15f; }));
+  const Vector end = cigarettePlace + Vector(3, -2.7f, -14);
+  return withoutMapping(tube(smoothPath({end, mix(end, emberPlace, 0.5f), emberPlace}, 8), 12, [](float t) {
+    return t > 0.86f ? 1.12f - 0.16f * std::fabs(std::sin(t * 90)) - 2.2f * (t - 0.86f) : 1.15f;
+  }));
 }
 
 // An arm from the table's edge; it points at the jar.
@@ -151,7 +164,7 @@ Surface nozzleSurface() {
              standing(nozzlePlace, away));
   append(all, pipe({nozzlePlace + away * 21, nozzlePlace + away * 34 + Vector(2, -2, 0), Vector(112, 10, 2),
                     Vector(126, -24, -30), Vector(128, -50, -38)},
-                   2.1f, 16));
+                   2.1f, 10));
   append(all, turnedProfile({{8, 0}, {8, 2}, {5, 4}, {4, 8}, {0, 8}}, 16, Vector(128, tableHeight, -38)));
   return all;
 }
@@ -169,16 +182,16 @@ Surface shadeSurface() {
                                       {7, 22},
                                       {4, 25},
                                       {0, 25}},
-                                     24, Vector(0, 0, 0)),
+                                     28, Vector(0, 0, 0)),
                        lampFrame());
   append(
       all,
       placed(turnedOver(turnedProfile(
                  {{radius, low}, {radius * 0.83f, low * 0.72f}, {radius * 0.6f, low * 0.4f}, {7, 1}, {0, 4}},
-                 24, Vector(0, 0, 0))),
+                 28, Vector(0, 0, 0))),
              lampFrame()));
   append(all, pipe({transformed(lampFrame(), Vector(0, 24, 0)), lampPlace + Vector(-8, 44, 10),
-                    lampPlace + Vector(-12, 80, 8)},
+                    lampPlace + Vector(-12, 116, 8)},
                    1.2f, 14, 6));
   return all;
 }
@@ -188,9 +201,9 @@ const Vector rackPlace(-345, -220, -160);
 
 Surface shelfSurface() {
   Surface all;
-  for (const float z : {0.0f, 210.0f}) append(all, box(Vector(50, 300, 5), 1, rackPlace + Vector(0, 150, z)));
+  for (const float z : {0.0f, 210.0f}) append(all, box(Vector(50, 300, 5), 0, rackPlace + Vector(0, 150, z)));
   for (const float y : {30.0f, 110.0f, 190.0f, 270.0f})
-    append(all, box(Vector(50, 4, 205), 1, rackPlace + Vector(0, y, 105)));
+    append(all, box(Vector(50, 4, 205), 0, rackPlace + Vector(0, y, 105)));
   // A bench with a drum of a compressor at the right wall.
   append(all, box(Vector(90, 90, 170), 3, Vector(325, -175, -120)));
   append(all, placed(turnedProfile({{0, -52},
@@ -218,7 +231,7 @@ Surface specimenSurface() {
       const float r = 13 + 3.5f * static_cast<float>((i * 5) % 3),
                   h = 34 + 8 * static_cast<float>((i * 7) % 4);
       append(all, turnedProfile({{0, 0}, {r, 0}, {r, h * 0.8f}, {r * 0.7f, h * 0.92f}, {r * 0.7f, h}, {0, h}},
-                                8, rackPlace + Vector(4, y, z)));
+                                12, rackPlace + Vector(4, y, z)));
     }
   return all;
 }
@@ -232,8 +245,8 @@ Surface beaconSurface() {
 Surface legsSurface() {
   Surface all;
   for (const float x : {-165.0f, 165.0f})
-    for (const float z : {-80.0f, 92.0f}) append(all, box(Vector(11, 166, 11), 2, Vector(x, -139, z)));
-  for (const float z : {-80.0f, 92.0f}) append(all, box(Vector(330, 7, 6), 1, Vector(0, -180, z)));
+    for (const float z : {-80.0f, 92.0f}) append(all, box(Vector(11, 166, 11), 0, Vector(x, -139, z)));
+  for (const float z : {-80.0f, 92.0f}) append(all, box(Vector(330, 7, 6), 0, Vector(0, -180, z)));
   return all;
 }
 
@@ -245,6 +258,10 @@ Surface propSurface(Prop prop) {
       return apparatusSurface();
     case phone:
       return phoneSurface();
+    case dial:
+      return dialSurface();
+    case receiver:
+      return receiverSurface();
     case ashtray:
       return ashtraySurface();
     case cigarette:
@@ -272,6 +289,8 @@ Surface propSurface(Prop prop) {
       return bonesSurface();
     case lids:
       return joined({lidSurface(1), lidSurface(-1)});
+    case covers:
+      return joined({coverSurface(1), coverSurface(-1)});
   }
   return {};
 }
@@ -282,15 +301,20 @@ Surface tableTop() {
   return all;
 }
 
+namespace {
+
+// Outer side of the jar, shrunk by `in`.
+std::vector<ProfilePoint> jarContour(float in) {
+  return {{0, -44.5f + in},      {28, -44.5f + in},         {jarRadius - 2 - in, -42 + in},
+          {jarRadius - in, -36}, {jarRadius - in, 22},      {jarRadius - 1.5f - in, 30},
+          {31 - in, 38 - in},    {24 - in, 43 - 0.5f * in}, {22.5f - in, 48}};
+}
+
+}  // namespace
+
 Surface jarSurface() {
-  const auto contour = [](float in) {
-    return std::vector<ProfilePoint>{
-        {0, -44.5f + in},      {28, -44.5f + in},         {jarRadius - 2 - in, -42 + in},
-        {jarRadius - in, -36}, {jarRadius - in, 22},      {jarRadius - 1.5f - in, 30},
-        {31 - in, 38 - in},    {24 - in, 43 - 0.5f * in}, {22.5f - in, 48}};
-  };
-  Surface all = withoutMapping(lathe(smoothProfile(contour(0), 18), 34, 180));
-  append(all, turnedOver(withoutMapping(lathe(smoothProfile(contour(1.6f), 11), 20, 180))));
+  Surface all = withoutMapping(lathe(smoothProfile(jarContour(0), 18), 40, 180));
+  append(all, turnedOver(withoutMapping(lathe(smoothProfile(jarContour(1.6f), 9), 20, 180))));
   append(all, withoutMapping(placed(disc(31, 24, 1), moved(0, 36, 0))));
   return all;
 }
@@ -301,7 +325,7 @@ Surface hoseSurface(float swell) {
       smoothPath({Vector(17, 60, -6), Vector(40, 72 + 6 * swell, -22), Vector(84, 24, -60),
                   Vector(118, -40, -66), Vector(168, -44 + 5 * swell, -58), Vector(210, -62, -70),
                   Vector(250, -116, -104), Vector(292, -98, -118)},
-                 33);
+                 26);
   return mappingScaled(tube(
                            path, 7,
                            [swell](float t) {
@@ -312,6 +336,31 @@ Surface hoseSurface(float swell) {
                            },
                            TubeEnd::open),
                        1, 6);
+}
+
+Surface burstSurface(int shell) {
+  constexpr int around = 28, rows = 11;
+  const std::vector<ProfilePoint> contour = smoothProfile(jarContour(0), rows + 1);
+  Surface all;
+  for (int row = 1; row < rows; ++row)
+    for (int k = 0; k < around; ++k) {
+      const auto chance = [&](int which) { return hashUnit(k * 16 + which, row, 997); };
+      if (static_cast<int>(chance(0) * burstShells) != shell) continue;
+      const float angle = 2 * pi * (static_cast<float>(k) + chance(1)) / around;
+      const ProfilePoint& at = contour[static_cast<std::size_t>(row)];
+      const Vector out(std::cos(angle), 0, std::sin(angle)), along(-out.z, 0, out.x);
+      const Vector centre = out * at.radius + Vector(0, at.height + 3 * chance(2), 0);
+      const Vector tilt = unit(Vector(chance(3) - 0.5f, chance(4) - 0.5f, chance(5) - 0.5f));
+      int corners[3];
+      for (int i = 0; i < 3; ++i) {
+        const float turn = 2 * pi * (static_cast<float>(i) + 0.7f * chance(6 + i)) / 3,
+                    size = 1.6f + 4 * chance(9 + i);
+        const Vector flat = (along * std::cos(turn) + Vector(0, 1, 0) * std::sin(turn)) * size;
+        corners[i] = addPoint(all, centre + flat + cross(tilt, flat) * 0.8f);
+      }
+      addTriangle(all, corners[0], corners[1], corners[2]);
+    }
+  return faceted(all);
 }
 
 Surface shardSurface(int kind) {

@@ -94,15 +94,10 @@ void addFinish(Show& show) {
               {"pad opens", orb, 0, 0, 1.2},
               {"half time", rays, 0, -0.1, 0.8, 0.6},
               {"jar", orb, 0, 0, 1, 0.6},
-              {"hose", streak, 0.3, 0.1, 1, 0.7},
-              {"burst", rays, 0, 0, 1.3},
-              {"shards", orb, 0, 0},
-              {"door", rays, 0.53, -0.5, 0.7, 0.8}});
+              {"shards", orb, 0, 0}});
   addFlashes(show, ember,
-             {{"interlude two", rays, 0.08, 0.05, 0.9, 0.7},
-              {"roll", streak, 0, -0.2},
-              {"roll doubles", rays, 0, 0},
-              {"last stroke", rays, 0, 0, 1.3},
+             {{"roll", rays, 0, -0.34},
+              {"roll doubles", rays, 0, -0.34},
               {"hell", streak, 0, 0.3, 1, 0.5},
               {"lake of fire", orb, 0, 0.1},
               {"cathedral", rays, 0, 0, 0.8},

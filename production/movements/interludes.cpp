@@ -60,34 +60,56 @@ void addInterludeTwo(Show& show) {
                  .amplitude = 0.05,
                  .alpha = 0.6,
                  .blend = Blend::add});
-  show.add("streamers", start, 1, backdrop,
+  // The moon slides before the sun; the last light of its rim is a diamond.
+  constexpr double sunX = 0.38, sunY = -0.16, covered = 3;
+  const Bitmap sun{.texture = "light6",
+                   .at = centred(sunX, sunY, 2.2),
+                   .alpha = line({{0, 1}, {covered, 0.8}, {covered + 0.3, 0}, {partEnd, 0}}),
+                   .blend = Blend::add};
+  show.add("sun", start, 1, backdrop, sun, sun, sun);
+  show.add("streamers", start, 1, backdrop + 1,
            Bitmap{.texture = "corona_ember",
-                  .at = centred(0.38, -0.16, zoom(2.5, 2.75, 4)),
-                  .alpha = swing(2, 0.8, 1),
+                  .at = centred(sunX, sunY, zoom(2.5, 2.75, 4)),
+                  .alpha = line({{0, 0.25}, {covered - 0.5, 0.5}, {covered, 1}, {partEnd, 1}}),
                   .blend = Blend::add});
-  show.add("moon", start, 1, backdrop + 1,
-           Bitmap{.texture = "moon", .at = centred(0.38, -0.16, zoom(1.0, 1.1, 4))});
+  show.add("moon", start, 1, backdrop + 3,
+           Bitmap{.texture = "moon",
+                  .at = centred(line({{0, sunX + 0.17}, {covered, sunX}, {partEnd, sunX}}),
+                                line({{0, sunY - 0.34}, {covered, sunY}, {partEnd, sunY}}), 1.06)});
+  const Curve spark = line({{0, 0}, {covered - 0.3, 0}, {covered, 1}, {covered + 0.5, 0.5}, {partEnd, 0.15}});
+  for (const char* light : {"rays_ember", "light7"})
+    show.add("diamond", start, 1, backdrop + 4,
+             Bitmap{.texture = light,
+                    .at = centred(sunX - 0.16, sunY + 0.42, 1.1),
+                    .alpha = spark,
+                    .blend = Blend::add});
   show.add("burning town", start, 1, far,
            Bitmap{.texture = "spires_ember", .at = {slide(-1.3, -1.4), slide(-0.05, -0.1), 2.8, 1.1}});
   show.add("watcher", start, 1, subject,
            Bitmap{.texture = "figure_ember",
-                  .at = centred(slide(-0.42, -0.38), slide(0.2, 0.16), slide(1.7, 1.8), 0.5)});
+                  .at = centred(slide(watcher.x, watcher.x + 0.04), slide(watcher.y, watcher.y - 0.04),
+                                slide(watcher.height, watcher.height + 0.1), 0.5)});
   // Flakes of fire rise, then stream past, then burst.
   const double passed = cueSeconds(roll - start), passedTwice = cueSeconds(doubles - start);
-  show.part("flakes rise", start, roll - start, smoke + 1,
-            {draw(Flare{"flare_particle"}),
-             draw(Particles{
-                 .alpha = fade(1, 0), .count = 70, .spread = 6, .speedX = 5, .speedY = 11, .scatter = 24})});
+  show.part(
+      "flakes rise", start, roll - start, backdrop + 2,
+      {draw(Flare{"flare_particle"}),
+       draw(Particles{
+           .alpha = fade(1, 0, 0.6), .count = 60, .spread = 6, .speedX = 5, .speedY = 11, .scatter = 24})});
   show.part("flakes stream", roll, doubles - roll, smoke + 1,
             {draw(Flare{"flare_shine"}),
              draw(Particles{.count = 110, .spread = 8, .speedY = 4, .speedZ = 26, .scatter = 26})},
             passed);
   show.part("flakes burst", doubles, breath - doubles, smoke + 1,
             {draw(Flare{"flare_normal"}),
-             draw(Particles{.count = 220, .spread = slide(20, 50), .speedZ = 30, .scatter = 9})},
+             draw(Particles{.count = 90, .spread = slide(20, 50), .speedZ = 30, .scatter = 9})},
             passedTwice);
-  show.add("sparks", start, 3.75, smoke,
-           Noise{.texture = "sparks_ember", .speedX = 0.015, .speedY = 0.06, .alpha = fade(2, 6, 0.8)});
+  show.add("sparks", start, breath - start, smoke,
+           Noise{.texture = "sparks_ember", .speedX = 0.015, .speedY = 0.06, .alpha = fade(2, 1, 0.7)});
+  show.add("one spark", breath, stroke - breath, smoke,
+           Bitmap{.texture = "light6",
+                  .at = centred(slide(0.02, 0.05), slide(0.05, -0.04), 0.14),
+                  .blend = Blend::add});
 
   // Mirrors before the fire, shaken by the roll.
   show.add("blaze", roll, breath - roll, backdrop,
@@ -95,16 +117,15 @@ void addInterludeTwo(Show& show) {
                   .at = centred(0, 0, zoom(2.8, 4.2, 7.5)),
                   .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 1, 0.5),
                   .blend = Blend::add});
-  const Viewport raised{.y = -0.74};  // above the title
+  const Viewport raised{.y = -0.66};  // above the title
   show.part(
       "mirrors", roll, doubles - roll, subject,
       {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.6, 0.3)}),
        draw(Viewport{})},
       2);
-  show.part("mirrors melt", doubles, breath - doubles, smoke,
+  show.part("mirrors melt", doubles, breath - doubles, subject,
             {draw(raised),
-             draw(Mirrors{.blend = Blend::add,
-                          .speedX = slide(4, 12),
+             draw(Mirrors{.speedX = slide(4, 12),
                           .speedY = slide(5, 14),
                           .speedZ = slide(3, 10),
                           .stillness = slide(0.5, 0),
@@ -114,26 +135,27 @@ void addInterludeTwo(Show& show) {
              draw(Viewport{})},
             2 + passed);
   const Logo word =
-      glitching(vex(edly, slide(0.8, 0.88), 0, 0.5), flashes({0, 2, 3}, 0.9, 0.03), 3, swing(4, 1.0, 1.18));
+      glitching(vex(edly, slide(0.78, 0.84), 0, 0.56), flashes({0, 2, 3}, 0.9, 0.03), 3, swing(4, 1.0, 1.18));
   show.add("vexedly", roll, doubles - roll, title, shadeBehind(word), word);
-  show.add("ember glass", doubles, breath - doubles, ground + 1,
-           roseWall("glass_ember", zoom(1.3, 2.4, 3.5)));
-  tunnel(show, "gate_ember", doubles, breath - doubles, 0.5);
-  const Logo louder = glitching(vex(edly, slide(0.95, 1.1), 0, 0.48), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5,
+  // One window far behind, in the dark.
+  show.add("ember glass", doubles, breath - doubles, ground + 1, roseWall("glass_ember", zoom(1.5, 2.2, 3.5)),
+           Fade{.alpha = 0.66});
+  const Logo louder = glitching(vex(edly, slide(0.86, 0.98), 0, 0.54), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5,
                                 swing(4, 1.0, 1.3));
   show.add("vexedly, louder", doubles, breath - doubles, title, shadeBehind(louder), louder);
   show.add("last breath", breath, stroke - breath, ground + 2, Fade{});
 
-  const Curve discHeight = zoom(2.15, 1.8, 4);
-  show.add("last streamers", stroke, 1, backdrop,
-           Bitmap{.texture = "corona_bone",
-                  .at = centred(0, 0, discHeight * 2.5),
-                  .alpha = flashes({0, 2}, 1, 0.75),
-                  .blend = Blend::add});
+  const Curve discHeight = zoom(1.9, 1.66, 4);
+  for (const double rest : {0.75, 0.0})  // twice as bright on the strokes
+    show.add("last streamers", stroke, 1, backdrop,
+             Bitmap{.texture = "corona_bone",
+                    .at = centred(0, 0, discHeight * 2.5),
+                    .alpha = flashes({0, 2}, 1, rest),
+                    .blend = Blend::add});
   show.add("last moon", stroke, 1, backdrop + 1, Bitmap{.texture = "moon", .at = centred(0, 0, discHeight)});
   show.add(
       "vexed at last", stroke, 1, title,
-      glitching(vex(ed, slide(1.0, 0.9)), flashes({0, 2}, 0.8, 0.01), 5, line({{0, 1.25}, {partEnd, 1.9}})));
+      glitching(vex(ed, slide(0.88, 0.8)), flashes({0, 2}, 0.8, 0.01), 5, line({{0, 1.2}, {partEnd, 1.5}})));
 }
 
 }  // namespace vex

@@ -1,30 +1,62 @@
-#include <utility>
-
+#include "production/models/fetus_parts.h"
+#include "production/models/stage.h"
 #include "production/movements/words.h"
 
 namespace vex {
 
+namespace lab = laboratory;
 using namespace screen;
 
 namespace {
 
 // --- The world
 
-enum Camera { wide, jar, eyes, phone, ash, hose, door, above };
+enum Camera {
+  room,
+  phone,
+  ash,
+  above,
+  beam,
+  jar,
+  wakes,
+  sees,
+  hose,
+  sprayer,
+  alarm,
+  stares,
+  glass,
+  blow,
+  splinters,
+  door
+};
+
+// A piece of the movement; bars count from its first.
+struct Shot {
+  const char* name;
+  double bar, bars;
+  Camera camera;
+
+  double from() const { return laboratoryBar + bar; }
+  double beats() const { return bars * beatsPerBar; }
+  double start() const { return lab::sceneTime(bar); }
+  double speed() const { return (lab::sceneTime(bar + bars) - start()) / (bars * secondsPerBar); }
+};
 
 // How everything stands; fractions of their motions.
 struct State {
-  Curve turn = 0.3;                    // of the being: 0 its back, 1 past its face
-  Curve lids = shut;                   // of its eyes
-  Curve skin[4] = {1.5, 1.3, 1.2, 1};  // colour in the lamp's light, opacity
-  Curve swell = 0;                     // of the hose
-  Curve spray = 0;                     // drops in the air
+  Curve turn = 0.3;                      // of the being: 0 its back, 0.9 past its face, then it sits down
+  Curve lids = 0;                        // of its eyes; 1 is wide open
+  Curve gaze = 0.5;                      // from its right to its left
+  Curve skin[4] = {1.15, 1.0, 0.92, 1};  // colour in the lamp's light, opacity
+  Curve heart = 0;                       // how far it swells
+  Curve swell = 0;                       // of the hose
+  Curve spray = 0;                       // drops in the air
   Curve alarm = 0;
-  Curve shards = 0;  // flying about where the jar was
-  Curve glass = 1;   // of the jar
-  Curve open = 0;    // door
-
-  static constexpr double shut = 0.06, wideOpen = 0.32;
+  Curve burst = 0;               // how far the jar has flown apart
+  Curve shards = 0;              // that fall, and splinters
+  Curve glass = 1;               // of the jar
+  Curve open = 0;                // door
+  Curve dial = 0, receiver = 0;  // of the telephone
 };
 
 ScriptCall labCall(const char* function, std::vector<ScriptParameter> parameters) {
@@ -39,171 +71,270 @@ ScriptCall pose(const char* object, const Curve& fraction) {
   return labCall("setAnimationState", {{"object", name}, {"fraction", fraction, 0, 0.999}});
 }
 
-void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start, double speed,
-             const State& state) {
-  show.part(name, bar, bars, ground,
-            {pose("fetus", state.turn), pose("eye01", state.lids), pose("eye02", state.lids),
-             pose("door", state.open), pose("doorLight", state.open),
-             labCall("morphHose", {{"swell", state.swell, 0, 1}}),
-             labCall("setParticleCount", {{"particle count", state.spray, 0, 100}}),
-             labCall("setSkinColor", {{"red", state.skin[0], 0, 2},
-                                      {"green", state.skin[1], 0, 2},
-                                      {"blue", state.skin[2], 0, 2},
-                                      {"opacity", state.skin[3], 0, 1}}),
-             labCall("setAlarmLight", {{"level", state.alarm, 0, 2}}),
-             labCall("explode", {{"shards", state.shards, 0, 300}, {"glass", state.glass, 0, 1}}),
-             draw(World{.scene = "SceneFetus", .camera = camera})},
-            start, speed);
+void addShot(Show& show, const Shot& shot, const State& state) {
+  std::vector<ScriptCall> calls;
+  const struct {
+    const char* object;
+    const Curve& fraction;
+  } poses[] = {{"fetus", state.turn},        {"eye01", state.lids},     {"eye02", state.lids},
+               {"ball01", state.gaze},       {"ball02", state.gaze},    {"heart", state.heart},
+               {"door", state.open},         {"doorLight", state.open}, {"dial", state.dial},
+               {"receiver", state.receiver}, {"burst01", state.burst},  {"burst02", state.burst},
+               {"burst03", state.burst},     {"burst04", state.burst}};
+  for (const auto& [object, fraction] : poses) calls.push_back(pose(object, fraction));
+  calls.push_back(labCall("morphHose", {{"swell", state.swell, 0, 1}}));
+  calls.push_back(labCall("setParticleCount", {{"particle count", state.spray, 0, 100}}));
+  calls.push_back(labCall("setSkinColor", {{"red", state.skin[0], 0, 2},
+                                           {"green", state.skin[1], 0, 2},
+                                           {"blue", state.skin[2], 0, 2},
+                                           {"opacity", state.skin[3], 0, 1}}));
+  calls.push_back(labCall("setAlarmLight", {{"level", state.alarm, 0, 2}}));
+  calls.push_back(labCall("explode", {{"shards", state.shards, 0, 300}, {"glass", state.glass, 0, 1}}));
+  calls.push_back(draw(World{.scene = "SceneFetus", .camera = shot.camera}));
+  show.part(shot.name, shot.from(), shot.bars, ground, std::move(calls), shot.start(), shot.speed());
 }
 
-// --- What lies over it
+// --- Light that lies over it
 
-// Haze in the lamp's beam that drifts before the lens and lights up on beats.
-void addDust(Show& show, double bar, double bars, const std::vector<double>& beats, double level) {
-  show.add("lamp haze", bar, bars, haze,
-           Bitmap{.texture = "haze_teal",
-                  .at = centred(swing(13, -0.35, 0.25), swing(9, -0.3, 0.1), 2.4, 1.4),
-                  .alpha = flashes(beats, level, level * 0.4),
+Sight sightOf(const Shot& shot, const Vector& place) {
+  return onScreen(lab::cameras()[shot.camera], shot.start(), shot.speed(), shot.beats(), place);
+}
+
+// A glow about a place in the room, as wide and high as it would be there.
+void addGlow(Show& show, const Shot& shot, const char* texture, const Vector& place, double height,
+             const Curve& alpha, double aspect = 1) {
+  const Sight sight = sightOf(shot, place);
+  show.add("glow", shot.from(), shot.bars, haze,
+           Bitmap{.texture = texture,
+                  .at = centred(sight.x, sight.y, sight.unit * height, aspect),
+                  .alpha = alpha,
                   .blend = Blend::add});
 }
 
-// The room goes red with the alarm.
-void addRed(Show& show, double bar, double bars, const std::vector<double>& beats) {
-  show.add("red", bar, bars, flash - 1,
-           Fade{.red = 0.62, .green = 0.02, .blue = 0.03, .alpha = flashes(beats, 0.4, 0.07)});
+// The lamp and what hangs in its beam, which lights up on beats.
+void addLamp(Show& show, const Shot& shot, const std::vector<double>& beats, double level) {
+  const Vector mouth = mix(lab::lampPlace, lab::lampTarget, 0.12f);
+  addGlow(show, shot, "rays_teal", mouth, 190, flashes(beats, level, level * 0.7));
+  addGlow(show, shot, "light7", mouth, 150, flashes(beats, level, level * 0.7));
+  addGlow(show, shot, "haze_teal", mix(lab::lampPlace, lab::lampTarget, 0.6f), 260,
+          flashes(beats, 0.6 * level, 0.35 * level), 0.8);
+}
+
+// Everything but what stands in the middle of the picture goes dark.
+void addGloom(Show& show, double bar, double bars, const Curve& level) {
+  show.add("gloom", bar, bars, smoke, Fade{.alpha = level});
+}
+
+// On each stroke the teal is taken away for a while, and the beacon glows.
+void addStrokes(Show& show, const Shot& shot, const std::vector<double>& beats) {
+  constexpr double lit = 0.4;  // of a beat
+  for (const double beat : beats)
+    for (const double share : {1.0, 0.5})
+      show.add("red light", shot.from() + beat / beatsPerBar, lit * share / beatsPerBar, haze - 1,
+               Bitmap{.texture = "sky_teal", .at = covering(1.9), .blend = Blend::darken});
+  show.add("red", shot.from(), shot.bars, smoke,
+           Fade{.red = 0.55, .green = 0.01, .blue = 0.02, .alpha = flashes(beats, 0.3, 0.0)});
+  addGlow(show, shot, "light4", lab::beaconPlace, 420, flashes(beats, 1, 0.25));
+  addGlow(show, shot, "light4", lab::beaconPlace, 60, flashes(beats, 1, 0), 26);
 }
 
 // Into the room; the lamp ticks as it warms.
 void addRoom(Show& show) {
-  const double start = laboratoryBar, dial = barOf("dialling");
-  addShot(show, "into the room", start, dial - start, wide, 2, 3.6, {.turn = slide(0.4, 0.52), .open = 0});
-  show.add(
-      "lamp warms", start, 1, flash - 1,
-      Fade{.alpha = line({{0, 0}, {0.3, 0.3}, {0.32, 0}, {1, 0.35}, {1.02, 0}, {2, 0.12}, {partEnd, 0}})});
-  addDust(show, start, dial - start, {1, 4, 6}, 0.5);
+  const Shot shot{"into the room", 0, 2, room};
+  addShot(show, shot, {.turn = slide(0.44, 0.52)});
+  addGloom(show, shot.from(), shot.bars,
+           line({{0, 1},
+                 {0.05, 0.35},
+                 {0.3, 0.62},
+                 {0.32, 0.12},
+                 {1, 0.6},
+                 {1.02, 0.05},
+                 {2, 0.3},
+                 {2.04, 0},
+                 {partEnd, 0}}));
+  addLamp(show, shot, {0.32, 1.02, 2.04, 4, 6}, 0.8);
 }
 
-// The telephone dials; the cigarette burns.
+// The telephone dials the motif; the cigarette burns.
 void addTable(Show& show) {
-  const double start = barOf("dialling"), next = barOf("half time");
-  addShot(show, "telephone", start, 1, phone, 3, 6, {.turn = slide(0.3, 0.34)});
-  addShot(show, "cigarette", start + 1, next - start - 1, ash, 3, 6, {.turn = slide(0.36, 0.4)});
-  addDust(show, start, next - start, {0, 1, 2, 3, 4, 6, 7}, 0.35);
+  const Shot ring{"telephone", 2, 1, phone}, smoulder{"cigarette", 3, 1, ash};
+  // The disc is drawn to the stop and runs back; the receiver trembles with each ring.
+  State state{.turn = slide(0.4, 0.46)};
+  state.dial = line({{0, 0},
+                     {0.3, 0.35},
+                     {0.8, 0},
+                     {1, 0},
+                     {1.3, 0.5},
+                     {1.9, 0},
+                     {2, 0},
+                     {2.3, 0.8},
+                     {2.9, 0},
+                     {3, 0},
+                     {3.3, 0.95},
+                     {partEnd, 0.1}});
+  state.receiver = swing(1.0 / 6, 0.3, 0.7);
+  addShot(show, ring, state);
+  addGlow(show, ring, "rays_teal", lab::lampTarget, 300, flashes({0, 1, 2, 3}, 0.25, 0.1));
+  addShot(show, smoulder, {.turn = slide(0.46, 0.5)});
+  const Vector ember = lab::emberPlace;
+  addGlow(show, smoulder, "light6", ember, 15, swing(2, 0.5, 1));
+  addGlow(show, smoulder, "light4", ember, 7, swing(2, 0.6, 1));
 }
 
 void addBeam(Show& show) {
-  const double start = barOf("half time"), next = barOf("jar");
-  addShot(show, "with the beam", start, next - start, above, 1, 3.6, {.turn = slide(0.4, 0.55)});
-  addDust(show, start, next - start, {0, 2, 4, 6}, 0.5);
+  const Shot high{"with the beam", 4, 1, above}, low{"up the beam", 5, 1, beam};
+  addShot(show, high, {.turn = slide(0.4, 0.48)});
+  addLamp(show, high, {0, 2}, 0.6);
+  addShot(show, low, {.turn = slide(0.5, 0.58)});
+  addLamp(show, low, {0, 1, 2, 3}, 1);
 }
 
+// It sleeps, and kicks once.
 void addJar(Show& show) {
-  const double start = barOf("jar"), next = barOf("eyes");
-  addShot(show, "around the jar", start, next - start, jar, 1, 4, {.turn = slide(0.34, 0.62)});
-  addDust(show, start, next - start, {0, 2, 4, 6}, 0.3);
+  const Shot shot{"around the jar", 6, 2, jar};
+  addShot(show, shot,
+          {.turn = line({{0, 0.36}, {4.98, 0.545}, {5.1, 0.525}, {5.6, 0.56}, {partEnd, 0.62}}),
+           .lids = line({{0, 0}, {6.5, 0}, {6.7, 0.1}, {7, 0.02}, {partEnd, 0}})});
+  addLamp(show, shot, {0, 2, 4, 6}, 0.3);
 }
 
+// Dark but for the window; the light finds it, its lids open.
 void addEyes(Show& show) {
-  const double start = barOf("eyes"), next = barOf("hose");
-  addShot(show, "it wakes", start, 1, eyes, 1, 4,
+  const Shot opening{"it wakes", 8, 1, wakes}, staring{"it sees", 9, 1, sees};
+  addShot(show, opening,
           {.turn = slide(0.52, 0.57),
-           .lids = line({{0, 0.155}, {1, 0.165}, {2.5, 0.27}, {partEnd, 0.3}}),
-           .skin = {line({{0, 2}, {partEnd, 1.7}}), 1.36, 1.1, 1}});
-  addShot(show, "it sees", start + 1, next - start - 1, eyes, 12, 4,
-          {.turn = slide(0.57, 0.68), .lids = line({{0, 0.3}, {2, 0.42}, {2.5, 0.51}, {partEnd, 0.64}})});
-  show.add("the room holds its breath", start, 0.25, flash - 1,
-           Fade{.alpha = line({{0, 0.5}, {partEnd, 0}})});
-  addDust(show, start, next - start, {0, 4}, 0.25);
+           .lids = line({{0, 0}, {0.9, 0.04}, {1.4, 0.3}, {1.7, 0.1}, {2.5, 0.75}, {partEnd, 0.8}}),
+           .gaze = slide(0.6, 0.45)});
+  addGloom(show, opening.from(), opening.bars,
+           line({{0, 0.82}, {1.9, 0.66}, {2, 0.1}, {2.5, 0}, {partEnd, 0}}));
+  addShot(show, staring,
+          {.turn = slide(0.58, 0.62),
+           .lids = line({{0, 0.8}, {1.4, 0.85}, {1.5, 0}, {1.65, 0.1}, {1.9, 0.95}, {partEnd, 1}}),
+           .gaze = line({{0, 0.2}, {0.9, 0.2}, {1, 0.75}, {1.9, 0.75}, {2, 0.5}, {partEnd, 0.5}})});
 }
 
 // The hose swells with the bass, the sprayer hisses.
 void addHose(Show& show) {
-  const double start = barOf("hose"), next = barOf("alarm");
-  addShot(show, "hose", start, next - start, hose, 2, 4,
-          {.turn = slide(0.98, 0.86),
-           .lids = 0.33,
-           .swell = spline({{0, 0},
-                            {0.4, 0.9},
-                            {2, 0.1},
-                            {2.4, 1},
-                            {4, 0.1},
-                            {4.4, 0.9},
-                            {6, 0.2},
-                            {6.4, 1},
-                            {partEnd, 0.6}}),
-           .spray = line({{0, 0}, {2, 90}, {3.5, 20}, {4, 100}, {partEnd, 30}})});
-  addDust(show, start, next - start, {0, 2, 4, 6}, 0.3);
+  const Shot along{"hose", 10, 1, hose}, over{"sprayer", 11, 1, sprayer};
+  State state{.turn = slide(0.86, 0.83), .lids = 0.7, .gaze = slide(0.4, 0.6)};
+  state.swell = spline({{0, 0}, {0.4, 0.9}, {2, 0.1}, {2.4, 1}, {partEnd, 0.1}});
+  state.spray = line({{0, 0}, {1.99, 0}, {2, 60}, {partEnd, 40}});
+  addShot(show, along, state);
+  state.turn = slide(0.83, 0.78),
+  state.swell = spline({{0, 0.1}, {0.4, 0.9}, {2, 0.2}, {2.4, 1}, {partEnd, 0.6}});
+  state.lids = line({{0, 0.75}, {1.9, 0.75}, {2, 0.1}, {2.2, 0.1}, {2.5, 0.7}, {partEnd, 0.75}});
+  state.spray = line({{0, 100}, {1.5, 40}, {1.99, 40}, {2, 100}, {partEnd, 60}});
+  addShot(show, over, state);
+  addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46,
+          flashes({0, 2}, 0.7, 0.2), 1.4);
 }
 
-// Flesh turns to glass in the red light; bones and a heart show.
+// Flesh turns to glass in the red light, step by step; bones and a heart show.
 void addAlarm(Show& show) {
-  const double start = barOf("alarm"), doubles = barOf("alarm doubles"), fill = barOf("burst fill"),
-               held = barOf("held breath"), burst = barOf("burst");
   const std::vector<double> slow{0, 2}, fast{0, 1, 2, 3};
+  // From flesh to glass, a step each of `beats`.
   const auto glassy = [](double from, double to, const std::vector<double>& beats) {
     const auto along = [&](double flesh, double clear) {
-      return slide(mix(flesh, clear, from), mix(flesh, clear, to));
+      std::vector<CurveDot> dots;
+      const auto count = static_cast<double>(beats.size());
+      for (std::size_t i = 0; i < beats.size(); ++i) {
+        const auto k = static_cast<double>(i);
+        const double before = mix(flesh, clear, mix(from, to, k / count)),
+                     after = mix(flesh, clear, mix(from, to, (k + 1) / count));
+        dots.push_back({beats[i] + (i > 0 ? 0 : 0), before});
+        dots.push_back({beats[i] + 0.15, after});
+        dots.push_back({i + 1 < beats.size() ? beats[i + 1] - 0.01 : partEnd, after});
+      }
+      return line(dots);
     };
-    return State{.lids = 0.33,
-                 .skin = {along(1.5, 0.7), along(1.3, 1.7), along(1.2, 1.7), along(1, 0.34)},
-                 .alarm = flashes(beats, 2, 0.2)};
+    State state;
+    state.lids = 0.75;
+    state.skin[0] = along(1.15, 0.7), state.skin[1] = along(1.0, 1.6), state.skin[2] = along(0.92, 1.6),
+    state.skin[3] = along(1, 0.34);
+    state.alarm = flashes(beats, 2, 0.1);
+    state.heart = flashes(beats, 0.999);
+    return state;
   };
-  State state = glassy(0, 0.2, slow);
-  state.turn = slide(0.3, 0.36), state.spray = 20;
-  addShot(show, "alarm in the room", start, 1, wide, 12, 3, state);
-  state = glassy(0.2, 0.62, slow);
-  state.turn = slide(0.46, 0.56);
-  addShot(show, "skin clears", start + 1, 1, jar, 9, 3, state);
-  addRed(show, start, doubles - start, {0, 2, 4, 6});
-  state = glassy(0.62, 0.85, fast);
-  state.turn = slide(0.6, 0.66), state.lids = slide(0.54, 0.8);
-  addShot(show, "it stares", doubles, 1, eyes, 14, 4, state);
-  state = glassy(0.85, 1, fast);
-  state.turn = slide(0.4, 0.62), state.swell = flashes(fast, 1, 0.3);
-  addShot(show, "glass within glass", fill, held - fill, jar, 12, 4, state);
-  addRed(show, doubles, held - doubles, everyBeat);
-  state = glassy(1, 1, {});
-  state.turn = 0.62;
-  addShot(show, "held", held, burst - held, eyes, 18, 0.5, state);
-  show.add("breath held", held, burst - held, flash - 1, Fade{.alpha = line({{0, 0.55}, {partEnd, 0.85}})});
+  const Shot first{"alarm in the room", 12, 1, alarm}, second{"skin clears", 13, 1, jar},
+      third{"it stares", 14, 1, stares}, fourth{"glass within glass", 15, 0.75, glass},
+      fifth{"held", 15.75, 0.25, stares};
+  State state = glassy(0, 0.15, slow);
+  state.turn = slide(0.5, 0.54), state.spray = 10;
+  addShot(show, first, state);
+  state = glassy(0.15, 0.6, slow);
+  state.turn = slide(0.54, 0.6);
+  addShot(show, second, state);
+  state = glassy(0.6, 0.85, fast);
+  state.turn = slide(0.58, 0.64), state.lids = line({{0, 0.8}, {partEnd, 1}}),
+  state.gaze = line({{0, 0.7}, {1.9, 0.7}, {2, 0.45}, {partEnd, 0.5}});
+  addShot(show, third, state);
+  state = glassy(0.85, 1, {0, 1, 2});
+  state.turn = slide(0.4, 0.62), state.swell = flashes({0, 1, 2}, 1, 0.3);
+  addShot(show, fourth, state);
+  state = glassy(1, 1, {0});
+  state.turn = 0.64, state.lids = 1, state.gaze = slide(0.5, 0.42), state.alarm = 0, state.heart = 0;
+  addShot(show, fifth, state);
+  addGloom(show, fifth.from(), fifth.bars, line({{0, 0.55}, {partEnd, 0.85}}));
+  addStrokes(show, first, slow);
+  addStrokes(show, second, slow);
+  addStrokes(show, third, fast);
+  addStrokes(show, fourth, {0, 1, 2});
+  for (const Shot& shot : {second, third, fourth})
+    addGlow(
+        show, shot, "light4", lab::heartPlace, 30,
+        flashes(shot.bars < 1 ? std::vector<double>{0, 0.5, 1, 1.5, 2, 2.25, 2.5, 2.75} : fast, 0.9, 0.25));
 }
 
-// The jar bursts; the door opens on white.
+// The jar bursts, and time all but stands; it runs again, and all that hung in the air falls.
 void addBurst(Show& show) {
-  const double start = barOf("burst"), shards = barOf("shards"), opens = barOf("door"),
-               white = barOf("white"), end = interludeTwoBar;
-  State state{.turn = slide(0.5, 0.58),
-              .lids = 0.33,
-              .skin = {0.7, 1.7, 1.7, 0.36},
-              .swell = 0.5,
-              .alarm = flashes({0, 1, 2, 3}, 1.2, 0.2),
-              .shards = line({{0, 300}, {1.0, 300}, {1.05, 0}, {partEnd, 0}}),
-              .glass = 0};
-  addShot(show, "burst", start, 1, jar, 7, 2.5, state);
-  state.shards = line({{0, 160}, {1, 160}, {1.05, 0}, {partEnd, 0}}), state.turn = slide(0.58, 0.66);
-  addShot(show, "shards", shards, 1, hose, 13, 3, state);
-  state.shards = 0, state.alarm = 0.3;
-  state.open = line({{0, 0}, {1, 0.12}, {4, 0.5}, {partEnd, 0.9}}), state.turn = slide(0.3, 0.1);
-  addShot(show, "door", opens, end - opens, door, 1, 4.6, state);
-  show.add("blow", start, 0.5, flash - 1,
-           Bitmap{.texture = "rays_teal",
-                  .at = centred(0, -0.05, zoom(1.6, 4.6, 2)),
-                  .alpha = line({{0, 1}, {0.5, 0.6}, {partEnd, 0}}),
-                  .blend = Blend::add});
-  show.add("vexing", shards, 1, title,
-           glitching(vex(ing, spline({{0, 1.4}, {0.4, 1.1}, {2, 1.12}, {partEnd, 1.24}}), 0, 0.4),
-                     flashes({0, 1, 2, 3}, 1, 0.05), 3, swing(4, 1.04, 1.2)));
-  for (const auto& [glow, aspect] : {std::pair{"haze_teal", 0.6}, {"rays_teal", 1.0}})
-    show.add("light through the door", opens, end - opens, haze,
-             Bitmap{.texture = glow,
-                    .at = centred(travel(0.21, 0.03, 8), 0, zoom(1.3, 4.2, 8), aspect),
-                    .alpha = line({{0, 0}, {1, 0.35}, {4, 0.7}, {partEnd, 1}}),
-                    .blend = Blend::add});
-  show.add("white", white, end - white, flash - 1,
+  const Shot still{"burst", lab::burstBar, 1, blow}, falls{"shards", lab::burstBar + 1, 1, splinters};
+  State state;
+  state.skin[0] = 0.7, state.skin[1] = 1.6, state.skin[2] = 1.6, state.skin[3] = 0.34;
+  state.lids = 1, state.glass = 0, state.turn = slide(0.46, 0.72);
+  state.heart = flashes({0, 2}, 0.999), state.alarm = flashes({0}, 1.6, 0.1);
+  state.burst = line({{0, 0}, {0.06, 0.32}, {0.3, 0.5}, {partEnd, 0.999}});
+  addShot(show, still, state);
+  state.burst = 0, state.shards = line({{0, 300}, {0.4, 300}, {0.45, 0}, {partEnd, 0}});
+  state.turn = line({{0, 0.9}, {0.5, 0.9}, {1.6, 0.98}, {partEnd, 0.985}}), state.lids = slide(1, 0.5);
+  state.alarm = 0.1;
+  addShot(show, falls, state);
+  addGlow(show, still, "rays_teal", Vector(0, 6, 0), 330,
+          line({{0, 1}, {0.3, 0.7}, {1, 0.25}, {partEnd, 0}}));
+  addGlow(show, still, "light7", Vector(0, 6, 0), 260, line({{0, 1}, {0.15, 0.6}, {0.5, 0}, {partEnd, 0}}));
+  addGlow(show, still, "light4", lab::heartPlace, 44, flashes({0, 2}, 1, 0.45));
+  addGlow(show, falls, "light4", lab::heartPlace, 30, flashes({0, 1, 2, 3}, 0.8, 0.25));
+  addLamp(show, falls, {0}, 0.9);
+  addGloom(show, still.from(), still.bars, line({{0, 0}, {0.3, 0.3}, {3, 0.3}, {partEnd, 0.15}}));
+  const Logo word =
+      glitching(vex(ing, spline({{0, 0.86}, {0.4, 0.72}, {2, 0.73}, {partEnd, 0.8}}), -0.38, 0.5),
+                flashes({0, 1, 2, 3}, 1, 0.05), 3, swing(4, 1.04, 1.2));
+  show.add("vexing", falls.from(), 1, title, shadeBehind(word, -0.38), word);
+}
+
+// The door opens on white, and on somebody who then stands there when all else has gone.
+void addDoor(Show& show) {
+  const Shot shot{"door", lab::burstBar + 2, 2, door};
+  State state;
+  state.skin[0] = 0.7, state.skin[1] = 1.6, state.skin[2] = 1.6, state.skin[3] = 0.34;
+  state.glass = 0, state.turn = 0.985, state.lids = 0.5, state.heart = flashes({0, 2, 4, 6}, 0.999);
+  state.open = line({{0, 0}, {1, 0.12}, {4, 0.5}, {partEnd, 0.9}});
+  addShot(show, shot, state);
+  const Vector opening(156, -70, -326);
+  addGlow(show, shot, "rays_teal", opening, 700, line({{0, 0}, {1, 0.35}, {4, 0.8}, {partEnd, 1}}));
+  addGlow(show, shot, "haze_teal", opening, 900, line({{0, 0}, {1, 0.35}, {4, 0.7}, {partEnd, 1}}));
+  addGlow(show, shot, "light7", opening, 420, line({{0, 0}, {1, 0.2}, {4, 0.6}, {partEnd, 1}}));
+  const double end = interludeTwoBar;
+  show.add("white", barOf("white"), end - barOf("white"), vignette + 1,
            Fade{.red = 0.97,
                 .green = 1,
                 .blue = 0.98,
-                .alpha = spline({{0, 0.1}, {1, 0.16}, {3, 0.75}, {3.7, 1}, {partEnd, 1}})});
+                .alpha = spline({{0, 0}, {1, 0.1}, {2.6, 0.8}, {3.2, 1}, {partEnd, 1}})});
+  // He comes to where he stands before the covered sun.
+  const Sight sight = sightOf(shot, opening);
+  show.add("somebody in the door", shot.from() + 0.5, 1.5, vignette + 2,
+           Bitmap{.texture = "figure_ember",
+                  .at = centred(travel(0.1, watcher.x, 6), watcher.y, zoom(0.8, watcher.height, 6), 0.5),
+                  .alpha = line({{0, 0}, {0.8, 1}, {partEnd, 1}})});
 }
 
 }  // namespace
@@ -226,6 +357,7 @@ void addLaboratory(Show& show) {
   addHose(show);
   addAlarm(show);
   addBurst(show);
+  addDoor(show);
 }
 
 }  // namespace vex

@@ -57,6 +57,12 @@ struct Ending {
 inline constexpr Ending ed{"end_ed01", 0.5}, ing{"end_ing01", 0.43}, ation{"end_ation01", 0.28},
     atious{"end_atious01", 0.22}, er{"end_er01", 0.5}, illum{"end_illum01", 0.28}, edly{"end_edly01", 0.38};
 
+// Somebody in a hood stands in the door of one world and before the sun of the next.
+struct Stand {
+  double x = -0.42, y = 0.2, height = 1.7;
+};
+inline constexpr Stand watcher;
+
 // The title with that ending; the middle of its letters lies at (x, y).
 screen::Logo vex(const Ending& ending, const Curve& size, double x = 0, double y = 0);
 screen::Logo glitching(screen::Logo logo, const Curve& glitch, int layers, const Curve& scale);

@@ -1,0 +1,145 @@
+#include <algorithm>
+#include <cmath>
+
+#include "production/cues.h"
+#include "production/geometry/forms.h"
+#include "production/models/fetus_parts.h"
+#include "production/textures/palette.h"
+
+// Where the laboratory is seen from: each move takes as long as its shot and begins when that does.
+
+namespace vex::laboratory {
+
+double sceneTime(double bar) {
+  constexpr double begin = 1.25;  // the loop's ends lie on a cut
+  const double slow = std::clamp(bar - burstBar, 0.0, 1.0) * (1 - burstPace);
+  return begin + (bar - slow) * secondsPerBar;
+}
+
+namespace {
+
+struct Move {
+  double bar, bars;  // of the laboratory
+  std::vector<Vector> eye, target;
+};
+
+// From move to move, and back to the first one.
+std::function<Vector(float)> through(const std::vector<Move>& moves, std::vector<Vector> Move::*knots) {
+  constexpr double loop = shotSeconds;
+  return [=](float t) {
+    for (std::size_t i = 0;; ++i) {
+      const Move &move = moves[i], &next = moves[(i + 1) % moves.size()];
+      const double begin = sceneTime(move.bar), length = sceneTime(move.bar + move.bars) - begin;
+      const double since = std::fmod(t - begin + 2 * loop, loop);
+      const double rest = std::fmod(sceneTime(next.bar) - begin - 0.001 + 2 * loop, loop) - length;
+      if (i + 1 < moves.size() && since > length + rest) continue;
+      const std::vector<Vector> curve = smoothPath(move.*knots, 64);
+      if (since > length)
+        return mix(curve.back(), (next.*knots).front(),
+                   smoothStep(0, static_cast<float>(rest), static_cast<float>(since - length)));
+      const auto place = static_cast<float>(since / length * static_cast<double>(curve.size() - 1));
+      const auto k = std::min(static_cast<std::size_t>(place), curve.size() - 2);
+      return mix(curve[k], curve[k + 1], place - static_cast<float>(k));
+    }
+  };
+}
+
+StageCamera camera(const char* name, float fieldDegrees, const std::vector<Move>& moves, int every = 8) {
+  StageCamera made{.name = name, .fieldDegrees = fieldDegrees, .far = 1500};
+  made.positions = positionKeys(shotSeconds, every, through(moves, &Move::eye));
+  made.targets = positionKeys(shotSeconds, every, through(moves, &Move::target));
+  made.position = made.positions.front().value;
+  made.target = made.targets.front().value;
+  return made;
+}
+
+}  // namespace
+
+std::vector<StageCamera> cameras() {
+  return {
+      // Into the room, under the lamp.
+      camera("view_room", 74,
+             {{0,
+               2,
+               {Vector(182, 4, 336), Vector(126, 0, 324), Vector(66, -4, 306)},
+               {Vector(-26, 58, 0), Vector(-20, 54, 0), Vector(-12, 48, 0)}}}),
+      // The telephone, which nobody answers.
+      camera(
+          "view_phone", 70,
+          {{2, 1, {Vector(98, -31, 168), Vector(72, -32, 152)}, {Vector(64, -17, 0), Vector(60, -15, 0)}}}),
+      // The cigarette before the dark.
+      camera("view_ash", 54,
+             {{3,
+               1,
+               {Vector(-12, -37, 88), Vector(-20, -36, 93)},
+               {Vector(-54, -33, 44), Vector(-56, -32, 47)}}}),
+      // From under the ceiling, with the beam.
+      camera(
+          "view_above", 74,
+          {{4, 1, {Vector(128, 214, 150), Vector(66, 226, 128)}, {Vector(2, -20, 4), Vector(-2, -20, 0)}}}),
+      // From the table up along the beam.
+      camera("view_beam", 78,
+             {{5, 1, {Vector(164, -42, 150), Vector(128, -40, 168)}, {Vector(0, 34, 8), Vector(-6, 42, 4)}}}),
+      // Around the jar; once more when the skin clears.
+      camera("view_jar", 62,
+             {{13, 1, {Vector(14, 2, 120), Vector(38, 8, 104)}, {Vector(0, 4, 0), Vector(-2, 5, 0)}},
+              {6,
+               2,
+               {Vector(-98, 4, 96), Vector(-52, -8, 126), Vector(8, 0, 134), Vector(58, 10, 118)},
+               {Vector(12, 4, 0), Vector(10, 4, 0), Vector(-4, 4, 0), Vector(-12, 6, 0)}}}),
+      // It wakes.
+      camera("view_wakes", 46,
+             {{8, 1, {Vector(-36, 20, 100), Vector(-24, 17, 84)}, {Vector(6, 12, 0), Vector(2, 13, 0)}}}),
+      // Into the one eye.
+      camera("view_sees", 34,
+             {{9,
+               1,
+               {Vector(-20, 17, 104), Vector(-10, 16, 84), Vector(1, 15, 62)},
+               {Vector(-2, 13, 0), Vector(-2, 13.5f, 0), Vector(-1, 14.5f, 0)}}}),
+      // Along the hose to the jar.
+      camera("view_hose", 64,
+             {{10,
+               1,
+               {Vector(250, 4, -116), Vector(222, 22, -100)},
+               {Vector(50, -4, -30), Vector(36, 4, -20)}}}),
+      // Over the sprayer.
+      camera("view_sprayer", 58,
+             {{11, 1, {Vector(126, 30, 122), Vector(98, 34, 132)}, {Vector(22, 4, 6), Vector(14, 7, 4)}}}),
+      // Under the beacon.
+      camera("view_alarm", 66,
+             {{12,
+               1,
+               {Vector(74, -12, 278), Vector(34, -8, 250)},
+               {Vector(66, 34, -100), Vector(56, 32, -100)}}}),
+      // Eye to eye.
+      camera("view_stares", 44,
+             {{14,
+               2,
+               {Vector(-36, 19, 96), Vector(-16, 16, 84), Vector(-8, 16, 78), Vector(-6, 16, 74)},
+               {Vector(5, 12, 0), Vector(2, 13, 0), Vector(0, 13, 0), Vector(-1, 13, 0)}}}),
+      // Past what is in the glass.
+      camera("view_glass", 62,
+             {{15,
+               0.75,
+               {Vector(-106, -4, 86), Vector(-52, 0, 126), Vector(20, 8, 134)},
+               {Vector(6, 2, 0), Vector(0, 3, 0), Vector(-6, 4, 0)}}}),
+      // Around the burst, which hardly moves.
+      camera("view_burst", 66,
+             {{burstBar,
+               1,
+               {Vector(-92, -18, 112), Vector(-30, -8, 142), Vector(40, 6, 138), Vector(96, 22, 108)},
+               {Vector(4, 4, 0), Vector(0, 4, 0), Vector(-2, 4, 0), Vector(-4, 5, 0)}}},
+             3),
+      // Up from the table.
+      camera("view_shards", 76,
+             {{17, 1, {Vector(60, -42, 84), Vector(46, -44, 80)}, {Vector(-16, 24, 8), Vector(-14, 30, 8)}}}),
+      // Past the child to the door.
+      camera("view_door", 64,
+             {{18,
+               2,
+               {Vector(-112, 3, 110), Vector(-132, 6, 82), Vector(-150, 8, 45)},
+               {Vector(34, -4, -48), Vector(26, -8, -58), Vector(18, -14, -64)}}}),
+  };
+}
+
+}  // namespace vex::laboratory
