@@ -117,7 +117,7 @@ void addInterludeTwo(Show& show) {
                   .at = centred(0, 0, zoom(2.8, 4.2, 7.5)),
                   .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 1, 0.5),
                   .blend = Blend::add});
-  const Viewport raised{.y = -0.66};  // above the title
+  const Viewport raised{.y = -0.72};  // above the title
   show.part(
       "mirrors", roll, doubles - roll, subject,
       {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.6, 0.3)}),
@@ -139,7 +139,7 @@ void addInterludeTwo(Show& show) {
   show.add("vexedly", roll, doubles - roll, title, shadeBehind(word), word);
   // One window far behind, in the dark.
   show.add("ember glass", doubles, breath - doubles, ground + 1, roseWall("glass_ember", zoom(1.5, 2.2, 3.5)),
-           Fade{.alpha = 0.66});
+           Fade{.alpha = 0.78});
   const Logo louder = glitching(vex(edly, slide(0.86, 0.98), 0, 0.54), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5,
                                 swing(4, 1.0, 1.3));
   show.add("vexedly, louder", doubles, breath - doubles, title, shadeBehind(louder), louder);

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "production/models/fetus_parts.h"
 #include "production/models/stage.h"
 #include "production/movements/words.h"
@@ -101,14 +103,18 @@ Sight sightOf(const Shot& shot, const Vector& place) {
 }
 
 // A glow about a place in the room, as wide and high as it would be there.
-void addGlow(Show& show, const Shot& shot, const char* texture, const Vector& place, double height,
+void addGlow(Show& show, const Shot& shot, const char* texture, const Sight& sight, double height,
              const Curve& alpha, double aspect = 1) {
-  const Sight sight = sightOf(shot, place);
   show.add("glow", shot.from(), shot.bars, haze,
            Bitmap{.texture = texture,
                   .at = centred(sight.x, sight.y, sight.unit * height, aspect),
                   .alpha = alpha,
                   .blend = Blend::add});
+}
+
+void addGlow(Show& show, const Shot& shot, const char* texture, const Vector& place, double height,
+             const Curve& alpha, double aspect = 1) {
+  addGlow(show, shot, texture, sightOf(shot, place), height, alpha, aspect);
 }
 
 // The lamp and what hangs in its beam, which lights up on beats.
@@ -120,7 +126,6 @@ void addLamp(Show& show, const Shot& shot, const std::vector<double>& beats, dou
           flashes(beats, 0.6 * level, 0.35 * level), 0.8);
 }
 
-// Everything but what stands in the middle of the picture goes dark.
 void addGloom(Show& show, double bar, double bars, const Curve& level) {
   show.add("gloom", bar, bars, smoke, Fade{.alpha = level});
 }
@@ -131,7 +136,7 @@ void addStrokes(Show& show, const Shot& shot, const std::vector<double>& beats) 
   for (const double beat : beats)
     for (const double share : {1.0, 0.5})
       show.add("red light", shot.from() + beat / beatsPerBar, lit * share / beatsPerBar, haze - 1,
-               Bitmap{.texture = "sky_teal", .at = covering(1.9), .blend = Blend::darken});
+               Bitmap{.texture = "haze_teal", .at = centred(0, 0, 5, 1.78), .blend = Blend::darken});
   show.add("red", shot.from(), shot.bars, smoke,
            Fade{.red = 0.55, .green = 0.01, .blue = 0.02, .alpha = flashes(beats, 0.3, 0.0)});
   addGlow(show, shot, "light4", lab::beaconPlace, 420, flashes(beats, 1, 0.25));
@@ -241,7 +246,7 @@ void addAlarm(Show& show) {
         const auto k = static_cast<double>(i);
         const double before = mix(flesh, clear, mix(from, to, k / count)),
                      after = mix(flesh, clear, mix(from, to, (k + 1) / count));
-        dots.push_back({beats[i] + (i > 0 ? 0 : 0), before});
+        dots.push_back({beats[i], before});
         dots.push_back({beats[i] + 0.15, after});
         dots.push_back({i + 1 < beats.size() ? beats[i + 1] - 0.01 : partEnd, after});
       }
@@ -319,7 +324,12 @@ void addDoor(Show& show) {
   state.glass = 0, state.turn = 0.985, state.lids = 0.5, state.heart = flashes({0, 2, 4, 6}, 0.999);
   state.open = line({{0, 0}, {1, 0.12}, {4, 0.5}, {partEnd, 0.9}});
   addShot(show, shot, state);
-  const Vector opening(156, -70, -326);
+  // The opening begins as a slit at the right post.
+  const Sight opening =
+      onScreen(lab::cameras()[shot.camera], shot.start(), shot.speed(), shot.beats(), [&](float t) {
+        const double open = (static_cast<double>(t) - shot.start()) / (shot.bars * secondsPerBar);
+        return Vector(static_cast<float>(212 - 56 * std::min(open * 1.6, 1.0)), -70, -326);
+      });
   addGlow(show, shot, "rays_teal", opening, 700, line({{0, 0}, {1, 0.35}, {4, 0.8}, {partEnd, 1}}));
   addGlow(show, shot, "haze_teal", opening, 900, line({{0, 0}, {1, 0.35}, {4, 0.7}, {partEnd, 1}}));
   addGlow(show, shot, "light7", opening, 420, line({{0, 0}, {1, 0.2}, {4, 0.6}, {partEnd, 1}}));
@@ -330,7 +340,6 @@ void addDoor(Show& show) {
                 .blue = 0.98,
                 .alpha = spline({{0, 0}, {1, 0.1}, {2.6, 0.8}, {3.2, 1}, {partEnd, 1}})});
   // He comes to where he stands before the covered sun.
-  const Sight sight = sightOf(shot, opening);
   show.add("somebody in the door", shot.from() + 0.5, 1.5, vignette + 2,
            Bitmap{.texture = "figure_ember",
                   .at = centred(travel(0.1, watcher.x, 6), watcher.y, zoom(0.8, watcher.height, 6), 0.5),
