@@ -342,7 +342,7 @@ void addDoor(Show& show) {
   // He comes to where he stands before the covered sun.
   show.add("somebody in the door", shot.from() + 0.5, 1.5, vignette + 2,
            Bitmap{.texture = "figure_ember",
-                  .at = centred(travel(0.1, watcher.x, 6), watcher.y, zoom(0.8, watcher.height, 6), 0.5),
+                  .at = centred(travel(-0.2, watcher.x, 6), watcher.y, zoom(0.62, watcher.height, 6), 0.5),
                   .alpha = line({{0, 0}, {0.8, 1}, {partEnd, 1}})});
 }
 

@@ -33,7 +33,7 @@ Canvas figure(const Settings& settings, const Hue& hue) {
     const float hand = taper(x, y, 0.235f, 0.98f, 0.285f, 0.93f, 0.03f, 0.018f);
     float body = smoothUnion(smoothUnion(hood, shoulders, 0.13f), cloak, 0.09f);
     body = smoothUnion(body, std::min(sleeve, hand), 0.03f);
-    const float staff = taper(x, y, 0.29f, 0.36f, 0.29f, 1.95f, 0.009f, 0.011f);
+    const float staff = taper(x, y, 0.29f, 0.33f, 0.29f, 1.95f, 0.009f, 0.011f);
     const float crown = std::min(ring(x - 0.29f, y - 0.25f, 0.085f, 0.011f),
                                  std::min(ring(x - 0.29f, y - 0.25f, 0.035f, 0.006f),
                                           taper(x, y, 0.29f, 0.12f, 0.29f, 0.17f, 0.002f, 0.012f)));
