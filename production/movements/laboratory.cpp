@@ -200,7 +200,7 @@ void addJar(Show& show) {
   addShot(show, shot,
           {.turn = line({{0, 0.36}, {4.98, 0.545}, {5.1, 0.525}, {5.6, 0.56}, {partEnd, 0.62}}),
            .lids = line({{0, 0}, {6.5, 0}, {6.7, 0.1}, {7, 0.02}, {partEnd, 0}})});
-  addLamp(show, shot, {0, 2, 4, 6}, 0.3);
+  addLamp(show, shot, {0, 2, 4, 6}, 0.5);
 }
 
 // Dark but for the window; the light finds it, its lids open.
