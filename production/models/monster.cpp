@@ -29,7 +29,7 @@ struct Orb {
   const char* name;
   float radius, distance, turns, phase, tilt;
 };
-constexpr Orb orbs[] = {{"sphere01", 21, 128, 1, 0.05f, 0.30f}, {"sphere02", 13, 92, 2, 0.55f, -0.55f}};
+constexpr Orb orbs[] = {{"sphere01", 21, 128, 1, 0.55f, 0.30f}, {"sphere02", 13, 92, 2, 0.55f, -0.55f}};
 
 Piece orbPiece(const Orb& orb) {
   const auto place = [orb](float t) {
@@ -38,7 +38,7 @@ Piece orbPiece(const Orb& orb) {
                          orb.distance * std::sin(angle));
   };
   Piece piece{.name = orb.name,
-              .surface = placed(withoutMapping(sphere(orb.radius, 24, 13)), moved(place(0))),
+              .surface = placed(withoutMapping(sphere(orb.radius, 28, 15)), moved(place(0))),
               .pivot = place(0)};
   piece.motion.positions = positionKeys(loopSeconds, 5, place);
   return piece;
@@ -91,10 +91,10 @@ std::vector<StageCamera> cameras() {
       camera("back", 84,
              {Vector(190, 70, -120), Vector(110, 96, -200), Vector(-30, 122, -214), Vector(-170, 104, -150)},
              {Vector(0, 112, -20), Vector(-14, 118, -20), Vector(12, 118, -20), Vector(20, 108, -10)}),
-      // Along the flank, through the legs.
-      camera("flank", 76,
-             {Vector(150, 52, -90), Vector(156, 62, -20), Vector(150, 84, 60), Vector(120, 110, 120)},
-             {Vector(0, 96, -40), Vector(0, 98, -10), Vector(0, 104, 20), Vector(0, 112, 44)}),
+      // Along the flank above the knees, from the head to the sac that breathes.
+      camera("flank", 70,
+             {Vector(168, 150, 132), Vector(190, 158, 60), Vector(186, 156, -40), Vector(132, 140, -134)},
+             {Vector(4, 118, 62), Vector(0, 110, 24), Vector(0, 106, -30), Vector(0, 108, -70)}),
       // From its side round to its face, as it lifts a claw.
       camera("beckoned", 74,
              {Vector(-205, 60, -60), Vector(-190, 72, 90), Vector(-116, 78, 204), Vector(-34, 88, 224)},
@@ -102,14 +102,19 @@ std::vector<StageCamera> cameras() {
       // Before it, from below, as one kneels.
       camera("idol", 66, {Vector(30, 30, 250), Vector(22, 26, 226), Vector(8, 24, 204), Vector(-14, 30, 186)},
              {Vector(-4, 89, 40), Vector(-3, 89, 40), Vector(2, 91, 40), Vector(4, 93, 40)}),
+      // Into its six eyes.
+      camera("gaze", 44,
+             {Vector(34, 132, 132), Vector(14, 130, 128), Vector(-14, 129, 124), Vector(-34, 131, 118)},
+             {Vector(3, 124, 76), Vector(1, 125, 76), Vector(-1, 125, 76), Vector(-3, 124, 76)}),
   };
 }
 
 std::vector<StageLight> lights() {
   std::vector<StageLight> all{
       {.name = "key", .position = Vector(-160, 260, 180), .colour = {0.50f, 0.55f, 0.64f}},
-      {.name = "rim", .position = Vector(-60, 300, -240), .colour = {0.74f, 0.82f, 0.95f}},
+      {.name = "rim", .position = Vector(-60, 300, -240), .colour = {0.90f, 0.98f, 1.10f}},
       {.name = "strip_east", .position = Vector(240, 90, -110), .colour = {0.30f, 0.15f, 0.27f}},
+      {.name = "pool_light", .position = Vector(0, -40, 20), .colour = {0.55f, 0.10f, 0.40f}},
   };
   all[0].positions = positionKeys(shotSeconds, 30, [](float t) {
     return Vector(-160 + 90 * swing(t, shotSeconds, 2), 260, 180 + 60 * swing(t, shotSeconds, 1));
@@ -139,14 +144,14 @@ std::vector<StageMaterial> materials() {
        .texture = "chrome",
        .environment = true,
        .diffuse = {0.75f, 0.75f, 0.75f},
-       .ambient = {0.42f, 0.43f, 0.46f},
+       .ambient = {0.30f, 0.31f, 0.34f},
        .shine = 0.9f,
        .shineStrength = 1},
       {.name = "limb",
        .texture = "chrome_soft",
        .environment = true,
        .diffuse = {0.75f, 0.75f, 0.75f},
-       .ambient = {0.42f, 0.43f, 0.46f},
+       .ambient = {0.30f, 0.31f, 0.34f},
        .shine = 0.9f,
        .shineStrength = 1},
       {.name = "mirror",
@@ -160,7 +165,7 @@ std::vector<StageMaterial> materials() {
        .texture = "chrome_soft",
        .environment = true,
        .diffuse = {0.5f, 0.45f, 0.5f},
-       .ambient = {0.75f, 0.62f, 0.75f},
+       .ambient = {1, 0.9f, 1},
        .shine = 0},
       {.name = "pool",
        .texture = "chrome",
@@ -301,7 +306,7 @@ Model monsterModel(const Settings& settings) {
                             .material = "skin"});
   // From far to near, for they hide what is drawn behind them later.
   stage.meshes.push_back(
-      {.name = "haze_far", .surface = mappedTo(wallPart, hazeShell(300, 250, 340), 2), .material = "haze"});
+      {.name = "haze_far", .surface = mappedTo(wallPart, hazeShell(300, 480, 340), 2), .material = "haze"});
   stage.meshes.push_back({.name = "haze_near",
                           .surface = mappedTo(wallPart, hazeShell(185, 166, 200), 2),
                           .material = "near_haze"});

@@ -66,19 +66,20 @@ struct Eye {
   Vector centre;
   float radius;
 };
-const std::array<Eye, 3> eyes{{{Vector(5.0f, 118.6f, 63.6f), 2.3f},
-                               {Vector(8.3f, 121.0f, 58.0f), 2.0f},
-                               {Vector(3.0f, 123.2f, 60.9f), 1.6f}}};
+const std::array<Eye, 3> eyes{{{Vector(5.0f, 118.4f, 63.2f), 2.7f},
+                               {Vector(8.6f, 121.4f, 57.6f), 1.9f},
+                               {Vector(2.8f, 123.6f, 60.9f), 1.4f}}};
+
+const Vector mouth(0, 106.5f, 65);
 
 float headDistance(const Vector& p) {
   const Vector q = folded(p);
   float d = ellipsoid(q, Vector(0, 117, 49), Vector(11.5f, 10, 18));
-  d = smoothJoin(d, taper(q, Vector(2, 122, 44), Vector(3, 140, -4), 8, 1.6f), 6);           // crest
-  d = smoothJoin(d, taper(q, Vector(8, 121, 42), Vector(15, 131, 14), 4, 0.9f), 4);          // its side horns
-  d = smoothJoin(d, ellipsoid(q, Vector(0, 110, 58), Vector(7.5f, 6, 12)), 4);               // muzzle
-  d = smoothJoin(d, taper(q, Vector(0, 122, 62), Vector(9, 124, 52), 2.2f, 2.0f), 2.5f);     // brow
-  d = smoothJoin(d, taper(q, Vector(6.5f, 108, 60), Vector(8, 101, 72), 2.8f, 1.8f), 2.5f);  // mandibles
-  d = smoothJoin(d, taper(q, Vector(8, 101, 72), Vector(2.2f, 97, 80), 1.8f, 0.5f), 1.5f);
+  d = smoothJoin(d, taper(q, Vector(2, 122, 44), Vector(2, 140, -6), 8, 1.2f), 6);   // crest
+  d = smoothJoin(d, taper(q, Vector(8, 121, 42), Vector(15, 131, 14), 4, 0.9f), 4);  // its side horns
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 109, 58), Vector(7.5f, 6.5f, 9.5f)), 4);  // muzzle
+  d = smoothCut(d, ellipsoid(q, mouth, Vector(5.2f, 2.1f, 8)), 1.5f);
+  d = smoothJoin(d, taper(q, Vector(0, 122, 62), Vector(9, 124, 52), 2.2f, 2.0f), 2.5f);  // brow
   for (const Eye& eye : eyes)
     d = smoothCut(d, ball(q, eye.centre + Vector(0.3f, 0, 1.0f), eye.radius * 1.05f), 1.2f);
   const float gills = std::sin((q.z - 0.5f * q.y) * 1.5f);
@@ -123,9 +124,41 @@ Surface headSurface(Fineness fineness) {
   const float reach = swollenReach;
   return bent(
       body(swollen,
-           {Vector(-19 - reach, 92 - reach, -10 - reach), Vector(19 + reach, 146 + reach, 84 + reach)}, 3.5f,
+           {Vector(-19 - reach, 92 - reach, -16 - reach), Vector(19 + reach, 146 + reach, 84 + reach)}, 3.5f,
            fineness),
       unswollen);
+}
+
+// Needles around the slit, the upper and the lower ones by turns longer.
+Surface teeth() {
+  Surface all;
+  constexpr int row = 10;
+  for (int i = 0; i < row; ++i)
+    for (const float up : {1.0f, -1.0f}) {
+      const float across = (static_cast<float>(i) + 0.5f) / row * 2 - 1;
+      const float length = ((i % 2 == 0) == (up > 0) ? 4.6f : 3.0f) * (1.05f - 0.5f * across * across);
+      const Vector root(4.6f * across, mouth.y + up * (2.4f - 1.0f * across * across),
+                        65.2f - 2.6f * across * across);
+      append(all, placed(withoutMapping(cone(0.62f, 0.02f, length, 4, 1)),
+                         turnedX(up > 0 ? 168 : -8) >> moved(root)));
+    }
+  return all;
+}
+
+// Two pairs of hooks beside the mouth.
+Surface mandibles() {
+  Surface all;
+  for (const float side : {-1.0f, 1.0f}) {
+    const auto hook = [&](const std::vector<Vector>& bends, float radius) {
+      append(all, placed(withoutMapping(tube(
+                             smoothPath(bends, 8), 6, [radius](float t) { return radius * (1.05f - t); },
+                             TubeEnd::point)),
+                         stretched(side, 1, 1)));
+    };
+    hook({{6, 109, 57}, {12, 103, 65}, {12, 95, 74}, {6, 89, 80}, {1.5f, 89, 83}}, 2.0f);
+    hook({{4, 104, 60}, {6.5f, 99, 67}, {5.5f, 94, 72}, {2.5f, 92.5f, 75}}, 1.4f);
+  }
+  return all;
 }
 
 }  // namespace
@@ -136,7 +169,7 @@ Vector carriedByTrunk(const Vector& point, float seconds) {
 
 std::vector<Piece> bodyPieces(Fineness fineness) {
   Piece trunk{.name = "trunk",
-              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 4.0f, fineness),
+              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 4.4f, fineness),
               .pivot = trunkPivot};
   trunk.motion.positions = positionKeys(loopSeconds, 6, [](float t) { return trunkPlacement(t).origin; });
   trunk.motion.turns = turnKeys(loopSeconds, 6, trunkPlacement);
@@ -159,6 +192,7 @@ std::vector<Piece> bodyPieces(Fineness fineness) {
   });
 
   Piece head{.name = "head", .parent = "trunk", .surface = headSurface(fineness), .pivot = headPivot};
+  if (fineness == Fineness::full) append(head.surface, joined({teeth(), mandibles()}));
   head.motion.turns = turnKeys(loopSeconds, 5, [](float t) {
     return turnedX(5 * swing(t, loopSeconds, 2, 0.6f)) >> turnedZ(5 * swing(t, loopSeconds, 3, 0.1f)) >>
            turnedY(11 * swing(t, loopSeconds, 1, 0.3f) + 4 * swing(t, loopSeconds, 3, 0.8f));
@@ -191,9 +225,16 @@ Piece eyePiece() {
 }
 
 Piece glowPiece() {
+  // Crossed cards, so that they are round from wherever one looks.
   Surface all;
-  for (const float side : {-1.0f, 1.0f})
-    append(all, placed(card(26, 20), turnedY(22 * side) >> moved(6 * side, 110.5f, 68.5f)));
+  for (const Eye& eye : eyes)
+    for (const float side : {-1.0f, 1.0f})
+      for (const float turn : {-45.0f, 45.0f}) {
+        const float size = 5.5f * eye.radius;
+        append(all,
+               placed(card(size, size), turnedY(turn) >> moved(eye.centre.x * side * 1.1f,
+                                                               eye.centre.y - size / 2, eye.centre.z + 1)));
+      }
   return grown({.name = "eye_glow", .parent = "head", .surface = all, .pivot = headPivot});
 }
 

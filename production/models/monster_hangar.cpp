@@ -13,17 +13,14 @@ namespace {
 
 // A heavy half ring with stepped edges, its inner face towards the middle.
 Surface archSurface() {
-  const PlanePoint profile[] = {{0, -6},  {0, 6},    {6, 8},   {7, 14},
-                                {34, 14}, {34, -14}, {7, -14}, {6, -8}};  // out, z
-  constexpr int sides = 8, pieces = 22;
-  const Surface ring = sheet(sides, pieces,
-                             [&](float s, float t) {
-                               const PlanePoint& p =
-                                   profile[static_cast<int>(std::lround(s * sides)) % sides];
-                               const float angle = pi * (-0.01f + 1.02f * t), radius = archRadius + p.x;
-                               return Vector(radius * std::cos(angle), radius * std::sin(angle), p.y);
-                             },
-                             {.closedAcross = true});
+  const PlanePoint profile[] = {{34, -14}, {7, -14}, {6, -8}, {0, -6},
+                                {0, 6},    {6, 8},   {7, 14}, {34, 14}};  // out, z
+  constexpr int sides = 7, pieces = 22;  // its back, which lies in the vault, is open
+  const Surface ring = sheet(sides, pieces, [&](float s, float t) {
+    const PlanePoint& p = profile[std::lround(s * sides)];
+    const float angle = pi * (-0.01f + 1.02f * t), radius = archRadius + p.x;
+    return Vector(radius * std::cos(angle), radius * std::sin(angle), p.y);
+  });
   return creased(withoutMapping(ring), 30);
 }
 
@@ -42,29 +39,31 @@ Surface plinthSurface() {
                               30));
 }
 
-Surface hose(const std::vector<Vector>& bends, float radius, int pieces) {
+// `from` far: comes from there in a straight line.
+Surface hose(const std::vector<Vector>& bends, float radius, const std::vector<Vector>& from = {}) {
+  std::vector<Vector> path = from;
+  for (const Vector& place : smoothPath(bends, 16)) path.push_back(place);
   return withoutMapping(tube(
-      smoothPath(bends, pieces), 4, [radius](float) { return radius; }, TubeEnd::open));
+      path, 4, [radius](float) { return radius; }, TubeEnd::open));
 }
 
 // Hoses that hang from the crown into the creature's back, rise from the plinth into its abdomen, and lie on
 // the floor: none crosses legs, head or arms.
 Surface cableSurface() {
-  constexpr int pieces = 25;
   Surface all;
   for (const float side : {-1.0f, 1.0f}) {
-    append(all, hose({Vector(34 * side, 430, -52), Vector(27 * side, 200, -60), Vector(17 * side, 150, -50),
+    append(all, hose({Vector(34 * side, 330, -56), Vector(27 * side, 200, -60), Vector(17 * side, 150, -50),
                       Vector(6 * side, 118, -40)},
-                     2.4f, pieces));
+                     2.4f, {Vector(44 * side, 1500, -50)}));
     append(all, hose({Vector(60 * side, 7, -22), Vector(52 * side, 26, -34), Vector(38 * side, 30, -48),
                       Vector(22 * side, 52, -58), Vector(10 * side, 92, -60)},
-                     2.2f, pieces));
+                     2.2f));
     append(all, hose({Vector(72 * side, 3, 20), Vector(112 * side, 2, 52), Vector(150 * side, 2, 30),
                       Vector(224 * side, 3, 160), Vector(238 * side, 60, 186)},
-                     2.8f, pieces));
+                     2.8f));
     append(all, hose({Vector(64 * side, 3, -34), Vector(104 * side, 2, -40), Vector(140 * side, 2, -96),
                       Vector(226 * side, 3, -164), Vector(238 * side, 70, -186)},
-                     3.2f, pieces));
+                     3.2f));
   }
   return all;
 }

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "production/geometry/forms.h"
 #include "production/models/monster_parts.h"
@@ -21,7 +23,7 @@ float spindle(float t, float root, float tip, float swell) {
 
 struct Leg {
   const char* name;
-  Vector hip, shoulder, knee, shin, claw;  // on the +x side
+  Vector hip, shoulder, knee, shin, claw;  // on the +x side; the shin's middle
 };
 const Leg legs[] = {
     {"leg_fore", Vector(11, 96, 14), Vector(32, 110, 24), Vector(60, 146, 46), Vector(77, 78, 62),
@@ -32,18 +34,39 @@ const Leg legs[] = {
      Vector(84, 0, -116)},
 };
 
+// Places along a leg, between its joints, and how thick it is there: a plate on the thigh, a ball for a knee,
+// two plates on the shin, a claw.
+struct Station {
+  int section;  // from hip, shoulder, knee, ankle
+  float along, radius;
+};
+constexpr Station stations[] = {{0, 0, 6.5f},     {0, 0.55f, 6.6f},  {0, 0.85f, 7.4f}, {1, 0, 7.6f},
+                                {1, 0.10f, 6.6f}, {1, 0.15f, 5.0f},  {1, 0.19f, 6.4f}, {1, 0.42f, 7.5f},
+                                {1, 0.68f, 6.4f}, {1, 0.82f, 4.9f},  {1, 0.87f, 4.0f}, {1, 0.91f, 5.6f},
+                                {2, 0, 7.2f},     {2, 0.045f, 5.8f}, {2, 0.07f, 3.6f}, {2, 0.09f, 5.2f},
+                                {2, 0.22f, 5.8f}, {2, 0.38f, 4.7f},  {2, 0.49f, 3.2f}, {2, 0.51f, 4.3f},
+                                {2, 0.62f, 4.6f}, {2, 0.80f, 3.2f},  {2, 0.92f, 2.0f}, {2, 0.95f, 3.0f},
+                                {3, 0, 3.1f},     {3, 0.30f, 2.3f},  {3, 0.65f, 1.3f}, {3, 1, 0}};
+
 Surface legSurface(const Leg& leg, Fineness fineness) {
   const bool full = fineness == Fineness::full;
-  const auto path = smoothPath({leg.hip, leg.shoulder, leg.knee, leg.shin, leg.claw}, full ? 30 : 12);
-  const auto radius = [](float t) {
-    const auto knob = [t](float at, float width, float height) {
-      return height * std::exp(-(t - at) * (t - at) / (width * width));
-    };
-    const float bare = mix(7.2f, 1.3f, std::pow(t, 0.8f));  // never thinner than a pixel afar
-    return bare * (0.88f + 0.05f * std::sin(t * 44)) + knob(0.16f, 0.04f, 1.8f) + knob(0.44f, 0.035f, 2.2f) +
-           knob(0.30f, 0.07f, 1.6f) + knob(0.58f, 0.07f, 1.0f);
+  // The claw bends outwards before it comes down.
+  const Vector ankle = mix(leg.shin, leg.claw, 0.72f) + Vector(6, 2, 0.05f * leg.claw.z);
+  const Vector joints[] = {leg.hip, leg.shoulder, leg.knee, ankle, leg.claw};
+  std::vector<Vector> path;
+  std::vector<float> radii, lengths;
+  for (std::size_t i = 0; i < std::size(stations); i += full ? 1 : 3) {
+    const Station& it = stations[i];
+    const float bend = it.section == 3 ? 3 * std::sin(pi * it.along) : 0;
+    path.push_back(mix(joints[it.section], joints[it.section + 1], it.along) + Vector(bend, 0, 0));
+    radii.push_back(it.radius);
+    lengths.push_back(path.size() == 1 ? 0 : lengths.back() + (path.back() - path[path.size() - 2]).length());
+  }
+  const auto radius = [&](float t) {
+    const auto nearest = std::lower_bound(lengths.begin(), lengths.end() - 1, t * lengths.back() - 0.01f);
+    return radii[static_cast<std::size_t>(nearest - lengths.begin())];
   };
-  return withoutMapping(tube(path, full ? 10 : 5, radius, TubeEnd::point));
+  return withoutMapping(tube(path, full ? 12 : 5, radius, TubeEnd::point));
 }
 
 Placement leaning(const Vector& from, const Vector& to) {
@@ -74,9 +97,10 @@ struct ChainLink {
   float root, tip, swell;
 };
 
-// `turn(link, t)` is each piece's own turn against the one before it.
+// `turn(link, t)` is each piece's own turn against the one before it; `joint` is the size of the balls
+// between them in their roots, 0: none.
 void addChain(std::vector<Piece>& pieces, const std::string& name, const std::string& parent,
-              const std::vector<ChainLink>& links, int around, int along, TubeEnd lastEnd,
+              const std::vector<ChainLink>& links, int around, int along, float joint,
               const std::function<Placement(int link, float t)>& turn) {
   std::string before = parent;
   for (int i = 0; i < static_cast<int>(links.size()); ++i) {
@@ -89,8 +113,11 @@ void addChain(std::vector<Piece>& pieces, const std::string& name, const std::st
                 .parent = before,
                 .surface = withoutMapping(tube(
                     path, around, [&](float t) { return spindle(t, link.root, link.tip, link.swell); },
-                    last ? lastEnd : TubeEnd::round)),
+                    last ? TubeEnd::point : TubeEnd::round)),
                 .pivot = link.from};
+    if (joint > 0)
+      append(piece.surface,
+             placed(withoutMapping(sphere(joint * link.root, around, around / 2)), moved(link.from)));
     piece.motion.turns = turnKeys(loopSeconds, 6, [turn, i](float t) { return turn(i, t); });
     pieces.push_back(grown(piece));
     before = piece.name;
@@ -106,7 +133,7 @@ void addArms(std::vector<Piece>& pieces, Fineness fineness) {
              {{there(12, 98, 25), there(45, 106, 50), 5.4f, 4.2f, 0.35f},
               {there(45, 106, 50), there(42, 74, 86), 4.2f, 3.2f, 0.40f},
               {there(42, 74, 86), there(16, 36, 100), 3.3f, 0.8f, 0.55f}},
-             full ? 10 : 4, full ? 8 : 3, TubeEnd::point, [side, phase](int link, float t) {
+             full ? 10 : 4, full ? 7 : 3, full ? 0.95f : 0.0f, [side, phase](int link, float t) {
                const auto k = static_cast<float>(link);
                // Once a loop an arm is lifted and its claw opened.
                const float lift =
@@ -128,13 +155,12 @@ void addTail(std::vector<Piece>& pieces, Fineness fineness) {
     const float root = 6.2f - 0.62f * static_cast<float>(i);
     links.push_back({joints[i], joints[i + 1], root, i < 6 ? root * 0.8f : 0.3f, i < 6 ? 0.5f : 0.9f});
   }
-  addChain(pieces, "tail", "abdomen", links, full ? 7 : 4, full ? 5 : 2, TubeEnd::point,
-           [](int link, float t) {
-             const auto k = static_cast<float>(link);
-             return turnedX(7 * swing(t, loopSeconds, 1, 0.3f - 0.09f * k)) >>
-                    turnedZ(9 * swing(t, loopSeconds, 2, -0.12f * k)) >>
-                    turnedY(6 * swing(t, loopSeconds, 3, 0.1f * k));
-           });
+  addChain(pieces, "tail", "abdomen", links, full ? 7 : 4, full ? 5 : 2, 0, [](int link, float t) {
+    const auto k = static_cast<float>(link);
+    return turnedX(7 * swing(t, loopSeconds, 1, 0.3f - 0.09f * k)) >>
+           turnedZ(9 * swing(t, loopSeconds, 2, -0.12f * k)) >>
+           turnedY(6 * swing(t, loopSeconds, 3, 0.1f * k));
+  });
 }
 
 void addTentacles(std::vector<Piece>& pieces) {
@@ -152,8 +178,8 @@ void addTentacles(std::vector<Piece>& pieces) {
         links.push_back({joint, next, root, i < 3 ? root * 0.85f : 0.7f, 0.4f});
         joint = next;
       }
-      addChain(pieces, "feeler" + std::string(1, static_cast<char>('a' + number)), "trunk", links, 5, 3,
-               TubeEnd::point, [phase](int link, float t) {
+      addChain(pieces, "feeler" + std::string(1, static_cast<char>('a' + number)), "trunk", links, 5, 3, 0,
+               [phase](int link, float t) {
                  const auto k = static_cast<float>(link);
                  return turnedX((5 + 3 * k) * swing(t, loopSeconds, 2, phase - 0.13f * k)) >>
                         turnedZ((6 + 2 * k) * swing(t, loopSeconds, 1, 2 * phase - 0.1f * k));
@@ -168,7 +194,7 @@ void addTentacles(std::vector<Piece>& pieces) {
 Surface stringSurface(const Vector& from, float length) {
   const auto radius = [](float t) {
     const float drop = (t - 0.88f) / 0.07f;
-    return 0.42f + 0.9f * std::exp(-t * 9) + 0.55f * std::exp(-drop * drop);
+    return 0.8f + 0.9f * std::exp(-t * 9) + 0.9f * std::exp(-drop * drop);
   };
   const std::vector<Vector> path =
       smoothPath({from, from + Vector(0.6f, -0.35f * length, -0.5f), from + Vector(-0.2f, -length, 0.3f)}, 7);
@@ -186,7 +212,7 @@ const StringGroup stringGroups[] = {
     {"drool",
      "head",
      5,
-     {{2.4f, 98, 79}, {-2.6f, 98, 79}, {7.5f, 102, 71}, {-7.8f, 102, 71}},
+     {{3.4f, 90, 82}, {-2.6f, 105, 66}, {11.5f, 96, 73}, {-11.5f, 96, 73}},
      {17, 25, 12, 9}},
     {"slime", "trunk", 3, {{0, 82, 14}, {2, 82, -2}, {-3, 82, 6}, {8, 84, -14}}, {22, 34, 14, 18}},
     {"mucus", "abdomen", 4, {{0, 86, -46}, {7, 87, -56}, {-8, 87, -52}, {1, 88, -66}}, {30, 18, 24, 14}},

@@ -38,7 +38,9 @@ Colour4 skinColour(const BakePoint& p) {
   const float hollow = smoothStep(clearFrom, 0.30f, p.open);
   const float vein = 1 - std::fabs(gradientNoise(warp(p.position * 0.16f, 0, 0.8f, 811), 0, 812));
   const float stain = smoothStep(0.1f, 0.7f, fractal(p.position * 0.09f, 0, 4, 0.55f, 813));
-  const Colour4 flesh = gradient(violetRamp, 0.10f + 0.26f * hollow * std::pow(vein, 6.0f));
+  // The abdomen, piece 1, glows from within.
+  const float glow = p.part == 1 ? 0.34f * smoothStep(0.5f, 1.0f, hollow) : 0.0f;
+  const Colour4 flesh = gradient(violetRamp, 0.10f + 0.26f * hollow * std::pow(vein, 6.0f) + glow);
   const Colour4 soot =
       gradient(steelRamp, 0.06f + 0.08f * stain) + gradient(steelRamp, 0.3f) * p.light * 0.1f;
   Colour4 colour = mix(soot, flesh, hollow) * (0.25f + 0.75f * p.open);
@@ -58,9 +60,9 @@ Colour4 deckColour(const BakePoint& p) {
   const float wear = 0.5f + 0.5f * fractal(p.position * 0.05f, 0, 4, 0.6f, 822);
   const float puddle = smoothStep(0.42f, 0.56f, 0.5f + 0.5f * fractal(p.position * 0.013f, 0, 3, 0.5f, 823));
   Colour4 colour =
-      gradient(steelRamp, (0.20f + 0.10f * plate + 0.16f * wear) * (0.45f + 0.55f * seam)) * p.light;
+      gradient(steelRamp, (0.16f + 0.10f * plate + 0.16f * wear) * (0.45f + 0.55f * seam)) * p.light;
   colour = mix(colour, colour * 0.35f + gradient(violetRamp, 0.10f), puddle);
-  colour.a = mix(0.66f, 0.16f, puddle * seam);
+  colour.a = mix(0.52f, 0.10f, puddle * seam);
   return colour;
 }
 
@@ -99,7 +101,8 @@ Colour4 iris(float u, float v) {
   const float x = 2 * u - 1, y = 2 * v - 1, radius = std::hypot(x, y);
   const float fibres = 0.5f + 0.5f * gradientNoise(std::atan2(y, x) * 6, radius * 2, 0, 861);
   const float slit = smoothStep(0.10f, 0.22f, std::fabs(x) + 0.12f * y * y);
-  const float heat = 0.98f - 0.42f * smoothStep(0.15f, 0.95f, radius) - 0.12f * fibres;
+  const float glare = (radius - 0.42f) / 0.2f;
+  const float heat = 0.50f + 0.48f * std::exp(-glare * glare) - 0.14f * fibres;
   return gradient(violetRamp, heat) * (0.12f + 0.88f * slit);
 }
 
@@ -111,25 +114,29 @@ Colour4 glowSpot(float u, float v) {
   return colour;
 }
 
-Colour4 pale(float swirl, float alpha) {
-  Colour4 colour = mix(gradient(steelRamp, 0.74f), gradient(violetRamp, 0.72f), 0.10f * swirl);
+Colour4 pale(float swirl, float value, float alpha) {
+  Colour4 colour = mix(gradient(steelRamp, value), gradient(violetRamp, value), 0.10f * swirl);
   colour.a = alpha;
   return colour;
 }
 
-// Round without a seam, thick at the creature's height.
+// Half a turn about the creature: thick and lit in the middles of the sides, most at the ends of the hangar,
+// and nothing at the corners, where a wall seen from without would show its edge.
 Colour4 hazeWall(float u, float height) {
   const float swirl = 0.5f + 0.5f * fractal(u * 4, height * 2, 4, 4, 0.5f, 851);
-  return pale(swirl,
-              smoothStep(0.02f, 0.2f, height) * smoothStep(0.97f, 0.4f, height) * (0.55f + 0.45f * swirl));
+  const float middle = std::pow(std::cos(2 * pi * u), 2.0f), end = std::pow(std::sin(pi * u), 2.0f);
+  const float standing = smoothStep(0.02f, 0.2f, height) * smoothStep(0.97f, 0.45f, height);
+  return pale(swirl, 0.30f + 0.66f * std::pow(middle * (0.35f + 0.65f * end) * standing, 1.5f),
+              middle * (0.5f + 0.4f * end) * standing * (0.55f + 0.45f * swirl));
 }
 
 Colour4 vapourPlume(float u, float height) {
   const float swirl = 0.5f + 0.5f * fractal(u * 3, height * 3, 0, 4, 0.5f, 853);
   const float across = (2 * u - 1) / (0.3f + 0.55f * height);
-  return pale(swirl, smoothStep(0.02f, 0.2f, height) * smoothStep(0.97f, 0.5f, height) *
-                         std::pow(smoothStep(1, 0, std::fabs(across)), 2.0f) *
-                         smoothStep(0.2f, 0.75f, swirl) * 0.42f);
+  return pale(swirl, 0.62f,
+              smoothStep(0.02f, 0.2f, height) * smoothStep(0.97f, 0.5f, height) *
+                  std::pow(smoothStep(1, 0, std::fabs(across)), 2.0f) * smoothStep(0.2f, 0.75f, swirl) *
+                  0.42f);
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ using namespace screen;
 
 namespace {
 
-enum Camera { wide, face, low, crane, back, flank, beckoned, idol };
+enum Camera { wide, face, low, crane, back, flank, beckoned, idol, gaze };
 
 // The world fills the screen for a while; `start` is where its cameras' shots of twenty seconds are entered.
 void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start,
@@ -41,145 +41,176 @@ void addCubes(Show& show, const char* name, double bar, double bars, CurveDot mi
 // Down the hangar to what stands at its end; the stab throws us before its face.
 void addApproach(Show& show) {
   const double start = alienBar, stab = barOf("stab"), next = barOf("alien cut 2");
-  addShot(show, "approach", start, stab - start, wide, 1, 2.6);
-  addShot(show, "struck", stab, next - stab, face, 7.5, 0.7);
-  addBreath(show, "breath, far", start, next - start, flashes(everyBeat, 0.12, 0.04));
+  addShot(show, "approach", start, stab - start, wide, 0.4, 1.8);
+  // The lamp behind it strikes on the drop; until then there are eyes and a rim.
+  show.add(
+      "dark before it", start, 0.5, backdrop,
+      Fade{.alpha = line({{0, 0.2}, {0.25, 0.8}, {0.98, 0.8}, {1, 0.3}, {1.3, 0.6}, {1.98, 0.6}, {2, 0}})});
+  addShot(show, "struck", stab, next - stab, face, 10.4, 0.7);
+  addBreath(show, "breath, far", start, next - start, flashes(everyBeat, 0.1, 0.03));
   addStreak(show, "lamp", start, next - start, -0.62, flashes({0, 2, 4, 5, 6.5, 7}, 0.6, 0.05));
 }
 
-// Eye to eye, then on the wet floor between its claws.
+// Eye to eye until a sphere wipes it away; then on the wet floor between its claws.
 void addFace(Show& show) {
   const double start = barOf("alien cut 2");
-  addShot(show, "face", start, 1, face, 1.5, 1.5);
-  addShot(show, "claws", start + 1, 1, low, 2, 2);
-  addBreath(show, "breath", start, 2, flashes(everyBeat, 0.14, 0.04));
-  addStreak(show, "glint", start, 2, -0.25, flashes({0, 2, 3, 4, 6, 7}, 0.7, 0));
+  addShot(show, "face", start, 1, face, 4.9, 1.5);
+  addShot(show, "claws", start + 1, 1, low, 9.4, 1.8);
+  addBreath(show, "breath", start, 2, flashes(everyBeat, 0.1, 0.03));
+  addStreak(show, "glint", start, 1, -0.25, flashes({0, 2, 3}, 0.7, 0));
 }
 
-// The music stops and with it the world, a silhouette about two eyes in a frame of cubes; then it bursts open
-// from above.
+// The music stops and with it the light. Eyes open in a cage of cubes; each tick shows for three frames how
+// much nearer they have come; then it bursts open from above.
 void addBreak(Show& show) {
   const double start = barOf("break"), over = barOf("break over"), next = barOf("split");
-  addShot(show, "held", start, over - start, low, 9, 0.25);
-  show.add("dark", start, over - start, backdrop,
-           Fade{.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.15, 0.5)});
-  show.add("light in the dark", start, over - start, backdrop + 1,
-           Bitmap{.texture = "rays_violet",
-                  .at = centred(-0.09, -0.52, zoom(2.4, 2.9, 4)),
-                  .alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.3, 0.04),
-                  .blend = Blend::add});
-  addCubes(show, "cubes", start, over - start, {-0.09, 0.5},
-           {.alpha = flashes({0, 2, 2.5, 3, 3.25, 3.5, 3.75}, 0.6, 0.3), .field = zoom(115, 95, 4)}, 4, 1.5);
+  const struct {
+    double beat;
+    Camera camera;
+    double start;
+  } ticks[] = {{0, wide, 12}, {2, idol, 14}, {2.5, face, 9.6}, {3, face, 13}, {3.5, gaze, 9}, {4, gaze, 9}};
+  for (int i = 0; i < 5; ++i)
+    addShot(show, "nearer", start + ticks[i].beat / 4, (ticks[i + 1].beat - ticks[i].beat) / 4,
+            ticks[i].camera, ticks[i].start, 0.3);
+  show.add(
+      "dark", start, over - start, backdrop,
+      Fade{.alpha = line({{0, 1},      {0.99, 1},    {1, 0.25},    {1.2, 0.25},  {1.35, 0.99}, {1.99, 0.99},
+                          {2, 0.2},    {2.2, 0.2},   {2.35, 0.99}, {2.49, 0.99}, {2.5, 0.15},  {2.7, 0.15},
+                          {2.8, 0.98}, {2.99, 0.98}, {3, 0.1},     {3.2, 0.1},   {3.3, 0.97},  {3.49, 0.97},
+                          {3.5, 0},    {3.7, 0},     {3.8, 0.95}})});
+  for (const double side : {-1.0, 1.0})
+    show.add(
+        "eyes in the dark", start, 0.5, backdrop + 1,
+        Bitmap{.texture = "light5",
+               .at = centred(0.016 * side - 0.005, -0.47, 0.09),
+               .alpha = line({{0, 0}, {0.3, 0}, {0.5, 1}, {0.7, 1}, {0.75, 0}, {0.85, 0}, {0.9, 1}, {2, 1}}),
+               .blend = Blend::add});
+  addCubes(show, "cubes", start, 0.5, {-0.005, 0.47},
+           {.alpha = flashes({0.5, 1, 1.5}, 0.5, 0.06), .field = zoom(150, 120, 2)}, 4, 1.5);
   addShot(show, "from above", over, next - over, crane, 9, 2.6);
-  addStreak(show, "lamps above", over, next - over, -0.3, flashes({0, 1, 2, 2.5, 3}, 0.8, 0.1));
-  show.add("vexation", over, next - over, title,
-           glitching(vex(ation, spline({{0, 1.4}, {0.4, 1.1}, {2, 1.12}, {partEnd, 1.24}}), 0, 0.46),
-                     flashes({0, 1, 2, 2.5, 3}, 1, 0.05), 3, swing(4, 1.06, 1.25)));
+  show.add("vexation", over + 0.25, next - over - 0.25, title,
+           glitching(vex(ation, spline({{0, 0.95}, {0.3, 0.66}, {2, 0.67}, {partEnd, 0.7}}), 0.52, -0.56),
+                     flashes({0, 1.75, 2.5}, 1, 0), 3, swing(4, 1.04, 1.15)));
 }
 
-// Two panes across each other, then four, each of the screen's own shape; each cuts on its own beats.
-struct Pane {
-  Curve x, y;   // left lower corner
-  double size;  // of the screen's 2
+// What it sees: five lenses of an eye. All show its face, each a little later than the one before it; one
+// after another they look elsewhere, and at last they all see its eyes.
+struct Lens {
+  double x, y;  // left lower corner
   std::vector<double> cutBeats;
   std::vector<Camera> cameras;
-  double start;
 };
+constexpr double lensWidth = 2.0 / 3, lensHeight = 0.757;
 
-void addPane(Show& show, const char* name, double bar, double bars, int track, const Pane& pane) {
-  std::vector<CurveDot> dots{{0, static_cast<double>(pane.cameras[0])}};
-  for (std::size_t i = 0; i < pane.cutBeats.size(); ++i) {
-    dots.push_back({pane.cutBeats[i] - 0.01, dots.back().y});
-    dots.push_back({pane.cutBeats[i], static_cast<double>(pane.cameras[i + 1])});
+void addLens(Show& show, double bar, int number, const Lens& lens) {
+  std::vector<CurveDot> dots{{0, static_cast<double>(lens.cameras[0])}};
+  for (std::size_t i = 0; i < lens.cutBeats.size(); ++i) {
+    dots.push_back({lens.cutBeats[i] - 0.01, dots.back().y});
+    dots.push_back({lens.cutBeats[i], static_cast<double>(lens.cameras[i + 1])});
   }
-  show.part(name, bar, bars, track,
-            {draw(Viewport{.x = pane.x, .y = pane.y, .w = pane.size, .h = pane.size}),
-             draw(World{.scene = "SceneAlien", .camera = line(dots)})},
-            pane.start, 1.4);
+  show.part("lens", bar, 2, ground + 1 + number,
+            {draw(Viewport{.x = lens.x, .y = lens.y, .w = lensWidth, .h = lensHeight}),
+             draw(World{.scene = "SceneAlien", .camera = line(dots)}),
+             draw(Bitmap{.texture = "light5",
+                         .at = centred(0, 0, 3, 1.2),
+                         .alpha = flashes(lens.cutBeats, 0.7),
+                         .blend = Blend::add})},
+            9.4 + 0.12 * number, 0.9);
 }
 
-void addSplit(Show& show) {
+void addCompoundEye(Show& show) {
   const double start = barOf("split");
-  show.add("behind the panes", start, 2, ground - 1, Fade{.red = 0.03, .green = 0.012, .blue = 0.035});
-  show.add("light behind", start, 2, ground,
-           Bitmap{.texture = "rays_violet",
-                  .at = centred(0, 0, 3.4),
-                  .alpha = flashes(everyBeat, 0.8, 0.2),
-                  .blend = Blend::add});
-  addPane(show, "pane 1", start, 1, ground + 1, {slide(-0.98, -0.92), -0.28, 1.25, {2}, {face, back}, 4});
-  addPane(show, "pane 2", start, 1, ground + 2,
-          {slide(-0.22, -0.3), -0.97, 1.25, {1, 3}, {wide, low, face}, 11});
-  addPane(show, "north west", start + 1, 1, ground + 1, {-1.0, 0.0, 1, {2}, {wide, crane}, 9});
-  addPane(show, "north east", start + 1, 1, ground + 2, {0.0, 0.0, 1, {1, 3}, {face, flank, low}, 12});
-  addPane(show, "south west", start + 1, 1, ground + 3, {-1.0, -1.0, 1, {3}, {low, face}, 5});
-  addPane(show, "south east", start + 1, 1, ground + 4, {0.0, -1.0, 1, {1, 2}, {back, face, crane}, 7});
+  show.add("within the eye", start, 2, ground, Fade{});
+  const Lens lenses[] = {{-1, 0, {1, 5}, {face, back, gaze}},
+                         {-2.0 / 3, -lensHeight, {2, 6.5}, {face, wide, gaze}},
+                         {-1.0 / 3, 0, {7}, {face, gaze}},
+                         {0, -lensHeight, {4, 5.5}, {face, idol, gaze}},
+                         {1.0 / 3, 0, {3, 6}, {face, crane, gaze}}};
+  int number = 0;
+  for (const Lens& lens : lenses) addLens(show, start, number++, lens);
   // One a bar: when a late start catches up part by part, the last of each bar must be the whole screen.
-  for (const double bar : {start, start + 1}) show.add("whole screen", bar, 1, ground + 5, Viewport{});
-  addStreak(show, "seams", start, 2, -0.2, flashes({0, 1, 2, 3, 4, 5, 5.5, 6, 6.5, 7}, 1, 0.3));
+  for (const double bar : {start, start + 1}) show.add("whole screen", bar, 1, ground + 6, Viewport{});
+  show.add("chitin", start, 2, ground + 7, Bitmap{.texture = "chitin", .at = {-1, -0.757, 2, 1.514}});
 }
 
 // Around its side to its face, as it lifts a claw.
 void addOrbit(Show& show) {
   const double start = barOf("counter voice"), stab = barOf("stab 2"), next = barOf("alien cut 6");
-  addShot(show, "around", start, stab - start, beckoned, 5, 3.4);
+  addShot(show, "around", start, stab - start, beckoned, 8.8, 0.9);
   addShot(show, "struck again", stab, next - stab, face, 15, 0.7);
   addBreath(show, "breath behind", start, next - start, flashes(everyBeat, 0.1, 0.03));
   addStreak(show, "lens", start, next - start, -0.4, flashes({0, 1, 2, 3, 4, 5, 6.5, 7}, 0.6, 0.05));
 }
 
-// Along its flank, a mirror sphere close by; then up from the floor.
+// Along its flank; then what it carries behind it.
 void addFlank(Show& show) {
   const double start = barOf("alien cut 6");
-  addShot(show, "flank", start, 1, flank, 6, 2);
-  addShot(show, "rising", start + 1, 1, crane, 1, 2.6);
-  addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.12, 0.04));
-  show.add("vexer", start + 1, 1, title, glitching(vex(er, 1.0, 0.1, -0.5), 0.35, 2, 1.1));
+  addShot(show, "flank", start, 1, flank, 0.4, 2.4);
+  addShot(show, "sting", start + 1, 1, back, 5.6, 2.1);
+  addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.1, 0.03));
+  show.add("vexer", start + 1, 1, title,
+           glitching(vex(er, 0.72, -0.42, 0.48), flashes({0, 2, 3}, 0.9, 0), 2, 1.1));
 }
 
-// The second break: nearly dark, then nothing but eyes; then the whole creature under all its lamps.
+// The second break: its eyes on every tom, then next to nothing; then the whole creature under all its lamps.
 void addClimax(Show& show) {
-  const double start = barOf("break 2"), hushed = barOf("break 2 hushed"), climax = barOf("climax");
-  const double unison = barOf("unison");
-  addShot(show, "gaze", start, climax - start, face, 10, 0.3);
+  const double start = barOf("break 2"), climax = barOf("climax"), unison = barOf("unison");
+  addShot(show, "gaze", start, climax - start, gaze, 9.4, 0.6);
   show.add("lights out", start, climax - start, backdrop,
-           Fade{.alpha = line({{0, 0.15}, {1.9, 0.4}, {2, 0.72}, {2.5, 0.5}, {partEnd, 0.68}})});
-  addStreak(show, "last lamp", start, hushed - start, -0.2, flashes({0, 1, 1.5}, 0.8, 0));
-  addCubes(show, "cubes again", start, hushed - start, {0.07, 0.28},
-           {.alpha = flashes({0, 0.5, 1, 1.5}, 0.5, 0.25), .field = zoom(105, 140, 2)}, 11, 2);
-  addShot(show, "it comes", climax, unison - climax, wide, 12.5, 3);
+           Fade{.alpha = line({{0, 0},
+                               {0.4, 0.6},
+                               {0.74, 0.8},
+                               {0.75, 0.1},
+                               {1.2, 0.8},
+                               {1.49, 0.85},
+                               {1.5, 0.1},
+                               {1.95, 0.8},
+                               {2, 0.9},
+                               {2.99, 0.94},
+                               {3, 0.3},
+                               {3.25, 0.96}})});
+  addShot(show, "it comes", climax, unison - climax, wide, 11.8, 1.4);
   show.add("blaze behind", climax, unison - climax, backdrop,
            Bitmap{.texture = "rays_violet",
                   .at = centred(0, -0.1, zoom(2.6, 3.8, 4)),
-                  .alpha = flashes({0, 1, 2, 3}, 0.5, 0.08),
+                  .alpha = flashes({0, 1, 2, 3}, 0.4, 0.04),
                   .blend = Blend::add});
 }
 
-// Four strokes, four cameras; the title stands for a bar before it is torn.
+// Four strokes, four cameras; the title is struck smaller each time, before it is torn.
 void addUnison(Show& show) {
   const double strokes[] = {barOf("unison"), barOf("unison 2"), barOf("unison 3"), barOf("unison 4"),
                             interludeOneBar};
   const char* names[] = {"stroke one", "stroke two", "stroke three", "stroke four"};
-  const Camera cameras[] = {flank, idol, crane, face};
-  const double starts[] = {14, 4, 15, 5};
+  const Camera cameras[] = {beckoned, idol, crane, face};
+  const double starts[] = {14.6, 4, 15, 10};
   for (int i = 0; i < 4; ++i)
-    addShot(show, names[i], strokes[i], strokes[i + 1] - strokes[i], cameras[i], starts[i], 1.5);
+    addShot(show, names[i], strokes[i], strokes[i + 1] - strokes[i], cameras[i], starts[i], 1.2);
   show.add("blows", strokes[0], 2, backdrop,
            Bitmap{.texture = "rays_violet",
                   .at = centred(0, 0, 3.6),
-                  .alpha = flashes({0, 2, 4, 6}, 0.4, 0.02),
+                  .alpha = flashes({0, 2, 4, 6}, 0.4, 0),
                   .blend = Blend::add});
-  show.add("vexatious", strokes[0], 2, title,
-           glitching(vex(atious, spline({{0, 1.3}, {0.5, 1.05}, {4, 1.08}, {partEnd, 1.2}}), 0, 0.5),
-                     flashes({4, 6, 6.75, 7.25}, 0.8, 0), 2, swing(8, 1.01, 1.06)));
+  show.add(
+      "vexatious", strokes[0], 2, title,
+      glitching(
+          vex(atious,
+              line({{0, 1.05}, {1.99, 1.05}, {2, 0.92}, {3.99, 0.92}, {4, 0.82}, {5.99, 0.82}, {6, 0.72}}), 0,
+              0.5),
+          flashes({4, 6.75, 7.25}, 0.8, 0), 2, swing(8, 1.01, 1.06)));
 }
 
 }  // namespace
 
 void addAlien(Show& show) {
+  if (getenv("SCAN")) {
+    for (int i = 0; i < 9; ++i) addShot(show, "scan", alienBar + i * 16 / 9.0, 16 / 9.0, Camera(i), 0, 6);
+    return;
+  }
   addApproach(show);
   addFace(show);
   addBreak(show);
-  addSplit(show);
+  addCompoundEye(show);
   addOrbit(show);
   addFlank(show);
   addClimax(show);

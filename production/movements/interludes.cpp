@@ -1,50 +1,145 @@
+#include <algorithm>
+#include <array>
+
 #include "production/movements/words.h"
 
 namespace vex {
 
 using namespace screen;
 
-// Sterile teal: somebody stands at the end of a funnel of light; a wall of lamps that sways.
+namespace {
+
+// How high the rose stands at a beat, and how far its quarters have gone from its middle.
+struct RoseKey {
+  double beat, height, apart = 0;
+};
+constexpr double roseY = -0.1;
+
+// One rose window before black; each quarter, clockwise from the upper right, has its own light.
+void addRose(Show& show, const char* name, double bar, double bars, const std::vector<RoseKey>& keys,
+             const std::array<Curve, 4>& light) {
+  std::vector<ScriptCall> calls;
+  for (std::size_t i = 0; i < 4; ++i) {
+    const bool right = i < 2, up = i == 0 || i == 3;
+    const double reach = up ? 1 + roseY : 1 - roseY;  // from the middle to the screen's edge
+    std::vector<CurveDot> x, y, w, h, width, height;
+    for (const auto& [beat, size, apart] : keys) {
+      w.push_back({beat, 1 - apart});
+      h.push_back({beat, reach - apart});
+      x.push_back({beat, right ? apart : -1});
+      y.push_back({beat, up ? -roseY + apart : -1});
+      width.push_back({beat, size * (9.0 / 16) * 2 / (1 - apart)});
+      height.push_back({beat, size * 2 / (reach - apart)});
+    }
+    // The rose's middle lies in the quarter's inner corner.
+    const Curve wide = line(width), tall = line(height);
+    calls.push_back(draw(Viewport{line(x), line(y), line(w), line(h)}));
+    calls.push_back(
+        draw(Bitmap{.texture = "glass_teal",
+                    .at = {wide * -0.5 + (right ? -1.0 : 1.0), tall * -0.5 + (up ? 1.0 : -1.0), wide, tall},
+                    .alpha = light[i],
+                    .blend = Blend::add}));
+  }
+  calls.push_back(draw(Viewport{}));
+  show.part(name, bar, bars, ground + 1, calls);
+}
+
+}  // namespace
+
+// Sterile teal: somebody stands before a light; then before one rose window, which lights up quarter by
+// quarter and bursts.
 void addInterludeOne(Show& show) {
   const double start = interludeOneBar, opens = barOf("pad opens"), riser = barOf("riser");
   show.add("teal sky", start, 2, ground, Bitmap{.texture = "sky_teal", .at = covering(slide(1.1, 1.35))});
-  show.add("funnel", start, 2, backdrop, Rays{.alpha = fade(2, 0)});
-  show.add("lamp", start, 4, far,
+  show.add("funnel", start, 2, backdrop, Rays{.alpha = fade(2, 0, 0.3)});
+  show.add("before the light", start, 0.5, backdrop + 1, Fade{.alpha = line({{0, 0.9}, {2, 0}})});
+  show.add("lamp", start, 2, far,
            Bitmap{.texture = "rays_teal",
-                  .at = centred(slide(-0.12, 0.12), -0.1, slide(2.4, 3.4)),
-                  .alpha = flashes({0, 4, 8, 12, 14, 15}, 0.95, 0.5),
+                  .at = centred(slide(0, 0.06), -0.1, slide(2.4, 3.0)),
+                  .alpha = flashes({0, 4}, 0.6, 0.3),
+                  .blend = Blend::add},
+           Bitmap{.texture = "light3",
+                  .at = centred(slide(0, 0.06), -0.1, slide(2.2, 2.8)),
+                  .alpha = fade(3, 0, 0.35),
                   .blend = Blend::add});
   show.add("somebody", start, 2, subject,
            Bitmap{.texture = "figure_teal",
-                  .at = centred(travel(0.5, 0.42, 8), travel(0.26, 0.3, 8), zoom(1.45, 1.75, 8), 0.5),
-                  .alpha = fade(2, 0)});
-  show.add("teal haze", start, 4, haze,
+                  .at = centred(travel(0.60, 0.56, 8), travel(0.26, 0.3, 8), zoom(1.45, 1.75, 8), 0.5)});
+  show.add("teal haze", start, 2, haze,
            Bitmap{.texture = "haze_teal",
                   .at = centred(swing(13, -0.3, 0.3), 0.3, 2.2, 2),
-                  .alpha = 0.8,
+                  .alpha = 0.5,
                   .blend = Blend::add});
-  show.add("lamps", opens, 1, ground,
-           Tiles{.texture = "glass_teal", .at = covering(slide(1.0, 1.2)), .across = 16.0 / 3, .down = 3});
-  show.add("lamps sway", riser, 1, ground,
-           Waves{.texture = "glass_teal",
-                 .at = centred(0, 0, zoom(2.6, 5.2, 4), 1.78),
-                 .speed = 4,
-                 .amplitude = slide(0.01, 0.08)});
-  // Faster, and struck by the riser.
-  show.part("funnel again", opens, 2, smoke,
-            {draw(Rays{.alpha = flashes({0, 2, 4, 5, 6, 6.5, 7, 7.5}, 1, 0.75),
+  show.add("black behind the rose", opens, 2, ground, Fade{});
+  const auto struck = [](double beat) {
+    return line({{0, 0.1}, {std::max(0.001, beat - 0.01), 0.1}, {beat + 0.02, 1}, {beat + 0.6, 0.62}});
+  };
+  addRose(show, "rose", opens, 1, {{0, 1.30}, {4, 1.42}}, {struck(0), struck(1), struck(2), struck(3)});
+  const Curve whole = flashes({0, 1, 2, 2.5}, 1, 0.7);
+  addRose(show, "whole rose", riser, 0.75, {{0, 1.44}, {3, 1.72}}, {whole, whole, whole, whole});
+  const Curve away = line({{0, 1}, {0.3, 0.9}, {0.75, 0}});
+  addRose(show, "rose bursts", riser + 0.75, 0.1875,
+          {{0, 1.75, 0.01},
+           {0.15, 1.85, 0.03},
+           {0.3, 2.0, 0.09},
+           {0.45, 2.2, 0.18},
+           {0.6, 2.45, 0.3},
+           {0.75, 2.8, 0.45}},
+          {away, away, away, away});
+  show.add("burst", riser + 0.75, 0.1875, far,
+           Bitmap{.texture = "rays_teal",
+                  .at = centred(0, roseY, spline({{0, 2}, {0.75, 5}})),
+                  .alpha = spline({{0, 1}, {0.2, 0.7}, {0.75, 0}}),
+                  .blend = Blend::add},
+           Fade{0.8, 1, 0.97, line({{0, 0.8}, {0.06, 0.8}, {0.2, 0}})});
+  show.part(
+      "splinters", riser + 0.75, 0.1875, smoke,
+      {draw(Flare{"flare_shine"}), draw(Particles{.count = 200, .spread = 30, .speedZ = 40, .scatter = 8})});
+  const Curve rising = line({{0, 0.1},
+                             {0.02, 0.25},
+                             {0.99, 0.22},
+                             {1.02, 0.45},
+                             {1.99, 0.4},
+                             {2.02, 0.65},
+                             {2.99, 0.6},
+                             {3.02, 0.9},
+                             {4, 0.7},
+                             {7, 1}});
+  // It mirrors in a wet floor and lights the air.
+  show.add("rose in the floor", opens, 1.75, ground + 2,
+           Bitmap{.texture = "glass_teal",
+                  .at = {zoom(0.39, 0.54, 7) * -1, travel(1.05, 1.12, 7), zoom(0.78, 1.08, 7),
+                         zoom(0.52, 0.56, 7) * -1},
+                  .alpha = rising * 0.35,
+                  .blend = Blend::add});
+  show.add("its light in the air", opens, 1.75, backdrop,
+           Bitmap{.texture = "light3",
+                  .at = centred(0, roseY, zoom(2.6, 3.2, 7)),
+                  .alpha = rising * 0.4,
+                  .blend = Blend::add},
+           Bitmap{.texture = "rays_teal",
+                  .at = centred(0, roseY, zoom(2.4, 3.6, 7)),
+                  .alpha = rising * 0.5,
+                  .blend = Blend::add});
+  show.add("somebody small", opens, 1.75, subject,
+           Bitmap{.texture = "figure_teal",
+                  .at = centred(travel(0.22, 0.3, 7), travel(0.42, 0.46, 7), zoom(0.66, 0.84, 7), 0.5)});
+  // From the middle of the rose, shaken by the riser.
+  show.part("funnel again", opens, 1.75, backdrop + 1,
+            {draw(Rays{.alpha = flashes({0, 1, 2, 3, 4, 5, 6, 6.5}, 0.5, 0.2),
                        .eyeAcross = 1.7,
                        .eyeUp = 1.3,
                        .targetAcross = -1.1,
                        .targetUp = 0.9})},
             cueSeconds(2));
   const double word = barOf("title");
-  show.add("vexillum", word, riser - word, title,
-           glitching(vex(illum, spline({{0, 1.3}, {0.5, 1.05}, {4, 1.08}, {partEnd, 1.2}}), 0, 0.42),
-                     flashes({0, 4, 6}, 0.9, 0.02), 2, swing(8, 1.03, 1.1)));
-  show.add(
-      "vexillum rises", riser, 1, title,
-      glitching(vex(illum, zoom(1.1, 1.7, 4)), flashes({0, 1, 2, 2.5, 3, 3.5}, 1, 0.2), 4, slide(1.0, 1.35)));
+  show.add("vexillum", word, 1, title,
+           glitching(vex(illum, spline({{0, 0.9}, {0.4, 0.72}, {partEnd, 0.76}}), -0.3, 0.5),
+                     flashes({0, 3.25}, 0.9, 0), 2, swing(8, 1.02, 1.06)));
+  show.add("vexillum rises", riser, 0.75, title,
+           glitching(vex(illum, zoom(0.7, 0.78, 3), -0.3, 0.53), flashes({0, 2, 2.5}, 1, 0), 3,
+                     swing(4, 1.0, 1.12)));
+  show.add("held breath", riser + 0.9375, 0.0625, curtain, Fade{});
 }
 
 // Ember: a covered sun, liquid mirrors and flakes of fire; the last stroke and the title inside the sun.

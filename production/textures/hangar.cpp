@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "production/image/filter.h"
+#include "production/image/noise.h"
 #include "production/image/shape.h"
 #include "production/textures/families.h"
 #include "production/textures/hangar_light.h"
@@ -27,15 +28,19 @@ Colour4 mirroredHangar(const Vector& direction) {
   return {contrast(light.r), contrast(light.g), contrast(light.b)};
 }
 
-// Lamps that the camera brings along, on the disc of the sphere map: x to the right, y up, the rim is what
-// grazes. They stay where they are on the screen, so that every limb has a wet edge from every side.
+// Lamps and the magenta pool's light, which the camera brings along, on the disc of the sphere map: x to the
+// right, y up, the rim is what grazes. They stay where they are on the screen, so that every limb has a wet
+// edge from every side.
 struct SoftBox {
   float x, y, halfWidth, halfHeight, turn;  // radians
   float softness, strength;
+  bool magenta = false;
 };
 constexpr SoftBox softBoxes[] = {{-0.36f, 0.52f, 0.17f, 0.055f, 0.62f, 0.05f, 1.0f},
                                  {-0.58f, 0.16f, 0.03f, 0.16f, 0.25f, 0.05f, 0.55f},
-                                 {0.46f, 0.30f, 0.02f, 0.17f, -0.5f, 0.04f, 0.4f}};
+                                 {0.46f, 0.30f, 0.02f, 0.17f, -0.5f, 0.04f, 0.4f},
+                                 {-0.30f, -0.62f, 0.26f, 0.03f, -0.35f, 0.06f, 0.55f, true},
+                                 {0.34f, -0.60f, 0.22f, 0.03f, 0.40f, 0.06f, 0.45f, true}};
 
 // Cold white above and to the left, magenta below and to the right, from a distance from the middle on.
 Colour4 rimLight(float x, float y, float from) {
@@ -47,13 +52,13 @@ Colour4 rimLight(float x, float y, float from) {
 }
 
 Colour4 carriedLight(float x, float y) {
-  const Colour4 coldWhite = gradient(steelRamp, 0.97f);
   Colour4 light = rimLight(x, y, 0.88f);
   for (const SoftBox& lamp : softBoxes) {
     const float c = std::cos(lamp.turn), s = std::sin(lamp.turn), dx = x - lamp.x, dy = y - lamp.y;
     const float distance = box(c * dx + s * dy, c * dy - s * dx, lamp.halfWidth, lamp.halfHeight);
-    light = light + coldWhite * (lamp.strength * coverage(distance, lamp.softness) +
-                                 0.16f * lamp.strength * std::exp(-std::max(0.0f, distance) * 7));
+    const Colour4 colour = lamp.magenta ? gradient(violetRamp, 0.66f) : gradient(steelRamp, 0.97f);
+    light = light + colour * (lamp.strength * coverage(distance, lamp.softness) +
+                              0.16f * lamp.strength * std::exp(-std::max(0.0f, distance) * 7));
   }
   return light;
 }
@@ -76,7 +81,50 @@ Canvas chrome(const Settings& settings) {
 Canvas softChrome(const Settings& settings) {
   return chromeBall(settings, 0.03f, [](float x, float y) {
     const float gloss = std::exp(-6 * ((x + 0.36f) * (x + 0.36f) + (y - 0.4f) * (y - 0.4f)));
-    return gradient(steelRamp, 0.9f) * (0.3f * gloss + 0.7f * std::pow(gloss, 5.0f)) + rimLight(x, y, 0.72f);
+    const float below = smoothStep(-0.1f, -0.85f, y);
+    return gradient(steelRamp, 0.9f) * (0.3f * gloss + 0.7f * std::pow(gloss, 5.0f)) +
+           gradient(violetRamp, 0.5f) * (0.4f * below) + rimLight(x, y, 0.72f);
+  });
+}
+
+// Between the lenses of an eye: black horn with a magenta edge about each, wet where light comes from above.
+// Three lenses over two and two closed halves, in the shape of the letterboxed screen; the mask opens the
+// lenses.
+Canvas chitin(const Settings& settings) {
+  constexpr float across = 2.35f / 3;  // of a lens; two rows in a height of 1
+  const int width = settings.side(1024);
+  struct Lens {
+    float x, y, distance;
+    bool open;
+  };
+  const auto nearest = [](float u, float v) {
+    const bool lower = v > 0.5f;
+    const float column = u * 3 + (lower ? 0.5f : 0.0f), middle = std::floor(column) + 0.5f;
+    Lens lens{(column - middle) * across, v - (lower ? 0.75f : 0.25f), 0,
+              !lower || (middle > 1 && middle < 3)};
+    const float x = std::fabs(lens.x), y = std::fabs(lens.y);
+    // A hexagon on its tip, its corners rounded.
+    const float side = x - 0.36f, slope = 0.87f * y + 0.25f * x - 0.218f;
+    lens.distance = -smoothUnion(-side, -slope, 0.04f);
+    return lens;
+  };
+  return paintSmooth(width, width / 2, 2, [&](float u, float v) {
+    const Lens lens = nearest(u, v);
+    const float grain = 0.5f + 0.5f * fractal(u * 60, v * 26, 0, 4, 0.6f, 881);
+    const NoiseCell pores = cellularNoise(u * 70, v * 30, 0, 882);
+    const float rise = std::max(0.0f, lens.distance);
+    const float lip = std::exp(-rise * 26), towards = clamp01(0.5f - 1.6f * lens.y - 0.5f * lens.x);
+    Colour4 colour =
+        gradient(steelRamp, 0.02f + 0.10f * grain * smoothStep(0.1f, 0.5f, pores.nearest)) +
+        gradient(violetRamp, 0.62f) * (0.55f * lip * lip * lip * (0.25f + 0.75f * clamp01(1 - towards))) +
+        gradient(steelRamp, 0.95f) * (0.8f * std::pow(lip, 3.0f) * std::pow(towards, 4.0f));
+    const float depth = -lens.distance;
+    if (!lens.open && depth > 0)
+      colour = gradient(violetRamp, 0.10f + 0.25f * smoothStep(0.16f, 0.0f, depth)) +
+               gradient(steelRamp, 0.9f) * (0.35f * std::exp(-std::pow((lens.y + 0.13f) / 0.03f, 2.0f)) *
+                                            smoothStep(0.02f, 0.08f, depth));
+    colour.a = lens.open ? 1 - smoothStep(0.0f, 0.06f, depth) : 1.0f;
+    return colour;
   });
 }
 
@@ -92,6 +140,7 @@ Products hangarPictures() {
       face("eas", BoxFace::east),
       picture("chrome", PictureKind::jpeg, "hangar", 1, chrome),
       picture("chrome_soft", PictureKind::jpeg, "hangar", 1, softChrome),
+      picture("chitin", PictureKind::maskedJpeg, "hangar", 2, chitin),
   };
 }
 

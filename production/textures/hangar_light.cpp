@@ -80,11 +80,14 @@ Colour4 hangarLight(const Vector& direction, float detail) {
     along = direction.z * length;
     colour = vault(angle, along, detail);
   }
-  // Haze: pale and cold, so that what stands before it is a silhouette; a bank of it lies over the floor.
+  // Haze: dark but for the one lamp at the southern end, so that what stands before it is a silhouette with a
+  // lit rim; a bank of it lies over the floor.
   const float far = 1 - std::exp(-std::max(0.0f, length - 0.7f) / hazeLength);
   const float low = std::exp(-std::fabs(direction.y) * 3.5f);
-  const Colour4 haze = gradient(steelRamp, 0.56f + 0.14f * low);
-  return mix(colour, haze, 1 - (1 - far) * (1 - 0.5f * low * low));
+  const float away = std::hypot(direction.x, direction.y - 0.16f);
+  const float lamp = direction.z < 0 ? std::exp(-away * away * 16) + 0.5f * std::exp(-away * 3.2f) : 0.0f;
+  const Colour4 haze = gradient(steelRamp, 0.20f + 0.10f * low + 0.62f * lamp);
+  return mix(colour, haze, 1 - (1 - far) * (1 - 0.4f * low * low));
 }
 
 }  // namespace vex

@@ -18,10 +18,18 @@ float quatrefoil(float x, float y, float size) {
   return std::min(lobes, box(ax, ay, size * 0.42f, size * 0.42f));
 }
 
-// A rose window a tile: a heart, twelve lancets, a wreath of roundels, quatrefoils in the corners. Light
-// comes through the panes, each of its own strength and some of another colour. Tiles.
-Canvas glass(const Settings& settings, const Hue& hue, const Ramp& accent) {
-  const int side = settings.side(512);
+// A rose window: a heart, twelve lancets, a wreath of roundels. Light comes through the panes, each of its
+// own strength and a share of another colour. A lone one stands in the black; others tile, with quatrefoils
+// in the corners.
+struct Rose {
+  const Ramp &ramp, &accent;
+  float accents;  // share
+  int side;
+  bool lone;
+};
+
+Canvas glass(const Settings& settings, const Rose& rose) {
+  const int side = settings.side(rose.side);
   return paintSmooth(side, side, 2, [&](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y), angle = std::atan2(y, x);
     const auto sector = [&](float count, float phase, int& index) {
@@ -61,10 +69,19 @@ Canvas glass(const Settings& settings, const Hue& hue, const Ramp& accent) {
     const float streaks = 0.5f + 0.5f * fractal(u * 8, v * 24, 8, 4, 0.55f, 131);
     const float value = (0.3f + 0.5f * own + 0.16f * streaks) *
                         (0.55f + 0.45f * smoothStep(0.0f, 0.04f, lead)) * (1.15f - 0.4f * r);
-    const bool other = hashUnit(pane, 4, 134) > 0.62f || pane == 130 || pane == 210;
-    const float came = coverage(lead, 0.006f);
-    return gradient(other ? accent : hue.ramp, other ? value * 0.72f : value) * (1 - came) +
-           gradient(steelRamp, 0.2f * smoothStep(0.0f, -0.008f, lead)) * came;
+    const bool ground = pane == 130 || pane == 210;
+    const bool other = rose.lone ? (hashUnit(pane, 4, 134) < rose.accents || pane == 0) && !ground
+                                 : hashUnit(pane, 4, 134) > 1 - rose.accents || ground;
+    const float came = coverage(lead, 0.006f), beyond = rose.lone ? smoothStep(0.90f, 0.895f, r) : 1.0f;
+    // Alone it burns: each pane has its own core of light.
+    const float core = smoothStep(0.0f, 0.05f, lead);
+    const float shining = rose.lone
+                              ? (ground ? 0.45f : 1.0f) * value * (0.75f + 0.75f * core * (1.1f - 0.5f * r))
+                          : other ? value * 0.72f
+                                  : value;
+    return (gradient(other ? rose.accent : rose.ramp, shining) * (1 - came) +
+            gradient(steelRamp, 0.2f * smoothStep(0.0f, -0.008f, lead)) * came) *
+           beyond;
   });
 }
 
@@ -130,10 +147,12 @@ Canvas gate(const Settings& settings, const Hue& hue) {
 Products ironPictures() {
   Products products;
   const HuedPictures masked{"iron", PictureKind::maskedJpeg};
-  products.push_back(picture("glass_ember", PictureKind::jpeg, "iron", 4,
-                             [](const Settings& settings) { return glass(settings, emberHue, violetRamp); }));
-  products.push_back(picture("glass_teal", PictureKind::jpeg, "iron", 4,
-                             [](const Settings& settings) { return glass(settings, tealHue, alarmRamp); }));
+  products.push_back(picture("glass_ember", PictureKind::jpeg, "iron", 4, [](const Settings& settings) {
+    return glass(settings, {emberRamp, violetRamp, 0.38f, 512, false});
+  }));
+  products.push_back(picture("glass_teal", PictureKind::jpeg, "iron", 4, [](const Settings& settings) {
+    return glass(settings, {tealRamp, boneRamp, 0.16f, 1024, true});
+  }));
   products.push_back(masked("gate_", emberHue, 4, gate));
   return products;
 }

@@ -58,11 +58,11 @@ Canvas moon(const Settings& settings) {
   });
 }
 
-// Shafts along a cone: bands that run up and down, uneven both ways, with slow dust in them. Tiles.
+// Shafts along a cone: bands that run up and down, with slow dust in them. Tiles.
 Canvas rayCone(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side, side, [](float u, float v) {
-    const float broad = valueNoise(u * 8, v * 8, 8, 155), fine = valueNoise(u * 32, 0.5f, 32, 156);
+    const float broad = valueNoise(u * 8, 0.5f, 8, 155), fine = valueNoise(u * 32, 0.5f, 32, 156);
     const float dust = 0.5f + 0.5f * fractal(u * 4, v * 4, 4, 4, 0.55f, 157);
     const float shaft = smoothStep(0.3f, 0.95f, 0.65f * broad + 0.4f * fine);
     return gradient(tealRamp, 0.72f * shaft * (0.45f + 0.55f * dust));

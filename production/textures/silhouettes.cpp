@@ -38,7 +38,7 @@ Canvas figure(const Settings& settings, const Hue& hue) {
                                  std::min(ring(x - 0.29f, y - 0.25f, 0.035f, 0.006f),
                                           taper(x, y, 0.29f, 0.12f, 0.29f, 0.17f, 0.002f, 0.012f)));
     const float all = std::min(body, std::min(staff, crown));
-    Colour4 colour = backlit(hue.ramp, std::min(0.0f, all), 0.011f, 0.62f);
+    Colour4 colour = backlit(hue.ramp, std::min(0.0f, all), 0.009f, 0.3f);
     colour.a = coverage(all, 0.006f) *
                smoothStep(1.96f, 1.55f, y + 0.1f * fractal(u * 6, v * 6, 0, 4, 0.5f, 181)) *
                smoothStep(0.0f, 0.03f, std::min(u, 1 - u));

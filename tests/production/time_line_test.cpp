@@ -138,9 +138,9 @@ bool paintsAll(const ScriptCall& call, double progress) {
   if (call.function == "fadeScreen") return value(3) >= 1;
   static const std::set<std::string> closedWorlds{"SceneAlien", "SceneHell"};
   if (call.function == "animate") return closedWorlds.contains(call.scene);
-  static const std::set<std::string> opaque{"data\\sky_copper", "data\\sky_water",  "data\\sky_bone",
-                                            "data\\sky_acid",   "data\\sky_ember",  "data\\glass_ember",
-                                            "data\\eye",        "data\\glass_teal", "data\\sky_teal"};
+  static const std::set<std::string> opaque{"data\\sky_copper", "data\\sky_water", "data\\sky_bone",
+                                            "data\\sky_acid",   "data\\sky_ember", "data\\glass_ember",
+                                            "data\\eye",        "data\\sky_teal"};
   if (!opaque.contains(call.parameters[0].curve.text)) return false;
   const bool movie = call.function == "drawMovie";
   const int alpha = movie ? 8 : 7;
