@@ -196,7 +196,7 @@ const Plume plumes[] = {{"vapour1", {-58, 6, -24}, 70, 150, 0.1f},
                         {"vapour4", {64, 6, 22}, 50, 90, 0.3f}};
 
 StageMesh plumeMesh(const Plume& plume) {
-  const Surface one = mappedTo(plumePart, card(plume.width, plume.height));
+  const Surface one = mappedWithin(plumePart, card(plume.width, plume.height));
   StageMesh mesh{
       .name = plume.name,
       .surface = placed(joined({placed(one, turnedY(20)), placed(one, turnedY(110))}), moved(plume.foot)),
@@ -292,7 +292,7 @@ Model monsterModel(const Settings& settings) {
   for (const Piece& piece : body) stage.meshes.push_back(meshOf(piece, "chrome"));
   Piece eyes = eyePiece(), glow = glowPiece();
   eyes.surface = mappedTo(eyePart, eyes.surface);
-  glow.surface = mappedTo(glowPart, glow.surface);
+  glow.surface = mappedWithin(glowPart, glow.surface);
   stage.meshes.push_back(meshOf(eyes, "eye"));
   for (const Piece& piece : limbs) stage.meshes.push_back(meshOf(piece, "limb"));
   for (const Piece& piece : stringPieces()) stage.meshes.push_back(meshOf(piece, "limb"));

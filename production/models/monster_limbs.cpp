@@ -42,8 +42,8 @@ struct Station {
 };
 constexpr Station stations[] = {{0, 0, 6.5f},     {0, 0.55f, 6.6f},  {0, 0.85f, 7.4f}, {1, 0, 7.6f},
                                 {1, 0.10f, 6.6f}, {1, 0.15f, 5.0f},  {1, 0.19f, 6.4f}, {1, 0.42f, 7.5f},
-                                {1, 0.68f, 6.4f}, {1, 0.82f, 4.9f},  {1, 0.87f, 4.0f}, {1, 0.91f, 5.6f},
-                                {2, 0, 7.2f},     {2, 0.045f, 5.8f}, {2, 0.07f, 3.6f}, {2, 0.09f, 5.2f},
+                                {1, 0.68f, 6.4f}, {1, 0.82f, 4.9f},  {1, 0.87f, 4.0f}, {1, 0.91f, 4.6f},
+                                {2, 0, 5.0f},     {2, 0.045f, 4.6f}, {2, 0.07f, 3.6f}, {2, 0.09f, 5.2f},
                                 {2, 0.22f, 5.8f}, {2, 0.38f, 4.7f},  {2, 0.49f, 3.2f}, {2, 0.51f, 4.3f},
                                 {2, 0.62f, 4.6f}, {2, 0.80f, 3.2f},  {2, 0.92f, 2.0f}, {2, 0.95f, 3.0f},
                                 {3, 0, 3.1f},     {3, 0.30f, 2.3f},  {3, 0.65f, 1.3f}, {3, 1, 0}};
@@ -66,7 +66,9 @@ Surface legSurface(const Leg& leg, Fineness fineness) {
     const auto nearest = std::lower_bound(lengths.begin(), lengths.end() - 1, t * lengths.back() - 0.01f);
     return radii[static_cast<std::size_t>(nearest - lengths.begin())];
   };
-  return withoutMapping(tube(path, full ? 12 : 5, radius, TubeEnd::point));
+  const Surface limb = tube(path, full ? 12 : 5, radius, TubeEnd::point);
+  if (!full) return withoutMapping(limb);
+  return withoutMapping(joined({limb, placed(sphere(7.6f, 10, 5), moved(leg.knee))}));
 }
 
 Placement leaning(const Vector& from, const Vector& to) {
@@ -194,7 +196,7 @@ void addTentacles(std::vector<Piece>& pieces) {
 Surface stringSurface(const Vector& from, float length) {
   const auto radius = [](float t) {
     const float drop = (t - 0.88f) / 0.07f;
-    return 0.8f + 0.9f * std::exp(-t * 9) + 0.9f * std::exp(-drop * drop);
+    return 0.6f + 0.6f * std::exp(-t * 9) + 0.7f * std::exp(-drop * drop);
   };
   const std::vector<Vector> path =
       smoothPath({from, from + Vector(0.6f, -0.35f * length, -0.5f), from + Vector(-0.2f, -length, 0.3f)}, 7);

@@ -30,6 +30,13 @@ inline Surface mappedTo(const PicturePart& part, const Surface& surface, float t
   return mappingScaled(surface, turns * part.width, part.height, part.u, part.v);
 }
 
+// As that, a little within the part, so that nothing of its neighbours shows at the edges.
+inline Surface mappedWithin(const PicturePart& part, const Surface& surface) {
+  constexpr float margin = 0.012f;
+  return mappedTo({part.u + margin, part.v + margin, part.width - 2 * margin, part.height - 2 * margin},
+                  surface);
+}
+
 Canvas airPicture(const Settings& settings);
 
 // The deck beside what lies around it.

@@ -92,9 +92,9 @@ void addInterludeOne(Show& show) {
                   .alpha = spline({{0, 1}, {0.2, 0.7}, {0.75, 0}}),
                   .blend = Blend::add},
            Fade{0.8, 1, 0.97, line({{0, 0.8}, {0.06, 0.8}, {0.2, 0}})});
-  show.part(
-      "splinters", riser + 0.75, 0.1875, smoke,
-      {draw(Flare{"flare_shine"}), draw(Particles{.count = 200, .spread = 30, .speedZ = 40, .scatter = 8})});
+  show.part("splinters", riser + 0.75, 0.1875, smoke,
+            {draw(Flare{"flare_highpass"}),
+             draw(Particles{.count = 240, .spread = 34, .speedZ = 40, .scatter = 8})});
   const Curve rising = line({{0, 0.1},
                              {0.02, 0.25},
                              {0.99, 0.22},
@@ -123,7 +123,7 @@ void addInterludeOne(Show& show) {
                   .blend = Blend::add});
   show.add("somebody small", opens, 1.75, subject,
            Bitmap{.texture = "figure_teal",
-                  .at = centred(travel(0.22, 0.3, 7), travel(0.42, 0.46, 7), zoom(0.66, 0.84, 7), 0.5)});
+                  .at = centred(travel(0.19, 0.27, 7), travel(0.42, 0.46, 7), zoom(0.66, 0.84, 7), 0.5)});
   // From the middle of the rose, shaken by the riser.
   show.part("funnel again", opens, 1.75, backdrop + 1,
             {draw(Rays{.alpha = flashes({0, 1, 2, 3, 4, 5, 6, 6.5}, 0.5, 0.2),

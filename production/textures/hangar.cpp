@@ -98,32 +98,32 @@ Canvas chitin(const Settings& settings) {
     bool open;
   };
   const auto nearest = [](float u, float v) {
-    const bool lower = v > 0.5f;
-    const float column = u * 3 + (lower ? 0.5f : 0.0f), middle = std::floor(column) + 0.5f;
-    Lens lens{(column - middle) * across, v - (lower ? 0.75f : 0.25f), 0,
-              !lower || (middle > 1 && middle < 3)};
-    const float x = std::fabs(lens.x), y = std::fabs(lens.y);
-    // A hexagon on its tip, its corners rounded.
-    const float side = x - 0.36f, slope = 0.87f * y + 0.25f * x - 0.218f;
-    lens.distance = -smoothUnion(-side, -slope, 0.04f);
-    return lens;
+    Lens best{0, 0, 1, false};
+    for (const bool lower : {false, true}) {
+      const float column = u * 3 + (lower ? 0.5f : 0.0f), middle = std::floor(column) + 0.5f;
+      const float lensX = (column - middle) * across, lensY = v - (lower ? 0.75f : 0.25f);
+      // A hexagon on its tip, its corners rounded.
+      const float x = std::fabs(lensX), y = std::fabs(lensY);
+      const float distance = -smoothUnion(0.355f - x, 0.207f - 0.87f * y - 0.22f * x, 0.05f);
+      if (distance < best.distance) best = {lensX, lensY, distance, !lower || (middle > 1 && middle < 3)};
+    }
+    return best;
   };
   return paintSmooth(width, width / 2, 2, [&](float u, float v) {
     const Lens lens = nearest(u, v);
     const float grain = 0.5f + 0.5f * fractal(u * 60, v * 26, 0, 4, 0.6f, 881);
     const NoiseCell pores = cellularNoise(u * 70, v * 30, 0, 882);
     const float rise = std::max(0.0f, lens.distance);
-    const float lip = std::exp(-rise * 26), towards = clamp01(0.5f - 1.6f * lens.y - 0.5f * lens.x);
-    Colour4 colour =
-        gradient(steelRamp, 0.02f + 0.10f * grain * smoothStep(0.1f, 0.5f, pores.nearest)) +
-        gradient(violetRamp, 0.62f) * (0.55f * lip * lip * lip * (0.25f + 0.75f * clamp01(1 - towards))) +
-        gradient(steelRamp, 0.95f) * (0.8f * std::pow(lip, 3.0f) * std::pow(towards, 4.0f));
+    const float lip = std::exp(-rise * 60), towards = clamp01(0.5f - 1.6f * lens.y - 0.5f * lens.x);
+    Colour4 colour = gradient(steelRamp, 0.02f + 0.10f * grain * smoothStep(0.1f, 0.5f, pores.nearest)) +
+                     gradient(violetRamp, 0.62f) * (0.7f * lip * (0.25f + 0.75f * clamp01(1 - towards))) +
+                     gradient(steelRamp, 0.95f) * (0.8f * std::pow(lip, 3.0f) * std::pow(towards, 4.0f));
     const float depth = -lens.distance;
     if (!lens.open && depth > 0)
       colour = gradient(violetRamp, 0.10f + 0.25f * smoothStep(0.16f, 0.0f, depth)) +
                gradient(steelRamp, 0.9f) * (0.35f * std::exp(-std::pow((lens.y + 0.13f) / 0.03f, 2.0f)) *
                                             smoothStep(0.02f, 0.08f, depth));
-    colour.a = lens.open ? 1 - smoothStep(0.0f, 0.06f, depth) : 1.0f;
+    colour.a = lens.open ? 1 - smoothStep(0.0f, 0.035f, depth) : 1.0f;
     return colour;
   });
 }

@@ -23,22 +23,28 @@ Canvas figure(const Settings& settings, const Hue& hue) {
     const float x = u - 0.5f, y = v * 2;
     const float folds = 0.012f * std::sin(x * 90 + 6 * y) * smoothStep(0.7f, 1.6f, y) +
                         0.01f * fractal(u * 8, v * 8, 0, 3, 0.5f, 180);
-    const float hood = smoothUnion(disc(x * 1.15f, y - 0.45f, 0.10f),
-                                   taper(x, y, 0.012f, 0.30f, 0, 0.46f, 0.008f, 0.085f), 0.08f);
-    const float shoulders = std::min(taper(x, y, 0, 0.58f, -0.135f, 0.72f, 0.075f, 0.055f),
-                                     taper(x, y, 0, 0.58f, 0.135f, 0.72f, 0.075f, 0.055f));
+    const float hood = smoothUnion(disc(x * 1.2f, y - 0.44f, 0.095f),
+                                   taper(x, y, 0.03f, 0.26f, 0, 0.46f, 0.006f, 0.085f), 0.08f);
+    const float shoulders = std::min(taper(x, y, -0.01f, 0.57f, -0.19f, 0.70f, 0.07f, 0.05f),
+                                     taper(x, y, -0.01f, 0.57f, 0.17f, 0.69f, 0.07f, 0.055f));
+    // The wind stands to the left and has torn the hem.
+    const float sway = 0.05f * smoothStep(0.9f, 1.9f, y);
+    const float hem = 1.78f + 0.12f * fractal(u * 9, 0.5f, 0, 4, 0.7f, 182) - 0.25f * (x + sway) * (x + sway);
     const float cloak = std::max(
-        std::fabs(x) - (0.16f + 0.085f * std::pow(clamp01((y - 0.6f) / 1.3f), 1.6f) + folds), 0.68f - y);
-    const float sleeve = taper(x, y, 0.13f, 0.72f, 0.235f, 0.98f, 0.07f, 0.045f);
-    const float hand = taper(x, y, 0.235f, 0.98f, 0.285f, 0.93f, 0.03f, 0.018f);
-    float body = smoothUnion(smoothUnion(hood, shoulders, 0.13f), cloak, 0.09f);
-    body = smoothUnion(body, std::min(sleeve, hand), 0.03f);
-    const float staff = taper(x, y, 0.29f, 0.33f, 0.29f, 1.95f, 0.009f, 0.011f);
-    const float crown = std::min(ring(x - 0.29f, y - 0.25f, 0.085f, 0.011f),
-                                 std::min(ring(x - 0.29f, y - 0.25f, 0.035f, 0.006f),
-                                          taper(x, y, 0.29f, 0.12f, 0.29f, 0.17f, 0.002f, 0.012f)));
+        std::max(std::fabs(x + sway) - (0.18f + 0.12f * std::pow(clamp01((y - 0.6f) / 1.2f), 1.4f) + folds),
+                 0.66f - y),
+        y - hem);
+    const float sleeve = std::min(taper(x, y, 0.16f, 0.70f, 0.28f, 0.86f, 0.06f, 0.04f),
+                                  taper(x, y, 0.28f, 0.86f, 0.25f, 1.06f, 0.045f, 0.004f));  // it hangs
+    const float hand = taper(x, y, 0.28f, 0.85f, 0.365f, 0.80f, 0.024f, 0.016f);
+    float body = smoothUnion(smoothUnion(hood, shoulders, 0.11f), cloak, 0.07f);
+    body = smoothUnion(body, std::min(sleeve, hand), 0.025f);
+    const float staff = taper(x, y, 0.375f, 0.33f, 0.36f, 1.95f, 0.008f, 0.010f);
+    const float crown = std::min(ring(x - 0.375f, y - 0.25f, 0.085f, 0.011f),
+                                 std::min(ring(x - 0.375f, y - 0.25f, 0.035f, 0.006f),
+                                          taper(x, y, 0.375f, 0.12f, 0.375f, 0.17f, 0.002f, 0.012f)));
     const float all = std::min(body, std::min(staff, crown));
-    Colour4 colour = backlit(hue.ramp, std::min(0.0f, all), 0.009f, 0.3f);
+    Colour4 colour = backlit(hue.ramp, std::min(0.0f, all), 0.009f, 0.4f);
     colour.a = coverage(all, 0.006f) *
                smoothStep(1.96f, 1.55f, y + 0.1f * fractal(u * 6, v * 6, 0, 4, 0.5f, 181)) *
                smoothStep(0.0f, 0.03f, std::min(u, 1 - u));
