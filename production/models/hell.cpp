@@ -52,26 +52,25 @@ Motion mirroredMotion() {
   return motion;
 }
 
-// 1 while something lasts, with a beginning and an end of one second.
-float lasting(float t, float from, float until) {
-  return smoothStep(from, from + 1, t) * smoothStep(until, until - 1, t);
+// 1 once the sphere has opened.
+float opened(float t) {
+  return smoothStep(sphereOpens, sphereOpens + 0.9f, t);
 }
 
-// A loose plate drifts out and comes back, once or twice a loop, turning a little; once it is thrown far.
+// A loose plate drifts out and comes back, once or twice a loop, turning a little, until it is thrown far.
 Motion plateMotion(const Plate& plate, const Vector& pivot, int index) {
   const float turns = 1.0f + static_cast<float>(index % 3), phase = 0.37f * static_cast<float>(index);
   const float far = 4.5f + 8 * hashUnit(index, 0, 991);
   const float thrown = (30 + 16 * hashUnit(index, 4, 991)) / far;
   const auto out = [=](float t) {
-    return std::pow(0.5f + 0.5f * swing(t, loopSeconds, turns, phase), 1.6f) +
-           thrown * lasting(t, openFrom, openUntil);
+    return std::pow(0.5f + 0.5f * swing(t, loopSeconds, turns, phase), 1.6f) + thrown * opened(t);
   };
   Motion motion;
   // Thrown plates open like a flower for the camera that looks into the heart.
   const Vector eye = unit(Vector(0.85f, 0.50f, 0.10f));
   const Vector spread = unit((plate.outward - eye * dot(plate.outward, eye)) * 1.6f + plate.outward * 0.25f);
   motion.positions = positionKeys(loopSeconds, 10, [=](float t) {
-    const float share = lasting(t, openFrom, openUntil);
+    const float share = opened(t);
     return pivot + mix(plate.outward, spread, share) * (1 + far * out(t));
   });
   const Vector axis = unit(
@@ -89,22 +88,20 @@ Motion rising(const Vector& pivot, float reach, float turns, float phase) {
   return motion;
 }
 
-// Out of sight, and in its place only from one time until another: no shot sees it come or go.
-Motion standingBy(const Vector& place, float from, float until) {
+// A piece of the rose: in its place until it is blown out of the wall, towards the nave.
+Motion blownOut(const Vector& place, int index) {
+  const auto chance = [index](int which) { return hashUnit(index, which, 992); };
+  const Vector from = place - Vector(0, roseHeight, place.z);
+  const Vector way = from * (1.1f + 0.7f * chance(0)) + Vector(0, 14, 150 + 110 * chance(1));
+  const Vector axis = unit(Vector(chance(2) - 0.5f, chance(3) - 0.5f, chance(4) - 0.5f));
+  const auto since = [](float t) { return std::clamp(t - roseBursts, 0.0f, 4.0f); };
   Motion motion;
   motion.straight = true;
   motion.positions = positionKeys(loopSeconds, 5, [=](float t) {
-    const float sway = 14 * swing(t, loopSeconds, 3, 0.01f * place.z);
-    return t >= from && t <= until ? place + Vector(sway, 0, 0) : Vector(0, parked, 0);
+    return place + way * since(t) - Vector(0, 34 * since(t) * since(t), 0);
   });
-  return motion;
-}
-
-// Turned towards the camera that looks into the open heart, while it does.
-Motion haloMotion() {
-  Motion motion;
   motion.turns =
-      turnKeys(loopSeconds, 10, [](float t) { return turnedY(80 * lasting(t, openFrom, openUntil)); });
+      turnKeys(loopSeconds, 5, [=](float t) { return turned(axis, (1.6f + 2.4f * chance(5)) * since(t)); });
   return motion;
 }
 
@@ -145,6 +142,9 @@ std::vector<StageMaterial> materials() {
   };
   StageMaterial vault = painted("vault", "hell_stone", faint, white);
   vault.twoSided = true;
+  // Its other side is seen from under the lake.
+  StageMaterial lava = painted("lava", "hell_lava", none, white);
+  lava.twoSided = true;
   StageMaterial glow = painted("glow", "hell_glow", none, white);
   glow.twoSided = true;
   StageMaterial iron = painted("iron", "hell_iron", half, {0.40f, 0.38f, 0.40f});
@@ -155,7 +155,7 @@ std::vector<StageMaterial> materials() {
   const StageMaterial depths{
       .name = "depths", .diffuse = none, .ambient = {0.020f, 0.012f, 0.016f}, .shine = 0};
   return {
-      painted("lava", "hell_lava", none, white),
+      lava,
       painted("stone", "hell_stone", faint, white),
       painted("dimstone", "hell_stone", none, {0.58f, 0.55f, 0.60f}),
       painted("darkstone", "hell_stone", none, {0.32f, 0.30f, 0.34f}),
@@ -175,10 +175,15 @@ std::vector<StageMaterial> materials() {
 
 // Where each part lies while it is baked, so that none shades another that it does not stand beside.
 const std::vector<std::pair<StonePart, Vector>>& bakingPlaces() {
-  static const std::vector<std::pair<StonePart, Vector>> places{
-      {pier, Vector(-3000, 0, 0)},   {rib, Vector(0, 0, 0)},          {boss, Vector(0, 0, 0)},
-      {web, Vector(0, 0, 0)},        {brokenRib, Vector(0, 0, 2000)}, {choirWall, Vector(0, 0, -2000)},
-      {causeway, Vector(3000, 0, 0)}};
+  static const std::vector<std::pair<StonePart, Vector>> places{{pier, Vector(-3000, 0, 0)},
+                                                                {rib, Vector(0, 0, 0)},
+                                                                {boss, Vector(0, 0, 0)},
+                                                                {web, Vector(0, 0, 0)},
+                                                                {brokenRib, Vector(0, 0, 2000)},
+                                                                {choirWall, Vector(0, 0, -2000)},
+                                                                {causeway, Vector(3000, 0, 0)},
+                                                                {rosePetal, Vector(0, roseHeight, -4000)},
+                                                                {roseEye, Vector(0, roseHeight, -4000)}};
   return places;
 }
 
@@ -195,6 +200,21 @@ Surface builtPart(const Surface& stone, StonePart part, const Placement& placeme
   for (const auto& [which, place] : bakingPlaces())
     if (which == part) return placed(partOf(stone, part), moved(place * -1.0f) >> placement);
   return {};
+}
+
+void addRose(Stage& stage, const Surface& stone) {
+  const Vector middle(0, roseHeight, choirPlace - 4);
+  for (int i = 0; i <= petalCount; ++i) {
+    const bool eye = i == petalCount;
+    const float degrees = 360.0f * (static_cast<float>(i) + 0.5f) / petalCount;
+    const Vector pivot = eye ? middle : transformed(turnedZ(degrees) >> moved(middle), Vector(28, 0, 0));
+    stage.meshes.push_back({.name = "rose" + std::to_string(i + 1),
+                            .surface = eye ? builtPart(stone, roseEye, moved(middle))
+                                           : builtPart(stone, rosePetal, turnedZ(degrees) >> moved(middle)),
+                            .pivot = pivot,
+                            .material = "stone",
+                            .motion = blownOut(pivot, i)});
+  }
 }
 
 void addMasonry(Stage& stage, const Surface& stone) {
@@ -237,18 +257,14 @@ void addMasonry(Stage& stage, const Surface& stone) {
   stage.meshes.push_back({.name = "choirwall",
                           .surface = builtPart(stone, choirWall, moved(0, 0, choirPlace)),
                           .material = "stone"});
-  // Islands of columns that rise and sink.
-  const Placement islands[] = {turnedY(20) >> moved(52, -6, 150), turnedY(200) >> moved(-60, -9, 60),
-                               turnedY(80) >> moved(40, -12, -130), turnedY(310) >> moved(-150, -4, 120)};
-  for (int i = 0; i < 4; ++i) {
-    const Vector pivot = islands[i].origin;
-    stage.meshes.push_back(
-        {.name = "island" + std::to_string(i + 1),
-         .surface = builtPart(stone, causeway, islands[i]),
-         .pivot = pivot,
-         .material = "stone",
-         .motion = rising(pivot, 2.2f, 2.0f + static_cast<float>(i % 3), 0.3f * static_cast<float>(i))});
-  }
+  addRose(stage, stone);
+  // An island of columns that rises and sinks.
+  const Vector island(-60, -9, 60);
+  stage.meshes.push_back({.name = "island",
+                          .surface = builtPart(stone, causeway, turnedY(200) >> moved(island)),
+                          .pivot = island,
+                          .material = "stone",
+                          .motion = rising(island, 2.2f, 2, 0)});
 }
 
 void addSphere(Stage& stage, const std::vector<Plate>& plates, const Surface& shellSurface) {
@@ -264,6 +280,11 @@ void addSphere(Stage& stage, const std::vector<Plate>& plates, const Surface& sh
       .name = "heart", .parent = "Sphere", .surface = heart(), .pivot = sphereCentre, .material = "heart"};
   glowing.motion.turns = turnKeys(loopSeconds, 20, [](float t) { return turnedY(-360 * t / loopSeconds); });
   stage.meshes.push_back(glowing);
+  stage.meshes.push_back({.name = "child",
+                          .parent = "Sphere",
+                          .surface = withoutMapping(child()),
+                          .pivot = sphereCentre,
+                          .material = "depths"});
   int loose = 0;
   for (std::size_t i = 0; i < plates.size(); ++i) {
     if (!plates[i].loose) continue;
@@ -288,24 +309,12 @@ void addSphere(Stage& stage, const std::vector<Plate>& plates, const Surface& sh
 
 void addIron(Stage& stage) {
   stage.meshes.push_back({.name = "shackle", .surface = withoutMapping(shackle()), .material = "iron"});
-  struct Hanging {
-    float x, y, z, length, degrees, turns;
-    const char* material;
-  };
-  const Hanging chains[] = {{-16, 250, 276, 155, 2, 5, "darkiron"},
-                            {62, 224, 90, 84, 3, 4, "iron"},
-                            {-30, 250, 0, 70, 5, 6, "iron"},
-                            {40, 240, -90, 70, 3, 5, "iron"}};
-  int count = 0;
-  for (const Hanging& hanging : chains) {
-    const Vector pivot(hanging.x, hanging.y, hanging.z);
-    stage.meshes.push_back(
-        {.name = "chain" + std::to_string(++count),
-         .surface = placed(withoutMapping(danglingChain(hanging.length)), moved(pivot)),
-         .pivot = pivot,
-         .material = hanging.material,
-         .motion = dangling(hanging.degrees, hanging.turns, 0.23f * static_cast<float>(count))});
-  }
+  const Vector pivot(62, 224, 90);
+  stage.meshes.push_back({.name = "chain",
+                          .surface = placed(withoutMapping(danglingChain(84)), moved(pivot)),
+                          .pivot = pivot,
+                          .material = "iron",
+                          .motion = dangling(3, 4, 0.23f)});
 }
 
 // What is seen through, from far to near for the camera in the nave.
@@ -314,15 +323,7 @@ void addHaze(Stage& stage) {
       {.name = "lakehaze",
        .surface = placed(plane(2 * lakeHazeReach, 2 * lakeHazeReach, 2, 2), moved(0, 0.8f, 0)),
        .material = "lakehaze"});
-  const Surface hazeCard = mappingScaled(card(520, 210), 1, 0.5f);
-  for (const float z : {130.0f, 60.0f}) {
-    const Vector pivot(0, -20, z);
-    stage.meshes.push_back({.name = z > 100 ? "smoke1" : "smoke2",
-                            .surface = placed(hazeCard, stretched(1, 1.3f, 1) >> moved(pivot)),
-                            .pivot = pivot,
-                            .material = "glow",
-                            .motion = standingBy(pivot, smokeFrom, smokeUntil)});
-  }
+  const Surface hazeCard = card(520, 210);
   int count = 0;
   for (const float z : {-290.0f, -225.0f, -120.0f}) {
     const Vector pivot(0, -8, z);
@@ -336,15 +337,6 @@ void addHaze(Stage& stage) {
     });
     stage.meshes.push_back(mesh);
   }
-  // Behind the sphere's middle, turned so that no camera sees its edge or the sphere through it.
-  const float side = 7 * sphereRadius;
-  stage.meshes.push_back(
-      {.name = "halo",
-       .surface = placed(mappingScaled(card(side, side), 1, 0.5f, 0, 0.5f),
-                         moved(0, -side / 2, 0) >> turnedY(-10) >> moved(sphereCentre - Vector(0, 0, 12))),
-       .pivot = sphereCentre,
-       .material = "glow",
-       .motion = haloMotion()});
 }
 
 // What iron mirrors: the sky, and the burning lake.
@@ -361,7 +353,7 @@ Model hellModel(const Settings& settings) {
            firstShard + i);
   for (std::size_t i = 0; i < plates.size(); ++i)
     append(shellSurface, withoutMapping(plates[i].surface), firstPlate + static_cast<int>(i));
-  shellSurface = mappedAtlas(shellSurface, {.charts = Charts::byNormals, .side = 512});
+  shellSurface = mappedAtlas(shellSurface, {.charts = Charts::byNormals, .side = 1024});
   const Surface stone = bakedStone();
 
   const auto picture = [&](const Surface& surface, const Surface& obstacles, const BakeLook& look, int side,
@@ -384,12 +376,6 @@ Model hellModel(const Settings& settings) {
                           .pivot = inLake(sphereCentre),
                           .material = "lava",
                           .motion = mirroredMotion()});
-  const float pool = 7 * sphereRadius;
-  stage.meshes.push_back({.name = "halobelow",
-                          .surface = placed(mappingScaled(card(pool, pool), 1, 0.5f, 0, 0.5f),
-                                            moved(inLake(sphereCentre) - Vector(0, pool / 2, 2))),
-                          .pivot = inLake(sphereCentre),
-                          .material = "glow"});
   stage.meshes.push_back({.name = "ringbelow", .surface = ringInLake(), .material = "darkiron"});
   const int quads = static_cast<int>(2 * lakeReach / tileSize);
   stage.meshes.push_back({.name = "Lava",
@@ -412,9 +398,9 @@ Model hellModel(const Settings& settings) {
   return {stage,
           {lavaPicture(settings.side(512)), picture(stone, stone, stoneLook(), 1024, 0.8f, stoneColour),
            picture(shellSurface, joined({withoutMapping(shellSurface), withoutMapping(heart())}),
-                   sphereLook(), 512, 0.7f, sphereColour),
+                   sphereLook(), 1024, 0.7f, sphereColour),
            heartPicture(settings.side(256)), blazePicture(settings.side(256)),
-           lakeHazePicture(settings.side(256), lakeHazeReach),
+           lakeHazePicture(settings.side(1024), lakeHazeReach),
            sphereMap(ironLight, lookTowards(-1.5f, 0), settings.side(256), 2),
            glowPicture(settings.side(256)), duskPicture(settings.side(256))}};
 }
@@ -432,7 +418,9 @@ Products hellModels() {
                  {"hell_iron", PictureKind::jpeg},
                  {"hell_glow", PictureKind::maskedJpeg},
                  {"hell_dusk", PictureKind::jpeg}},
-                5, hellModel, {"production/models/hell_", "production/textures/hell_light."})};
+                5, hellModel,
+                {"production/models/hell_", "production/models/fetus_being.", "production/models/fetus_body.",
+                 "production/textures/hell_light."})};
 }
 
 }  // namespace vex

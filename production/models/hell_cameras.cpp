@@ -1,61 +1,138 @@
 #include "production/models/hell_parts.h"
 
-// Where hell is seen from. All paths take twenty seconds; the shots enter them where they like.
+// Where hell is seen from. Each camera moves in the seconds of its own shot and stands before and after; the
+// shots enter all paths, and the world's own events, at those times.
 
 namespace vex::hell {
 
 namespace {
 
-StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
-                   const std::vector<Vector>& target) {
-  return cameraThrough({.name = name, .fieldDegrees = fieldDegrees, .far = 4000}, shotSeconds, eye, target);
-}
+struct Shot {
+  const char* name;
+  float fieldDegrees;
+  float from, seconds;
+  std::vector<Vector> eye, target;
+};
 
 }  // namespace
 
 std::vector<StageCamera> cameras() {
-  return {
+  const Shot shots[] = {
       // Up the nave.
-      camera("wide", 84,
-             {Vector(46, 40, 350), Vector(28, 50, 290), Vector(-18, 62, 220), Vector(-46, 70, 170)},
-             {Vector(-34, 106, 0), Vector(-32, 106, 0), Vector(22, 100, 0), Vector(26, 96, 0)}),
+      {"wide",
+       84,
+       0.5f,
+       4.5f,
+       {Vector(40, 44, 345), Vector(20, 52, 296), Vector(-12, 60, 240)},
+       {Vector(-34, 104, 0), Vector(-22, 104, 0), Vector(0, 102, 0)}},
       // A hand above the lava.
-      camera("low", 88, {Vector(-62, 11, 210), Vector(-30, 9, 172), Vector(22, 10, 138), Vector(68, 13, 100)},
-             {Vector(24, 84, 0), Vector(26, 84, 0), Vector(-18, 86, 0), Vector(-26, 92, 0)}),
+      {"low",
+       84,
+       3,
+       2.5f,
+       {Vector(2, 9, 168), Vector(18, 9, 148), Vector(38, 11, 126)},
+       {Vector(-12, 84, 0), Vector(-16, 86, 0), Vector(-22, 90, 0)}},
       // Around the sphere.
-      camera("close", 66, {Vector(44, 82, 86), Vector(16, 98, 98), Vector(-34, 106, 92), Vector(-78, 96, 56)},
-             {Vector(-4, 88, 0), Vector(6, 88, 0), Vector(8, 90, 0), Vector(-2, 88, 0)}),
+      {"close",
+       66,
+       1,
+       2.5f,
+       {Vector(40, 84, 88), Vector(24, 94, 95), Vector(2, 102, 98)},
+       {Vector(-6, 88, 0), Vector(0, 88, 0), Vector(6, 89, 0)}},
       // A crane from the lake to the vault.
-      camera("crane", 82,
-             {Vector(-78, 22, 150), Vector(-74, 96, 160), Vector(-52, 176, 150), Vector(-24, 222, 128)},
-             {Vector(14, 80, 0), Vector(12, 86, 0), Vector(14, 70, -10), Vector(10, 56, -20)}),
-      // From the choir out over the lake.
-      camera("outwards", 82,
-             {Vector(40, 30, -230), Vector(52, 46, -190), Vector(24, 66, -160), Vector(-36, 74, -130)},
-             {Vector(-12, 92, 0), Vector(0, 92, 0), Vector(-10, 90, 0), Vector(8, 88, 0)}),
-      // Through the aisle, past the piers.
-      camera("aisle", 78,
-             {Vector(-170, 44, 116), Vector(-168, 56, 92), Vector(-164, 70, 68), Vector(-158, 82, 42)},
-             {Vector(0, 92, 22), Vector(0, 90, 12), Vector(0, 88, -6), Vector(0, 88, -16)}),
-      // Into the seams.
-      camera("seams", 60,
-             {Vector(38, 98, 92), Vector(32, 108, 80), Vector(16, 114, 74), Vector(-10, 112, 76)},
-             {Vector(-4, 94, 10), Vector(0, 96, 10), Vector(-2, 94, 12), Vector(-12, 92, 12)}),
+      {"crane",
+       82,
+       5,
+       2.5f,
+       {Vector(-74, 92, 160), Vector(-62, 140, 156), Vector(-46, 190, 148)},
+       {Vector(12, 86, 0), Vector(13, 76, -6), Vector(12, 62, -14)}},
+      // Through the aisle, past a pier.
+      {"aisle",
+       78,
+       8.5f,
+       2.5f,
+       {Vector(-152, 58, 86), Vector(-147, 62, 70), Vector(-139, 68, 50)},
+       {Vector(0, 90, 16), Vector(0, 89, 8), Vector(0, 88, -6)}},
+      // From the lake's surface straight up: the sphere, its chains, the broken vault.
+      {"beneath",
+       84,
+       8,
+       2.5f,
+       {Vector(-44, 12, 52), Vector(-34, 11, 46), Vector(-18, 10, 44)},
+       {Vector(10, 96, 0), Vector(8, 98, 0), Vector(2, 100, 0)}},
+      // Under the lake, whose other side is a roof of fire: what it mirrors hangs there head down.
+      {"sunk",
+       84,
+       5,
+       2.5f,
+       {Vector(46, -150, 122), Vector(36, -148, 108), Vector(22, -144, 88)},
+       {Vector(-10, -60, 0), Vector(-8, -60, 0), Vector(-4, -62, 0)}},
+      {"sunken",
+       70,
+       8,
+       2.5f,
+       {Vector(-42, -152, 54), Vector(-30, -150, 48), Vector(-14, -146, 44)},
+       {Vector(8, -74, 0), Vector(6, -75, 0), Vector(2, -76, 0)}},
       // At the lava's level: the sphere above, its image below.
-      camera("shore", 94, {Vector(-52, 9, 268), Vector(6, 7, 244), Vector(34, 8, 230), Vector(50, 9, 220)},
-             {Vector(14, 8, 0), Vector(38, 10, 0), Vector(30, 10, 0), Vector(20, 8, 0)}),
+      {"shore",
+       94,
+       1,
+       2.5f,
+       {Vector(-50, 9, 268), Vector(-34, 8, 262), Vector(-8, 8, 252)},
+       {Vector(12, 10, 0), Vector(20, 11, 0), Vector(30, 12, 0)}},
       // From far outside along the nave: the sphere against the windows.
-      camera("backlit", 36,
-             {Vector(34, 58, 500), Vector(24, 62, 470), Vector(6, 66, 430), Vector(-10, 72, 400)},
-             {Vector(-26, 96, 0), Vector(-22, 96, 0), Vector(-14, 96, 0), Vector(-6, 96, 0)}),
-      // Past the chain that hangs in the nave's mouth.
-      camera("chained", 80,
-             {Vector(-36, 120, 336), Vector(-27, 116, 326), Vector(-9, 108, 312), Vector(4, 100, 298)},
-             {Vector(0, 84, 0), Vector(0, 86, 0), Vector(4, 88, 0), Vector(4, 90, 0)}),
-      // Where the plates come off.
-      camera("core", 70, {Vector(60, 160, 2), Vector(66, 154, 4), Vector(96, 146, 10), Vector(92, 118, 44)},
-             {Vector(0, 84, 0), Vector(0, 84, 0), Vector(2, 90, 14), Vector(0, 90, 10)}),
+      {"backlit",
+       36,
+       7,
+       2.5f,
+       {Vector(30, 60, 490), Vector(22, 62, 470), Vector(8, 65, 440)},
+       {Vector(-24, 100, 0), Vector(-20, 100, 0), Vector(-14, 100, 0)}},
+      // Behind the sphere, up to the choir's windows.
+      {"windows",
+       76,
+       8,
+       2.5f,
+       {Vector(-58, 26, -40), Vector(-50, 32, -54), Vector(-38, 40, -76)},
+       {Vector(6, 136, -318), Vector(4, 138, -318), Vector(2, 142, -318)}},
+      // Before the rose that bursts.
+      {"rose",
+       72,
+       roseBursts,
+       2.5f,
+       {Vector(18, 148, -120), Vector(14, 150, -104), Vector(6, 152, -76)},
+       {Vector(-6, 190, -318), Vector(-5, 189, -318), Vector(-2, 186, -318)}},
+      // Where the plates come off: into the heart.
+      {"core",
+       66,
+       14.5f,
+       2.5f,
+       {Vector(104, 142, 46), Vector(92, 133, 46), Vector(74, 118, 42)},
+       {Vector(0, 90, 14), Vector(0, 90, 12), Vector(0, 89, 8)}},
+      // The open heart in its cathedral, then nearer with each blow.
+      {"open",
+       78,
+       17,
+       1.5f,
+       {Vector(66, 60, 196), Vector(62, 64, 188), Vector(56, 70, 176)},
+       {Vector(-22, 86, 0), Vector(-20, 86, 0), Vector(-18, 86, 0)}},
+      {"nearer",
+       70,
+       17,
+       1.5f,
+       {Vector(78, 118, 82), Vector(76, 116, 78), Vector(70, 112, 72)},
+       {Vector(-8, 84, 0), Vector(-8, 84, 0), Vector(-6, 85, 0)}},
+      {"into",
+       60,
+       17,
+       2.5f,
+       {Vector(74, 122, 50), Vector(64, 117, 44), Vector(48, 109, 33)},
+       {Vector(2, 86, 2), Vector(3, 88, 3), Vector(5, 91, 3)}},
   };
+  std::vector<StageCamera> all;
+  for (const Shot& shot : shots)
+    all.push_back(cameraDuring({.name = shot.name, .fieldDegrees = shot.fieldDegrees, .far = 4000},
+                               shotSeconds, shot.from, shot.seconds, shot.eye, shot.target));
+  return all;
 }
 
 }  // namespace vex::hell

@@ -20,7 +20,7 @@ Vector inLake(const Vector& place) {
 
 Surface sphereInLake() {
   // The lava's own picture, plates and melt, stands in for the shell's.
-  return placed(mappingScaled(sphere(sphereRadius, 14, 8), 1, 0.5f), moved(inLake(sphereCentre)));
+  return placed(mappingScaled(sphere(sphereRadius, 22, 12), 2, 1), moved(inLake(sphereCentre)));
 }
 
 Surface ringInLake() {

@@ -15,10 +15,12 @@ BakeLook stoneLook() {
   look.sky = [](const Vector& d) {
     const float below = smoothStep(0.25f, -0.7f, d.y), level = std::exp(-std::fabs(d.y) * 3);
     return gradient(emberRamp, 0.68f) * (1.35f * below) + gradient(emberRamp, 0.46f) * (0.25f * level) +
-           Colour4{0.045f, 0.047f, 0.075f};
+           Colour4{0.060f, 0.072f, 0.125f};
   };
   // The sphere and the lake's middle, both in the nave; every pier has them to its right.
-  look.lights = {{.towards = Vector(1, -0.35f, 0), .size = 0.3f, .colour = {0.95f, 0.42f, 0.12f}}};
+  // From the open end and from outside a cold sky draws the far edges.
+  look.lights = {{.towards = Vector(1, -0.35f, 0), .size = 0.3f, .colour = {1.25f, 0.56f, 0.17f}},
+                 {.towards = Vector(-0.72f, 0.45f, 0.55f), .size = 0.2f, .colour = {0.20f, 0.30f, 0.46f}}};
   look.bounce = {0.03f, 0.008f, 0.008f};
   look.reach = 55;
   look.rays = 36;
@@ -45,8 +47,9 @@ Colour4 stoneColour(const BakePoint& p) {
       mix(Colour4{0.055f, 0.060f, 0.085f}, Colour4{0.24f, 0.22f, 0.25f}, grit * grit * (0.3f + 0.7f * stain));
   albedo = albedo * joint * (1 + 0.6f * worn);
   // The lake's light dies with height; its heat stays in the foot and climbs in the cracks.
-  const float near = p.part == choirWall ? 0.30f : masonry ? 1.2f : mix(0.42f, 2.6f, std::exp(-high / 42));
-  Colour4 colour = albedo * p.light * (1.5f * near);
+  const bool wall = p.part == choirWall || p.part == rosePetal || p.part == roseEye;
+  const float near = wall ? 0.45f : masonry ? 1.5f : mix(0.75f, 2.7f, std::exp(-high / 42));
+  Colour4 colour = albedo * p.light * (2.2f * near);
   const float foot = std::exp(-std::max(0.0f, y - 3 * grit) / 5.0f);
   colour = colour + gradient(emberRamp, 0.66f) * (0.85f * foot * foot);
   colour = colour + gradient(emberRamp, 0.50f) * (0.20f * std::exp(-high / 22) * p.open * grit);
@@ -74,7 +77,7 @@ Colour4 sphereColour(const BakePoint& p) {
   const float grit = 0.5f + 0.5f * fractal(from * 0.28f, 0, 4, 0.6f, 984);
   const float vein = std::fabs(gradientNoise(warp(from * 0.12f, 0, 0.6f, 985), 0, 986));
   const float facing = loosePiece ? 1.0f : dot(p.normal, unit(from));
-  Colour4 albedo = mix(Colour4{0.10f, 0.09f, 0.11f}, Colour4{0.36f, 0.30f, 0.29f}, grit * grit);
+  Colour4 albedo = mix(Colour4{0.07f, 0.07f, 0.10f}, Colour4{0.34f, 0.31f, 0.32f}, grit * grit);
   Colour4 colour = albedo * p.light * (1 + 1.6f * std::max(0.0f, p.edge));
   // Walls glow, brighter further in; a rim of heat runs around each plate.
   const float wall = smoothStep(0.75f, 0.25f, facing);

@@ -29,14 +29,19 @@ struct Plate {
 std::vector<Plate> shellPlates();
 Surface heart();
 Surface shard(int which);  // about the origin
+Surface child();           // curled up before the heart, where the plates come off
 
 // --- The masonry, numbered as parts of one surface for baking. Ribs and webs are left halves at z = 0, pier
 // and causeway stand about the origin; the right side is the left one's mirror image.
 
-enum StonePart { pier, rib, brokenRib, boss, web, choirWall, causeway };
+enum StonePart { pier, rib, brokenRib, boss, web, choirWall, causeway, rosePetal, roseEye };
 inline constexpr float naveHalf = 105;  // from the middle to the middle of the piers
 inline constexpr float bay = 90;        // from pier to pier along the nave
 Surface stonePart(StonePart part);
+// The rose fills a round opening of the choir's wall: petals around an eye, modelled about its middle, the
+// petal to its right.
+inline constexpr float roseHeight = 203;
+inline constexpr int petalCount = 8;
 
 // --- Iron
 
@@ -54,10 +59,9 @@ Surface piersInLake();
 
 // --- Cameras
 
-// The sphere's loose plates fly off, and its heart lies open, for a while about here in all shots' time.
-inline constexpr float openFrom = 15.3f, openUntil = 19.3f;
-// Smoke stands behind the sphere, seen from the choir.
-inline constexpr float smokeFrom = 5.6f, smokeUntil = 8.6f;
+// What happens once, in all shots' time: the rose of the choir's wall bursts; the sphere's loose plates fly
+// off, and its heart lies open from then on.
+inline constexpr float roseBursts = 11, sphereOpens = 14.4f;
 std::vector<StageCamera> cameras();
 
 // --- Baking
@@ -73,7 +77,7 @@ Colour4 sphereColour(const BakePoint& p);
 Canvas lavaPicture(int side);                   // tiles; glassy where it is black
 Canvas heartPicture(int side);                  // tiles across
 Canvas blazePicture(int side);                  // the fire behind the choir
-Canvas glowPicture(int side);                   // above: around the sphere; below: haze on the lake
+Canvas glowPicture(int side);                   // haze on the lake
 Canvas duskPicture(int side);                   // to darken by: all but the lower middle
 Canvas lakeHazePicture(int side, float reach);  // seen from above, `reach` units from middle to edge
 

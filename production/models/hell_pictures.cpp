@@ -28,13 +28,15 @@ Canvas lavaPicture(int side) {
     const float crack = height(u, v);
     // Here the melt lies open, there it is all but closed.
     const float heat = 0.5f + 0.5f * fractal(u * 3, v * 3, 3, 3, 0.5f, 964);
-    const float width = 0.075f + 0.34f * heat * heat * heat;
+    const float width = 0.06f + 0.42f * heat * heat * heat;
     const float glow = std::exp(-crack / width);
     const float grit = 0.5f + 0.5f * fractal(u * 24, v * 24, 24, 3, 0.55f, 965);
     const float relief = sample(light, u, v, EdgeMode::wrap);
-    Colour4 colour = (ink + gradient(emberRamp, 0.21f + 0.10f * grit)) * (0.35f + 0.75f * relief);
-    colour = colour + gradient(emberRamp, 0.40f * std::exp(-crack / (width * 2.4f)));
-    colour = mix(colour, gradient(emberRamp, 0.52f + 0.36f * glow), smoothStep(0.35f, 0.75f, glow));
+    // Cold blue-black crust, a red skirt of heat, melt that is yellow to white in the middle of wide cracks.
+    Colour4 colour = (ink + gradient(steelRamp, 0.16f + 0.10f * grit)) * (0.2f + 0.9f * relief);
+    colour = colour + gradient(emberRamp, 0.42f * std::exp(-crack / (width * 2.4f)));
+    const float melt = smoothStep(0.35f, 0.75f, glow), core = smoothStep(0.62f, 0.95f, glow) * heat;
+    colour = mix(colour, gradient(emberRamp, 0.50f + 0.28f * glow + 0.34f * core), melt);
     // The crust is glass: what hangs over it shows in it.
     colour.a = mix(0.28f + 0.2f * grit, 1.0f, smoothStep(0.15f, 0.5f, glow));
     return colour;
@@ -63,14 +65,6 @@ Canvas blazePicture(int side) {
 
 namespace {
 
-// The glow around the sphere, u and v from 0 to 1.
-Colour4 haloColour(float u, float v) {
-  const float r = 2 * std::hypot(u - 0.5f, v - 0.5f);
-  Colour4 colour = gradient(emberRamp, 0.74f - 0.20f * r);
-  colour.a = 0.85f * std::exp(-std::max(0.0f, r - 0.27f) / 0.17f) * smoothStep(0.98f, 0.45f, r);
-  return colour;
-}
-
 // Haze that stands on the lake, thick at its foot, clear at its borders.
 Colour4 hazeColour(float u, float v) {
   const float rise = 1 - v, x = 2 * u - 1;
@@ -84,8 +78,7 @@ Colour4 hazeColour(float u, float v) {
 }  // namespace
 
 Canvas glowPicture(int side) {
-  return paint(side, side,
-               [](float u, float v) { return v < 0.5f ? haloColour(u, 2 * v) : hazeColour(u, 2 * v - 1); });
+  return paint(side, side, hazeColour);
 }
 
 Canvas duskPicture(int side) {
@@ -98,9 +91,14 @@ Canvas duskPicture(int side) {
 
 Canvas lakeHazePicture(int side, float reach) {
   return paint(side, side, [reach](float u, float v) {
-    const float away = 2 * std::hypot(u - 0.5f, v - 0.5f) * reach;
-    Colour4 colour = hellHaze();
-    colour.a = 0.97f * smoothStep(140, 500, away);
+    const float x = 2 * (u - 0.5f) * reach, z = 2 * (v - 0.5f) * reach, away = std::hypot(x, z);
+    const float haze = 0.97f * smoothStep(140, 500, away);
+    // Rafts of cold crust, which break the melt's pattern; a channel stays open from the choir to the sphere.
+    const float raft = 0.5f + 0.5f * fractal(x * 0.011f, z * 0.011f, 0, 4, 0.55f, 971);
+    const float channel = std::exp(-x * x / 1600) * smoothStep(60, -40, z);
+    const float cold = 0.88f * smoothStep(0.50f, 0.60f, raft) * (1 - channel) * (1 - haze);
+    Colour4 colour = mix(ink + gradient(emberRamp, 0.12f * raft), hellHaze(), haze);
+    colour.a = std::max(haze, cold);
     return colour;
   });
 }

@@ -3,8 +3,10 @@
 #include <iterator>
 
 #include "production/geometry/forms.h"
+#include "production/geometry/isosurface.h"
 #include "production/geometry/mapping.h"
 #include "production/image/noise3.h"
+#include "production/models/fetus_being.h"
 #include "production/models/hell_parts.h"
 #include "production/textures/palette.h"
 
@@ -15,7 +17,7 @@ namespace vex::hell {
 namespace {
 
 constexpr int plateCount = 26;
-constexpr int plateSides = 20;
+constexpr int plateSides = 26;
 constexpr float seam = 0.55f;  // units from a plate's edge to the middle of the gap
 
 std::vector<Vector> plateMiddles() {
@@ -32,10 +34,11 @@ std::vector<Vector> plateMiddles() {
 
 // Whether a direction belongs to the plate and keeps clear of the seams around it, which run ragged.
 bool onPlate(const std::vector<Vector>& middles, std::size_t plate, const Vector& direction) {
-  const Vector ragged = unit(direction + Vector(gradientNoise(direction * 4.0f, 0, 932),
-                                                gradientNoise(direction * 4.0f, 0, 933),
-                                                gradientNoise(direction * 4.0f, 0, 934)) *
-                                             0.11f);
+  const auto stray = [&](float scale) {
+    return Vector(gradientNoise(direction * scale, 0, 932), gradientNoise(direction * scale, 0, 933),
+                  gradientNoise(direction * scale, 0, 934));
+  };
+  const Vector ragged = unit(direction + stray(4) * 0.11f + stray(13) * 0.045f);
   const auto away = [&](const Vector& middle) { return std::acos(std::min(1.0f, dot(ragged, middle))); };
   const float own = away(middles[plate]);
   for (std::size_t i = 0; i < middles.size(); ++i)
@@ -96,7 +99,15 @@ std::vector<Plate> shellPlates() {
 }
 
 Surface heart() {
-  return placed(mappingScaled(sphere(sphereRadius * 0.86f, 26, 14), 2, 1), moved(sphereCentre));
+  return placed(mappingScaled(sphere(sphereRadius * 0.76f, 22, 11), 2, 1), moved(sphereCentre));
+}
+
+// The same being that lies in the jar, as coarse as a black shape before a fire may be.
+Surface child() {
+  const Surface being = compacted(isosurface(
+      laboratory::beingDistance, {.bounds = {Vector(-29, -42, -22), Vector(28, 38, 22)}, .cell = 5.2f}));
+  const Vector towards = unit(Vector(0.8f, 0.42f, 0.42f));
+  return placed(being, stretched(0.36f) >> facing(sphereCentre + towards * 22, sphereCentre));
 }
 
 Surface shard(int which) {

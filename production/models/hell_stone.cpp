@@ -188,6 +188,8 @@ Surface webSurface() {
   return creased(turnedOver(all), 25);
 }
 
+constexpr float roseReach = 41, eyeReach = 14;
+
 Outline circle(float x, float y, float radius, int sides, bool hole) {
   Outline outline;
   for (int i = 0; i < sides; ++i) {
@@ -226,15 +228,35 @@ Surface choirWallSurface() {
     wall.push_back({x, arch + 22 + 26 * (hashUnit(i, 0, 954) - 0.5f)});
   }
   std::vector<Outline> outlines{wall, lancet(0, 21, 4, 118), lancet(-58, 17, 4, 84), lancet(58, 17, 4, 84)};
-  const float roseY = 203;
-  outlines.push_back(circle(0, roseY, 11, 14, true));
-  for (int i = 0; i < 8; ++i) {
-    const float turn = 2 * pi * (static_cast<float>(i) + 0.5f) / 8;
-    outlines.push_back(circle(28 * std::cos(turn), roseY + 28 * std::sin(turn), 7.6f, 12, true));
-  }
+  outlines.push_back(circle(0, roseHeight, roseReach + 0.6f, 24, true));
   // Nobody ever stands behind it.
   const Surface wallBody = withoutMapping(extrusion(outlines, 16, 1.3f));
   return selected(wallBody, [&](const Triangle& triangle) { return normalOf(wallBody, triangle).z > -0.9f; });
+}
+
+// A petal is a sector with a window in it, narrower towards the eye.
+Surface rosePetalSurface() {
+  constexpr float half = pi / petalCount, gap = 0.012f;
+  Outline petal;
+  constexpr int pieces = 5;
+  for (int i = 0; i <= pieces; ++i) {
+    const float turn = mix(-half + gap, half - gap, static_cast<float>(i) / pieces);
+    petal.push_back({roseReach * std::cos(turn), roseReach * std::sin(turn)});
+  }
+  for (const float turn : {half - 4 * gap, 0.0f, 4 * gap - half})
+    petal.push_back({eyeReach * std::cos(turn), eyeReach * std::sin(turn)});
+  Outline window;
+  constexpr int sides = 18;
+  for (int i = 0; i < sides; ++i) {
+    const float turn = -2 * pi * static_cast<float>(i) / sides, out = 0.5f + 0.5f * std::cos(turn);
+    window.push_back({28.5f + 9.6f * std::cos(turn), (3.6f + 5.2f * out) * std::sin(turn)});
+  }
+  return withoutMapping(extrusion({petal, window}, 9, 1));
+}
+
+Surface roseEyeSurface() {
+  return withoutMapping(
+      extrusion({circle(0, 0, eyeReach - 0.4f, 16, false), circle(0, 0, 9.5f, 16, true)}, 9, 1));
 }
 
 Surface causewaySurface() {
@@ -250,7 +272,7 @@ Surface causewaySurface() {
 constexpr float linkLength = 7.6f;  // from link to link
 
 Surface link() {
-  return withoutMapping(placed(torus(2.9f, 0.9f, 7, 3), stretched(1, 1, 1.75f) >> turnedX(90)));
+  return withoutMapping(placed(torus(2.9f, 0.9f, 8, 4), stretched(1, 1, 1.75f) >> turnedX(90)));
 }
 
 // Links from one place to another, every other one turned by a quarter.
@@ -283,6 +305,10 @@ Surface stonePart(StonePart part) {
       return choirWallSurface();
     case causeway:
       return causewaySurface();
+    case rosePetal:
+      return rosePetalSurface();
+    case roseEye:
+      return roseEyeSurface();
   }
   return {};
 }

@@ -95,4 +95,17 @@ StageCamera cameraThrough(StageCamera camera, float seconds, const std::vector<V
   return camera;
 }
 
+StageCamera cameraDuring(StageCamera camera, float loopSeconds, float from, float seconds,
+                         const std::vector<Vector>& eye, const std::vector<Vector>& target) {
+  const auto keys = [&](const std::vector<Vector>& knots) {
+    return positionKeys(loopSeconds, 5,
+                        [path = through(knots, seconds), from](float t) { return path(t - from); });
+  };
+  camera.position = eye.front();
+  camera.target = target.front();
+  camera.positions = keys(eye);
+  camera.targets = keys(target);
+  return camera;
+}
+
 }  // namespace vex

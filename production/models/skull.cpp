@@ -22,9 +22,9 @@ struct Flight {
   Vector middle;
   float reachX, reachZ, way, phase, bob, size;
 };
-const Flight flights[] = {{"Crow01", Vector(-10, 236, 60), 205, 165, 1, 0.05f, 16, 1.10f},
-                          {"Crow02", Vector(10, 228, 50), 175, 215, -1, 0.40f, 20, 1.0f},
-                          {"Crow03", Vector(0, 148, 30), 425, 356, 1, 0.62f, 14, 1.35f}};
+const Flight flights[] = {{"Crow01", Vector(-10, 214, 60), 205, 165, 1, 0.05f, 14, 1.7f},
+                          {"Crow02", Vector(10, 200, 50), 175, 215, -1, 0.40f, 16, 1.6f},
+                          {"Crow03", Vector(0, 148, 30), 425, 356, 1, 0.62f, 14, 2.0f}};
 
 Vector flightPlace(const Flight& flight, float t) {
   const float angle = 2 * pi * (flight.way * t / loopSeconds + flight.phase);
@@ -110,11 +110,10 @@ std::vector<StageCamera> cameras() {
       camera("socket", 60,
              {Vector(-110, 124, 200), Vector(-84, 126, 160), Vector(-66, 124, 130), Vector(-56, 120, 104)},
              {Vector(-16, 118, 40), Vector(-28, 118, 46), Vector(-38, 116, 46), Vector(-46, 114, 46)}),
-      // Over its shoulder from behind: the jaw, and the fire that spills out of one socket.
-      camera(
-          "behind", 78,
-          {Vector(-236, 50, -186), Vector(-234, 84, -180), Vector(-230, 112, -174), Vector(-222, 150, -150)},
-          {Vector(0, 108, -78), Vector(0, 114, -78), Vector(2, 118, -74), Vector(4, 122, -64)}),
+      // From far away through a long lens, low over the plain.
+      camera("far", 26,
+             {Vector(430, 26, 690), Vector(390, 26, 710), Vector(340, 28, 730), Vector(290, 30, 750)},
+             {Vector(10, 126, 0), Vector(8, 126, 0), Vector(4, 126, 0), Vector(0, 126, 0)}),
       // Before it on either side: the skull low on one side, open sky on the other for what it hunts.
       camera("left", 80,
              {Vector(-200, 70, 420), Vector(-160, 84, 450), Vector(-110, 96, 460), Vector(-50, 106, 450)},
@@ -126,6 +125,18 @@ std::vector<StageCamera> cameras() {
       camera("fallen", 80,
              {Vector(-278, 14, 452), Vector(-270, 13, 450), Vector(-262, 12, 448), Vector(-254, 12, 446)},
              {Vector(-110, 142, 200), Vector(-108, 130, 200), Vector(-106, 116, 190), Vector(-104, 98, 180)}),
+      // Down from the eye of the storm.
+      camera("above", 70,
+             {Vector(-170, 560, 250), Vector(-90, 570, 290), Vector(10, 575, 300), Vector(100, 560, 270)},
+             {Vector(-6, 110, 34), Vector(0, 110, 34), Vector(4, 110, 34), Vector(8, 110, 34)}),
+      // Where the second crow comes down.
+      cameraDuring({.name = "landing", .fieldDegrees = 80, .far = 5000}, loopSeconds, 8, 2.5f,
+                   {Vector(-112, 44, 62), Vector(-116, 38, 56), Vector(-120, 32, 48)},
+                   {Vector(-76, 188, 238), Vector(-78, 150, 165), Vector(-78, 60, 90)}),
+      // Behind the third on its way.
+      cameraDuring({.name = "hunted", .fieldDegrees = 72, .far = 5000}, loopSeconds, 10, 1,
+                   {Vector(-362, 176, 348), Vector(-338, 176, 368), Vector(-312, 176, 386)},
+                   {Vector(-40, 128, 60), Vector(-36, 128, 60), Vector(-32, 128, 60)}),
   };
 }
 
@@ -190,10 +201,10 @@ StageMesh jawMesh(const Surface& surface) {
 std::vector<StageMesh> mists() {
   const struct {
     float x, z, turn, width, height;
-  } places[] = {{-40, -330, 0, 900, 130},
-                {150, -230, -20, 420, 80},
-                {-260, -120, 30, 400, 70},
-                {330, 60, -40, 380, 60},
+  } places[] = {{-120, -880, 0, 1900, 150},
+                {520, -560, -30, 1100, 120},
+                {-640, -420, 40, 1100, 120},
+                {700, 160, -70, 900, 100},
                 {-60, 190, 5, 340, 42}};
   std::vector<StageMesh> all;
   for (const auto& place : places) {
@@ -215,16 +226,16 @@ std::vector<StageMesh> mists() {
 Model skullModel(const Settings& settings) {
   // More texels in front, where the cameras are.
   const Vector front = transformedDirection(skullPlacement(), Vector(0, 0.15f, 1));
-  const auto mapBody = [&](const Surface& surface) {
-    return mappedAtlas(surface, {.charts = Charts::byNormals, .side = 512, .density = [&](const Triangle& t) {
-                                   const Vector& a = surface.points[static_cast<std::size_t>(t.points[0])];
-                                   const Vector& b = surface.points[static_cast<std::size_t>(t.points[1])];
-                                   const Vector& c = surface.points[static_cast<std::size_t>(t.points[2])];
-                                   return dot(unit(cross(b - a, c - a)), front) > -0.25f && a.y > -5 ? 1.0f
-                                                                                                     : 0.45f;
-                                 }});
+  const auto mapBody = [&](const Surface& surface, int side) {
+    return mappedAtlas(surface,
+                       {.charts = Charts::byNormals, .side = side, .density = [&](const Triangle& t) {
+                          const Vector& a = surface.points[static_cast<std::size_t>(t.points[0])];
+                          const Vector& b = surface.points[static_cast<std::size_t>(t.points[1])];
+                          const Vector& c = surface.points[static_cast<std::size_t>(t.points[2])];
+                          return dot(unit(cross(b - a, c - a)), front) > -0.25f && a.y > -5 ? 1.0f : 0.45f;
+                        }});
   };
-  const Surface head = mapBody(cranium()), lower = mapBody(jaw());
+  const Surface head = mapBody(cranium(), 1024), lower = mapBody(jaw(), 512);
   const Surface ground = terrain();
   const Surface stones = mappedAtlas(boulders(), {.charts = Charts::byNormals, .side = 512});
   const Surface iron = mappedAtlas(spear(), {.charts = Charts::byNormals, .side = 256});
@@ -243,6 +254,7 @@ Model skullModel(const Settings& settings) {
     look.rays = rays;
     // Light lies smoothly on what is flat or small.
     if (colour == groundColour || colour == boulderColour) look.coarseness = 3;
+    if (side == 1024) look.coarseness = 2;
     BakePaint paint;
     paint.side = settings.side(side);
     paint.lit = !settings.draft;
@@ -264,7 +276,6 @@ Model skullModel(const Settings& settings) {
                             .surface = placed(iron, spearPlacement(i)),
                             .pivot = spearPlacement(i).origin,
                             .material = "spear"});
-  for (const Flight& flight : flights) stage.meshes.push_back(crowMesh(flight));
   for (StageMesh& mesh : mists()) stage.meshes.push_back(std::move(mesh));
   for (StageMesh& mesh : bolts()) stage.meshes.push_back(std::move(mesh));
   for (const float side : {1.0f, -1.0f})
@@ -274,11 +285,13 @@ Model skullModel(const Settings& settings) {
                             .material = "beam"});
   stage.meshes.push_back({.name = "clouds01", .surface = cloudLayer(430, 0.20f), .material = "clouds"});
   stage.meshes.push_back({.name = "clouds02", .surface = cloudLayer(352, 0.19f), .material = "clouds"});
+  // After the clouds, which show through the softest edge of a feather.
+  for (const Flight& flight : flights) stage.meshes.push_back(crowMesh(flight));
   stage.lights = lights();
   stage.cameras = cameras();
 
   return {stage,
-          {picture(head, all, 64, 512, stoneColour), picture(lower, all, 49, 512, stoneColour),
+          {picture(head, all, 64, 1024, stoneColour), picture(lower, all, 49, 512, stoneColour),
            picture(ground, all, 49, 512, groundColour), picture(stones, all, 36, 512, boulderColour),
            picture(iron, shadowing({iron}), 49, 256, spearColour)}};
 }

@@ -94,7 +94,7 @@ Surface crow() {
 Surface bolt(const Vector& from, const Vector& to, std::uint32_t seed) {
   constexpr int steps = 11;
   // Three at one place burn out to white; one beside them makes the channel thicker than a hair.
-  constexpr float half = 15, asides[] = {0, 0, -1.5f, 1.5f};
+  constexpr float half = 26, asides[] = {0, 0, 0, -2, 2};
   const std::vector<Vector> channel = jagged(from, to, steps, 0.055f, seed);
   const Vector along = unit(to - from), across = unit(cross(along, Vector(0.15f, 0.1f, 1)));
   Surface all;
@@ -115,7 +115,7 @@ Surface bolt(const Vector& from, const Vector& to, std::uint32_t seed) {
 }
 
 Surface beam() {
-  constexpr float halfWidth = 4.6f, length = 100;
+  constexpr float halfWidth = 9, length = 100;
   Surface all;
   for (const float turn : {0.0f, 60.0f, 120.0f})
     append(all, placed(sheet(1, 6,

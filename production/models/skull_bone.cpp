@@ -56,7 +56,7 @@ float braincase(const Vector& q) {
   float d = ellipsoid(q, Vector(0, 157, -18), Vector(75, 77, 93));
   d = smoothJoin(d, ellipsoid(q, Vector(0, 172, 22), Vector(62, 54, 50)), 22);
   d = smoothJoin(d, ellipsoid(q, Vector(0, 128, -80), Vector(44, 36, 32)), 18);  // back of the head
-  d = smoothCut(d, ellipsoid(q, Vector(91, 136, 26), Vector(25, 36, 40)), 16);   // temples
+  d = smoothCut(d, ellipsoid(q, Vector(97, 136, 26), Vector(25, 36, 40)), 16);   // temples
   d = smoothJoin(d, taper(q, Vector(0, 122, -110), Vector(52, 114, -80), 5, 5), 7);
   // The base, and the knob behind the ear.
   d = smoothJoin(d, ellipsoid(q, Vector(0, 98, -14), Vector(46, 16, 48)), 14);
@@ -101,6 +101,8 @@ float craniumDistance(const Vector& p) {
   d = smoothJoin(d, taper(q, Vector(0, 78, 80), Vector(0, 87, 87), 5, 2.0f), 3);
   // The mouth from below.
   d = smoothCut(d, ellipsoid(q, Vector(0, 48, 30), Vector(26, 28, 44)), 6);
+  // Palate and throat: no sky shows through the mouth.
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 68, 6), Vector(34, 14, 38)), 5);
   // A piece of the temple is broken out.
   const Vector hole(-56, 196, 30);
   d = smoothCut(d, ball(p, hole, 27 + 7 * fractal(p * 0.06f, 0, 3, 0.6f, 907)), 2);

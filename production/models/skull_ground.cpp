@@ -12,11 +12,11 @@ namespace vex::skull {
 
 namespace {
 
-constexpr float terrainRadius = 1100;
+constexpr float terrainRadius = 1800;
 
 // Share of the picture's half width at a distance from its middle: the near ground gets most texels.
 float pictureShare(float radius) {
-  return std::pow(radius / (terrainRadius * 1.01f), 0.6f);
+  return std::pow(radius / (terrainRadius * 1.01f), 0.5f);
 }
 
 struct SpearPlace {
@@ -34,14 +34,14 @@ float groundHeight(float x, float z) {
   const float mound = 26 * smoothStep(190, 40, radius);
   const float waves = 16 * fractal(p * 0.0042f, 0, 4, 0.5f, 911) * smoothStep(30, 500, radius);
   const float grit = 5 * std::fabs(fractal(p * 0.024f, 0, 3, 0.55f, 912));
-  return mound + waves + grit - 14 - 60 * smoothStep(700, terrainRadius, radius);
+  return mound + waves + grit - 14;
 }
 
 Surface terrain() {
   constexpr int around = 52, rings = 23;
   const Surface ground = sheet(around, rings,
                                [](float s, float t) {
-                                 const float radius = terrainRadius * std::pow(1 - t, 1.9f),
+                                 const float radius = terrainRadius * std::pow(1 - t, 2.3f),
                                              angle = 2 * pi * s;
                                  const float x = radius * std::cos(angle), z = -radius * std::sin(angle);
                                  return Vector(x, groundHeight(x, z), z);
@@ -56,7 +56,7 @@ Surface terrain() {
 
 Surface boulders() {
   Surface all;
-  constexpr int count = 52;
+  constexpr int count = 48;
   for (int i = 0; i < count; ++i) {
     const auto chance = [i](std::uint32_t seed) { return hashUnit(i, 7, seed); };
     // The small ones lie close about the jaw, in front above all.

@@ -117,7 +117,11 @@ Colour4 spearColour(const BakePoint& p) {
   Colour4 iron = gradient(stormRamp, (blade ? 0.46f : 0.30f) + 0.16f * grit + 0.30f * std::max(0.0f, p.edge));
   const Colour4 rusty = mix(Colour4{0.16f, 0.085f, 0.06f}, Colour4{0.42f, 0.24f, 0.16f}, grit);
   iron = mix(iron, rusty, (blade ? 0.55f : 0.8f) * rust);
-  return iron * p.light * (1 - 0.5f * std::max(0.0f, -p.edge));
+  // The rim light is baked at one turn of the spear: not on all six may it glow.
+  Colour4 light = p.light;
+  light.g = std::min(light.g, light.r + 0.12f);
+  light.b = std::min(light.b, light.r + 0.25f);
+  return iron * light * (1 - 0.5f * std::max(0.0f, -p.edge));
 }
 
 }  // namespace vex::skull

@@ -92,6 +92,10 @@ struct StageCamera {
 StageCamera cameraThrough(StageCamera camera, float seconds, const std::vector<Vector>& eye,
                           const std::vector<Vector>& target);
 
+// The same within `seconds` from a time on, for a shot entered there; the camera stands before and after.
+StageCamera cameraDuring(StageCamera camera, float loopSeconds, float from, float seconds,
+                         const std::vector<Vector>& eye, const std::vector<Vector>& target);
+
 struct Stage {
   std::string name{};  // of the model, for messages
   float seconds = 1;   // length of the longest motion

@@ -96,16 +96,7 @@ void addFinish(Show& show) {
               {"jar", orb, 0, 0, 1, 0.6},
               {"shards", orb, 0, 0}});
   addFlashes(show, ember,
-             {{"roll", rays, 0, -0.34},
-              {"roll doubles", rays, 0, -0.34},
-              {"hell", streak, 0, 0.3, 1, 0.5},
-              {"lake of fire", orb, 0, 0.1},
-              {"cathedral", rays, 0, 0, 0.8},
-              {"black sphere", rays, 0.17, -0.5, 0.8, 0.8},
-              {"eruption", rays, 0, 0.1, 1.2},
-              {"sphere cracks", orb, 0, 0},
-              {"sphere cracks 2", streak, 0, 0, 1.2},
-              {"sphere cracks 3", rays, 0, 0}});
+             {{"roll", rays, 0, -0.34}, {"roll doubles", rays, 0, -0.34}});
 
   // The film's finish ends where the party begins.
   const double film = outroBar;

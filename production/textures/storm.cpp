@@ -152,7 +152,7 @@ Canvas crowPicture(const Settings& settings) {
     const float barb = 0.5f + 0.5f * std::sin(spread * 60);
     const float sheen = smoothStep(0.2f, 0.8f, valueNoise(x * 5 + 9, y * 9 + 9, 0, 1011));
     const float rim = smoothStep(-0.035f, -0.004f, d);
-    Colour4 colour = gradient(stormRamp, 0.13f + 0.05f * barb + 0.11f * sheen + 0.14f * rim);
+    Colour4 colour = gradient(stormRamp, 0.10f + 0.05f * barb + 0.11f * sheen + 0.20f * rim);
     if (disc(std::fabs(x), y + 0.60f, 0.03f) < 0 && std::fabs(x) > 0.035f) colour = gradient(alarmRamp, 0.7f);
     // Hard: where it is half there, the clouds behind it are not drawn.
     colour.a = smoothStep(0.002f, -0.004f, d);
