@@ -216,7 +216,7 @@ Outline lancet(float x, float half, float foot, float shoulder) {
 }
 
 Surface choirWallSurface() {
-  Outline wall{{-122, -6}, {122, -6}};
+  Outline wall{{-122, -1}, {122, -1}};
   // Its ragged top follows the arch.
   constexpr int pieces = 26;
   for (int i = 0; i <= pieces; ++i) {

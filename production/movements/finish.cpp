@@ -95,8 +95,7 @@ void addFinish(Show& show) {
               {"half time", rays, 0, -0.1, 0.8, 0.6},
               {"jar", orb, 0, 0, 1, 0.6},
               {"shards", orb, 0, 0}});
-  addFlashes(show, ember,
-             {{"roll", rays, 0, -0.34}, {"roll doubles", rays, 0, -0.34}});
+  addFlashes(show, ember, {{"roll", rays, 0, -0.34}, {"roll doubles", rays, 0, -0.34}});
 
   // The film's finish ends where the party begins.
   const double film = outroBar;

@@ -77,12 +77,19 @@ void addArrival(Show& show) {
           line({{0, -0.4}, {4, -0.7}, {partEnd, -1.1}}), line({{0, 0.2}, {partEnd, 0.1}}));
   addRays(show, "windows flare", start, lake - start, line({{0, 0.14}, {partEnd, 0.03}}),
           line({{0, 0.22}, {partEnd, 0.26}}), 2.2, flashes({0, 2, 3, 4, 5, 6, 7}, 0.8, 0.22));
-  addFire(show, "fire in the choir", start, lake - start, 0.0, 0.1, flashes({0, 2, 3, 4, 5}, 0.3, 0.05));
+  show.add("downbeat", start, 1, haze,
+           Bitmap{.texture = "light6",
+                  .at = centred(0.13, 0.23, 3.4, 1.4),
+                  .alpha = flashes({0, 2, 3}, 0.8, 0.25),
+                  .blend = Blend::add});
+  addFire(show, "fire in the choir", start, lake - start, 0.0, 0.1, flashes({0, 2, 3, 4, 5}, 0.6, 0.12));
   addSparks(show, "ash", start, lake - start, 0,
             {.alpha = fade(1, 0, 0.8), .count = 60, .spread = 5, .speedY = 7, .scatter = 26});
   addShot(show, "over the lava", lake, 1, shore, 1);
   addShot(show, "over the lava, nearer", lake + 1, 1, low, 3);
-  addFire(show, "the lake's light", lake, next - lake, 0, 0.3, flashes(everyBeat, 0.22, 0.06));
+  addRays(show, "windows over the lava", lake, 1, -0.11, -0.12, 2.2, flashes(everyBeat, 0.7, 0.25));
+  addRays(show, "windows over the lava, nearer", lake + 1, 1, 0.05, 0.42, 2.4, flashes(everyBeat, 0.7, 0.25));
+  addFire(show, "the lake's light", lake, next - lake, 0, 0.3, flashes(everyBeat, 0.3, 0.08));
   addHeat(show, "heat", lake, next - lake, flashes(everyBeat, 0.12, 0.02));
 }
 
@@ -109,6 +116,8 @@ void addDepths(Show& show) {
   addHeat(show, "melt about us", start, embers - start, swing(3, 0.14, 0.3));
   addFire(show, "the roof's light", start, embers - start, 0, -0.7, swing(2, 0.25, 0.5));
   addShot(show, "embers", embers, fill - embers, backlit, 7);
+  addRays(show, "windows behind the sphere", embers, fill - embers, line({{0, 0.17}, {partEnd, 0.12}}), 0.29,
+          2.4, flashes(everyBeat, 0.6, 0.2));
   addSparks(show, "embers rise", embers, gasp - embers, 10,
             {.alpha = slide(0.6, 1), .count = 110, .spread = 7, .speedY = 14, .scatter = 24});
   addShot(show, "furnace", fill, gasp - fill, choir, 8);
@@ -149,8 +158,12 @@ void addCracks(Show& show) {
   addShot(show, "blow one", first, second - first, open, 17);
   addShot(show, "blow two", second, third - second, openNearer, 17);
   addShot(show, "blow three", third, burnt - third, child, 17);
-  addFire(show, "blows of light", first, burnt - first, 0.0, 0.0,
-          flashes({0, 2, 4, 5, 5.5, 6, 6.25, 6.5, 6.75}, 0.8, 0.1));
+  // The child stays black: no light lies over it in the last shot.
+  addFire(show, "blows of light", first, third - first, 0.0, 0.0, flashes({0, 2}, 0.7, 0.1));
+  show.add("its eye opens", fill + 0.25, 0.25, flash,
+           Bitmap{.texture = "light7",
+                  .at = centred(-0.115, -0.31, line({{0, 0.05}, {0.3, 0.22}, {partEnd, 0.18}}), 1.3),
+                  .blend = Blend::add});
   addSparks(show, "last sparks", first, fill - first, 3,
             {.count = 120, .spread = 14, .speedY = 8, .speedZ = 12, .scatter = 22});
   const Logo word = glitching(vex(er, spline({{0, 1.1}, {0.5, 0.9}, {4, 0.94}, {partEnd, 1.05}}), 0, 0.52),
