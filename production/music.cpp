@@ -41,6 +41,17 @@ void add(StereoTrack& target, const StereoTrack& source, float gain) {
   }
 }
 
+// Brings the sides nearer to the middle, so that a single loudspeaker loses little of them.
+void closeUp(StereoTrack& track) {
+  constexpr float kept = 0.75f;
+  for (std::size_t i = 0; i < track.left.size(); ++i) {
+    const float middle = 0.5f * (track.left[i] + track.right[i]);
+    const float side = kept * 0.5f * (track.left[i] - track.right[i]);
+    track.left[i] = middle + side;
+    track.right[i] = middle - side;
+  }
+}
+
 // All buses, ducked and with their effects, in one track. Each bus is given up as soon as it is in the sum:
 // four minutes of them all take most of a gigabyte.
 StereoTrack mixDown(Mix& mix, const Score& score) {
@@ -53,11 +64,12 @@ StereoTrack mixDown(Mix& mix, const Score& score) {
     track = {};
   };
   add(sum, std::exchange(mix.track(Bus::free), {}), 1);
-  take(mix.track(Bus::bass), {.depth = 0.9f, .recover = 0.16f});
-  take(mix.track(Bus::front), {.depth = 0.35f, .recover = 0.2f});
+  take(mix.track(Bus::bass), {.depth = 0.55f, .recover = 0.085f});
+  take(mix.track(Bus::front), {.depth = 0.18f, .recover = 0.12f});
   StereoTrack& wide = mix.track(Bus::wide);
   applyChorus(wide.left, wide.right, 0.5f, mix.rate);
-  take(wide, {.depth = 0.7f, .recover = 0.33f});
+  closeUp(wide);
+  take(wide, {.depth = 0.45f, .recover = 0.20f});
 
   constexpr Duck roomDuck{.depth = 0.5f, .recover = 0.3f};
   StereoTrack echoes{std::vector<float>(size), std::vector<float>(size)};
@@ -71,6 +83,7 @@ StereoTrack mixDown(Mix& mix, const Score& score) {
   StereoTrack room{std::vector<float>(size), std::vector<float>(size)};
   addReverb({}, toReverb.left, toReverb.right, room.left, room.right, mix.rate);
   toReverb = {};
+  closeUp(room);
   take(room, roomDuck);
   return sum;
 }
@@ -121,7 +134,7 @@ void fadeEnds(StereoTrack& track, float rate) {
   for (std::size_t i = 0; i < track.left.size(); ++i) {
     const double t = static_cast<double>(i) / rate;
     const double in = std::clamp((t - 0.02) / 0.05, 0.0, 1.0);
-    const double out = std::clamp((length - 0.1 - t) / 2.2, 0.0, 1.0);
+    const double out = std::clamp((length - 0.1 - t) / 1.2, 0.0, 1.0);
     const auto gain = static_cast<float>(in * out * out);
     track.left[i] *= gain;
     track.right[i] *= gain;
@@ -140,7 +153,7 @@ StereoSound renderMusic(MixQuality quality, Arrangement sections) {
 
   // Figures found by measuring: -14 LUFS, and 0.5 dB between the ceiling and -1 dBFS for what the
   // encoder adds.
-  constexpr float loudness = 0.96f;
+  constexpr float loudness = 0.61f;
   constexpr float ceiling = 0.81f;
   rewind(sum, score, rateHertz);
   followCurves(sum, score, rateHertz);

@@ -163,6 +163,7 @@ constexpr NoteLine notes[] = {
     {8, "pad", "D3+A3+F4:16! | C3+G3+E4:16! | D3+Bb3+F4:16! | D3+Bb3+G4:8! C#3+A3+G4:8!"},
     {10, "riser", "D3:32!"},
     {12, "reversed bell", "-:8 D5+Bb5:8!"},
+    {12, "arp", "-:8 F5:1? Bb5:1? D6:1? F6:1? D6:1 Bb5:1 F5:1 Bb5:1"},
     {13, "arp",
      "F5:1 Bb5:1 D6:1 F6:1 D6:1 Bb5:1 F5:1 Bb5:1 G5:1 C6:1 E6:1 G6:1 E6:1 C6:1 G5:1 C6:1 |"
      "A5:1 D6:1 F6:1 A6:1 F6:1 D6:1 A5:1 D6:1 G5:1 Bb5:1 Eb6:1 G6:1 Eb6:1 Bb5:1 G5:1 Bb5:1 |"
@@ -186,31 +187,36 @@ constexpr CurvePoint curves[] = {
     {"pad", 11, 0.8f},
     {"arp", 5, 0.3f},
     {"arp", 7.9, 0.7f},
+    {"arp", 12.5, 0.3f},
     {"arp", 13, 0.8f},
     {"counter", 8, 0.7f},
     {"choir", 8, 0.7f},
     {"choir", 13, 1.0f},
 
-    // Shut for the stops: what is left in the rooms goes too.
-    {"fader", 0, 0},
-    {"fader", 3.99, 0},
-    {"fader", 4.005, -14},
-    {"fader", 4.2, -16},
-    {"fader", 4.49, -8},
-    {"fader", 4.5, -0.5f},
-    {"fader", 5, 0},
-    {"fader", 8, 0.6f},
-    {"fader", 12.49, 0.6f},
-    {"fader", 12.51, -14},
-    {"fader", 12.99, -14},
-    {"fader", 13, 1},
-    {"fader", 15.98, 1},
+    // The first stop runs the tape backwards; in the second the arpeggio goes on alone.
+    {"fader", 0, -1},
+    {"fader", 3.99, -1},
+    {"fader", 4.005, -6},
+    {"fader", 4.2, -9},
+    {"fader", 4.49, -21},
+    {"fader", 4.5, -1.5f},
+    {"fader", 5, -1},
+    {"fader", 8, -1.5f},
+    {"fader", 12.49, -1.5f},
+    {"fader", 12.51, -7},
+    {"fader", 12.99, -7},
+    {"fader", 13, -1},
+    {"fader", 15.98, -1},
+    {"rewind cut", 4, 5000},
+    {"rewind cut", 4.5, 200},
 };
+
+constexpr Rewind rewinds[] = {{4, 0.5}};
 
 }  // namespace
 
 Movement alien() {
-  return {drums, notes, curves, {}};
+  return {drums, notes, curves, rewinds};
 }
 
 }  // namespace vex

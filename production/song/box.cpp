@@ -50,7 +50,8 @@ constexpr DrumLine drums[] = {
     {8, 6, "tick", "X..o..x...o..o.."},
     // The layers burn.
     {10, 4, "impact", "x..............."},
-    {10, 4, "crash", "X..............."},
+    {10, 2, "crash", "x..............."},
+    {12, 1, "crash", "X..............."},
     {10, 4, "clank", "o..............."},
     {10, 1, "kick", "X...X...X..xX.x."},
     {11, 1, "kick", "X...X...X.x.X..."},
@@ -110,9 +111,15 @@ constexpr NoteLine notes[] = {
      "Eb2:2! Eb2:1 Eb3:1 -:1 Eb2:1 G2:1 Eb2:1 -:1 Eb2:2! Bb1:1 Eb2:1 -:1 F2:1 G2:1 |"
      "A1:2! A1:1 A2:1 -:1 A1:1 C#2:1 E2:1 -:1 A1:2! G1:1 A1:1 -:1 E2:1 ~A2:1 |"
      "G#1:2! G#1:1 G#2:1 -:1 G#1:1 B1:1 D2:1 G#1:2! G#1:1 B1:1 D2:1 F2:1 G#2:1 B2:1"},
+    // The motif goes on as a tune; the box plays it an octave above.
+    {8, "lead",
+     "D5:3! Eb5:3! A5:2! G#5:8! | -:2 F5:2 E5:2 D5:2 C#5:3 D5:3 E5:2 |"
+     "D5:3! F5:3 A5:2! D6:6! C6:2 | Bb5:3! G5:3 Eb5:2! Bb5:8! |"
+     "A5:4! C#6:4 E6:6! ~A5:2 | G#5:8! B5:4 D6:4!"},
     {8, "music box",
      "D6:3! Eb6:3! A6:2! G#6:8! | -:2 F6:2! E6:2! D6:2! C#6:3! D6:3! E6:2! |"
-     "D6:3! A5:3 F5:2 D6:3! A5:3 F5:2 | Eb6:3! Bb5:3 G5:2 Eb6:3! Bb5:3 G5:2"},
+     "D6:3! F6:3 A6:2! D7:6! C7:2 | Bb6:3! G6:3 Eb6:2! Bb6:8! |"
+     "A6:4! C#7:4 E7:6! A6:2 | G#6:8! B6:4 D7:4!"},
     {8, "stab",
      "D4+F4+A4+D5:3! -:9 D4+F4+A4:1 -:3 | -:10 D4+F4+G#4+D5:2! -:4 |"
      "D4+F4+A4+D5:6! -:10 | Eb4+G4+Bb4+Eb5:6! -:10 | A4+C#5+E5+A5:6! -:10 | G#4+B4+D5+G#5:6! -:10"},
@@ -145,6 +152,8 @@ constexpr CurvePoint curves[] = {
     {"pulse bass", 7.75, 1.0f},
     {"drive bass", 8, 0.45f},
     {"drive bass", 13.9, 0.85f},
+    {"lead", 8, 0.45f},
+    {"lead", 13.9, 0.7f},
     {"pad", 6, 0.3f},
     {"pad", 7.9, 0.8f},
     {"pad", 8, 0.35f},
@@ -152,14 +161,14 @@ constexpr CurvePoint curves[] = {
     {"arp", 12, 0.25f},
     {"arp", 14, 0.8f},
 
-    {"fader", 0, -3.5f},
-    {"fader", 2, -3.5f},
-    {"fader", 4, -4},
-    {"fader", 7.74, -2.8f},
+    {"fader", 0, -2.5f},
+    {"fader", 2, -2.5f},
+    {"fader", 4, -3},
+    {"fader", 7.74, -1.8f},
     {"fader", 7.76, -11},
     {"fader", 7.99, -7},
-    {"fader", 8, -0.5f},
-    {"fader", 13.99, -0.5f},
+    {"fader", 8, -1.8f},
+    {"fader", 13.99, -1.8f},
     {"fader", 14, -1.5f},
     {"fader", 15, -4},
     {"fader", 15.74, -3},

@@ -45,9 +45,9 @@ constexpr CurvePoint curves[] = {
 
     // A blow, a hole after it, a slope out of the hole.
     {"fader", 0, -1},
-    {"fader", 0.5, -4.5f},
-    {"fader", 2, -4.5f},
-    {"fader", 3.98, -2.5f},
+    {"fader", 0.5, -3.5f},
+    {"fader", 2, -3.5f},
+    {"fader", 3.98, -1.5f},
 };
 
 }  // namespace

@@ -79,9 +79,7 @@ constexpr NoteLine notes[] = {
     {1, "breathing", "-:2 G5:6? D5:8? | G5:7? D5:9? | G5:7? D5:9?"},
     {4, "breathing",
      "G5:7? D5:9? | G5:7? D5:9? | G5:7 D5:9? | G5:7 D5:9? | G5:7 D5:9 | G5:7 D5:9 | G5:7 D5:9 | G5:7 D5:9 |"
-     "G5:3! D5:5 G5:3! D5:5 | G5:3! D5:5 G5:3! D5:5 | G5:3! D5:5! G5:3! D5:5! | G5:2! D5:2! G5:2! D5:2! "
-     "G5:4! "
-     "-:4"},
+     "G5:3 D5:5? G5:3 D5:5? | G5:3 D5:5? G5:3 D5:5? | G5:3 D5:5 G5:3 D5:5 | G5:2 D5:2 G5:2 D5:2 G5:4 -:4"},
     {0, "drone", "D1+A1+D2:62 -:2"},
     {2, "sub bass", "D2:28? -:4"},
     {4, "sub bass",
@@ -144,8 +142,8 @@ constexpr CurvePoint curves[] = {
     {"alarm", 12, 0.2f},      {"alarm", 15, 0.8f},     {"drive bass", 12, 0.1f}, {"drive bass", 15.7, 0.8f},
     {"drive bass", 16, 0.5f}, {"arp", 14, 0.2f},       {"arp", 15.7, 0.8f},      {"swell", 19, 0.7f},
 
-    {"fader", 0, -5},         {"fader", 4, -5},        {"fader", 8, -4.5f},      {"fader", 12, -5},
-    {"fader", 15.7, -2.5f},   {"fader", 15.74, -2.5f}, {"fader", 15.755, -18},   {"fader", 15.99, -24},
+    {"fader", 0, -2.5f},      {"fader", 4, -2.5f},     {"fader", 8, -2.5f},      {"fader", 12, -4},
+    {"fader", 15.7, -1.5f},   {"fader", 15.74, -1.5f}, {"fader", 15.755, -18},   {"fader", 15.99, -24},
     {"fader", 16, -1},        {"fader", 18, -1.5f},    {"fader", 19, -3},        {"fader", 20, -2},
     {"low cut", 0, 20},       {"low cut", 13, 20},     {"low cut", 14, 60},      {"low cut", 15.75, 240},
     {"low cut", 15.99, 240},  {"low cut", 16, 20},     {"low cut", 19, 20},      {"low cut", 19.99, 160},

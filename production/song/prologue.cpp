@@ -32,13 +32,13 @@ constexpr CurvePoint curves[] = {
     {"choir", 7, 0.55f},
 
     // Level in dB: out of the dark, and all rooms are shut for the breath.
-    {"fader", 0, -7},
-    {"fader", 3, -8},
-    {"fader", 4, -9.5f},
-    {"fader", 6, -8.5f},
-    {"fader", 7.86, -4},
-    {"fader", 7.88, -12},
-    {"fader", 7.99, -8},
+    {"fader", 0, -6},
+    {"fader", 3, -7},
+    {"fader", 4, -8.5f},
+    {"fader", 6, -7.5f},
+    {"fader", 7.86, -3},
+    {"fader", 7.88, -11},
+    {"fader", 7.99, -7},
 };
 
 }  // namespace

@@ -8,13 +8,15 @@ constexpr DrumLine drums[] = {
     // The storm gathers on skins.
     {0, 1, "impact", "X..............."},
     {0, 1, "crash", "X..............."},
-    {0, 2, "low tom", "x..xx..xx..xx..x"},
-    {0, 2, "high tom", ".x....x...x...x."},
+    {0, 1, "low tom", "x..xx..xx..xx..x"},
+    {0, 1, "high tom", ".x....x...x...x."},
+    {1, 1, "low tom", "x..xx.xxx.xxxX.."},
+    {1, 1, "high tom", ".x...x...x......"},
     {0, 1, "kick", "X.......X......."},
-    {1, 1, "kick", "X...X...X...X.x."},
+    {1, 1, "kick", "X...X...X...X..."},
     {1, 1, "crash", "........x......."},
-    {1, 1, "snare", "........X.o.xoxx"},
-    {0, 2, "ride", "x...x...x...x..."},
+    {1, 1, "snare", "........Xoooxr.."},
+    {0, 1, "ride", "x...x...x...x..."},
     // Double time: a back beat on every second eighth.
     {2, 1, "crash", "X..............."},
     {4, 1, "crash", "X..............."},
@@ -81,10 +83,10 @@ constexpr NoteLine notes[] = {
     {0, "thunder", "D2:32! | -:16 | -:16 | D2:32!"},
     {1, "thunder", "-:8 D3:24 | -:16 | -:16 | -:16 | D2:32! | -:16 | D2:32! | -:16 | D2:32! | -:16"},
     {13, "thunder", "D3:16! | D2:28! -:4"},
-    {0, "riser", "D3:16? | D3:14 -:2"},
+    {0, "riser", "D3:30! -:2"},
     {0, "pad", "D3+Eb3+A3:16? | D3+Eb3+A3+D4:16"},
     {0, "metal bass",
-     "D2:4! -:12 | D2:4! -:4 Eb2:2! Eb2:2 F2:2! G2:2 |"
+     "D2:4! -:12 | D2:4! -:4 Eb2:2! F2:2 G2:2! -:2 |"
      "D2:2! D2:1 D2:1 D2:2! D2:1 D2:1 D2:2! D2:1 D2:1 Eb2:2! D2:1 C2:1 |"
      "D2:2! D2:1 D2:1 D2:2! D2:1 D2:1 A1:2! A1:1 A1:1 G#1:2! G#1:2! |"
      "Eb2:2! Eb2:1 Eb2:1 Eb2:2! Eb2:1 Eb2:1 G2:2! G2:1 G2:1 F2:2! Eb2:1 D2:1 |"
@@ -94,7 +96,7 @@ constexpr NoteLine notes[] = {
      "Bb1:2! Bb1:1 Bb1:1 C2:2! C2:1 C2:1 Eb2:2! Eb2:1 Eb2:1 G2:2! A2:2! |"
      "-:16 |"
      "D2:2! D3:1 D2:1 D2:2! D3:1 D2:1 Eb2:2! Eb3:1 Eb2:1 Eb2:2! Eb3:1 Eb2:1 |"
-     "A1:2! A2:1 A1:1 A1:2! A2:1 A1:1 G#1:2! G#2:1 G#1:1 G#1:2! C2:2! |"
+     "A1:2! A2:1 A1:1 A1:2! A2:1 A1:1 G#1:2! G#2:1 G#1:1 G#1:2! C2:1! -:1 |"
      "-:16 |"
      "D2:2! D3:1 D2:1 Eb2:2! Eb3:1 Eb2:1 A1:2! A2:1 A1:1 G#1:2! G#2:1 G#1:1 |"
      "D2:2! D3:1 D2:1 Eb2:2! Eb3:1 Eb2:1 A2:2! A2:1 A1:1 G#2:2! G#2:1 G#1:1 |"
@@ -106,9 +108,10 @@ constexpr NoteLine notes[] = {
      "D6:1! Eb6:1 D6:1 A5:1 Eb6:1! D6:1 A5:1 G#5:1 D6:1! A5:1 G#5:1 F5:1 A5:1! G#5:1 Eb5:1 D5:1 |"
      "F5:3! G5:3 Bb5:2 ~Eb6:4! D6:4! |"
      "-:16 |"
-     "D5:4! Eb5:4! A5:4! G#5:4! | C6:3! Bb5:3 G5:2 ~Eb6:4! D6:4! |"
+     "D5:4! Eb5:4! A5:4! G#5:4! | C6:3! Bb5:3 G5:2 ~Eb6:4! D6:2! -:2 |"
      "-:16 |"
-     "D6:4! Eb6:4! A5:4! G#5:4! | D6:4! Eb6:4! ~A6:4! ~G#6:4! | ~D6:4! Eb6:2! D6:2 C6:2! Bb5:2 -:4"},
+     "D6:4! Eb6:4! A5:4! G#5:4! | D6:2! Eb6:2! A6:2! G#6:2! D6:2! Eb6:2! A6:2! G#6:2! | ~D6:4! Eb6:2! D6:2 "
+     "C6:2! Bb5:2 -:4"},
     {4, "strings",
      "G4:1! G4:1 Bb4:1 Bb4:1 Eb5:1! Eb5:1 Bb4:1 Bb4:1 G4:1! G4:1 Bb4:1 Bb4:1 Eb5:1! Eb5:1 G5:1 G5:1 |"
      "C5:1! C5:1 Eb5:1 Eb5:1 G5:1! G5:1 Eb5:1 Eb5:1 F5:1! D5:1 G5:1! Eb5:1 A5:1! F5:1 Bb5:1! G5:1"},
@@ -139,14 +142,41 @@ constexpr NoteLine notes[] = {
 };
 
 constexpr CurvePoint curves[] = {
-    {"thunder", 0, 0.7f},     {"thunder", 15, 1.0f},    {"metal bass", 0, 0.5f},  {"metal bass", 8.9, 0.8f},
-    {"metal bass", 10, 0.7f}, {"metal bass", 15, 1.0f}, {"sync lead", 2, 0.35f},  {"sync lead", 8.9, 0.7f},
-    {"sync lead", 10, 0.6f},  {"sync lead", 15, 1.0f},  {"pad", 0, 0.2f},         {"pad", 7, 0.7f},
-    {"choir", 7, 0.8f},       {"choir", 11, 1.0f},      {"choir stab", 13, 1.0f}, {"arp", 10, 0.4f},
+    {"thunder", 0, 0.7f},
+    {"thunder", 15, 1.0f},
+    {"metal bass", 0, 0.5f},
+    {"metal bass", 8.9, 0.8f},
+    {"metal bass", 10, 0.7f},
+    {"metal bass", 15, 1.0f},
+    {"sync lead", 2, 0.35f},
+    {"sync lead", 8.9, 0.7f},
+    {"sync lead", 10, 0.6f},
+    {"sync lead", 15, 1.0f},
+    {"pad", 0, 0.2f},
+    {"pad", 7, 0.7f},
+    {"choir", 7, 0.8f},
+    {"choir", 11, 1.0f},
+    {"choir stab", 13, 1.0f},
+    {"arp", 10, 0.4f},
     {"arp", 15, 0.8f},
 
-    {"fader", 0, -2},         {"fader", 2, 0},          {"fader", 13, 0},         {"fader", 13.01, 0.5f},
-    {"fader", 15.74, 0.5f},   {"fader", 15.755, -12},   {"fader", 15.99, -40},    {"low cut", 0, 20},
+    {"fader", 0, -1},
+    {"fader", 1, -1.5f},
+    {"fader", 1.87, -1},
+    {"fader", 1.885, -14},
+    {"fader", 1.99, -14},
+    {"fader", 2, 0.6f},
+    {"fader", 12.99, 0.6f},
+    {"fader", 13, 1.5f},
+    {"fader", 15.74, 1.5f},
+    {"fader", 15.755, -12},
+    {"fader", 15.99, -40},
+    // The ground goes before the storm breaks.
+    {"low cut", 0, 20},
+    {"low cut", 1, 20},
+    {"low cut", 1.95, 260},
+    {"low cut", 1.99, 260},
+    {"low cut", 2, 20},
 };
 
 }  // namespace

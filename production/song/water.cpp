@@ -78,8 +78,8 @@ constexpr CurvePoint curves[] = {
     {"sub bass", 12, 0.5f}, {"choir", 8, 0.15f},     {"choir", 12, 0.6f},      {"choir", 14, 0.3f},
     {"swell", 10, 0.5f},    {"swell", 15, 0.7f},     {"soprano", 12, 0.6f},    {"chip chords", 15, 0.4f},
 
-    {"fader", 0, -40},      {"fader", 0.45, -20},    {"fader", 0.5, -5},       {"fader", 4, -6.5f},
-    {"fader", 8, -8},       {"fader", 12, -5.5f},    {"fader", 14, -7},        {"fader", 15.9, -6},
+    {"fader", 0, -40},      {"fader", 0.45, -20},    {"fader", 0.5, -3},       {"fader", 4, -4.5f},
+    {"fader", 8, -6},       {"fader", 12, -4.2f},    {"fader", 14, -4.3f},     {"fader", 15.9, -3.3f},
     {"low cut", 0, 20},     {"low cut", 14, 20},     {"low cut", 15.99, 150},  {"low cut", 16, 20},
 };
 

@@ -68,20 +68,23 @@ struct Cymbal {
   float decay, seconds;  // s
   float ring, hiss;      // gains of pulses and noise
 };
+constexpr float cymbalTop = 10500;  // hertz: above it they would only hiss
 
 Voice makeCymbal(const Cymbal& cymbal, float rate, NoiseSource& noise) {
   constexpr std::array hertz{205.3f, 304.4f, 369.6f, 522.7f, 540.0f, 800.0f};
   return renderSides(cymbal.seconds, rate, [&](std::vector<float>& channel, float) {
     std::array<Pulse, 6> pulses;
     for (Pulse& pulse : pulses) pulse.phase = 0.5f + 0.49f * noise.next();
-    StateVariableFilter cut;
+    StateVariableFilter cut, top;
+    top.set(cymbalTop, 0.6f, rate);
     cut.set(std::min(cymbal.cut, 0.33f * rate), 1.0f, rate);
     Decay loudness(cymbal.decay, rate);
     for (float& sample : channel) {
       float sum = 0;
       for (std::size_t p = 0; p < pulses.size(); ++p)
         sum += pulses[p].next(hertz[p] * cymbal.pitch / rate, 0.5f);
-      sample = loudness.next() * cut.next(cymbal.ring * sum / 6 + cymbal.hiss * noise.next()).high;
+      const float struck = cut.next(cymbal.ring * sum / 6 + cymbal.hiss * noise.next()).high;
+      sample = loudness.next() * top.next(struck).low;
     }
     endSoftly(channel, 0.3f * cymbal.seconds, rate);
   });
@@ -133,8 +136,8 @@ Voice makeHit(const Hit& hit, float rate, NoiseSource& noise) {
 }  // namespace
 
 Voice makeKick(float rate, NoiseSource& noise) {
-  // Ends on A1, the fifth, so that it rings with every root the bass plays.
-  return makeHit({{310, 55, 0.015f, 0.095f, 2.0f, 0.34f}, {1500, 9000, 0.004f, 0.5f}, 0.012f, 0.35f}, rate,
+  // Ends on G1: below the bass, and no tritone to D, E flat, A or G sharp.
+  return makeHit({{340, 49, 0.013f, 0.075f, 2.2f, 0.34f}, {1500, 9000, 0.004f, 0.7f}, 0.012f, 0.35f}, rate,
                  noise);
 }
 
@@ -177,7 +180,7 @@ Voice makeOpenHat(float rate, NoiseSource& noise) {
 }
 
 Voice makeCrash(float rate, NoiseSource& noise) {
-  return makeCymbal({1.83f, 4200, 0.62f, 2.6f, 0.6f, 0.8f}, rate, noise);
+  return makeCymbal({1.83f, 3400, 0.50f, 2.2f, 0.9f, 0.35f}, rate, noise);
 }
 
 Voice makeRide(float rate, NoiseSource& noise) {

@@ -10,7 +10,7 @@ namespace vex {
 
 struct Reverb {
   float seconds = 2.4f;  // until 60 dB are gone
-  float damping = 4500;  // hertz above which the tail dies sooner
+  float damping = 7500;  // hertz above which the tail dies sooner
   float before = 0.02f;  // s of silence before it
 };
 

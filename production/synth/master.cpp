@@ -71,13 +71,17 @@ void compress(const Compressor& compressor, std::span<float> left, std::span<flo
   const float blockSeconds = block / rate;
   const float attack = std::exp(-blockSeconds / compressor.attack);
   const float release = std::exp(-blockSeconds / compressor.release);
+  StateVariableFilter keyLeft, keyRight;
+  keyLeft.set(compressor.keyCut, 0.707f, rate);
+  keyRight.set(compressor.keyCut, 0.707f, rate);
   float reduction = 0, lastGain = 1;  // dB below 0, and its gain
   for (std::size_t start = 0; start < left.size(); start += block) {
     const std::size_t count = std::min(block, left.size() - start);
     float energyLeft = 1e-12f, energyRight = 1e-12f;
     for (std::size_t i = start; i < start + count; ++i) {
-      energyLeft += left[i] * left[i];
-      energyRight += right[i] * right[i];
+      const float heardLeft = keyLeft.next(left[i]).high, heardRight = keyRight.next(right[i]).high;
+      energyLeft += heardLeft * heardLeft;
+      energyRight += heardRight * heardRight;
     }
     const float level = 10 * std::log10(std::max(energyLeft, energyRight) / static_cast<float>(count));
     const float wanted = std::min(0.0f, (compressor.threshold - level) * (1 - 1 / compressor.ratio));

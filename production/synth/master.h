@@ -10,9 +10,10 @@ namespace vex {
 void narrowLowEnd(std::span<float> left, std::span<float> right, float hertz, float rate);
 
 struct Compressor {
-  float threshold = -16;  // dB, of the louder channel's mean square
+  float keyCut = 130;     // hertz below which it does not listen: kick and bass shall not pump the rest
+  float threshold = -11;  // dB, of the louder channel's mean square
   float ratio = 2;
-  float attack = 0.02f, release = 0.18f;  // s
+  float attack = 0.03f, release = 0.12f;  // s
 };
 void compress(const Compressor& compressor, std::span<float> left, std::span<float> right, float rate);
 

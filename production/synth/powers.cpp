@@ -27,7 +27,7 @@ Voice makeFuzzBass(const NoteCall& call) {
   Sine sub;
   StateVariableFilter open, growl, lowCut, tame;
   lowCut.set(100, 0.707f, call.rate);  // leaves the bottom to the clean sine
-  tame.set(2400 + 2600 * call.brightness, 0.7f, call.rate);
+  tame.set(3200 + 4200 * call.brightness, 0.7f, call.rate);
   float step = 0;
   return renderNote(
       call, shape,
@@ -135,7 +135,7 @@ Voice makeGlassHarp(const NoteCall& call) {
           [&] {
             return level * shiver *
                    (0.5f * rim.next(step * 1.0005f) + 0.4f * other.next(step * 0.9995f) +
-                    0.32f * gloss * second.next(step * 2.002f) + 0.2f * gloss * third.next(step * 4.01f) +
+                    0.32f * gloss * second.next(step * 2.002f) + 0.32f * gloss * third.next(step * 4.01f) +
                     0.03f * finger.next(call.noise->next()).band);
           });
       for (std::size_t i = 0; i < channel.size(); ++i) channel[i] += one[i];

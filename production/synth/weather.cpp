@@ -44,7 +44,7 @@ Voice makeRain(const NoteCall& call) {
     std::size_t turn = 0;
     StateVariableFilter hissLow, hissHigh;
     hissLow.set(1800, 0.7f, call.rate);
-    hissHigh.set(4000 + 5000 * call.brightness, 0.7f, call.rate);
+    hissHigh.set(9000 + 5000 * call.brightness, 0.7f, call.rate);
     float level = 0, chance = 0;
     renderBlocks(
         channel, call.rate,
@@ -57,10 +57,10 @@ Voice makeRain(const NoteCall& call) {
           if (0.5f + 0.5f * call.noise->next() < chance) {
             Drop& drop = drops[turn++ % drops.size()];
             const float size = 0.5f + 0.5f * call.noise->next();
-            drop.bubble.set(900 + 4200 * size * size, 14, call.rate);
+            drop.bubble.set(900 + 7600 * size * size, 14, call.rate);
             drop.push = 1.6f * (1.1f - size);
           }
-          float sum = 0.09f * hissHigh.next(hissLow.next(call.noise->next()).high).low;
+          float sum = 0.13f * hissHigh.next(hissLow.next(call.noise->next()).high).low;
           for (Drop& drop : drops) {
             sum += drop.bubble.next(drop.push).band;
             drop.push *= 0.93f;
@@ -77,10 +77,13 @@ Voice makeThunder(const NoteCall& call) {
     constexpr std::array gains{1.0f, 0.6f, 0.8f, 0.3f};
     std::array<StateVariableFilter, ratios.size()> rings;
     for (std::size_t i = 0; i < rings.size(); ++i) rings[i].set(note * ratios[i], 14, call.rate);
-    StateVariableFilter rumble, crack;
+    StateVariableFilter rumble, crack, splitLow, splitHigh;
     crack.set(1800, 0.5f, call.rate);
+    splitLow.set(2000, 0.7f, call.rate);
+    splitHigh.set(9000, 0.7f, call.rate);
     Sine sub;
-    Decay flash(0.035f, call.rate);
+    Decay flash(0.035f, call.rate), split(0.012f, call.rate);
+    float again = 0.08f;  // s: the air splits twice
     float roll = 1, wanted = 1, level = 0, next = 0;
     renderBlocks(
         channel, call.rate,
@@ -89,6 +92,10 @@ Voice makeThunder(const NoteCall& call) {
           if (t >= next) {
             wanted = 0.25f + 0.75f * std::abs(call.noise->next());
             next += 0.07f + 0.1f * std::abs(call.noise->next());
+          }
+          if (t >= again) {
+            split.value = 1;
+            again = call.seconds;
           }
           const float left = std::max(0.0f, 1 - t / call.seconds);
           level = call.velocity * left * left;
@@ -99,6 +106,7 @@ Voice makeThunder(const NoteCall& call) {
           const float raw = call.noise->next();
           const float body = roll * raw;
           float sum = 0.8f * rumble.next(body).low + 1.6f * flash.next() * crack.next(raw).band;
+          sum += 2.0f * split.next() * splitHigh.next(splitLow.next(raw).high).low;
           for (std::size_t i = 0; i < rings.size(); ++i) sum += 2.6f * gains[i] * rings[i].next(body).band;
           sum += 0.5f * roll * sub.next(note / call.rate);
           return softClip(1.2f * level * sum);
