@@ -40,21 +40,23 @@ const Shot shots[] = {
     // Low before the steps.
     {{215, 48, 40, {-16, 118, 0}}, {178, 30, 58, {-8, 114, 0}}},
     // Along the arcade.
-    {{98, -52, 112, {-24, 102, 16}}, {86, -22, 106, {2, 102, 20}}},
+    {{98, -58, 112, {-30, 102, 16}}, {84, -36, 106, {-24, 102, 20}}},
     // The lock.
     {{92, 16, 112, {5, 103, 28}}, {71, -9, 101, {-3, 103, 28}}},
+    // Into the lock.
+    {{71, -9, 101, {-3, 103, 28}}, {42.5f, 0, 103.3f, {0, 103.1f, 28}}},
     // Along the seam of the lid.
     {{128, -66, 142, {-6, 132, 10}}, {96, -38, 131, {0, 128, 14}}},
     // Up with the lid.
     {{196, 34, 116, {-4, 130, 0}}, {248, 6, 202, {0, 158, 0}}},
     // The title over the box.
-    {{262, -24, 138, {-14, 182, 0}}, {240, 2, 168, {-8, 186, 0}}},
+    {{272, -26, 132, {-6, 204, 0}}, {250, 10, 160, {2, 206, 0}}},
     // Nearer, from below.
-    {{244, 30, 116, {10, 194, 0}}, {214, 12, 134, {2, 203, 0}}},
+    {{244, 18, 122, {4, 214, 0}}, {214, 4, 150, {0, 218, 0}}},
     // From above, down into the box.
     {{248, -12, 320, {0, 168, 0}}, {178, 14, 246, {0, 147, 0}}},
 };
-constexpr int shotSlot = 50, shotLead = 5, shotFrames = 35;  // frames: of each, before, and in use
+constexpr int shotSlot = 45, shotLead = 5, shotFrames = 30;  // frames: of each, before, and in use
 
 Vector standing(const Stand& stand) {
   const float turn = stand.degrees * pi / 180;
@@ -136,18 +138,48 @@ Surface veilSheet(const Vector& middle) {
                 moved(middle));
 }
 
-// Light that stands in the open box: sheets crosswise, wider above.
+// Light that stands in the open box: sheets one behind the other, wider above, all of them behind the title.
 Surface shafts() {
   Surface all;
   for (int i = 0; i < 3; ++i) {
-    const float turn = -30 + 30 * static_cast<float>(i);
+    const auto own = static_cast<float>(i);
     append(all, placed(sheet(3, 4,
-                             [](float s, float t) {
-                               const float half = 36 + 9 * t;
-                               return Vector((2 * s - 1) * half, 58 * t, 0);
+                             [own](float s, float t) {
+                               const float half = 34 + (26 - 8 * own) * t;
+                               return Vector((2 * s - 1) * half, (180 - 30 * own) * t, 0);
                              }),
-                       turnedY(turn) >> moved(0, 104, 0)));
+                       turnedY(6 * own - 6) >> moved(0, 90, 5 * own - 18)));
   }
+  return all;
+}
+
+// The gap under the lid shines: sheets around the casket, bright at the rim.
+Surface seamLight() {
+  Surface all;
+  for (int i = 0; i < 4; ++i) {
+    const float half = i % 2 == 0 ? halfWidth + 2 : halfDepth + 2,
+                out = i % 2 == 0 ? halfDepth + 2 : halfWidth + 2;
+    append(all, placed(sheet(1, 1, [=](float s, float t) { return Vector((2 * s - 1) * half, 9 * t, out); }),
+                       turnedY(90 * static_cast<float>(i)) >> moved(0, lidFoot - 1, 0)));
+  }
+  return all;
+}
+
+// Mist in the well, layer over layer.
+Surface wellMist() {
+  Surface all;
+  for (const float y : {98.0f, 108.0f, 118.0f})
+    append(all, placed(disc(44, 24, 1), stretched(1, 1, 0.52f) >> moved(0, y, 0)));
+  return all;
+}
+
+// Darkness behind the title.
+Surface dusk() {
+  Surface all;
+  for (int i = 0; i < 4; ++i)
+    append(all,
+           placed(disc(170, 24, 1), turnedX(90) >> stretched(1, 0.6f, 1) >>
+                                        moved(titleMiddle + Vector(0, 0, -20.0f + static_cast<float>(i)))));
   return all;
 }
 
@@ -155,11 +187,11 @@ Canvas shaftPicture(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side, side, [](float u, float v) {
     const float x = 2 * u - 1, rise = 1 - v;
-    const float streaks = 0.8f + 0.3f * fractal(u * 4, v * 0.7f, 0, 3, 0.5f, 971);
+    const float streaks = 0.75f + 0.8f * fractal(u * 9, v * 0.7f, 0, 4, 0.55f, 971);
     const float body =
-        smoothStep(1, 0.15f, std::fabs(x)) * std::pow(1 - rise, 1.7f) * smoothStep(0, 0.04f, rise);
+        smoothStep(1, 0.1f, std::fabs(x)) * std::pow(1 - rise, 1.7f) * smoothStep(0, 0.04f, rise);
     Colour4 colour = gradient(acidRamp, 0.55f + 0.35f * (1 - rise));
-    colour.a = clamp01(0.42f * body * streaks) * borderFade(u, v, 0.03f);
+    colour.a = clamp01(0.6f * body * streaks) * borderFade(u, v, 0.03f);
     return colour;
   });
 }
@@ -169,15 +201,15 @@ Canvas pooledPicture(const Settings& settings) {
   const int side = settings.side(128);
   return paint(side, side, [](float u, float v) {
     const float r = std::hypot(2 * u - 1, 2 * v - 1);
-    Colour4 colour = gradient(acidRamp, 0.5f);
-    colour.a = 0.34f * std::pow(clamp01(1 - r), 1.5f);
+    Colour4 colour = gradient(acidRamp, 0.45f + 0.4f * clamp01(1 - 2 * r));
+    colour.a = 0.4f * std::pow(clamp01(1 - r), 1.5f);
     return colour;
   });
 }
 
 // Paving in rings about the plinth; it loses itself in the dark.
 Canvas groundPicture(const Settings& settings, float radius) {
-  const int side = settings.side(512);
+  const int side = settings.side(1024);
   return paintSmooth(side, side, 2, [radius](float u, float v) {
     const float x = (2 * u - 1) * radius, z = (2 * v - 1) * radius, r = std::hypot(x, z);
     const float ring = r / 46, band = std::floor(ring), count = 6 + 6 * band;
@@ -193,7 +225,7 @@ Canvas groundPicture(const Settings& settings, float radius) {
     const float contact = smoothStep(0.98f, 1.25f, std::hypot(x / 150, z / 111));
     const Colour4 rock =
         mix(Colour4{0.13f, 0.13f, 0.12f}, Colour4{0.30f, 0.29f, 0.26f}, 0.5f * slab + 0.5f * grain);
-    Colour4 colour = rock * ((0.25f + 1.5f * light * (0.35f + 0.65f * shade)) * contact *
+    Colour4 colour = rock * ((0.12f + 1.6f * light * (0.35f + 0.65f * shade)) * contact *
                              (0.45f + 0.55f * smoothStep(0.4f, 2.2f, gap)));
     colour = colour * (1 - 0.4f * wet) + gradient(acidRamp, 0.14f) * (wet * (0.25f + light));
     colour.a = smoothStep(radius * 0.97f, radius * 0.42f, r);
@@ -224,8 +256,11 @@ std::vector<StageMaterial> materials() {
   std::vector<StageMaterial> all{painted("body", "box_body"),  painted("lid", "box_lid"),
                                  painted("lock", "box_lock"),  flat("stone", "box_stone"),
                                  flat("hall", "box_hall"),     flat("ground", "box_ground"),
-                                 flat("shafts", "box_shafts"), flat("pool", "box_pool")};
+                                 flat("shafts", "box_shafts"), flat("pool", "box_pool"),
+                                 flat("dusk", "box_pool"),     flat("keyhole", "")};
   all[3].twoSided = all[4].twoSided = false;
+  all[8].ambient = {0, 0, 0};
+  all[9].opacity = 0.005f;
   for (int veil = 0; veil < veilCount; ++veil) {
     const std::string name = "box_veil" + std::to_string(veil + 1);
     all.push_back({.name = name, .texture = name, .diffuse = {1, 1, 1}});
@@ -261,16 +296,24 @@ Model introBox(const Settings& settings) {
   const Surface aroundCasket = joined({casket, table});
   const Surface aroundStone = joined({casket, everything(foot), withoutMapping(ground)});
   const Surface aroundHall = joined({everything(foot), everything(choir), withoutMapping(ground)});
-  const PaintedAssembly paintedBody = paintedCasket(body, aroundCasket, settings, 512),
-                        paintedLid = paintedCasket(lid, aroundCasket, settings, 512),
-                        paintedLock = paintedCasket(lock, aroundCasket, settings, 256),
+  const PaintedAssembly paintedBody = paintedCasket(body, aroundCasket, settings, 1024),
+                        paintedLid = paintedCasket(lid, aroundCasket, settings, 1024),
+                        paintedLock = paintedCasket(lock, aroundCasket, settings, 512),
                         paintedFoot = paintedStone(foot, aroundStone, settings, 512),
                         paintedHall = paintedStone(choir, aroundHall, settings, 512);
 
   Stage stage;
   stage.seconds = flightSeconds;
   stage.materials = materials();
+  // Before all else: it is hardly drawn and hides what is behind it, so that the keyhole shows what the time
+  // line has painted before the scene.
+  const Vector keyholeAt = lockPivot + Vector(0, 0, 1.1f);
   stage.meshes = {
+      {.name = "keyhole",
+       .surface = placed(withoutMapping(disc(5.4f, 20, 1)), turnedX(90) >> moved(keyholeAt)),
+       .pivot = keyholeAt,
+       .material = "keyhole",
+       .motion = {.scales = growing(Vector(0.01f, 0.01f, 1))}},
       {.name = "ground", .surface = ground, .material = "ground"},
       {.name = "hall", .surface = paintedHall.surface, .material = "hall"},
       {.name = "plinth", .surface = paintedFoot.surface, .material = "stone"},
@@ -279,8 +322,8 @@ Model introBox(const Settings& settings) {
       {.name = "lock", .surface = lockAsStored(paintedLock.surface), .pivot = lockPivot, .material = "lock"},
       {.name = "dummy01", .pivot = Vector(0, 100, 0), .helper = true},
   };
-  stage.meshes[4].motion.turns = lidTurns();
-  stage.meshes[5].motion.turns = lockTurns();
+  stage.meshes[5].motion.turns = lidTurns();
+  stage.meshes[6].motion.turns = lockTurns();
   // What can be seen through comes last.
   const auto pool = [&](const char* name, float radius, float deep, float y) {
     StageMesh mesh{.name = name,
@@ -292,9 +335,18 @@ Model introBox(const Settings& settings) {
   };
   pool("pool01", 430, 1, 0.6f);
   pool("pool02", 92, 0.72f, tableTop + 0.4f);
-  StageMesh light{.name = "shafts", .surface = shafts(), .pivot = Vector(0, 104, 0), .material = "shafts"};
-  light.motion.scales = growing(Vector(0.3f, 0.02f, 0.3f));
-  stage.meshes.push_back(light);
+  const auto grown = [&](const char* name, const Surface& surface, const Vector& pivot, const char* material,
+                         const Vector& from) {
+    stage.meshes.push_back({.name = name,
+                            .surface = surface,
+                            .pivot = pivot,
+                            .material = material,
+                            .motion = {.scales = growing(from)}});
+  };
+  grown("mist", wellMist(), Vector(0, 98, 0), "pool", Vector(0.02f, 0.02f, 0.02f));
+  grown("shafts", shafts(), Vector(0, 90, -13), "shafts", Vector(0.3f, 0.02f, 0.3f));
+  grown("seam", seamLight(), Vector(0, lidFoot - 1, 0), "shafts", Vector(1, 0.02f, 1));
+  grown("dusk", dusk(), titleMiddle, "dusk", Vector(0.01f, 0.01f, 1));
   for (int veil = 0; veil < veilCount; ++veil) {
     const Vector pivot = titleMiddle + Vector(0, 0, 5.0f * static_cast<float>(veil) - 7);
     stage.meshes.push_back({.name = "VexLayer0" + std::to_string(veil + 1),

@@ -79,7 +79,7 @@ Surface archFrame() {
 }
 
 Surface cabochon(float radius) {
-  return lathe(smoothProfile({{radius, 0}, {radius * 0.92f, radius * 0.45f}, {0, radius * 0.8f}}, 5), 14,
+  return lathe(smoothProfile({{radius, 0}, {radius * 0.92f, radius * 0.45f}, {0, radius * 0.8f}}, 4), 12,
                180);
 }
 
@@ -123,17 +123,15 @@ Surface foot() {
       11, 60);
 }
 
-// --- The roof: half extents by height, flared at the eaves.
+// --- The roof: half extents by height.
 
 struct RoofLevel {
   float halfX, halfZ, y;
 };
 
 RoofLevel roofAt(float t, float inset) {
-  const float rise = t;
-  const float shrink = std::pow(t, 0.8f);
-  return {mix(52.0f, 33.0f, shrink) - inset, mix(31.0f, 0.8f, shrink) - inset * (1 - 0.8f * t),
-          lidFoot + 5.5f + 42 * rise - inset * 0.8f * t};
+  return {mix(52.0f, 33.0f, t) - inset, mix(31.0f, 0.8f, t) - inset * (1 - 0.8f * t),
+          lidFoot + 5.5f + 50 * t - inset * 0.8f * t};
 }
 
 Surface roofShell(float inset, int across) {
@@ -178,12 +176,15 @@ std::vector<Vector> hipPath(float sideX, float sideZ) {
   return path;
 }
 
-// A leaf that curls off a hip.
+// A leaf of two lobes that curls off a hip, upwards.
 Surface crocket() {
-  return placed(
-      lathe(smoothProfile({{0, 0}, {1.3f, 0.6f}, {1.1f, 2}, {2.1f, 3.4f}, {1.6f, 4.8f}, {0, 5.6f}}, 4), 6,
-            120),
-      moved(0, -0.5f, 0));
+  const Surface bud =
+      lathe(smoothProfile(
+                {{0, 0}, {1.0f, 0.4f}, {0.8f, 1.6f}, {2.3f, 3.3f}, {1.1f, 4.5f}, {1.6f, 5.5f}, {0, 6.9f}}, 7),
+            6, 180);
+  return bent(placed(bud, moved(0, -0.5f, 0)), [](const Vector& p) {
+    return Vector(p.x * 0.62f, p.y - 0.05f * p.y * p.y, p.z + 0.07f * p.y * p.y);
+  });
 }
 
 Surface finial() {
@@ -382,17 +383,15 @@ Assembly casketLid() {
           onSide(side * (halfWidth + 5.4f), lidFoot + 2.9f, 8.2f * static_cast<float>(i)));
   lid.repeated.push_back(std::move(rivets));
 
-  // Stones on the slopes.
+  // Stones on the front slope.
   Copies stones{cabochon(3.4f), {}, gem}, settings{bezel(3.5f), {}, brass};
   const RoofLevel low = roofAt(0.42f, 0), high = roofAt(0.48f, 0);
   const Vector out = unit(Vector(0, low.halfZ - high.halfZ, high.y - low.y));
-  for (const float front : {1.0f, -1.0f})
-    for (const float x : {-33.0f, 0.0f, 33.0f}) {
-      const Placement place = standing(Vector(x * (x == 0 ? 1 : 0.93f), low.y, front * low.halfZ),
-                                       Vector(0, out.y, front * out.z));
-      stones.places.push_back(place);
-      settings.places.push_back(place);
-    }
+  for (const float x : {-33.0f, 0.0f, 33.0f}) {
+    const Placement place = standing(Vector(x * (x == 0 ? 1 : 0.93f), low.y, low.halfZ), out);
+    stones.places.push_back(place);
+    settings.places.push_back(place);
+  }
   lid.repeated.push_back(std::move(stones));
   lid.repeated.push_back(std::move(settings));
   return lid;
@@ -403,7 +402,7 @@ Assembly casketLock() {
   Surface& all = lock.single;
   append(all, placed(extrusion({circle(0, 0, 11, 64, false), keyhole()}, 2.4f, 0.7f), moved(0, 0, 1.6f)),
          brass);
-  // Light behind the keyhole.
+  // Light deep in the keyhole.
   append(all, placed(disc(6, 20, 2), onFront(0, -1, 0.6f)), inside);
   append(all, placed(ring(9.4f, 0.55f, 36, 3), onFront(0, 0, 1.6f)), brass);
   append(all, placed(ring(5.9f, 0.5f, 28, 3), onFront(0, 0, 1.6f)), brass);
@@ -415,7 +414,8 @@ Assembly casketLock() {
     if (i % 4 == 0) studs.places.push_back(onFront(0, 7.7f, 1.5f) >> turnedZ(22.5f * static_cast<float>(i)));
   }
   // Four grips on the rim.
-  Copies grips{placed(bevelledBox(Vector(3.2f, 4.6f, 3), 0.7f), moved(0, 11.2f, 1.2f)), {}, iron};
+  const Outline claw{{1.3f, 12.6f}, {0, 13.3f}, {-1.3f, 12.6f}, {-1, 10.6f}, {0, 9.4f}, {1, 10.6f}};
+  Copies grips{placed(extrusion({claw}, 2, 0.7f), moved(0, 0, 2.6f)), {}, brass};
   for (int i = 0; i < 4; ++i) grips.places.push_back(turnedZ(45 + 90 * static_cast<float>(i)));
   lock.repeated = {std::move(rays), std::move(studs), std::move(grips)};
   all = placed(all, moved(lockPivot));

@@ -7,14 +7,16 @@
 #include "production/models/intro_box_parts.h"
 #include "production/textures/palette.h"
 
-// Where the casket stands: a plinth of eight sides on steps, a fence of spears before it, a choir of pillars
-// and arches behind.
+// Where the casket stands: a plinth of eight sides on steps, a fence of spears before it, a choir of pillars,
+// arches and ribs behind and above.
 
 namespace vex::reliquary {
 
 namespace {
 
 constexpr float fenceRadius = 285, choirRadius = 330;
+constexpr float vaultSpringing = 312;  // of the vault, on the heads of the pillars
+constexpr float bossHeight = 640;
 constexpr float spearEvery = 3.9f;  // degrees
 
 Vector around(float radius, float degrees, float y) {
@@ -22,24 +24,54 @@ Vector around(float radius, float degrees, float y) {
   return {radius * std::sin(turn), y, radius * std::cos(turn)};
 }
 
-// A bundle of eight shafts with rings, wider at the foot. It stands before the dark: the quarter towards +z,
+Surface block(float width, float low, float high) {
+  return placed(bevelledBox(Vector(width, high - low, width), 0), moved(0, (low + high) / 2, 0));
+}
+
+// A bundle of eight shafts between a foot and a head. It stands before the dark: the quarter towards +z,
 // which no camera sees, is left out.
 Surface pillar() {
-  constexpr int ends = 4;
-  constexpr float heights[ends + 1] = {0, 21, 42, 122, 464};
-  return sheet(18, ends, [&](float s, float t) {
+  constexpr int ends = 6;
+  constexpr float heights[ends + 1] = {14, 21, 42, 122, 274, 284, 300};
+  const Surface shafts = sheet(18, ends, [&](float s, float t) {
     const float y = heights[static_cast<int>(std::lround(t * ends))];
-    const float base = 12 * smoothStep(44, 10, y) + 4 * smoothStep(5, 0, std::fabs(y - 40));
+    const float foot = 12 * smoothStep(44, 10, y) + 4 * smoothStep(5, 0, std::fabs(y - 40));
+    const float head = 3 * smoothStep(8, 0, std::fabs(y - 274)) + 10 * smoothStep(282, 300, y);
     const float turn = -2 * pi * (0.875f + 0.75f * s);
-    const float radius = 17 + base + 3.2f * std::fabs(std::sin(4 * turn)) * smoothStep(20, 46, y);
+    const float radius = 17 + foot + head + 3.2f * std::fabs(std::sin(4 * turn)) * smoothStep(20, 46, y);
     return Vector(radius * std::cos(turn), y, radius * std::sin(turn));
   });
+  return joined({block(66, 0, 14), shafts, block(58, 300, vaultSpringing)});
+}
+
+// From a pillar, whose +z looks outwards, up to the boss above the casket.
+Surface rib() {
+  std::vector<Vector> path;
+  for (int i = 0; i <= 7; ++i) {
+    const float turn = pi / 2 * static_cast<float>(i) / 7;
+    path.emplace_back(0, vaultSpringing - 4 + (bossHeight - vaultSpringing) * std::sin(turn),
+                      -8 - (choirRadius - 8) * (1 - std::cos(turn)));
+  }
+  return tube(
+      path, 5, [](float t) { return 9 - 3 * t; }, TubeEnd::open);
+}
+
+// From pillar to pillar above an arch, in the plane z = 0.
+Surface wallRib() {
+  constexpr float half = 84, reach = half * 1.6f;
+  const float top = std::acos(0.375f);
+  std::vector<Vector> path;
+  for (int i = 0; i <= 5; ++i) {
+    const float turn = top * static_cast<float>(i) / 5;
+    path.emplace_back(reach * std::cos(turn) - half * 0.6f, vaultSpringing - 4 + reach * std::sin(turn), 0);
+  }
+  const Surface right = tube(
+      path, 4, [](float) { return 6.0f; }, TubeEnd::open);
+  return joined({right, mirrored(right, Axis::x)});
 }
 
 Surface spear() {
-  return lathe(
-      {{2.6f, 0}, {2.6f, 3}, {1.5f, 5}, {1.4f, 62}, {2.7f, 65}, {1.3f, 68}, {3.6f, 75}, {2.2f, 84}, {0, 96}},
-      6, 60);
+  return lathe({{2.2f, 0}, {1.7f, 62}, {3.0f, 65}, {1.6f, 68}, {4.2f, 75}, {2.6f, 84}, {0, 96}}, 4, 60);
 }
 
 Surface rail(float fromDegrees, float toDegrees, float y) {
@@ -74,11 +106,25 @@ Surface openArch(float half, float springing, float thick, float depth, float be
   return extrusion({points}, depth, bevel);
 }
 
+// A circle with a hole of four lobes.
+Surface quatrefoil(float radius) {
+  constexpr int count = 16;
+  Outline rim, hole;
+  for (int i = 0; i < count; ++i) {
+    const float turn = 2 * pi * static_cast<float>(i) / count;
+    const float lobe = radius * (0.42f + 0.4f * std::fabs(std::cos(2 * turn)));
+    rim.push_back({radius * std::cos(turn), radius * std::sin(turn)});
+    hole.push_back({lobe * std::cos(turn), -lobe * std::sin(turn)});
+  }
+  return extrusion({rim, hole}, 6);
+}
+
 Surface choirArch() {
   return withoutBack(joined({placed(openArch(78, 190, 14, 14, 3, 7), moved(0, 0, 7)),
-                             placed(bevelledBox(Vector(5, 268, 5), 1.5f), moved(0, 134, 0)),
+                             placed(bevelledBox(Vector(5, 176, 5), 0), moved(0, 88, 0)),
                              placed(openArch(31, 150, 5, 5, 0, 5), moved(-31, 0, 2)),
-                             placed(openArch(31, 150, 5, 5, 0, 5), moved(31, 0, 2))}));
+                             placed(openArch(31, 150, 5, 5, 0, 5), moved(31, 0, 2)),
+                             placed(quatrefoil(40), moved(0, 238, 3))}));
 }
 
 }  // namespace
@@ -122,15 +168,21 @@ Assembly hall() {
       spikes.places.push_back(
           moved(around(fenceRadius, mix(from, to, static_cast<float>(i) / static_cast<float>(count)), 0)));
   }
-  Copies pillars{pillar(), {}, stone}, arches{choirArch(), {}, stone};
+  Copies pillars{pillar(), {}, stone}, arches{choirArch(), {}, stone}, ribs{rib(), {}, stone},
+      wallRibs{wallRib(), {}, stone};
   for (int i = 0; i < 8; ++i) {
     const float degrees = 180 + 32 * (static_cast<float>(i) - 3.5f);
-    pillars.places.push_back(turnedY(degrees) >> moved(around(choirRadius, degrees, 0)));
-    if (i < 7)
-      arches.places.push_back(turnedY(degrees + 16 + 180) >>
-                              moved(around(choirRadius * 0.985f, degrees + 16, 0)));
+    const Placement stands = turnedY(degrees) >> moved(around(choirRadius, degrees, 0));
+    pillars.places.push_back(stands);
+    ribs.places.push_back(stands);
+    if (i == 7) break;
+    const Placement between =
+        turnedY(degrees + 16 + 180) >> moved(around(choirRadius * 0.985f, degrees + 16, 0));
+    arches.places.push_back(between);
+    wallRibs.places.push_back(between);
   }
-  assembly.repeated = {std::move(spikes), std::move(pillars), std::move(arches)};
+  assembly.repeated = {std::move(spikes), std::move(pillars), std::move(arches), std::move(ribs),
+                       std::move(wallRibs)};
   return assembly;
 }
 

@@ -16,13 +16,13 @@ namespace vex::reliquary {
 
 namespace {
 
-const Colour4 warmKey{1.15f, 1.0f, 0.78f};
-const Colour4 acidRim{0.34f, 0.72f, 0.16f};
+const Colour4 warmKey{1.55f, 1.34f, 1.02f};
+const Colour4 acidRim{0.46f, 0.66f, 0.15f};
 
 // A dim vault, a little green light in its depth.
 Colour4 vaultSky(const Vector& d) {
   const float back = std::pow(std::max(0.0f, 0.5f - 0.5f * d.z), 2.0f) * smoothStep(-0.2f, 0.3f, d.y);
-  return mix(Colour4{0.05f, 0.05f, 0.06f}, Colour4{0.26f, 0.26f, 0.27f}, smoothStep(-0.4f, 1, d.y)) +
+  return mix(Colour4{0.03f, 0.03f, 0.036f}, Colour4{0.12f, 0.12f, 0.125f}, smoothStep(-0.4f, 1, d.y)) +
          acidRim * (0.5f * back);
 }
 
@@ -47,17 +47,20 @@ Colour4 glint(const Vector& normal) {
   return warmKey * (1.25f * window) + acidRim * (0.8f * slit) + Colour4{0.22f, 0.2f, 0.16f} * line;
 }
 
-// Height of the engraving on iron at a place of a plane, about -1 to 1: a vine of spirals and leaves.
+// Height of the engraving on iron at a place of a plane, 0 to 1: stems that wind along and curl up in each
+// bend.
 float vine(float x, float y) {
-  const float cell = 10.5f;
-  const float column = std::round(x / cell), px = x - column * cell;
-  const float row = std::round(y / cell), py = y - row * cell;
-  const float odd = std::fmod(std::fabs(column + row), 2.0f) < 0.5f ? 1.0f : -1.0f;
-  const float radius = std::hypot(px, py), turn = std::atan2(py, px * odd);
-  const float spiral = std::sin(radius * 2.1f - turn * 1.0f) * smoothStep(5.2f, 3.8f, radius);
-  const float leaf =
-      smoothStep(0.7f, 0.0f, std::fabs(std::hypot(std::fabs(px) - 5.2f, std::fabs(py) - 5.2f) - 1.8f));
-  return std::max(smoothStep(0.35f, 0.85f, spiral), leaf);
+  constexpr float rowHeight = 11, bend = 8.4f, swing = 4.3f;
+  const float row = std::round(y / rowHeight), py = y - row * rowHeight, px = x + 0.5f * bend * row;
+  const float phase = px / bend * pi;
+  const float steep = std::hypot(1.0f, swing * pi / bend * std::cos(phase));
+  const float stem = smoothStep(1.0f, 0.5f, std::fabs(py - swing * std::sin(phase)) / steep);
+  const float cell = std::floor(px / bend);
+  const float odd = std::fmod(std::fabs(cell), 2.0f) < 0.5f ? 1.0f : -1.0f;
+  const float cx = px - (cell + 0.5f) * bend, cy = odd * py - 0.4f;
+  const float radius = std::hypot(cx, cy);
+  const float curl = std::sin(radius * 2.4f - std::atan2(cy, cx)) * smoothStep(3.9f, 3.1f, radius);
+  return std::max(stem, smoothStep(0.35f, 0.85f, curl));
 }
 
 // Where a point of the casket lies in the plane of its wall or slope.
@@ -111,24 +114,41 @@ Colour4 gemAt(const BakePoint& p) {
          Colour4{0.9f, 0.95f, 0.85f} * (0.9f * window) + gradient(acidRamp, 0.3f) * p.light * 0.3f;
 }
 
-// The inside glows; deep down it burns.
+// The lid is quilted in soft pillows with a stud at each crossing of the seams, lit from the hinge.
+Colour4 quiltAt(const BakePoint& p) {
+  const Uv at = planeOf(p.position, p.normal);
+  constexpr float apart = 20;
+  const auto fromMiddle = [](float place) { return place / apart - std::round(place / apart); };
+  const float one = fromMiddle(at.u + at.v), other = fromMiddle(at.u - at.v);
+  const float height = std::cos(pi * one) * std::cos(pi * other);
+  const float slope = std::sin(pi * one) * std::cos(pi * other) - std::cos(pi * one) * std::sin(pi * other);
+  const float away = (p.position.z - lidPivot.z) / (2 * halfDepth);
+  const float light = mix(0.52f, 0.1f, clamp01(away)) * (0.3f + 0.7f * std::sqrt(std::max(0.0f, height))) *
+                      (1 + 0.5f * slope);
+  const float stud =
+      smoothStep(1.3f, 0.7f, apart * std::hypot(0.5f - std::fabs(one), 0.5f - std::fabs(other)));
+  return gradient(acidRamp, light) + gradient(brassRamp, 0.7f * stud * (1 - 0.6f * away));
+}
+
+// A well that burns in the middle of its floor; the light climbs the walls and is lost.
+Colour4 wellAt(const BakePoint& p) {
+  const float swirl = 0.5f + 0.5f * fractal(warp(p.position * 0.07f, 0, 0.8f, 921), 0, 4, 0.55f, 922);
+  const float core = std::exp(-std::pow(p.position.x / 26, 2.0f) - std::pow(p.position.z / 13, 2.0f));
+  const float climb = std::exp(-(p.position.y - floorTop) / 13);
+  const bool floor = p.position.y < floorTop;
+  return gradient(acidRamp, floor ? 0.16f + 0.95f * core * (0.45f + 0.55f * swirl)
+                                  : 0.06f + 0.42f * climb * (0.5f + 0.5f * swirl));
+}
+
+// Deep in the lock: brightest in the middle, so that its edge throws a shadow.
+Colour4 keyholeAt(const BakePoint& p) {
+  const float x = p.position.x - lockPivot.x, y = p.position.y - lockPivot.y;
+  return gradient(acidRamp, 0.12f + 0.9f * std::exp(-x * x / 2.2f - (y - 0.6f) * (y - 0.6f) / 5.5f));
+}
+
 Colour4 insideAt(const BakePoint& p) {
-  const float swirl = 0.5f + 0.5f * fractal(warp(p.position * 0.05f, 0, 0.8f, 921), 0, 4, 0.55f, 922);
-  const float depth = smoothStep(wallTop + 34, floorTop, p.position.y);
-  const float edge = smoothStep(0, 0.5f, p.open);
-  float light = clamp01(0.42f + 0.46f * depth + 0.34f * (swirl - 0.5f)) * (0.75f + 0.25f * edge);
-  // The lid is quilted, a stud at every crossing of the seams.
-  if (p.position.y > lidFoot) {
-    const Uv at = planeOf(p.position, p.normal);
-    constexpr float apart = 13;
-    const auto toSeam = [](float place) {
-      return std::fabs(place / apart - std::round(place / apart)) * apart;
-    };
-    const float one = toSeam(at.u + at.v), other = toSeam(at.u - at.v);
-    light *= 0.35f + 0.65f * smoothStep(0, 3.4f, std::min(one, other));
-    light += 0.45f * smoothStep(1.7f, 1.0f, std::hypot(one, other));
-  }
-  return gradient(acidRamp, light);
+  if (p.position.y > lidFoot) return quiltAt(p);
+  return p.position.z > halfDepth ? keyholeAt(p) : wellAt(p);
 }
 
 Colour4 stoneAt(const BakePoint& p) {
@@ -156,11 +176,11 @@ Colour4 stoneAt(const BakePoint& p) {
 // Far stone: dark, greener towards the depth and the foot.
 Colour4 farStoneAt(const BakePoint& p) {
   const float grain = 0.5f + 0.5f * fractal(p.position * 0.04f, 0, 4, 0.6f, 941);
-  const float mist = smoothStep(220, 0, p.position.y);
-  const float fade = smoothStep(460, 200, p.position.y);
+  const float mist = smoothStep(160, 0, p.position.y);
+  const float fade = smoothStep(640, 200, p.position.y);
   const Colour4 rock = mix(Colour4{0.20f, 0.20f, 0.19f}, Colour4{0.40f, 0.40f, 0.36f}, grain);
-  return (rock * p.light * 0.8f + gradient(acidRamp, 0.16f + 0.12f * mist) * (0.35f + 0.5f * mist)) * fade +
-         ink * 0.8f;
+  return (rock * p.light * 0.62f + gradient(acidRamp, 0.1f + 0.1f * mist) * (0.15f + 0.5f * mist)) * fade +
+         ink * 0.6f;
 }
 
 Colour4 colourAt(const BakePoint& p) {
@@ -259,7 +279,12 @@ Canvas veilPicture(int veil, const Settings& settings) {
     };
     float light = 0;
     switch (veil) {
-      case 0: {  // a haze of light that licks upwards
+      case 0: {  // a burning rim
+        const float d = at(0.008f * wx, 0.016f * wy);
+        light = 1.1f * std::exp(-std::fabs(d) / 2.1f) + 0.2f * std::exp(-std::fabs(d) / 8);
+        break;
+      }
+      case 1: {  // a haze of light that licks upwards
         for (int i = 0; i < 7; ++i) {
           const float rise = static_cast<float>(i) / 7;
           light +=
@@ -269,15 +294,10 @@ Canvas veilPicture(int veil, const Settings& settings) {
         light *= mix(0.25f, 1.0f, smoothStep(-9, 1, at(0, 0)));  // the letters stay dark in it
         break;
       }
-      case 1: {  // the letters, smouldering
+      case 2: {  // the letters, smouldering
         const float d = at(0.004f * wx, 0.008f * wy);
         const float coal = 0.5f + 0.5f * fractal(x * 9 + wx, y * 9 + wy, 0, 4, 0.6f, 962);
         light = smoothStep(0.8f, -1.2f, d) * (0.08f + 0.55f * coal * coal * coal);
-        break;
-      }
-      case 2: {  // a burning rim
-        const float d = at(0.008f * wx, 0.016f * wy);
-        light = 1.1f * std::exp(-std::fabs(d) / 2.1f) + 0.2f * std::exp(-std::fabs(d) / 8);
         break;
       }
       default: {  // strands inside that flow to the right

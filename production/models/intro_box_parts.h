@@ -55,7 +55,7 @@ PaintedAssembly paintedStone(const Assembly& assembly, const Surface& shadowing,
 inline constexpr int veilCount = 4;
 Canvas veilPicture(int veil, const Settings& settings);
 std::vector<Vector> placesAlongTitle(int count);
-inline const Vector titleMiddle(0, 200, 6);
+inline const Vector titleMiddle(0, 228, 6);
 inline constexpr float titleWidth = 250, titleHeight = 125;  // of the veils
 
 }  // namespace vex::reliquary

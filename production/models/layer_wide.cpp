@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "production/geometry/forms.h"
 #include "production/image/filter.h"
@@ -13,10 +15,9 @@ namespace vex {
 
 namespace {
 
-constexpr int strands = 84;
+constexpr int strands = 70;
 constexpr int knots = 7;    // of each strand
-constexpr int pieces = 40;  // along it
-constexpr int sides = 3;
+constexpr int pieces = 80;  // along it
 
 float chance(int strand, int what) {
   return hashUnit(strand, what, 41);
@@ -45,23 +46,42 @@ std::vector<Vector> strandPath(int strand) {
   return smoothPath(path, pieces);
 }
 
-// Along a strand (v) the light comes and goes; both ends are dark.
+// Two bands that cross in the strand, so that it is a thread of light from all sides; `half` is half their
+// width on the way along it, in units at 150 from the middle, and as much more as it is farther away.
+Surface thread(const std::vector<Vector>& path, const std::function<float(float t)>& half) {
+  Surface both;
+  for (const bool upright : {false, true})
+    append(both, sheet(1, static_cast<int>(path.size()) - 1, [&](float s, float t) {
+             const auto last = static_cast<int>(path.size()) - 1;
+             const int i = static_cast<int>(std::lround(t * static_cast<float>(last)));
+             const Vector p = path[static_cast<std::size_t>(i)];
+             const Vector along = path[static_cast<std::size_t>(std::min(i + 1, last))] -
+                                  path[static_cast<std::size_t>(std::max(i - 1, 0))];
+             const Vector across = unit(cross(along, p));
+             return p + (upright ? unit(cross(along, across)) : across) *
+                            ((2 * s - 1) * half(t) * p.length() / 150);
+           }));
+  return both;
+}
+
+// Along a strand (v) the light comes and goes; both ends are dark. Across (u) it has a core and a glow.
 Canvas strandPicture(const Settings& settings) {
   const int side = settings.side(256);
-  return paint(side / 2, side, [](float u, float v) {
-    const float pulse = 0.5f + 0.5f * fractal(std::cos(u * 2 * pi) * 0.4f, v * 9, 0, 3, 0.55f, 61);
+  return paint(side / 4, side, [](float u, float v) {
+    const float x = 2 * u - 1;
+    const float across = 0.7f * std::exp(-x * x * 26) + 0.3f * std::pow(clamp01(1 - x * x), 3.0f);
+    const float pulse = 0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61);
     const float ends = smoothStep(0.01f, 0.2f, v) * smoothStep(0.99f, 0.8f, v);
-    return gradient(boneRamp, ends * (0.3f + 0.7f * pulse * pulse));
+    return gradient(boneRamp, 1.4f * across * ends * (0.35f + 0.65f * pulse * pulse));
   });
 }
 
 Model layerWide(const Settings& settings) {
   Surface all;
   for (int strand = 0; strand < strands; ++strand) {
-    const float thick = 0.45f + 2.4f * chance(strand, 5) * chance(strand, 6) * chance(strand, 7);
-    append(all, tube(
-                    strandPath(strand), sides,
-                    [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }, TubeEnd::point));
+    const float thick = 2 + 5 * chance(strand, 5) * chance(strand, 6) * chance(strand, 7);
+    append(all,
+           thread(strandPath(strand), [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }));
   }
 
   Stage stage;

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "production/movements/words.h"
 
 namespace vex {
@@ -10,9 +12,13 @@ namespace {
 
 // How the reliquary stands: 0 shut, 1 open or wide.
 struct Pose {
-  Curve lock = 0;   // half a turn
-  Curve lid = 0;    // upright
-  Curve light = 0;  // that stands in it and falls on what lies around
+  Curve lock = 0;     // half a turn
+  Curve lid = 0;      // upright
+  Curve light = 0;    // that fills it and falls on what lies around
+  Curve beam = 0;     // that stands above it
+  Curve seam = 0;     // light under the lid
+  Curve dusk = 0;     // behind the title
+  Curve keyhole = 0;  // open: shows what is drawn before the scene
 };
 
 ScriptCall boxCall(const char* function, std::vector<ScriptParameter> parameters = {}) {
@@ -49,36 +55,49 @@ ScriptCall draw(const Veils& veils) {
 }
 
 // Shots lie one behind the other on the camera's flight, each with a stretch before it.
-enum Shot { fence, steps, arcade, lock, seam, crane, titleWide, titleNear, above };
-constexpr double shotEvery = 50 / 30.0, shotLead = 5 / 30.0, shotLength = 35 / 30.0;  // seconds of the flight
+enum Shot { fence, steps, arcade, lock, keyhole, seam, crane, titleWide, titleNear, above };
+constexpr double shotEvery = 45 / 30.0, shotLead = 5 / 30.0, shotLength = 30 / 30.0;  // seconds of the flight
 
 void addShot(Show& show, const char* name, double fromBar, double bars, Shot shot, const Pose& stands,
              std::vector<ScriptCall> more = {}) {
-  std::vector<ScriptCall> calls{pose("lock", stands.lock), pose("top", stands.lid),
-                                pose("shafts", stands.light), pose("pool01", stands.light),
-                                pose("pool02", stands.light)};
+  std::vector<ScriptCall> calls{
+      pose("lock", stands.lock),    pose("top", stands.lid),    pose("pool01", stands.light),
+      pose("pool02", stands.light), pose("mist", stands.light), pose("shafts", stands.beam),
+      pose("seam", stands.seam),    pose("dusk", stands.dusk),  pose("keyhole", stands.keyhole)};
   calls.insert(calls.end(), more.begin(), more.end());
   calls.push_back(boxCall("animate"));
   show.part(name, fromBar, bars, backdrop, std::move(calls), static_cast<int>(shot) * shotEvery + shotLead,
             shotLength / cueSeconds(bars));
 }
 
-// A cloudy night behind the choir.
+// One light behind the choir: in each shot it burns in another window, and barely behind the title.
 void addNight(Show& show) {
   const double length = barOf("shut") - boxBar;
   const auto beat = [](std::string_view cue) { return (barOf(cue) - boxBar) * beatsPerBar; };
-  // Bright behind what is dark, dark behind the burning title.
+  const double steps = beat("pulse"), seam = beat("build"), crane = beat("lid"), title = beat("layer 1"),
+               cut = 0.001;
   show.add("night", boxBar, length, ground, Fade{},
            Bitmap{.texture = "sky_acid",
-                  .at = covering(1.2, swing(96, -0.15, 0.15)),
-                  .alpha = line({{0, 0.9}, {beat("lid"), 0.8}, {beat("layer 1"), 0.3}, {partEnd, 0.35}})});
+                  .at = covering(1.6,
+                                 line({{0, 0.3},
+                                       {steps, 0.25},
+                                       {steps + cut, 0.5},
+                                       {seam, 0.55},
+                                       {seam + cut, 0.42},
+                                       {crane, 0.48},
+                                       {crane + cut, 0.4},
+                                       {title, 0.2},
+                                       {title + cut, 0},
+                                       {partEnd, 0}}),
+                                 -0.1),
+                  .alpha = line({{0, 1}, {title - 4, 1}, {title, 0.12}, {partEnd, 0.12}})});
   // Fumes drift through all of it.
   show.add("fumes", boxBar, barOf("lid") - boxBar, smoke,
            Waves{.texture = "smoke_acid",
                  .at = covering(1.4, swing(24, -0.25, 0.25), 0.3),
                  .speed = 1.1,
                  .amplitude = 0.04,
-                 .alpha = fade(4, 0, 0.2),
+                 .alpha = fade(4, 0, 0.1),
                  .blend = Blend::add});
 }
 
@@ -86,58 +105,106 @@ void addNight(Show& show) {
 void addReliquary(Show& show) {
   const double start = boxBar, near = barOf("pulse");
   addShot(show, "through the fence", start, 2, fence, {});
-  show.add("light from the left", start, 2, haze,
-           Bitmap{.texture = "haze_acid",
-                  .at = centred(slide(-0.8, -0.4), -0.35, 2.4, 1.2),
-                  .alpha = flashes(everyBeat, 0.8, 0.4),
+  show.add("heart in the lock", start, 2, haze,
+           Bitmap{.texture = "light2",
+                  .at = centred(-0.06, 0.14, 0.34),
+                  .alpha = flashes(everyBeat, 0.6, 0.1),
                   .blend = Blend::add});
   addShot(show, "before the steps", near, 1, steps, {});
   addShot(show, "along the arcade", near + 1, 1, arcade, {});
   show.add("light on brass", near, 2, haze,
            Bitmap{.texture = "haze_acid",
                   .at = centred(slide(-0.9, 0.9), -0.2, 2.6, 1.5),
-                  .alpha = flashes(everyBeat, 0.7, 0.25),
+                  .alpha = flashes(everyBeat, 0.5, 0.12),
                   .blend = Blend::add});
 }
 
-// Clockwork: the lock turns tick by tick, gives way with the bolt and runs on.
+// Clockwork: the lock turns tick by tick and gives way with the bolt.
 void addLock(Show& show) {
   const double start = barOf("lock");
-  addShot(show, "the lock turns", start, 2, lock,
-          {.lock = line({{0, 0},      {0.2, 0.07}, {0.3, 0.06}, {1, 0.06},   {1.2, 0.13}, {1.3, 0.12},
-                         {2, 0.12},   {2.3, 0.53}, {2.5, 0.50}, {4, 0.50},   {4.2, 0.57}, {4.3, 0.56},
-                         {5, 0.56},   {5.2, 0.63}, {5.3, 0.62}, {6, 0.62},   {6.2, 0.69}, {6.3, 0.68},
-                         {6.5, 0.68}, {6.6, 0.72}, {7, 0.72},   {7.1, 0.76}, {7.5, 0.76}, {7.6, 0.80}})});
-  show.add("light in the lock", start, 2, haze,
-           Bitmap{.texture = "rays_acid",
-                  .at = centred(travel(-0.1, 0.05, 8), 0, zoom(1.0, 2.2, 8)),
-                  .alpha = flashes({2, 4, 5, 6, 6.5, 7, 7.5}, 0.55, 0.0),
+  addShot(show, "the lock turns", start, 1, lock,
+          {.lock = line({{0, 0},
+                         {0.2, 0.07},
+                         {0.3, 0.06},
+                         {1, 0.06},
+                         {1.2, 0.13},
+                         {1.3, 0.12},
+                         {2, 0.12},
+                         {2.3, 0.53},
+                         {2.5, 0.50}})});
+  show.add("light in the lock", start, 1, haze,
+           Bitmap{.texture = "light2",
+                  .at = centred(travel(-0.08, 0, 4), 0, zoom(0.7, 1.1, 4)),
+                  .alpha = flashes({0, 1, 2, 2.3}, 0.5, 0.16),
                   .blend = Blend::add});
-  show.add("current", start, 2, smoke + 1,
+  show.add("current", start, 1, smoke + 1,
            Waves{.texture = "threads_acid",
                  .at = covering(1.25),
                  .speed = 2.2,
                  .amplitude = 0.05,
-                 .alpha = flashes({2, 4, 5, 6, 7}, 0.55, 0.0),
+                 .alpha = flashes({2, 3}, 0.55, 0.0),
                  .blend = Blend::add});
+}
+
+// Through the keyhole something looks out, blinks, and is too near. Around it the lock runs on.
+void addEyeInLock(Show& show) {
+  const double start = barOf("lock") + 1;
+  const auto looks = [&](double from, double to, int first, int last, double nearer = 1) {
+    const auto size = [](double beat) { return 0.55 * std::pow(2.2, beat / 4); };
+    const double beats = to - from, fps = (last - first + 0.95) / (beats * secondsPerBeat);
+    show.add("an eye in the lock", start + from / beatsPerBar, beats / beatsPerBar, backdrop - 1, Fade{},
+             Movie{.base = "eye",
+                   .at = centred(0.02, 0.02, zoom(2 * size(from), 2 * size(to) * nearer, beats), 1),
+                   .first = first,
+                   .last = last,
+                   .fps = fps});
+  };
+  looks(0, 1, 1, 6);
+  looks(1, 2, 7, 13);
+  looks(2, 2.2, 4, 5);
+  looks(2.2, 3, 13, 13);
+  looks(3, 4, 13, 13, 3);
+  addShot(show, "into the lock", start, 1, keyhole,
+          {.lock = line({{0, 0.50},
+                         {0.2, 0.57},
+                         {0.3, 0.56},
+                         {1, 0.56},
+                         {1.2, 0.63},
+                         {1.3, 0.62},
+                         {2, 0.62},
+                         {2.2, 0.69},
+                         {2.3, 0.68},
+                         {2.5, 0.68},
+                         {2.6, 0.72},
+                         {3, 0.72},
+                         {3.1, 0.76},
+                         {3.5, 0.76},
+                         {3.6, 0.80}}),
+           .keyhole = 0.999});
+  show.add("light around the eye", start, 1, haze,
+           Bitmap{.texture = "light2",
+                  .at = centred(0, 0, zoom(1.2, 2.6, 4)),
+                  .alpha = flashes({0, 1, 2, 2.5, 3, 3.5}, 0.35, 0.08),
+                  .blend = Blend::add});
 }
 
 // The lid strains against its hinges, a stroke each beat, then two.
 void addBuild(Show& show) {
   const double start = barOf("build"), hold = barOf("hold"), length = hold - start;
-  std::vector<CurveDot> lid{{0, 0}}, light{{0, 0}};
+  std::vector<CurveDot> lid{{0, 0}}, light{{0, 0}}, seamLight{{0, 0.1}};
   double level = 0.05;
   for (const double beat : {0.0, 1.0, 2.0, 3.0, 4.0, 4.5, 5.0, 5.5, 6.0, 6.25, 6.5}) {
-    lid.insert(lid.end(), {{beat + 0.02, 0.004}, {beat + 0.07, 0.4 * level + 0.012}, {beat + 0.22, 0.006}});
-    light.insert(light.end(), {{beat + 0.02, level * 0.5}, {beat + 0.07, level}, {beat + 0.22, level * 0.5}});
+    lid.insert(lid.end(), {{beat + 0.02, 0.004}, {beat + 0.16, 0.4 * level + 0.012}, {beat + 0.24, 0.006}});
+    light.insert(light.end(), {{beat + 0.02, level * 0.5}, {beat + 0.16, level}, {beat + 0.24, level * 0.5}});
+    seamLight.insert(seamLight.end(), {{beat + 0.02, 0.2}, {beat + 0.16, 0.95}, {beat + 0.24, 0.3}});
     level += 0.012;
   }
   addShot(show, "the lid strains", start, length, seam,
-          {.lock = 0.8, .lid = line(lid), .light = line(light)});
+          {.lock = 0.8, .lid = line(lid), .light = line(light), .seam = line(seamLight)});
   show.add("light behind", start, length, haze,
            Bitmap{.texture = "rays_acid",
                   .at = centred(0.05, 0.0, zoom(1.6, 4.0, length * beatsPerBar)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5}, 0.8, 0.1),
+                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5}, 0.4, 0.05),
                   .blend = Blend::add});
   show.add("current rises", start, length, smoke + 1,
            Waves{.texture = "threads_acid",
@@ -146,8 +213,6 @@ void addBuild(Show& show) {
                  .amplitude = 0.06,
                  .alpha = slide(0, 0.5),
                  .blend = Blend::add});
-  const double doubles = barOf("build doubles");
-  show.add("vexing", doubles, hold - doubles, title, glitching(vex(ing, zoom(0.9, 1.4, 3)), 0.45, 3, 1.18));
   show.add("hold", hold, barOf("lid") - hold, title, Fade{},
            Movie{.base = "eye", .at = covering(zoom(2.2, 2.35, 1)), .first = 13, .last = 13});
 }
@@ -168,20 +233,22 @@ void addLid(Show& show) {
                           {5.6, 0.99},
                           {6.2, 0.95},
                           {partEnd, 0.96}}),
-           .light = line({{0, 0.12}, {0.3, 0.4}, {2, 0.4}, {5, 1}, {partEnd, 1}})},
+           .light = line({{0, 0.12}, {0.3, 0.4}, {2, 0.4}, {5, 0.999}, {partEnd, 0.999}}),
+           .beam = line({{0, 0.1}, {0.3, 0.35}, {2, 0.4}, {5, 0.999}, {6, 0.9}, {partEnd, 0.5}}),
+           .dusk = line({{0, 0}, {5, 0}, {partEnd, 0.999}})},
           {particles(line({{0, 60}, {3, 150}, {partEnd, 180}})),
            smokeAlongTitle(line({{0, 0}, {3.5, 0}, {partEnd, 0.55}})), draw(veils)});
   show.add("light pours", start, 2, haze,
            Bitmap{.texture = "rays_acid",
-                  .at = centred(0, travel(0.05, 0.16, 8), zoom(1.6, 3.8, 8)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 5, 6, 7}, 0.8, 0.35),
+                  .at = centred(0, travel(0.05, 0.16, 8), zoom(3.2, 5, 8)),
+                  .alpha = flashes({0, 1, 2, 3, 4, 5, 6, 7}, 0.5, 0.15),
                   .blend = Blend::add});
   show.add("smoke pours", start, 2, smoke,
            Waves{.texture = "smoke_acid",
-                 .at = {-1.3, slide(0.2, -1.2), 2.6, slide(0.9, 2.4)},
+                 .at = covering(1.4, 0, slide(0.3, -0.3)),
                  .speed = 2.4,
                  .amplitude = 0.06,
-                 .alpha = slide(0.1, 0.45),
+                 .alpha = slide(0.06, 0.35),
                  .blend = Blend::add});
   show.add("sparks pour", start + 0.5, 1.5, smoke + 1,
            Noise{.texture = "sparks_acid", .speedX = 0.02, .speedY = 0.16, .alpha = fade(2, 0, 0.5)});
@@ -197,11 +264,25 @@ void addLayers(Show& show) {
   wide.opacity[0] = strike(0, 0.85);
   wide.opacity[1] = strike(4, 0.8);
   for (int i = 0; i < 2; ++i) wide.seconds[i] = slide(1.1 + 0.15 * i, 2.3 + 0.15 * i);
-  const Pose open{.lock = 0.8, .lid = swing(4, 0.94, 0.97), .light = swing(2, 0.9, 1)};
+  // Its smoke comes in jerks, on the off-beats.
+  std::vector<CurveDot> arriving{{0, 0.55}};
+  for (double beat = 0.5; beat < 8; ++beat) {
+    const double level = 0.55 + 0.45 * beat / 7.5;
+    arriving.insert(arriving.end(), {{beat, level - 0.06}, {beat + 0.05, level}});
+  }
+  const Pose open{.lock = 0.8,
+                  .lid = swing(4, 0.97, 0.995),
+                  .light = swing(2, 0.9, 0.999),
+                  .beam = swing(2, 0.36, 0.42),
+                  .dusk = 0.999};
   addShot(show, "title in the smoke", start, 2, titleWide, open,
-          {particles(160), smokeAlongTitle(slide(0.55, 1)), draw(wide)});
+          {particles(160), smokeAlongTitle(line(arriving)), draw(wide)});
   Veils all;
-  all.opacity[0] = 0.7, all.opacity[1] = 0.8;
+  // With the last stroke all of it is white-hot.
+  const auto glow = [](double rest) {
+    return line({{0, rest}, {4, rest}, {4.03, 1}, {5, rest}, {partEnd, rest}});
+  };
+  all.opacity[0] = glow(0.8), all.opacity[1] = glow(0.5);
   all.opacity[2] = strike(0, 0.85);
   all.opacity[3] = strike(4, 0.9);
   for (int i = 0; i < 4; ++i)
@@ -210,17 +291,20 @@ void addLayers(Show& show) {
   show.add("burning edge", start, 4, haze,
            Bitmap{.texture = "rays_acid",
                   .at = centred(0, -0.15, swing(8, 1.7, 2.3), 2.2),
-                  .alpha = flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.4, 0.1),
+                  .alpha = flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.3, 0.06),
                   .blend = Blend::add});
-  const Logo word = glitching(vex(ed, zoom(0.85, 1.0, 4), 0, 0.5), flashes({0, 2, 3, 3.5}, 0.8, 0.02), 4,
-                              swing(4, 1.06, 1.2));
-  show.add("echoes", barOf("layer 4"), 1, title, shadeBehind(word), word);
+  show.add("flies apart", near + 7.4 / beatsPerBar, 0.6 / beatsPerBar, flash,
+           Fade{0.98, 1, 0.85, line({{0, 0.85}, {0.15, 0.1}, {partEnd, 0}})},
+           Bitmap{.texture = "rays_acid",
+                  .at = centred(0, -0.15, slide(2, 5), 1.6),
+                  .alpha = slide(0.9, 0),
+                  .blend = Blend::add});
   show.add("thick smoke", start, 4, smoke,
            Waves{.texture = "smoke_acid",
                  .at = covering(1.35, 0, swing(16, -0.2, 0.2)),
                  .speed = 2,
                  .amplitude = 0.06,
-                 .alpha = flashes({0, 4, 8, 12}, 0.6, 0.25),
+                 .alpha = flashes({0, 4, 8, 12}, 0.4, 0.12),
                  .blend = Blend::add});
   show.add("flying sparks", start, 4, smoke + 1,
            Noise{.texture = "sparks_acid", .speedX = 0.03, .speedY = 0.12, .alpha = 0.4});
@@ -232,27 +316,30 @@ void addBackwards(Show& show) {
   show.part("smoke sinks", start, length, backdrop - 1, {boxCall("reverseSmoke")});
   Veils veils;
   for (int i = 0; i < 4; ++i) {
-    veils.opacity[i] = line({{0, 1}, {4, 0.8}, {6.2 - 0.3 * i, 0}, {partEnd, 0}});
-    veils.seconds[i] = line({{0, 4.4 - 0.2 * i}, {0.5, 3}, {2.5, 1.3}, {6.2 - 0.3 * i, 0}, {partEnd, 0}});
+    const double gone = 4.3 - 0.2 * i;  // before the lid comes down on them
+    veils.opacity[i] = line({{0, 1}, {3, 0.8}, {gone, 0}, {partEnd, 0}});
+    veils.seconds[i] = line({{0, 4.4 - 0.2 * i}, {0.5, 3}, {2.2, 1.2}, {gone, 0}, {partEnd, 0}});
   }
   addShot(show, "into the box", start, length, above,
           {.lock = line({{0, 0.8}, {4, 0.8}, {4.3, 0.55}, {5, 0.55}, {5.3, 0.3}, {6, 0.3}, {6.3, 0}}),
            .lid = line(
                {{0, 0.96}, {1, 0.9}, {2.2, 0.86}, {4.5, 0.5}, {6.2, 0.04}, {6.4, 0}, {6.5, 0.02}, {6.6, 0}}),
-           .light = line({{0, 1}, {3, 0.8}, {6.2, 0.06}, {6.4, 0}})},
+           .light = line({{0, 0.999}, {3, 0.8}, {6.2, 0.06}, {6.4, 0}}),
+           .beam = line({{0, 0.4}, {3, 0.3}, {6, 0}}),
+           .dusk = line({{0, 0.999}, {3, 0}})},
           {draw(veils)});
   show.part("smoke returns", start, length, smoke,
             {screen::draw(Waves{.texture = "smoke_acid",
-                                .at = {-1.3, slide(-1.2, 0.35), 2.6, slide(2.4, 0.7)},
+                                .at = covering(1.4, 0, slide(-0.3, 0.3)),
                                 .speed = 2.4,
                                 .amplitude = 0.06,
-                                .alpha = slide(0.5, 0.05),
+                                .alpha = slide(0.35, 0.04),
                                 .blend = Blend::add})},
             0, -1);
-  show.add("light returns", start, length, haze,
+  show.add("light returns", start, 6.2 / beatsPerBar, haze,
            Bitmap{.texture = "rays_acid",
-                  .at = centred(travel(-0.1, 0, 7), 0.1, zoom(3.6, 0.5, 7)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75}, 0.8, 0.25),
+                  .at = centred(travel(-0.1, 0, 6.2), 0.1, zoom(3.6, 0.5, 6.2)),
+                  .alpha = line({{0, 0.45}, {4.5, 0.3}, {partEnd, 0}}),
                   .blend = Blend::add});
   show.add("shut", shut, alienBar - shut, ground, Fade{});
   show.add("last spark", shut, alienBar - shut, subject,
@@ -268,6 +355,7 @@ void addBox(Show& show) {
   addNight(show);
   addReliquary(show);
   addLock(show);
+  addEyeInLock(show);
   addBuild(show);
   addLid(show);
   addLayers(show);

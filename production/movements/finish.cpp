@@ -69,7 +69,7 @@ void addFinish(Show& show) {
   addFlashes(show, acid,
              {{"box", orb, -0.05, 0.0, 0.8},
               {"pulse", streak, 0, 0},
-              {"lock", orb, 0, 0, 0.7},
+              {"lock", orb, -0.09, 0, 0.7},
               {"bolt", rays, 0, 0, 0.8},
               {"build", streak, 0, 0},
               {"lid", rays, 0, 0.1, 1.1},
@@ -100,7 +100,7 @@ void addFinish(Show& show) {
   // The film's finish ends where the party begins.
   const double film = outroBar;
   show.add("dust", prologueBar, boxBar, grain - 1,
-           Noise{.texture = "dust", .jitterX = 1, .jitterY = 1, .alpha = 0.5, .flicker = 0.3});
+           Noise{.texture = "dust", .jitterX = 1, .jitterY = 1, .alpha = 0.3, .flicker = 0.2});
   show.add("grain", 0, film, grain,
            Noise{.texture = "grain", .jitterX = 1, .jitterY = 1, .alpha = 0.17, .blend = Blend::add});
   show.add("vignette", 0, film, vignette,

@@ -6,19 +6,22 @@ using namespace screen;
 
 // Black, grain, filaments, two names in haze, and the eye.
 void addPrologue(Show& show) {
+  // Widths: from the far motif on the layers part.
+  const Curve spires = spline({{0, 2.3}, {12, 2.65}, {partEnd, 3.5}}),
+              brambles = spline({{0, 2.3}, {16, 2.8}, {partEnd, 4.4}});
   show.add("black", 0, 8, ground, Fade{});
   show.add("night", 0, 6, backdrop,
-           Bitmap{.texture = "sky_bone", .at = covering(slide(1.02, 1.3)), .alpha = fade(10, 3)});
+           Bitmap{.texture = "sky_bone",
+                  .at = covering(spline({{0, 1.02}, {16, 1.25}, {partEnd, 1.65}})),
+                  .alpha = fade(10, 0)});
   show.add("far lightning", 1, 1, far - 1,
            Bitmap{.texture = "haze_bone",
                   .at = centred(-0.3, 0.25, 1.7, 2.4),
                   .alpha = line({{0, 0.9}, {0.2, 0.35}, {0.35, 0.7}, {1.6, 0}, {partEnd, 0}}),
                   .blend = Blend::add});
-  show.add("far town", 1, 5, far,
-           Bitmap{.texture = "spires_bone",
-                  .at = {slide(-1.15, -1.5), slide(-0.02, -0.2), slide(2.3, 2.8), slide(1.0, 1.2)},
-                  // The lightning shows it before it comes out of the dark.
-                  .alpha = line({{0, 1}, {0.7, 0.2}, {8, 1}, {-2, 1}, {partEnd, 0}})});
+  show.add(
+      "far town", 1, 5, far,
+      Bitmap{.texture = "spires_bone", .at = {spires * -0.5, spires * -0.43 + 1, spires, spires * 0.43}});
   show.add("heartbeats", 0, 6, haze,
            Bitmap{.texture = "haze_bone",
                   .at = centred(swing(19, -0.15, 0.15), swing(13, -0.05, 0.12), 2.6, 1.7),
@@ -26,12 +29,20 @@ void addPrologue(Show& show) {
                   .blend = Blend::add});
   show.add("thorns", 0, 6, front,
            Bitmap{.texture = "thorn_bone",
-                  .at = {slide(-1.15, -1.6), slide(0.42, 0.2), slide(2.3, 3.2), slide(0.8, 1.1)},
-                  .alpha = fade(12, 0)});
+                  // They grow from below the picture.
+                  .at = {brambles * -0.5, spline({{0, 1}, {4, 0.95}, {11, 0.42}, {16, 0.36}, {partEnd, 0.1}}),
+                         brambles, brambles * 0.35}});
   // They come out of the dark before the names, and still lie on the lid when the eye opens.
   show.add("filaments", 0, 7.875, smoke,
-           Filaments{.alpha = line(
-                         {{0, 0}, {8, 0.55}, {16, 0.9}, {23, 0.9}, {24, 0.3}, {25.5, 0.12}, {partEnd, 0.04}}),
+           Filaments{.alpha = line({{0, 0},
+                                    {6, 0.8},
+                                    {8, 0.35},
+                                    {16, 0.35},
+                                    {17, 0.9},
+                                    {23, 0.9},
+                                    {24, 0.3},
+                                    {25.5, 0.12},
+                                    {partEnd, 0.04}}),
                      .across = 0.21,
                      .up = 0.13,
                      .depth = 0.17});
@@ -70,7 +81,8 @@ void addPrologue(Show& show) {
                 {{0, 0}, {0.4, 0.8}, {0.6, 0.3}, {1, 1}, {1.9, 0.9}, {2, 0.45}, {2.2, 1}, {partEnd, 1}})});
   show.add(
       "eye opens", 7, 0.875, subject,
-      Movie{.base = "eye", .at = covering(zoom(1.06, 1.3, 3.5), 0, 0.02), .first = 6, .last = 13, .fps = 5});
+      Movie{
+          .base = "eye", .at = covering(zoom(1.06, 1.3, 3.5), 0, 0.02), .first = 6, .last = 13, .fps = 4.85});
 }
 
 }  // namespace vex

@@ -28,7 +28,7 @@ Canvas dust(const Settings& settings) {
   const Field dirt = paintSmooth(side, side, 2, [](float u, float v) {
     const NoiseCell speck = cellularNoise(u * 24, v * 24, 24, 8);
     const float specks =
-        speck.id > 0.86f ? coverage(speck.nearest - 0.09f * (speck.id - 0.85f) * 6, 0.06f) : 0.0f;
+        speck.id > 0.93f ? coverage(speck.nearest - 1.3f * (speck.id - 0.925f), 0.05f) : 0.0f;
     const float bend = 0.012f * fractal(0.5f, v * 3, 3, 3, 0.5f, 30);
     float hairs = 0;
     for (int i = 0; i < 5; ++i) {
@@ -37,10 +37,7 @@ Canvas dust(const Settings& settings) {
       const float breaks = smoothStep(0.45f, 0.6f, valueNoise(v * 6, static_cast<float>(i) * 7.3f, 6, 32));
       hairs += 0.5f * hashUnit(i, 2, 31) * breaks * coverage(across - 0.0006f, 0.0025f);
     }
-    const float curl = std::fabs(gradientNoise(u * 5, v * 5, 5, 33)) +
-                       2.2f * smoothStep(0.32f, 0.22f, valueNoise(u * 7, v * 7, 7, 34)) * 0;
-    const float patch = smoothStep(0.8f, 0.86f, valueNoise(u * 9, v * 9, 9, 35));
-    return clamp01(specks + hairs + 0.6f * patch * coverage(curl - 0.01f, 0.03f));
+    return clamp01(specks + hairs);
   });
   return map(dirt, [](float value) { return gradient(boneRamp, value * 0.8f); });
 }

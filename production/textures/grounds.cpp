@@ -37,7 +37,7 @@ Canvas sky(const Settings& settings, const GroundLook& look) {
 Products groundPictures() {
   static const GroundLook looks[] = {
       {boneHue, 0.5f, 0.62f, 0.46f, 0.125f, 0.34f, 1.15f, 400},
-      {acidHue, 0.5f, 0.52f, 0.40f, 0.13f, 0.55f, 1.1f, 410},
+      {acidHue, 0.5f, 0.52f, 0.21f, 0.05f, 0.8f, 0.9f, 410},
       {emberHue, 0.5f, 0.60f, 0.45f, 0.16f, 0.62f, 1.2f, 430},
       {tealHue, 0.5f, 0.50f, 0.36f, 0.08f, 0.44f, 1.1f, 440},
   };

@@ -15,16 +15,25 @@ float angular(float angle, float count, float r, std::uint32_t seed) {
   return valueNoise(angle / (2 * pi) * count + count, r, static_cast<int>(count), seed);
 }
 
-// Shafts from the middle, as through a broken window; additive, empty at the borders.
-Canvas rays(const Settings& settings, const Hue& hue) {
+// Shafts from the middle, as through a broken window, about a spark; additive, empty at the borders.
+Canvas raysAbout(float spark, const Settings& settings, const Hue& hue) {
   const int side = settings.side(512);
   return paint(side, side, [&](float u, float v) {
     const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y), angle = std::atan2(y, x);
     const float broad = angular(angle, 22, r * 0.7f, 150), fine = angular(angle, 90, r * 1.2f, 151);
     const float shaft = smoothStep(0.35f, 0.95f, 0.68f * broad + 0.42f * fine);
     const float fall = std::pow(clamp01(1 - r / 0.97f), 1.6f);
-    return gradient(hue.ramp, fall * (0.16f + 0.62f * shaft) + 0.5f * std::exp(-r * r * 70));
+    return gradient(hue.ramp, fall * (0.16f + 0.62f * shaft) + spark * std::exp(-r * r * 70));
   });
+}
+
+Canvas rays(const Settings& settings, const Hue& hue) {
+  return raysAbout(0.5f, settings, hue);
+}
+
+// Of a light that is not seen itself.
+Canvas hiddenRays(const Settings& settings, const Hue& hue) {
+  return raysAbout(0, settings, hue);
 }
 
 // The light around a covered sun: fine streamers; nothing inside the disc. Additive.
@@ -85,7 +94,8 @@ Canvas streak(const Settings& settings, const Hue& hue) {
 Products lightPictures() {
   Products products;
   const HuedPictures additive{"lights", PictureKind::jpeg}, lossless{"lights", PictureKind::bmp};
-  for (const Hue* hue : {&acidHue, &violetHue, &emberHue, &tealHue})
+  products.push_back(additive("rays_", acidHue, 0.7f, hiddenRays));
+  for (const Hue* hue : {&violetHue, &emberHue, &tealHue})
     products.push_back(additive("rays_", *hue, 0.7f, rays));
   products.push_back(additive("corona_", boneHue, 0.8f, corona));
   products.push_back(additive("corona_", emberHue, 0.8f, corona));

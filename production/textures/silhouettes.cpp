@@ -93,7 +93,7 @@ Canvas brambles(const Settings& settings, const Hue& hue) {
     for (const Thorn& thorn : thorns)
       if (std::fabs(thorn.x0 - x) < 0.2f && std::fabs(thorn.y0 - y) < 0.25f)
         nearest = std::min(nearest, taper(x, y, thorn.x0, thorn.y0, thorn.x1, thorn.y1, thorn.r0, thorn.r1));
-    Colour4 colour = backlit(hue.ramp, std::min(0.0f, nearest), 0.0045f, 0.5f);
+    Colour4 colour = backlit(hue.ramp, std::min(0.0f, nearest), 0.0045f, 0.22f);
     colour.a = coverage(nearest, 0.008f) * smoothStep(0.0f, 0.08f, v);
     return colour;
   });
