@@ -123,7 +123,7 @@ Colour4 quiltAt(const BakePoint& p) {
   const float height = std::cos(pi * one) * std::cos(pi * other);
   const float slope = std::sin(pi * one) * std::cos(pi * other) - std::cos(pi * one) * std::sin(pi * other);
   const float away = (p.position.z - lidPivot.z) / (2 * halfDepth);
-  const float light = mix(0.52f, 0.1f, clamp01(away)) * (0.3f + 0.7f * std::sqrt(std::max(0.0f, height))) *
+  const float light = mix(0.72f, 0.12f, clamp01(away)) * (0.3f + 0.7f * std::sqrt(std::max(0.0f, height))) *
                       (1 + 0.5f * slope);
   const float stud =
       smoothStep(1.3f, 0.7f, apart * std::hypot(0.5f - std::fabs(one), 0.5f - std::fabs(other)));
@@ -134,10 +134,10 @@ Colour4 quiltAt(const BakePoint& p) {
 Colour4 wellAt(const BakePoint& p) {
   const float swirl = 0.5f + 0.5f * fractal(warp(p.position * 0.07f, 0, 0.8f, 921), 0, 4, 0.55f, 922);
   const float core = std::exp(-std::pow(p.position.x / 26, 2.0f) - std::pow(p.position.z / 13, 2.0f));
-  const float climb = std::exp(-(p.position.y - floorTop) / 13);
+  const float climb = std::exp(-(p.position.y - floorTop) / 26 - std::pow(p.position.x / 34, 2.0f));
   const bool floor = p.position.y < floorTop;
   return gradient(acidRamp, floor ? 0.16f + 0.95f * core * (0.45f + 0.55f * swirl)
-                                  : 0.06f + 0.42f * climb * (0.5f + 0.5f * swirl));
+                                  : 0.08f + 0.95f * climb * (0.4f + 0.6f * swirl));
 }
 
 // Deep in the lock: brightest in the middle, so that its edge throws a shadow.

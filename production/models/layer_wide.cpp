@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
 
 #include "production/geometry/forms.h"
 #include "production/image/filter.h"
@@ -9,13 +10,14 @@
 #include "production/textures/palette.h"
 
 // Pale filaments all around a camera that sees nearly everything: it moves within about 90 units of the
-// middle and looks out to 175. What is near becomes long sweeping strokes.
+// middle and looks out to 175. What is near becomes long sweeping strokes. Seven of them spell the name,
+// once.
 
 namespace vex {
 
 namespace {
 
-constexpr int strands = 70;
+constexpr int strands = 46;
 constexpr int knots = 7;    // of each strand
 constexpr int pieces = 80;  // along it
 
@@ -46,20 +48,98 @@ std::vector<Vector> strandPath(int strand) {
   return smoothPath(path, pieces);
 }
 
+// --- The name, which some strands spell for the camera at scene time 0 and for no other
+
+struct Letter {
+  float left;                    // on the screen, -1 to 1
+  std::vector<PlanePoint> line;  // in heights of an x, from the foot upwards
+};
+
+const std::vector<PlanePoint> a{{0.8f, 0.72f}, {0.62f, 0.95f}, {0.36f, 1},     {0.1f, 0.82f}, {0, 0.5f},
+                                {0.1f, 0.18f}, {0.36f, 0},     {0.62f, 0.05f}, {0.8f, 0.28f}, {0.8f, 0.62f},
+                                {0.8f, 1},     {0.8f, 0.5f},   {0.8f, 0}};
+const Letter name[] = {
+    {-0.605f,
+     {{0, 1.64f},
+      {0, 1.2f},
+      {0, 0.5f},
+      {0, 0},
+      {0, 0.4f},
+      {0.1f, 0.82f},
+      {0.4f, 1},
+      {0.68f, 0.82f},
+      {0.74f, 0.45f},
+      {0.74f, 0}}},
+    {-0.413f, a},
+    {-0.198f, {{0, 1.64f}, {0, 1.2f}, {0, 0.6f}, {0, 0}}},
+    {-0.084f, {{0, 1}, {0.22f, 0.5f}, {0.42f, 0.02f}, {0.46f, 0.02f}, {0.66f, 0.5f}, {0.88f, 1}}},
+    {0.12f, a},
+    {0.334f,
+     {{0, 1},
+      {0, 0.5f},
+      {0, 0},
+      {0, 0.4f},
+      {0.1f, 0.82f},
+      {0.4f, 1},
+      {0.68f, 0.82f},
+      {0.74f, 0.45f},
+      {0.74f, 0}}},
+    {0.524f,
+     {{0.03f, 0.53f},
+      {0.4f, 0.53f},
+      {0.82f, 0.53f},
+      {0.72f, 0.84f},
+      {0.42f, 1},
+      {0.1f, 0.82f},
+      {0, 0.5f},
+      {0.1f, 0.18f},
+      {0.42f, 0},
+      {0.76f, 0.16f}}},
+};
+
+const Vector nameEye = Vector(std::cos(0.3f), std::sin(0.3f), std::cos(0.3f)) * 50;
+
+// What that camera sees at a place of the screen, `depth` away; x from -1 to 1, y upwards.
+Vector seen(float x, float y, float depth) {
+  const Vector ahead = unit(Vector(100, 0, 100) - nameEye), right = unit(cross(ahead, Vector(0, 1, 0)));
+  const float reach = std::tan(0.375f * 179.95f * pi / 180);
+  return nameEye + (ahead + right * (x * reach * 16 / 9) + cross(right, ahead) * (y * reach)) * depth;
+}
+
+// It comes from above the picture and leaves below.
+std::vector<Vector> letterPath(const Letter& letter, int strand) {
+  constexpr float width = 0.108f, height = 0.177f, foot = -0.057f;
+  const auto at = [&](PlanePoint p, float depth) {
+    return seen(letter.left + p.x * width, foot + p.y * height, depth);
+  };
+  const float lean = chance(strand, 8) - 0.5f;
+  const PlanePoint first = letter.line.front(), last = letter.line.back();
+  std::vector<Vector> path{at({first.x + 5 * lean, first.y + 9}, 150),
+                           at({first.x + lean, first.y + 2.5f}, 80)};
+  for (std::size_t i = 0; i < letter.line.size(); ++i)
+    path.push_back(at(letter.line[i], 44 + 30 * gradientNoise(static_cast<float>(i) * 0.35f,
+                                                              static_cast<float>(strand) + 0.5f, 0, 54)));
+  path.push_back(at({last.x - lean, last.y - 2.5f}, 80));
+  path.push_back(at({last.x - 5 * lean, last.y - 9}, 150));
+  return smoothPath(path, 2 * pieces);
+}
+
 // Two bands that cross in the strand, so that it is a thread of light from all sides; `half` is half their
-// width on the way along it, in units at 150 from the middle, and as much more as it is farther away.
-Surface thread(const std::vector<Vector>& path, const std::function<float(float t)>& half) {
+// width on the way along it, in units at 150 from `eye`, and as much more as it is farther away.
+Surface thread(const std::vector<Vector>& path, const Vector& eye,
+               const std::function<float(float t)>& half) {
+  const auto last = static_cast<int>(path.size()) - 1;
   Surface both;
   for (const bool upright : {false, true})
-    append(both, sheet(1, static_cast<int>(path.size()) - 1, [&](float s, float t) {
-             const auto last = static_cast<int>(path.size()) - 1;
+    append(both, sheet(1, last, [&](float s, float t) {
              const int i = static_cast<int>(std::lround(t * static_cast<float>(last)));
-             const Vector p = path[static_cast<std::size_t>(i)];
+             const Vector gaze = path[static_cast<std::size_t>(i)] - eye;
              const Vector along = path[static_cast<std::size_t>(std::min(i + 1, last))] -
                                   path[static_cast<std::size_t>(std::max(i - 1, 0))];
-             const Vector across = unit(cross(along, p));
-             return p + (upright ? unit(cross(along, across)) : across) *
-                            ((2 * s - 1) * half(t) * p.length() / 150);
+             const Vector across = unit(cross(along, gaze));
+             return eye + gaze +
+                    (upright ? unit(cross(along, across)) : across) *
+                        ((2 * s - 1) * half(t) * gaze.length() / 150);
            }));
   return both;
 }
@@ -72,7 +152,7 @@ Canvas strandPicture(const Settings& settings) {
     const float across = 0.7f * std::exp(-x * x * 26) + 0.3f * std::pow(clamp01(1 - x * x), 3.0f);
     const float pulse = 0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61);
     const float ends = smoothStep(0.01f, 0.2f, v) * smoothStep(0.99f, 0.8f, v);
-    return gradient(boneRamp, 1.4f * across * ends * (0.35f + 0.65f * pulse * pulse));
+    return gradient(boneRamp, 1.4f * across * ends * (0.55f + 0.45f * pulse));
   });
 }
 
@@ -80,9 +160,11 @@ Model layerWide(const Settings& settings) {
   Surface all;
   for (int strand = 0; strand < strands; ++strand) {
     const float thick = 2 + 5 * chance(strand, 5) * chance(strand, 6) * chance(strand, 7);
-    append(all,
-           thread(strandPath(strand), [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }));
+    append(all, thread(strandPath(strand), Vector(0, 0, 0),
+                       [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }));
   }
+  for (int i = 0; i < static_cast<int>(std::size(name)); ++i)
+    append(all, thread(letterPath(name[i], strands + i), nameEye, [](float) { return 4.4f; }));
 
   Stage stage;
   stage.materials = {{.name = "strand",

@@ -184,7 +184,8 @@ void addEyeInLock(Show& show) {
   show.add("light around the eye", start, 1, haze,
            Bitmap{.texture = "light2",
                   .at = centred(0, 0, zoom(1.2, 2.6, 4)),
-                  .alpha = flashes({0, 1, 2, 2.5, 3, 3.5}, 0.35, 0.08),
+                  .alpha = line(
+                      {{0, 0.3}, {0.5, 0.1}, {1, 0.3}, {1.5, 0.08}, {2, 0.25}, {2.5, 0.05}, {partEnd, 0}}),
                   .blend = Blend::add});
 }
 

@@ -32,30 +32,25 @@ void addPrologue(Show& show) {
                   // They grow from below the picture.
                   .at = {brambles * -0.5, spline({{0, 1}, {4, 0.95}, {11, 0.42}, {16, 0.36}, {partEnd, 0.1}}),
                          brambles, brambles * 0.35}});
-  // They come out of the dark before the names, and still lie on the lid when the eye opens.
-  show.add("filaments", 0, 7.875, smoke,
-           Filaments{.alpha = line({{0, 0},
-                                    {6, 0.8},
-                                    {8, 0.35},
-                                    {16, 0.35},
-                                    {17, 0.9},
-                                    {23, 0.9},
-                                    {24, 0.3},
-                                    {25.5, 0.12},
-                                    {partEnd, 0.04}}),
-                     .across = 0.21,
-                     .up = 0.13,
-                     .depth = 0.17});
-  show.add("halvane", 2, 2.25, title,
+  // Out of the dark they run together; for two beats from the first bell they are the name, then they fly
+  // apart, and still lie on the lid when the eye opens.
+  const auto filaments = [&](const char* name, double fromBar, double bars, double start, double speed,
+                             const Curve& alpha) {
+    show.part(name, fromBar, bars, smoke,
+              {screen::draw(Filaments{.alpha = alpha, .across = 0.21, .up = 0.13, .depth = 0.17})}, start,
+              speed);
+  };
+  filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0}, {6, 0.7}, {partEnd, 0.9}}));
+  filaments("filaments are the name", 2, 0.5, 0, 0, line({{0, 1}, {1, 0.9}, {partEnd, 0.8}}));
+  filaments(
+      "filaments part", 2.5, 5.375, 0, 1,
+      line({{0, 0.8}, {2, 0.35}, {6, 0.35}, {7, 0.9}, {13, 0.9}, {14, 0.3}, {15.5, 0.12}, {partEnd, 0.04}}));
+  show.add("halvane", 2.25, 2, title,
            Bitmap{.texture = "halvane1",
-                  .at = centred(0, -0.05, spline({{0, 0.6}, {2, 0.68}, {6, 0.71}, {partEnd, 0.8}}), 4),
+                  .at = centred(0, -0.05, spline({{0, 0.67}, {1, 0.68}, {5, 0.71}, {partEnd, 0.8}}), 4),
                   .frames = 4,
-                  .glitch = flashes({0, 4, 5.5, 8}, 0.9, 0.03),
+                  .glitch = flashes({3, 4.5, 7}, 0.9, 0.03),
                   .alpha = fade(1.5, 1),
-                  .blend = Blend::add},
-           Bitmap{.texture = "halvane1",
-                  .at = centred(0, -0.05, slide(0.62, 1.0), 4),
-                  .alpha = line({{0, 0}, {2, 0.22}, {5, 0.02}, {partEnd, 0}}),
                   .blend = Blend::add});
   show.add("presents", 4.25, 1.75, title,
            Bitmap{.texture = "presents1",

@@ -50,8 +50,9 @@ Colour4 ball(const Pose& pose, float x, float y) {
   const float sphere = std::sqrt(clamp01(1 - (x * x + y * y) / 2.6f));
   if (r > iris) {
     const float veins = smoothStep(0.86f, 0.97f, ridges(x * 2.2f, y * 3.4f, 0, 4, 0.55f, 220)) *
-                        smoothStep(0.55f, 1.25f, std::fabs(x));
-    const Colour4 white = gradient(boneRamp, 0.66f * sphere * sphere);
+                        smoothStep(0.4f, 0.9f, std::fabs(x));
+    const Colour4 white =
+        gradient(boneRamp, 0.56f * sphere * sphere * (0.8f + 0.2f * smoothStep(-0.5f, 0.3f, dy)));
     const float limbus = smoothStep(iris + 0.07f, iris, r);
     return mix(mix(white, Colour4{0.32f, 0.07f, 0.05f}, 0.6f * veins), Colour4{0.015f, 0.03f, 0.02f}, limbus);
   }
@@ -65,8 +66,9 @@ Colour4 ball(const Pose& pose, float x, float y) {
   float value =
       0.30f + 0.5f * fibre * (0.55f + 0.45f * smoothStep(0, 0.35f, out)) + 0.28f * collar - 0.25f * crypts;
   value *= smoothStep(1.02f, 0.72f, out) * smoothStep(-0.02f, 0.09f, out);
-  value *= 0.55f +
-           0.62f * clamp01(0.5f + dy * 0.75f + dx * 0.25f);  // the lens gathers the key light on the far side
+  value *= 1 - 0.35f * std::exp(-(out - 0.62f) * (out - 0.62f) / 0.012f);
+  value *= 0.55f + 0.85f * clamp01(0.42f + dy * 0.85f +
+                                   dx * 0.45f);  // the lens gathers the key light on the far side
   Colour4 colour = gradient(acidRamp, value) +
                    gradient(emberRamp, 0.24f * collar * fibre * smoothStep(-0.02f, 0.09f, out));
   return colour;
@@ -105,25 +107,31 @@ float skinHeight(const Pose& pose, float x, float y) {
 }
 
 float lashes(const Pose& pose, float x, float y) {
+  constexpr int above = 90, below = 20, clump = 3;
   float cover = 0;
-  for (int i = 0; i < 54; ++i) {
-    const bool upper = i < 36;
-    const float place = upper ? static_cast<float>(i) / 35 : static_cast<float>(i - 36) / 17;
-    const float jitter = hashUnit(i, 1, 240) - 0.5f;
-    const float rootX = (place * 2 - 1) * corner * 0.93f + 0.05f * jitter;
+  for (int i = 0; i < above + below; ++i) {
+    const bool upper = i < above;
+    const float place =
+        upper ? static_cast<float>(i) / (above - 1) : static_cast<float>(i - above) / (below - 1);
+    const float rootX = (place * 2 - 1) * corner * 0.93f + 0.04f * (hashUnit(i, 1, 240) - 0.5f);
     const float rootY = upper ? upperLid(pose, rootX) : lowerLid(pose, rootX);
-    if (std::fabs(x - rootX) > 0.42f || std::fabs(y - rootY) > 0.48f) continue;
-    const float length =
-        (upper ? 0.30f : 0.13f) * (0.75f + 0.5f * hashUnit(i, 2, 240)) * (0.55f + 0.45f * lidShape(rootX, 0));
+    if (std::fabs(x - rootX) > 0.5f || std::fabs(y - rootY) > 0.55f) continue;
+    // Those of a clump lean together and nearly meet at their tips; the outer ones are longer.
+    const int group = upper ? i / clump : i;
+    const float lean = hashUnit(group, 3, 240) - 0.5f;
+    const float together = upper ? 0.013f * static_cast<float>(clump / 2 - i % clump) : 0.0f;
+    const float length = (upper ? 0.29f + 0.09f * (rootX / corner) : 0.13f) *
+                         (0.75f + 0.3f * hashUnit(group, 2, 240) + 0.2f * hashUnit(i, 2, 240)) *
+                         (0.55f + 0.45f * lidShape(rootX, 0));
     const float droop = mix(0.9f, -0.62f, smoothStep(0.0f, 0.75f, pose.open));
-    const float endX = rootX + length * (rootX * 0.55f + 0.35f * jitter),
+    const float endX = rootX + together + length * (rootX * 0.55f + 0.35f * lean),
                 endY = rootY + length * (upper ? droop : 0.85f);
     const float bend = upper ? 0.16f * length * (0.4f + 0.6f * lidShape(rootX, 0)) : -0.02f;
     const float midX = (rootX + endX) / 2, midY = (rootY + endY) / 2 + bend;
-    const float thick = upper ? 0.0115f : 0.007f;
+    const float thick = upper ? 0.0085f : 0.006f;
     const float d = std::min(taper(x, y, rootX, rootY, midX, midY, thick, thick * 0.75f),
                              taper(x, y, midX, midY, endX, endY, thick * 0.75f, 0.001f));
-    cover = std::max(cover, coverage(d, 0.014f));
+    cover = std::max(cover, coverage(d, 0.012f));
   }
   return cover;
 }
@@ -153,9 +161,11 @@ Canvas eyeFrame(const Settings& settings, int frame) {
     skin = skin + gradient(boneRamp, 0.5f + 0.3f * sample(light, u, v, EdgeMode::clamp)) * (0.42f * shelf);
     Colour4 colour = skin;
     if (gap < 0.02f) {
-      const float shade = smoothStep(0.0f, 0.30f, y - upper) * 0.85f + 0.15f;  // the upper lid's shadow
+      const float shade =
+          smoothStep(0.0f, 0.40f, y - upper) * 0.88f + 0.12f;  // of the upper lid and its lashes
       const float wet = 0.8f * coverage(std::fabs(y - lower + 0.022f) - 0.006f, 0.014f) *
-                        smoothStep(0.15f, 0.4f, pose.open) * (0.4f + 0.6f * valueNoise(x * 9, 0, 0, 251));
+                        smoothStep(corner, corner - 0.2f, std::fabs(x)) * smoothStep(0.15f, 0.4f, pose.open) *
+                        (0.4f + 0.6f * valueNoise(x * 9, 0, 0, 251));
       Colour4 inner = ball(pose, x, y) * shade +
                       gradient(boneRamp, (0.5f + 0.45f * fractal(x * 5, y * 7, 0, 4, 0.5f, 226) - 0.9f * y) *
                                              reflection(pose, x, y) * smoothStep(0.03f, 0.12f, y - upper)) +
@@ -170,7 +180,7 @@ Canvas eyeFrame(const Settings& settings, int frame) {
     colour = colour * (1 - 0.75f * liner);
     colour = mix(colour, ink * 0.6f, 0.94f * lashes(pose, x, y));
     // Lamp-light only on the eye; the rest sinks into the dark.
-    const float dark = smoothStep(1.0f, 0.3f, std::hypot(x / 2.15f, (y - 0.02f) / 1.3f));
+    const float dark = smoothStep(1.0f, 0.3f, std::hypot((x - 0.12f) / 2.15f, (y - 0.02f) / 1.3f));
     return colour * dark * smoothStep(0.0f, 0.06f, std::min(std::min(u, 1 - u), std::min(v, 1 - v)));
   });
 }

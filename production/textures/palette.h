@@ -17,11 +17,11 @@ using Ramp = std::vector<Colour4>;
 inline const Ramp boneRamp{black,     {0.045f, 0.04f, 0.045f}, {0.19f, 0.165f, 0.15f}, {0.55f, 0.5f, 0.43f},
                            boneWhite, {1, 0.98f, 0.92f}};
 inline const Ramp acidRamp{black,
-                           {0.012f, 0.05f, 0.02f},
-                           {0.07f, 0.24f, 0.04f},
-                           {0.3f, 0.68f, 0.06f},
-                           {0.7f, 0.97f, 0.3f},
-                           {0.96f, 1, 0.82f}};
+                           {0.02f, 0.042f, 0.018f},
+                           {0.11f, 0.2f, 0.045f},
+                           {0.4f, 0.6f, 0.1f},
+                           {0.79f, 0.93f, 0.38f},
+                           {0.98f, 1, 0.85f}};
 inline const Ramp violetRamp{black,
                              {0.04f, 0.02f, 0.075f},
                              {0.2f, 0.04f, 0.24f},
