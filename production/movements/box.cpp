@@ -340,7 +340,7 @@ void addBackwards(Show& show) {
   show.add("light returns", start, 6.2 / beatsPerBar, haze,
            Bitmap{.texture = "rays_acid",
                   .at = centred(travel(-0.1, 0, 6.2), 0.1, zoom(3.6, 0.5, 6.2)),
-                  .alpha = line({{0, 0.45}, {4.5, 0.3}, {partEnd, 0}}),
+                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5}, 0.5, 0.12),
                   .blend = Blend::add});
   show.add("shut", shut, alienBar - shut, ground, Fade{});
   show.add("last spark", shut, alienBar - shut, subject,
