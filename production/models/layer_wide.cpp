@@ -150,7 +150,9 @@ Canvas strandPicture(const Settings& settings) {
   return paint(side / 4, side, [](float u, float v) {
     const float x = 2 * u - 1;
     const float across = 0.7f * std::exp(-x * x * 26) + 0.3f * std::pow(clamp01(1 - x * x), 3.0f);
-    const float pulse = 0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61);
+    const float pulse =
+        std::max(0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61),
+                 smoothStep(0.42f, 0.25f, std::fabs(v - 0.5f)));  // steady where letters may be
     const float ends = smoothStep(0.01f, 0.2f, v) * smoothStep(0.99f, 0.8f, v);
     return gradient(boneRamp, 1.4f * across * ends * (0.55f + 0.45f * pulse));
   });

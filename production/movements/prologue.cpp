@@ -44,7 +44,7 @@ void addPrologue(Show& show) {
   filaments("filaments are the name", 2, 0.5, 0, 0, line({{0, 1}, {1, 0.9}, {partEnd, 0.8}}));
   filaments(
       "filaments part", 2.5, 5.375, 0, 1,
-      line({{0, 0.8}, {2, 0.35}, {6, 0.35}, {7, 0.9}, {13, 0.9}, {14, 0.3}, {15.5, 0.12}, {partEnd, 0.04}}));
+      line({{0, 0.8}, {2, 0.35}, {6, 0.35}, {7, 0.5}, {13, 0.5}, {14, 0.3}, {15.5, 0.12}, {partEnd, 0.04}}));
   show.add("halvane", 2.25, 2, title,
            Bitmap{.texture = "halvane1",
                   .at = centred(0, -0.05, spline({{0, 0.67}, {1, 0.68}, {5, 0.71}, {partEnd, 0.8}}), 4),
