@@ -45,7 +45,7 @@ void addApproach(Show& show) {
   // The lamp behind it strikes on the drop; until then there are eyes and a rim.
   show.add(
       "dark before it", start, 0.5, backdrop,
-      Fade{.alpha = line({{0, 0.2}, {0.25, 0.8}, {0.98, 0.8}, {1, 0.3}, {1.3, 0.6}, {1.98, 0.6}, {2, 0}})});
+      Fade{.alpha = line({{0, 0}, {0.2, 0.55}, {0.98, 0.6}, {1, 0.1}, {1.4, 0.35}, {1.98, 0.4}, {2, 0}})});
   addShot(show, "struck", stab, next - stab, face, 10.4, 0.7);
   addBreath(show, "breath, far", start, next - start, flashes(everyBeat, 0.1, 0.03));
   addStreak(show, "lamp", start, next - start, -0.62, flashes({0, 2, 4, 5, 6.5, 7}, 0.6, 0.05));
@@ -89,7 +89,7 @@ void addBreak(Show& show) {
            {.alpha = flashes({0.5, 1, 1.5}, 0.5, 0.06), .field = zoom(150, 120, 2)}, 4, 1.5);
   addShot(show, "from above", over, next - over, crane, 9, 2.6);
   show.add("vexation", over + 0.25, next - over - 0.25, title,
-           glitching(vex(ation, spline({{0, 0.95}, {0.3, 0.66}, {2, 0.67}, {partEnd, 0.7}}), 0.52, -0.56),
+           glitching(vex(ation, spline({{0, 0.8}, {0.3, 0.56}, {2, 0.57}, {partEnd, 0.6}}), 0.55, -0.57),
                      flashes({0, 1.75, 2.5}, 1, 0), 3, swing(4, 1.04, 1.15)));
 }
 
@@ -165,8 +165,8 @@ void addClimax(Show& show) {
                                {1.49, 0.85},
                                {1.5, 0.1},
                                {1.95, 0.8},
-                               {2, 0.9},
-                               {2.99, 0.94},
+                               {2, 0.8},
+                               {2.99, 0.88},
                                {3, 0.3},
                                {3.25, 0.96}})});
   addShot(show, "it comes", climax, unison - climax, wide, 11.8, 1.4);

@@ -82,13 +82,13 @@ void addFinish(Show& show) {
              {{"alien", orb, -0.1, -0.3, 0.8},
               {"break over", rays, 0.38, -0.2, 0.6, 0.8},
               {"split", streak, 0, 0},
-              {"counter voice", rays, 0, -0.1},
-              {"alien cut 6", orb, 0, -0.1},
+              {"counter voice", rays, 0.27, -0.14, 0.7},
+              {"alien cut 6", orb, -0.12, -0.16, 0.6},
               {"climax", rays, 0.02, -0.5, 1},
-              {"unison", streak, -0.4, -0.24, 1.2},
-              {"unison 2", orb, -0.1, -0.6, 0.7},
+              {"unison", streak, 0.05, -0.1, 1.2},
+              {"unison 2", orb, 0.04, -0.6, 0.7},
               {"unison 3", streak, 0, 0.1, 1.2},
-              {"unison 4", orb, 0.4, 0}});
+              {"unison 4", orb, 0.04, -0.45}});
   addFlashes(show, teal,
              {{"interlude one", rays, 0, -0.1, 1.1},
               {"pad opens", orb, 0, 0, 1.2},
