@@ -89,7 +89,7 @@ std::vector<StageMaterial> materials() {
                       .texture = "fetus_glass",
                       .environment = true,
                       .diffuse = {0.2f, 0.2f, 0.2f},
-                      .ambient = {0.85f, 0.85f, 0.85f},
+                      .ambient = {0.6f, 0.6f, 0.6f},
                       .shine = 0};
   StageMaterial rim = glass;
   rim.name = "rim";

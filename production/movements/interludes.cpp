@@ -199,7 +199,7 @@ void addInterludeTwo(Show& show) {
             {draw(Flare{"flare_normal"}),
              draw(Particles{.count = 90, .spread = slide(20, 50), .speedZ = 30, .scatter = 9})},
             passedTwice);
-  show.add("sparks", start, breath - start, smoke,
+  show.add("sparks", start, breath - start, backdrop + 2,
            Noise{.texture = "sparks_ember", .speedX = 0.015, .speedY = 0.06, .alpha = fade(2, 1, 0.7)});
   show.add("one spark", breath, stroke - breath, smoke,
            Bitmap{.texture = "light6",

@@ -94,17 +94,4 @@ Tiles roseWall(const char* texture, const Curve& height) {
   return {.texture = texture, .at = centred(0, 0, height * 3), .across = 3, .down = 3};
 }
 
-void tunnel(Show& show, const char* texture, double fromBar, double bars, double beats, double aspect,
-            double height) {
-  const int count = static_cast<int>(bars * beatsPerBar / beats);
-  for (int i = 0; i < count; ++i) {
-    const double start = fromBar + i * beats / beatsPerBar;
-    const double length = std::min(2 * beats / beatsPerBar, fromBar + bars - start);
-    show.add("gate", start, length, far - i,
-             Bitmap{.texture = texture,
-                    .at = centred(0, 0, zoom(height, 7, 2 * beats), aspect),
-                    .alpha = fade(0.3, 0)});
-  }
-}
-
 }  // namespace vex

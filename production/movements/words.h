@@ -15,7 +15,7 @@ struct StageCamera;
 enum Track {
   ground = 0,
   backdrop = 10,
-  far = 30,  // a tunnel's gates take the tracks below it
+  far = 30,
   haze = 40,
   subject = 45,
   smoke = 50,
@@ -75,10 +75,6 @@ screen::Bitmap shadeBehind(const screen::Logo& logo, const Curve& x = 0);
 
 // Three by three rose windows, the middle one about the middle of the screen, `height` high.
 screen::Tiles roseWall(const char* texture, const Curve& height);
-
-// A gate flies past every `beats`, `aspect` times as wide as high; it appears `height` high.
-void tunnel(Show& show, const char* texture, double fromBar, double bars, double beats, double aspect = 1,
-            double height = 0.35);
 
 // The movements, in order, and what lies over them all.
 void addPrologue(Show& show);

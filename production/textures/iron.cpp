@@ -85,75 +85,16 @@ Canvas glass(const Settings& settings, const Rose& rose) {
   });
 }
 
-// A ring of tracery with flames outside, black iron, its inner edges lit by what lies beyond. The middle is
-// open.
-Canvas gate(const Settings& settings, const Hue& hue) {
-  const int side = settings.side(512);
-  const float texels = static_cast<float>(side);
-  const auto shape = [](float u, float v) {
-    const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
-    const float r = std::hypot(x, y), angle = std::atan2(y, x);
-    const auto sector = [&](float count, float phase) {
-      const float turn = angle * count / (2 * pi) + phase;
-      return (turn - std::floor(turn) - 0.5f) * 2 * pi / count;
-    };
-    float solid = std::min(std::fabs(r - 0.545f) - 0.022f, std::fabs(r - 0.755f) - 0.020f);
-    solid = std::min(solid, std::fabs(r - 0.50f) - 0.007f);
-    const float a = sector(12, 0.5f);
-    const float px = r * std::cos(a) - 0.655f, py = r * std::sin(a);
-    solid = std::min(solid, std::fabs(quatrefoil(px, py, 0.125f)) - 0.012f);
-    const float b = sector(12, 0);
-    solid = std::min(solid, std::max(std::fabs(r * std::sin(b)) - 0.013f, std::fabs(r - 0.65f) - 0.11f));
-    // Flames: long and short ones by turns.
-    const float turn = sector(24, 0);
-    const float bend = 0.012f * std::sin((r - 0.75f) * 34);
-    const bool longOne = static_cast<int>(std::floor(angle * 24 / (2 * pi) + 48)) % 2 == 0;
-    const float tip = longOne ? 0.965f : 0.87f;
-    const float width = 0.05f * clamp01((tip - r) / (tip - 0.75f));
-    solid =
-        std::min(solid, std::max(std::max(std::fabs(r * std::sin(turn) + bend) - width, 0.75f - r), r - tip));
-    // Cusps into the opening.
-    const float cusp = sector(12, 0.5f);
-    solid = std::min(
-        solid,
-        std::max(std::max(std::fabs(r * std::sin(cusp)) - 0.05f * clamp01((r - 0.40f) / 0.1f), 0.40f - r),
-                 r - 0.5f));
-    return solid;
-  };
-  const Field distance = paint(side, side, shape);
-  const Field heights =
-      blur(map(distance, [&](float d) { return texels * 0.5f * 0.022f * std::sqrt(clamp01(-d / 0.02f)); }),
-           0.8f * texels / 512, EdgeMode::clamp);
-  const Field key = lightRelief(heights, -0.5f, -1, 0.6f, EdgeMode::clamp);
-  Canvas result = paintSmooth(side, side, 2, [&](float u, float v) {
-    const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2, r = std::hypot(x, y) + 0.001f;
-    const float step = 1.0f / texels;
-    const float slopeX =
-        sample(heights, u + step, v, EdgeMode::clamp) - sample(heights, u - step, v, EdgeMode::clamp);
-    const float slopeY =
-        sample(heights, u, v + step, EdgeMode::clamp) - sample(heights, u, v - step, EdgeMode::clamp);
-    const float inward = clamp01((slopeX * x + slopeY * y) / r * 0.55f);
-    const float grit = 0.5f + 0.5f * fractal(u * 40, v * 40, 0, 3, 0.6f, 140);
-    Colour4 colour = gradient(steelRamp, 0.06f + 0.36f * sample(key, u, v, EdgeMode::clamp) * grit) +
-                     gradient(hue.ramp, 1.0f * inward * smoothStep(1.25f, 0.5f, r) * (0.6f + 0.5f * grit));
-    colour.a = coverage(shape(u, v), 0.005f);
-    return colour;
-  });
-  return result;
-}
-
 }  // namespace
 
 Products ironPictures() {
   Products products;
-  const HuedPictures masked{"iron", PictureKind::maskedJpeg};
   products.push_back(picture("glass_ember", PictureKind::jpeg, "iron", 4, [](const Settings& settings) {
-    return glass(settings, {emberRamp, violetRamp, 0.38f, 512, false});
+    return glass(settings, {emberRamp, boneRamp, 0.12f, 512, false});
   }));
   products.push_back(picture("glass_teal", PictureKind::jpeg, "iron", 4, [](const Settings& settings) {
     return glass(settings, {tealRamp, boneRamp, 0.16f, 1024, true});
   }));
-  products.push_back(masked("gate_", emberHue, 4, gate));
   return products;
 }
 

@@ -174,8 +174,7 @@ TEST(Pictures, SpritesEndInBlackAtTheirBorders) {
     const bool lossless = begins("light") || begins("vex0") || begins("end_") || begins("flare_") ||
                           path == "data/vex_substract_mask.bmp" || path == "data/moon_mask.bmp";
     const bool lossy = begins("haze_") || begins("rays_") || begins("corona_") || begins("streak_") ||
-                       begins("halvane") || begins("presents") || path.starts_with("data/gate_ember_mask") ||
-                       begins("eye");
+                       begins("halvane") || begins("presents") || begins("eye");
     if (lossless) {
       EXPECT_EQ(brightestBorder(picture), 0) << path;
     }
