@@ -36,4 +36,17 @@ std::vector<double> kickSeconds() {
   return seconds;
 }
 
+std::vector<PlayedNote> notesOf(std::string_view instrument) {
+  std::vector<PlayedNote> played;
+  const Score score = writeScore(showSections);
+  for (const NoteLine& line : score.notes) {
+    if (line.instrument != instrument) continue;
+    for (const Note& note : readNotes(line))
+      for (const float pitch : note.pitches) played.push_back({cueSeconds(note.bar), pitch});
+  }
+  std::stable_sort(played.begin(), played.end(),
+                   [](const PlayedNote& p, const PlayedNote& q) { return p.seconds < q.seconds; });
+  return played;
+}
+
 }  // namespace vex

@@ -265,4 +265,12 @@ std::string cueLines();
 // Seconds of every kick drum of the show, ascending: where the music ducks, lights can dip too.
 std::vector<double> kickSeconds();
 
+// A note that an instrument plays; a chord is several.
+struct PlayedNote {
+  double seconds;
+  float pitch;  // MIDI number
+};
+// All that an instrument plays in the show, ascending: pictures can follow a tune.
+std::vector<PlayedNote> notesOf(std::string_view instrument);
+
 }  // namespace vex

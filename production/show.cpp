@@ -295,10 +295,11 @@ std::string preloadList(const Script& script) {
           one.function != "drawNoise")
         continue;
       const std::string& name = one.parameters[0].curve.text;
-      const int frames = single ? static_cast<int>(one.parameters[5].curve.value) : 0;
-      for (int frame = 1; frame < std::max(frames, 2); ++frame)
-        use(frames > 1 ? name.substr(0, name.size() - 1) + std::to_string(frame) : name, !single);
-      if (frames > 1) use(name.substr(0, name.size() - 1) + std::to_string(frames), false);
+      // The frames of a glitch follow the one that is named; their numbers are single digits.
+      const int frames = single ? std::max(static_cast<int>(one.parameters[5].curve.value), 1) : 1;
+      for (int frame = 0; frame < frames; ++frame)
+        use(frame == 0 ? name : name.substr(0, name.size() - 1) + static_cast<char>(name.back() + frame),
+            !single);
     }
   use("data\\vex_substract", false);
   use("data\\flare_normal", false);

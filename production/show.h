@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "production/cues.h"
@@ -157,9 +158,19 @@ struct Show {
   void part(const char* name, double fromBar, double bars, int track, std::vector<ScriptCall> calls,
             double start = 0, double speed = 1);
 
+  // Each record draws one call or several.
   template <typename... Records>
   void add(const char* name, double fromBar, double bars, int track, const Records&... records) {
-    part(name, fromBar, bars, track, {screen::draw(records)...});
+    using screen::draw;
+    std::vector<ScriptCall> calls;
+    (append(calls, draw(records)), ...);
+    part(name, fromBar, bars, track, std::move(calls));
+  }
+
+ private:
+  static void append(std::vector<ScriptCall>& calls, ScriptCall call) { calls.push_back(std::move(call)); }
+  static void append(std::vector<ScriptCall>& calls, const std::vector<ScriptCall>& more) {
+    calls.insert(calls.end(), more.begin(), more.end());
   }
 };
 

@@ -57,6 +57,7 @@ Canvas drawLettering(const Field& distance, const LetteringLook& look) {
   const Field light = lightRelief(heights, -0.6f, -1, 0.75f, EdgeMode::clamp);
   const Field gloss = glossRelief(heights, -0.6f, -1, 0.75f, 18, EdgeMode::clamp);
   const Field below = lightRelief(heights, 0.3f, 1, 0.35f, EdgeMode::clamp);
+  const float texel = 1 / static_cast<float>(height);
 
   const Field ink = map(worn, [&](float d) { return clamp01(0.5f - d / (1.2f * std::max(unit, 0.6f))); });
   const Field halo = blur(ink, look.glowReach * 0.25f * unit, EdgeMode::clamp);
@@ -64,12 +65,17 @@ Canvas drawLettering(const Field& distance, const LetteringLook& look) {
   return paint(width, height, [&](float u, float v) {
     const auto read = [&](const Field& field) { return sample(field, u, v, EdgeMode::clamp); };
     const float body = read(ink);
-    const float scratches =
-        smoothStep(0.84f, 0.97f, ridges(u * aspect * 3 + v * 2, v * 24 - u * 5, 0, 3, 0.5f, look.seed + 20));
-    const float shade = 0.36f + 0.46f * read(light) + 0.5f * read(gloss) - 0.35f * look.wear * scratches;
     const float around = look.glowStrength * (0.75f * read(halo) + 1.1f * read(wideHalo));
-    const Colour4 face =
-        (gradient(*look.body, shade) + gradient(*look.glow, 0.62f * read(below) - 0.1f)) * body;
+    const float rise =
+        (sample(heights, u, v + texel, EdgeMode::clamp) - sample(heights, u, v - texel, EdgeMode::clamp)) / 2;
+    const Colour4 face = look.face({.x = u * aspect,
+                                    .y = v,
+                                    .inside = -read(worn) / unit,
+                                    .up = rise / std::sqrt(1 + rise * rise),
+                                    .light = read(light),
+                                    .gloss = read(gloss),
+                                    .below = read(below)}) *
+                         body;
     const float counter = smoothStep(0.0f, look.bevel * unit, read(worn));  // no light in the counters
     const Colour4 shine = gradient(*look.glow, around * (1 - body) * (0.25f + 0.75f * counter));
     const float edge = smoothStep(std::max(0.012f, 1.1f / static_cast<float>(height)), 0.07f,

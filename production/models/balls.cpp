@@ -6,6 +6,7 @@
 #include "production/geometry/placement.h"
 #include "production/image/filter.h"
 #include "production/textures/palette.h"
+#include "production/textures/title.h"
 
 namespace vex {
 
@@ -66,7 +67,7 @@ Balls boxOfBalls() {
 
 // A sealed world with a ring about it: the whole globe first, then the ring.
 Balls worldOfBalls() {
-  constexpr int globe = 340, ring = 72;
+  constexpr int globe = 320, core = 110, ring = 110;
   constexpr float radius = 84, ringRadius = 134, golden = 2.3999632f;  // radians between two on the spiral
   Balls balls;
   for (int i = 0; i < globe; ++i) {
@@ -76,11 +77,18 @@ Balls worldOfBalls() {
     balls.push_back({Vector(around * std::cos(turn), y, around * std::sin(turn)) * radius,
                      gradient(copperRamp, 0.56f + 0.34f * bands), 1.2f, 1});
   }
+  // A dark heart hides the far side.
+  for (int i = 0; i < core; ++i) {
+    const float y = 1 - 2 * (static_cast<float>(i) + 0.5f) / core, around = std::sqrt(1 - y * y);
+    const float turn = golden * static_cast<float>(i);
+    balls.push_back(
+        {Vector(around * std::cos(turn), y, around * std::sin(turn)) * 62, {0.10f, 0.05f, 0.04f}, 1.9f, 1});
+  }
   const Placement tilted = turnedX(16) >> turnedZ(-18);
   for (int i = 0; i < ring; ++i) {
     const float turn = 2 * pi * static_cast<float>(i) / ring;
     balls.push_back({transformed(tilted, Vector(std::cos(turn), 0, std::sin(turn)) * ringRadius),
-                     gradient(boneRamp, 0.84f), 0.6f + 0.2f * std::sin(6 * turn), 2});
+                     gradient(boneRamp, 0.84f), 0.62f, 2});
   }
   return balls;
 }
@@ -107,22 +115,35 @@ Balls knotOfBalls() {
   return balls;
 }
 
-// The title, then its shadow.
+// Whether a place lies within closed outlines.
+bool within(const Lettering& text, float x, float y) {
+  bool inside = false;
+  for (const auto& [x0, y0, x1, y1] : text.edges)
+    if ((y0 > y) != (y1 > y) && x < x0 + (y - y0) / (y1 - y0) * (x1 - x0)) inside = !inside;
+  return inside;
+}
+
+// The title in its own letters: their outlines, then what fills them.
 Balls wordOfBalls() {
-  struct Stroke {
-    float x0, y0, x1, y1;
-  };
-  constexpr Stroke strokes[] = {{-122, 52, -88, -52}, {-88, -52, -54, 52}, {-30, 52, -30, -52},
-                                {-18, 52, 28, 52},    {-18, 0, 16, 0},     {-18, -52, 28, -52},
-                                {52, 52, 122, -52},   {122, 52, 52, -52}};
+  constexpr float heightOfX = 92, step = 10.5f;
+  const Lettering letters = titleLetters();
+  const float width = (letters.right - letters.left) * heightOfX;
+  const Lettering text =
+      placed(letters, heightOfX, heightOfX, -width / 2 - letters.left * heightOfX, heightOfX * 0.45f);
+  const auto colour = [&](float y) { return gradient(copperRamp, 0.80f - 0.28f * y / heightOfX); };
   Balls balls;
-  for (const auto& [x0, y0, x1, y1] : strokes) {
-    const Vector from(x0, y0, 10), to(x1, y1, 10), back(0, 0, -22);
-    addRow(balls, from, to, {}, 1);
-    addRow(balls, from + back, to + back, gradient(copperRamp, 0.5f), 2);
+  float rest = 0;
+  for (const auto& [x0, y0, x1, y1] : text.edges) {
+    const float length = std::hypot(x1 - x0, y1 - y0);
+    for (; rest < length; rest += 8) {
+      const float k = rest / length, y = mix(y0, y1, k);
+      balls.push_back({Vector(mix(x0, x1, k), -y, 0), colour(y), 0.72f, 1});
+    }
+    rest -= length;
   }
-  for (ShapeBall& ball : balls)
-    if (ball.stage == 1) ball.colour = gradient(copperRamp, 0.78f + 0.18f * (ball.place.y + 52) / 104);
+  for (float y = -1.2f * heightOfX; y < heightOfX; y += step)
+    for (float x = -width / 2; x < width / 2; x += step)
+      if (within(text, x, y)) balls.push_back({Vector(x, -y, -9), gradient(emberRamp, 0.60f), 0.9f, 2});
   return balls;
 }
 
@@ -164,8 +185,8 @@ Products ballShapes() {
     Product product;
     for (int stage = 1; stage <= ballStages; ++stage)
       product.outputs.push_back("data/" + ballFile(shape.name, stage));
-    product.sources = {"production/models/balls.", "production/geometry/placement.",
-                       "production/textures/palette.", "production/image/filter."};
+    product.sources = {"production/models/balls.", "production/textures/logo.", "production/image/",
+                       "production/geometry/placement.", "production/textures/palette."};
     product.work = 0.1f;
     product.make = [&shape](const Settings&) {
       std::vector<Bytes> files;

@@ -17,7 +17,7 @@ namespace {
 
 using namespace water;
 
-constexpr float poolSide = 3000, waveHeight = 0.2f;
+constexpr float poolSide = 1300, waveHeight = 0.2f;
 const Vector rayFoot(-46, 0, 24);
 
 // --- The being's way: at the surface, where it bows now and then until the water ripples round it, and in
@@ -96,9 +96,9 @@ std::vector<StageCamera> cameras() {
           [=](float t) { return Vector(30 + 40 * slow(t), 30 + 6 * late(t), 330 - 60 * slow(t)); },
           [=](float t) { return Vector(-70 + 16 * late(t), 96, -300); }),
       camera(
-          "glide", 64,
+          "glide", 70,
           [=](float t) { return Vector(220 + 30 * late(t), 34 + 6 * quick(t), 215 - 60 * slow(t)); },
-          [=](float t) { return Vector(20 + 20 * slow(t), 56, -40); }),
+          [=](float t) { return Vector(20 + 20 * slow(t), 86, -40); }),
       camera(
           "under", 88,
           [=](float t) { return around(205 + 14 * late(t), 14 + 4 * quick(t), 0.22f + 0.3f * slow(t)); },

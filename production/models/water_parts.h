@@ -33,6 +33,11 @@ Colour4 beingColour(const BakePoint& p);
 
 Surface rocks();
 Colour4 rockColour(const BakePoint& p);
+// How far a place of the sea lies off the nearest of them, below 0 inside.
+float rockShore(const Vector& place);
+// How much of them, 0 or 1 and between, a look meets that leaves the sea at a place along `way` (level, of
+// length 1), rising by `slope`.
+float rockMirrored(const Vector& place, const Vector& way, float slope);
 
 // --- Sky and bed meet in one haze at the horizon.
 

@@ -97,12 +97,12 @@ float archDistance(const Vector& p) {
 }
 
 float worn(float d, const Vector& p, float size) {
-  // Level beds and what frost has taken; the sea has cut a notch at its surface.
+  // Level beds and what frost has taken; at the sea they stand on a broken foot.
   const Vector q = p * (1 / size);
   const float beds = fractal(Vector(q.x * 0.012f, q.y * 0.075f, q.z * 0.012f), 0, 2, 0.5f, 962);
   const float lumps = fractal(q * 0.035f, 0, 3, 0.5f, 963);
-  const float notch = std::exp(-std::pow((p.y - 5) / 11, 2.0f));
-  return d + size * (2.5f * beds + 5 * lumps) + 4 * notch;
+  const float foot = std::exp(-std::pow((p.y - bedHeight) / 12, 2.0f));
+  return d + size * (2.5f * beds + 5 * lumps) - 7 * foot;
 }
 
 Surface stone(const Solid& solid, const Bounds& bounds, float cell) {
@@ -151,6 +151,47 @@ Surface rocks() {
   return all;
 }
 
+namespace {
+
+// Rocks as plain cones.
+struct Cone {
+  float x, z, foot, height;
+};
+
+const std::vector<Cone>& cones() {
+  static const std::vector<Cone> all = [] {
+    std::vector<Cone> list{
+        {archX - 116, archZ, 72, 420}, {archX - 184, archZ + 14, 40, 120}, {archX + 126, archZ + 4, 48, 340}};
+    for (const Stack& stack : stacks())
+      for (const Column& column : stack.columns)
+        list.push_back({stack.x + column.x * stack.size, stack.z + column.z * stack.size,
+                        column.foot * stack.size, column.height * stack.size});
+    return list;
+  }();
+  return all;
+}
+
+}  // namespace
+
+float rockShore(const Vector& place) {
+  float nearest = 1e9f;
+  for (const Cone& cone : cones())
+    nearest = std::min(nearest, std::hypot(place.x - cone.x, place.z - cone.z) - cone.foot);
+  return nearest;
+}
+
+float rockMirrored(const Vector& place, const Vector& way, float slope) {
+  float most = 0;
+  for (const Cone& cone : cones()) {
+    const float x = cone.x - place.x, z = cone.z - place.z;
+    const float along = x * way.x + z * way.z, aside = std::fabs(x * way.z - z * way.x);
+    if (along <= 0) continue;
+    const float wide = cone.foot * (1 - along * slope / cone.height);
+    most = std::max(most, smoothStep(4, -4, aside - wide));
+  }
+  return most;
+}
+
 Colour4 rockColour(const BakePoint& p) {
   const float grit = 0.5f + 0.5f * fractal(p.position * 0.045f, 0, 5, 0.6f, 964);
   const float beds =
@@ -169,9 +210,8 @@ Colour4 rockColour(const BakePoint& p) {
   // Wet stone above the water, a pale line where it breaks, ink below.
   const float swell = 4 * gradientNoise(Vector(p.position.x * 0.03f, 0, p.position.z * 0.03f), 0, 966);
   const float wet = smoothStep(40, 8, p.position.y + 2 * swell);
-  const float line = std::exp(-std::pow((p.position.y - 3 - swell) / 3.2f, 2.0f));
-  colour = colour * (1 - 0.6f * wet) + gradient(tealRamp, 0.62f) * (0.26f * line * (0.4f + 0.6f * grit));
-  colour = mix(colour, black, smoothStep(0, -12, p.position.y));
+  const float line = std::exp(-std::pow((p.position.y - bedHeight - 2 - swell) / 4.5f, 2.0f));
+  colour = colour * (1 - 0.6f * wet) + gradient(tealRamp, 0.66f) * (0.7f * line * (0.3f + 0.7f * grit));
   // Far ones stand in the haze.
   Vector way = p.position;
   way.y = std::max(0.0f, way.y) * 0.4f;

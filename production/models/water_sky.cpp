@@ -94,7 +94,15 @@ Colour4 bedTexel(float u, float v) {
       std::exp(-std::pow(across / width, 2.0f)) * smoothStep(-40, 500, along) * (0.35f + 0.65f * streaks);
   const float swell = 0.5f + 0.5f * fractal(Vector(place.x * 0.003f, 0, place.z * 0.007f), 0, 4, 0.5f, 974);
   const float far = smoothStep(180, 0.9f * skyRadius, radius);
-  const Colour4 water = gradient(tealRamp, 0.15f + 0.15f * swell + 0.54f * path);
+  Colour4 water = gradient(tealRamp, 0.15f + 0.15f * swell + 0.54f * path);
+  // Rocks stand on their heads in it, and where it breaks on them it foams.
+  const Vector seen(place.x - 40, 0, place.z - 330);
+  const float sway = 14 * fractal(Vector(place.x * 0.01f, 0, place.z * 0.09f), 0, 3, 0.5f, 978);
+  water = mix(water, gradient(tealRamp, 0.05f),
+              0.8f * rockMirrored(place + Vector(sway, 0, 0), unit(seen), 35 / seen.length()));
+  const float shore = rockShore(place), froth = 0.5f + 0.5f * fractal(place * 0.06f, 0, 4, 0.6f, 979);
+  water = water + gradient(tealRamp, 0.78f) * (std::exp(-std::pow(std::max(0.0f, shore) / 22, 2.0f)) *
+                                               smoothStep(0.25f, 0.75f, froth));
   const Colour4 colour =
       mix(water, skyColour(unit(out + Vector(0, 0.012f, 0))) * 0.95f, far * (1 - 0.25f * path));
   return lampLit(colour, place, Vector(0, 1, 0));
@@ -152,16 +160,16 @@ Canvas skyPicture(const Settings& settings) {
   });
 }
 
-// Soft, without a fine line: a steep wave shifts the picture by several of its widths between two points of
-// the surface, and the plane below it sways by a fifth of one.
+// A net of light, as waves gather it. A wave shifts the picture by a tenth of its width, and the plane below
+// it sways by a fifth.
 Canvas lightPicture(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side, side, [](float u, float v) {
     const float r = std::hypot(2 * u - 1, 2 * v - 1);
-    const float bend = 0.22f * fractal(u * 2, v * 2, 2, 2, 0.4f, 975);
-    const float swell = 0.5f + 0.25f * std::cos(2 * pi * (1.5f * (u - 0.5f) + bend)) +
-                        0.25f * std::cos(2 * pi * (1.5f * (v - 0.5f) - bend));
-    return gradient(tealRamp, smoothStep(0.60f, 0.05f, r) * (0.10f + 0.34f * swell));
+    const float bend = 0.5f * fractal(u * 6, v * 6, 6, 3, 0.5f, 975);
+    const float net = std::pow(1 - std::fabs(gradientNoise(u * 9 + bend, v * 9 - bend, 0, 976)), 6.0f);
+    const float fine = std::pow(1 - std::fabs(gradientNoise(u * 17 - bend, v * 17 + bend, 0, 977)), 6.0f);
+    return gradient(tealRamp, smoothStep(0.94f, 0.15f, r) * (0.05f + 0.42f * net * net + 0.10f * fine));
   });
 }
 
@@ -178,7 +186,8 @@ Canvas rayPicture(const Settings& settings) {
     const float drift = 0.5f + 0.5f * fractal(ring(u * 5, 0.6f), 0, 4, 0.5f, 983);
     const float light = 0.04f + 0.13f * smoothStep(0.3f, 0.95f, 0.6f * broad + 0.45f * fine) + 0.04f * drift +
                         0.07f * std::exp(-x * x * 26);
-    return Colour4{0.56f, 0.98f, 1.0f} * (fade * light);
+    // White in the middle, of the sea's hue towards the sides.
+    return mix(Colour4{0.40f, 0.98f, 0.92f}, Colour4{0.93f, 1, 0.97f}, std::exp(-x * x * 9)) * (fade * light);
   });
 }
 

@@ -89,8 +89,7 @@ void addBreak(Show& show) {
            {.alpha = flashes({0.5, 1, 1.5}, 0.5, 0.06), .field = zoom(150, 120, 2)}, 4, 1.5);
   addShot(show, "from above", over, next - over, crane, 9, 2.6);
   show.add("vexation", over + 0.25, next - over - 0.25, title,
-           glitching(vex(ation, spline({{0, 0.8}, {0.3, 0.56}, {2, 0.57}, {partEnd, 0.6}}), 0.55, -0.57),
-                     flashes({0, 1.75, 2.5}, 1, 0), 3, swing(4, 1.04, 1.15)));
+           vex(chromeAtion, spline({{0, 0.8}, {0.3, 0.56}, {2, 0.57}, {partEnd, 0.6}}), 0.55, -0.57));
 }
 
 // What it sees: five lenses of an eye. All show its face, each a little later than the one before it; one
@@ -148,8 +147,7 @@ void addFlank(Show& show) {
   addShot(show, "flank", start, 1, flank, 0.4, 2.4);
   addShot(show, "sting", start + 1, 1, back, 5.6, 2.1);
   addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.1, 0.03));
-  show.add("vexer", start + 1, 1, title,
-           glitching(vex(er, 0.72, -0.42, 0.48), flashes({0, 2, 3}, 0.9, 0), 2, 1.1));
+  show.add("vexer", start + 1, 1, title, vex(chromeEr, 0.72, -0.42, 0.48));
 }
 
 // The second break: its eyes on every tom, then next to nothing; then the whole creature under all its lamps.
@@ -191,13 +189,10 @@ void addUnison(Show& show) {
                   .at = centred(0, 0, 3.6),
                   .alpha = flashes({0, 2, 4, 6}, 0.4, 0),
                   .blend = Blend::add});
-  show.add(
-      "vexatious", strokes[0], 2, title,
-      glitching(
-          vex(atious,
-              line({{0, 1.05}, {1.99, 1.05}, {2, 0.92}, {3.99, 0.92}, {4, 0.82}, {5.99, 0.82}, {6, 0.72}}), 0,
-              0.5),
-          flashes({4, 6.75, 7.25}, 0.8, 0), 2, swing(8, 1.01, 1.06)));
+  show.add("vexatious", strokes[0], 2, title,
+           vex(atious,
+               line({{0, 1.05}, {1.99, 1.05}, {2, 0.92}, {3.99, 0.92}, {4, 0.82}, {5.99, 0.82}, {6, 0.72}}),
+               0, 0.5));
 }
 
 }  // namespace

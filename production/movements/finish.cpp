@@ -103,19 +103,22 @@ void addFinish(Show& show) {
            Noise{.texture = "dust", .jitterX = 1, .jitterY = 1, .alpha = 0.3, .flicker = 0.2});
   show.add("grain", 0, film, grain,
            Noise{.texture = "grain", .jitterX = 1, .jitterY = 1, .alpha = 0.17, .blend = Blend::add});
-  show.add("vignette", 0, film, vignette,
-           Bitmap{.texture = "vignette", .at = covering(1), .blend = Blend::darken});
-  // The bars slide in with the prologue and open on the white in which the last world ends.
   const double lastBeat = film * beatsPerBar;
-  const Curve height = line({{0, 0.0}, {8, barHeight}, {lastBeat - 2, barHeight}, {partEnd, 0}});
+  // It leaves past the edges while the last world turns white.
+  show.add("vignette", 0, film, vignette,
+           Bitmap{.texture = "vignette",
+                  .at = covering(line({{0, 1}, {lastBeat - 8, 1}, {partEnd, 3}})),
+                  .blend = Blend::darken});
+  // The bars slide in with the prologue and open on the white in which the last world ends; they stay ink.
+  const Curve height =
+      line({{0, 0.0}, {8, barHeight}, {lastBeat - 8, barHeight}, {lastBeat - 3, 0}, {partEnd, 0}});
   // They reach beyond the screen, so that no edge of theirs shows but the inner one.
   const double beyond = 0.5;
-  show.add("letterbox", 0, film, letterbox,
+  show.add("letterbox", 0, film, curtain + 1,
            Bitmap{.texture = "bar", .at = {-1 - beyond, -1 - beyond, 2 + 2 * beyond, height + beyond}},
            Bitmap{.texture = "bar", .at = {-1 - beyond, height * -1 + 1, 2 + 2 * beyond, height + beyond}});
   // That white lies over grain and vignette, too, before the party begins.
   show.add("white", film - 0.25, 0.25, curtain, Fade{1, 0.97, 0.92, line({{0, 0}, {partEnd, 1}})});
-  show.add("black at last", songBars, blackSeconds / secondsPerBar + 1, ground, Fade{});
 }
 
 }  // namespace vex

@@ -166,9 +166,8 @@ void addCracks(Show& show) {
                   .blend = Blend::add});
   addSparks(show, "last sparks", first, fill - first, 3,
             {.count = 120, .spread = 14, .speedY = 8, .speedZ = 12, .scatter = 22});
-  const Logo word = glitching(vex(er, spline({{0, 1.1}, {0.5, 0.9}, {4, 0.94}, {partEnd, 1.05}}), 0, 0.52),
-                              flashes({4, 5, 5.5, 6, 6.5}, 1, 0), 4, swing(4, 0.94, 1.24));
-  show.add("vexer in the fire", first, fill - first, title, shadeBehind(word), word);
+  const Word word = vex(er, spline({{0, 1.1}, {0.5, 0.9}, {4, 0.94}, {partEnd, 1.05}}), 0, 0.52);
+  show.add("vexer in the fire", first, fill - first, title, word);
   addShot(show, "scorched", burnt, next - burnt, child, 19.3);
   show.add("burnt out", burnt, next - burnt, curtain - 1,
            Fade{.alpha = line({{0, 0.55}, {0.5, 1}, {partEnd, 1}})});

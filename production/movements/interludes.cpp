@@ -134,11 +134,8 @@ void addInterludeOne(Show& show) {
             cueSeconds(2));
   const double word = barOf("title");
   show.add("vexillum", word, 1, title,
-           glitching(vex(illum, spline({{0, 0.9}, {0.4, 0.72}, {partEnd, 0.76}}), -0.3, 0.5),
-                     flashes({0, 3.25}, 0.9, 0), 2, swing(8, 1.02, 1.06)));
-  show.add("vexillum rises", riser, 0.75, title,
-           glitching(vex(illum, zoom(0.7, 0.78, 3), -0.3, 0.53), flashes({0, 2, 2.5}, 1, 0), 3,
-                     swing(4, 1.0, 1.12)));
+           vex(illum, spline({{0, 0.9}, {0.4, 0.72}, {partEnd, 0.76}}), -0.3, 0.5));
+  show.add("vexillum rises", riser, 0.75, title, vex(illum, zoom(0.7, 0.78, 3), -0.3, 0.53));
   show.add("held breath", riser + 0.9375, 0.0625, curtain, Fade{});
 }
 
@@ -229,15 +226,13 @@ void addInterludeTwo(Show& show) {
                           .wavesZ = 0.7}),
              draw(Viewport{})},
             2 + passed);
-  const Logo word =
-      glitching(vex(edly, slide(0.78, 0.84), 0, 0.56), flashes({0, 2, 3}, 0.9, 0.03), 3, swing(4, 1.0, 1.18));
-  show.add("vexedly", roll, doubles - roll, title, shadeBehind(word), word);
+  const Word word = vex(edly, slide(0.78, 0.84), 0, 0.56);
+  show.add("vexedly", roll, doubles - roll, title, word);
   // One window far behind, in the dark.
   show.add("ember glass", doubles, breath - doubles, ground + 1, roseWall("glass_ember", zoom(1.5, 2.2, 3.5)),
            Fade{.alpha = 0.78});
-  const Logo louder = glitching(vex(edly, slide(0.86, 0.98), 0, 0.54), flashes({0, 1, 2, 2.5, 3}, 1, 0.1), 5,
-                                swing(4, 1.0, 1.3));
-  show.add("vexedly, louder", doubles, breath - doubles, title, shadeBehind(louder), louder);
+  const Word louder = vex(edly, slide(0.86, 0.98), 0, 0.54);
+  show.add("vexedly, louder", doubles, breath - doubles, title, louder);
   show.add("last breath", breath, stroke - breath, ground + 2, Fade{});
 
   const Curve discHeight = zoom(1.9, 1.66, 4);
@@ -248,9 +243,7 @@ void addInterludeTwo(Show& show) {
                     .alpha = flashes({0, 2}, 1, rest),
                     .blend = Blend::add});
   show.add("last moon", stroke, 1, backdrop + 1, Bitmap{.texture = "moon", .at = centred(0, 0, discHeight)});
-  show.add(
-      "vexed at last", stroke, 1, title,
-      glitching(vex(ed, slide(0.88, 0.8)), flashes({0, 2}, 0.8, 0.01), 5, line({{0, 1.2}, {partEnd, 1.5}})));
+  show.add("vexed at last", stroke, 1, title, vex(ed, slide(0.88, 0.8)));
 }
 
 }  // namespace vex

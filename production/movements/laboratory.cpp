@@ -310,10 +310,8 @@ void addBurst(Show& show) {
   addGlow(show, falls, "light4", lab::heartPlace, 30, flashes({0, 1, 2, 3}, 0.8, 0.25));
   addLamp(show, falls, {0}, 0.9);
   addGloom(show, still.from(), still.bars, line({{0, 0}, {0.3, 0.3}, {3, 0.3}, {partEnd, 0.15}}));
-  const Logo word =
-      glitching(vex(ing, spline({{0, 0.86}, {0.4, 0.72}, {2, 0.73}, {partEnd, 0.8}}), -0.38, 0.5),
-                flashes({0, 1, 2, 3}, 1, 0.05), 3, swing(4, 1.04, 1.2));
-  show.add("vexing", falls.from(), 1, title, shadeBehind(word, -0.38), word);
+  show.add("vexing", falls.from(), 1, title,
+           vex(ing, spline({{0, 0.86}, {0.4, 0.72}, {2, 0.73}, {partEnd, 0.8}}), -0.38, 0.5));
 }
 
 // The door opens on white, and on somebody who then stands there when all else has gone.

@@ -102,84 +102,82 @@ void addPreloads(Show& show) {
 }
 
 void addSky(Show& show) {
-  const double start = outroBar, chord = barOf("last chord");
+  const double start = outroBar, chord = barOf("last chord"), end = songBars + blackSeconds / secondsPerBar;
   show.add(
-      "copper sky", start, 12, ground,
+      "copper sky", start, end + 1 - start, ground,
       Bitmap{.texture = "sky_copper", .at = covering(1.3, swing(53, -0.2, 0.2), swing(37, -0.15, 0.15))});
-  show.add("copper dawn", start, 12, backdrop - 1,
+  show.add("copper dawn", start, end - start, backdrop - 1,
            Bitmap{.texture = "haze_ember",
                   .at = centred(swing(23, -0.4, 0.4), 0.75, 2.0, 2.2),
-                  .alpha = swing(8, 0.35, 0.6),
+                  .alpha = swing(8, 0.5, 0.8),
                   .blend = Blend::add});
   show.part("stars", start, 2, backdrop, {draw(Stars{.z = line({{0, -2.2}, {2, -0.5}, {partEnd, -0.3}})})});
   show.part("stars drift", start + 2, 2, backdrop, {draw(Stars{.x = 0.12, .y = 0.03, .z = -0.15})});
   show.part("stars fly", start + 4, 4, backdrop, {draw(Stars{.z = -0.35})});
   show.part("stars race", start + 8, chord - start - 8, backdrop,
             {draw(Stars{.x = swing(8, -0.1, 0.1), .z = -0.7})});
-  show.part("stars rest", chord, 1, backdrop, {draw(Stars{.z = line({{0, 0.3}, {partEnd, 0.02}})})});
+  show.part("stars rest", chord, end - chord, backdrop,
+            {draw(Stars{.z = line({{0, -1.2}, {1, -0.12}, {partEnd, -0.02}})})});
 }
 
-// The hues of the worlds that were crossed, behind the copper.
+// A bar's hue, brighter on each beat.
+struct BarHue {
+  double red, green, blue;
+};
+Copper lit(Copper bars, const BarHue& hue, int beats) {
+  std::vector<double> all;
+  for (int beat = 0; beat < beats; ++beat) all.push_back(beat);
+  const auto level = [&](double most) { return flashes(all, std::min(1.0, most), 0.66 * most); };
+  bars.red = level(hue.red), bars.green = level(hue.green), bars.blue = level(hue.blue);
+  return bars;
+}
+
+// Each shape has the hue of a world that was crossed behind it; first of all they are copper.
 void addBars(Show& show) {
   const double bars = barOf("copper bars"), first = barOf("first shape"), second = barOf("second shape"),
                third = barOf("third shape"), greetings = barOf("greetings"), chord = barOf("last chord");
-  const Curve rising = spline({{0, 0}, {1, 0.42}, {4, 0.5}, {partEnd, 0.62}});
-  show.part("copper bars", bars, first - bars, far,
-            {draw(Copper{.count = line({{0, 1}, {7, 10}, {partEnd, 10}}),
-                         .endScale = 0.4,
-                         .speed = 0.75,
-                         .spacing = 0.62,
-                         .amplitude = rising,
-                         .red = flashes(everyBeat, 0.75, 0.5),
-                         .green = flashes(everyBeat, 0.72, 0.48),
-                         .blue = flashes(everyBeat, 0.72, 0.48)})});
-  show.part("bars in file", first, second - first, far,
-            {draw(Copper{.count = 8,
-                         .endScale = 0.3,
-                         .speed = 0.5,
-                         .spacing = 0.5,
-                         .amplitude = swing(8, 0.65, 0.85, 90),
-                         .red = 0.26,
-                         .green = 0.25,
-                         .blue = 0.26})});
-  show.part("bars entwined", second, third - second, far,
-            {draw(Copper{.count = 10,
-                         .endScale = 0.25,
-                         .mode = 1,
-                         .speed = 0.6,
-                         .spacing = 0.6,
-                         .amplitude = 0.85,
-                         .red = 0.25,
-                         .green = 0.25,
-                         .blue = 0.29})});
-  show.part("bars of the chorus", third, chord - third, far,
-            {draw(Copper{.count = 14,
-                         .endScale = 0.3,
-                         .mode = 1,
-                         .speed = 0.9,
-                         .spacing = 0.8,
-                         .amplitude = swing(12, 0.7, 0.95),
-                         .red = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.38, 0.24),
-                         .green = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.37, 0.23),
-                         .blue = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.37, 0.24)})});
-  show.part("bars close", chord, 1, far,
-            {draw(Copper{.count = 12,
-                         .endScale = 0.1,
-                         .speed = 0.25,
-                         .spacing = 1.6,
-                         .amplitude = spline({{0, 0.9}, {1, 0.25}, {2, 0.04}, {partEnd, 0}}),
-                         .red = slide(0.7, 0.1),
-                         .green = slide(0.68, 0.08),
-                         .blue = slide(0.66, 0.1)})});
+  const auto add = [&](const char* name, double from, double until, Copper look, const BarHue& hue) {
+    show.part(name, from, until - from, far,
+              {draw(lit(std::move(look), hue, static_cast<int>((until - from) * beatsPerBar + 0.5)))});
+  };
+  add("copper bars", bars, first,
+      {.count = line({{0, 1}, {6, 9}, {partEnd, 9}}),
+       .endScale = 0.5,
+       .speed = 0.75,
+       .spacing = 0.62,
+       .amplitude = spline({{0, 0}, {1, 0.42}, {4, 0.5}, {partEnd, 0.62}})},
+      {1.0, 0.96, 0.92});
+  add("bars in file", first, second,
+      {.count = 8, .endScale = 0.4, .speed = 0.5, .spacing = 0.5, .amplitude = swing(8, 0.6, 0.8, 90)},
+      {0.5, 1.0, 0.3});
+  add("bars entwined", second, third,
+      {.count = 9, .endScale = 0.35, .mode = 1, .speed = 0.6, .spacing = 0.6, .amplitude = 0.8},
+      {1.0, 0.38, 0.72});
+  add("bars of the chorus", third, greetings,
+      {.count = 7,
+       .endScale = 0.4,
+       .mode = 1,
+       .speed = 0.9,
+       .spacing = 0.8,
+       .amplitude = swing(12, 0.65, 0.85)},
+      {0.3, 0.95, 1.0});
+  add("bars of fire", greetings, chord,
+      {.count = 7,
+       .endScale = 0.4,
+       .mode = 1,
+       .speed = 0.9,
+       .spacing = 0.8,
+       .amplitude = swing(12, 0.65, 0.85)},
+      {1.0, 0.5, 0.22});
   show.add("glow behind", first, chord - first, far + 1,
            Bitmap{.texture = "haze_ember",
-                  .at = centred(0, -0.12, 2.4, 1.5),
-                  .alpha = swing(1, 0.3, 0.6, 90),
+                  .at = centred(0, -0.12, 2.6, 1.5),
+                  .alpha = swing(1, 0.65, 1, 90),
                   .blend = Blend::add});
-  show.add("more glow", greetings, chord - greetings, far + 2,
+  show.add("more glow", third, chord - third, far + 2,
            Bitmap{.texture = "rays_ember",
-                  .at = centred(0, -0.12, 3.2),
-                  .alpha = flashes({0, 1, 2, 3}, 0.5, 0.15),
+                  .at = centred(0, -0.12, 3.4),
+                  .alpha = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.8, 0.35),
                   .blend = Blend::add});
 }
 
@@ -246,11 +244,12 @@ void addShapes(Show& show) {
                     .at = centred(0, -0.1, spline({{0, 2.6}, {partEnd, 1.8}}), 1.78),
                     .alpha = spline({{0, 0.7}, {0.3, 0.2}, {partEnd, 0}}),
                     .blend = Blend::add});
-  show.part("word departs", chord, 1, subject,
-            {draw(BallShow{.size = 13,
+  // They fly apart past us.
+  show.part("word bursts", chord, 0.25, subject,
+            {draw(BallShow{.size = line({{0, 17}, {0.6, 8}, {partEnd, 0}}),
                            .turns = 0,
-                           .distance = spline({{0, 290}, {1, 440}, {partEnd, 2400}}),
-                           .height = spline({{0, 0.1}, {1, 0.02}, {partEnd, 0}})})});
+                           .distance = line({{0, 290}, {0.6, 90}, {partEnd, 40}}),
+                           .height = 0.1})});
 }
 
 void addScroller(Show& show) {
@@ -281,22 +280,33 @@ void addScroller(Show& show) {
                            .mode = 2,
                            .waveSpeed = 0.14,
                            .waveLength = 1.0,
-                           .amplitude = 0.13,
-                           .y = line({{0, -0.67}, {3.3, -0.67}, {partEnd, -1}})})});
+                           .amplitude = line({{0, 0.13}, {2, 0}, {partEnd, 0}}),
+                           .y = -0.64})});
 }
 
+// Struck once through the materials of all worlds; then it stands in copper until the music is over.
 void addLastWord(Show& show) {
-  const double chord = barOf("last chord");
-  show.add("light of the chord", chord, 1, haze,
+  const double chord = barOf("last chord"), end = songBars + blackSeconds / secondsPerBar - chord;
+  show.add("light of the chord", chord, end, haze,
            Bitmap{.texture = "rays_ember",
-                  .at = centred(0, 0, spline({{0, 3.6}, {partEnd, 2.6}})),
-                  .alpha = spline({{0, 1}, {0.6, 0.55}, {partEnd, 0}}),
+                  .at = centred(0, 0, spline({{0, 3.6}, {2, 2.8}, {partEnd, 2.4}})),
+                  .alpha = line({{0, 1}, {0.6, 0.7}, {2, 0.4}, {partEnd, 0.25}}),
                   .blend = Blend::add});
-  show.add("vexation", chord, 1, title,
-           glitching(vex(ation, spline({{0, 1.7}, {0.4, 1.22}, {2, 1.16}, {partEnd, 1.1}})),
-                     line({{0, 1}, {0.3, 0.6}, {0.7, 0.02}, {partEnd, 0}}), 4,
-                     line({{0, 1.35}, {partEnd, 1.02}})));
-  show.add("last veil", chord, 1, curtain, Fade{.alpha = line({{0, 0}, {1.5, 0}, {partEnd, 1}})});
+  constexpr double struck = 0.5;  // beats
+  const Curve falls = spline({{0, 1.7}, {0.3, 1.25}, {partEnd, 1.2}});
+  show.add("vexation struck", chord, struck / beatsPerBar, title,
+           Logo{.ending = ation.texture,
+                .x = falls * ation.leftBy,
+                .size = falls,
+                .glitch = slide(1, 0.4),
+                .layers = 3,
+                .scale = slide(1.35, 1.02),
+                .fall = 0.3});
+  Word word = vex(ation, spline({{0, 1.2}, {2, 1.15}, {partEnd, 1.05}}));
+  word.tear = 0;
+  show.add("vexation", chord + struck / beatsPerBar, end - struck / beatsPerBar, title, word);
+  show.add("last veil", chord, end + 1, curtain,
+           Fade{.alpha = line({{0, 0}, {7.5, 0}, {11, 1}, {partEnd, 1}})});
 }
 
 }  // namespace
@@ -308,9 +318,10 @@ void addOutro(Show& show) {
   addShapes(show);
   addScroller(show);
   addLastWord(show);
-  // Out of the white in which the last world ended.
+  // Out of the white in which the last world ended, through copper.
   show.add("out of white", outroBar, 0.75, curtain,
-           Fade{1, 0.97, 0.92, line({{0, 1}, {0.5, 1}, {1.2, 0.55}, {2.2, 0.15}, {partEnd, 0}})});
+           Fade{1, 0.62, 0.34, line({{0, 1}, {0.8, 0.9}, {partEnd, 0}})},
+           Fade{1, 0.97, 0.92, line({{0, 1}, {0.4, 1}, {1.2, 0.2}, {1.6, 0}, {partEnd, 0}})});
 }
 
 }  // namespace vex

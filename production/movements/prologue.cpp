@@ -55,7 +55,7 @@ void addPrologue(Show& show) {
   show.add("presents", 4.25, 1.75, title,
            Bitmap{.texture = "presents1",
                   .at = centred(0, -0.03, slide(0.5, 0.6), 4),
-                  .frames = 4,
+                  .frames = 2,
                   .glitch = flashes({1, 3, 5}, 0.9, 0.03),
                   .alpha = fade(1, 1),
                   .blend = Blend::add});

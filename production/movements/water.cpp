@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cmath>
+
 #include "production/movements/words.h"
 
 // Silence, rain, and what lives below: it rises, a ray from above finds it, everything dissolves in white.
@@ -8,11 +11,11 @@ using namespace screen;
 
 namespace {
 
-enum Camera { follow, wide, low, above, face, moonlit, glide, under, leaving, facing };
+enum Camera { wide = 1, low, above, face, moonlit, glide, under, leaving, facing };
 
 // Cycles of the creature are 15 seconds of scene time.
 struct Weather {
-  Curve ray = 0, motes = 0, rain = 0, drop = 0.015, flicker = 0;
+  Curve ray = 0, motes = 0, rain = 0, drop = 0.0028, flicker = 0;
 };
 ScriptCall draw(const Weather& w) {
   return {"SceneWater",
@@ -41,6 +44,36 @@ void addShot(Show& show, const char* name, double bar, double bars, Camera camer
             start);
 }
 
+// A ring of light on the sea, `shape` times as wide as high, until the next cut.
+void addRing(Show& show, double bar, double x, double y, double shape, double size, double level) {
+  const double bars = std::min(1.0, std::floor(bar + 1.0001) - bar);
+  show.add(
+      "ring", bar, bars, smoke - 1,
+      Bitmap{.texture = "ring_teal",
+             .at = centred(
+                 x, y, line({{0, 0.02 * size}, {0.25, 0.12 * size}, {partEnd, (0.12 + 0.45 * bars) * size}}),
+                 shape),
+             .alpha = line({{0, level}, {0.25, 0.8 * level}, {bars * beatsPerBar, 0}}),
+             .blend = Blend::add});
+}
+
+// The first drop falls on a dark sea; then each note of the tune drops a ring, across the sea by its pitch,
+// and a beat later an echo of it.
+void addRings(Show& show, double start, double end) {
+  addRing(show, start + 0.5, -0.1, 0.45, 5, 1.6, 1);
+  const double above = barOf("ripples"), face = barOf("tune again") + 1;
+  for (const auto& [seconds, pitch] : notesOf("glass harp")) {
+    const double bar = seconds / secondsPerBar;
+    if (bar < start || bar >= end || (bar >= face && bar < face + 1)) continue;  // none over its face
+    const bool fromAbove = bar >= above && bar < above + 1;
+    const double x = -0.75 + 1.5 * (pitch - 72) / 14, y = 0.62 + 0.05 * std::sin(pitch * 2.4);
+    const double shape = fromAbove ? 1.7 : 5;
+    addRing(show, bar, x, y, shape, 1, 0.9);
+    if (std::floor(bar + 0.25 + 1e-6) == std::floor(bar + 1e-6))
+      addRing(show, bar + 0.25, x, y, shape, 0.8, 0.4);
+  }
+}
+
 }  // namespace
 
 void addWater(Show& show) {
@@ -55,13 +88,14 @@ void addWater(Show& show) {
   show.part("creature rises", creature, 1, ground + 1, {holdCreature(slide(inTheDeep, 0.999))});
   show.part("creature alone", creature + 1, 0.5, ground + 1, {holdCreature(-1)});
 
-  addShot(show, "nothing", start, 1, moonlit, 2, {.drop = 0.01, .flicker = line({{0, 0.8}, {partEnd, 0.5}})});
+  addShot(show, "nothing", start, 1, moonlit, 2,
+          {.drop = 0.002, .flicker = line({{0, 0.8}, {partEnd, 0.5}})});
   addShot(show, "rain comes", rain, 1, low, 8,
-          {.rain = slide(0, 0.4), .drop = 0.012, .flicker = slide(0.5, 0.3)});
+          {.rain = slide(0, 0.4), .drop = 0.0024, .flicker = slide(0.5, 0.3)});
   addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3, .flicker = 0.2});
   addShot(show, "it is near", creature + 1, 1, glide, 1, {.rain = 0.3});
-  addShot(show, "tune", tune, 2, follow, 0, {.rain = 0.4});
-  addShot(show, "ripples", ripples, 1, above, 7, {.rain = 0.8, .drop = 0.02});
+  addShot(show, "tune", tune, 2, glide, 2.6, {.rain = 0.4});
+  addShot(show, "ripples", ripples, 1, above, 7, {.rain = 0.8, .drop = 0.004});
   addShot(show, "through the rain", ripples + 1, 1, low, 9, {.rain = 0.6});
   addShot(show, "tune again", again, 1, facing, 1, {.rain = 0.5});
   addShot(show, "face", again + 1, 1, face, 5, {.rain = 0.4});
@@ -71,9 +105,9 @@ void addWater(Show& show) {
            .rain = 0.4,
            .flicker = line({{0, 0}, {partEnd, 0.4}})});
   addShot(show, "flood", flood, 1, under, 4,
-          {.ray = 0.9, .motes = 280, .rain = slide(1, 2.4), .drop = 0.02, .flicker = 0.4});
+          {.ray = 0.9, .motes = 280, .rain = slide(1, 2.4), .drop = 0.004, .flicker = 0.4});
   addShot(show, "flood below", flood + 1, 1, low, 3,
-          {.ray = 0.9, .motes = 280, .rain = 2.4, .drop = 0.022, .flicker = 0.4});
+          {.ray = 0.9, .motes = 280, .rain = 2.4, .drop = 0.004, .flicker = 0.4});
   addShot(show, "ebb", ebb, 2, leaving, 5,
           {.ray = slide(0.9, 0.6), .motes = 200, .rain = slide(1, 0.2), .flicker = 0.2});
 
@@ -90,6 +124,8 @@ void addWater(Show& show) {
            Noise{.texture = "rain", .speedX = 0.013, .speedY = -0.74, .alpha = fall});
   show.add("rain behind that", rain, rains, front,
            Noise{.texture = "rain", .speedX = 0.031, .speedY = -0.47, .alpha = fall * 0.6, .aspect = 1});
+
+  addRings(show, start, ebb);
 
   // Mist between and before; light that answers the tune.
   show.add("mist", start, 16, smoke,
@@ -138,7 +174,9 @@ void addWater(Show& show) {
   show.add("out of the dark", start, 1, flash + 1,
            Fade{.alpha = line({{0, 1}, {2, 0.85}, {2.2, 0.3}, {partEnd, 0}})});
   show.add("dissolve", dissolve, 1, flash + 1,
-           Fade{1, 0.99, 0.97, line({{0, 0.1}, {1, 0.2}, {3, 0.8}, {3.7, 1}, {partEnd, 1}})});
+           Fade{line({{0, 0.4}, {2, 0.7}, {3.4, 1}, {partEnd, 1}}), line({{0, 0.9}, {3.4, 1}, {partEnd, 1}}),
+                line({{0, 0.86}, {3.4, 0.97}, {partEnd, 0.97}}),
+                line({{0, 0.1}, {1, 0.2}, {3, 0.8}, {3.7, 1}, {partEnd, 1}})});
 }
 
 }  // namespace vex

@@ -61,20 +61,24 @@ Sight onScreen(const StageCamera& camera, double start, double speed, double bea
   return onScreen(camera, start, speed, beats, [place](float) { return place; });
 }
 
-Logo vex(const Ending& ending, const Curve& size, double x, double y) {
-  Logo logo{.ending = ending.texture};
-  logo.x = size * ending.leftBy + x;
-  logo.y = y;
-  logo.size = size;
-  logo.fall = 0.25;
-  return logo;
+// A dark word first, so that no ground shows through; what is torn burns white for a frame here and there.
+std::vector<ScriptCall> draw(const Word& word) {
+  const Curve left = word.size * (word.ending.leftBy - 1) + word.x, top = word.size * -0.25 + word.y,
+              height = word.size * 0.5;
+  const Place atVex{left, top, word.size * 0.67, height},
+      atEnding{left + word.size * 0.5, top, word.size * 1.5, height};
+  const auto half = [&](const char* texture, const Place& at, bool tears) {
+    return draw(Bitmap{
+        .texture = texture, .at = at, .frames = tears ? 2 : 0, .glitch = word.tear, .blend = Blend::add});
+  };
+  const bool tears = std::string_view(word.ending.texture).ends_with("01");
+  return {draw(Bitmap{.texture = struckVex, .at = atVex, .blend = Blend::darken}),
+          draw(Bitmap{.texture = word.ending.struck, .at = atEnding, .blend = Blend::darken}),
+          half(word.ending.vex, atVex, true), half(word.ending.texture, atEnding, tears)};
 }
 
-Logo glitching(Logo logo, const Curve& glitch, int layers, const Curve& scale) {
-  logo.glitch = glitch;
-  logo.layers = layers;
-  logo.scale = scale;
-  return logo;
+Word vex(const Ending& ending, const Curve& size, double x, double y) {
+  return {.ending = ending, .size = size, .x = x, .y = y};
 }
 
 Waves smokeBefore(const char* texture, double reach, double speed, const Curve& alpha) {
@@ -84,10 +88,6 @@ Waves smokeBefore(const char* texture, double reach, double speed, const Curve& 
           .amplitude = 0.05,
           .alpha = alpha,
           .blend = Blend::add};
-}
-
-Bitmap shadeBehind(const Logo& logo, const Curve& x) {
-  return {.texture = "shade", .at = centred(x, logo.y, logo.size * 0.9, 3.9), .blend = Blend::darken};
 }
 
 Tiles roseWall(const char* texture, const Curve& height) {

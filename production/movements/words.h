@@ -24,7 +24,6 @@ enum Track {
   flash = 80,
   grain = 100,
   vignette = 105,
-  letterbox = 110,
   curtain = 120,
 };
 
@@ -49,13 +48,21 @@ Sight onScreen(const StageCamera& camera, double start, double speed, double bea
                const std::function<Vector(float sceneTime)>& place);
 Sight onScreen(const StageCamera& camera, double start, double speed, double beats, const Vector& place);
 
-// An ending of the title.
+// An ending of the title and the title before it, both of the same material.
 struct Ending {
   const char* texture;
-  double leftBy;  // how far the middle of the whole word lies left of the logo's own middle, in sizes
+  const char* struck;  // burning white
+  double leftBy;       // how far the middle of the whole word lies left of the logo's own middle, in sizes
+  const char* vex;
 };
-inline constexpr Ending ed{"end_ed01", 0.5}, ing{"end_ing01", 0.43}, ation{"end_ation01", 0.28},
-    atious{"end_atious01", 0.22}, er{"end_er01", 0.5}, illum{"end_illum01", 0.28}, edly{"end_edly01", 0.38};
+inline constexpr const char *copperVex = "vex01", *chromeVex = "vex03", *glassVex = "vex05",
+                            *emberVex = "vex07", *struckVex = "vex08";
+inline constexpr Ending ation{"end_ation01", "end_ation02", 0.28, copperVex},
+    atious{"end_atious01", "end_atious02", 0.22, chromeVex},
+    chromeAtion{"chrome_ation", "end_ation02", 0.28, chromeVex},
+    chromeEr{"chrome_er", "end_er02", 0.5, chromeVex}, ing{"end_ing01", "end_ing02", 0.43, glassVex},
+    illum{"end_illum01", "end_illum02", 0.28, glassVex}, ed{"end_ed01", "end_ed02", 0.5, emberVex},
+    er{"end_er01", "end_er02", 0.5, emberVex}, edly{"end_edly01", "end_edly02", 0.38, emberVex};
 
 // Somebody in a hood stands in the door of one world and before the sun of the next.
 struct Stand {
@@ -63,15 +70,18 @@ struct Stand {
 };
 inline constexpr Stand watcher;
 
-// The title with that ending; the middle of its letters lies at (x, y).
-screen::Logo vex(const Ending& ending, const Curve& size, double x = 0, double y = 0);
-screen::Logo glitching(screen::Logo logo, const Curve& glitch, int layers, const Curve& scale);
+// The title with an ending: the middle of its letters lies at (x, y). Whole until its last beat tears it.
+struct Word {
+  Ending ending;
+  Curve size = 1;
+  double x = 0, y = 0;
+  Curve tear = line({{0, 0}, {-1, 0}, {-0.98, 0.5}, {partEnd, 0.95}});
+};
+std::vector<ScriptCall> draw(const Word& word);
+Word vex(const Ending& ending, const Curve& size, double x = 0, double y = 0);
 
 // Smoke before the lens, reaching `reach` times as far as the screen.
 screen::Waves smokeBefore(const char* texture, double reach, double speed, const Curve& alpha);
-
-// A dark bank behind the title, half as wide again as the word.
-screen::Bitmap shadeBehind(const screen::Logo& logo, const Curve& x = 0);
 
 // Three by three rose windows, the middle one about the middle of the screen, `height` high.
 screen::Tiles roseWall(const char* texture, const Curve& height);

@@ -11,7 +11,7 @@ Products logoPictures();        // data\vex01 to vex08, the word endings, data\v
 Products typePictures();        // torn type: halvane, presents
 Products grainPictures();       // grain, dust, vignette, letterbox bar
 Products groundPictures();      // opaque full-screen grounds
-Products rainPictures();        // threads of it before the lens
+Products rainPictures();        // threads of it before the lens, the ring that a drop throws
 Products smokePictures();       // haze cards and tiling smoke, filaments and embers
 Products ironPictures();        // plates, lattice and rose windows
 Products lightPictures();       // rays, eclipse, streaks

@@ -4,7 +4,7 @@
 #include "production/image/noise.h"
 #include "production/image/shape.h"
 #include "production/textures/families.h"
-#include "production/textures/hued.h"
+#include "production/textures/palette.h"
 
 namespace vex {
 

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <string_view>
 
 #include "production/image/filter.h"
 #include "production/image/lettering.h"
@@ -7,6 +8,7 @@
 #include "production/textures/palette.h"
 #include "production/textures/title.h"
 #include "scenes/word_endings.h"
+#include "shell/report.h"
 
 namespace vex {
 
@@ -63,54 +65,155 @@ Lettering titleLetters() {
 
 namespace {
 
+// --- What it is made of in each world
+
+// What polished metal shows of a bright sky and a dark ground, -1 straight below to 1 straight above.
+float mirrored(float up) {
+  const float sky = mix(1.0f, 0.42f, std::pow(clamp01(up), 0.8f));
+  const float floor = mix(0.05f, 0.62f, std::pow(clamp01(-up), 0.9f));
+  return mix(floor, sky, smoothStep(-0.05f, 0.05f, up));
+}
+
+// Where the surface looks: level faces see the sky in their upper halves, the ground in their lower ones, and
+// `dents` make the horizon uneven.
+float outlook(const FacePoint& at, float dents) {
+  return 0.75f * at.up + 1.1f * (0.5f - at.y) + dents * fractal(at.x * 4, at.y * 3, 0, 2, 0.5f, 811);
+}
+
+Colour4 copperFace(const FacePoint& at) {
+  const float brushed = gradientNoise(at.x * 5, at.y * 60, 0, 812);
+  return gradient(copperRamp,
+                  0.14f + 0.72f * mirrored(outlook(at, 0.1f)) + 0.05f * brushed + 0.45f * at.gloss);
+}
+
+// The lamps stand in it twice: pale above, magenta from the floor.
+Colour4 chromeFace(const FacePoint& at) {
+  const float up = outlook(at, 0.22f);
+  const Colour4 sky =
+      gradient(steelRamp, 0.08f + 0.8f * mirrored(up) * smoothStep(-0.5f, 0.0f, up) + 0.5f * at.gloss);
+  return sky + gradient(violetRamp, 0.8f * smoothStep(-0.06f, -0.6f, up));
+}
+
+// Clear within; what shines are its edges and the light that it gathers on the far side.
+Colour4 glassFace(const FacePoint& at) {
+  const float rim = std::exp(-at.inside / 1.5f), core = smoothStep(1.0f, 9.0f, at.inside);
+  const float stria = smoothStep(0.75f, 0.97f, ridges(at.x * 4 + at.y * 2, at.y * 6 - at.x, 0, 3, 0.5f, 831));
+  return gradient(tealRamp, 0.22f + 0.66f * rim + 0.42f * at.below * (1 - 0.5f * core) + 0.9f * at.gloss +
+                                0.14f * stria * core);
+}
+
+Colour4 emberFace(const FacePoint& at) {
+  const float bend = 0.06f * fractal(at.x * 6, at.y * 6, 0, 3, 0.5f, 841);
+  const float veins = ridges(at.x * 4.5f + bend, at.y * 4.5f - bend, 0, 2, 0.5f, 842);
+  const float foot = smoothStep(0.25f, 0.95f, at.y);
+  const float heat = 1.15f * smoothStep(0.80f - 0.22f * foot, 0.97f, veins) + 0.7f * foot * at.below +
+                     0.7f * std::exp(-at.inside / 1.4f) * (0.35f + 0.65f * foot);
+  const float grit = fractal(at.x * 20, at.y * 20, 0, 4, 0.6f, 843);
+  const Colour4 stone =
+      gradient(boneRamp, 0.16f + 0.44f * at.light + 0.07f * grit) * Colour4{1, 0.74f, 0.56f};
+  return stone + gradient(emberRamp, 0.92f * heat);
+}
+
+LetteringLook polishedCopper() {
+  return {.face = copperFace,
+          .glow = &copperRamp,
+          .bevel = 11,
+          .glowReach = 12,
+          .glowStrength = 0.3f,
+          .wear = 0.02f};
+}
+// Under magenta lamps.
+LetteringLook wetChrome() {
+  return {
+      .face = chromeFace, .glow = &violetRamp, .bevel = 12, .glowReach = 12, .glowStrength = 0.3f, .wear = 0};
+}
+LetteringLook tealGlass() {
+  return {
+      .face = glassFace, .glow = &tealRamp, .bevel = 9, .glowReach = 12, .glowStrength = 0.34f, .wear = 0};
+}
+// Fire in its cracks.
+LetteringLook emberStone() {
+  return {.face = emberFace,
+          .glow = &emberRamp,
+          .bevel = 5,
+          .glowReach = 12,
+          .glowStrength = 0.55f,
+          .wear = 0.8f};
+}
+
+// White hot; as a darkening picture it is the word's shadow.
+LetteringLook struckWhite() {
+  const auto face = [](const FacePoint&) { return gradient(boneRamp, 1); };
+  return {.face = face, .glow = &boneRamp, .bevel = 5, .glowReach = 9, .glowStrength = 0.85f, .wear = 0};
+}
+
+// --- The pictures
+
+// In each material the word whole and torn; the last burns white instead.
+struct TitleLook {
+  LetteringLook (*material)();
+  float tear;
+};
+constexpr TitleLook titleLooks[titleFrames] = {{polishedCopper, 0}, {polishedCopper, 0.6f}, {wetChrome, 0},
+                                               {wetChrome, 0.6f},   {tealGlass, 0},         {tealGlass, 0.6f},
+                                               {emberStone, 0},     {struckWhite, 0.08f}};
+
 Canvas titleWord(const Settings& settings, int frame) {
-  const int width = settings.side(256), height = width / 2;
+  const int width = settings.side(512), height = width / 2;
   const auto size = static_cast<float>(height);
   const Lettering text = titleLetters();
   const float scale = size * 0.72f;
   const float right = static_cast<float>(width) * 0.955f;
   const Lettering set =
       placed(text, scale * wordSqueeze, scale, right - text.right * scale * wordSqueeze, size * wordBaseline);
-  LetteringLook look{
-      .body = &boneRamp, .glow = &acidRamp, .bevel = 7, .glowReach = 11, .glowStrength = 0.5f, .wear = 0.3f};
-  look.tear = frame == 0 ? 0.0f : 0.22f + 0.08f * static_cast<float>(frame);
+  LetteringLook look = titleLooks[frame].material();
+  look.tear = titleLooks[frame].tear;
   look.seed = 31 + static_cast<std::uint32_t>(frame) * 5;
   return drawLettering(distanceTo(set, width, height), look);
 }
 
-Canvas wordEnding(const Settings& settings, const std::string& letters, int frame) {
-  const int width = settings.side(512), height = width / 4;
+Canvas wordEnding(const Settings& settings, const std::string& letters, LetteringLook look) {
+  const int width = settings.side(1024), height = width / 4;
   const auto size = static_cast<float>(height);
   const Lettering text = setText(geometric, letters, 0.05f);
   const float scale = size * 0.40f / (0 - setText(geometric, "x", 0).top);
   const float left = static_cast<float>(width) * endingStart;
   const Lettering set = placed(text, scale * endingSqueeze, scale, left - text.left * scale * endingSqueeze,
                                size * endingBaseline);
-  LetteringLook look{.body = &boneRamp,
-                     .glow = &acidRamp,
-                     .bevel = 3.5f,
-                     .glowReach = 9,
-                     .glowStrength = 0.42f,
-                     .wear = 0.3f};
-  look.tear = frame == 0 ? 0.0f : 0.75f;
-  look.seed = 71 + static_cast<std::uint32_t>(frame) + static_cast<std::uint32_t>(letters.size()) * 13;
+  look.bevel *= 0.5f;  // of thinner strokes
+  look.wear *= 0.7f;
+  look.seed = 71 + static_cast<std::uint32_t>(letters.size()) * 13;
   return drawLettering(distanceTo(set, width, height), look);
 }
 
-// A smear of ink behind the letters, so that they read on any ground. They stand left of the middle.
+// A breath of ink behind the letters, which stand left of the middle.
 Canvas backing(const Settings& settings) {
   const int width = settings.side(512), height = width / 4;
-  return paint(width, height, [=](float u, float v) {
-    const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
-    const float rough =
-        0.30f * fractal(u * 5, v * 3, 0, 5, 0.55f, 5) + 0.22f * fractal(u * 18, v * 2, 0, 4, 0.5f, 6);
-    const float body = 1 - std::hypot((x + 0.2f) * 1.2f, y * 0.92f) + rough * (0.3f + 0.7f * std::fabs(x));
-    Colour4 colour = gradient(acidRamp, 0.09f * smoothStep(0.5f, 0.0f, body));
-    colour.a = 0.78f * smoothStep(0.0f, 0.55f, body) *
-               smoothStep(1.1f / static_cast<float>(height), 0.14f,
-                          std::min(std::min(u, 1 - u) * 4, std::min(v, 1 - v)));
+  return paint(width, height, [](float u, float v) {
+    const float x = (u - 0.46f) / 0.44f, y = (v - 0.5f) / 0.48f;
+    Colour4 colour = ink;
+    colour.a = 0.3f * smoothStep(1.0f, 0.0f, std::hypot(x, y));
     return colour;
   });
+}
+
+// The world that each ending is shown in.
+constexpr struct {
+  std::string_view ending;
+  LetteringLook (*material)();
+} endingLooks[] = {{"ed", emberStone}, {"ing", tealGlass},   {"ation", polishedCopper}, {"atious", wetChrome},
+                   {"er", emberStone}, {"illum", tealGlass}, {"edly", emberStone}};
+
+// Whole, then struck.
+LetteringLook lookOf(std::string_view ending, int frame) {
+  if (frame > 0) {
+    LetteringLook look = struckWhite();
+    look.tear = 0.08f;
+    return look;
+  }
+  for (const auto& [name, material] : endingLooks)
+    if (name == ending) return material();
+  fatalError("the word ending %.*s has no material", static_cast<int>(ending.size()), ending.data());
 }
 
 }  // namespace
@@ -120,15 +223,21 @@ Products logoPictures() {
   // Texture names without their folder.
   const auto add = [&](const std::string& textureName, float work,
                        std::function<Canvas(const Settings&)> make) {
-    products.push_back(picture(textureName.substr(5), PictureKind::bmp, "logo", work, std::move(make)));
+    products.push_back(picture(textureName.substr(5), PictureKind::jpeg, "logo", work, std::move(make)));
   };
   for (int frame = 0; frame < titleFrames; ++frame)
     add(logoFrameName(titleTextureStem, frame + 1), 0.5f,
         [frame](const Settings& settings) { return titleWord(settings, frame); });
   for (const WordEnding& ending : wordEndings)
     for (int frame = 0; frame < wordEndingFrames; ++frame)
-      add(logoFrameName(ending.textureStem, frame + 1), 1,
-          [&ending, frame](const Settings& settings) { return wordEnding(settings, ending.text, frame); });
+      add(logoFrameName(ending.textureStem, frame + 1), 1, [&ending, frame](const Settings& settings) {
+        return wordEnding(settings, ending.text, lookOf(ending.text, frame));
+      });
+  // Two endings are shown in the alien's world as well.
+  for (const char* letters : {"er", "ation"})
+    products.push_back(
+        picture(std::string("chrome_") + letters, PictureKind::jpeg, "logo", 1,
+                [letters](const Settings& settings) { return wordEnding(settings, letters, wetChrome()); }));
   products.push_back(picture("vex_substract", PictureKind::maskedBmp, "logo", 0.3f, backing));
   return products;
 }

@@ -11,7 +11,7 @@ namespace vex {
 
 namespace {
 
-// A polished rod from end to end, brushed and worn; its rims are dark. Repeats across.
+// A polished rod from end to end, brushed and worn; its rims are soft. Repeats across.
 Canvas copperBar(const Settings& settings) {
   const int width = settings.side(256);
   return paint(width, width / 4, [](float u, float v) {
@@ -21,15 +21,17 @@ Canvas copperBar(const Settings& settings) {
     // The window above, the floor below, a dark line where they meet.
     const float window = std::exp(-(y + 0.42f) * (y + 0.42f) * 16),
                 floor = std::exp(-(y - 0.55f) * (y - 0.55f) * 30);
-    const float value = 0.10f + 0.36f * round + 0.46f * window + 0.16f * floor -
+    const float value = 0.16f + 0.46f * round + 0.46f * window + 0.16f * floor -
                         0.16f * std::exp(-(y - 0.12f) * (y - 0.12f) * 60) + 0.05f * brushed + 0.07f * stain;
-    return gradient(copperRamp, value * smoothStep(0.0f, 0.06f, std::min(v, 1 - v)));
+    Colour4 colour = gradient(copperRamp, value);
+    colour.a = smoothStep(0.0f, 0.18f, std::min(v, 1 - v));
+    return colour;
   });
 }
 
 // One ball of lacquer, lit from above on the left, with a copper fire behind it; cut out by its mask.
 Canvas vectorBall(const Settings& settings) {
-  const int side = settings.side(64);
+  const int side = settings.side(128);
   return paintSmooth(side, side, 4, [](float u, float v) {
     const float x = (2 * u - 1) / 0.86f, y = (2 * v - 1) / 0.86f, r2 = x * x + y * y;
     const float z = std::sqrt(std::max(0.0f, 1 - r2));
@@ -39,8 +41,7 @@ Canvas vectorBall(const Settings& settings) {
     const Colour4 body = mix(Colour4{0.05f, 0.03f, 0.04f}, Colour4{0.80f, 0.72f, 0.64f}, std::pow(key, 1.7f));
     Colour4 colour =
         body + Colour4{1, 0.98f, 0.95f} * (1.3f * gloss) + Colour4{1, 0.5f, 0.2f} * (1.5f * behind);
-    colour = {clamp01(colour.r), clamp01(colour.g), clamp01(colour.b), 1};
-    return r2 < 1 ? colour : Colour4{0, 0, 0, 0};
+    return Colour4{clamp01(colour.r), clamp01(colour.g), clamp01(colour.b), r2 < 1 ? 1.0f : 0.0f};
   });
 }
 
@@ -53,7 +54,7 @@ Canvas copperSky(const Settings& settings) {
     const float river = v - 0.62f + 0.26f * (x - 1) + 0.14f * bend;
     const float band = std::exp(-river * river * 14);
     const float lanes = smoothStep(0.05f, 0.4f, fractal(x * 5 + bend, v * 7, 0, 5, 0.55f, 922));
-    const float level = 0.10f + band * (0.26f + 0.26f * cloud) * (1 - 0.55f * lanes) + 0.08f * cloud;
+    const float level = 0.13f + band * (0.36f + 0.34f * cloud) * (1 - 0.55f * lanes) + 0.08f * cloud;
     const Colour4 dust = gradient(copperRamp, level);
     return dust + gradient(violetRamp, 0.16f + 0.12f * cloud) * (0.6f * (1 - band));
   });
@@ -72,8 +73,8 @@ Canvas scrollerFont(const Settings& settings) {
   const auto size = static_cast<float>(side);
   const float unit = size / 64;
   // Cells are a third wider on the screen than they are high.
-  const float scale = 0.60f * size / (0 - setText(heavy, "H", 0).top), squeeze = 0.95f;
-  const float widest = 0.80f * size, margin = 3 * unit;
+  const float scale = 0.70f * size / (0 - setText(heavy, "H", 0).top), squeeze = 1.3f;
+  const float widest = 0.92f * size, margin = 3 * unit;
   Canvas picture(side, side * cells);
   for (int cell = 0; cell < cells; ++cell) {
     const char letter = cellLetters[cell];
@@ -83,7 +84,7 @@ Canvas scrollerFont(const Settings& settings) {
       const float width = (text.right - text.left) * scale * squeeze;
       const float across = scale * squeeze * std::min(1.0f, widest / width);
       const float middle = (text.left + text.right) / 2 * across;
-      distance = distanceTo(placed(text, across, scale, size / 2 - middle, size * 0.80f), side, side);
+      distance = distanceTo(placed(text, across, scale, size / 2 - middle, size * 0.85f), side, side);
       for (float& d : distance.texels) d -= 0.8f * unit;
     }
     const Field heights =
@@ -93,7 +94,7 @@ Canvas scrollerFont(const Settings& settings) {
     for (int y = 0; y < side; ++y)
       for (int x = 0; x < side; ++x) {
         const float v = (static_cast<float>(y) + 0.5f) / size, d = distance.at(x, y);
-        const float up = (v - 0.17f) / 0.66f;  // 0 at the tops, 1 on the baseline
+        const float up = (v - 0.13f) / 0.72f;  // 0 at the tops, 1 on the baseline
         const float chrome =
             up < 0.52f ? mix(0.98f, 0.66f, up / 0.52f) : mix(0.34f, 0.80f, (up - 0.52f) / 0.48f);
         const float border = smoothStep(-3.2f * unit, -1.2f * unit, d);
@@ -112,7 +113,7 @@ Canvas scrollerFont(const Settings& settings) {
 }  // namespace
 
 Products outroPictures() {
-  return {picture("copperbar", PictureKind::jpeg, "outro", 0.3f, copperBar),
+  return {picture("copperbar", PictureKind::maskedJpeg, "outro", 0.3f, copperBar),
           picture("flare_vectorball", PictureKind::maskedBmp, "outro", 0.2f, vectorBall),
           picture("sky_copper", PictureKind::jpeg, "outro", 0.8f, copperSky),
           picture("scroller", PictureKind::maskedJpeg, "outro", 1.5f, scrollerFont)};

@@ -29,10 +29,22 @@ Canvas rain(const Settings& settings) {
   });
 }
 
+// The ring that a drop throws, its crest sharp outside; it fades to nothing at the borders. Additive.
+Canvas ring(const Settings& settings) {
+  const int side = settings.side(256);
+  return paint(side, side, [](float u, float v) {
+    const float r = std::hypot(2 * u - 1, 2 * v - 1);
+    const float crest = std::exp(-std::pow((r - 0.80f) / (r < 0.80f ? 0.10f : 0.035f), 2.0f));
+    const float second = std::exp(-std::pow((r - 0.52f) / (r < 0.52f ? 0.10f : 0.04f), 2.0f));
+    return gradient(tealRamp, (0.85f * crest + 0.32f * second) * smoothStep(0.97f, 0.86f, r));
+  });
+}
+
 }  // namespace
 
 Products rainPictures() {
-  return {picture("rain", PictureKind::jpeg, "rain", 1, rain)};
+  return {picture("rain", PictureKind::jpeg, "rain", 1, rain),
+          picture("ring_teal", PictureKind::jpeg, "rain", 0.2f, ring)};
 }
 
 }  // namespace vex
