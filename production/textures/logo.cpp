@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <string_view>
 
@@ -183,7 +184,14 @@ Canvas wordEnding(const Settings& settings, const std::string& letters, Letterin
   look.bevel *= 0.5f;  // of thinner strokes
   look.wear *= 0.7f;
   look.seed = 71 + static_cast<std::uint32_t>(letters.size()) * 13;
-  return drawLettering(distanceTo(set, width, height), look);
+  // Black for a JPEG block from the borders, whose error would show there.
+  Canvas picture = drawLettering(distanceTo(set, width, height), look);
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x) {
+      const int inset = std::min({x, y, width - 1 - x, height - 1 - y});
+      picture.at(x, y) = picture.at(x, y) * smoothStep(8, 12, static_cast<float>(inset));
+    }
+  return picture;
 }
 
 // A breath of ink behind the letters, which stand left of the middle.
@@ -221,18 +229,19 @@ LetteringLook lookOf(std::string_view ending, int frame) {
 Products logoPictures() {
   Products products;
   // Texture names without their folder.
-  const auto add = [&](const std::string& textureName, float work,
+  const auto add = [&](const std::string& textureName, PictureKind kind, float work,
                        std::function<Canvas(const Settings&)> make) {
-    products.push_back(picture(textureName.substr(5), PictureKind::jpeg, "logo", work, std::move(make)));
+    products.push_back(picture(textureName.substr(5), kind, "logo", work, std::move(make)));
   };
   for (int frame = 0; frame < titleFrames; ++frame)
-    add(logoFrameName(titleTextureStem, frame + 1), 0.5f,
+    add(logoFrameName(titleTextureStem, frame + 1), PictureKind::bmp, 0.5f,
         [frame](const Settings& settings) { return titleWord(settings, frame); });
   for (const WordEnding& ending : wordEndings)
     for (int frame = 0; frame < wordEndingFrames; ++frame)
-      add(logoFrameName(ending.textureStem, frame + 1), 1, [&ending, frame](const Settings& settings) {
-        return wordEnding(settings, ending.text, lookOf(ending.text, frame));
-      });
+      add(logoFrameName(ending.textureStem, frame + 1), PictureKind::jpeg, 1,
+          [&ending, frame](const Settings& settings) {
+            return wordEnding(settings, ending.text, lookOf(ending.text, frame));
+          });
   // Two endings are shown in the alien's world as well.
   for (const char* letters : {"er", "ation"})
     products.push_back(
