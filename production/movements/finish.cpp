@@ -62,10 +62,41 @@ void addFlashes(Show& show, const Light& light, const std::vector<Flash>& flashe
   }
 }
 
+// The light gives way for a moment: where drums begin to lead into what follows, and on strokes without a
+// cut.
+void addBlinks(Show& show) {
+  const struct {
+    double bar, depth;
+  } blinks[] = {
+      {3, 0.7},
+      {barOf("far motif"), 0.6},
+      {9, 0.35},
+      {barOf("build doubles"), 0.35},
+      {barOf("last layer fill"), 0.35},
+      {barOf("backwards 2"), 0.35},
+      {barOf("drop fill"), 0.35},
+      {33, 0.2},
+      {barOf("alien fill"), 0.2},
+      {barOf("table fill"), 0.25},
+      {51, 0.25},
+      {barOf("jar fill"), 0.25},
+      {barOf("white"), 0.08},
+      {barOf("white fill"), 0.08},
+      {barOf("last fill"), 0.85},
+      {barOf("crow fill 2"), 0.35},
+      {barOf("first drop"), 0.5},
+      {barOf("water fill"), 0.3},
+      {barOf("surface fill"), 0.55},
+  };
+  for (const auto& [bar, depth] : blinks)
+    show.add("blink", bar, 0.0625, flash, Fade{0, 0, 0, line({{0, depth}, {partEnd, 0}})});
+}
+
 }  // namespace
 
 void addFinish(Show& show) {
   using enum Burst;
+  addBlinks(show);
   addFlashes(show, acid,
              {{"box", orb, -0.05, 0.0, 0.8},
               {"pulse", streak, 0, 0},

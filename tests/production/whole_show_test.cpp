@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "assets/texture_cache.h"
 #include "effects/particle_system.h"
@@ -18,6 +21,7 @@
 #include "scenes/scene_water.h"
 #include "shell/clock.h"
 #include "shell/presentation.h"
+#include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/temporary_folder.h"
 
@@ -164,6 +168,70 @@ TEST_F(WholeShow, StartedLateFindsWhatPlayingWouldHaveLeft) {
     for (const auto& [place, number] : expected.numbers)
       EXPECT_NEAR(left.numbers.at(place), number, 1e-3 * std::max(1.0, std::abs(number)))
           << place << " at " << start << " s";
+  }
+}
+
+constexpr int framesPerSecond = 30;
+constexpr int around = 5;  // frames that are looked at before and behind
+
+// The first frame that shows what happens at this time.
+int frameAt(double seconds) {
+  return static_cast<int>(std::ceil(seconds * framesPerSecond - 1e-6));
+}
+
+std::vector<std::uint8_t> picture() {
+  std::vector<std::uint8_t> pixels(std::size_t{3} * glTestWidth * glTestHeight);
+  glReadPixels(0, 0, glTestWidth, glTestHeight, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
+  return pixels;
+}
+
+double meanDifference(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>& b) {
+  double sum = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) sum += std::abs(a[i] - b[i]);
+  return sum / static_cast<double>(a.size());
+}
+
+// What happens in the music: every cue and every bar up to the last movement, in which all moves all the
+// time, by their frames.
+std::map<int, std::string> musicalEvents() {
+  std::map<int, std::string> events;
+  for (int bar = 1; bar < outroBar; ++bar) events[frameAt(cueSeconds(bar))] = "bar " + std::to_string(bar);
+  for (const Cue& cue : cues)
+    if (cue.bar < outroBar) events[frameAt(cueSeconds(cue))] = cue.name;
+  return events;
+}
+
+// The picture changes most in the frame of the event or beside it, or comes to rest there.
+TEST_F(WholeShow, KeepsInStepWithItsMusic) {
+  setWindowSize(glTestWidth, glTestHeight);
+  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  load(0);
+  const auto events = musicalEvents();
+  std::set<int> watched;
+  for (const auto& [event, name] : events)
+    for (int i = std::max(-around - 1, -event); i <= around; ++i) watched.insert(event + i);
+  std::map<int, double> changes;  // from the frame before, of 255
+  std::vector<std::uint8_t> before;
+  for (const int number : watched) {
+    frame(static_cast<double>(number) / framesPerSecond);
+    std::vector<std::uint8_t> now = picture();
+    if (watched.contains(number - 1)) changes[number] = meanDifference(before, now);
+    before = std::move(now);
+  }
+  for (const auto& [event, name] : events) {
+    if (event == 0) continue;
+    std::printf("%7.2f s  %-20s", static_cast<double>(event) / framesPerSecond, name.c_str());
+    int most = event;
+    double leastBefore = 255, mostBehind = 0;
+    for (int i = event - around; i <= event + around; ++i) {
+      std::printf(" %6.2f", changes[i]);
+      if (changes[i] > changes[most]) most = i;
+      if (i < event) leastBefore = std::min(leastBefore, changes[i]);
+      if (i > event + 1) mostBehind = std::max(mostBehind, changes[i]);
+    }
+    std::printf("\n");
+    EXPECT_TRUE(std::abs(most - event) <= 1 || mostBehind < 0.5 * leastBefore)
+        << name << " at frame " << event << ", the picture changes at " << most;
   }
 }
 
