@@ -98,10 +98,19 @@ TEST(Vexrecord, PicturesStandUprightAndRunsAreEqual) {
        .parameters = {text("name", "data\\vex01"), constant("x", -1), constant("y", -1), constant("w", 2),
                       constant("h", 1), constant("n", 8), constant("glitch", 0.5), constant("alpha", 1),
                       constant("b", 0)}});
+  // Of what comes then the left half shows.
+  project.parts[0].calls.push_back(
+      {.scene = "SceneHelper",
+       .function = "setViewport",
+       .parameters = {constant("x", -1), constant("y", -1), constant("w", 1), constant("h", 2)}});
+  project.parts[0].calls.push_back(fillPart("left", 0, 1, 0, 0, 1).calls[0]);
   writeRunFolder(project);
-  ASSERT_EQ(vexrecord("--stills 0.5 --out a --size 32x16").exitCode, 0);
-  ASSERT_EQ(vexrecord("--stills 0.5 --out b --size 32x16").exitCode, 0);
+  writeFile("Demo.log", "of another run\n");
+  ASSERT_EQ(vexrecord("--stills 0.5 --out a --size 32x16 --stats").exitCode, 0);
+  EXPECT_FALSE(readFile("Demo.log").starts_with("of another run"));
+  ASSERT_EQ(vexrecord("--stills 0.5 --out b --size 32x16 --stats").exitCode, 0);
   const Png png = readPng("a/0000.500.png");
+  EXPECT_EQ(png.at(14, 13), (std::vector<int>{0, 0, 255}));
   EXPECT_EQ(png.at(16, 2), (std::vector<int>{255, 255, 255}));
   EXPECT_EQ(png.at(16, 13), (std::vector<int>{255, 0, 0}));
   EXPECT_EQ(readFile("a/0000.500.png"), readFile("b/0000.500.png"));
@@ -227,14 +236,18 @@ TEST(Vexrecord, NothingComesBeforeTheMusic) {
   EXPECT_NEAR(last, 0.5, 0.02);
 }
 
-TEST(Vexrecord, MissingMusicLeavesASilentVideo) {
+TEST(Vexrecord, MusicThatCannotBeReadLeavesASilentVideo) {
   const TemporaryFolder folder;
   ProjectData project = threeColours();
-  project.music = "data\\none.ogg";
+  project.music = "data\\noise.ogg";
   writeRunFolder(project);
+  writeFile("data/noise.ogg", "no music");
+  EXPECT_EQ(vexrecord("--out video.mp4 --size 32x16").errors,
+            "vexrecord: Sound file data\\noise.ogg can't be read at 0 s, the video has no sound\n");
+  fs::remove("data/noise.ogg");
   const Program program = vexrecord("--out video.mp4 --size 32x16");
   EXPECT_EQ(program.exitCode, 0);
-  EXPECT_EQ(program.errors, "vexrecord: Sound file data\\none.ogg not found, the video has no sound\n");
+  EXPECT_EQ(program.errors, "vexrecord: Sound file data\\noise.ogg not found, the video has no sound\n");
   EXPECT_EQ(probe("-show_entries stream=codec_type video.mp4"), "video\n");
 }
 
