@@ -77,19 +77,21 @@ void addBlinks(Show& show) {
       {barOf("drop fill"), 0.35},
       {33, 0.2},
       {barOf("alien fill"), 0.2},
+      {barOf("break fill 2"), 0.25},
+      {barOf("break 2 hushed"), 0.6},
       {barOf("table fill"), 0.25},
       {51, 0.25},
       {barOf("jar fill"), 0.25},
       {barOf("white"), 0.08},
       {barOf("white fill"), 0.08},
-      {barOf("last fill"), 0.85},
       {barOf("crow fill 2"), 0.35},
-      {barOf("first drop"), 0.5},
       {barOf("water fill"), 0.3},
       {barOf("surface fill"), 0.55},
   };
   for (const auto& [bar, depth] : blinks)
     show.add("blink", bar, 0.0625, flash, Fade{0, 0, 0, line({{0, depth}, {partEnd, 0}})});
+  // Over mirrors that melt no dark would be seen.
+  show.add("strobe", barOf("last fill"), 0.0625, flash, Fade{1, 0.9, 0.7, line({{0, 0.2}, {partEnd, 0}})});
 }
 
 }  // namespace
@@ -125,7 +127,8 @@ void addFinish(Show& show) {
               {"pad opens", orb, 0, 0, 1.2},
               {"half time", rays, 0, -0.1, 0.8, 0.6},
               {"jar", orb, 0, 0, 1, 0.6},
-              {"shards", orb, 0, 0}});
+              {"shards", orb, 0, 0},
+              {"first drop", orb, -0.1, 0.45, 0.5}});
   addFlashes(show, ember, {{"roll", rays, 0, -0.34}, {"roll doubles", rays, 0, -0.34}});
 
   // The film's finish ends where the party begins.

@@ -83,8 +83,8 @@ void addInterludeOne(Show& show) {
            {0.15, 1.85, 0.03},
            {0.3, 2.0, 0.09},
            {0.45, 2.2, 0.18},
-           {0.6, 2.45, 0.3},
-           {0.75, 2.8, 0.45}},
+           {0.6, 2.3, 0.22},
+           {0.75, 2.5, 0.27}},
           {away, away, away, away});
   show.add("burst", riser + 0.75, 0.1875, far,
            Bitmap{.texture = "rays_teal",

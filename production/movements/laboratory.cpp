@@ -44,10 +44,12 @@ struct Shot {
   double speed() const { return (lab::sceneTime(bar + bars) - start()) / (bars * secondsPerBar); }
 };
 
+constexpr double wideOpen = 0.999;  // of lids
+
 // How everything stands; fractions of their motions.
 struct State {
   Curve turn = 0.3;                      // of the being: 0 its back, 0.9 past its face, then it sits down
-  Curve lids = 0;                        // of its eyes; 1 is wide open
+  Curve lids = 0;                        // of its eyes
   Curve gaze = 0.5;                      // from its right to its left
   Curve skin[4] = {1.15, 1.0, 0.92, 1};  // colour in the lamp's light, opacity
   Curve heart = 0;                       // how far it swells
@@ -117,13 +119,18 @@ void addGlow(Show& show, const Shot& shot, const char* texture, const Vector& pl
   addGlow(show, shot, texture, sightOf(shot, place), height, alpha, aspect);
 }
 
-// The lamp and what hangs in its beam, which lights up on beats.
+// What hangs in the lamp's beam lights up on beats.
+void addBeam(Show& show, const Shot& shot, const std::vector<double>& beats, double level) {
+  addGlow(show, shot, "haze_teal", mix(lab::lampPlace, lab::lampTarget, 0.6f), 260,
+          flashes(beats, 0.6 * level, 0.35 * level), 0.8);
+}
+
+// The lamp, too.
 void addLamp(Show& show, const Shot& shot, const std::vector<double>& beats, double level) {
   const Vector mouth = mix(lab::lampPlace, lab::lampTarget, 0.12f);
   addGlow(show, shot, "rays_teal", mouth, 190, flashes(beats, level, level * 0.7));
   addGlow(show, shot, "light7", mouth, 150, flashes(beats, level, level * 0.7));
-  addGlow(show, shot, "haze_teal", mix(lab::lampPlace, lab::lampTarget, 0.6f), 260,
-          flashes(beats, 0.6 * level, 0.35 * level), 0.8);
+  addBeam(show, shot, beats, level);
 }
 
 void addGloom(Show& show, double bar, double bars, const Curve& level) {
@@ -200,7 +207,7 @@ void addJar(Show& show) {
   addShot(show, shot,
           {.turn = line({{0, 0.36}, {4.98, 0.545}, {5.1, 0.525}, {5.6, 0.56}, {partEnd, 0.62}}),
            .lids = line({{0, 0}, {6.5, 0}, {6.7, 0.1}, {7, 0.02}, {partEnd, 0}})});
-  addLamp(show, shot, {0, 2, 4, 6}, 0.5);
+  addBeam(show, shot, {0, 2, 4, 6}, 0.5);
 }
 
 // Dark but for the window; the light finds it, its lids open.
@@ -277,7 +284,7 @@ void addAlarm(Show& show) {
   state.turn = slide(0.4, 0.62), state.swell = flashes({0, 1, 2}, 1, 0.3);
   addShot(show, fourth, state);
   state = glassy(1, 1, {0});
-  state.turn = 0.64, state.lids = 1, state.gaze = slide(0.5, 0.42), state.alarm = 0, state.heart = 0;
+  state.turn = 0.64, state.lids = wideOpen, state.gaze = slide(0.5, 0.42), state.alarm = 0, state.heart = 0;
   addShot(show, fifth, state);
   addGloom(show, fifth.from(), fifth.bars, line({{0, 0.55}, {partEnd, 0.85}}));
   addStrokes(show, first, slow);
@@ -295,7 +302,7 @@ void addBurst(Show& show) {
   const Shot still{"burst", lab::burstBar, 1, blow}, falls{"shards", lab::burstBar + 1, 1, splinters};
   State state;
   state.skin[0] = 0.7, state.skin[1] = 1.6, state.skin[2] = 1.6, state.skin[3] = 0.34;
-  state.lids = 1, state.glass = 0, state.turn = slide(0.46, 0.72);
+  state.lids = wideOpen, state.glass = 0, state.turn = slide(0.46, 0.72);
   state.heart = flashes({0, 2}, 0.999), state.alarm = flashes({0}, 1.6, 0.1);
   state.burst = line({{0, 0}, {0.06, 0.32}, {0.3, 0.5}, {partEnd, 0.999}});
   addShot(show, still, state);

@@ -185,7 +185,7 @@ void addBlazes(Show& show) {
 
 // The last of it: one socket's fire swallows the picture.
 void addInferno(Show& show) {
-  const std::vector<Spot> socket{{0, -0.33, -0.13, 0.5}, {1.75, -0.34, -0.17, 1.1}, {3, 0, 0, 9}};
+  const std::vector<Spot> socket{{0, -0.33, -0.13, 0.5}, {1.75, -0.34, -0.17, 1.1}, {3, 0, 0, 8}};
   const double start = skullBar + 15, bars = 0.75;
   for (const char* light : {"light4", "rays_ember", "light7"})
     show.add("inferno", start, bars, flash,
