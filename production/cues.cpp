@@ -25,17 +25,6 @@ std::string cueLines() {
   return lines;
 }
 
-std::vector<double> kickSeconds() {
-  std::vector<double> seconds;
-  const Score score = writeScore(showSections);
-  for (const DrumLine& line : score.drums) {
-    if (line.drum != "kick") continue;
-    for (const DrumHit& hit : readDrums(line)) seconds.push_back(cueSeconds(hit.bar));
-  }
-  std::sort(seconds.begin(), seconds.end());
-  return seconds;
-}
-
 std::vector<PlayedNote> notesOf(std::string_view instrument) {
   std::vector<PlayedNote> played;
   const Score score = writeScore(showSections);

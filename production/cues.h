@@ -262,9 +262,6 @@ double cueSeconds(std::string_view name, std::span<const Cue> among = cues);
 // The show's cues as lines "seconds name", ascending.
 std::string cueLines();
 
-// Seconds of every kick drum of the show, ascending: where the music ducks, lights can dip too.
-std::vector<double> kickSeconds();
-
 // A note that an instrument plays; a chord is several.
 struct PlayedNote {
   double seconds;

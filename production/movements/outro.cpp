@@ -153,22 +153,14 @@ void addBars(Show& show) {
   add("bars entwined", second, third,
       {.count = 9, .endScale = 0.35, .mode = 1, .speed = 0.6, .spacing = 0.6, .amplitude = 0.8},
       {1.0, 0.38, 0.72});
-  add("bars of the chorus", third, greetings,
-      {.count = 7,
-       .endScale = 0.4,
-       .mode = 1,
-       .speed = 0.9,
-       .spacing = 0.8,
-       .amplitude = swing(12, 0.65, 0.85)},
-      {0.3, 0.95, 1.0});
-  add("bars of fire", greetings, chord,
-      {.count = 7,
-       .endScale = 0.4,
-       .mode = 1,
-       .speed = 0.9,
-       .spacing = 0.8,
-       .amplitude = swing(12, 0.65, 0.85)},
-      {1.0, 0.5, 0.22});
+  const Copper chorus{.count = 7,
+                      .endScale = 0.4,
+                      .mode = 1,
+                      .speed = 0.9,
+                      .spacing = 0.8,
+                      .amplitude = swing(12, 0.65, 0.85)};
+  add("bars of the chorus", third, greetings, chorus, {0.3, 0.95, 1.0});
+  add("bars of fire", greetings, chord, chorus, {1.0, 0.5, 0.22});
   show.add("glow behind", first, chord - first, far + 1,
            Bitmap{.texture = "haze_ember",
                   .at = centred(0, -0.12, 2.6, 1.5),
