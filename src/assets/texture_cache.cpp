@@ -30,6 +30,7 @@ struct FoldedName {
   char text[Size] = {};
   bool fits = false;
 
+  FoldedName() = default;
   explicit FoldedName(const char* name) {
     int length = 0;
     while (length < Size - 1 && name[length] != '\0') {
@@ -46,7 +47,7 @@ using TextureName = FoldedName<textureNameSize>;
 using MovieFrameName = FoldedName<movieFrameNameSize>;
 
 // Eight characters at a time.
-std::uint32_t hashName(const TextureName& name) {
+std::size_t hashName(const TextureName& name) {
   std::uint64_t hash = 0;
   for (std::size_t i = 0; i < sizeof name.text; i += 8) {
     std::uint64_t characters;
@@ -54,12 +55,12 @@ std::uint32_t hashName(const TextureName& name) {
     hash = (hash ^ characters) * 0x9e3779b97f4a7c15u;  // 2^64 over the golden ratio
     hash ^= hash >> 32;
   }
-  return static_cast<std::uint32_t>(hash);
+  return hash;
 }
 
 // Where the ids of a name are found: a hash table with linear probing, never more than half full.
 struct NameSlot {
-  std::uint32_t hash = 0;
+  TextureName name;
   std::int16_t first = -1;  // in id order; -1 in a free slot
   std::int16_t last = -1;
 };
@@ -79,12 +80,9 @@ TextureName checkedName(const char* name) {
 
 // The slot of the name, or the free one where it would stand.
 NameSlot& findSlot(const TextureName& name) {
-  const std::uint32_t hash = hashName(name);
-  for (std::size_t i = hash % nameSlotCount;; i = (i + 1) % nameSlotCount) {
+  for (std::size_t i = hashName(name) % nameSlotCount;; i = (i + 1) % nameSlotCount) {
     NameSlot& slot = nameSlots[i];
-    if (slot.first < 0) return slot;
-    if (slot.hash == hash && TextureName(entries[static_cast<std::size_t>(slot.first)].name) == name)
-      return slot;
+    if (slot.first < 0 || slot.name == name) return slot;
   }
 }
 
@@ -155,7 +153,7 @@ int addTexture(TextureEntry entry, const char* name, bool wrap) {
   entries[static_cast<std::size_t>(id)] = std::move(entry);
   ++entryCount;
   NameSlot& slot = findSlot(folded);
-  slot.hash = hashName(folded);
+  slot.name = folded;
   slot.last = static_cast<std::int16_t>(id);
   if (slot.first < 0) slot.first = slot.last;
   return id;
