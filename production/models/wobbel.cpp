@@ -88,7 +88,7 @@ Colour4 fireHall(const Vector& d) {
 
 Model wobbel(const Settings& settings) {
   Surface all = knot();
-  append(all, geodesic(ballRadius, 4));
+  append(all, geodesic(ballRadius, 3));
   for (const Drop& drop : drops) append(all, placed(geodesic(drop.radius, 3), moved(drop.place)));
 
   Stage stage;
