@@ -1,4 +1,5 @@
 #include <GL/gl.h>
+#include <fnmatch.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +16,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "assets/model_info.h"
@@ -45,6 +47,9 @@ constexpr const char* usage =
     "         --camera N                     through the model's camera N (default 0); a model without\n"
     "                                        cameras is shown from eight sides\n"
     "         --at SECONDS                   at this time (default 0)\n"
+    "         --bare                         its form alone: grey facets under a lamp beside the eye\n"
+    "         --hide NAME,NAME...            without these meshes and lights; spark* are all of a beginning\n"
+    "         --pose NAME=SECONDS,...        these meshes at times of their own\n"
     "         --size WxH                     size of the picture in pixels (default 1280x720)\n"
     "       vexmodel --help                  show this text\n"
     "\n"
@@ -72,6 +77,11 @@ Number parse(const std::string& option, std::string_view text, Number least, Num
   return value;
 }
 
+struct Pose {
+  std::string mesh;  // pattern of names
+  float seconds;
+};
+
 struct CommandLine {
   std::string command;
   std::string file;
@@ -80,9 +90,28 @@ struct CommandLine {
   bool json = false;
   int camera = 0;
   bool cameraGiven = false;
+  bool bare = false;
+  std::vector<std::string> hidden;  // patterns of names
+  std::vector<Pose> poses;
   int width = 1280;
   int height = 720;
 };
+
+std::vector<std::string> splitAtCommas(std::string_view text) {
+  std::vector<std::string> parts;
+  for (std::size_t start = 0; start <= text.size(); start += parts.back().size() + 1) {
+    parts.emplace_back(text.substr(start, std::min(text.find(',', start), text.size()) - start));
+  }
+  return parts;
+}
+
+void parsePoses(CommandLine& line, std::string_view text) {
+  for (const std::string& pose : splitAtCommas(text)) {
+    const std::size_t equals = std::min(pose.rfind('='), pose.size());
+    const std::string_view seconds = std::string_view(pose).substr(std::min(equals + 1, pose.size()));
+    line.poses.push_back({pose.substr(0, equals), parse("--pose", seconds, 0.0f, 1e6f)});
+  }
+}
 
 void parseSize(CommandLine& line, std::string_view text) {
   const std::size_t cross = std::min(text.find('x'), text.size());
@@ -114,6 +143,12 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     } else if (view && argument == "--camera") {
       line.camera = parse("--camera", value(), 0, std::numeric_limits<int>::max());
       line.cameraGiven = true;
+    } else if (view && argument == "--bare") {
+      line.bare = true;
+    } else if (view && argument == "--hide") {
+      line.hidden = splitAtCommas(value());
+    } else if (view && argument == "--pose") {
+      parsePoses(line, value());
     } else if (view && argument == "--size") {
       parseSize(line, value());
     } else if (line.file.empty() && !argument.starts_with("-")) {
@@ -235,7 +270,66 @@ void loadScene(const std::string& file, vex::Scene& scene) {
   scene.collectActiveLights();
 }
 
-void draw(vex::Scene& scene, float seconds) {
+// Does something with all objects whose names a pattern fits. Fatal where it fits none.
+template <typename... Arrays>
+void forNamed(const CommandLine& line, const std::string& pattern, const auto& act, Arrays&... arrays) {
+  bool found = false;
+  const auto look = [&](auto& array) {
+    for (auto* object : array) {
+      if (fnmatch(pattern.c_str(), object->name, 0) != 0) continue;
+      act(*object);
+      found = true;
+    }
+  };
+  (look(arrays), ...);
+  if (!found) vex::fatalError("%s has nothing of the name %s", line.file.c_str(), pattern.c_str());
+}
+
+void hideAndPose(const CommandLine& line, vex::Scene& scene) {
+  const auto hide = []<typename Kind>(Kind& object) {
+    object.flags |= vex::hiddenFlag;
+    if constexpr (std::is_same_v<Kind, vex::Light>) {
+      object.active = false;
+      object.flareStrength = 0.0f;
+    }
+  };
+  for (const std::string& name : line.hidden) forNamed(line, name, hide, scene.meshes, scene.lights);
+  for (const auto& [name, seconds] : line.poses) {
+    forNamed(
+        line, name, [seconds](vex::Mesh& mesh) { mesh.setFixedTime(seconds); }, scene.meshes);
+  }
+  scene.collectActiveLights();
+}
+
+// Leaves nothing of the meshes but their forms, and one lamp.
+void makeBare(vex::Scene& scene) {
+  glShadeModel(GL_FLAT);
+  glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
+  for (vex::Mesh* mesh : scene.meshes) {
+    mesh->texture = -1;
+    mesh->envMap = false;
+    mesh->lit = true;
+    mesh->shininess = 0.0f;
+    mesh->diffuse = {0.75f, 0.75f, 0.75f, 1.0f};
+    mesh->ambient = {0.12f, 0.12f, 0.12f, 1.0f};
+  }
+  scene.lights.allocate(1);
+  auto* lamp = scene.lights[0] = new vex::Light;
+  lamp->active = true;
+  lamp->flareStrength = 0.0f;
+  scene.collectActiveLights();
+}
+
+// To the left of the eye and above it, by half the way to what it looks at.
+void placeLamp(vex::Scene& scene, float seconds) {
+  vex::Viewer& viewer = *scene.getViewer();
+  viewer.getMatrix(seconds);
+  const float half = (viewer.target - viewer.position).length() * 0.5f;
+  scene.lights[0]->position = viewer.position - (viewer.right + viewer.down) * half;
+}
+
+void draw(vex::Scene& scene, const CommandLine& line, float seconds) {
+  if (line.bare) placeLamp(scene, seconds);
   glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
   scene.render(seconds);
@@ -267,7 +361,7 @@ vex::ContactSheet drawTurntable(vex::Scene& scene, const CommandLine& line, floa
         ball.centre + vex::Vector(static_cast<float>(std::sin(angle) * flat), static_cast<float>(height),
                                   static_cast<float>(std::cos(angle) * flat)) *
                           static_cast<float>(distance);
-    draw(scene, seconds);
+    draw(scene, line, seconds);
     vex::readBackBgra(line.width, line.height, pixels);
     sheet.add(degrees, pixels);
   }
@@ -299,6 +393,8 @@ void view(const CommandLine& line) {
 
   vex::Scene scene;
   loadScene(line.file, scene);
+  hideAndPose(line, scene);
+  if (line.bare) makeBare(scene);
   const float seconds = line.content.seconds.value_or(0.0f);
   const int cameras = scene.viewers.count();
   if (line.cameraGiven && line.camera >= cameras) {
@@ -309,7 +405,7 @@ void view(const CommandLine& line) {
     written = drawTurntable(scene, line, seconds).write(file);
   } else {
     scene.viewerIndex = line.camera;
-    draw(scene, seconds);
+    draw(scene, line, seconds);
     written = writePicture(file, line);
   }
   if (!written) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));

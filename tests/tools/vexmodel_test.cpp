@@ -197,13 +197,46 @@ TEST(Vexmodel, DrawsThroughTheCameraOrFromAllSides) {
             "vexmodel: can't write none/x.png: No such file or directory\n");
 }
 
+TEST(Vexmodel, DrawsFormsAndPartsAndPoses) {
+  const TemporaryFolder folder;
+  std::string text = triangleText(true);
+  const std::string camera = text.substr(text.find("*CAMERAOBJECT"));
+  text.erase(text.find("*CAMERAOBJECT"));
+  const std::string track =
+      "*TM_ANIMATION {\n*CONTROL_POS_TRACK {\n*CONTROL_POS_SAMPLE 0 1 2 3\n*CONTROL_POS_SAMPLE 16000 1 2 "
+      "-90\n}\n}\n";
+  text.insert(text.rfind('}'), track);
+  writeFile("data/m.ase", text + camera);
+  const auto middle = [](const std::string& options) {
+    const Program view = vexmodel("view data/m.ase --out m.png --size 64x48 " + options);
+    EXPECT_EQ(view.exitCode, 0) << options << view.errors;
+    return readPng("m.png").at(34, 22);
+  };
+  const std::vector<int> black{0, 0, 0};
+  EXPECT_EQ(middle(""), (std::vector<int>{255, 255, 255}));
+  const std::vector<int> bare = middle("--bare");
+  EXPECT_GT(bare[0], 30);
+  EXPECT_LT(bare[0], 225);
+  EXPECT_EQ(bare, std::vector<int>(3, bare[0]));
+  EXPECT_EQ(middle("--hide 'T*'"), black);
+  const std::vector<int> later = middle("--at 0.9");
+  EXPECT_NE(later, middle(""));
+  EXPECT_EQ(middle("--pose 'T*=0.9'"), later);
+  EXPECT_NE(middle("--at 0.9 --pose 'T*=0'"), later);
+  for (const char* options : {"--hide Q", "--pose Q=1"}) {
+    const Program view = vexmodel(std::string("view data/m.ase --out m.png --size 64x48 ") + options);
+    EXPECT_EQ(view.exitCode, 255) << options;
+    EXPECT_TRUE(view.errors.ends_with("data/m.ase has nothing of the name Q\n")) << view.errors;
+  }
+}
+
 TEST(Vexmodel, WrongUsageShowsTheUsage) {
   const Program help = vexmodel("--help");
   EXPECT_EQ(help.exitCode, 0);
   for (const char* arguments :
        {"", "info", "compile", "compile a b", "view a", "info a --at", "info a --at 1",
         "info a --json --at x", "info a --geometry", "view a --out b --size 10", "view a --out b --size 0x5",
-        "compile a --json", "show a", "view a --out b --camera -1", "--help x"}) {
+        "compile a --json", "show a", "view a --out b --camera -1", "view a --out b --pose c", "--help x"}) {
     const Program program = vexmodel(arguments);
     EXPECT_EQ(program.exitCode, 2) << arguments;
     EXPECT_TRUE(program.errors.ends_with(help.output)) << arguments;
