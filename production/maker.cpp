@@ -74,7 +74,8 @@ MakeResult makeProducts(const Products& products, const std::string& folder, con
   std::vector<std::string> keys;
   std::vector<std::size_t> stale;
   for (std::size_t i = 0; i < products.size(); ++i) {
-    keys.push_back(sourceKey(products[i].sources) + (settings.draft ? "d" : "f"));
+    keys.push_back(sourceKey(products[i].sources) + (settings.draft ? "d" : "f") +
+                   (settings.plaster ? "p" : ""));
     if (upToDate(products[i], keys[i], folder, manifest))
       ++result.kept;
     else

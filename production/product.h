@@ -12,7 +12,8 @@
 namespace vex {
 
 struct Settings {
-  bool draft = false;  // a quarter of the texture size and a short mix, for tests
+  bool draft = false;    // a quarter of the texture size and a short mix, for tests
+  bool plaster = false;  // with bakesPlaster (geometry/bake.h)
 
   // Side in texels of a picture that is `full` wide in the finished production.
   int side(int full) const { return draft ? full / 4 : full; }

@@ -1,22 +1,25 @@
 #include <cstdio>
 #include <string_view>
+#include <vector>
 
 #include "platform/end_request.h"
 #include "platform/standard_streams.h"
 #include "production/cues.h"
+#include "production/geometry/bake.h"
 #include "production/maker.h"
 
 namespace {
 
 constexpr const char* usage =
-    "usage: vexproduce OUTDIR [--draft]\n"
+    "usage: vexproduce OUTDIR [--draft] [--plaster]\n"
     "       vexproduce --cues\n"
     "Makes the data of the presentation: OUTDIR/test.hvp, OUTDIR/used_textures.log and OUTDIR/data/.\n"
     "Files that are up to date stay as they are.\n"
-    "  --draft  small pictures and a short mix, in seconds, for tests\n"
-    "  --cues   print when things happen in the music, a line \"seconds name\" each, as vexrecord\n"
-    "           --cues reads them\n"
-    "  --help   this text\n";
+    "  --draft    small pictures and a short mix, in seconds, for tests\n"
+    "  --plaster  the models alone, their pictures showing the baked light on white plaster\n"
+    "  --cues     print when things happen in the music, a line \"seconds name\" each, as vexrecord\n"
+    "             --cues reads them\n"
+    "  --help     this text\n";
 
 }  // namespace
 
@@ -36,6 +39,8 @@ int main(int count, char** arguments) {
     }
     if (argument == "--draft") {
       settings.draft = true;
+    } else if (argument == "--plaster") {
+      settings.plaster = vex::bakesPlaster = true;
     } else if (argument.starts_with("-") || argument.empty() || folder != nullptr) {
       std::fputs(usage, stderr);
       return 2;
@@ -48,8 +53,13 @@ int main(int count, char** arguments) {
     return 2;
   }
   vex::catchEndSignals();
-  const vex::MakeResult result = vex::makeProducts(vex::allProducts(), folder, settings,
-                                                   vex::progressStyleOfOutput(), 2, vex::endRequested);
+  vex::Products products = vex::allProducts();
+  if (settings.plaster) {
+    std::erase_if(products,
+                  [](const vex::Product& product) { return !product.outputs.front().ends_with(".ase"); });
+  }
+  const vex::MakeResult result =
+      vex::makeProducts(products, folder, settings, vex::progressStyleOfOutput(), 2, vex::endRequested);
   if (vex::endRequested()) {
     std::fputs("vexproduce: interrupted, what is made stays\n", stderr);
     return vex::interruptedExitCode;

@@ -41,6 +41,10 @@ Pair stratum(int i, int side, std::uint32_t pattern) {
           (static_cast<float>(i / side) + fraction(scramble(h))) * step};
 }
 
+Colour4 onPlaster(const Colour4& light) {
+  return {1 - std::exp(-light.r), 1 - std::exp(-light.g), 1 - std::exp(-light.b), 1};
+}
+
 // The triangle of each texel's centre and where in it; with `slack` also texels whose centre just misses.
 struct Cover {
   int triangle = -1;
@@ -339,7 +343,7 @@ Canvas bake(const Surface& surface, const RayTree& obstacles, const BakeLook& lo
         point.light = {here.r + paint.ambient, here.g + paint.ambient, here.b + paint.ambient, 1};
       }
       if (wear) point.edge = edgeAt(edges, place.position, paint.wearWidth);
-      picture.at(x, y) = paint.paint(point);
+      picture.at(x, y) = bakesPlaster ? onPlaster(point.light) : paint.paint(point);
       painted.at(x, y) = 1;
     }
   spread(picture, painted, bleed + 4);

@@ -54,6 +54,10 @@ struct BakePaint {
   std::function<Colour4(const BakePoint&)> paint{};
 };
 
+// Set: pictures show the light on white plaster, whatever their painters say; strong light is pressed
+// together as film does. Before the first bake.
+inline bool bakesPlaster = false;
+
 // The painted picture: what lies outside the triangles continues them by `bleed` texels and more.
 Canvas bake(const Surface& surface, const RayTree& obstacles, const BakeLook& look, const BakePaint& paint);
 

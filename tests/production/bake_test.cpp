@@ -188,6 +188,21 @@ TEST(Bake, PaintsEachTexelFromItsOwnPlaceAndBleeds) {
   EXPECT_EQ(bled, 24);
 }
 
+TEST(Bake, PlasterShowsTheLightAlone) {
+  const Surface ground = mappedAtlas(plane(2, 2, 1, 1), {.side = 16});
+  BakePaint paint;
+  paint.side = 16;
+  paint.paint = [](const BakePoint&) { return Colour4{1, 0, 1}; };
+  BakeLook look = plainLook(4);
+  look.sky = [](const Vector&) { return Colour4{0, 0.5f, 3}; };
+  bakesPlaster = true;
+  const Canvas picture = bake(ground, {}, look, paint);
+  bakesPlaster = false;
+  EXPECT_NEAR(picture.at(8, 8).r, 0, 1e-4);
+  EXPECT_NEAR(picture.at(8, 8).g, 0.3935, 1e-3);  // 1 - 1 / sqrt(e)
+  EXPECT_NEAR(picture.at(8, 8).b, 0.9502, 1e-3);
+}
+
 TEST(Bake, KnowsEdgesFromCreases) {
   // A step: its upper edge is convex, its lower one a crease.
   Surface step;
