@@ -6,10 +6,10 @@
 
 #include "benchmarks/allocation_count.h"
 #include "benchmarks/figure.h"
-#include "effects/light.h"
-#include "effects/particle_system.h"
-#include "effects/vol_light.h"
 #include "engine/fluid.h"
+#include "engine/light.h"
+#include "engine/particle_system.h"
+#include "engine/vol_light.h"
 #include "shell/random.h"
 
 namespace vex {

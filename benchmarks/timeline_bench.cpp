@@ -8,10 +8,10 @@
 
 #include "benchmarks/allocation_count.h"
 #include "benchmarks/figure.h"
+#include "engine/spline.h"
 #include "tests/support/project_builder.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/scene_function.h"
-#include "timeline/spline.h"
 
 namespace vex {
 

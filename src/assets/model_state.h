@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "effects/light.h"
 #include "engine/animation.h"
+#include "engine/light.h"
 #include "engine/mesh.h"
 #include "engine/scene.h"
 #include "engine/viewer.h"

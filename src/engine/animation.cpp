@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "engine/spline.h"
 #include "shell/report.h"
-#include "timeline/spline.h"
 
 namespace vex {
 

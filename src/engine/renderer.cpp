@@ -5,10 +5,10 @@
 
 #include <algorithm>
 
-#include "effects/particle_system.h"
-#include "effects/vol_light.h"
 #include "engine/fluid.h"
+#include "engine/particle_system.h"
 #include "engine/scene.h"
+#include "engine/vol_light.h"
 #include "shell/clock.h"
 #include "shell/options.h"
 #include "shell/report.h"

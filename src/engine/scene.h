@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "effects/fog.h"
-#include "effects/light.h"
+#include "engine/fog.h"
+#include "engine/light.h"
 #include "engine/mesh.h"
 #include "engine/owned_array.h"
 #include "engine/viewer.h"

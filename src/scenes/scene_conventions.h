@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "effects/particle_system.h"
+#include "engine/particle_system.h"
 #include "engine/scene.h"
 #include "scenes/function_table.h"
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "assets/texture_cache.h"
-#include "effects/vol_light.h"
+#include "engine/vol_light.h"
 #include "shell/random.h"
 #include "timeline/scene_function.h"
 

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "engine/spline.h"
 #include "shell/report.h"
-#include "timeline/spline.h"
 
 namespace vex {
 

@@ -4,10 +4,10 @@
 
 #include <cmath>
 
+#include "engine/spline.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
 #include "tests/support/vectors.h"
-#include "timeline/spline.h"
 
 namespace vex {
 namespace {

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "assets/texture_cache.h"
-#include "effects/particle_system.h"
+#include "engine/particle_system.h"
 #include "shell/clock.h"
 #include "shell/random.h"
 #include "shell/window_size.h"

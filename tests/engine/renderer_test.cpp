@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "effects/particle_system.h"
+#include "engine/particle_system.h"
 #include "shell/clock.h"
 #include "shell/options.h"
 #include "shell/stat_text.h"

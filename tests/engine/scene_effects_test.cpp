@@ -7,9 +7,9 @@
 #include <limits>
 #include <vector>
 
-#include "effects/particle_system.h"
-#include "effects/vol_light.h"
 #include "engine/fluid.h"
+#include "engine/particle_system.h"
+#include "engine/vol_light.h"
 #include "shell/clock.h"
 #include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"

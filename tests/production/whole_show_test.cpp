@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "assets/texture_cache.h"
-#include "effects/particle_system.h"
+#include "engine/particle_system.h"
 #include "production/cues.h"
 #include "production/maker.h"
 #include "production/show.h"

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "assets/texture_cache.h"
-#include "effects/light.h"
-#include "effects/particle_system.h"
-#include "effects/vol_light.h"
+#include "engine/light.h"
+#include "engine/particle_system.h"
+#include "engine/vol_light.h"
 #include "scenes/scene_outtro.h"
 #include "shell/clock.h"
 #include "shell/options.h"

@@ -9,8 +9,8 @@
 #include <sstream>
 
 #include "assets/texture_cache.h"
-#include "effects/particle_system.h"
-#include "effects/vol_light.h"
+#include "engine/particle_system.h"
+#include "engine/vol_light.h"
 
 namespace vex {
 

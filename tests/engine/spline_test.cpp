@@ -1,4 +1,4 @@
-#include "timeline/spline.h"
+#include "engine/spline.h"
 
 #include <gtest/gtest.h>
 

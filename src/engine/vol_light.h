@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "effects/light.h"
+#include "engine/light.h"
 #include "engine/matrix.h"
 #include "engine/mesh.h"
 

@@ -1,4 +1,4 @@
-#include "effects/light.h"
+#include "engine/light.h"
 
 #include <gtest/gtest.h>
 

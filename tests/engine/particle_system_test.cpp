@@ -1,4 +1,4 @@
-#include "effects/particle_system.h"
+#include "engine/particle_system.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <limits>
 #include <vector>
 
-#include "effects/light.h"
+#include "engine/light.h"
 #include "engine/mesh.h"
 #include "shell/random.h"
 #include "tests/support/fatal.h"

@@ -1,4 +1,4 @@
-#include "effects/particle_system.h"
+#include "engine/particle_system.h"
 
 #include <GL/gl.h>
 
@@ -6,7 +6,7 @@
 #include <cmath>
 #include <functional>
 
-#include "effects/light.h"
+#include "engine/light.h"
 #include "engine/mesh.h"
 #include "shell/random.h"
 #include "shell/report.h"

@@ -1,4 +1,4 @@
-#include "effects/vol_light.h"
+#include "engine/vol_light.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,11 +1,11 @@
-#include "effects/light.h"
+#include "engine/light.h"
 
 #include <GL/gl.h>
 
 #include <cmath>
 #include <cstdio>
 
-#include "effects/vol_light.h"
+#include "engine/vol_light.h"
 #include "shell/report.h"
 
 namespace vex {

@@ -1,4 +1,4 @@
-#include "effects/fog.h"
+#include "engine/fog.h"
 
 #include "shell/report.h"
 

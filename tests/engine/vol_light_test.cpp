@@ -1,4 +1,4 @@
-#include "effects/vol_light.h"
+#include "engine/vol_light.h"
 
 #include <gtest/gtest.h>
 
