@@ -16,18 +16,18 @@
 #include <string_view>
 #include <vector>
 
-#include "assets/bmp.h"
 #include "assets/model_loader.h"
-#include "assets/texture_cache.h"
 #include "benchmarks/figure.h"
 #include "platform/offscreen_context.h"
 #include "production/cues.h"
 #include "shell/clock.h"
 #include "shell/files.h"
-#include "shell/gl_setup.h"
 #include "shell/pak_archive.h"
 #include "shell/presentation.h"
 #include "shell/window_size.h"
+#include "textures/bmp.h"
+#include "textures/gl_setup.h"
+#include "textures/texture_cache.h"
 
 // Start-up and frame rate of the staged presentation with the software renderer, and the size of its data.
 

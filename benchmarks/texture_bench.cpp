@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "assets/texture_cache.h"
 #include "benchmarks/figure.h"
 #include "platform/offscreen_context.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

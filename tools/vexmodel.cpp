@@ -22,7 +22,6 @@
 #include "assets/model_info.h"
 #include "assets/model_loader.h"
 #include "assets/model_source.h"
-#include "assets/texture_cache.h"
 #include "engine/scene.h"
 #include "platform/end_request.h"
 #include "platform/offscreen_context.h"
@@ -30,9 +29,10 @@
 #include "platform/replace_file.h"
 #include "platform/standard_streams.h"
 #include "shell/contact_sheet.h"
-#include "shell/gl_setup.h"
 #include "shell/report.h"
 #include "shell/window_size.h"
+#include "textures/gl_setup.h"
+#include "textures/texture_cache.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "assets/texture_cache.h"
 #include "engine/scene.h"
+#include "textures/texture_cache.h"
 
 // Models from ASE text or its compiled form into a scene.
 

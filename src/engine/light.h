@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <memory>
 
-#include "assets/texture_cache.h"
 #include "engine/colour.h"
 #include "engine/object3d.h"
 #include "engine/vector.h"
+#include "textures/texture_cache.h"
 
 // Lights: what GL lights meshes with, and the sprites that show them.
 

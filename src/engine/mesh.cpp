@@ -5,8 +5,8 @@
 
 #include <cmath>
 
-#include "shell/gl_setup.h"
 #include "shell/report.h"
+#include "textures/gl_setup.h"
 
 namespace vex {
 

@@ -12,8 +12,8 @@
 #include "shell/clock.h"
 #include "shell/options.h"
 #include "shell/report.h"
-#include "shell/stat_text.h"
 #include "shell/window_size.h"
+#include "textures/stat_text.h"
 
 namespace vex {
 

@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "assets/texture_cache.h"
 #include "shell/report.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 

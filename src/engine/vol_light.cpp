@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstdio>
 
-#include "assets/texture_cache.h"
 #include "engine/viewer.h"
 #include "shell/report.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 

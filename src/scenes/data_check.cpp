@@ -7,7 +7,6 @@
 #include <set>
 #include <utility>
 
-#include "assets/image.h"
 #include "platform/jpeg_decoder.h"
 #include "platform/sound_file.h"
 #include "scenes/known_call.h"
@@ -16,6 +15,7 @@
 #include "shell/little_endian.h"
 #include "shell/music.h"
 #include "shell/pak_directory.h"
+#include "textures/image.h"
 #include "timeline/project_lexer.h"
 
 namespace vex {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "assets/texture_cache.h"
+#include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

@@ -4,9 +4,9 @@
 #include <array>
 #include <cstddef>
 
-#include "assets/texture_cache.h"
 #include "engine/vol_light.h"
 #include "shell/random.h"
+#include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

@@ -9,12 +9,12 @@
 #include <cstdio>
 #include <string>
 
-#include "assets/texture_cache.h"
 #include "scenes/scene_conventions.h"
 #include "scenes/word_endings.h"
-#include "shell/flat_drawing.h"
 #include "shell/random.h"
 #include "shell/window_size.h"
+#include "textures/flat_drawing.h"
+#include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

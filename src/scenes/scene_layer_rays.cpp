@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "assets/texture_cache.h"
+#include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "assets/texture_cache.h"
 #include "shell/clock.h"
+#include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

@@ -12,15 +12,15 @@
 #include <cstring>
 
 #include "assets/model_loader.h"
-#include "assets/texture_cache.h"
 #include "scenes/ball_file.h"
 #include "scenes/scene_conventions.h"
 #include "shell/clock.h"
 #include "shell/files.h"
-#include "shell/flat_drawing.h"
 #include "shell/random.h"
 #include "shell/report.h"
 #include "shell/window_size.h"
+#include "textures/flat_drawing.h"
+#include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

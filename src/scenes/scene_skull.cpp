@@ -6,10 +6,10 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "assets/bolt_texture.h"
-#include "assets/texture_cache.h"
 #include "shell/random.h"
 #include "shell/report.h"
+#include "textures/bolt_texture.h"
+#include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

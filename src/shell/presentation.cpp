@@ -7,8 +7,6 @@
 #include <system_error>
 
 #include "assets/model_loader.h"
-#include "assets/preload_list.h"
-#include "assets/texture_cache.h"
 #include "scenes/scene_alien.h"
 #include "scenes/scene_fetus.h"
 #include "scenes/scene_hell.h"
@@ -26,7 +24,9 @@
 #include "shell/files.h"
 #include "shell/options.h"
 #include "shell/report.h"
-#include "shell/stat_text.h"
+#include "textures/preload_list.h"
+#include "textures/stat_text.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 

@@ -23,12 +23,12 @@
 #include "shell/clock.h"
 #include "shell/contact_sheet.h"
 #include "shell/files.h"
-#include "shell/gl_setup.h"
 #include "shell/music.h"
 #include "shell/presentation.h"
 #include "shell/progress.h"
 #include "shell/report.h"
 #include "shell/window_size.h"
+#include "textures/gl_setup.h"
 
 namespace vex {
 

@@ -11,7 +11,6 @@
 #include "shell/clock.h"
 #include "shell/display_mode.h"
 #include "shell/files.h"
-#include "shell/gl_setup.h"
 #include "shell/music.h"
 #include "shell/options.h"
 #include "shell/presentation.h"
@@ -19,6 +18,7 @@
 #include "shell/report.h"
 #include "shell/title.h"
 #include "shell/window_size.h"
+#include "textures/gl_setup.h"
 
 namespace vex {
 

@@ -13,13 +13,13 @@
 #include <limits>
 #include <vector>
 
-#include "assets/texture_cache.h"
 #include "engine/particle_system.h"
 #include "shell/clock.h"
 #include "shell/random.h"
 #include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/test_scene.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

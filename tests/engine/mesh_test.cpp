@@ -9,13 +9,13 @@
 #include <cstdio>
 
 #include "shell/clock.h"
-#include "shell/gl_setup.h"
 #include "shell/random.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/log_text.h"
 #include "tests/support/test_scene.h"
 #include "tests/support/vectors.h"
+#include "textures/gl_setup.h"
 
 namespace vex {
 namespace {

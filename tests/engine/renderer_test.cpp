@@ -6,13 +6,13 @@
 #include "engine/particle_system.h"
 #include "shell/clock.h"
 #include "shell/options.h"
-#include "shell/stat_text.h"
 #include "shell/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/image_files.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_scene.h"
+#include "textures/stat_text.h"
 
 namespace vex {
 namespace {

@@ -5,11 +5,11 @@
 #include <cstdio>
 #include <string>
 
-#include "assets/texture_cache.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/log_text.h"
 #include "tests/support/test_scene.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

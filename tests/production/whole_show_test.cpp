@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "assets/texture_cache.h"
 #include "engine/particle_system.h"
 #include "production/cues.h"
 #include "production/maker.h"
@@ -24,6 +23,7 @@
 #include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

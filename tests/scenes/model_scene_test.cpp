@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "assets/bolt_texture.h"
-#include "assets/texture_cache.h"
 #include "production/geometry/forms.h"
 #include "production/models/stage.h"
 #include "scenes/scene_alien.h"
@@ -31,6 +29,8 @@
 #include "tests/support/scene_builder.h"
 #include "tests/support/scene_models.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/bolt_texture.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

@@ -4,10 +4,10 @@
 
 #include <array>
 
-#include "assets/texture_cache.h"
 #include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_models.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

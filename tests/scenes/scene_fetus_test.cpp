@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "assets/texture_cache.h"
 #include "shell/random.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_models.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

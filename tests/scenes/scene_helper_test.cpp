@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "assets/texture_cache.h"
 #include "scenes/word_endings.h"
 #include "shell/random.h"
 #include "shell/window_size.h"
@@ -16,6 +15,7 @@
 #include "tests/support/gl_fixture.h"
 #include "tests/support/image_files.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

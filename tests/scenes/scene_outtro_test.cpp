@@ -10,7 +10,6 @@
 #include <limits>
 #include <memory>
 
-#include "assets/texture_cache.h"
 #include "production/models/stage.h"
 #include "scenes/ball_file.h"
 #include "shell/clock.h"
@@ -21,6 +20,7 @@
 #include "tests/support/pak_builder.h"
 #include "tests/support/scene_builder.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

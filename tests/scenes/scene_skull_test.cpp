@@ -6,14 +6,14 @@
 #include <iterator>
 #include <set>
 
-#include "assets/bolt_texture.h"
-#include "assets/texture_cache.h"
 #include "shell/clock.h"
 #include "shell/random.h"
 #include "shell/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_models.h"
+#include "textures/bolt_texture.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

@@ -10,18 +10,18 @@
 #include <string>
 #include <vector>
 
-#include "assets/texture_cache.h"
 #include "engine/light.h"
 #include "engine/particle_system.h"
 #include "engine/vol_light.h"
 #include "scenes/scene_outtro.h"
 #include "shell/clock.h"
 #include "shell/options.h"
-#include "shell/stat_text.h"
 #include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_builder.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/stat_text.h"
+#include "textures/texture_cache.h"
 
 // What must be on while a sprite is drawn shows in its pixels only: the sprites below, of textures of one
 // colour each, stand over a coloured ground, after a state that is wrong in everything they depend on.

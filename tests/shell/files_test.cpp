@@ -7,11 +7,11 @@
 #include <filesystem>
 #include <random>
 
-#include "assets/preload_list.h"
 #include "shell/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/pak_builder.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/preload_list.h"
 
 namespace vex {
 

@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "assets/texture_cache.h"
 #include "shell/clock.h"
 #include "shell/options.h"
 #include "shell/report.h"
@@ -15,6 +14,7 @@
 #include "tests/support/image_files.h"
 #include "tests/support/run_folder.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

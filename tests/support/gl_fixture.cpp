@@ -5,8 +5,8 @@
 #include <span>
 #include <string>
 
-#include "assets/texture_cache.h"
-#include "shell/gl_setup.h"
+#include "textures/gl_setup.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 

@@ -8,9 +8,9 @@
 #include <cstdio>
 #include <sstream>
 
-#include "assets/texture_cache.h"
 #include "engine/particle_system.h"
 #include "engine/vol_light.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 

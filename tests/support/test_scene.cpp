@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "assets/texture_cache.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 

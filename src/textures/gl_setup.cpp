@@ -1,4 +1,4 @@
-#include "shell/gl_setup.h"
+#include "textures/gl_setup.h"
 
 #include <GL/glext.h>
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "assets/image.h"
+#include "textures/image.h"
 
 // Textures shared by all scenes. An id is the index in order of first load (0, 1, 2, ...) and also the
 // GL texture name; id 0 is GL's default texture. The cache owns pixels and GL textures until

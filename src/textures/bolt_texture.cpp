@@ -1,10 +1,10 @@
-#include "assets/bolt_texture.h"
+#include "textures/bolt_texture.h"
 
 #include <cstddef>
 
-#include "assets/texture_cache.h"
 #include "shell/random.h"
 #include "shell/report.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

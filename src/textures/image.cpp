@@ -1,4 +1,4 @@
-#include "assets/image.h"
+#include "textures/image.h"
 
 #include <GL/gl.h>
 

@@ -1,11 +1,11 @@
-#include "assets/preload_list.h"
+#include "textures/preload_list.h"
 
 #include <cstdio>
 
-#include "assets/texture_cache.h"
 #include "platform/paths.h"
 #include "shell/files.h"
 #include "shell/report.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

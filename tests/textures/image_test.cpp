@@ -5,14 +5,14 @@
 #include <span>
 #include <string_view>
 
-#include "assets/bmp.h"
-#include "assets/jpeg_texture.h"
 #include "platform/jpeg_decoder.h"
 #include "shell/files.h"
 #include "shell/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/image_files.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/bmp.h"
+#include "textures/jpeg_texture.h"
 
 namespace vex {
 namespace {

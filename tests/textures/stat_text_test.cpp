@@ -1,13 +1,13 @@
-#include "shell/stat_text.h"
+#include "textures/stat_text.h"
 
 #include <gtest/gtest.h>
 
-#include "assets/texture_cache.h"
-#include "shell/gl_setup.h"
 #include "shell/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/gl_setup.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

@@ -1,4 +1,4 @@
-#include "shell/stat_text.h"
+#include "textures/stat_text.h"
 
 #include <GL/gl.h>
 
@@ -9,12 +9,12 @@
 #include <cstdio>
 #include <utility>
 
-#include "assets/texture_cache.h"
 #include "shell/files.h"
-#include "shell/flat_drawing.h"
-#include "shell/gl_setup.h"
 #include "shell/options.h"
 #include "shell/report.h"
+#include "textures/flat_drawing.h"
+#include "textures/gl_setup.h"
+#include "textures/texture_cache.h"
 
 namespace vex {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "assets/image.h"
+#include "textures/image.h"
 
 // BMP files: a 14-byte file header and a 40-byte info header, then the palette of an 8-bit picture
 // and the rows without padding, bottom row first. Uncompressed, 8 or 24 bits per pixel.

@@ -1,4 +1,4 @@
-#include "assets/jpeg_texture.h"
+#include "textures/jpeg_texture.h"
 
 #include <cstddef>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "assets/bmp.h"
+#include "textures/bmp.h"
 
 #include <array>
 #include <cstddef>

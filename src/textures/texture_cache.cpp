@@ -1,4 +1,4 @@
-#include "assets/texture_cache.h"
+#include "textures/texture_cache.h"
 
 #include <GL/gl.h>
 
@@ -11,11 +11,11 @@
 #include <utility>
 #include <vector>
 
-#include "assets/bmp.h"
-#include "assets/jpeg_texture.h"
-#include "assets/preload_list.h"
 #include "shell/files.h"
 #include "shell/report.h"
+#include "textures/bmp.h"
+#include "textures/jpeg_texture.h"
+#include "textures/preload_list.h"
 
 namespace vex {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "assets/image.h"
+#include "textures/image.h"
 
 // JPEG files of textures and movie frames. Greyscale files give three equal channels.
 // Fatal for both: "Texture %s not found", "ijlInit() failed", and by name "ijlRead(Params) failed",

@@ -1,4 +1,4 @@
-#include "assets/texture_cache.h"
+#include "textures/texture_cache.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,6 @@
 #include <cstring>
 #include <filesystem>
 
-#include "assets/bolt_texture.h"
-#include "assets/preload_list.h"
 #include "shell/files.h"
 #include "shell/options.h"
 #include "shell/random.h"
@@ -16,6 +14,8 @@
 #include "tests/support/gl_fixture.h"
 #include "tests/support/image_files.h"
 #include "tests/support/temporary_folder.h"
+#include "textures/bolt_texture.h"
+#include "textures/preload_list.h"
 
 namespace vex {
 namespace {
