@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "assets/codec.h"
 #include "benchmarks/figure.h"
+#include "models/codec.h"
 
 // The codec as the container of compiled models drives it, against zlib and its CRC behind byte callbacks
 // of the same kind. All bytes lie in memory.

@@ -16,9 +16,9 @@
 #include <string>
 #include <vector>
 
-#include "assets/container.h"
-#include "assets/model_loader.h"
 #include "benchmarks/figure.h"
+#include "models/container.h"
+#include "models/model_loader.h"
 #include "production/product.h"
 #include "shell/files.h"
 

@@ -16,8 +16,8 @@
 #include <string_view>
 #include <vector>
 
-#include "assets/model_loader.h"
 #include "benchmarks/figure.h"
+#include "models/model_loader.h"
 #include "platform/offscreen_context.h"
 #include "production/cues.h"
 #include "shell/clock.h"

@@ -19,10 +19,10 @@
 #include <type_traits>
 #include <vector>
 
-#include "assets/model_info.h"
-#include "assets/model_loader.h"
-#include "assets/model_source.h"
 #include "engine/scene.h"
+#include "models/model_info.h"
+#include "models/model_loader.h"
+#include "models/model_source.h"
 #include "platform/end_request.h"
 #include "platform/offscreen_context.h"
 #include "platform/png_file.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "assets/model_loader.h"
+#include "models/model_loader.h"
 #include "scenes/scene_conventions.h"
 
 // How start-up constructs the scenes that are built around a model.

@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "assets/model_loader.h"
+#include "models/model_loader.h"
 #include "scenes/ball_file.h"
 #include "scenes/scene_conventions.h"
 #include "shell/clock.h"

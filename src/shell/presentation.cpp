@@ -6,7 +6,7 @@
 #include <memory>
 #include <system_error>
 
-#include "assets/model_loader.h"
+#include "models/model_loader.h"
 #include "scenes/scene_alien.h"
 #include "scenes/scene_fetus.h"
 #include "scenes/scene_hell.h"

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "assets/model_loader.h"
 #include "engine/scene.h"
+#include "models/model_loader.h"
 #include "production/product.h"
 #include "scenes/scene_conventions.h"
 #include "tests/support/model_files.h"

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "assets/model_loader.h"
-#include "assets/model_source.h"
+#include "models/model_loader.h"
+#include "models/model_source.h"
 #include "production/product.h"
 #include "tests/support/model_files.h"
 #include "tests/support/temporary_folder.h"

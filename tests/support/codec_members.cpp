@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "assets/codec.h"
+#include "models/codec.h"
 #include "tests/support/byte_callbacks.h"
 #include "tests/support/pak_builder.h"
 

@@ -2,7 +2,7 @@
 
 #include <csignal>
 
-#include "assets/model_loader.h"
+#include "models/model_loader.h"
 #include "shell/clock.h"
 #include "shell/music.h"
 #include "shell/options.h"

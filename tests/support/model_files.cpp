@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <initializer_list>
 
-#include "assets/container.h"
-#include "assets/model_loader.h"
+#include "models/container.h"
+#include "models/model_loader.h"
 #include "tests/support/ase_text.h"
 #include "tests/support/pak_builder.h"
 

@@ -1,4 +1,4 @@
-#include "assets/model_stream.h"
+#include "models/model_stream.h"
 
 #include <array>
 #include <bit>
@@ -7,7 +7,7 @@
 #include <cstring>
 #include <initializer_list>
 
-#include "assets/model_reader.h"
+#include "models/model_reader.h"
 #include "shell/report.h"
 
 namespace vex {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "assets/model_loader.h"
+#include "models/model_loader.h"
 #include "tests/support/ase_text.h"
 #include "tests/support/fatal.h"
 #include "tests/support/model_files.h"

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "assets/model_handlers.h"
-#include "assets/model_reader.h"
-#include "assets/model_state.h"
-#include "assets/model_stream.h"
-#include "assets/model_trace.h"
+#include "models/model_handlers.h"
+#include "models/model_reader.h"
+#include "models/model_state.h"
+#include "models/model_stream.h"
+#include "models/model_trace.h"
 #include "shell/report.h"
 
 // Handlers of objects and their nodes, of cameras and of lights.

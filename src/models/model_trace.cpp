@@ -1,11 +1,11 @@
-#include "assets/model_trace.h"
+#include "models/model_trace.h"
 
 #ifdef VEX_TRACE_MODELS
 
 #include <cstdarg>
 #include <cstdio>
 
-#include "assets/model_reader.h"
+#include "models/model_reader.h"
 #include "platform/paths.h"
 
 namespace vex {

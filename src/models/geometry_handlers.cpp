@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "assets/model_handlers.h"
-#include "assets/model_reader.h"
-#include "assets/model_state.h"
-#include "assets/model_stream.h"
-#include "assets/model_trace.h"
+#include "models/model_handlers.h"
+#include "models/model_reader.h"
+#include "models/model_state.h"
+#include "models/model_stream.h"
+#include "models/model_trace.h"
 #include "shell/report.h"
 
 // Handlers of a mesh's vertices and faces. Lists are blocks of lines in text models and bare numbers in

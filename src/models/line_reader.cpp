@@ -1,10 +1,10 @@
-#include "assets/line_reader.h"
+#include "models/line_reader.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
-#include "assets/model_number.h"
+#include "models/model_number.h"
 
 namespace vex {
 

@@ -1,4 +1,4 @@
-#include "assets/model_source.h"
+#include "models/model_source.h"
 
 #include <strings.h>
 
@@ -9,11 +9,11 @@
 #include <string_view>
 #include <utility>
 
-#include "assets/container.h"
-#include "assets/model_reader.h"
-#include "assets/model_state.h"
-#include "assets/model_stream.h"
-#include "assets/model_trace.h"
+#include "models/container.h"
+#include "models/model_reader.h"
+#include "models/model_state.h"
+#include "models/model_stream.h"
+#include "models/model_trace.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
 #include "shell/files.h"

@@ -1,11 +1,11 @@
-#include "assets/keyword_table.h"
+#include "models/keyword_table.h"
 
 #include <strings.h>
 
 #include <cstring>
 
-#include "assets/model_handlers.h"
-#include "assets/model_number.h"
+#include "models/model_handlers.h"
+#include "models/model_number.h"
 
 namespace vex {
 

@@ -1,4 +1,4 @@
-#include "assets/model_info.h"
+#include "models/model_info.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-#include "assets/model_loader.h"
+#include "models/model_loader.h"
 #include "shell/files.h"
 #include "shell/report.h"
 

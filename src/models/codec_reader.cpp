@@ -4,8 +4,8 @@
 #include <array>
 #include <optional>
 
-#include "assets/codec.h"
-#include "assets/codec_format.h"
+#include "models/codec.h"
+#include "models/codec_format.h"
 
 namespace vex {
 

@@ -1,4 +1,4 @@
-#include "assets/codec.h"
+#include "models/codec.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>

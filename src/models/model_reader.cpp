@@ -1,12 +1,12 @@
-#include "assets/model_reader.h"
+#include "models/model_reader.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
-#include "assets/keyword_table.h"
-#include "assets/model_number.h"
-#include "assets/model_stream.h"
+#include "models/keyword_table.h"
+#include "models/model_number.h"
+#include "models/model_stream.h"
 #include "shell/report.h"
 
 namespace vex {

@@ -1,10 +1,10 @@
-#include "assets/container.h"
+#include "models/container.h"
 
 #include <algorithm>
 #include <array>
 #include <memory>
 
-#include "assets/codec.h"
+#include "models/codec.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
 #include "shell/files.h"

@@ -1,8 +1,8 @@
-#include "assets/codec.h"
+#include "models/codec.h"
 
 #include <array>
 
-#include "assets/codec_format.h"
+#include "models/codec_format.h"
 
 namespace vex {
 

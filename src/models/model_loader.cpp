@@ -1,12 +1,12 @@
-#include "assets/model_loader.h"
+#include "models/model_loader.h"
 
 #include <string>
 
-#include "assets/model_reader.h"
-#include "assets/model_source.h"
-#include "assets/model_state.h"
-#include "assets/model_stream.h"
-#include "assets/model_trace.h"
+#include "models/model_reader.h"
+#include "models/model_source.h"
+#include "models/model_state.h"
+#include "models/model_stream.h"
+#include "models/model_trace.h"
 #include "shell/fatal_place.h"
 #include "shell/report.h"
 

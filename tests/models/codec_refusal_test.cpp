@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "assets/codec.h"
+#include "models/codec.h"
 #include "tests/support/byte_callbacks.h"
 #include "tests/support/codec_members.h"
 #include "tests/support/fatal.h"

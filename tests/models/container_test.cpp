@@ -1,4 +1,4 @@
-#include "assets/container.h"
+#include "models/container.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>

@@ -1,4 +1,4 @@
-#include "assets/model_number.h"
+#include "models/model_number.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-#include "assets/line_reader.h"
 #include "engine/vector.h"
+#include "models/line_reader.h"
 
 // What text and compiled models have in common: the walk over lines or commands, and the scanners that
 // give a handler the values of the current one. One model is read at a time.

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "assets/model_loader.h"
+#include "models/model_loader.h"
 
 // Where a model comes from: its text, or the compiled form that reading the text leaves beside it.
 

@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "assets/model_handlers.h"
-#include "assets/model_reader.h"
-#include "assets/model_state.h"
-#include "assets/model_stream.h"
-#include "assets/model_trace.h"
+#include "models/model_handlers.h"
+#include "models/model_reader.h"
+#include "models/model_state.h"
+#include "models/model_stream.h"
+#include "models/model_trace.h"
 
 // Handlers of animations and their keys.
 

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <string>
 
-#include "assets/model_handlers.h"
-#include "assets/model_loader.h"
-#include "assets/model_reader.h"
-#include "assets/model_state.h"
-#include "assets/model_stream.h"
-#include "assets/model_trace.h"
+#include "models/model_handlers.h"
+#include "models/model_loader.h"
+#include "models/model_reader.h"
+#include "models/model_state.h"
+#include "models/model_stream.h"
+#include "models/model_trace.h"
 #include "shell/report.h"
 
 // Handlers of the scene header and of the material list.

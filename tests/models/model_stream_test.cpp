@@ -1,4 +1,4 @@
-#include "assets/model_stream.h"
+#include "models/model_stream.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
-#include "assets/keyword_table.h"
-#include "assets/model_loader.h"
-#include "assets/model_source.h"
-#include "assets/model_state.h"
+#include "models/keyword_table.h"
+#include "models/model_loader.h"
+#include "models/model_source.h"
+#include "models/model_state.h"
 #include "shell/files.h"
 #include "shell/options.h"
 #include "tests/support/ase_text.h"
