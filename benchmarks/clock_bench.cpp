@@ -12,11 +12,11 @@
 #include <thread>
 #include <vector>
 
+#include "base/clock.h"
+#include "base/options.h"
 #include "benchmarks/figure.h"
 #include "platform/steady_clock.h"
-#include "shell/clock.h"
 #include "shell/music.h"
-#include "shell/options.h"
 
 namespace vex {
 

@@ -4,13 +4,13 @@
 #include <cmath>
 #include <vector>
 
+#include "base/random.h"
 #include "benchmarks/allocation_count.h"
 #include "benchmarks/figure.h"
 #include "engine/fluid.h"
 #include "engine/light.h"
 #include "engine/particle_system.h"
 #include "engine/vol_light.h"
-#include "shell/random.h"
 
 namespace vex {
 namespace {

@@ -16,11 +16,11 @@
 #include <string>
 #include <vector>
 
+#include "base/files.h"
 #include "benchmarks/figure.h"
 #include "models/container.h"
 #include "models/model_loader.h"
 #include "production/product.h"
-#include "shell/files.h"
 
 namespace vex {
 

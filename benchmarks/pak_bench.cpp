@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/files.h"
 #include "benchmarks/figure.h"
-#include "shell/files.h"
 
 namespace vex {
 

@@ -16,15 +16,15 @@
 #include <string_view>
 #include <vector>
 
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/pak_archive.h"
+#include "base/window_size.h"
 #include "benchmarks/figure.h"
 #include "models/model_loader.h"
 #include "platform/offscreen_context.h"
 #include "production/cues.h"
-#include "shell/clock.h"
-#include "shell/files.h"
-#include "shell/pak_archive.h"
 #include "shell/presentation.h"
-#include "shell/window_size.h"
 #include "textures/bmp.h"
 #include "textures/gl_setup.h"
 #include "textures/texture_cache.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/report.h"
 #include "production/song/score.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <thread>
 
+#include "base/report.h"
 #include "production/manifest.h"
-#include "shell/report.h"
 #include "source_hashes.h"
 
 namespace vex {

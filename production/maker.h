@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "base/progress.h"
 #include "production/product.h"
-#include "shell/progress.h"
 
 // Brings a folder up to date: makes the products whose sources or files have changed, leaves the
 // others, removes files of products that no longer exist.

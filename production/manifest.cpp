@@ -9,8 +9,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "base/report.h"
 #include "platform/replace_file.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "base/report.h"
 #include "platform/ogg_encoder.h"
 #include "production/cues.h"
 #include "production/song/band.h"
@@ -13,7 +14,6 @@
 #include "production/synth/effects.h"
 #include "production/synth/filter.h"
 #include "production/synth/master.h"
-#include "shell/report.h"
 
 namespace vex {
 

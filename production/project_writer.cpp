@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "shell/report.h"
+#include "base/report.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_record.h"
 #include "timeline/scene_function.h"

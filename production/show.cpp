@@ -4,7 +4,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "base/report.h"
 #include "production/movements/words.h"
 #include "production/music.h"
 #include "production/show.h"
-#include "shell/report.h"
 
 namespace vex {
 

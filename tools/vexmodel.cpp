@@ -19,6 +19,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "base/report.h"
+#include "base/window_size.h"
 #include "engine/scene.h"
 #include "models/model_info.h"
 #include "models/model_loader.h"
@@ -29,8 +31,6 @@
 #include "platform/replace_file.h"
 #include "platform/standard_streams.h"
 #include "shell/contact_sheet.h"
-#include "shell/report.h"
-#include "shell/window_size.h"
 #include "textures/gl_setup.h"
 #include "textures/texture_cache.h"
 

@@ -3,10 +3,10 @@
 #include <cstring>
 #include <string>
 
+#include "base/pak_archive.h"
+#include "base/report.h"
 #include "platform/end_request.h"
 #include "platform/standard_streams.h"
-#include "shell/pak_archive.h"
-#include "shell/report.h"
 
 namespace {
 

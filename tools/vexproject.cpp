@@ -8,13 +8,13 @@
 #include <utility>
 #include <vector>
 
+#include "base/files.h"
+#include "base/report.h"
 #include "platform/end_request.h"
 #include "platform/replace_file.h"
 #include "platform/standard_streams.h"
 #include "scenes/project_check.h"
 #include "scenes/scene_tables.h"
-#include "shell/files.h"
-#include "shell/report.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_lexer.h"
 #include "timeline/project_record.h"

@@ -7,9 +7,9 @@
 #include <cstdio>
 #include <vector>
 
+#include "base/window_size.h"
 #include "benchmarks/allocation_count.h"
 #include "engine/scene.h"
-#include "shell/window_size.h"
 
 namespace vex {
 namespace {

@@ -14,10 +14,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "shell/clock.h"
-#include "shell/files.h"
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/window_size.h"
 #include "shell/presentation.h"
-#include "shell/window_size.h"
 
 namespace vex {
 namespace {

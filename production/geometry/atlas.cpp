@@ -3,12 +3,12 @@
 #include <numeric>
 #include <optional>
 
+#include "base/report.h"
 #include "production/geometry/chart.h"
 #include "production/geometry/index.h"
 #include "production/geometry/mapping.h"
 #include "production/geometry/packing.h"
 #include "production/geometry/pieces.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "base/report.h"
 #include "platform/jpeg_encoder.h"
-#include "shell/report.h"
 
 namespace vex {
 

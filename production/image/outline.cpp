@@ -8,7 +8,7 @@
 #include <cmath>
 #include <memory>
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

@@ -1,6 +1,6 @@
 #include "production/models/model.h"
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/report.h"
 #include "production/geometry/forms.h"
 #include "production/image/image.h"
 #include "production/models/stage.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <set>
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

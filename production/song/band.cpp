@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "base/report.h"
 #include "production/cues.h"
 #include "production/synth/airs.h"
 #include "production/synth/drums.h"
@@ -11,7 +12,6 @@
 #include "production/synth/struck.h"
 #include "production/synth/tones.h"
 #include "production/synth/weather.h"
-#include "shell/report.h"
 
 namespace vex {
 

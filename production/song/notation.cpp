@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

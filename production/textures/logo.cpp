@@ -2,6 +2,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "base/report.h"
 #include "production/image/filter.h"
 #include "production/image/lettering.h"
 #include "production/image/noise.h"
@@ -9,7 +10,6 @@
 #include "production/textures/palette.h"
 #include "production/textures/title.h"
 #include "scenes/word_endings.h"
-#include "shell/report.h"
 
 namespace vex {
 

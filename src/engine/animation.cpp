@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/report.h"
 #include "engine/spline.h"
-#include "shell/report.h"
 
 namespace vex {
 

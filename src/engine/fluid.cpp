@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

@@ -1,6 +1,6 @@
 #include "engine/fog.h"
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

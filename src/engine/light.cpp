@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/report.h"
 #include "engine/vol_light.h"
-#include "shell/report.h"
 
 namespace vex {
 

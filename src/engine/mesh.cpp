@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-#include "shell/report.h"
+#include "base/report.h"
 #include "textures/gl_setup.h"
 
 namespace vex {

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/clock.h"
+#include "base/report.h"
 #include "engine/mesh.h"
-#include "shell/clock.h"
-#include "shell/report.h"
 
 namespace vex {
 

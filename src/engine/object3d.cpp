@@ -1,6 +1,6 @@
 #include "engine/object3d.h"
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

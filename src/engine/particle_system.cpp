@@ -6,10 +6,10 @@
 #include <cmath>
 #include <functional>
 
+#include "base/random.h"
+#include "base/report.h"
 #include "engine/light.h"
 #include "engine/mesh.h"
-#include "shell/random.h"
-#include "shell/report.h"
 
 namespace vex {
 

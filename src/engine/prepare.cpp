@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/report.h"
 #include "engine/scene.h"
 #include "engine/strips.h"
-#include "shell/report.h"
 
 namespace vex {
 

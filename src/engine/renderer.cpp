@@ -5,14 +5,14 @@
 
 #include <algorithm>
 
+#include "base/clock.h"
+#include "base/options.h"
+#include "base/report.h"
+#include "base/window_size.h"
 #include "engine/fluid.h"
 #include "engine/particle_system.h"
 #include "engine/scene.h"
 #include "engine/vol_light.h"
-#include "shell/clock.h"
-#include "shell/options.h"
-#include "shell/report.h"
-#include "shell/window_size.h"
 #include "textures/stat_text.h"
 
 namespace vex {

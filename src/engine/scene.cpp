@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "shell/report.h"
+#include "base/report.h"
 #include "textures/texture_cache.h"
 
 namespace vex {

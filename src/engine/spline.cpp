@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

@@ -6,12 +6,12 @@
 #include <span>
 #include <string>
 
+#include "base/files.h"
+#include "base/little_endian.h"
+#include "base/report.h"
 #include "engine/strips.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
-#include "shell/files.h"
-#include "shell/little_endian.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -6,7 +6,7 @@
 #include <limits>
 #include <numeric>
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/report.h"
 #include "engine/viewer.h"
-#include "shell/report.h"
 #include "textures/texture_cache.h"
 
 namespace vex {

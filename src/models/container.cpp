@@ -4,12 +4,12 @@
 #include <array>
 #include <memory>
 
+#include "base/files.h"
+#include "base/little_endian.h"
+#include "base/report.h"
 #include "models/codec.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
-#include "shell/files.h"
-#include "shell/little_endian.h"
-#include "shell/report.h"
 
 namespace vex {
 

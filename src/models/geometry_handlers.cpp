@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/report.h"
 #include "models/model_handlers.h"
 #include "models/model_reader.h"
 #include "models/model_state.h"
 #include "models/model_stream.h"
 #include "models/model_trace.h"
-#include "shell/report.h"
 
 // Handlers of a mesh's vertices and faces. Lists are blocks of lines in text models and bare numbers in
 // compiled ones; what an entry does is the same.

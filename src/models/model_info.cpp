@@ -7,9 +7,9 @@
 #include <span>
 #include <string_view>
 
+#include "base/files.h"
+#include "base/report.h"
 #include "models/model_loader.h"
-#include "shell/files.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -2,13 +2,13 @@
 
 #include <string>
 
+#include "base/fatal_place.h"
+#include "base/report.h"
 #include "models/model_reader.h"
 #include "models/model_source.h"
 #include "models/model_state.h"
 #include "models/model_stream.h"
 #include "models/model_trace.h"
-#include "shell/fatal_place.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -4,10 +4,10 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/report.h"
 #include "models/keyword_table.h"
 #include "models/model_number.h"
 #include "models/model_stream.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "base/files.h"
+#include "base/report.h"
 #include "models/container.h"
 #include "models/model_reader.h"
 #include "models/model_state.h"
@@ -16,8 +18,6 @@
 #include "models/model_trace.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
-#include "shell/files.h"
-#include "shell/report.h"
 
 namespace vex {
 

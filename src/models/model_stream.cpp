@@ -7,8 +7,8 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "base/report.h"
 #include "models/model_reader.h"
-#include "shell/report.h"
 
 namespace vex {
 

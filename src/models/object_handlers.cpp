@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/report.h"
 #include "models/model_handlers.h"
 #include "models/model_reader.h"
 #include "models/model_state.h"
 #include "models/model_stream.h"
 #include "models/model_trace.h"
-#include "shell/report.h"
 
 // Handlers of objects and their nodes, of cameras and of lights.
 

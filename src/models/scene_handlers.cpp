@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <string>
 
+#include "base/report.h"
 #include "models/model_handlers.h"
 #include "models/model_loader.h"
 #include "models/model_reader.h"
 #include "models/model_state.h"
 #include "models/model_stream.h"
 #include "models/model_trace.h"
-#include "shell/report.h"
 
 // Handlers of the scene header and of the material list.
 

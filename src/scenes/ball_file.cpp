@@ -10,11 +10,11 @@
 #include <cstring>
 #include <span>
 
+#include "base/files.h"
+#include "base/little_endian.h"
+#include "base/report.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
-#include "shell/files.h"
-#include "shell/little_endian.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -7,14 +7,14 @@
 #include <set>
 #include <utility>
 
+#include "base/files.h"
+#include "base/little_endian.h"
+#include "base/pak_directory.h"
 #include "platform/jpeg_decoder.h"
 #include "platform/sound_file.h"
 #include "scenes/known_call.h"
 #include "scenes/project_check.h"
-#include "shell/files.h"
-#include "shell/little_endian.h"
 #include "shell/music.h"
-#include "shell/pak_directory.h"
 #include "textures/image.h"
 #include "timeline/project_lexer.h"
 

@@ -1,6 +1,6 @@
 #include "scenes/model_scene.h"
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

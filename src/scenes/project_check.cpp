@@ -4,8 +4,8 @@
 #include <cmath>
 #include <optional>
 
+#include "base/report.h"
 #include "scenes/known_call.h"
-#include "shell/report.h"
 #include "timeline/nearest_name.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_lexer.h"

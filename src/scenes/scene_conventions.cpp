@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "shell/report.h"
+#include "base/report.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

@@ -4,8 +4,8 @@
 #include <array>
 #include <cstddef>
 
+#include "base/random.h"
 #include "engine/vol_light.h"
-#include "shell/random.h"
 #include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 

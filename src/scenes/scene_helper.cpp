@@ -9,10 +9,10 @@
 #include <cstdio>
 #include <string>
 
+#include "base/random.h"
+#include "base/window_size.h"
 #include "scenes/scene_conventions.h"
 #include "scenes/word_endings.h"
-#include "shell/random.h"
-#include "shell/window_size.h"
 #include "textures/flat_drawing.h"
 #include "textures/texture_cache.h"
 #include "timeline/scene_function.h"

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <utility>
 
+#include "base/clock.h"
+#include "base/report.h"
 #include "engine/matrix.h"
-#include "shell/clock.h"
-#include "shell/report.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

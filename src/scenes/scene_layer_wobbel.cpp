@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "shell/clock.h"
+#include "base/clock.h"
 #include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 

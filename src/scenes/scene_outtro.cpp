@@ -11,14 +11,14 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/random.h"
+#include "base/report.h"
+#include "base/window_size.h"
 #include "models/model_loader.h"
 #include "scenes/ball_file.h"
 #include "scenes/scene_conventions.h"
-#include "shell/clock.h"
-#include "shell/files.h"
-#include "shell/random.h"
-#include "shell/report.h"
-#include "shell/window_size.h"
 #include "textures/flat_drawing.h"
 #include "textures/texture_cache.h"
 #include "timeline/scene_function.h"

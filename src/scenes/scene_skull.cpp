@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "shell/random.h"
-#include "shell/report.h"
+#include "base/random.h"
+#include "base/report.h"
 #include "textures/bolt_texture.h"
 #include "textures/texture_cache.h"
 #include "timeline/scene_function.h"

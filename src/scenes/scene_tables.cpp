@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/report.h"
 #include "scenes/scene_alien.h"
 #include "scenes/scene_fetus.h"
 #include "scenes/scene_hell.h"
@@ -17,7 +18,6 @@
 #include "scenes/scene_outtro.h"
 #include "scenes/scene_skull.h"
 #include "scenes/scene_water.h"
-#include "shell/report.h"
 
 namespace vex {
 

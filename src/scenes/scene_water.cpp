@@ -5,9 +5,9 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/clock.h"
+#include "base/random.h"
 #include "engine/fluid.h"
-#include "shell/clock.h"
-#include "shell/random.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <memory>
 
+#include "base/report.h"
 #include "platform/replace_file.h"
-#include "shell/report.h"
 #include "timeline/function_call.h"
 #include "timeline/part_dispatcher.h"
 

@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <utility>
 
+#include "base/options.h"
+#include "base/report.h"
 #include "platform/start_dialog.h"
-#include "shell/options.h"
-#include "shell/report.h"
 #include "shell/title.h"
 
 namespace vex {

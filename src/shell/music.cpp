@@ -2,12 +2,12 @@
 
 #include <cstdio>
 
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/options.h"
+#include "base/report.h"
 #include "platform/paths.h"
 #include "platform/sound_file.h"
-#include "shell/clock.h"
-#include "shell/files.h"
-#include "shell/options.h"
-#include "shell/report.h"
 
 namespace vex {
 

@@ -6,6 +6,10 @@
 #include <memory>
 #include <system_error>
 
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/options.h"
+#include "base/report.h"
 #include "models/model_loader.h"
 #include "scenes/scene_alien.h"
 #include "scenes/scene_fetus.h"
@@ -20,10 +24,6 @@
 #include "scenes/scene_outtro.h"
 #include "scenes/scene_skull.h"
 #include "scenes/scene_water.h"
-#include "shell/clock.h"
-#include "shell/files.h"
-#include "shell/options.h"
-#include "shell/report.h"
 #include "textures/preload_list.h"
 #include "textures/stat_text.h"
 #include "textures/texture_cache.h"

@@ -13,6 +13,11 @@
 #include <map>
 #include <sstream>
 
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/progress.h"
+#include "base/report.h"
+#include "base/window_size.h"
 #include "platform/encoder.h"
 #include "platform/end_request.h"
 #include "platform/offscreen_context.h"
@@ -20,14 +25,9 @@
 #include "platform/replace_file.h"
 #include "platform/sound_file.h"
 #include "shell/call_trace.h"
-#include "shell/clock.h"
 #include "shell/contact_sheet.h"
-#include "shell/files.h"
 #include "shell/music.h"
 #include "shell/presentation.h"
-#include "shell/progress.h"
-#include "shell/report.h"
-#include "shell/window_size.h"
 #include "textures/gl_setup.h"
 
 namespace vex {

@@ -4,20 +4,20 @@
 
 #include <cstdlib>
 
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/options.h"
+#include "base/quit.h"
+#include "base/report.h"
+#include "base/window_size.h"
 #include "platform/end_request.h"
 #include "platform/loading_dialog.h"
 #include "platform/message.h"
 #include "platform/window.h"
-#include "shell/clock.h"
 #include "shell/display_mode.h"
-#include "shell/files.h"
 #include "shell/music.h"
-#include "shell/options.h"
 #include "shell/presentation.h"
-#include "shell/quit.h"
-#include "shell/report.h"
 #include "shell/title.h"
-#include "shell/window_size.h"
 #include "textures/gl_setup.h"
 
 namespace vex {

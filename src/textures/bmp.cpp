@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <span>
 
-#include "shell/files.h"
-#include "shell/little_endian.h"
-#include "shell/report.h"
+#include "base/files.h"
+#include "base/little_endian.h"
+#include "base/report.h"
 
 namespace vex {
 namespace {

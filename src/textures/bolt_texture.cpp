@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-#include "shell/random.h"
-#include "shell/report.h"
+#include "base/random.h"
+#include "base/report.h"
 #include "textures/texture_cache.h"
 
 namespace vex {

@@ -2,11 +2,11 @@
 
 #include <GL/glext.h>
 
+#include "base/report.h"
+#include "base/window_size.h"
 #include "platform/gl_context.h"
 #include "platform/window.h"
-#include "shell/report.h"
 #include "shell/title.h"
-#include "shell/window_size.h"
 
 namespace vex {
 

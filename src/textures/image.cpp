@@ -4,8 +4,8 @@
 
 #include <cstddef>
 
-#include "shell/files.h"
-#include "shell/report.h"
+#include "base/files.h"
+#include "base/report.h"
 
 namespace vex {
 namespace {

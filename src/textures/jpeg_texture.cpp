@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <vector>
 
+#include "base/files.h"
+#include "base/report.h"
 #include "platform/jpeg_decoder.h"
-#include "shell/files.h"
-#include "shell/report.h"
 
 namespace vex {
 namespace {

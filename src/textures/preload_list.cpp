@@ -2,9 +2,9 @@
 
 #include <cstdio>
 
+#include "base/files.h"
+#include "base/report.h"
 #include "platform/paths.h"
-#include "shell/files.h"
-#include "shell/report.h"
 #include "textures/texture_cache.h"
 
 namespace vex {

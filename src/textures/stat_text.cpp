@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <utility>
 
-#include "shell/files.h"
-#include "shell/options.h"
-#include "shell/report.h"
+#include "base/files.h"
+#include "base/options.h"
+#include "base/report.h"
 #include "textures/flat_drawing.h"
 #include "textures/gl_setup.h"
 #include "textures/texture_cache.h"

@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "shell/files.h"
-#include "shell/report.h"
+#include "base/files.h"
+#include "base/report.h"
 #include "textures/bmp.h"
 #include "textures/jpeg_texture.h"
 #include "textures/preload_list.h"

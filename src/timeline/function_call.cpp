@@ -1,6 +1,6 @@
 #include "timeline/function_call.h"
 
-#include "shell/report.h"
+#include "base/report.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "base/report.h"
 #include "engine/spline.h"
-#include "shell/report.h"
 
 namespace vex {
 

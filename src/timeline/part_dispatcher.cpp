@@ -3,8 +3,8 @@
 #include <cstring>
 #include <utility>
 
-#include "shell/quit.h"
-#include "shell/report.h"
+#include "base/quit.h"
+#include "base/report.h"
 
 namespace vex {
 

@@ -8,11 +8,11 @@
 #include <string_view>
 #include <vector>
 
-#include "shell/clock.h"
-#include "shell/files.h"
-#include "shell/little_endian.h"
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/little_endian.h"
+#include "base/report.h"
 #include "shell/music.h"
-#include "shell/report.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_rules.h"
 #include "timeline/scene_function.h"

@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <utility>
 
-#include "shell/little_endian.h"
-#include "shell/report.h"
+#include "base/little_endian.h"
+#include "base/report.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/scene_function.h"
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <functional>
 
-#include "shell/report.h"
+#include "base/report.h"
 #include "timeline/part_dispatcher.h"
 
 namespace vex {

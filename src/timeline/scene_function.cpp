@@ -1,6 +1,6 @@
 #include "timeline/scene_function.h"
 
-#include "shell/report.h"
+#include "base/report.h"
 
 namespace vex {
 

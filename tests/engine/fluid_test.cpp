@@ -7,7 +7,7 @@
 #include <limits>
 #include <vector>
 
-#include "shell/random.h"
+#include "base/random.h"
 #include "tests/support/fatal.h"
 
 namespace vex {

@@ -13,10 +13,10 @@
 #include <limits>
 #include <vector>
 
+#include "base/clock.h"
+#include "base/random.h"
+#include "base/window_size.h"
 #include "engine/particle_system.h"
-#include "shell/clock.h"
-#include "shell/random.h"
-#include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/test_scene.h"
 #include "textures/texture_cache.h"

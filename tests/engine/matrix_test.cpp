@@ -7,7 +7,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "shell/random.h"
+#include "base/random.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
 #include "tests/support/vectors.h"

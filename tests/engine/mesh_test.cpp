@@ -8,8 +8,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "shell/clock.h"
-#include "shell/random.h"
+#include "base/clock.h"
+#include "base/random.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/log_text.h"

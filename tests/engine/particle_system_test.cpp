@@ -8,9 +8,9 @@
 #include <limits>
 #include <vector>
 
+#include "base/random.h"
 #include "engine/light.h"
 #include "engine/mesh.h"
-#include "shell/random.h"
 #include "tests/support/fatal.h"
 #include "tests/support/vectors.h"
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/clock.h"
+#include "base/options.h"
+#include "base/window_size.h"
 #include "engine/particle_system.h"
-#include "shell/clock.h"
-#include "shell/options.h"
-#include "shell/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/image_files.h"

@@ -7,11 +7,11 @@
 #include <limits>
 #include <vector>
 
+#include "base/clock.h"
+#include "base/window_size.h"
 #include "engine/fluid.h"
 #include "engine/particle_system.h"
 #include "engine/vol_light.h"
-#include "shell/clock.h"
-#include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/test_scene.h"
 

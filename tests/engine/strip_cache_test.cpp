@@ -4,10 +4,10 @@
 #include <filesystem>
 #include <string>
 
+#include "base/files.h"
+#include "base/random.h"
+#include "base/report.h"
 #include "engine/strips.h"
-#include "shell/files.h"
-#include "shell/random.h"
-#include "shell/report.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
 #include "tests/support/pak_builder.h"

@@ -7,9 +7,9 @@
 #include <memory>
 #include <stdexcept>
 
+#include "base/random.h"
+#include "base/report.h"
 #include "production/geometry/forms.h"
-#include "shell/random.h"
-#include "shell/report.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
 #include "tests/support/test_scene.h"

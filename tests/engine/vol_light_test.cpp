@@ -9,7 +9,7 @@
 #include <set>
 #include <vector>
 
-#include "shell/report.h"
+#include "base/report.h"
 #include "tests/support/log_text.h"
 #include "tests/support/vectors.h"
 

@@ -5,8 +5,8 @@
 
 #include <random>
 
-#include "shell/files.h"
-#include "shell/options.h"
+#include "base/files.h"
+#include "base/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/pak_builder.h"
 #include "tests/support/temporary_folder.h"

@@ -12,12 +12,12 @@
 #include <string>
 #include <vector>
 
+#include "base/files.h"
+#include "base/options.h"
 #include "models/keyword_table.h"
 #include "models/model_loader.h"
 #include "models/model_source.h"
 #include "models/model_state.h"
-#include "shell/files.h"
-#include "shell/options.h"
 #include "tests/support/ase_text.h"
 #include "tests/support/child_cases.h"
 #include "tests/support/fatal.h"

@@ -9,9 +9,9 @@
 #include <cstdlib>
 #include <functional>
 
+#include "base/report.h"
 #include "platform/display_modes.h"
 #include "platform/screen_modes.h"
-#include "shell/report.h"
 #include "tests/support/x_server.h"
 
 namespace vex {

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "shell/report.h"
+#include "base/report.h"
 #include "tests/support/x_server.h"
 
 namespace vex {

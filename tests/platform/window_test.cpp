@@ -12,10 +12,10 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/report.h"
 #include "platform/end_request.h"
 #include "platform/loading_dialog.h"
 #include "platform/message.h"
-#include "shell/report.h"
 #include "tests/support/x_server.h"
 
 namespace vex {

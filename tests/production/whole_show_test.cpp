@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "base/clock.h"
+#include "base/window_size.h"
 #include "engine/particle_system.h"
 #include "production/cues.h"
 #include "production/maker.h"
@@ -18,9 +20,7 @@
 #include "scenes/scene_outtro.h"
 #include "scenes/scene_skull.h"
 #include "scenes/scene_water.h"
-#include "shell/clock.h"
 #include "shell/presentation.h"
-#include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/temporary_folder.h"
 #include "textures/texture_cache.h"

@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "base/options.h"
+#include "base/report.h"
+#include "base/window_size.h"
 #include "production/geometry/forms.h"
 #include "production/models/stage.h"
 #include "scenes/scene_alien.h"
@@ -20,9 +23,6 @@
 #include "scenes/scene_skull.h"
 #include "scenes/scene_tables.h"
 #include "scenes/scene_water.h"
-#include "shell/options.h"
-#include "shell/report.h"
-#include "shell/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/image_files.h"

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "shell/window_size.h"
+#include "base/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_models.h"
 #include "textures/texture_cache.h"

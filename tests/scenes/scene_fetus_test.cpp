@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "shell/random.h"
+#include "base/random.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_models.h"
 #include "textures/texture_cache.h"

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "base/random.h"
+#include "base/window_size.h"
 #include "scenes/word_endings.h"
-#include "shell/random.h"
-#include "shell/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/image_files.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "shell/clock.h"
+#include "base/clock.h"
 #include "tests/support/fatal.h"
 #include "tests/support/scene_models.h"
 

@@ -3,12 +3,12 @@
 #include <array>
 #include <cmath>
 
+#include "base/clock.h"
 #include "scenes/scene_layer_particles.h"
 #include "scenes/scene_layer_rays.h"
 #include "scenes/scene_layer_rot_cubes.h"
 #include "scenes/scene_layer_wide.h"
 #include "scenes/scene_layer_wobbel.h"
-#include "shell/clock.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_builder.h"
 

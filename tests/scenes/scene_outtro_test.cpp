@@ -10,11 +10,11 @@
 #include <limits>
 #include <memory>
 
+#include "base/clock.h"
+#include "base/random.h"
+#include "base/window_size.h"
 #include "production/models/stage.h"
 #include "scenes/ball_file.h"
-#include "shell/clock.h"
-#include "shell/random.h"
-#include "shell/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/pak_builder.h"

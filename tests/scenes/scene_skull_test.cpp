@@ -6,9 +6,9 @@
 #include <iterator>
 #include <set>
 
-#include "shell/clock.h"
-#include "shell/random.h"
-#include "shell/window_size.h"
+#include "base/clock.h"
+#include "base/random.h"
+#include "base/window_size.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_models.h"

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <memory>
 
+#include "base/clock.h"
+#include "base/random.h"
 #include "engine/fluid.h"
-#include "shell/clock.h"
-#include "shell/random.h"
 #include "tests/support/scene_models.h"
 
 namespace vex {

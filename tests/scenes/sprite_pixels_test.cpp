@@ -10,13 +10,13 @@
 #include <string>
 #include <vector>
 
+#include "base/clock.h"
+#include "base/options.h"
+#include "base/window_size.h"
 #include "engine/light.h"
 #include "engine/particle_system.h"
 #include "engine/vol_light.h"
 #include "scenes/scene_outtro.h"
-#include "shell/clock.h"
-#include "shell/options.h"
-#include "shell/window_size.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/scene_builder.h"
 #include "tests/support/temporary_folder.h"

@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "shell/options.h"
-#include "shell/report.h"
+#include "base/options.h"
+#include "base/report.h"
 #include "tests/support/x_server.h"
 
 namespace vex {

@@ -8,11 +8,11 @@
 #include <filesystem>
 #include <string>
 
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/options.h"
+#include "base/report.h"
 #include "platform/sound_file.h"
-#include "shell/clock.h"
-#include "shell/files.h"
-#include "shell/options.h"
-#include "shell/report.h"
 #include "tests/support/fatal.h"
 #include "tests/support/sound_files.h"
 #include "tests/support/temporary_folder.h"

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "shell/clock.h"
-#include "shell/options.h"
-#include "shell/report.h"
+#include "base/clock.h"
+#include "base/options.h"
+#include "base/report.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/image_files.h"
 #include "tests/support/run_folder.h"

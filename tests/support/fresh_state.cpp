@@ -2,12 +2,12 @@
 
 #include <csignal>
 
+#include "base/clock.h"
+#include "base/options.h"
+#include "base/random.h"
+#include "base/report.h"
 #include "models/model_loader.h"
-#include "shell/clock.h"
 #include "shell/music.h"
-#include "shell/options.h"
-#include "shell/random.h"
-#include "shell/report.h"
 
 // The program's state is process-wide. Every test finds it as a program that begins, whatever ran before.
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "shell/options.h"
+#include "base/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/temporary_folder.h"
 

@@ -7,8 +7,8 @@
 #include <cstring>
 #include <string>
 
+#include "base/options.h"
 #include "platform/gl_context.h"
-#include "shell/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/temporary_folder.h"

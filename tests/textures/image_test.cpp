@@ -5,9 +5,9 @@
 #include <span>
 #include <string_view>
 
+#include "base/files.h"
+#include "base/options.h"
 #include "platform/jpeg_decoder.h"
-#include "shell/files.h"
-#include "shell/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/image_files.h"
 #include "tests/support/temporary_folder.h"

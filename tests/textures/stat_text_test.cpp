@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "shell/options.h"
+#include "base/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/temporary_folder.h"

@@ -7,9 +7,9 @@
 #include <cstring>
 #include <filesystem>
 
-#include "shell/files.h"
-#include "shell/options.h"
-#include "shell/random.h"
+#include "base/files.h"
+#include "base/options.h"
+#include "base/random.h"
 #include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/image_files.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/quit.h"
+#include "base/quit.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
 #include "timeline/scene_function.h"

@@ -7,9 +7,9 @@
 #include <limits>
 #include <string>
 
-#include "shell/clock.h"
-#include "shell/files.h"
-#include "shell/report.h"
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/report.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
 #include "tests/support/pak_builder.h"

@@ -1,4 +1,4 @@
-#include "shell/clock.h"
+#include "base/clock.h"
 
 #include "platform/steady_clock.h"
 #include "shell/music.h"

@@ -1,4 +1,4 @@
-#include "shell/pak_directory.h"
+#include "base/pak_directory.h"
 
 #include <sys/stat.h>
 
@@ -6,8 +6,8 @@
 #include <cstring>
 #include <span>
 
-#include "shell/little_endian.h"
-#include "shell/report.h"
+#include "base/little_endian.h"
+#include "base/report.h"
 
 namespace vex {
 

@@ -1,4 +1,4 @@
-#include "shell/report.h"
+#include "base/report.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/options.h"
+#include "base/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/temporary_folder.h"
 

@@ -1,4 +1,4 @@
-#include "shell/pak_archive.h"
+#include "base/pak_archive.h"
 
 #include <strings.h>
 
@@ -9,8 +9,8 @@
 #include <string>
 #include <system_error>
 
+#include "base/report.h"
 #include "platform/replace_file.h"
-#include "shell/report.h"
 
 namespace vex {
 

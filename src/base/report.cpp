@@ -1,15 +1,15 @@
-#include "shell/report.h"
+#include "base/report.h"
 
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 
+#include "base/fatal_place.h"
+#include "base/options.h"
 #include "platform/desktop.h"
 #include "platform/message.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
-#include "shell/fatal_place.h"
-#include "shell/options.h"
 
 namespace vex {
 

@@ -1,4 +1,4 @@
-#include "shell/files.h"
+#include "base/files.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <random>
 
-#include "shell/options.h"
+#include "base/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/pak_builder.h"
 #include "tests/support/temporary_folder.h"

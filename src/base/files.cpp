@@ -1,4 +1,4 @@
-#include "shell/files.h"
+#include "base/files.h"
 
 #include <strings.h>
 #include <sys/stat.h>
@@ -8,9 +8,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/pak_directory.h"
+#include "base/report.h"
 #include "platform/paths.h"
-#include "shell/pak_directory.h"
-#include "shell/report.h"
 
 namespace vex {
 

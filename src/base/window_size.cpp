@@ -1,4 +1,4 @@
-#include "shell/window_size.h"
+#include "base/window_size.h"
 
 namespace vex {
 

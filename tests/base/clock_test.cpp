@@ -1,4 +1,4 @@
-#include "shell/clock.h"
+#include "base/clock.h"
 
 #include <gtest/gtest.h>
 
@@ -6,9 +6,9 @@
 #include <thread>
 #include <vector>
 
+#include "base/options.h"
 #include "platform/steady_clock.h"
 #include "shell/music.h"
-#include "shell/options.h"
 #include "tests/support/sound_files.h"
 #include "tests/support/temporary_folder.h"
 

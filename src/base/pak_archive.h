@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "shell/pak_directory.h"
+#include "base/pak_directory.h"
 
 // Making and unpacking archives, for tools. The player reads them through files.h.
 
