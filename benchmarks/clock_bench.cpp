@@ -12,11 +12,11 @@
 #include <thread>
 #include <vector>
 
+#include "app/music.h"
 #include "base/clock.h"
 #include "base/options.h"
 #include "benchmarks/figure.h"
 #include "platform/steady_clock.h"
-#include "shell/music.h"
 
 namespace vex {
 

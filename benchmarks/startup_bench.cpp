@@ -16,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/presentation.h"
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/pak_archive.h"
@@ -24,7 +25,6 @@
 #include "models/model_loader.h"
 #include "platform/offscreen_context.h"
 #include "production/cues.h"
-#include "shell/presentation.h"
 #include "textures/bmp.h"
 #include "textures/gl_setup.h"
 #include "textures/texture_cache.h"

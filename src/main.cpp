@@ -1,5 +1,5 @@
+#include "app/startup.h"
 #include "platform/standard_streams.h"
-#include "shell/startup.h"
 
 int main() {
   vex::openStandardStreams();

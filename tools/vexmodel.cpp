@@ -19,6 +19,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "app/contact_sheet.h"
 #include "base/report.h"
 #include "base/window_size.h"
 #include "engine/scene.h"
@@ -30,7 +31,6 @@
 #include "platform/png_file.h"
 #include "platform/replace_file.h"
 #include "platform/standard_streams.h"
-#include "shell/contact_sheet.h"
 #include "textures/gl_setup.h"
 #include "textures/texture_cache.h"
 

@@ -12,11 +12,11 @@
 #include <string>
 #include <string_view>
 
+#include "app/recorder.h"
 #include "base/options.h"
 #include "base/report.h"
 #include "platform/encoder.h"
 #include "platform/standard_streams.h"
-#include "shell/recorder.h"
 
 namespace {
 

@@ -14,10 +14,10 @@
 #include <unordered_map>
 #include <vector>
 
+#include "app/presentation.h"
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/window_size.h"
-#include "shell/presentation.h"
 
 namespace vex {
 namespace {

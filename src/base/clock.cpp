@@ -1,7 +1,7 @@
 #include "base/clock.h"
 
+#include "app/music.h"
 #include "platform/steady_clock.h"
-#include "shell/music.h"
 
 namespace vex {
 

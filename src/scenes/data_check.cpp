@@ -7,6 +7,7 @@
 #include <set>
 #include <utility>
 
+#include "app/music.h"
 #include "base/files.h"
 #include "base/little_endian.h"
 #include "base/pak_directory.h"
@@ -14,7 +15,6 @@
 #include "platform/sound_file.h"
 #include "scenes/known_call.h"
 #include "scenes/project_check.h"
-#include "shell/music.h"
 #include "textures/image.h"
 #include "timeline/project_lexer.h"
 

@@ -2,11 +2,11 @@
 
 #include <GL/glext.h>
 
+#include "app/title.h"
 #include "base/report.h"
 #include "base/window_size.h"
 #include "platform/gl_context.h"
 #include "platform/window.h"
-#include "shell/title.h"
 
 namespace vex {
 

@@ -8,11 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "app/music.h"
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/little_endian.h"
 #include "base/report.h"
-#include "shell/music.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_rules.h"
 #include "timeline/scene_function.h"

@@ -6,9 +6,9 @@
 #include <thread>
 #include <vector>
 
+#include "app/music.h"
 #include "base/options.h"
 #include "platform/steady_clock.h"
-#include "shell/music.h"
 #include "tests/support/sound_files.h"
 #include "tests/support/temporary_folder.h"
 

@@ -13,11 +13,11 @@
 #include <string>
 #include <thread>
 
+#include "app/music.h"
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/options.h"
 #include "platform/steady_clock.h"
-#include "shell/music.h"
 #include "tests/support/fatal.h"
 #include "tests/support/sound_files.h"
 #include "tests/support/temporary_folder.h"

@@ -6,8 +6,8 @@
 #include <map>
 #include <regex>
 
+#include "app/recorder.h"
 #include "production/cues.h"
-#include "shell/recorder.h"
 #include "tests/support/fatal.h"
 #include "tests/support/temporary_folder.h"
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "app/presentation.h"
 #include "base/clock.h"
 #include "base/window_size.h"
 #include "engine/particle_system.h"
@@ -20,7 +21,6 @@
 #include "scenes/scene_outtro.h"
 #include "scenes/scene_skull.h"
 #include "scenes/scene_water.h"
-#include "shell/presentation.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/temporary_folder.h"
 #include "textures/texture_cache.h"

@@ -2,12 +2,12 @@
 
 #include <csignal>
 
+#include "app/music.h"
 #include "base/clock.h"
 #include "base/options.h"
 #include "base/random.h"
 #include "base/report.h"
 #include "models/model_loader.h"
-#include "shell/music.h"
 
 // The program's state is process-wide. Every test finds it as a program that begins, whatever ran before.
 

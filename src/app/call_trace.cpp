@@ -1,4 +1,4 @@
-#include "shell/call_trace.h"
+#include "app/call_trace.h"
 
 #include <cerrno>
 #include <cstring>

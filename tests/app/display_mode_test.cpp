@@ -1,4 +1,4 @@
-#include "shell/display_mode.h"
+#include "app/display_mode.h"
 
 #include <X11/keysym.h>
 #include <gtest/gtest.h>

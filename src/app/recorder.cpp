@@ -1,4 +1,4 @@
-#include "shell/recorder.h"
+#include "app/recorder.h"
 
 #include <GL/gl.h>
 
@@ -13,6 +13,10 @@
 #include <map>
 #include <sstream>
 
+#include "app/call_trace.h"
+#include "app/contact_sheet.h"
+#include "app/music.h"
+#include "app/presentation.h"
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/progress.h"
@@ -24,10 +28,6 @@
 #include "platform/png_file.h"
 #include "platform/replace_file.h"
 #include "platform/sound_file.h"
-#include "shell/call_trace.h"
-#include "shell/contact_sheet.h"
-#include "shell/music.h"
-#include "shell/presentation.h"
 #include "textures/gl_setup.h"
 
 namespace vex {

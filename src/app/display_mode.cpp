@@ -1,13 +1,13 @@
-#include "shell/display_mode.h"
+#include "app/display_mode.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
 
+#include "app/title.h"
 #include "base/options.h"
 #include "base/report.h"
 #include "platform/start_dialog.h"
-#include "shell/title.h"
 
 namespace vex {
 

@@ -1,4 +1,4 @@
-#include "shell/music.h"
+#include "app/music.h"
 
 #include <gtest/gtest.h>
 

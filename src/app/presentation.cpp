@@ -1,4 +1,4 @@
-#include "shell/presentation.h"
+#include "app/presentation.h"
 
 #include <array>
 #include <cstdio>

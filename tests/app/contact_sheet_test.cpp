@@ -1,4 +1,4 @@
-#include "shell/contact_sheet.h"
+#include "app/contact_sheet.h"
 
 #include <gtest/gtest.h>
 #include <png.h>

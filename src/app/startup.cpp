@@ -1,9 +1,13 @@
-#include "shell/startup.h"
+#include "app/startup.h"
 
 #include <GL/gl.h>
 
 #include <cstdlib>
 
+#include "app/display_mode.h"
+#include "app/music.h"
+#include "app/presentation.h"
+#include "app/title.h"
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/options.h"
@@ -14,10 +18,6 @@
 #include "platform/loading_dialog.h"
 #include "platform/message.h"
 #include "platform/window.h"
-#include "shell/display_mode.h"
-#include "shell/music.h"
-#include "shell/presentation.h"
-#include "shell/title.h"
 #include "textures/gl_setup.h"
 
 namespace vex {
