@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "authoring/project_text.h"
 #include "benchmarks/figure.h"
 #include "tests/support/project_builder.h"
-#include "timeline/project_text.h"
 
 namespace vex {
 

@@ -8,17 +8,17 @@
 #include <utility>
 #include <vector>
 
+#include "authoring/project_check.h"
+#include "authoring/project_lexer.h"
+#include "authoring/project_text.h"
 #include "base/files.h"
 #include "base/report.h"
 #include "platform/end_request.h"
 #include "platform/replace_file.h"
 #include "platform/standard_streams.h"
-#include "scenes/project_check.h"
 #include "scenes/scene_tables.h"
 #include "timeline/part_dispatcher.h"
-#include "timeline/project_lexer.h"
 #include "timeline/project_record.h"
-#include "timeline/project_text.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <set>
 #include <vector>
 
+#include "authoring/project_check.h"
 #include "engine/scene.h"
-#include "scenes/project_check.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

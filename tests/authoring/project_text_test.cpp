@@ -1,4 +1,4 @@
-#include "timeline/project_text.h"
+#include "authoring/project_text.h"
 
 #include <gtest/gtest.h>
 
@@ -12,12 +12,12 @@
 #include <utility>
 #include <vector>
 
+#include "authoring/nearest_name.h"
+#include "authoring/project_lexer.h"
 #include "tests/support/fatal.h"
 #include "tests/support/project_builder.h"
 #include "tests/support/temporary_folder.h"
-#include "timeline/nearest_name.h"
 #include "timeline/part_dispatcher.h"
-#include "timeline/project_lexer.h"
 
 namespace vex {
 namespace {

@@ -8,8 +8,8 @@
 #include <string>
 #include <utility>
 
-#include "timeline/project_lexer.h"
-#include "timeline/project_text.h"
+#include "authoring/project_lexer.h"
+#include "authoring/project_text.h"
 
 namespace vex {
 

@@ -1,4 +1,4 @@
-#include "timeline/project_lexer.h"
+#include "authoring/project_lexer.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "timeline/project_lexer.h"
-#include "timeline/project_text.h"
+#include "authoring/project_lexer.h"
+#include "authoring/project_text.h"
 
 // What the statements of a project's text are made of: names, texts, numbers, times and the parameters of
 // calls.

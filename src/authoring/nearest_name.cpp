@@ -1,4 +1,4 @@
-#include "timeline/nearest_name.h"
+#include "authoring/nearest_name.h"
 
 #include <algorithm>
 #include <cctype>

@@ -7,12 +7,12 @@
 #include <string>
 #include <utility>
 
-#include "timeline/nearest_name.h"
+#include "authoring/nearest_name.h"
+#include "authoring/project_lexer.h"
+#include "authoring/project_text.h"
+#include "authoring/project_value_reader.h"
 #include "timeline/part_dispatcher.h"
-#include "timeline/project_lexer.h"
 #include "timeline/project_rules.h"
-#include "timeline/project_text.h"
-#include "timeline/project_value_reader.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

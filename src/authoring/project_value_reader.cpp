@@ -1,4 +1,4 @@
-#include "timeline/project_value_reader.h"
+#include "authoring/project_value_reader.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include <span>
 #include <utility>
 
-#include "timeline/nearest_name.h"
+#include "authoring/nearest_name.h"
 #include "timeline/project_rules.h"
 #include "timeline/scene_function.h"
 

@@ -1,14 +1,14 @@
-#include "scenes/project_check.h"
+#include "authoring/project_check.h"
 
 #include <algorithm>
 #include <cmath>
 #include <optional>
 
+#include "authoring/known_call.h"
+#include "authoring/nearest_name.h"
+#include "authoring/project_lexer.h"
 #include "base/report.h"
-#include "scenes/known_call.h"
-#include "timeline/nearest_name.h"
 #include "timeline/part_dispatcher.h"
-#include "timeline/project_lexer.h"
 
 namespace vex {
 

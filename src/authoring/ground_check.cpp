@@ -6,9 +6,9 @@
 #include <map>
 #include <memory>
 
-#include "scenes/known_call.h"
-#include "scenes/project_check.h"
-#include "timeline/project_lexer.h"
+#include "authoring/known_call.h"
+#include "authoring/project_check.h"
+#include "authoring/project_lexer.h"
 #include "timeline/scene_function.h"
 
 namespace vex {

@@ -1,4 +1,4 @@
-#include "scenes/known_call.h"
+#include "authoring/known_call.h"
 
 #include <algorithm>
 #include <cmath>

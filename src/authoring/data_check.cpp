@@ -8,15 +8,15 @@
 #include <utility>
 
 #include "app/music.h"
+#include "authoring/known_call.h"
+#include "authoring/project_check.h"
+#include "authoring/project_lexer.h"
 #include "base/files.h"
 #include "base/little_endian.h"
 #include "base/pak_directory.h"
 #include "platform/jpeg_decoder.h"
 #include "platform/sound_file.h"
-#include "scenes/known_call.h"
-#include "scenes/project_check.h"
 #include "textures/image.h"
-#include "timeline/project_lexer.h"
 
 namespace vex {
 
