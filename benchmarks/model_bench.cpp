@@ -20,7 +20,8 @@
 #include "benchmarks/figure.h"
 #include "models/container.h"
 #include "models/model_loader.h"
-#include "production/product.h"
+#include "production/making/product.h"
+#include "production/products.h"
 
 namespace vex {
 

@@ -5,7 +5,8 @@
 #include <string>
 
 #include "benchmarks/figure.h"
-#include "production/maker.h"
+#include "production/making/maker.h"
+#include "production/products.h"
 
 namespace vex {
 

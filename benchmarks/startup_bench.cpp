@@ -24,7 +24,7 @@
 #include "benchmarks/figure.h"
 #include "models/model_loader.h"
 #include "platform/offscreen_context.h"
-#include "production/cues.h"
+#include "production/song/cues.h"
 #include "textures/bmp.h"
 #include "textures/gl_setup.h"
 #include "textures/texture_cache.h"

@@ -8,8 +8,8 @@
 
 #include "base/report.h"
 #include "platform/ogg_encoder.h"
-#include "production/cues.h"
 #include "production/song/band.h"
+#include "production/song/cues.h"
 #include "production/song/score.h"
 #include "production/synth/effects.h"
 #include "production/synth/filter.h"

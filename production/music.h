@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "production/cues.h"
+#include "production/song/cues.h"
 
 // The music: the sections of an arrangement and a tail in which the last chord rings out, both ends
 // silent. Made from code; the same bytes on every run.

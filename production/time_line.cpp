@@ -6,7 +6,7 @@
 #include "base/report.h"
 #include "production/movements/words.h"
 #include "production/music.h"
-#include "production/show.h"
+#include "production/show/show.h"
 
 namespace vex {
 
@@ -54,9 +54,10 @@ Script presentationScript() {
 Products timeLineFiles() {
   Product product;
   product.outputs = {"test.hvp", "used_textures.log"};
-  product.sources = {
-      "production/time_line.", "production/movements/",   "production/show.",   "production/project_writer.",
-      "production/cues.",      "production/arrangement.", "production/models/", "src/engine/"};
+  product.sources = {"production/time_line.", "production/movements/",
+                     "production/show/show.", "production/show/project_writer.",
+                     "production/song/cues.", "production/song/arrangement.",
+                     "production/models/",    "src/engine/"};
   product.work = 0.1f;
   product.make = [](const Settings&) {
     const Script script = presentationScript();
@@ -70,8 +71,8 @@ Products timeLineFiles() {
 Products musicFile() {
   Product product;
   product.outputs = {"data/vex.ogg"};
-  product.sources = {"production/music.", "production/cues.", "production/arrangement.", "production/song/",
-                     "production/synth/"};
+  product.sources = {"production/music.", "production/song/cues.", "production/song/arrangement.",
+                     "production/song/", "production/synth/"};
   product.work = 40;
   product.make = [](const Settings& settings) {
     return std::vector<Bytes>{makeMusic(settings.draft ? MixQuality::draft : MixQuality::full)};

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "production/product.h"
-#include "production/project_writer.h"
+#include "production/making/product.h"
+#include "production/show/project_writer.h"
 
 namespace vex {
 

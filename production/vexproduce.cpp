@@ -4,9 +4,10 @@
 
 #include "platform/end_request.h"
 #include "platform/standard_streams.h"
-#include "production/cues.h"
 #include "production/geometry/bake.h"
-#include "production/maker.h"
+#include "production/making/maker.h"
+#include "production/products.h"
+#include "production/song/cues.h"
 
 namespace {
 

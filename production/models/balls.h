@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "production/product.h"
+#include "production/making/product.h"
 
 // Shapes of coloured balls for the closing scene, each built up in stages: the ball file of a stage holds all
 // the balls of those before it.

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "production/cues.h"
 #include "production/geometry/forms.h"
 #include "production/models/fetus_parts.h"
+#include "production/song/cues.h"
 #include "production/textures/palette.h"
 
 // Where the laboratory is seen from: each move takes as long as its shot and begins when that does.

@@ -4,8 +4,8 @@
 
 #include "production/geometry/surface.h"
 #include "production/image/image.h"
+#include "production/making/product.h"
 #include "production/models/stage.h"
-#include "production/product.h"
 
 // The pieces of the reliquary's world. The casket stands with its front towards +z on a plinth in the middle
 // of the world; the ground is y = 0.

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "production/making/product.h"
 #include "production/models/stage.h"
-#include "production/product.h"
 
 // How the models are made: see docs/modelling.md.
 

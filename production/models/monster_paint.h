@@ -2,7 +2,7 @@
 
 #include "production/geometry/bake.h"
 #include "production/geometry/mapping.h"
-#include "production/product.h"
+#include "production/making/product.h"
 
 // The colours of the alien's world.
 

@@ -4,8 +4,8 @@
 
 #include "production/geometry/bake.h"
 #include "production/image/environment.h"
+#include "production/making/product.h"
 #include "production/models/stage.h"
-#include "production/product.h"
 
 // The sea of the water world in pieces. The water lies at y = 0, its bed, which nobody sees through, below;
 // the moon stands behind, towards -z.

@@ -4,7 +4,7 @@
 
 #include "production/models/balls.h"
 #include "production/movements/words.h"
-#include "production/scroller.h"
+#include "production/show/scroller.h"
 
 // The party: stars, copper bars, shapes of balls and a scroller; the title rings out with the last chord.
 

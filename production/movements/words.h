@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "engine/vector.h"
-#include "production/show.h"
+#include "production/show/show.h"
 
 // What the movements share: the order of their layers, the seven endings of the title, and a few shots that
 // return.

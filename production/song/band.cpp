@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "base/report.h"
-#include "production/cues.h"
+#include "production/song/cues.h"
 #include "production/synth/airs.h"
 #include "production/synth/drums.h"
 #include "production/synth/machines.h"

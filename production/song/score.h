@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "production/arrangement.h"
+#include "production/song/arrangement.h"
 #include "production/song/notation.h"
 
 // The song. The motif is D, E flat, A, G sharp: a half step, a tritone and a half step back. Each

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "production/product.h"
+#include "production/making/product.h"
 #include "production/textures/palette.h"
 
 namespace vex {

@@ -31,14 +31,6 @@ bool isLooseFile(const char* name) {
   return file != nullptr;
 }
 
-MusicSource memberSource(int handle) {
-  return {.path = pakFileName(), .offset = pakMemberOffset(handle), .size = pakMemberSize(handle)};
-}
-
-SoundStream createStream(const MusicSource& source) {
-  return soundLibrary.createStream(source.path.c_str(), source.offset, source.size);
-}
-
 // The whole part, kept within the type for any number.
 std::uint32_t wholePart(double value) {
   if (!(value > 0.0)) return 0;
@@ -54,22 +46,13 @@ void logState(SoundState state) {
 
 }  // namespace
 
-std::optional<MusicSource> findMusic(const char* name) {
-  if (isLooseFile(name)) return MusicSource{.path = name, .offset = 0, .size = wholeFile};
-  const int handle = fileOpen(name, "rb");
-  if (handle < 0) return std::nullopt;
-  const MusicSource source = memberSource(handle);
-  fileClose(handle);
-  return source;
-}
-
 void openMusic(const char* name) {
   if (!options.soundEnabled) return;
   if (!soundLibrary.init()) disableSound("Couldn't initialize BASS!");
   if (!soundLibrary.start()) disableSound("Couldn't start BASS output!");
   if (isLooseFile(name)) {
     logPrintf("opening sound file %s from physical file\n", name);
-    stream = createStream({.path = name, .offset = 0, .size = wholeFile});
+    stream = soundLibrary.createStream(name, 0, wholeFile);
   } else {
     const int handle = fileOpen(name, "rb");
     if (handle < 0) {
@@ -77,11 +60,13 @@ void openMusic(const char* name) {
       return;
     }
     logPrintf("opening sound file %s from pak_file (index %d)\n", name, handle);
-    stream = createStream(memberSource(handle));
+    stream = soundLibrary.createStream(pakFileName(), pakMemberOffset(handle), pakMemberSize(handle));
     fileClose(handle);
   }
   if (stream == 0) disableSound("BASS stream couldn't be opened!");
   streamOpened = true;
+  leadingSound = {
+      .active = musicActive, .position = musicPosition, .length = musicLength, .duration = musicDuration};
 }
 
 void startMusic() {
@@ -124,6 +109,7 @@ void shutDownMusic() {
     soundLibrary.free();
   }
   streamOpened = false;
+  leadingSound = {};
   stream = 0;
   loggedState = SoundState::playing;
 }

@@ -1,12 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <string>
 
 #include "platform/sound_device.h"
 
-// The one music file of the presentation, the source of the demo clock. Every failure is a warning,
+// The one music file of the presentation, what leads the demo clock. Every failure is a warning,
 // clears options.soundEnabled and leaves the program silent.
 
 namespace vex {
@@ -14,17 +12,9 @@ namespace vex {
 // What plays the music: openAlLibrary, unless a test puts stand-ins here.
 extern SoundLibrary soundLibrary;
 
-// Where the music of that name lies: a loose file, otherwise a member of the pak.
-struct MusicSource {
-  std::string path;
-  std::uint32_t offset = 0;
-  std::uint32_t size = 0;  // wholeFile for a loose file
-};
-
-std::optional<MusicSource> findMusic(const char* name);
-
-// Only when options.soundEnabled is set. Warnings: "Couldn't initialize BASS!...", "Couldn't start
-// BASS output!...", "Sound file not found!...", "BASS stream couldn't be opened!...".
+// Only when options.soundEnabled is set. From here on the clock follows the music while it is active.
+// Warnings: "Couldn't initialize BASS!...", "Couldn't start BASS output!...", "Sound file not found!...",
+// "BASS stream couldn't be opened!...".
 void openMusic(const char* name);
 
 // Plays from the clock's start time, when the music is active. Warnings: "BASS attributes

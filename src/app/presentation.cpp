@@ -6,6 +6,7 @@
 #include <memory>
 #include <system_error>
 
+#include "app/music.h"
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/options.h"
@@ -120,6 +121,7 @@ void loadPresentation(std::optional<float> start) {
     if (!scene) break;
     dispatcher->addScene(scene);
   }
+  dispatcher->openMusic = openMusic;
   dispatcher->loadProject(projectName);
   loadingProgress("Starting up");
   if (options.showStats) loadStatFont("data\\font.raw");

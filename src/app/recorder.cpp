@@ -78,7 +78,7 @@ struct Span {
 
 // No file, or one that nobody can read, gives no decoder.
 SoundFile openPresentationMusic() {
-  const auto source = findMusic(presentation().musicName);
+  const auto source = findFile(presentation().musicName);
   return source ? openSoundFile(source->path.c_str(), source->offset, source->size) : SoundFile{};
 }
 
@@ -128,7 +128,7 @@ Music readMusic(const Span& span, int framesPerSecond) {
   Music music;
   const char* name = presentation().musicName;
   if (name[0] == '\0') return music;
-  if (!findMusic(name)) {
+  if (!findFile(name)) {
     warning("Sound file %s not found, the video has no sound", name);
     return music;
   }

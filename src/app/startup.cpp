@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "app/display_mode.h"
+#include "app/gl_window.h"
 #include "app/music.h"
 #include "app/presentation.h"
 #include "app/title.h"
@@ -18,7 +19,6 @@
 #include "platform/loading_dialog.h"
 #include "platform/message.h"
 #include "platform/window.h"
-#include "textures/gl_setup.h"
 
 namespace vex {
 

@@ -7,7 +7,6 @@
 #include <set>
 #include <utility>
 
-#include "app/music.h"
 #include "authoring/known_call.h"
 #include "authoring/project_check.h"
 #include "authoring/project_lexer.h"
@@ -229,7 +228,7 @@ struct DataCheck {
 void checkMusic(const Project& project, std::vector<Finding>& findings) {
   const std::string name = playedText(project.music);
   if (name.size() < 2) return;
-  const auto source = findMusic(name.c_str());
+  const auto source = findFile(name.c_str());
   if (!source) {
     findings.push_back({.text = "music " + quoteText(name) + " is missing", .hint = ""});
     return;

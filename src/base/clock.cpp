@@ -1,6 +1,5 @@
 #include "base/clock.h"
 
-#include "app/music.h"
 #include "platform/steady_clock.h"
 
 namespace vex {
@@ -27,8 +26,8 @@ float timerTime() {
 }
 
 float soundTime() {
-  const std::uint32_t position = filterPosition(demoClock.filter, musicPosition());
-  return static_cast<float>(position) / static_cast<float>(musicLength()) * musicDuration();
+  const std::uint32_t position = filterPosition(demoClock.filter, leadingSound.position());
+  return static_cast<float>(position) / static_cast<float>(leadingSound.length()) * leadingSound.duration();
 }
 
 }  // namespace
@@ -56,12 +55,12 @@ void clockSetStartTime(float seconds) {
 }
 
 void clockReset() {
-  if (!musicActive()) demoClock.wallBase = static_cast<float>(timeGetTime() / 1000.0);
+  if (!leadingSound.active()) demoClock.wallBase = static_cast<float>(timeGetTime() / 1000.0);
 }
 
 void clockTick() {
   beginFrame();
-  endFrame(musicActive() ? soundTime() : timerTime());
+  endFrame(leadingSound.active() ? soundTime() : timerTime());
 }
 
 float clockTime() {

@@ -2,7 +2,8 @@
 
 #include <cstdint>
 
-// The demo clock, in seconds: follows the music while it is active, otherwise the system timer.
+// The demo clock, in seconds: follows the sound that leads it while that is active, otherwise the system
+// timer.
 
 namespace vex {
 
@@ -29,12 +30,21 @@ struct DemoClock {
 // State of the one clock of the program. Tests may set it.
 inline DemoClock demoClock;
 
+// What leads the clock while it is active: the music, once there is some. Bytes of the decoded stream.
+struct LeadingSound {
+  bool (*active)() = [] { return false; };
+  std::uint32_t (*position)() = nullptr;
+  std::uint32_t (*length)() = nullptr;
+  float (*duration)() = nullptr;  // seconds
+};
+inline LeadingSound leadingSound;
+
 // The filtered position for a measured one.
 std::uint32_t filterPosition(SoundFilter& filter, std::uint32_t measured);
 
 void clockSetStartTime(float seconds);
 
-// Called just before the main loop, when the music plays already or never will.
+// Called just before the main loop, when the leading sound plays already or never will.
 void clockReset();
 
 // Once a frame. The step of the first frame is 0.01 s.

@@ -267,4 +267,16 @@ const char* pakFileName() {
   return pakName;
 }
 
+std::optional<FilePlace> findFile(const char* name) {
+  if (std::FILE* file = openLooseFile(name, "rb")) {
+    std::fclose(file);
+    return FilePlace{.path = name, .offset = 0, .size = wholeFile};
+  }
+  const int handle = fileOpen(name, "rb");
+  if (handle < 0) return std::nullopt;
+  const FilePlace place{pakFileName(), pakMemberOffset(handle), pakMemberSize(handle)};
+  fileClose(handle);
+  return place;
+}
+
 }  // namespace vex

@@ -2,7 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "platform/paths.h"
 
 // Data files by name: a loose file relative to the working folder wins, otherwise the member of the
 // pak archive of that name (ASCII letter case ignored). Handles are 0 to 15.
@@ -58,9 +61,17 @@ void fileCloseAll();
 // Bytes from the current position to the end. For checks before allocating.
 std::uint64_t fileRemaining(int handle);
 
-// Where the music stream finds a member: offset inside the archive and size; 0 and 0 for a loose file.
+// Offset of an open member inside the archive and its size; 0 and 0 for a loose file.
 std::uint32_t pakMemberOffset(int handle);
 std::uint32_t pakMemberSize(int handle);
 const char* pakFileName();
+
+// Where the bytes of a file lie, for who reads them by other means.
+struct FilePlace {
+  std::string path;
+  std::uint32_t offset = 0;
+  std::uint32_t size = wholeFile;
+};
+std::optional<FilePlace> findFile(const char* name);
 
 }  // namespace vex

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -15,5 +16,7 @@ std::string resolvePath(const char* name);
 
 // fopen of the resolved path; null, with errno, on failure and for what is not a regular file when reading.
 std::FILE* openLooseFile(const char* name, const char* mode);
+
+inline constexpr std::uint32_t wholeFile = 0xffffffff;  // a size that reaches to the end of any file
 
 }  // namespace vex

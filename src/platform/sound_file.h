@@ -5,11 +5,11 @@
 #include <memory>
 #include <span>
 
+#include "platform/paths.h"
+
 // Decoding of music: WAV, OGG, FLAC or MP3, as a file of its own or in the middle of another one.
 
 namespace vex {
-
-inline constexpr std::uint32_t wholeFile = 0xffffffff;  // a size that reaches to the end of any file
 
 struct SoundDecoder;
 struct CloseSound {

@@ -2,11 +2,8 @@
 
 #include <GL/glext.h>
 
-#include "app/title.h"
 #include "base/report.h"
-#include "base/window_size.h"
 #include "platform/gl_context.h"
-#include "platform/window.h"
 
 namespace vex {
 
@@ -24,18 +21,6 @@ const char* glText(GLenum name) {
 }
 
 }  // namespace
-
-void setUpGl(const DisplayMode& mode, bool fullscreen) {
-  const WindowRequest request{.title = programTitle,
-                              .width = mode.width,
-                              .height = mode.height,
-                              .bitsPerPixel = mode.bitsPerPixel,
-                              .fullscreen = fullscreen};
-  openWindow(request, {.log = [](const char* line) { logPrintf("%s\n", line); },
-                       .fail = [](const char* text) { fatalError("%s", text); }});
-  setWindowSize(mode.width, mode.height);
-  setUpGlState();
-}
 
 void setUpGlState() {
   glDrawBuffer(GL_BACK);

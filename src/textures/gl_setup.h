@@ -2,10 +2,8 @@
 
 #include <GL/gl.h>
 
-#include "platform/display_modes.h"
-
-// The GL window, the fixed GL state of the whole show, and what optional GL there is. The state and
-// the probe need a current context and glContext, no matter who opened it.
+// The fixed GL state of the whole show, and what optional GL there is. Both need a current context and
+// glContext, no matter who opened it.
 
 namespace vex {
 
@@ -28,10 +26,6 @@ struct GlExtensions {
 };
 
 inline GlExtensions glExtensions;
-
-// Opens the window (platform/window.h) with the program's title and size, then setUpGlState().
-// Fatal without a display or without OpenGL on it.
-void setUpGl(const DisplayMode& mode, bool fullscreen);
 
 // The fixed state: back buffer, depth test less-or-equal, smooth shading, blending on, lines 2.0
 // wide, colour material off; then logs "%s from %s ver %s\n%s\n" (renderer, vendor, version,

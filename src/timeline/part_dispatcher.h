@@ -37,8 +37,8 @@ struct Part {
   void run(float t);
 };
 
-// Whether loading looks up scenes and functions and opens the music, or takes their names as they are, for
-// tools that do not play.
+// Whether loading looks up scenes and functions, or takes their names as they are, for tools that do not
+// play.
 enum class ProjectNames : std::int8_t { resolved, taken };
 
 // One per process. Owns the scenes from addScene on.
@@ -52,7 +52,8 @@ class PartDispatcher {
   float totalTime = 0.0f;
   float startTime = 0.0f;  // may be set anew between loadProject and startTimeline
   ProjectNames names = ProjectNames::resolved;
-  char musicName[projectNameSize] = "";  // as the project names it; empty for none
+  char musicName[projectNameSize] = "";           // as the project names it; empty for none
+  void (*openMusic)(const char* name) = nullptr;  // called by loading when the project names some
 
   PartDispatcher();
   PartDispatcher(const PartDispatcher&) = delete;
@@ -69,7 +70,7 @@ class PartDispatcher {
   // By exact name. Fatal: "getFunctionByName scene==NULL"; "function %s not found".
   SceneFunction* getFunctionByName(const Scene* scene, const char* name) const;
 
-  // Reads the project file and opens its music. Every failure is fatal. The format stands in
+  // Reads the project file and has its music opened. Every failure is fatal. The format stands in
   // timeline/project_file.h.
   void loadProject(const char* fileName);
 

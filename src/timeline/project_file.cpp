@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "app/music.h"
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/little_endian.h"
@@ -239,7 +238,7 @@ void PartDispatcher::readProject(const char* fileName) {
   if (std::strlen(music.text) >= 2) {
     copyText(musicName, music);
     logPrintf("sound file name %s\n", musicName);
-    if (names == ProjectNames::resolved) openMusic(musicName);
+    if (openMusic) openMusic(musicName);
   } else {
     logPrintf("no sound file defined\n");
   }

@@ -194,18 +194,18 @@ TEST(SoundPlayback, IsFoundWithoutADevice) {
   writeFile("member.wav", std::string(100, '\0'));
   writePakAround("vex.pak", "member.wav");
   pakOpen("vex.pak");
-  const std::optional<MusicSource> loose = findMusic("MEMBER.WAV");
+  const std::optional<FilePlace> loose = findFile("MEMBER.WAV");
   ASSERT_TRUE(loose);
   EXPECT_EQ(loose->path, "MEMBER.WAV");
   EXPECT_EQ(loose->offset, 0u);
   EXPECT_EQ(loose->size, wholeFile);
   std::filesystem::remove("member.wav");
-  const std::optional<MusicSource> member = findMusic("member.wav");
+  const std::optional<FilePlace> member = findFile("member.wav");
   ASSERT_TRUE(member);
   EXPECT_EQ(member->path, "vex.pak");
   EXPECT_EQ(member->offset, soundMemberOffset);
   EXPECT_EQ(member->size, 100u);
-  EXPECT_FALSE(findMusic("other.wav"));
+  EXPECT_FALSE(findFile("other.wav"));
   EXPECT_EQ(fileOpen("before.raw", "rb"), 0);  // no handle is left open
   fileCloseAll();
 }

@@ -1,4 +1,4 @@
-#include "production/maker.h"
+#include "production/making/maker.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,8 @@
 #include <regex>
 
 #include "app/recorder.h"
-#include "production/cues.h"
+#include "production/products.h"
+#include "production/song/cues.h"
 #include "tests/support/fatal.h"
 #include "tests/support/temporary_folder.h"
 
@@ -36,8 +37,8 @@ MakeResult make(const Products& products, bool draft = false, int workers = 1) {
 }
 
 Products twoProducts() {
-  return {textProduct("data/a.txt", "first", "production/maker."),
-          textProduct("b.txt", "second", "production/manifest.")};
+  return {textProduct("data/a.txt", "first", "production/making/maker."),
+          textProduct("b.txt", "second", "production/making/manifest.")};
 }
 
 std::string filesOf(const std::string& folder) {
@@ -100,7 +101,7 @@ TEST(Maker, OtherSourcesOrSettingsMakeAnew) {
   const TemporaryFolder folder;
   make(twoProducts());
   Products products = twoProducts();
-  products[0].sources = {"production/maker.", "production/manifest."};
+  products[0].sources = {"production/making/maker.", "production/making/manifest."};
   EXPECT_EQ(make(products).made, 1);
   EXPECT_EQ(timesMade["data/a.txt"], 1);
   EXPECT_EQ(make(products, true).made, 2);
@@ -118,10 +119,10 @@ TEST(Maker, AFullDiskLeavesNothingHalfWritten) {
 }
 
 TEST(Maker, SourceKeysTellSourcesApart) {
-  const std::string maker = sourceKey({"production/maker."}), image = sourceKey({"production/image/"});
+  const std::string maker = sourceKey({"production/making/maker."}), image = sourceKey({"production/image/"});
   EXPECT_NE(maker, image);
   EXPECT_NE(sourceKey({"production/image/noise."}), image);
-  EXPECT_EQ(sourceKey({"production/maker."}), maker);
+  EXPECT_EQ(sourceKey({"production/making/maker."}), maker);
   // A start that names no source would never notice a change.
   const std::string nothing = sourceKey({"no such source"});
   for (const Product& product : allProducts())
@@ -162,7 +163,7 @@ TEST(Maker, SaysWhatItCannotWrite) {
   EXPECT_EQ(fatalText([] { make(twoProducts()); }), "cannot make folder out: Not a directory");
   std::filesystem::remove("out");
   std::filesystem::create_directories("out/b.txt/inside");
-  EXPECT_EQ(fatalText([] { make({textProduct("b.txt", "x", "production/maker.")}); }),
+  EXPECT_EQ(fatalText([] { make({textProduct("b.txt", "x", "production/making/maker.")}); }),
             "cannot write out/b.txt: Is a directory");
 }
 

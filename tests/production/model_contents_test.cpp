@@ -11,7 +11,8 @@
 
 #include "engine/scene.h"
 #include "models/model_loader.h"
-#include "production/product.h"
+#include "production/making/product.h"
+#include "production/products.h"
 #include "scenes/scene_conventions.h"
 #include "tests/support/model_files.h"
 #include "tests/support/temporary_folder.h"

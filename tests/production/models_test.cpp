@@ -8,7 +8,8 @@
 
 #include "models/model_loader.h"
 #include "models/model_source.h"
-#include "production/product.h"
+#include "production/making/product.h"
+#include "production/products.h"
 #include "tests/support/model_files.h"
 #include "tests/support/temporary_folder.h"
 

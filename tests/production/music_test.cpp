@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "production/cues.h"
+#include "production/song/cues.h"
 
 namespace vex {
 

@@ -11,8 +11,9 @@
 #include "production/image/filter.h"
 #include "production/image/lettering.h"
 #include "production/image/noise.h"
-#include "production/product.h"
-#include "production/show.h"
+#include "production/making/product.h"
+#include "production/products.h"
+#include "production/show/show.h"
 #include "production/time_line.h"
 #include "tests/support/fatal.h"
 

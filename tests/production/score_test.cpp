@@ -8,8 +8,8 @@
 #include <map>
 #include <set>
 
-#include "production/cues.h"
 #include "production/music.h"
+#include "production/song/cues.h"
 #include "tests/support/fatal.h"
 
 namespace vex {

@@ -9,11 +9,12 @@
 #include <set>
 #include <string_view>
 
-#include "production/cues.h"
-#include "production/maker.h"
+#include "production/making/maker.h"
 #include "production/music.h"
-#include "production/scroller.h"
-#include "production/show.h"
+#include "production/products.h"
+#include "production/show/scroller.h"
+#include "production/show/show.h"
+#include "production/song/cues.h"
 #include "scenes/scene_tables.h"
 #include "tests/support/fatal.h"
 #include "tests/support/temporary_folder.h"

@@ -3,13 +3,11 @@
 #include <GL/glext.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "base/options.h"
 #include "platform/gl_context.h"
-#include "tests/support/fatal.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/temporary_folder.h"
 
@@ -88,14 +86,6 @@ TEST_F(GlSetup, LoadedEntryPointsDoWhatTheyAreNamedFor) {
   glExtensions.glActiveTextureARB(GL_TEXTURE0_ARB);
   glExtensions.glClientActiveTextureARB(GL_TEXTURE0_ARB);
   EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-}
-
-TEST(GlSetupWindow, MissingDisplayIsNamed) {
-  setenv("DISPLAY", ":4000000", 1);
-  EXPECT_EQ(fatalText([] {
-              setUpGl({640, 480, 32}, false);
-            }),
-            "no X display found (DISPLAY is \":4000000\")");
 }
 
 }  // namespace vex

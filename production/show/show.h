@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "production/cues.h"
-#include "production/project_writer.h"
+#include "production/show/project_writer.h"
+#include "production/song/cues.h"
 
 // The words in which a time line is written: places and curves in beats, one record for each of the
 // eight screen-space functions, one for worlds and one for each layer, and a show that collects parts.

@@ -1,4 +1,4 @@
-#include "production/manifest.h"
+#include "production/making/manifest.h"
 
 #include <sys/stat.h>
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "production/product.h"
+#include "production/making/product.h"
 
 namespace vex {
 

@@ -1,4 +1,4 @@
-#include "production/project_writer.h"
+#include "production/show/project_writer.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "production/cues.h"
+#include "production/song/cues.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,10 +1,4 @@
-#include "production/product.h"
-
-#include "production/models/balls.h"
-#include "production/models/model.h"
-#include "production/scroller.h"
-#include "production/textures/families.h"
-#include "production/time_line.h"
+#include "production/making/product.h"
 
 namespace vex {
 
@@ -13,10 +7,6 @@ namespace {
 constexpr int pictureQuality = 92;
 constexpr int maskQuality = 95;
 constexpr int movieQuality = 88;
-
-void append(Products& all, Products more) {
-  for (Product& product : more) all.push_back(std::move(product));
-}
 
 }  // namespace
 
@@ -44,7 +34,7 @@ std::vector<Bytes> encodePicture(const Canvas& image, PictureKind kind) {
 }
 
 std::vector<std::string> pictureSources() {
-  return {"production/textures/palette.", "production/image/", "production/product.",
+  return {"production/textures/palette.", "production/image/", "production/making/product.",
           "src/platform/jpeg_encoder.", "src/engine/vector."};
 }
 
@@ -89,43 +79,6 @@ Product movie(const std::string& base, int frames, const char* family, float wor
     return files;
   };
   return product;
-}
-
-Products allProducts() {
-  Products all;
-  append(all, glowPictures());
-  append(all, logoPictures());
-  append(all, typePictures());
-  append(all, grainPictures());
-  append(all, groundPictures());
-  append(all, rainPictures());
-  append(all, smokePictures());
-  append(all, ironPictures());
-  append(all, lightPictures());
-  append(all, silhouettePictures());
-  append(all, hangarPictures());
-  append(all, hellBoxPictures());
-  append(all, stormPictures());
-  append(all, spritePictures());
-  append(all, eyeMovie());
-  append(all, outroPictures());
-  append(all, statisticsFont());
-  append(all, introBoxModel());
-  append(all, fetusModels());
-  append(all, monsterModels());
-  append(all, skullModels());
-  append(all, hellModels());
-  append(all, layerParticlesModel());
-  append(all, layerRaysModel());
-  append(all, layerRotCubesModel());
-  append(all, layerWideModel());
-  append(all, wobbelModel());
-  append(all, waterAlienModel());
-  append(all, ballShapes());
-  append(all, scrollerText());
-  append(all, musicFile());
-  append(all, timeLineFiles());
-  return all;
 }
 
 }  // namespace vex

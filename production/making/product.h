@@ -52,7 +52,4 @@ using FramePainter = std::function<Canvas(int frame)>;
 Product movie(const std::string& base, int frames, const char* family, float work,
               std::function<FramePainter(const Settings&)> prepare);
 
-// Everything, in a fixed order.
-Products allProducts();
-
 }  // namespace vex

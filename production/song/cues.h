@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "production/arrangement.h"
+#include "production/song/arrangement.h"
 
 // When things happen: the one table that the music and the time line both read, so that a moved cue
 // moves both. Bars and beats count from 0; a bar has four beats.

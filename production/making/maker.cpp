@@ -1,4 +1,4 @@
-#include "production/maker.h"
+#include "production/making/maker.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "base/report.h"
-#include "production/manifest.h"
+#include "production/making/manifest.h"
 #include "source_hashes.h"
 
 namespace vex {

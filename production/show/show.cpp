@@ -1,4 +1,4 @@
-#include "production/show.h"
+#include "production/show/show.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "base/progress.h"
-#include "production/product.h"
+#include "production/making/product.h"
 
 // Brings a folder up to date: makes the products whose sources or files have changed, leaves the
 // others, removes files of products that no longer exist.
