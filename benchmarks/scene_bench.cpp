@@ -42,16 +42,16 @@ constexpr std::size_t sceneCount = 13;
 
 template <std::size_t index>
 double ownMilliseconds(const Measurements& m) {
-  return m.counter(benchmarkName, sceneTables()[index].scene);
+  return m.counter(benchmarkName, sceneEntries()[index].name);
 }
 
 template <std::size_t... indices>
 bool addScenes(std::index_sequence<indices...>) {
   constexpr std::array<double (*)(const Measurements&), sceneCount> values{ownMilliseconds<indices>...};
-  bool added = sceneTables().size() == sceneCount;
+  bool added = sceneEntries().size() == sceneCount;
   for (std::size_t i = 0; added && i < sceneCount; ++i) {
     constexpr std::size_t prefix = std::string_view("Scene").size();
-    added = addFigure({.name = std::string("scene_own_ms_") + (sceneTables()[i].scene + prefix),
+    added = addFigure({.name = std::string("scene_own_ms_") + (sceneEntries()[i].name + prefix),
                        .unit = "ms",
                        .peer = "a frame of the show, GL calls empty",
                        .limit = 0.5,

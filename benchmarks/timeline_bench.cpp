@@ -23,7 +23,7 @@ const std::vector<std::pair<double, double>> dots = {{0.0, 1.0}, {0.1, 4.0}, {0.
 float sum = 0;
 
 void addArguments(Scene*, float, const void* const* arguments) {
-  for (int i = 0; i < maxArguments; ++i) sum += numberArgument(arguments, i);
+  for (int i = 0; i < maxArguments; ++i) sum += Arguments(arguments).number(i);
 }
 
 CallData callOfNineSplines() {

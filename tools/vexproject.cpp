@@ -161,7 +161,7 @@ int check(const char* name, const char* runFolder) {
     }
   };
   if (checked.readable) {
-    const auto tables = vex::sceneTables();
+    const auto tables = vex::sceneEntries();
     add(vex::checkTimeLine(checked.project, tables));
     if (runFolder) add(vex::checkData(checked.project, tables));
     const auto hasMask = [runFolder](const std::string& texture) {
@@ -198,7 +198,7 @@ int main(int argc, char** argv) {
   } else if (command == "check" && (argc == 3 || hasFolder)) {
     return check(argv[2], hasFolder ? argv[4] : nullptr);
   } else if (command == "functions" && argc == 2) {
-    printOut(vex::functionsAsMarkdown(vex::sceneTables()));
+    printOut(vex::functionsAsMarkdown(vex::sceneEntries()));
   } else {
     std::fputs(usage, stderr);
     return 2;

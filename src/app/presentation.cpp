@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <vector>
 
 #include "app/music.h"
 #include "base/clock.h"
@@ -12,19 +13,7 @@
 #include "base/options.h"
 #include "base/report.h"
 #include "models/model_loader.h"
-#include "scenes/scene_alien.h"
-#include "scenes/scene_fetus.h"
-#include "scenes/scene_hell.h"
-#include "scenes/scene_helper.h"
-#include "scenes/scene_intro_box.h"
-#include "scenes/scene_layer_particles.h"
-#include "scenes/scene_layer_rays.h"
-#include "scenes/scene_layer_rot_cubes.h"
-#include "scenes/scene_layer_wide.h"
-#include "scenes/scene_layer_wobbel.h"
-#include "scenes/scene_outtro.h"
-#include "scenes/scene_skull.h"
-#include "scenes/scene_water.h"
+#include "scenes/scene_tables.h"
 #include "textures/preload_list.h"
 #include "textures/stat_text.h"
 #include "textures/texture_cache.h"
@@ -36,28 +25,6 @@ namespace {
 constexpr const char* projectName = "test.hvp";
 
 std::unique_ptr<PartDispatcher> dispatcher;
-std::array<Scene*, sceneTableSize> scenes;  // in construction order, the rest null
-
-template <typename Concrete>
-Scene* construct() {
-  return newScene<Concrete>();
-}
-
-template <const auto& description>
-Scene* constructModel() {
-  return constructModelScene(description);
-}
-
-// The order in which scenes are constructed, and with it the order of their textures.
-constexpr Scene* (*sceneConstructors[])() = {
-    construct<SceneHelper>,         constructModel<sceneIntroBox>,
-    constructModel<sceneWater>,     constructModel<sceneFetus>,
-    constructModel<sceneAlien>,     constructModel<sceneSkull>,
-    constructModel<sceneHell>,      constructModel<sceneLayerParticles>,
-    constructModel<sceneLayerWide>, constructModel<sceneLayerRotCubes>,
-    construct<SceneOuttro>,         constructModel<sceneLayerWobbel>,
-    constructModel<sceneLayerRays>,
-};
 
 // The glows take consecutive texture ids.
 void loadGlows() {
@@ -109,18 +76,11 @@ void loadPresentation(std::optional<float> start) {
   statistics = {};
   forgetMaterials();
   dispatcher = std::make_unique<PartDispatcher>();
-  scenes.fill(nullptr);
-  setLoadingSteps(loadingSteps);
-  std::size_t slot = 0;
-  for (const auto constructor : sceneConstructors) scenes[slot++] = constructor();
-  for (Scene* scene : scenes) {
-    if (!scene) break;
-    scene->prepare(options.useStripCache);
-  }
-  for (Scene* scene : scenes) {
-    if (!scene) break;
-    dispatcher->addScene(scene);
-  }
+  std::vector<Scene*> scenes;
+  setLoadingSteps(static_cast<int>(sceneEntries().size()) + 2);  // the project, and what remains
+  for (const SceneEntry& entry : sceneEntries()) scenes.push_back(entry.construct());
+  for (Scene* scene : scenes) scene->prepare(options.useStripCache);
+  for (Scene* scene : scenes) dispatcher->addScene(scene);
   dispatcher->openMusic = openMusic;
   dispatcher->loadProject(projectName);
   loadingProgress("Starting up");

@@ -9,9 +9,6 @@
 
 namespace vex {
 
-inline constexpr int sceneTableSize = 30;
-inline constexpr int loadingSteps = 15;
-
 // Opens the archive of the working folder, "vex.pak", and makes sure that there is a project to show:
 // otherwise the first file that a scene misses would be all that is said.
 // Fatal: "vex.pak holds no test.hvp", "no presentation in folder %s: neither vex.pak nor test.hvp is there",

@@ -251,7 +251,7 @@ void checkMusic(const Project& project, std::vector<Finding>& findings) {
 
 }  // namespace
 
-std::vector<Finding> checkData(const Project& project, std::span<const SceneTable> tables) {
+std::vector<Finding> checkData(const Project& project, std::span<const SceneEntry> tables) {
   DataCheck check;
   for (const KnownCall& known : knownCalls(project, tables)) check.checkCall(known);
   if (check.movieFiles > mostMovieFiles) {

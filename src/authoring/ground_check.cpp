@@ -47,7 +47,7 @@ struct Painter {
   }
 };
 
-std::vector<Painter> findPainters(const Project& project, std::span<const SceneTable> tables,
+std::vector<Painter> findPainters(const Project& project, std::span<const SceneEntry> tables,
                                   const std::function<bool(const std::string&)>& hasMask) {
   std::map<std::string, bool> masks;
   const auto isMasked = [&](const ProjectParameter& parameter, ArgumentKind kind) {
@@ -106,7 +106,7 @@ Finding bareSpan(const Project& project, float from, float to) {
 
 }  // namespace
 
-std::vector<Finding> checkGround(const Project& project, std::span<const SceneTable> tables,
+std::vector<Finding> checkGround(const Project& project, std::span<const SceneEntry> tables,
                                  const std::function<bool(const std::string& texture)>& hasMask) {
   const auto start = static_cast<float>(project.startTime), total = static_cast<float>(project.totalTime);
   if (!std::isfinite(start) || !std::isfinite(total) || start >= total) return {};

@@ -32,11 +32,11 @@ Turns turnsOf(double from, double to) {
 
 }  // namespace
 
-std::vector<KnownCall> knownCalls(const Project& project, std::span<const SceneTable> tables) {
+std::vector<KnownCall> knownCalls(const Project& project, std::span<const SceneEntry> tables) {
   std::vector<KnownCall> known;
   for (std::size_t i = 0; i < project.parts.size(); ++i) {
     for (const ProjectCall& call : project.parts[i].calls) {
-      const SceneTable* table = findSceneTable(tables, playedText(call.scene));
+      const SceneEntry* table = findSceneEntry(tables, playedText(call.scene));
       const FunctionRow* row = table ? findFunction(*table, playedText(call.function)) : nullptr;
       if (row && fits(call, *row)) known.push_back({&project.parts[i], static_cast<int>(i), &call, row});
     }

@@ -18,7 +18,7 @@ struct KnownCall {
 };
 
 // In file order.
-std::vector<KnownCall> knownCalls(const Project& project, std::span<const SceneTable> tables);
+std::vector<KnownCall> knownCalls(const Project& project, std::span<const SceneEntry> tables);
 
 bool isTextKind(ArgumentKind kind);
 

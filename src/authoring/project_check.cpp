@@ -145,7 +145,7 @@ void checkFrameOrder(Findings& findings, const ProjectCall& call, const Function
   }
 }
 
-void checkCall(Findings& findings, const ProjectCall& call, std::span<const SceneTable> tables) {
+void checkCall(Findings& findings, const ProjectCall& call, std::span<const SceneEntry> tables) {
   checkText(findings, call.line, "scene name", call.scene);
   checkText(findings, call.line, "function name", call.function);
   for (const ProjectParameter& parameter : call.parameters) {
@@ -154,10 +154,10 @@ void checkCall(Findings& findings, const ProjectCall& call, std::span<const Scen
     checkCurve(findings, call, parameter);
   }
   const std::string scene = playedText(call.scene), function = playedText(call.function);
-  const SceneTable* table = findSceneTable(tables, scene);
+  const SceneEntry* table = findSceneEntry(tables, scene);
   if (!table) {
     findings.problem(call.line, "unknown scene " + quoteText(scene),
-                     nearestNameHint(scene, namesOf(tables, &SceneTable::scene)));
+                     nearestNameHint(scene, namesOf(tables, &SceneEntry::name)));
     return;
   }
   const FunctionRow* row = findFunction(*table, function);
@@ -181,14 +181,14 @@ void checkCall(Findings& findings, const ProjectCall& call, std::span<const Scen
   if (given == wanted) checkFrameOrder(findings, call, *row);
 }
 
-bool setsOnly(const ProjectCall& call, std::span<const SceneTable> tables) {
-  const SceneTable* table = findSceneTable(tables, playedText(call.scene));
+bool setsOnly(const ProjectCall& call, std::span<const SceneEntry> tables) {
+  const SceneEntry* table = findSceneEntry(tables, playedText(call.scene));
   const FunctionRow* row = table ? findFunction(*table, playedText(call.function)) : nullptr;
   return row && row->role == FunctionRole::sets;
 }
 
 void checkPart(Findings& findings, const ProjectPart& part, const Project& project,
-               std::span<const SceneTable> tables) {
+               std::span<const SceneEntry> tables) {
   checkText(findings, part.line, "part name", part.name);
   checkNumber(findings, part.line, "pos", part.pos);
   checkNumber(findings, part.line, "start", part.start);
@@ -282,7 +282,7 @@ std::vector<Finding> checkRules(const Project& project) {
   return std::move(findings.all);
 }
 
-std::vector<Finding> checkTimeLine(const Project& project, std::span<const SceneTable> tables) {
+std::vector<Finding> checkTimeLine(const Project& project, std::span<const SceneEntry> tables) {
   Findings findings;
   checkText(findings, 0, "music", project.music);
   const auto start = static_cast<float>(project.startTime), total = static_cast<float>(project.totalTime);

@@ -27,14 +27,14 @@ std::vector<Finding> checkRules(const Project& project);
 
 // Scenes, functions and parameters by the tables, and each part by itself and among the others: also what the
 // player plays as it stands but nobody can mean. What the rules refuse is passed over.
-std::vector<Finding> checkTimeLine(const Project& project, std::span<const SceneTable> tables);
+std::vector<Finding> checkTimeLine(const Project& project, std::span<const SceneEntry> tables);
 
 // Textures, masks, movies and music, as the file layer finds them.
-std::vector<Finding> checkData(const Project& project, std::span<const SceneTable> tables);
+std::vector<Finding> checkData(const Project& project, std::span<const SceneEntry> tables);
 
 // Spans of the played time in which no call paints the ground (function_table.h). Looks at thirty moments
 // a second. A call whose texture `hasMask` says yes to paints none.
-std::vector<Finding> checkGround(const Project& project, std::span<const SceneTable> tables,
+std::vector<Finding> checkGround(const Project& project, std::span<const SceneEntry> tables,
                                  const std::function<bool(const std::string& texture)>& hasMask);
 
 // Whether the file layer finds a mask of the texture.

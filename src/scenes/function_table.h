@@ -4,7 +4,7 @@
 #include <limits>
 #include <span>
 
-#include "engine/scene.h"
+#include "timeline/scene_function.h"
 
 // The functions that a scene offers to the time line, as a table: registration, the check of projects
 // and docs/functions.md read the same rows.
@@ -56,14 +56,6 @@ struct FunctionRow {
 
 inline void registerFunctions(Scene& scene, std::span<const FunctionRow> rows) {
   for (const FunctionRow& row : rows) scene.registerFunction(row.function, row.name);
-}
-
-// A number toward zero, at most a thousand million on either side; 0 for what is no number.
-constexpr int truncateNumber(float value) {
-  constexpr int limit = 1'000'000'000;
-  if (value >= limit) return limit;
-  if (value <= -limit) return -limit;
-  return value == value ? static_cast<int>(value) : 0;
 }
 
 }  // namespace vex

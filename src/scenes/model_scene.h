@@ -2,6 +2,7 @@
 
 #include "models/model_loader.h"
 #include "scenes/scene_conventions.h"
+#include "scenes/scene_entry.h"
 
 // How start-up constructs the scenes that are built around a model.
 
@@ -9,8 +10,9 @@ namespace vex {
 
 template <typename Concrete>
 struct ModelScene {
-  const char* name;   // as projects write it; begins with "Scene"
-  const char* model;  // path without extension
+  const char* name;     // as SceneEntry
+  const char* summary;  // likewise
+  const char* model;    // path without extension
   std::span<const FunctionRow> functions;
   void (*setUp)(Concrete& scene);  // gives the objects of the model what the model does not say
 };
@@ -26,6 +28,14 @@ Concrete* constructModelScene(const ModelScene<Concrete>& description) {
   description.setUp(*scene);
   endScene(*scene);
   return scene;
+}
+
+template <const auto& description>
+constexpr SceneEntry modelEntry() {
+  return {.name = description.name,
+          .summary = description.summary,
+          .functions = description.functions,
+          .construct = []() -> Scene* { return constructModelScene(description); }};
 }
 
 }  // namespace vex

@@ -29,18 +29,23 @@ void setUp(SceneAlien& scene) {
                "data\\monstersou", "data\\monstereas");
 }
 
-void animate(Scene* scene, float t, const void* const* arguments) {
-  chooseViewer(*scene, numberArgument(arguments, 0));
-  scene->render(t);
+void animate(Scene& scene, float t, Arguments arguments) {
+  chooseViewer(scene, arguments.number(0));
+  scene.render(t);
 }
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate, "Draws the scene.", cameraParameters, FunctionRole::draws, closedGround},
+    FunctionRow{"animate", sceneFunction<animate>, "Draws the scene.", cameraParameters, FunctionRole::draws,
+                closedGround},
 };
 
 }  // namespace
 
 constinit const ModelScene<SceneAlien> sceneAlien{
-    .name = "SceneAlien", .model = "data\\monster", .functions = functionTable, .setUp = setUp};
+    .name = "SceneAlien",
+    .summary = "A creature and two chrome spheres within a painted box.",
+    .model = "data\\monster",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

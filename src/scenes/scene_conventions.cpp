@@ -131,18 +131,18 @@ Vector orbitingCamera(float seconds) {
   return {400 * std::cos(0.66f * seconds), 100 * std::sin(0.45f * seconds), 400 * std::sin(0.66f * seconds)};
 }
 
-void setAnimationState(Scene* scene, float, const void* const* arguments) {
-  Object3D& object = *scene->find(textArgument(arguments, 0));
+void setAnimationState(Scene& scene, float, Arguments arguments) {
+  Object3D& object = *scene.find(arguments.text(0));
   if (!object.tracks) return;
   float duration = 0;
   for (const auto& track : *object.tracks) {
     if (track) duration = track->duration;
   }
-  object.setFixedTime(numberArgument(arguments, 1) * duration);
+  object.setFixedTime(arguments.number(1) * duration);
 }
 
-void setFirstParticleCount(Scene* scene, float, const void* const* arguments) {
-  setParticleCount(systemAt(*scene, 0), numberArgument(arguments, 0));
+void setFirstParticleCount(Scene& scene, float, Arguments arguments) {
+  setParticleCount(systemAt(scene, 0), arguments.number(0));
 }
 
 }  // namespace vex

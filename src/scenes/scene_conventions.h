@@ -65,10 +65,10 @@ Vector orbitingCamera(float seconds);
 // Rows that several scenes have.
 
 // Poses an object at a fraction of its animation. One without tracks stays as it is.
-void setAnimationState(Scene* scene, float seconds, const void* const* arguments);
+void setAnimationState(Scene& scene, float seconds, Arguments arguments);
 
 // Of the scene's first particle system.
-void setFirstParticleCount(Scene* scene, float seconds, const void* const* arguments);
+void setFirstParticleCount(Scene& scene, float seconds, Arguments arguments);
 
 inline constexpr FunctionParameter cameraParameter{"camera", ArgumentKind::wholeNumber, 0, 15};
 inline constexpr FunctionParameter layerAlphaParameter{"alpha", ArgumentKind::number, 0, 1};
@@ -91,12 +91,12 @@ inline constexpr GroundRule closedGround{[](std::span<const float>) { return tru
 
 // In scenes of which objects play once.
 inline constexpr FunctionRow animationStateRow{
-    "setAnimationState", setAnimationState,
+    "setAnimationState", sceneFunction<setAnimationState>,
     "Holds an object at a fraction of its animation; below 0 the object moves freely again.",
     animationStateParameters, FunctionRole::sets};
 
 // In scenes of which all objects play in loops.
-inline constexpr FunctionRow loopStateRow{"setAnimationState", setAnimationState, animationStateRow.summary,
-                                          loopStateParameters, FunctionRole::sets};
+inline constexpr FunctionRow loopStateRow{"setAnimationState", sceneFunction<setAnimationState>,
+                                          animationStateRow.summary, loopStateParameters, FunctionRole::sets};
 
 }  // namespace vex

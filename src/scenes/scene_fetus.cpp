@@ -151,46 +151,45 @@ void setUp(SceneFetus& scene) {
 }
 
 // The hand's light flickers, the more, the more the sprayer sprays.
-void animate(Scene* scene, float t, const void* const* arguments) {
-  chooseViewer(*scene, numberArgument(arguments, 0));
-  const auto count = static_cast<float>(systemAt(*scene, sprayer).maxCount);
-  findLight(*scene, "HandLight").intensity =
+void animate(Scene& scene, float t, Arguments arguments) {
+  chooseViewer(scene, arguments.number(0));
+  const auto count = static_cast<float>(systemAt(scene, sprayer).maxCount);
+  findLight(scene, "HandLight").intensity =
       std::min(static_cast<float>(randomNext() % 100) / 30000 * count, 0.4f);
-  scene->render(t);
+  scene.render(t);
 }
 
 // All at once: the rate fills the count in a hundredth of a second.
-void explode(Scene* scene, float, const void* const* arguments) {
-  const float size = numberArgument(arguments, 0);
-  const float opacity = numberArgument(arguments, 1);
-  ParticleSystem& pieces = systemAt(*scene, burst);
+void explode(Scene& scene, float, Arguments arguments) {
+  const float size = arguments.number(0);
+  const float opacity = arguments.number(1);
+  ParticleSystem& pieces = systemAt(scene, burst);
   pieces.rate = 100 * size;
   pieces.maxCount = truncateNumber(size);
-  Mesh& bottle = findMesh(*scene, "bottle");
+  Mesh& bottle = findMesh(scene, "bottle");
   bottle.opacity = opacity;
   setShown(bottle, opacity >= 0.01f);
 }
 
-void setSkinColor(Scene* scene, float, const void* const* arguments) {
+void setSkinColor(Scene& scene, float, Arguments arguments) {
   const int skin = getTexture(skinTexture, true);
-  const float opacity = numberArgument(arguments, 3);
-  for (Mesh* mesh : scene->meshes) {
+  const float opacity = arguments.number(3);
+  for (Mesh* mesh : scene.meshes) {
     if (mesh->texture != skin) continue;
-    mesh->diffuse.r = numberArgument(arguments, 0);
-    mesh->diffuse.g = numberArgument(arguments, 1);
-    mesh->diffuse.b = numberArgument(arguments, 2);
+    mesh->diffuse.r = arguments.number(0);
+    mesh->diffuse.g = arguments.number(1);
+    mesh->diffuse.b = arguments.number(2);
     mesh->opacity = opacity;
     mesh->blendMode = opacity >= 1 ? BlendMode::opaque : BlendMode::transparent;
   }
 }
 
-void setAlarmLight(Scene* scene, float, const void* const* arguments) {
-  findLight(*scene, "AlarmLight").intensity = numberArgument(arguments, 0);
+void setAlarmLight(Scene& scene, float, Arguments arguments) {
+  findLight(scene, "AlarmLight").intensity = arguments.number(0);
 }
 
-void morphHose(Scene* scene, float, const void* const* arguments) {
-  findMesh(*scene, "Hose")
-      .morph(findMesh(*scene, "Hose01"), findMesh(*scene, "Hose02"), numberArgument(arguments, 0));
+void morphHose(Scene& scene, float, Arguments arguments) {
+  findMesh(scene, "Hose").morph(findMesh(scene, "Hose01"), findMesh(scene, "Hose02"), arguments.number(0));
 }
 
 using enum ArgumentKind;
@@ -204,24 +203,29 @@ constexpr std::array alarmParameters{FunctionParameter{"intensity", number, 0, 2
 constexpr std::array hoseParameters{FunctionParameter{"fraction", number, 0, 1}};
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate, "Draws the scene.", cameraParameters, FunctionRole::draws, closedGround},
-    FunctionRow{"explode", explode,
+    FunctionRow{"animate", sceneFunction<animate>, "Draws the scene.", cameraParameters, FunctionRole::draws,
+                closedGround},
+    FunctionRow{"explode", sceneFunction<explode>,
                 "Bursts the bottle: keeps that many pieces flying, and fades the bottle. 0 and 0 end it.",
                 explodeParameters, FunctionRole::sets},
-    FunctionRow{"setParticleCount", setFirstParticleCount, "Sets how much the sprayer sprays.",
+    FunctionRow{"setParticleCount", sceneFunction<setFirstParticleCount>, "Sets how much the sprayer sprays.",
                 particleCountParameters, FunctionRole::sets},
-    FunctionRow{"setSkinColor", setSkinColor, "Tints the skin; below opacity 1 it is transparent.",
-                skinParameters, FunctionRole::sets},
-    FunctionRow{"setAlarmLight", setAlarmLight, "Sets how bright the alarm light is.", alarmParameters,
-                FunctionRole::sets},
+    FunctionRow{"setSkinColor", sceneFunction<setSkinColor>,
+                "Tints the skin; below opacity 1 it is transparent.", skinParameters, FunctionRole::sets},
+    FunctionRow{"setAlarmLight", sceneFunction<setAlarmLight>, "Sets how bright the alarm light is.",
+                alarmParameters, FunctionRole::sets},
     animationStateRow,
-    FunctionRow{"morphHose", morphHose, "Bends the hose from its first form to its second.", hoseParameters,
-                FunctionRole::sets},
+    FunctionRow{"morphHose", sceneFunction<morphHose>, "Bends the hose from its first form to its second.",
+                hoseParameters, FunctionRole::sets},
 };
 
 }  // namespace
 
 constinit const ModelScene<SceneFetus> sceneFetus{
-    .name = "SceneFetus", .model = "data\\fetus", .functions = functionTable, .setUp = setUp};
+    .name = "SceneFetus",
+    .summary = "A closed room: a creature behind a door, a sprayer, a cigarette, a bottle that can burst.",
+    .model = "data\\fetus",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

@@ -52,19 +52,24 @@ void setUp(SceneHell& scene) {
   setUpSparks(scene);
 }
 
-void animate(Scene* scene, float t, const void* const* arguments) {
-  chooseViewer(*scene, numberArgument(arguments, 0));
-  findMesh(*scene, "Lava").wobbleTexture(1.5f, 0.12f, t);
-  scene->render(t);
+void animate(Scene& scene, float t, Arguments arguments) {
+  chooseViewer(scene, arguments.number(0));
+  findMesh(scene, "Lava").wobbleTexture(1.5f, 0.12f, t);
+  scene.render(t);
 }
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate, "Draws the scene.", cameraParameters, FunctionRole::draws, closedGround},
+    FunctionRow{"animate", sceneFunction<animate>, "Draws the scene.", cameraParameters, FunctionRole::draws,
+                closedGround},
 };
 
 }  // namespace
 
 constinit const ModelScene<SceneHell> sceneHell{
-    .name = "SceneHell", .model = "data\\hell", .functions = functionTable, .setUp = setUp};
+    .name = "SceneHell",
+    .summary = "A sea of lava and a sprayer of sparks within a painted box.",
+    .model = "data\\hell",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

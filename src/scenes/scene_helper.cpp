@@ -34,11 +34,11 @@ struct Corner {
 struct Frame {
   float x, y, w, h;
 
-  Frame(const void* const* arguments, int first)
-      : x(numberArgument(arguments, first)),
-        y(-numberArgument(arguments, first + 1)),
-        w(numberArgument(arguments, first + 2)),
-        h(numberArgument(arguments, first + 3)) {}
+  Frame(Arguments arguments, int first)
+      : x(arguments.number(first)),
+        y(-arguments.number(first + 1)),
+        w(arguments.number(first + 2)),
+        h(arguments.number(first + 3)) {}
 };
 
 void beginOverlay() {
@@ -95,34 +95,34 @@ bool glitchHappens(float probability) {
   return static_cast<float>(randomNext() % 100) / 100.0f < probability;
 }
 
-void drawBitmap(Scene*, float, const void* const* arguments) {
-  int texture = getTexture(textArgument(arguments, 0), false);
-  const int frames = truncateNumber(numberArgument(arguments, 5));
-  if (frames > 0 && glitchHappens(numberArgument(arguments, 6))) texture += randomNext() % frames;
+void drawBitmap(Scene&, float, Arguments arguments) {
+  int texture = getTexture(arguments.text(0), false);
+  const int frames = arguments.whole(5);
+  if (frames > 0 && glitchHappens(arguments.number(6))) texture += randomNext() % frames;
   bindTexture(texture);
-  glColor4f(1, 1, 1, numberArgument(arguments, 7));
+  glColor4f(1, 1, 1, arguments.number(7));
   beginOverlay();
-  setBlend(numberArgument(arguments, 8));
+  setBlend(arguments.number(8));
   drawFrame(Frame(arguments, 1), 1, 1);
   endOverlay();
 }
 
-void drawBitmapRepeat(Scene*, float, const void* const* arguments) {
-  bindTexture(getTexture(textArgument(arguments, 0), true));
-  glColor4f(1, 1, 1, numberArgument(arguments, 7));
+void drawBitmapRepeat(Scene&, float, Arguments arguments) {
+  bindTexture(getTexture(arguments.text(0), true));
+  glColor4f(1, 1, 1, arguments.number(7));
   beginOverlay();
-  setBlend(numberArgument(arguments, 8));
-  drawFrame(Frame(arguments, 1), numberArgument(arguments, 5), numberArgument(arguments, 6));
+  setBlend(arguments.number(8));
+  drawFrame(Frame(arguments, 1), arguments.number(5), arguments.number(6));
   endOverlay();
 }
 
-void drawBitmapWave(Scene*, float t, const void* const* arguments) {
+void drawBitmapWave(Scene&, float t, Arguments arguments) {
   constexpr int cells = 16;
   constexpr float cell = 1.0f / cells;
   constexpr float waveStep = 0.39269876f;  // pi / 8: one full wave over the rectangle
   const Frame frame(arguments, 1);
-  const float phase = t * numberArgument(arguments, 5);
-  const float amplitude = numberArgument(arguments, 6);
+  const float phase = t * arguments.number(5);
+  const float amplitude = arguments.number(6);
   std::array<float, cells + 1> rowSway;     // sideways
   std::array<float, cells + 1> columnSway;  // up and down
   for (int i = 0; i <= cells; ++i) {
@@ -138,10 +138,10 @@ void drawBitmapWave(Scene*, float t, const void* const* arguments) {
         {frame.x + across * frame.w, frame.y - (1 - up) * frame.h}};
   };
 
-  bindTexture(getTexture(textArgument(arguments, 0), true));
-  glColor4f(1, 1, 1, numberArgument(arguments, 7));
+  bindTexture(getTexture(arguments.text(0), true));
+  glColor4f(1, 1, 1, arguments.number(7));
   beginOverlay();
-  setBlend(numberArgument(arguments, 8));
+  setBlend(arguments.number(8));
   glBegin(GL_QUADS);
   for (int row = 0; row < cells; ++row) {
     for (int column = 0; column < cells; ++column) {
@@ -153,13 +153,13 @@ void drawBitmapWave(Scene*, float t, const void* const* arguments) {
   endOverlay();
 }
 
-void fadeScreen(Scene*, float, const void* const* arguments) {
-  const float alpha = numberArgument(arguments, 3);
+void fadeScreen(Scene&, float, Arguments arguments) {
+  const float alpha = arguments.number(3);
   if (alpha <= 0) return;
   glDisable(GL_TEXTURE_2D);
   beginOverlay();
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-  glColor4f(numberArgument(arguments, 0), numberArgument(arguments, 1), numberArgument(arguments, 2), alpha);
+  glColor4f(arguments.number(0), arguments.number(1), arguments.number(2), alpha);
   drawQuad({{{{0, 0}, {-1, -1}}, {{0, 1}, {-1, 1}}, {{1, 1}, {1, 1}}, {{1, 0}, {1, -1}}}});
   endOverlay();
 }
@@ -173,15 +173,14 @@ int movieFrameAt(float time, float framesPerSecond, int first, int last) {
   return frame >= 0 ? first + offset : last - offset;
 }
 
-void drawMovie(Scene*, float t, const void* const* arguments) {
-  const char* base = textArgument(arguments, 0);
-  const int first = truncateNumber(numberArgument(arguments, 5));
-  const int last = truncateNumber(numberArgument(arguments, 6));
+void drawMovie(Scene&, float t, Arguments arguments) {
+  const char* base = arguments.text(0);
+  const int first = arguments.whole(5);
+  const int last = arguments.whole(6);
   char file[movieFrameNameSize * 2];
-  std::snprintf(file, sizeof file, "%s%d.jpg", base,
-                movieFrameAt(t, numberArgument(arguments, 7), first, last));
+  std::snprintf(file, sizeof file, "%s%d.jpg", base, movieFrameAt(t, arguments.number(7), first, last));
   bindTexture(setMovieFrame(base, file));
-  glColor4f(1, 1, 1, numberArgument(arguments, 8));
+  glColor4f(1, 1, 1, arguments.number(8));
   beginOverlay();
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
   drawFrame(Frame(arguments, 1), 1, 1);
@@ -189,27 +188,27 @@ void drawMovie(Scene*, float t, const void* const* arguments) {
 }
 
 // y counts upwards here.
-void setViewport(Scene*, float, const void* const* arguments) {
+void setViewport(Scene&, float, Arguments arguments) {
   const float width = windowWidth();
   const float height = windowHeight();
-  glViewport(truncateNumber((numberArgument(arguments, 0) + 1) * width / 2),
-             truncateNumber((numberArgument(arguments, 1) + 1) * height / 2),
-             truncateNumber(width * numberArgument(arguments, 2) / 2),
-             truncateNumber(height * numberArgument(arguments, 3) / 2));
+  glViewport(truncateNumber((arguments.number(0) + 1) * width / 2),
+             truncateNumber((arguments.number(1) + 1) * height / 2),
+             truncateNumber(width * arguments.number(2) / 2),
+             truncateNumber(height * arguments.number(3) / 2));
 }
 
-void drawNoise(Scene*, float t, const void* const* arguments) {
-  const float alpha = numberArgument(arguments, 5) + randomSymmetric(numberArgument(arguments, 6));
-  const float across = randomSymmetric(numberArgument(arguments, 1)) + numberArgument(arguments, 3) * t * 2;
-  const float down = randomSymmetric(numberArgument(arguments, 2)) + numberArgument(arguments, 4) * t * 2;
-  const float aspect = numberArgument(arguments, 8);
+void drawNoise(Scene&, float t, Arguments arguments) {
+  const float alpha = arguments.number(5) + randomSymmetric(arguments.number(6));
+  const float across = randomSymmetric(arguments.number(1)) + arguments.number(3) * t * 2;
+  const float down = randomSymmetric(arguments.number(2)) + arguments.number(4) * t * 2;
+  const float aspect = arguments.number(8);
   const float halfWidth = aspect > 1 ? 0.5f / aspect : 0.5f;
   const float halfHeight = aspect > 0 && aspect <= 1 ? aspect / 2 : 0.5f;
 
-  bindTexture(getTexture(textArgument(arguments, 0), true));
+  bindTexture(getTexture(arguments.text(0), true));
   glColor4f(1, 1, 1, alpha);
   beginOverlay();
-  setBlend(numberArgument(arguments, 7));
+  setBlend(arguments.number(7));
   drawQuad({{{{across - halfWidth, down - halfHeight}, {-1, 1}},
              {{across + halfWidth, down - halfHeight}, {1, 1}},
              {{across + halfWidth, down + halfHeight}, {1, -1}},
@@ -244,13 +243,13 @@ int logoTexture(const char* firstFrame, int frames, float glitchProbability) {
   return glitchHappens(glitchProbability) ? texture + randomNext() % frames : texture;
 }
 
-void drawVexLogo(Scene*, float t, const void* const* arguments) {
-  const char* ending = textArgument(arguments, 0);
-  const Point centre{numberArgument(arguments, 1), -numberArgument(arguments, 2)};
-  const float size = numberArgument(arguments, 3);
-  const float glitchProbability = numberArgument(arguments, 4);
-  float alpha = numberArgument(arguments, 5);
-  const int layers = std::min(truncateNumber(numberArgument(arguments, 6)), maxLogoLayers);
+void drawVexLogo(Scene&, float t, Arguments arguments) {
+  const char* ending = arguments.text(0);
+  const Point centre{arguments.number(1), -arguments.number(2)};
+  const float size = arguments.number(3);
+  const float glitchProbability = arguments.number(4);
+  float alpha = arguments.number(5);
+  const int layers = std::min(arguments.whole(6), maxLogoLayers);
 
   beginOverlay();
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
@@ -267,8 +266,8 @@ void drawVexLogo(Scene*, float t, const void* const* arguments) {
     drawLogoWord(centre.x - size, centre.x - 0.33f * size, centre, size, scale);
     bindTexture(logoTexture(ending, wordEndingFrames, glitchProbability));
     drawLogoWord(centre.x - 0.5f * size, centre.x + size, centre, size, scale);
-    scale *= numberArgument(arguments, 7);
-    alpha *= numberArgument(arguments, 8);
+    scale *= arguments.number(7);
+    alpha *= arguments.number(8);
   }
   endOverlay();
 }
@@ -369,31 +368,32 @@ constexpr GroundRule noiseGround{
 
 constexpr std::array functionTable{
     FunctionRow{
-        "drawBitmap", drawBitmap,
+        "drawBitmap", sceneFunction<drawBitmap>,
         "Draws a texture into a rectangle; at a glitch one of `frame count` textures that were loaded one "
         "after the other.",
         bitmapParameters, FunctionRole::draws, bitmapGround},
-    FunctionRow{"drawBitmapRepeat", drawBitmapRepeat, "Tiles a rectangle with a texture.", repeatParameters,
-                FunctionRole::draws, bitmapGround},
-    FunctionRow{"drawBitmapWave", drawBitmapWave,
+    FunctionRow{"drawBitmapRepeat", sceneFunction<drawBitmapRepeat>, "Tiles a rectangle with a texture.",
+                repeatParameters, FunctionRole::draws, bitmapGround},
+    FunctionRow{"drawBitmapWave", sceneFunction<drawBitmapWave>,
                 "Draws a texture into a rectangle, its rows swaying sideways and its columns up and down.",
                 waveParameters, FunctionRole::draws, bitmapGround},
-    FunctionRow{"fadeScreen", fadeScreen, "Fills the screen with a colour; nothing happens at alpha 0.",
-                fadeParameters, FunctionRole::draws, fadeGround},
-    FunctionRow{"drawMovie", drawMovie,
+    FunctionRow{"fadeScreen", sceneFunction<fadeScreen>,
+                "Fills the screen with a colour; nothing happens at alpha 0.", fadeParameters,
+                FunctionRole::draws, fadeGround},
+    FunctionRow{"drawMovie", sceneFunction<drawMovie>,
                 "Draws frame after frame of a numbered series of JPEG files (`data\\fire` and 7 make "
                 "`data\\fire7.jpg`) into a rectangle, over and over; backwards at scene times below 0.",
                 movieParameters, FunctionRole::draws, movieGround},
     FunctionRow{
-        "setViewport", setViewport,
+        "setViewport", sceneFunction<setViewport>,
         "Sends all further drawing to a rectangle of the window, until it is set again: -1, -1, 2, 2 is the "
         "whole window. Its y counts upwards.",
         viewportParameters, FunctionRole::sets},
-    FunctionRow{"drawNoise", drawNoise,
+    FunctionRow{"drawNoise", sceneFunction<drawNoise>,
                 "Fills the screen with a window onto a tiled texture that scrolls and jumps about at random.",
                 noiseParameters, FunctionRole::draws, noiseGround},
     FunctionRow{
-        "drawVexLogo", drawVexLogo,
+        "drawVexLogo", sceneFunction<drawVexLogo>,
         "Draws the title word and an ending over a swaying shape, echoed in layers; the ending is named by "
         "its frame 01.",
         logoParameters},
@@ -406,14 +406,22 @@ void loadFrames(const char* stem, int frames) {
 }  // namespace
 
 SceneHelper::SceneHelper() {
-  beginScene(*this, "SceneHelper", functionTable);
+  beginScene(*this, sceneHelper.name, sceneHelper.functions);
   // One after the other, so that the frames of a word have consecutive ids.
   loadFrames(titleTextureStem, titleFrames);
   for (const WordEnding& ending : wordEndings) loadFrames(ending.textureStem, wordEndingFrames);
 }
 
-std::span<const FunctionRow> sceneHelperFunctions() {
-  return functionTable;
-}
+constinit const SceneEntry sceneHelper{
+    .name = "SceneHelper",
+    .summary =
+        "Drawing in two dimensions, over and between the other scenes. The screen reaches from -1 "
+        "to 1 both\n"
+        "ways; x counts to the right, y downwards, and a rectangle hangs from its upper left "
+        "corner: -1, -1,\n"
+        "2, 2 is the whole screen. Blend mode 0 is ordinary transparency, 1 adds, 2 darkens and "
+        "ignores alpha.",
+    .functions = functionTable,
+    .construct = []() -> Scene* { return newScene<SceneHelper>(); }};
 
 }  // namespace vex

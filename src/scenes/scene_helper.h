@@ -1,9 +1,7 @@
 #pragma once
 
-#include <span>
-
 #include "engine/scene.h"
-#include "scenes/function_table.h"
+#include "scenes/scene_entry.h"
 
 // Drawing in two dimensions over and between the 3D scenes: bitmaps, fades, movies, noise, the logo.
 //
@@ -19,6 +17,6 @@ struct SceneHelper : Scene {
   SceneHelper();
 };
 
-std::span<const FunctionRow> sceneHelperFunctions();
+extern const SceneEntry sceneHelper;
 
 }  // namespace vex

@@ -121,8 +121,7 @@ void setUp(SceneIntroBox& scene) {
 }
 
 // The smoke drifts about, each light in a rhythm of its own.
-void animate(Scene* base, float t, const void* const*) {
-  auto& scene = static_cast<SceneIntroBox&>(*base);
+void animate(SceneIntroBox& scene, float t, Arguments) {
   for (int i = scene.first; i <= scene.last; ++i) {
     Light& smoke = *scene.lights[i];
     const float own = std::sin(static_cast<float>(i));
@@ -133,11 +132,11 @@ void animate(Scene* base, float t, const void* const*) {
   scene.render(t);
 }
 
-void setVexFog(Scene* scene, float, const void* const* arguments) {
+void setVexFog(Scene& scene, float, Arguments arguments) {
   for (int i = 0; i < 4; ++i) {
-    Mesh& layer = findMesh(*scene, logoLayers[static_cast<std::size_t>(i)]);
-    layer.opacity = numberArgument(arguments, i);
-    layer.setFixedTime(numberArgument(arguments, 4 + i));
+    Mesh& layer = findMesh(scene, logoLayers[static_cast<std::size_t>(i)]);
+    layer.opacity = arguments.number(i);
+    layer.setFixedTime(arguments.number(4 + i));
   }
 }
 
@@ -153,8 +152,7 @@ void reverseFountain(ParticleSystem& fountain, float t) {
   }
 }
 
-void reverseSmoke(Scene* base, float t, const void* const*) {
-  auto& scene = static_cast<SceneIntroBox&>(*base);
+void reverseSmoke(SceneIntroBox& scene, float t, Arguments) {
   if (!scene.reversed) reverseFountain(systemAt(scene, 0), t);
   scene.reversed = true;
   for (int i = scene.first; i <= scene.last; ++i) {
@@ -165,9 +163,8 @@ void reverseSmoke(Scene* base, float t, const void* const*) {
   }
 }
 
-void showVex(Scene* base, float, const void* const* arguments) {
-  auto& scene = static_cast<SceneIntroBox&>(*base);
-  const float level = numberArgument(arguments, 0);
+void showVex(SceneIntroBox& scene, float, Arguments arguments) {
+  const float level = arguments.number(0);
   const float count = static_cast<float>(scene.last - scene.first + 1);
   for (int i = scene.first; i <= scene.last; ++i) {
     const float strength = level - 0.7f * static_cast<float>(i - scene.first) / count;
@@ -190,26 +187,36 @@ constexpr std::array fogParameters{layerOpacity("opacity of layer 1"), layerOpac
 constexpr std::array showVexParameters{FunctionParameter{"level", number, 0, 1}};
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate, "Draws the scene; the smoke drifts. The camera stays as it is.", {}},
+    FunctionRow{"animate",
+                sceneFunction<animate>,
+                "Draws the scene; the smoke drifts. The camera stays as it is.",
+                {}},
     animationStateRow,
-    FunctionRow{"setParticleCount", setFirstParticleCount, "Sets how many particles rise from the box.",
-                particleCountParameters, FunctionRole::sets},
-    FunctionRow{"setVexFog", setVexFog,
+    FunctionRow{"setParticleCount", sceneFunction<setFirstParticleCount>,
+                "Sets how many particles rise from the box.", particleCountParameters, FunctionRole::sets},
+    FunctionRow{"setVexFog", sceneFunction<setVexFog>,
                 "Shows the four layers of the logo, each at a moment of its animation.", fogParameters,
                 FunctionRole::sets},
     FunctionRow{"reverseSmoke",
-                reverseSmoke,
+                sceneFunction<reverseSmoke>,
                 "Lets the smoke sink and fade and the particles fly back, once and for all. The longer its "
                 "part has run, the faster the smoke sinks.",
                 {},
                 FunctionRole::sets},
-    FunctionRow{"showVex", showVex, "Lights the smoke along the logo, from its first light to its last.",
-                showVexParameters, FunctionRole::sets},
+    FunctionRow{"showVex", sceneFunction<showVex>,
+                "Lights the smoke along the logo, from its first light to its last.", showVexParameters,
+                FunctionRole::sets},
 };
 
 }  // namespace
 
 constinit const ModelScene<SceneIntroBox> sceneIntroBox{
-    .name = "SceneIntroBox", .model = "data\\intro_box", .functions = functionTable, .setUp = setUp};
+    .name = "SceneIntroBox",
+    .summary =
+        "A box with a lid, smoke that forms along the logo, and the logo in four layers. Needs a "
+        "ground.",
+    .model = "data\\intro_box",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

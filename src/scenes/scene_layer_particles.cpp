@@ -30,20 +30,19 @@ void setUp(SceneLayerParticles& scene) {
   field.maxAlpha = 2;
 }
 
-void animate(Scene* scene, float t, const void* const* arguments) {
-  fadeLayer(*scene, numberArgument(arguments, 0));
-  ParticleSystem& field = systemAt(*scene, 0);
-  field.rate = numberArgument(arguments, 1);
+void animate(Scene& scene, float t, Arguments arguments) {
+  fadeLayer(scene, arguments.number(0));
+  ParticleSystem& field = systemAt(scene, 0);
+  field.rate = arguments.number(1);
   field.maxCount = truncateNumber(field.rate);
-  field.velocitySpread = numberArgument(arguments, 2);
-  field.velocity.set(numberArgument(arguments, 3), numberArgument(arguments, 4),
-                     numberArgument(arguments, 5));
-  field.positionSpread = numberArgument(arguments, 6);
-  scene->render(t);
+  field.velocitySpread = arguments.number(2);
+  field.velocity.set(arguments.number(3), arguments.number(4), arguments.number(5));
+  field.positionSpread = arguments.number(6);
+  scene.render(t);
 }
 
-void loadFlare(Scene* scene, float, const void* const* arguments) {
-  setFlareTexture(lightAt(*scene, 0), textArgument(arguments, 0));
+void loadFlare(Scene& scene, float, Arguments arguments) {
+  setFlareTexture(lightAt(scene, 0), arguments.text(0));
 }
 
 using enum ArgumentKind;
@@ -58,18 +57,20 @@ constexpr std::array animateParameters{layerAlphaParameter,
 constexpr std::array loadFlareParameters{FunctionParameter{"texture", textureName}};
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate,
+    FunctionRow{"animate", sceneFunction<animate>,
                 "Draws the layer: particles that live for about a second, with velocities in units a second.",
                 animateParameters},
-    FunctionRow{"loadFlare", loadFlare, "Gives the particles their picture.", loadFlareParameters,
-                FunctionRole::sets},
+    FunctionRow{"loadFlare", sceneFunction<loadFlare>, "Gives the particles their picture.",
+                loadFlareParameters, FunctionRole::sets},
 };
 
 }  // namespace
 
-constinit const ModelScene<SceneLayerParticles> sceneLayerParticles{.name = "SceneLayerParticles",
-                                                                    .model = "data\\layer_particles",
-                                                                    .functions = functionTable,
-                                                                    .setUp = setUp};
+constinit const ModelScene<SceneLayerParticles> sceneLayerParticles{
+    .name = "SceneLayerParticles",
+    .summary = "A layer: flares that fly from the middle of the world, 30 units before the camera.",
+    .model = "data\\layer_particles",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

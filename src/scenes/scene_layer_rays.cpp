@@ -33,17 +33,17 @@ void swirlTexture(Mesh& cone, float t) {
   }
 }
 
-void animate(Scene* scene, float t, const void* const* arguments) {
+void animate(Scene& scene, float t, Arguments arguments) {
   constexpr float ahead = 0.3f;  // radians
-  fadeLayer(*scene, numberArgument(arguments, 0));
-  Viewer& viewer = viewerAt(*scene, 0);
-  viewer.position.set(10 * std::cos(numberArgument(arguments, 1) * t),
-                      10 * std::sin(numberArgument(arguments, 2) * t + ahead), 0);
-  viewer.target.set(10 * std::cos(numberArgument(arguments, 3) * t),
-                    10 * std::sin(numberArgument(arguments, 4) * t + ahead), -100);
-  swirlTexture(meshAt(*scene, 0), t);
-  setLayerBlend(*scene, numberArgument(arguments, 5));
-  scene->render(t);
+  fadeLayer(scene, arguments.number(0));
+  Viewer& viewer = viewerAt(scene, 0);
+  viewer.position.set(10 * std::cos(arguments.number(1) * t), 10 * std::sin(arguments.number(2) * t + ahead),
+                      0);
+  viewer.target.set(10 * std::cos(arguments.number(3) * t), 10 * std::sin(arguments.number(4) * t + ahead),
+                    -100);
+  swirlTexture(meshAt(scene, 0), t);
+  setLayerBlend(scene, arguments.number(5));
+  scene.render(t);
 }
 
 using enum ArgumentKind;
@@ -56,7 +56,7 @@ constexpr std::array animateParameters{layerAlphaParameter,
                                        layerBlendParameter};
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate,
+    FunctionRow{"animate", sceneFunction<animate>,
                 "Draws the layer through a camera that looks down the cone and sways; the speeds are in "
                 "radians a second.",
                 animateParameters},
@@ -65,6 +65,10 @@ constexpr std::array functionTable{
 }  // namespace
 
 constinit const ModelScene<SceneLayerRays> sceneLayerRays{
-    .name = "SceneLayerRays", .model = "data\\layer_rays", .functions = functionTable, .setUp = setUp};
+    .name = "SceneLayerRays",
+    .summary = "A layer: rays that swirl over the inside of a cone.",
+    .model = "data\\layer_rays",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

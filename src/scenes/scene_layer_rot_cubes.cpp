@@ -17,15 +17,15 @@ void setUp(SceneLayerRotCubes& scene) {
   }
 }
 
-void animate(Scene* scene, float t, const void* const* arguments) {
-  fadeLayer(*scene, numberArgument(arguments, 0));
-  Viewer& viewer = viewerAt(*scene, 0);
+void animate(Scene& scene, float t, Arguments arguments) {
+  fadeLayer(scene, arguments.number(0));
+  Viewer& viewer = viewerAt(scene, 0);
   viewer.position = orbitingCamera(t);
-  viewer.fov = numberArgument(arguments, 1);
-  lightAt(*scene, 0).position.set(200 * std::sin(0.96f * t), 100 * std::sin(0.325f * t),
-                                  200 * std::cos(0.96f * t));
-  setLayerBlend(*scene, numberArgument(arguments, 2));
-  scene->render(t);
+  viewer.fov = arguments.number(1);
+  lightAt(scene, 0).position.set(200 * std::sin(0.96f * t), 100 * std::sin(0.325f * t),
+                                 200 * std::cos(0.96f * t));
+  setLayerBlend(scene, arguments.number(2));
+  scene.render(t);
 }
 
 constexpr std::array animateParameters{layerAlphaParameter,
@@ -33,16 +33,18 @@ constexpr std::array animateParameters{layerAlphaParameter,
                                        layerBlendParameter};
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate,
+    FunctionRow{"animate", sceneFunction<animate>,
                 "Draws the layer through a camera that circles round it; the field of view is in degrees.",
                 animateParameters},
 };
 
 }  // namespace
 
-constinit const ModelScene<SceneLayerRotCubes> sceneLayerRotCubes{.name = "SceneLayerRotCubes",
-                                                                  .model = "data\\layer_rot_cubes",
-                                                                  .functions = functionTable,
-                                                                  .setUp = setUp};
+constinit const ModelScene<SceneLayerRotCubes> sceneLayerRotCubes{
+    .name = "SceneLayerRotCubes",
+    .summary = "A layer: turning cubes under a light that circles among them.",
+    .model = "data\\layer_rot_cubes",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

@@ -16,17 +16,17 @@ void setUp(SceneLayerWide& scene) {
   meshAt(scene, 0).blendMode = BlendMode::additive;
 }
 
-void animate(Scene* scene, float t, const void* const* arguments) {
+void animate(Scene& scene, float t, Arguments arguments) {
   constexpr float ahead = 0.3f;  // of the target, in radians
-  fadeLayer(*scene, numberArgument(arguments, 0));
-  const float x = numberArgument(arguments, 1) * t;
-  const float y = numberArgument(arguments, 2) * t;
-  const float z = numberArgument(arguments, 3) * t;
-  Viewer& viewer = viewerAt(*scene, 0);
+  fadeLayer(scene, arguments.number(0));
+  const float x = arguments.number(1) * t;
+  const float y = arguments.number(2) * t;
+  const float z = arguments.number(3) * t;
+  Viewer& viewer = viewerAt(scene, 0);
   viewer.position.set(50 * std::cos(x + ahead), 50 * std::sin(y + ahead), 50 * std::cos(z + ahead));
   viewer.target.set(100 * std::cos(x), 100 * std::sin(y), 100 * std::cos(z));
-  setLayerBlend(*scene, numberArgument(arguments, 4));
-  scene->render(t);
+  setLayerBlend(scene, arguments.number(4));
+  scene.render(t);
 }
 
 using enum ArgumentKind;
@@ -37,7 +37,7 @@ constexpr std::array animateParameters{layerAlphaParameter, FunctionParameter{"s
                                        layerBlendParameter};
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate,
+    FunctionRow{"animate", sceneFunction<animate>,
                 "Draws the layer through a camera that sways and looks about; the speeds are in radians a "
                 "second.",
                 animateParameters},
@@ -46,6 +46,10 @@ constexpr std::array functionTable{
 }  // namespace
 
 constinit const ModelScene<SceneLayerWide> sceneLayerWide{
-    .name = "SceneLayerWide", .model = "data\\layer_wide", .functions = functionTable, .setUp = setUp};
+    .name = "SceneLayerWide",
+    .summary = "A layer: a mesh seen from within at an extreme field of view.",
+    .model = "data\\layer_wide",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

@@ -26,17 +26,15 @@ void setUp(SceneLayerWobbel& scene) {
   light.active = false;
 }
 
-void animate(Scene* base, float t, const void* const* arguments) {
-  auto& scene = static_cast<SceneLayerWobbel&>(*base);
-  const auto argument = [arguments](int slot) { return numberArgument(arguments, slot); };
-  fadeLayer(scene, argument(0));
+void animate(SceneLayerWobbel& scene, float t, Arguments arguments) {
+  fadeLayer(scene, arguments.number(0));
   viewerAt(scene, 0).position = orbitingCamera(t);
-  setLayerBlend(scene, argument(1));
-  scene.phaseX += clockDelta() * argument(2);
-  scene.phaseY += clockDelta() * argument(3);
-  scene.phaseZ += clockDelta() * argument(4);
-  meshAt(scene, 0).wobble(scene.phaseX, scene.phaseY, scene.phaseZ, argument(5), argument(6), argument(7),
-                          argument(8));
+  setLayerBlend(scene, arguments.number(1));
+  scene.phaseX += clockDelta() * arguments.number(2);
+  scene.phaseY += clockDelta() * arguments.number(3);
+  scene.phaseZ += clockDelta() * arguments.number(4);
+  meshAt(scene, 0).wobble(scene.phaseX, scene.phaseY, scene.phaseZ, arguments.number(5), arguments.number(6),
+                          arguments.number(7), arguments.number(8));
   scene.render(t);
 }
 
@@ -54,7 +52,7 @@ constexpr std::array animateParameters{layerAlphaParameter,
 
 constexpr std::array functionTable{
     FunctionRow{
-        "animate", animate,
+        "animate", sceneFunction<animate>,
         "Draws the layer through a camera that circles round it. The body wobbles fully at stillness 0 "
         "and not at all at 1; the phase speeds are in radians a second.",
         animateParameters},
@@ -63,6 +61,10 @@ constexpr std::array functionTable{
 }  // namespace
 
 constinit const ModelScene<SceneLayerWobbel> sceneLayerWobbel{
-    .name = "SceneLayerWobbel", .model = "data\\wobbel", .functions = functionTable, .setUp = setUp};
+    .name = "SceneLayerWobbel",
+    .summary = "A layer: a wobbling body that mirrors its surroundings.",
+    .model = "data\\wobbel",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

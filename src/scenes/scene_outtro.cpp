@@ -29,10 +29,6 @@ namespace {
 
 constexpr float pi = 3.1415926536f;
 
-SceneOuttro& outtro(Scene* scene) {
-  return static_cast<SceneOuttro&>(*scene);
-}
-
 template <std::size_t size>
 void copyName(char (&to)[size], const char* from) {
   std::snprintf(to, size, "%s", from);
@@ -78,16 +74,15 @@ int glyphCell(char character) {
   return blank;
 }
 
-void preloadFont(Scene* scene, float, const void* const* arguments) {
-  const char* name = textArgument(arguments, 0);
-  if (std::strcmp(name, outtro(scene).fontName) == 0) return;
+void preloadFont(SceneOuttro& scene, float, Arguments arguments) {
+  const char* name = arguments.text(0);
+  if (std::strcmp(name, scene.fontName) == 0) return;
   getTexture(name, false);
-  copyName(outtro(scene).fontName, name);
+  copyName(scene.fontName, name);
 }
 
-void preloadText(Scene* base, float, const void* const* arguments) {
-  SceneOuttro& scene = outtro(base);
-  const char* name = textArgument(arguments, 0);
+void preloadText(SceneOuttro& scene, float, Arguments arguments) {
+  const char* name = arguments.text(0);
   if (std::strcmp(name, scene.textName) == 0) return;
   copyName(scene.textName, name);
   const int handle = fileOpen(name, "rb");
@@ -108,18 +103,16 @@ char characterAt(const std::string& text, int index) {
   return index < 0 || text.empty() ? ' ' : text[static_cast<std::size_t>(index) % text.size()];
 }
 
-void drawScroller(Scene* base, float t, const void* const* arguments) {
-  SceneOuttro& scene = outtro(base);
-  const auto argument = [arguments](int slot) { return numberArgument(arguments, slot); };
-  const float zoom = std::max((argument(1) + 1) * 2 + 1, 1.0f);
-  const int mode = truncateNumber(argument(2));
-  const float waveSpeed = argument(3) * 10 * pi;
-  const float waveLength = argument(4) * 10 / pi;
-  const float amplitude = argument(5) * zoom;
-  const float middle = argument(6);
+void drawScroller(SceneOuttro& scene, float t, Arguments arguments) {
+  const float zoom = std::max((arguments.number(1) + 1) * 2 + 1, 1.0f);
+  const int mode = arguments.whole(2);
+  const float waveSpeed = arguments.number(3) * 10 * pi;
+  const float waveLength = arguments.number(4) * 10 / pi;
+  const float amplitude = arguments.number(5) * zoom;
+  const float middle = arguments.number(6);
   if (!*scene.fontName || !*scene.textName) fatalError("Calling drawScroller w/o font or text!");
 
-  advance(scene.scrollPos, clockDelta() * argument(0) * 10);
+  advance(scene.scrollPos, clockDelta() * arguments.number(0) * 10);
   const int first = truncateNumber(scene.scrollPos);
   const float rest = 1 - (scene.scrollPos - static_cast<float>(first));
   const auto height = [&](float place) {
@@ -157,13 +150,12 @@ void drawScroller(Scene* base, float t, const void* const* arguments) {
 
 constexpr const char* copperTexture = "data\\copperbar";
 
-void showCopperBars(Scene*, float t, const void* const* arguments) {
-  const auto argument = [arguments](int slot) { return numberArgument(arguments, slot); };
-  const int bars = std::min(truncateNumber(argument(0)), maxCopperBars);
+void showCopperBars(Scene&, float t, Arguments arguments) {
+  const int bars = std::min(arguments.whole(0), maxCopperBars);
   if (bars <= 0) return;
-  const float waveSpeed = argument(3) * pi;
-  const float spacing = argument(4) * 10 / pi;
-  const bool doubleWave = truncateNumber(argument(2)) == 1;
+  const float waveSpeed = arguments.number(3) * pi;
+  const float spacing = arguments.number(4) * 10 / pi;
+  const bool doubleWave = arguments.whole(2) == 1;
 
   beginSprites(copperTexture, true);
   glBegin(GL_QUADS);
@@ -171,11 +163,11 @@ void showCopperBars(Scene*, float t, const void* const* arguments) {
     const float bar = static_cast<float>(i);
     const float u = t * waveSpeed - bar / spacing;
     const float wave = doubleWave ? 0.5f * (std::sin(u) + std::sin(1.9f * u)) : std::sin(u);
-    const float middle = argument(5) * wave;
-    const float scale = 1 - (1 - argument(1)) * (bar / static_cast<float>(bars));
+    const float middle = arguments.number(5) * wave;
+    const float scale = 1 - (1 - arguments.number(1)) * (bar / static_cast<float>(bars));
     const float bottom = middle - 0.085f * scale, top = middle + 0.085f * scale;
     const float repeats = 1 / scale;
-    glColor4f(argument(6) * scale, argument(7) * scale, argument(8) * scale, 1);
+    glColor4f(arguments.number(6) * scale, arguments.number(7) * scale, arguments.number(8) * scale, 1);
     glTexCoord2f(-repeats, 0);
     glVertex2f(-1, bottom);
     glTexCoord2f(repeats, 0);
@@ -227,9 +219,8 @@ void loadBalls(SceneOuttro& scene, const char* name) {
   scene.viewerIndex = 0;
 }
 
-void preloadVectorBalls(Scene* base, float, const void* const* arguments) {
-  SceneOuttro& scene = outtro(base);
-  const char* name = textArgument(arguments, 0);
+void preloadVectorBalls(SceneOuttro& scene, float, Arguments arguments) {
+  const char* name = arguments.text(0);
   if (std::strcmp(name, scene.ballFile) == 0) return;
   scene.lights.clear();
   const char* extension = std::strrchr(name, '.');
@@ -241,16 +232,15 @@ void preloadVectorBalls(Scene* base, float, const void* const* arguments) {
   copyName(scene.ballFile, name);
 }
 
-void showVectorBalls(Scene* base, float t, const void* const* arguments) {
-  SceneOuttro& scene = outtro(base);
+void showVectorBalls(SceneOuttro& scene, float t, Arguments arguments) {
   glDepthMask(GL_TRUE);
-  advance(scene.ballAngle, clockDelta() * numberArgument(arguments, 1) * 2 * pi);
-  for (Light* light : scene.lights) light->flareSize = numberArgument(arguments, 0);
-  const float distance = numberArgument(arguments, 2);
+  advance(scene.ballAngle, clockDelta() * arguments.number(1) * 2 * pi);
+  for (Light* light : scene.lights) light->flareSize = arguments.number(0);
+  const float distance = arguments.number(2);
   Viewer& viewer = viewerAt(scene, 0);
   viewer.position.set(std::sin(scene.ballAngle) * distance, 0, std::cos(scene.ballAngle) * distance);
-  viewer.target.set(0, -numberArgument(arguments, 4) * distance, 0);
-  viewer.fov = numberArgument(arguments, 3);
+  viewer.target.set(0, -arguments.number(4) * distance, 0);
+  viewer.fov = arguments.number(3);
   scene.render(t);
 }
 
@@ -258,11 +248,10 @@ void showVectorBalls(Scene* base, float t, const void* const* arguments) {
 
 constexpr int fieldSize = 500;
 
-void drawStars(Scene* base, float, const void* const* arguments) {
+void drawStars(SceneOuttro& scene, float, Arguments arguments) {
   constexpr float side = fieldSize;
-  SceneOuttro& scene = outtro(base);
   for (const auto& [axis, slot] : {std::pair{&Vector::x, 0}, {&Vector::y, 1}, {&Vector::z, 2}}) {
-    advance(scene.starOffset.*axis, clockDelta() * numberArgument(arguments, slot) * side);
+    advance(scene.starOffset.*axis, clockDelta() * arguments.number(slot) * side);
   }
 
   const bool textured = glIsEnabled(GL_TEXTURE_2D);
@@ -328,33 +317,34 @@ constexpr std::array starParameters{FunctionParameter{"speed x", number, -4, 4},
 
 constexpr std::array functionTable{
     FunctionRow{
-        "drawScroller", drawScroller,
+        "drawScroller", sceneFunction<drawScroller>,
         "Draws a line of text that moves to the left, ten characters a second at speed 1. Zoom -1 fits "
         "20 characters on the screen; wave mode 0 is flat, 1 one wave, 2 two; y counts upwards. Font "
         "and text must have been loaded.",
         scrollerParameters},
     FunctionRow{
-        "preloadFont", preloadFont,
+        "preloadFont", sceneFunction<preloadFont>,
         "Loads the scroller's font: 32 cells from the bottom up, `-`, `?`, `!`, `,`, `.`, Z down to A "
         "and the blank.",
         fontParameters, FunctionRole::sets},
-    FunctionRow{"preloadText", preloadText, "Loads the scroller's text.", textParameters, FunctionRole::sets},
+    FunctionRow{"preloadText", sceneFunction<preloadText>, "Loads the scroller's text.", textParameters,
+                FunctionRole::sets},
     FunctionRow{
-        "showCopperBars", showCopperBars,
+        "showCopperBars", sceneFunction<showCopperBars>,
         "Draws bars across the screen, each behind the one before it, shrinking towards the end scale; "
         "wave mode 1 is a double wave.",
         copperParameters},
     FunctionRow{
-        "showVectorBalls", showVectorBalls,
+        "showVectorBalls", sceneFunction<showVectorBalls>,
         "Draws the balls through a camera that circles round them and looks below their middle by the "
         "camera height times the distance.",
         ballParameters},
-    FunctionRow{"preloadVectorBalls", preloadVectorBalls,
+    FunctionRow{"preloadVectorBalls", sceneFunction<preloadVectorBalls>,
                 "Loads the balls: the lights of a model (`.ase`, whose ball file is written beside it) or a "
                 "ball file (`.hvv`).",
                 ballFileParameters, FunctionRole::sets},
     FunctionRow{
-        "drawStars", drawStars,
+        "drawStars", sceneFunction<drawStars>,
         "Draws a field of stars over what is there; at a speed z below 0 they come nearer. Clears the "
         "depth buffer.",
         starParameters},
@@ -363,7 +353,7 @@ constexpr std::array functionTable{
 }  // namespace
 
 SceneOuttro::SceneOuttro() {
-  beginScene(*this, "SceneOuttro", functionTable);
+  beginScene(*this, sceneOuttro.name, sceneOuttro.functions);
   getTexture(copperTexture, true);
   stars.resize(starCount);
   for (Vector& star : stars) {
@@ -373,8 +363,13 @@ SceneOuttro::SceneOuttro() {
   }
 }
 
-std::span<const FunctionRow> sceneOuttroFunctions() {
-  return functionTable;
-}
+constinit const SceneEntry sceneOuttro{
+    .name = "SceneOuttro",
+    .summary =
+        "The closing effects: a scroller, copper bars, balls and stars. What is preloaded stays until "
+        "something\n"
+        "else is.",
+    .functions = functionTable,
+    .construct = []() -> Scene* { return newScene<SceneOuttro>(); }};
 
 }  // namespace vex

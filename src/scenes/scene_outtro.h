@@ -1,11 +1,10 @@
 #pragma once
 
-#include <span>
 #include <string>
 #include <vector>
 
 #include "engine/scene.h"
-#include "scenes/function_table.h"
+#include "scenes/scene_entry.h"
 
 namespace vex {
 
@@ -29,6 +28,6 @@ struct SceneOuttro : Scene {
   SceneOuttro();
 };
 
-std::span<const FunctionRow> sceneOuttroFunctions();
+extern const SceneEntry sceneOuttro;
 
 }  // namespace vex

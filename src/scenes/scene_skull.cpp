@@ -206,9 +206,8 @@ void animateLasers(SceneSkull& scene) {
   for (const char* name : lasers) pointLaser(findMesh(scene, name), target.getWorldPosition());
 }
 
-void animate(Scene* base, float t, const void* const* arguments) {
-  auto& scene = static_cast<SceneSkull&>(*base);
-  chooseViewer(scene, numberArgument(arguments, 0));
+void animate(SceneSkull& scene, float t, Arguments arguments) {
+  chooseViewer(scene, arguments.number(0));
   beatWings(scene, t);
   scrollClouds(scene, clouds[0], t / 5);
   scrollClouds(scene, clouds[1], t / 7);
@@ -219,46 +218,44 @@ void animate(Scene* base, float t, const void* const* arguments) {
 
 // --- Settings
 
-void setLights(Scene* scene, float, const void* const* arguments) {
-  for (const int index : {0, 1}) lightAt(*scene, index).intensity = numberArgument(arguments, 0);
-  Light& light = lightAt(*scene, 2);
-  light.intensity = numberArgument(arguments, 1);
-  light.colour = {numberArgument(arguments, 2), numberArgument(arguments, 3), numberArgument(arguments, 4)};
+void setLights(Scene& scene, float, Arguments arguments) {
+  for (const int index : {0, 1}) lightAt(scene, index).intensity = arguments.number(0);
+  Light& light = lightAt(scene, 2);
+  light.intensity = arguments.number(1);
+  light.colour = {arguments.number(2), arguments.number(3), arguments.number(4)};
 }
 
-void setSparkRate(Scene* scene, float, const void* const* arguments) {
-  static_cast<SceneSkull*>(scene)->sparkRate = truncateNumber(numberArgument(arguments, 0) * 100);
+void setSparkRate(SceneSkull& scene, float, Arguments arguments) {
+  scene.sparkRate = truncateNumber(arguments.number(0) * 100);
 }
 
-void setLaser(Scene* base, float, const void* const* arguments) {
-  auto& scene = static_cast<SceneSkull&>(*base);
-  scene.laserTarget = textArgument(arguments, 0);
-  scene.laserRate = truncateNumber(numberArgument(arguments, 1) * 100);
+void setLaser(SceneSkull& scene, float, Arguments arguments) {
+  scene.laserTarget = arguments.text(0);
+  scene.laserRate = truncateNumber(arguments.number(1) * 100);
 }
 
-void setLaserOpacity(Scene* scene, float, const void* const* arguments) {
+void setLaserOpacity(Scene& scene, float, Arguments arguments) {
   for (int i = 0; i < 2; ++i) {
-    findMesh(*scene, lasers[static_cast<std::size_t>(i)]).opacity = numberArgument(arguments, i);
+    findMesh(scene, lasers[static_cast<std::size_t>(i)]).opacity = arguments.number(i);
   }
 }
 
-int crowArgument(const Scene& scene, const void* const* arguments) {
-  const int crow = truncateNumber(numberArgument(arguments, 0));
+int crowArgument(const Scene& scene, Arguments arguments) {
+  const int crow = arguments.whole(0);
   if (crow < 0 || crow >= crowCount) {
     fatalError("crow of %s is %d, must be 0 to %d", scene.name, crow, crowCount - 1);
   }
   return crow;
 }
 
-void setCrowParticles(Scene* scene, float, const void* const* arguments) {
-  const int crow = crowArgument(*scene, arguments);
-  setParticleCount(fireOf(*scene, crow), numberArgument(arguments, 1));
-  setParticleCount(smokeOf(*scene, crow), numberArgument(arguments, 1));
+void setCrowParticles(Scene& scene, float, Arguments arguments) {
+  const int crow = crowArgument(scene, arguments);
+  setParticleCount(fireOf(scene, crow), arguments.number(1));
+  setParticleCount(smokeOf(scene, crow), arguments.number(1));
 }
 
 // The crow leaves its flight where it is, tumbles and falls behind; t counts from the shot.
-void killCrow(Scene* base, float t, const void* const* arguments) {
-  auto& scene = static_cast<SceneSkull&>(*base);
+void killCrow(SceneSkull& scene, float t, Arguments arguments) {
   const auto index = static_cast<std::size_t>(crowArgument(scene, arguments));
   Mesh& crow = findMesh(scene, crows[index]);
   if (crow.tracks) {
@@ -287,21 +284,24 @@ constexpr std::array crowParticlesParameters{
 constexpr std::array killCrowParameters{crowParameter};
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate, "Draws the scene.", cameraParameters},
-    FunctionRow{"setLights", setLights, "Sets the two main lights and, with a colour, the side light.",
-                lightsParameters, FunctionRole::sets},
-    FunctionRow{"setSparkRate", setSparkRate, "Sets how often the lightning shows: the part of all frames.",
-                sparkRateParameters, FunctionRole::sets},
+    FunctionRow{"animate", sceneFunction<animate>, "Draws the scene.", cameraParameters},
+    FunctionRow{"setLights", sceneFunction<setLights>,
+                "Sets the two main lights and, with a colour, the side light.", lightsParameters,
+                FunctionRole::sets},
+    FunctionRow{"setSparkRate", sceneFunction<setSparkRate>,
+                "Sets how often the lightning shows: the part of all frames.", sparkRateParameters,
+                FunctionRole::sets},
     FunctionRow{
-        "setLaser", setLaser,
+        "setLaser", sceneFunction<setLaser>,
         "Points both lasers at an object; they show in `rate` of all frames. An empty target puts them "
         "out.",
         laserParameters, FunctionRole::sets},
-    FunctionRow{"setLaserOpacity", setLaserOpacity, "Sets how bright the lasers are.", laserOpacityParameters,
+    FunctionRow{"setLaserOpacity", sceneFunction<setLaserOpacity>, "Sets how bright the lasers are.",
+                laserOpacityParameters, FunctionRole::sets},
+    FunctionRow{"setParticleCount", sceneFunction<setCrowParticles>,
+                "Sets the fire and the smoke that a crow trails.", crowParticlesParameters,
                 FunctionRole::sets},
-    FunctionRow{"setParticleCount", setCrowParticles, "Sets the fire and the smoke that a crow trails.",
-                crowParticlesParameters, FunctionRole::sets},
-    FunctionRow{"killCrow", killCrow,
+    FunctionRow{"killCrow", sceneFunction<killCrow>,
                 "Lets a crow fall from where it is; its part starts with the shot and calls this in every "
                 "frame. It never flies again.",
                 killCrowParameters, FunctionRole::sets},
@@ -311,6 +311,10 @@ constexpr std::array functionTable{
 }  // namespace
 
 constinit const ModelScene<SceneSkull> sceneSkull{
-    .name = "SceneSkull", .model = "data\\skull", .functions = functionTable, .setUp = setUp};
+    .name = "SceneSkull",
+    .summary = "A skull under clouds and lightning, three crows and two lasers. Its sky needs a ground.",
+    .model = "data\\skull",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

@@ -66,70 +66,40 @@ std::string functionText(const FunctionRow& row) {
 
 }  // namespace
 
-std::span<const SceneTable> sceneTables() {
-  static const std::array tables{
-      SceneTable{"SceneHelper",
-                 "Drawing in two dimensions, over and between the other scenes. The screen reaches from -1 "
-                 "to 1 both\n"
-                 "ways; x counts to the right, y downwards, and a rectangle hangs from its upper left "
-                 "corner: -1, -1,\n"
-                 "2, 2 is the whole screen. Blend mode 0 is ordinary transparency, 1 adds, 2 darkens and "
-                 "ignores alpha.",
-                 sceneHelperFunctions()},
-      SceneTable{sceneIntroBox.name,
-                 "A box with a lid, smoke that forms along the logo, and the logo in four layers. Needs a "
-                 "ground.",
-                 sceneIntroBox.functions},
-      SceneTable{sceneWater.name,
-                 "A creature that twists above rippling water in the rain, and a ray that streams particles. "
-                 "Needs a ground.",
-                 sceneWater.functions},
-      SceneTable{sceneFetus.name,
-                 "A closed room: a creature behind a door, a sprayer, a cigarette, a bottle that can burst.",
-                 sceneFetus.functions},
-      SceneTable{sceneAlien.name, "A creature and two chrome spheres within a painted box.",
-                 sceneAlien.functions},
-      SceneTable{sceneSkull.name,
-                 "A skull under clouds and lightning, three crows and two lasers. Its sky needs a ground.",
-                 sceneSkull.functions},
-      SceneTable{sceneHell.name, "A sea of lava and a sprayer of sparks within a painted box.",
-                 sceneHell.functions},
-      SceneTable{sceneLayerParticles.name,
-                 "A layer: flares that fly from the middle of the world, 30 units before the camera.",
-                 sceneLayerParticles.functions},
-      SceneTable{sceneLayerWide.name, "A layer: a mesh seen from within at an extreme field of view.",
-                 sceneLayerWide.functions},
-      SceneTable{sceneLayerRotCubes.name, "A layer: turning cubes under a light that circles among them.",
-                 sceneLayerRotCubes.functions},
-      SceneTable{
-          "SceneOuttro",
-          "The closing effects: a scroller, copper bars, balls and stars. What is preloaded stays until "
-          "something\n"
-          "else is.",
-          sceneOuttroFunctions()},
-      SceneTable{sceneLayerWobbel.name, "A layer: a wobbling body that mirrors its surroundings.",
-                 sceneLayerWobbel.functions},
-      SceneTable{sceneLayerRays.name, "A layer: rays that swirl over the inside of a cone.",
-                 sceneLayerRays.functions},
+std::span<const SceneEntry> sceneEntries() {
+  static const std::array entries{
+      sceneHelper,
+      modelEntry<sceneIntroBox>(),
+      modelEntry<sceneWater>(),
+      modelEntry<sceneFetus>(),
+      modelEntry<sceneAlien>(),
+      modelEntry<sceneSkull>(),
+      modelEntry<sceneHell>(),
+      modelEntry<sceneLayerParticles>(),
+      modelEntry<sceneLayerWide>(),
+      modelEntry<sceneLayerRotCubes>(),
+      sceneOuttro,
+      modelEntry<sceneLayerWobbel>(),
+      modelEntry<sceneLayerRays>(),
   };
-  return tables;
+  return entries;
 }
 
-const SceneTable* findSceneTable(std::span<const SceneTable> tables, std::string_view scene) {
-  for (const SceneTable& table : tables) {
-    if (table.scene == scene) return &table;
+const SceneEntry* findSceneEntry(std::span<const SceneEntry> tables, std::string_view scene) {
+  for (const SceneEntry& table : tables) {
+    if (table.name == scene) return &table;
   }
   return nullptr;
 }
 
-const FunctionRow* findFunction(const SceneTable& table, std::string_view function) {
+const FunctionRow* findFunction(const SceneEntry& table, std::string_view function) {
   for (const FunctionRow& row : table.functions) {
     if (row.name == function) return &row;
   }
   return nullptr;
 }
 
-std::string functionsAsMarkdown(std::span<const SceneTable> tables) {
+std::string functionsAsMarkdown(std::span<const SceneEntry> tables) {
   std::string text =
       "# Scene functions\n\n"
       "<!-- Written by `vexproject functions`: change the tables of the scenes, not this file. -->\n\n"
@@ -143,8 +113,8 @@ std::string functionsAsMarkdown(std::span<const SceneTable> tables) {
       "*paint the ground*, cover the whole screen with nothing showing through (with textures that have no "
       "transparent\n"
       "pixels).\n\n";
-  for (const SceneTable& table : tables) {
-    text += std::string("## ") + table.scene + "\n\n" + table.summary + "\n\n";
+  for (const SceneEntry& table : tables) {
+    text += std::string("## ") + table.name + "\n\n" + table.summary + "\n\n";
     for (const FunctionRow& row : table.functions) text += functionText(row);
   }
   text.pop_back();

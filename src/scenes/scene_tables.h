@@ -4,25 +4,20 @@
 #include <string>
 #include <string_view>
 
-#include "scenes/function_table.h"
+#include "scenes/scene_entry.h"
 
-// The tables of all scenes, for tools that know the functions without setting up a scene.
+// The list of all scenes.
 
 namespace vex {
 
-struct SceneTable {
-  const char* scene;    // as projects name it
-  const char* summary;  // a paragraph in Markdown
-  std::span<const FunctionRow> functions;
-};
-
-std::span<const SceneTable> sceneTables();
+// In the order in which they are constructed, and with it that of their textures.
+std::span<const SceneEntry> sceneEntries();
 
 // Null where there is none of that exact name.
-const SceneTable* findSceneTable(std::span<const SceneTable> tables, std::string_view scene);
-const FunctionRow* findFunction(const SceneTable& table, std::string_view function);
+const SceneEntry* findSceneEntry(std::span<const SceneEntry> tables, std::string_view scene);
+const FunctionRow* findFunction(const SceneEntry& table, std::string_view function);
 
 // All of them as a Markdown document.
-std::string functionsAsMarkdown(std::span<const SceneTable> tables);
+std::string functionsAsMarkdown(std::span<const SceneEntry> tables);
 
 }  // namespace vex

@@ -171,12 +171,11 @@ void rain(const SceneWater& scene, Mesh& water) {
   }
 }
 
-void animate(Scene* base, float t, const void* const* arguments) {
-  auto& scene = static_cast<SceneWater&>(*base);
+void animate(SceneWater& scene, float t, Arguments arguments) {
   Mesh& creature = findMesh(scene, "WaterAlien");
   Mesh& water = findMesh(scene, "Water");
   followCreature(scene, creature, t);
-  chooseViewer(scene, numberArgument(arguments, 0));
+  chooseViewer(scene, arguments.number(0));
   twistCreature(creature, t);
   const Vector place = creature.worldPositionAt(t);
   dropNowAndThen(water);
@@ -189,15 +188,14 @@ void animate(Scene* base, float t, const void* const* arguments) {
   scene.render(t);
 }
 
-void setRay(Scene* base, float, const void* const* arguments) {
-  auto& scene = static_cast<SceneWater&>(*base);
-  findMesh(scene, "RayBlue").opacity = numberArgument(arguments, 0);
+void setRay(SceneWater& scene, float, Arguments arguments) {
+  findMesh(scene, "RayBlue").opacity = arguments.number(0);
   ParticleSystem& particles = systemAt(scene, raySystem);
-  particles.maxCount = truncateNumber(numberArgument(arguments, 1));
-  particles.rate = numberArgument(arguments, 1) / particles.life;
-  scene.rainAmount = std::min(numberArgument(arguments, 2), mostRain);
-  scene.dropStrength = numberArgument(arguments, 3);
-  scene.rayFlicker = numberArgument(arguments, 4);
+  particles.maxCount = arguments.whole(1);
+  particles.rate = arguments.number(1) / particles.life;
+  scene.rainAmount = std::min(arguments.number(2), mostRain);
+  scene.dropStrength = arguments.number(3);
+  scene.rayFlicker = arguments.number(4);
   findLight(scene, "Omni01").intensity = 1 - std::min(scene.rayFlicker, 1.0f);
 }
 
@@ -210,10 +208,10 @@ constexpr std::array rayParameters{FunctionParameter{"ray opacity", number, 0, 1
                                    FunctionParameter{"ray flicker", number, 0, 2}};
 
 constexpr std::array functionTable{
-    FunctionRow{"animate", animate, "Draws the scene; the first camera looks at the creature.",
+    FunctionRow{"animate", sceneFunction<animate>, "Draws the scene; the first camera looks at the creature.",
                 cameraParameters},
     loopStateRow,
-    FunctionRow{"setRay", setRay,
+    FunctionRow{"setRay", sceneFunction<setRay>,
                 "Sets the ray, its particles and its light, which dims the scene's own, and the rain: ten "
                 "drops a frame for each unit.",
                 rayParameters, FunctionRole::sets},
@@ -222,6 +220,12 @@ constexpr std::array functionTable{
 }  // namespace
 
 constinit const ModelScene<SceneWater> sceneWater{
-    .name = "SceneWater", .model = "data\\water_alien", .functions = functionTable, .setUp = setUp};
+    .name = "SceneWater",
+    .summary =
+        "A creature that twists above rippling water in the rain, and a ray that streams particles. "
+        "Needs a ground.",
+    .model = "data\\water_alien",
+    .functions = functionTable,
+    .setUp = setUp};
 
 }  // namespace vex

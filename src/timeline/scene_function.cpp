@@ -6,21 +6,21 @@ namespace vex {
 
 namespace {
 
-const void* argument(const void* const* arguments, int slot) {
-  if (slot < 0 || slot >= maxArguments || !arguments[slot]) {
+const void* argument(const void* const* slots, int slot) {
+  if (slot < 0 || slot >= maxArguments || !slots[slot]) {
     fatalError("parameter %d missing in the call of a scene function", slot);
   }
-  return arguments[slot];
+  return slots[slot];
 }
 
 }  // namespace
 
-float numberArgument(const void* const* arguments, int slot) {
-  return *static_cast<const float*>(argument(arguments, slot));
+float Arguments::number(int slot) const {
+  return *static_cast<const float*>(argument(slots, slot));
 }
 
-const char* textArgument(const void* const* arguments, int slot) {
-  return static_cast<const char*>(argument(arguments, slot));
+const char* Arguments::text(int slot) const {
+  return static_cast<const char*>(argument(slots, slot));
 }
 
 }  // namespace vex

@@ -225,9 +225,9 @@ TEST(TimeLine, UsesAllFunctionsAndAllKindsOfParameters) {
       for (const ScriptParameter& parameter : call.parameters) kinds.insert(parameter.curve.kind);
     }
   std::set<std::string> offered;
-  for (const SceneTable& table : sceneTables())
+  for (const SceneEntry& table : sceneEntries())
     for (const FunctionRow& row : table.functions)
-      offered.insert(std::string(table.scene) + "." + std::string(row.name));
+      offered.insert(std::string(table.name) + "." + std::string(row.name));
   EXPECT_EQ(functions, offered);
   EXPECT_EQ(kinds.size(), 5u);
 }
@@ -280,7 +280,7 @@ TEST(TimeLine, EachWorldHasItsSection) {
       bool found = false;
       for (const ScriptPart* part : activeAt(cueSeconds(firstBar(section) + (beat + 0.5) / 4)))
         for (const ScriptCall& call : part->calls) {
-          const SceneTable& table = *findSceneTable(sceneTables(), call.scene);
+          const SceneEntry& table = *findSceneEntry(sceneEntries(), call.scene);
           found = found ||
                   (call.scene == scene && findFunction(table, call.function)->role == FunctionRole::draws);
         }
@@ -301,7 +301,7 @@ std::map<std::pair<const ScriptPart*, std::size_t>, Shown> shownAt(double time) 
   for (const ScriptPart* part : activeAt(time))
     for (std::size_t i = 0; i < part->calls.size(); ++i) {
       const ScriptCall& call = part->calls[i];
-      const FunctionRow& row = *findFunction(*findSceneTable(sceneTables(), call.scene), call.function);
+      const FunctionRow& row = *findFunction(*findSceneEntry(sceneEntries(), call.scene), call.function);
       Shown one{row.role == FunctionRole::draws, {}};
       bool visible = true;
       for (std::size_t k = 0; k < call.parameters.size(); ++k) {

@@ -125,7 +125,7 @@ TEST_F(Construction, FunctionsThatDrawRenderTheirSceneAtTheirTime) {
     addTrack(witness);
     witness.setAnimParams(30, false);  // 1 along x in a second
     witness.fixedTime = -1;
-    const std::span<const FunctionRow> rows = findSceneTable(sceneTables(), scene->name)->functions;
+    const std::span<const FunctionRow> rows = findSceneEntry(sceneEntries(), scene->name)->functions;
     for (const FunctionRow& row : rows) {
       SCOPED_TRACE(row.name);
       std::vector<Argument> arguments;
@@ -193,7 +193,7 @@ TEST_F(Construction, EverySceneReportsOneStep) {
   for (std::size_t i = 0; i < std::size(names); ++i) {
     EXPECT_STREQ(scenes[i]->name, names[i]);
     EXPECT_EQ(shown[i], std::string("Loading ") + names[i]);
-    const SceneTable* table = findSceneTable(sceneTables(), names[i]);
+    const SceneEntry* table = findSceneEntry(sceneEntries(), names[i]);
     ASSERT_TRUE(table) << names[i];
     EXPECT_EQ(static_cast<int>(table->functions.size()), scenes[i]->functionCount);
     scenes[i]->destroy(scenes[i]);

@@ -36,7 +36,7 @@ struct Call {
     std::size_t slot = 0;
     if (text) slots[slot++] = text;
     for (const float& number : numbers) slots[slot++] = &number;
-    for (const FunctionRow& row : sceneHelperFunctions()) {
+    for (const FunctionRow& row : sceneHelper.functions) {
       if (row.name != function) continue;
       EXPECT_EQ(row.parameters.size(), slot) << function;
       row.function(nullptr, time, slots.data());

@@ -53,7 +53,7 @@ class Outtro : public GlTest {
     demoClock.previousTime = 5 - delta;
   }
   void call(const char* function, float t, const std::vector<Argument>& arguments) {
-    callFunction(sceneOuttroFunctions(), *scene, function, t, arguments);
+    callFunction(sceneOuttro.functions, *scene, function, t, arguments);
   }
   std::vector<std::array<FeedbackVertex, 4>> quadsOf(const char* function, float t,
                                                      const std::vector<Argument>& arguments) {

@@ -15,14 +15,14 @@ namespace vex {
 namespace {
 
 const FunctionRow& rowOf(const char* function) {
-  return *findFunction(sceneTables()[0], function);
+  return *findFunction(sceneEntries()[0], function);
 }
 
-TEST(SceneTables, HoldWhatRegistrationAndProjectsNeed) {
+TEST(SceneEntrys, HoldWhatRegistrationAndProjectsNeed) {
   std::set<std::string> scenes;
-  for (const SceneTable& table : sceneTables()) {
-    EXPECT_TRUE(scenes.insert(table.scene).second) << table.scene;
-    EXPECT_LT(std::strlen(table.scene), std::size_t{sceneNameSize});
+  for (const SceneEntry& table : sceneEntries()) {
+    EXPECT_TRUE(scenes.insert(table.name).second) << table.name;
+    EXPECT_LT(std::strlen(table.name), std::size_t{sceneNameSize});
     std::set<std::string> functions;
     for (const FunctionRow& row : table.functions) {
       EXPECT_TRUE(functions.insert(row.name).second) << row.name;
@@ -34,11 +34,11 @@ TEST(SceneTables, HoldWhatRegistrationAndProjectsNeed) {
       }
     }
   }
-  EXPECT_EQ(findSceneTable(sceneTables(), "scenehelper"), nullptr);
-  EXPECT_EQ(findFunction(sceneTables()[0], "drawbitmap"), nullptr);
+  EXPECT_EQ(findSceneEntry(sceneEntries(), "scenehelper"), nullptr);
+  EXPECT_EQ(findFunction(sceneEntries()[0], "drawbitmap"), nullptr);
 }
 
-TEST(SceneTables, KnowWhatPaintsTheGround) {
+TEST(SceneEntrys, KnowWhatPaintsTheGround) {
   const std::vector<float> screen{0, -1, -1, 2, 2};
   const auto with = [&screen](std::vector<float> more) {
     std::vector<float> all = screen;
@@ -97,7 +97,7 @@ TEST(ProjectCheck, StandsRandomProjects) {
       ProjectPart& part = project.parts.emplace_back();
       part.pos = number(), part.length = number();
       for (int j = below(4); j > 0; --j) {
-        const auto functions = sceneTables()[0].functions;
+        const auto functions = sceneEntries()[0].functions;
         const FunctionRow& row =
             functions[static_cast<std::size_t>(below(static_cast<int>(functions.size())))];
         ProjectCall& call = part.calls.emplace_back();
@@ -116,9 +116,9 @@ TEST(ProjectCheck, StandsRandomProjects) {
       }
     }
     checkRules(project);
-    checkTimeLine(project, sceneTables());
-    checkGround(project, sceneTables(), [](const std::string&) { return false; });
-    if (round % 10 == 0) checkData(project, sceneTables());
+    checkTimeLine(project, sceneEntries());
+    checkGround(project, sceneEntries(), [](const std::string&) { return false; });
+    if (round % 10 == 0) checkData(project, sceneEntries());
   }
 }
 

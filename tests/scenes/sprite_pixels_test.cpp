@@ -257,12 +257,12 @@ TEST_F(SpritePixels, BeamsShineThroughTheAir) {
 
 TEST_F(SpritePixels, TheClosingScenesFlatEffects) {
   writeFile("text.txt", "P");
-  callFunction(sceneOuttroFunctions(), *scene, "preloadFont", 0, {"font"});
-  callFunction(sceneOuttroFunctions(), *scene, "preloadText", 0, {"text.txt"});
+  callFunction(sceneOuttro.functions, *scene, "preloadFont", 0, {"font"});
+  callFunction(sceneOuttro.functions, *scene, "preloadText", 0, {"text.txt"});
   scene->scrollPos = 0;
   const auto call = [this](const char* function, const std::vector<Argument>& arguments) {
     return
-        [this, function, arguments] { callFunction(sceneOuttroFunctions(), *scene, function, 0, arguments); };
+        [this, function, arguments] { callFunction(sceneOuttro.functions, *scene, function, 0, arguments); };
   };
   // The field's middle, 210 and 410 away: alpha and size in pixels follow.
   scene->stars = {{250, 250, 200}, {250 + 60, 250, 400}};

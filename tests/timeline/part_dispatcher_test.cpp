@@ -26,13 +26,14 @@ std::vector<Call> calls;
 
 void record(Scene* scene, float sceneTime, const void* const* arguments) {
   Call call{scene->name, sceneTime, {}, {}};
-  for (int i = 0; i < maxArguments && arguments[i]; ++i) call.numbers.push_back(numberArgument(arguments, i));
+  for (int i = 0; i < maxArguments && arguments[i]; ++i)
+    call.numbers.push_back(Arguments(arguments).number(i));
   calls.push_back(call);
 }
 
 void recordText(Scene* scene, float sceneTime, const void* const* arguments) {
-  Call call{scene->name, sceneTime, {numberArgument(arguments, 0), numberArgument(arguments, 1)}, {}};
-  call.text = textArgument(arguments, 2);
+  Call call{scene->name, sceneTime, {Arguments(arguments).number(0), Arguments(arguments).number(1)}, {}};
+  call.text = Arguments(arguments).text(2);
   for (int i = 3; i < maxArguments; ++i) EXPECT_EQ(arguments[i], nullptr);
   calls.push_back(call);
 }
@@ -311,7 +312,7 @@ TEST(FunctionCall, EachOfAPartHasItsOwnArguments) {
     FunctionCall* call = part.calls[static_cast<int>(i)] = new FunctionCall;
     call->function = [](Scene*, float, const void* const* arguments) {
       for (int slot = 0; slot < maxArguments; ++slot) {
-        seen += arguments[slot] ? std::to_string(static_cast<int>(numberArgument(arguments, slot))) : "-";
+        seen += arguments[slot] ? std::to_string(static_cast<int>(Arguments(arguments).number(slot))) : "-";
       }
       seen += '\n';
     };
@@ -330,7 +331,7 @@ TEST(FunctionCall, FatalTexts) {
   FunctionCall call;
   std::snprintf(call.name, sizeof call.name, "explode");
   EXPECT_EQ(fatalText([&] { call.invoke(0, 0); }), "No function call defined for explode!");
-  call.function = [](Scene*, float, const void* const* arguments) { numberArgument(arguments, 3); };
+  call.function = [](Scene*, float, const void* const* arguments) { Arguments(arguments).number(3); };
   EXPECT_EQ(fatalText([&] { call.invoke(0, 0); }), "parameter 3 missing in the call of a scene function");
   call.parameters.allocate(10);
   for (int i = 0; i < 10; ++i) call.parameters[i] = new Parameter;
@@ -346,7 +347,7 @@ TEST(FunctionCall, TheTraceSeesEveryCallBeforeItIsMade) {
   callTrace = [](const Part& part, const FunctionCall& call, float sceneTime, const void* const* arguments) {
     char line[400];
     std::snprintf(line, sizeof line, "%zu:%s.%s %g %g\n", calls.size(), part.name, call.name, sceneTime,
-                  numberArgument(arguments, 0));
+                  Arguments(arguments).number(0));
     seen += line;
   };
   show.dispatcher.runFrame(2);

@@ -33,7 +33,7 @@ const std::string grounded =
 // "known are A, B and C", of all scenes there are.
 std::string knownScenes() {
   std::string names;
-  for (const SceneTable& table : sceneTables()) names += ", " + std::string(table.scene);
+  for (const SceneEntry& table : sceneEntries()) names += ", " + std::string(table.name);
   const std::size_t last = names.rfind(", ");
   return "known are " + names.substr(2, last - 2) + " and " + names.substr(last + 2);
 }
