@@ -89,15 +89,10 @@ void compile(const char* textName, const char* projectName) {
 
 // Refuses what the player refuses, in its words.
 void loadAsThePlayer(const std::string& bytes, const char* name) {
-  std::FILE* copy = std::tmpfile();
-  if (!copy || std::fwrite(bytes.data(), 1, bytes.size(), copy) != bytes.size() || std::fflush(copy) != 0) {
-    vex::fatalError("can't write a temporary file: %s", std::strerror(errno));
-  }
   vex::PartDispatcher player;
   player.names = vex::ProjectNames::taken;
-  player.projectFile = vex::fileOpen(vex::formatted("/dev/fd/%d", fileno(copy)).c_str(), "rb");
-  player.readProject(name);
-  std::fclose(copy);
+  vex::MemorySource source(bytes);
+  player.readProject(source, name);
 }
 
 void dump(const char* name) {
@@ -121,6 +116,7 @@ Checked readProject(const char* name) {
   if (isProjectFile(bytes)) {
     vex::DecodedProject decoded = vex::decodeProject(bytes, name);
     checked.readable = decoded.failure.empty();
+    if (decoded.failure.ends_with('\n')) decoded.failure.pop_back();
     if (!checked.readable) checked.findings.push_back({.text = decoded.failure, .hint = ""});
     checked.project = std::move(decoded.project);
     if (checked.readable) checked.findings = vex::checkRules(checked.project);

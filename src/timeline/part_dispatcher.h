@@ -12,6 +12,8 @@
 
 namespace vex {
 
+struct ProjectSource;
+
 inline constexpr int maxScenes = 40;
 inline constexpr int maxParts = 1000;  // one more than a project may have
 inline constexpr int maxActiveParts = 16;
@@ -46,7 +48,6 @@ class PartDispatcher {
  public:
   std::unique_ptr<Scene*[]> scenes;
   int sceneCount = 0;
-  int projectFile = -1;    // handle while loadProject reads
   OwnedArray<Part> parts;  // in file order, which is to be ascending pos
   int cursor = 0;          // first part that may still be active; only grows
   float totalTime = 0.0f;
@@ -71,11 +72,11 @@ class PartDispatcher {
   SceneFunction* getFunctionByName(const Scene* scene, const char* name) const;
 
   // Reads the project file and has its music opened. Every failure is fatal. The format stands in
-  // timeline/project_file.h.
+  // timeline/project_record.h.
   void loadProject(const char* fileName);
 
-  // The same of a file that is open already; the name serves messages.
-  void readProject(const char* fileName);
+  // The same of what is open already; the name serves messages.
+  void readProject(ProjectSource& source, const char* fileName);
 
   // Runs every part that has ended by the start time once, at its midpoint, so that what it set holds.
   // Fatal: "Starting after end!".

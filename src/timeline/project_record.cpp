@@ -29,7 +29,7 @@ struct DecodingFailure {
 }
 
 struct Decoder {
-  std::string_view rest;
+  ProjectSource& source;
   const char* file;
   std::string place;  // what refused fields belong to: "part intro: "
   std::string owner;  // and the call or parameter: " of animate.red"
@@ -38,33 +38,31 @@ struct Decoder {
     fail("project %s: %s%s%s %s", file, place.c_str(), field, owner.c_str(), complaint.c_str());
   }
 
-  std::uint64_t bits(std::size_t size, const char* complaint) {
-    if (rest.size() < size) fail("%s", complaint);
-    const std::uint64_t value = littleEndian({reinterpret_cast<const std::uint8_t*>(rest.data()), size});
-    rest.remove_prefix(size);
-    return value;
+  template <std::size_t size>
+  std::uint64_t bits(const char* complaint) {
+    std::uint8_t bytes[size];
+    if (!source.read(bytes)) fail("%s", complaint);
+    return littleEndian(bytes);
   }
-  double real() { return std::bit_cast<double>(bits(8, "double != 8 bytes (0 read)")); }
-  std::int32_t integer() { return static_cast<std::int32_t>(bits(4, "int != 4 bytes (0 read)")); }
-  int byte() { return static_cast<int>(bits(1, "byte != 1 byte (0 read)")); }
+  double real() { return std::bit_cast<double>(bits<8>("double != 8 bytes (0 read)\n")); }
+  std::int32_t integer() { return static_cast<std::int32_t>(bits<4>("int != 4 bytes (0 read)\n")); }
+  int byte() { return static_cast<int>(bits<1>("byte != 1 byte (0 read)\n")); }
   bool flag() {
     const int value = byte();
-    if (value > 1) fail("unknown boolean values");
+    if (value > 1) fail("unknown boolean values\n");
     return value == 1;
   }
 
-  // Cut where the player stops reading: behind the 127th character that counts.
+  // Ends behind the 127th character that counts.
   std::string line() {
-    std::size_t counted = 0;
-    for (std::size_t i = 0; i < rest.size(); ++i) {
-      const bool ends = rest[i] == '\n';
-      if (!ends && rest[i] != '\r') ++counted;
-      if (!ends && counted <= maxProjectName) continue;
-      std::string text(rest.substr(0, ends ? i : i + 1));
-      rest.remove_prefix(i + 1);
-      return text;
+    std::string text;
+    for (std::size_t counted = 0; counted <= maxProjectName;) {
+      const char character = static_cast<char>(bits<1>("char != 1 byte (0 read)\n"));
+      if (character == '\n') break;
+      if (character != '\r') ++counted;
+      if (character != '\r' || source.keepsCarriageReturns) text += character;
     }
-    fail("char != 1 byte (0 read)");
+    return text;
   }
 
   std::string text(const char* field) {
@@ -139,30 +137,36 @@ ProjectPart decodePart(Decoder& in) {
   return part;
 }
 
-Project decode(Decoder in) {
-  Project project;
-  project.version = in.line();
-  if (withoutCarriageReturns(project.version) != projectVersion) {
-    fail("Wrong file version. Must be %s", projectVersion.data());
+void decode(Decoder in, ProjectListener& listener) {
+  ProjectHead head;
+  head.version = in.line();
+  if (withoutCarriageReturns(head.version) != projectVersion) {
+    fail("Wrong file version. Must be %s\n", projectVersion.data());
   }
-  project.executable = in.text("executable file name");
-  project.startTime = in.real();
-  project.functionsFile = in.text("functions file name");
-  project.leftTime = in.real();
-  project.totalTime = in.real();
-  project.zoom = in.real();
-  project.music = in.text("sound file name");
+  head.executable = in.text("executable file name");
+  head.startTime = in.real();
+  head.functionsFile = in.text("functions file name");
+  head.leftTime = in.real();
+  head.totalTime = in.real();
+  head.zoom = in.real();
+  head.music = in.text("sound file name");
   const int tickCount = in.integer();
   if (tickCount < 0) fail("project %s: tick count %d is below 0", in.file, tickCount);
   // Grows with what is there, so that a count that lies only meets the end of the file.
-  for (int i = 0; i < tickCount; ++i) project.ticks.push_back(in.real());
+  for (int i = 0; i < tickCount; ++i) head.ticks.push_back(in.real());
   const int partCount = in.integer();
   if (partCount >= maxParts) fail("pCount exceeds maximum of %d in PartDispatcher!", maxParts);
   if (partCount < 0) fail("project %s: part count %d is below 0", in.file, partCount);
-  for (int i = 0; i < partCount; ++i) project.parts.push_back(decodePart(in));
-  project.trailing = in.rest;
-  return project;
+  listener.take(std::move(head), partCount);
+  for (int i = 0; i < partCount; ++i) listener.take(decodePart(in));
 }
+
+struct Collector final : ProjectListener {
+  Project project;
+
+  void take(ProjectHead head, int) override { static_cast<ProjectHead&>(project) = std::move(head); }
+  void take(ProjectPart part) override { project.parts.push_back(std::move(part)); }
+};
 
 struct Encoder {
   std::string out;
@@ -253,12 +257,29 @@ void fillPlayed(Parameter& played, const ProjectParameter& parameter) {
   }
 }
 
-DecodedProject decodeProject(std::string_view bytes, const char* name) {
+bool MemorySource::read(std::span<std::uint8_t> target) {
+  if (rest.size() < target.size()) return false;
+  std::copy_n(rest.begin(), target.size(), target.begin());
+  rest.remove_prefix(target.size());
+  return true;
+}
+
+std::string decodeProject(ProjectSource& source, const char* name, ProjectListener& listener) {
   try {
-    return {decode({.rest = bytes, .file = name, .place = "", .owner = ""}), ""};
+    decode({.source = source, .file = name, .place = "", .owner = ""}, listener);
   } catch (const DecodingFailure& failure) {
-    return {{}, failure.text};
+    return failure.text;
   }
+  return "";
+}
+
+DecodedProject decodeProject(std::string_view bytes, const char* name) {
+  MemorySource source(bytes);
+  Collector collector;
+  std::string failure = decodeProject(source, name, collector);
+  if (!failure.empty()) return {{}, std::move(failure)};
+  collector.project.trailing = source.rest;
+  return {std::move(collector.project), ""};
 }
 
 std::string encodeProject(const Project& project) {

@@ -2,21 +2,37 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "timeline/parameter.h"
-#include "timeline/project_file.h"
 #include "timeline/project_rules.h"
 
-// A project with everything that stands in its file (the format: timeline/project_file.h), also what the
-// player passes over, so that the same bytes can be written again. Strings keep their carriage returns,
-// numbers all bits of their doubles.
+// The project file, written by an editing tool: little-endian doubles (8 bytes), ints (4 bytes), bytes,
+// bools (a byte, 0 or 1) and strings. A string is its characters and a line feed; carriage returns do
+// not count. In order:
+//
+//   version "0.17", executable name*, start time, functions file name*, left time*, total time, zoom*,
+//   music name (below 2 characters: none), int n and n ticks (doubles)*, int n and n parts
+//   part:      name, int*, pos, start, length (doubles), track (signed byte), bool*, active (bool, must
+//              be true), speed (double), byte n and n calls
+//   call:      scene name, function name, byte n (at most 9) and n parameters
+//   parameter: name, type (byte, 0 to 4), const, sin period, sin amplitude, sin offset, sin phase
+//              (doubles), byte n and n dots (double x, double y), min, max (doubles), string (at most 31
+//              characters)
+//
+// Fields marked * serve the editing tool and are passed over.
+//
+// The record keeps everything that stands in the file, also what the player passes over, so that the same
+// bytes can be written again: numbers with all bits of their doubles, strings with their carriage returns
+// where the source keeps them.
 
 namespace vex {
 
-inline constexpr std::size_t maxProjectName = projectLineSize - 2;      // characters, carriage returns apart
+inline constexpr std::string_view projectVersion = "0.17";
+inline constexpr std::size_t maxProjectName = 126;                      // characters, carriage returns apart
 inline constexpr std::size_t maxProjectString = projectStringSize - 1;  // the same for a parameter's string
 inline constexpr std::size_t maxProjectCount = 255;                     // of dots and calls, kept in a byte
 
@@ -66,7 +82,8 @@ struct ProjectPart {
   }
 };
 
-struct Project {
+// All before the parts.
+struct ProjectHead {
   std::string version{projectVersion};
   std::string executable = "vex";
   double startTime = 0;
@@ -76,6 +93,9 @@ struct Project {
   double zoom = 1;
   std::string music;
   std::vector<double> ticks;
+};
+
+struct Project : ProjectHead {
   std::vector<ProjectPart> parts;
   std::string trailing;  // bytes behind the end, which nobody reads
 };
@@ -89,12 +109,45 @@ std::string playedText(std::string_view text);
 // Fills a fresh parameter as the player holds it, in floats.
 void fillPlayed(Parameter& played, const ProjectParameter& parameter);
 
-struct DecodedProject {
-  Project project;
-  std::string failure;  // the player's text about what no project file can look like; empty when read
+// Where the bytes of a project file come from.
+struct ProjectSource {
+  const bool keepsCarriageReturns;  // in the strings of the record
+
+  explicit ProjectSource(bool keepReturns) : keepsCarriageReturns(keepReturns) {}
+
+  // Fills the target. False when the file ends before.
+  virtual bool read(std::span<std::uint8_t> target) = 0;
+
+ protected:
+  ~ProjectSource() = default;
+};
+
+struct MemorySource final : ProjectSource {
+  std::string_view rest;
+
+  explicit MemorySource(std::string_view bytes) : ProjectSource(true), rest(bytes) {}
+  bool read(std::span<std::uint8_t> target) override;
+};
+
+// Who takes the pieces of a record as they are read.
+struct ProjectListener {
+  virtual void take(ProjectHead head, int partCount) = 0;
+  virtual void take(ProjectPart part) = 0;
+
+ protected:
+  ~ProjectListener() = default;
 };
 
 // Judges what the format forbids, not what the rules of project_rules.h do. `name` stands in messages.
+// Returns the player's last words about what no project file can look like: "double != 8 bytes (0 read)\n",
+// "int != 4 bytes (0 read)\n", "byte != 1 byte (0 read)\n", "char != 1 byte (0 read)\n" where a whole value
+// is not there, "unknown boolean values\n" and so on; empty when all was read.
+std::string decodeProject(ProjectSource& source, const char* name, ProjectListener& listener);
+
+struct DecodedProject {
+  Project project;
+  std::string failure;  // as above
+};
 DecodedProject decodeProject(std::string_view bytes, const char* name);
 
 // The project must keep the limits of the format.

@@ -1,5 +1,3 @@
-#include "timeline/project_file.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdio>
