@@ -56,7 +56,7 @@ std::vector<StageLight> lights() {
        .coneDegrees = lampConeDegrees},
       {.name = "HandLight", .position = nozzlePlace, .colour = {0.5f, 0.95f, 0.9f}},
       {.name = "AlarmLight", .position = Vector(0, 150, 0), .colour = {4.5f, 0.16f, 0.1f}},
-      {.name = "WaterParticle", .position = outOfSight, .on = false, .colour = {0.42f, 0.85f, 0.8f}},
+      {.name = "WaterParticle", .position = outOfSight, .on = false, .colour = {0.2f, 0.42f, 0.4f}},
   };
   // The alarm's light turns through the room.
   all[4].positions = positionKeys(
@@ -116,8 +116,9 @@ std::vector<StageMaterial> materials() {
       shard,
 
       {.name = "heart",
-       .diffuse = {0.7f, 0.1f, 0.06f},
-       .ambient = {0.75f, 0.1f, 0.04f},
+       .texture = "fetus_props",
+       .diffuse = {0.7f, 0.6f, 0.6f},
+       .ambient = {0.8f, 0.8f, 0.8f},
        .specular = {0.5f, 0.4f, 0.4f},
        .shine = 0.4f,
        .shineStrength = 0.8f},
@@ -148,12 +149,12 @@ std::vector<StageMesh> beingMeshes(const Surface& skin, const Surface& things) {
   StageMesh being{.name = "fetus", .surface = skin, .pivot = centre, .material = "skin"};
   being.motion.positions = positionKeys(shotSeconds, 15, beingPlace);
   being.motion.turns = turnKeys(shotSeconds, 15, [](float t) { return beingTurn(t); });
-  StageMesh heart{.name = "heart",
-                  .parent = "fetus",
-                  .surface = heartSurface(),
-                  .pivot = heartPlace,
-                  .material = "heart"};
-  heart.motion.scales = scaleKeys(loopSeconds, 30, [](float t) {
+  StageMesh pump{.name = "heart",
+                 .parent = "fetus",
+                 .surface = partOf(things, heart),
+                 .pivot = heartPlace,
+                 .material = "heart"};
+  pump.motion.scales = scaleKeys(loopSeconds, 30, [](float t) {
     const float grown = 1 + 0.4f * t / loopSeconds;
     return Vector(grown, grown, grown);
   });
@@ -163,7 +164,7 @@ std::vector<StageMesh> beingMeshes(const Surface& skin, const Surface& things) {
   // The rim is hidden by opaque skin and lights up round what is within once the skin is glass.
   std::vector<StageMesh> all{being,
                              within("bones", partOf(things, bones), "bone"),
-                             heart,
+                             pump,
                              within("cord", cordSurface(), "hose"),
                              within("lids", partOf(things, lids), "lid"),
                              within("rim", withoutMapping(rimSurface()), "rim")};
@@ -233,8 +234,8 @@ Surface unmapped(const std::vector<Surface>& what) {
 }
 
 Model fetusModel(const Settings& settings) {
-  constexpr Prop props[] = {apparatus, phone,     dial, receiver, ashtray, cigarette, nozzle, shade, bulb,
-                            shelf,     specimens, duct, legs,     beacon,  bones,     lids,   covers};
+  constexpr Prop props[] = {apparatus, phone,     dial, receiver, ashtray, cigarette, nozzle, shade,  bulb,
+                            shelf,     specimens, duct, legs,     beacon,  bones,     lids,   covers, heart};
   Surface things;
   for (const Prop prop : props) append(things, propSurface(prop), prop);
   things = mappedAtlas(
@@ -260,7 +261,9 @@ Model fetusModel(const Settings& settings) {
                    case covers:
                      return 3.0f;
                    case bones:
-                     return 2.2f;
+                     return 2.0f;
+                   case heart:
+                     return 4.0f;
                    default:
                      return 1.0f;
                  }
@@ -276,14 +279,15 @@ Model fetusModel(const Settings& settings) {
       mappedAtlas(tableTop(), {.charts = Charts::byNormals, .side = 512, .density = [](const Triangle& t) {
                                  return t.part == 0 ? 1.0f : 0.4f;
                                }});
-  const Surface skin = mappedAtlas(beingSurface(), {.charts = Charts::byNormals, .side = 512});
+  const Surface skin = mappedAtlas(beingSurface(), {.charts = Charts::byNormals, .side = 1024});
   const Surface door = partOf(walled, leaf);
   const Surface slack = hoseSurface(0), swollen = hoseSurface(1);
 
   // What is in the jar is lit as if its skin were glass.
   const RayTree clear = rayTree(unmapped({things, walled, table, slack}));
-  const Surface solid = selected(
-      things, [](const Triangle& t) { return t.part != bones && t.part != lids && t.part != covers; });
+  const Surface solid = selected(things, [](const Triangle& t) {
+    return t.part != bones && t.part != lids && t.part != covers && t.part != heart;
+  });
   const RayTree all = rayTree(unmapped({solid, walled, table, skin, slack}));
   const RayTree body = rayTree(withoutMapping(skin));
   const auto picture = [&](const Surface& surface, const RayTree& obstacles, const BakeLook& look, int side,
@@ -347,7 +351,7 @@ Model fetusModel(const Settings& settings) {
           {picture(walled, all, labLook(160, 36), 512, 1.5f, roomColour),
            picture(table, all, labLook(60, 49), 512, 0.8f, tableColour),
            picture(things, clear, labLook(60, 36), 512, 0.7f, propColour),
-           picture(skin, body, labLook(24, 64), 512, 0.9f, skinColour), eyePicture(settings.side(256)),
+           picture(skin, body, labLook(24, 64), 1024, 0.9f, skinColour), eyePicture(settings.side(256)),
            windowPicture(settings.side(256)), hosePicture(settings.side(256)),
            glassPicture(settings.side(256)), beamPicture(2048)}};
 }
@@ -366,7 +370,8 @@ Products fetusModels() {
                  {"fetus_hose", PictureKind::jpeg},
                  {"fetus_glass", PictureKind::maskedJpeg},
                  {"vollight", PictureKind::bmp}},
-                5, fetusModel, {"production/models/fetus_", "production/song/cues."})};
+                5, fetusModel,
+                {"production/models/fetus_", "production/models/simplify.", "production/song/cues."})};
 }
 
 }  // namespace vex

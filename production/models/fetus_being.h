@@ -18,8 +18,15 @@ extern const std::array<Limb, 7> limbs;
 extern const std::array<Vector, 7> back;
 
 inline const Vector handPlace(-19.5f, 0.5f, 5.5f), footPlace(-15, -33, 5);
-Vector fingerTip(int finger);  // 0 to 3
-Vector toeTip(int toe);
+struct Digit {
+  std::array<Vector, 4> joints;  // from the root to the tip
+  float thick = 1;
+};
+const std::array<Digit, 5>& fingers();  // the thumb last
+const std::array<Digit, 5>& toes();     // the big one first
+
+// How far the lids part in a direction from the line of sight, in radians: an almond.
+float lidOpening(float across, float up);
 
 float beingDistance(const Vector& p);  // of the whole skin
 

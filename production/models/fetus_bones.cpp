@@ -6,6 +6,7 @@
 #include "production/geometry/mapping.h"
 #include "production/models/fetus_being.h"
 #include "production/models/fetus_parts.h"
+#include "production/models/simplify.h"
 #include "production/textures/palette.h"
 
 // What shows through the being when its skin is glass: a skeleton, lids that hold the eyes, the cord.
@@ -82,14 +83,19 @@ float skeletonDistance(const Vector& p, const std::vector<Vector>& places) {
   d = std::min(d, taper(q, Vector(-5.2f, -1, 0), Vector(-5.4f, -9.5f, 0), 1.15f, 0.8f));    // breastbone
   d = smoothJoin(d, ellipsoid(q, Vector(6.5f, -24, 5), Vector(5.2f, 3.6f, 1.5f)), 1.4f);    // hip
   // All of it stays within the skin.
-  return std::max(d, beingDistance(p) + 0.55f);
+  return std::max(d, beingDistance(p) + 0.9f);
 }
 
-// Three bones in a row, thick where they meet.
-Surface digit(const Vector& from, const Vector& root, const Vector& tip) {
+// From `from` through the joints of a finger or a toe, thick where its bones meet.
+Surface digitBones(const Vector& from, const Digit& digit, float side) {
+  std::vector<Vector> path{from};
+  for (const Vector& joint : digit.joints) path.push_back(joint);
+  for (Vector& place : path) place.z *= side;
   return withoutMapping(tube(
-      smoothPath({from, mix(from, root, 0.6f), root, mix(root, tip, 0.5f), tip}, 6), 4,
-      [](float t) { return 0.4f + 0.2f * std::pow(std::fabs(std::cos(3 * pi * t)), 3.0f) - 0.12f * t; },
+      smoothPath(path, 8), 3,
+      [&](float t) {
+        return digit.thick * (0.4f + 0.22f * std::pow(std::fabs(std::cos(4 * pi * t)), 3.0f) - 0.12f * t);
+      },
       TubeEnd::point));
 }
 
@@ -102,8 +108,9 @@ Vector acrossFrom(const Vector& p, float side) {
 Surface bonesSurface() {
   const std::vector<Vector> places = spinePlaces();
   const Solid solid = [&](const Vector& p) { return skeletonDistance(p, places); };
-  Surface all = compacted(
-      isosurface(solid, {.bounds = {Vector(-27, -40, -20), Vector(26, 36, 20)}, .cell = 2.12f, .relax = 3}));
+  Surface all = simplified(
+      compacted(isosurface(solid, {.bounds = {Vector(-27, -40, -20), Vector(26, 36, 20)}, .cell = 1.0f})),
+      1500, [](const Vector& p) { return p.x < -8 && p.y > 0 ? 6.0f : 1.0f; });
   for (const float side : {-1.0f, 1.0f}) {
     for (int i = 0; i < 8; ++i) {  // ribs, the lower ones do not reach the breastbone
       const float y = 2 - 2.7f * static_cast<float>(i), reach = i < 6 ? -4.8f : 1.5f;
@@ -113,38 +120,35 @@ Surface bonesSurface() {
                                   Vector(13, y + 1, 6 * wide), Vector(6, y - 1.2f, 8.6f * wide),
                                   Vector(-1, y - 3.4f, 6.6f * wide), Vector(reach, y - 4.4f, 1.6f * side)},
                                  8),
-                      4, [](float t) { return mix(0.9f, 0.55f, t); }, TubeEnd::point)));
+                      3, [](float t) { return mix(0.95f, 0.6f, t); }, TubeEnd::point)));
     }
-    for (std::size_t i = 1; i < limbs.size(); ++i) {
-      const bool leg = i >= 4, end = i == 3 || i == 6;
+    for (const std::size_t i : {1, 2, 4, 5}) {
+      const bool leg = i >= 4;
       append(all, longBone(acrossFrom(limbs[i].from, side), acrossFrom(limbs[i].to, side), leg ? 1.0f : 0.8f,
-                           end   ? 0.9f
-                           : leg ? 1.8f
-                                 : 1.4f));
+                           leg ? 1.8f : 1.4f));
     }
-    for (int i = 0; i < 4; ++i)
-      append(all, digit(acrossFrom(mix(limbs[3].from, handPlace, 0.35f), side), acrossFrom(handPlace, side),
-                        acrossFrom(mix(handPlace, fingerTip(i), 0.5f), side)));
+    for (const Digit& finger : fingers()) append(all, digitBones(limbs[2].to, finger, side));
+    for (const Digit& toe : toes()) append(all, digitBones(limbs[5].to, toe, side));
   }
   return all;
 }
 
-// From the opening, an almond, round the ball into the socket.
+// From the opening round the ball, under the skin.
 Surface lidSurface(float side) {
   const Vector axis = gazeAxis(side), across = eyeAcross(side), up = cross(axis, across),
                centre = acrossFrom(eyePlace, side);
-  Surface lid = withoutMapping(sheet(
-      20, 4,
-      [&](float s, float t) {
-        const float phi = 2 * pi * s, wide = std::fabs(std::cos(phi));
-        const float opening = (50 + 25 * std::pow(wide, 1.6f)) * pi / 180;
-        const float fold = t < 0.1f ? 0.0f : (t - 0.25f) / 0.75f;  // the first row is the lid's thickness
-        const float theta = mix(opening, 98 * pi / 180, fold);
-        const float radius = eyeRadius + (t < 0.1f ? 0.05f : mix(0.4f, -0.1f, fold * fold));
-        return centre + (across * std::cos(phi) + up * std::sin(phi)) * (radius * std::sin(theta)) +
-               axis * (radius * std::cos(theta));
-      },
-      {.closedAcross = true}));
+  Surface lid = withoutMapping(
+      sheet(24, 4,
+            [&](float s, float t) {
+              const float phi = 2 * pi * s;
+              // The first row is the lid's thickness; over the skin's edge and under it.
+              const float fold = std::max(0.0f, (t - 0.25f) / 0.75f);
+              const float theta = lidOpening(std::cos(phi), std::sin(phi)) + 0.34f * fold;
+              const float radius = eyeRadius + (t < 0.1f ? 0.03f : 0.5f + 0.36f * std::sin(pi * fold));
+              return centre + (across * std::cos(phi) + up * std::sin(phi)) * (radius * std::sin(theta)) +
+                     axis * (radius * std::cos(theta));
+            },
+            {.closedAcross = true}));
   const Triangle& some = lid.triangles[lid.triangles.size() / 2];
   const Vector out = lid.points[static_cast<std::size_t>(some.points[0])] - centre;
   return dot(normalOf(lid, some), out) < 0 ? turnedOver(lid) : lid;
@@ -157,7 +161,7 @@ Surface coverSurface(float side) {
   const float radius = eyeRadius + 0.2f;
   const Surface cover = withoutMapping(sheet(10, 4, [&](float s, float t) {
     const float aside = (2 * s - 1) * 80 * pi / 180;
-    const float edge = -53 * std::sqrt(std::max(0.0f, 1 - (2 * s - 1) * (2 * s - 1)));
+    const float edge = -45 * std::sqrt(std::max(0.0f, 1 - (2 * s - 1) * (2 * s - 1)));
     const float rise = mix(edge, 60.0f, t) * pi / 180;
     const Vector out =
         across * std::sin(aside) + (up * std::sin(rise) + axis * std::cos(rise)) * std::cos(aside);

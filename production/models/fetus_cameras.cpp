@@ -68,11 +68,11 @@ std::vector<StageCamera> cameras() {
           "view_phone", 70,
           {{2, 1, {Vector(98, -31, 168), Vector(72, -32, 152)}, {Vector(64, -17, 0), Vector(60, -15, 0)}}}),
       // The cigarette before the dark.
-      camera("view_ash", 54,
+      camera("view_ash", 50,
              {{3,
                1,
-               {Vector(-12, -37, 88), Vector(-20, -36, 93)},
-               {Vector(-54, -33, 44), Vector(-56, -32, 47)}}}),
+               {Vector(-46, -36, 112), Vector(-53, -35, 116)},
+               {Vector(-62, -36, 44), Vector(-64, -36, 44)}}}),
       // From under the ceiling, with the beam.
       camera(
           "view_above", 74,
@@ -89,13 +89,13 @@ std::vector<StageCamera> cameras() {
                {Vector(12, 4, 0), Vector(10, 4, 0), Vector(-4, 4, 0), Vector(-12, 6, 0)}}}),
       // It wakes.
       camera("view_wakes", 46,
-             {{8, 1, {Vector(-36, 20, 100), Vector(-24, 17, 84)}, {Vector(6, 12, 0), Vector(2, 13, 0)}}}),
+             {{8, 1, {Vector(-44, 24, 124), Vector(-32, 21, 108)}, {Vector(6, 13, 0), Vector(2, 15, 0)}}}),
       // Into the one eye.
-      camera("view_sees", 34,
+      camera("view_sees", 36,
              {{9,
                1,
-               {Vector(-20, 17, 104), Vector(-10, 16, 84), Vector(1, 15, 62)},
-               {Vector(-2, 13, 0), Vector(-2, 13.5f, 0), Vector(-1, 14.5f, 0)}}}),
+               {Vector(-30, 20, 138), Vector(-20, 18, 122), Vector(-10, 17, 108)},
+               {Vector(-2, 15, 0), Vector(-2, 15.5f, 0), Vector(-1, 16, 0)}}}),
       // Along the hose to the jar.
       camera("view_hose", 64,
              {{10,
@@ -104,7 +104,7 @@ std::vector<StageCamera> cameras() {
                {Vector(50, -4, -30), Vector(36, 4, -20)}}}),
       // Over the sprayer.
       camera("view_sprayer", 58,
-             {{11, 1, {Vector(126, 30, 122), Vector(98, 34, 132)}, {Vector(22, 4, 6), Vector(14, 7, 4)}}}),
+             {{11, 1, {Vector(58, 22, 138), Vector(40, 26, 142)}, {Vector(16, 7, 4), Vector(12, 8, 4)}}}),
       // Under the beacon.
       camera("view_alarm", 66,
              {{12,
@@ -115,8 +115,8 @@ std::vector<StageCamera> cameras() {
       camera("view_stares", 44,
              {{14,
                2,
-               {Vector(-36, 19, 96), Vector(-16, 16, 84), Vector(-8, 16, 78), Vector(-6, 16, 74)},
-               {Vector(5, 12, 0), Vector(2, 13, 0), Vector(0, 13, 0), Vector(-1, 13, 0)}}}),
+               {Vector(-50, 16, 138), Vector(-26, 14, 130), Vector(-14, 14, 122), Vector(-10, 14, 116)},
+               {Vector(5, 8, 0), Vector(2, 9, 0), Vector(0, 10, 0), Vector(-1, 10, 0)}}}),
       // Past what is in the glass.
       camera("view_glass", 62,
              {{15,
@@ -131,14 +131,14 @@ std::vector<StageCamera> cameras() {
                {Vector(4, 4, 0), Vector(0, 4, 0), Vector(-2, 4, 0), Vector(-4, 5, 0)}}},
              3),
       // Up from the table.
-      camera("view_shards", 76,
-             {{17, 1, {Vector(60, -42, 84), Vector(46, -44, 80)}, {Vector(-16, 24, 8), Vector(-14, 30, 8)}}}),
+      camera("view_shards", 70,
+             {{17, 1, {Vector(50, -40, 84), Vector(36, -41, 82)}, {Vector(-14, 10, 6), Vector(-12, 13, 6)}}}),
       // Past the child to the door.
       camera("view_door", 64,
              {{18,
                2,
-               {Vector(-112, 3, 110), Vector(-132, 6, 82), Vector(-150, 8, 45)},
-               {Vector(34, -4, -48), Vector(26, -8, -58), Vector(18, -14, -64)}}}),
+               {Vector(-166, 3, 14), Vector(-172, 5, 4), Vector(-180, 8, -8)},
+               {Vector(30, -22, -84), Vector(27, -24, -88), Vector(23, -26, -92)}}}),
   };
 }
 

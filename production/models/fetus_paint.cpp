@@ -7,6 +7,7 @@
 #include "production/image/filter.h"
 #include "production/image/noise3.h"
 #include "production/image/solid.h"
+#include "production/models/fetus_being.h"
 #include "production/models/fetus_parts.h"
 #include "production/textures/palette.h"
 
@@ -69,7 +70,8 @@ Colour4 roomColour(const BakePoint& p) {
 }
 
 Colour4 propColour(const BakePoint& p) {
-  if (p.part == phone || p.part == lids || p.part == covers) return paintedProp(p);  // not lit by the player
+  if (p.part == phone || p.part == lids || p.part == covers || p.part == heart)
+    return paintedProp(p);  // not lit by the player
   Colour4 colour = paintedProp(p) * propGain;
   colour.a = 1;
   return colour;
@@ -164,7 +166,7 @@ Colour4 paintedProp(const BakePoint& p) {
     case apparatus: {
       const float band = smoothStep(0.35f, 0.7f, grit(Vector(q.x, q.y * 4, q.z), 0.05f, 952));
       if (q.y < -40 && std::hypot(q.x, q.z) < 38) return lit(gradient(tealRamp, 0.36f), p) * 0.5f;
-      return lit(mix(gradient(steelRamp, 0.44f + 0.2f * band), gradient(brassRamp, 0.5f), 0.42f) *
+      return lit(mix(gradient(steelRamp, 0.46f + 0.07f * band), gradient(brassRamp, 0.5f), 0.34f) *
                      (0.8f + 0.7f * edge),
                  p);
     }
@@ -185,7 +187,9 @@ Colour4 paintedProp(const BakePoint& p) {
                           : mix(ink, gradient(boneRamp, 0.8f), smoothStep(1.1f, 1.5f, hole));
       const Colour4 seen = lit(colour, p);
       const float gloss = std::pow(clamp01(p.light.g * 0.62f), 4.0f);
-      return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss);
+      // The lamp is beyond it: a rim along what faces up and to it.
+      const float rim = std::pow(std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.85f, 0.1f)))), 3.0f);
+      return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss) + gradient(tealRamp, 0.8f) * (0.9f * rim);
     }
     case ashtray:
       return lit(q.y > cigarettePlace.y + 1.5f - 5
@@ -242,6 +246,19 @@ Colour4 paintedProp(const BakePoint& p) {
       return boneColour(p);
     case lids:
       return lidColour(p);
+    case heart: {
+      // Muscle in turns about its axis, fat in the furrows, vessels over both.
+      const Vector at = q - heartPlace;
+      const float turn = std::atan2(at.z, at.x),
+                  muscle = gradientNoise(Vector(turn * 3 + at.y, at.y * 0.6f, 0), 0, 967);
+      const float vessel =
+          std::pow(1 - std::fabs(gradientNoise(warp(at * 0.32f, 0, 0.5f, 968), 0, 969)), 12.0f);
+      Colour4 colour = mix(Colour4{0.62f, 0.05f, 0.05f}, Colour4{0.9f, 0.2f, 0.12f}, 0.5f + 0.5f * muscle);
+      colour = mix(colour, Colour4{1.0f, 0.6f, 0.4f}, 0.5f * smoothStep(0.6f, 0.9f, wear) + 0.4f * edge);
+      colour = mix(colour, Colour4{0.26f, 0.0f, 0.06f}, 0.85f * vessel);
+      const float key = std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.8f, 0.3f))));
+      return colour * (0.25f + 0.95f * key);
+    }
     case covers: {
       // Skin, thin and veined, with a dark wet edge below.
       const float side = q.z < 0 ? -1.0f : 1.0f;
@@ -249,12 +266,12 @@ Colour4 paintedProp(const BakePoint& p) {
       const Vector axis = gazeAxis(side), across = eyeAcross(side);
       const float aside = std::asin(std::clamp(dot(w, across), -1.0f, 1.0f)) / (80 * pi / 180),
                   rise = std::atan2(dot(w, cross(axis, across)), dot(w, axis)) * 180 / pi;
-      const float above = rise + 53 * std::sqrt(std::max(0.0f, 1 - aside * aside));  // degrees from the edge
+      const float above = rise + 45 * std::sqrt(std::max(0.0f, 1 - aside * aside));  // degrees from the edge
       const float vein = std::pow(1 - std::fabs(gradientNoise(q * 0.7f, 0, 959)), 8.0f);
       Colour4 colour = mix(Colour4{0.74f, 0.47f, 0.39f}, Colour4{0.6f, 0.3f, 0.28f}, wear);
       colour = mix(colour, Colour4{0.4f, 0.13f, 0.2f}, 0.5f * vein);
       colour = mix(colour, Colour4{0.3f, 0.08f, 0.09f}, 0.8f * smoothStep(9, 1, above));
-      return colour * (0.55f + 0.35f * smoothStep(0, 60, above));
+      return colour * (0.42f + 0.34f * smoothStep(0, 60, above));
     }
   }
   return black;
@@ -284,43 +301,51 @@ Colour4 lidColour(const BakePoint& p) {
   const Vector w = p.position - Vector(eyePlace.x, eyePlace.y, eyePlace.z * side);
   const Vector axis = gazeAxis(side), across = eyeAcross(side);
   const float theta = std::acos(std::clamp(dot(unit(w), axis), -1.0f, 1.0f));
-  const float wide = std::fabs(dot(unit(w - axis * dot(w, axis)), across));
-  const float past = theta - (50 + 25 * std::pow(wide, 1.6f)) * pi / 180;  // radians behind the rim
-  const float crease = smoothStep(0.05f, 0.0f, std::fabs(past - 0.32f));
-  Colour4 colour =
-      mix(Colour4{0.86f, 0.58f, 0.48f}, Colour4{0.72f, 0.38f, 0.33f}, grit(p.position, 0.5f, 958));
-  colour = mix(colour, Colour4{0.4f, 0.1f, 0.12f}, 0.6f * crease);
-  colour = mix(colour, Colour4{0.84f, 0.5f, 0.43f}, 0.7f * smoothStep(0.12f, 0.05f, past));
-  colour = mix(colour, Colour4{0.42f, 0.1f, 0.1f}, smoothStep(0.05f, 0.0f, past));
-  colour = mix(colour, Colour4{0.5f, 0.22f, 0.19f}, smoothStep(0.4f, 0.75f, past));
-  colour = colour * (0.62f + 0.3f * p.light.g);
+  const float past = theta - lidOpening(dot(w, across), w.y);  // radians behind the rim
+  Colour4 colour = mix(Colour4{0.8f, 0.46f, 0.38f}, Colour4{0.7f, 0.34f, 0.3f}, grit(p.position, 0.5f, 958));
+  colour = mix(colour, Colour4{0.5f, 0.16f, 0.14f}, smoothStep(0.06f, 0.0f, past));
+  colour = mix(colour, Colour4{0.6f, 0.26f, 0.22f}, smoothStep(0.12f, 0.34f, past));
+  const float above = p.normal.y;
+  colour = colour * (0.62f + 0.3f * above);
   colour.a = 1;
   return colour;
 }
 
-// Thin skin over blood: veins, flush in the hollows, pale on brow and knuckles.
+// Thin skin over blood: veins, flush in the hollows, pale on brow and knuckles. Its finest forms are painted
+// with the lamp's light on them, finer than its triangles.
 Colour4 skinColour(const BakePoint& p) {
   const Vector q(p.position.x, p.position.y, std::fabs(p.position.z));
-  const float hollow = smoothStep(0.85f, 0.3f, p.open);
   const Vector bent = warp(q * 0.1f, 0, 0.7f, 961);
   const float vein =
-      std::pow(1 - std::fabs(gradientNoise(bent, 0, 962)), 12.0f) * (0.4f + 0.6f * grit(q, 0.06f, 963));
+      std::pow(1 - std::fabs(gradientNoise(bent, 0, 962)), 14.0f) * (0.4f + 0.6f * grit(q, 0.06f, 963));
   const float fine = std::pow(1 - std::fabs(gradientNoise(bent * 2.3f, 0, 964)), 9.0f);
-  const float mottle = grit(q, 0.17f, 965);
-  Colour4 colour = mix(Colour4{1.0f, 0.8f, 0.68f}, Colour4{0.93f, 0.58f, 0.48f}, mottle);
-  colour = mix(colour, Colour4{0.62f, 0.12f, 0.12f}, 0.65f * hollow);
-  colour = mix(colour, Colour4{0.36f, 0.1f, 0.24f}, 0.65f * vein);
-  colour = mix(colour, Colour4{0.72f, 0.16f, 0.16f}, 0.3f * fine);
-  colour = mix(colour, Colour4{0.98f, 0.86f, 0.74f}, 0.45f * std::max(0.0f, p.edge));
-  // The socket lies in a soft shadow; lips and nostrils are dark.
-  const float socket = smoothStep(8.5f, 4.2f, (q - eyePlace).length());
-  colour = mix(colour, Colour4{0.42f, 0.13f, 0.15f}, 0.55f * socket);
-  const float mouth = taper(q, Vector(-22, 6.2f, 0), Vector(-17.8f, 5.7f, 4.2f), 0.3f, 0.1f),
-              nostril = ball(q, Vector(-22.4f, 8.7f, 0.9f), 0.35f);
-  colour = mix(colour, Colour4{0.2f, 0.03f, 0.06f},
-               0.85f * std::max(smoothStep(0.45f, 0.05f, mouth), smoothStep(0.5f, 0.1f, nostril)));
-  const float shade = 0.42f + 0.58f * p.open;
-  colour = colour * shade + Colour4{0.2f, 0.02f, 0.02f} * (0.5f * hollow);
+  const Vector normal = normalAt(beingDistance, p.position, 0.12f);
+  const float within = beingDistance(p.position);
+  const auto free = [&](float reach) {
+    return clamp01((beingDistance(p.position + normal * reach) - within) / reach);
+  };
+  const float crevice = free(0.5f) * (0.45f + 0.55f * free(1.6f)), hollow = 1 - crevice * p.open;
+  Colour4 colour = mix(Colour4{1.0f, 0.8f, 0.69f}, Colour4{0.93f, 0.6f, 0.5f}, grit(q, 0.17f, 965));
+  colour = mix(colour, Colour4{0.72f, 0.2f, 0.16f}, 0.55f * hollow);
+  // Less blood shows on the face than on the skull.
+  const float face = smoothStep(13, 8, (q - Vector(-21, 8, 0)).length());
+  colour = mix(colour, Colour4{0.4f, 0.13f, 0.26f}, (0.5f - 0.3f * face) * vein);
+  colour = mix(colour, Colour4{0.72f, 0.16f, 0.16f}, 0.22f * fine);
+  const float lips = std::min(taper(q, Vector(-22.1f, 7.0f, 0.3f), Vector(-20.2f, 6.3f, 3), 0.62f, 0.3f),
+                              taper(q, Vector(-22, 5.6f, 0), Vector(-20.2f, 6, 2.7f), 0.85f, 0.35f));
+  colour = mix(colour, Colour4{0.8f, 0.3f, 0.29f}, 0.7f * smoothStep(0.35f, -0.05f, lips));
+  const float cheek = smoothStep(5.5f, 1, (q - Vector(-18.5f, 8.6f, 6.4f)).length()),
+              tip = smoothStep(3, 0.5f, (q - Vector(-23.6f, 10, 0)).length());
+  colour = mix(colour, Colour4{0.95f, 0.42f, 0.36f}, 0.35f * std::max(cheek, tip));
+  const float socket = smoothStep(7.5f, 4.5f, (q - eyePlace).length());
+  colour = mix(colour, Colour4{0.5f, 0.2f, 0.22f}, 0.35f * socket);
+  // From above and before it; a little comes back from the table.
+  const float key = std::max(0.0f, dot(normal, unit(Vector(-0.42f, 0.88f, 0)))),
+              below = std::max(0.0f, -normal.y);
+  const float before = std::max(0.0f, -normal.x);
+  const float light = (0.34f + 0.82f * std::pow(key, 0.8f) + 0.1f * below + 0.24f * before) *
+                      (0.42f + 0.58f * p.open) * (0.16f + 0.84f * crevice);
+  colour = colour * light + Colour4{0.16f, 0.015f, 0.01f} * (0.5f * hollow);
   colour.a = 1;
   return colour;
 }
@@ -344,16 +369,12 @@ Canvas eyePicture(int side) {
     within = within * (1 - 0.85f * smoothStep(0.5f, iris, r));
     colour = mix(colour, within, smoothStep(iris + 0.05f, iris - 0.03f, r));
     colour = mix(colour, black, smoothStep(pupil + 0.05f, pupil - 0.02f, r));
-    colour = colour * (1 - 0.6f * smoothStep(0.15f, 0.8f, y));  // the lid's shadow
-    // The window, and who stands in it; the lamp.
-    const float across = (x - 0.2f) / 0.13f, up = (y - 0.27f) / 0.1f;
-    const float pane =
-        smoothStep(1, 0.8f, std::fabs(across + 0.5f * up * up * 0.3f)) * smoothStep(1, 0.75f, std::fabs(up));
-    const float body = std::max(smoothStep(0.42f, 0.3f, std::hypot(across, (up - 0.25f) * 0.8f)),
-                                smoothStep(0.6f, 0.45f, std::fabs(across)) * smoothStep(-0.1f, -0.3f, up));
-    colour = colour + gradient(tealRamp, 0.78f) * (0.8f * pane * (1 - 0.9f * body));
-    colour =
-        colour + Colour4{1, 1, 0.94f} * (1.2f * smoothStep(0.075f, 0.035f, std::hypot(x + 0.2f, y - 0.3f)));
+    colour = colour * (1 - 0.75f * smoothStep(0.1f, 0.62f, y));  // the lid's shadow
+    // The lamp, and a wet edge along the lower lid.
+    const float lamp = smoothStep(0.13f, 0.075f, std::hypot(x + 0.19f, (y - 0.25f) * 1.1f));
+    const float wet =
+        smoothStep(0.05f, 0.0f, std::fabs(std::hypot(x, y + 0.06f) - 0.66f)) * smoothStep(-0.25f, -0.6f, y);
+    colour = colour + Colour4{1, 1, 0.96f} * (1.3f * lamp + 0.25f * wet);
     colour.a = 1;
     return colour;
   });
@@ -407,14 +428,14 @@ Canvas hosePicture(int side) {
 Canvas glassPicture(int side) {
   return paintSmooth(side, side, 2, [](float u, float down) {
     const float x = 2 * u - 1, y = 1 - 2 * down, r = std::hypot(x, y);
-    const float rim = std::pow(clamp01(r), 7.0f) * smoothStep(1.03f, 0.96f, r);
+    const float rim = std::pow(clamp01(r), 12.0f) * smoothStep(1.03f, 0.96f, r);
     const auto pane = [&](float cx, float cy, float w, float h, float soft) {
       return smoothStep(w, w - soft, std::fabs(x - cx)) * smoothStep(h, h - soft, std::fabs(y - cy));
     };
-    const float lamp = pane(-0.52f, 0.42f, 0.10f, 0.3f, 0.07f);
-    const float window = pane(0.6f, 0.18f, 0.07f, 0.34f, 0.05f) * (0.6f + 0.4f * lineAt(y * 5, 0.2f));
+    const float lamp = pane(-0.52f, 0.42f, 0.13f, 0.4f, 0.13f);
+    const float window = pane(0.6f, 0.18f, 0.08f, 0.42f, 0.08f) * (0.6f + 0.4f * lineAt(y * 5, 0.2f));
     const float sheen = 0.5f + 0.5f * fractal(u * 5, down * 2, 0, 3, 0.5f, 995);
-    Colour4 colour = gradient(tealRamp, 0.05f + 0.06f * sheen) + gradient(tealRamp, 0.74f) * (0.62f * rim) +
+    Colour4 colour = gradient(tealRamp, 0.02f + 0.05f * sheen) + gradient(tealRamp, 0.74f) * (0.62f * rim) +
                      Colour4{0.85f, 0.95f, 0.9f} * (0.55f * lamp) +
                      gradient(tealRamp, 0.72f) * (0.35f * window);
     // Bright with a mask: the jar adds it, the being's rim lays it over.

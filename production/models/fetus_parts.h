@@ -30,8 +30,8 @@ Surface coverSurface(float side);  // the lid that shuts it
 Surface heartSurface();
 Surface cordSurface();  // mapped; from the belly to the jar's foot
 inline const Vector heartPlace(-1, -5, 0);
-inline const Vector eyePlace(-16.9f, 14.6f, 7.7f);  // of the one with z > 0
-inline constexpr float eyeRadius = 4.0f;
+inline const Vector eyePlace(-15.7f, 14.2f, 6.7f);  // of the one with z > 0
+inline constexpr float eyeRadius = 3.7f;
 Vector gazeAxis(float side);   // unit, out of the socket; side is +1 or -1 for z
 Vector eyeAcross(float side);  // axis of its lid; turns clockwise about it open the eye
 // Mapped as seen from before it: the iris is in the middle.
@@ -67,7 +67,8 @@ enum Prop {
   beacon,
   bones,
   lids,
-  covers
+  covers,
+  heart
 };
 Surface propSurface(Prop prop);
 // Out of the phone's frame into the room; the dial turns about the y axis of its own.

@@ -37,25 +37,22 @@ Surface apparatusSurface() {
                                {51, -46},
                                {49.4f, -44.4f},
                                {45, -44.4f},
-                               {44, -41.6f},
-                               {42, -40.4f},
+                               {43, -40.4f},
                                {38.6f, -40.4f},
                                {38, -44.8f},
                                {0, -44.8f}},
-                              38, Vector(0, 0, 0));
+                              52, Vector(0, 0, 0));
   append(all, turnedProfile({{0, 47.5f},
                              {23, 47.5f},
                              {25, 48.5f},
                              {25, 54},
                              {23, 56},
-                             {17, 57},
-                             {15, 62},
+                             {15, 58},
                              {9, 63},
-                             {8, 70},
                              {5, 71},
                              {5, 90},
                              {0, 90}},
-                            22, Vector(0, 0, 0)));
+                            32, Vector(0, 0, 0)));
   for (int i = 0; i < 3; ++i) {
     const float angle = 2 * pi * (static_cast<float>(i) / 3 + 1 / 12.0f);  // none before the face
     const Vector foot(44 * std::cos(angle), -47, 44 * std::sin(angle));
@@ -68,10 +65,10 @@ Surface apparatusSurface() {
   for (int i = 0; i < 5; ++i) {  // valves
     const float angle = 2 * pi * (static_cast<float>(i) / 5 + 0.07f);
     const Vector at(18 * std::cos(angle), 56, 18 * std::sin(angle));
-    append(all, turnedProfile({{2.2f, 0}, {2.2f, 4}, {1.2f, 5}, {1.2f, 8}, {3, 8.3f}, {0, 10}}, 6, at));
+    append(all, turnedProfile({{2.2f, 0}, {1.8f, 8}, {3, 8.3f}, {0, 10}}, 6, at));
   }
   append(all,
-         pipe({Vector(0, 88, 0), Vector(2, 130, -12), Vector(30, 190, -60), Vector(40, 262, -80)}, 3.4f, 16));
+         pipe({Vector(0, 88, 0), Vector(2, 130, -12), Vector(30, 190, -60), Vector(40, 262, -80)}, 3.4f, 12));
   return all;
 }
 
@@ -104,7 +101,7 @@ Surface phoneSurface() {
                   placed(superellipsoid(Vector(9.8f, 1.3f, 8.2f), 0.5f, 0.6f, 14, 4), moved(0, 16.6f, -3))));
   for (const float x : {-8.0f, 8.0f}) append(all, box(Vector(2.4f, 6, 7), 0.6f, Vector(x, 20, -4)));
   std::vector<Vector> curls;
-  constexpr int steps = 50;
+  constexpr int steps = 36;
   for (int i = 0; i <= steps; ++i) {
     const float t = static_cast<float>(i) / steps, angle = t * 2 * pi * 7;
     curls.push_back(Vector(-21 - 7 * std::sin(pi * t) + 1.3f * std::cos(angle),
@@ -139,9 +136,9 @@ const Vector trayPlace = cigarettePlace + Vector(2, -7.6f, -12.6f);
 
 Surface ashtraySurface() {
   Surface all = turnedProfile(
-      {{0, 0}, {14, 0}, {15.5f, 1.2f}, {16, 5.4f}, {15, 6}, {13.6f, 5}, {12, 2}, {0, 1.4f}}, 28, trayPlace);
+      {{0, 0}, {14, 0}, {15.5f, 1.2f}, {16, 5.4f}, {15, 6}, {13.6f, 5}, {12, 2}, {0, 1.4f}}, 44, trayPlace);
   for (const float angle : {0.9f, 2.9f, 4.4f})  // stubs
-    append(all, placed(turnedProfile({{0, 0}, {1.1f, 0}, {1.2f, 5}, {0, 5.4f}}, 8, Vector(0, 0, 0)),
+    append(all, placed(turnedProfile({{1.1f, 0}, {1.2f, 5}, {0, 5.4f}}, 7, Vector(0, 0, 0)),
                        turnedZ(70 + 9 * angle) >> turnedY(angle * 57) >>
                            moved(trayPlace + Vector(6 * std::cos(angle), 2.4f, 6 * std::sin(angle)))));
   return all;
@@ -149,7 +146,7 @@ Surface ashtraySurface() {
 
 // Lies in the tray, its glowing end out over the rim.
 Surface cigaretteSurface() {
-  const Vector end = cigarettePlace + Vector(3, -2.7f, -14);
+  const Vector end = cigarettePlace + Vector(13, -2.6f, -6.5f);
   return withoutMapping(tube(smoothPath({end, mix(end, emberPlace, 0.5f), emberPlace}, 8), 12, [](float t) {
     return t > 0.86f ? 1.12f - 0.16f * std::fabs(std::sin(t * 90)) - 2.2f * (t - 0.86f) : 1.15f;
   }));
@@ -164,7 +161,7 @@ Surface nozzleSurface() {
              standing(nozzlePlace, away));
   append(all, pipe({nozzlePlace + away * 21, nozzlePlace + away * 34 + Vector(2, -2, 0), Vector(112, 10, 2),
                     Vector(126, -24, -30), Vector(128, -50, -38)},
-                   2.1f, 10));
+                   1.7f, 18));
   append(all, turnedProfile({{8, 0}, {8, 2}, {5, 4}, {4, 8}, {0, 8}}, 16, Vector(128, tableHeight, -38)));
   return all;
 }
@@ -182,13 +179,13 @@ Surface shadeSurface() {
                                       {7, 22},
                                       {4, 25},
                                       {0, 25}},
-                                     28, Vector(0, 0, 0)),
+                                     24, Vector(0, 0, 0)),
                        lampFrame());
   append(
       all,
       placed(turnedOver(turnedProfile(
                  {{radius, low}, {radius * 0.83f, low * 0.72f}, {radius * 0.6f, low * 0.4f}, {7, 1}, {0, 4}},
-                 28, Vector(0, 0, 0))),
+                 24, Vector(0, 0, 0))),
              lampFrame()));
   append(all, pipe({transformed(lampFrame(), Vector(0, 24, 0)), lampPlace + Vector(-8, 44, 10),
                     lampPlace + Vector(-12, 116, 8)},
@@ -206,17 +203,8 @@ Surface shelfSurface() {
     append(all, box(Vector(50, 4, 205), 0, rackPlace + Vector(0, y, 105)));
   // A bench with a drum of a compressor at the right wall.
   append(all, box(Vector(90, 90, 170), 3, Vector(325, -175, -120)));
-  append(all, placed(turnedProfile({{0, -52},
-                                    {26, -52},
-                                    {30, -46},
-                                    {31, -20},
-                                    {32, -18},
-                                    {32, 18},
-                                    {31, 20},
-                                    {30, 46},
-                                    {26, 52},
-                                    {0, 52}},
-                                   16, Vector(0, 0, 0)),
+  append(all, placed(turnedProfile({{0, -52}, {26, -52}, {31, -44}, {32, 0}, {31, 44}, {26, 52}, {0, 52}}, 16,
+                                   Vector(0, 0, 0)),
                      turnedX(90) >> moved(318, -98, -120)));
   return all;
 }
@@ -230,8 +218,8 @@ Surface specimenSurface() {
       if (i == 3 || i == 8) continue;
       const float r = 13 + 3.5f * static_cast<float>((i * 5) % 3),
                   h = 34 + 8 * static_cast<float>((i * 7) % 4);
-      append(all, turnedProfile({{0, 0}, {r, 0}, {r, h * 0.8f}, {r * 0.7f, h * 0.92f}, {r * 0.7f, h}, {0, h}},
-                                12, rackPlace + Vector(4, y, z)));
+      append(all, turnedProfile({{r, 0}, {r, h * 0.8f}, {r * 0.7f, h * 0.92f}, {r * 0.7f, h}, {0, h}}, 9,
+                                rackPlace + Vector(4, y, z)));
     }
   return all;
 }
@@ -291,6 +279,8 @@ Surface propSurface(Prop prop) {
       return joined({lidSurface(1), lidSurface(-1)});
     case covers:
       return joined({coverSurface(1), coverSurface(-1)});
+    case heart:
+      return heartSurface();
   }
   return {};
 }
@@ -303,18 +293,16 @@ Surface tableTop() {
 
 namespace {
 
-// Outer side of the jar, shrunk by `in`.
-std::vector<ProfilePoint> jarContour(float in) {
-  return {{0, -44.5f + in},      {28, -44.5f + in},         {jarRadius - 2 - in, -42 + in},
-          {jarRadius - in, -36}, {jarRadius - in, 22},      {jarRadius - 1.5f - in, 30},
-          {31 - in, 38 - in},    {24 - in, 43 - 0.5f * in}, {22.5f - in, 48}};
+std::vector<ProfilePoint> jarContour() {
+  return {
+      {28, -44.5f}, {jarRadius - 2, -42}, {jarRadius, -36}, {jarRadius, 22}, {jarRadius - 1.5f, 30}, {31, 38},
+      {24, 43},     {22.5f, 48}};
 }
 
 }  // namespace
 
 Surface jarSurface() {
-  Surface all = withoutMapping(lathe(smoothProfile(jarContour(0), 18), 40, 180));
-  append(all, turnedOver(withoutMapping(lathe(smoothProfile(jarContour(1.6f), 9), 20, 180))));
+  Surface all = withoutMapping(lathe(smoothProfile(jarContour(), 15), 50, 180));
   append(all, withoutMapping(placed(disc(31, 24, 1), moved(0, 36, 0))));
   return all;
 }
@@ -339,8 +327,8 @@ Surface hoseSurface(float swell) {
 }
 
 Surface burstSurface(int shell) {
-  constexpr int around = 28, rows = 11;
-  const std::vector<ProfilePoint> contour = smoothProfile(jarContour(0), rows + 1);
+  constexpr int around = 20, rows = 9;
+  const std::vector<ProfilePoint> contour = smoothProfile(jarContour(), rows + 1);
   Surface all;
   for (int row = 1; row < rows; ++row)
     for (int k = 0; k < around; ++k) {
@@ -351,14 +339,22 @@ Surface burstSurface(int shell) {
       const Vector out(std::cos(angle), 0, std::sin(angle)), along(-out.z, 0, out.x);
       const Vector centre = out * at.radius + Vector(0, at.height + 3 * chance(2), 0);
       const Vector tilt = unit(Vector(chance(3) - 0.5f, chance(4) - 0.5f, chance(5) - 0.5f));
-      int corners[3];
+      // Its edges are ground off, so that they catch light of their own.
+      int corners[3], inner[3];
+      const float least = 1.4f + 2.6f * chance(12);
       for (int i = 0; i < 3; ++i) {
         const float turn = 2 * pi * (static_cast<float>(i) + 0.7f * chance(6 + i)) / 3,
-                    size = 1.6f + 4 * chance(9 + i);
+                    size = least * (1 + 1.3f * chance(9 + i) * chance(9 + i));
         const Vector flat = (along * std::cos(turn) + Vector(0, 1, 0) * std::sin(turn)) * size;
-        corners[i] = addPoint(all, centre + flat + cross(tilt, flat) * 0.8f);
+        const Vector leant = flat + cross(tilt, flat) * 0.8f;
+        corners[i] = addPoint(all, centre + leant);
+        inner[i] = addPoint(all, centre + leant * (1 - 0.55f / size) + out * 0.5f);
       }
-      addTriangle(all, corners[0], corners[1], corners[2]);
+      addTriangle(all, inner[0], inner[1], inner[2]);
+      for (int i = 0; i < 3; ++i) {
+        const int next = (i + 1) % 3;
+        addQuad(all, corners[i], corners[next], inner[next], inner[i]);
+      }
     }
   return faceted(all);
 }

@@ -215,13 +215,13 @@ void addEyes(Show& show) {
   const Shot opening{"it wakes", 8, 1, wakes}, staring{"it sees", 9, 1, sees};
   addShot(show, opening,
           {.turn = slide(0.52, 0.57),
-           .lids = line({{0, 0}, {0.9, 0.04}, {1.4, 0.3}, {1.7, 0.1}, {2.5, 0.75}, {partEnd, 0.8}}),
+           .lids = line({{0, 0}, {0.9, 0.04}, {1.3, 0.45}, {1.6, 0.2}, {2.1, 0.7}, {partEnd, 0.8}}),
            .gaze = slide(0.6, 0.45)});
   addGloom(show, opening.from(), opening.bars,
-           line({{0, 0.82}, {1.9, 0.66}, {2, 0.1}, {2.5, 0}, {partEnd, 0}}));
+           line({{0, 0.6}, {0.5, 0.5}, {0.9, 0.42}, {1, 0}, {partEnd, 0}}));
   addShot(show, staring,
           {.turn = slide(0.58, 0.62),
-           .lids = line({{0, 0.8}, {1.4, 0.85}, {1.5, 0}, {1.65, 0.1}, {1.9, 0.95}, {partEnd, 1}}),
+           .lids = line({{0, 0.72}, {1.4, 0.74}, {1.5, 0}, {1.65, 0.1}, {1.9, 0.76}, {partEnd, 0.78}}),
            .gaze = line({{0, 0.2}, {0.9, 0.2}, {1, 0.75}, {1.9, 0.75}, {2, 0.5}, {partEnd, 0.5}})});
 }
 
@@ -230,12 +230,12 @@ void addHose(Show& show) {
   const Shot along{"hose", 10, 1, hose}, over{"sprayer", 11, 1, sprayer};
   State state{.turn = slide(0.86, 0.83), .lids = 0.7, .gaze = slide(0.4, 0.6)};
   state.swell = spline({{0, 0}, {0.4, 0.9}, {2, 0.1}, {2.4, 1}, {partEnd, 0.1}});
-  state.spray = line({{0, 0}, {1.99, 0}, {2, 60}, {partEnd, 40}});
+  state.spray = line({{0, 0}, {1.99, 0}, {2, 40}, {partEnd, 30}});
   addShot(show, along, state);
   state.turn = slide(0.83, 0.78),
   state.swell = spline({{0, 0.1}, {0.4, 0.9}, {2, 0.2}, {2.4, 1}, {partEnd, 0.6}});
   state.lids = line({{0, 0.75}, {1.9, 0.75}, {2, 0.1}, {2.2, 0.1}, {2.5, 0.7}, {partEnd, 0.75}});
-  state.spray = line({{0, 100}, {1.5, 40}, {1.99, 40}, {2, 100}, {partEnd, 60}});
+  state.spray = line({{0, 70}, {1.5, 30}, {1.99, 30}, {2, 70}, {partEnd, 40}});
   addShot(show, over, state);
   addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46,
           flashes({0, 2}, 0.7, 0.2), 1.4);
@@ -286,7 +286,8 @@ void addAlarm(Show& show) {
   state = glassy(1, 1, {0});
   state.turn = 0.64, state.lids = wideOpen, state.gaze = slide(0.5, 0.42), state.alarm = 0, state.heart = 0;
   addShot(show, fifth, state);
-  addGloom(show, fifth.from(), fifth.bars, line({{0, 0.55}, {partEnd, 0.85}}));
+  addGloom(show, fifth.from(), fifth.bars, line({{0, 0.4}, {partEnd, 0.7}}));
+  addGlow(show, fifth, "light4", lab::heartPlace, 34, line({{0, 1}, {partEnd, 0.5}}));
   addStrokes(show, first, slow);
   addStrokes(show, second, slow);
   addStrokes(show, third, fast);
@@ -302,12 +303,15 @@ void addBurst(Show& show) {
   const Shot still{"burst", lab::burstBar, 1, blow}, falls{"shards", lab::burstBar + 1, 1, splinters};
   State state;
   state.skin[0] = 0.7, state.skin[1] = 1.6, state.skin[2] = 1.6, state.skin[3] = 0.34;
-  state.lids = wideOpen, state.glass = 0, state.turn = slide(0.46, 0.72);
+  // It flinches.
+  state.lids = line({{0, wideOpen}, {0.1, 0.1}, {0.9, 0.2}, {1.2, wideOpen}, {partEnd, wideOpen}});
+  state.glass = 0, state.turn = line({{0, 0.46}, {0.12, 0.5}, {partEnd, 0.72}});
   state.heart = flashes({0, 2}, 0.999), state.alarm = flashes({0}, 1.6, 0.1);
   state.burst = line({{0, 0}, {0.06, 0.32}, {0.3, 0.5}, {partEnd, 0.999}});
   addShot(show, still, state);
-  state.burst = 0, state.shards = line({{0, 300}, {0.4, 300}, {0.45, 0}, {partEnd, 0}});
-  state.turn = line({{0, 0.9}, {0.5, 0.9}, {1.6, 0.98}, {partEnd, 0.985}}), state.lids = slide(1, 0.5);
+  state.burst = line({{0, 0.3}, {partEnd, 0.6}});
+  state.shards = line({{0, 300}, {0.4, 300}, {0.45, 0}, {partEnd, 0}});
+  state.turn = line({{0, 0.9}, {0.5, 0.9}, {1.6, 0.98}, {partEnd, 0.985}}), state.lids = slide(0.7, 0.6);
   state.alarm = 0.1;
   addShot(show, falls, state);
   addGlow(show, still, "rays_teal", Vector(0, 6, 0), 330,
@@ -316,7 +320,7 @@ void addBurst(Show& show) {
   addGlow(show, still, "light4", lab::heartPlace, 44, flashes({0, 2}, 1, 0.45));
   addGlow(show, falls, "light4", lab::heartPlace, 30, flashes({0, 1, 2, 3}, 0.8, 0.25));
   addLamp(show, falls, {0}, 0.9);
-  addGloom(show, still.from(), still.bars, line({{0, 0}, {0.3, 0.3}, {3, 0.3}, {partEnd, 0.15}}));
+  addGloom(show, still.from(), still.bars, line({{0, 0}, {0.6, 0.2}, {3, 0.2}, {partEnd, 0.1}}));
   show.add("vexing", falls.from(), 1, title,
            vex(ing, spline({{0, 0.86}, {0.4, 0.72}, {2, 0.73}, {partEnd, 0.8}}), -0.38, 0.5));
 }
@@ -339,16 +343,22 @@ void addDoor(Show& show) {
   addGlow(show, shot, "haze_teal", opening, 900, line({{0, 0}, {1, 0.35}, {4, 0.7}, {partEnd, 1}}));
   addGlow(show, shot, "light7", opening, 420, line({{0, 0}, {1, 0.2}, {4, 0.6}, {partEnd, 1}}));
   const double end = interludeTwoBar;
-  show.add("white", barOf("white"), end - barOf("white"), vignette + 1,
-           Fade{.red = 0.97,
-                .green = 1,
-                .blue = 0.98,
-                .alpha = spline({{0, 0}, {1, 0.1}, {2.6, 0.8}, {3.2, 1}, {partEnd, 1}})});
+  show.add(
+      "white", barOf("white"), end - barOf("white"), vignette + 1,
+      Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.6, 0}, {3.4, 1}, {partEnd, 1}})});
+  // It eats from the opening outwards.
+  for (const double reach : {12.0, 7.0, 4.0})
+    show.add("white spreads", barOf("white"), end - barOf("white"), vignette + 1,
+             Bitmap{.texture = "light7",
+                    .at = centred(watcher.x, 0.1, zoom(0.08 * reach, 2.5 * reach, 3.2)),
+                    .alpha = fade(0.3, 0),
+                    .blend = Blend::add});
   // He comes to where he stands before the covered sun.
   show.add("somebody in the door", shot.from() + 0.5, 1.5, vignette + 2,
            Bitmap{.texture = "figure_ember",
-                  .at = centred(travel(-0.2, watcher.x, 6), watcher.y, zoom(0.62, watcher.height, 6), 0.5),
-                  .alpha = line({{0, 0}, {0.8, 1}, {partEnd, 1}})});
+                  .at = centred(travel(-0.43, watcher.x, 6), travel(0.1, watcher.y, 6),
+                                zoom(0.12, watcher.height, 6), 0.5),
+                  .alpha = fade(0.1, 0)});
 }
 
 }  // namespace
