@@ -164,6 +164,7 @@ std::vector<StageMaterial> materials() {
       painted("heart", "hell_heart", none, white),
       painted("blaze", "hell_blaze", none, white),
       painted("lakehaze", "hell_lake", none, white),
+      painted("roofhaze", "hell_lake", none, {0.10f, 0.05f, 0.05f}),
       iron,
       darkIron,
       depths,
@@ -374,7 +375,7 @@ Model hellModel(const Settings& settings) {
   stage.meshes.push_back({.name = "spherebelow",
                           .surface = sphereInLake(),
                           .pivot = inLake(sphereCentre),
-                          .material = "lava",
+                          .material = "depths",
                           .motion = mirroredMotion()});
   stage.meshes.push_back({.name = "ringbelow", .surface = ringInLake(), .material = "darkiron"});
   const int quads = static_cast<int>(2 * lakeReach / tileSize);
@@ -382,6 +383,11 @@ Model hellModel(const Settings& settings) {
                           .surface = mappingScaled(plane(2 * lakeReach, 2 * lakeReach, quads, quads),
                                                    static_cast<float>(quads), static_cast<float>(quads)),
                           .material = "lava"});
+  // From below, the far end of the roof lies in the dark.
+  stage.meshes.push_back(
+      {.name = "roofhaze",
+       .surface = placed(plane(lakeHazeReach, lakeHazeReach, 2, 2), turnedX(180) >> moved(0, -0.8f, 0)),
+       .material = "roofhaze"});
   stage.meshes.push_back({.name = "fire",
                           .surface = placed(card(330, 330), moved(0, -4, choirPlace - 34)),
                           .material = "blaze"});

@@ -51,7 +51,7 @@ std::vector<StageCamera> cameras() {
        78,
        8.5f,
        2.5f,
-       {Vector(-152, 58, 86), Vector(-147, 62, 70), Vector(-139, 68, 50)},
+       {Vector(-120, 56, 50), Vector(-112, 64, 44), Vector(-98, 74, 34)},
        {Vector(0, 90, 16), Vector(0, 89, 8), Vector(0, 88, -6)}},
       // From the lake's surface straight up: the sphere, its chains, the broken vault.
       {"beneath",
@@ -60,19 +60,20 @@ std::vector<StageCamera> cameras() {
        2.5f,
        {Vector(-44, 12, 52), Vector(-34, 11, 46), Vector(-18, 10, 44)},
        {Vector(10, 96, 0), Vector(8, 98, 0), Vector(2, 100, 0)}},
-      // Under the lake, whose other side is a roof of fire: what it mirrors hangs there head down.
+      // Under the lake, whose other side is a roof of fire, straight up: what it mirrors hangs there in
+      // black.
       {"sunk",
        84,
        5,
        2.5f,
-       {Vector(46, -150, 122), Vector(36, -148, 108), Vector(22, -144, 88)},
-       {Vector(-10, -60, 0), Vector(-8, -60, 0), Vector(-4, -62, 0)}},
+       {Vector(34, -236, 66), Vector(26, -226, 56), Vector(16, -214, 46)},
+       {Vector(-14, 0, -6), Vector(-10, 0, -6), Vector(-6, 0, -6)}},
       {"sunken",
        70,
        8,
        2.5f,
-       {Vector(-42, -152, 54), Vector(-30, -150, 48), Vector(-14, -146, 44)},
-       {Vector(8, -74, 0), Vector(6, -75, 0), Vector(2, -76, 0)}},
+       {Vector(-40, -190, 30), Vector(-32, -184, 26), Vector(-20, -176, 20)},
+       {Vector(12, -60, 0), Vector(10, -60, 0), Vector(6, -60, 0)}},
       // At the lava's level: the sphere above, its image below.
       {"shore",
        94,

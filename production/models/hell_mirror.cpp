@@ -19,15 +19,11 @@ Vector inLake(const Vector& place) {
 }
 
 Surface sphereInLake() {
-  // The lava's own picture, plates and melt, stands in for the shell's.
-  return placed(mappingScaled(sphere(sphereRadius, 22, 12), 2, 1), moved(inLake(sphereCentre)));
+  return placed(withoutMapping(sphere(sphereRadius, 24, 12)), moved(inLake(sphereCentre)));
 }
 
 Surface ringInLake() {
-  constexpr float radius = sphereRadius + 14;
-  const Surface ring =
-      lathe({{radius - 2, -3}, {radius + 2, -3}, {radius + 2, 3}, {radius - 2, 3}, {radius - 2, -3}}, 28);
-  return placed(withoutMapping(ring), shackleTilt() >> stretched(1, -1, 1));
+  return placed(withoutMapping(torus(sphereRadius + 14, 2.8f, 28, 4)), shackleTilt() >> stretched(1, -1, 1));
 }
 
 Surface piersInLake() {

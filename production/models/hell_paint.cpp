@@ -80,9 +80,12 @@ Colour4 sphereColour(const BakePoint& p) {
   Colour4 albedo = mix(Colour4{0.07f, 0.07f, 0.10f}, Colour4{0.34f, 0.31f, 0.32f}, grit * grit);
   Colour4 colour = albedo * p.light * (1 + 1.6f * std::max(0.0f, p.edge));
   // Walls glow, brighter further in; a rim of heat runs around each plate.
+  // The inside is crust over a melt that shows in cracks.
   const float wall = smoothStep(0.75f, 0.25f, facing);
   const float deep = smoothStep(sphereRadius + 0.5f, sphereRadius * 0.82f, away);
-  colour = mix(colour, gradient(emberRamp, 0.52f + 0.28f * deep), wall * (0.45f + 0.55f * deep));
+  const float crack = std::fabs(gradientNoise(warp(from * 0.22f, 0, 0.8f, 988), 0, 989));
+  const float molten = 0.30f + 0.16f * grit + 0.40f * smoothStep(0.16f, 0.0f, crack);
+  colour = mix(colour, gradient(emberRamp, mix(0.52f, molten, deep)), wall * (0.45f + 0.55f * deep));
   const float rim = std::max(0.0f, p.edge);
   colour = colour + gradient(emberRamp, 0.58f) * (0.55f * rim);
   colour = colour + gradient(emberRamp, 0.60f) * (0.65f * smoothStep(0.035f, 0.0f, vein) * grit);

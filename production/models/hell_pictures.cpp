@@ -52,14 +52,14 @@ Canvas heartPicture(int side) {
   });
 }
 
-// Brightest low in the middle; tongues of fire.
+// White low in the middle; tongues of fire, redder the higher and the further out.
 Canvas blazePicture(int side) {
   return paint(side, side, [](float u, float v) {
     const float x = 2 * u - 1, rise = 1 - v;
-    const float tongues =
-        fractal(u * 7, v * 3 + 0.5f * fractal(u * 5, v * 4, 0, 2, 0.5f, 968), 0, 4, 0.55f, 969);
-    const float level = 1.06f - 0.40f * rise - 0.18f * x * x + 0.24f * tongues;
-    return gradient(emberRamp, std::clamp(level, 0.34f, 1.0f));
+    const float fold = 0.5f * fractal(u * 6, v * 4, 0, 3, 0.5f, 968);
+    const float tongues = ridges(u * 9 + fold, v * 4 + fold, 0, 4, 0.55f, 969) - 0.35f;
+    const float level = 0.98f - 0.62f * rise - 0.75f * x * x + (0.25f + 0.6f * rise) * tongues;
+    return gradient(emberRamp, std::clamp(level, 0.26f, 1.0f));
   });
 }
 

@@ -70,8 +70,11 @@ Plate plateOf(const std::vector<Vector>& middles, std::size_t which) {
     float share, radius;
   };
   const float lift = 0.9f * (hashUnit(static_cast<int>(which), 5, 931) - 0.5f);
-  const Row rows[] = {{0, sphereRadius},        {0.55f, sphereRadius},         {0.93f, sphereRadius - 0.15f},
-                      {1, sphereRadius - 0.9f}, {0.96f, sphereRadius * 0.80f}, {0, sphereRadius * 0.80f}};
+  const Row rows[] = {{0, sphereRadius},
+                      {0.93f, sphereRadius - 0.15f},
+                      {1, sphereRadius - 0.9f},
+                      {0.96f, sphereRadius * 0.80f},
+                      {0, sphereRadius * 0.80f}};
   constexpr int last = static_cast<int>(std::size(rows)) - 1;
   const Surface plate = sheet(plateSides, last,
                               [&](float s, float t) {
@@ -102,10 +105,11 @@ Surface heart() {
   return placed(mappingScaled(sphere(sphereRadius * 0.76f, 22, 11), 2, 1), moved(sphereCentre));
 }
 
-// The same being that lies in the jar, as coarse as a black shape before a fire may be.
+// The same being that lies in the jar, a little fuller, so that its hands hold together at this size.
 Surface child() {
-  const Surface being = compacted(isosurface(
-      laboratory::beingDistance, {.bounds = {Vector(-29, -42, -22), Vector(28, 38, 22)}, .cell = 5.2f}));
+  const Surface being =
+      compacted(isosurface([](const Vector& p) { return laboratory::beingDistance(p) - 0.7f; },
+                           {.bounds = {Vector(-30, -43, -23), Vector(29, 39, 23)}, .cell = 4.2f}));
   const Vector towards = unit(Vector(0.8f, 0.42f, 0.42f));
   return placed(being, stretched(0.36f) >> facing(sphereCentre + towards * 22, sphereCentre));
 }

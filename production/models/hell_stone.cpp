@@ -167,7 +167,7 @@ Surface webSurface() {
     for (int block = 0; block <= across; ++block) {
       if (!stands(course, block)) continue;
       const float from = start(course, block), to = start(course, block + 1);
-      const float settled = 1.6f * (hashUnit(course, block, 955) - 0.5f);
+      const float settled = 0.5f * (hashUnit(course, block, 955) - 0.5f);
       std::array<int, 8> p{};
       for (std::size_t i = 0; i < p.size(); ++i)
         p[i] = addPoint(
@@ -203,7 +203,7 @@ Outline circle(float x, float y, float radius, int sides, bool hole) {
 Outline lancet(float x, float half, float foot, float shoulder) {
   Outline outline{{x + half, foot}, {x - half, foot}};
   const float reach = half * 0.9f, radius = half + reach, end = std::acos(reach / radius);
-  constexpr int pieces = 7;
+  constexpr int pieces = 4;
   for (int i = 0; i <= pieces; ++i) {
     const float angle = end * static_cast<float>(i) / pieces;
     outline.push_back({x + reach - radius * std::cos(angle), shoulder + radius * std::sin(angle)});
@@ -227,8 +227,25 @@ Surface choirWallSurface() {
                                                                          (spread + inside * naveHalf)));
     wall.push_back({x, arch + 22 + 26 * (hashUnit(i, 0, 954) - 0.5f)});
   }
-  std::vector<Outline> outlines{wall, lancet(0, 21, 4, 118), lancet(-58, 17, 4, 84), lancet(58, 17, 4, 84)};
-  outlines.push_back(circle(0, roseHeight, roseReach + 0.6f, 24, true));
+  std::vector<Outline> outlines{wall};
+  // Each window is a pair of lancets under an eye.
+  const auto window = [&](float x, float half, float shoulder) {
+    outlines.push_back(lancet(x - 0.53f * half, 0.45f * half, 4, shoulder));
+    outlines.push_back(lancet(x + 0.53f * half, 0.45f * half, 4, shoulder));
+    outlines.push_back(circle(x, shoulder + 1.05f * half, 0.36f * half, 12, true));
+  };
+  window(0, 22, 116);
+  window(-58, 18, 84);
+  window(58, 18, 84);
+  // What the rose leaves is a ragged hole, behind whose rim its petals end.
+  Outline breach = circle(0, roseHeight, 1, 48, true);
+  for (std::size_t i = 0; i < breach.size(); ++i) {
+    const auto [x, y] = breach[i];
+    const float reach = roseReach - 5 + 4.5f * hashUnit(static_cast<int>(i / 2), 1, 956) +
+                        1.4f * hashUnit(static_cast<int>(i), 2, 956);
+    breach[i] = {x * reach, roseHeight + (y - roseHeight) * reach};
+  }
+  outlines.push_back(breach);
   // Nobody ever stands behind it.
   const Surface wallBody = withoutMapping(extrusion(outlines, 16, 1.3f));
   return selected(wallBody, [&](const Triangle& triangle) { return normalOf(wallBody, triangle).z > -0.9f; });
@@ -272,7 +289,7 @@ Surface causewaySurface() {
 constexpr float linkLength = 7.6f;  // from link to link
 
 Surface link() {
-  return withoutMapping(placed(torus(2.9f, 0.9f, 8, 4), stretched(1, 1, 1.75f) >> turnedX(90)));
+  return withoutMapping(placed(torus(2.8f, 1.0f, 7, 4), stretched(1, 1, 1.75f) >> turnedX(90)));
 }
 
 // Links from one place to another, every other one turned by a quarter.
@@ -315,23 +332,22 @@ Surface stonePart(StonePart part) {
 
 // A heavy band, tilted.
 Placement shackleTilt() {
-  return turnedX(24) >> turnedZ(-14) >> moved(sphereCentre);
+  return turnedX(9) >> turnedZ(-24) >> moved(sphereCentre);
 }
 
 Surface shackle() {
   constexpr float radius = sphereRadius + 14;
-  // The band; four chains from it to the piers at both sides.
+  // The band, forged round, with a collar about it every few feet; four chains from it to the piers at both
+  // sides.
   const Placement tilt = shackleTilt();
-  Surface all = placed(creased(withoutMapping(lathe({{radius - 2, -3},
-                                                     {radius + 1, -3.6f},
-                                                     {radius + 2.4f, -2},
-                                                     {radius + 2.4f, 2},
-                                                     {radius + 1, 3.6f},
-                                                     {radius - 2, 3},
-                                                     {radius - 2, -3}},
-                                                    56)),
-                               30),
-                       tilt);
+  Surface all = placed(withoutMapping(torus(radius + 0.4f, 2.7f, 56, 6)), tilt);
+  constexpr int collars = 12;
+  for (int i = 0; i < collars; ++i) {
+    const Surface collar = lathe({{2.5f, -1.9f}, {3.5f, -1.5f}, {3.5f, 1.5f}, {2.5f, 1.9f}}, 8, 60);
+    append(all,
+           placed(withoutMapping(collar), turnedX(90) >> moved(radius + 0.4f, 0, 0) >>
+                                              turnedY(360.0f * static_cast<float>(i) / collars) >> tilt));
+  }
   for (const float side : {-1.0f, 1.0f})
     for (const float end : {-1.0f, 1.0f}) {
       const Vector out = unit(Vector(side, 0, 0.75f * end));

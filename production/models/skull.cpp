@@ -57,25 +57,23 @@ Vector spearTip(int index) {
   return transformed(spearPlacement(index), Vector(0, spearHeight(), 0));
 }
 
-// From the cloud to a spear's tip, from tip to crown: where one ends another begins. Above the vault the
-// cloud hides them.
+// From the clouds to the tips of spears, and to the plain behind them. The vault hides where they begin.
 std::vector<StageMesh> bolts() {
-  const Vector crown = transformed(skullPlacement(), Vector(10, 232, -10));
   const struct {
     Vector from, to;
+    float half;
     std::uint32_t seed;
-  } places[] = {{Vector(-250, 690, -520), spearTip(2), 941},
-                {Vector(240, 690, -540), spearTip(3), 942},
-                {Vector(-430, 680, -260), spearTip(1), 943},
-                {Vector(420, 680, -240), spearTip(4), 944},
-                {spearTip(3), crown, 945},
-                {spearTip(2), crown, 946}};
+  } places[] = {{Vector(-250, 690, -520), spearTip(2), 1.9f, 941},
+                {Vector(240, 690, -540), spearTip(3), 1.9f, 942},
+                {Vector(-430, 680, -260), spearTip(1), 1.8f, 943},
+                {Vector(420, 680, -240), spearTip(4), 1.8f, 944},
+                {Vector(520, 640, -660), Vector(440, -60, -640), 2.2f, 945},
+                {Vector(-640, 640, -560), Vector(-560, -60, -540), 2.2f, 946}};
   std::vector<StageMesh> all;
   int number = 0;
   for (const auto& place : places)
     all.push_back({.name = "spark0" + std::to_string(++number),
-                   // The picture's bolt dies away a little before its end.
-                   .surface = bolt(place.from, place.to + unit(place.to - place.from) * 16, place.seed),
+                   .surface = bolt(place.from, place.to, place.half, place.seed),
                    .pivot = place.from,
                    .material = "spark"});
   return all;
@@ -86,58 +84,6 @@ std::vector<StageMesh> bolts() {
 StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
                    const std::vector<Vector>& target) {
   return cameraThrough({.name = name, .fieldDegrees = fieldDegrees, .far = 5000}, loopSeconds, eye, target);
-}
-
-std::vector<StageCamera> cameras() {
-  return {
-      // Across the plain, from afar.
-      camera("wide", 62,
-             {Vector(-330, 52, 470), Vector(-210, 40, 430), Vector(-60, 34, 400), Vector(110, 46, 390)},
-             {Vector(-60, 150, 0), Vector(-44, 150, 0), Vector(20, 152, 0), Vector(56, 150, 0)}),
-      // Among the stones at its chin, looking up.
-      camera("low", 94,
-             {Vector(126, 26, 196), Vector(70, 22, 214), Vector(-20, 20, 216), Vector(-110, 26, 186)},
-             {Vector(30, 132, 10), Vector(24, 136, 10), Vector(-16, 140, 10), Vector(-44, 136, 10)}),
-      // Face to face.
-      camera("face", 68,
-             {Vector(-170, 118, 206), Vector(-110, 128, 242), Vector(-10, 136, 256), Vector(84, 126, 236)},
-             {Vector(-34, 122, 40), Vector(-26, 122, 40), Vector(6, 122, 40), Vector(32, 122, 40)}),
-      // From the rubble up over the crown, until stone stands before stone.
-      camera("crane", 80,
-             {Vector(262, 40, 290), Vector(222, 170, 320), Vector(150, 275, 330), Vector(60, 340, 320)},
-             {Vector(30, 150, 0), Vector(30, 150, 0), Vector(34, 128, 0), Vector(20, 100, 0)}),
-      // Into a socket.
-      camera("socket", 60,
-             {Vector(-110, 124, 200), Vector(-84, 126, 160), Vector(-66, 124, 130), Vector(-56, 120, 104)},
-             {Vector(-16, 118, 40), Vector(-28, 118, 46), Vector(-38, 116, 46), Vector(-46, 114, 46)}),
-      // From far away through a long lens, low over the plain.
-      camera("far", 26,
-             {Vector(430, 26, 690), Vector(390, 26, 710), Vector(340, 28, 730), Vector(290, 30, 750)},
-             {Vector(10, 126, 0), Vector(8, 126, 0), Vector(4, 126, 0), Vector(0, 126, 0)}),
-      // Before it on either side: the skull low on one side, open sky on the other for what it hunts.
-      camera("left", 80,
-             {Vector(-200, 70, 420), Vector(-160, 84, 450), Vector(-110, 96, 460), Vector(-50, 106, 450)},
-             {Vector(-92, 166, 60), Vector(-84, 168, 60), Vector(-70, 160, 40), Vector(-50, 150, 20)}),
-      camera("right", 80,
-             {Vector(250, 60, 400), Vector(226, 74, 430), Vector(180, 88, 446), Vector(120, 100, 450)},
-             {Vector(98, 166, 60), Vector(92, 166, 60), Vector(76, 158, 40), Vector(56, 150, 20)}),
-      // From the ground, far out, where something comes down.
-      camera("fallen", 80,
-             {Vector(-278, 14, 452), Vector(-270, 13, 450), Vector(-262, 12, 448), Vector(-254, 12, 446)},
-             {Vector(-110, 142, 200), Vector(-108, 130, 200), Vector(-106, 116, 190), Vector(-104, 98, 180)}),
-      // Down from the eye of the storm.
-      camera("above", 70,
-             {Vector(-170, 560, 250), Vector(-90, 570, 290), Vector(10, 575, 300), Vector(100, 560, 270)},
-             {Vector(-6, 110, 34), Vector(0, 110, 34), Vector(4, 110, 34), Vector(8, 110, 34)}),
-      // Where the second crow comes down.
-      cameraDuring({.name = "landing", .fieldDegrees = 80, .far = 5000}, loopSeconds, 8, 2.5f,
-                   {Vector(-112, 44, 62), Vector(-116, 38, 56), Vector(-120, 32, 48)},
-                   {Vector(-76, 188, 238), Vector(-78, 150, 165), Vector(-78, 60, 90)}),
-      // Behind the third on its way.
-      cameraDuring({.name = "hunted", .fieldDegrees = 72, .far = 5000}, loopSeconds, 10, 1,
-                   {Vector(-362, 176, 348), Vector(-338, 176, 368), Vector(-312, 176, 386)},
-                   {Vector(-40, 128, 60), Vector(-36, 128, 60), Vector(-32, 128, 60)}),
-  };
 }
 
 std::vector<StageLight> lights() {
@@ -277,7 +223,6 @@ Model skullModel(const Settings& settings) {
                             .pivot = spearPlacement(i).origin,
                             .material = "spear"});
   for (StageMesh& mesh : mists()) stage.meshes.push_back(std::move(mesh));
-  for (StageMesh& mesh : bolts()) stage.meshes.push_back(std::move(mesh));
   for (const float side : {1.0f, -1.0f})
     stage.meshes.push_back({.name = side > 0 ? "laser01" : "laser02",
                             .surface = placed(beam(), moved(eye(side))),
@@ -285,8 +230,9 @@ Model skullModel(const Settings& settings) {
                             .material = "beam"});
   stage.meshes.push_back({.name = "clouds01", .surface = cloudLayer(430, 0.20f), .material = "clouds"});
   stage.meshes.push_back({.name = "clouds02", .surface = cloudLayer(352, 0.19f), .material = "clouds"});
-  // After the clouds, which show through the softest edge of a feather.
   for (const Flight& flight : flights) stage.meshes.push_back(crowMesh(flight));
+  // Before the clouds, not behind them: each is whole from the vault down.
+  for (StageMesh& mesh : bolts()) stage.meshes.push_back(std::move(mesh));
   stage.lights = lights();
   stage.cameras = cameras();
 
@@ -297,6 +243,63 @@ Model skullModel(const Settings& settings) {
 }
 
 }  // namespace
+
+namespace skull {
+
+std::vector<StageCamera> cameras() {
+  return {
+      // Across the plain, from afar.
+      camera("wide", 62,
+             {Vector(-330, 52, 470), Vector(-210, 40, 430), Vector(-60, 34, 400), Vector(110, 46, 390)},
+             {Vector(-60, 150, 0), Vector(-44, 150, 0), Vector(20, 152, 0), Vector(56, 150, 0)}),
+      // Among the stones at its chin, looking up.
+      camera("low", 94,
+             {Vector(126, 26, 196), Vector(70, 22, 214), Vector(-20, 20, 216), Vector(-110, 26, 186)},
+             {Vector(30, 132, 10), Vector(24, 136, 10), Vector(-16, 140, 10), Vector(-44, 136, 10)}),
+      // Face to face.
+      camera("face", 68,
+             {Vector(-170, 118, 206), Vector(-110, 128, 242), Vector(-10, 136, 256), Vector(84, 126, 236)},
+             {Vector(-34, 122, 40), Vector(-26, 122, 40), Vector(6, 122, 40), Vector(32, 122, 40)}),
+      // From the rubble up over the crown, until stone stands before stone.
+      camera("crane", 80,
+             {Vector(262, 40, 290), Vector(222, 170, 320), Vector(150, 275, 330), Vector(60, 340, 320)},
+             {Vector(30, 150, 0), Vector(30, 150, 0), Vector(34, 128, 0), Vector(20, 100, 0)}),
+      // Into a socket.
+      camera("socket", 60,
+             {Vector(-110, 124, 200), Vector(-84, 126, 160), Vector(-66, 124, 130), Vector(-56, 120, 104)},
+             {Vector(-16, 118, 40), Vector(-28, 118, 46), Vector(-38, 116, 46), Vector(-46, 114, 46)}),
+      // From far away through a long lens, low over the plain.
+      camera("far", 26,
+             {Vector(430, 26, 690), Vector(390, 26, 710), Vector(340, 28, 730), Vector(290, 30, 750)},
+             {Vector(10, 126, 0), Vector(8, 126, 0), Vector(4, 126, 0), Vector(0, 126, 0)}),
+      // Before it on either side: the skull low on one side, open sky on the other for what it hunts.
+      camera("left", 80,
+             {Vector(-200, 70, 420), Vector(-160, 84, 450), Vector(-110, 96, 460), Vector(-50, 106, 450)},
+             {Vector(-92, 166, 60), Vector(-84, 168, 60), Vector(-70, 160, 40), Vector(-50, 150, 20)}),
+      camera("right", 80,
+             {Vector(250, 60, 400), Vector(226, 74, 430), Vector(180, 88, 446), Vector(120, 100, 450)},
+             {Vector(98, 166, 60), Vector(92, 166, 60), Vector(76, 158, 40), Vector(56, 150, 20)}),
+      // From the ground, far out, where something comes down.
+      camera("fallen", 80,
+             {Vector(-338, 14, 572), Vector(-328, 13, 566), Vector(-318, 12, 560), Vector(-306, 12, 552)},
+             {Vector(-110, 142, 200), Vector(-108, 130, 200), Vector(-106, 116, 190), Vector(-104, 98, 180)}),
+      // The second crow comes down before the skull.
+      cameraDuring(
+          {.name = "landing", .fieldDegrees = 74, .far = 5000}, loopSeconds, 8, 3.5f,
+          {Vector(-290, 44, 390), Vector(-282, 38, 372), Vector(-270, 34, 356), Vector(-250, 32, 340)},
+          {Vector(-64, 150, 150), Vector(-60, 124, 120), Vector(-54, 96, 80), Vector(-50, 92, 70)}),
+      // The third comes in from the left, far before the skull.
+      cameraDuring({.name = "hunted", .fieldDegrees = 58, .far = 5000}, loopSeconds, 10, 1,
+                   {Vector(-326, 96, 676), Vector(-310, 100, 658), Vector(-294, 104, 640)},
+                   {Vector(-150, 132, 150), Vector(-148, 134, 150), Vector(-146, 136, 150)}),
+  };
+}
+
+Vector crowPlace(int crow, float lap) {
+  return flightPlace(flights[crow], lap * loopSeconds);
+}
+
+}  // namespace skull
 
 Products skullModels() {
   return {model("skull",

@@ -12,56 +12,117 @@ namespace vex::skull {
 
 namespace {
 
-constexpr float wingReach = 34;  // half the span, and half the picture's width
+// --- The crow's picture: a feather in its left half, the trunk unrolled in its right, head up.
 
-Surface mappedFromAbove(const Surface& surface) {
-  return mapped(withoutMapping(surface), [](const Vector& p) {
-    return Uv{0.5f + 0.5f * p.x / wingReach, 0.5f + 0.5f * p.z / wingReach};
-  });
+// A feather from its root to its tip, `half` wide to either side of the quill, its sides hanging a little.
+void addFeather(Surface& all, const Vector& root, const Vector& tip, float half) {
+  const Vector along = tip - root, side = unit(cross(along, Vector(0, 1, 0)));
+  append(all, sheet(1, 4,
+                    [&](float s, float t) {
+                      const float k = 1 - (1 - t) * (1 - t);  // rows lie close at the round tip
+                      const float width = half * (0.45f + 0.55f * smoothStep(0, 0.45f, k)) *
+                                          std::sqrt(std::max(0.0f, 1 - std::pow(k, 6.0f)));
+                      const float x = 2 * s - 1;
+                      return root + along * k + side * (x * width) -
+                             Vector(0, 0.35f * width * x * x + 0.06f * along.length() * k * k, 0);
+                    },
+                    {.poleAbove = true}));
 }
 
-// The picture's bolt strays from its diagonal by less than this, in pictures.
-constexpr float stray = 0.17f;
+// Feathers fan out along an arm: each begins on it and points by `degrees` back from straight out.
+struct Fan {
+  Vector from, to;  // the arm
+  int count;
+  float firstDegrees, lastDegrees, firstLength, lastLength, longer, half;
+  float lift;  // above the arm; of neighbours each lies a little below the one before
+};
 
-// A ribbon along a path that shows the diagonal of the picture between two shares of it, `half` wide to
-// either side, moved by `aside`. Its ends are points: the picture's corners.
-void addRibbon(Surface& all, const std::vector<Vector>& path, const Vector& side, float half, float aside,
-               float first, float last) {
-  const auto count = static_cast<int>(path.size());
-  std::vector<int> left, right;
-  std::vector<Uv> leftUv, rightUv;
+void addFan(Surface& all, const Fan& fan) {
+  for (int i = 0; i < fan.count; ++i) {
+    const float k = static_cast<float>(i) / static_cast<float>(fan.count - 1);
+    const float turn = mix(fan.firstDegrees, fan.lastDegrees, k) * pi / 180;
+    const float length = mix(fan.firstLength, fan.lastLength, k) + fan.longer * 4 * k * (1 - k);
+    const Vector root = mix(fan.from, fan.to, k) + Vector(0, fan.lift - 0.12f * static_cast<float>(i % 3), 0);
+    addFeather(all, root, root + Vector(std::cos(turn), 0, -std::sin(turn)) * length, fan.half);
+  }
+}
+
+Surface feathersMapped(const Surface& surface) {
+  Surface all = surface;
+  for (Triangle& triangle : all.triangles)
+    for (Uv& uv : triangle.uv) uv.u = 0.02f + 0.46f * uv.u;
+  return all;
+}
+
+// On the side of +x.
+Surface wing() {
+  const Vector shoulder(2.5f, 1.2f, 8), wrist(15, 4.4f, 11), hand(22.5f, 5.6f, 8.5f);
+  Surface feathers;
+  feathers.mapped = true;
+  addFan(feathers, {wrist, hand, 10, 80, 6, 15, 13, 6, 1.75f, 0});     // fingers
+  addFan(feathers, {shoulder, wrist, 9, 98, 82, 15, 15, 1, 2.0f, 0});  // of the forearm
+  addFan(feathers, {wrist, hand, 6, 76, 14, 7, 5, 1, 1.8f, 0.5f});     // what covers their roots
+  addFan(feathers, {shoulder, wrist, 7, 96, 82, 7.5f, 7.5f, 0, 2.1f, 0.5f});
+  Surface arm = tube(
+      smoothPath({shoulder - Vector(2, 0.4f, 1), shoulder, wrist, hand, hand + Vector(3, 0.2f, -1)}, 6), 4,
+      [](float t) { return mix(2.1f, 0.5f, t); }, TubeEnd::point);
+  for (Triangle& triangle : arm.triangles)
+    for (Uv& uv : triangle.uv) uv = {0.55f + 0.4f * uv.u, 0.2f + 0.4f * uv.v};
+  return joined({feathersMapped(feathers), arm});
+}
+
+// A ribbon along a path, `half` wide to either side at its first end and `taper` times that at its last.
+// Light comes from where the player's bolt sets out in its picture and shines in all frames: the corner
+// (0, 1). `reach`, in texels from there, is what the edges show, and where nothing shines.
+void addRibbon(Surface& all, const std::vector<Vector>& path, const Vector& side, float half, float taper,
+               float reach) {
+  constexpr float texel = 1.0f / 128;
+  const Uv lit{0.5f * texel, 1 - 1.5f * texel},
+      edge{(0.5f + reach) * texel, 1 - (reach > 0 ? 0.5f : 1.5f) * texel};
+  // A core needs no middle.
+  const std::vector<float> ways = reach > 0 ? std::vector<float>{-1, 0, 1} : std::vector<float>{-1, 1};
+  const int count = static_cast<int>(path.size()), across = static_cast<int>(ways.size()),
+            first = static_cast<int>(all.points.size());
   for (int i = 0; i < count; ++i) {
     const float share = static_cast<float>(i) / static_cast<float>(count - 1);
-    const float t = mix(first, last, share), reach = std::min({stray, t, 1 - t});
-    const Vector& at = path[static_cast<std::size_t>(i)];
-    const Vector across = side * (half * reach / stray),
-                 shift = side * (aside * std::min(1.0f, 6 * std::min(share, 1 - share)));
-    left.push_back(addPoint(all, at + shift - across));
-    right.push_back(addPoint(all, at + shift + across));
-    leftUv.push_back({t - reach, 1 - t - reach});
-    rightUv.push_back({t + reach, 1 - t + reach});
+    for (const float way : ways)
+      addPoint(all, path[static_cast<std::size_t>(i)] + side * (way * half * mix(1, taper, share)));
   }
-  const auto add = [&](int a, int b, int c, const Uv& ua, const Uv& ub, const Uv& uc) {
-    all.triangles.push_back({{a, b, c}, {ua, ub, uc}});
-  };
-  for (std::size_t i = 0; i + 1 < path.size(); ++i) {
-    if (leftUv[i] != rightUv[i]) add(left[i], left[i + 1], right[i], leftUv[i], leftUv[i + 1], rightUv[i]);
-    if (leftUv[i + 1] != rightUv[i + 1])
-      add(right[i], left[i + 1], right[i + 1], rightUv[i], leftUv[i + 1], rightUv[i + 1]);
-  }
+  for (int i = 0; i + 1 < count; ++i)
+    for (int k = 0; k + 1 < across; ++k) {
+      const int a = first + i * across + k, b = a + across;
+      const Uv &left = k == 0 ? edge : lit, &right = k == 0 && across == 3 ? lit : edge;
+      all.triangles.push_back({{a, a + 1, b}, {left, right, left}});
+      all.triangles.push_back({{a + 1, b + 1, b}, {right, right, left}});
+    }
 }
 
-// From one place to another in straight steps of different lengths that stray to all sides.
+// A white core in a blue glow: as many sheets of light as it takes.
+void addStroke(Surface& all, const std::vector<Vector>& path, const Vector& side, float half, float taper) {
+  for (int i = 0; i < 3; ++i) addRibbon(all, path, side, half, taper, 0);
+  addRibbon(all, path, side, 3 * half, taper, 2);
+  addRibbon(all, path, side, 10 * half, taper, 5);
+}
+
+// From one place to another, straying wide in a few long steps and a little in each short one.
 std::vector<Vector> jagged(const Vector& from, const Vector& to, int steps, float amount,
                            std::uint32_t seed) {
   const Vector along = to - from;
+  const auto stray = [&](float at, int which) {
+    const int knot = static_cast<int>(at);
+    return 2 * mix(hashUnit(knot, which, seed), hashUnit(knot + 1, which, seed),
+                   at - static_cast<float>(knot)) -
+           1;
+  };
   std::vector<Vector> path;
   for (int i = 0; i <= steps; ++i) {
-    const auto chance = [&](int which) { return 2 * hashUnit(i, which, seed) - 1; };
-    const bool end = i == 0 || i == steps;
-    const float share = (static_cast<float>(i) + (end ? 0 : 0.3f * chance(0))) / static_cast<float>(steps);
-    const float off = end ? 0 : amount * along.length();
-    path.push_back(from + along * share + Vector(chance(1), 0.25f * chance(2), chance(3)) * off);
+    const float share = static_cast<float>(i) / static_cast<float>(steps);
+    const float wide = amount * along.length() * std::min(1.0f, 4 * std::min(share, 1 - share));
+    const auto off = [&](int which) {
+      return wide *
+             (stray(0.3f * static_cast<float>(i), which) + 0.45f * stray(static_cast<float>(i), which + 9));
+    };
+    path.push_back(from + along * share + Vector(off(1), 0.25f * off(2), off(3)));
   }
   return path;
 }
@@ -69,49 +130,44 @@ std::vector<Vector> jagged(const Vector& from, const Vector& to, int steps, floa
 }  // namespace
 
 Surface crow() {
-  // Wings and tail are one cambered sheet that the picture cuts out; the trunk is solid.
-  const Surface wings = sheet(16, 5, [](float s, float t) {
-    const float x = wingReach * (2 * s - 1), z = -wingReach * 0.8f * (2 * t - 1),
-                out = std::fabs(x) / wingReach;
-    const float dihedral = 7 * std::pow(out, 1.3f), camber = 2.2f * (1 - std::pow((z - 4) / 20, 2.0f)) * out;
-    return Vector(x, dihedral + camber * smoothStep(0.05f, 0.3f, out), z);
-  });
-  Surface all = mappedFromAbove(wings);
-  append(all, mappedFromAbove(tube(
-                  smoothPath({Vector(0, 0.5f, -15), Vector(0, -0.6f, 0), Vector(0, 0.4f, 12),
-                              Vector(0, 1.6f, 19), Vector(0, 0.8f, 26)},
-                             14),
-                  8,
-                  [](float t) {
-                    const float trunk = 5.0f * std::sin(pi * std::pow(clamp01(t * 1.18f), 0.8f));
-                    const float head = 3.2f * std::exp(-std::pow((t - 0.80f) / 0.10f, 2.0f));
-                    return std::max(trunk, head) + 0.5f * (1 - t);
-                  },
-                  TubeEnd::point)));
-  return all;
+  // The trunk from tail to beak.
+  struct Ring {
+    float z, radius, y;
+  };
+  constexpr Ring rings[] = {{-15, 0.6f, 0.4f},   {-11, 2.3f, 0.2f}, {-5, 4.1f, -0.3f}, {2, 4.8f, -0.6f},
+                            {8, 4.4f, -0.2f},    {13, 3.4f, 0.7f},  {17, 3.0f, 1.4f},  {20, 3.1f, 1.8f},
+                            {22.5f, 2.5f, 1.8f}, {24, 1.3f, 1.5f},  {27, 0.9f, 1.2f},  {30, 0.15f, 0.5f}};
+  constexpr int last = static_cast<int>(std::size(rings)) - 1;
+  Surface trunk = sheet(8, last,
+                        [&](float s, float t) {
+                          const Ring& ring = rings[std::lround(t * last)];
+                          return Vector(ring.radius * std::cos(2 * pi * s),
+                                        ring.y + 0.92f * ring.radius * std::sin(2 * pi * s), ring.z);
+                        },
+                        {.closedAcross = true});
+  for (Triangle& triangle : trunk.triangles)
+    for (Uv& uv : triangle.uv) uv.u = 0.5f + 0.5f * uv.u;
+  Surface tail;
+  tail.mapped = true;
+  addFan(tail, {Vector(1.6f, 0.6f, -10), Vector(-1.6f, 0.6f, -10), 9, 70, 110, 13, 13, 2.5f, 1.7f, 0.3f});
+  return joined({wing(), placed(wing(), stretched(-1, 1, 1)), feathersMapped(tail), trunk});
 }
 
-Surface bolt(const Vector& from, const Vector& to, std::uint32_t seed) {
-  constexpr int steps = 11;
-  // Three at one place burn out to white; one beside them makes the channel thicker than a hair.
-  constexpr float half = 26, asides[] = {0, 0, 0, -2, 2};
-  const std::vector<Vector> channel = jagged(from, to, steps, 0.055f, seed);
+Surface bolt(const Vector& from, const Vector& to, float half, std::uint32_t seed) {
+  const std::vector<Vector> channel = jagged(from, to, 15, 0.05f, seed);
   const Vector along = unit(to - from), across = unit(cross(along, Vector(0.15f, 0.1f, 1)));
   Surface all;
   all.mapped = true;
-  // Two planes, so that it shows from all sides; the fewer they are, the less it frays.
-  for (const Vector& side : {across, unit(across + cross(along, across) * 1.5f)})
-    for (const float aside : asides) addRibbon(all, channel, side, half, aside, 0, 1);
+  addStroke(all, channel, across, half, 0.7f);
   // Branches leave at bends and die away in the air.
-  for (const int bend : {3, 6}) {
+  for (const int bend : {5, 9}) {
     const Vector& fork = channel[static_cast<std::size_t>(bend)];
-    const float turn = bend == 3 ? 1.0f : -1.0f;
-    const Vector end = fork + (along * 0.7f + across * (0.6f * turn)) * (0.26f * (to - from).length());
-    for (int copy = 0; copy < 2; ++copy)
-      addRibbon(all, jagged(fork, end, 4, 0.08f, seed + static_cast<std::uint32_t>(bend)), across,
-                0.5f * half, 0, 0.55f, 1);
+    const float turn = bend == 9 ? -1.0f : 1.0f;
+    const Vector end = fork + (along * 0.8f + across * (0.6f * turn)) * (0.24f * (to - from).length());
+    addStroke(all, jagged(fork, end, 6, 0.06f, seed + static_cast<std::uint32_t>(bend)), across, 0.5f * half,
+              0.1f);
   }
-  return compacted(all);
+  return all;
 }
 
 Surface beam() {

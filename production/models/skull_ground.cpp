@@ -38,7 +38,7 @@ float groundHeight(float x, float z) {
 }
 
 Surface terrain() {
-  constexpr int around = 52, rings = 23;
+  constexpr int around = 46, rings = 20;
   const Surface ground = sheet(around, rings,
                                [](float s, float t) {
                                  const float radius = terrainRadius * std::pow(1 - t, 2.3f),
@@ -56,12 +56,12 @@ Surface terrain() {
 
 Surface boulders() {
   Surface all;
-  constexpr int count = 48;
+  constexpr int count = 29;
   for (int i = 0; i < count; ++i) {
     const auto chance = [i](std::uint32_t seed) { return hashUnit(i, 7, seed); };
     // The small ones lie close about the jaw, in front above all.
     const float angle = 2 * pi * (static_cast<float>(i) * 0.381966f + 0.1f * chance(921));
-    const bool near = i < 36;
+    const bool near = i < 22;
     const float radius = near ? 78 + 66 * chance(922) * chance(923) : 170 + 260 * chance(922);
     const float x = radius * std::sin(angle) * 1.02f, z = radius * std::cos(angle) * 1.02f - 8;
     const float size = (near ? 9 + 15 * chance(924) * chance(925) : 10 + 30 * chance(924) * chance(926));

@@ -47,13 +47,19 @@ Placement spearPlacement(int index);  // 0 to 5
 
 // --- What flies.
 
-Surface crow();  // about the origin, wings along x, its head towards +z; mapped from above
-// Lightning from uv (0,1) to (1,0): a jagged channel with two branches, of several ribbons that add up to
+Surface crow();  // about the origin, wings along x, its head towards +z
+constexpr int crowCount = 3;
+Vector crowPlace(int crow, float lap);  // laps about the crown: 0 to 1
+// Lightning: a jagged channel with branches, `half` wide to either side, of several ribbons that add up to
 // white.
-Surface bolt(const Vector& from, const Vector& to, std::uint32_t seed);
+Surface bolt(const Vector& from, const Vector& to, float half, std::uint32_t seed);
 Surface beam();                               // along y from the origin
 Surface cloudLayer(float above, float tilt);  // four points
 Surface vault();                              // the swirl over all
+
+// --- Cameras. All move in the whole loop, but for those that say otherwise.
+
+std::vector<StageCamera> cameras();
 
 // --- Paint.
 

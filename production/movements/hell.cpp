@@ -1,3 +1,4 @@
+#include "production/models/hell_parts.h"
 #include "production/movements/words.h"
 
 namespace vex {
@@ -106,12 +107,25 @@ void addCathedral(Show& show) {
             {.count = 40, .spread = 8, .speedY = 6, .scatter = 24});
 }
 
+// What hangs over the roof of fire is a black sun: its light stands about it.
+void addEclipse(Show& show, double bar, Camera camera, double start) {
+  const Sight sight =
+      onScreen(hell::cameras()[camera], start, 1, beatsPerBar, hell::inLake(hell::sphereCentre));
+  show.add("eclipse", bar, 1, haze,
+           Bitmap{.texture = "corona_ember",
+                  .at = centred(sight.x, sight.y, sight.unit * 122),
+                  .alpha = flashes({0, 2}, 1, 0.6),
+                  .blend = Blend::add});
+}
+
 // Half the band is gone: the lake has closed over us. The furnace is heard before it opens.
 void addDepths(Show& show) {
   const double start = barOf("under the lake"), embers = barOf("embers"), fill = barOf("furnace fill"),
                gasp = barOf("gasp"), next = barOf("eruption");
   addShot(show, "sunk", start, 1, sunk, 5);
   addShot(show, "sunken sphere", start + 1, 1, sunkenSphere, 8);
+  for (const int bar : {0, 1})
+    addEclipse(show, start + bar, bar == 0 ? sunk : sunkenSphere, bar == 0 ? 5 : 8);
   addNight(show, "the melt's dark", start, embers - start);
   addHeat(show, "melt about us", start, embers - start, swing(3, 0.14, 0.3));
   addFire(show, "the roof's light", start, embers - start, 0, -0.7, swing(2, 0.25, 0.5));
@@ -123,9 +137,18 @@ void addDepths(Show& show) {
   addShot(show, "furnace", fill, gasp - fill, choir, 8);
   addRays(show, "furnace opens", fill, gasp - fill, 0, 0.36, line({{0, 1.6}, {partEnd, 3}}),
           flashes({0, 1, 2, 2.5}, 1, 0.3));
-  addShot(show, "gasp", gasp, next - gasp, choir, 9.4);
+  addShot(show, "gasp", gasp, next - gasp, rose, 10.4);
   show.add("dark before the blow", gasp, next - gasp, backdrop,
-           Fade{.alpha = line({{0, 0.75}, {partEnd, 0.98}})});
+           Fade{.alpha = line({{0, 0.5}, {partEnd, 0.92}})});
+  show.add("breath held", gasp, next - gasp, haze,
+           Bitmap{.texture = "haze_ember",
+                  .at = centred(0.015, -0.165, line({{0, 1.9}, {partEnd, 0.8}})),
+                  .alpha = 0.8,
+                  .blend = Blend::add},
+           Bitmap{.texture = "light6",
+                  .at = centred(0.015, -0.165, line({{0, 0.7}, {partEnd, 0.16}})),
+                  .alpha = line({{0, 0.7}, {partEnd, 1}}),
+                  .blend = Blend::add});
 }
 
 // The rose bursts out of the wall; behind it the fire breaks through, and the sphere opens.
@@ -167,6 +190,11 @@ void addCracks(Show& show) {
   addSparks(show, "last sparks", first, fill - first, 3,
             {.count = 120, .spread = 14, .speedY = 8, .speedZ = 12, .scatter = 22});
   const Word word = vex(er, spline({{0, 1.1}, {0.5, 0.9}, {4, 0.94}, {partEnd, 1.05}}), 0, 0.52);
+  show.add("dark under the word", first, burnt - first, haze + 1,
+           Bitmap{.texture = "hell_dusk",
+                  .at = {.x = -1.1, .y = 1, .w = 2.2, .h = -1.45},
+                  .alpha = line({{0, 1}, {-3, 1}, {partEnd, 0}}),
+                  .blend = Blend::darken});
   show.add("vexer in the fire", first, fill - first, title, word);
   addShot(show, "scorched", burnt, next - burnt, child, 19.3);
   show.add("burnt out", burnt, next - burnt, curtain - 1,

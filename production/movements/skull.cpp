@@ -1,3 +1,6 @@
+#include <algorithm>
+
+#include "production/models/skull_parts.h"
 #include "production/movements/words.h"
 #include "production/textures/storm.h"
 
@@ -7,7 +10,7 @@ using namespace screen;
 
 namespace {
 
-enum Camera { wide, low, face, crane, socket, far, left, right, fallen, above, landing, hunted };
+enum Camera { wide, low, face, crane, socket, far, left, right, fallen, landing, hunted };
 
 // --- Words of this world
 
@@ -44,9 +47,62 @@ ScriptCall trail(int crow, double count) {
 }
 
 // The world fills the screen for a while; `start` is where its cameras' shots of twenty seconds are entered.
-void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start,
-             double speed = 1) {
-  show.part(name, bar, bars, backdrop, {draw(World{.scene = "SceneSkull", .camera = camera})}, start, speed);
+struct Shot {
+  const char* name;
+  double bar, bars;  // from the movement's beginning
+  Camera camera;
+  double start, speed = 1;
+};
+constexpr Shot shots[] = {{"across the plain", 0, 1.5, wide, 1, 2.2},
+                          {"face of rock", 1.5, 0.5, face, 3},
+                          {"over the crown", 2, 1, crane, 9.6, 3},
+                          {"under its teeth", 3, 1, low, 3, 2},
+                          {"spears from afar", 4, 1, Camera::far, 3, 2},
+                          {"spears before", 5, 1, right, 1, 2.5},
+                          {"eye 1", 6, 0.5, socket, 4, 4},
+                          {"hunt 1", 6.5, 1.5, left, 4, 1.5},
+                          {"clouds race", 8, 1, low, 12, 2.5},
+                          {"eyes 2", 9, 0.5, face, 9, 1.5},
+                          {"hunt 2", 9.5, 0.5, left, 5, 1.5},
+                          {"falls before it", 10, 2, landing, 8},
+                          {"eye 3", 12, 0.5, socket, 9, 4},
+                          {"hunt 3", 12.5, 0.5, hunted, 10},
+                          {"falls before us", 13, 1, fallen, 2, 4},
+                          {"heart of the storm", 14, 1, low, 15, 2.4},
+                          {"into the eye", 15, 0.75, socket, 6, 3.4}};
+
+void addShots(Show& show) {
+  for (const Shot& shot : shots)
+    show.part(shot.name, skullBar + shot.bar, shot.bars, backdrop,
+              {draw(World{.scene = "SceneSkull", .camera = shot.camera})}, shot.start, shot.speed);
+}
+
+// Light over a place of the world: `units` high there; the place by seconds since the light's beginning.
+struct Glow {
+  double units;
+  Bitmap light;
+  std::function<Vector(double seconds)> place;
+};
+
+// Each shot sees it where it is.
+void addGlows(Show& show, const char* name, double bar, double bars, const std::vector<Glow>& glows) {
+  for (const Shot& shot : shots) {
+    const double from = std::max(bar, skullBar + shot.bar),
+                 to = std::min(bar + bars, skullBar + shot.bar + shot.bars);
+    if (to - from < 0.01) continue;
+    const double start = shot.start + (from - skullBar - shot.bar) * secondsPerBar * shot.speed;
+    std::vector<ScriptCall> calls;
+    for (const Glow& glow : glows) {
+      const Sight sight = onScreen(
+          skull::cameras()[shot.camera], start, shot.speed, (to - from) * beatsPerBar,
+          [&](float t) { return glow.place((from - bar) * secondsPerBar + (t - start) / shot.speed); });
+      Bitmap light = glow.light;
+      light.at = centred(sight.x, sight.y, sight.unit * glow.units);
+      light.blend = Blend::add;
+      calls.push_back(draw(light));
+    }
+    show.part(name, from, to - from, haze, std::move(calls));
+  }
 }
 
 constexpr int settings = ground + 1;
@@ -92,110 +148,92 @@ void addPrey(Show& show, const Prey& prey) {
             {set("killCrow", {number("crow", prey.number, 0, 2)}), trail(prey.number, 0)}, cueSeconds(2), 0);
 }
 
-// Where something stands on the screen, and how high its light is, by beats.
-struct Spot {
-  double beat, x, y, height;
-};
+constexpr double fallBars = 1.36;  // to the ground
 
-Place through(const std::vector<Spot>& spots) {
-  std::vector<CurveDot> x, y, height;
-  for (const Spot& spot : spots) {
-    x.push_back({spot.beat, spot.x});
-    y.push_back({spot.beat, spot.y});
-    height.push_back({spot.beat, spot.height});
-  }
-  return centred(line(x), line(y), line(height));
+// Where one flies.
+Vector flightPlace(const Prey& prey, double bar) {
+  const double way = (prey.to > prey.from ? 0 : 1) + prey.to - prey.from;
+  const double lap = prey.from + way * (bar - skullBar) / (barOf(prey.shot) - skullBar);
+  return skull::crowPlace(prey.number, static_cast<float>(lap));
 }
 
-// What burns lights the air about it. Places on the screen follow the fall as each shot sees it.
-void addGlows(Show& show) {
-  const struct {
-    double bar, beats;
-    std::vector<Spot> spots;
-  } glows[] = {
-      {barOf("crow 1 falls"),
-       4,
-       {{0, -0.1, -0.53, 0.6},
-        {1, -0.12, -0.41, 0.6},
-        {2, -0.13, -0.25, 0.6},
-        {3, -0.14, -0.05, 0.6},
-        {4, -0.15, 0.18, 0.6}}},
-      {barOf("clouds race"), 2, {{0, -0.56, -0.12, 0.9}, {1, -0.55, 0.35, 0.9}, {2, -0.57, 1, 0.9}}},
-      {barOf("crow 2 falls"),
-       4,
-       {{0, -0.03, 0.04, 0.9}, {1.25, -0.06, -0.1, 1.1}, {2.5, -0.12, -0.15, 1.5}, {4, -0.3, 0, 2.8}}},
-      {barOf("crow 3 falls"),
-       4,
-       {{0, -0.22, -0.68, 0.9},
-        {1, -0.3, -0.46, 0.9},
-        {2, -0.36, -0.2, 0.9},
-        {3, -0.43, 0.12, 0.9},
-        {4, -0.48, 0.51, 0.9}}},
-  };
-  for (const auto& glow : glows)
-    for (const char* light : {"light6", "haze_ember"})
-      show.add("fire's glow", glow.bar, glow.beats / beatsPerBar, haze,
-               Bitmap{.texture = light,
-                      .at = through(glow.spots),
-                      .alpha = fade(0.1, 0.6, 0.4),
-                      .blend = Blend::add});
-  // Where a beam has burnt through.
-  for (const int hit : {0, 2, 3})
-    show.add(
-        "hit", glows[hit].bar, 0.25, flash,
-        Bitmap{.texture = "light7",
-               .at = centred(glows[hit].spots[0].x, glows[hit].spots[0].y, line({{0, 1.7}, {partEnd, 0.5}})),
-               .alpha = line({{0, 1}, {partEnd, 0}}),
-               .blend = Blend::add},
-        Fade{.red = 1, .green = 0.8, .blue = 0.7, .alpha = line({{0, 0.5}, {0.1, 0.15}, {0.25, 0}})});
+// A crow falls as the player lets it.
+Vector fallPlace(const Prey& prey, double seconds) {
+  const auto t = static_cast<float>(seconds);
+  return skull::crowPlace(prey.number, static_cast<float>(prey.to)) + Vector(0, -30 * t * t, -70 * t);
+}
+
+// What burns is a body of flame in the light that it throws about; where a beam burns through, a blow of it.
+void addFires(Show& show) {
+  for (const Prey& prey : preys) {
+    const double shot = barOf(prey.shot);
+    const auto falling = [&](double seconds) { return fallPlace(prey, seconds); };
+    // It leaves flames behind and above.
+    const auto trailing = [&](double by) {
+      return [&, by](double seconds) { return fallPlace(prey, std::max(0.0, seconds - by)); };
+    };
+    addGlows(show, "fire", shot, fallBars,
+             {{420, {.texture = "haze_ember", .alpha = 0.55}, falling},
+              {130, {.texture = "flare_fire1", .alpha = swing(0.37, 0.7, 1)}, falling},
+              {110, {.texture = "flare_fire3", .alpha = swing(0.29, 0.6, 1)}, trailing(0.09)},
+              {80, {.texture = "flare_fire2", .alpha = swing(0.23, 0.4, 0.9)}, trailing(0.2)},
+              {55, {.texture = "light6", .alpha = flashes(everyBeat, 0.9, 0.55)}, falling}});
+    addGlows(show, "hit", shot, 0.25,
+             {{400, {.texture = "light7", .alpha = line({{0, 1}, {partEnd, 0}})}, falling}});
+  }
+  // The second is seen to strike the plain.
+  const auto grave = [](double) { return fallPlace(preys[1], fallBars * secondsPerBar); };
+  addGlows(show, "strikes the plain", barOf(preys[1].shot) + fallBars, 2 - fallBars,
+           {{500, {.texture = "haze_ember", .alpha = line({{0, 1}, {0.5, 0.6}, {partEnd, 0.4}})}, grave},
+            {260, {.texture = "light7", .alpha = line({{0, 1}, {0.6, 0}})}, grave},
+            {90, {.texture = "flare_fire2", .alpha = swing(0.31, 0.6, 1)}, grave},
+            {60, {.texture = "light6", .alpha = line({{0, 1}, {partEnd, 0.4}})}, grave}});
 }
 
 // The sockets blaze while they aim.
 void addBlazes(Show& show) {
-  const struct {
-    double bar, beats;
-    std::vector<Spot> left, right;
-  } blazes[] = {{skullBar + 6,
-                 2,
-                 {{0, 0.34, -0.22, 1.4}, {2, 0.47, -0.27, 1.6}},
-                 {{0, -0.31, -0.12, 1.4}, {2, -0.34, -0.15, 1.6}}},
-                {skullBar + 6.5, 3, {{0, 0.22, 0.17, 0.5}}, {{0, 0.06, 0.19, 0.5}}},
-                {skullBar + 9,
-                 2,
-                 {{0, 0.17, -0.09, 1}, {2, 0.12, -0.08, 1}},
-                 {{0, -0.23, -0.02, 1}, {2, -0.28, -0.02, 1}}},
-                {skullBar + 9.5, 2, {{0, 0.22, 0.17, 0.5}}, {{0, 0.06, 0.19, 0.5}}},
-                {skullBar + 12,
-                 2,
-                 {{0, 0.53, -0.3, 1.7}, {2, 0.75, -0.41, 2}},
-                 {{0, -0.34, -0.17, 1.7}, {2, -0.34, -0.24, 2}}},
-                {skullBar + 12.5,
-                 2,
-                 {{0, 0.08, -0.03, 0.5}, {2, 0.08, -0.02, 1.6}},
-                 {{0, -0.05, 0.02, 0.5}, {2, -0.07, 0.02, 1.6}}},
-                {skullBar + 13, 1, {{0, 0.04, 0.26, 0.4}}, {{0, -0.09, 0.26, 0.4}}}};
-  for (const auto& blaze : blazes)
-    for (const auto* spots : {&blaze.left, &blaze.right})
-      show.add("blaze", blaze.bar, blaze.beats / beatsPerBar, haze,
-               Bitmap{.texture = "light4",
-                      .at = through(*spots),
-                      .alpha = flashes(everyBeat, 0.9, 0.35),
-                      .blend = Blend::add});
+  const auto blaze = [](float side) {
+    return Glow{75, {.texture = "light4", .alpha = flashes(everyBeat, 0.9, 0.35)}, [side](double) {
+                  return skull::eye(side);
+                }};
+  };
+  for (const Prey& prey : preys) {
+    const double aimed = barOf(prey.aimed), shot = barOf(prey.shot);
+    addGlows(show, "blaze", aimed, shot + 0.25 - aimed, {blaze(1), blaze(-1)});
+    // What they touch glows.
+    addGlows(show, "singed", aimed, shot - aimed,
+             {{110, {.texture = "light4", .alpha = flashes(everyBeat, 0.8, 0.2)}, [&](double seconds) {
+                 return flightPlace(prey, aimed + seconds / secondsPerBar);
+               }}});
+  }
 }
 
 // The last of it: one socket's fire swallows the picture.
 void addInferno(Show& show) {
-  const std::vector<Spot> socket{{0, -0.33, -0.13, 0.5}, {1.75, -0.34, -0.17, 1.1}, {3, 0, 0, 8}};
   const double start = skullBar + 15, bars = 0.75;
   for (const char* light : {"light4", "rays_ember", "light7"})
     show.add("inferno", start, bars, flash,
              Bitmap{.texture = light,
-                    .at = through(socket),
+                    .at = centred(line({{0, -0.33}, {1.75, -0.34}, {3, 0}}),
+                                  line({{0, -0.13}, {1.75, -0.17}, {3, 0}}),
+                                  line({{0, 0.5}, {1.75, 1.1}, {3, 8}})),
                     .alpha = light == std::string("light7") ? line({{0, 0}, {1.75, 0.4}, {3, 1}})
                                                             : line({{0, 0.5}, {1.75, 1}}),
                     .blend = Blend::add});
   show.add("white of the eye", start, bars, flash + 1,
            Fade{.red = 1, .green = 0.96, .blue = 0.92, .alpha = line({{0, 0}, {2.4, 0}, {3, 1}})});
+}
+
+// In the dark what burnt in its sockets dies last.
+void addSilence(Show& show) {
+  const double start = skullBar + 15.75, bars = 0.25;
+  show.add("struck dumb", start, bars, curtain - 1, Fade{});
+  for (const double x : {-0.13, 0.13})
+    show.add("its eyes die", start, bars, curtain,
+             Bitmap{.texture = "light4",
+                    .at = centred(x, -0.04, line({{0, 0.5}, {partEnd, 0.12}})),
+                    .alpha = line({{0, 1}, {0.5, 0.8}, {partEnd, 0}}),
+                    .blend = Blend::add});
 }
 
 // --- Storm
@@ -211,7 +249,7 @@ void addStrokes(Show& show, double bar, double bars, const std::vector<double>& 
     // The whole sky is white at most three times in two beats.
     if (!white.empty() && beat - white.back().x < 0.3) continue;
     if (beat > 0) white.push_back({beat - 0.01, 0});
-    white.insert(white.end(), {{beat, 0.6}, {beat + 0.1, 0.2}, {beat + 0.3, 0}});
+    white.insert(white.end(), {{beat, 0.16}, {beat + 0.1, 0.06}, {beat + 0.2, 0}});
   }
   if (white.empty()) white.push_back({0, 0});
   show.part("storm", bar, bars, settings,
@@ -220,6 +258,10 @@ void addStrokes(Show& show, double bar, double bars, const std::vector<double>& 
   show.add("stroke", bar, bars, flash - 1,
            Bitmap{.texture = "haze_teal",
                   .at = centred(swing(7, -0.5, 0.5), -0.9, 3.4, 1.9),
+                  .alpha = flashes(struck, 1, 0),
+                  .blend = Blend::add},
+           Bitmap{.texture = "haze_teal",
+                  .at = centred(swing(7, 0.4, -0.4), -1.3, 2.6, 2.6),
                   .alpha = flashes(struck, 1, 0),
                   .blend = Blend::add},
            Fade{.red = 0.86, .green = 0.95, .blue = 1, .alpha = line(white)});
@@ -259,39 +301,17 @@ void addStorm(Show& show) {
   addStrokes(show, barOf("heart of the storm"), 2, {0, 0.5, 1, 2, 2.5, 3, 4, 4.5, 5, 6, 6.5, 7}, 1.8);
 }
 
-void addShots(Show& show) {
-  const double start = skullBar;
-  addShot(show, "across the plain", start, 1.5, wide, 1, 2.2);
-  addShot(show, "face of rock", barOf("lightning"), 0.5, face, 3);
-  addShot(show, "over the crown", start + 2, 1, crane, 9.6, 3);
-  addShot(show, "under its teeth", start + 3, 1, low, 3, 2);
-  addShot(show, "spears from afar", start + 4, 1, Camera::far, 3, 2);
-  addShot(show, "spears before", start + 5, 1, right, 1, 2.5);
-  addShot(show, "eye 1", start + 6, 0.5, socket, 4, 4);
-  addShot(show, "hunt 1", start + 6.5, 1.5, left, 4, 1.5);
-  addShot(show, "clouds race", start + 8, 1, low, 12, 2.5);
-  addShot(show, "eyes 2", start + 9, 0.5, face, 9, 1.5);
-  addShot(show, "hunt 2", start + 9.5, 0.5, left, 5, 1.5);
-  addShot(show, "falls towards us", start + 10, 1.25, landing, 8);
-  addShot(show, "from the storm's eye", start + 11.25, 0.75, above, 4, 3);
-  addShot(show, "eye 3", start + 12, 0.5, socket, 9, 4);
-  addShot(show, "hunt 3", start + 12.5, 0.5, hunted, 10);
-  addShot(show, "falls before us", start + 13, 1, fallen, 2, 4);
-  addShot(show, "heart of the storm", start + 14, 1, low, 15, 2.4);
-  addShot(show, "into the eye", start + 15, 0.75, socket, 6, 3.4);
-  show.add("struck dumb", start + 15.75, 0.25, curtain - 1, Fade{});
-}
-
 }  // namespace
 
 void addSkull(Show& show) {
   addStorm(show);
   addHalos(show);
-  addGlows(show);
+  addFires(show);
   addBlazes(show);
   addInferno(show);
   for (const Prey& prey : preys) addPrey(show, prey);
   addShots(show);
+  addSilence(show);
 }
 
 }  // namespace vex

@@ -112,51 +112,37 @@ Canvas swirl(const Settings& settings) {
   });
 }
 
-// --- The crow: head towards the upper edge, wings left and right.
+// --- The crow
 
-// Distance to the plumage's outline, in half widths of the picture.
-float plumage(float x, float y) {
+// A feather in the left half, its root below: barbs run from the quill to edges that catch the light.
+Colour4 featherColour(float x, float t) {
   const float side = std::fabs(x);
-  float d = box(side, y + 0.02f, 0.10f, 0.40f);                                     // trunk
-  d = smoothUnion(d, disc(x, y + 0.55f, 0.10f), 0.08f);                             // head
-  d = smoothUnion(d, taper(side, y, 0, -0.62f, 0, -0.80f, 0.045f, 0.008f), 0.03f);  // beak
-  // Arm and hand of the wing, then its feathers.
-  d = smoothUnion(d, taper(side, y, 0.05f, -0.12f, 0.42f, -0.22f, 0.15f, 0.10f), 0.05f);
-  d = smoothUnion(d, taper(side, y, 0.42f, -0.22f, 0.70f, -0.12f, 0.10f, 0.06f), 0.05f);
-  for (int i = 0; i < 7; ++i) {  // fingers
-    const float k = static_cast<float>(i) / 6, angle = mix(-0.15f, 1.30f, k),
-                reach = mix(0.36f, 0.42f, 4 * k * (1 - k));
-    const float fx = mix(0.66f, 0.50f, k), fy = mix(-0.14f, -0.12f, k);
-    d = std::min(d, taper(side, y, fx, fy, fx + reach * std::cos(angle) * 0.8f, fy + reach * std::sin(angle),
-                          0.045f, 0.022f));
-  }
-  for (int i = 0; i < 8; ++i) {  // secondaries
-    const float k = static_cast<float>(i) / 7, fx = mix(0.50f, 0.10f, k);
-    const float reach = 0.36f + 0.05f * std::sin(static_cast<float>(i) * 2.4f);
-    d = std::min(d, taper(side, y, fx, -0.14f, fx + 0.03f, -0.14f + reach, 0.05f, 0.028f));
-  }
-  for (int i = -3; i <= 3; ++i) {  // tail
-    const auto k = static_cast<float>(i);
-    d = std::min(d, taper(x, y, 0.02f * k, 0.30f, 0.075f * k, 0.76f - 0.012f * k * k, 0.045f, 0.03f));
-  }
-  return d;
+  const float barb = 0.5f + 0.5f * std::sin((t * 4 - side) * 38);
+  const float quill = std::exp(-x * x * 500) * smoothStep(1, 0.3f, t);
+  const float gloss = std::exp(-(x - 0.4f) * (x - 0.4f) * 12) * (0.5f + 0.5f * std::sin(t * 5));
+  return gradient(stormRamp, (0.13f + 0.05f * barb + 0.14f * quill + 0.19f * gloss +
+                              0.15f * smoothStep(0.7f, 0.98f, side)) *
+                                 (0.6f + 0.4f * smoothStep(0, 0.5f, t)));
+}
+
+// The trunk in the right half, unrolled: rows of small feathers from tail to head, then the beak; u = 1/4 is
+// its back.
+Colour4 trunkColour(float u, float t) {
+  const float row = t * 18, across = u * 14 + 0.5f * std::floor(row);
+  const float x = 2 * (across - std::floor(across)) - 1, y = row - std::floor(row);
+  const float scale =
+      smoothStep(0.75f, 1.0f, std::hypot(x, 1 - y)) * smoothStep(1.35f, 1.0f, std::hypot(x, 1 - y));
+  const float back = 0.5f + 0.5f * std::sin(2 * pi * u);
+  if (t > 0.80f) return gradient(stormRamp, 0.12f + 0.22f * back * back);
+  const float eye = std::hypot(std::min(std::fabs(u - 0.06f), std::fabs(u - 0.44f)) * 3.2f, t - 0.66f);
+  const Colour4 plumes = gradient(stormRamp, 0.14f + 0.13f * scale + 0.19f * back * back);
+  return mix(plumes, gradient(alarmRamp, 0.75f), smoothStep(0.03f, 0.018f, eye));
 }
 
 Canvas crowPicture(const Settings& settings) {
   const int side = settings.side(512);
   return paintSmooth(side, side, 2, [](float u, float v) {
-    const float x = (u - 0.5f) * 2, y = (v - 0.5f) * 2;
-    const float d = plumage(x, y);
-    // Barbs along each feather, a blue gloss over black, paler rims against the dark ground.
-    const float spread = std::atan2(y + 0.1f, std::fabs(x) - 0.2f);
-    const float barb = 0.5f + 0.5f * std::sin(spread * 60);
-    const float sheen = smoothStep(0.2f, 0.8f, valueNoise(x * 5 + 9, y * 9 + 9, 0, 1011));
-    const float rim = smoothStep(-0.035f, -0.004f, d);
-    Colour4 colour = gradient(stormRamp, 0.10f + 0.05f * barb + 0.11f * sheen + 0.20f * rim);
-    if (disc(std::fabs(x), y + 0.60f, 0.03f) < 0 && std::fabs(x) > 0.035f) colour = gradient(alarmRamp, 0.7f);
-    // Hard: where it is half there, the clouds behind it are not drawn.
-    colour.a = smoothStep(0.002f, -0.004f, d);
-    return colour;
+    return u < 0.5f ? featherColour((u - 0.25f) / 0.23f, 1 - v) : trunkColour(2 * u - 1, 1 - v);
   });
 }
 
@@ -202,7 +188,7 @@ Products stormPictures() {
               [](const Settings& settings) { return cloudLayer(settings, 1041, 0.7f); }),
       picture("skull_swirl", PictureKind::maskedJpeg, "storm", 2, swirl),
       picture("skull_beam", PictureKind::jpeg, "storm", 0.1f, beamPicture),
-      picture("crow", PictureKind::maskedJpeg, "storm", 1, crowPicture),
+      picture("crow", PictureKind::jpeg, "storm", 1, crowPicture),
       // The player draws lightning into it: always of this size, always dark at first.
       picture("spark", PictureKind::bmp, "storm", 0.1f,
               [](const Settings&) { return Canvas(128, 128, black); }),
