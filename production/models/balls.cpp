@@ -47,6 +47,16 @@ Balls boxOfBalls() {
   addFrame(balls, ringAt(foot), iron, 1);
   for (const Vector& corner : ringAt(foot)) addRow(balls, corner, corner + Vector(0, rim - foot, 0), iron, 1);
   addFrame(balls, ringAt(rim), brass, 1);
+  // Dark walls hide what lies behind them.
+  const Colour4 dark{0.10f, 0.05f, 0.04f};
+  constexpr float inset = 7;
+  for (float y = foot + 10; y < rim - 4; y += 11) {
+    std::vector<Vector> wall = ringAt(y);
+    for (Vector& corner : wall)
+      corner =
+          Vector(std::copysign(halfWidth - inset, corner.x), y, std::copysign(halfDepth - inset, corner.z));
+    addFrame(balls, wall, dark, 1);
+  }
   const Placement ajar = moved(0, -rim, halfDepth) >> turnedX(-52) >> moved(0, rim, -halfDepth);
   for (const float height : {3.0f, 15.0f}) {
     std::vector<Vector> corners;

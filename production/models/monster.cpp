@@ -28,8 +28,10 @@ const Vector hoop = Vector(0, 78, 0);  // about which the mirror spheres circle
 struct Orb {
   const char* name;
   float radius, distance, turns, phase, tilt;
+  int around;
 };
-constexpr Orb orbs[] = {{"sphere01", 21, 128, 1, 0.55f, 0.30f}, {"sphere02", 13, 92, 2, 0.55f, -0.55f}};
+constexpr Orb orbs[] = {{"sphere01", 21, 128, 1, 0.55f, 0.30f, 28},
+                        {"sphere02", 13, 92, 2, 0.55f, -0.55f, 20}};
 
 Piece orbPiece(const Orb& orb) {
   const auto place = [orb](float t) {
@@ -37,9 +39,10 @@ Piece orbPiece(const Orb& orb) {
     return hoop + Vector(orb.distance * std::cos(angle), orb.distance * std::sin(angle) * orb.tilt,
                          orb.distance * std::sin(angle));
   };
-  Piece piece{.name = orb.name,
-              .surface = placed(withoutMapping(sphere(orb.radius, 28, 15)), moved(place(0))),
-              .pivot = place(0)};
+  Piece piece{
+      .name = orb.name,
+      .surface = placed(withoutMapping(sphere(orb.radius, orb.around, orb.around / 2)), moved(place(0))),
+      .pivot = place(0)};
   piece.motion.positions = positionKeys(loopSeconds, 5, place);
   return piece;
 }
@@ -79,7 +82,7 @@ std::vector<StageCamera> cameras() {
       // Eye to eye, a slow orbit.
       camera("face", 62,
              {Vector(62, 106, 128), Vector(34, 108, 158), Vector(-26, 114, 160), Vector(-74, 130, 112)},
-             {Vector(10, 116, 70), Vector(11, 116, 70), Vector(-11, 117, 68), Vector(-6, 119, 60)}),
+             {Vector(10, 120, 70), Vector(11, 120, 70), Vector(-11, 121, 68), Vector(-6, 122, 60)}),
       // On the wet floor, between the claws.
       camera("low", 92, {Vector(136, 7, 118), Vector(84, 8, 150), Vector(6, 9, 168), Vector(-78, 12, 138)},
              {Vector(-12, 92, 0), Vector(0, 104, 6), Vector(16, 104, 6), Vector(22, 98, 0)}),
@@ -87,18 +90,18 @@ std::vector<StageCamera> cameras() {
       camera("crane", 80,
              {Vector(-210, 24, 120), Vector(-200, 110, 130), Vector(-130, 196, 140), Vector(-20, 214, 170)},
              {Vector(0, 90, 0), Vector(-6, 92, 0), Vector(6, 88, 6), Vector(12, 78, 0)}),
-      // Around its back, past tail and hoses.
+      // Around its back, low, under the sting.
       camera("back", 84,
-             {Vector(190, 70, -120), Vector(110, 96, -200), Vector(-30, 122, -214), Vector(-170, 104, -150)},
-             {Vector(0, 112, -20), Vector(-14, 118, -20), Vector(12, 118, -20), Vector(20, 108, -10)}),
-      // Along the flank above the knees, from the head to the sac that breathes.
-      camera("flank", 70,
-             {Vector(168, 150, 132), Vector(190, 158, 60), Vector(186, 156, -40), Vector(132, 140, -134)},
-             {Vector(4, 118, 62), Vector(0, 110, 24), Vector(0, 106, -30), Vector(0, 108, -70)}),
-      // From its side round to its face, as it lifts a claw.
-      camera("beckoned", 74,
-             {Vector(-205, 60, -60), Vector(-190, 72, 90), Vector(-116, 78, 204), Vector(-34, 88, 224)},
-             {Vector(0, 100, 0), Vector(6, 110, 20), Vector(-4, 130, 40), Vector(4, 120, 50)}),
+             {Vector(180, 50, -210), Vector(150, 56, -250), Vector(60, 64, -280), Vector(-120, 70, -220)},
+             {Vector(0, 146, -80), Vector(-4, 152, -90), Vector(0, 152, -90), Vector(10, 146, -80)}),
+      // Low along its flank, the lamp behind it, while a claw passes.
+      camera("flank", 66,
+             {Vector(-70, 34, 196), Vector(-128, 56, 158), Vector(-176, 80, 60), Vector(-132, 60, 134)},
+             {Vector(6, 108, 10), Vector(-4, 108, 0), Vector(0, 106, 0), Vector(0, 108, 0)}),
+      // From before its shoulder round to its face, as it lifts a claw.
+      camera("beckoned", 58,
+             {Vector(176, 84, 96), Vector(140, 96, 150), Vector(92, 92, 192), Vector(28, 66, 222)},
+             {Vector(0, 112, 30), Vector(2, 114, 40), Vector(0, 112, 44), Vector(0, 88, 44)}),
       // Before it, from below, as one kneels.
       camera("idol", 66, {Vector(30, 30, 250), Vector(22, 26, 226), Vector(8, 24, 204), Vector(-14, 30, 186)},
              {Vector(-4, 89, 40), Vector(-3, 89, 40), Vector(2, 91, 40), Vector(4, 93, 40)}),
@@ -168,7 +171,7 @@ std::vector<StageMaterial> materials() {
        .ambient = {1, 0.9f, 1},
        .shine = 0},
       {.name = "pool",
-       .texture = "chrome",
+       .texture = "chrome_soft",
        .environment = true,
        .diffuse = {0.4f, 0.15f, 0.35f},
        .ambient = {0.55f, 0.08f, 0.36f},
@@ -289,7 +292,9 @@ Model monsterModel(const Settings& settings) {
                             .material = "iron"});
   stage.meshes.push_back({.name = "ring", .surface = partOf(iron, plinth), .material = "iron"});
   stage.meshes.push_back({.name = "hoses", .surface = partOf(iron, cables), .material = "iron"});
-  for (const Piece& piece : body) stage.meshes.push_back(meshOf(piece, "chrome"));
+  // Only the head, which cameras come near to, mirrors sharply.
+  for (const Piece& piece : body)
+    stage.meshes.push_back(meshOf(piece, piece.name == "head" ? "chrome" : "limb"));
   Piece eyes = eyePiece(), glow = glowPiece();
   eyes.surface = mappedTo(eyePart, eyes.surface);
   glow.surface = mappedWithin(glowPart, glow.surface);

@@ -102,14 +102,16 @@ Placement trunkPlacement(float t) {
          turnedY(2.5f * swing(t, loopSeconds, 1, 0.4f)) >> moved(at);
 }
 
-// The head's mesh is made in a space that is swollen about the eyes, so that it is twice as fine there.
+// The head's mesh is made in a space that is swollen about the eyes, so that it is that much finer there.
 const Vector gaze(0, 119.5f, 60);
-constexpr float swollenReach = 15;
+constexpr float swollenReach = 13, swelling = 2.4f;
+constexpr float pushedOut = (swelling - 1) * swollenReach;
 
 Vector unswollen(const Vector& p) {
   const Vector offset = p - gaze;
   const float radius = offset.length();
-  return radius < 2 * swollenReach ? gaze + offset * 0.5f : p - offset * (swollenReach / radius);
+  return radius < swelling * swollenReach ? gaze + offset * (1 / swelling)
+                                          : p - offset * (pushedOut / radius);
 }
 
 Surface body(const Solid& solid, const Bounds& bounds, float cell, Fineness fineness) {
@@ -121,7 +123,7 @@ Surface body(const Solid& solid, const Bounds& bounds, float cell, Fineness fine
 
 Surface headSurface(Fineness fineness) {
   const auto swollen = [](const Vector& p) { return headDistance(unswollen(p)); };
-  const float reach = swollenReach;
+  const float reach = pushedOut;
   return bent(
       body(swollen,
            {Vector(-19 - reach, 92 - reach, -16 - reach), Vector(19 + reach, 146 + reach, 84 + reach)}, 3.5f,
@@ -151,7 +153,7 @@ Surface mandibles() {
   for (const float side : {-1.0f, 1.0f}) {
     const auto hook = [&](const std::vector<Vector>& bends, float radius) {
       append(all, placed(withoutMapping(tube(
-                             smoothPath(bends, 8), 6, [radius](float t) { return radius * (1.05f - t); },
+                             smoothPath(bends, 10), 6, [radius](float t) { return radius * (1.05f - t); },
                              TubeEnd::point)),
                          stretched(side, 1, 1)));
     };
@@ -169,7 +171,7 @@ Vector carriedByTrunk(const Vector& point, float seconds) {
 
 std::vector<Piece> bodyPieces(Fineness fineness) {
   Piece trunk{.name = "trunk",
-              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 4.4f, fineness),
+              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 5.0f, fineness),
               .pivot = trunkPivot};
   trunk.motion.positions = positionKeys(loopSeconds, 6, [](float t) { return trunkPlacement(t).origin; });
   trunk.motion.turns = turnKeys(loopSeconds, 6, trunkPlacement);
@@ -213,27 +215,27 @@ Piece eyePiece() {
   for (const Eye& eye : eyes)
     for (const float side : {-1.0f, 1.0f}) {
       // Its front half, the pole towards +z.
-      const Surface whole = placed(withoutMapping(sphere(eye.radius, 14, 8)), turnedX(90));
+      const Surface whole = placed(withoutMapping(sphere(eye.radius, 16, 9)), turnedX(90));
       const Surface front = compacted(selected(
           whole, [&whole](const Triangle& triangle) { return normalOf(whole, triangle).z > -0.2f; }));
       const Surface ball = mapped(front, [&eye](const Vector& p) {
         return Uv{0.5f + 0.48f * p.x / eye.radius, 0.5f + 0.48f * p.y / eye.radius};
       });
-      append(all, placed(ball, moved(eye.centre.x * side, eye.centre.y, eye.centre.z)));
+      append(all, placed(ball, moved(eye.centre.x * side, eye.centre.y, eye.centre.z - 0.4f)));
     }
   return grown({.name = "eyes", .parent = "head", .surface = all, .pivot = headPivot});
 }
 
 Piece glowPiece() {
-  // Crossed cards, so that they are round from wherever one looks.
+  // Crossed cards, so that they are round from wherever one looks, but too flat to cut the eye.
   Surface all;
   for (const Eye& eye : eyes)
     for (const float side : {-1.0f, 1.0f})
-      for (const float turn : {-45.0f, 45.0f}) {
+      for (const float turn : {-20.0f, 20.0f}) {
         const float size = 5.5f * eye.radius;
         append(all,
-               placed(card(size, size), turnedY(turn) >> moved(eye.centre.x * side * 1.1f,
-                                                               eye.centre.y - size / 2, eye.centre.z + 1)));
+               placed(card(size, size), turnedY(turn) >> moved(eye.centre.x * side, eye.centre.y - size / 2,
+                                                               eye.centre.z + 1.1f * eye.radius)));
       }
   return grown({.name = "eye_glow", .parent = "head", .surface = all, .pivot = headPivot});
 }

@@ -42,7 +42,7 @@ Surface plinthSurface() {
 // `from` far: comes from there in a straight line.
 Surface hose(const std::vector<Vector>& bends, float radius, const std::vector<Vector>& from = {}) {
   std::vector<Vector> path = from;
-  for (const Vector& place : smoothPath(bends, 16)) path.push_back(place);
+  for (const Vector& place : smoothPath(bends, 11)) path.push_back(place);
   return withoutMapping(tube(
       path, 4, [radius](float) { return radius; }, TubeEnd::open));
 }
@@ -93,9 +93,9 @@ Surface hangarPart(HangarPart part) {
     case cables:
       return cableSurface();
     case deck:
-      return mappedFromAbove(annulus(44, deckRadius, 36, 4), deckRadius * 1.01f);
+      return mappedFromAbove(annulus(44, deckRadius, 36, 2), deckRadius * 1.01f);
     case apron:
-      return mappedFromAbove(annulus(deckRadius - 1, 900, 28, 4), 909);
+      return mappedFromAbove(annulus(deckRadius - 1, 900, 36, 2), 909);
   }
   return {};
 }

@@ -68,7 +68,7 @@ Surface legSurface(const Leg& leg, Fineness fineness) {
   };
   const Surface limb = tube(path, full ? 12 : 5, radius, TubeEnd::point);
   if (!full) return withoutMapping(limb);
-  return withoutMapping(joined({limb, placed(sphere(7.6f, 10, 5), moved(leg.knee))}));
+  return withoutMapping(joined({limb, placed(sphere(7.6f, 12, 7), moved(leg.knee))}));
 }
 
 Placement leaning(const Vector& from, const Vector& to) {
@@ -118,8 +118,7 @@ void addChain(std::vector<Piece>& pieces, const std::string& name, const std::st
                     last ? TubeEnd::point : TubeEnd::round)),
                 .pivot = link.from};
     if (joint > 0)
-      append(piece.surface,
-             placed(withoutMapping(sphere(joint * link.root, around, around / 2)), moved(link.from)));
+      append(piece.surface, placed(withoutMapping(sphere(joint * link.root, 12, 6)), moved(link.from)));
     piece.motion.turns = turnKeys(loopSeconds, 6, [turn, i](float t) { return turn(i, t); });
     pieces.push_back(grown(piece));
     before = piece.name;
@@ -180,7 +179,7 @@ void addTentacles(std::vector<Piece>& pieces) {
         links.push_back({joint, next, root, i < 3 ? root * 0.85f : 0.7f, 0.4f});
         joint = next;
       }
-      addChain(pieces, "feeler" + std::string(1, static_cast<char>('a' + number)), "trunk", links, 5, 3, 0,
+      addChain(pieces, "feeler" + std::string(1, static_cast<char>('a' + number)), "trunk", links, 4, 2, 0,
                [phase](int link, float t) {
                  const auto k = static_cast<float>(link);
                  return turnedX((5 + 3 * k) * swing(t, loopSeconds, 2, phase - 0.13f * k)) >>

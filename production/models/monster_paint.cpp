@@ -106,11 +106,11 @@ Colour4 iris(float u, float v) {
   return gradient(violetRamp, heat) * (0.12f + 0.88f * slit);
 }
 
-// Light about the eyes.
+// Light about the eyes; their irises burn themselves.
 Colour4 glowSpot(float u, float v) {
   const float radius = std::hypot(2 * u - 1, 2 * v - 1), fall = smoothStep(0.94f, 0, radius);
   Colour4 colour = gradient(violetRamp, 0.62f + 0.3f * fall * fall);
-  colour.a = 0.6f * fall * fall * fall;
+  colour.a = 0.55f * fall * fall * fall * smoothStep(0.02f, 0.5f, radius);
   return colour;
 }
 

@@ -18,7 +18,7 @@ namespace {
 using namespace water;
 
 constexpr float poolSide = 1300, waveHeight = 0.2f;
-const Vector rayFoot(-46, 0, 24);
+const Vector rayFoot(-56, 0, -60);  // behind the being, so that it stands dark before it
 
 // --- The being's way: at the surface, where it bows now and then until the water ripples round it, and in
 // the last quarter of its loop down into the deep and up again.
@@ -82,11 +82,11 @@ std::vector<StageCamera> cameras() {
       camera(
           "low", 78,
           [=](float t) { return around(250 + 16 * late(t), 18 + 5 * quick(t), -0.16f + 0.34f * slow(t)); },
-          [=](float t) { return Vector(-30 + 14 * late(t), 98, 10); }),
+          [=](float t) { return Vector(-36 + 14 * late(t), 108, 10); }),
       camera(
-          "above", 64,
-          [=](float t) { return Vector(80 + 90 * slow(t), 420 + 40 * late(t), 250 + 30 * slow(t)); },
-          [=](float t) { return Vector(20 + 20 * late(t), 0, -40); }),
+          "above", 62,
+          [=](float t) { return Vector(-50 + 60 * slow(t), 200 + 20 * late(t), 320 + 20 * slow(t)); },
+          [=](float t) { return Vector(6 + 10 * late(t), 54, -50); }),
       camera(
           "face", 50,
           [=](float t) { return Vector(-170 + 50 * slow(t), 112 + 10 * quick(t), 232 + 16 * late(t)); },
@@ -98,7 +98,7 @@ std::vector<StageCamera> cameras() {
       camera(
           "glide", 70,
           [=](float t) { return Vector(220 + 30 * late(t), 34 + 6 * quick(t), 215 - 60 * slow(t)); },
-          [=](float t) { return Vector(20 + 20 * slow(t), 86, -40); }),
+          [=](float t) { return Vector(16 + 20 * slow(t), 92, -40); }),
       camera(
           "under", 88,
           [=](float t) { return around(205 + 14 * late(t), 14 + 4 * quick(t), 0.22f + 0.3f * slow(t)); },
@@ -107,13 +107,13 @@ std::vector<StageCamera> cameras() {
           "leaving", 70,
           [=](float t) {
             const float gone = eased(t, 4, 10);
-            return Vector(-110 - 70 * gone, 44 + 170 * gone, 360 + 210 * gone);
+            return Vector(-110 - 10 * gone, 34 + 40 * gone, 330 + 110 * gone);
           },
-          [=](float t) { return Vector(14, 92 - 30 * eased(t, 4, 10), -60); }),
+          [=](float t) { return Vector(-34, 100 - 10 * eased(t, 4, 10), -60); }),
       camera(
           "facing", 62,
-          [=](float t) { return Vector(-270 + 30 * slow(t), 52 + 20 * late(t), 232 - 40 * slow(t)); },
-          [=](float t) { return Vector(-34 + 10 * late(t), 92, 10); }),
+          [=](float t) { return Vector(-196 + 20 * slow(t), 66 + 10 * late(t), 196 - 24 * slow(t)); },
+          [=](float t) { return Vector(-40 + 10 * late(t), 108, 10); }),
   };
 }
 

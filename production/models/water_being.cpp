@@ -196,7 +196,7 @@ float headDistance(const Vector& p) {
 void addHead(Surface& all) {
   IsoOptions options;
   options.bounds = {Vector(-18, -32, -34), Vector(18, 24, 58)};
-  options.cell = 2.7f;
+  options.cell = 2.3f;
   append(all, placed(compacted(isosurface(headDistance, options)), headPlace), hide);
   const auto put = [&](const Surface& piece, BeingPart part) {
     append(all, placed(withoutMapping(piece), headPlace), part);
@@ -207,41 +207,41 @@ void addHead(Surface& all) {
       std::vector<Vector> path;
       for (const Vector& knot : knots) path.emplace_back(knot.x * side, knot.y, knot.z);
       put(tube(
-              smoothPath(path, 9), 7,
+              smoothPath(path, 12), 9,
               [=](float t) { return thick * std::pow(1 - t, 0.8f) * (1 + 0.08f * std::sin(t * 60)) + 0.2f; },
               TubeEnd::point),
           spine);
     };
-    horn({Vector(6.5f, 9, 4), Vector(11, 17, -10), Vector(13, 21, -28), Vector(11, 19, -44)}, 3.2f);
-    horn({Vector(9, 5, 0), Vector(15, 7, -11), Vector(18, 5, -24)}, 2.3f);
+    // They end before the frill hides them.
+    horn({Vector(6.5f, 9, 4), Vector(9.5f, 19, -7), Vector(9, 28, -20), Vector(4, 34, -34)}, 3.2f);
+    horn({Vector(9, 5, 2), Vector(14.5f, 9, -3), Vector(19, 11, -10)}, 2.3f);
     // Two feelers from the lip, one from the chin.
     const auto feeler = [&](const std::vector<Vector>& knots) {
       std::vector<Vector> path;
       for (const Vector& knot : knots) path.emplace_back(knot.x * side, knot.y, knot.z);
       put(tube(
-              smoothPath(path, 12), 5, [](float t) { return 0.75f * (1 - t) + 0.26f; }, TubeEnd::point),
+              smoothPath(path, 22), 6, [](float t) { return 1.0f * (1 - t) + 0.14f; }, TubeEnd::point),
           spine);
     };
-    feeler({Vector(5, -0.5f, 47), Vector(16, 0, 54), Vector(27, -12, 46), Vector(32, -34, 28),
-            Vector(40, -52, 18)});
-    feeler({Vector(2.5f, -22, 39), Vector(8, -34, 42), Vector(13, -50, 34), Vector(12, -66, 20)});
-    // Teeth: long ones before, hooked ones behind.
-    for (int i = 0; i < 6; ++i) {
-      const auto k = static_cast<float>(i);
-      const float z = 46 - 5.2f * k, long1 = i == 0 || i == 2 ? 6.2f : 3.6f;
+    feeler({Vector(4, -0.5f, 46), Vector(12, -2, 51), Vector(20, -10, 50), Vector(25, -24, 42),
+            Vector(27, -40, 33), Vector(33, -54, 26)});
+    feeler({Vector(2.5f, -22, 38), Vector(5, -31, 39), Vector(8, -42, 35), Vector(9, -54, 26),
+            Vector(13, -64, 18)});
+    // Teeth: long ones before, hooked ones behind, their roots deep in lip and jaw.
+    const auto addTooth = [&](const Vector& root, float length, float thick) {
+      const Vector down(0, length, 0);
       put(tube(
-              {Vector((3.6f + 0.62f * k) * side, -2.2f, z),
-               Vector((3.9f + 0.62f * k) * side, -2.4f - 0.6f * long1, z),
-               Vector((3.7f + 0.62f * k) * side, -2.4f - long1, z - 1.2f)},
-              5, [](float t) { return 1.15f * (1 - t) + 0.1f; }, TubeEnd::point),
+              smoothPath({root - down * 0.5f, root + down * 0.45f + Vector(0.3f * side, 0, 0.2f),
+                          root + down + Vector(0, 0, -1.3f)},
+                         3),
+              6, [=](float t) { return thick * (1 - t) + 0.05f; }, TubeEnd::point),
           tooth);
-      const float down = -17.2f + 1.35f * k, long2 = i == 1 ? 6.0f : 3.2f;
-      put(tube(
-              {Vector((2.4f + 0.6f * k) * side, down, z - 6),
-               Vector((2.6f + 0.6f * k) * side, down + 0.6f * long2, z - 6),
-               Vector((2.5f + 0.6f * k) * side, down + long2, z - 7)},
-              5, [](float t) { return 1.05f * (1 - t) + 0.1f; }, TubeEnd::point),
-          tooth);
+    };
+    for (int i = 0; i < 8; ++i) {
+      const auto k = 0.72f * static_cast<float>(i);
+      const float z = 46 - 5.2f * k;
+      addTooth(Vector((4.4f + 0.5f * k) * side, -1.8f, z), i == 0 || i == 3 ? -6.6f : -4.0f, 1.7f);
+      addTooth(Vector((2.6f + 0.6f * k) * side, -17.4f + 1.35f * k, z - 6), i == 1 ? 6.0f : 3.4f, 1.6f);
     }
     // The frill behind the cheeks.
     Surface frill;

@@ -53,7 +53,7 @@ Colour4 skyColour(const Vector& d) {
   const Vector q(d.x * 2.2f, d.y * 8, d.z * 2.2f);
   const float cloud = fractal(warp(q, 0, 0.5f, 970), 0, 5, 0.55f, 971);
   const float bank = smoothStep(-0.15f, 0.45f, cloud) * smoothStep(0.02f, 0.12f, d.y);
-  const float glow = 0.38f * std::exp(-angle * 1.7f) + 0.24f * std::exp(-angle * 9);
+  const float glow = 0.38f * std::exp(-angle * 1.7f) + 0.34f * std::exp(-angle * 11);
   float value = 0.20f + 0.32f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
   value *= 1 - 0.42f * bank * (1 - 0.4f * std::exp(-angle * 5));
   value += 0.16f * std::exp(-angle * 3.6f) * std::exp(-std::pow((cloud - 0.02f) * 6, 2.0f)) *
@@ -62,7 +62,7 @@ Colour4 skyColour(const Vector& d) {
   const float disc = smoothStep(moonSize * 1.10f, moonSize * 0.90f, angle);
   const float seas = 0.5f + 0.5f * fractal(d * 34, 0, 3, 0.5f, 972);
   Colour4 colour = gradient(tealRamp, value);
-  return mix(colour, Colour4{0.84f, 1.0f, 0.97f} * (0.80f + 0.20f * seas), disc * (1 - 0.45f * bank));
+  return mix(colour, Colour4{0.96f, 1.0f, 0.99f} * (0.88f + 0.12f * seas), disc * (1 - 0.2f * bank));
 }
 
 namespace {
@@ -184,8 +184,8 @@ Canvas rayPicture(const Settings& settings) {
     };
     const float broad = valueNoise(ring(u * 7, 0.3f), 0, 981), fine = valueNoise(ring(u * 22, 0.3f), 0, 982);
     const float drift = 0.5f + 0.5f * fractal(ring(u * 5, 0.6f), 0, 4, 0.5f, 983);
-    const float light = 0.04f + 0.13f * smoothStep(0.3f, 0.95f, 0.6f * broad + 0.45f * fine) + 0.04f * drift +
-                        0.07f * std::exp(-x * x * 26);
+    const float light = 0.03f + 0.13f * smoothStep(0.3f, 0.95f, 0.6f * broad + 0.45f * fine) + 0.04f * drift +
+                        0.14f * std::exp(-x * x * 22);
     // White in the middle, of the sea's hue towards the sides.
     return mix(Colour4{0.40f, 0.98f, 0.92f}, Colour4{0.93f, 1, 0.97f}, std::exp(-x * x * 9)) * (fade * light);
   });

@@ -30,6 +30,24 @@ void addBreath(Show& show, const char* name, double bar, double bars, const Curv
   show.add(name, bar, bars, smoke, smokeBefore("smoke_violet", 1.4, 1.8, alpha));
 }
 
+// All goes into ink but what lies within `radius` of a place (y down).
+void addPinhole(Show& show, const char* name, double bar, double bars, double x, double y,
+                const Curve& radius) {
+  constexpr double halfRadius = 0.12;  // of the picture's half height
+  show.add(
+      name, bar, bars, backdrop,
+      Bitmap{.texture = "pinhole", .at = centred(x, y, radius * (2 / halfRadius)), .blend = Blend::darken});
+}
+
+// A dark floor for a word: what stands there is of the same chrome.
+void addPad(Show& show, double bar, double bars, double x, double y, double width, double height) {
+  for (int layer = 0; layer < 2; ++layer)
+    show.add("pad", bar, bars, title - 1,
+             Bitmap{.texture = "shade",
+                    .at = {x - width / 2, y - height / 2, width, height},
+                    .blend = Blend::darken});
+}
+
 // Cubes about a place (y up) off the screen's middle.
 void addCubes(Show& show, const char* name, double bar, double bars, CurveDot middle,
               const TurningCubes& cubes, double start, double speed) {
@@ -82,17 +100,18 @@ void addBreak(Show& show) {
     show.add(
         "eyes in the dark", start, 0.5, backdrop + 1,
         Bitmap{.texture = "light5",
-               .at = centred(0.016 * side - 0.005, -0.47, 0.09),
+               .at = centred(0.02 * side - 0.005, -0.47, 0.26),
                .alpha = line({{0, 0}, {0.3, 0}, {0.5, 1}, {0.7, 1}, {0.75, 0}, {0.85, 0}, {0.9, 1}, {2, 1}}),
                .blend = Blend::add});
-  addCubes(show, "cubes", start, 0.5, {-0.005, 0.47},
-           {.alpha = flashes({0.5, 1, 1.5}, 0.5, 0.06), .field = zoom(150, 120, 2)}, 4, 1.5);
-  addShot(show, "from above", over, next - over, crane, 9, 2.6);
+  addCubes(show, "cubes", start, 0.5, {-0.005, 0.34},
+           {.alpha = flashes({0.5, 1, 1.5}, 1, 0.25), .field = zoom(160, 144, 2)}, 4, 1.5);
+  addShot(show, "from above", over, next - over, crane, 12.2, 2.0);
+  addPad(show, over + 0.25, next - over - 0.25, 0, 0.52, 2.4, 0.9);
   show.add("vexation", over + 0.25, next - over - 0.25, title,
-           vex(chromeAtion, spline({{0, 0.8}, {0.3, 0.56}, {2, 0.57}, {partEnd, 0.6}}), 0.55, -0.57));
+           vex(chromeAtion, spline({{0, 1.2}, {0.3, 0.9}, {2, 0.92}, {partEnd, 0.96}}), 0, 0.52));
 }
 
-// What it sees: five lenses of an eye. All show its face, each a little later than the one before it; one
+// What it sees: five lenses of an eye. All show its face, each at another moment; one
 // after another they look elsewhere, and at last they all see its eyes.
 struct Lens {
   double x, y;  // left lower corner
@@ -114,7 +133,7 @@ void addLens(Show& show, double bar, int number, const Lens& lens) {
                          .at = centred(0, 0, 3, 1.2),
                          .alpha = flashes(lens.cutBeats, 0.7),
                          .blend = Blend::add})},
-            9.4 + 0.12 * number, 0.9);
+            9.4 + 1.7 * number, 0.9);
 }
 
 void addCompoundEye(Show& show) {
@@ -135,7 +154,7 @@ void addCompoundEye(Show& show) {
 // Around its side to its face, as it lifts a claw.
 void addOrbit(Show& show) {
   const double start = barOf("counter voice"), stab = barOf("stab 2"), next = barOf("alien cut 6");
-  addShot(show, "around", start, stab - start, beckoned, 8.8, 0.9);
+  addShot(show, "around", start, stab - start, beckoned, 7.6, 1.1);
   addShot(show, "struck again", stab, next - stab, face, 15, 0.7);
   addBreath(show, "breath behind", start, next - start, flashes(everyBeat, 0.1, 0.03));
   addStreak(show, "lens", start, next - start, -0.4, flashes({0, 1, 2, 3, 4, 5, 6.5, 7}, 0.6, 0.05));
@@ -144,29 +163,33 @@ void addOrbit(Show& show) {
 // Along its flank; then what it carries behind it.
 void addFlank(Show& show) {
   const double start = barOf("alien cut 6");
-  addShot(show, "flank", start, 1, flank, 0.4, 2.4);
+  addShot(show, "flank", start, 1, flank, 1.6, 1.2);
   addShot(show, "sting", start + 1, 1, back, 5.6, 2.1);
   addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.1, 0.03));
-  show.add("vexer", start + 1, 1, title, vex(chromeEr, 0.72, -0.42, 0.48));
+  addPad(show, start + 1, 1, 0.4, 0.5, 1.4, 0.9);
+  show.add("vexer", start + 1, 1, title, vex(chromeEr, 0.8, 0.42, 0.5));
 }
 
-// The second break: its eyes on every tom, then next to nothing; then the whole creature under all its lamps.
+// The second break: its eyes on every tom, then nothing but them; then the whole creature under all its
+// lamps.
 void addClimax(Show& show) {
-  const double start = barOf("break 2"), climax = barOf("climax"), unison = barOf("unison");
-  addShot(show, "gaze", start, climax - start, gaze, 9.4, 0.6);
-  show.add("lights out", start, climax - start, backdrop,
-           Fade{.alpha = line({{0, 0},
-                               {0.4, 0.6},
-                               {0.74, 0.8},
-                               {0.75, 0.1},
-                               {1.2, 0.8},
-                               {1.49, 0.85},
-                               {1.5, 0.1},
-                               {1.95, 0.8},
-                               {2, 0.8},
-                               {2.99, 0.88},
-                               {3, 0.3},
-                               {3.25, 0.96}})});
+  const double start = barOf("break 2"), hushed = barOf("break 2 hushed"), climax = barOf("climax"),
+               unison = barOf("unison");
+  addShot(show, "gaze", start, hushed - start, gaze, 9.4, 0.6);
+  addPinhole(show, "the room goes", start, hushed - start, 0.05, -0.05,
+             line({{0, 3},
+                   {0.4, 0.8},
+                   {0.74, 0.6},
+                   {0.75, 1.5},
+                   {1.2, 0.7},
+                   {1.49, 0.55},
+                   {1.5, 1.5},
+                   {partEnd, 0.5}}));
+  addShot(show, "six eyes", hushed, climax - hushed, face, 10.8, 0.5);
+  addPinhole(show, "but for eyes", hushed, climax - hushed, 0, -0.3,
+             line({{0, 0.5}, {0.99, 0.36}, {1, 1.2}, {1.4, 0.4}, {partEnd, 0.3}}));
+  show.add("they close", hushed + 0.25, climax - hushed - 0.25, backdrop,
+           Fade{.alpha = line({{0, 0}, {0.4, 0}, {0.9, 1}, {partEnd, 1}})});
   addShot(show, "it comes", climax, unison - climax, wide, 11.8, 1.4);
   show.add("blaze behind", climax, unison - climax, backdrop,
            Bitmap{.texture = "rays_violet",
@@ -189,6 +212,7 @@ void addUnison(Show& show) {
                   .at = centred(0, 0, 3.6),
                   .alpha = flashes({0, 2, 4, 6}, 0.4, 0),
                   .blend = Blend::add});
+  addPad(show, strokes[0], 2, 0, 0.55, 2.6, 0.95);
   show.add("vexatious", strokes[0], 2, title,
            vex(atious,
                line({{0, 1.05}, {1.99, 1.05}, {2, 0.92}, {3.99, 0.92}, {4, 0.82}, {5.99, 0.82}, {6, 0.72}}),
@@ -198,10 +222,6 @@ void addUnison(Show& show) {
 }  // namespace
 
 void addAlien(Show& show) {
-  if (getenv("SCAN")) {
-    for (int i = 0; i < 9; ++i) addShot(show, "scan", alienBar + i * 16 / 9.0, 16 / 9.0, Camera(i), 0, 6);
-    return;
-  }
   addApproach(show);
   addFace(show);
   addBreak(show);

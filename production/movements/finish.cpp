@@ -86,7 +86,7 @@ void addBlinks(Show& show) {
       {barOf("white fill"), 0.08},
       {barOf("crow fill 2"), 0.35},
       {barOf("water fill"), 0.3},
-      {barOf("surface fill"), 0.55},
+      {barOf("surface fill"), 0.15},
   };
   for (const auto& [bar, depth] : blinks)
     show.add("blink", bar, 0.0625, flash, Fade{0, 0, 0, line({{0, depth}, {partEnd, 0}})});

@@ -127,7 +127,7 @@ struct BarHue {
 Copper lit(Copper bars, const BarHue& hue, int beats) {
   std::vector<double> all;
   for (int beat = 0; beat < beats; ++beat) all.push_back(beat);
-  const auto level = [&](double most) { return flashes(all, std::min(1.0, most), 0.66 * most); };
+  const auto level = [&](double most) { return flashes(all, std::min(1.0, most), 0.8 * most); };
   bars.red = level(hue.red), bars.green = level(hue.green), bars.blue = level(hue.blue);
   return bars;
 }
@@ -146,10 +146,10 @@ void addBars(Show& show) {
        .speed = 0.75,
        .spacing = 0.62,
        .amplitude = spline({{0, 0}, {1, 0.42}, {4, 0.5}, {partEnd, 0.62}})},
-      {1.0, 0.96, 0.92});
+      {1.0, 0.88, 0.66});
   add("bars in file", first, second,
       {.count = 8, .endScale = 0.4, .speed = 0.5, .spacing = 0.5, .amplitude = swing(8, 0.6, 0.8, 90)},
-      {0.5, 1.0, 0.3});
+      {0.36, 0.68, 0.22});
   add("bars entwined", second, third,
       {.count = 9, .endScale = 0.35, .mode = 1, .speed = 0.6, .spacing = 0.6, .amplitude = 0.8},
       {1.0, 0.38, 0.72});
@@ -196,13 +196,13 @@ void addShapes(Show& show) {
                chord = barOf("last chord");
   // Whole turns from shape to shape, so that the word begins face to face.
   const double turns = 2 / ((third - first) * secondsPerBar);
-  // A sealed world drifts in out of the white; what opens out of it is the box.
-  const double seen = outroBar + 0.25;
+  // Out of the white a sealed world falls away from us; what opens out of it is the box.
+  const double seen = outroBar;
   addShape(show, "world", seen, first - seen, [&](double from, double to) {
     return BallShow{
         .size = stretch([](double beat) { return 14 + 3 * swell(beat); }, from, to),
         .turns = 1 / ((first - seen) * secondsPerBar),
-        .distance = stretch([](double beat) { return smooth(1000, 370, beat / 6); }, from, to),
+        .distance = stretch([](double beat) { return 220 + 220 * (1 - std::exp(-1.6 * beat)); }, from, to),
         .height = stretch([](double beat) { return 0.13 + 0.03 * std::sin(beat / 3); }, from, to)};
   });
   addShape(show, "box", first, second - first, [&](double from, double to) {
@@ -218,14 +218,14 @@ void addShapes(Show& show) {
                     .height = stretch([](double beat) { return 0.06 + 0.05 * std::sin(beat); }, from, to)};
   });
   // To one side and to the other.
-  constexpr double sway = 8, reach = 0.15;  // beats, turns
+  constexpr double sway = 8, reach = 0.10;  // beats, turns
   const double pace = reach * 2 * std::numbers::pi / (sway * secondsPerBeat);
   addShape(show, "word", third, chord - third, [&](double from, double to) {
     return BallShow{
         .size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
         .turns = stretch([&](double beat) { return pace * std::cos(2 * std::numbers::pi * beat / sway); },
                          from, to),
-        .distance = stretch([](double beat) { return smooth(340, 290, beat / 4) + 12 * std::sin(beat / 2); },
+        .distance = stretch([](double beat) { return smooth(360, 310, beat / 4) + 10 * std::sin(beat / 2); },
                             from, to),
         .height = 0.1};
   });
@@ -240,7 +240,7 @@ void addShapes(Show& show) {
   show.part("word bursts", chord, 0.25, subject,
             {draw(BallShow{.size = line({{0, 17}, {0.6, 8}, {partEnd, 0}}),
                            .turns = 0,
-                           .distance = line({{0, 290}, {0.6, 90}, {partEnd, 40}}),
+                           .distance = line({{0, 310}, {0.6, 90}, {partEnd, 40}}),
                            .height = 0.1})});
 }
 
@@ -276,24 +276,19 @@ void addScroller(Show& show) {
                            .y = -0.64})});
 }
 
-// Struck once through the materials of all worlds; then it stands in copper until the music is over.
+// When the balls have flown past us it is struck once; then it stands in copper until the music is over.
 void addLastWord(Show& show) {
   const double chord = barOf("last chord"), end = songBars + blackSeconds / secondsPerBar - chord;
   show.add("light of the chord", chord, end, haze,
-           Bitmap{.texture = "rays_ember",
-                  .at = centred(0, 0, spline({{0, 3.6}, {2, 2.8}, {partEnd, 2.4}})),
+           Bitmap{.texture = "haze_ember",
+                  .at = centred(0, 0, spline({{0, 3.6}, {2, 2.8}, {partEnd, 2.4}}), 2),
                   .alpha = line({{0, 1}, {0.6, 0.7}, {2, 0.4}, {partEnd, 0.25}}),
                   .blend = Blend::add});
-  constexpr double struck = 0.5;  // beats
-  const Curve falls = spline({{0, 1.7}, {0.3, 1.25}, {partEnd, 1.2}});
-  show.add("vexation struck", chord, struck / beatsPerBar, title,
-           Logo{.ending = ation.texture,
-                .x = falls * ation.leftBy,
-                .size = falls,
-                .glitch = slide(1, 0.4),
-                .layers = 3,
-                .scale = slide(1.35, 1.02),
-                .fall = 0.3});
+  constexpr double flown = 0.75, struck = flown + 0.25;  // beats
+  const Curve falls = slide(1.35, 1.2);
+  show.add(
+      "vexation struck", chord + flown / beatsPerBar, (struck - flown) / beatsPerBar, title,
+      Logo{.ending = ation.texture, .x = falls * ation.leftBy, .size = falls, .glitch = slide(0.8, 0.2)});
   Word word = vex(ation, spline({{0, 1.2}, {2, 1.15}, {partEnd, 1.05}}));
   word.tear = 0;
   show.add("vexation", chord + struck / beatsPerBar, end - struck / beatsPerBar, title, word);
@@ -311,9 +306,12 @@ void addOutro(Show& show) {
   addScroller(show);
   addLastWord(show);
   // Out of the white in which the last world ended, through copper.
-  show.add("out of white", outroBar, 0.75, curtain,
-           Fade{1, 0.62, 0.34, line({{0, 1}, {0.8, 0.9}, {partEnd, 0}})},
-           Fade{1, 0.97, 0.92, line({{0, 1}, {0.4, 1}, {1.2, 0.2}, {1.6, 0}, {partEnd, 0}})});
+  show.add("out of white", outroBar, 0.5, curtain,
+           Bitmap{.texture = "haze_ember",
+                  .at = centred(0, -0.1, spline({{0, 5}, {partEnd, 2.4}}), 1.78),
+                  .alpha = line({{0, 1}, {0.6, 1}, {partEnd, 0}}),
+                  .blend = Blend::add},
+           Fade{1, 0.97, 0.92, line({{0, 1}, {0.1, 1}, {0.2, 0.3}, {0.4, 0}, {partEnd, 0}})});
 }
 
 }  // namespace vex

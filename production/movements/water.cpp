@@ -39,9 +39,9 @@ ScriptCall holdCreature(const Curve& state) {
 }
 
 void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start,
-             const Weather& weather) {
+             const Weather& weather, double speed = 1) {
   show.part(name, bar, bars, haze, {draw(weather), draw(World{.scene = "SceneWater", .camera = camera})},
-            start);
+            start, speed);
 }
 
 // A ring of light on the sea, `shape` times as wide as high, until the next cut.
@@ -57,20 +57,17 @@ void addRing(Show& show, double bar, double x, double y, double shape, double si
              .blend = Blend::add});
 }
 
-// The first drop falls on a dark sea; then each note of the tune drops a ring, across the sea by its pitch,
-// and a beat later an echo of it.
-void addRings(Show& show, double start, double end) {
+// The first drop falls on a dark sea; then, where the sea before us is free, each note of the tune drops a
+// ring, across the sea by its pitch, and a beat later an echo of it.
+void addRings(Show& show, double start) {
   addRing(show, start + 0.5, -0.1, 0.45, 5, 1.6, 1);
-  const double above = barOf("ripples"), face = barOf("tune again") + 1;
+  const double free = barOf("ray from above"), until = barOf("flood");
   for (const auto& [seconds, pitch] : notesOf("glass harp")) {
     const double bar = seconds / secondsPerBar;
-    if (bar < start || bar >= end || (bar >= face && bar < face + 1)) continue;  // none over its face
-    const bool fromAbove = bar >= above && bar < above + 1;
+    if (bar < free || bar >= until) continue;
     const double x = -0.75 + 1.5 * (pitch - 72) / 14, y = 0.62 + 0.05 * std::sin(pitch * 2.4);
-    const double shape = fromAbove ? 1.7 : 5;
-    addRing(show, bar, x, y, shape, 1, 0.9);
-    if (std::floor(bar + 0.25 + 1e-6) == std::floor(bar + 1e-6))
-      addRing(show, bar + 0.25, x, y, shape, 0.8, 0.4);
+    addRing(show, bar, x, y, 5, 1, 0.9);
+    if (std::floor(bar + 0.25 + 1e-6) == std::floor(bar + 1e-6)) addRing(show, bar + 0.25, x, y, 5, 0.8, 0.4);
   }
 }
 
@@ -90,17 +87,17 @@ void addWater(Show& show) {
 
   addShot(show, "nothing", start, 1, moonlit, 2,
           {.drop = 0.002, .flicker = line({{0, 0.8}, {partEnd, 0.5}})});
-  addShot(show, "rain comes", rain, 1, low, 8,
+  addShot(show, "rain comes", rain, 1, moonlit, 9,
           {.rain = slide(0, 0.4), .drop = 0.0024, .flicker = slide(0.5, 0.3)});
   addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3, .flicker = 0.2});
   addShot(show, "it is near", creature + 1, 1, glide, 1, {.rain = 0.3});
   addShot(show, "tune", tune, 2, glide, 2.6, {.rain = 0.4});
-  addShot(show, "ripples", ripples, 1, above, 7, {.rain = 0.8, .drop = 0.004});
-  addShot(show, "through the rain", ripples + 1, 1, low, 9, {.rain = 0.6});
-  addShot(show, "tune again", again, 1, facing, 1, {.rain = 0.5});
-  addShot(show, "face", again + 1, 1, face, 5, {.rain = 0.4});
+  addShot(show, "ripples", ripples, 1, above, 9, {.rain = 0.8, .drop = 0.004});
+  addShot(show, "through the rain", ripples + 1, 1, low, 3.4, {.rain = 0.6});
+  addShot(show, "tune again", again, 1, facing, 9.4, {.rain = 0.5}, 0.8);
+  addShot(show, "face", again + 1, 1, face, 4.75, {.rain = 0.4}, 0.25);
   addShot(show, "ray from above", ray, 2, wide, 5,
-          {.ray = line({{0, 0}, {1, 0.5}, {partEnd, 0.85}}),
+          {.ray = line({{0, 0}, {1, 0.4}, {partEnd, 0.7}}),
            .motes = line({{0, 0}, {2, 220}, {partEnd, 260}}),
            .rain = 0.4,
            .flicker = line({{0, 0}, {partEnd, 0.4}})});
@@ -109,23 +106,28 @@ void addWater(Show& show) {
   addShot(show, "flood below", flood + 1, 1, low, 3,
           {.ray = 0.9, .motes = 280, .rain = 2.4, .drop = 0.004, .flicker = 0.4});
   addShot(show, "ebb", ebb, 2, leaving, 5,
-          {.ray = slide(0.9, 0.6), .motes = 200, .rain = slide(1, 0.2), .flicker = 0.2});
+          {.ray = slide(0.8, 1), .motes = 200, .rain = slide(1, 0.2), .flicker = 0.2});
 
   // It rains before the lens as well, in two layers.
   const double rains = dissolve + 0.5 - rain;
   const Curve fall = line({{0, 0},
-                           {inBars(ripples - rain), 0.45},
+                           {2, 0.9},
+                           {inBars(ripples - rain), 0.6},
                            {inBars(ray - rain), 0.35},
                            {inBars(flood - rain), 0.5},
                            {inBars(flood + 1 - rain), 1},
                            {inBars(ebb - rain), 0.6},
                            {partEnd, 0.1}});
   show.add("rain before us", rain, rains, front,
-           Noise{.texture = "rain", .speedX = 0.013, .speedY = -0.74, .alpha = fall});
+           Noise{.texture = "rain", .speedX = -0.0925, .speedY = -0.74, .alpha = fall});
   show.add("rain behind that", rain, rains, front,
-           Noise{.texture = "rain", .speedX = 0.031, .speedY = -0.47, .alpha = fall * 0.6, .aspect = 1});
+           Noise{.texture = "rain", .speedX = -0.0588, .speedY = -0.47, .alpha = fall * 0.6, .aspect = 1});
 
-  addRings(show, start, ebb);
+  addRings(show, start);
+  // The moon burns in its gate.
+  for (const auto& [bar, x] : {std::pair{start, 0.06}, std::pair{rain, -0.05}})
+    show.add("moon", bar, 1, smoke - 2,
+             Bitmap{.texture = "light3", .at = centred(x, 0.05, 0.6), .alpha = 0.6, .blend = Blend::add});
 
   // Mist between and before; light that answers the tune.
   show.add("mist", start, 16, smoke,
@@ -133,35 +135,32 @@ void addWater(Show& show) {
                   .at = centred(swing(31, -0.35, 0.35), 0.35, 2.0, 2.6),
                   .alpha = swing(19, 0.25, 0.5),
                   .blend = Blend::add});
-  // What the ray gives off: shafts about its head, a bloom that fills the air and grows into white.
+  // What the ray gives off: shafts about its head, light in the air beside it; the rest stays dark.
   const Curve rayPlace = line({{0, -0.14},
                                {inBars(2) - 0.01, -0.09},
                                {inBars(2), 0.03},
                                {inBars(3) - 0.01, 0.03},
                                {inBars(3), 0},
-                               {inBars(4) - 0.01, 0},
-                               {inBars(4), -0.07},
-                               {partEnd, -0.07}});  // across the screen, shot by shot
+                               {partEnd, 0}});  // across the screen, shot by shot
   show.add("shafts", ray, dissolve - ray, smoke,
            Bitmap{.texture = "rays_teal",
-                  .at = centred(rayPlace, -0.95, 3.6),
-                  .alpha = fade(4, 2, 0.85),
-                  .blend = Blend::add},
-           Bitmap{.texture = "rays_teal",
-                  .at = centred(rayPlace, -0.9, 2.1, 0.9),
-                  .alpha = fade(6, 2, 0.4),
+                  .at = centred(rayPlace, -0.95, 2.8),
+                  .alpha = fade(4, 2, 0.7),
                   .blend = Blend::add});
   show.add("bloom", ray, dissolve - ray, smoke,
            Bitmap{.texture = "haze_teal",
-                  .at = centred(0, -0.5, 3.2, 0.9),
-                  .alpha = fade(6, 2, 0.9),
+                  .at = centred(rayPlace, -0.4, 2.2, 0.45),
+                  .alpha = fade(6, 2, 0.7),
                   .blend = Blend::add});
-  show.add("white creeps in", flood, dissolve + 1 - flood, smoke,
-           Bitmap{.texture = "haze_teal",
-                  .at = centred(0, -0.2, slide(2.4, 5.2), 1.5),
-                  .alpha = slide(0.1, 0.9),
-                  .blend = Blend::add},
-           Fade{0.62, 0.94, 0.92, slide(0, 0.16)});
+  const auto pool = [&](double bar, double bars, double x, double y, double in) {
+    show.add("light on the sea", bar, bars, smoke,
+             Bitmap{.texture = "light3",
+                    .at = centred(x, y, 0.26, 6),
+                    .alpha = fade(in, 0, 0.8),
+                    .blend = Blend::add});
+  };
+  pool(ray, 2, -0.1, 0.24, 4);
+  pool(ebb, 1, 0, 0.37, 0.1);
   const double strokes[] = {start + 0.5, rain,    creature,    creature + 1, tune,
                             tune + 1,    ripples, ripples + 1, again,        again + 1,
                             ray,         ray + 1, flood,       flood + 1,    ebb};
@@ -173,10 +172,18 @@ void addWater(Show& show) {
                     .blend = Blend::add});
   show.add("out of the dark", start, 1, flash + 1,
            Fade{.alpha = line({{0, 1}, {2, 0.85}, {2.2, 0.3}, {partEnd, 0}})});
-  show.add("dissolve", dissolve, 1, flash + 1,
-           Fade{line({{0, 0.4}, {2, 0.7}, {3.4, 1}, {partEnd, 1}}), line({{0, 0.9}, {3.4, 1}, {partEnd, 1}}),
-                line({{0, 0.86}, {3.4, 0.97}, {partEnd, 0.97}}),
-                line({{0, 0.1}, {1, 0.2}, {3, 0.8}, {3.7, 1}, {partEnd, 1}})});
+  // White grows out of the ray; what lies far from it stays dark until the last beat.
+  const auto spreads = [&](const char* texture, const Curve& width) {
+    constexpr double height = 16;
+    show.add("dissolve", dissolve, 1, flash,
+             Bitmap{.texture = texture,
+                    .at = {width * -0.5, height * -0.5, width, height},
+                    .alpha = line({{0, 0}, {1, 0.6}, {partEnd, 1}}),
+                    .blend = Blend::add});
+  };
+  spreads("light3", spline({{0, 0.5}, {2, 2.2}, {3, 6}, {partEnd, 14}}));
+  spreads("light7", spline({{0, 0.2}, {2, 0.8}, {3, 3}, {partEnd, 14}}));
+  show.add("white", dissolve, 1, flash + 1, Fade{1, 1, 0.97, line({{0, 0}, {3, 0}, {3.8, 1}, {partEnd, 1}})});
 }
 
 }  // namespace vex

@@ -62,6 +62,16 @@ Canvas shade(const Settings& settings) {
   });
 }
 
+// Darkening: ink but for a soft hole in its middle.
+Canvas pinhole(const Settings& settings) {
+  const int side = settings.side(256);
+  return paint(side, side, [](float u, float v) {
+    const float r = std::hypot((u - 0.5f) * 2, (v - 0.5f) * 2);
+    const float dark = smoothStep(0.05f, 0.26f, r);
+    return Colour4{dark, dark, dark};
+  });
+}
+
 }  // namespace
 
 Products grainPictures() {
@@ -70,7 +80,8 @@ Products grainPictures() {
       picture("dust", PictureKind::jpeg, "grain", 4, dust),
       picture("vignette", PictureKind::bmp, "grain", 0.2f, vignette),
       picture("bar", PictureKind::bmp, "grain", 0.1f, [](const Settings&) { return Canvas(64, 64, black); }),
-      picture("shade", PictureKind::bmp, "grain", 0.1f, shade)};
+      picture("shade", PictureKind::bmp, "grain", 0.1f, shade),
+      picture("pinhole", PictureKind::jpeg, "grain", 0.1f, pinhole)};
 }
 
 }  // namespace vex

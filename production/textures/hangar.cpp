@@ -42,17 +42,17 @@ constexpr SoftBox softBoxes[] = {{-0.36f, 0.52f, 0.17f, 0.055f, 0.62f, 0.05f, 1.
                                  {-0.30f, -0.62f, 0.26f, 0.03f, -0.35f, 0.06f, 0.55f, true},
                                  {0.34f, -0.60f, 0.22f, 0.03f, 0.40f, 0.06f, 0.45f, true}};
 
-// Cold white above and to the left, magenta below and to the right, from a distance from the middle on.
+// Cold white above, magenta below and to the right, from a distance from the middle on.
 Colour4 rimLight(float x, float y, float from) {
   const float radius = std::hypot(x, y), grazing = smoothStep(from, 1.0f, radius);
-  const float upperLeft = std::max(0.0f, (-0.55f * x + 0.83f * y) / std::max(radius, 0.01f));
+  const float above = std::max(0.0f, (-0.35f * x + 0.94f * y) / std::max(radius, 0.01f));
   const float lowerRight = std::max(0.0f, (0.86f * x - 0.5f * y) / std::max(radius, 0.01f));
-  return gradient(steelRamp, 0.95f) * (0.85f * grazing * std::pow(upperLeft, 1.3f)) +
+  return gradient(steelRamp, 0.95f) * (0.95f * grazing * std::pow(above, 0.9f)) +
          gradient(violetRamp, 0.66f) * (0.6f * grazing * std::pow(lowerRight, 4.0f));
 }
 
 Colour4 carriedLight(float x, float y) {
-  Colour4 light = rimLight(x, y, 0.88f);
+  Colour4 light = rimLight(x, y, 0.80f);
   for (const SoftBox& lamp : softBoxes) {
     const float c = std::cos(lamp.turn), s = std::sin(lamp.turn), dx = x - lamp.x, dy = y - lamp.y;
     const float distance = box(c * dx + s * dy, c * dy - s * dx, lamp.halfWidth, lamp.halfHeight);

@@ -21,9 +21,13 @@ Canvas copperBar(const Settings& settings) {
     // The window above, the floor below, a dark line where they meet.
     const float window = std::exp(-(y + 0.42f) * (y + 0.42f) * 16),
                 floor = std::exp(-(y - 0.55f) * (y - 0.55f) * 30);
-    const float value = 0.16f + 0.46f * round + 0.46f * window + 0.16f * floor -
-                        0.16f * std::exp(-(y - 0.12f) * (y - 0.12f) * 60) + 0.05f * brushed + 0.07f * stain;
-    Colour4 colour = gradient(copperRamp, value);
+    // A glint every now and then along the rod.
+    const float glint = std::pow(0.5f + 0.5f * std::cos(2 * pi * u), 6.0f),
+                core = std::exp(-(y + 0.3f) * (y + 0.3f) * 70);
+    const float value = 0.10f + 0.40f * round + 0.52f * window + 0.16f * floor -
+                        0.24f * std::exp(-(y - 0.12f) * (y - 0.12f) * 60) + 0.05f * brushed + 0.07f * stain;
+    Colour4 colour =
+        gradient(copperRamp, value) + Colour4{0.9f, 0.72f, 0.42f} * (core * (0.30f + 0.6f * glint));
     colour.a = smoothStep(0.0f, 0.18f, std::min(v, 1 - v));
     return colour;
   });
