@@ -170,7 +170,7 @@ void readCorners(const char* what, int size, int count, Store store) {
 void handleMesh() {
   if (!inContext(ModelContext::mesh)) return;
   trace("mesh\n");
-  writeLine(0x41);
+  writeLine(Command::mesh);
   processBlock();
   trace("mesh end\n");
 }
@@ -178,7 +178,7 @@ void handleMesh() {
 void handleMeshNumVertex() {
   const int count = scanCount("vertices");
   trace("%d vertices\n", count);
-  writeLine(0x42, count);
+  writeLine(Command::meshNumVertex, count);
   if (!inMesh()) return;
   currentCounts()->vertices = currentCounts()->texCoords = count;
   modelState.geometricVertices = count;
@@ -188,14 +188,14 @@ void handleMeshNumVertex() {
 void handleMeshNumFaces() {
   const int count = scanCount("faces");
   trace("%d faces\n", count);
-  writeLine(0x43, count);
+  writeLine(Command::meshNumFaces, count);
   if (inMesh()) currentCounts()->faces = count;
   if (filling()) modelState.faces.assign(at(faceCount()), {});
 }
 
 void handleMeshVertexList() {
   trace("vertex list\n");
-  beginList(0x44, modelState.geometricVertices);
+  beginList(Command::meshVertexList, modelState.geometricVertices);
   if (currentMesh()) bakeScale();
   if (readingText()) {
     processBlock(BlockEnd::left);
@@ -218,7 +218,7 @@ void handleMeshVertex() {
   const Vector position = toEngineAxes(modelReader.current.vector);
   trace("vert %ld: %.2f %.2f %.2f\n", static_cast<long>(index), position.x, position.y, position.z);
   if (inMesh()) checkIndex("vertex", index, modelState.geometricVertices);
-  if (recordEntry(0x44, index)) {
+  if (recordEntry(Command::meshVertexList, index)) {
     writeFloat(position.x);
     writeFloat(position.y);
     writeFloat(position.z);
@@ -229,7 +229,7 @@ void handleMeshVertex() {
 void handleMeshFaceList() {
   trace("face list\n");
   const int size = faceCount();
-  beginList(0x46, size);
+  beginList(Command::meshFaceList, size);
   if (readingText()) {
     processBlock(BlockEnd::left);
   } else {
@@ -251,7 +251,7 @@ void handleMeshFace() {
     checkIndex("face", index, faceCount());
     for (const int corner : corners) checkIndex("vertex", corner, modelState.geometricVertices);
   }
-  if (recordEntry(0x46, index)) {
+  if (recordEntry(Command::meshFaceList, index)) {
     for (const int corner : corners) writeInt(corner);
   }
   if (filling() && inMesh()) setFace(index, corners);
@@ -260,14 +260,14 @@ void handleMeshFace() {
 void handleMeshNumTVertex() {
   const int count = scanCount("texture vertices");
   trace("allocating %d mapped vertices\n", count);
-  writeLine(0x48, count);
+  writeLine(Command::meshNumTVertex, count);
   if (inMesh() && count > 0) currentCounts()->texCoords = currentCounts()->vertices = count;
 }
 
 void handleMeshTVertList() {
   trace("mapped vertex list\n");
   const int size = texCoordCount();
-  beginList(0x49, size);
+  beginList(Command::meshTVertList, size);
   if (readingText()) {
     processBlock(BlockEnd::left);
   } else if (enterCompiledList(size, 2)) {
@@ -287,7 +287,7 @@ void handleMeshTVert() {
   const float v = modelReader.current.vector[1];
   trace("mapped vert %.2f %.2f\n", u, v);
   if (inMesh()) checkIndex("texture vertex", index, texCoordCount());
-  if (recordEntry(0x49, index)) {
+  if (recordEntry(Command::meshTVertList, index)) {
     writeFloat(u);
     writeFloat(v);
   }
@@ -297,7 +297,7 @@ void handleMeshTVert() {
 void handleMeshTFaceList() {
   trace("mapped face list\n");
   const int size = faceCount();
-  beginList(0x4b, size);
+  beginList(Command::meshTFaceList, size);
   if (readingText()) {
     processBlock(BlockEnd::left);
   } else {
@@ -318,7 +318,7 @@ void handleMeshTFace() {
     checkIndex("texture face", index, faceCount());
     for (const int corner : corners) checkIndex("texture vertex", corner, texCoordCount());
   }
-  if (recordEntry(0x4b, index)) {
+  if (recordEntry(Command::meshTFaceList, index)) {
     for (const int corner : corners) writeInt(corner);
   }
   if (filling() && inMesh()) setTextureFace(index, corners);

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
+#include <span>
 #include <string_view>
+
+#include "models/command.h"
 
 // The keywords of a model: what a line of text begins with and a command of the compiled stream is coded
 // as, and who handles both.
@@ -10,20 +11,23 @@
 namespace vex {
 
 struct KeywordEntry {
-  char text[64];      // lower case, matched as a prefix whatever the letter case
-  std::uint8_t code;  // notRecorded: no command of the stream
+  char text[64];  // lower case, matched as a prefix whatever the letter case
+  Command code;   // none: no command of the stream
+  const char*
+      payload;  // the command's values: i a number of 32 bits, f a float, m a matrix of 9 floats, s a text
   void (*handle)();
 };
 
-inline constexpr std::uint8_t notRecorded = 0xf0;
-inline constexpr std::size_t keywordCount = 67;
-extern const std::array<KeywordEntry, keywordCount> keywords;
+extern const std::span<const KeywordEntry> keywords;
 
 // The row whose keyword the line (without leading blanks) begins with, or null. No line begins with two
 // of them.
 const KeywordEntry* findKeyword(std::string_view line);
 
-// The last row of that code, or null.
-const KeywordEntry* keywordOfCode(std::uint8_t code);
+// The row of that command, or null.
+const KeywordEntry* keywordOfCode(Command code);
+
+// As KeywordEntry, also of the ends of blocks and of the stream. Null: no such command.
+const char* payloadOf(Command code);
 
 }  // namespace vex

@@ -28,7 +28,7 @@ void walk(int pass) {
   setFatalPlace(modelPlace);
   while (!modelEnded()) processItem();
   setFatalPlace(nullptr);
-  if (readingText()) writeLine(endOfStream);
+  if (readingText()) writeLine(Command::endOfStream);
 }
 
 template <typename Array, typename Object>

@@ -77,11 +77,11 @@ BlockEndPlace findBlockEnd() {
   }
   const std::size_t position = modelStream.position;
   const std::size_t items = modelReader.items;
-  while (nextLine() == 0 && modelReader.code != endOfBlock) ++end.items;
+  while (nextLine() == 0 && modelReader.code != Command::endOfBlock) ++end.items;
   end.position = modelStream.position;
   modelStream.position = position;
   modelReader.items = items;
-  modelReader.code = 0;
+  modelReader.code = Command::none;
   return end;
 }
 
@@ -105,7 +105,7 @@ void rewindModel() {
   modelReader.text.rewind();
   modelStream.position = 0;
   modelReader.current = {};
-  modelReader.code = 0;
+  modelReader.code = Command::none;
   modelReader.blockDepth = 0;
   modelReader.items = 0;
   countedEnd = {};
@@ -114,7 +114,7 @@ void rewindModel() {
 }
 
 bool modelEnded() {
-  return readingText() ? modelReader.text.atEnd() : modelReader.code == endOfStream;
+  return readingText() ? modelReader.text.atEnd() : modelReader.code == Command::endOfStream;
 }
 
 int nextLine() {
@@ -129,12 +129,12 @@ int nextLine() {
     return 0;
   }
   if (modelStream.position == modelStream.bytes.size()) {
-    modelReader.code = endOfStream;
+    modelReader.code = Command::endOfStream;
     return -1;
   }
   readCommand();
   ++modelReader.items;
-  return modelReader.code == endOfStream ? -1 : 0;
+  return modelReader.code == Command::endOfStream ? -1 : 0;
 }
 
 void processItem() {
@@ -165,11 +165,11 @@ void processBlock(BlockEnd end) {
   } else {
     do {
       processItem();
-    } while (modelReader.code != endOfBlock && !modelEnded());
-    if (modelReader.code == endOfBlock) modelReader.code = 0;
+    } while (modelReader.code != Command::endOfBlock && !modelEnded());
+    if (modelReader.code == Command::endOfBlock) modelReader.code = Command::none;
   }
   --modelReader.blockDepth;
-  if (end == BlockEnd::recorded) writeLine(endOfBlock);
+  if (end == BlockEnd::recorded) writeLine(Command::endOfBlock);
 }
 
 void skipBlock() {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "engine/vector.h"
+#include "models/command.h"
 #include "models/line_reader.h"
 
 // What text and compiled models have in common: the walk over lines or commands, and the scanners that
@@ -30,8 +31,8 @@ struct ModelReader {
   std::string fileName;
   LineReader text;
   ModelValues current;
-  std::uint8_t code = 0;      // of the current command
-  bool keywordFound = false;  // in this text
+  Command code = Command::none;  // of the current command
+  bool keywordFound = false;     // in this text
   int blockDepth = 0;
   std::size_t items = 0;  // lines (but for empty ones) or commands read
 };

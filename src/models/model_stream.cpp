@@ -1,45 +1,27 @@
 #include "models/model_stream.h"
 
-#include <array>
 #include <bit>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <initializer_list>
 
 #include "base/report.h"
+#include "models/keyword_table.h"
 #include "models/model_reader.h"
 
 namespace vex {
 
 namespace {
 
-// The values of each command: i a number of 32 bits, f a float, m a matrix of 9 floats, s a text. Null: no
-// such command.
-constexpr std::array<const char*, 256> payloads = [] {
-  std::array<const char*, 256> table{};
-  const auto set = [&table](std::initializer_list<int> codes, const char* payload) {
-    for (const int code : codes) table[static_cast<std::size_t>(code)] = payload;
-  };
-  set({0x00, 0x10, 0x11, 0x15, 0x1b, 0x22, 0x30, 0x40, 0x41, 0x44, 0x46, 0x49,        0x4b,
-       0x60, 0x61, 0x70, 0x73, 0x80, 0x81, 0x83, 0x85, 0x87, 0x89, 0x8b, endOfStream, endOfBlock},
-      "");
-  set({0x01, 0x02, 0x03, 0x1a, 0x42, 0x43, 0x48, 0x4e, 0x71, 0x72}, "i");
-  set({0x04, 0x16, 0x20, 0x21, 0x31}, "s");
-  set({0x13, 0x14, 0x17, 0x62, 0x63, 0x75, 0x76}, "f");
-  set({0x12, 0x18, 0x19, 0x24, 0x25, 0x74}, "fff");
-  set({0x23}, "mfff");
-  set({0x45, 0x86, 0x88, 0x8a, 0x8c}, "ifff");
-  set({0x47, 0x4c}, "iiii");
-  set({0x4a}, "iff");
-  set({0x82, 0x84}, "iffff");
-  return table;
-}();
+bool isKey(Command code) {
+  return code == Command::controlRotSample || code == Command::controlPosSample ||
+         code == Command::controlScaleSample;
+}
 
-constexpr int commentCode = 0x04;
-
-bool isKey(int code) {
-  return code == 0x84 || code == 0x88 || code == 0x8c;
+bool sameKinds(std::string_view payload, std::string_view kinds) {
+  constexpr std::string_view matrix = "fffffffff";
+  if (!payload.starts_with('m')) return payload == kinds;
+  return kinds.starts_with(matrix) && payload.substr(1) == kinds.substr(matrix.size());
 }
 
 template <typename Value>
@@ -78,35 +60,25 @@ void appendLittleEndian(std::uint32_t bits) {
 
 }  // namespace
 
-void writeLine(int code, ...) {
-  if (!modelStream.writing) return;
-  if (modelStream.list >= 0 || (modelStream.keyList && !isKey(code) && code != endOfBlock)) {
+bool beginCommand(Command code, std::string_view kinds) {
+  if (!modelStream.writing) return false;
+  if (modelStream.list != Command::none ||
+      (modelStream.keyList && !isKey(code) && code != Command::endOfBlock)) {
     giveUpRecording("a list holds lines of another kind");
-    return;
+    return false;
   }
   if (isKey(code) && !modelStream.keyList) {
     giveUpRecording("a key stands outside its list");
-    return;
+    return false;
   }
-  const char* payload = code >= 0 && code < 256 ? payloads[static_cast<std::size_t>(code)] : nullptr;
+  const char* payload = payloadOf(code);
   if (!payload) fatalError("unknown command 0x%X for writeLine", static_cast<unsigned>(code));
-  writeByte(code);
-  std::va_list values;
-  va_start(values, code);
-  for (const char* kind = payload; *kind; ++kind) {
-    if (*kind == 'i') writeInt(va_arg(values, int));
-    if (*kind == 's') {
-      const char* text = va_arg(values, const char*);
-      // A stamp is compared as far as it goes.
-      if (code != commentCode && std::strlen(text) >= maxStreamText) {
-        giveUpRecording("a text is longer than %d characters", maxStreamText - 1);
-      }
-      writeString(text);
-    }
-    const int floats = *kind == 'm' ? 9 : *kind == 'f' ? 1 : 0;
-    for (int i = 0; i < floats; ++i) writeFloat(static_cast<float>(va_arg(values, double)));
+  if (!sameKinds(payload, kinds)) {
+    fatalError("command 0x%X takes %s, not %.*s", static_cast<unsigned>(code), payload,
+               static_cast<int>(kinds.size()), kinds.data());
   }
-  va_end(values);
+  writeByte(static_cast<int>(code));
+  return true;
 }
 
 void writeFloat(float value) {
@@ -123,11 +95,14 @@ void writeByte(int value) {
 
 void writeString(const char* value) {
   if (!modelStream.writing) return;
-  modelStream.bytes.append(value, strnlen(value, maxStreamText - 1));
-  modelStream.bytes += '\0';
+  if (std::strlen(value) >= maxStreamText) {
+    giveUpRecording("a text is longer than %d characters", maxStreamText - 1);
+    return;
+  }
+  modelStream.bytes.append(value, std::strlen(value) + 1);
 }
 
-void beginList(int code, int size) {
+void beginList(Command code, int size) {
   writeLine(code);
   if (!modelStream.writing) return;
   modelStream.list = code;
@@ -135,7 +110,7 @@ void beginList(int code, int size) {
   modelStream.listSize = size;
 }
 
-bool recordEntry(int code, int index) {
+bool recordEntry(Command code, int index) {
   if (!modelStream.writing) return false;
   if (modelStream.list != code) {
     giveUpRecording("an entry stands outside its list");
@@ -153,11 +128,11 @@ void endList() {
     giveUpRecording("a list has %d entries, %d were announced", modelStream.listEntries,
                     modelStream.listSize);
   }
-  modelStream.list = -1;
-  writeLine(endOfBlock);
+  modelStream.list = Command::none;
+  writeLine(Command::endOfBlock);
 }
 
-void beginKeys(int code) {
+void beginKeys(Command code) {
   writeLine(code);
   modelStream.keyList = true;
 }
@@ -176,7 +151,7 @@ void giveUpRecording(const char* format, ...) {
   modelStream.obstacle = modelPlace() + ": " + text;
   modelStream.writing = false;
   modelStream.bytes.clear();
-  modelStream.list = -1;
+  modelStream.list = Command::none;
 }
 
 void expectBytes(std::size_t size) {
@@ -212,10 +187,10 @@ void readString(char (&text)[256]) {
 }
 
 void readCommand() {
-  modelReader.code = static_cast<std::uint8_t>(readByte());
-  const char* payload = payloads[modelReader.code];
+  modelReader.code = static_cast<Command>(readByte());
+  const char* payload = payloadOf(modelReader.code);
   if (!payload) {
-    fatalError("unknown command 0x%X read at 0x%lX", modelReader.code,
+    fatalError("unknown command 0x%X read at 0x%lX", static_cast<unsigned>(modelReader.code),
                static_cast<unsigned long>(modelStream.position));
   }
   ModelValues& current = modelReader.current;

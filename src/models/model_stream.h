@@ -3,15 +3,18 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
+#include "models/command.h"
+
 // The compiled form of a model: one command for each line of its text that has a keyword, and the lists of
-// vertices and faces as bare numbers. A command is a code byte and its values; docs/formats.md has the table.
+// vertices and faces as bare numbers. A command is a code byte and its values; models/keyword_table.cpp has
+// the table.
 
 namespace vex {
 
-inline constexpr std::uint8_t endOfStream = 0xfe;
-inline constexpr std::uint8_t endOfBlock = 0xff;
 inline constexpr int maxStreamText = 255;  // bytes of a text with its terminator
 
 struct ModelStream {
@@ -21,8 +24,8 @@ struct ModelStream {
   bool complete = false;  // all commands of a text are in `bytes`
   std::string obstacle;   // why writing was given up; empty: it was not
 
-  // The list that is being recorded: its code, entries written, entries expected.
-  int list = -1;
+  // The list that is being recorded: its code (none: no list), entries written, entries expected.
+  Command list = Command::none;
   int listEntries = 0;
   int listSize = 0;
   bool keyList = false;  // a list of keys is being recorded
@@ -30,23 +33,45 @@ struct ModelStream {
 
 inline ModelStream modelStream;
 
-// Appends code and values, in the order of the table, while the stream is written. Floats come as double.
-// Fatal: "unknown command 0x%X for writeLine".
-void writeLine(int code, ...);
-
+// Appended while the stream is written.
 void writeFloat(float value);
 void writeInt(int value);
 void writeByte(int value);
 void writeString(const char* value);
 
+// Appends the command while the stream is written, and tells whether its values belong behind it. `kinds` are
+// those of the values: i, f, s.
+// Fatal: "unknown command 0x%X for writeLine"; values of other kinds than the command's.
+bool beginCommand(Command code, std::string_view kinds);
+
+inline void writeValue(int value) {
+  writeInt(value);
+}
+inline void writeValue(float value) {
+  writeFloat(value);
+}
+inline void writeValue(const char* value) {
+  writeString(value);
+}
+
+// A command and its values, in the order of the table, while the stream is written.
+template <typename... Values>
+void writeLine(Command code, Values... values) {
+  constexpr char kinds[] = {(std::is_same_v<Values, int>     ? 'i'
+                             : std::is_same_v<Values, float> ? 'f'
+                                                             : 's')...,
+                            '\0'};
+  if (beginCommand(code, kinds)) (writeValue(values), ...);
+}
+
 // A list of numbers follows the list's code. Lists that do not give each entry once and in order cannot be
 // expressed; recording is given up then.
-void beginList(int code, int size);
+void beginList(Command code, int size);
 // Whether entry `index` of the list can be written now.
-bool recordEntry(int code, int index);
+bool recordEntry(Command code, int index);
 void endList();
 // A list of keys holds keys only: each counts as one when the list is read back.
-void beginKeys(int code);
+void beginKeys(Command code);
 void endKeys();
 [[gnu::format(printf, 1, 2)]] void giveUpRecording(const char* format, ...);
 

@@ -96,14 +96,14 @@ void setName(const char* name) {
 
 void handleGeomObject() {
   trace("geomObject\n");
-  writeLine(0x40);
+  writeLine(Command::geomObject);
   readMeshObject(MeshKind::shown);
   trace("geomObject end\n");
 }
 
 void handleHelperObject() {
   trace("helper object\n");
-  writeLine(0x30);
+  writeLine(Command::helperObject);
   readMeshObject(MeshKind::helper);
   trace("helper object end\n");
 }
@@ -111,7 +111,7 @@ void handleHelperObject() {
 void handleHelperClass() {
   const char* name = scanQuoted();
   trace("helper class %s\n", name);
-  writeLine(0x31, name);
+  writeLine(Command::helperClass, name);
   Mesh* mesh = currentMesh();
   if (mesh && strncasecmp(name, "skelet", 6) == 0) mesh->flags |= skeletonFlag;
 }
@@ -119,7 +119,7 @@ void handleHelperClass() {
 void handleNodeName() {
   const char* name = scanQuoted();
   trace("name %s\n", name);
-  writeLine(0x20, name);
+  writeLine(Command::nodeName, name);
   if (modelState.inAnimation) {
     switchByName(name);
   } else {
@@ -130,7 +130,7 @@ void handleNodeName() {
 void handleNodeParent() {
   const char* name = scanQuoted();
   trace("parent %s\n", name);
-  writeLine(0x21, name);
+  writeLine(Command::nodeParent, name);
   if (!filling()) return;
   if (inContext(ModelContext::light)) {
     if (Light* light = currentLight()) setParent(*light, name);
@@ -144,7 +144,7 @@ void handleNodeParent() {
 void handleNodeTm() {
   [[maybe_unused]] const bool ofMesh = inContext(ModelContext::mesh);
   trace(ofMesh ? "transformation matrix\n" : "blabla\n");
-  writeLine(0x22);
+  writeLine(Command::nodeTm);
   processBlock();
   trace(ofMesh ? "transformation matrix end\n" : "blabla end\n");
   // The next matrix is the target's.
@@ -188,7 +188,7 @@ void handleTmRow0() {
   trace("rotation matrix\n");
   for ([[maybe_unused]] const float(&row)[3] : r) trace("%.2f %.2f %.2f\n", row[0], row[1], row[2]);
   trace("pivot %.2f %.2f %.2f\n", rows.pivot[0], rows.pivot[1], rows.pivot[2]);
-  writeLine(0x23, r[0][0], r[0][1], r[0][2], r[1][0], r[1][1], r[1][2], r[2][0], r[2][1], r[2][2],
+  writeLine(Command::tmRow0, r[0][0], r[0][1], r[0][2], r[1][0], r[1][1], r[1][2], r[2][0], r[2][1], r[2][2],
             rows.pivot[0], rows.pivot[1], rows.pivot[2]);
   Mesh* mesh = currentMesh();
   if (!mesh) return;
@@ -215,7 +215,7 @@ void handleTmRow0() {
 void handleTmPos() {
   const Vector position = scannedPoint(scanThree());
   trace("position %.2f %.2f %.2f\n", position.x, position.y, position.z);
-  writeLine(0x24, position.x, position.y, position.z);
+  writeLine(Command::tmPos, position.x, position.y, position.z);
   Light* light = currentLight();
   Viewer* viewer = currentViewer();
   if (light && inContext(ModelContext::light)) light->position = position;
@@ -227,7 +227,7 @@ void handleTmPos() {
 void handleTmScale() {
   const Vector factors = scannedFactors(scanThree());
   trace("scale %.2f %.2f %.2f\n", factors.x, factors.y, factors.z);
-  writeLine(0x25, factors.x, factors.y, factors.z);
+  writeLine(Command::tmScale, factors.x, factors.y, factors.z);
   Mesh* mesh = currentMesh();
   if (!mesh || !inContext(ModelContext::mesh) || factors == Vector(1.0f, 1.0f, 1.0f)) return;
   modelState.scratchTrack.type = TrackType::scale;
@@ -238,7 +238,7 @@ void handleTmScale() {
 
 void handleCameraObject() {
   trace("camera object\n");
-  writeLine(0x60);
+  writeLine(Command::cameraObject);
   if (++modelState.cameraIndex == maxLightsOrCameras) fatalError("more than %d cameras", maxLightsOrCameras);
   modelState.context = ModelContext::camera;
   processBlock();
@@ -248,7 +248,7 @@ void handleCameraObject() {
 
 void handleCameraSettings() {
   trace("camera settings\n");
-  writeLine(0x61);
+  writeLine(Command::cameraSettings);
   modelState.context = ModelContext::camera;
   processBlock();
   trace("camera settings end\n");
@@ -257,7 +257,7 @@ void handleCameraSettings() {
 void handleCameraFar() {
   const float distance = scanFloat();
   trace("far clipping plane %.2f\n", distance);
-  writeLine(0x62, distance);
+  writeLine(Command::cameraFar, distance);
   if (Viewer* viewer = currentViewer()) viewer->farPlane = distance;
 }
 
@@ -265,13 +265,13 @@ void handleCameraFov() {
   const float radians = scanFloat();
   const auto degrees = static_cast<float>(radians * 180.0 / 3.1415926536);
   trace("fov %.2f\n", degrees);
-  writeLine(0x63, radians);
+  writeLine(Command::cameraFov, radians);
   if (Viewer* viewer = currentViewer()) viewer->fov = degrees;
 }
 
 void handleLightObject() {
   trace("light\n");
-  writeLine(0x70);
+  writeLine(Command::lightObject);
   if (++modelState.lightIndex == maxLightsOrCameras) fatalError("more than %d lights", maxLightsOrCameras);
   modelState.context = ModelContext::light;
   processBlock();
@@ -292,20 +292,20 @@ void handleLightType() {
     }
   }
   trace(type == 0 ? "pointlight\n" : "spotlight\n");
-  writeLine(0x71, type);
+  writeLine(Command::lightType, type);
   if (Light* light = currentLight()) light->spot = type != 0;
 }
 
 void handleLightUseLight() {
   const int use = scanInt();
   trace(use == 1 ? "active\n" : "inactive\n");
-  writeLine(0x72, use);
+  writeLine(Command::lightUseLight, use);
   if (Light* light = currentLight()) light->active = use == 1;
 }
 
 void handleLightSettings() {
   trace("light settings\n");
-  writeLine(0x73);
+  writeLine(Command::lightSettings);
   processBlock();
   trace("light settings end\n");
 }
@@ -313,21 +313,21 @@ void handleLightSettings() {
 void handleLightColor() {
   const float(&colour)[3] = scanThree();
   trace("color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
-  writeLine(0x74, colour[0], colour[1], colour[2]);
+  writeLine(Command::lightColor, colour[0], colour[1], colour[2]);
   if (Light* light = currentLight()) light->colour = {colour[0], colour[1], colour[2]};
 }
 
 void handleLightIntens() {
   const float intensity = scanFloat();
   trace("intensity %.2f\n", intensity);
-  writeLine(0x75, intensity);
+  writeLine(Command::lightIntens, intensity);
   if (Light* light = currentLight()) light->intensity = intensity;
 }
 
 void handleLightFalloff() {
   const float angle = scanFloat();
   trace("falloff angle %.2f\n", angle);
-  writeLine(0x76, angle);
+  writeLine(Command::lightFalloff, angle);
   if (Light* light = currentLight()) light->coneAngle = angle;
 }
 

@@ -17,7 +17,7 @@ namespace vex {
 
 void handleScene() {
   trace("scene chunk\n");
-  writeLine(0x00);
+  writeLine(Command::scene);
   modelState.context = ModelContext::sceneHeader;
   processBlock();
   modelState.context = ModelContext::none;
@@ -28,7 +28,7 @@ void handleSceneFrameSpeed() {
   const int frames = scanInt();
   if (frames <= 0) fatalError("%d frames per second aren't possible", frames);
   trace("frames per second %d\n", frames);
-  writeLine(0x01, frames);
+  writeLine(Command::sceneFrameSpeed, frames);
   modelState.framesPerSecond = frames;
 }
 
@@ -39,7 +39,7 @@ void handleSceneFirstFrame() {
 void handleSceneLastFrame() {
   const int frame = scanInt();
   trace("last frame %d\n", frame);
-  writeLine(0x02, frame);
+  writeLine(Command::sceneLastFrame, frame);
   modelState.scratchTrack.frameLength = static_cast<float>(frame);
 }
 
@@ -47,19 +47,20 @@ void handleSceneTicksPerFrame() {
   const int ticks = scanInt();
   if (ticks <= 0) fatalError("%d ticks per frame aren't possible", ticks);
   trace("ticks per frame %d\n", ticks);
-  writeLine(0x03, ticks);
+  writeLine(Command::sceneTicksPerFrame, ticks);
   modelState.ticksPerFrame = ticks;
 }
 
 void handleComment() {
   const char* comment = scanQuoted();
   trace("comment %s\n", comment);
-  writeLine(0x04, comment);
+  // A stamp is compared as far as it goes.
+  writeLine(Command::comment, std::string(comment).substr(0, maxStreamText - 1).c_str());
 }
 
 void handleMaterialList() {
   trace("material list\n");
-  writeLine(0x10);
+  writeLine(Command::materialList);
   modelState.context = ModelContext::materialList;
   processBlock();
   modelState.context = ModelContext::none;
@@ -69,7 +70,7 @@ void handleMaterialList() {
 void handleMaterial() {
   trace("material %d\n", readingText() ? scanInt() : modelState.materialIndex + 1);
   if (modelState.materialIndex + 1 == maxMaterials) fatalError("more than %d materials", maxMaterials);
-  writeLine(0x11);
+  writeLine(Command::material);
   ModelMaterial& material = modelState.materials[static_cast<std::size_t>(++modelState.materialIndex)];
   material.texture = -1;
   material.twoSided = false;
@@ -79,7 +80,7 @@ void handleMaterial() {
 
 namespace {
 
-void scanColour(float (&colour)[3], int code) {
+void scanColour(float (&colour)[3], Command code) {
   std::copy_n(scanThree(), 3, colour);
   writeLine(code, colour[0], colour[1], colour[2]);
 }
@@ -97,52 +98,52 @@ ModelMaterial& materialOrSpare() {
 void handleMaterialDiffuse() {
   ModelMaterial& material = materialOrSpare();
   float(&colour)[3] = material.diffuse;
-  scanColour(colour, 0x12);
+  scanColour(colour, Command::materialDiffuse);
   trace("diffuse color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
   if (material.texture != -1) colour[0] = colour[1] = colour[2] = 1.0f;
 }
 
 void handleMaterialAmbient() {
   float(&colour)[3] = materialOrSpare().ambient;
-  scanColour(colour, 0x18);
+  scanColour(colour, Command::materialAmbient);
   trace("ambient color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
 }
 
 void handleMaterialSpecular() {
   float(&colour)[3] = materialOrSpare().specular;
-  scanColour(colour, 0x19);
+  scanColour(colour, Command::materialSpecular);
   trace("specular color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
 }
 
 void handleMaterialShine() {
   const float shininess = readingText() ? scanFloat() * 128.0f : scanFloat();
   trace("shininess %.2f\n", shininess);
-  writeLine(0x13, shininess);
+  writeLine(Command::materialShine, shininess);
   materialOrSpare().shininess = shininess;
 }
 
 void handleMaterialShineStrength() {
   const float strength = scanFloat();
-  writeLine(0x17, strength);
+  writeLine(Command::materialShineStrength, strength);
   materialOrSpare().shineStrength = strength;
 }
 
 void handleMaterialTransparency() {
   const float opacity = readingText() ? 1.0f - scanFloat() : scanFloat();
   trace("opacity %.2f\n", opacity);
-  writeLine(0x14, opacity);
+  writeLine(Command::materialTransparency, opacity);
   materialOrSpare().opacity = opacity;
 }
 
 void handleMaterialTwoSided() {
   trace("two sided\n");
-  writeLine(0x1b);
+  writeLine(Command::materialTwoSided);
   materialOrSpare().twoSided = true;
 }
 
 void handleMapDiffuse() {
   trace("material map\n");
-  writeLine(0x15);
+  writeLine(Command::mapDiffuse);
   processBlock();
   trace("material map end\n");
 }
@@ -153,7 +154,7 @@ void handleBitmap() {
   std::string name = "data\\" + path.substr(path.rfind('\\') + 1);  // all of it without a backslash
   if (readingText()) name.resize(std::min(name.find('.'), name.size()));
   trace("changed to %s\n", name.c_str());
-  writeLine(0x16, name.c_str());
+  writeLine(Command::bitmap, name.c_str());
   if (ModelMaterial* material = currentMaterial()) material->texture = modelTexture(name.c_str(), true);
 }
 
@@ -161,14 +162,14 @@ void handleMapType() {
   const bool spherical = readingText() ? strcasecmp(scanWord(), "spherical") == 0 : scanInt() == 1;
   trace("map type ");
   trace(spherical ? "spherical environment\n" : "determined\n");
-  writeLine(0x1a, spherical ? 1 : 0);
+  writeLine(Command::mapType, spherical ? 1 : 0);
   materialOrSpare().sphereMap = spherical;
 }
 
 void handleMaterialRef() {
   const int index = scanInt();
   trace("material ref %d\n", index);
-  writeLine(0x4e, index);
+  writeLine(Command::materialRef, index);
   if (index < 0 || index >= maxMaterials) {
     fatalError("material %d isn't one of 0 to %d", index, maxMaterials - 1);
   }

@@ -54,7 +54,7 @@ void addTrack(const Animation& track) {
 
 enum class Smooth { off, on };
 
-void readKeys(int code, TrackType type, Smooth smooth, [[maybe_unused]] const char* name) {
+void readKeys(Command code, TrackType type, Smooth smooth, [[maybe_unused]] const char* name) {
   trace("%s\n", name);
   beginKeys(code);
   Animation& track = modelState.scratchTrack;
@@ -79,7 +79,7 @@ void storeKey(int frame, const Vector& value, float angle) {
 
 void handleTmAnimation() {
   trace("animation\n");
-  writeLine(0x80);
+  writeLine(Command::tmAnimation);
   modelState.inAnimation = true;
   modelState.maxFrame = 0;
   processBlock();
@@ -88,27 +88,27 @@ void handleTmAnimation() {
 }
 
 void handleControlRotTcb() {
-  readKeys(0x81, TrackType::rotation, Smooth::off, "rotation bezier");
+  readKeys(Command::controlRotTcb, TrackType::rotation, Smooth::off, "rotation bezier");
 }
 
 void handleControlRotTrack() {
-  readKeys(0x83, TrackType::rotation, Smooth::off, "rotation linear");
+  readKeys(Command::controlRotTrack, TrackType::rotation, Smooth::off, "rotation linear");
 }
 
 void handleControlPosBezier() {
-  readKeys(0x85, TrackType::position, Smooth::on, "position bezier");
+  readKeys(Command::controlPosBezier, TrackType::position, Smooth::on, "position bezier");
 }
 
 void handleControlPosTrack() {
-  readKeys(0x87, TrackType::position, Smooth::off, "position linear");
+  readKeys(Command::controlPosTrack, TrackType::position, Smooth::off, "position linear");
 }
 
 void handleControlScaleBezier() {
-  readKeys(0x89, TrackType::scale, Smooth::on, "scale bezier");
+  readKeys(Command::controlScaleBezier, TrackType::scale, Smooth::on, "scale bezier");
 }
 
 void handleControlScaleTrack() {
-  readKeys(0x8b, TrackType::scale, Smooth::on, "scale linear");
+  readKeys(Command::controlScaleTrack, TrackType::scale, Smooth::on, "scale linear");
 }
 
 void handleRotationKey() {
@@ -119,7 +119,7 @@ void handleRotationKey() {
   const float angle = readingText() ? wrapAngle(v[3]) : v[3];
   const int frame = tick / modelState.ticksPerFrame;
   trace("key frame %d axis %.2f %.2f %.2f angle %.2f\n", frame, axis.x, axis.y, axis.z, angle * 180.0 / pi);
-  writeLine(0x84, tick, axis.x, axis.y, axis.z, angle);
+  writeLine(Command::controlRotSample, tick, axis.x, axis.y, axis.z, angle);
   storeKey(frame, axis, angle);
 }
 
@@ -130,7 +130,7 @@ void handlePositionKey() {
   const Vector position = scannedPoint(v);
   const int frame = tick / modelState.ticksPerFrame;
   trace("key frame %d pos %.2f %.2f %.2f\n", frame, position.x, position.y, position.z);
-  writeLine(0x88, tick, position.x, position.y, position.z);
+  writeLine(Command::controlPosSample, tick, position.x, position.y, position.z);
   storeKey(frame, position, 0.0f);
 }
 
@@ -141,7 +141,7 @@ void handleScaleKey() {
   const Vector factors = scannedFactors(v);
   const int frame = tick / modelState.ticksPerFrame;
   trace("key frame %d scale %.2f %.2f %.2f\n", frame, factors.x, factors.y, factors.z);
-  writeLine(0x8c, tick, factors.x, factors.y, factors.z);
+  writeLine(Command::controlScaleSample, tick, factors.x, factors.y, factors.z);
   storeKey(frame, factors, 0.0f);
 }
 

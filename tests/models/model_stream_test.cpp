@@ -419,9 +419,14 @@ TEST_F(CompiledModel, RefusesByNameAndPlace) {
   EXPECT_NE(fatalOf(cases[11].stream).find("is longer than 31 characters"), std::string::npos);
   EXPECT_EQ(fatalText([] {
               modelStream.writing = true;
-              writeLine(0xf0);
+              writeLine(static_cast<Command>(0xf0));
             }),
             "unknown command 0xF0 for writeLine");
+  EXPECT_EQ(fatalText([] {
+              modelStream.writing = true;
+              writeLine(Command::meshNumVertex, 8.0f);
+            }),
+            "command 0x42 takes i, not f");
   EXPECT_EQ(fatalText([] { readAndDump("none.hv3"); }), "File none.hv3 not found");
   // A header word that promises more than the file can hold.
   std::string file = readFile("m.hv3");
