@@ -1,6 +1,8 @@
 // Runs the benchmarks, prints the table of figures and writes it as JSON.
 //
 //   vexbench [--json FILE] [Google Benchmark's own options]
+//
+// Ends with 1 when a figure could not be measured that was not filtered out.
 
 #include <benchmark/benchmark.h>
 
@@ -9,6 +11,7 @@
 #include <cstdio>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "benchmarks/figure.h"
@@ -51,13 +54,14 @@ struct Result {
   }
 };
 
-std::vector<Result> compute(const Measurements& measurements) {
+// Figures without measurements go to `missing`.
+std::vector<Result> compute(const Measurements& measurements, std::vector<std::string>& missing) {
   std::vector<Result> results;
   for (const Figure& figure : figures()) {
     try {
       results.push_back({figure, figure.value(measurements)});
     } catch (const std::out_of_range&) {
-      // its benchmarks were filtered out
+      missing.push_back(figure.name);
     }
   }
   std::sort(results.begin(), results.end(),
@@ -148,11 +152,17 @@ int main(int argc, char** argv) {
 
   vex::Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
-  const std::vector<vex::Result> results = vex::compute(collector.measurements);
+  std::vector<std::string> missing;
+  const std::vector<vex::Result> results = vex::compute(collector.measurements, missing);
   vex::print(results);
   if (json && !vex::writeJson(results, json)) {
     std::fprintf(stderr, "vexbench: can't write %s\n", json);
     return 255;
   }
-  return 0;
+  const bool filtered = std::any_of(arguments.begin(), arguments.end(), [](const char* argument) {
+    return std::string_view(argument).starts_with("--benchmark_filter");
+  });
+  if (filtered || missing.empty()) return 0;
+  for (const std::string& name : missing) std::fprintf(stderr, "vexbench: no figure for %s\n", name.c_str());
+  return 1;
 }

@@ -272,8 +272,12 @@ class Recorder {
   }
 
   void startVideo(const SoundTrack& music) {
-    const std::string failure =
-        encoder.start(recording.video, {recording.width, recording.height, recording.framesPerSecond}, music);
+    const std::string failure = encoder.start(recording.video,
+                                              {.width = recording.width,
+                                               .height = recording.height,
+                                               .framesPerSecond = recording.framesPerSecond,
+                                               .quality = recording.quality},
+                                              music);
     if (!failure.empty()) fatalError("%s", failure.c_str());
   }
 

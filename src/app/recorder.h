@@ -27,6 +27,7 @@ struct Recording {
   int height = 720;
   int supersample = 1;  // draws that many times the pixels each way and takes their mean: smooth edges
   int framesPerSecond = 30;
+  int quality = 1;            // of an .mp4, as VideoFormat
   std::optional<float> from;  // in place of the project's start time, s
   std::optional<float> to;    // in place of the project's total time, s
 };

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cmath>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
@@ -82,6 +83,7 @@ int soundFile(const SoundTrack& sound) {
 struct VideoKind {
   const char* ending;
   bool oddSizes;
+  bool limitsBitRate;
   std::vector<std::string> picture;
   std::vector<std::string> sound;
   std::vector<std::string> container;
@@ -90,9 +92,10 @@ struct VideoKind {
 // Threads are fixed, because the encoders' output depends on their number.
 const std::vector<VideoKind>& videoKinds() {
   static const std::vector<VideoKind> kinds{
-      // Visually lossless on the show's grain.
+      // As good as the eye can tell, as far as bitRateLimit() goes.
       {".mp4",
        false,
+       true,
        {"-vf",
         "vflip,scale=out_color_matrix=bt709:out_range=tv",
         "-pix_fmt",
@@ -117,6 +120,7 @@ const std::vector<VideoKind>& videoKinds() {
        {"-movflags", "+faststart", "-f", "mp4"}},
       {".mkv",
        true,
+       false,
        {"-vf", "vflip", "-pix_fmt", "bgr0", "-c:v", "ffv1", "-level", "3", "-g", "1", "-slices", "4",
         "-slicecrc", "1", "-threads", "2"},
        {"-c:a", "flac"},
@@ -132,6 +136,12 @@ const VideoKind* videoKindOf(const std::string& path) {
   return nullptr;
 }
 
+// Film grain takes whatever it gets: without a limit a video of the show grows beyond all use. Bits a second.
+long bitRateLimit(const VideoFormat& format) {
+  constexpr double bitsPerPixel = 6e6 / (1280 * 720 * 30);
+  return std::lround(format.quality * bitsPerPixel * format.width * format.height * format.framesPerSecond);
+}
+
 std::vector<std::string> commandLine(const std::string& path, const VideoFormat& format,
                                      const SoundTrack& sound) {
   // Without -xerror a disk that fills up while the file is closed is no failure to ffmpeg.
@@ -144,6 +154,10 @@ std::vector<std::string> commandLine(const std::string& path, const VideoFormat&
   add({"-video_size", std::to_string(format.width) + "x" + std::to_string(format.height), "-i", "pipe:0"});
   if (sound.rate > 0) add({"-i", "/dev/fd/" + std::to_string(soundDescriptor)});
   add(kind.picture);
+  if (kind.limitsBitRate) {
+    const long limit = bitRateLimit(format);
+    add({"-maxrate", std::to_string(limit), "-bufsize", std::to_string(2 * limit)});
+  }
   if (sound.rate > 0) add(kind.sound);
   add({"-bitexact"});
   add(kind.container);
