@@ -207,7 +207,7 @@ void addBurstShells(std::vector<StageMesh>& meshes) {
                              {.frame = begin, .value = centre},
                              {.frame = last, .value = centre + Vector(0, 4 - 5 * k, 0)}};
     mesh.motion.scales = scaleKeys(loopSeconds, 30, [k](float t) {
-      const float grown = 1 + (0.7f + 0.5f * k) * t / loopSeconds;
+      const float grown = 1 + (0.5f + 0.34f * k) * t / loopSeconds;
       return Vector(grown, grown, grown);
     });
     mesh.motion.turns = turnKeys(loopSeconds, 30, [k](float t) {

@@ -112,7 +112,7 @@ float eyeRegion(float d, const Vector& q) {
   d = smoothCut(d, ball(q, eyePlace + axis * 4.2f + Vector(0, -0.1f, 0), 4.7f), 2.6f);
   d = smoothJoin(d, taper(q, Vector(-19.2f, 19.8f, 3.4f), Vector(-17.4f, 20, 7), 0.9f, 1.0f), 4.0f);
   d = smoothJoin(d, taper(q, Vector(-17.4f, 20, 7), Vector(-13.4f, 18.2f, 10.4f), 1.0f, 0.8f), 4.0f);
-  d = smoothJoin(d, ball(q, eyePlace, eyeRadius + 0.75f), 1.4f);
+  d = smoothJoin(d, ball(q, eyePlace, eyeRadius + 0.6f), 1.8f);
   const float c = dot(w, across), s = w.y, out = std::hypot(c, s);
   const float theta = std::atan2(out, dot(w, axis));
   const float hole = (theta - lidOpening(c, s) - 0.12f) * std::min(w.length(), 7.0f);

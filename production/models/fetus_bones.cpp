@@ -144,7 +144,7 @@ Surface lidSurface(float side) {
               // The first row is the lid's thickness; over the skin's edge and under it.
               const float fold = std::max(0.0f, (t - 0.25f) / 0.75f);
               const float theta = lidOpening(std::cos(phi), std::sin(phi)) + 0.34f * fold;
-              const float radius = eyeRadius + (t < 0.1f ? 0.03f : 0.5f + 0.36f * std::sin(pi * fold));
+              const float radius = eyeRadius + (t < 0.1f ? 0.03f : 0.48f + 0.26f * std::sin(pi * fold));
               return centre + (across * std::cos(phi) + up * std::sin(phi)) * (radius * std::sin(theta)) +
                      axis * (radius * std::cos(theta));
             },
@@ -158,7 +158,7 @@ Surface lidSurface(float side) {
 Surface coverSurface(float side) {
   const Vector axis = gazeAxis(side), across = eyeAcross(side), up = cross(axis, across),
                centre = acrossFrom(eyePlace, side);
-  const float radius = eyeRadius + 0.2f;
+  const float radius = eyeRadius + 0.42f;
   const Surface cover = withoutMapping(sheet(10, 4, [&](float s, float t) {
     const float aside = (2 * s - 1) * 80 * pi / 180;
     const float edge = -45 * std::sqrt(std::max(0.0f, 1 - (2 * s - 1) * (2 * s - 1)));

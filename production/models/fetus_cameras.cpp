@@ -71,8 +71,8 @@ std::vector<StageCamera> cameras() {
       camera("view_ash", 50,
              {{3,
                1,
-               {Vector(-46, -36, 112), Vector(-53, -35, 116)},
-               {Vector(-62, -36, 44), Vector(-64, -36, 44)}}}),
+               {Vector(-44, -29, 114), Vector(-51, -28, 118)},
+               {Vector(-60, -34, 44), Vector(-62, -34, 44)}}}),
       // From under the ceiling, with the beam.
       camera(
           "view_above", 74,
@@ -137,7 +137,7 @@ std::vector<StageCamera> cameras() {
       camera("view_door", 64,
              {{18,
                2,
-               {Vector(-166, 3, 14), Vector(-172, 5, 4), Vector(-180, 8, -8)},
+               {Vector(-166, 3, 4), Vector(-172, 5, -8), Vector(-178, 8, -22)},
                {Vector(30, -22, -84), Vector(27, -24, -88), Vector(23, -26, -92)}}}),
   };
 }

@@ -270,8 +270,9 @@ Colour4 paintedProp(const BakePoint& p) {
       const float vein = std::pow(1 - std::fabs(gradientNoise(q * 0.7f, 0, 959)), 8.0f);
       Colour4 colour = mix(Colour4{0.74f, 0.47f, 0.39f}, Colour4{0.6f, 0.3f, 0.28f}, wear);
       colour = mix(colour, Colour4{0.4f, 0.13f, 0.2f}, 0.5f * vein);
-      colour = mix(colour, Colour4{0.3f, 0.08f, 0.09f}, 0.8f * smoothStep(9, 1, above));
-      return colour * (0.42f + 0.34f * smoothStep(0, 60, above));
+      colour = mix(colour, Colour4{0.16f, 0.03f, 0.04f}, 0.9f * smoothStep(10, 3, above));
+      const float fold = smoothStep(5, 1, std::fabs(rise - 22));  // where it creases when it opens
+      return colour * (0.5f + 0.34f * smoothStep(0, 40, above)) * (1 - 0.45f * fold);
     }
   }
   return black;
@@ -435,7 +436,7 @@ Canvas glassPicture(int side) {
     const float lamp = pane(-0.52f, 0.42f, 0.13f, 0.4f, 0.13f);
     const float window = pane(0.6f, 0.18f, 0.08f, 0.42f, 0.08f) * (0.6f + 0.4f * lineAt(y * 5, 0.2f));
     const float sheen = 0.5f + 0.5f * fractal(u * 5, down * 2, 0, 3, 0.5f, 995);
-    Colour4 colour = gradient(tealRamp, 0.02f + 0.05f * sheen) + gradient(tealRamp, 0.74f) * (0.62f * rim) +
+    Colour4 colour = gradient(tealRamp, 0.03f + 0.06f * sheen) + gradient(tealRamp, 0.74f) * (0.62f * rim) +
                      Colour4{0.85f, 0.95f, 0.9f} * (0.55f * lamp) +
                      gradient(tealRamp, 0.72f) * (0.35f * window);
     // Bright with a mask: the jar adds it, the being's rim lays it over.
