@@ -57,18 +57,16 @@ Vector spearTip(int index) {
   return transformed(spearPlacement(index), Vector(0, spearHeight(), 0));
 }
 
-// From the clouds to the tips of spears, and to the plain behind them. The vault hides where they begin.
+// From the clouds to the tips of all spears. The vault hides where they begin.
 std::vector<StageMesh> bolts() {
   const struct {
     Vector from, to;
     float half;
     std::uint32_t seed;
-  } places[] = {{Vector(-250, 690, -520), spearTip(2), 1.9f, 941},
-                {Vector(240, 690, -540), spearTip(3), 1.9f, 942},
-                {Vector(-430, 680, -260), spearTip(1), 1.8f, 943},
-                {Vector(420, 680, -240), spearTip(4), 1.8f, 944},
-                {Vector(520, 640, -660), Vector(440, -60, -640), 2.2f, 945},
-                {Vector(-640, 640, -560), Vector(-560, -60, -540), 2.2f, 946}};
+  } places[] = {
+      {Vector(-170, 690, -300), spearTip(2), 1.5f, 941}, {Vector(190, 690, -320), spearTip(3), 1.5f, 942},
+      {Vector(-330, 690, -180), spearTip(1), 1.4f, 943}, {Vector(330, 690, -150), spearTip(4), 1.4f, 944},
+      {Vector(-230, 690, -60), spearTip(0), 1.3f, 945},  {Vector(260, 690, -40), spearTip(5), 1.3f, 946}};
   std::vector<StageMesh> all;
   int number = 0;
   for (const auto& place : places)

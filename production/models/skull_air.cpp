@@ -98,8 +98,9 @@ void addRibbon(Surface& all, const std::vector<Vector>& path, const Vector& side
 }
 
 // A white core in a blue glow: as many sheets of light as it takes.
-void addStroke(Surface& all, const std::vector<Vector>& path, const Vector& side, float half, float taper) {
-  for (int i = 0; i < 3; ++i) addRibbon(all, path, side, half, taper, 0);
+void addStroke(Surface& all, const std::vector<Vector>& path, const Vector& side, float half, float taper,
+               int sheets) {
+  for (int i = 0; i < sheets; ++i) addRibbon(all, path, side, half, taper, 0);
   addRibbon(all, path, side, 3 * half, taper, 2);
   addRibbon(all, path, side, 10 * half, taper, 5);
 }
@@ -158,14 +159,14 @@ Surface bolt(const Vector& from, const Vector& to, float half, std::uint32_t see
   const Vector along = unit(to - from), across = unit(cross(along, Vector(0.15f, 0.1f, 1)));
   Surface all;
   all.mapped = true;
-  addStroke(all, channel, across, half, 0.7f);
+  addStroke(all, channel, across, half, 0.35f, 4);
   // Branches leave at bends and die away in the air.
   for (const int bend : {5, 9}) {
     const Vector& fork = channel[static_cast<std::size_t>(bend)];
     const float turn = bend == 9 ? -1.0f : 1.0f;
     const Vector end = fork + (along * 0.8f + across * (0.6f * turn)) * (0.24f * (to - from).length());
     addStroke(all, jagged(fork, end, 6, 0.06f, seed + static_cast<std::uint32_t>(bend)), across, 0.5f * half,
-              0.1f);
+              0.1f, 3);
   }
   return all;
 }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 
 #include "production/models/skull_parts.h"
 #include "production/movements/words.h"
@@ -96,12 +97,18 @@ void addGlows(Show& show, const char* name, double bar, double bars, const std::
       const Sight sight = onScreen(
           skull::cameras()[shot.camera], start, shot.speed, (to - from) * beatsPerBar,
           [&](float t) { return glow.place((from - bar) * secondsPerBar + (t - start) / shot.speed); });
+      // Beside the lens or behind it, it is not seen.
+      const auto strays = [](const Curve& curve, double least) {
+        return std::any_of(curve.dots.begin(), curve.dots.end(),
+                           [=](const CurveDot& dot) { return std::fabs(dot.y) > least; });
+      };
+      if (strays(sight.x, 3) || strays(sight.y, 3) || strays(sight.unit * glow.units, 6)) continue;
       Bitmap light = glow.light;
       light.at = centred(sight.x, sight.y, sight.unit * glow.units);
       light.blend = Blend::add;
       calls.push_back(draw(light));
     }
-    show.part(name, from, to - from, haze, std::move(calls));
+    if (!calls.empty()) show.part(name, from, to - from, haze, std::move(calls));
   }
 }
 
