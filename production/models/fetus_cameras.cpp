@@ -138,7 +138,7 @@ std::vector<StageCamera> cameras() {
              {{18,
                2,
                {Vector(-166, 3, 4), Vector(-172, 5, -8), Vector(-178, 8, -22)},
-               {Vector(30, -22, -84), Vector(27, -24, -88), Vector(23, -26, -92)}}}),
+               {Vector(30, -22, -84), Vector(21, -24, -96), Vector(16, -26, -104)}}}),
   };
 }
 

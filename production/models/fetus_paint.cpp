@@ -188,8 +188,10 @@ Colour4 paintedProp(const BakePoint& p) {
       const Colour4 seen = lit(colour, p);
       const float gloss = std::pow(clamp01(p.light.g * 0.62f), 4.0f);
       // The lamp is beyond it: a rim along what faces up and to it.
-      const float rim = std::pow(std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.85f, 0.1f)))), 3.0f);
-      return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss) + gradient(tealRamp, 0.8f) * (0.9f * rim);
+      const float rim = p.part == dial
+                            ? 0
+                            : std::pow(std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.85f, 0.1f)))), 6.0f);
+      return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss) + gradient(tealRamp, 0.8f) * (0.45f * rim);
     }
     case ashtray:
       return lit(q.y > cigarettePlace.y + 1.5f - 5

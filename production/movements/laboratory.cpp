@@ -345,12 +345,12 @@ void addDoor(Show& show) {
   const double end = interludeTwoBar;
   show.add(
       "white", barOf("white"), end - barOf("white"), vignette + 1,
-      Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.6, 0}, {3.4, 1}, {partEnd, 1}})});
+      Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.3, 0}, {3.1, 1}, {partEnd, 1}})});
   // It eats from the opening outwards.
-  for (const double reach : {12.0, 7.0, 4.0})
+  for (const double reach : {8.0, 7.0, 5.0})
     show.add("white spreads", barOf("white"), end - barOf("white"), vignette + 1,
              Bitmap{.texture = "light7",
-                    .at = centred(watcher.x, 0.1, zoom(0.08 * reach, 2.5 * reach, 3.2)),
+                    .at = centred(watcher.x, 0.1, zoom(0.1 * reach, reach, 3)),
                     .alpha = fade(0.3, 0),
                     .blend = Blend::add});
   // He comes to where he stands before the covered sun.
