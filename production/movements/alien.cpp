@@ -30,10 +30,10 @@ void addBreath(Show& show, const char* name, double bar, double bars, const Curv
   show.add(name, bar, bars, smoke, smokeBefore("smoke_violet", 1.4, 1.8, alpha));
 }
 
-// All goes into ink but what lies within `radius` of a place (y down).
+// All goes into ink but what lies within `radius`, 0.3 to 0.64, of a place (y down).
 void addPinhole(Show& show, const char* name, double bar, double bars, double x, double y,
                 const Curve& radius) {
-  constexpr double halfRadius = 0.12;  // of the picture's half height
+  constexpr double halfRadius = 0.16;  // of the picture's half height
   show.add(
       name, bar, bars, backdrop,
       Bitmap{.texture = "pinhole", .at = centred(x, y, radius * (2 / halfRadius)), .blend = Blend::darken});
@@ -176,18 +176,12 @@ void addClimax(Show& show) {
   const double start = barOf("break 2"), hushed = barOf("break 2 hushed"), climax = barOf("climax"),
                unison = barOf("unison");
   addShot(show, "gaze", start, hushed - start, gaze, 9.4, 0.6);
-  addPinhole(show, "the room goes", start, hushed - start, 0.05, -0.05,
-             line({{0, 3},
-                   {0.4, 0.8},
-                   {0.74, 0.6},
-                   {0.75, 1.5},
-                   {1.2, 0.7},
-                   {1.49, 0.55},
-                   {1.5, 1.5},
-                   {partEnd, 0.5}}));
+  addPinhole(
+      show, "the room goes", start + 0.125, hushed - start - 0.125, 0.05, -0.05,
+      line({{0, 0.6}, {0.24, 0.46}, {0.25, 0.64}, {0.7, 0.5}, {0.99, 0.42}, {1, 0.64}, {partEnd, 0.38}}));
   addShot(show, "six eyes", hushed, climax - hushed, face, 10.8, 0.5);
   addPinhole(show, "but for eyes", hushed, climax - hushed, 0, -0.3,
-             line({{0, 0.5}, {0.99, 0.36}, {1, 1.2}, {1.4, 0.4}, {partEnd, 0.3}}));
+             line({{0, 0.44}, {0.99, 0.36}, {1, 0.64}, {1.4, 0.38}, {partEnd, 0.33}}));
   show.add("they close", hushed + 0.25, climax - hushed - 0.25, backdrop,
            Fade{.alpha = line({{0, 0}, {0.4, 0}, {0.9, 1}, {partEnd, 1}})});
   addShot(show, "it comes", climax, unison - climax, wide, 11.8, 1.4);

@@ -174,15 +174,16 @@ void addWater(Show& show) {
            Fade{.alpha = line({{0, 1}, {2, 0.85}, {2.2, 0.3}, {partEnd, 0}})});
   // White grows out of the ray; what lies far from it stays dark until the last beat.
   const auto spreads = [&](const char* texture, const Curve& width) {
-    constexpr double height = 16;
-    show.add("dissolve", dissolve, 1, flash,
-             Bitmap{.texture = texture,
-                    .at = {width * -0.5, height * -0.5, width, height},
-                    .alpha = line({{0, 0}, {1, 0.6}, {partEnd, 1}}),
-                    .blend = Blend::add});
+    constexpr double height = 8, apart = 1.3;  // two make a column of even width
+    for (const double y : {-apart, apart})
+      show.add("dissolve", dissolve, 1, flash,
+               Bitmap{.texture = texture,
+                      .at = {width * -0.5, y - height / 2, width, height},
+                      .alpha = line({{0, 0.15}, {1, 0.6}, {partEnd, 1}}),
+                      .blend = Blend::add});
   };
-  spreads("light3", spline({{0, 0.5}, {2, 2.2}, {3, 6}, {partEnd, 14}}));
-  spreads("light7", spline({{0, 0.2}, {2, 0.8}, {3, 3}, {partEnd, 14}}));
+  spreads("light3", spline({{0, 0.5}, {2, 2.2}, {3, 4.5}, {partEnd, 8}}));
+  spreads("light7", spline({{0, 0.2}, {2, 0.8}, {3, 2.6}, {partEnd, 8}}));
   show.add("white", dissolve, 1, flash + 1, Fade{1, 1, 0.97, line({{0, 0}, {3, 0}, {3.8, 1}, {partEnd, 1}})});
 }
 

@@ -67,7 +67,7 @@ Canvas pinhole(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side, side, [](float u, float v) {
     const float r = std::hypot((u - 0.5f) * 2, (v - 0.5f) * 2);
-    const float dark = smoothStep(0.05f, 0.26f, r);
+    const float dark = smoothStep(0.07f, 0.34f, r);
     return Colour4{dark, dark, dark};
   });
 }
