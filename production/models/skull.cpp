@@ -255,9 +255,9 @@ std::vector<StageCamera> cameras() {
              {Vector(126, 26, 196), Vector(70, 22, 214), Vector(-20, 20, 216), Vector(-110, 26, 186)},
              {Vector(30, 132, 10), Vector(24, 136, 10), Vector(-16, 140, 10), Vector(-44, 136, 10)}),
       // Face to face.
-      camera("face", 68,
+      camera("face", 74,
              {Vector(-170, 118, 206), Vector(-110, 128, 242), Vector(-10, 136, 256), Vector(84, 126, 236)},
-             {Vector(-34, 122, 40), Vector(-26, 122, 40), Vector(6, 122, 40), Vector(32, 122, 40)}),
+             {Vector(-34, 135, 40), Vector(-26, 135, 40), Vector(6, 135, 40), Vector(32, 135, 40)}),
       // From the rubble up over the crown, until stone stands before stone.
       camera("crane", 80,
              {Vector(262, 40, 290), Vector(222, 170, 320), Vector(150, 275, 330), Vector(60, 340, 320)},
