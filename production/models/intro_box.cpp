@@ -49,14 +49,15 @@ const Shot shots[] = {
     {{128, -66, 142, {-6, 132, 10}}, {96, -38, 131, {0, 128, 14}}},
     // Up with the lid.
     {{196, 34, 116, {-4, 130, 0}}, {248, 6, 202, {0, 158, 0}}},
-    // The title over the box.
-    {{272, -26, 132, {-6, 204, 0}}, {250, 10, 160, {2, 206, 0}}},
-    // Nearer, from below.
-    {{244, 18, 122, {4, 214, 0}}, {214, 4, 150, {0, 218, 0}}},
+    // The title over the box: all of it, from above, from below, near.
+    {{368, -32, 120, {-8, 168, 0}}, {352, -24, 124, {-4, 168, 0}}},
+    {{300, 30, 300, {0, 172, 0}}, {286, 22, 290, {0, 174, 0}}},
+    {{316, -14, 62, {0, 166, 0}}, {302, -6, 62, {0, 167, 0}}},
+    {{172, 24, 104, {2, 242, 0}}, {154, 12, 106, {2, 244, 0}}},
     // From above, down into the box.
-    {{248, -12, 320, {0, 168, 0}}, {178, 14, 246, {0, 147, 0}}},
+    {{362, -12, 330, {0, 190, 0}}, {186, 14, 246, {0, 147, 0}}},
 };
-constexpr int shotSlot = 45, shotLead = 5, shotFrames = 30;  // frames: of each, before, and in use
+constexpr int shotSlot = 36, shotLead = 3, shotFrames = 30;  // frames: of each, before, and in use
 
 Vector standing(const Stand& stand) {
   const float turn = stand.degrees * pi / 180;
@@ -75,11 +76,11 @@ StageCamera flight() {
   };
   int slot = 0;
   for (const Shot& shot : shots) {
-    for (int frame = 0; frame < shotSlot; frame += 5)
+    for (int frame = 0; frame < shotSlot; frame += shotLead)
       key(slot * shotSlot + frame, shot, static_cast<float>(frame - shotLead) / shotFrames);
     ++slot;
   }
-  key(slot * shotSlot, shots[slot - 1], 1.2f);
+  key(static_cast<int>(flightSeconds) * framesPerSecond, shots[slot - 1], 1.2f);
   camera.position = camera.positions.front().value;
   camera.target = camera.targets.front().value;
   return camera;
@@ -153,14 +154,19 @@ Surface shafts() {
   return all;
 }
 
-// The gap under the lid shines: sheets around the casket, bright at the rim.
+// Light breaks out of the gap under the lid: fans all around the casket, bright at the rim, wider outwards.
 Surface seamLight() {
   Surface all;
   for (int i = 0; i < 4; ++i) {
-    const float half = i % 2 == 0 ? halfWidth + 2 : halfDepth + 2,
-                out = i % 2 == 0 ? halfDepth + 2 : halfWidth + 2;
-    append(all, placed(sheet(1, 1, [=](float s, float t) { return Vector((2 * s - 1) * half, 9 * t, out); }),
-                       turnedY(90 * static_cast<float>(i)) >> moved(0, lidFoot - 1, 0)));
+    // From under the brim.
+    const float half = 5 + (i % 2 == 0 ? halfWidth : halfDepth),
+                out = 5 + (i % 2 == 0 ? halfDepth : halfWidth);
+    for (const float rise : {-6.0f, -2.0f, 0.5f, 4.0f, 9.0f})
+      append(all, placed(sheet(1, 3,
+                               [=](float s, float t) {
+                                 return Vector((2 * s - 1) * (half + 14 * t), rise * t, out + 30 * t);
+                               }),
+                         turnedY(90 * static_cast<float>(i)) >> moved(0, lidFoot - 0.4f, 0)));
   }
   return all;
 }
@@ -170,16 +176,6 @@ Surface wellMist() {
   Surface all;
   for (const float y : {98.0f, 108.0f, 118.0f})
     append(all, placed(disc(44, 24, 1), stretched(1, 1, 0.52f) >> moved(0, y, 0)));
-  return all;
-}
-
-// Darkness behind the title.
-Surface dusk() {
-  Surface all;
-  for (int i = 0; i < 4; ++i)
-    append(all,
-           placed(disc(170, 24, 1), turnedX(90) >> stretched(1, 0.6f, 1) >>
-                                        moved(titleMiddle + Vector(0, 0, -20.0f + static_cast<float>(i)))));
   return all;
 }
 
@@ -253,18 +249,17 @@ std::vector<StageMaterial> materials() {
                          .ambient = {1, 1, 1},
                          .shine = 0};
   };
-  std::vector<StageMaterial> all{painted("body", "box_body"),  painted("lid", "box_lid"),
-                                 painted("lock", "box_lock"),  flat("stone", "box_stone"),
-                                 flat("hall", "box_hall"),     flat("ground", "box_ground"),
-                                 flat("shafts", "box_shafts"), flat("pool", "box_pool"),
-                                 flat("dusk", "box_pool"),     flat("keyhole", "")};
+  std::vector<StageMaterial> all{
+      painted("body", "box_body"),  painted("lid", "box_lid"), painted("lock", "box_lock"),
+      flat("stone", "box_stone"),   flat("hall", "box_hall"),  flat("ground", "box_ground"),
+      flat("shafts", "box_shafts"), flat("pool", "box_pool"),  flat("keyhole", "")};
   all[3].twoSided = all[4].twoSided = false;
-  all[8].ambient = {0, 0, 0};
-  all[9].opacity = 0.005f;
+  all[8].opacity = 0.005f;
   for (int veil = 0; veil < veilCount; ++veil) {
     const std::string name = "box_veil" + std::to_string(veil + 1);
     all.push_back({.name = name, .texture = name, .diffuse = {1, 1, 1}});
   }
+  all.push_back({.name = "box_spill", .texture = "box_spill", .diffuse = {1, 1, 1}});
   return all;
 }
 
@@ -345,8 +340,7 @@ Model introBox(const Settings& settings) {
   };
   grown("mist", wellMist(), Vector(0, 98, 0), "pool", Vector(0.02f, 0.02f, 0.02f));
   grown("shafts", shafts(), Vector(0, 90, -13), "shafts", Vector(0.3f, 0.02f, 0.3f));
-  grown("seam", seamLight(), Vector(0, lidFoot - 1, 0), "shafts", Vector(1, 0.02f, 1));
-  grown("dusk", dusk(), titleMiddle, "dusk", Vector(0.01f, 0.01f, 1));
+  grown("seam", seamLight(), Vector(0, lidFoot - 1, 0), "shafts", Vector(0.45f, 0.02f, 0.45f));
   for (int veil = 0; veil < veilCount; ++veil) {
     const Vector pivot = titleMiddle + Vector(0, 0, 5.0f * static_cast<float>(veil) - 7);
     stage.meshes.push_back({.name = "VexLayer0" + std::to_string(veil + 1),
@@ -355,6 +349,12 @@ Model introBox(const Settings& settings) {
                             .material = "box_veil" + std::to_string(veil + 1),
                             .motion = veilMotion(veil)});
   }
+  // The last layer is the light of the others on all that stands around.
+  const Surface floor = placed(disc(420, 48, 8), moved(0, 0, 0));
+  stage.meshes.push_back({.name = "VexLayer04",
+                          .surface = spilledOn(joined({partOf(everything(choir), stone), everything(foot),
+                                                       withoutMapping(floor), everything(body)})),
+                          .material = "box_spill"});
   stage.lights = lights();
   stage.cameras = {flight()};
 
@@ -363,6 +363,7 @@ Model introBox(const Settings& settings) {
       {paintedBody.picture, paintedLid.picture, paintedLock.picture, paintedFoot.picture, paintedHall.picture,
        groundPicture(settings, groundRadius), shaftPicture(settings), pooledPicture(settings)}};
   for (int veil = 0; veil < veilCount; ++veil) model.pictures.push_back(veilPicture(veil, settings));
+  model.pictures.push_back(spillPicture(settings));
   return model;
 }
 
@@ -381,7 +382,7 @@ Products introBoxModel() {
                  {"box_veil1", PictureKind::jpeg},
                  {"box_veil2", PictureKind::jpeg},
                  {"box_veil3", PictureKind::jpeg},
-                 {"box_veil4", PictureKind::jpeg}},
+                 {"box_spill", PictureKind::jpeg}},
                 4, introBox, {"production/models/intro_box_", "production/textures/logo."})};
 }
 

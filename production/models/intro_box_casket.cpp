@@ -31,7 +31,8 @@ Surface frame(float halfX, float halfZ, float low, float high, float thick, floa
 }
 
 Surface rivet(float radius) {
-  return lathe(smoothProfile({{radius, 0}, {radius * 0.86f, radius * 0.4f}, {0, radius * 0.62f}}, 2), 6, 80);
+  return lathe(smoothProfile({{radius, 0}, {radius * 0.86f, radius * 0.4f}, {0, radius * 0.62f}}, 3), 10,
+               180);
 }
 
 // Lies against the front: +y of the thing looks to +z.
@@ -54,7 +55,7 @@ Outline circle(float x, float y, float radius, int count, bool hole) {
 // A pointed arch on y = 0, counter-clockwise from its right foot.
 Outline pointed(float half, float springing, float scale, bool hole) {
   Outline outline;
-  constexpr int pieces = 5;
+  constexpr int pieces = 9;
   const float reach = half * 1.5f;  // radius of the two arcs
   const float top = std::acos((reach - half) / reach);
   const auto right = [&](int i) {
@@ -79,7 +80,7 @@ Surface archFrame() {
 }
 
 Surface cabochon(float radius) {
-  return lathe(smoothProfile({{radius, 0}, {radius * 0.92f, radius * 0.45f}, {0, radius * 0.8f}}, 4), 12,
+  return lathe(smoothProfile({{radius, 0}, {radius * 0.92f, radius * 0.45f}, {0, radius * 0.8f}}, 5), 20,
                180);
 }
 
@@ -94,7 +95,7 @@ Surface ring(float radius, float thickness, int around, int across) {
 }
 
 Surface bezel(float radius) {
-  return ring(radius, radius * 0.16f, 14, 3);
+  return ring(radius, radius * 0.16f, 24, 4);
 }
 
 // A corner column with base, ring and capital.
@@ -113,14 +114,14 @@ Surface post() {
                 {5.4f, 43},
                 {5.4f, 45.2f},
                 {0, 45.2f}},
-               10);
+               20);
 }
 
 Surface foot() {
   return lathe(
       smoothProfile({{0, 0}, {3.2f, 0.2f}, {6, 2.6f}, {5.2f, 5.4f}, {3, 6.6f}, {4.4f, 8}, {6.2f, 9}, {0, 9}},
                     10),
-      11, 60);
+      18, 60);
 }
 
 // --- The roof: half extents by height.
@@ -164,7 +165,7 @@ Surface roofStrap(float x, float front) {
     path.emplace_back(x, at.y, front * at.halfZ);
   }
   return tube(
-      path, 7, [](float t) { return 2.6f - 0.7f * t; }, TubeEnd::round);
+      path, 12, [](float t) { return 2.6f - 0.7f * t; }, TubeEnd::round);
 }
 
 std::vector<Vector> hipPath(float sideX, float sideZ) {
@@ -178,12 +179,12 @@ std::vector<Vector> hipPath(float sideX, float sideZ) {
 
 // A leaf of two lobes that curls off a hip, upwards.
 Surface crocket() {
-  const Surface bud =
-      lathe(smoothProfile(
-                {{0, 0}, {1.0f, 0.4f}, {0.8f, 1.6f}, {2.3f, 3.3f}, {1.1f, 4.5f}, {1.6f, 5.5f}, {0, 6.9f}}, 7),
-            6, 180);
-  return bent(placed(bud, moved(0, -0.5f, 0)), [](const Vector& p) {
-    return Vector(p.x * 0.62f, p.y - 0.05f * p.y * p.y, p.z + 0.07f * p.y * p.y);
+  const Surface bud = lathe(
+      smoothProfile({{0, 0}, {2.2f, 0.3f}, {1.7f, 1.8f}, {2.4f, 3.4f}, {1.2f, 4.6f}, {1.6f, 5.5f}, {0, 6.8f}},
+                    10),
+      10, 180);
+  return bent(placed(bud, moved(0, -1.4f, 0)), [](const Vector& p) {
+    return Vector(p.x * 0.8f, p.y - 0.05f * p.y * p.y, p.z + 0.07f * p.y * p.y);
   });
 }
 
@@ -199,12 +200,12 @@ Surface finial() {
                               {0.9f, 13.4f},
                               {0, 19}},
                              16),
-               10, 100);
+               16, 100);
 }
 
 // One leaf of the crest on the ridge: a pointed arch with a round eye.
 Surface crestLeaf() {
-  return placed(extrusion({pointed(3.1f, 4, 1, false), circle(0, 4.6f, 1.5f, 12, true)}, 1.5f),
+  return placed(extrusion({pointed(3.1f, 4, 1, false), circle(0, 4.6f, 1.5f, 16, true)}, 1.5f),
                 moved(0, 0, 0.75f));
 }
 
@@ -353,8 +354,8 @@ Assembly casketLid() {
   }
   lid.repeated.push_back(std::move(straps));
 
-  Copies hips{tube(hipPath(1, 1), 7, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
-  Copies hips2{tube(hipPath(-1, 1), 7, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
+  Copies hips{tube(hipPath(1, 1), 10, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
+  Copies hips2{tube(hipPath(-1, 1), 10, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
   lid.repeated.push_back(std::move(hips));
   lid.repeated.push_back(std::move(hips2));
   Copies crockets{crocket(), {}, brass};

@@ -7,7 +7,7 @@
 #include "production/models/intro_box_parts.h"
 #include "production/textures/palette.h"
 
-// Where the casket stands: a plinth of eight sides on steps, a fence of spears before it, a choir of pillars,
+// Where the casket stands: a round plinth on steps, a fence of spears before it, a choir of pillars,
 // arches and ribs behind and above.
 
 namespace vex::reliquary {
@@ -150,10 +150,9 @@ Assembly plinth() {
                                      {96, 62},
                                      {94, 64},
                                      {0, 64}},
-                                    8, 20);
+                                    56, 20);
   Assembly assembly;
-  assembly.single =
-      withPart(creased(placed(turnedStone, turnedY(22.5f) >> stretched(1, 1, 0.74f)), 25), stone);
+  assembly.single = withPart(placed(turnedStone, stretched(1, 1, plinthDepth)), stone);
   return assembly;
 }
 

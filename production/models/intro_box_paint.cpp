@@ -36,15 +36,29 @@ BakeLook vaultLook(float reach) {
   return look;
 }
 
+const Vector gaze = unit(Vector(0.05f, -0.22f, -1));
+
+Vector mirrored(const Vector& normal) {
+  return gaze - normal * (2 * dot(gaze, normal));
+}
+
+// A tall warm window at the left, which upright rounds catch.
+float tallWindow(const Vector& normal) {
+  const Vector r = mirrored(normal);
+  const float side = dot(unit(Vector(r.x, 0, r.z + 1e-4f)), unit(Vector(-0.75f, 0, 0.66f)));
+  return std::pow(std::max(0.0f, side), 24.0f) * smoothStep(0.85f, 0.4f, std::fabs(r.y));
+}
+
 // What polished metal mirrors to an eye before it: a warm window at the upper left, a slit of green at the
 // right, a pale floor line.
 Colour4 glint(const Vector& normal) {
-  const Vector gaze = unit(Vector(0.05f, -0.22f, -1));
-  const Vector r = gaze - normal * (2 * dot(gaze, normal));
+  const Vector r = mirrored(normal);
   const float window = std::pow(std::max(0.0f, dot(r, unit(Vector(-0.55f, 0.75f, 0.6f)))), 9.0f);
   const float slit = std::pow(std::max(0.0f, dot(r, unit(Vector(0.9f, 0.25f, 0.2f)))), 14.0f);
+  const float core = std::pow(window, 5.0f);  // where the window burns out
   const float line = std::exp(-std::fabs(r.y + 0.12f) * 9) * std::max(0.0f, r.z);
-  return warmKey * (1.25f * window) + acidRim * (0.8f * slit) + Colour4{0.22f, 0.2f, 0.16f} * line;
+  return warmKey * (1.25f * window + 2.4f * core) + acidRim * (0.8f * slit) +
+         Colour4{0.22f, 0.2f, 0.16f} * line;
 }
 
 // Height of the engraving on iron at a place of a plane, 0 to 1: stems that wind along and curl up in each
@@ -88,11 +102,13 @@ Colour4 ironAt(const BakePoint& p) {
 
 Colour4 brassAt(const BakePoint& p) {
   // Rim and brim lie on each other while the light is baked; once the lid is up, both are lit from within.
+  // Two grooves run round them.
   if (std::fabs(p.normal.y) > 0.7f && std::fabs(p.position.y - lidFoot) < 1.5f) {
-    const auto cut = [&](float e) { return vine(p.position.x * 1.1f + e, p.position.z * 1.1f - e); };
+    const float out = std::max(std::fabs(p.position.x) - halfWidth, std::fabs(p.position.z) - halfDepth);
     const float worn = 0.5f + 0.5f * fractal(p.position * 0.3f, 0, 4, 0.6f, 913);
-    const float relief = 1 + 0.5f * (cut(0.4f) - cut(-0.4f)) - 0.45f * cut(0);
-    return gradient(brassRamp, 0.36f + 0.18f * worn) * relief + acidRim * (0.16f * relief);
+    const float groove = std::min(std::fabs(out - 0.9f), std::fabs(out + 2.6f));
+    const float relief = mix(0.35f, 1.0f, smoothStep(0.15f, 0.55f, groove));
+    return (gradient(brassRamp, 0.34f + 0.12f * worn) + acidRim * (1.1f * smoothStep(3, -5, out))) * relief;
   }
   const float grit = 0.5f + 0.5f * fractal(p.position * 0.5f, 0, 4, 0.6f, 911);
   const float stain = smoothStep(-0.1f, 0.7f, fractal(p.position * 0.09f, 0, 4, 0.55f, 912));
@@ -100,14 +116,13 @@ Colour4 brassAt(const BakePoint& p) {
   Colour4 metal = gradient(brassRamp, 0.47f + 0.12f * grit - 0.16f * stain + 0.28f * std::max(0.0f, p.edge));
   metal = mix(metal, Colour4{0.06f, 0.085f, 0.05f}, 0.75f * deep);
   const Vector rough = unit(p.normal + Vector(0.22f, 0.2f, 0.1f) * (grit - 0.5f));
-  return metal * p.light +
-         gradient(brassRamp, 0.82f) * glint(rough) * (1.25f * (1 - 0.5f * stain) * (1 - deep));
+  const Colour4 mirror = glint(rough) + warmKey * (0.55f * tallWindow(rough));
+  return metal * p.light + gradient(brassRamp, 0.82f) * mirror * (1.25f * (1 - 0.5f * stain) * (1 - deep));
 }
 
 // Green glass with a light of its own low down, as if something shone through.
 Colour4 gemAt(const BakePoint& p) {
-  const Vector gaze(0, -0.2f, -1);
-  const float rim = 1 - std::fabs(dot(p.normal, unit(gaze)));
+  const float rim = 1 - std::fabs(dot(p.normal, gaze));
   const float window = glint(p.normal).r;
   const float within = smoothStep(0.7f, -0.8f, p.normal.y);
   return gradient(acidRamp, 0.24f + 0.42f * within * (1 - rim)) +
@@ -137,7 +152,7 @@ Colour4 wellAt(const BakePoint& p) {
   const float climb = std::exp(-(p.position.y - floorTop) / 26 - std::pow(p.position.x / 34, 2.0f));
   const bool floor = p.position.y < floorTop;
   return gradient(acidRamp, floor ? 0.16f + 0.95f * core * (0.45f + 0.55f * swirl)
-                                  : 0.08f + 0.95f * climb * (0.4f + 0.6f * swirl));
+                                  : 0.22f + 0.95f * climb * (0.4f + 0.6f * swirl));
 }
 
 // Deep in the lock: brightest in the middle, so that its edge throws a shadow.
@@ -159,9 +174,8 @@ Colour4 stoneAt(const BakePoint& p) {
   const float wet = smoothStep(40, 0, p.position.y) * smoothStep(100, 160, radius);
   Colour4 marble = mix(Colour4{0.26f, 0.26f, 0.25f}, Colour4{0.46f, 0.45f, 0.41f}, grain);
   marble = marble + gradient(acidRamp, 0.42f) * (0.5f * std::pow(vein, 14.0f));
-  // A frieze is carved round the waist.
-  const Vector along = unit(Vector(p.normal.z, 0, -p.normal.x) + Vector(1e-4f, 0, 0));
-  const float way = dot(p.position, along);
+  // A frieze is carved round the waist, a whole number of bends.
+  const float way = std::atan2(p.position.x, p.position.z / plinthDepth) / (2 * pi) * 16.8f * 18 / 0.62f;
   const float band = smoothStep(36, 38.5f, p.position.y) * smoothStep(53.5f, 51, p.position.y);
   const auto carved = [&](float right, float up) {
     return vine((way + right) * 0.62f, (p.position.y + up - 45) * 0.62f + 10.5f);
@@ -179,7 +193,14 @@ Colour4 farStoneAt(const BakePoint& p) {
   const float mist = smoothStep(160, 0, p.position.y);
   const float fade = smoothStep(640, 200, p.position.y);
   const Colour4 rock = mix(Colour4{0.20f, 0.20f, 0.19f}, Colour4{0.40f, 0.40f, 0.36f}, grain);
-  return (rock * p.light * 0.62f + gradient(acidRamp, 0.1f + 0.1f * mist) * (0.15f + 0.5f * mist)) * fade +
+  // Dark faces; the light behind the choir creeps around their edges.
+  const Vector inwards = unit(Vector(-p.position.x, 0, -p.position.z));
+  const float edge =
+      std::pow(1 - std::fabs(dot(p.normal, inwards)), 3.0f) * smoothStep(0.9f, 0.3f, std::fabs(p.normal.y));
+  return (rock * p.light * p.light * 0.5f + rock * p.light * 0.12f +
+          gradient(acidRamp, 0.62f) * (0.5f * edge * p.open) +
+          gradient(acidRamp, 0.1f + 0.1f * mist) * (0.1f + 0.4f * mist)) *
+             fade +
          ink * 0.6f;
 }
 
@@ -279,12 +300,19 @@ Canvas veilPicture(int veil, const Settings& settings) {
     };
     float light = 0;
     switch (veil) {
-      case 0: {  // a burning rim
+      case 0: {  // a burning rim about letters that glow, more at their feet
         const float d = at(0.008f * wx, 0.016f * wy);
-        light = 1.1f * std::exp(-std::fabs(d) / 2.1f) + 0.2f * std::exp(-std::fabs(d) / 8);
+        light = 1.1f * std::exp(-std::fabs(d) / 2.1f) + 0.24f * std::exp(-std::fabs(d) / 10) +
+                smoothStep(0.5f, -3.0f, d) * (0.24f + 0.3f * smoothStep(0.3f, 0.8f, v));
         break;
       }
-      case 1: {  // a haze of light that licks upwards
+      case 1: {  // the letters, smouldering
+        const float d = at(0.004f * wx, 0.008f * wy);
+        const float coal = 0.5f + 0.5f * fractal(x * 9 + wx, y * 9 + wy, 0, 4, 0.6f, 962);
+        light = smoothStep(0.8f, -1.2f, d) * (0.16f + 0.6f * coal * coal);
+        break;
+      }
+      default: {  // a haze of light that licks upwards, and strands inside that flow to the right
         for (int i = 0; i < 7; ++i) {
           const float rise = static_cast<float>(i) / 7;
           light +=
@@ -292,22 +320,47 @@ Canvas veilPicture(int veil, const Settings& settings) {
               std::exp(-std::max(0.0f, at(0.02f * wx * rise, 0.16f * rise + 0.03f * wy)) / (7 + 12 * rise));
         }
         light *= mix(0.25f, 1.0f, smoothStep(-9, 1, at(0, 0)));  // the letters stay dark in it
-        break;
-      }
-      case 2: {  // the letters, smouldering
-        const float d = at(0.004f * wx, 0.008f * wy);
-        const float coal = 0.5f + 0.5f * fractal(x * 9 + wx, y * 9 + wy, 0, 4, 0.6f, 962);
-        light = smoothStep(0.8f, -1.2f, d) * (0.08f + 0.55f * coal * coal * coal);
-        break;
-      }
-      default: {  // strands inside that flow to the right
         const float d = at(0.006f * wx, 0.012f * wy);
         const float strand = 1 - std::fabs(fractal(x * 3 + 0.8f * wx, y * 14 + 2 * wy, 0, 4, 0.5f, 963));
-        light = smoothStep(2.0f, -2.5f, d) * std::pow(strand, 9.0f) * 0.95f;
+        light += smoothStep(2.0f, -2.5f, d) * std::pow(strand, 9.0f) * 0.95f;
         break;
       }
     }
     return gradient(acidRamp, clamp01(light) * borderFade(u, v, 0.08f));
+  });
+}
+
+Surface spilledOn(const Surface& stone) {
+  const Vector source = titleMiddle + Vector(0, -15, 34);
+  const std::vector<Vector> normals = pointNormals(stone);
+  Surface lit;
+  lit.mapped = true;
+  std::vector<float> levels;
+  for (std::size_t i = 0; i < stone.points.size(); ++i) {
+    const Vector& p = stone.points[i];
+    const Vector normal = unit(normals[i]), way = source - p;
+    levels.push_back(1.25f * std::exp(-way.length() / 330) * std::max(0.0f, dot(normal, unit(way))));
+    addPoint(lit, p + normal * 0.4f);
+  }
+  for (Triangle triangle : stone.triangles) {
+    float most = 0;
+    for (std::size_t i = 0; i < 3; ++i) {
+      const auto point = static_cast<std::size_t>(triangle.points[i]);
+      const Vector& p = stone.points[point];
+      triangle.uv[i] = {0.02f + 0.9f * levels[point], (p.y + p.x - p.z) / 120};
+      most = std::max(most, levels[point]);
+    }
+    if (most > 0.04f) lit.triangles.push_back(triangle);
+  }
+  return compacted(lit);
+}
+
+// Uneven as stone is.
+Canvas spillPicture(const Settings& settings) {
+  const int side = settings.side(128);
+  return paint(side, side, [](float u, float v) {
+    const float grain = 0.5f + 0.5f * fractal(u * 6, v * 12, 12, 4, 0.6f, 965);
+    return gradient(acidRamp, u * (0.72f + 0.5f * grain));
   });
 }
 

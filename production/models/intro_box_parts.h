@@ -14,7 +14,8 @@ namespace vex::reliquary {
 
 enum Skin { iron, brass, gem, inside, stone, skins };
 
-inline constexpr float tableTop = 64;  // of the plinth
+inline constexpr float tableTop = 64;        // of the plinth
+inline constexpr float plinthDepth = 0.74f;  // of its width
 inline constexpr float halfWidth = 48, halfDepth = 27;
 inline constexpr float floorTop = 80, wallTop = 122, lidFoot = 127.5f;  // heights of the casket
 inline const Vector lidPivot(0, 129, -31);
@@ -51,9 +52,12 @@ PaintedAssembly paintedCasket(const Assembly& assembly, const Surface& shadowing
 PaintedAssembly paintedStone(const Assembly& assembly, const Surface& shadowing, const Settings& settings,
                              int side);
 
-// The title as four additive veils, back to front, and places along its strokes from left to right.
-inline constexpr int veilCount = 4;
+// The title as additive veils, back to front; the light that it sheds on the stone around, brighter with u;
+// places along its strokes from left to right.
+inline constexpr int veilCount = 3;
 Canvas veilPicture(int veil, const Settings& settings);
+Surface spilledOn(const Surface& stone);
+Canvas spillPicture(const Settings& settings);
 std::vector<Vector> placesAlongTitle(int count);
 inline const Vector titleMiddle(0, 228, 6);
 inline constexpr float titleWidth = 250, titleHeight = 125;  // of the veils

@@ -133,29 +133,38 @@ Surface thread(const std::vector<Vector>& path, const Vector& eye,
   return both;
 }
 
-// Along a strand (v) the light comes and goes; both ends are dark. Across (u) it has a core and a glow.
+// Along a strand (v) the light comes and goes; both ends are dark. Across (u) it has a core and a glow. The
+// left half is for the letters, the right one, dimmer, for all the others.
 Canvas strandPicture(const Settings& settings) {
   const int side = settings.side(256);
-  return paint(side / 4, side, [](float u, float v) {
-    const float x = 2 * u - 1;
+  return paint(side / 2, side, [](float u, float v) {
+    const bool letter = u < 0.5f;
+    const float x = 4 * (letter ? u : u - 0.5f) - 1;
     const float across = 0.7f * std::exp(-x * x * 26) + 0.3f * std::pow(clamp01(1 - x * x), 3.0f);
-    const float pulse =
-        std::max(0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61),
-                 smoothStep(0.42f, 0.25f, std::fabs(v - 0.5f)));  // steady where letters may be
+    const float pulse = 0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61);
+    if (letter) return gradient(boneRamp, 1.5f * across * smoothStep(0.08f, 0.16f, std::min(v, 1 - v)));
     const float ends = smoothStep(0.01f, 0.2f, v) * smoothStep(0.99f, 0.8f, v);
-    return gradient(boneRamp, 1.4f * across * ends * (0.55f + 0.45f * pulse));
+    return gradient(boneRamp, 0.75f * across * ends * (0.55f + 0.45f * pulse));
   });
+}
+
+// Its half of the picture.
+Surface mapped(Surface strand, bool letter) {
+  for (Triangle& triangle : strand.triangles)
+    for (Uv& at : triangle.uv) at.u = 0.5f * at.u + (letter ? 0.0f : 0.5f);
+  return strand;
 }
 
 Model layerWide(const Settings& settings) {
   Surface all;
   for (int strand = 0; strand < strands; ++strand) {
     const float thick = 2 + 5 * chance(strand, 5) * chance(strand, 6) * chance(strand, 7);
-    append(all, thread(strandPath(strand), Vector(0, 0, 0),
-                       [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }));
+    append(all, mapped(thread(strandPath(strand), Vector(0, 0, 0),
+                              [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }),
+                       false));
   }
   for (int i = 0; i < static_cast<int>(std::size(name)); ++i)
-    append(all, thread(letterPath(name[i], strands + i), nameEye, [](float) { return 4.4f; }));
+    append(all, mapped(thread(letterPath(name[i], strands + i), nameEye, [](float) { return 3.6f; }), true));
 
   Stage stage;
   stage.materials = {{.name = "strand",

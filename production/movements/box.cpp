@@ -17,7 +17,6 @@ struct Pose {
   Curve light = 0;    // that fills it and falls on what lies around
   Curve beam = 0;     // that stands above it
   Curve seam = 0;     // light under the lid
-  Curve dusk = 0;     // behind the title
   Curve keyhole = 0;  // open: shows what is drawn before the scene
 };
 
@@ -40,12 +39,13 @@ ScriptCall smokeAlongTitle(const Curve& level) {
   return boxCall("showVex", {{"level", level, 0, 1}});
 }
 
-// The four burning layers of the title: how bright, and at which second of their five (up from the box until
-// 1.2, apart from 4.2).
+// The three burning layers of the title, and as the fourth their light on the stone around: how bright, and
+// at which second of their five (up from the box until 1.2, apart from 4.2).
 struct Veils {
   Curve opacity[4] = {0, 0, 0, 0};
   Curve seconds[4] = {0, 0, 0, 0};
 };
+constexpr int spill = 3;
 
 ScriptCall draw(const Veils& veils) {
   std::vector<ScriptParameter> parameters;
@@ -55,15 +55,28 @@ ScriptCall draw(const Veils& veils) {
 }
 
 // Shots lie one behind the other on the camera's flight, each with a stretch before it.
-enum Shot { fence, steps, arcade, lock, keyhole, seam, crane, titleWide, titleNear, above };
-constexpr double shotEvery = 45 / 30.0, shotLead = 5 / 30.0, shotLength = 30 / 30.0;  // seconds of the flight
+enum Shot {
+  fence,
+  steps,
+  arcade,
+  lock,
+  keyhole,
+  seam,
+  crane,
+  titleWide,
+  titleAbove,
+  titleBelow,
+  titleNear,
+  above
+};
+constexpr double shotEvery = 36 / 30.0, shotLead = 3 / 30.0, shotLength = 30 / 30.0;  // seconds of the flight
 
 void addShot(Show& show, const char* name, double fromBar, double bars, Shot shot, const Pose& stands,
              std::vector<ScriptCall> more = {}) {
-  std::vector<ScriptCall> calls{
-      pose("lock", stands.lock),    pose("top", stands.lid),    pose("pool01", stands.light),
-      pose("pool02", stands.light), pose("mist", stands.light), pose("shafts", stands.beam),
-      pose("seam", stands.seam),    pose("dusk", stands.dusk),  pose("keyhole", stands.keyhole)};
+  std::vector<ScriptCall> calls{pose("lock", stands.lock),    pose("top", stands.lid),
+                                pose("pool01", stands.light), pose("pool02", stands.light),
+                                pose("mist", stands.light),   pose("shafts", stands.beam),
+                                pose("seam", stands.seam),    pose("keyhole", stands.keyhole)};
   calls.insert(calls.end(), more.begin(), more.end());
   calls.push_back(boxCall("animate"));
   show.part(name, fromBar, bars, backdrop, std::move(calls), static_cast<int>(shot) * shotEvery + shotLead,
@@ -196,12 +209,15 @@ void addBuild(Show& show) {
   double level = 0.05;
   for (const double beat : {0.0, 1.0, 2.0, 3.0, 4.0, 4.5, 5.0, 5.5, 6.0, 6.25, 6.5}) {
     lid.insert(lid.end(), {{beat + 0.02, 0.004}, {beat + 0.16, 0.4 * level + 0.012}, {beat + 0.24, 0.006}});
-    light.insert(light.end(), {{beat + 0.02, level * 0.5}, {beat + 0.16, level}, {beat + 0.24, level * 0.5}});
-    seamLight.insert(seamLight.end(), {{beat + 0.02, 0.2}, {beat + 0.16, 0.95}, {beat + 0.24, 0.3}});
+    light.insert(light.end(),
+                 {{beat + 0.02, 0.3 + level}, {beat + 0.16, 0.6 + level}, {beat + 0.24, 0.3 + level}});
+    seamLight.insert(seamLight.end(), {{beat + 0.02, 0.2}, {beat + 0.16, 0.999}, {beat + 0.24, 0.2}});
     level += 0.012;
   }
+  Veils veils;
+  veils.opacity[spill] = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5}, 0.45, 0.05);
   addShot(show, "the lid strains", start, length, seam,
-          {.lock = 0.8, .lid = line(lid), .light = line(light), .seam = line(seamLight)});
+          {.lock = 0.8, .lid = line(lid), .light = line(light), .seam = line(seamLight)}, {draw(veils)});
   show.add("light behind", start, length, haze,
            Bitmap{.texture = "rays_acid",
                   .at = centred(0.05, 0.0, zoom(1.6, 4.0, length * beatsPerBar)),
@@ -224,6 +240,7 @@ void addLid(Show& show) {
   Veils veils;
   veils.opacity[0] = line({{0, 0}, {3.9, 0}, {6, 0.5}, {partEnd, 0.6}});
   veils.seconds[0] = line({{0, 0}, {4, 0}, {partEnd, 1.1}});
+  veils.opacity[spill] = line({{0, 0.5}, {0.6, 0.15}, {2, 0.2}, {5, 0.7}, {5.6, 0.5}, {partEnd, 0.6}});
   addShot(show, "the lid lifts", start, 2, crane,
           {.lock = 0.8,
            .lid = spline({{0, 0.03},
@@ -235,8 +252,7 @@ void addLid(Show& show) {
                           {6.2, 0.95},
                           {partEnd, 0.96}}),
            .light = line({{0, 0.12}, {0.3, 0.4}, {2, 0.4}, {5, 0.999}, {partEnd, 0.999}}),
-           .beam = line({{0, 0.1}, {0.3, 0.35}, {2, 0.4}, {5, 0.999}, {6, 0.9}, {partEnd, 0.5}}),
-           .dusk = line({{0, 0}, {5, 0}, {partEnd, 0.999}})},
+           .beam = line({{0, 0.1}, {0.3, 0.35}, {2, 0.4}, {5, 0.999}, {6, 0.9}, {partEnd, 0.5}})},
           {particles(line({{0, 60}, {3, 150}, {partEnd, 180}})),
            smokeAlongTitle(line({{0, 0}, {3.5, 0}, {partEnd, 0.55}})), draw(veils)});
   show.add("light pours", start, 2, haze,
@@ -255,46 +271,54 @@ void addLid(Show& show) {
            Noise{.texture = "sparks_acid", .speedX = 0.02, .speedY = 0.16, .alpha = fade(2, 0, 0.5)});
 }
 
-// Four layers of the title burn in the smoke above the box, one more with each bar.
+// The title burns in the smoke above the box: with each bar more of it, seen from elsewhere, and with each
+// the hall lights up.
 void addLayers(Show& show) {
-  const double start = barOf("layer 1"), near = barOf("layer 3");
-  const auto strike = [](double beat, double rest) {
-    return line({{beat, 0}, {beat + 0.03, 1}, {beat + 1, rest}, {beat + 4, rest * 0.9}});
+  const double start = barOf("layer 1"), last = barOf("layer 4");
+  const auto strike = [](double rest) { return line({{0, 0.4}, {0.03, 1}, {1, rest}, {partEnd, rest}}); };
+  const Pose open{
+      .lock = 0.8, .lid = swing(4, 0.97, 0.995), .light = swing(2, 0.9, 0.999), .beam = swing(2, 0.36, 0.42)};
+  struct State {
+    const char *cue, *name;
+    Shot shot;
+    int burning;  // layers
+    double dimmest, spilled;
   };
-  Veils wide;
-  wide.opacity[0] = strike(0, 0.85);
-  wide.opacity[1] = strike(4, 0.8);
-  for (int i = 0; i < 2; ++i) wide.seconds[i] = slide(1.1 + 0.15 * i, 2.3 + 0.15 * i);
-  // Its smoke comes in jerks, on the off-beats.
-  std::vector<CurveDot> arriving{{0, 0.55}};
-  for (double beat = 0.5; beat < 8; ++beat) {
-    const double level = 0.55 + 0.45 * beat / 7.5;
-    arriving.insert(arriving.end(), {{beat, level - 0.06}, {beat + 0.05, level}});
+  constexpr State states[] = {{"layer 1", "title in the smoke", titleWide, 1, 0.7, 0.35},
+                              {"layer 2", "title from above", titleAbove, 2, 0.75, 0.5},
+                              {"layer 3", "title from below", titleBelow, 3, 0.8, 0.6},
+                              {"layer 4", "title, nearer", titleNear, 3, 1, 0.8}};
+  double level = 0.55;  // of the smoke along it, which comes in jerks, on the off-beats
+  for (const State& state : states) {
+    std::vector<CurveDot> arriving{{0, level}};
+    for (const double beat : {0.5, 1.5, 2.5, 3.5}) {
+      level = std::min(level + 0.06, 1.0);
+      arriving.insert(arriving.end(), {{beat, level - 0.06}, {beat + 0.05, level}});
+    }
+    Veils veils;
+    const double own = barOf(state.cue) - start;  // 0 to 3
+    for (int i = 0; i < state.burning; ++i) {
+      veils.opacity[i] = strike(i == state.burning - 1 ? 0.9 : state.dimmest);
+      veils.seconds[i] = slide(1.2 + 0.6 * own + 0.1 * i, 1.8 + 0.6 * own + 0.1 * i);
+      if (state.shot == titleNear)
+        veils.seconds[i] = line({{0, 3 + 0.1 * i}, {3, 3.6 + 0.1 * i}, {3.4, 4.3}, {partEnd, 4.75}});
+    }
+    veils.opacity[spill] = line({{0, 0.3},
+                                 {0.03, 1},
+                                 {0.6, 0.95},
+                                 {1.4, state.spilled},
+                                 {2, state.spilled},
+                                 {2.03, state.spilled + 0.15},
+                                 {partEnd, state.spilled}});
+    addShot(show, state.name, barOf(state.cue), 1, state.shot, open,
+            {particles(160), smokeAlongTitle(line(arriving)), draw(veils)});
   }
-  const Pose open{.lock = 0.8,
-                  .lid = swing(4, 0.97, 0.995),
-                  .light = swing(2, 0.9, 0.999),
-                  .beam = swing(2, 0.36, 0.42),
-                  .dusk = 0.999};
-  addShot(show, "title in the smoke", start, 2, titleWide, open,
-          {particles(160), smokeAlongTitle(line(arriving)), draw(wide)});
-  Veils all;
-  // With the last stroke all of it is white-hot.
-  const auto glow = [](double rest) {
-    return line({{0, rest}, {4, rest}, {4.03, 1}, {5, rest}, {partEnd, rest}});
-  };
-  all.opacity[0] = glow(0.8), all.opacity[1] = glow(0.5);
-  all.opacity[2] = strike(0, 0.85);
-  all.opacity[3] = strike(4, 0.9);
-  for (int i = 0; i < 4; ++i)
-    all.seconds[i] = line({{0, 2.3 + 0.1 * i}, {7, 3.6 + 0.1 * i}, {7.4, 4.3}, {partEnd, 4.75}});
-  addShot(show, "title, nearer", near, 2, titleNear, open, {particles(160), smokeAlongTitle(1), draw(all)});
   show.add("burning edge", start, 4, haze,
            Bitmap{.texture = "rays_acid",
                   .at = centred(0, -0.15, swing(8, 1.7, 2.3), 2.2),
                   .alpha = flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.3, 0.06),
                   .blend = Blend::add});
-  show.add("flies apart", near + 7.4 / beatsPerBar, 0.6 / beatsPerBar, flash,
+  show.add("flies apart", last + 3.4 / beatsPerBar, 0.6 / beatsPerBar, flash,
            Fade{0.98, 1, 0.85, line({{0, 0.85}, {0.15, 0.1}, {partEnd, 0}})},
            Bitmap{.texture = "rays_acid",
                   .at = centred(0, -0.15, slide(2, 5), 1.6),
@@ -316,18 +340,20 @@ void addBackwards(Show& show) {
   const double start = barOf("backwards"), shut = barOf("shut"), length = shut - start;
   show.part("smoke sinks", start, length, backdrop - 1, {boxCall("reverseSmoke")});
   Veils veils;
-  for (int i = 0; i < 4; ++i) {
+  for (int i = 0; i < spill; ++i) {
     const double gone = 4.3 - 0.2 * i;  // before the lid comes down on them
-    veils.opacity[i] = line({{0, 1}, {3, 0.8}, {gone, 0}, {partEnd, 0}});
+    veils.opacity[i] = line({{0, 1}, {3.6, 0.9}, {gone, 0}, {partEnd, 0}});
     veils.seconds[i] = line({{0, 4.4 - 0.2 * i}, {0.5, 3}, {2.2, 1.2}, {gone, 0}, {partEnd, 0}});
   }
+  veils.opacity[spill] =
+      line({{0, 1}, {0.5, 0.7}, {2.2, 0.6}, {4, 0.3}, {4.03, 0.6}, {5.6, 0.4}, {6.2, 0.9}, {6.4, 0}});
   addShot(show, "into the box", start, length, above,
           {.lock = line({{0, 0.8}, {4, 0.8}, {4.3, 0.55}, {5, 0.55}, {5.3, 0.3}, {6, 0.3}, {6.3, 0}}),
            .lid = line(
                {{0, 0.96}, {1, 0.9}, {2.2, 0.86}, {4.5, 0.5}, {6.2, 0.04}, {6.4, 0}, {6.5, 0.02}, {6.6, 0}}),
            .light = line({{0, 0.999}, {3, 0.8}, {6.2, 0.06}, {6.4, 0}}),
            .beam = line({{0, 0.4}, {3, 0.3}, {6, 0}}),
-           .dusk = line({{0, 0.999}, {3, 0}})},
+           .seam = line({{0, 0}, {4.8, 0}, {5.4, 0.6}, {6.2, 0.999}, {6.4, 0}})},
           {draw(veils)});
   show.part("smoke returns", start, length, smoke,
             {screen::draw(Waves{.texture = "smoke_acid",

@@ -15,9 +15,9 @@ struct RoseKey {
 };
 constexpr double roseY = -0.1;
 
-// One rose window before black; each quarter, clockwise from the upper right, has its own light.
-void addRose(Show& show, const char* name, double bar, double bars, const std::vector<RoseKey>& keys,
-             const std::array<Curve, 4>& light) {
+// One rose window before black, in quarters that part.
+void addBurstingRose(Show& show, double bar, double bars, const std::vector<RoseKey>& keys,
+                     const Curve& light) {
   std::vector<ScriptCall> calls;
   for (std::size_t i = 0; i < 4; ++i) {
     const bool right = i < 2, up = i == 0 || i == 3;
@@ -37,17 +37,17 @@ void addRose(Show& show, const char* name, double bar, double bars, const std::v
     calls.push_back(
         draw(Bitmap{.texture = "glass_teal",
                     .at = {wide * -0.5 + (right ? -1.0 : 1.0), tall * -0.5 + (up ? 1.0 : -1.0), wide, tall},
-                    .alpha = light[i],
+                    .alpha = light,
                     .blend = Blend::add}));
   }
   calls.push_back(draw(Viewport{}));
-  show.part(name, bar, bars, ground + 1, calls);
+  show.part("rose bursts", bar, bars, ground + 1, calls);
 }
 
 }  // namespace
 
-// Sterile teal: somebody stands before a light; then before one rose window, which lights up quarter by
-// quarter and bursts.
+// Sterile teal: somebody stands before a light; then before one rose window, which opens ring by ring and
+// bursts.
 void addInterludeOne(Show& show) {
   const double start = interludeOneBar, opens = barOf("pad opens"), riser = barOf("riser");
   show.add("teal sky", start, 2, ground, Bitmap{.texture = "sky_teal", .at = covering(slide(1.1, 1.35))});
@@ -55,12 +55,12 @@ void addInterludeOne(Show& show) {
   show.add("before the light", start, 0.5, backdrop + 1, Fade{.alpha = line({{0, 0.9}, {2, 0}})});
   show.add("lamp", start, 2, far,
            Bitmap{.texture = "rays_teal",
-                  .at = centred(slide(0, 0.06), -0.1, slide(2.4, 3.0)),
-                  .alpha = flashes({0, 4}, 0.6, 0.3),
+                  .at = centred(slide(0, 0.03), -0.03, slide(2.4, 3.0)),
+                  .alpha = flashes({0, 4}, 0.5, 0.2),
                   .blend = Blend::add},
            Bitmap{.texture = "light3",
-                  .at = centred(slide(0, 0.06), -0.1, slide(2.2, 2.8)),
-                  .alpha = fade(3, 0, 0.35),
+                  .at = centred(slide(0, 0.03), -0.03, slide(2.2, 2.8)),
+                  .alpha = fade(3, 0, 0.18),
                   .blend = Blend::add});
   show.add("somebody", start, 2, subject,
            Bitmap{.texture = "figure_teal",
@@ -71,21 +71,37 @@ void addInterludeOne(Show& show) {
                   .alpha = 0.5,
                   .blend = Blend::add});
   show.add("black behind the rose", opens, 2, ground, Fade{});
-  const auto struck = [](double beat) {
-    return line({{0, 0.1}, {std::max(0.001, beat - 0.01), 0.1}, {beat + 0.02, 1}, {beat + 0.6, 0.62}});
-  };
-  addRose(show, "rose", opens, 1, {{0, 1.30}, {4, 1.42}}, {struck(0), struck(1), struck(2), struck(3)});
-  const Curve whole = flashes({0, 1, 2, 2.5}, 1, 0.7);
-  addRose(show, "whole rose", riser, 0.75, {{0, 1.44}, {3, 1.72}}, {whole, whole, whole, whole});
-  const Curve away = line({{0, 1}, {0.3, 0.9}, {0.75, 0}});
-  addRose(show, "rose bursts", riser + 0.75, 0.1875,
-          {{0, 1.75, 0.01},
-           {0.15, 1.85, 0.03},
-           {0.3, 2.0, 0.09},
-           {0.45, 2.2, 0.18},
-           {0.6, 2.3, 0.22},
-           {0.75, 2.5, 0.27}},
-          {away, away, away, away});
+  // Dark with a hole that leaps wider on each beat: hub, inner ring, petals, all of it.
+  show.add("rose", opens, 1, ground + 1,
+           Bitmap{.texture = "glass_teal",
+                  .at = centred(0, roseY, slide(1.30, 1.42)),
+                  .alpha = flashes({0, 1, 2, 3}, 1, 0.75),
+                  .blend = Blend::add},
+           Bitmap{.texture = "pinhole",
+                  .at = centred(0, roseY,
+                                spline({{0, 1.7},
+                                        {0.3, 2.6},
+                                        {0.97, 3},
+                                        {1.3, 4.7},
+                                        {1.97, 5.2},
+                                        {2.3, 7.4},
+                                        {2.97, 8},
+                                        {3.4, 12},
+                                        {4, 16}})),
+                  .blend = Blend::darken});
+  show.add("whole rose", riser, 0.75, ground + 1,
+           Bitmap{.texture = "glass_teal",
+                  .at = centred(0, roseY, slide(1.44, 1.72)),
+                  .alpha = flashes({0, 1, 2, 2.5}, 1, 0.7),
+                  .blend = Blend::add});
+  addBurstingRose(show, riser + 0.75, 0.1875,
+                  {{0, 1.75, 0.01},
+                   {0.15, 1.85, 0.03},
+                   {0.3, 2.0, 0.09},
+                   {0.45, 2.2, 0.18},
+                   {0.6, 2.3, 0.22},
+                   {0.75, 2.5, 0.27}},
+                  line({{0, 1}, {0.3, 0.9}, {0.75, 0}}));
   show.add("burst", riser + 0.75, 0.1875, far,
            Bitmap{.texture = "rays_teal",
                   .at = centred(0, roseY, spline({{0, 2}, {0.75, 5}})),
@@ -96,9 +112,9 @@ void addInterludeOne(Show& show) {
             {draw(Flare{"flare_highpass"}),
              draw(Particles{.count = 240, .spread = 34, .speedZ = 40, .scatter = 8})});
   const Curve rising = line({{0, 0.1},
-                             {0.02, 0.25},
-                             {0.99, 0.22},
-                             {1.02, 0.45},
+                             {0.02, 0.5},
+                             {0.99, 0.3},
+                             {1.02, 0.6},
                              {1.99, 0.4},
                              {2.02, 0.65},
                              {2.99, 0.6},
@@ -110,7 +126,7 @@ void addInterludeOne(Show& show) {
            Bitmap{.texture = "glass_teal",
                   .at = {zoom(0.39, 0.54, 7) * -1, travel(1.05, 1.12, 7), zoom(0.78, 1.08, 7),
                          zoom(0.52, 0.56, 7) * -1},
-                  .alpha = rising * 0.35,
+                  .alpha = rising * 0.55,
                   .blend = Blend::add});
   show.add("its light in the air", opens, 1.75, backdrop,
            Bitmap{.texture = "light3",
@@ -134,8 +150,8 @@ void addInterludeOne(Show& show) {
             cueSeconds(2));
   const double word = barOf("title");
   show.add("vexillum", word, 1, title,
-           vex(illum, spline({{0, 0.9}, {0.4, 0.72}, {partEnd, 0.76}}), -0.3, 0.5));
-  show.add("vexillum rises", riser, 0.75, title, vex(illum, zoom(0.7, 0.78, 3), -0.3, 0.53));
+           vex(illum, spline({{0, 1.15}, {0.4, 0.95}, {partEnd, 1.0}}), -0.36, 0.5));
+  show.add("vexillum rises", riser, 0.75, title, vex(illum, zoom(0.74, 0.82, 3), -0.4, 0.55));
   show.add("held breath", riser + 0.9375, 0.0625, curtain, Fade{});
 }
 
@@ -189,12 +205,12 @@ void addInterludeTwo(Show& show) {
        draw(Particles{
            .alpha = fade(1, 0, 0.6), .count = 60, .spread = 6, .speedX = 5, .speedY = 11, .scatter = 24})});
   show.part("flakes stream", roll, doubles - roll, smoke + 1,
-            {draw(Flare{"flare_shine"}),
+            {draw(Flare{"flare_particle"}),
              draw(Particles{.count = 110, .spread = 8, .speedY = 4, .speedZ = 26, .scatter = 26})},
             passed);
   show.part("flakes burst", doubles, breath - doubles, smoke + 1,
-            {draw(Flare{"flare_normal"}),
-             draw(Particles{.count = 90, .spread = slide(20, 50), .speedZ = 30, .scatter = 9})},
+            {draw(Flare{"flare_particle"}),
+             draw(Particles{.count = 50, .spread = slide(20, 50), .speedZ = 30, .scatter = 16})},
             passedTwice);
   show.add("sparks", start, breath - start, backdrop + 2,
            Noise{.texture = "sparks_ember", .speedX = 0.015, .speedY = 0.06, .alpha = fade(2, 1, 0.7)});
@@ -207,12 +223,12 @@ void addInterludeTwo(Show& show) {
   show.add("blaze", roll, breath - roll, backdrop,
            Bitmap{.texture = "rays_ember",
                   .at = centred(0, 0, zoom(2.8, 4.2, 7.5)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 1, 0.5),
+                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 0.8, 0.3),
                   .blend = Blend::add});
   const Viewport raised{.y = -0.72};  // above the title
   show.part(
       "mirrors", roll, doubles - roll, subject,
-      {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.6, 0.3)}),
+      {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.85, 0.72)}),
        draw(Viewport{})},
       2);
   show.part("mirrors melt", doubles, breath - doubles, subject,
@@ -220,17 +236,20 @@ void addInterludeTwo(Show& show) {
              draw(Mirrors{.speedX = slide(4, 12),
                           .speedY = slide(5, 14),
                           .speedZ = slide(3, 10),
-                          .stillness = slide(0.5, 0),
-                          .wavesX = 0.8,
-                          .wavesY = 1,
-                          .wavesZ = 0.7}),
+                          .stillness = slide(0.72, 0.55)}),
              draw(Viewport{})},
             2 + passed);
+  show.add("dark under the title", roll, breath - roll, title - 1,
+           Bitmap{.texture = "shade", .at = centred(0, 0.6, 0.8, 3.6), .blend = Blend::darken},
+           Bitmap{.texture = "shade", .at = centred(0, 0.6, 0.8, 3.6), .blend = Blend::darken});
   const Word word = vex(edly, slide(0.78, 0.84), 0, 0.56);
   show.add("vexedly", roll, doubles - roll, title, word);
-  // One window far behind, in the dark.
-  show.add("ember glass", doubles, breath - doubles, ground + 1, roseWall("glass_ember", zoom(1.5, 2.2, 3.5)),
-           Fade{.alpha = 0.78});
+  // The fire goes down; what is left burns behind the knot.
+  show.add("embers", doubles, breath - doubles, ground + 1, Fade{.alpha = slide(0.7, 0.9)},
+           Bitmap{.texture = "rays_ember",
+                  .at = centred(0, -0.2, zoom(2.6, 4.2, 3.5)),
+                  .alpha = 0.8,
+                  .blend = Blend::add});
   const Word louder = vex(edly, slide(0.86, 0.98), 0, 0.54);
   show.add("vexedly, louder", doubles, breath - doubles, title, louder);
   show.add("last breath", breath, stroke - breath, ground + 2, Fade{});

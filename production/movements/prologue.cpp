@@ -14,6 +14,12 @@ void addPrologue(Show& show) {
            Bitmap{.texture = "sky_bone",
                   .at = covering(spline({{0, 1.02}, {16, 1.25}, {partEnd, 1.65}})),
                   .alpha = fade(10, 0)});
+  // The sky answers each beat of the heart.
+  show.add("beating sky", 0, 6, backdrop + 1,
+           Bitmap{.texture = "sky_bone",
+                  .at = covering(spline({{0, 1.02}, {16, 1.25}, {partEnd, 1.65}})),
+                  .alpha = flashes({0, 2, 2.6, 6, 6.6, 10, 10.6, 14, 14.6, 18, 18.6, 22, 22.6}, 0.75),
+                  .blend = Blend::add});
   show.add("far lightning", 1, 1, far - 1,
            Bitmap{.texture = "haze_bone",
                   .at = centred(-0.3, 0.25, 1.7, 2.4),
@@ -32,37 +38,65 @@ void addPrologue(Show& show) {
                   // They grow from below the picture.
                   .at = {brambles * -0.5, spline({{0, 1}, {4, 0.95}, {11, 0.42}, {16, 0.36}, {partEnd, 0.1}}),
                          brambles, brambles * 0.35}});
-  // Out of the dark they run together; for two beats from the first bell they are the name, then they fly
-  // apart, and still lie on the lid when the eye opens.
+  // Out of the dark they run together; for three beats from the first bell they are the name. Where they fly
+  // on, the camera has turned its back on the letters.
   const auto filaments = [&](const char* name, double fromBar, double bars, double start, double speed,
                              const Curve& alpha) {
     show.part(name, fromBar, bars, smoke,
               {screen::draw(Filaments{.alpha = alpha, .across = 0.21, .up = 0.13, .depth = 0.17})}, start,
               speed);
   };
-  filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0}, {6, 0.7}, {partEnd, 0.9}}));
-  filaments("filaments are the name", 2, 0.5, 0, 0, line({{0, 1}, {1, 0.9}, {partEnd, 0.8}}));
-  filaments(
-      "filaments part", 2.5, 5.375, 0, 1,
-      line({{0, 0.8}, {2, 0.35}, {6, 0.35}, {7, 0.5}, {13, 0.5}, {14, 0.3}, {15.5, 0.12}, {partEnd, 0.04}}));
-  show.add("halvane", 2.25, 2, title,
-           Bitmap{.texture = "halvane1",
-                  .at = centred(0, -0.05, spline({{0, 0.67}, {1, 0.68}, {5, 0.71}, {partEnd, 0.8}}), 4),
-                  .frames = 4,
-                  .glitch = flashes({3, 4.5, 7}, 0.9, 0.03),
-                  .alpha = fade(1.5, 1),
-                  .blend = Blend::add});
-  show.add("presents", 4.25, 1.75, title,
+  filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0}, {0.2, 0.5}, {6, 0.8}, {partEnd, 1}}));
+  filaments("filaments are the name", 2, 0.75, 0, 0, line({{0, 1}, {1, 1}, {2.2, 0}, {partEnd, 0}}));
+  filaments("filaments fly on", 2.75, 4.25, 14, 1,
+            line({{0, 0}, {1, 0.3}, {5, 0.3}, {12, 0.55}, {13.5, 0.5}, {14.5, 0.15}, {partEnd, 0}}));
+  // Dark lies behind the words.
+  show.add("dark behind the name", 2.25, 1.75, title - 2,
+           Bitmap{.texture = "shade",
+                  .at = centred(0, -0.05, 0.62, 6),
+                  .alpha = fade(1.5, 0),
+                  .blend = Blend::darken});
+  show.add(
+      "halvane", 2.25, 1.75, title,
+      Bitmap{.texture = "halvane1",
+             .at = centred(0, -0.05, spline({{0, 0.67}, {1, 0.68}, {5, 0.71}, {partEnd, 0.8}}), 4),
+             .frames = 3,
+             .glitch = line(
+                 {{0, 0.03}, {2.98, 0.03}, {3, 0.9}, {3.3, 0.03}, {-0.7, 0.03}, {-0.3, 0.9}, {partEnd, 1}}),
+             .alpha = line({{0, 0}, {0.9, 1}, {partEnd, 1}}),
+             .blend = Blend::add});
+  show.add("dark behind presents", 4, 2, title - 2,
+           Bitmap{.texture = "shade",
+                  .at = centred(0, -0.03, 0.5, 6),
+                  .alpha = fade(0.1, 0),
+                  .blend = Blend::darken});
+  show.add("presents", 4, 2, title,
            Bitmap{.texture = "presents1",
-                  .at = centred(0, -0.03, slide(0.5, 0.6), 4),
+                  .at = centred(0, -0.03, line({{0, 0.7}, {0.4, 0.58}, {partEnd, 0.68}}), 4),
                   .frames = 2,
-                  .glitch = flashes({1, 3, 5}, 0.9, 0.03),
-                  .alpha = fade(1, 1),
+                  .glitch = flashes({0, 6}, 0.9, 0.03),
+                  .alpha = fade(0.1, 0.6),
                   .blend = Blend::add});
-  show.add("far motif", 4, 2, title - 1,
+  // Each of the four notes strikes elsewhere: through the word, left of the town, right of it, everywhere.
+  show.add("far motif", 4, 0.5, title - 1,
            Bitmap{.texture = "streak_bone",
                   .at = {slide(-1.6, -1.2), -0.17, 2.8, 0.3},
-                  .alpha = flashes({0, 2, 4, 6}, 0.8, 0.05),
+                  .alpha = flashes({0}, 1),
+                  .blend = Blend::add});
+  const auto bolt = [&](const char* name, double bar, const Place& at) {
+    show.add(name, bar, 0.5, far - 1,
+             Bitmap{.texture = "haze_bone",
+                    .at = at,
+                    .alpha = line({{0, 1}, {0.15, 0.3}, {0.25, 0.9}, {1, 0.2}, {partEnd, 0}}),
+                    .blend = Blend::add});
+  };
+  bolt("far motif 2", 4.5, centred(-0.62, 0, 1.5, 1));
+  bolt("far motif 3", 5, centred(0.62, 0.05, 1.5, 1));
+  bolt("far motif 4", 5.5, centred(0, 0.1, 2.2, 2));
+  show.add("far motif 4, near", 5.5, 0.5, title - 1,
+           Bitmap{.texture = "streak_bone",
+                  .at = {slide(-1.2, -1.6), 0.1, 2.8, 0.3},
+                  .alpha = flashes({0}, 0.9),
                   .blend = Blend::add});
 
   show.add(

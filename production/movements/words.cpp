@@ -90,8 +90,4 @@ Waves smokeBefore(const char* texture, double reach, double speed, const Curve& 
           .blend = Blend::add};
 }
 
-Tiles roseWall(const char* texture, const Curve& height) {
-  return {.texture = texture, .at = centred(0, 0, height * 3), .across = 3, .down = 3};
-}
-
 }  // namespace vex

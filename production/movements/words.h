@@ -83,9 +83,6 @@ Word vex(const Ending& ending, const Curve& size, double x = 0, double y = 0);
 // Smoke before the lens, reaching `reach` times as far as the screen.
 screen::Waves smokeBefore(const char* texture, double reach, double speed, const Curve& alpha);
 
-// Three by three rose windows, the middle one about the middle of the screen, `height` high.
-screen::Tiles roseWall(const char* texture, const Curve& height);
-
 // The movements, in order, and what lies over them all.
 void addPrologue(Show& show);
 void addBox(Show& show);

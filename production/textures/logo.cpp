@@ -99,7 +99,7 @@ Colour4 chromeFace(const FacePoint& at) {
 Colour4 glassFace(const FacePoint& at) {
   const float rim = std::exp(-at.inside / 1.5f), core = smoothStep(1.0f, 9.0f, at.inside);
   const float stria = smoothStep(0.75f, 0.97f, ridges(at.x * 4 + at.y * 2, at.y * 6 - at.x, 0, 3, 0.5f, 831));
-  return gradient(tealRamp, 0.22f + 0.66f * rim + 0.42f * at.below * (1 - 0.5f * core) + 0.9f * at.gloss +
+  return gradient(tealRamp, 0.5f + 0.5f * rim + 0.42f * at.below * (1 - 0.5f * core) + 0.9f * at.gloss +
                                 0.14f * stria * core);
 }
 
@@ -111,7 +111,7 @@ Colour4 emberFace(const FacePoint& at) {
                      0.7f * std::exp(-at.inside / 1.4f) * (0.35f + 0.65f * foot);
   const float grit = fractal(at.x * 20, at.y * 20, 0, 4, 0.6f, 843);
   const Colour4 stone =
-      gradient(boneRamp, 0.16f + 0.44f * at.light + 0.07f * grit) * Colour4{1, 0.74f, 0.56f};
+      gradient(boneRamp, 0.36f + 0.44f * at.light + 0.07f * grit) * Colour4{1, 0.74f, 0.56f};
   return stone + gradient(emberRamp, 0.92f * heat);
 }
 

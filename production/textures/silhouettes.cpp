@@ -16,35 +16,45 @@ Colour4 backlit(const Ramp& ramp, float inside, float reach, float strength) {
   return ink * 0.8f + gradient(ramp, strength * std::exp(inside / reach));
 }
 
-// A hooded figure with a ringed staff; its cloak ends in mist. Twice as high as wide.
+// Distance to a hooded figure with a ringed staff, on a picture twice as high as wide.
+float figureAt(float u, float v) {
+  const float x = u - 0.5f, y = v * 2;
+  const float folds = 0.012f * std::sin(x * 90 + 6 * y) * smoothStep(0.7f, 1.6f, y) +
+                      0.01f * fractal(u * 8, v * 8, 0, 3, 0.5f, 180);
+  const float hood = smoothUnion(disc(x * 1.2f, y - 0.44f, 0.095f),
+                                 taper(x, y, 0.03f, 0.26f, 0, 0.46f, 0.006f, 0.085f), 0.08f);
+  const float shoulders = std::min(taper(x, y, -0.01f, 0.57f, -0.19f, 0.70f, 0.07f, 0.05f),
+                                   taper(x, y, -0.01f, 0.57f, 0.17f, 0.69f, 0.07f, 0.055f));
+  // The wind stands to the left and has torn the hem.
+  const float sway = 0.05f * smoothStep(0.9f, 1.9f, y);
+  const float hem = 1.78f + 0.12f * fractal(u * 9, 0.5f, 0, 4, 0.7f, 182) - 0.25f * (x + sway) * (x + sway);
+  const float cloak = std::max(
+      std::max(std::fabs(x + sway) - (0.18f + 0.12f * std::pow(clamp01((y - 0.6f) / 1.2f), 1.4f) + folds),
+               0.66f - y),
+      y - hem);
+  const float sleeve = std::min(taper(x, y, 0.16f, 0.70f, 0.28f, 0.86f, 0.06f, 0.04f),
+                                taper(x, y, 0.28f, 0.86f, 0.25f, 1.06f, 0.045f, 0.004f));  // it hangs
+  const float hand = taper(x, y, 0.28f, 0.85f, 0.365f, 0.80f, 0.024f, 0.016f);
+  const float body = smoothUnion(smoothUnion(hood, shoulders, 0.11f), cloak, 0.07f);
+  const float dressed = smoothUnion(body, std::min(sleeve, hand), 0.025f);
+  const float staff = taper(x, y, 0.375f, 0.33f, 0.36f, 1.95f, 0.008f, 0.010f);
+  const float crown = std::min(ring(x - 0.375f, y - 0.25f, 0.085f, 0.011f),
+                               std::min(ring(x - 0.375f, y - 0.25f, 0.035f, 0.006f),
+                                        taper(x, y, 0.375f, 0.12f, 0.375f, 0.17f, 0.002f, 0.012f)));
+  return std::min(dressed, std::min(staff, crown));
+}
+
+// Its cloak ends in mist. In the teal world the light stands at its left, elsewhere behind it.
 Canvas figure(const Settings& settings, const Hue& hue) {
   const int width = settings.side(256);
+  const bool fromLeft = &hue == &tealHue;
   return paintSmooth(width, width * 2, 2, [&](float u, float v) {
-    const float x = u - 0.5f, y = v * 2;
-    const float folds = 0.012f * std::sin(x * 90 + 6 * y) * smoothStep(0.7f, 1.6f, y) +
-                        0.01f * fractal(u * 8, v * 8, 0, 3, 0.5f, 180);
-    const float hood = smoothUnion(disc(x * 1.2f, y - 0.44f, 0.095f),
-                                   taper(x, y, 0.03f, 0.26f, 0, 0.46f, 0.006f, 0.085f), 0.08f);
-    const float shoulders = std::min(taper(x, y, -0.01f, 0.57f, -0.19f, 0.70f, 0.07f, 0.05f),
-                                     taper(x, y, -0.01f, 0.57f, 0.17f, 0.69f, 0.07f, 0.055f));
-    // The wind stands to the left and has torn the hem.
-    const float sway = 0.05f * smoothStep(0.9f, 1.9f, y);
-    const float hem = 1.78f + 0.12f * fractal(u * 9, 0.5f, 0, 4, 0.7f, 182) - 0.25f * (x + sway) * (x + sway);
-    const float cloak = std::max(
-        std::max(std::fabs(x + sway) - (0.18f + 0.12f * std::pow(clamp01((y - 0.6f) / 1.2f), 1.4f) + folds),
-                 0.66f - y),
-        y - hem);
-    const float sleeve = std::min(taper(x, y, 0.16f, 0.70f, 0.28f, 0.86f, 0.06f, 0.04f),
-                                  taper(x, y, 0.28f, 0.86f, 0.25f, 1.06f, 0.045f, 0.004f));  // it hangs
-    const float hand = taper(x, y, 0.28f, 0.85f, 0.365f, 0.80f, 0.024f, 0.016f);
-    float body = smoothUnion(smoothUnion(hood, shoulders, 0.11f), cloak, 0.07f);
-    body = smoothUnion(body, std::min(sleeve, hand), 0.025f);
-    const float staff = taper(x, y, 0.375f, 0.33f, 0.36f, 1.95f, 0.008f, 0.010f);
-    const float crown = std::min(ring(x - 0.375f, y - 0.25f, 0.085f, 0.011f),
-                                 std::min(ring(x - 0.375f, y - 0.25f, 0.035f, 0.006f),
-                                          taper(x, y, 0.375f, 0.12f, 0.375f, 0.17f, 0.002f, 0.012f)));
-    const float all = std::min(body, std::min(staff, crown));
+    const float y = v * 2, all = figureAt(u, v);
     Colour4 colour = backlit(hue.ramp, std::min(0.0f, all), 0.009f, 0.4f);
+    if (fromLeft) {
+      const float turned = clamp01((figureAt(u - 0.012f, v - 0.003f) - all) / 0.013f);
+      colour = ink * 0.8f + gradient(hue.ramp, 0.9f * turned * std::exp(std::min(0.0f, all) / 0.022f));
+    }
     colour.a = coverage(all, 0.006f) *
                smoothStep(1.96f, 1.55f, y + 0.1f * fractal(u * 6, v * 6, 0, 4, 0.5f, 181)) *
                smoothStep(0.0f, 0.03f, std::min(u, 1 - u));

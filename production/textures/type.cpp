@@ -11,11 +11,11 @@ namespace vex {
 
 namespace {
 
-// Worn iron with light behind it: little but its edges shines.
-Colour4 ironFace(const FacePoint& at) {
+// Worn bone, lit from above, with burning edges.
+Colour4 boneFace(const FacePoint& at) {
   const float rim = std::exp(-at.inside / 1.3f) * (0.35f + 0.65f * std::max(at.light, at.below));
   const float grit = fractal(at.x * 22, at.y * 22, 0, 3, 0.6f, 801);
-  return gradient(boneRamp, 0.14f + 0.10f * at.light + 0.03f * grit + 0.9f * rim);
+  return gradient(boneRamp, 0.62f + 0.14f * at.light + 0.06f * grit + 0.5f * rim);
 }
 
 // Centred in the picture, `xHeight` of the height high. Full-screen pictures are stretched to 16:9 by the
@@ -30,7 +30,7 @@ Canvas tornType(const Settings& settings, int fullWidth, const std::string& lett
   const Lettering set =
       placed(text, scale, scale, static_cast<float>(width) / 2 - middle, size * (0.5f + xHeight * 0.62f));
   LetteringLook look{
-      .face = ironFace, .glow = &boneRamp, .bevel = 3, .glowReach = 12, .glowStrength = 0.34f, .wear = 0.3f};
+      .face = boneFace, .glow = &boneRamp, .bevel = 3, .glowReach = 12, .glowStrength = 0.34f, .wear = 0.3f};
   look.tear = frame == 0 ? 0.03f : 0.2f + 0.28f * static_cast<float>(frame);
   look.seed = 211 + static_cast<std::uint32_t>(frame) * 9;
   return drawLettering(distanceTo(set, width, height), look);
@@ -45,7 +45,7 @@ Products typePictures() {
       products.push_back(picture(name + std::to_string(frame + 1), PictureKind::jpeg, "type", work,
                                  [=](const Settings& settings) { return paintFrame(settings, frame); }));
   };
-  add("halvane", 4, 4, [](const Settings& settings, int frame) {
+  add("halvane", 3, 3, [](const Settings& settings, int frame) {
     return tornType(settings, 1024, "halvane", 0.34f, 0.25f, frame);
   });
   add("presents", 2, 1, [](const Settings& settings, int frame) {
