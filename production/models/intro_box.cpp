@@ -162,7 +162,7 @@ Surface seamLight() {
     const float half = 5 + (i % 2 == 0 ? halfWidth : halfDepth),
                 out = 5 + (i % 2 == 0 ? halfDepth : halfWidth);
     for (const float rise : {-6.0f, -2.0f, 0.5f, 4.0f, 9.0f})
-      append(all, placed(sheet(1, 3,
+      append(all, placed(sheet(1, 2,
                                [=](float s, float t) {
                                  return Vector((2 * s - 1) * (half + 14 * t), rise * t, out + 30 * t);
                                }),
@@ -287,8 +287,8 @@ Model introBox(const Settings& settings) {
   constexpr float groundRadius = 800;
   const Surface ground = placed(disc(groundRadius, 40, 2), moved(0, 0, 0));
   const Surface casket = joined({everything(body), everything(lid), everything(lock)});
-  const Surface table = placed(withoutMapping(plane(240, 180, 1, 1)), moved(0, tableTop - 0.05f, 0));
-  const Surface aroundCasket = joined({casket, table});
+  const Surface tableShadow = placed(withoutMapping(plane(240, 180, 1, 1)), moved(0, tableTop - 0.05f, 0));
+  const Surface aroundCasket = joined({casket, tableShadow});
   const Surface aroundStone = joined({casket, everything(foot), withoutMapping(ground)});
   const Surface aroundHall = joined({everything(foot), everything(choir), withoutMapping(ground)});
   const PaintedAssembly paintedBody = paintedCasket(body, aroundCasket, settings, 1024),
@@ -350,10 +350,11 @@ Model introBox(const Settings& settings) {
                             .motion = veilMotion(veil)});
   }
   // The last layer is the light of the others on all that stands around.
-  const Surface floor = placed(disc(420, 48, 8), moved(0, 0, 0));
+  const Surface floor = disc(420, 24, 4),
+                table = placed(disc(96, 24, 1), stretched(1, 1, plinthDepth) >> moved(0, tableTop, 0));
   stage.meshes.push_back({.name = "VexLayer04",
-                          .surface = spilledOn(joined({partOf(everything(choir), stone), everything(foot),
-                                                       withoutMapping(floor), everything(body)})),
+                          .surface = spilledOn(joined({partOf(everything(choir), stone),
+                                                       withoutMapping(floor), withoutMapping(table)})),
                           .material = "box_spill"});
   stage.lights = lights();
   stage.cameras = {flight()};

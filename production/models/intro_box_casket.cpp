@@ -31,8 +31,7 @@ Surface frame(float halfX, float halfZ, float low, float high, float thick, floa
 }
 
 Surface rivet(float radius) {
-  return lathe(smoothProfile({{radius, 0}, {radius * 0.86f, radius * 0.4f}, {0, radius * 0.62f}}, 3), 10,
-               180);
+  return lathe(smoothProfile({{radius, 0}, {radius * 0.86f, radius * 0.4f}, {0, radius * 0.62f}}, 2), 6, 180);
 }
 
 // Lies against the front: +y of the thing looks to +z.
@@ -55,7 +54,7 @@ Outline circle(float x, float y, float radius, int count, bool hole) {
 // A pointed arch on y = 0, counter-clockwise from its right foot.
 Outline pointed(float half, float springing, float scale, bool hole) {
   Outline outline;
-  constexpr int pieces = 9;
+  constexpr int pieces = 5;
   const float reach = half * 1.5f;  // radius of the two arcs
   const float top = std::acos((reach - half) / reach);
   const auto right = [&](int i) {
@@ -80,7 +79,7 @@ Surface archFrame() {
 }
 
 Surface cabochon(float radius) {
-  return lathe(smoothProfile({{radius, 0}, {radius * 0.92f, radius * 0.45f}, {0, radius * 0.8f}}, 5), 20,
+  return lathe(smoothProfile({{radius, 0}, {radius * 0.92f, radius * 0.45f}, {0, radius * 0.8f}}, 3), 14,
                180);
 }
 
@@ -95,7 +94,7 @@ Surface ring(float radius, float thickness, int around, int across) {
 }
 
 Surface bezel(float radius) {
-  return ring(radius, radius * 0.16f, 24, 4);
+  return ring(radius, radius * 0.16f, 16, 2);
 }
 
 // A corner column with base, ring and capital.
@@ -114,14 +113,14 @@ Surface post() {
                 {5.4f, 43},
                 {5.4f, 45.2f},
                 {0, 45.2f}},
-               20);
+               12);
 }
 
 Surface foot() {
   return lathe(
       smoothProfile({{0, 0}, {3.2f, 0.2f}, {6, 2.6f}, {5.2f, 5.4f}, {3, 6.6f}, {4.4f, 8}, {6.2f, 9}, {0, 9}},
-                    10),
-      18, 60);
+                    8),
+      11, 60);
 }
 
 // --- The roof: half extents by height.
@@ -136,7 +135,7 @@ RoofLevel roofAt(float t, float inset) {
 }
 
 Surface roofShell(float inset, int across) {
-  constexpr int levels = 8;
+  constexpr int levels = 3;
   Surface all;
   for (int side = 0; side < 4; ++side)
     append(all, sheet(across, levels, [&](float s, float t) {
@@ -160,18 +159,18 @@ Surface roofShell(float inset, int across) {
 // is thin, so that it does not come through inside.
 Surface roofStrap(float x, float front) {
   std::vector<Vector> path;
-  for (int i = 0; i <= 8; ++i) {
-    const RoofLevel at = roofAt(0.88f * static_cast<float>(i) / 8, -0.5f);
+  for (int i = 0; i <= 3; ++i) {
+    const RoofLevel at = roofAt(0.88f * static_cast<float>(i) / 3, -0.5f);
     path.emplace_back(x, at.y, front * at.halfZ);
   }
   return tube(
-      path, 12, [](float t) { return 2.6f - 0.7f * t; }, TubeEnd::round);
+      path, 8, [](float t) { return 2.6f - 0.7f * t; }, TubeEnd::round);
 }
 
 std::vector<Vector> hipPath(float sideX, float sideZ) {
   std::vector<Vector> path;
-  for (int i = 0; i <= 9; ++i) {
-    const RoofLevel at = roofAt(static_cast<float>(i) / 9, 0);
+  for (int i = 0; i <= 3; ++i) {
+    const RoofLevel at = roofAt(static_cast<float>(i) / 3, 0);
     path.emplace_back(sideX * at.halfX, at.y, sideZ * at.halfZ);
   }
   return path;
@@ -179,10 +178,10 @@ std::vector<Vector> hipPath(float sideX, float sideZ) {
 
 // A leaf of two lobes that curls off a hip, upwards.
 Surface crocket() {
-  const Surface bud = lathe(
-      smoothProfile({{0, 0}, {2.2f, 0.3f}, {1.7f, 1.8f}, {2.4f, 3.4f}, {1.2f, 4.6f}, {1.6f, 5.5f}, {0, 6.8f}},
-                    10),
-      10, 180);
+  const Surface bud =
+      lathe(smoothProfile(
+                {{0, 0}, {2.2f, 0.3f}, {1.7f, 1.8f}, {2.4f, 3.4f}, {1.2f, 4.6f}, {1.6f, 5.5f}, {0, 6.8f}}, 7),
+            7, 180);
   return bent(placed(bud, moved(0, -1.4f, 0)), [](const Vector& p) {
     return Vector(p.x * 0.8f, p.y - 0.05f * p.y * p.y, p.z + 0.07f * p.y * p.y);
   });
@@ -199,13 +198,13 @@ Surface finial() {
                               {1.9f, 11.6f},
                               {0.9f, 13.4f},
                               {0, 19}},
-                             16),
-               16, 100);
+                             10),
+               10, 100);
 }
 
 // One leaf of the crest on the ridge: a pointed arch with a round eye.
 Surface crestLeaf() {
-  return placed(extrusion({pointed(3.1f, 4, 1, false), circle(0, 4.6f, 1.5f, 16, true)}, 1.5f),
+  return placed(extrusion({pointed(3.1f, 4, 1, false), circle(0, 4.6f, 1.5f, 12, true)}, 1.5f),
                 moved(0, 0, 0.75f));
 }
 
@@ -284,7 +283,6 @@ Assembly casketBody() {
   Copies rivets{rivet(1.05f), {}, brass};
   for (const float side : {-1.0f, 1.0f}) {
     straps.places.push_back(moved(side * strapAt, (floorTop + wallTop) / 2, z + 0.3f));
-    straps.places.push_back(turnedY(180) >> moved(side * strapAt, (floorTop + wallTop) / 2, -z - 0.3f));
     for (int i = 0; i < 6; ++i) {
       const float y = floorTop + 4.5f + 6.6f * static_cast<float>(i);
       rivets.places.push_back(onFront(side * strapAt, y, z + 1.1f));
@@ -292,7 +290,7 @@ Assembly casketBody() {
   }
   for (int i = -6; i <= 6; ++i) {
     rivets.places.push_back(onFront(7.6f * static_cast<float>(i), 124.2f, z + 2.3f));
-    if (std::abs(i) < 4) {
+    if (std::abs(i) == 1 || std::abs(i) == 3) {
       rivets.places.push_back(onSide(x + 2.3f, 124.2f, 7.6f * static_cast<float>(i)));
       rivets.places.push_back(onSide(-x - 2.3f, 124.2f, 7.6f * static_cast<float>(i)));
     }
@@ -348,24 +346,20 @@ Assembly casketLid() {
            brass);
 
   Copies straps{roofStrap(-strapAt, 1), {}, brass};
-  for (const float x : {0.0f, 2 * strapAt}) {
-    straps.places.push_back(moved(x, 0, 0));
-    straps.places.push_back(turnedY(180) >> moved(-x, 0, 0));
-  }
+  for (const float x : {0.0f, 2 * strapAt}) straps.places.push_back(moved(x, 0, 0));  // none behind
   lid.repeated.push_back(std::move(straps));
 
-  Copies hips{tube(hipPath(1, 1), 10, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
-  Copies hips2{tube(hipPath(-1, 1), 10, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
+  Copies hips{tube(hipPath(1, 1), 8, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
+  Copies hips2{tube(hipPath(-1, 1), 8, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
   lid.repeated.push_back(std::move(hips));
   lid.repeated.push_back(std::move(hips2));
   Copies crockets{crocket(), {}, brass};
   for (int i = 1; i <= 5; ++i)
-    for (const float sx : {-1.0f, 1.0f})
-      for (const float sz : {1.0f, -1.0f}) {
-        const RoofLevel at = roofAt(static_cast<float>(i) / 6, 0);
-        crockets.places.push_back(
-            standing(Vector(sx * at.halfX, at.y, sz * at.halfZ), unit(Vector(sx, 1.0f, sz * 0.8f))));
-      }
+    for (const float sx : {-1.0f, 1.0f}) {
+      const RoofLevel at = roofAt(static_cast<float>(i) / 6, 0);
+      crockets.places.push_back(
+          standing(Vector(sx * at.halfX, at.y, at.halfZ), unit(Vector(sx, 1.0f, 0.8f))));
+    }
   lid.repeated.push_back(std::move(crockets));
   Copies leaves{crestLeaf(), {}, brass};
   for (int i = -4; i <= 4; ++i)
@@ -378,7 +372,7 @@ Assembly casketLid() {
     if (i != 0) {
       rivets.places.push_back(onFront(8.2f * static_cast<float>(i), lidFoot + 2.9f, halfDepth + 5.4f));
     }
-  for (int i = -3; i <= 3; ++i)
+  for (int i = -3; i <= 3; i += 2)
     for (const float side : {-1.0f, 1.0f})
       rivets.places.push_back(
           onSide(side * (halfWidth + 5.4f), lidFoot + 2.9f, 8.2f * static_cast<float>(i)));

@@ -17,7 +17,7 @@ namespace {
 constexpr float fenceRadius = 285, choirRadius = 330;
 constexpr float vaultSpringing = 312;  // of the vault, on the heads of the pillars
 constexpr float bossHeight = 640;
-constexpr float spearEvery = 3.9f;  // degrees
+constexpr float spearEvery = 6.5f;  // degrees
 
 Vector around(float radius, float degrees, float y) {
   const float turn = degrees * pi / 180;  // 0: before the casket, 90: to its right
@@ -122,8 +122,8 @@ Surface quatrefoil(float radius) {
 Surface choirArch() {
   return withoutBack(joined({placed(openArch(78, 190, 14, 14, 3, 7), moved(0, 0, 7)),
                              placed(bevelledBox(Vector(5, 176, 5), 0), moved(0, 88, 0)),
-                             placed(openArch(31, 150, 5, 5, 0, 5), moved(-31, 0, 2)),
-                             placed(openArch(31, 150, 5, 5, 0, 5), moved(31, 0, 2)),
+                             placed(openArch(31, 150, 5, 5, 0, 4), moved(-31, 0, 2)),
+                             placed(openArch(31, 150, 5, 5, 0, 4), moved(31, 0, 2)),
                              placed(quatrefoil(40), moved(0, 238, 3))}));
 }
 
@@ -150,7 +150,7 @@ Assembly plinth() {
                                      {96, 62},
                                      {94, 64},
                                      {0, 64}},
-                                    56, 20);
+                                    28, 20);
   Assembly assembly;
   assembly.single = withPart(placed(turnedStone, stretched(1, 1, plinthDepth)), stone);
   return assembly;

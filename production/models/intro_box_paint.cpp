@@ -339,7 +339,7 @@ Surface spilledOn(const Surface& stone) {
   for (std::size_t i = 0; i < stone.points.size(); ++i) {
     const Vector& p = stone.points[i];
     const Vector normal = unit(normals[i]), way = source - p;
-    levels.push_back(1.25f * std::exp(-way.length() / 330) * std::max(0.0f, dot(normal, unit(way))));
+    levels.push_back(2.6f * std::max(0.0f, std::exp(-way.length() / 330) * dot(normal, unit(way)) - 0.19f));
     addPoint(lit, p + normal * 0.4f);
   }
   for (Triangle triangle : stone.triangles) {
@@ -347,10 +347,10 @@ Surface spilledOn(const Surface& stone) {
     for (std::size_t i = 0; i < 3; ++i) {
       const auto point = static_cast<std::size_t>(triangle.points[i]);
       const Vector& p = stone.points[point];
-      triangle.uv[i] = {0.02f + 0.9f * levels[point], (p.y + p.x - p.z) / 120};
+      triangle.uv[i] = {0.02f + 0.9f * std::min(levels[point], 1.0f), (p.y + p.x - p.z) / 120};
       most = std::max(most, levels[point]);
     }
-    if (most > 0.04f) lit.triangles.push_back(triangle);
+    if (most > 0) lit.triangles.push_back(triangle);
   }
   return compacted(lit);
 }
