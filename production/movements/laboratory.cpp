@@ -239,6 +239,7 @@ void addHose(Show& show) {
   addShot(show, over, state);
   addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46,
           flashes({0, 2}, 0.7, 0.2), 1.4);
+  addGlow(show, over, "haze_teal", Vector(0, 6, 0), 300, flashes({2}, 0.6));
 }
 
 // Flesh turns to glass in the red light, step by step; bones and a heart show.
@@ -347,7 +348,9 @@ void addDoor(Show& show) {
       "white", barOf("white"), end - barOf("white"), vignette + 1,
       Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.3, 0}, {3.1, 1}, {partEnd, 1}})});
   // It eats from the opening outwards.
-  for (const double reach : {8.0, 7.0, 5.0})
+  show.add("white leaps", barOf("white") + 0.5, end - barOf("white") - 0.5, vignette + 1,
+           Bitmap{.texture = "light7", .at = centred(watcher.x, 0.1, zoom(4, 8, 1)), .blend = Blend::add});
+  for (const double reach : {7.0, 5.0})
     show.add("white spreads", barOf("white"), end - barOf("white"), vignette + 1,
              Bitmap{.texture = "light7",
                     .at = centred(watcher.x, 0.1, zoom(0.1 * reach, reach, 3)),
