@@ -2,13 +2,12 @@
 
 #include <cmath>
 
+#include "base/pi.h"
 #include "base/report.h"
 
 namespace vex {
 
 namespace {
-
-constexpr float pi = 3.1415926536f;
 
 void requirePosition(const Animation& track) {
   if (track.type != TrackType::position) fatalError("Viewer supports only position keys");

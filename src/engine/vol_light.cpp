@@ -4,17 +4,12 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/pi.h"
 #include "base/report.h"
 #include "engine/viewer.h"
 #include "textures/texture_cache.h"
 
 namespace vex {
-
-namespace {
-
-constexpr float pi = 3.1415927f;
-
-}  // namespace
 
 VolLight::VolLight(int samples) : size(std::clamp(samples, minDepthSize, maxDepthSize)) {
   kind = ObjectKind::volLight;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/pi.h"
 #include "base/report.h"
 #include "models/model_handlers.h"
 #include "models/model_reader.h"
@@ -263,7 +264,7 @@ void handleCameraFar() {
 
 void handleCameraFov() {
   const float radians = scanFloat();
-  const auto degrees = static_cast<float>(radians * 180.0 / 3.1415926536);
+  const auto degrees = static_cast<float>(radians * 180.0 / piToTenDecimals);
   trace("fov %.2f\n", degrees);
   writeLine(Command::cameraFov, radians);
   if (Viewer* viewer = currentViewer()) viewer->fov = degrees;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/pi.h"
 #include "models/model_handlers.h"
 #include "models/model_reader.h"
 #include "models/model_state.h"
@@ -13,14 +14,13 @@ namespace vex {
 
 namespace {
 
-constexpr double pi = 3.1415926536;
-constexpr double fullTurn = 6.2831853072;
+constexpr double fullTurn = 2 * piToTenDecimals;
 
 // Step by step, as the nearest float is stored after each full turn.
 float wrapAngle(float angle) {
   if (std::fabs(angle) > 100.0 * fullTurn) angle = static_cast<float>(std::fmod(angle, fullTurn));
-  while (angle > pi) angle = static_cast<float>(angle - fullTurn);
-  while (angle < -pi) angle = static_cast<float>(angle + fullTurn);
+  while (angle > piToTenDecimals) angle = static_cast<float>(angle - fullTurn);
+  while (angle < -piToTenDecimals) angle = static_cast<float>(angle + fullTurn);
   return angle;
 }
 
@@ -118,7 +118,8 @@ void handleRotationKey() {
   const Vector axis = scannedPoint(v);
   const float angle = readingText() ? wrapAngle(v[3]) : v[3];
   const int frame = tick / modelState.ticksPerFrame;
-  trace("key frame %d axis %.2f %.2f %.2f angle %.2f\n", frame, axis.x, axis.y, axis.z, angle * 180.0 / pi);
+  trace("key frame %d axis %.2f %.2f %.2f angle %.2f\n", frame, axis.x, axis.y, axis.z,
+        angle * 180.0 / piToTenDecimals);
   writeLine(Command::controlRotSample, tick, axis.x, axis.y, axis.z, angle);
   storeKey(frame, axis, angle);
 }

@@ -13,6 +13,7 @@
 
 #include "base/clock.h"
 #include "base/files.h"
+#include "base/pi.h"
 #include "base/random.h"
 #include "base/report.h"
 #include "base/window_size.h"
@@ -26,8 +27,6 @@
 namespace vex {
 
 namespace {
-
-constexpr float pi = 3.1415926536f;
 
 template <std::size_t size>
 void copyName(char (&to)[size], const char* from) {

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "base/pi.h"
 #include "base/report.h"
 #include "engine/spline.h"
 
@@ -22,8 +23,8 @@ float evaluateLinear(const Parameter& parameter, float p) {
 }
 
 float evaluateSine(const Parameter& parameter, float p) {
-  constexpr double pi = 3.1415926536;  // these ten decimals, not the full constant
-  return static_cast<float>(std::sin(p * 2.0 * pi * parameter.sinPeriod + parameter.sinPhase / 180.0 * pi) *
+  return static_cast<float>(std::sin(p * 2.0 * piToTenDecimals * parameter.sinPeriod +
+                                     parameter.sinPhase / 180.0 * piToTenDecimals) *
                                 parameter.sinAmplitude +
                             parameter.sinOffset);
 }
