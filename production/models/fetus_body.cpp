@@ -4,10 +4,10 @@
 #include "production/geometry/forms.h"
 #include "production/geometry/isosurface.h"
 #include "production/geometry/mapping.h"
+#include "production/geometry/simplify.h"
 #include "production/image/noise3.h"
 #include "production/models/fetus_being.h"
 #include "production/models/fetus_parts.h"
-#include "production/models/simplify.h"
 #include "production/textures/palette.h"
 
 // The being as distances: a great head bent over a curled spine, limbs drawn up before the belly.

@@ -4,9 +4,9 @@
 #include "production/geometry/forms.h"
 #include "production/geometry/isosurface.h"
 #include "production/geometry/mapping.h"
+#include "production/geometry/simplify.h"
 #include "production/models/fetus_being.h"
 #include "production/models/fetus_parts.h"
-#include "production/models/simplify.h"
 #include "production/textures/palette.h"
 
 // What shows through the being when its skin is glass: a skeleton, lids that hold the eyes, the cord.

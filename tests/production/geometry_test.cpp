@@ -6,6 +6,7 @@
 #include "production/geometry/forms.h"
 #include "production/geometry/isosurface.h"
 #include "production/geometry/mapping.h"
+#include "production/geometry/simplify.h"
 #include "production/image/noise3.h"
 
 // Surfaces against closed formulas: volumes, areas, Euler's characteristic, mapping.
@@ -174,6 +175,36 @@ TEST(Geometry, SubdivisionAndSmoothingRoundWithoutTearing) {
 }
 
 // No triangle may span more than a fair share of the picture, which is what a triangle across a seam does.
+TEST(Geometry, SimplifyingKeepsFormAndBordersAndSpendsTrianglesWhereTheyCount) {
+  const Surface whole = welded(geodesic(2, 5), 1e-4f);
+  const Surface ball = simplified(whole, 600);
+  EXPECT_LE(ball.triangles.size(), 600u);
+  EXPECT_GT(ball.triangles.size(), 560u);
+  EXPECT_EQ(topologyOf(ball).openEdges, 0);
+  EXPECT_EQ(topologyOf(ball).wrongEdges, 0);
+  EXPECT_EQ(topologyOf(ball).euler(), 2);
+  EXPECT_NEAR(volumeOf(ball), volumeOf(whole), 0.03f * volumeOf(whole));
+  for (const Vector& point : ball.points) EXPECT_NEAR(point.length(), 2, 0.04f);
+
+  const Surface ring = simplified(welded(torus(3, 0.3f, 48, 6), 1e-4f), 60);
+  EXPECT_EQ(topologyOf(ring).wrongEdges, 0);
+  EXPECT_EQ(topologyOf(ring).euler(), 0);
+
+  const auto above = [](const Surface& surface) {
+    return std::count_if(surface.points.begin(), surface.points.end(),
+                         [](const Vector& p) { return p.y > 0; });
+  };
+  const Surface heavy = simplified(whole, 600, [](const Vector& p) { return p.y > 0 ? 100.0f : 1.0f; });
+  EXPECT_GT(above(heavy), 2 * (static_cast<int>(heavy.points.size()) - above(heavy)));
+
+  const Surface half = selected(whole, [&](const Triangle& triangle) {
+    return std::all_of(triangle.points.begin(), triangle.points.end(),
+                       [&](int k) { return whole.points[static_cast<std::size_t>(k)].y > -0.01f; });
+  });
+  EXPECT_EQ(topologyOf(simplified(half, 400)).openEdges, topologyOf(half).openEdges);
+  EXPECT_EQ(topologyOf(simplified(half, 400)).euler(), topologyOf(half).euler());
+}
+
 TEST(Geometry, MappingHasNoTrianglesAcrossItsSeams) {
   const struct {
     const char* what;

@@ -1,4 +1,4 @@
-#include "production/models/simplify.h"
+#include "production/geometry/simplify.h"
 
 #include <algorithm>
 #include <array>
