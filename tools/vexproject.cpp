@@ -98,9 +98,7 @@ void loadAsThePlayer(const std::string& bytes, const char* name) {
 void dump(const char* name) {
   const std::string bytes = readFile(name);
   loadAsThePlayer(bytes, name);
-  const vex::DecodedProject decoded = vex::decodeProject(bytes, name);
-  if (!decoded.failure.empty()) vex::fatalError("%s", decoded.failure.c_str());
-  printOut(vex::writeProjectText(decoded.project));
+  printOut(vex::writeProjectText(vex::decodeProject(bytes, name).project));
 }
 
 // A project in either form, and what is wrong with it by itself.

@@ -57,6 +57,8 @@ inline void writeValue(const char* value) {
 // A command and its values, in the order of the table, while the stream is written.
 template <typename... Values>
 void writeLine(Command code, Values... values) {
+  static_assert(((std::is_same_v<Values, int> || std::is_same_v<Values, float> ||
+                  std::is_same_v<Values, const char*>)&&...));
   constexpr char kinds[] = {(std::is_same_v<Values, int>     ? 'i'
                              : std::is_same_v<Values, float> ? 'f'
                                                              : 's')...,

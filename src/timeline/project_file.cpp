@@ -1,5 +1,4 @@
 #include <cstdio>
-#include <cstring>
 #include <vector>
 
 #include "base/clock.h"
@@ -9,7 +8,7 @@
 #include "timeline/project_record.h"
 #include "timeline/project_rules.h"
 
-// The project file as the player takes it: its records piece by piece, with their names resolved.
+// The project file as the player takes it: field by field, with the names resolved.
 
 namespace vex {
 
@@ -27,122 +26,81 @@ struct FileSource final : ProjectSource {
 
 template <std::size_t size>
 void copyText(char (&target)[size], const std::string& text) {
-  std::snprintf(target, size, "%s", text.c_str());  // seen up to its first zero byte
-}
-
-// Of the show's own times, without which it would never end.
-void requireFinite(const char* file, const char* field, float value) {
-  if (const auto fault = findNumberFault(value)) fatalError("project %s: %s %s", file, field, fault->c_str());
-}
-
-void logParameter(const Parameter& parameter) {
-  logPrintf("      parameter\n");
-  logPrintf("        name %s\n", parameter.name);
-  logPrintf("        type %d\n", parameter.type);
-  logPrintf("        const %f\n", parameter.constant);
-  logPrintf("        sin period %f\n", parameter.sinPeriod);
-  logPrintf("        sin amplitude %f\n", parameter.sinAmplitude);
-  logPrintf("        sin offset %f\n", parameter.sinOffset);
-  logPrintf("        sin phase %f\n", parameter.sinPhase);
-  logPrintf("        %d dots\n", parameter.dotCount);
-  for (int i = 0; i < parameter.dotCount; ++i) {
-    logPrintf("          %f %f\n", parameter.dotX[static_cast<std::size_t>(i)],
-              parameter.dotY[static_cast<std::size_t>(i)]);
-  }
-  logPrintf("        min %f\n", parameter.min);
-  logPrintf("        max %f\n", parameter.max);
-  logPrintf("        string %s\n", parameter.string);
-}
-
-void logPart(const Part& part) {
-  logPrintf("    name %s\n", part.name);
-  logPrintf("    pos %f\n", part.pos);
-  logPrintf("    start %f\n", part.start);
-  logPrintf("    length %f\n", part.length);
-  logPrintf("    track %d\n", part.track);
-  logPrintf("    speed %f\n", part.speed);
+  std::snprintf(target, size, "%s", text.c_str());
 }
 
 class Loader final : public ProjectListener {
  public:
   Loader(PartDispatcher& target, const char* name) : dispatcher(target), fileName(name) {}
 
-  void take(ProjectHead head, int partCount) override {
-    logPrintf("start reading %s\n", fileName);
-    logPrintf("executable file name %s\n", head.executable.c_str());
-    logPrintf("start time %f\n", head.startTime);
-    dispatcher.startTime = static_cast<float>(head.startTime);
-    requireFinite(fileName, "start time", dispatcher.startTime);
-    clockSetStartTime(dispatcher.startTime);
-    logPrintf("functions file name %s\n", head.functionsFile.c_str());
-    logPrintf("left time %f\n", head.leftTime);
-    logPrintf("total time %f\n", head.totalTime);
-    dispatcher.totalTime = static_cast<float>(head.totalTime);
-    requireFinite(fileName, "total time", dispatcher.totalTime);
-    logPrintf("zoom factor %f\n", head.zoom);
-    takeMusic(head.music);
-    logPrintf("ignored fields successfully read\n");
-    logPrintf("reading %zu ticks\n", head.ticks.size());
-    for (const double tick : head.ticks) logPrintf("   %f\n", tick);
-    logPrintf("ticks successfully read\n");
-    dispatcher.parts.allocate(partCount);
-    logPrintf("reading %d parts\n", partCount);
-  }
+  void refuse(const std::string& text) override { fatalError("%s", text.c_str()); }
 
-  void take(ProjectPart record) override {
+  void startTime(float time) override {
+    dispatcher.startTime = time;
+    requireFinite("start time", time);
+    clockSetStartTime(time);
+  }
+  void totalTime(float time) override {
+    dispatcher.totalTime = time;
+    requireFinite("total time", time);
+  }
+  void music(const std::string& name) override {
+    copyText(dispatcher.musicName, name);
+    if (dispatcher.openMusic) dispatcher.openMusic(dispatcher.musicName);
+  }
+  void parts(int count) override { dispatcher.parts.allocate(count); }
+
+  void beginPart() override {
     if (!dispatcher.parts) fatalError("parts==NULL in PartDispatcher. This can't be happening!");
-    auto* part = new Part;
-    dispatcher.parts[partsTaken++] = part;
-    copyText(part->name, record.name);
+    part = new Part;
+    dispatcher.parts[partsBegun++] = part;
+    callsBegun = 0;
+  }
+  void calls(const ProjectPart& record, int count) override {
+    copyText(part->name, playedText(record.name));
     part->pos = static_cast<float>(record.pos);
     part->start = static_cast<float>(record.start);
     part->length = static_cast<float>(record.length);
     part->track = record.track;
     part->speed = static_cast<float>(record.speed);
-    logPrintf("  Part %d\n  =======\n", partsTaken);
-    logPart(*part);
-    part->calls.allocate(static_cast<int>(record.calls.size()));
-    for (std::size_t i = 0; i < record.calls.size(); ++i)
-      part->calls[static_cast<int>(i)] = takeCall(*part, record.calls[i]);
+    part->calls.allocate(count);
+  }
+
+  void scene(const std::string& name) override {
+    call = new FunctionCall;
+    part->calls[callsBegun++] = call;
+    call->part = part;
+    parametersTaken = 0;
+    if (dispatcher.names == ProjectNames::resolved) call->scene = dispatcher.findScene(name.c_str());
+  }
+  void function(const std::string& name) override {
+    copyText(call->name, name);
+    if (call->scene) call->function = dispatcher.getFunctionByName(call->scene, call->name);
+  }
+  void parameters(int count) override { call->parameters.allocate(count); }
+
+  void parameter(const ProjectParameter& record) override {
+    auto* parameter = new Parameter;
+    call->parameters[parametersTaken++] = parameter;
+    fillPlayed(*parameter, record);
+    if (lacksValue(*parameter)) {
+      fatalError("project %s: part %s: curve of %s.%s has no dots", fileName, part->name, call->name,
+                 parameter->name);
+    }
   }
 
  private:
-  void takeMusic(const std::string& name) {
-    copyText(dispatcher.musicName, playedText(name));
-    if (std::strlen(dispatcher.musicName) < 2) {
-      dispatcher.musicName[0] = '\0';
-      logPrintf("no sound file defined\n");
-      return;
-    }
-    logPrintf("sound file name %s\n", dispatcher.musicName);
-    if (dispatcher.openMusic) dispatcher.openMusic(dispatcher.musicName);
-  }
-
-  FunctionCall* takeCall(const Part& part, const ProjectCall& record) {
-    auto* call = new FunctionCall;
-    call->part = &part;
-    copyText(call->name, record.function);
-    if (dispatcher.names == ProjectNames::resolved) {
-      call->scene = dispatcher.findScene(record.scene.c_str());
-      call->function = dispatcher.getFunctionByName(call->scene, call->name);
-    }
-    call->parameters.allocate(static_cast<int>(record.parameters.size()));
-    for (std::size_t i = 0; i < record.parameters.size(); ++i) {
-      auto* parameter = new Parameter;
-      call->parameters[static_cast<int>(i)] = parameter;
-      fillPlayed(*parameter, record.parameters[i]);
-      logParameter(*parameter);
-      if (lacksValue(*parameter)) {
-        fatalError("project %s: part %s: curve of %s.%s has no dots", fileName, part.name, call->name,
-                   parameter->name);
-      }
-    }
-    return call;
+  // Of the show's own times, without which it would never end.
+  void requireFinite(const char* field, float value) {
+    if (const auto fault = findNumberFault(value))
+      fatalError("project %s: %s %s", fileName, field, fault->c_str());
   }
 
   PartDispatcher& dispatcher;
   const char* fileName;
-  int partsTaken = 0;
+  Part* part = nullptr;          // that is being read
+  FunctionCall* call = nullptr;  // likewise
+  int partsBegun = 0, callsBegun = 0, parametersTaken = 0;
 };
 
 void checkActiveParts(const OwnedArray<Part>& parts, const char* fileName) {
@@ -159,19 +117,20 @@ void checkActiveParts(const OwnedArray<Part>& parts, const char* fileName) {
 
 void PartDispatcher::loadProject(const char* fileName) {
   loadingProgress("Loading project");
-  const int file = fileOpen(fileName, "rb");
-  if (file < 0) refuseUnreadable(fileName);
-  if (file < 0) fatalError("Project file %s not found!", fileName);
-  FileSource source(file);
+  projectFile = fileOpen(fileName, "rb");
+  if (projectFile < 0) refuseUnreadable(fileName);
+  if (projectFile < 0) fatalError("Project file %s not found!", fileName);
+  FileSource source(projectFile);
   readProject(source, fileName);
-  fileClose(file);
+  fileClose(projectFile);
+  projectFile = -1;
   logPrintf("project file successfully parsed\n");
 }
 
 void PartDispatcher::readProject(ProjectSource& source, const char* fileName) {
+  musicName[0] = '\0';
   Loader loader(*this, fileName);
-  if (const std::string failure = decodeProject(source, fileName, loader); !failure.empty())
-    fatalError("%s", failure.c_str());
+  decodeProject(source, fileName, loader);
   checkActiveParts(parts, fileName);
 }
 

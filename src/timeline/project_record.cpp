@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdarg>
-#include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 #include "base/little_endian.h"
@@ -15,33 +14,27 @@ namespace vex {
 
 namespace {
 
-struct DecodingFailure {
-  std::string text;
-};
-
-[[noreturn, gnu::format(printf, 1, 2)]] void fail(const char* format, ...) {
-  char text[messageSize];
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
-  va_end(arguments);
-  throw DecodingFailure{text};
-}
-
+// Reads field after field; each goes to the log and, where somebody waits for it, to the listener before the
+// next is read.
 struct Decoder {
   ProjectSource& source;
   const char* file;
+  ProjectListener& listener;
   std::string place;  // what refused fields belong to: "part intro: "
   std::string owner;  // and the call or parameter: " of animate.red"
 
+  [[noreturn]] void fail(const std::string& text) {
+    listener.refuse(text);
+    std::abort();
+  }
   [[noreturn]] void refuse(const char* field, const std::string& complaint) {
-    fail("project %s: %s%s%s %s", file, place.c_str(), field, owner.c_str(), complaint.c_str());
+    fail(formatted("project %s: %s%s%s %s", file, place.c_str(), field, owner.c_str(), complaint.c_str()));
   }
 
   template <std::size_t size>
   std::uint64_t bits(const char* complaint) {
     std::uint8_t bytes[size];
-    if (!source.read(bytes)) fail("%s", complaint);
+    if (!source.read(bytes)) fail(complaint);
     return littleEndian(bytes);
   }
   double real() { return std::bit_cast<double>(bits<8>("double != 8 bytes (0 read)\n")); }
@@ -71,34 +64,57 @@ struct Decoder {
     if (text.size() - returns > maxProjectName) refuse(field, "is longer than 126 characters");
     return text;
   }
+  // Also to the log, behind the label.
+  std::string loggedText(const char* field, const char* label) {
+    std::string read = text(field);
+    logPrintf("%s %s\n", label, playedText(read).c_str());
+    return read;
+  }
+  double loggedReal(const char* label) {
+    const double value = real();
+    logPrintf("%s %f\n", label, value);
+    return value;
+  }
+  // The player holds a float.
+  double loggedFloat(const char* label) {
+    const double value = real();
+    logPrintf("%s %f\n", label, static_cast<double>(static_cast<float>(value)));
+    return value;
+  }
 };
 
 ProjectParameter decodeParameter(Decoder& in, const std::string& function) {
   ProjectParameter parameter;
+  logPrintf("      parameter\n");
   in.owner = " of " + function + ".";
-  parameter.name = in.text("name");
+  parameter.name = in.loggedText("name", "        name");
   const std::string name = playedText(parameter.name);
   in.owner += name;
   parameter.type = static_cast<std::int8_t>(in.byte());
+  logPrintf("        type %d\n", parameter.type);
   if (parameter.type < PARAM_CONST || parameter.type > PARAM_STRING) {
-    fail("unknown parameter type at %s.%s", function.c_str(), name.c_str());
+    in.fail(formatted("unknown parameter type at %s.%s", function.c_str(), name.c_str()));
   }
-  parameter.constant = in.real();
-  parameter.sinPeriod = in.real();
-  parameter.sinAmplitude = in.real();
-  parameter.sinOffset = in.real();
-  parameter.sinPhase = in.real();
+  parameter.constant = in.loggedFloat("        const");
+  parameter.sinPeriod = in.loggedFloat("        sin period");
+  parameter.sinAmplitude = in.loggedFloat("        sin amplitude");
+  parameter.sinOffset = in.loggedFloat("        sin offset");
+  parameter.sinPhase = in.loggedFloat("        sin phase");
   parameter.dots.resize(static_cast<std::size_t>(in.byte()));
+  logPrintf("        %zu dots\n", parameter.dots.size());
   for (ProjectDot& dot : parameter.dots) {
     dot.x = in.real();
     dot.y = in.real();
+    logPrintf("          %f %f\n", static_cast<double>(static_cast<float>(dot.x)),
+              static_cast<double>(static_cast<float>(dot.y)));
   }
-  parameter.min = in.real();
-  parameter.max = in.real();
+  parameter.min = in.loggedFloat("        min");
+  parameter.max = in.loggedFloat("        max");
   parameter.string = in.text("string");
   if (withoutCarriageReturns(parameter.string).size() > maxProjectString) {
     in.refuse("string", "is longer than 31 characters");
   }
+  logPrintf("        string %s\n", playedText(parameter.string).c_str());
   return parameter;
 }
 
@@ -106,15 +122,21 @@ ProjectCall decodeCall(Decoder& in) {
   ProjectCall call;
   in.owner.clear();
   call.scene = in.text("scene name");
+  in.listener.scene(playedText(call.scene));
   call.function = in.text("function name");
   const std::string function = playedText(call.function);
+  in.listener.function(function);
   const int count = in.byte();
   if (count > maxArguments) {
     in.owner = " of " + function;
     in.refuse("parameter count",
               "is " + std::to_string(count) + ", at most " + std::to_string(maxArguments) + " are possible");
   }
-  for (int i = 0; i < count; ++i) call.parameters.push_back(decodeParameter(in, function));
+  in.listener.parameters(count);
+  for (int i = 0; i < count; ++i) {
+    call.parameters.push_back(decodeParameter(in, function));
+    in.listener.parameter(call.parameters.back());
+  }
   return call;
 }
 
@@ -122,49 +144,65 @@ ProjectPart decodePart(Decoder& in) {
   ProjectPart part;
   in.owner.clear();
   in.place = "part : ";
-  part.name = in.text("name");
+  part.name = in.loggedText("name", "    name");
   in.place = "part " + playedText(part.name) + ": ";
   part.editorNumber = in.integer();
-  part.pos = in.real();
-  part.start = in.real();
-  part.length = in.real();
+  part.pos = in.loggedFloat("    pos");
+  part.start = in.loggedFloat("    start");
+  part.length = in.loggedFloat("    length");
   part.track = static_cast<std::int8_t>(in.byte());
+  logPrintf("    track %d\n", part.track);
   part.editorFlag = in.flag();
-  if (!in.flag()) fail("inactive part found");
-  part.speed = in.real();
+  if (!in.flag()) in.fail("inactive part found");
+  part.speed = in.loggedFloat("    speed");
   const int count = in.byte();
+  in.listener.calls(part, count);
   for (int i = 0; i < count; ++i) part.calls.push_back(decodeCall(in));
   return part;
 }
 
-void decode(Decoder in, ProjectListener& listener) {
+ProjectHead decodeHead(Decoder& in) {
   ProjectHead head;
   head.version = in.line();
   if (withoutCarriageReturns(head.version) != projectVersion) {
-    fail("Wrong file version. Must be %s\n", projectVersion.data());
+    in.fail(formatted("Wrong file version. Must be %s\n", projectVersion.data()));
   }
-  head.executable = in.text("executable file name");
-  head.startTime = in.real();
-  head.functionsFile = in.text("functions file name");
-  head.leftTime = in.real();
-  head.totalTime = in.real();
-  head.zoom = in.real();
+  logPrintf("start reading %s\n", in.file);
+  head.executable = in.loggedText("executable file name", "executable file name");
+  head.startTime = in.loggedReal("start time");
+  in.listener.startTime(static_cast<float>(head.startTime));
+  head.functionsFile = in.loggedText("functions file name", "functions file name");
+  head.leftTime = in.loggedReal("left time");
+  head.totalTime = in.loggedReal("total time");
+  in.listener.totalTime(static_cast<float>(head.totalTime));
+  head.zoom = in.loggedReal("zoom factor");
   head.music = in.text("sound file name");
+  if (const std::string music = playedText(head.music); music.size() >= 2) {
+    logPrintf("sound file name %s\n", music.c_str());
+    in.listener.music(music);
+  } else {
+    logPrintf("no sound file defined\n");
+  }
+  logPrintf("ignored fields successfully read\n");
   const int tickCount = in.integer();
-  if (tickCount < 0) fail("project %s: tick count %d is below 0", in.file, tickCount);
+  logPrintf("reading %d ticks\n", tickCount);
+  if (tickCount < 0) in.fail(formatted("project %s: tick count %d is below 0", in.file, tickCount));
   // Grows with what is there, so that a count that lies only meets the end of the file.
-  for (int i = 0; i < tickCount; ++i) head.ticks.push_back(in.real());
-  const int partCount = in.integer();
-  if (partCount >= maxParts) fail("pCount exceeds maximum of %d in PartDispatcher!", maxParts);
-  if (partCount < 0) fail("project %s: part count %d is below 0", in.file, partCount);
-  listener.take(std::move(head), partCount);
-  for (int i = 0; i < partCount; ++i) listener.take(decodePart(in));
+  for (int i = 0; i < tickCount; ++i) head.ticks.push_back(in.loggedReal("  "));
+  logPrintf("ticks successfully read\n");
+  return head;
 }
 
+struct DecodingFailure {
+  std::string text;
+};
+
+// Keeps the record; the first refusal ends the reading.
 struct Collector final : ProjectListener {
   Project project;
 
-  void take(ProjectHead head, int) override { static_cast<ProjectHead&>(project) = std::move(head); }
+  void refuse(const std::string& text) override { throw DecodingFailure{text}; }
+  void take(ProjectHead head) override { static_cast<ProjectHead&>(project) = std::move(head); }
   void take(ProjectPart part) override { project.parts.push_back(std::move(part)); }
 };
 
@@ -264,20 +302,31 @@ bool MemorySource::read(std::span<std::uint8_t> target) {
   return true;
 }
 
-std::string decodeProject(ProjectSource& source, const char* name, ProjectListener& listener) {
-  try {
-    decode({.source = source, .file = name, .place = "", .owner = ""}, listener);
-  } catch (const DecodingFailure& failure) {
-    return failure.text;
+void decodeProject(ProjectSource& source, const char* name, ProjectListener& listener) {
+  Decoder in{.source = source, .file = name, .listener = listener, .place = "", .owner = ""};
+  listener.take(decodeHead(in));
+  const int partCount = in.integer();
+  if (partCount >= maxParts) {
+    listener.refuse(formatted("pCount exceeds maximum of %d in PartDispatcher!", maxParts));
   }
-  return "";
+  if (partCount < 0) listener.refuse(formatted("project %s: part count %d is below 0", name, partCount));
+  listener.parts(partCount);
+  logPrintf("reading %d parts\n", partCount);
+  for (int i = 0; i < partCount; ++i) {
+    logPrintf("  Part %d\n  =======\n", i + 1);
+    listener.beginPart();
+    listener.take(decodePart(in));
+  }
 }
 
 DecodedProject decodeProject(std::string_view bytes, const char* name) {
   MemorySource source(bytes);
   Collector collector;
-  std::string failure = decodeProject(source, name, collector);
-  if (!failure.empty()) return {{}, std::move(failure)};
+  try {
+    decodeProject(source, name, collector);
+  } catch (const DecodingFailure& failure) {
+    return {{}, failure.text};
+  }
   collector.project.trailing = source.rest;
   return {std::move(collector.project), ""};
 }

@@ -129,24 +129,38 @@ struct MemorySource final : ProjectSource {
   bool read(std::span<std::uint8_t> target) override;
 };
 
-// Who takes the pieces of a record as they are read.
+// Who waits for fields as they are read: each is told before the next is read, right after its line in the
+// log. Texts are as the player sees them.
 struct ProjectListener {
-  virtual void take(ProjectHead head, int partCount) = 0;
-  virtual void take(ProjectPart part) = 0;
+  // What no project file can look like, in the player's last words: "double != 8 bytes (0 read)\n", "int != 4
+  // bytes (0 read)\n", "byte != 1 byte (0 read)\n", "char != 1 byte (0 read)\n" where a whole value is not
+  // there, "unknown boolean values\n" and so on. Does not return.
+  virtual void refuse(const std::string& text) = 0;
+
+  virtual void startTime(float) {}
+  virtual void totalTime(float) {}
+  virtual void music(const std::string&) {}  // not without one
+  virtual void take(ProjectHead) {}          // whole
+  virtual void parts(int) {}                 // their number
+  virtual void beginPart() {}
+  virtual void calls(const ProjectPart&, int) {}  // the part without calls, and their number
+  virtual void scene(const std::string&) {}       // a call begins
+  virtual void function(const std::string&) {}
+  virtual void parameters(int) {}  // their number
+  virtual void parameter(const ProjectParameter&) {}
+  virtual void take(ProjectPart) {}  // whole
 
  protected:
   ~ProjectListener() = default;
 };
 
-// Judges what the format forbids, not what the rules of project_rules.h do. `name` stands in messages.
-// Returns the player's last words about what no project file can look like: "double != 8 bytes (0 read)\n",
-// "int != 4 bytes (0 read)\n", "byte != 1 byte (0 read)\n", "char != 1 byte (0 read)\n" where a whole value
-// is not there, "unknown boolean values\n" and so on; empty when all was read.
-std::string decodeProject(ProjectSource& source, const char* name, ProjectListener& listener);
+// Reads a project and logs what it reads. Judges what the format forbids, not what the rules of
+// project_rules.h do. `name` stands in messages.
+void decodeProject(ProjectSource& source, const char* name, ProjectListener& listener);
 
 struct DecodedProject {
   Project project;
-  std::string failure;  // as above
+  std::string failure;  // as ProjectListener::refuse; empty when all was read
 };
 DecodedProject decodeProject(std::string_view bytes, const char* name);
 

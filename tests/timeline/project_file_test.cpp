@@ -307,6 +307,59 @@ TEST(LoadProject, RefusesTimesOfTheShowThatAreNone) {
   });
 }
 
+// Each field is logged, and each name resolved, before the next is read: the first fault is the one that is
+// told, and the log ends with what came before it.
+TEST(LoadProject, TellsTheFirstFaultAndLogsAllBeforeIt) {
+  const auto badLater = [](ProjectData& p) { p.parts[1].active = 0; };
+  const struct {
+    std::function<void(ProjectData&)> change;
+    std::string text, logged;
+  } rows[] = {
+      {[](auto& p) { p.startTime = nan, p.tickCount = -7; },
+       "project test.hvp: start time is nan, not a usable number", "start time nan\n"},
+      {[](auto& p) { p.tickCount = -7; }, "project test.hvp: tick count -7 is below 0", "reading -7 ticks\n"},
+      {[](auto& p) { p.partCount = 1000; }, "pCount exceeds maximum of 1000 in PartDispatcher!",
+       "ticks successfully read\n"},
+      {[](auto& p) { part(p).active = 0; }, "inactive part found", "    track -3\n"},
+      {[](auto& p) { call(p).scene = "other", call(p).function = std::string(127, 'f'); },
+       "Scene other not found", "    speed -0.500000\n"},
+      {[](auto& p) { call(p).function = "other", curve(p).type = 5; }, "function other not found",
+       "    speed -0.500000\n"},
+      {[](auto& p) { curve(p).type = 5; }, "unknown parameter type at setColour.red", "        type 5\n"},
+      {[](auto& p) { curve(p).type = 1, curve(p).dots.clear(), part(p).calls[1].scene = "other"; },
+       "project test.hvp: part intro: curve of setColour.red has no dots", "        string \n"},
+      {badLater, "inactive part found", "    track 0\n"},
+  };
+  for (const auto& row : rows) {
+    ProjectData project = small;
+    row.change(project);
+    const std::string bytes = buildProject(project).bytes;
+    const TemporaryFolder folder;
+    writeFile("test.hvp", bytes);
+    EXPECT_EQ(fatalText([] { Loaded(); }), row.text);
+    const std::string log = logText([&] {
+      writeFile("test.hvp", bytes);
+      Loaded();
+    });
+    EXPECT_TRUE(log.ends_with(row.logged)) << row.text << ": " << log;
+  }
+}
+
+TEST(LoadProject, OpensTheMusicBeforeItReadsOn) {
+  const TemporaryFolder folder;
+  ProjectData project = small;
+  project.music = "data\\music.ogg";
+  project.tickCount = -7;
+  writeFile("test.hvp", buildProject(project).bytes);
+  const ChildResult result = runInChild([] {
+    PartDispatcher dispatcher;
+    dispatcher.names = ProjectNames::taken;
+    dispatcher.openMusic = [](const char* name) { std::fprintf(stderr, "opens %s\n", name); };
+    dispatcher.loadProject("test.hvp");
+  });
+  EXPECT_TRUE(result.errorText.starts_with("opens data\\music.ogg\n")) << result.errorText;
+}
+
 TEST(LoadProject, TakesOddCurvesAndTheShowEndsWhereOneHasNoValue) {
   const auto dots = [](int type, std::vector<std::pair<double, double>> places) {
     return [type, places](ProjectData& p) { curve(p).type = type, curve(p).dots = places; };
