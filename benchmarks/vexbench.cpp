@@ -81,6 +81,7 @@ void print(const std::vector<Result>& results) {
                 result.figure.unit.c_str(), limit, result.figure.peer.c_str(),
                 result.holds() ? "" : "   DOES NOT HOLD");
   }
+  std::fflush(stdout);  // before what libraries say at the end
 }
 
 bool writeJson(const std::vector<Result>& results, const char* path) {
