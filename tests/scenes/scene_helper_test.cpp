@@ -39,7 +39,8 @@ struct Call {
     for (const FunctionRow& row : sceneHelper.functions) {
       if (row.name != function) continue;
       EXPECT_EQ(row.parameters.size(), slot) << function;
-      row.function(nullptr, time, slots.data());
+      Scene scene;
+      row.function(&scene, time, slots.data());
       return;
     }
     ADD_FAILURE() << function;
