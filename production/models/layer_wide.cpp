@@ -144,7 +144,7 @@ Canvas strandPicture(const Settings& settings) {
     const float pulse = 0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61);
     if (letter) return gradient(boneRamp, 1.5f * across * smoothStep(0.08f, 0.16f, std::min(v, 1 - v)));
     const float ends = smoothStep(0.01f, 0.2f, v) * smoothStep(0.99f, 0.8f, v);
-    return gradient(boneRamp, 0.75f * across * ends * (0.55f + 0.45f * pulse));
+    return gradient(boneRamp, 0.4f * across * ends * (0.55f + 0.45f * pulse));
   });
 }
 

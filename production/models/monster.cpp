@@ -73,6 +73,14 @@ StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vecto
   return cameraThrough({.name = name, .fieldDegrees = fieldDegrees, .far = 2500}, shotSeconds, eye, target);
 }
 
+// A short shot on an accent, entered at this time: a blow, then it drifts.
+constexpr float struckFrom = 10.2f, struckSeconds = 2;
+StageCamera struck(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
+                   const std::vector<Vector>& target) {
+  return cameraDuring({.name = name, .fieldDegrees = fieldDegrees, .far = 2500}, shotSeconds, struckFrom,
+                      struckSeconds, eye, target);
+}
+
 std::vector<StageCamera> cameras() {
   return {
       // Down the hangar, low, through its arches.
@@ -109,6 +117,18 @@ std::vector<StageCamera> cameras() {
       camera("gaze", 44,
              {Vector(34, 132, 132), Vector(14, 130, 128), Vector(-14, 129, 124), Vector(-34, 131, 118)},
              {Vector(3, 124, 76), Vector(1, 125, 76), Vector(-1, 125, 76), Vector(-3, 124, 76)}),
+      // Out of the crown, as its head turns up.
+      struck("above", 70, {Vector(70, 150, 150), Vector(104, 186, 196), Vector(116, 204, 214)},
+             {Vector(40, 100, 10), Vector(50, 96, -20), Vector(52, 94, -24)}),
+      // The four strokes: it stands right and left by turns, and beside it is dark.
+      struck("stroke_far", 64, {Vector(62, 56, 320), Vector(54, 60, 280), Vector(52, 62, 270)},
+             {Vector(-86, 88, 0), Vector(-84, 90, 0), Vector(-84, 90, 0)}),
+      struck("stroke_low", 66, {Vector(-84, 24, 256), Vector(-64, 26, 232), Vector(-62, 26, 230)},
+             {Vector(80, 112, 0), Vector(76, 114, 0), Vector(76, 114, 0)}),
+      struck("stroke_high", 66, {Vector(-70, 236, 150), Vector(-62, 222, 170), Vector(-60, 220, 173)},
+             {Vector(-62, 84, 0), Vector(-58, 84, -10), Vector(-57, 84, -11)}),
+      struck("stroke_face", 60, {Vector(-30, 122, 236), Vector(-24, 121, 204), Vector(-20, 120, 196)},
+             {Vector(56, 106, 50), Vector(50, 106, 50), Vector(48, 106, 50)}),
   };
 }
 
@@ -146,8 +166,8 @@ std::vector<StageMaterial> materials() {
       {.name = "chrome",
        .texture = "chrome",
        .environment = true,
-       .diffuse = {0.75f, 0.75f, 0.75f},
-       .ambient = {0.30f, 0.31f, 0.34f},
+       .diffuse = {0.4f, 0.4f, 0.4f},
+       .ambient = {0.60f, 0.61f, 0.64f},
        .shine = 0.9f,
        .shineStrength = 1},
       {.name = "limb",
@@ -157,6 +177,12 @@ std::vector<StageMaterial> materials() {
        .ambient = {0.30f, 0.31f, 0.34f},
        .shine = 0.9f,
        .shineStrength = 1},
+      {.name = "shell",
+       .texture = "chrome",
+       .environment = true,
+       .diffuse = {0.18f, 0.18f, 0.18f},
+       .ambient = {0.8f, 0.8f, 0.84f},
+       .shine = 0},
       {.name = "mirror",
        .texture = "chrome",
        .environment = true,
@@ -292,9 +318,9 @@ Model monsterModel(const Settings& settings) {
                             .material = "iron"});
   stage.meshes.push_back({.name = "ring", .surface = partOf(iron, plinth), .material = "iron"});
   stage.meshes.push_back({.name = "hoses", .surface = partOf(iron, cables), .material = "iron"});
-  // Only the head, which cameras come near to, mirrors sharply.
+  // The back takes no light of lamps, so that above its plates stands the night with their reflections.
   for (const Piece& piece : body)
-    stage.meshes.push_back(meshOf(piece, piece.name == "head" ? "chrome" : "limb"));
+    stage.meshes.push_back(meshOf(piece, piece.name == "head" ? "chrome" : "shell"));
   Piece eyes = eyePiece(), glow = glowPiece();
   eyes.surface = mappedTo(eyePart, eyes.surface);
   glow.surface = mappedWithin(glowPart, glow.surface);

@@ -42,13 +42,7 @@ float trunkDistance(const Vector& p) {
   const float ring = std::sin((q.z + 0.45f * q.y) * 1.1f);
   neck -= 0.9f * ring * ring * smoothStep(18, 26, q.z);
   d = smoothJoin(d, neck, 4);
-  for (int i = 0; i < 5; ++i) {
-    const auto k = static_cast<float>(i);
-    const float z = 17 - 9.5f * k;
-    d = smoothJoin(
-        d, taper(q, Vector(0, 106, z), Vector(0, 123 - 1.5f * std::fabs(k - 1.5f), z - 9), 3.4f, 0.7f), 3.5f);
-  }
-  return d;
+  return d - 2.8f * plates((23 - q.z - 0.2f * q.y) / 11) * smoothStep(99, 106, q.y) * smoothStep(28, 18, q.z);
 }
 
 float abdomenDistance(const Vector& p) {
@@ -171,7 +165,7 @@ Vector carriedByTrunk(const Vector& point, float seconds) {
 
 std::vector<Piece> bodyPieces(Fineness fineness) {
   Piece trunk{.name = "trunk",
-              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 5.0f, fineness),
+              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 4.5f, fineness),
               .pivot = trunkPivot};
   trunk.motion.positions = positionKeys(loopSeconds, 6, [](float t) { return trunkPlacement(t).origin; });
   trunk.motion.turns = turnKeys(loopSeconds, 6, trunkPlacement);

@@ -34,8 +34,8 @@ const Leg legs[] = {
      Vector(84, 0, -116)},
 };
 
-// Places along a leg, between its joints, and how thick it is there: a plate on the thigh, a ball for a knee,
-// two plates on the shin, a claw.
+// Places along a leg, between its joints, and how thick it is there: a plate on the thigh, two plates on the
+// shin, a claw. A thorn stands over the knee.
 struct Station {
   int section;  // from hip, shoulder, knee, ankle
   float along, radius;
@@ -68,7 +68,13 @@ Surface legSurface(const Leg& leg, Fineness fineness) {
   };
   const Surface limb = tube(path, full ? 12 : 5, radius, TubeEnd::point);
   if (!full) return withoutMapping(limb);
-  return withoutMapping(joined({limb, placed(sphere(7.6f, 12, 7), moved(leg.knee))}));
+  const Vector outwards = unit(leg.knee - mix(leg.shoulder, leg.shin, 0.5f));
+  const auto thorn = [](float t) { return 6.0f * std::sqrt(1 - t) * (1 - 0.55f * t); };
+  return withoutMapping(joined({limb, tube(smoothPath({leg.knee - outwards * 6, leg.knee + outwards * 2,
+                                                       leg.knee + outwards * 12 + Vector(2, 0, 0),
+                                                       leg.knee + outwards * 19 + Vector(7, -2, 0)},
+                                                      6),
+                                           8, thorn, TubeEnd::point)}));
 }
 
 Placement leaning(const Vector& from, const Vector& to) {
@@ -97,6 +103,7 @@ void addLegs(std::vector<Piece>& pieces, Fineness fineness) {
 struct ChainLink {
   Vector from, to;
   float root, tip, swell;
+  Vector bow{0, 0, 0};  // of its middle out of the straight
 };
 
 // `turn(link, t)` is each piece's own turn against the one before it; `joint` is the size of the balls
@@ -109,8 +116,10 @@ void addChain(std::vector<Piece>& pieces, const std::string& name, const std::st
     const ChainLink& link = links[static_cast<std::size_t>(i)];
     const bool last = i + 1 == static_cast<int>(links.size());
     std::vector<Vector> path;
-    for (int k = 0; k <= along; ++k)
-      path.push_back(mix(link.from, link.to, static_cast<float>(k) / static_cast<float>(along)));
+    for (int k = 0; k <= along; ++k) {
+      const float share = static_cast<float>(k) / static_cast<float>(along);
+      path.push_back(mix(link.from, link.to, share) + link.bow * std::sin(pi * share));
+    }
     Piece piece{.name = name + std::to_string(i + 1),
                 .parent = before,
                 .surface = withoutMapping(tube(
@@ -132,9 +141,9 @@ void addArms(std::vector<Piece>& pieces, Fineness fineness) {
     const float phase = side > 0 ? 0.0f : 0.37f;
     addChain(pieces, side > 0 ? "arm_l" : "arm_r", "trunk",
              {{there(12, 98, 25), there(45, 106, 50), 5.4f, 4.2f, 0.35f},
-              {there(45, 106, 50), there(42, 74, 86), 4.2f, 3.2f, 0.40f},
-              {there(42, 74, 86), there(16, 36, 100), 3.3f, 0.8f, 0.55f}},
-             full ? 10 : 4, full ? 7 : 3, full ? 0.95f : 0.0f, [side, phase](int link, float t) {
+              {there(45, 106, 50), there(42, 74, 86), 4.2f, 3.0f, 0.30f},
+              {there(42, 74, 86), there(16, 36, 100), 3.6f, 0.5f, 0.25f, there(9, 1, 6)}},
+             full ? 10 : 4, full ? 7 : 3, full ? 0.8f : 0.0f, [side, phase](int link, float t) {
                const auto k = static_cast<float>(link);
                // Once a loop an arm is lifted and its claw opened.
                const float lift =

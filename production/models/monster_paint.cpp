@@ -126,7 +126,7 @@ Colour4 hazeWall(float u, float height) {
   const float swirl = 0.5f + 0.5f * fractal(u * 4, height * 2, 4, 4, 0.5f, 851);
   const float middle = std::pow(std::cos(2 * pi * u), 2.0f), end = std::pow(std::sin(pi * u), 2.0f);
   const float standing = smoothStep(0.02f, 0.2f, height) * smoothStep(0.97f, 0.45f, height);
-  return pale(swirl, 0.30f + 0.66f * std::pow(middle * (0.35f + 0.65f * end) * standing, 1.5f),
+  return pale(swirl, 0.30f + (0.6f + 0.4f * end) * std::pow(middle * (0.35f + 0.65f * end) * standing, 1.5f),
               middle * (0.5f + 0.4f * end) * standing * (0.55f + 0.45f * swirl));
 }
 

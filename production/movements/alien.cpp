@@ -8,7 +8,23 @@ using namespace screen;
 
 namespace {
 
-enum Camera { wide, face, low, crane, back, flank, beckoned, idol, gaze };
+enum Camera {
+  wide,
+  face,
+  low,
+  crane,
+  back,
+  flank,
+  beckoned,
+  idol,
+  gaze,
+  overhead,
+  strokeFar,
+  strokeLow,
+  strokeHigh,
+  strokeFace
+};
+constexpr double struckFrom = 10.2;  // the last five begin there
 
 // The world fills the screen for a while; `start` is where its cameras' shots of twenty seconds are entered.
 void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start,
@@ -105,20 +121,19 @@ void addBreak(Show& show) {
                .blend = Blend::add});
   addCubes(show, "cubes", start, 0.5, {-0.005, 0.34},
            {.alpha = flashes({0.5, 1, 1.5}, 1, 0.25), .field = zoom(160, 144, 2)}, 4, 1.5);
-  addShot(show, "from above", over, next - over, crane, 12.2, 2.0);
-  addPad(show, over + 0.25, next - over - 0.25, 0, 0.52, 2.4, 0.9);
+  addShot(show, "from above", over, next - over, overhead, struckFrom);
+  addPad(show, over + 0.25, next - over - 0.25, 0.5, 0.52, 1.5, 0.8);
   show.add("vexation", over + 0.25, next - over - 0.25, title,
-           vex(chromeAtion, spline({{0, 1.2}, {0.3, 0.9}, {2, 0.92}, {partEnd, 0.96}}), 0, 0.52));
+           vex(chromeAtion, spline({{0, 0.8}, {0.3, 0.64}, {2, 0.65}, {partEnd, 0.68}}), 0.48, 0.52));
 }
 
-// What it sees: five lenses of an eye. All show its face, each at another moment; one
-// after another they look elsewhere, and at last they all see its eyes.
+// What it sees: five lenses of an eye, a great one between small ones, none as near as another. One after
+// another they look elsewhere, and at last they all see its eyes.
 struct Lens {
-  double x, y;  // left lower corner
+  double x, y, size;  // left lower corner; shares of the screen's width
   std::vector<double> cutBeats;
   std::vector<Camera> cameras;
 };
-constexpr double lensWidth = 2.0 / 3, lensHeight = 0.757;
 
 void addLens(Show& show, double bar, int number, const Lens& lens) {
   std::vector<CurveDot> dots{{0, static_cast<double>(lens.cameras[0])}};
@@ -127,7 +142,7 @@ void addLens(Show& show, double bar, int number, const Lens& lens) {
     dots.push_back({lens.cutBeats[i], static_cast<double>(lens.cameras[i + 1])});
   }
   show.part("lens", bar, 2, ground + 1 + number,
-            {draw(Viewport{.x = lens.x, .y = lens.y, .w = lensWidth, .h = lensHeight}),
+            {draw(Viewport{.x = lens.x, .y = lens.y, .w = 2 * lens.size, .h = 2 * lens.size}),
              draw(World{.scene = "SceneAlien", .camera = line(dots)}),
              draw(Bitmap{.texture = "light5",
                          .at = centred(0, 0, 3, 1.2),
@@ -139,11 +154,12 @@ void addLens(Show& show, double bar, int number, const Lens& lens) {
 void addCompoundEye(Show& show) {
   const double start = barOf("split");
   show.add("within the eye", start, 2, ground, Fade{});
-  const Lens lenses[] = {{-1, 0, {1, 5}, {face, back, gaze}},
-                         {-2.0 / 3, -lensHeight, {2, 6.5}, {face, wide, gaze}},
-                         {-1.0 / 3, 0, {7}, {face, gaze}},
-                         {0, -lensHeight, {4, 5.5}, {face, idol, gaze}},
-                         {1.0 / 3, 0, {3, 6}, {face, crane, gaze}}};
+  const double great = 0.76, small = 0.37, left = -1.06, right = 1.06 - 2 * small, below = -2 * small;
+  const Lens lenses[] = {{-great, -great, great, {2, 5, 7}, {face, idol, strokeFace, gaze}},
+                         {left, 0, small, {1, 6}, {wide, back, gaze}},
+                         {right, below, small, {3, 6.5}, {back, flank, gaze}},
+                         {left, below, small, {4, 7}, {gaze, low, gaze}},
+                         {right, 0, small, {1.5, 5.5}, {low, wide, gaze}}};
   int number = 0;
   for (const Lens& lens : lenses) addLens(show, start, number++, lens);
   // One a bar: when a late start catches up part by part, the last of each bar must be the whole screen.
@@ -154,7 +170,7 @@ void addCompoundEye(Show& show) {
 // Around its side to its face, as it lifts a claw.
 void addOrbit(Show& show) {
   const double start = barOf("counter voice"), stab = barOf("stab 2"), next = barOf("alien cut 6");
-  addShot(show, "around", start, stab - start, beckoned, 7.6, 1.1);
+  addShot(show, "around", start, stab - start, beckoned, 14.3, 0.5);
   addShot(show, "struck again", stab, next - stab, face, 15, 0.7);
   addBreath(show, "breath behind", start, next - start, flashes(everyBeat, 0.1, 0.03));
   addStreak(show, "lens", start, next - start, -0.4, flashes({0, 1, 2, 3, 4, 5, 6.5, 7}, 0.6, 0.05));
@@ -192,25 +208,33 @@ void addClimax(Show& show) {
                   .blend = Blend::add});
 }
 
-// Four strokes, four cameras; the title is struck smaller each time, before it is torn.
+// Four strokes, four cameras; the title is struck in the dark beside it, smaller each time, before it is
+// torn.
 void addUnison(Show& show) {
-  const double strokes[] = {barOf("unison"), barOf("unison 2"), barOf("unison 3"), barOf("unison 4"),
-                            interludeOneBar};
-  const char* names[] = {"stroke one", "stroke two", "stroke three", "stroke four"};
-  const Camera cameras[] = {beckoned, idol, crane, face};
-  const double starts[] = {14.6, 4, 15, 10};
-  for (int i = 0; i < 4; ++i)
-    addShot(show, names[i], strokes[i], strokes[i + 1] - strokes[i], cameras[i], starts[i], 1.2);
-  show.add("blows", strokes[0], 2, backdrop,
+  struct Stroke {
+    std::string_view cue;
+    const char* name;
+    Camera camera;
+    double x, size;  // of the title
+  };
+  constexpr Stroke strokes[] = {{"unison", "stroke one", strokeFar, -0.42, 0.66},
+                                {"unison 2", "stroke two", strokeLow, 0.44, 0.64},
+                                {"unison 3", "stroke three", strokeHigh, -0.44, 0.62},
+                                {"unison 4", "stroke four", strokeFace, 0.46, 0.6}};
+  constexpr double length = 0.5;
+  for (const Stroke& stroke : strokes) {
+    const double start = barOf(stroke.cue);
+    addShot(show, stroke.name, start, length, stroke.camera, struckFrom);
+    addPad(show, start, length, stroke.x, 0.52, 1.5, 0.8);
+    Word word = vex(atious, stroke.size, stroke.x, 0.52);
+    if (stroke.camera != strokeFace) word.tear = 0;
+    show.add("vexatious", start, length, title, word);
+  }
+  show.add("blows", barOf("unison"), 2, backdrop,
            Bitmap{.texture = "rays_violet",
                   .at = centred(0, 0, 3.6),
                   .alpha = flashes({0, 2, 4, 6}, 0.4, 0),
                   .blend = Blend::add});
-  addPad(show, strokes[0], 2, 0, 0.55, 2.6, 0.95);
-  show.add("vexatious", strokes[0], 2, title,
-           vex(atious,
-               line({{0, 1.05}, {1.99, 1.05}, {2, 0.92}, {3.99, 0.92}, {4, 0.82}, {5.99, 0.82}, {6, 0.72}}),
-               0, 0.5));
 }
 
 }  // namespace

@@ -4,21 +4,73 @@ namespace vex {
 
 using namespace screen;
 
+namespace {
+
+// The town at night, as one of the four notes shows it: how near the sky is and where, how wide a town is and
+// where two of them meet, how high the brambles stand, and where the word does.
+struct View {
+  const char* cue;
+  double sky, skyX, skyY;
+  double town, seam, foot;
+  double brambles, brambleX, brambleTop;
+  double wordX;
+};
+constexpr View views[] = {{"far motif", 1.5, 0.16, 0.14, 1.3, 0.1, 0.76, 0, 0, 0, 0},
+                          {"far motif 2", 2.0, 0.42, 0.28, 3.0, -0.28, 0.86, 0, 0, 0, -0.3},
+                          {"far motif 3", 2.6, -0.5, 0.4, 2.1, 0.55, 0.8, 3.4, -0.3, 0.02, 0.4},
+                          {"far motif 4", 3.6, 0.14, 0.4, 5.4, -1.55, 1.12, 4.6, 0.5, 0.2, 0.44}};
+
+// Nearer with each note; on it the cloud flares, and a light runs through the town.
+void addView(Show& show, const View& view) {
+  const double start = barOf(view.cue), bars = 0.5;
+  const Place sky = covering(slide(view.sky, view.sky * 1.04), view.skyX, view.skyY);
+  show.add("night", start, bars, backdrop, Bitmap{.texture = "sky_bone", .at = sky},
+           Bitmap{.texture = "sky_bone",
+                  .at = sky,
+                  .alpha = line({{0, 1}, {0.15, 0.4}, {0.25, 0.9}, {1, 0.3}, {partEnd, 0.1}}),
+                  .blend = Blend::add});
+  const Curve width = slide(view.town, view.town * 1.08);
+  const auto town = [&](double left) {
+    return Bitmap{.texture = "spires_bone",
+                  .at = {width * left + view.seam, width * -0.43 + view.foot, width, width * 0.43}};
+  };
+  show.add("town", start, bars, far, town(-1), town(0));
+  if (view.brambles > 0)
+    show.add("brambles", start, bars, front,
+             Bitmap{.texture = "thorn_bone",
+                    .at = {view.brambleX - view.brambles / 2, slide(view.brambleTop + 0.08, view.brambleTop),
+                           view.brambles, view.brambles * 0.35}});
+  show.add("streak", start, bars, title - 1,
+           Bitmap{.texture = "streak_bone",
+                  .at = {slide(view.skyX - 1.7, view.skyX - 1.3), view.skyY + 0.06, 3, 0.3},
+                  .alpha = flashes({0}, 0.9),
+                  .blend = Blend::add});
+  show.add("dark behind presents", start, bars, title - 2,
+           Bitmap{.texture = "shade", .at = centred(view.wordX, -0.47, 0.4, 6), .blend = Blend::darken});
+  show.add("presents", start, bars, title,
+           Bitmap{.texture = "presents1",
+                  .at = centred(view.wordX, -0.47, slide(0.5, 0.52), 4),
+                  .frames = 2,
+                  .glitch = line({{0, 0.9}, {0.3, 0.03}, {1.5, 0.03}, {partEnd, view.town > 5 ? 1 : 0.03}}),
+                  .blend = Blend::add});
+}
+
+}  // namespace
+
 // Black, grain, filaments, two names in haze, and the eye.
 void addPrologue(Show& show) {
-  // Widths: from the far motif on the layers part.
-  const Curve spires = spline({{0, 2.3}, {12, 2.65}, {partEnd, 3.5}}),
-              brambles = spline({{0, 2.3}, {16, 2.8}, {partEnd, 4.4}});
+  const double motif = barOf("far motif");
+  const Curve spires = spline({{0, 2.3}, {12, 2.65}, {partEnd, 3.0}}),
+              brambles = spline({{0, 2.3}, {partEnd, 2.8}});
+  const Place sky = covering(spline({{0, 1.02}, {partEnd, 1.25}}));
   show.add("black", 0, 8, ground, Fade{});
-  show.add("night", 0, 6, backdrop,
-           Bitmap{.texture = "sky_bone",
-                  .at = covering(spline({{0, 1.02}, {16, 1.25}, {partEnd, 1.65}})),
-                  .alpha = fade(10, 0)});
+  show.add("night", 0, motif, backdrop,
+           Bitmap{.texture = "sky_bone", .at = sky, .alpha = line({{0, 0.3}, {8, 1}, {partEnd, 1}})});
   // The sky answers each beat of the heart.
-  show.add("beating sky", 0, 6, backdrop + 1,
+  show.add("beating sky", 0, motif, backdrop + 1,
            Bitmap{.texture = "sky_bone",
-                  .at = covering(spline({{0, 1.02}, {16, 1.25}, {partEnd, 1.65}})),
-                  .alpha = flashes({0, 2, 2.6, 6, 6.6, 10, 10.6, 14, 14.6, 18, 18.6, 22, 22.6}, 0.75),
+                  .at = sky,
+                  .alpha = flashes({0, 2, 2.6, 6, 6.6, 10, 10.6, 14, 14.6}, 0.75),
                   .blend = Blend::add});
   show.add("far lightning", 1, 1, far - 1,
            Bitmap{.texture = "haze_bone",
@@ -26,31 +78,30 @@ void addPrologue(Show& show) {
                   .alpha = line({{0, 0.9}, {0.2, 0.35}, {0.35, 0.7}, {1.6, 0}, {partEnd, 0}}),
                   .blend = Blend::add});
   show.add(
-      "far town", 1, 5, far,
+      "far town", 0, motif, far,
       Bitmap{.texture = "spires_bone", .at = {spires * -0.5, spires * -0.43 + 1, spires, spires * 0.43}});
-  show.add("heartbeats", 0, 6, haze,
+  show.add("heartbeats", 0, motif, haze,
            Bitmap{.texture = "haze_bone",
                   .at = centred(swing(19, -0.15, 0.15), swing(13, -0.05, 0.12), 2.6, 1.7),
-                  .alpha = flashes({2, 2.6, 6, 6.6, 10, 10.6, 14, 14.6, 18, 18.6, 22, 22.6}, 0.9, 0.3),
+                  .alpha = flashes({2, 2.6, 6, 6.6, 10, 10.6, 14, 14.6}, 0.6, 0.15),
                   .blend = Blend::add});
-  show.add("thorns", 0, 6, front,
+  show.add("thorns", 0, motif, front,
            Bitmap{.texture = "thorn_bone",
                   // They grow from below the picture.
-                  .at = {brambles * -0.5, spline({{0, 1}, {4, 0.95}, {11, 0.42}, {16, 0.36}, {partEnd, 0.1}}),
-                         brambles, brambles * 0.35}});
+                  .at = {brambles * -0.5, spline({{0, 1}, {4, 0.95}, {11, 0.42}, {partEnd, 0.36}}), brambles,
+                         brambles * 0.35}});
   // Out of the dark they run together; for three beats from the first bell they are the name. Where they fly
   // on, the camera has turned its back on the letters.
   const auto filaments = [&](const char* name, double fromBar, double bars, double start, double speed,
                              const Curve& alpha) {
     show.part(name, fromBar, bars, smoke,
-              {screen::draw(Filaments{.alpha = alpha, .across = 0.21, .up = 0.13, .depth = 0.17})}, start,
+              {screen::draw(Filaments{.alpha = alpha, .across = 0.15, .up = 0.05, .depth = 0.11})}, start,
               speed);
   };
-  filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0}, {0.2, 0.5}, {6, 0.8}, {partEnd, 1}}));
+  filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0.3}, {2, 0.6}, {6, 0.8}, {partEnd, 1}}));
   filaments("filaments are the name", 2, 0.75, 0, 0, line({{0, 1}, {1, 1}, {2.2, 0}, {partEnd, 0}}));
-  filaments("filaments fly on", 2.75, 4.25, 14, 1,
-            line({{0, 0}, {1, 0.3}, {5, 0.3}, {12, 0.55}, {13.5, 0.5}, {14.5, 0.15}, {partEnd, 0}}));
-  // Dark lies behind the words.
+  filaments("filaments fly on", 2.75, motif - 2.75, 34, 1, line({{0, 0}, {1, 0.5}, {partEnd, 0.5}}));
+  // Dark lies behind the name.
   show.add("dark behind the name", 2.25, 1.75, title - 2,
            Bitmap{.texture = "shade",
                   .at = centred(0, -0.05, 0.62, 6),
@@ -65,39 +116,7 @@ void addPrologue(Show& show) {
                  {{0, 0.03}, {2.98, 0.03}, {3, 0.9}, {3.3, 0.03}, {-0.7, 0.03}, {-0.3, 0.9}, {partEnd, 1}}),
              .alpha = line({{0, 0}, {0.9, 1}, {partEnd, 1}}),
              .blend = Blend::add});
-  show.add("dark behind presents", 4, 2, title - 2,
-           Bitmap{.texture = "shade",
-                  .at = centred(0, -0.03, 0.5, 6),
-                  .alpha = fade(0.1, 0),
-                  .blend = Blend::darken});
-  show.add("presents", 4, 2, title,
-           Bitmap{.texture = "presents1",
-                  .at = centred(0, -0.03, line({{0, 0.7}, {0.4, 0.58}, {partEnd, 0.68}}), 4),
-                  .frames = 2,
-                  .glitch = flashes({0, 6}, 0.9, 0.03),
-                  .alpha = fade(0.1, 0.6),
-                  .blend = Blend::add});
-  // Each of the four notes strikes elsewhere: through the word, left of the town, right of it, everywhere.
-  show.add("far motif", 4, 0.5, title - 1,
-           Bitmap{.texture = "streak_bone",
-                  .at = {slide(-1.6, -1.2), -0.17, 2.8, 0.3},
-                  .alpha = flashes({0}, 1),
-                  .blend = Blend::add});
-  const auto bolt = [&](const char* name, double bar, const Place& at) {
-    show.add(name, bar, 0.5, far - 1,
-             Bitmap{.texture = "haze_bone",
-                    .at = at,
-                    .alpha = line({{0, 1}, {0.15, 0.3}, {0.25, 0.9}, {1, 0.2}, {partEnd, 0}}),
-                    .blend = Blend::add});
-  };
-  bolt("far motif 2", 4.5, centred(-0.62, 0, 1.5, 1));
-  bolt("far motif 3", 5, centred(0.62, 0.05, 1.5, 1));
-  bolt("far motif 4", 5.5, centred(0, 0.1, 2.2, 2));
-  show.add("far motif 4, near", 5.5, 0.5, title - 1,
-           Bitmap{.texture = "streak_bone",
-                  .at = {slide(-1.2, -1.6), 0.1, 2.8, 0.3},
-                  .alpha = flashes({0}, 0.9),
-                  .blend = Blend::add});
+  for (const View& view : views) addView(show, view);
 
   show.add(
       "lid trembles", 6, 1, subject,

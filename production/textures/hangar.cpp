@@ -52,7 +52,7 @@ Colour4 rimLight(float x, float y, float from) {
 }
 
 Colour4 carriedLight(float x, float y) {
-  Colour4 light = rimLight(x, y, 0.80f);
+  Colour4 light = rimLight(x, y, 0.9f);
   for (const SoftBox& lamp : softBoxes) {
     const float c = std::cos(lamp.turn), s = std::sin(lamp.turn), dx = x - lamp.x, dy = y - lamp.y;
     const float distance = box(c * dx + s * dy, c * dy - s * dx, lamp.halfWidth, lamp.halfHeight);
@@ -88,25 +88,24 @@ Canvas softChrome(const Settings& settings) {
 }
 
 // Between the lenses of an eye: black horn with a magenta edge about each, wet where light comes from above.
-// Three lenses over two and two closed halves, in the shape of the letterboxed screen; the mask opens the
-// lenses.
+// A great lens and two small ones on each side, in the shape of the letterboxed screen; the mask opens them.
 Canvas chitin(const Settings& settings) {
-  constexpr float across = 2.35f / 3;  // of a lens; two rows in a height of 1
+  constexpr float across = 2.35f;  // the height is 1
   const int width = settings.side(1024);
   struct Lens {
     float x, y, distance;
-    bool open;
   };
   const auto nearest = [](float u, float v) {
-    Lens best{0, 0, 1, false};
-    for (const bool lower : {false, true}) {
-      const float column = u * 3 + (lower ? 0.5f : 0.0f), middle = std::floor(column) + 0.5f;
-      const float lensX = (column - middle) * across, lensY = v - (lower ? 0.75f : 0.25f);
+    Lens best{0, 0, 1};
+    const auto meet = [&](float lensX, float lensY, float halfWidth, float halfHeight) {
       // A hexagon on its tip, its corners rounded.
       const float x = std::fabs(lensX), y = std::fabs(lensY);
-      const float distance = -smoothUnion(0.355f - x, 0.207f - 0.87f * y - 0.22f * x, 0.05f);
-      if (distance < best.distance) best = {lensX, lensY, distance, !lower || (middle > 1 && middle < 3)};
-    }
+      const float distance = -smoothUnion(halfWidth - x, 0.87f * halfHeight - 0.87f * y - 0.22f * x, 0.05f);
+      if (distance < best.distance) best = {lensX, lensY, distance};
+    };
+    const float x = (u - 0.5f) * across, y = v - 0.5f;
+    meet(x, y, 0.44f, 0.49f);
+    meet(std::fabs(x) - 0.815f, std::fabs(y) - 0.25f, 0.345f, 0.238f);
     return best;
   };
   return paintSmooth(width, width / 2, 2, [&](float u, float v) {
@@ -119,11 +118,7 @@ Canvas chitin(const Settings& settings) {
                      gradient(violetRamp, 0.62f) * (0.7f * lip * (0.25f + 0.75f * clamp01(1 - towards))) +
                      gradient(steelRamp, 0.95f) * (0.8f * std::pow(lip, 3.0f) * std::pow(towards, 4.0f));
     const float depth = -lens.distance;
-    if (!lens.open && depth > 0)
-      colour = gradient(violetRamp, 0.10f + 0.25f * smoothStep(0.16f, 0.0f, depth)) +
-               gradient(steelRamp, 0.9f) * (0.35f * std::exp(-std::pow((lens.y + 0.13f) / 0.03f, 2.0f)) *
-                                            smoothStep(0.02f, 0.08f, depth));
-    colour.a = lens.open ? 1 - smoothStep(0.0f, 0.035f, depth) : 1.0f;
+    colour.a = 1 - smoothStep(0.0f, 0.035f, depth);
     return colour;
   });
 }

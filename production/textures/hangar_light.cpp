@@ -86,7 +86,7 @@ Colour4 hangarLight(const Vector& direction, float detail) {
   const float low = std::exp(-std::fabs(direction.y) * 3.5f);
   const float away = std::hypot(direction.x, direction.y - 0.16f);
   const float lamp = direction.z < 0 ? std::exp(-away * away * 16) + 0.5f * std::exp(-away * 3.2f) : 0.0f;
-  const Colour4 haze = gradient(steelRamp, 0.20f + 0.10f * low + 0.62f * lamp);
+  const Colour4 haze = gradient(steelRamp, 0.17f + 0.10f * low + 0.86f * lamp);
   return mix(colour, haze, 1 - (1 - far) * (1 - 0.4f * low * low));
 }
 

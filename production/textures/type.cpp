@@ -11,11 +11,14 @@ namespace vex {
 
 namespace {
 
-// Worn bone, lit from above, with burning edges.
+// Cracked bone before the burning cloud: dark above, and its feet and the edges towards the light burn.
 Colour4 boneFace(const FacePoint& at) {
-  const float rim = std::exp(-at.inside / 1.3f) * (0.35f + 0.65f * std::max(at.light, at.below));
+  const float foot = smoothStep(0.34f, 0.66f, at.y);
+  const float rim = std::exp(-at.inside / 1.3f) * (0.3f + 0.7f * at.below);
   const float grit = fractal(at.x * 22, at.y * 22, 0, 3, 0.6f, 801);
-  return gradient(boneRamp, 0.62f + 0.14f * at.light + 0.06f * grit + 0.5f * rim);
+  const float crack = smoothStep(0.80f, 0.95f, ridges(at.x * 7, at.y * 7, 0, 2, 0.5f, 803));
+  return gradient(boneRamp,
+                  (0.40f + 0.30f * foot + 0.16f * at.light + 0.10f * grit) * (1 - 0.6f * crack) + 0.7f * rim);
 }
 
 // Centred in the picture, `xHeight` of the height high. Full-screen pictures are stretched to 16:9 by the
@@ -30,7 +33,7 @@ Canvas tornType(const Settings& settings, int fullWidth, const std::string& lett
   const Lettering set =
       placed(text, scale, scale, static_cast<float>(width) / 2 - middle, size * (0.5f + xHeight * 0.62f));
   LetteringLook look{
-      .face = boneFace, .glow = &boneRamp, .bevel = 3, .glowReach = 12, .glowStrength = 0.34f, .wear = 0.3f};
+      .face = boneFace, .glow = &boneRamp, .bevel = 5, .glowReach = 12, .glowStrength = 0.34f, .wear = 0.55f};
   look.tear = frame == 0 ? 0.03f : 0.2f + 0.28f * static_cast<float>(frame);
   look.seed = 211 + static_cast<std::uint32_t>(frame) * 9;
   return drawLettering(distanceTo(set, width, height), look);
