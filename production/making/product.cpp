@@ -6,7 +6,6 @@ namespace {
 
 constexpr int pictureQuality = 92;
 constexpr int maskQuality = 95;
-constexpr int movieQuality = 88;
 
 }  // namespace
 
@@ -60,23 +59,6 @@ Product picture(const std::string& name, PictureKind kind, const char* family, f
   product.work = work;
   product.make = [kind, make = std::move(make)](const Settings& settings) {
     return encodePicture(make(settings), kind);
-  };
-  return product;
-}
-
-Product movie(const std::string& base, int frames, const char* family, float work,
-              std::function<FramePainter(const Settings&)> prepare) {
-  Product product;
-  for (int frame = 1; frame <= frames; ++frame)
-    product.outputs.push_back("data/" + base + std::to_string(frame) + ".jpg");
-  product.sources = familySources(family);
-  product.work = work;
-  product.make = [frames, prepare = std::move(prepare)](const Settings& settings) {
-    const FramePainter paintFrame = prepare(settings);
-    std::vector<Bytes> files;
-    for (int frame = 0; frame < frames; ++frame)
-      files.push_back(encodeJpegPicture(paintFrame(frame), movieQuality));
-    return files;
   };
   return product;
 }

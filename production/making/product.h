@@ -46,10 +46,4 @@ std::vector<std::string> pictureSources();
 Product picture(const std::string& name, PictureKind kind, const char* family, float work,
                 std::function<Canvas(const Settings&)> make);
 
-// The frames "data/BASE1.jpg" and so on of a movie whose frames have much in common: `prepare` works that out
-// and returns what paints a frame, counted from 0.
-using FramePainter = std::function<Canvas(int frame)>;
-Product movie(const std::string& base, int frames, const char* family, float work,
-              std::function<FramePainter(const Settings&)> prepare);
-
 }  // namespace vex
