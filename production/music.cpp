@@ -175,4 +175,15 @@ std::vector<std::byte> makeMusic(MixQuality quality, Arrangement sections) {
   return file;
 }
 
+Products musicFile() {
+  Product product;
+  product.outputs = {"data/vex.ogg"};
+  product.source = __FILE__;
+  product.work = 40;
+  product.make = [](const Settings& settings) {
+    return std::vector<Bytes>{makeMusic(settings.draft ? MixQuality::draft : MixQuality::full)};
+  };
+  return {product};
+}
+
 }  // namespace vex

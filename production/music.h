@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "production/making/product.h"
 #include "production/song/cues.h"
 
 // The music: the sections of an arrangement and a tail in which the last chord rings out, both ends
@@ -28,5 +29,7 @@ StereoSound renderMusic(MixQuality quality, Arrangement sections = showSections)
 
 // The finished Ogg Vorbis file.
 std::vector<std::byte> makeMusic(MixQuality quality, Arrangement sections = showSections);
+
+Products musicFile();  // data\vex.ogg
 
 }  // namespace vex

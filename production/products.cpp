@@ -2,6 +2,7 @@
 
 #include "production/models/balls.h"
 #include "production/models/model.h"
+#include "production/music.h"
 #include "production/show/scroller.h"
 #include "production/textures/families.h"
 #include "production/time_line.h"

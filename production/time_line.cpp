@@ -5,7 +5,6 @@
 
 #include "base/report.h"
 #include "production/movements/words.h"
-#include "production/music.h"
 #include "production/show/show.h"
 
 namespace vex {
@@ -54,28 +53,13 @@ Script presentationScript() {
 Products timeLineFiles() {
   Product product;
   product.outputs = {"test.hvp", "used_textures.log"};
-  product.sources = {"production/time_line.", "production/movements/",
-                     "production/show/show.", "production/show/project_writer.",
-                     "production/song/cues.", "production/song/arrangement.",
-                     "production/models/",    "src/engine/"};
+  product.source = __FILE__;
   product.work = 0.1f;
   product.make = [](const Settings&) {
     const Script script = presentationScript();
     const std::string list = preloadList(script);
     const auto* text = reinterpret_cast<const std::byte*>(list.data());
     return std::vector<Bytes>{writeProject(script), Bytes(text, text + list.size())};
-  };
-  return {product};
-}
-
-Products musicFile() {
-  Product product;
-  product.outputs = {"data/vex.ogg"};
-  product.sources = {"production/music.", "production/song/cues.", "production/song/arrangement.",
-                     "production/song/", "production/synth/"};
-  product.work = 40;
-  product.make = [](const Settings& settings) {
-    return std::vector<Bytes>{makeMusic(settings.draft ? MixQuality::draft : MixQuality::full)};
   };
   return {product};
 }

@@ -9,6 +9,5 @@ namespace vex {
 Script presentationScript();
 
 Products timeLineFiles();  // test.hvp and used_textures.log
-Products musicFile();      // data\vex.ogg
 
 }  // namespace vex

@@ -4,12 +4,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <mutex>
-#include <string_view>
 #include <thread>
 
 #include "base/report.h"
 #include "production/making/manifest.h"
-#include "source_hashes.h"
+#include "production/making/object_files.h"
 
 namespace vex {
 
@@ -45,22 +44,6 @@ void writeProduct(const Product& product, const std::string& folder, const Setti
 
 }  // namespace
 
-std::string sourceKey(const std::vector<std::string>& starts) {
-  std::uint64_t hash = 0xcbf29ce484222325u;  // FNV-1a
-  const auto add = [&](std::string_view text) {
-    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3u;
-  };
-  for (const SourceHash& source : sourceHashes)
-    for (const std::string& start : starts)
-      if (source.path.starts_with(start)) {
-        add(source.path);
-        add(source.hash);
-      }
-  char text[17];
-  std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));
-  return text;
-}
-
 MakeResult makeProducts(const Products& products, const std::string& folder, const Settings& settings,
                         ProgressStyle style, int workers, bool (*interrupted)()) {
   std::error_code error;
@@ -74,7 +57,7 @@ MakeResult makeProducts(const Products& products, const std::string& folder, con
   std::vector<std::string> keys;
   std::vector<std::size_t> stale;
   for (std::size_t i = 0; i < products.size(); ++i) {
-    keys.push_back(sourceKey(products[i].sources) + (settings.draft ? "d" : "f") +
+    keys.push_back(objectKey(products[i].source) + (settings.draft ? "d" : "f") +
                    (settings.plaster ? "p" : ""));
     if (upToDate(products[i], keys[i], folder, manifest))
       ++result.kept;

@@ -5,7 +5,7 @@
 #include "base/progress.h"
 #include "production/making/product.h"
 
-// Brings a folder up to date: makes the products whose sources or files have changed, leaves the
+// Brings a folder up to date: makes the products whose code or files have changed, leaves the
 // others, removes files of products that no longer exist.
 
 namespace vex {
@@ -18,8 +18,5 @@ struct MakeResult {
 // written beside its place and renamed into it. Fatal: "cannot write %s: %s", "cannot make folder %s: %s".
 MakeResult makeProducts(const Products& products, const std::string& folder, const Settings& settings,
                         ProgressStyle style, int workers = 2, bool (*interrupted)() = nullptr);
-
-// Names the state of all sources whose path begins with one of `starts`.
-std::string sourceKey(const std::vector<std::string>& starts);
 
 }  // namespace vex

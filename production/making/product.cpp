@@ -32,30 +32,11 @@ std::vector<Bytes> encodePicture(const Canvas& image, PictureKind kind) {
   return {};
 }
 
-std::vector<std::string> pictureSources() {
-  return {"production/textures/palette.", "production/image/", "production/making/product.",
-          "src/platform/jpeg_encoder.", "src/engine/vector."};
-}
-
-namespace {
-
-std::vector<std::string> familySources(const char* family) {
-  std::vector<std::string> sources = pictureSources();
-  for (const std::string& start :
-       {"production/textures/" + std::string(family) + ".", std::string("production/textures/hued."),
-        std::string("production/textures/hangar_light."), std::string("production/textures/hell_light."),
-        std::string("src/scenes/word_endings.")})
-    sources.push_back(start);
-  return sources;
-}
-
-}  // namespace
-
-Product picture(const std::string& name, PictureKind kind, const char* family, float work,
-                std::function<Canvas(const Settings&)> make) {
+Product picture(const std::string& name, PictureKind kind, float work,
+                std::function<Canvas(const Settings&)> make, const char* source) {
   Product product;
   product.outputs = picturePaths(name, kind);
-  product.sources = familySources(family);
+  product.source = source;
   product.work = work;
   product.make = [kind, make = std::move(make)](const Settings& settings) {
     return encodePicture(make(settings), kind);

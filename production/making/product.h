@@ -21,7 +21,7 @@ struct Settings {
 
 struct Product {
   std::vector<std::string> outputs;  // paths below the folder, such as "data/light1.bmp"
-  std::vector<std::string> sources;  // starts of the paths of the sources it is made from
+  std::string source;                // __FILE__ where it is defined: what it is made from follows from that
   float work = 1;                    // about how long it takes, relative to the others
   std::function<std::vector<Bytes>(const Settings&)> make;  // the files' bytes, in order of outputs
 };
@@ -38,12 +38,9 @@ enum class PictureKind {
 // "data/NAME.jpg" and so on: what encodePicture yields, in this order.
 std::vector<std::string> picturePaths(const std::string& name, PictureKind kind);
 std::vector<Bytes> encodePicture(const Canvas& image, PictureKind kind);
-// Starts of the paths of the sources that all pictures are made from.
-std::vector<std::string> pictureSources();
 
-// One picture: "data/NAME.jpg" or "data/NAME.bmp", and "data/NAME_mask.*" where it has a mask. `family` is
-// the source below production/textures/ without its extension.
-Product picture(const std::string& name, PictureKind kind, const char* family, float work,
-                std::function<Canvas(const Settings&)> make);
+// One picture: "data/NAME.jpg" or "data/NAME.bmp", and "data/NAME_mask.*" where it has a mask.
+Product picture(const std::string& name, PictureKind kind, float work,
+                std::function<Canvas(const Settings&)> make, const char* source = __builtin_FILE());
 
 }  // namespace vex

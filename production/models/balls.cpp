@@ -195,8 +195,7 @@ Products ballShapes() {
     Product product;
     for (int stage = 1; stage <= ballStages; ++stage)
       product.outputs.push_back("data/" + ballFile(shape.name, stage));
-    product.sources = {"production/models/balls.", "production/textures/logo.", "production/image/",
-                       "production/geometry/placement.", "production/textures/palette."};
+    product.source = __FILE__;
     product.work = 0.1f;
     product.make = [&shape](const Settings&) {
       std::vector<Bytes> files;

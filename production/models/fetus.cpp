@@ -370,7 +370,7 @@ Products fetusModels() {
                  {"fetus_hose", PictureKind::jpeg},
                  {"fetus_glass", PictureKind::maskedJpeg},
                  {"vollight", PictureKind::bmp}},
-                5, fetusModel, {"production/models/fetus_", "production/song/cues."})};
+                5, fetusModel)};
 }
 
 }  // namespace vex

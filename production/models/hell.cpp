@@ -424,9 +424,7 @@ Products hellModels() {
                  {"hell_iron", PictureKind::jpeg},
                  {"hell_glow", PictureKind::maskedJpeg},
                  {"hell_dusk", PictureKind::jpeg}},
-                5, hellModel,
-                {"production/models/hell_", "production/models/fetus_being.", "production/models/fetus_body.",
-                 "production/textures/hell_light."})};
+                5, hellModel)};
 }
 
 }  // namespace vex

@@ -384,7 +384,7 @@ Products introBoxModel() {
                  {"box_veil2", PictureKind::jpeg},
                  {"box_veil3", PictureKind::jpeg},
                  {"box_spill", PictureKind::jpeg}},
-                4, introBox, {"production/models/intro_box_", "production/textures/logo."})};
+                4, introBox)};
 }
 
 }  // namespace vex

@@ -5,17 +5,12 @@
 namespace vex {
 
 Product model(const std::string& name, const std::vector<ModelPicture>& pictures, float work,
-              std::function<Model(const Settings&)> make, const std::vector<std::string>& alsoFrom) {
+              std::function<Model(const Settings&)> make, const char* source) {
   Product product;
   product.outputs.push_back("data/" + name + ".ase");
   for (const ModelPicture& one : pictures)
     for (const std::string& path : picturePaths(one.name, one.kind)) product.outputs.push_back(path);
-  product.sources = pictureSources();
-  for (const char* start : {"production/geometry/", "production/models/model.", "production/models/stage.",
-                            "production/models/motion."})
-    product.sources.push_back(start);
-  product.sources.push_back("production/models/" + name + ".");
-  product.sources.insert(product.sources.end(), alsoFrom.begin(), alsoFrom.end());
+  product.source = source;
   product.work = work;
   product.make = [name, pictures, make = std::move(make)](const Settings& settings) {
     Model made = make(settings);

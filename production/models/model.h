@@ -18,10 +18,9 @@ struct ModelPicture {
   PictureKind kind = PictureKind::jpeg;
 };
 
-// "data/NAME.ase" and the pictures. The source is production/models/NAME.cpp; `alsoFrom` are starts of the
-// paths of other sources that it uses.
+// "data/NAME.ase" and the pictures.
 Product model(const std::string& name, const std::vector<ModelPicture>& pictures, float work,
-              std::function<Model(const Settings&)> make, const std::vector<std::string>& alsoFrom = {});
+              std::function<Model(const Settings&)> make, const char* source = __builtin_FILE());
 
 // One source each.
 Products fetusModels();

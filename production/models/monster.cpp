@@ -363,7 +363,7 @@ Products monsterModels() {
                  {"monster_iron", PictureKind::jpeg},
                  {"monster_air", PictureKind::maskedJpeg},
                  {"monster_haze", PictureKind::maskedJpeg}},
-                4, monsterModel, {"production/models/monster_", "production/textures/hangar_light."})};
+                4, monsterModel)};
 }
 
 }  // namespace vex

@@ -306,7 +306,7 @@ Products skullModels() {
                  {"skull_ground", PictureKind::jpeg},
                  {"skull_rubble", PictureKind::jpeg},
                  {"skull_spear", PictureKind::jpeg}},
-                5, skullModel, {"production/models/skull_", "production/textures/storm.h"})};
+                5, skullModel)};
 }
 
 }  // namespace vex

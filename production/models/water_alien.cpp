@@ -207,7 +207,7 @@ Products waterAlienModel() {
                  {"water_light", PictureKind::jpeg},
                  {"water_ray", PictureKind::jpeg},
                  {"water_sky", PictureKind::jpeg}},
-                8, waterAlien, {"production/models/water_"})};
+                8, waterAlien)};
 }
 
 }  // namespace vex

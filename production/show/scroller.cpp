@@ -14,7 +14,7 @@ std::string_view scrollerWords() {
 Products scrollerText() {
   Product product;
   product.outputs = {"data/scroller.txt"};
-  product.sources = {"production/show/scroller."};
+  product.source = __FILE__;
   product.work = 0.1f;
   product.make = [](const Settings&) {
     const std::string_view words = scrollerWords();

@@ -190,7 +190,7 @@ Canvas eyeFrame(const Settings& settings, int frame) {
 Products eyeMovie() {
   Products products;
   for (int frame = 0; frame < frameCount; ++frame)
-    products.push_back(picture("eye" + std::to_string(frame + 1), PictureKind::jpeg, "eye", 5,
+    products.push_back(picture("eye" + std::to_string(frame + 1), PictureKind::jpeg, 5,
                                [frame](const Settings& settings) { return eyeFrame(settings, frame); }));
   return products;
 }

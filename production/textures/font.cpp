@@ -21,7 +21,7 @@ Bytes fontRows() {
 Products statisticsFont() {
   Product product;
   product.outputs = {"data/font.raw"};
-  product.sources = {"production/textures/font.", "production/image/outline."};
+  product.source = __FILE__;
   product.work = 0.1f;
   product.make = [](const Settings&) { return std::vector<Bytes>{fontRows()}; };
   return {product};

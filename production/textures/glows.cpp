@@ -26,7 +26,7 @@ Products glowPictures() {
   Products products;
   for (int i = 0; i < 7; ++i)
     products.push_back(
-        picture("light" + std::to_string(i + 1), PictureKind::bmp, "glows", 0.1f,
+        picture("light" + std::to_string(i + 1), PictureKind::bmp, 0.1f,
                 [hue = hues[i]](const Settings& settings) { return glow(settings.side(256), hue); }));
   return products;
 }

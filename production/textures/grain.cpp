@@ -75,13 +75,12 @@ Canvas pinhole(const Settings& settings) {
 }  // namespace
 
 Products grainPictures() {
-  return {
-      picture("grain", PictureKind::jpeg, "grain", 1, grain),
-      picture("dust", PictureKind::jpeg, "grain", 4, dust),
-      picture("vignette", PictureKind::bmp, "grain", 0.2f, vignette),
-      picture("bar", PictureKind::bmp, "grain", 0.1f, [](const Settings&) { return Canvas(64, 64, black); }),
-      picture("shade", PictureKind::bmp, "grain", 0.1f, shade),
-      picture("pinhole", PictureKind::jpeg, "grain", 0.1f, pinhole)};
+  return {picture("grain", PictureKind::jpeg, 1, grain),
+          picture("dust", PictureKind::jpeg, 4, dust),
+          picture("vignette", PictureKind::bmp, 0.2f, vignette),
+          picture("bar", PictureKind::bmp, 0.1f, [](const Settings&) { return Canvas(64, 64, black); }),
+          picture("shade", PictureKind::bmp, 0.1f, shade),
+          picture("pinhole", PictureKind::jpeg, 0.1f, pinhole)};
 }
 
 }  // namespace vex

@@ -43,7 +43,7 @@ Products groundPictures() {
   };
   Products products;
   for (const GroundLook& look : looks)
-    products.push_back(picture(std::string("sky_") + look.hue.suffix, PictureKind::jpeg, "grounds", 1,
+    products.push_back(picture(std::string("sky_") + look.hue.suffix, PictureKind::jpeg, 1,
                                [&look](const Settings& settings) { return sky(settings, look); }));
   return products;
 }

@@ -15,10 +15,9 @@ namespace vex {
 namespace {
 
 Product face(const char* suffix, BoxFace which) {
-  return picture(
-      std::string("monster") + suffix, PictureKind::jpeg, "hangar", 1.5f, [which](const Settings& settings) {
-        return boxFace([](const Vector& d) { return hangarLight(d, 1); }, which, settings.side(512));
-      });
+  return picture(std::string("monster") + suffix, PictureKind::jpeg, 1.5f, [which](const Settings& settings) {
+    return boxFace([](const Vector& d) { return hangarLight(d, 1); }, which, settings.side(512));
+  });
 }
 
 // Chrome shows little but its extremes: what lies between is pressed down, nearly to black.
@@ -133,9 +132,9 @@ Products hangarPictures() {
       face("wes", BoxFace::west),
       face("sou", BoxFace::south),
       face("eas", BoxFace::east),
-      picture("chrome", PictureKind::jpeg, "hangar", 1, chrome),
-      picture("chrome_soft", PictureKind::jpeg, "hangar", 1, softChrome),
-      picture("chitin", PictureKind::maskedJpeg, "hangar", 2, chitin),
+      picture("chrome", PictureKind::jpeg, 1, chrome),
+      picture("chrome_soft", PictureKind::jpeg, 1, softChrome),
+      picture("chitin", PictureKind::maskedJpeg, 2, chitin),
   };
 }
 

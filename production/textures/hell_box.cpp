@@ -8,7 +8,7 @@ namespace vex {
 namespace {
 
 Product face(const char* suffix, BoxFace which) {
-  return picture(std::string("hell") + suffix, PictureKind::jpeg, "hell_box", 1.5f,
+  return picture(std::string("hell") + suffix, PictureKind::jpeg, 1.5f,
                  [which](const Settings& settings) { return boxFace(hellLight, which, settings.side(512)); });
 }
 

@@ -5,15 +5,16 @@
 
 namespace vex {
 
-// Pictures of one family that differ in their hue: stem and suffix of the hue are the name.
+// Pictures that differ in their hue: stem and suffix of the hue are the name.
 struct HuedPictures {
-  const char* family;
   PictureKind kind;
 
   Product operator()(const char* stem, const Hue& hue, float work,
-                     Canvas (*paint)(const Settings&, const Hue&)) const {
-    return picture(stem + std::string(hue.suffix), kind, family, work,
-                   [&hue, paint](const Settings& settings) { return paint(settings, hue); });
+                     Canvas (*paint)(const Settings&, const Hue&),
+                     const char* source = __builtin_FILE()) const {
+    return picture(
+        stem + std::string(hue.suffix), kind, work,
+        [&hue, paint](const Settings& settings) { return paint(settings, hue); }, source);
   }
 };
 

@@ -60,7 +60,7 @@ Canvas rose(const Settings& settings) {
 }  // namespace
 
 Products ironPictures() {
-  return {picture("glass_teal", PictureKind::jpeg, "iron", 4, rose)};
+  return {picture("glass_teal", PictureKind::jpeg, 4, rose)};
 }
 
 }  // namespace vex

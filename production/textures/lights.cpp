@@ -93,7 +93,7 @@ Canvas streak(const Settings& settings, const Hue& hue) {
 
 Products lightPictures() {
   Products products;
-  const HuedPictures additive{"lights", PictureKind::jpeg}, lossless{"lights", PictureKind::bmp};
+  const HuedPictures additive{PictureKind::jpeg}, lossless{PictureKind::bmp};
   products.push_back(additive("rays_", acidHue, 0.7f, hiddenRays));
   for (const Hue* hue : {&violetHue, &emberHue, &tealHue})
     products.push_back(additive("rays_", *hue, 0.7f, rays));
@@ -102,8 +102,8 @@ Products lightPictures() {
   products.push_back(lossless("streak_", boneHue, 0.2f, streak));
   products.push_back(lossless("streak_", acidHue, 0.2f, streak));
   products.push_back(lossless("streak_", violetHue, 0.2f, streak));
-  products.push_back(picture("ray_cone", PictureKind::jpeg, "lights", 1, rayCone));
-  products.push_back(picture("moon", PictureKind::maskedBmp, "lights", 0.5f, moon));
+  products.push_back(picture("ray_cone", PictureKind::jpeg, 1, rayCone));
+  products.push_back(picture("moon", PictureKind::maskedBmp, 0.5f, moon));
   return products;
 }
 

@@ -231,7 +231,7 @@ Products logoPictures() {
   // Texture names without their folder.
   const auto add = [&](const std::string& textureName, PictureKind kind, float work,
                        std::function<Canvas(const Settings&)> make) {
-    products.push_back(picture(textureName.substr(5), kind, "logo", work, std::move(make)));
+    products.push_back(picture(textureName.substr(5), kind, work, std::move(make)));
   };
   for (int frame = 0; frame < titleFrames; ++frame)
     add(logoFrameName(titleTextureStem, frame + 1), PictureKind::bmp, 0.5f,
@@ -245,9 +245,9 @@ Products logoPictures() {
   // Two endings are shown in the alien's world as well.
   for (const char* letters : {"er", "ation"})
     products.push_back(
-        picture(std::string("chrome_") + letters, PictureKind::jpeg, "logo", 1,
+        picture(std::string("chrome_") + letters, PictureKind::jpeg, 1,
                 [letters](const Settings& settings) { return wordEnding(settings, letters, wetChrome()); }));
-  products.push_back(picture("vex_substract", PictureKind::maskedBmp, "logo", 0.3f, backing));
+  products.push_back(picture("vex_substract", PictureKind::maskedBmp, 0.3f, backing));
   return products;
 }
 

@@ -117,10 +117,10 @@ Canvas scrollerFont(const Settings& settings) {
 }  // namespace
 
 Products outroPictures() {
-  return {picture("copperbar", PictureKind::maskedJpeg, "outro", 0.3f, copperBar),
-          picture("flare_vectorball", PictureKind::maskedBmp, "outro", 0.2f, vectorBall),
-          picture("sky_copper", PictureKind::jpeg, "outro", 0.8f, copperSky),
-          picture("scroller", PictureKind::maskedJpeg, "outro", 1.5f, scrollerFont)};
+  return {picture("copperbar", PictureKind::maskedJpeg, 0.3f, copperBar),
+          picture("flare_vectorball", PictureKind::maskedBmp, 0.2f, vectorBall),
+          picture("sky_copper", PictureKind::jpeg, 0.8f, copperSky),
+          picture("scroller", PictureKind::maskedJpeg, 1.5f, scrollerFont)};
 }
 
 }  // namespace vex

@@ -49,8 +49,7 @@ Canvas ring(const Settings& settings) {
 }  // namespace
 
 Products rainPictures() {
-  return {picture("rain", PictureKind::jpeg, "rain", 1, rain),
-          picture("ring_teal", PictureKind::jpeg, "rain", 0.2f, ring)};
+  return {picture("rain", PictureKind::jpeg, 1, rain), picture("ring_teal", PictureKind::jpeg, 0.2f, ring)};
 }
 
 }  // namespace vex

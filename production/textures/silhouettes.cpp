@@ -143,7 +143,7 @@ Canvas spires(const Settings& settings, const Hue& hue) {
 
 Products silhouettePictures() {
   Products products;
-  const HuedPictures make{"silhouettes", PictureKind::maskedJpeg};
+  const HuedPictures make{PictureKind::maskedJpeg};
   products.push_back(make("figure_", emberHue, 1, figure));
   products.push_back(make("figure_", tealHue, 1, figure));
   products.push_back(make("thorn_", boneHue, 6, brambles));

@@ -82,7 +82,7 @@ Canvas embers(const Settings& settings, const Hue& hue) {
 
 Products smokePictures() {
   Products products;
-  const HuedPictures make{"smoke", PictureKind::jpeg};
+  const HuedPictures make{PictureKind::jpeg};
   for (const Hue* hue : {&boneHue, &acidHue, &violetHue, &emberHue, &tealHue})
     products.push_back(make("haze_", *hue, 0.5f, hazeCard));
   for (const Hue* hue : {&acidHue, &violetHue, &emberHue})

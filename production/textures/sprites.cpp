@@ -69,13 +69,13 @@ Canvas puff(const Settings& settings, int number) {
 
 Products spritePictures() {
   const auto add = [](const char* name, const Ramp& ramp, float (*light)(float, float, float)) {
-    return picture(name, PictureKind::bmp, "sprites", 0.2f,
+    return picture(name, PictureKind::bmp, 0.2f,
                    [&ramp, light](const Settings& settings) { return sprite(settings, 128, ramp, light); });
   };
   Products products{add("flare_normal", boneRamp, soft), add("flare_shine", emberRamp, star),
                     add("flare_particle", emberRamp, spark), add("flare_highpass", tealRamp, drop)};
   for (int number = 1; number <= 4; ++number)
-    products.push_back(picture("flare_smoke" + std::to_string(number), PictureKind::bmp, "sprites", 0.2f,
+    products.push_back(picture("flare_smoke" + std::to_string(number), PictureKind::bmp, 0.2f,
                                [number](const Settings& settings) { return puff(settings, number); }));
   return products;
 }

@@ -67,7 +67,7 @@ Colour4 stormSky(const Vector& d) {
 }
 
 Product face(const char* suffix, BoxFace which) {
-  return picture(std::string("skull") + suffix, PictureKind::jpeg, "storm", 1.5f,
+  return picture(std::string("skull") + suffix, PictureKind::jpeg, 1.5f,
                  [which](const Settings& settings) { return boxFace(stormSky, which, settings.side(512)); });
 }
 
@@ -184,20 +184,19 @@ Products stormPictures() {
       face("west", BoxFace::west),
       face("south", BoxFace::south),
       face("east", BoxFace::east),
-      picture("skull_clouds", PictureKind::maskedJpeg, "storm", 2,
+      picture("skull_clouds", PictureKind::maskedJpeg, 2,
               [](const Settings& settings) { return cloudLayer(settings, 1041, 0.7f); }),
-      picture("skull_swirl", PictureKind::maskedJpeg, "storm", 2, swirl),
-      picture("skull_beam", PictureKind::jpeg, "storm", 0.1f, beamPicture),
-      picture("crow", PictureKind::jpeg, "storm", 1, crowPicture),
+      picture("skull_swirl", PictureKind::maskedJpeg, 2, swirl),
+      picture("skull_beam", PictureKind::jpeg, 0.1f, beamPicture),
+      picture("crow", PictureKind::jpeg, 1, crowPicture),
       // The player draws lightning into it: always of this size, always dark at first.
-      picture("spark", PictureKind::bmp, "storm", 0.1f,
-              [](const Settings&) { return Canvas(128, 128, black); }),
+      picture("spark", PictureKind::bmp, 0.1f, [](const Settings&) { return Canvas(128, 128, black); }),
   };
   for (int i = 0; i < 4; ++i)
-    all.push_back(picture("flare_fire" + std::to_string(i + 1), PictureKind::bmp, "storm", 0.3f,
-                          [i](const Settings& settings) {
-                            return flame(settings, static_cast<std::uint32_t>(1061 + 20 * i));
-                          }));
+    all.push_back(
+        picture("flare_fire" + std::to_string(i + 1), PictureKind::bmp, 0.3f, [i](const Settings& settings) {
+          return flame(settings, static_cast<std::uint32_t>(1061 + 20 * i));
+        }));
   return all;
 }
 

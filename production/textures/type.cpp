@@ -45,7 +45,7 @@ Products typePictures() {
   Products products;
   const auto add = [&](const char* name, int frames, float work, auto paintFrame) {
     for (int frame = 0; frame < frames; ++frame)
-      products.push_back(picture(name + std::to_string(frame + 1), PictureKind::jpeg, "type", work,
+      products.push_back(picture(name + std::to_string(frame + 1), PictureKind::jpeg, work,
                                  [=](const Settings& settings) { return paintFrame(settings, frame); }));
   };
   add("halvane", 3, 3, [](const Settings& settings, int frame) {

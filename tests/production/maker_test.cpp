@@ -21,7 +21,7 @@ std::map<std::string, int> timesMade;
 Product textProduct(const std::string& path, const std::string& text, const std::string& source) {
   Product product;
   product.outputs = {path};
-  product.sources = {source};
+  product.source = source;
   product.make = [path, text](const Settings& settings) {
     ++timesMade[path];
     const std::string all = text + (settings.draft ? " draft" : "");
@@ -37,8 +37,8 @@ MakeResult make(const Products& products, bool draft = false, int workers = 1) {
 }
 
 Products twoProducts() {
-  return {textProduct("data/a.txt", "first", "production/making/maker."),
-          textProduct("b.txt", "second", "production/making/manifest.")};
+  return {textProduct("data/a.txt", "first", "production/making/maker.cpp"),
+          textProduct("b.txt", "second", "production/making/manifest.cpp")};
 }
 
 std::string filesOf(const std::string& folder) {
@@ -101,7 +101,7 @@ TEST(Maker, OtherSourcesOrSettingsMakeAnew) {
   const TemporaryFolder folder;
   make(twoProducts());
   Products products = twoProducts();
-  products[0].sources = {"production/making/maker.", "production/making/manifest."};
+  products[0].source = "production/making/product.cpp";
   EXPECT_EQ(make(products).made, 1);
   EXPECT_EQ(timesMade["data/a.txt"], 1);
   EXPECT_EQ(make(products, true).made, 2);
@@ -116,17 +116,6 @@ TEST(Maker, AFullDiskLeavesNothingHalfWritten) {
       std::regex_match(program.errors, std::regex("vexproduce: cannot write out/.*: File too large\n")))
       << program.errors;
   expectOnlyWholeFiles();
-}
-
-TEST(Maker, SourceKeysTellSourcesApart) {
-  const std::string maker = sourceKey({"production/making/maker."}), image = sourceKey({"production/image/"});
-  EXPECT_NE(maker, image);
-  EXPECT_NE(sourceKey({"production/image/noise."}), image);
-  EXPECT_EQ(sourceKey({"production/making/maker."}), maker);
-  // A start that names no source would never notice a change.
-  const std::string nothing = sourceKey({"no such source"});
-  for (const Product& product : allProducts())
-    for (const std::string& start : product.sources) EXPECT_NE(sourceKey({start}), nothing) << start;
 }
 
 TEST(Maker, RemovesFilesOfForgottenProductsButNoOthers) {
@@ -163,7 +152,7 @@ TEST(Maker, SaysWhatItCannotWrite) {
   EXPECT_EQ(fatalText([] { make(twoProducts()); }), "cannot make folder out: Not a directory");
   std::filesystem::remove("out");
   std::filesystem::create_directories("out/b.txt/inside");
-  EXPECT_EQ(fatalText([] { make({textProduct("b.txt", "x", "production/making/maker.")}); }),
+  EXPECT_EQ(fatalText([] { make({textProduct("b.txt", "x", "production/making/maker.cpp")}); }),
             "cannot write out/b.txt: Is a directory");
 }
 
