@@ -1,5 +1,7 @@
 #include "production/models/balls.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 
@@ -20,93 +22,118 @@ struct ShapeBall {
 };
 using Balls = std::vector<ShapeBall>;
 
-constexpr float spacing = 10;
+constexpr float spacing = 10.4f;
 
-// Balls from one place to another, both included.
-void addRow(Balls& balls, const Vector& from, const Vector& to, Colour4 colour, int stage) {
-  const int steps = std::max(1, static_cast<int>(std::lround((to - from).length() / spacing)));
-  for (int i = 0; i <= steps; ++i)
-    balls.push_back({mix(from, to, static_cast<float>(i) / static_cast<float>(steps)), colour, 1, stage});
+// A wall between two corners that face each other across it, filled within its frame; `hue` by how far a
+// place lies from its middle, 1 at the frame.
+template <typename Hue>
+void addPanel(Balls& balls, const Vector& corner, const Vector& across, const Vector& up, Hue hue) {
+  const auto steps = [](const Vector& edge) { return static_cast<int>(edge.length() / spacing + 0.5f); };
+  const int columns = steps(across), rows = steps(up);
+  for (int row = 0; row <= rows; ++row)
+    for (int column = 0; column <= columns; ++column) {
+      const float s = static_cast<float>(column) / static_cast<float>(columns),
+                  t = static_cast<float>(row) / static_cast<float>(rows);
+      const bool frame = row == 0 || row == rows || column == 0 || column == columns;
+      balls.push_back({corner + across * s + up * t, hue(std::fabs(2 * s - 1) + std::fabs(2 * t - 1), frame),
+                       frame ? 1.12f : 1.0f, 1});
+    }
 }
 
-void addFrame(Balls& balls, const std::vector<Vector>& corners, Colour4 colour, int stage) {
-  for (std::size_t i = 0; i < corners.size(); ++i)
-    addRow(balls, corners[i], corners[(i + 1) % corners.size()], colour, stage);
-}
-
-// The reliquary: its foot, its posts and rim, its lid ajar, and what escapes from it.
+// The reliquary, leaning towards us, thrown open: light stands in it to the brim, and out of it leaps the hue
+// of every world.
 Balls boxOfBalls() {
-  constexpr float halfWidth = 62, halfDepth = 42, foot = -52, rim = 12;
-  const Colour4 iron = gradient(boneRamp, 0.84f), brass = gradient(brassRamp, 0.86f),
-                lid = gradient(copperRamp, 0.82f);
-  const auto ringAt = [](float y) {
-    return std::vector<Vector>{Vector(-halfWidth, y, -halfDepth), Vector(halfWidth, y, -halfDepth),
-                               Vector(halfWidth, y, halfDepth), Vector(-halfWidth, y, halfDepth)};
+  constexpr float halfWidth = 60, halfDepth = 36, foot = -74, rim = -14;
+  const Colour4 iron = gradient(boneRamp, 0.94f), light = gradient(emberRamp, 0.97f);
+  const auto inlaid = [&](float away, bool frame) {
+    if (frame) return iron;
+    if (away < 0.30f) return light;
+    return away < 0.75f ? gradient(emberRamp, 0.66f) : gradient(copperRamp, 0.66f);
   };
+  const Vector width(2 * halfWidth, 0, 0), depth(0, 0, 2 * halfDepth), up(0, rim - foot, 0);
   Balls balls;
-  addFrame(balls, ringAt(foot), iron, 1);
-  for (const Vector& corner : ringAt(foot)) addRow(balls, corner, corner + Vector(0, rim - foot, 0), iron, 1);
-  addFrame(balls, ringAt(rim), brass, 1);
-  // Dark walls hide what lies behind them.
-  const Colour4 dark{0.10f, 0.05f, 0.04f};
-  constexpr float inset = 7;
-  for (float y = foot + 10; y < rim - 4; y += 11) {
-    std::vector<Vector> wall = ringAt(y);
-    for (Vector& corner : wall)
-      corner =
-          Vector(std::copysign(halfWidth - inset, corner.x), y, std::copysign(halfDepth - inset, corner.z));
-    addFrame(balls, wall, dark, 1);
+  addPanel(balls, Vector(-halfWidth, foot, halfDepth), width, up, inlaid);
+  for (const float side : {-halfWidth, halfWidth})
+    addPanel(balls, Vector(side, foot, -halfDepth), depth, up, inlaid);
+  addPanel(balls, Vector(-halfWidth, rim - 7, -halfDepth), width, depth, [&](float away, bool frame) {
+    return frame ? gradient(emberRamp, 0.5f) : mix(Colour4{1, 1, 1}, light, std::min(1.0f, away));
+  });
+  // Its lid stands up behind the light and shines with it.
+  const Vector lid = transformedDirection(turnedX(-112), depth);
+  addPanel(balls, Vector(-halfWidth, rim, -halfDepth), width, lid,
+           [&](float away, bool frame) { return frame ? iron : gradient(brassRamp, 0.94f - 0.16f * away); });
+  const std::array hues{gradient(acidRamp, 0.78f), gradient(steelRamp, 0.80f), gradient(violetRamp, 0.74f),
+                        Colour4{1, 1, 1},          gradient(emberRamp, 0.74f), gradient(alarmRamp, 0.70f),
+                        gradient(tealRamp, 0.76f)};
+  constexpr int drops = 20;
+  for (std::size_t jet = 0; jet < hues.size(); ++jet) {
+    const float aim = 0.32f * (static_cast<float>(jet) - 3);  // off upright
+    for (int i = 0; i < drops; ++i) {
+      const float t = static_cast<float>(i) / (drops - 1), rise = 196 * std::cos(aim);
+      balls.push_back(
+          {Vector((10 + 150 * t) * std::sin(aim), rim + rise * t - 84 * t * t, 10 + 40 * t * (1 - t)),
+           hues[jet], 0.9f + 1.0f * t * (1 - t) - 0.45f * t * t, 2});
+    }
   }
-  const Placement ajar = moved(0, -rim, halfDepth) >> turnedX(-52) >> moved(0, rim, -halfDepth);
-  for (const float height : {3.0f, 15.0f}) {
-    std::vector<Vector> corners;
-    const float drawnIn = height > 10 ? 0.72f : 1.0f;
-    for (const Vector& corner : ringAt(rim + height))
-      corners.push_back(transformed(ajar, Vector(corner.x * drawnIn, corner.y, corner.z * drawnIn)));
-    addFrame(balls, corners, lid, 2);
-  }
-  constexpr int wisp = 64;
-  for (int i = 0; i < wisp; ++i) {
-    const float t = static_cast<float>(i) / (wisp - 1), turn = 2 * pi * 2.6f * t;
-    const float radius = 6 + 44 * t * t;
-    balls.push_back({Vector(radius * std::cos(turn), -30 + 108 * t, radius * std::sin(turn)),
-                     gradient(emberRamp, 0.86f - 0.2f * t), 1.1f - 0.75f * t, 2});
-  }
+  for (ShapeBall& ball : balls)
+    ball.place = transformed(turnedX(24) >> turnedY(static_cast<float>(360 * turnsAboutWorld)), ball.place);
   return balls;
 }
 
-// A sealed world with a ring about it: the whole globe first, then the ring.
+// A sealed world with rings about it, one side to its star: the whole globe first, then the rings.
 Balls worldOfBalls() {
-  constexpr int globe = 320, core = 110, ring = 110;
-  constexpr float radius = 84, ringRadius = 134, golden = 2.3999632f;  // radians between two on the spiral
+  constexpr float radius = 84, row = 15.5f, dim = 0.07f;
+  const Vector star = unit(Vector(-0.24f, 0.36f, 0.90f));
+  const Placement tilted = turnedX(16) >> turnedZ(-18);
   Balls balls;
-  for (int i = 0; i < globe; ++i) {
-    const float y = 1 - 2 * (static_cast<float>(i) + 0.5f) / globe, around = std::sqrt(1 - y * y);
-    const float turn = golden * static_cast<float>(i);
-    const float bands = 0.5f + 0.5f * std::sin(9 * y + 0.7f * std::sin(2 * turn));
-    balls.push_back({Vector(around * std::cos(turn), y, around * std::sin(turn)) * radius,
-                     gradient(copperRamp, 0.56f + 0.34f * bands), 1.2f, 1});
+  const auto add = [&](const Vector& place, const Colour4& hue, float size, float lit, int stage) {
+    const Colour4 dark{0.16f, 0.05f, 0.05f};
+    balls.push_back({place, mix(dark, hue, std::max(dim, lit)), size, stage});
+  };
+  // Belts along its turn, a storm in one of them.
+  const int rows = static_cast<int>(pi * radius / row);
+  const Vector storm = unit(Vector(0.35f, -0.30f, 0.9f));
+  for (int i = 0; i < rows; ++i) {
+    const float up = pi * ((static_cast<float>(i) + 0.5f) / static_cast<float>(rows) - 0.5f);
+    const int count = std::max(1, static_cast<int>(2 * pi * radius * std::cos(up) / row));
+    const Colour4 belt = i % 3 == 0   ? gradient(boneRamp, 0.95f)
+                         : i % 3 == 1 ? gradient(copperRamp, 0.84f)
+                                      : gradient(copperRamp, 0.66f);
+    for (int k = 0; k < count; ++k) {
+      const float turn =
+          2 * pi * (static_cast<float>(k) + 0.5f * static_cast<float>(i % 2)) / static_cast<float>(count);
+      const Vector own(std::cos(up) * std::cos(turn), std::sin(up), std::cos(up) * std::sin(turn));
+      const Vector way = transformedDirection(tilted, own);
+      const Colour4 hue = mix(gradient(emberRamp, 0.74f), belt,
+                              smoothStep(0.88f, 0.93f, dot(own, storm)) > 0.5f ? 0.0f : 1.0f);
+      add(way * radius, hue, 1.12f, smoothStep(-0.10f, 0.50f, dot(way, star)), 1);
+    }
   }
   // A dark heart hides the far side.
+  constexpr int core = 90;
+  constexpr float golden = 2.3999632f;  // radians between two on the spiral
   for (int i = 0; i < core; ++i) {
     const float y = 1 - 2 * (static_cast<float>(i) + 0.5f) / core, around = std::sqrt(1 - y * y);
     const float turn = golden * static_cast<float>(i);
     balls.push_back(
-        {Vector(around * std::cos(turn), y, around * std::sin(turn)) * 62, {0.10f, 0.05f, 0.04f}, 1.9f, 1});
+        {Vector(around * std::cos(turn), y, around * std::sin(turn)) * 62, {0.06f, 0.02f, 0.02f}, 1.9f, 1});
   }
-  const Placement tilted = turnedX(16) >> turnedZ(-18);
-  for (int i = 0; i < ring; ++i) {
-    const float turn = 2 * pi * static_cast<float>(i) / ring;
-    balls.push_back({transformed(tilted, Vector(std::cos(turn), 0, std::sin(turn)) * ringRadius),
-                     gradient(boneRamp, 0.84f), 0.62f, 2});
-  }
+  for (const auto& [ringRadius, count] : {std::pair{138.0f, 112}, {123.0f, 96}})
+    for (int i = 0; i < count; ++i) {
+      const float turn = 2 * pi * static_cast<float>(i) / static_cast<float>(count);
+      const Vector place = transformed(tilted, Vector(std::cos(turn), 0, std::sin(turn)) * ringRadius);
+      // The globe's shadow lies across them.
+      const float along = dot(place, star), aside = (place - star * along).length();
+      const float lit = along > 0 ? 1.0f : smoothStep(radius - 10, radius + 6, aside);
+      add(place, ringRadius > 130 ? gradient(boneRamp, 0.95f) : gradient(copperRamp, 0.76f), 0.54f, lit, 2);
+    }
   return balls;
 }
 
 // Metals of the party and its fire, one after the other and back to the first.
 Colour4 metal(float turns) {
-  const std::array hues{gradient(boneRamp, 0.84f), gradient(copperRamp, 0.80f), gradient(emberRamp, 0.72f),
-                        gradient(brassRamp, 0.84f)};
+  const std::array hues{gradient(boneRamp, 0.96f), gradient(copperRamp, 0.84f), gradient(emberRamp, 0.74f),
+                        gradient(brassRamp, 0.94f)};
   const float place = (turns - std::floor(turns)) * static_cast<float>(hues.size());
   const auto i = static_cast<std::size_t>(place) % hues.size();
   return mix(hues[i], hues[(i + 1) % hues.size()], smoothStep(0.25f, 0.75f, place - std::floor(place)));
@@ -140,7 +167,7 @@ Balls wordOfBalls() {
   const float width = (letters.right - letters.left) * heightOfX;
   const Lettering text =
       placed(letters, heightOfX, heightOfX, -width / 2 - letters.left * heightOfX, heightOfX * 0.45f);
-  const auto colour = [&](float y) { return gradient(copperRamp, 0.80f - 0.28f * y / heightOfX); };
+  const auto colour = [&](float y) { return gradient(copperRamp, 0.90f - 0.24f * y / heightOfX); };
   Balls balls;
   float rest = 0;
   for (const auto& [x0, y0, x1, y1] : text.edges) {
@@ -153,7 +180,7 @@ Balls wordOfBalls() {
   }
   for (float y = -1.2f * heightOfX; y < heightOfX; y += step)
     for (float x = -width / 2; x < width / 2; x += step)
-      if (within(text, x, y)) balls.push_back({Vector(x, -y, -9), gradient(emberRamp, 0.60f), 0.9f, 2});
+      if (within(text, x, y)) balls.push_back({Vector(x, -y, -9), gradient(emberRamp, 0.66f), 0.9f, 2});
   return balls;
 }
 

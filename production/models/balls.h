@@ -11,6 +11,9 @@ namespace vex {
 
 inline constexpr int ballStages = 2;
 
+// Turns of the camera about the world until the box opens, which faces it there.
+inline constexpr double turnsAboutWorld = 0.22;
+
 // Name of the ball file as the player asks for it, without its folder; stages count from 1.
 std::string ballFile(const char* shape, int stage);
 

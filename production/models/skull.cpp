@@ -275,21 +275,24 @@ std::vector<StageCamera> cameras() {
              {Vector(-200, 70, 420), Vector(-160, 84, 450), Vector(-110, 96, 460), Vector(-50, 106, 450)},
              {Vector(-92, 166, 60), Vector(-84, 168, 60), Vector(-70, 160, 40), Vector(-50, 150, 20)}),
       camera("right", 80,
-             {Vector(250, 60, 400), Vector(226, 74, 430), Vector(180, 88, 446), Vector(120, 100, 450)},
-             {Vector(98, 166, 60), Vector(92, 166, 60), Vector(76, 158, 40), Vector(56, 150, 20)}),
-      // From the ground, far out, where something comes down.
+             {Vector(156, 40, 404), Vector(142, 48, 394), Vector(124, 56, 380), Vector(100, 64, 366)},
+             {Vector(76, 158, 0), Vector(70, 160, 0), Vector(60, 160, 0), Vector(46, 158, 0)}),
+      // From the ground, where something comes down.
       camera("fallen", 80,
-             {Vector(-338, 14, 572), Vector(-328, 13, 566), Vector(-318, 12, 560), Vector(-306, 12, 552)},
-             {Vector(-110, 142, 200), Vector(-108, 130, 200), Vector(-106, 116, 190), Vector(-104, 98, 180)}),
-      // The second crow comes down before the skull.
-      cameraDuring(
-          {.name = "landing", .fieldDegrees = 74, .far = 5000}, loopSeconds, 8, 3.5f,
-          {Vector(-290, 44, 390), Vector(-282, 38, 372), Vector(-270, 34, 356), Vector(-250, 32, 340)},
-          {Vector(-64, 150, 150), Vector(-60, 124, 120), Vector(-54, 96, 80), Vector(-50, 92, 70)}),
-      // The third comes in from the left, far before the skull.
+             {Vector(-330, 15, 478), Vector(-322, 14, 470), Vector(-312, 13, 462), Vector(-300, 13, 452)},
+             {Vector(-130, 150, 190), Vector(-128, 132, 186), Vector(-124, 106, 180), Vector(-118, 88, 172)}),
+      // The second crow comes down beside the skull.
+      cameraDuring({.name = "landing", .fieldDegrees = 74, .far = 5000}, loopSeconds, 8, 3.5f,
+                   {Vector(210, 44, 396), Vector(200, 40, 386), Vector(188, 36, 374), Vector(174, 34, 362)},
+                   {Vector(-25, 152, 136), Vector(-25, 128, 118), Vector(-24, 104, 96), Vector(-22, 94, 72)}),
+      // Below it, before it falls.
+      cameraDuring({.name = "stalked", .fieldDegrees = 60, .far = 5000}, loopSeconds, 3, 1,
+                   {Vector(112, 92, 432), Vector(104, 95, 428), Vector(96, 98, 424)},
+                   {Vector(-58, 164, 120), Vector(-60, 165, 120), Vector(-62, 166, 120)}),
+      // Over the third one's shoulder: what it flies past looks back at it.
       cameraDuring({.name = "hunted", .fieldDegrees = 58, .far = 5000}, loopSeconds, 10, 1,
-                   {Vector(-326, 96, 676), Vector(-310, 100, 658), Vector(-294, 104, 640)},
-                   {Vector(-150, 132, 150), Vector(-148, 134, 150), Vector(-146, 136, 150)}),
+                   {Vector(-362, 214, 470), Vector(-334, 216, 486), Vector(-306, 218, 502)},
+                   {Vector(-122, 116, 130), Vector(-112, 116, 134), Vector(-102, 116, 138)}),
   };
 }
 

@@ -71,7 +71,7 @@ Colour4 stoneColour(const BakePoint& p) {
   if (p.part == toothPart) stone = mix(bone, gradient(stormRamp, 0.30f), 0.4f * stain);
   stone = mix(stone, gradient(stormRamp, 0.20f), 0.65f * drips(p));
   stone = stone * (1 - 0.55f * crease) * (0.45f + 0.55f * smoothStep(0, 0.65f, p.open));
-  return stone * p.light * (1.12f * relief(p, 1.6f, 0.55f, grain));
+  return stone * p.light * (1.5f * relief(p, 1.6f, 0.6f, grain));
 }
 
 Colour4 boulderColour(const BakePoint& p) {

@@ -18,7 +18,6 @@ namespace {
 using namespace water;
 
 constexpr float poolSide = 1300, waveHeight = 0.2f;
-const Vector rayFoot(-56, 0, -60);  // behind the being, so that it stands dark before it
 
 // --- The being's way: at the surface, where it bows now and then until the water ripples round it, and in
 // the last quarter of its loop down into the deep and up again.
@@ -62,59 +61,6 @@ StageCamera camera(const char* name, float fieldDegrees, const std::function<Vec
 
 Vector around(float radius, float height, float radians) {
   return Vector(radius * std::sin(radians), height, radius * std::cos(radians));
-}
-
-std::vector<StageCamera> cameras() {
-  const auto wave = [](float turns, float phase = 0) {
-    return [=](float t) { return swing(t, loopSeconds, turns, phase); };
-  };
-  const auto slow = wave(1), late = wave(1, 0.25f), quick = wave(2, 0.3f);
-  return {
-      // Looks at the being whatever its target is.
-      camera(
-          "follow", 78,
-          [=](float t) { return around(372 + 24 * late(t), 168 + 18 * slow(t), 0.10f + 0.42f * slow(t)); },
-          [](float) { return Vector(0, 185, -20); }),
-      camera(
-          "wide", 72,
-          [=](float t) { return Vector(70 + 110 * slow(t), 40 + 12 * quick(t), 440 - 50 * late(t)); },
-          [=](float t) { return Vector(10 + 24 * slow(t), 84 + 8 * late(t), -60); }),
-      camera(
-          "low", 78,
-          [=](float t) { return around(250 + 16 * late(t), 18 + 5 * quick(t), -0.16f + 0.34f * slow(t)); },
-          [=](float t) { return Vector(-36 + 14 * late(t), 108, 10); }),
-      camera(
-          "above", 62,
-          [=](float t) { return Vector(-50 + 60 * slow(t), 200 + 20 * late(t), 320 + 20 * slow(t)); },
-          [=](float t) { return Vector(6 + 10 * late(t), 54, -50); }),
-      camera(
-          "face", 50,
-          [=](float t) { return Vector(-170 + 50 * slow(t), 112 + 10 * quick(t), 232 + 16 * late(t)); },
-          [=](float t) { return Vector(-84 + 8 * late(t), 118, 30); }),
-      camera(
-          "moonlit", 70,
-          [=](float t) { return Vector(30 + 40 * slow(t), 30 + 6 * late(t), 330 - 60 * slow(t)); },
-          [=](float t) { return Vector(-70 + 16 * late(t), 96, -300); }),
-      camera(
-          "glide", 70,
-          [=](float t) { return Vector(220 + 30 * late(t), 34 + 6 * quick(t), 215 - 60 * slow(t)); },
-          [=](float t) { return Vector(16 + 20 * slow(t), 92, -40); }),
-      camera(
-          "under", 88,
-          [=](float t) { return around(205 + 14 * late(t), 14 + 4 * quick(t), 0.22f + 0.3f * slow(t)); },
-          [=](float t) { return Vector(-40 + 10 * late(t), 170, 16); }),
-      camera(
-          "leaving", 70,
-          [=](float t) {
-            const float gone = eased(t, 4, 10);
-            return Vector(-110 - 10 * gone, 34 + 40 * gone, 330 + 110 * gone);
-          },
-          [=](float t) { return Vector(-34, 100 - 10 * eased(t, 4, 10), -60); }),
-      camera(
-          "facing", 62,
-          [=](float t) { return Vector(-196 + 20 * slow(t), 66 + 10 * late(t), 196 - 24 * slow(t)); },
-          [=](float t) { return Vector(-40 + 10 * late(t), 108, 10); }),
-  };
 }
 
 // Cards that cross in the ray's axis, so that none shows its edge alone.
@@ -199,6 +145,78 @@ Model waterAlien(const Settings& settings) {
 }
 
 }  // namespace
+
+namespace water {
+
+std::vector<StageCamera> cameras() {
+  const auto wave = [](float turns, float phase = 0) {
+    return [=](float t) { return swing(t, loopSeconds, turns, phase); };
+  };
+  const auto slow = wave(1), late = wave(1, 0.25f), quick = wave(2, 0.3f);
+  return {
+      // Looks at the being whatever its target is.
+      camera(
+          "follow", 78,
+          [=](float t) { return around(372 + 24 * late(t), 168 + 18 * slow(t), 0.10f + 0.42f * slow(t)); },
+          [](float) { return Vector(0, 185, -20); }),
+      camera(
+          "wide", 72,
+          [=](float t) { return Vector(70 + 110 * slow(t), 40 + 12 * quick(t), 440 - 50 * late(t)); },
+          [=](float t) { return Vector(10 + 24 * slow(t), 84 + 8 * late(t), -60); }),
+      camera(
+          "low", 78,
+          [=](float t) { return around(250 + 16 * late(t), 18 + 5 * quick(t), -0.16f + 0.34f * slow(t)); },
+          [=](float t) { return Vector(-36 + 14 * late(t), 116, 10); }),
+      camera(
+          "above", 70,
+          [=](float t) { return Vector(-50 + 60 * slow(t), 200 + 20 * late(t), 320 + 20 * slow(t)); },
+          [=](float t) { return Vector(6 + 10 * late(t), 74, -50); }),
+      camera(
+          "face", 50,
+          [=](float t) { return Vector(-170 + 50 * slow(t), 112 + 10 * quick(t), 232 + 16 * late(t)); },
+          [=](float t) { return Vector(-84 + 8 * late(t), 118, 30); }),
+      camera(
+          "moonlit", 70,
+          [=](float t) { return Vector(30 + 40 * slow(t), 30 + 6 * late(t), 330 - 60 * slow(t)); },
+          [=](float t) { return Vector(-70 + 16 * late(t), 96, -300); }),
+      camera(
+          "glide", 78,
+          [=](float t) { return Vector(220 + 30 * late(t), 34 + 6 * quick(t), 215 - 60 * slow(t)); },
+          [=](float t) { return Vector(4 + 20 * slow(t), 90, -40); }),
+      camera(
+          "under", 88,
+          [=](float t) { return around(205 + 14 * late(t), 14 + 4 * quick(t), 0.22f + 0.3f * slow(t)); },
+          [=](float t) { return Vector(-40 + 10 * late(t), 170, 16); }),
+      camera(
+          "leaving", 70,
+          [=](float t) {
+            const float gone = eased(t, 4, 10);
+            return Vector(84 + 16 * gone, 30 + 30 * gone, 300 + 90 * gone);
+          },
+          [=](float t) { return Vector(-34, 100 - 10 * eased(t, 4, 10), -60); }),
+      camera(
+          "facing", 62,
+          [=](float t) { return Vector(-196 + 20 * slow(t), 66 + 10 * late(t), 196 - 24 * slow(t)); },
+          [=](float t) { return Vector(-40 + 10 * late(t), 108, 10); }),
+      // Along the moon's path into its gate.
+      camera(
+          "gate", 46,
+          [=](float t) {
+            const float near = eased(t, 0, 6);
+            return Vector(44 - 12 * near, 17 - 3 * near, 262 - 76 * near);
+          },
+          [=](float t) { return Vector(-96 + 4 * late(t), 78, -500); }),
+      // The being in its ray.
+      camera(
+          "struck", 74,
+          [=](float t) {
+            return Vector(96 - 30 * eased(t, 4, 10), 26 + 8 * quick(t), 300 - 40 * eased(t, 4, 10));
+          },
+          [=](float t) { return Vector(-30 + 8 * late(t), 114, -40); }),
+  };
+}
+
+}  // namespace water
 
 Products waterAlienModel() {
   return {model("water_alien",

@@ -220,7 +220,8 @@ void addHead(Surface& all) {
       std::vector<Vector> path;
       for (const Vector& knot : knots) path.emplace_back(knot.x * side, knot.y, knot.z);
       put(tube(
-              smoothPath(path, 22), 6, [](float t) { return 1.0f * (1 - t) + 0.14f; }, TubeEnd::point),
+              smoothPath(path, 22), 6, [](float t) { return 0.72f * (1 - t) * (1 - 0.4f * t) + 0.12f; },
+              TubeEnd::point),
           spine);
     };
     feeler({Vector(4, -0.5f, 46), Vector(12, -2, 51), Vector(20, -10, 50), Vector(25, -24, 42),
@@ -373,10 +374,13 @@ Colour4 beingColour(const BakePoint& p) {
     case eyeBall:
       return eyeColour(p);
     case tooth:
-      return gradient(boneRamp, 0.72f) * (0.25f + 0.75f * p.light.g);
+      // Stained where it leaves the gum.
+      return gradient(boneRamp, 0.84f - 0.22f * fractal(p.position * 0.5f, 0, 3, 0.5f, 955)) *
+             (0.20f + 0.85f * p.light.g);
     case spine:
-      colour = gradient(boneRamp, 0.42f) * (0.10f + 0.5f * p.light.g) +
-               gradient(tealRamp, 0.80f) * (0.10f + 0.42f * std::max(0.0f, p.light.g));
+      colour = (gradient(boneRamp, 0.36f) * (0.06f + 0.5f * p.light.g) +
+                gradient(tealRamp, 0.80f) * (0.04f + 0.46f * std::max(0.0f, p.light.g))) *
+               (0.55f + 0.45f * std::fabs(std::sin(p.position.z * 0.9f + p.position.y * 0.7f)));
       break;
     case membrane: {
       // The light shines through: what faces away from it glows as well, most where the skin is thin.

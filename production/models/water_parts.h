@@ -29,6 +29,12 @@ inline const Vector beingPivot(0, 188, -20);
 Surface being();
 Colour4 beingColour(const BakePoint& p);
 
+// --- Cameras and what they look at.
+
+std::vector<StageCamera> cameras();
+inline const Vector rayFoot(-56, 0, -60);  // behind the being, so that it stands dark before it
+inline const Vector moonPlace = Vector(-0.165f, 0.100f, -0.96f) * 2000;
+
 // --- Stacks, needles and an arch.
 
 Surface rocks();

@@ -204,9 +204,18 @@ Colour4 rockColour(const BakePoint& p) {
   const Colour4 stone =
       mix(gradient(steelRamp, 0.20f + 0.20f * grit), gradient(tealRamp, 0.26f + 0.16f * grit), 0.55f) *
       (groove * (0.7f + 0.6f * prism.id) * (0.6f + 0.6f * beds));
+  // Too fine for the triangles: what rises towards the moon catches its light.
+  const auto chipped = [](const Vector& at) {
+    return 5 * fractal(at * 0.06f, 0, 4, 0.6f, 968) +
+           3 * fractal(Vector(at.x * 0.02f, at.y * 0.16f, at.z * 0.02f), 0, 2, 0.5f, 969);
+  };
+  const Vector step(-1.4f, 1.8f, -1.4f);
+  const float relief =
+      std::clamp(1 + 0.55f * (chipped(p.position) - chipped(p.position + step)), 0.25f, 2.1f);
   // The moon draws the edges that it grazes.
   const float rim = std::pow(std::max(0.0f, p.light.g - 0.18f), 1.2f);
-  Colour4 colour = stone * p.light * 2.3f + gradient(tealRamp, 0.76f) * (1.7f * rim * (0.5f + 0.5f * grit));
+  Colour4 colour =
+      (stone * p.light * 2.0f + gradient(tealRamp, 0.80f) * (2.2f * rim * (0.5f + 0.5f * grit))) * relief;
   // Wet stone above the water, a pale line where it breaks, ink below.
   const float swell = 4 * gradientNoise(Vector(p.position.x * 0.03f, 0, p.position.z * 0.03f), 0, 966);
   const float wet = smoothStep(40, 8, p.position.y + 2 * swell);

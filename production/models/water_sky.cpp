@@ -15,7 +15,6 @@ namespace vex::water {
 
 namespace {
 
-const Vector moonPlace = Vector(-0.165f, 0.100f, -0.96f);
 constexpr float moonSize = 0.042f;  // radians, its radius
 
 // More of the picture for what lies towards -z and near the horizon, where the cameras look.
@@ -53,8 +52,8 @@ Colour4 skyColour(const Vector& d) {
   const Vector q(d.x * 2.2f, d.y * 8, d.z * 2.2f);
   const float cloud = fractal(warp(q, 0, 0.5f, 970), 0, 5, 0.55f, 971);
   const float bank = smoothStep(-0.15f, 0.45f, cloud) * smoothStep(0.02f, 0.12f, d.y);
-  const float glow = 0.38f * std::exp(-angle * 1.7f) + 0.34f * std::exp(-angle * 11);
-  float value = 0.20f + 0.32f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
+  const float glow = 0.44f * std::exp(-angle * 2.4f) + 0.62f * std::exp(-angle * 9);
+  float value = 0.12f + 0.30f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
   value *= 1 - 0.42f * bank * (1 - 0.4f * std::exp(-angle * 5));
   value += 0.16f * std::exp(-angle * 3.6f) * std::exp(-std::pow((cloud - 0.02f) * 6, 2.0f)) *
            smoothStep(0.02f, 0.10f, d.y);
@@ -62,7 +61,7 @@ Colour4 skyColour(const Vector& d) {
   const float disc = smoothStep(moonSize * 1.10f, moonSize * 0.90f, angle);
   const float seas = 0.5f + 0.5f * fractal(d * 34, 0, 3, 0.5f, 972);
   Colour4 colour = gradient(tealRamp, value);
-  return mix(colour, Colour4{0.96f, 1.0f, 0.99f} * (0.88f + 0.12f * seas), disc * (1 - 0.2f * bank));
+  return mix(colour, Colour4{0.96f, 1.0f, 0.99f} * (0.74f + 0.26f * seas), disc * (1 - 0.2f * bank));
 }
 
 namespace {
@@ -90,11 +89,11 @@ Colour4 bedTexel(float u, float v) {
   const float width = 60 + 0.11f * std::max(0.0f, along);
   const float streaks =
       0.5f + 0.5f * fractal(Vector(place.x * 0.004f, 0, place.z * 0.022f), 0, 4, 0.55f, 973);
-  const float path =
-      std::exp(-std::pow(across / width, 2.0f)) * smoothStep(-40, 500, along) * (0.35f + 0.65f * streaks);
+  const float path = std::exp(-std::pow(across / width, 2.0f)) * smoothStep(-60, 240, along) *
+                     (0.15f + 0.95f * smoothStep(0.3f, 0.75f, streaks));
   const float swell = 0.5f + 0.5f * fractal(Vector(place.x * 0.003f, 0, place.z * 0.007f), 0, 4, 0.5f, 974);
   const float far = smoothStep(180, 0.9f * skyRadius, radius);
-  Colour4 water = gradient(tealRamp, 0.15f + 0.15f * swell + 0.54f * path);
+  Colour4 water = gradient(tealRamp, 0.08f + 0.12f * swell + 0.92f * path);
   // Rocks stand on their heads in it, and where it breaks on them it foams.
   const Vector seen(place.x - 40, 0, place.z - 330);
   const float sway = 14 * fractal(Vector(place.x * 0.01f, 0, place.z * 0.09f), 0, 3, 0.5f, 978);
@@ -169,7 +168,7 @@ Canvas lightPicture(const Settings& settings) {
     const float bend = 0.5f * fractal(u * 6, v * 6, 6, 3, 0.5f, 975);
     const float net = std::pow(1 - std::fabs(gradientNoise(u * 9 + bend, v * 9 - bend, 0, 976)), 6.0f);
     const float fine = std::pow(1 - std::fabs(gradientNoise(u * 17 - bend, v * 17 + bend, 0, 977)), 6.0f);
-    return gradient(tealRamp, smoothStep(0.94f, 0.15f, r) * (0.05f + 0.42f * net * net + 0.10f * fine));
+    return gradient(tealRamp, smoothStep(0.94f, 0.15f, r) * (0.03f + 0.24f * net * net + 0.16f * fine));
   });
 }
 
@@ -177,7 +176,7 @@ Canvas rayPicture(const Settings& settings) {
   const int side = settings.side(256);
   return paint(side, side, [](float u, float v) {
     const float x = 2 * u - 1;
-    const float fade = std::pow(std::max(0.0f, 1 - x * x), 2.2f) * std::exp(-x * x * 1.5f);
+    const float fade = std::pow(std::max(0.0f, 1 - x * x), 3.0f) * std::exp(-x * x * 2.0f);
     // Around a ring, so that it repeats upwards.
     const auto ring = [v](float across, float radius) {
       return Vector(across, radius * std::cos(2 * pi * v), radius * std::sin(2 * pi * v));

@@ -147,14 +147,14 @@ void addFinish(Show& show) {
                   .blend = Blend::darken});
   // The bars slide in with the prologue and open on the white in which the last world ends; they stay ink.
   const Curve height =
-      line({{0, 0.0}, {8, barHeight}, {lastBeat - 8, barHeight}, {lastBeat - 3, 0}, {partEnd, 0}});
+      line({{0, 0.0}, {8, barHeight}, {lastBeat - 4, barHeight}, {lastBeat - 0.5, 0}, {partEnd, 0}});
   // They reach beyond the screen, so that no edge of theirs shows but the inner one.
   const double beyond = 0.5;
   show.add("letterbox", 0, film, curtain + 1,
            Bitmap{.texture = "bar", .at = {-1 - beyond, -1 - beyond, 2 + 2 * beyond, height + beyond}},
            Bitmap{.texture = "bar", .at = {-1 - beyond, height * -1 + 1, 2 + 2 * beyond, height + beyond}});
   // That white lies over grain and vignette, too, before the party begins.
-  show.add("white", film - 0.25, 0.25, curtain, Fade{1, 0.97, 0.92, line({{0, 0}, {partEnd, 1}})});
+  show.add("white", film - 0.25, 0.25, curtain, Fade{1, 0.97, 0.92, line({{0, 0}, {0.7, 0}, {partEnd, 1}})});
 }
 
 }  // namespace vex

@@ -149,18 +149,18 @@ void addBars(Show& show) {
       {1.0, 0.88, 0.66});
   add("bars in file", first, second,
       {.count = 8, .endScale = 0.4, .speed = 0.5, .spacing = 0.5, .amplitude = swing(8, 0.6, 0.8, 90)},
-      {0.36, 0.68, 0.22});
+      {0.22, 0.44, 0.13});
   add("bars entwined", second, third,
       {.count = 9, .endScale = 0.35, .mode = 1, .speed = 0.6, .spacing = 0.6, .amplitude = 0.8},
-      {1.0, 0.38, 0.72});
+      {0.55, 0.16, 0.36});
   const Copper chorus{.count = 7,
                       .endScale = 0.4,
                       .mode = 1,
                       .speed = 0.9,
                       .spacing = 0.8,
                       .amplitude = swing(12, 0.65, 0.85)};
-  add("bars of the chorus", third, greetings, chorus, {0.3, 0.95, 1.0});
-  add("bars of fire", greetings, chord, chorus, {1.0, 0.5, 0.22});
+  add("bars of the chorus", third, greetings, chorus, {0.2, 0.62, 0.66});
+  add("bars of fire", greetings, chord, chorus, {0.62, 0.27, 0.10});
   show.add("glow behind", first, chord - first, far + 1,
            Bitmap{.texture = "haze_ember",
                   .at = centred(0, -0.12, 2.6, 1.5),
@@ -194,41 +194,61 @@ double smooth(double from, double to, double share) {
 void addShapes(Show& show) {
   const double first = barOf("first shape"), second = barOf("second shape"), third = barOf("third shape"),
                chord = barOf("last chord");
-  // Whole turns from shape to shape, so that the word begins face to face.
-  const double turns = 2 / ((third - first) * secondsPerBar);
-  // Out of the white a sealed world falls away from us; what opens out of it is the box.
+  // To one side and to the other, `reach` turns far: face to face at every second beat.
+  constexpr double sway = 4, reach = 0.055;  // beats, turns
+  const double pace = reach * 2 * std::numbers::pi / (sway * secondsPerBeat);
+  const auto swaying = [&](double from, double to) {
+    return stretch([&](double beat) { return pace * std::cos(2 * std::numbers::pi * beat / sway); }, from,
+                   to);
+  };
+  // Out of the white a sealed world falls away from us; what opens out of it is the box. At the knot's end
+  // the camera has gone round once, and the word begins face to face.
   const double seen = outroBar;
   addShape(show, "world", seen, first - seen, [&](double from, double to) {
     return BallShow{
         .size = stretch([](double beat) { return 14 + 3 * swell(beat); }, from, to),
-        .turns = 1 / ((first - seen) * secondsPerBar),
+        .turns = turnsAboutWorld / ((first - seen) * secondsPerBar),
         .distance = stretch([](double beat) { return 220 + 220 * (1 - std::exp(-1.6 * beat)); }, from, to),
-        .height = stretch([](double beat) { return 0.13 + 0.03 * std::sin(beat / 3); }, from, to)};
+        .height = stretch([](double beat) { return 0.05 + 0.03 * std::sin(beat / 3); }, from, to)};
   });
   addShape(show, "box", first, second - first, [&](double from, double to) {
     return BallShow{.size = stretch([](double beat) { return 13 + 3 * swell(beat); }, from, to),
-                    .turns = turns,
-                    .distance = stretch([](double beat) { return smooth(380, 335, beat / 3); }, from, to),
-                    .height = stretch([](double beat) { return smooth(0.06, 0.0, beat / 6); }, from, to)};
+                    .turns = swaying(from, to),
+                    .distance = stretch([](double beat) { return smooth(350, 275, beat / 5); }, from, to),
+                    .height = 0.08};
   });
   addShape(show, "knot", second, third - second, [&](double from, double to) {
     return BallShow{.size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
-                    .turns = turns,
+                    .turns = (1 - turnsAboutWorld) / ((third - second) * secondsPerBar),
                     .distance = stretch([](double beat) { return smooth(350, 290, beat / 4); }, from, to),
                     .height = stretch([](double beat) { return 0.06 + 0.05 * std::sin(beat); }, from, to)};
   });
-  // To one side and to the other.
-  constexpr double sway = 8, reach = 0.10;  // beats, turns
-  const double pace = reach * 2 * std::numbers::pi / (sway * secondsPerBeat);
   addShape(show, "word", third, chord - third, [&](double from, double to) {
     return BallShow{
         .size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
-        .turns = stretch([&](double beat) { return pace * std::cos(2 * std::numbers::pi * beat / sway); },
-                         from, to),
+        .turns = swaying(from, to),
         .distance = stretch([](double beat) { return smooth(360, 310, beat / 4) + 10 * std::sin(beat / 2); },
                             from, to),
         .height = 0.1};
   });
+  // The world's star, and the light in the box.
+  show.add("star", seen, first - seen, haze,
+           Bitmap{.texture = "light7",
+                  .at = centred(line({{0, -0.62}, {partEnd, -0.80}}), -0.70, 0.55),
+                  .blend = Blend::add},
+           Bitmap{.texture = "streak_bone",
+                  .at = {line({{0, -1.82}, {partEnd, -2.0}}), -0.80, 2.4, 0.2},
+                  .alpha = swing(4, 0.6, 1),
+                  .blend = Blend::add});
+  show.add("light within", first, second - first, subject + 1,
+           Bitmap{.texture = "rays_ember",
+                  .at = centred(0, -0.14, 2.4),
+                  .alpha = flashes(everyBeat, 0.9, 0.35),
+                  .blend = Blend::add},
+           Bitmap{.texture = "light7",
+                  .at = centred(0, -0.12, 0.5, 1.5),
+                  .alpha = flashes(everyBeat, 1, 0.6),
+                  .blend = Blend::add});
   // The shape is whole: light; and once more on the bar.
   for (const double bar : {outroBar + 1.0, first + 0.25, first + 1, second + 0.25, second + 1, third + 0.25})
     show.add("whole", bar, 0.25, flash,
@@ -276,24 +296,76 @@ void addScroller(Show& show) {
                            .y = -0.64})});
 }
 
-// When the balls have flown past us it is struck once; then it stands in copper until the music is over.
+// Behind the stars stands the hall in which all began: the lid comes down on the light, and on the bar it is
+// shut.
+void addLid(Show& show, double from, double shut, double end) {
+  const auto pose = [](const char* object, const Curve& fraction) {
+    Curve name;
+    name.kind = CurveKind::text;
+    name.text = object;
+    return ScriptCall{
+        "SceneIntroBox", "setAnimationState", {{"object", name}, {"fraction", fraction, 0, 0.999}}};
+  };
+  const double beats = (shut - from) * beatsPerBar;
+  const auto falling = [&](double open) {
+    return line(
+        {{0, open}, {0.4 * beats, 0.8 * open}, {beats, 0}, {beats + 0.12, 0.02 * open}, {beats + 0.25, 0}});
+  };
+  // The name burns above it and sinks into it.
+  ScriptCall sinks{"SceneIntroBox", "setVexFog", {}};
+  for (const double level : {1.0, 1.0, 0.8, 0.6})
+    sinks.parameters.push_back(
+        {"opacity", line({{0, level}, {0.75 * beats, level}, {0.9 * beats, 0}}), 0, 1});
+  for (int layer = 0; layer < 4; ++layer)
+    sinks.parameters.push_back({"seconds", line({{0, 1.8}, {0.3 * beats, 1.3}, {0.9 * beats, 0}}), 0, 5});
+  const Curve sealed = line({{0, 0}, {0.7 * beats, 0}, {beats - 0.1, 0.999}, {beats + 0.1, 0}});
+  show.part("the lid closes", from, end - from, subject - 1,
+            {pose("lock", line({{0, 0.8}, {beats, 0.8}, {beats + 0.5, 0}})),
+             pose("top", falling(0.96)),
+             pose("pool01", falling(0.999)),
+             pose("pool02", falling(0.999)),
+             pose("mist", falling(0.999)),
+             pose("shafts", falling(0.6)),
+             pose("seam", sealed),
+             pose("keyhole", 0),
+             sinks,
+             {"SceneIntroBox", "animate", {}}},
+            8.5, 0.2);
+}
+
+// When the balls have flown past us the box is shut; over it the title is struck once, and stands in copper
+// until the music is over.
 void addLastWord(Show& show) {
-  const double chord = barOf("last chord"), end = songBars + blackSeconds / secondsPerBar - chord;
-  show.add("light of the chord", chord, end, haze,
+  const double chord = barOf("last chord"), shut = songBars, end = songBars + blackSeconds / secondsPerBar;
+  addLid(show, chord + 0.25, shut, end);
+  show.add("light of the chord", chord, 0.5, haze,
            Bitmap{.texture = "haze_ember",
-                  .at = centred(0, 0, spline({{0, 3.6}, {2, 2.8}, {partEnd, 2.4}}), 2),
-                  .alpha = line({{0, 1}, {0.6, 0.7}, {2, 0.4}, {partEnd, 0.25}}),
+                  .at = centred(0, 0, spline({{0, 3.6}, {partEnd, 2.4}}), 2),
+                  .alpha = line({{0, 1}, {0.6, 0.7}, {partEnd, 0}}),
                   .blend = Blend::add});
-  constexpr double flown = 0.75, struck = flown + 0.25;  // beats
+  // What it is struck with glows on behind it.
+  show.add("light of the name", shut, end - shut, title - 1,
+           Bitmap{.texture = "rays_ember",
+                  .at = centred(0, -0.52, spline({{0, 3.4}, {1, 2.4}, {partEnd, 2.0}}), 1.6),
+                  .alpha = line({{0, 1}, {0.5, 0.7}, {2, 0.5}, {4.5, 0.4}, {7.2, 0}}),
+                  .blend = Blend::add},
+           Bitmap{.texture = "streak_bone",
+                  .at = {-1.6, -0.72, 3.2, 0.4},
+                  .alpha = line({{0, 1}, {0.5, 0.5}, {2, 0}}),
+                  .blend = Blend::add});
+  constexpr double struck = 0.25;  // beats
   const Curve falls = slide(1.35, 1.2);
-  show.add(
-      "vexation struck", chord + flown / beatsPerBar, (struck - flown) / beatsPerBar, title,
-      Logo{.ending = ation.texture, .x = falls * ation.leftBy, .size = falls, .glitch = slide(0.8, 0.2)});
-  Word word = vex(ation, spline({{0, 1.2}, {2, 1.15}, {partEnd, 1.05}}));
+  show.add("vexation struck", shut, struck / beatsPerBar, title,
+           Logo{.ending = ation.texture,
+                .x = falls * ation.leftBy,
+                .y = -0.55,
+                .size = falls,
+                .glitch = slide(0.8, 0.2)});
+  Word word = vex(ation, spline({{0, 1.2}, {2, 1.15}, {partEnd, 1.05}}), 0, -0.55);
   word.tear = 0;
-  show.add("vexation", chord + struck / beatsPerBar, end - struck / beatsPerBar, title, word);
-  show.add("last veil", chord, end + 1, curtain,
-           Fade{.alpha = line({{0, 0}, {7.5, 0}, {11, 1}, {partEnd, 1}})});
+  show.add("vexation", shut + struck / beatsPerBar, end - shut - struck / beatsPerBar, title, word);
+  show.add("last veil", shut, end + 1 - shut, curtain,
+           Fade{.alpha = line({{0, 0}, {4.5, 0}, {7.2, 1}, {partEnd, 1}})});
 }
 
 }  // namespace
@@ -311,7 +383,7 @@ void addOutro(Show& show) {
                   .at = centred(0, -0.1, spline({{0, 5}, {partEnd, 2.4}}), 1.78),
                   .alpha = line({{0, 1}, {0.6, 1}, {partEnd, 0}}),
                   .blend = Blend::add},
-           Fade{1, 0.97, 0.92, line({{0, 1}, {0.1, 1}, {0.2, 0.3}, {0.4, 0}, {partEnd, 0}})});
+           Fade{1, 0.97, 0.92, line({{0, 0.9}, {0.12, 0.2}, {0.25, 0}, {partEnd, 0}})});
 }
 
 }  // namespace vex

@@ -11,7 +11,7 @@ using namespace screen;
 
 namespace {
 
-enum Camera { wide, low, face, crane, socket, far, left, right, fallen, landing, hunted };
+enum Camera { wide, low, face, crane, socket, far, left, right, fallen, landing, stalked, hunted };
 
 // --- Words of this world
 
@@ -64,13 +64,14 @@ constexpr Shot shots[] = {{"across the plain", 0, 1.5, wide, 1, 2.2},
                           {"hunt 1", 6.5, 1.5, left, 4, 1.5},
                           {"clouds race", 8, 1, low, 12, 2.5},
                           {"eyes 2", 9, 0.5, face, 9, 1.5},
-                          {"hunt 2", 9.5, 0.5, left, 5, 1.5},
+                          {"hunt 2", 9.5, 0.5, stalked, 3},
                           {"falls before it", 10, 2, landing, 8},
                           {"eye 3", 12, 0.5, socket, 9, 4},
                           {"hunt 3", 12.5, 0.5, hunted, 10},
                           {"falls before us", 13, 1, fallen, 2, 4},
                           {"heart of the storm", 14, 1, low, 15, 2.4},
-                          {"into the eye", 15, 0.75, socket, 6, 3.4}};
+                          {"into the eye", 15, 0.75, socket, 6, 3.4},
+                          {"struck dumb", 15.75, 0.25, face, 9.4}};
 
 void addShots(Show& show) {
   for (const Shot& shot : shots)
@@ -83,6 +84,7 @@ struct Glow {
   double units;
   Bitmap light;
   std::function<Vector(double seconds)> place;
+  double wide = 1;  // times as wide as high
 };
 
 // Each shot sees it where it is.
@@ -104,7 +106,7 @@ void addGlows(Show& show, const char* name, double bar, double bars, const std::
       };
       if (strays(sight.x, 3) || strays(sight.y, 3) || strays(sight.unit * glow.units, 6)) continue;
       Bitmap light = glow.light;
-      light.at = centred(sight.x, sight.y, sight.unit * glow.units);
+      light.at = centred(sight.x, sight.y, sight.unit * glow.units, glow.wide);
       light.blend = Blend::add;
       calls.push_back(draw(light));
     }
@@ -175,16 +177,22 @@ void addFires(Show& show) {
   for (const Prey& prey : preys) {
     const double shot = barOf(prey.shot);
     const auto falling = [&](double seconds) { return fallPlace(prey, seconds); };
+    // The plain shines under it.
+    const auto below = [&](double seconds) {
+      const Vector place = fallPlace(prey, seconds);
+      return Vector(place.x, skull::groundHeight(place.x, place.z), place.z);
+    };
     // It leaves flames behind and above.
     const auto trailing = [&](double by) {
       return [&, by](double seconds) { return fallPlace(prey, std::max(0.0, seconds - by)); };
     };
     addGlows(show, "fire", shot, fallBars,
              {{420, {.texture = "haze_ember", .alpha = 0.55}, falling},
-              {130, {.texture = "flare_fire1", .alpha = swing(0.37, 0.7, 1)}, falling},
-              {110, {.texture = "flare_fire3", .alpha = swing(0.29, 0.6, 1)}, trailing(0.09)},
-              {80, {.texture = "flare_fire2", .alpha = swing(0.23, 0.4, 0.9)}, trailing(0.2)},
-              {55, {.texture = "light6", .alpha = flashes(everyBeat, 0.9, 0.55)}, falling}});
+              {90, {.texture = "flare_fire1", .alpha = swing(0.37, 0.3, 0.7)}, trailing(0.05)},
+              {110, {.texture = "flare_fire3", .alpha = swing(0.29, 0.6, 1)}, trailing(0.16)},
+              {80, {.texture = "flare_fire2", .alpha = swing(0.23, 0.4, 0.9)}, trailing(0.3)},
+              {26, {.texture = "light6", .alpha = flashes(everyBeat, 0.9, 0.45)}, falling},
+              {150, {.texture = "haze_ember", .alpha = line({{0, 0.2}, {partEnd, 1}})}, below, 6}});
     addGlows(show, "hit", shot, 0.25,
              {{400, {.texture = "light7", .alpha = line({{0, 1}, {partEnd, 0}})}, falling}});
   }
@@ -207,11 +215,12 @@ void addBlazes(Show& show) {
   for (const Prey& prey : preys) {
     const double aimed = barOf(prey.aimed), shot = barOf(prey.shot);
     addGlows(show, "blaze", aimed, shot + 0.25 - aimed, {blaze(1), blaze(-1)});
-    // What they touch glows.
+    // What they touch burns white, and sparks fly off it.
+    const auto touched = [&](double seconds) { return flightPlace(prey, aimed + seconds / secondsPerBar); };
     addGlows(show, "singed", aimed, shot - aimed,
-             {{110, {.texture = "light4", .alpha = flashes(everyBeat, 0.8, 0.2)}, [&](double seconds) {
-                 return flightPlace(prey, aimed + seconds / secondsPerBar);
-               }}});
+             {{150, {.texture = "light4", .alpha = flashes(everyBeat, 0.9, 0.3)}, touched},
+              {170, {.texture = "rays_ember", .alpha = flashes(everyBeat, 0.9, 0.1)}, touched},
+              {44, {.texture = "light7", .alpha = flashes(everyBeat, 1, 0.5)}, touched}});
   }
 }
 
@@ -231,16 +240,17 @@ void addInferno(Show& show) {
            Fade{.red = 1, .green = 0.96, .blue = 0.92, .alpha = line({{0, 0}, {2.4, 0}, {3, 1}})});
 }
 
-// In the dark what burnt in its sockets dies last.
+// In the dark it is hardly seen any more; what burnt in its sockets dies last.
 void addSilence(Show& show) {
   const double start = skullBar + 15.75, bars = 0.25;
-  show.add("struck dumb", start, bars, curtain - 1, Fade{});
-  for (const double x : {-0.13, 0.13})
-    show.add("its eyes die", start, bars, curtain,
-             Bitmap{.texture = "light4",
-                    .at = centred(x, -0.04, line({{0, 0.5}, {partEnd, 0.12}})),
-                    .alpha = line({{0, 1}, {0.5, 0.8}, {partEnd, 0}}),
-                    .blend = Blend::add});
+  show.add("night falls", start, bars, haze - 1,
+           Fade{.alpha = line({{0, 0.6}, {0.4, 0.82}, {partEnd, 0.93}})});
+  const auto dying = [](float side) {
+    return Glow{110,
+                {.texture = "light4", .alpha = line({{0, 1}, {0.5, 0.9}, {partEnd, 0.25}})},
+                [side](double) { return skull::eye(side); }};
+  };
+  addGlows(show, "its eyes die", start, bars, {dying(1), dying(-1)});
 }
 
 // --- Storm
@@ -256,11 +266,11 @@ void addStrokes(Show& show, double bar, double bars, const std::vector<double>& 
     // The whole sky is white at most three times in two beats.
     if (!white.empty() && beat - white.back().x < 0.3) continue;
     if (beat > 0) white.push_back({beat - 0.01, 0});
-    white.insert(white.end(), {{beat, 0.16}, {beat + 0.1, 0.06}, {beat + 0.2, 0}});
+    white.insert(white.end(), {{beat, 0.08}, {beat + 0.1, 0.03}, {beat + 0.2, 0}});
   }
   if (white.empty()) white.push_back({0, 0});
   show.part("storm", bar, bars, settings,
-            {lights(flashes(everyBeat, eyes * 1.4, eyes), flashes(struck, 3, 0.45)),
+            {lights(flashes(everyBeat, eyes * 1.4, eyes), flashes(struck, 3.4, 0.6)),
              lightning(flashes(struck, 1))});
   show.add("stroke", bar, bars, flash - 1,
            Bitmap{.texture = "haze_teal",
@@ -269,7 +279,7 @@ void addStrokes(Show& show, double bar, double bars, const std::vector<double>& 
                   .blend = Blend::add},
            Bitmap{.texture = "haze_teal",
                   .at = centred(swing(7, 0.4, -0.4), -1.3, 2.6, 2.6),
-                  .alpha = flashes(struck, 1, 0),
+                  .alpha = flashes(struck, 0.6, 0),
                   .blend = Blend::add},
            Fade{.red = 0.86, .green = 0.95, .blue = 1, .alpha = line(white)});
 }
@@ -300,12 +310,12 @@ void addStorm(Show& show) {
   addStrokes(show, start, 2, {0, 3, 4, 6, 7.25}, 0.8);
   addStrokes(show, barOf("storm"), 2, {0, 2.5, 4, 6, 7, 7.5}, 0.9);
   addStrokes(show, barOf("spears"), 2, {0, 1, 2, 3, 4, 5, 5.25, 6, 6.5, 7, 7.5}, 0.9);
-  addStrokes(show, barOf("laser 1"), 2, {4, 6.5}, 1.5);
+  addStrokes(show, barOf("laser 1"), 2, {4, 6.5}, 2.6);
   addStrokes(show, barOf("clouds race"), 1, {0, 1.5, 3}, 0.9);
-  addStrokes(show, barOf("laser 2"), 1, {}, 1.6);
+  addStrokes(show, barOf("laser 2"), 1, {}, 2.6);
   addStrokes(show, barOf("crow 2 falls"), 2, {0, 2.5, 4, 5, 6, 7, 7.5}, 1.4);
-  addStrokes(show, barOf("laser 3"), 2, {4, 5.25, 6.5}, 1.7);
-  addStrokes(show, barOf("heart of the storm"), 2, {0, 0.5, 1, 2, 2.5, 3, 4, 4.5, 5, 6, 6.5, 7}, 1.8);
+  addStrokes(show, barOf("laser 3"), 2, {4, 5.25, 6.5}, 2.6);
+  addStrokes(show, barOf("heart of the storm"), 2, {0, 0.5, 1, 2, 2.5, 3, 4, 4.5, 5, 6, 6.5}, 1.8);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
+#include "production/models/water_parts.h"
 #include "production/movements/words.h"
 
 // Silence, rain, and what lives below: it rises, a ray from above finds it, everything dissolves in white.
@@ -11,7 +13,7 @@ using namespace screen;
 
 namespace {
 
-enum Camera { wide = 1, low, above, face, moonlit, glide, under, leaving, facing };
+enum Camera { wide = 1, low, above, face, moonlit, glide, under, leaving, facing, gate, struck };
 
 // Cycles of the creature are 15 seconds of scene time.
 struct Weather {
@@ -85,18 +87,17 @@ void addWater(Show& show) {
   show.part("creature rises", creature, 1, ground + 1, {holdCreature(slide(inTheDeep, 0.999))});
   show.part("creature alone", creature + 1, 0.5, ground + 1, {holdCreature(-1)});
 
-  addShot(show, "nothing", start, 1, moonlit, 2,
-          {.drop = 0.002, .flicker = line({{0, 0.8}, {partEnd, 0.5}})});
-  addShot(show, "rain comes", rain, 1, moonlit, 9,
-          {.rain = slide(0, 0.4), .drop = 0.0024, .flicker = slide(0.5, 0.3)});
+  addShot(show, "nothing", start, 1, gate, 1, {.drop = 0.002, .flicker = line({{0, 0.8}, {partEnd, 0.5}})});
+  addShot(show, "rain comes", rain, 1, moonlit, 5.6,
+          {.rain = slide(0, 0.4), .drop = 0.0024, .flicker = slide(0.5, 0.3)}, 0.5);
   addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3, .flicker = 0.2});
   addShot(show, "it is near", creature + 1, 1, glide, 1, {.rain = 0.3});
   addShot(show, "tune", tune, 2, glide, 2.6, {.rain = 0.4});
   addShot(show, "ripples", ripples, 1, above, 9, {.rain = 0.8, .drop = 0.004});
   addShot(show, "through the rain", ripples + 1, 1, low, 3.4, {.rain = 0.6});
-  addShot(show, "tune again", again, 1, facing, 9.4, {.rain = 0.5}, 0.8);
+  addShot(show, "tune again", again, 1, Camera::facing, 9.4, {.rain = 0.5}, 0.8);
   addShot(show, "face", again + 1, 1, face, 4.75, {.rain = 0.4}, 0.25);
-  addShot(show, "ray from above", ray, 2, wide, 5,
+  addShot(show, "ray from above", ray, 2, struck, 5,
           {.ray = line({{0, 0}, {1, 0.4}, {partEnd, 0.7}}),
            .motes = line({{0, 0}, {2, 220}, {partEnd, 260}}),
            .rain = 0.4,
@@ -125,42 +126,67 @@ void addWater(Show& show) {
 
   addRings(show, start);
   // The moon burns in its gate.
-  for (const auto& [bar, x] : {std::pair{start, 0.06}, std::pair{rain, -0.05}})
-    show.add("moon", bar, 1, smoke - 2,
-             Bitmap{.texture = "light3", .at = centred(x, 0.05, 0.6), .alpha = 0.6, .blend = Blend::add});
+  for (const auto& [bar, camera, from, speed] :
+       {std::tuple{start, gate, 1.0, 1.0}, std::tuple{rain, moonlit, 5.6, 0.5}}) {
+    const Sight moon = onScreen(water::cameras()[camera], from, speed, beatsPerBar, water::moonPlace);
+    const Curve rises =
+        bar == start ? line({{0, 0.1}, {1, 0.35}, {2, 0.6}, {2.1, 1}, {partEnd, 1}}) : Curve(1);
+    show.add("moon", bar, 1, flash + 2,
+             Bitmap{.texture = "light3",
+                    .at = centred(moon.x, moon.y, 0.9),
+                    .alpha = rises * 0.5,
+                    .blend = Blend::add},
+             Bitmap{.texture = "light7",
+                    .at = centred(moon.x, moon.y, 0.34),
+                    .alpha = rises * 0.6,
+                    .blend = Blend::add});
+  }
+  // A single drop is seen to fall.
+  show.add("it falls", start + 1.2 / beatsPerBar, 0.8 / beatsPerBar, flash + 2,
+           Bitmap{.texture = "light3",
+                  .at = centred(-0.1, spline({{0, -1.3}, {partEnd, 0.45}}), 0.55, 0.035),
+                  .blend = Blend::add});
 
   // Mist between and before; light that answers the tune.
   show.add("mist", start, 16, smoke,
            Bitmap{.texture = "haze_teal",
                   .at = centred(swing(31, -0.35, 0.35), 0.35, 2.0, 2.6),
-                  .alpha = swing(19, 0.25, 0.5),
+                  .alpha = swing(19, 0.08, 0.2),
                   .blend = Blend::add});
   // What the ray gives off: shafts about its head, light in the air beside it; the rest stays dark.
-  const Curve rayPlace = line({{0, -0.14},
-                               {inBars(2) - 0.01, -0.09},
-                               {inBars(2), 0.03},
-                               {inBars(3) - 0.01, 0.03},
-                               {inBars(3), 0},
-                               {partEnd, 0}});  // across the screen, shot by shot
-  show.add("shafts", ray, dissolve - ray, smoke,
-           Bitmap{.texture = "rays_teal",
-                  .at = centred(rayPlace, -0.95, 2.8),
-                  .alpha = fade(4, 2, 0.7),
-                  .blend = Blend::add});
-  show.add("bloom", ray, dissolve - ray, smoke,
-           Bitmap{.texture = "haze_teal",
-                  .at = centred(rayPlace, -0.4, 2.2, 0.45),
-                  .alpha = fade(6, 2, 0.7),
-                  .blend = Blend::add});
-  const auto pool = [&](double bar, double bars, double x, double y, double in) {
-    show.add("light on the sea", bar, bars, smoke,
-             Bitmap{.texture = "light3",
-                    .at = centred(x, y, 0.26, 6),
-                    .alpha = fade(in, 0, 0.8),
+  const struct {
+    double bar, bars;
+    Camera camera;
+    double from, rise, pool;
+  } rays[] = {{ray, 2, struck, 5, 4, 1},
+              {flood, 1, under, 4, 0.1, 0},
+              {flood + 1, 1, low, 3, 0.1, 0},
+              {ebb, 2, leaving, 5, 0.1, 1}};
+  for (const auto& it : rays) {
+    const auto seen = [&](const Vector& place) {
+      return onScreen(water::cameras()[it.camera], it.from, 1, it.bars * beatsPerBar, place);
+    };
+    const Sight foot = seen(water::rayFoot), head = seen(water::rayFoot + Vector(0, 420, 0));
+    show.add("shafts", it.bar, it.bars, smoke,
+             Bitmap{.texture = "rays_teal",
+                    .at = centred(head.x, -1.0, 2.6),
+                    .alpha = fade(it.rise, 0, 0.7),
+                    .blend = Blend::add},
+             Bitmap{.texture = "haze_teal",
+                    .at = centred(head.x, -0.85, 1.6, 0.6),
+                    .alpha = fade(it.rise, 0, 0.7),
                     .blend = Blend::add});
-  };
-  pool(ray, 2, -0.1, 0.24, 4);
-  pool(ebb, 1, 0, 0.37, 0.1);
+    if (it.pool > 0)
+      show.add("light on the sea", it.bar, it.bars, smoke,
+               Bitmap{.texture = "haze_teal",
+                      .at = centred(foot.x, foot.y + 0.06, 0.9, 3),
+                      .alpha = fade(it.rise, 0, 0.8),
+                      .blend = Blend::add},
+               Bitmap{.texture = "light3",
+                      .at = centred(foot.x, foot.y + 0.03, 0.22, 9),
+                      .alpha = fade(it.rise, 0, 0.7),
+                      .blend = Blend::add});
+  }
   const double strokes[] = {start + 0.5, rain,    creature,    creature + 1, tune,
                             tune + 1,    ripples, ripples + 1, again,        again + 1,
                             ray,         ray + 1, flood,       flood + 1,    ebb};
@@ -171,20 +197,19 @@ void addWater(Show& show) {
                     .alpha = spline({{0, 0.5}, {0.3, 0.2}, {partEnd, 0}}),
                     .blend = Blend::add});
   show.add("out of the dark", start, 1, flash + 1,
-           Fade{.alpha = line({{0, 1}, {2, 0.85}, {2.2, 0.3}, {partEnd, 0}})});
-  // White grows out of the ray; what lies far from it stays dark until the last beat.
-  const auto spreads = [&](const char* texture, const Curve& width) {
-    constexpr double height = 8, apart = 1.3;  // two make a column of even width
-    for (const double y : {-apart, apart})
-      show.add("dissolve", dissolve, 1, flash,
-               Bitmap{.texture = texture,
-                      .at = {width * -0.5, y - height / 2, width, height},
-                      .alpha = line({{0, 0.15}, {1, 0.6}, {partEnd, 1}}),
-                      .blend = Blend::add});
-  };
-  spreads("light3", spline({{0, 0.5}, {2, 2.2}, {3, 4.5}, {partEnd, 8}}));
-  spreads("light7", spline({{0, 0.2}, {2, 0.8}, {3, 2.6}, {partEnd, 8}}));
-  show.add("white", dissolve, 1, flash + 1, Fade{1, 1, 0.97, line({{0, 0}, {3, 0}, {3.8, 1}, {partEnd, 1}})});
+           Fade{.alpha = line({{0, 0.94}, {2, 0.75}, {2.15, 0.1}, {2.6, 0}})});
+  // White grows from where the ray comes from; what lies far from it stays dark until the last beat.
+  const Sight source = onScreen(water::cameras()[leaving], 5 + secondsPerBar, 1, beatsPerBar,
+                                water::rayFoot + Vector(0, 420, 0));
+  for (const char* texture : {"light3", "light7", "light7"})
+    show.add("dissolve", dissolve, 1, flash,
+             Bitmap{.texture = texture,
+                    .at = centred(source.x.dots.back().y, -1.15,
+                                  spline({{0, 0.4}, {1, 1.0}, {2, 1.9}, {3, 3.6}, {3.4, 8}, {partEnd, 22}})),
+                    .alpha = line({{0, 0.3}, {1, 1}, {partEnd, 1}}),
+                    .blend = Blend::add});
+  show.add("white", dissolve, 1, flash + 1,
+           Fade{1, 1, 0.97, line({{0, 0}, {3.4, 0}, {3.9, 1}, {partEnd, 1}})});
 }
 
 }  // namespace vex

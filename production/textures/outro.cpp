@@ -58,7 +58,8 @@ Canvas copperSky(const Settings& settings) {
     const float river = v - 0.62f + 0.26f * (x - 1) + 0.14f * bend;
     const float band = std::exp(-river * river * 14);
     const float lanes = smoothStep(0.05f, 0.4f, fractal(x * 5 + bend, v * 7, 0, 5, 0.55f, 922));
-    const float level = 0.13f + band * (0.36f + 0.34f * cloud) * (1 - 0.55f * lanes) + 0.08f * cloud;
+    const float lit = smoothStep(-0.1f, 0.5f, cloud);
+    const float level = 0.09f + band * (0.34f + 0.62f * lit * lit) * (1 - 0.6f * lanes) + 0.06f * cloud;
     const Colour4 dust = gradient(copperRamp, level);
     return dust + gradient(violetRamp, 0.16f + 0.12f * cloud) * (0.6f * (1 - band));
   });

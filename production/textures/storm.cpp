@@ -38,8 +38,8 @@ Colour4 stormSky(const Vector& d) {
   const Vector p(d.x * far * 1.1f, level * 2, d.z * far * 1.6f);
   const float cloud = fractal(warp(p * 0.55f, 0, 0.5f, 951), 0, 6, 0.52f, 952);
   const float bank = smoothStep(-0.35f, 0.5f, cloud);
-  float value = 0.30f + 0.12f * bank +
-                light * (0.32f + 0.24f * smoothStep(0.15f, -0.4f, cloud)) * smoothStep(0.62f, 0.05f, level);
+  float value = 0.22f + 0.12f * bank +
+                light * (0.50f + 0.34f * smoothStep(0.15f, -0.4f, cloud)) * smoothStep(0.62f, 0.05f, level);
   value *= 0.75f + 0.25f * smoothStep(0, 0.1f, level);
   Colour4 colour = gradient(stormRamp, value);
   // Rain hangs from the banks.
@@ -84,7 +84,7 @@ Canvas cloudLayer(const Settings& settings, std::uint32_t seed, float cover) {
     const float relief =
         clamp01(0.5f + 1.6f * (density(0.08f, -0.08f) - here));  // lit from behind, at the rims
     Colour4 colour =
-        gradient(stormRamp, 0.32f + 0.50f * relief * relief + 0.12f * smoothStep(0.5f, -0.2f, here));
+        gradient(stormRamp, 0.15f + 1.0f * relief * relief * relief + 0.12f * smoothStep(0.5f, -0.2f, here));
     colour.a =
         cover * smoothStep(-0.12f, 0.42f, here) * smoothStep(0.02f, 0.25f, u) * smoothStep(0.98f, 0.75f, u);
     return colour;
@@ -105,8 +105,8 @@ Canvas swirl(const Settings& settings) {
     // Dark where heads stand against it, low over the horizon.
     const float low = 1 - 0.34f * smoothStep(0.25f, 0.62f, r);
     Colour4 colour = gradient(
-        stormRamp, low * (0.33f + 0.20f * smoothStep(-0.4f, 0.5f, cloud) + 1.0f * std::max(0.0f, lit)) +
-                       0.26f * glow + 0.34f * eye);
+        stormRamp, low * (0.20f + 0.24f * smoothStep(-0.4f, 0.5f, cloud) + 2.3f * std::max(0.0f, lit)) +
+                       0.40f * glow + 0.45f * eye);
     colour.a = smoothStep(0.99f, 0.62f, r + 0.10f * cloud);
     return colour;
   });
