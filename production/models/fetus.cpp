@@ -4,6 +4,7 @@
 #include "production/geometry/bake.h"
 #include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
+#include "production/models/fetus_being.h"
 #include "production/models/fetus_paint.h"
 #include "production/models/fetus_parts.h"
 #include "production/models/model.h"

@@ -17,6 +17,7 @@ extern const std::array<Limb, 7> limbs;
 // From the nape to the tip of the tail, in the plane of symmetry.
 extern const std::array<Vector, 7> back;
 
+inline const Vector eyePlace(-15.7f, 14.2f, 6.7f);  // of the one with z > 0
 inline const Vector handPlace(-19.5f, 0.5f, 5.5f), footPlace(-15, -33, 5);
 struct Digit {
   std::array<Vector, 4> joints;  // from the root to the tip

@@ -132,13 +132,15 @@ std::vector<StageCamera> cameras() {
              3),
       // Up from the table.
       camera("view_shards", 70,
-             {{17, 1, {Vector(50, -40, 84), Vector(36, -41, 82)}, {Vector(-14, 10, 6), Vector(-12, 13, 6)}}}),
-      // Past the child to the door.
+             {{17, 1, {Vector(50, -40, 84), Vector(36, -41, 82)}, {Vector(-26, 10, 6), Vector(-24, 13, 6)}}}),
+      // Past the child to the door and whoever stands in it.
       camera("view_door", 64,
              {{18,
                2,
-               {Vector(-166, 3, 4), Vector(-172, 5, -8), Vector(-178, 8, -22)},
-               {Vector(30, -22, -84), Vector(21, -24, -96), Vector(16, -26, -104)}}}),
+               {Vector(-166, 3, 4), Vector(-170, 5, -8), Vector(-174, 6, -24), Vector(-130, -25, -106),
+                Vector(14, -83, -117)},
+               {Vector(30, -22, -84), Vector(26, -23, -90), Vector(21, -25, -102), Vector(20, -60, -214),
+                Vector(97, -83, -173)}}}),
   };
 }
 

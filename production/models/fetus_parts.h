@@ -30,7 +30,6 @@ Surface coverSurface(float side);  // the lid that shuts it
 Surface heartSurface();
 Surface cordSurface();  // mapped; from the belly to the jar's foot
 inline const Vector heartPlace(-1, -5, 0);
-inline const Vector eyePlace(-15.7f, 14.2f, 6.7f);  // of the one with z > 0
 inline constexpr float eyeRadius = 3.7f;
 Vector gazeAxis(float side);   // unit, out of the socket; side is +1 or -1 for z
 Vector eyeAcross(float side);  // axis of its lid; turns clockwise about it open the eye
@@ -94,5 +93,6 @@ Surface whiteSurface();   // what is behind the door
 // right post is its pivot.
 Surface doorLightSurface();
 inline const Vector doorPost(216, -85, -330);
+inline const Vector thresholdPlace(176, -220, -326);
 
 }  // namespace vex::laboratory

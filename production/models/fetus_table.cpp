@@ -341,14 +341,14 @@ Surface burstSurface(int shell) {
       const Vector tilt = unit(Vector(chance(3) - 0.5f, chance(4) - 0.5f, chance(5) - 0.5f));
       // Its edges are ground off, so that they catch light of their own.
       int corners[3], inner[3];
-      const float least = 2 + 3.2f * chance(12);
+      const float least = 1.6f + 2.4f * chance(12);
       for (int i = 0; i < 3; ++i) {
         const float turn = 2 * pi * (static_cast<float>(i) + 0.7f * chance(6 + i)) / 3,
-                    size = least * (1 + 1.3f * chance(9 + i) * chance(9 + i));
+                    size = least * (1 + 0.9f * chance(9 + i) * chance(9 + i));
         const Vector flat = (along * std::cos(turn) + Vector(0, 1, 0) * std::sin(turn)) * size;
         const Vector leant = flat + cross(tilt, flat) * 0.8f;
         corners[i] = addPoint(all, centre + leant);
-        inner[i] = addPoint(all, centre + leant * (1 - 0.5f / size) + out * 1.4f);
+        inner[i] = addPoint(all, centre + leant * (1 - 0.9f / size) + out * 1.8f);
       }
       addTriangle(all, inner[0], inner[1], inner[2]);
       for (int i = 0; i < 3; ++i) {

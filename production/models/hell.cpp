@@ -20,11 +20,11 @@ namespace {
 
 using namespace hell;
 
-constexpr float lakeReach = 640;  // half the lake's side
+constexpr float lakeReach = 480;  // half the lake's side
 constexpr float tileSize = 80;    // units a picture of lava; one quad each, as its coordinates wobble
 constexpr float lakeHazeReach = 2600;
-constexpr float choirPlace = -318;  // z
-constexpr float parked = -9000;     // y of what is only a pattern for particles
+constexpr int stoneSide = 2048;  // texels
+constexpr float parked = -9000;  // y of what is only a pattern for particles
 
 // --- Things that move
 
@@ -67,8 +67,8 @@ Motion plateMotion(const Plate& plate, const Vector& pivot, int index) {
   };
   Motion motion;
   // Thrown plates open like a flower for the camera that looks into the heart.
-  const Vector eye = unit(Vector(0.85f, 0.50f, 0.10f));
-  const Vector spread = unit((plate.outward - eye * dot(plate.outward, eye)) * 1.6f + plate.outward * 0.25f);
+  const Vector spread =
+      unit((plate.outward - loosePlates * dot(plate.outward, loosePlates)) * 1.6f + plate.outward * 0.25f);
   motion.positions = positionKeys(loopSeconds, 10, [=](float t) {
     const float share = opened(t);
     return pivot + mix(plate.outward, spread, share) * (1 + far * out(t));
@@ -80,28 +80,20 @@ Motion plateMotion(const Plate& plate, const Vector& pivot, int index) {
   return motion;
 }
 
-Motion rising(const Vector& pivot, float reach, float turns, float phase) {
-  Motion motion;
-  motion.positions = positionKeys(loopSeconds, 10, [=](float t) {
-    return pivot + Vector(0, reach * swing(t, loopSeconds, turns, phase), 0);
-  });
-  return motion;
-}
-
 // A piece of the rose: in its place until it is blown out of the wall, towards the nave.
 Motion blownOut(const Vector& place, int index) {
   const auto chance = [index](int which) { return hashUnit(index, which, 992); };
   const Vector from = place - Vector(0, roseHeight, place.z);
-  const Vector way = from * (1.1f + 0.7f * chance(0)) + Vector(0, 14, 150 + 110 * chance(1));
+  const Vector way = from * (0.9f + 0.6f * chance(0)) + Vector(0, 10, 80 + 120 * chance(1));
   const Vector axis = unit(Vector(chance(2) - 0.5f, chance(3) - 0.5f, chance(4) - 0.5f));
   const auto since = [](float t) { return std::clamp(t - roseBursts, 0.0f, 4.0f); };
   Motion motion;
   motion.straight = true;
   motion.positions = positionKeys(loopSeconds, 5, [=](float t) {
-    return place + way * since(t) - Vector(0, 34 * since(t) * since(t), 0);
+    return place + way * since(t) - Vector(0, 14 * since(t) * since(t), 0);
   });
   motion.turns =
-      turnKeys(loopSeconds, 5, [=](float t) { return turned(axis, (1.6f + 2.4f * chance(5)) * since(t)); });
+      turnKeys(loopSeconds, 5, [=](float t) { return turned(axis, (1.2f + 1.6f * chance(5)) * since(t)); });
   return motion;
 }
 
@@ -152,21 +144,24 @@ std::vector<StageMaterial> materials() {
   // Near the lens iron and stone are ink.
   StageMaterial darkIron = painted("darkiron", "hell_iron", {0.10f, 0.10f, 0.10f}, {0.10f, 0.09f, 0.11f});
   darkIron.environment = true;
+  // A sheen of what lies about it.
+  StageMaterial being = painted("being", "hell_iron", none, {0.30f, 0.20f, 0.18f});
+  being.environment = true;
   const StageMaterial depths{
       .name = "depths", .diffuse = none, .ambient = {0.020f, 0.012f, 0.016f}, .shine = 0};
   return {
       lava,
       painted("stone", "hell_stone", faint, white),
-      painted("dimstone", "hell_stone", none, {0.58f, 0.55f, 0.60f}),
-      painted("darkstone", "hell_stone", none, {0.32f, 0.30f, 0.34f}),
+      painted("darkstone", "hell_stone", none, {0.36f, 0.28f, 0.27f}),
       vault,
       painted("shell", "hell_sphere", half, {0.85f, 0.85f, 0.85f}),
       painted("heart", "hell_heart", none, white),
       painted("blaze", "hell_blaze", none, white),
       painted("lakehaze", "hell_lake", none, white),
-      painted("roofhaze", "hell_lake", none, {0.10f, 0.05f, 0.05f}),
+      painted("roofhaze", "hell_lake", none, {0.42f, 0.30f, 0.30f}),
       iron,
       darkIron,
+      being,
       depths,
       glow,
   };
@@ -180,6 +175,7 @@ const std::vector<std::pair<StonePart, Vector>>& bakingPlaces() {
                                                                 {rib, Vector(0, 0, 0)},
                                                                 {boss, Vector(0, 0, 0)},
                                                                 {web, Vector(0, 0, 0)},
+                                                                {brokenWeb, Vector(0, 0, 4000)},
                                                                 {brokenRib, Vector(0, 0, 2000)},
                                                                 {choirWall, Vector(0, 0, -2000)},
                                                                 {causeway, Vector(3000, 0, 0)},
@@ -191,10 +187,12 @@ const std::vector<std::pair<StonePart, Vector>>& bakingPlaces() {
 Surface bakedStone() {
   Surface all;
   for (const auto& [part, place] : bakingPlaces()) append(all, placed(stonePart(part), moved(place)), part);
-  return mappedAtlas(all,
-                     {.charts = Charts::byNormals, .side = 1024, .density = [](const Triangle& triangle) {
-                        return triangle.part == web ? 0.6f : triangle.part == choirWall ? 0.75f : 1.0f;
-                      }});
+  return mappedAtlas(
+      all, {.charts = Charts::byNormals, .side = stoneSide, .density = [](const Triangle& triangle) {
+              return triangle.part == web || triangle.part == brokenWeb ? 0.6f
+                     : triangle.part == choirWall                       ? 0.5f
+                                                                        : 1.0f;
+            }});
 }
 
 Surface builtPart(const Surface& stone, StonePart part, const Placement& placement) {
@@ -220,13 +218,12 @@ void addRose(Stage& stage, const Surface& stone) {
 
 void addMasonry(Stage& stage, const Surface& stone) {
   const Placement mirror = stretched(-1, 1, 1);
-  // The sphere lights the middle rows; those near the open end and the choir frame it.
+  // Sphere and choir light the far rows; those near the open end frame them.
   struct Row {
     const char *name, *material;
     std::vector<int> places;
   };
-  for (const Row& row : {Row{"piers", "stone", {-1, 0, 1}}, Row{"piers2", "dimstone", {-3, -2}},
-                         Row{"piers3", "darkstone", {2, 3}}}) {
+  for (const Row& row : {Row{"piers", "stone", {-3, -2, -1, 0, 1}}, Row{"piers2", "darkstone", {2}}}) {
     Surface piers;
     for (const int place : row.places) {
       const Placement left = moved(-naveHalf, 0, bay * static_cast<float>(place));
@@ -240,18 +237,19 @@ void addMasonry(Stage& stage, const Surface& stone) {
     int place;
     StonePart left, right;
   };
-  const Arch arches[] = {{-3, rib, rib}, {-2, rib, rib},      {-1, rib, rib}, {0, rib, brokenRib},
-                         {1, rib, rib},  {2, brokenRib, rib}, {3, rib, rib}};
+  const Arch arches[] = {{-3, rib, rib},      {-2, rib, rib}, {-1, rib, rib},
+                         {0, rib, brokenRib}, {1, rib, rib},  {2, brokenRib, rib}};
   for (const Arch& arch : arches) {
     const Placement there = moved(0, 0, bay * static_cast<float>(arch.place));
     append(ribs, builtPart(stone, arch.left, there));
     append(ribs, builtPart(stone, arch.right, mirror >> there));
     if (arch.left == rib && arch.right == rib) append(ribs, builtPart(stone, boss, there));
   }
-  for (const int place : {-3, -2, -1, 2}) {
-    append(vaults, builtPart(stone, web, moved(0, 0, bay * static_cast<float>(place))));
-    if (place != -1)
-      append(vaults, builtPart(stone, web, mirror >> moved(0, 0, bay * static_cast<float>(place))));
+  for (const int place : {-4, -3, -2, -1, 2}) {
+    const Placement there = moved(0, 0, bay * static_cast<float>(place));
+    const StonePart vault = place < -1 ? web : brokenWeb;
+    append(vaults, builtPart(stone, vault, there));
+    if (place != -1) append(vaults, builtPart(stone, vault, mirror >> there));
   }
   stage.meshes.push_back({.name = "ribs", .surface = ribs, .material = "stone"});
   stage.meshes.push_back({.name = "vaults", .surface = vaults, .material = "vault"});
@@ -259,13 +257,9 @@ void addMasonry(Stage& stage, const Surface& stone) {
                           .surface = builtPart(stone, choirWall, moved(0, 0, choirPlace)),
                           .material = "stone"});
   addRose(stage, stone);
-  // An island of columns that rises and sinks.
-  const Vector island(-60, -9, 60);
   stage.meshes.push_back({.name = "island",
-                          .surface = builtPart(stone, causeway, turnedY(200) >> moved(island)),
-                          .pivot = island,
-                          .material = "stone",
-                          .motion = rising(island, 2.2f, 2, 0)});
+                          .surface = builtPart(stone, causeway, turnedY(200) >> moved(-60, 0, 60)),
+                          .material = "stone"});
 }
 
 void addSphere(Stage& stage, const std::vector<Plate>& plates, const Surface& shellSurface) {
@@ -285,7 +279,7 @@ void addSphere(Stage& stage, const std::vector<Plate>& plates, const Surface& sh
                           .parent = "Sphere",
                           .surface = withoutMapping(child()),
                           .pivot = sphereCentre,
-                          .material = "depths"});
+                          .material = "being"});
   int loose = 0;
   for (std::size_t i = 0; i < plates.size(); ++i) {
     if (!plates[i].loose) continue;
@@ -326,7 +320,7 @@ void addHaze(Stage& stage) {
        .material = "lakehaze"});
   const Surface hazeCard = card(520, 210);
   int count = 0;
-  for (const float z : {-290.0f, -225.0f, -120.0f}) {
+  for (const float z : {-290.0f, -225.0f}) {
     const Vector pivot(0, -8, z);
     StageMesh mesh{.name = "haze" + std::to_string(++count),
                    .surface = placed(hazeCard, moved(pivot)),
@@ -371,7 +365,6 @@ Model hellModel(const Settings& settings) {
   stage.seconds = shotSeconds;
   stage.materials = materials();
   // What the lava lets through is drawn before it.
-  stage.meshes.push_back({.name = "piersbelow", .surface = piersInLake(), .material = "depths"});
   stage.meshes.push_back({.name = "spherebelow",
                           .surface = sphereInLake(),
                           .pivot = inLake(sphereCentre),
@@ -402,7 +395,7 @@ Model hellModel(const Settings& settings) {
   stage.cameras = cameras();
 
   return {stage,
-          {lavaPicture(settings.side(512)), picture(stone, stone, stoneLook(), 1024, 0.8f, stoneColour),
+          {lavaPicture(settings.side(512)), picture(stone, stone, stoneLook(), stoneSide, 0.8f, stoneColour),
            picture(shellSurface, joined({withoutMapping(shellSurface), withoutMapping(heart())}),
                    sphereLook(), 1024, 0.7f, sphereColour),
            heartPicture(settings.side(256)), blazePicture(settings.side(256)),

@@ -19,20 +19,11 @@ Vector inLake(const Vector& place) {
 }
 
 Surface sphereInLake() {
-  return placed(withoutMapping(sphere(sphereRadius, 24, 12)), moved(inLake(sphereCentre)));
+  return placed(withoutMapping(sphere(sphereRadius, 24, 8)), moved(inLake(sphereCentre)));
 }
 
 Surface ringInLake() {
   return placed(withoutMapping(torus(sphereRadius + 14, 2.8f, 28, 4)), shackleTilt() >> stretched(1, -1, 1));
-}
-
-Surface piersInLake() {
-  Surface all;
-  for (int i = -3; i <= 3; ++i)
-    for (const float side : {-naveHalf, naveHalf})
-      append(all, placed(withoutMapping(cone(22, 19, 130, 6, 1)),
-                         stretched(1, -1, 1) >> moved(side, -0.5f, bay * static_cast<float>(i))));
-  return all;
 }
 
 }  // namespace vex::hell

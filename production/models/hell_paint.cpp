@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "production/image/filter.h"
+#include "production/image/noise.h"
 #include "production/image/noise3.h"
 #include "production/models/hell_parts.h"
 #include "production/textures/palette.h"
@@ -14,20 +15,33 @@ BakeLook stoneLook() {
   BakeLook look;
   look.sky = [](const Vector& d) {
     const float below = smoothStep(0.25f, -0.7f, d.y), level = std::exp(-std::fabs(d.y) * 3);
-    return gradient(emberRamp, 0.68f) * (1.35f * below) + gradient(emberRamp, 0.46f) * (0.25f * level) +
-           Colour4{0.060f, 0.072f, 0.125f};
+    return gradient(emberRamp, 0.68f) * (0.75f * below) + gradient(emberRamp, 0.46f) * (0.15f * level) +
+           Colour4{0.036f, 0.044f, 0.080f};
   };
-  // The sphere and the lake's middle, both in the nave; every pier has them to its right.
-  // From the open end and from outside a cold sky draws the far edges.
-  look.lights = {{.towards = Vector(1, -0.35f, 0), .size = 0.3f, .colour = {1.25f, 0.56f, 0.17f}},
-                 {.towards = Vector(-0.72f, 0.45f, 0.55f), .size = 0.2f, .colour = {0.20f, 0.30f, 0.46f}}};
+  // The fire behind the choir, in which sphere and lake burn too, rakes the sides that face the nave: every
+  // pier has it to its right. From outside a cold sky draws the far edges.
+  look.lights = {{.towards = Vector(0.80f, -0.10f, -0.60f), .size = 0.2f, .colour = {4.0f, 1.45f, 0.34f}},
+                 {.towards = Vector(-0.72f, 0.45f, 0.55f), .size = 0.2f, .colour = {0.16f, 0.24f, 0.38f}}};
   look.bounce = {0.03f, 0.008f, 0.008f};
   look.reach = 55;
   look.rays = 36;
   look.shadowRays = 4;
-  look.coarseness = 3;
+  look.coarseness = 5;
   return look;
 }
+
+namespace {
+
+// Courses of blocks, each shifted by half a block: dark in the joints, no two blocks alike.
+float blockJoint(float course, float along) {
+  const float row = std::floor(course), column = along + 0.5f * std::fmod(std::fabs(row), 2.0f);
+  const auto from = [](float place) { return std::fabs(place - std::round(place)); };
+  const float line = std::min(from(course), from(column) * 1.6f);
+  const float block = hashUnit(static_cast<int>(row), static_cast<int>(std::floor(column)), 990);
+  return (0.72f + 0.5f * block) * (0.3f + 0.7f * smoothStep(0.015f, 0.06f, line));
+}
+
+}  // namespace
 
 // Blue-black basalt; what colour it has comes from the lake.
 Colour4 stoneColour(const BakePoint& p) {
@@ -38,23 +52,29 @@ Colour4 stoneColour(const BakePoint& p) {
   // Columns crack across every few feet, here deep, there not at all.
   const float course = y / 13 + 3.2f * gradientNoise(p.position * 0.035f, 0, 983);
   const float depth = smoothStep(-0.1f, 0.5f, gradientNoise(p.position * 0.06f, 0, 987));
-  const bool masonry = p.part == web || p.part == rib || p.part == brokenRib;
+  const bool masonry = p.part == web || p.part == brokenWeb || p.part == rib || p.part == brokenRib;
+  const bool wall = p.part == choirWall || p.part == rosePetal || p.part == roseEye;
   const float joint =
-      masonry ? 1.0f : 1 - 0.55f * depth * smoothStep(0.07f, 0.0f, std::fabs(course - std::round(course)));
-  // Edges are worn in places only.
-  const float worn = std::max(0.0f, p.edge) * smoothStep(0.45f, 0.8f, grit);
+      masonry               ? blockJoint(archShare(p.position) * 16, p.position.z / 15)
+      : p.part == choirWall ? blockJoint(y / 11, p.position.x / 18)
+      : wall                ? 1.0f
+             : 1 - 0.55f * depth * smoothStep(0.07f, 0.0f, std::fabs(course - std::round(course)));
+  // Edges are worn, here more, there less.
+  const float worn = std::max(0.0f, p.edge) * (0.3f + 1.2f * smoothStep(0.45f, 0.8f, grit));
   Colour4 albedo =
       mix(Colour4{0.055f, 0.060f, 0.085f}, Colour4{0.24f, 0.22f, 0.25f}, grit * grit * (0.3f + 0.7f * stain));
-  albedo = albedo * joint * (1 + 0.6f * worn);
+  albedo = albedo * joint * (1 + 1.6f * worn);
   // The lake's light dies with height; its heat stays in the foot and climbs in the cracks.
-  const bool wall = p.part == choirWall || p.part == rosePetal || p.part == roseEye;
   const float near = wall ? 0.45f : masonry ? 1.5f : mix(0.75f, 2.7f, std::exp(-high / 42));
   Colour4 colour = albedo * p.light * (2.2f * near);
   const float foot = std::exp(-std::max(0.0f, y - 3 * grit) / 5.0f);
   colour = colour + gradient(emberRamp, 0.66f) * (0.85f * foot * foot);
   colour = colour + gradient(emberRamp, 0.50f) * (0.20f * std::exp(-high / 22) * p.open * grit);
   const float hollow = smoothStep(0.42f, 0.1f, p.open) * std::exp(-high / 38);
-  return colour + gradient(emberRamp, 0.58f) * (0.55f * hollow);
+  colour = colour + gradient(emberRamp, 0.58f) * (0.55f * hollow);
+  // Pressed together as film does, so that the brightest stone keeps its grain.
+  const auto pressed = [](float c) { return 1 - std::exp(-1.3f * c); };
+  return {pressed(colour.r), pressed(colour.g), pressed(colour.b)};
 }
 
 BakeLook sphereLook() {
@@ -84,8 +104,8 @@ Colour4 sphereColour(const BakePoint& p) {
   const float wall = smoothStep(0.75f, 0.25f, facing);
   const float deep = smoothStep(sphereRadius + 0.5f, sphereRadius * 0.82f, away);
   const float crack = std::fabs(gradientNoise(warp(from * 0.22f, 0, 0.8f, 988), 0, 989));
-  const float molten = 0.30f + 0.16f * grit + 0.40f * smoothStep(0.16f, 0.0f, crack);
-  colour = mix(colour, gradient(emberRamp, mix(0.52f, molten, deep)), wall * (0.45f + 0.55f * deep));
+  const float molten = 0.14f + 0.14f * grit + 0.66f * smoothStep(0.13f, 0.0f, crack);
+  colour = mix(colour, gradient(emberRamp, mix(0.66f, molten, deep)), wall * (0.45f + 0.55f * deep));
   const float rim = std::max(0.0f, p.edge);
   colour = colour + gradient(emberRamp, 0.58f) * (0.55f * rim);
   colour = colour + gradient(emberRamp, 0.60f) * (0.65f * smoothStep(0.035f, 0.0f, vein) * grit);

@@ -30,14 +30,17 @@ std::vector<Plate> shellPlates();
 Surface heart();
 Surface shard(int which);  // about the origin
 Surface child();           // curled up before the heart, where the plates come off
+Vector childsEye();
 
 // --- The masonry, numbered as parts of one surface for baking. Ribs and webs are left halves at z = 0, pier
 // and causeway stand about the origin; the right side is the left one's mirror image.
 
-enum StonePart { pier, rib, brokenRib, boss, web, choirWall, causeway, rosePetal, roseEye };
-inline constexpr float naveHalf = 105;  // from the middle to the middle of the piers
-inline constexpr float bay = 90;        // from pier to pier along the nave
+enum StonePart { pier, rib, brokenRib, boss, web, brokenWeb, choirWall, causeway, rosePetal, roseEye };
+inline constexpr float naveHalf = 105;     // from the middle to the middle of the piers
+inline constexpr float bay = 90;           // from pier to pier along the nave
+inline constexpr float choirPlace = -318;  // z
 Surface stonePart(StonePart part);
+float archShare(const Vector& place);  // how far up the left half of the vault; 0 springing, 1 crown
 // The rose fills a round opening of the choir's wall: petals around an eye, modelled about its middle, the
 // petal to its right.
 inline constexpr float roseHeight = 203;
@@ -55,7 +58,6 @@ Placement inLake(const Placement& turn);
 Vector inLake(const Vector& place);
 Surface sphereInLake();
 Surface ringInLake();
-Surface piersInLake();
 
 // --- Cameras
 

@@ -5,6 +5,7 @@
 #include "production/geometry/forms.h"
 #include "production/geometry/isosurface.h"
 #include "production/geometry/mapping.h"
+#include "production/geometry/simplify.h"
 #include "production/image/noise3.h"
 #include "production/models/fetus_being.h"
 #include "production/models/hell_parts.h"
@@ -73,12 +74,14 @@ Plate plateOf(const std::vector<Vector>& middles, std::size_t which) {
   const Row rows[] = {{0, sphereRadius},
                       {0.93f, sphereRadius - 0.15f},
                       {1, sphereRadius - 0.9f},
-                      {0.96f, sphereRadius * 0.80f},
-                      {0, sphereRadius * 0.80f}};
-  constexpr int last = static_cast<int>(std::size(rows)) - 1;
+                      {0.96f, sphereRadius * 0.84f},
+                      {0, sphereRadius * 0.84f}};
+  // The plates that face the nave's open end and the sky come loose; only their undersides are ever seen.
+  const bool loose = dot(middle, loosePlates) > 0.42f;
+  const int last = static_cast<int>(std::size(rows)) - (loose ? 1 : 2);
   const Surface plate = sheet(plateSides, last,
                               [&](float s, float t) {
-                                const Row& row = rows[std::lround(t * last)];
+                                const Row& row = rows[std::lround(t * static_cast<float>(last))];
                                 const int side = static_cast<int>(std::lround(s * plateSides)) % plateSides;
                                 const float turn = 2 * pi * static_cast<float>(side) / plateSides;
                                 const Vector d =
@@ -86,9 +89,7 @@ Plate plateOf(const std::vector<Vector>& middles, std::size_t which) {
                                 const float bumps = 0.7f * fractal(d * 3.1f, 0, 3, 0.5f, 935);
                                 return sphereCentre + d * (row.radius + lift + bumps);
                               },
-                              {.closedAcross = true, .poleBelow = true, .poleAbove = true});
-  // The plates that face the nave's open end and the sky come loose.
-  const bool loose = dot(middle, loosePlates) > 0.42f;
+                              {.closedAcross = true, .poleBelow = true, .poleAbove = loose});
   return {creased(plate, 50), middle, loose};
 }
 
@@ -102,16 +103,30 @@ std::vector<Plate> shellPlates() {
 }
 
 Surface heart() {
-  return placed(mappingScaled(sphere(sphereRadius * 0.76f, 22, 11), 2, 1), moved(sphereCentre));
+  return placed(mappingScaled(sphere(sphereRadius * 0.76f, 36, 16), 2, 1), moved(sphereCentre));
 }
+
+namespace {
+
+Placement childsPlace() {
+  const Vector towards = unit(Vector(0.5f, 0.36f, 0.79f));
+  return stretched(0.36f) >> facing(sphereCentre + towards * 22, sphereCentre);
+}
+
+}  // namespace
 
 // The same being that lies in the jar, a little fuller, so that its hands hold together at this size.
 Surface child() {
   const Surface being =
-      compacted(isosurface([](const Vector& p) { return laboratory::beingDistance(p) - 0.7f; },
-                           {.bounds = {Vector(-30, -43, -23), Vector(29, 39, 23)}, .cell = 4.2f}));
-  const Vector towards = unit(Vector(0.8f, 0.42f, 0.42f));
-  return placed(being, stretched(0.36f) >> facing(sphereCentre + towards * 22, sphereCentre));
+      simplified(compacted(isosurface([](const Vector& p) { return laboratory::beingDistance(p) - 0.7f; },
+                                      {.bounds = {Vector(-30, -43, -23), Vector(29, 39, 23)}, .cell = 1.7f})),
+                 2050);
+  return placed(being, childsPlace());
+}
+
+Vector childsEye() {
+  const Vector eye = laboratory::eyePlace;
+  return transformed(childsPlace(), Vector(eye.x - 4, eye.y, -eye.z));
 }
 
 Surface shard(int which) {

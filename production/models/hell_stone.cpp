@@ -28,11 +28,11 @@ Vector arcPoint(float t, float out, float z) {
 
 constexpr std::size_t columnSides = 6;  // side k faces 60 k degrees, from x towards z
 
-// A basalt column from below the lake up to `height`: no two corners alike, its head broken off at a slant
+// A basalt column from the lake up to `height`: no two corners alike, its head broken off at a slant
 // with a splintered rim. Sides that only a neighbour sees are left out.
 Surface column(float x, float z, float radius, float height, int seed,
                const std::array<bool, columnSides>& hidden) {
-  constexpr float below = 6;
+  constexpr float below = 0.4f;
   const auto chance = [seed](int what) { return hashUnit(seed, what, 951); };
   const float slantX = 0.5f * (chance(20) - 0.5f), slantZ = 0.5f * (chance(21) - 0.5f);
   const auto missing = static_cast<std::size_t>(chance(22) * 9);  // a corner that has split off, if any
@@ -135,57 +135,44 @@ Surface bossSurface() {
       moved(arcPoint(1, 0, 0)));
 }
 
-// The vault over the left half of one bay: what is left of its courses of blocks, whose broken ends show how
-// thick they are.
-Surface webSurface() {
-  constexpr int courses = 13, across = 6;
-  constexpr float thick = 8;
-  // Corners of blocks are shaken in their place, the same for all that meet there.
-  const auto corner = [](int course, float column, float out) {
-    const int seed = course * 64 + static_cast<int>(column * 4);
-    const bool border = column <= 0 || column >= across;
-    const float s = clamp01((column + (border ? 0.0f : 0.34f * (hashUnit(seed, 0, 953) - 0.5f))) / across);
-    const float t = clamp01((static_cast<float>(course) + 0.26f * (hashUnit(seed, 1, 953) - 0.5f)) /
-                            static_cast<float>(courses));
+// The vault over the left half of one bay, whole or broken off below the crown; its inside, and how thick it
+// is where it has fallen.
+Surface webSurface(bool broken) {
+  constexpr int courses = 10, across = 7;
+  constexpr float thick = 7;
+  const auto at = [](int course, int column, float out) {
+    const float s = static_cast<float>(column) / across, t = static_cast<float>(course) / courses;
     return arcPoint(t, 4 + 9 * std::sin(pi * s) + out, bay * s);
   };
-  // Every other course is shifted by half a block, as masons do.
-  const auto start = [](int course, int block) {
-    return std::clamp(static_cast<float>(block) - (course % 2 == 0 ? 0.0f : 0.5f), 0.0f,
-                      static_cast<float>(across));
-  };
-  const auto stands = [&](int course, int block) {
-    const float from = start(course, block), to = start(course, block + 1);
-    if (course < 0 || course >= courses || to - from < 0.1f) return false;
-    const float high = static_cast<float>(course) / courses, s = (from + to) / 2 / across;
-    const float fallen = gradientNoise(Vector(s * 2.6f, high * 4.2f, 0.5f), 0, 952) +
-                         0.30f * (hashUnit(course, block, 954) - 0.5f);
-    return fallen < mix(0.75f, -0.10f, smoothStep(0.25f, 0.9f, high)) - 0.45f * std::sin(pi * s) * high;
+  // Fallen furthest in the middle; nothing hangs where what carried it is gone.
+  const auto top = [&](int column) {
+    if (!broken) return courses;
+    if (column < 0 || column >= across) return 0;
+    const float s = (static_cast<float>(column) + 0.5f) / across;
+    return static_cast<int>(10.2f - 3.8f * std::sin(pi * s) - 2.4f * hashUnit(column, 0, 952));
   };
   Surface all;
-  for (int course = 0; course < courses; ++course)
-    for (int block = 0; block <= across; ++block) {
-      if (!stands(course, block)) continue;
-      const float from = start(course, block), to = start(course, block + 1);
-      const float settled = 0.5f * (hashUnit(course, block, 955) - 0.5f);
-      std::array<int, 8> p{};
-      for (std::size_t i = 0; i < p.size(); ++i)
-        p[i] = addPoint(
-            all, corner(course + (i & 2 ? 1 : 0), i & 1 ? to : from, settled + (i & 4 ? thick : 0.0f)));
-      addQuad(all, p[0], p[1], p[3], p[2]);
-      // Ends show where a neighbour has fallen.
-      if (!stands(course, block - 1) && from > 0) addQuad(all, p[4], p[0], p[2], p[6]);
-      if (!stands(course, block + 1) && to < across) addQuad(all, p[1], p[5], p[7], p[3]);
-      const auto open = [&](int other) {
-        for (int beside = block - 1; beside <= block + 1; ++beside)
-          if (start(other, beside) < to && start(other, beside + 1) > from && !stands(other, beside))
-            return true;
-        return false;
-      };
-      if (open(course - 1)) addQuad(all, p[4], p[5], p[1], p[0]);
-      if (open(course + 1)) addQuad(all, p[2], p[3], p[7], p[6]);
-    }
-  return creased(turnedOver(all), 25);
+  const auto quad = [&all](const Vector& p, const Vector& q, const Vector& r, const Vector& s) {
+    const int first = addPoint(all, p);
+    addPoint(all, q), addPoint(all, r), addPoint(all, s);
+    addQuad(all, first, first + 1, first + 2, first + 3);
+  };
+  for (int column = 0; column < across; ++column) {
+    for (int course = 0; course < top(column); ++course)
+      quad(at(course, column, 0), at(course, column + 1, 0), at(course + 1, column + 1, 0),
+           at(course + 1, column, 0));
+    if (!broken) continue;
+    const int end = top(column);
+    quad(at(end, column, 0), at(end, column + 1, 0), at(end, column + 1, thick), at(end, column, thick));
+    for (const int beside : {-1, 1})
+      for (int course = std::max(1, top(column + beside));
+           column + beside >= 0 && column + beside < across && course < end; ++course) {
+        const int edge = column + std::max(0, beside);
+        quad(at(course, edge, 0), at(course, edge, thick), at(course + 1, edge, thick),
+             at(course + 1, edge, 0));
+      }
+  }
+  return creased(turnedOver(welded(all, 0.01f)), 25);
 }
 
 constexpr float roseReach = 41, eyeReach = 14;
@@ -203,7 +190,7 @@ Outline circle(float x, float y, float radius, int sides, bool hole) {
 Outline lancet(float x, float half, float foot, float shoulder) {
   Outline outline{{x + half, foot}, {x - half, foot}};
   const float reach = half * 0.9f, radius = half + reach, end = std::acos(reach / radius);
-  constexpr int pieces = 4;
+  constexpr int pieces = 7;
   for (int i = 0; i <= pieces; ++i) {
     const float angle = end * static_cast<float>(i) / pieces;
     outline.push_back({x + reach - radius * std::cos(angle), shoulder + radius * std::sin(angle)});
@@ -232,23 +219,34 @@ Surface choirWallSurface() {
   const auto window = [&](float x, float half, float shoulder) {
     outlines.push_back(lancet(x - 0.53f * half, 0.45f * half, 4, shoulder));
     outlines.push_back(lancet(x + 0.53f * half, 0.45f * half, 4, shoulder));
-    outlines.push_back(circle(x, shoulder + 1.05f * half, 0.36f * half, 12, true));
+    outlines.push_back(circle(x, shoulder + 1.05f * half, 0.36f * half, 20, true));
   };
   window(0, 22, 116);
   window(-58, 18, 84);
   window(58, 18, 84);
-  // What the rose leaves is a ragged hole, behind whose rim its petals end.
-  Outline breach = circle(0, roseHeight, 1, 48, true);
+  // What the rose leaves is a round hole with the stumps of its spokes.
+  constexpr int steps = 8 * petalCount;
+  Outline breach = circle(0, roseHeight, 1, steps, true);
   for (std::size_t i = 0; i < breach.size(); ++i) {
     const auto [x, y] = breach[i];
-    const float reach = roseReach - 5 + 4.5f * hashUnit(static_cast<int>(i / 2), 1, 956) +
-                        1.4f * hashUnit(static_cast<int>(i), 2, 956);
+    const bool stump = i % (steps / petalCount) == 0;
+    const float reach = roseReach - 1 - (stump ? 5 + 6 * hashUnit(static_cast<int>(i), 1, 956) : 0);
     breach[i] = {x * reach, roseHeight + (y - roseHeight) * reach};
   }
   outlines.push_back(breach);
   // Nobody ever stands behind it.
   const Surface wallBody = withoutMapping(extrusion(outlines, 16, 1.3f));
-  return selected(wallBody, [&](const Triangle& triangle) { return normalOf(wallBody, triangle).z > -0.9f; });
+  Surface all =
+      selected(wallBody, [&](const Triangle& triangle) { return normalOf(wallBody, triangle).z > -0.9f; });
+  // A moulding frames the rose.
+  append(all, placed(withoutMapping(lathe({{roseReach + 6, -0.5f},
+                                           {roseReach + 5, 3.5f},
+                                           {roseReach + 2, 3.5f},
+                                           {roseReach + 1, 1.5f},
+                                           {roseReach - 1, -1}},
+                                          48)),
+                     turnedX(90) >> moved(0, roseHeight, 0)));
+  return all;
 }
 
 // A petal is a sector with a window in it, narrower towards the eye.
@@ -279,8 +277,8 @@ Surface roseEyeSurface() {
 Surface causewaySurface() {
   return honeycomb(3, 8.0f, [](float x, float z, int seed) {
     const float away = std::hypot(x, z) / 50, chance = hashUnit(seed, 3, 955);
-    const float tall = 26 * (1 - away * away) + 13 * (chance - 0.55f);
-    return tall < 6.5f ? 0.0f : tall;
+    const float tall = 17 - 26 * away * away + 13 * (chance - 0.55f);
+    return tall < 1.5f ? 0.0f : tall;
   });
 }
 
@@ -306,6 +304,10 @@ Surface chain(const Vector& from, const Vector& to) {
 
 }  // namespace
 
+float archShare(const Vector& p) {
+  return (pi - std::atan2(p.y - springing, p.x - spread)) / (pi - arcEnd);
+}
+
 Surface stonePart(StonePart part) {
   switch (part) {
     case pier:
@@ -317,7 +319,9 @@ Surface stonePart(StonePart part) {
     case boss:
       return bossSurface();
     case web:
-      return webSurface();
+      return webSurface(false);
+    case brokenWeb:
+      return webSurface(true);
     case choirWall:
       return choirWallSurface();
     case causeway:
@@ -330,9 +334,9 @@ Surface stonePart(StonePart part) {
   return {};
 }
 
-// A heavy band, tilted.
+// A heavy band, tilted so that it stands around the sphere for whoever looks up the nave, and up from below.
 Placement shackleTilt() {
-  return turnedX(9) >> turnedZ(-24) >> moved(sphereCentre);
+  return turnedX(58) >> turnedZ(30) >> moved(sphereCentre);
 }
 
 Surface shackle() {
@@ -340,7 +344,7 @@ Surface shackle() {
   // The band, forged round, with a collar about it every few feet; four chains from it to the piers at both
   // sides.
   const Placement tilt = shackleTilt();
-  Surface all = placed(withoutMapping(torus(radius + 0.4f, 2.7f, 56, 6)), tilt);
+  Surface all = placed(withoutMapping(torus(radius + 0.4f, 2.7f, 72, 8)), tilt);
   constexpr int collars = 12;
   for (int i = 0; i < collars; ++i) {
     const Surface collar = lathe({{2.5f, -1.9f}, {3.5f, -1.5f}, {3.5f, 1.5f}, {2.5f, 1.9f}}, 8, 60);

@@ -19,43 +19,50 @@ enum Camera {
   shore,
   backlit,
   choir,
-  rose,
+  rosette,
   core,
   open,
   openNearer,
   child
 };
 
-// The world fills the screen for a while; `start` is the time at which its camera moves and its events come.
-void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start) {
-  show.part(name, bar, bars, ground, {draw(World{.scene = "SceneHell", .camera = camera})}, start);
+// A piece of the movement; its camera moves and the world's events come from scene time `start` on.
+struct Shot {
+  const char* name;
+  double bar, bars;
+  Camera camera;
+  double start;
+};
+
+const Vector windows(0, 70, hell::choirPlace), rose(0, hell::roseHeight, hell::choirPlace);
+
+void addShot(Show& show, const Shot& shot) {
+  show.part(shot.name, shot.bar, shot.bars, ground,
+            {draw(World{.scene = "SceneHell", .camera = shot.camera})}, shot.start);
 }
 
-// The fire behind it all breathes over the picture, about a middle.
-void addFire(Show& show, const char* name, double bar, double bars, double x, double y, const Curve& alpha) {
-  show.add(name, bar, bars, haze,
-           Bitmap{.texture = "haze_ember",
-                  .at = centred(x, y, swing(9, 2.7, 3.3)),
+Sight sightOf(const Shot& shot, const Vector& place) {
+  return onScreen(hell::cameras()[shot.camera], shot.start, 1, shot.bars * beatsPerBar, place);
+}
+
+// Light about a place in the world, as wide and high as it would be there.
+void addGlow(Show& show, const Shot& shot, const char* texture, const Vector& place, double height,
+             const Curve& alpha) {
+  const Sight sight = sightOf(shot, place);
+  show.add("glow", shot.bar, shot.bars, haze,
+           Bitmap{.texture = texture,
+                  .at = centred(sight.x, sight.y, sight.unit * height),
                   .alpha = alpha,
                   .blend = Blend::add});
 }
 
-// Rays from what burns there, on beats.
-void addRays(Show& show, const char* name, double bar, double bars, const Curve& x, const Curve& y,
-             const Curve& height, const Curve& alpha) {
-  show.add(name, bar, bars, haze,
-           Bitmap{.texture = "rays_ember", .at = centred(x, y, height), .alpha = alpha, .blend = Blend::add});
+// A corona stands about the sphere.
+void addCorona(Show& show, const Shot& shot, const std::vector<double>& beats, double level) {
+  addGlow(show, shot, "corona_ember", hell::sphereCentre, 156, flashes(beats, level, 0.25 * level));
 }
 
 void addHeat(Show& show, const char* name, double bar, double bars, const Curve& alpha) {
   show.add(name, bar, bars, smoke, smokeBefore("smoke_ember", 1.35, 1.7, alpha));
-}
-
-// Darkens all but the lower middle of the picture, where the lake shines; `height` moves what stays light.
-void addDusk(Show& show, const char* name, double bar, double bars, const Curve& height, const Curve& alpha) {
-  show.add(
-      name, bar, bars, backdrop,
-      Bitmap{.texture = "hell_dusk", .at = covering(1.6, 0, height), .alpha = alpha, .blend = Blend::darken});
 }
 
 // Darkens the borders and leaves what is about the middle.
@@ -72,105 +79,94 @@ void addSparks(Show& show, const char* name, double bar, double bars, double sta
 
 // Up the nave; then a hand above the lava.
 void addArrival(Show& show) {
-  const double start = hellBar, lake = barOf("lake of fire"), next = barOf("cathedral");
-  addShot(show, "nave", start, lake - start, wide, 0.5);
-  addDusk(show, "light rises from the lake", start, lake - start,
-          line({{0, -0.4}, {4, -0.7}, {partEnd, -1.1}}), line({{0, 0.2}, {partEnd, 0.1}}));
-  addRays(show, "windows flare", start, lake - start, line({{0, 0.14}, {partEnd, 0.03}}),
-          line({{0, 0.22}, {partEnd, 0.26}}), 2.2, flashes({0, 2, 3, 4, 5, 6, 7}, 0.8, 0.22));
-  show.add("downbeat", start, 1, haze,
-           Bitmap{.texture = "light6",
-                  .at = centred(0.13, 0.23, 3.4, 1.4),
-                  .alpha = flashes({0, 2, 3}, 0.8, 0.25),
-                  .blend = Blend::add});
-  addFire(show, "fire in the choir", start, lake - start, 0.0, 0.1, flashes({0, 2, 3, 4, 5}, 0.6, 0.12));
+  const double start = hellBar, lake = barOf("lake of fire");
+  const Shot nave{"nave", start, lake - start, wide, 0.5}, over{"over the lava", lake, 1, shore, 1},
+      nearer{"over the lava, nearer", lake + 1, 1, low, 3};
+  const std::vector<double> strokes{0, 2, 3, 4, 5, 6, 7};
+  addShot(show, nave);
+  addGlow(show, nave, "rays_ember", windows, 640, flashes(strokes, 1, 0.3));
+  addGlow(show, nave, "light6", windows, 330, flashes(strokes, 1, 0.35));
+  addCorona(show, nave, strokes, 0.7);
   addSparks(show, "ash", start, lake - start, 0,
-            {.alpha = fade(1, 0, 0.8), .count = 60, .spread = 5, .speedY = 7, .scatter = 26});
-  addShot(show, "over the lava", lake, 1, shore, 1);
-  addShot(show, "over the lava, nearer", lake + 1, 1, low, 3);
-  addRays(show, "windows over the lava", lake, 1, -0.11, -0.12, 2.2, flashes(everyBeat, 0.7, 0.25));
-  addRays(show, "windows over the lava, nearer", lake + 1, 1, 0.05, 0.42, 2.4, flashes(everyBeat, 0.7, 0.25));
-  addFire(show, "the lake's light", lake, next - lake, 0, 0.3, flashes(everyBeat, 0.3, 0.08));
-  addHeat(show, "heat", lake, next - lake, flashes(everyBeat, 0.12, 0.02));
+            {.alpha = fade(1, 0, 0.8), .count = 40, .spread = 5, .speedY = 7, .scatter = 26});
+  for (const Shot& shot : {over, nearer}) {
+    addShot(show, shot);
+    addGlow(show, shot, "rays_ember", windows, 520, flashes(everyBeat, 0.8, 0.25));
+    addCorona(show, shot, everyBeat, 0.8);
+    addHeat(show, "heat", shot.bar, shot.bars, flashes(everyBeat, 0.08, 0.01));
+  }
 }
 
-// Through the aisle and from the vault; then the sphere itself.
+// Along the piers and from the vault; then the sphere itself.
 void addCathedral(Show& show) {
   const double start = barOf("cathedral"), sphere = barOf("black sphere"), next = barOf("under the lake");
-  addShot(show, "aisle", start, 1, aisle, 8.5);
-  addShot(show, "vault", start + 1, 1, crane, 5);
-  addFire(show, "fire on stone", start, sphere - start, 0.1, 0.1, flashes(everyBeat, 0.25, 0.04));
-  addShot(show, "black sphere", sphere, 1, close, 1);
-  addShot(show, "black sphere from the lake", sphere + 1, 1, beneath, 8);
-  addFire(show, "its light", sphere, next - sphere, 0.0, 0.0, flashes(everyBeat, 0.45, 0.05));
+  const Shot past{"aisle", start, 1, aisle, 8.5}, above{"vault", start + 1, 1, crane, 5},
+      before{"black sphere", sphere, 1, close, 1},
+      under{"black sphere from the lake", sphere + 1, 1, beneath, 8};
+  for (const Shot& shot : {past, above, before, under}) addShot(show, shot);
+  addGlow(show, past, "rays_ember", windows, 420, flashes({0, 2}, 0.8, 0.25));
+  for (const Shot& shot : {past, above}) addCorona(show, shot, everyBeat, 1);
+  // The sky burns behind it.
+  addGlow(show, under, "haze_ember", Vector(40, 300, 60), 620, flashes({0, 2}, 1, 0.6));
   addSparks(show, "sparks from the seams", sphere, next - sphere, 5,
-            {.count = 40, .spread = 8, .speedY = 6, .scatter = 24});
-}
-
-// What hangs over the roof of fire is a black sun: its light stands about it.
-void addEclipse(Show& show, double bar, Camera camera, double start) {
-  const Sight sight =
-      onScreen(hell::cameras()[camera], start, 1, beatsPerBar, hell::inLake(hell::sphereCentre));
-  show.add("eclipse", bar, 1, haze,
-           Bitmap{.texture = "corona_ember",
-                  .at = centred(sight.x, sight.y, sight.unit * 122),
-                  .alpha = flashes({0, 2}, 1, 0.6),
-                  .blend = Blend::add});
+            {.count = 30, .spread = 8, .speedY = 6, .scatter = 24});
 }
 
 // Half the band is gone: the lake has closed over us. The furnace is heard before it opens.
 void addDepths(Show& show) {
-  const double start = barOf("under the lake"), embers = barOf("embers"), fill = barOf("furnace fill"),
-               gasp = barOf("gasp"), next = barOf("eruption");
-  addShot(show, "sunk", start, 1, sunk, 5);
-  addShot(show, "sunken sphere", start + 1, 1, sunkenSphere, 8);
-  for (const int bar : {0, 1})
-    addEclipse(show, start + bar, bar == 0 ? sunk : sunkenSphere, bar == 0 ? 5 : 8);
-  addNight(show, "the melt's dark", start, embers - start);
-  addHeat(show, "melt about us", start, embers - start, swing(3, 0.14, 0.3));
-  addFire(show, "the roof's light", start, embers - start, 0, -0.7, swing(2, 0.25, 0.5));
-  addShot(show, "embers", embers, fill - embers, backlit, 7);
-  addRays(show, "windows behind the sphere", embers, fill - embers, line({{0, 0.17}, {partEnd, 0.12}}), 0.29,
-          2.4, flashes(everyBeat, 0.6, 0.2));
-  addSparks(show, "embers rise", embers, gasp - embers, 10,
-            {.alpha = slide(0.6, 1), .count = 110, .spread = 7, .speedY = 14, .scatter = 24});
-  addShot(show, "furnace", fill, gasp - fill, choir, 8);
-  addRays(show, "furnace opens", fill, gasp - fill, 0, 0.36, line({{0, 1.6}, {partEnd, 3}}),
-          flashes({0, 1, 2, 2.5}, 1, 0.3));
-  addShot(show, "gasp", gasp, next - gasp, rose, 10.4);
-  show.add("dark before the blow", gasp, next - gasp, backdrop,
-           Fade{.alpha = line({{0, 0.5}, {partEnd, 0.92}})});
-  show.add("breath held", gasp, next - gasp, haze,
-           Bitmap{.texture = "haze_ember",
-                  .at = centred(0.015, -0.165, line({{0, 1.9}, {partEnd, 0.8}})),
-                  .alpha = 0.8,
-                  .blend = Blend::add},
-           Bitmap{.texture = "light6",
-                  .at = centred(0.015, -0.165, line({{0, 0.7}, {partEnd, 0.16}})),
-                  .alpha = line({{0, 0.7}, {partEnd, 1}}),
-                  .blend = Blend::add});
+  const double start = barOf("under the lake"), coals = barOf("embers"), fill = barOf("furnace fill"),
+               breath = barOf("gasp"), next = barOf("eruption");
+  const Shot deep{"sunk", start, 1, sunk, 5}, nearer{"sunken sphere", start + 1, 1, sunkenSphere, 8},
+      embers{"embers", coals, fill - coals, backlit, 7}, furnace{"furnace", fill, breath - fill, choir, 8},
+      gasp{"gasp", breath, next - breath, rosette, hell::roseBursts - 0.6};
+  // What hangs over the roof of fire is a black sun: its light stands about it.
+  const Vector image = hell::inLake(hell::sphereCentre);
+  for (const Shot& shot : {deep, nearer}) {
+    addShot(show, shot);
+    addGlow(show, shot, "corona_ember", image, 122, flashes({0, 2}, 1, 0.6));
+    addGlow(show, shot, "corona_ember", image, 128, flashes({0, 2}, 0.7, 0.3));
+  }
+  addNight(show, "the melt's dark", start, coals - start);
+  addHeat(show, "melt about us", start, coals - start, swing(3, 0.05, 0.14));
+  addShot(show, embers);
+  addGlow(show, embers, "rays_ember", windows, 520, flashes(everyBeat, 0.9, 0.3));
+  addGlow(show, embers, "rays_ember", rose, 200, flashes(everyBeat, 0.7, 0.3));
+  addCorona(show, embers, everyBeat, 1.2);
+  addSparks(show, "embers rise", coals, breath - coals, 10,
+            {.alpha = slide(0.6, 1), .count = 70, .spread = 7, .speedY = 14, .scatter = 24});
+  addShot(show, furnace);
+  for (const char* light : {"rays_ember", "light6"})
+    addGlow(show, furnace, light, windows, 460, flashes({0, 1, 2, 2.5}, 1, 0.4));
+  // The light goes out but for the rose's eye.
+  addShot(show, gasp);
+  addGlow(show, gasp, "rays_ember", rose, 130, line({{0, 0.8}, {partEnd, 0.3}}));
+  addGlow(show, gasp, "light6", rose, 60, line({{0, 0.6}, {partEnd, 1}}));
+  addGlow(show, gasp, "haze_ember", rose, 150, line({{0, 0.6}, {partEnd, 0.25}}));
+  const Sight eye = sightOf(gasp, rose);
+  show.add("dark before the blow", breath, next - breath, backdrop,
+           Fade{.alpha = line({{0, 0}, {partEnd, 0.7}})},
+           Bitmap{.texture = "pinhole", .at = centred(eye.x, eye.y, 4.4), .blend = Blend::darken});
 }
 
 // The rose bursts out of the wall; behind it the fire breaks through, and the sphere opens.
 void addEruption(Show& show) {
   const double start = barOf("eruption"), heart = start + 1, next = barOf("sphere cracks");
-  addShot(show, "rose bursts", start, 1, rose, 11);
-  addRays(show, "fire through the rose", start, 1, 0.015, -0.165, line({{0, 1.4}, {1, 3.4}, {partEnd, 4.6}}),
-          line({{0, 1}, {2, 0.8}, {partEnd, 0.4}}));
-  addRays(show, "fire through the rose again", start, 1, 0.015, -0.165, line({{0, 0.8}, {partEnd, 2.2}}),
-          flashes({0, 1, 2, 3}, 1, 0.3));
+  const Shot bursts{"rose bursts", start, 1, rosette, hell::roseBursts},
+      open{"the heart lies open", heart, next - heart, core, 14.5};
+  addShot(show, bursts);
+  // Behind it stands a sun.
+  for (const double height : {70.0, 110.0})
+    addGlow(show, bursts, "light7", rose, height, line({{0, 1}, {2, 0.9}, {partEnd, 0.8}}));
+  addGlow(show, bursts, "light6", rose, 260, flashes({0, 1, 2, 3}, 1, 0.7));
+  addGlow(show, bursts, "corona_ember", rose, 186, line({{0, 0}, {0.6, 0.2}, {2, 1}, {partEnd, 1}}));
+  addGlow(show, bursts, "rays_ember", rose, 420, flashes({0, 1, 2, 3}, 1, 0.6));
   show.add("white of the blow", start, 0.25, flash,
            Fade{.red = 1, .green = 0.93, .blue = 0.8, .alpha = line({{0, 0.95}, {0.1, 0.4}, {0.3, 0}})});
   addSparks(show, "eruption's sparks", start, 1, 0,
-            {.count = 200, .spread = 26, .speedY = 4, .speedZ = 34, .scatter = 10});
-  addShot(show, "the heart lies open", heart, 1, core, 14.5);
+            {.count = 90, .spread = 40, .speedY = 4, .speedZ = 46, .scatter = 7});
+  addShot(show, open);
   addNight(show, "lit by the heart alone", heart, 1);
-  show.add("heart's corona", heart, next - heart, haze,
-           Bitmap{.texture = "corona_ember",
-                  .at = centred(0.12, 0, zoom(2.9, 3.5, 4)),
-                  .alpha = flashes(everyBeat, 0.9, 0.12),
-                  .blend = Blend::add});
-  addFire(show, "eruption's light", start, next - start, 0.0, 0.0, flashes(everyBeat, 0.3, 0.05));
+  addGlow(show, open, "corona_ember", hell::sphereCentre, 118, flashes(everyBeat, 0.9, 0.3));
 }
 
 // Three blows and a fourth that leaves nothing; each nearer, the word struck with them.
@@ -178,25 +174,25 @@ void addCracks(Show& show) {
   const double first = barOf("sphere cracks"), second = barOf("sphere cracks 2"),
                third = barOf("sphere cracks 3"), fill = barOf("last hell fill"), burnt = barOf("scorched"),
                next = hellBar + barCount(Section::hell);
-  addShot(show, "blow one", first, second - first, open, 17);
-  addShot(show, "blow two", second, third - second, openNearer, 17);
-  addShot(show, "blow three", third, burnt - third, child, 17);
-  // The child stays black: no light lies over it in the last shot.
-  addFire(show, "blows of light", first, third - first, 0.0, 0.0, flashes({0, 2}, 0.7, 0.1));
-  show.add("its eye opens", fill + 0.25, 0.25, flash,
-           Bitmap{.texture = "light7",
-                  .at = centred(-0.115, -0.31, line({{0, 0.05}, {0.3, 0.22}, {partEnd, 0.18}}), 1.3),
-                  .blend = Blend::add});
+  const Shot one{"blow one", first, second - first, open, 17},
+      two{"blow two", second, third - second, openNearer, 17},
+      three{"blow three", third, burnt - third, child, 17}, end{"scorched", burnt, next - burnt, child, 19.3};
+  for (const Shot& shot : {one, two, three, end}) addShot(show, shot);
+  addNight(show, "lit by the heart alone", first, burnt - first);
+  // The child stays black: light stands only around it.
+  for (const Shot& shot : {one, two})
+    addGlow(show, shot, "corona_ember", hell::sphereCentre, 118, flashes({0}, 1, 0.3));
+  const Shot wakes{"its eye opens", fill + 0.25, 0.25, child,
+                   three.start + (fill + 0.25 - third) * secondsPerBar};
+  for (const double height : {3.0, 9.0})
+    addGlow(show, wakes, "light7", hell::childsEye(), height, line({{0, 0}, {0.3, 1}, {partEnd, 0.8}}));
   addSparks(show, "last sparks", first, fill - first, 3,
-            {.count = 120, .spread = 14, .speedY = 8, .speedZ = 12, .scatter = 22});
-  const Word word = vex(er, spline({{0, 1.1}, {0.5, 0.9}, {4, 0.94}, {partEnd, 1.05}}), 0, 0.52);
-  show.add("dark under the word", first, burnt - first, haze + 1,
-           Bitmap{.texture = "hell_dusk",
-                  .at = {.x = -1.1, .y = 1, .w = 2.2, .h = -1.45},
-                  .alpha = line({{0, 1}, {-3, 1}, {partEnd, 0}}),
-                  .blend = Blend::darken});
-  show.add("vexer in the fire", first, fill - first, title, word);
-  addShot(show, "scorched", burnt, next - burnt, child, 19.3);
+            {.count = 60, .spread = 14, .speedY = 8, .speedZ = 12, .scatter = 22});
+  show.add("dark under the word", first, fill - first, haze + 1,
+           Bitmap{.texture = "shade", .at = centred(-0.52, 0.52, 0.95, 2.4), .blend = Blend::darken},
+           Bitmap{.texture = "shade", .at = centred(-0.52, 0.52, 0.95, 2.4), .blend = Blend::darken});
+  show.add("vexer in the fire", first, fill - first, title,
+           vex(er, spline({{0, 0.9}, {0.5, 0.72}, {4, 0.76}, {partEnd, 0.84}}), -0.54, 0.53));
   show.add("burnt out", burnt, next - burnt, curtain - 1,
            Fade{.alpha = line({{0, 0.55}, {0.5, 1}, {partEnd, 1}})});
 }

@@ -225,14 +225,16 @@ void addInterludeTwo(Show& show) {
                   .at = centred(0, 0, zoom(2.8, 4.2, 7.5)),
                   .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 0.8, 0.3),
                   .blend = Blend::add});
-  const Viewport raised{.y = -0.72};  // above the title
+  // Above the title; then close, beside it.
+  const Viewport raised{.x = -0.78, .y = -0.54, .w = 1.56, .h = 1.56},
+      close{.x = -0.95, .y = -1.12, .w = 2.8, .h = 2.8};
   show.part(
       "mirrors", roll, doubles - roll, subject,
       {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.85, 0.72)}),
        draw(Viewport{})},
       2);
   show.part("mirrors melt", doubles, breath - doubles, subject,
-            {draw(raised),
+            {draw(close),
              draw(Mirrors{.speedX = slide(4, 12),
                           .speedY = slide(5, 14),
                           .speedZ = slide(3, 10),
@@ -242,7 +244,7 @@ void addInterludeTwo(Show& show) {
   show.add("dark under the title", roll, breath - roll, title - 1,
            Bitmap{.texture = "shade", .at = centred(0, 0.6, 0.8, 3.6), .blend = Blend::darken},
            Bitmap{.texture = "shade", .at = centred(0, 0.6, 0.8, 3.6), .blend = Blend::darken});
-  const Word word = vex(edly, slide(0.78, 0.84), 0, 0.56);
+  const Word word = vex(edly, slide(0.74, 0.8), 0, 0.58);
   show.add("vexedly", roll, doubles - roll, title, word);
   // The fire goes down; what is left burns behind the knot.
   show.add("embers", doubles, breath - doubles, ground + 1, Fade{.alpha = slide(0.7, 0.9)},
@@ -256,11 +258,12 @@ void addInterludeTwo(Show& show) {
                   .at = centred(0, -0.2, zoom(2.6, 4.2, 3.5)),
                   .alpha = 0.8,
                   .blend = Blend::add});
-  const Word louder = vex(edly, slide(0.86, 0.98), 0, 0.54);
+  const Word louder = vex(edly, slide(0.76, 0.86), -0.42, 0.55);
   show.add("vexedly, louder", doubles, breath - doubles, title, louder);
   show.add("last breath", breath, stroke - breath, ground + 2, Fade{});
 
-  const Curve discHeight = zoom(1.9, 1.66, 4);
+  // Then it is small and far, and nothing is said.
+  const Curve discHeight = line({{0, 1.44}, {1.99, 1.36}, {2, 0.62}, {partEnd, 0.54}});
   for (const double rest : {0.75, 0.0})  // twice as bright on the strokes
     show.add("last streamers", stroke, 1, backdrop,
              Bitmap{.texture = "corona_bone",
@@ -268,7 +271,8 @@ void addInterludeTwo(Show& show) {
                     .alpha = flashes({0, 2}, 1, rest),
                     .blend = Blend::add});
   show.add("last moon", stroke, 1, backdrop + 1, Bitmap{.texture = "moon", .at = centred(0, 0, discHeight)});
-  show.add("vexed at last", stroke, 1, title, vex(ed, slide(0.88, 0.8)));
+  show.add("the sky goes out", stroke + 0.5, 0.5, ground + 1, Fade{.alpha = slide(0.75, 0.9)});
+  show.add("vexed at last", stroke, 0.5, title, vex(ed, slide(0.66, 0.6)));
 }
 
 }  // namespace vex

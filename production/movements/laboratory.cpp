@@ -232,7 +232,7 @@ void addHose(Show& show) {
   state.swell = spline({{0, 0}, {0.4, 0.9}, {2, 0.1}, {2.4, 1}, {partEnd, 0.1}});
   state.spray = line({{0, 0}, {1.99, 0}, {2, 40}, {partEnd, 30}});
   addShot(show, along, state);
-  state.turn = slide(0.83, 0.78),
+  state.turn = slide(0.73, 0.68),
   state.swell = spline({{0, 0.1}, {0.4, 0.9}, {2, 0.2}, {2.4, 1}, {partEnd, 0.6}});
   state.lids = line({{0, 0.75}, {1.9, 0.75}, {2, 0.1}, {2.2, 0.1}, {2.5, 0.7}, {partEnd, 0.75}});
   state.spray = line({{0, 70}, {1.5, 30}, {1.99, 30}, {2, 70}, {partEnd, 40}});
@@ -317,13 +317,14 @@ void addBurst(Show& show) {
   addShot(show, falls, state);
   addGlow(show, still, "rays_teal", Vector(0, 6, 0), 330,
           line({{0, 1}, {0.3, 0.7}, {1, 0.25}, {partEnd, 0}}));
+  addGlow(show, still, "haze_teal", Vector(0, 6, 0), 620, line({{0, 1}, {0.1, 0.8}, {0.5, 0}, {partEnd, 0}}));
   addGlow(show, still, "light7", Vector(0, 6, 0), 260, line({{0, 1}, {0.15, 0.6}, {0.5, 0}, {partEnd, 0}}));
   addGlow(show, still, "light4", lab::heartPlace, 44, flashes({0, 2}, 1, 0.45));
   addGlow(show, falls, "light4", lab::heartPlace, 30, flashes({0, 1, 2, 3}, 0.8, 0.25));
   addLamp(show, falls, {0}, 0.9);
   addGloom(show, still.from(), still.bars, line({{0, 0}, {0.6, 0.2}, {3, 0.2}, {partEnd, 0.1}}));
   show.add("vexing", falls.from(), 1, title,
-           vex(ing, spline({{0, 0.86}, {0.4, 0.72}, {2, 0.73}, {partEnd, 0.8}}), -0.38, 0.5));
+           vex(ing, spline({{0, 0.74}, {0.4, 0.62}, {2, 0.63}, {partEnd, 0.7}}), -0.52, 0.56));
 }
 
 // The door opens on white, and on somebody who then stands there when all else has gone.
@@ -340,28 +341,25 @@ void addDoor(Show& show) {
         const double open = (static_cast<double>(t) - shot.start()) / (shot.bars * secondsPerBar);
         return Vector(static_cast<float>(212 - 56 * std::min(open * 1.6, 1.0)), -70, -326);
       });
-  addGlow(show, shot, "rays_teal", opening, 700, line({{0, 0}, {1, 0.35}, {4, 0.8}, {partEnd, 1}}));
-  addGlow(show, shot, "haze_teal", opening, 900, line({{0, 0}, {1, 0.35}, {4, 0.7}, {partEnd, 1}}));
-  addGlow(show, shot, "light7", opening, 420, line({{0, 0}, {1, 0.2}, {4, 0.6}, {partEnd, 1}}));
-  const double end = interludeTwoBar;
+  addGlow(show, shot, "rays_teal", opening, 760, line({{0, 0}, {1, 0.3}, {4, 0.5}, {partEnd, 0.3}}));
+  addGlow(show, shot, "haze_teal", opening, 620, line({{0, 0}, {1, 0.35}, {4, 0.8}, {partEnd, 1}}), 0.5);
+  addGlow(show, shot, "light7", opening, 330, line({{0, 0}, {1, 0.2}, {4, 0.7}, {partEnd, 1}}), 0.4);
   show.add(
-      "white", barOf("white"), end - barOf("white"), vignette + 1,
-      Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.3, 0}, {3.1, 1}, {partEnd, 1}})});
-  // It eats from the opening outwards.
-  show.add("white leaps", barOf("white") + 0.5, end - barOf("white") - 0.5, vignette + 1,
-           Bitmap{.texture = "light7", .at = centred(watcher.x, 0.1, zoom(4, 8, 1)), .blend = Blend::add});
-  for (const double reach : {7.0, 5.0})
-    show.add("white spreads", barOf("white"), end - barOf("white"), vignette + 1,
-             Bitmap{.texture = "light7",
-                    .at = centred(watcher.x, 0.1, zoom(0.1 * reach, reach, 3)),
-                    .alpha = fade(0.3, 0),
-                    .blend = Blend::add});
-  // He comes to where he stands before the covered sun.
-  show.add("somebody in the door", shot.from() + 0.5, 1.5, vignette + 2,
+      "white", barOf("white"), interludeTwoBar - barOf("white"), vignette + 1,
+      Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.5, 0}, {3.2, 1}, {partEnd, 1}})});
+  // On the threshold, where he comes to stand as he does before the covered sun.
+  const Sight feet = sightOf(shot, lab::thresholdPlace);
+  const Curve comes = line({{0, 0}, {3, 0}, {4, 1}, {partEnd, 1}});
+  constexpr double tall = 190;
+  show.add("shadow in the door", shot.from(), shot.bars, haze + 1,
+           Bitmap{.texture = "shade",
+                  .at = centred(feet.x, feet.y + feet.unit * 6, feet.unit * 44, 3),
+                  .alpha = comes,
+                  .blend = Blend::darken});
+  show.add("somebody in the door", shot.from(), shot.bars, vignette + 2,
            Bitmap{.texture = "figure_ember",
-                  .at = centred(travel(-0.43, watcher.x, 6), travel(0.1, watcher.y, 6),
-                                zoom(0.12, watcher.height, 6), 0.5),
-                  .alpha = fade(0.1, 0)});
+                  .at = centred(feet.x, feet.y + feet.unit * (-0.5 * tall), feet.unit * tall, 0.5),
+                  .alpha = comes});
 }
 
 }  // namespace
