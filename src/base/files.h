@@ -58,6 +58,18 @@ bool fileEof(int handle);
 void fileClose(int handle);
 void fileCloseAll();
 
+// A file that is closed at the end of its life, which comes before fileCloseAll().
+struct OpenFile {
+  explicit OpenFile(const std::string& name) : handle(fileOpen(name.c_str(), "rb")) {}
+  ~OpenFile() {
+    if (handle >= 0) fileClose(handle);
+  }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+
+  const int handle;  // as fileOpen has it
+};
+
 // Bytes from the current position to the end. For checks before allocating.
 std::uint64_t fileRemaining(int handle);
 

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "base/fatal_place.h"
 #include "base/options.h"
@@ -19,7 +20,7 @@ bool firstWrite = true;
 LoadingSink loadingDialog;
 int stepCount = 1;
 int stepsShown = 0;
-std::string (*fatalPlace)() = nullptr;
+const FatalPlace* fatalPlace = nullptr;
 
 struct Text {
   char characters[messageSize];
@@ -74,15 +75,18 @@ void fatalError(const char* format, ...) {
   va_start(arguments, format);
   const Text text(format, arguments);
   va_end(arguments);
-  const std::string place = fatalPlace ? fatalPlace() + ": " : "";
+  const std::string place = fatalPlace ? fatalPlace->text() + ": " : "";
   showMessage("Error", formatted("%s%s", place.c_str(), text.characters).c_str(), MessageIcon::none);
   restoreDesktop();
   removeTemporaryFiles();
   std::_Exit(255);
 }
 
-void setFatalPlace(std::string (*place)()) {
-  fatalPlace = place;
+FatalPlace::FatalPlace(std::function<std::string()> newPlace)
+    : place(std::move(newPlace)), before(std::exchange(fatalPlace, this)) {}
+
+FatalPlace::~FatalPlace() {
+  fatalPlace = before;
 }
 
 void warning(const char* format, ...) {

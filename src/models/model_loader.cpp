@@ -25,9 +25,10 @@ void walk(int pass) {
   modelState.claimed = 0;
   modelState.scratchTrack.type = TrackType::none;
   rewindModel();
-  setFatalPlace(modelPlace);
-  while (!modelEnded()) processItem();
-  setFatalPlace(nullptr);
+  {
+    const FatalPlace place(modelPlace);
+    while (!modelEnded()) processItem();
+  }
   if (readingText()) writeLine(Command::endOfStream);
 }
 
