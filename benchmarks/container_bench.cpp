@@ -71,9 +71,10 @@ std::vector<std::uint8_t> meshBytes() {
 
 void writeWithCodec(const std::vector<std::uint8_t>& data) {
   packed.clear();
-  zipinit(keepByte, pkzipFraming, 9);
-  zipdeflate(data.data(), static_cast<std::uint32_t>(data.size()));
-  zipclose();
+  MemberWriter writer;
+  writer.open(keepByte, pkzipFraming, 9);
+  writer.write(data.data(), static_cast<std::uint32_t>(data.size()));
+  writer.close();
 }
 
 void writeContainer(benchmark::State& state) {
@@ -113,10 +114,11 @@ void readContainer(benchmark::State& state) {
   writeWithCodec(data);
   for (auto _ : state) {
     next = packed.data();
-    unzinit(nextPackedByte, pkzipFraming, state.range(0) != 0 ? packed.size() : 0);
-    const bool whole = unzinflate(data.data(), static_cast<std::uint32_t>(data.size())) ==
+    MemberReader reader;
+    reader.open(nextPackedByte, pkzipFraming, state.range(0) != 0 ? packed.size() : 0);
+    const bool whole = reader.read(data.data(), static_cast<std::uint32_t>(data.size())) ==
                        static_cast<std::int64_t>(data.size());
-    if (!whole || unzclose() != 0) state.SkipWithError("not read back");
+    if (!whole || reader.close() != 0) state.SkipWithError("not read back");
   }
 }
 BENCHMARK(readContainer)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);

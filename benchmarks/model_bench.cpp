@@ -88,8 +88,7 @@ BENCHMARK(loadCompiledModel);
 void inflateCompiledModel(benchmark::State& state) {
   const ModelFolder folder;
   std::uint32_t length = 0;
-  zipOpen("model.hv3", ZIP_READ, &length);
-  zipClose();
+  ModelContainer().open("model.hv3", ZIP_READ, &length);
   for (auto _ : state) {
     std::ifstream file("model.hv3", std::ios::binary);
     std::vector<char> bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

@@ -2,13 +2,9 @@
 
 #include <array>
 
-#include "models/codec_format.h"
-
 namespace vex {
 
 namespace {
-
-int errorCode = zipUninitialized;
 
 constexpr std::array errorTexts{
     "uninitialized zip processing",
@@ -25,15 +21,6 @@ constexpr std::array errorTexts{
 };
 
 }  // namespace
-
-int zip::setError(int code) {
-  errorCode = code;
-  return code;
-}
-
-int zipErrorCode() {
-  return errorCode;
-}
 
 const char* zipErrorText(int code) {
   return code >= 0 && code < zipInternalError ? errorTexts[static_cast<std::size_t>(code)]

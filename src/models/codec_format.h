@@ -16,7 +16,4 @@ inline constexpr int deflateMethod = 8;
 inline constexpr int storeMethod = 0;
 inline constexpr int rawDeflate = -15;  // zlib's window bits for 32 KiB without a frame of its own
 
-// Sets the code and returns it.
-int setError(int code);
-
 }  // namespace vex::zip

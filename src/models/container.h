@@ -1,12 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
 
+#include "base/files.h"
+#include "models/codec.h"
+#include "platform/replace_file.h"
+
 // Compiled models on disk: a header word of 4 bytes (lowest first), then a PKZIP archive with one deflated
-// member without a name. Read through the file layer, loose or from the pak; written as a loose file. One
-// container is open at a time. What goes wrong is fatal, unless its caller can do without the file and asks
-// for the reason at zipClose.
+// member without a name. Read through the file layer, loose or from the pak; written as a loose file. What
+// goes wrong is fatal, unless its caller can do without the file and asks for the reason at the close.
 
 namespace vex {
 
@@ -14,23 +19,47 @@ enum ZipMode : int { ZIP_READ = 0, ZIP_WRITE = 1, ZIP_CLOSED = 9 };
 
 enum class ZipFailure { fatal, reported };
 
-// Reads the header word, or writes it to a temporary file that takes the place of `name` at zipClose.
-// Fatal: "Cannot open two zip files simultaneously!", "Cannot open zip file w/ mode=ZIP_CLOSED!",
-// "zipOpen: Pak_FILE %s not found!". Fatal or reported: "zipOpen: FILE %s not found!", a file without a whole
-// header word.
-void zipOpen(const char* name, ZipMode mode, std::uint32_t* header, ZipFailure onFailure = ZipFailure::fatal);
+class ModelContainer {
+ public:
+  // Reads the header word, or writes it to a temporary file that takes the place of `name` at the close.
+  // Fatal: "Cannot open two zip files simultaneously!", "Cannot open zip file w/ mode=ZIP_CLOSED!",
+  // "zipOpen: Pak_FILE %s not found!". Fatal or reported: "zipOpen: FILE %s not found!", a file without a
+  // whole header word.
+  void open(const char* name, ZipMode mode, std::uint32_t* header, ZipFailure onFailure = ZipFailure::fatal);
 
-// The next `length` bytes of the data. The number of bytes delivered: fewer where the data ends, none after a
-// reported failure. Fatal or reported, by name: a rejected header, broken data, "ARGH!" where the file ends
-// before the data does.
-std::uint32_t zipRead(void* buffer, std::uint32_t length);
+  // The next `length` bytes of the data. The number of bytes delivered: fewer where the data ends, none after
+  // a reported failure. Fatal or reported, by name: a rejected header, broken data, "ARGH!" where the file
+  // ends before the data does.
+  std::uint32_t read(void* buffer, std::uint32_t length);
 
-// Fatal or reported: "Write error in zip.putbyte()!".
-void zipWrite(const void* buffer, std::uint32_t length);
+  // Fatal or reported: "Write error in zip.putbyte()!".
+  void write(const void* buffer, std::uint32_t length);
 
-// Empty, or the first of the failures that are reported; nothing is left of a file that could not be written.
-// Data that was not read is no error. Fatal or reported: by name "unzclose() failed (code %d)" and a wrong
-// CRC or size; "zipclose() failed!", "Write error in zip.putbyte()!".
-std::string zipClose();
+  // Empty, or the first of the failures that are reported; nothing is left of a file that could not be
+  // written. Data that was not read is no error. Fatal or reported: by name "unzclose() failed (code %d)" and
+  // a wrong CRC or size; "zipclose() failed!", "Write error in zip.putbyte()!".
+  std::string close();
+
+ private:
+  void fail(const std::string& text);
+  void failReading(const std::string& problem);
+  int getbyte();
+  int putbyte(int byte);
+  void openForReading(std::uint32_t* header);
+  void openForWriting(std::uint32_t header);
+  void closeReading();
+  void closeWriting();
+
+  ZipMode mode = ZIP_CLOSED;
+  ZipFailure onFailure = ZipFailure::fatal;
+  std::string failure;  // the first one; nothing more is read or written then
+  std::string name;
+  std::optional<OpenFile> source;           // while reading
+  std::uint64_t remaining = 0;              // bytes of it
+  bool ranOut = false;                      // a byte behind its last one was asked for
+  std::unique_ptr<ReplacementFile> target;  // while writing
+  MemberReader reader;
+  MemberWriter writer;
+};
 
 }  // namespace vex

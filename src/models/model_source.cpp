@@ -69,7 +69,8 @@ bool sameText(std::string_view a, std::string_view b) {
 std::string readCompiled(const std::string& name, ZipFailure onFailure, std::string& stream) {
   constexpr std::uint32_t piece = 1 << 20, likelyMost = 1 << 24;
   std::uint32_t length = 0;
-  zipOpen(name.c_str(), ZIP_READ, &length, onFailure);
+  ModelContainer container;
+  container.open(name.c_str(), ZIP_READ, &length, onFailure);
   // In pieces: the header word may promise far more than there is.
   stream.clear();
   stream.reserve(std::min(length, likelyMost));
@@ -78,15 +79,15 @@ std::string readCompiled(const std::string& name, ZipFailure onFailure, std::str
     const std::size_t done = stream.size();
     const auto wanted = static_cast<std::uint32_t>(std::min<std::size_t>(length - done, piece));
     stream.resize(done + wanted);
-    const std::uint32_t size = zipRead(stream.data() + done, wanted);
+    const std::uint32_t size = container.read(stream.data() + done, wanted);
     stream.resize(done + size);
     ended = size < wanted;
   }
   // A word that is too small is no failure of the container, but where there is a text that is the better
   // source.
   char surplus = 0;
-  const bool cutOff = onFailure == ZipFailure::reported && !ended && zipRead(&surplus, 1) == 1;
-  std::string problem = zipClose();
+  const bool cutOff = onFailure == ZipFailure::reported && !ended && container.read(&surplus, 1) == 1;
+  std::string problem = container.close();
   if (problem.empty() && ended) {
     problem = name + ": only " + std::to_string(stream.size()) + " of " + std::to_string(length) +
               " bytes left to read";
@@ -187,9 +188,10 @@ namespace {
 
 void writeStream(const ModelSource& source) {
   auto length = static_cast<std::uint32_t>(modelStream.bytes.size());
-  zipOpen(source.compiledName.c_str(), ZIP_WRITE, &length, ZipFailure::reported);
-  zipWrite(modelStream.bytes.data(), length);
-  if (!zipClose().empty()) noteFailedWriting(source);
+  ModelContainer container;
+  container.open(source.compiledName.c_str(), ZIP_WRITE, &length, ZipFailure::reported);
+  container.write(modelStream.bytes.data(), length);
+  if (!container.close().empty()) noteFailedWriting(source);
 }
 
 }  // namespace

@@ -169,9 +169,10 @@ TEST(Codec, DamageNeverGoesUnlisted) {
 
 TEST(Codec, RefusesOtherFramingsAndLevels) {
   for (const auto& [framing, level] : {std::pair{0, 9}, {3, 9}, {1, 0}, {2, 10}, {1, -1}}) {
-    EXPECT_EQ(zipinit(putIntoSink, framing, level), 3);
-    EXPECT_EQ(zipErrorCode(), 3);
-    EXPECT_EQ(zipdeflate("x", 1), -1);
+    MemberWriter writer;
+    EXPECT_EQ(writer.open(putIntoSink, framing, level), 3);
+    EXPECT_EQ(writer.errorCode(), 3);
+    EXPECT_EQ(writer.write("x", 1), -1);
   }
 }
 
@@ -182,56 +183,69 @@ TEST(Codec, EveryRefusedByteIsAWriteError) {
     for (std::size_t capacity = 0; capacity < size;
          capacity += capacity < 40 || capacity + 150 > size ? 1 : 997) {
       emptySink(capacity);
-      const int started = zipinit(putIntoSink, framing, 9);
+      MemberWriter writer;
+      const int started = writer.open(putIntoSink, framing, 9);
       const std::size_t headerSize = framing == pkzipFraming ? 30 : 10;
       ASSERT_EQ(started, capacity < headerSize ? 9 : 0) << capacity;
       if (started == 0) {
-        zipdeflate(data.data(), static_cast<std::uint32_t>(data.size()));
-        ASSERT_EQ(zipclose(), -1) << capacity;
+        writer.write(data.data(), static_cast<std::uint32_t>(data.size()));
+        ASSERT_EQ(writer.close(), -1) << capacity;
       }
-      ASSERT_EQ(zipErrorCode(), 9) << capacity;
-      ASSERT_EQ(zipclose(), -1);
-      ASSERT_EQ(zipErrorCode(), 0);
+      ASSERT_EQ(writer.errorCode(), 9) << capacity;
+      ASSERT_EQ(writer.close(), -1);
+      ASSERT_EQ(writer.errorCode(), 0);
     }
   }
   emptySink(20);
-  ASSERT_EQ(zipinit(putIntoSink, gzipFraming, 9), 0);
+  MemberWriter writer;
+  ASSERT_EQ(writer.open(putIntoSink, gzipFraming, 9), 0);
   std::mt19937 random(1);
   std::string noise(100'000, '\0');
   for (char& byte : noise) byte = static_cast<char>(random());
   for (int time = 0; time < 2; ++time) {  // and stays one
-    EXPECT_EQ(zipdeflate(noise.data(), 100'000), -1);
-    EXPECT_EQ(zipErrorCode(), 9);
+    EXPECT_EQ(writer.write(noise.data(), 100'000), -1);
+    EXPECT_EQ(writer.errorCode(), 9);
   }
-  zipclose();
 }
 
 TEST(Codec, CallsOutOfOrderAreUninitialised) {
   char byte = 'x';
-  zipinit(putIntoSink, 0, 0);  // another code than 0 first
-  EXPECT_EQ(zipdeflate(&byte, 1), -1);
-  EXPECT_EQ(zipErrorCode(), 0);
-  zipinit(putIntoSink, 0, 0);
-  EXPECT_EQ(zipclose(), -1);
-  EXPECT_EQ(zipErrorCode(), 0);
-  zipinit(putIntoSink, 0, 0);
-  EXPECT_EQ(unzinflate(&byte, 1), -1);
-  EXPECT_EQ(zipErrorCode(), 0);
-  zipinit(putIntoSink, 0, 0);
-  EXPECT_EQ(unzclose(), -1);
-  EXPECT_EQ(zipErrorCode(), 0);
+  MemberWriter writer;
+  writer.open(putIntoSink, 0, 0);  // another code than 0 first
+  EXPECT_EQ(writer.write(&byte, 1), -1);
+  EXPECT_EQ(writer.errorCode(), 0);
+  writer.open(putIntoSink, 0, 0);
+  EXPECT_EQ(writer.close(), -1);
+  EXPECT_EQ(writer.errorCode(), 0);
+  MemberReader reader;
+  const std::string unknownMethod = Member{.method = 12}.bytes();
+  const auto refuse = [&] {
+    sourceBytes = unknownMethod;
+    reader.open(getFromSource, pkzipFraming);
+    EXPECT_EQ(reader.read(&byte, 1), -1);
+    EXPECT_EQ(reader.close(), 6);
+    EXPECT_EQ(reader.errorCode(), 6);
+  };
+  refuse();
+  EXPECT_EQ(reader.read(&byte, 1), -1);
+  EXPECT_EQ(reader.errorCode(), 0);
+  refuse();
+  EXPECT_EQ(reader.close(), -1);
+  EXPECT_EQ(reader.errorCode(), 0);
   emptySink();
-  zipinit(putIntoSink, gzipFraming, 9);
-  EXPECT_EQ(zipdeflate(&byte, 0), 0);
-  EXPECT_EQ(zipdeflate(&byte, 0), 0);
-  EXPECT_EQ(zipdeflate(&byte, 1), -1);  // the data is over
-  EXPECT_EQ(zipclose(), 2 + 18);
+  writer.open(putIntoSink, gzipFraming, 9);
+  EXPECT_EQ(writer.write(&byte, 0), 0);
+  EXPECT_EQ(writer.write(&byte, 0), 0);
+  EXPECT_EQ(writer.write(&byte, 1), -1);  // the data is over
+  EXPECT_EQ(writer.close(), 2 + 18);
 }
 
 TEST(Codec, MissingMemoryHasItsCode) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the address space of the sanitizer cannot be limited";
 #else
+  MemberWriter writer;
+  MemberReader reader;
   for (const bool writing : {true, false}) {
     const ChildResult child = runInChild([&] {
       rlimit none{0, 0};
@@ -240,8 +254,8 @@ TEST(Codec, MissingMemoryHasItsCode) {
         while (void* block = std::malloc(size)) *static_cast<void* volatile*>(block) = block;
       }
       const int result =
-          writing ? zipinit(putIntoSink, pkzipFraming, 9) : unzinit(getFromSource, pkzipFraming);
-      std::_Exit(result == 1 && zipErrorCode() == 1 ? 42 : 1);
+          writing ? writer.open(putIntoSink, pkzipFraming, 9) : reader.open(getFromSource, pkzipFraming);
+      std::_Exit(result == 1 && (writing ? writer.errorCode() : reader.errorCode()) == 1 ? 42 : 1);
     });
     EXPECT_EQ(child.exitCode, 42);
   }

@@ -26,12 +26,13 @@ std::string someText(std::size_t size) {
 
 std::string compress(std::string_view data, int framing, int level, std::size_t piece) {
   emptySink();
-  EXPECT_EQ(zipinit(putIntoSink, framing, level), 0);
+  MemberWriter writer;
+  EXPECT_EQ(writer.open(putIntoSink, framing, level), 0);
   for (std::size_t done = 0; done < data.size(); done += piece) {
     const auto size = static_cast<std::uint32_t>(std::min(piece, data.size() - done));
-    EXPECT_EQ(zipdeflate(data.data() + done, size), size);
+    EXPECT_EQ(writer.write(data.data() + done, size), size);
   }
-  const std::int64_t size = zipclose();
+  const std::int64_t size = writer.close();
   EXPECT_EQ(size, static_cast<std::int64_t>(sunkBytes.size()));
   return sunkBytes;
 }
@@ -72,17 +73,18 @@ Reading readMember(std::string_view bytes, int framing, std::uint32_t piece, std
                    std::size_t most) {
   const std::vector<char> block(bytes.begin(), bytes.end());
   sourceBytes = {block.data(), block.size()};
-  EXPECT_EQ(unzinit(getFromSource, framing, certain), 0);
+  MemberReader reader;
+  EXPECT_EQ(reader.open(getFromSource, framing, certain), 0);
   Reading reading{};
   const auto buffer = std::make_unique<char[]>(piece);
   do {
-    reading.result = unzinflate(buffer.get(), piece);
-    reading.inflateCode = zipErrorCode();
+    reading.result = reader.read(buffer.get(), piece);
+    reading.inflateCode = reader.errorCode();
     // A rejected header's code must not count as bytes: pieces are larger than 4 or all is delivered.
     if (reading.result > 0) reading.data.append(buffer.get(), static_cast<std::size_t>(reading.result));
   } while (reading.result == piece && reading.data.size() < most);
-  reading.closeResult = unzclose();
-  reading.closeCode = zipErrorCode();
+  reading.closeResult = reader.close();
+  reading.closeCode = reader.errorCode();
   reading.unread = sourceBytes.size();
   return reading;
 }

@@ -41,7 +41,7 @@ struct Member {
 };
 
 struct Reading {
-  std::int64_t result;  // of the last unzinflate that did not deliver all of its piece
+  std::int64_t result;  // of the last read that did not deliver all of its piece
   int inflateCode;
   std::string data;
   int closeResult;

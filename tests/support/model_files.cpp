@@ -205,18 +205,20 @@ std::string readAndDump(const std::string& file) {
 
 std::string readStream(const std::string& file) {
   std::uint32_t length = 0;
-  zipOpen(file.c_str(), ZIP_READ, &length);
+  ModelContainer container;
+  container.open(file.c_str(), ZIP_READ, &length);
   std::string stream(length, '\0');
-  zipRead(stream.data(), length);
-  zipClose();
+  container.read(stream.data(), length);
+  container.close();
   return stream;
 }
 
 void writeStream(const std::string& file, std::string_view stream) {
   auto length = static_cast<std::uint32_t>(stream.size());
-  zipOpen(file.c_str(), ZIP_WRITE, &length);
-  zipWrite(stream.data(), length);
-  zipClose();
+  ModelContainer container;
+  container.open(file.c_str(), ZIP_WRITE, &length);
+  container.write(stream.data(), length);
+  container.close();
 }
 
 std::string intBytes(int value) {
