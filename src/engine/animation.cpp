@@ -11,7 +11,7 @@
 namespace vex {
 
 Animation::~Animation() {
-  logPrintf("    destroying anim\n");
+  if (type != TrackType::none) logPrintf("    destroying anim\n");
 }
 
 Animation::Animation(const Animation& other)

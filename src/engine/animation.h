@@ -32,7 +32,7 @@ struct Animation {
   int count = 0;
 
   Animation() = default;
-  ~Animation();  // logs "    destroying anim\n"
+  ~Animation();  // logs "    destroying anim\n", of a track without type nothing
 
   // A copy plays with duration 1 until its owner sets it.
   Animation(const Animation& other);

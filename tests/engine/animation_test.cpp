@@ -245,7 +245,12 @@ TEST(Animation, RefusesWhatCannotBe) {
 }
 
 TEST(Animation, LogsItsDestruction) {
-  EXPECT_EQ(logText([] { const Animation track; }), "    destroying anim\n");
+  EXPECT_EQ(logText([] { const Animation withoutType; }), "");
+  EXPECT_EQ(logText([] {
+              Animation track;
+              track.type = TrackType::scale;
+            }),
+            "    destroying anim\n");
 }
 
 }  // namespace vex
