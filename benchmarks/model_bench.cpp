@@ -32,6 +32,10 @@ namespace fs = std::filesystem;
 constexpr const char* producedModel = "data/layer_wide.ase";
 constexpr std::uintmax_t leastSize = 1'000'000;
 
+int noTexture(const char*, bool) {
+  return 0;
+}
+
 // A folder with one produced model, as text and compiled, that is the working folder while it lives.
 class ModelFolder {
  public:
@@ -45,9 +49,8 @@ class ModelFolder {
       std::ofstream file("model.ase", std::ios::binary);
       file.write(reinterpret_cast<const char*>(text.data()), static_cast<std::streamsize>(text.size()));
     }
-    modelTexture = [](const char*, bool) { return 0; };
     Scene scene;
-    readModel({"model.ase", "model.hv3"}, &scene);
+    readModel({"model.ase", "model.hv3"}, &scene, noTexture);
   }
   ~ModelFolder() {
     fs::current_path(previous);
@@ -67,7 +70,7 @@ void loadFile(benchmark::State& state, const char* name) {
   if (textSize < leastSize) state.SkipWithError("the model is too small to measure");
   for (auto _ : state) {
     Scene scene;
-    readModel({name}, &scene);
+    readModel({name}, &scene, noTexture);
     benchmark::DoNotOptimize(scene.meshes);
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * textSize));

@@ -25,7 +25,6 @@
 #include "engine/scene.h"
 #include "models/model_info.h"
 #include "models/model_loader.h"
-#include "models/model_source.h"
 #include "platform/end_request.h"
 #include "platform/offscreen_context.h"
 #include "platform/png_file.h"
@@ -201,9 +200,8 @@ void info(const CommandLine& line) {
   const std::string name = enterFolder(line.file);
   vex::ModelInfo info{
       .compiled = hasExtension(name, ".hv3"), .textures = {}, .missingTextures = {}, .longTextures = {}};
-  vex::collectTextureNames(info);
   vex::Scene scene;
-  vex::readModel({name}, &scene);
+  vex::readModel({name}, &scene, vex::collectTextureNames(info));
   printOut(line.json ? vex::modelAsJson(info, scene, line.content) : vex::modelAsText(info, scene));
 }
 
@@ -211,13 +209,13 @@ void compile(const std::string& file) {
   if (!hasExtension(file, ".ase")) vex::fatalError("%s isn't the text of a model (.ase)", file.c_str());
   const std::string name = enterFolder(file);
   vex::ModelInfo info;
-  vex::collectTextureNames(info);
+  std::string obstacle;
   // Once for its faults, so that nothing is written of a text that is refused.
   for (const std::string& compiledName : {std::string(), name.substr(0, name.find('.')) + ".hv3"}) {
     vex::Scene scene;
-    vex::readModel({name, compiledName}, &scene);
+    obstacle = vex::readModel({name, compiledName}, &scene, vex::collectTextureNames(info));
   }
-  if (const std::string obstacle = vex::recordingObstacle(); !obstacle.empty()) {
+  if (!obstacle.empty()) {
     vex::fatalError("%s can't be compiled: %s", file.c_str(), obstacle.c_str());
   }
 }
@@ -261,8 +259,7 @@ int loadPresentTexture(const char* name, bool wrap) {
 }
 
 void loadScene(const std::string& file, vex::Scene& scene) {
-  vex::modelTexture = loadPresentTexture;
-  vex::readModel({enterFolder(file)}, &scene);
+  vex::readModel({enterFolder(file)}, &scene, loadPresentTexture);
   scene.prepare(false);
   for (vex::Light* light : scene.lights) {
     if (!vex::textureExists(light->flareTexture)) light->flareStrength = 0.0f;

@@ -10,12 +10,14 @@
 
 namespace vex {
 
+struct ModelLoad;
+
 struct KeywordEntry {
   char text[64];  // lower case, matched as a prefix whatever the letter case
   Command code;   // none: no command of the stream
   const char*
       payload;  // the command's values: i a number of 32 bits, f a float, m a matrix of 9 floats, s a text
-  void (*handle)();
+  void (*handle)(ModelLoad& load);
 };
 
 extern const std::span<const KeywordEntry> keywords;

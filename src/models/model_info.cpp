@@ -9,24 +9,10 @@
 
 #include "base/files.h"
 #include "base/report.h"
-#include "models/model_loader.h"
 
 namespace vex {
 
 namespace {
-
-ModelInfo* collecting = nullptr;
-
-int nameTexture(const char* name, bool) {
-  std::vector<std::string>& names = collecting->textures;
-  const auto known = std::find_if(names.begin(), names.end(),
-                                  [&](const std::string& other) { return sameTextureName(other, name); });
-  if (known != names.end()) return static_cast<int>(known - names.begin());
-  names.emplace_back(name);
-  if (!textureExists(names.back())) collecting->missingTextures.push_back(names.back());
-  if (names.back().size() >= textureNameSize) collecting->longTextures.push_back(names.back());
-  return static_cast<int>(names.size()) - 1;
-}
 
 std::string json(float value) {
   return std::isfinite(value) ? formatted("%.9g", static_cast<double>(value)) : "null";
@@ -271,9 +257,17 @@ bool textureExists(const std::string& name) {
   return fileExists(name + ".jpg") || fileExists(name + ".bmp");
 }
 
-void collectTextureNames(ModelInfo& info) {
-  collecting = &info;
-  modelTexture = nameTexture;
+TextureResolver collectTextureNames(ModelInfo& info) {
+  return [&info](const char* name, bool) {
+    std::vector<std::string>& names = info.textures;
+    const auto known = std::find_if(names.begin(), names.end(),
+                                    [&](const std::string& other) { return sameTextureName(other, name); });
+    if (known != names.end()) return static_cast<int>(known - names.begin());
+    names.emplace_back(name);
+    if (!textureExists(names.back())) info.missingTextures.push_back(names.back());
+    if (names.back().size() >= textureNameSize) info.longTextures.push_back(names.back());
+    return static_cast<int>(names.size()) - 1;
+  };
 }
 
 std::string modelAsJson(const ModelInfo& info, Scene& scene, const JsonContent& content) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/scene.h"
+#include "models/model_loader.h"
 
 // What a loaded model holds, in words and as JSON.
 
@@ -21,8 +22,8 @@ struct ModelInfo {
 bool textureExists(const std::string& name);
 
 // Instead of the texture cache: gives names ids as that does, but loads nothing, and looks which it would
-// refuse. One model at a time.
-void collectTextureNames(ModelInfo& info);
+// refuse.
+TextureResolver collectTextureNames(ModelInfo& info);
 
 struct JsonContent {
   bool geometry = false;         // positions, normals, uvs and indices of each mesh

@@ -9,8 +9,12 @@
 #include "engine/mesh.h"
 #include "engine/scene.h"
 #include "engine/viewer.h"
+#include "models/model_loader.h"
+#include "models/model_reader.h"
+#include "models/model_stream.h"
+#include "models/model_trace.h"
 
-// What the handlers of a model know about the load that is going on.
+// The load of a model that is going on: what its handlers receive.
 
 namespace vex {
 
@@ -55,8 +59,18 @@ struct TemporaryVertex {
   Vector normal;
 };
 
-struct ModelState {
+using ModelMaterials = std::array<ModelMaterial, maxMaterials>;
+
+// Made for each load and gone with it.
+struct ModelLoad {
+  ModelSource source;
   Scene* scene = nullptr;
+  TextureResolver texture;
+  ModelMaterials materials;  // a material keeps what its model leaves unsaid
+  ModelReader reader;
+  ModelStream stream;
+  ModelTrace trace;
+
   int pass = 1;  // 1 counts, 2 fills the scene
   int meshIndex = -1;
   int lightIndex = -1;
@@ -65,22 +79,20 @@ struct ModelState {
   int materialCount = 0;  // of the first pass
   ModelContext context = ModelContext::none;
   bool inAnimation = false;
-  int framesPerSecond = 0;
-  int ticksPerFrame = 0;
+  int framesPerSecond = 30;
+  int ticksPerFrame = 160;
   int maxFrame = 0;                          // in the current animation block
   char cameraName[rememberedNameSize] = "";  // also of lights
   char targetName[rememberedNameSize] = "";
-  Animation& scratchTrack = *new Animation;  // objects receive copies; never destroyed
-  bool hasTextureFaces = false;              // the mesh's vertices are its texture vertices
+  Animation scratchTrack;        // objects receive copies; at the end it has no type, and none is logged
+  ModelMaterial spareMaterial;   // of lines outside materials, which have nothing to change
+  bool hasTextureFaces = false;  // the mesh's vertices are its texture vertices
   std::array<MeshCounts, maxMeshes> meshCounts;
-  int geometricVertices = 0;                          // of the current mesh: the length of its vertex list
-  std::size_t claimed = 0;                            // sum of all counts of this pass
-  std::array<ModelMaterial, maxMaterials> materials;  // kept between loads
+  int geometricVertices = 0;  // of the current mesh: the length of its vertex list
+  std::size_t claimed = 0;    // sum of all counts of this pass
   std::vector<TemporaryVertex> vertices;
   std::vector<std::array<int, 3>> faces;
 };
-
-inline ModelState modelState;
 
 // How much a file of that size may announce: no line and no list entry is shorter than 8 bytes; a few more
 // than the file has are let pass.
@@ -88,38 +100,38 @@ inline std::size_t mostClaimed(std::size_t fileSize) {
   return fileSize / 8 + 4096;
 }
 
-inline bool filling() {
-  return modelState.pass == 2;
+inline bool readingText(const ModelLoad& load) {
+  return load.reader.format == ModelFormat::text;
 }
 
-inline bool inContext(ModelContext context) {
-  return modelState.context == context;
+inline bool filling(const ModelLoad& load) {
+  return load.pass == 2;
+}
+
+inline bool inContext(const ModelLoad& load, ModelContext context) {
+  return load.context == context;
 }
 
 // The object being read; null in the first pass, and before the first one of its kind.
-inline Mesh* currentMesh() {
-  return filling() && modelState.meshIndex >= 0 ? modelState.scene->meshes[modelState.meshIndex] : nullptr;
+inline Mesh* currentMesh(const ModelLoad& load) {
+  return filling(load) && load.meshIndex >= 0 ? load.scene->meshes[load.meshIndex] : nullptr;
 }
 
-inline Light* currentLight() {
-  return filling() && modelState.lightIndex >= 0 ? modelState.scene->lights[modelState.lightIndex] : nullptr;
+inline Light* currentLight(const ModelLoad& load) {
+  return filling(load) && load.lightIndex >= 0 ? load.scene->lights[load.lightIndex] : nullptr;
 }
 
-inline Viewer* currentViewer() {
-  return filling() && modelState.cameraIndex >= 0 ? modelState.scene->viewers[modelState.cameraIndex]
-                                                  : nullptr;
+inline Viewer* currentViewer(const ModelLoad& load) {
+  return filling(load) && load.cameraIndex >= 0 ? load.scene->viewers[load.cameraIndex] : nullptr;
 }
 
 // Null before the first one.
-inline ModelMaterial* currentMaterial() {
-  return modelState.materialIndex < 0
-             ? nullptr
-             : &modelState.materials[static_cast<std::size_t>(modelState.materialIndex)];
+inline ModelMaterial* currentMaterial(ModelLoad& load) {
+  return load.materialIndex < 0 ? nullptr : &load.materials[static_cast<std::size_t>(load.materialIndex)];
 }
 
-inline MeshCounts* currentCounts() {
-  return modelState.meshIndex < 0 ? nullptr
-                                  : &modelState.meshCounts[static_cast<std::size_t>(modelState.meshIndex)];
+inline MeshCounts* currentCounts(ModelLoad& load) {
+  return load.meshIndex < 0 ? nullptr : &load.meshCounts[static_cast<std::size_t>(load.meshIndex)];
 }
 
 }  // namespace vex

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "engine/scene.h"
@@ -9,18 +10,17 @@
 
 namespace vex {
 
+// Turns the name of a texture into its id.
+using TextureResolver = std::function<int(const char* name, bool wrap)>;
+
 // Loads base + ".hv3" or base + ".ase" (base: the path without extension, such as "data\\hell") and puts its
 // meshes, lights and viewers into the scene, in the place of what was there. The compiled file is taken
 // when its stamp equals the text's comment or when there is no text; reading the text writes it. Loads the
-// textures that the materials name. Every failure is fatal.
-void loadModel(const char* base, Scene* scene);
+// textures that the materials name. Every failure is fatal. Result: as readModel.
+std::string loadModel(const char* base, Scene* scene, TextureResolver texture = getTexture);
 
 // A material keeps what its model leaves unsaid from the load before. From here on there was none.
 void forgetMaterials();
-
-// Turns the name of a texture into its id.
-using TextureResolver = int (*)(const char* name, bool wrap);
-inline TextureResolver modelTexture = getTexture;
 
 // One file of a model.
 struct ModelSource {
@@ -29,7 +29,8 @@ struct ModelSource {
   std::string data = {};          // of a compiled file: its stream; empty: not read yet
 };
 
+// Why the compiled form of the text was not written; empty when it was, or was not asked for.
 // Fatal: "unknown 3d format"; "File %s not found"; a file that is no model.
-void readModel(ModelSource source, Scene* scene);
+std::string readModel(ModelSource source, Scene* scene, TextureResolver texture = getTexture);
 
 }  // namespace vex

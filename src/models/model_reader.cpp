@@ -6,8 +6,8 @@
 
 #include "base/report.h"
 #include "models/keyword_table.h"
+#include "models/model_load.h"
 #include "models/model_number.h"
-#include "models/model_stream.h"
 
 namespace vex {
 
@@ -16,262 +16,247 @@ namespace {
 // Files that lack closing braces nest all their objects.
 constexpr int maxOpenBlocks = 2048;
 
-// The last line with a keyword: lists repeat theirs.
-struct {
-  std::string_view word;
-  const KeywordEntry* keyword = nullptr;
-} lastKeyword;
-
-// Where the values of the current line begin; null until it is known.
-const char* values = nullptr;
-
-// Where the block counted last ends, so that lists within lists are counted once.
-struct BlockEndPlace {
-  std::size_t position = 0;  // behind the end
-  std::size_t items = 0;     // before it
-} countedEnd;
-
-const KeywordEntry* keywordOfLine(std::string_view line) {
-  const std::size_t length = lastKeyword.word.size();
+const KeywordEntry* keywordOfLine(ModelLoad& load, std::string_view line) {
+  const std::size_t length = load.reader.lastKeyword.word.size();
   if (length > 0 && line.size() > length && isBlank(line[length]) &&
-      std::memcmp(line.data(), lastKeyword.word.data(), length) == 0) {
-    values = line.data() + length;
-    return lastKeyword.keyword;
+      std::memcmp(line.data(), load.reader.lastKeyword.word.data(), length) == 0) {
+    load.reader.values = line.data() + length;
+    return load.reader.lastKeyword.keyword;
   }
   const KeywordEntry* keyword = findKeyword(line);
   if (!keyword) return nullptr;
   const auto end = std::find_if(line.begin(), line.end(), isBlank);
-  values = line.data() + (end - line.begin());
-  lastKeyword = {line.substr(0, static_cast<std::size_t>(end - line.begin())), keyword};
-  modelReader.keywordFound = true;
+  load.reader.values = line.data() + (end - line.begin());
+  load.reader.lastKeyword = {line.substr(0, static_cast<std::size_t>(end - line.begin())), keyword};
+  load.reader.keywordFound = true;
   return keyword;
 }
 
-const char* lineEnd() {
-  const std::string_view line = modelReader.text.line();
+const char* lineEnd(const ModelLoad& load) {
+  const std::string_view line = load.reader.text.line();
   return line.data() + line.size();
 }
 
 // Behind the first word.
-const char* firstValue() {
-  if (!values) {
-    const std::string_view line = modelReader.text.line();
-    values = std::find_if(line.begin(), line.end(), isBlank);
+const char* firstValue(ModelLoad& load) {
+  if (!load.reader.values) {
+    const std::string_view line = load.reader.text.line();
+    load.reader.values = std::find_if(line.begin(), line.end(), isBlank);
   }
-  return values;
+  return load.reader.values;
 }
 
 // Of the block that the current line or command has opened, without moving on.
-BlockEndPlace findBlockEnd() {
-  BlockEndPlace end{.items = modelReader.items};
-  if (readingText()) {
-    const LineReader::Place place = modelReader.text.place();
-    while (!modelReader.text.atEnd()) {
-      if (!modelReader.text.next()) continue;
-      if (modelReader.text.beginsWith('}')) break;
+ModelReader::BlockEndPlace findBlockEnd(ModelLoad& load) {
+  ModelReader::BlockEndPlace end{.items = load.reader.items};
+  if (readingText(load)) {
+    const LineReader::Place place = load.reader.text.place();
+    while (!load.reader.text.atEnd()) {
+      if (!load.reader.text.next()) continue;
+      if (load.reader.text.beginsWith('}')) break;
       ++end.items;
     }
-    end.position = modelReader.text.place().position;
-    modelReader.text.goTo(place);
+    end.position = load.reader.text.place().position;
+    load.reader.text.goTo(place);
     return end;
   }
-  const std::size_t position = modelStream.position;
-  const std::size_t items = modelReader.items;
-  while (nextLine() == 0 && modelReader.code != Command::endOfBlock) ++end.items;
-  end.position = modelStream.position;
-  modelStream.position = position;
-  modelReader.items = items;
-  modelReader.code = Command::none;
+  const std::size_t position = load.stream.position;
+  const std::size_t items = load.reader.items;
+  while (nextLine(load) == 0 && load.reader.code != Command::endOfBlock) ++end.items;
+  end.position = load.stream.position;
+  load.stream.position = position;
+  load.reader.items = items;
+  load.reader.code = Command::none;
   return end;
 }
 
-bool skipText(const char*& p, std::string_view text) {
+bool skipText(ModelLoad& load, const char*& p, std::string_view text) {
   const char* q = p;
-  while (q != lineEnd() && isBlank(*q)) ++q;
-  if (!std::string_view(q, static_cast<std::size_t>(lineEnd() - q)).starts_with(text)) return false;
+  while (q != lineEnd(load) && isBlank(*q)) ++q;
+  if (!std::string_view(q, static_cast<std::size_t>(lineEnd(load) - q)).starts_with(text)) return false;
   p = q + text.size();
   return true;
 }
 
 }  // namespace
 
-std::string modelPlace() {
-  const char* file = modelReader.fileName.c_str();
-  return readingText() ? formatted("%s:%d", file, modelReader.text.lineNumber())
-                       : formatted("%s at 0x%zX", file, modelStream.position);
+std::string modelPlace(const ModelLoad& load) {
+  const char* file = load.source.fileName.c_str();
+  return readingText(load) ? formatted("%s:%d", file, load.reader.text.lineNumber())
+                           : formatted("%s at 0x%zX", file, load.stream.position);
 }
 
-void rewindModel() {
-  modelReader.text.rewind();
-  modelStream.position = 0;
-  modelReader.current = {};
-  modelReader.code = Command::none;
-  modelReader.blockDepth = 0;
-  modelReader.items = 0;
-  countedEnd = {};
-  lastKeyword = {};
-  values = nullptr;
+void rewindModel(ModelLoad& load) {
+  load.reader.text.rewind();
+  load.stream.position = 0;
+  load.reader.current = {};
+  load.reader.code = Command::none;
+  load.reader.blockDepth = 0;
+  load.reader.items = 0;
+  load.reader.countedEnd = {};
+  load.reader.lastKeyword = {};
+  load.reader.values = nullptr;
 }
 
-bool modelEnded() {
-  return readingText() ? modelReader.text.atEnd() : modelReader.code == Command::endOfStream;
+bool modelEnded(const ModelLoad& load) {
+  return readingText(load) ? load.reader.text.atEnd() : load.reader.code == Command::endOfStream;
 }
 
-int nextLine() {
-  if (readingText()) {
-    values = nullptr;
-    if (modelReader.text.atEnd()) {
-      modelReader.text.clearLine();
+int nextLine(ModelLoad& load) {
+  if (readingText(load)) {
+    load.reader.values = nullptr;
+    if (load.reader.text.atEnd()) {
+      load.reader.text.clearLine();
       return -1;
     }
-    if (!modelReader.text.next()) return -1;
-    ++modelReader.items;
+    if (!load.reader.text.next()) return -1;
+    ++load.reader.items;
     return 0;
   }
-  if (modelStream.position == modelStream.bytes.size()) {
-    modelReader.code = Command::endOfStream;
+  if (load.stream.position == load.stream.bytes.size()) {
+    load.reader.code = Command::endOfStream;
     return -1;
   }
-  readCommand();
-  ++modelReader.items;
-  return modelReader.code == Command::endOfStream ? -1 : 0;
+  readCommand(load);
+  ++load.reader.items;
+  return load.reader.code == Command::endOfStream ? -1 : 0;
 }
 
-void processItem() {
-  if (nextLine() != 0) return;
-  if (!readingText()) {
-    if (const KeywordEntry* keyword = keywordOfCode(modelReader.code)) keyword->handle();
+void processItem(ModelLoad& load) {
+  if (nextLine(load) != 0) return;
+  if (!readingText(load)) {
+    if (const KeywordEntry* keyword = keywordOfCode(load.reader.code)) keyword->handle(load);
     return;
   }
   const char* line = nullptr;
   const KeywordEntry* rowAbove = nullptr;
-  while (modelReader.text.line().data() != line) {
-    line = modelReader.text.line().data();
-    const KeywordEntry* keyword = keywordOfLine(modelReader.text.line());
+  while (load.reader.text.line().data() != line) {
+    line = load.reader.text.line().data();
+    const KeywordEntry* keyword = keywordOfLine(load, load.reader.text.line());
     if (!keyword || (rowAbove && keyword <= rowAbove)) return;
-    keyword->handle();
+    keyword->handle(load);
     rowAbove = keyword;
   }
 }
 
-void processBlock(BlockEnd end) {
-  if (++modelReader.blockDepth > maxOpenBlocks) fatalError("more than %d blocks are open", maxOpenBlocks);
-  if (readingText()) {
-    while (!modelEnded()) {
-      processItem();
-      if (modelReader.text.beginsWith('}')) break;
+void processBlock(ModelLoad& load, BlockEnd end) {
+  if (++load.reader.blockDepth > maxOpenBlocks) fatalError("more than %d blocks are open", maxOpenBlocks);
+  if (readingText(load)) {
+    while (!modelEnded(load)) {
+      processItem(load);
+      if (load.reader.text.beginsWith('}')) break;
     }
-    modelReader.text.clearLine();
+    load.reader.text.clearLine();
   } else {
     do {
-      processItem();
-    } while (modelReader.code != Command::endOfBlock && !modelEnded());
-    if (modelReader.code == Command::endOfBlock) modelReader.code = Command::none;
+      processItem(load);
+    } while (load.reader.code != Command::endOfBlock && !modelEnded(load));
+    if (load.reader.code == Command::endOfBlock) load.reader.code = Command::none;
   }
-  --modelReader.blockDepth;
-  if (end == BlockEnd::recorded) writeLine(Command::endOfBlock);
+  --load.reader.blockDepth;
+  if (end == BlockEnd::recorded) writeLine(load, Command::endOfBlock);
 }
 
-void skipBlock() {
+void skipBlock(ModelLoad& load) {
   int depth = 1;
-  while (!modelEnded()) {
-    if (nextLine() != 0) continue;
-    if (modelReader.text.beginsWith('}') && --depth == 0) break;
-    if (modelReader.text.line().back() == '{') ++depth;
+  while (!modelEnded(load)) {
+    if (nextLine(load) != 0) continue;
+    if (load.reader.text.beginsWith('}') && --depth == 0) break;
+    if (load.reader.text.line().back() == '{') ++depth;
   }
-  modelReader.text.clearLine();
+  load.reader.text.clearLine();
 }
 
-int countBlockEntries() {
-  const std::size_t position = readingText() ? modelReader.text.place().position : modelStream.position;
-  if (position >= countedEnd.position || modelReader.items > countedEnd.items) countedEnd = findBlockEnd();
-  return static_cast<int>(countedEnd.items - modelReader.items);
+int countBlockEntries(ModelLoad& load) {
+  const std::size_t position = readingText(load) ? load.reader.text.place().position : load.stream.position;
+  if (position >= load.reader.countedEnd.position || load.reader.items > load.reader.countedEnd.items)
+    load.reader.countedEnd = findBlockEnd(load);
+  return static_cast<int>(load.reader.countedEnd.items - load.reader.items);
 }
 
-int scanInt() {
-  if (!readingText()) return modelReader.current.integer;
-  const char* p = firstValue();
+int scanInt(ModelLoad& load) {
+  if (!readingText(load)) return load.reader.current.integer;
+  const char* p = firstValue(load);
   int value = 0;
-  parseNumber(p, lineEnd(), value);
+  parseNumber(p, lineEnd(load), value);
   return value;
 }
 
-float scanFloat() {
-  if (!readingText()) return modelReader.current.number;
-  const char* p = firstValue();
+float scanFloat(ModelLoad& load) {
+  if (!readingText(load)) return load.reader.current.number;
+  const char* p = firstValue(load);
   float value = 0.0f;
-  parseNumber(p, lineEnd(), value);
+  parseNumber(p, lineEnd(load), value);
   return value;
 }
 
-void scanVector(float (&out)[3]) {
-  if (!readingText()) {
-    std::copy_n(modelReader.current.vector, 3, out);
+void scanVector(ModelLoad& load, float (&out)[3]) {
+  if (!readingText(load)) {
+    std::copy_n(load.reader.current.vector, 3, out);
     return;
   }
-  const char* p = firstValue();
+  const char* p = firstValue(load);
   for (float& value : out) {
-    if (!parseNumber(p, lineEnd(), value)) return;
+    if (!parseNumber(p, lineEnd(load), value)) return;
   }
 }
 
-const float (&scanThree())[3] {
-  scanVector(modelReader.current.three);
-  return modelReader.current.three;
+const float (&scanThree(ModelLoad& load))[3] {
+  scanVector(load, load.reader.current.three);
+  return load.reader.current.three;
 }
 
-const char* scanQuoted() {
-  if (!readingText()) return modelReader.current.text;
-  static std::string quoted;
-  const std::string_view line = modelReader.text.line();
+const char* scanQuoted(ModelLoad& load) {
+  if (!readingText(load)) return load.reader.current.text;
+  const std::string_view line = load.reader.text.line();
   const std::size_t open = line.find('"');
   const std::size_t close = open == line.npos ? line.npos : line.find('"', open + 1);
   if (close == line.npos) fatalError("a text in quotes is missing");
-  quoted = normaliseBlanks(line.substr(open + 1, close - open - 1));
-  return quoted.c_str();
+  load.reader.scanned = normaliseBlanks(line.substr(open + 1, close - open - 1));
+  return load.reader.scanned.c_str();
 }
 
-const char* scanWord() {
-  static std::string word;
-  const char* p = firstValue();
-  while (p != lineEnd() && isBlank(*p)) ++p;
-  if (p == lineEnd()) fatalError("a word is missing");
-  word = normaliseBlanks({p, static_cast<std::size_t>(lineEnd() - p)});
-  return word.c_str();
+const char* scanWord(ModelLoad& load) {
+  const char* p = firstValue(load);
+  while (p != lineEnd(load) && isBlank(*p)) ++p;
+  if (p == lineEnd(load)) fatalError("a word is missing");
+  load.reader.scanned = normaliseBlanks({p, static_cast<std::size_t>(lineEnd(load) - p)});
+  return load.reader.scanned.c_str();
 }
 
-void scanIndexed(int count) {
-  const char* p = firstValue();
-  if (!parseNumber(p, lineEnd(), modelReader.current.integer)) return;
+void scanIndexed(ModelLoad& load, int count) {
+  const char* p = firstValue(load);
+  if (!parseNumber(p, lineEnd(load), load.reader.current.integer)) return;
   for (int i = 0; i < count; ++i) {
-    if (!parseNumber(p, lineEnd(), modelReader.current.vector[i])) return;
+    if (!parseNumber(p, lineEnd(load), load.reader.current.vector[i])) return;
   }
 }
 
-void scanFace() {
-  const char* p = firstValue();
-  if (!parseNumber(p, lineEnd(), modelReader.current.integer)) return;
-  if (p != lineEnd() && *p == ':') ++p;
+void scanFace(ModelLoad& load) {
+  const char* p = firstValue(load);
+  if (!parseNumber(p, lineEnd(load), load.reader.current.integer)) return;
+  if (p != lineEnd(load) && *p == ':') ++p;
   int corner = 0;
   for (const char* label : {"A:", "B:", "C:"}) {
-    if (!skipText(p, label) || !parseNumber(p, lineEnd(), modelReader.current.triple[corner++])) return;
+    if (!skipText(load, p, label) || !parseNumber(p, lineEnd(load), load.reader.current.triple[corner++]))
+      return;
   }
 }
 
-void scanTextureFace() {
-  const char* p = firstValue();
-  if (!parseNumber(p, lineEnd(), modelReader.current.integer)) return;
-  for (int& corner : modelReader.current.triple) {
-    if (!parseNumber(p, lineEnd(), corner)) return;
+void scanTextureFace(ModelLoad& load) {
+  const char* p = firstValue(load);
+  if (!parseNumber(p, lineEnd(load), load.reader.current.integer)) return;
+  for (int& corner : load.reader.current.triple) {
+    if (!parseNumber(p, lineEnd(load), corner)) return;
   }
 }
 
-Vector scannedPoint(const float* v) {
-  return readingText() ? toEngineAxes(v) : Vector(v[0], v[1], v[2]);
+Vector scannedPoint(const ModelLoad& load, const float* v) {
+  return readingText(load) ? toEngineAxes(v) : Vector(v[0], v[1], v[2]);
 }
 
-Vector scannedFactors(const float* v) {
-  return readingText() ? Vector(v[0], v[2], v[1]) : Vector(v[0], v[1], v[2]);
+Vector scannedFactors(const ModelLoad& load, const float* v) {
+  return readingText(load) ? Vector(v[0], v[2], v[1]) : Vector(v[0], v[1], v[2]);
 }
 
 }  // namespace vex

@@ -12,10 +12,7 @@
 #include "base/files.h"
 #include "base/report.h"
 #include "models/container.h"
-#include "models/model_reader.h"
-#include "models/model_state.h"
-#include "models/model_stream.h"
-#include "models/model_trace.h"
+#include "models/model_load.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
 
@@ -98,41 +95,41 @@ std::string readCompiled(const std::string& name, ZipFailure onFailure, std::str
   return problem;
 }
 
-void noteFailedWriting(const ModelSource& source) {
-  trace("writing %s failed, maybe write protected...\n", source.compiledName.c_str());
-  modelStream.obstacle = source.compiledName + " can't be written";
+void noteFailedWriting(ModelLoad& load) {
+  trace(load, "writing %s failed, maybe write protected...\n", load.source.compiledName.c_str());
+  load.stream.obstacle = load.source.compiledName + " can't be written";
 }
 
-void prepareText(const ModelSource& source) {
-  const char* name = source.fileName.c_str();
+void prepareText(ModelLoad& load) {
+  const char* name = load.source.fileName.c_str();
   std::string bytes;
-  if (!readBytes(source.fileName, maxTextSize, bytes)) {
-    if (!source.compiledName.empty()) refuseUnreadable(source.compiledName);
-    refuseUnreadable(source.fileName);
+  if (!readBytes(load.source.fileName, maxTextSize, bytes)) {
+    if (!load.source.compiledName.empty()) refuseUnreadable(load.source.compiledName);
+    refuseUnreadable(load.source.fileName);
     fatalError("File %s not found", name);
   }
   if (bytes.empty()) fatalError("%s is empty", name);
   if (bytes.starts_with("\xff\xfe") || bytes.starts_with("\xfe\xff")) {
     fatalError("%s is UTF-16 text, models are ASCII", name);
   }
-  modelReader.text.open(std::move(bytes));
-  if (source.compiledName.empty()) return;
-  trace("ase format (writing %s while reading)\n", source.compiledName.c_str());
+  load.reader.text.open(std::move(bytes));
+  if (load.source.compiledName.empty()) return;
+  trace(load, "ase format (writing %s while reading)\n", load.source.compiledName.c_str());
   // Creates the temporary file only: the old compiled form stays until the new one is complete.
-  modelStream.writing = ReplacementFile(resolvePath(source.compiledName.c_str())).stream() != nullptr;
-  if (!modelStream.writing) noteFailedWriting(source);
+  load.stream.writing = ReplacementFile(resolvePath(load.source.compiledName.c_str())).stream() != nullptr;
+  if (!load.stream.writing) noteFailedWriting(load);
 }
 
-void prepareCompiled(ModelSource& source) {
-  const char* name = source.fileName.c_str();
-  trace("hv3 format\n");
-  modelStream.bytes = std::move(source.data);
-  if (!modelStream.bytes.empty()) return;
-  if (!fileExists(source.fileName)) refuseUnreadable(source.fileName);
-  if (!fileExists(source.fileName)) fatalError("File %s not found", name);
-  const std::string problem = readCompiled(source.fileName, ZipFailure::fatal, modelStream.bytes);
+void prepareCompiled(ModelLoad& load) {
+  const char* name = load.source.fileName.c_str();
+  trace(load, "hv3 format\n");
+  load.stream.bytes = std::move(load.source.data);
+  if (!load.stream.bytes.empty()) return;
+  if (!fileExists(load.source.fileName)) refuseUnreadable(load.source.fileName);
+  if (!fileExists(load.source.fileName)) fatalError("File %s not found", name);
+  const std::string problem = readCompiled(load.source.fileName, ZipFailure::fatal, load.stream.bytes);
   if (!problem.empty()) fatalError("%s", problem.c_str());
-  if (modelStream.bytes.empty()) fatalError("%s is empty", name);
+  if (load.stream.bytes.empty()) fatalError("%s is empty", name);
 }
 
 }  // namespace
@@ -156,61 +153,48 @@ ModelSource chooseSource(const std::string& base) {
   return {.fileName = compiled, .data = std::move(data)};
 }
 
-void prepareSource(ModelSource& source) {
-  modelReader.fileName = source.fileName;
-  modelReader.keywordFound = false;
-  modelStream = {};
-  const std::string_view extension = extensionOf(source.fileName);
+void prepareSource(ModelLoad& load) {
+  const std::string_view extension = extensionOf(load.source.fileName);
   if (sameText(extension, ".ase")) {
-    modelReader.format = ModelFormat::text;
-    prepareText(source);
+    load.reader.format = ModelFormat::text;
+    prepareText(load);
   } else if (sameText(extension, ".hv3")) {
-    modelReader.format = ModelFormat::compiled;
-    prepareCompiled(source);
+    load.reader.format = ModelFormat::compiled;
+    prepareCompiled(load);
   } else {
-    fatalError("%s: unknown 3d format", source.fileName.c_str());
+    fatalError("%s: unknown 3d format", load.source.fileName.c_str());
   }
 }
 
-void endRecording() {
-  if (modelStream.bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
-    giveUpRecording("the compiled form is too long");
+void endRecording(ModelLoad& load) {
+  if (load.stream.bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
+    giveUpRecording(load, "the compiled form is too long");
   }
   // It may announce less than the longer text.
-  if (modelState.claimed > mostClaimed(modelStream.bytes.size())) {
-    giveUpRecording("more is announced than lists hold");
+  if (load.claimed > mostClaimed(load.stream.bytes.size())) {
+    giveUpRecording(load, "more is announced than lists hold");
   }
-  modelStream.complete = modelStream.writing;
-  modelStream.writing = false;
+  load.stream.complete = load.stream.writing;
+  load.stream.writing = false;
 }
 
 namespace {
 
-void writeStream(const ModelSource& source) {
-  auto length = static_cast<std::uint32_t>(modelStream.bytes.size());
+void writeStream(ModelLoad& load) {
+  auto length = static_cast<std::uint32_t>(load.stream.bytes.size());
   ModelContainer container;
-  container.open(source.compiledName.c_str(), ZIP_WRITE, &length, ZipFailure::reported);
-  container.write(modelStream.bytes.data(), length);
-  if (!container.close().empty()) noteFailedWriting(source);
+  container.open(load.source.compiledName.c_str(), ZIP_WRITE, &length, ZipFailure::reported);
+  container.write(load.stream.bytes.data(), length);
+  if (!container.close().empty()) noteFailedWriting(load);
 }
 
 }  // namespace
 
-void saveStream(const ModelSource& source) {
-  if (modelStream.complete) writeStream(source);
-  if (!modelStream.obstacle.empty()) {
-    logPrintf("%s, no compiled form is kept\n", modelStream.obstacle.c_str());
+void saveStream(ModelLoad& load) {
+  if (load.stream.complete) writeStream(load);
+  if (!load.stream.obstacle.empty()) {
+    logPrintf("%s, no compiled form is kept\n", load.stream.obstacle.c_str());
   }
-}
-
-const std::string& recordingObstacle() {
-  return modelStream.obstacle;
-}
-
-void releaseSource() {
-  modelReader.text.open({});
-  modelStream.bytes = {};
-  modelStream.position = 0;
 }
 
 }  // namespace vex

@@ -8,24 +8,20 @@
 
 namespace vex {
 
+struct ModelLoad;
+
 // The compiled file where it belongs to the text (its stamp equals the text's comment) or is alone. What had
 // to be decoded to tell is in the result.
 ModelSource chooseSource(const std::string& base);
 
-// Opens the file for readModel(), taking the data that it holds, and decides whether its compiled form is
-// recorded.
-void prepareSource(ModelSource& source);
+// Opens the file, taking the data that the source holds, and decides whether its compiled form is recorded.
+void prepareSource(ModelLoad& load);
 
 // After the first pass: nothing more is recorded.
-void endRecording();
+void endRecording(ModelLoad& load);
 
 // Writes the recorded stream where it is complete; the log says why it is not. A model that is refused in
 // the second pass has none.
-void saveStream(const ModelSource& source);
-
-// Why the compiled form of the text read last was not written; empty when it was, or was not asked for.
-const std::string& recordingObstacle();
-
-void releaseSource();
+void saveStream(ModelLoad& load);
 
 }  // namespace vex

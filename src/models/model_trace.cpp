@@ -5,34 +5,22 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "models/model_reader.h"
+#include "models/model_load.h"
 #include "platform/paths.h"
 
 namespace vex {
 
-namespace {
-
-bool newFile = true;
-bool lineBegins = true;
-
-}  // namespace
-
-void beginTrace() {
-  newFile = true;
-  lineBegins = true;
-}
-
-void trace(const char* format, ...) {
-  std::FILE* file = openLooseFile("3ds.log", newFile ? "w" : "a");
-  newFile = false;
+void trace(ModelLoad& load, const char* format, ...) {
+  std::FILE* file = openLooseFile("3ds.log", load.trace.newFile ? "w" : "a");
+  load.trace.newFile = false;
   if (!file) return;
-  if (lineBegins) std::fprintf(file, "%*s", 3 * modelReader.blockDepth, "");
+  if (load.trace.lineBegins) std::fprintf(file, "%*s", 3 * load.reader.blockDepth, "");
   std::va_list arguments;
   va_start(arguments, format);
   std::vfprintf(file, format, arguments);
   va_end(arguments);
   const std::string_view text = format;
-  lineBegins = text.ends_with('\n');
+  load.trace.lineBegins = text.ends_with('\n');
   std::fclose(file);
 }
 

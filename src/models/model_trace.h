@@ -4,17 +4,22 @@
 
 namespace vex {
 
+struct ModelLoad;
+
+// Of one load.
+struct ModelTrace {
+  bool newFile = true;  // the next line empties the file
+  bool lineBegins = true;
+};
+
 #ifdef VEX_TRACE_MODELS
 inline constexpr bool traceModels = true;
 
-// The next line empties the file.
-void beginTrace();
 // Lines are indented by the depth of the block. Lines end in "\n".
-[[gnu::format(printf, 1, 2)]] void trace(const char* format, ...);
+[[gnu::format(printf, 2, 3)]] void trace(ModelLoad& load, const char* format, ...);
 #else
 inline constexpr bool traceModels = false;
-inline void beginTrace() {}
-[[gnu::format(printf, 1, 2)]] inline void trace(const char*, ...) {}
+[[gnu::format(printf, 2, 3)]] inline void trace(ModelLoad&, const char*, ...) {}
 #endif
 
 }  // namespace vex

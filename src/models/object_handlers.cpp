@@ -6,10 +6,7 @@
 #include "base/pi.h"
 #include "base/report.h"
 #include "models/model_handlers.h"
-#include "models/model_reader.h"
-#include "models/model_state.h"
-#include "models/model_stream.h"
-#include "models/model_trace.h"
+#include "models/model_load.h"
 
 // Handlers of objects and their nodes, of cameras and of lights.
 
@@ -19,24 +16,24 @@ namespace {
 
 enum class MeshKind { shown, helper };
 
-void readMeshObject(MeshKind kind) {
-  if (modelState.meshIndex + 1 == maxMeshes) fatalError("more than %d meshes", maxMeshes);
-  ++modelState.meshIndex;
-  *currentCounts() = {};
-  modelState.geometricVertices = 0;
-  modelState.hasTextureFaces = false;
-  modelState.vertices.clear();
-  modelState.faces.clear();
-  modelState.context = ModelContext::mesh;
-  if (Mesh* mesh = currentMesh()) {
+void readMeshObject(ModelLoad& load, MeshKind kind) {
+  if (load.meshIndex + 1 == maxMeshes) fatalError("more than %d meshes", maxMeshes);
+  ++load.meshIndex;
+  *currentCounts(load) = {};
+  load.geometricVertices = 0;
+  load.hasTextureFaces = false;
+  load.vertices.clear();
+  load.faces.clear();
+  load.context = ModelContext::mesh;
+  if (Mesh* mesh = currentMesh(load)) {
     if (kind == MeshKind::shown) {
       mesh->lit = true;
     } else {
       mesh->flags = hiddenFlag;
     }
   }
-  processBlock();
-  modelState.context = ModelContext::none;
+  processBlock(load);
+  load.context = ModelContext::none;
 }
 
 void checkName(const char* name, int size) {
@@ -46,8 +43,8 @@ void checkName(const char* name, int size) {
 }
 
 // The pivot's parent must not hang on the object itself.
-void setParent(Object3D& object, const char* name) {
-  Object3D* parent = modelState.scene->find(name);
+void setParent(ModelLoad& load, Object3D& object, const char* name) {
+  Object3D* parent = load.scene->find(name);
   for (const Object3D* ancestor = parent; ancestor; ancestor = ancestor->parent) {
     if (ancestor == &object) fatalError("object %s can't be a parent of itself", name);
   }
@@ -55,36 +52,36 @@ void setParent(Object3D& object, const char* name) {
 }
 
 // Inside animations a name tells whether camera or light are meant, or their target.
-void switchByName(const char* name) {
-  if (strcasecmp(name, modelState.cameraName) == 0) {
-    if (inContext(ModelContext::lightTarget)) modelState.context = ModelContext::light;
-    if (inContext(ModelContext::cameraTarget)) modelState.context = ModelContext::camera;
+void switchByName(ModelLoad& load, const char* name) {
+  if (strcasecmp(name, load.cameraName) == 0) {
+    if (inContext(load, ModelContext::lightTarget)) load.context = ModelContext::light;
+    if (inContext(load, ModelContext::cameraTarget)) load.context = ModelContext::camera;
   }
-  if (strcasecmp(name, modelState.targetName) == 0) {
-    if (inContext(ModelContext::light)) modelState.context = ModelContext::lightTarget;
-    if (inContext(ModelContext::camera)) modelState.context = ModelContext::cameraTarget;
+  if (strcasecmp(name, load.targetName) == 0) {
+    if (inContext(load, ModelContext::light)) load.context = ModelContext::lightTarget;
+    if (inContext(load, ModelContext::camera)) load.context = ModelContext::cameraTarget;
   }
 }
 
-void setName(const char* name) {
-  switch (modelState.context) {
+void setName(ModelLoad& load, const char* name) {
+  switch (load.context) {
     case ModelContext::light:
       checkName(name, objectNameSize);
-      std::strcpy(modelState.cameraName, name);
-      if (Light* light = currentLight()) std::strcpy(light->name, name);
+      std::strcpy(load.cameraName, name);
+      if (Light* light = currentLight(load)) std::strcpy(light->name, name);
       break;
     case ModelContext::mesh:
       checkName(name, objectNameSize);
-      if (Mesh* mesh = currentMesh()) std::strcpy(mesh->name, name);
+      if (Mesh* mesh = currentMesh(load)) std::strcpy(mesh->name, name);
       break;
     case ModelContext::lightTarget:
     case ModelContext::cameraTarget:
       checkName(name, rememberedNameSize);
-      std::strcpy(modelState.targetName, name);
+      std::strcpy(load.targetName, name);
       break;
     case ModelContext::camera:
       checkName(name, rememberedNameSize);
-      std::strcpy(modelState.cameraName, name);
+      std::strcpy(load.cameraName, name);
       break;
     case ModelContext::sceneHeader:
     case ModelContext::materialList:
@@ -95,65 +92,65 @@ void setName(const char* name) {
 
 }  // namespace
 
-void handleGeomObject() {
-  trace("geomObject\n");
-  writeLine(Command::geomObject);
-  readMeshObject(MeshKind::shown);
-  trace("geomObject end\n");
+void handleGeomObject(ModelLoad& load) {
+  trace(load, "geomObject\n");
+  writeLine(load, Command::geomObject);
+  readMeshObject(load, MeshKind::shown);
+  trace(load, "geomObject end\n");
 }
 
-void handleHelperObject() {
-  trace("helper object\n");
-  writeLine(Command::helperObject);
-  readMeshObject(MeshKind::helper);
-  trace("helper object end\n");
+void handleHelperObject(ModelLoad& load) {
+  trace(load, "helper object\n");
+  writeLine(load, Command::helperObject);
+  readMeshObject(load, MeshKind::helper);
+  trace(load, "helper object end\n");
 }
 
-void handleHelperClass() {
-  const char* name = scanQuoted();
-  trace("helper class %s\n", name);
-  writeLine(Command::helperClass, name);
-  Mesh* mesh = currentMesh();
+void handleHelperClass(ModelLoad& load) {
+  const char* name = scanQuoted(load);
+  trace(load, "helper class %s\n", name);
+  writeLine(load, Command::helperClass, name);
+  Mesh* mesh = currentMesh(load);
   if (mesh && strncasecmp(name, "skelet", 6) == 0) mesh->flags |= skeletonFlag;
 }
 
-void handleNodeName() {
-  const char* name = scanQuoted();
-  trace("name %s\n", name);
-  writeLine(Command::nodeName, name);
-  if (modelState.inAnimation) {
-    switchByName(name);
+void handleNodeName(ModelLoad& load) {
+  const char* name = scanQuoted(load);
+  trace(load, "name %s\n", name);
+  writeLine(load, Command::nodeName, name);
+  if (load.inAnimation) {
+    switchByName(load, name);
   } else {
-    setName(name);
+    setName(load, name);
   }
 }
 
-void handleNodeParent() {
-  const char* name = scanQuoted();
-  trace("parent %s\n", name);
-  writeLine(Command::nodeParent, name);
-  if (!filling()) return;
-  if (inContext(ModelContext::light)) {
-    if (Light* light = currentLight()) setParent(*light, name);
-  } else if (inContext(ModelContext::mesh)) {
-    if (Mesh* mesh = currentMesh()) setParent(*mesh, name);
+void handleNodeParent(ModelLoad& load) {
+  const char* name = scanQuoted(load);
+  trace(load, "parent %s\n", name);
+  writeLine(load, Command::nodeParent, name);
+  if (!filling(load)) return;
+  if (inContext(load, ModelContext::light)) {
+    if (Light* light = currentLight(load)) setParent(load, *light, name);
+  } else if (inContext(load, ModelContext::mesh)) {
+    if (Mesh* mesh = currentMesh(load)) setParent(load, *mesh, name);
   } else {
     fatalError("parent outside light/mesh found");
   }
 }
 
-void handleNodeTm() {
-  [[maybe_unused]] const bool ofMesh = inContext(ModelContext::mesh);
-  trace(ofMesh ? "transformation matrix\n" : "blabla\n");
-  writeLine(Command::nodeTm);
-  processBlock();
-  trace(ofMesh ? "transformation matrix end\n" : "blabla end\n");
+void handleNodeTm(ModelLoad& load) {
+  [[maybe_unused]] const bool ofMesh = inContext(load, ModelContext::mesh);
+  trace(load, ofMesh ? "transformation matrix\n" : "blabla\n");
+  writeLine(load, Command::nodeTm);
+  processBlock(load);
+  trace(load, ofMesh ? "transformation matrix end\n" : "blabla end\n");
   // The next matrix is the target's.
-  const Light* light = currentLight();
-  if (inContext(ModelContext::camera)) {
-    modelState.context = ModelContext::cameraTarget;
-  } else if (inContext(ModelContext::light) && (!light || light->spot)) {
-    modelState.context = ModelContext::lightTarget;
+  const Light* light = currentLight(load);
+  if (inContext(load, ModelContext::camera)) {
+    load.context = ModelContext::cameraTarget;
+  } else if (inContext(load, ModelContext::light) && (!light || light->spot)) {
+    load.context = ModelContext::lightTarget;
   }
 }
 
@@ -164,34 +161,34 @@ struct NodeRows {
   float pivot[3] = {};
 };
 
-NodeRows readRows() {
+NodeRows readRows(ModelLoad& load) {
   NodeRows rows;
-  if (!readingText()) {
-    std::memcpy(rows.rotation, modelReader.current.matrix, sizeof rows.rotation);
-    scanVector(rows.pivot);
+  if (!readingText(load)) {
+    std::memcpy(rows.rotation, load.reader.current.matrix, sizeof rows.rotation);
+    scanVector(load, rows.pivot);
     return rows;
   }
-  std::copy_n(scanThree(), 3, rows.rotation[0]);
+  std::copy_n(scanThree(load), 3, rows.rotation[0]);
   for (float(*row)[3] : {&rows.rotation[1], &rows.rotation[2], &rows.pivot}) {
-    while (nextLine() != 0 && !modelEnded()) {
+    while (nextLine(load) != 0 && !modelEnded(load)) {
     }
-    std::copy_n(scanThree(), 3, *row);
+    std::copy_n(scanThree(load), 3, *row);
   }
   return rows;
 }
 
 }  // namespace
 
-void handleTmRow0() {
-  if (!inContext(ModelContext::mesh)) return;
-  const NodeRows rows = readRows();
+void handleTmRow0(ModelLoad& load) {
+  if (!inContext(load, ModelContext::mesh)) return;
+  const NodeRows rows = readRows(load);
   const float(&r)[3][3] = rows.rotation;
-  trace("rotation matrix\n");
-  for ([[maybe_unused]] const float(&row)[3] : r) trace("%.2f %.2f %.2f\n", row[0], row[1], row[2]);
-  trace("pivot %.2f %.2f %.2f\n", rows.pivot[0], rows.pivot[1], rows.pivot[2]);
-  writeLine(Command::tmRow0, r[0][0], r[0][1], r[0][2], r[1][0], r[1][1], r[1][2], r[2][0], r[2][1], r[2][2],
-            rows.pivot[0], rows.pivot[1], rows.pivot[2]);
-  Mesh* mesh = currentMesh();
+  trace(load, "rotation matrix\n");
+  for ([[maybe_unused]] const float(&row)[3] : r) trace(load, "%.2f %.2f %.2f\n", row[0], row[1], row[2]);
+  trace(load, "pivot %.2f %.2f %.2f\n", rows.pivot[0], rows.pivot[1], rows.pivot[2]);
+  writeLine(load, Command::tmRow0, r[0][0], r[0][1], r[0][2], r[1][0], r[1][1], r[1][2], r[2][0], r[2][1],
+            r[2][2], rows.pivot[0], rows.pivot[1], rows.pivot[2]);
+  Mesh* mesh = currentMesh(load);
   if (!mesh) return;
 
   Matrix inverse;
@@ -213,77 +210,77 @@ void handleTmRow0() {
   mesh->position = toEngineAxes(rows.pivot);
 }
 
-void handleTmPos() {
-  const Vector position = scannedPoint(scanThree());
-  trace("position %.2f %.2f %.2f\n", position.x, position.y, position.z);
-  writeLine(Command::tmPos, position.x, position.y, position.z);
-  Light* light = currentLight();
-  Viewer* viewer = currentViewer();
-  if (light && inContext(ModelContext::light)) light->position = position;
-  if (light && inContext(ModelContext::lightTarget)) light->spotDirection = position - light->position;
-  if (viewer && inContext(ModelContext::camera)) viewer->position = position;
-  if (viewer && inContext(ModelContext::cameraTarget)) viewer->target = position;
+void handleTmPos(ModelLoad& load) {
+  const Vector position = scannedPoint(load, scanThree(load));
+  trace(load, "position %.2f %.2f %.2f\n", position.x, position.y, position.z);
+  writeLine(load, Command::tmPos, position.x, position.y, position.z);
+  Light* light = currentLight(load);
+  Viewer* viewer = currentViewer(load);
+  if (light && inContext(load, ModelContext::light)) light->position = position;
+  if (light && inContext(load, ModelContext::lightTarget)) light->spotDirection = position - light->position;
+  if (viewer && inContext(load, ModelContext::camera)) viewer->position = position;
+  if (viewer && inContext(load, ModelContext::cameraTarget)) viewer->target = position;
 }
 
-void handleTmScale() {
-  const Vector factors = scannedFactors(scanThree());
-  trace("scale %.2f %.2f %.2f\n", factors.x, factors.y, factors.z);
-  writeLine(Command::tmScale, factors.x, factors.y, factors.z);
-  Mesh* mesh = currentMesh();
-  if (!mesh || !inContext(ModelContext::mesh) || factors == Vector(1.0f, 1.0f, 1.0f)) return;
-  modelState.scratchTrack.type = TrackType::scale;
-  modelState.scratchTrack.allocKeys(1);
-  modelState.scratchTrack.insertKey(0.0f, factors, 0.0f);
-  mesh->addAnimation(modelState.scratchTrack);
+void handleTmScale(ModelLoad& load) {
+  const Vector factors = scannedFactors(load, scanThree(load));
+  trace(load, "scale %.2f %.2f %.2f\n", factors.x, factors.y, factors.z);
+  writeLine(load, Command::tmScale, factors.x, factors.y, factors.z);
+  Mesh* mesh = currentMesh(load);
+  if (!mesh || !inContext(load, ModelContext::mesh) || factors == Vector(1.0f, 1.0f, 1.0f)) return;
+  load.scratchTrack.type = TrackType::scale;
+  load.scratchTrack.allocKeys(1);
+  load.scratchTrack.insertKey(0.0f, factors, 0.0f);
+  mesh->addAnimation(load.scratchTrack);
 }
 
-void handleCameraObject() {
-  trace("camera object\n");
-  writeLine(Command::cameraObject);
-  if (++modelState.cameraIndex == maxLightsOrCameras) fatalError("more than %d cameras", maxLightsOrCameras);
-  modelState.context = ModelContext::camera;
-  processBlock();
-  modelState.context = ModelContext::none;
-  trace("camera object end\n");
+void handleCameraObject(ModelLoad& load) {
+  trace(load, "camera object\n");
+  writeLine(load, Command::cameraObject);
+  if (++load.cameraIndex == maxLightsOrCameras) fatalError("more than %d cameras", maxLightsOrCameras);
+  load.context = ModelContext::camera;
+  processBlock(load);
+  load.context = ModelContext::none;
+  trace(load, "camera object end\n");
 }
 
-void handleCameraSettings() {
-  trace("camera settings\n");
-  writeLine(Command::cameraSettings);
-  modelState.context = ModelContext::camera;
-  processBlock();
-  trace("camera settings end\n");
+void handleCameraSettings(ModelLoad& load) {
+  trace(load, "camera settings\n");
+  writeLine(load, Command::cameraSettings);
+  load.context = ModelContext::camera;
+  processBlock(load);
+  trace(load, "camera settings end\n");
 }
 
-void handleCameraFar() {
-  const float distance = scanFloat();
-  trace("far clipping plane %.2f\n", distance);
-  writeLine(Command::cameraFar, distance);
-  if (Viewer* viewer = currentViewer()) viewer->farPlane = distance;
+void handleCameraFar(ModelLoad& load) {
+  const float distance = scanFloat(load);
+  trace(load, "far clipping plane %.2f\n", distance);
+  writeLine(load, Command::cameraFar, distance);
+  if (Viewer* viewer = currentViewer(load)) viewer->farPlane = distance;
 }
 
-void handleCameraFov() {
-  const float radians = scanFloat();
+void handleCameraFov(ModelLoad& load) {
+  const float radians = scanFloat(load);
   const auto degrees = static_cast<float>(radians * 180.0 / piToTenDecimals);
-  trace("fov %.2f\n", degrees);
-  writeLine(Command::cameraFov, radians);
-  if (Viewer* viewer = currentViewer()) viewer->fov = degrees;
+  trace(load, "fov %.2f\n", degrees);
+  writeLine(load, Command::cameraFov, radians);
+  if (Viewer* viewer = currentViewer(load)) viewer->fov = degrees;
 }
 
-void handleLightObject() {
-  trace("light\n");
-  writeLine(Command::lightObject);
-  if (++modelState.lightIndex == maxLightsOrCameras) fatalError("more than %d lights", maxLightsOrCameras);
-  modelState.context = ModelContext::light;
-  processBlock();
-  modelState.context = ModelContext::none;
-  trace("light end\n");
+void handleLightObject(ModelLoad& load) {
+  trace(load, "light\n");
+  writeLine(load, Command::lightObject);
+  if (++load.lightIndex == maxLightsOrCameras) fatalError("more than %d lights", maxLightsOrCameras);
+  load.context = ModelContext::light;
+  processBlock(load);
+  load.context = ModelContext::none;
+  trace(load, "light end\n");
 }
 
-void handleLightType() {
-  int type = scanInt();
-  if (readingText()) {
-    const char* word = scanWord();
+void handleLightType(ModelLoad& load) {
+  int type = scanInt(load);
+  if (readingText(load)) {
+    const char* word = scanWord(load);
     if (strncasecmp(word, "omni", 4) == 0) {
       type = 0;
     } else if (strncasecmp(word, "target", 6) == 0) {
@@ -292,44 +289,44 @@ void handleLightType() {
       fatalError("unsupported light type %s", word);
     }
   }
-  trace(type == 0 ? "pointlight\n" : "spotlight\n");
-  writeLine(Command::lightType, type);
-  if (Light* light = currentLight()) light->spot = type != 0;
+  trace(load, type == 0 ? "pointlight\n" : "spotlight\n");
+  writeLine(load, Command::lightType, type);
+  if (Light* light = currentLight(load)) light->spot = type != 0;
 }
 
-void handleLightUseLight() {
-  const int use = scanInt();
-  trace(use == 1 ? "active\n" : "inactive\n");
-  writeLine(Command::lightUseLight, use);
-  if (Light* light = currentLight()) light->active = use == 1;
+void handleLightUseLight(ModelLoad& load) {
+  const int use = scanInt(load);
+  trace(load, use == 1 ? "active\n" : "inactive\n");
+  writeLine(load, Command::lightUseLight, use);
+  if (Light* light = currentLight(load)) light->active = use == 1;
 }
 
-void handleLightSettings() {
-  trace("light settings\n");
-  writeLine(Command::lightSettings);
-  processBlock();
-  trace("light settings end\n");
+void handleLightSettings(ModelLoad& load) {
+  trace(load, "light settings\n");
+  writeLine(load, Command::lightSettings);
+  processBlock(load);
+  trace(load, "light settings end\n");
 }
 
-void handleLightColor() {
-  const float(&colour)[3] = scanThree();
-  trace("color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
-  writeLine(Command::lightColor, colour[0], colour[1], colour[2]);
-  if (Light* light = currentLight()) light->colour = {colour[0], colour[1], colour[2]};
+void handleLightColor(ModelLoad& load) {
+  const float(&colour)[3] = scanThree(load);
+  trace(load, "color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
+  writeLine(load, Command::lightColor, colour[0], colour[1], colour[2]);
+  if (Light* light = currentLight(load)) light->colour = {colour[0], colour[1], colour[2]};
 }
 
-void handleLightIntens() {
-  const float intensity = scanFloat();
-  trace("intensity %.2f\n", intensity);
-  writeLine(Command::lightIntens, intensity);
-  if (Light* light = currentLight()) light->intensity = intensity;
+void handleLightIntens(ModelLoad& load) {
+  const float intensity = scanFloat(load);
+  trace(load, "intensity %.2f\n", intensity);
+  writeLine(load, Command::lightIntens, intensity);
+  if (Light* light = currentLight(load)) light->intensity = intensity;
 }
 
-void handleLightFalloff() {
-  const float angle = scanFloat();
-  trace("falloff angle %.2f\n", angle);
-  writeLine(Command::lightFalloff, angle);
-  if (Light* light = currentLight()) light->coneAngle = angle;
+void handleLightFalloff(ModelLoad& load) {
+  const float angle = scanFloat(load);
+  trace(load, "falloff angle %.2f\n", angle);
+  writeLine(load, Command::lightFalloff, angle);
+  if (Light* light = currentLight(load)) light->coneAngle = angle;
 }
 
 }  // namespace vex

@@ -5,179 +5,173 @@
 
 #include "base/report.h"
 #include "models/model_handlers.h"
-#include "models/model_loader.h"
-#include "models/model_reader.h"
-#include "models/model_state.h"
-#include "models/model_stream.h"
-#include "models/model_trace.h"
+#include "models/model_load.h"
 
 // Handlers of the scene header and of the material list.
 
 namespace vex {
 
-void handleScene() {
-  trace("scene chunk\n");
-  writeLine(Command::scene);
-  modelState.context = ModelContext::sceneHeader;
-  processBlock();
-  modelState.context = ModelContext::none;
-  trace("scene end\n");
+void handleScene(ModelLoad& load) {
+  trace(load, "scene chunk\n");
+  writeLine(load, Command::scene);
+  load.context = ModelContext::sceneHeader;
+  processBlock(load);
+  load.context = ModelContext::none;
+  trace(load, "scene end\n");
 }
 
-void handleSceneFrameSpeed() {
-  const int frames = scanInt();
+void handleSceneFrameSpeed(ModelLoad& load) {
+  const int frames = scanInt(load);
   if (frames <= 0) fatalError("%d frames per second aren't possible", frames);
-  trace("frames per second %d\n", frames);
-  writeLine(Command::sceneFrameSpeed, frames);
-  modelState.framesPerSecond = frames;
+  trace(load, "frames per second %d\n", frames);
+  writeLine(load, Command::sceneFrameSpeed, frames);
+  load.framesPerSecond = frames;
 }
 
-void handleSceneFirstFrame() {
-  if (scanInt() != 0) fatalError("Animations must start at frame 0!");
+void handleSceneFirstFrame(ModelLoad& load) {
+  if (scanInt(load) != 0) fatalError("Animations must start at frame 0!");
 }
 
-void handleSceneLastFrame() {
-  const int frame = scanInt();
-  trace("last frame %d\n", frame);
-  writeLine(Command::sceneLastFrame, frame);
-  modelState.scratchTrack.frameLength = static_cast<float>(frame);
+void handleSceneLastFrame(ModelLoad& load) {
+  const int frame = scanInt(load);
+  trace(load, "last frame %d\n", frame);
+  writeLine(load, Command::sceneLastFrame, frame);
+  load.scratchTrack.frameLength = static_cast<float>(frame);
 }
 
-void handleSceneTicksPerFrame() {
-  const int ticks = scanInt();
+void handleSceneTicksPerFrame(ModelLoad& load) {
+  const int ticks = scanInt(load);
   if (ticks <= 0) fatalError("%d ticks per frame aren't possible", ticks);
-  trace("ticks per frame %d\n", ticks);
-  writeLine(Command::sceneTicksPerFrame, ticks);
-  modelState.ticksPerFrame = ticks;
+  trace(load, "ticks per frame %d\n", ticks);
+  writeLine(load, Command::sceneTicksPerFrame, ticks);
+  load.ticksPerFrame = ticks;
 }
 
-void handleComment() {
-  const char* comment = scanQuoted();
-  trace("comment %s\n", comment);
+void handleComment(ModelLoad& load) {
+  const char* comment = scanQuoted(load);
+  trace(load, "comment %s\n", comment);
   // A stamp is compared as far as it goes.
-  writeLine(Command::comment, std::string(comment).substr(0, maxStreamText - 1).c_str());
+  writeLine(load, Command::comment, std::string(comment).substr(0, maxStreamText - 1).c_str());
 }
 
-void handleMaterialList() {
-  trace("material list\n");
-  writeLine(Command::materialList);
-  modelState.context = ModelContext::materialList;
-  processBlock();
-  modelState.context = ModelContext::none;
-  trace("material list end\n");
+void handleMaterialList(ModelLoad& load) {
+  trace(load, "material list\n");
+  writeLine(load, Command::materialList);
+  load.context = ModelContext::materialList;
+  processBlock(load);
+  load.context = ModelContext::none;
+  trace(load, "material list end\n");
 }
 
-void handleMaterial() {
-  trace("material %d\n", readingText() ? scanInt() : modelState.materialIndex + 1);
-  if (modelState.materialIndex + 1 == maxMaterials) fatalError("more than %d materials", maxMaterials);
-  writeLine(Command::material);
-  ModelMaterial& material = modelState.materials[static_cast<std::size_t>(++modelState.materialIndex)];
+void handleMaterial(ModelLoad& load) {
+  trace(load, "material %d\n", readingText(load) ? scanInt(load) : load.materialIndex + 1);
+  if (load.materialIndex + 1 == maxMaterials) fatalError("more than %d materials", maxMaterials);
+  writeLine(load, Command::material);
+  ModelMaterial& material = load.materials[static_cast<std::size_t>(++load.materialIndex)];
   material.texture = -1;
   material.twoSided = false;
-  processBlock();
-  trace("material end\n");
+  processBlock(load);
+  trace(load, "material end\n");
 }
 
 namespace {
 
-void scanColour(float (&colour)[3], Command code) {
-  std::copy_n(scanThree(), 3, colour);
-  writeLine(code, colour[0], colour[1], colour[2]);
+void scanColour(ModelLoad& load, float (&colour)[3], Command code) {
+  std::copy_n(scanThree(load), 3, colour);
+  writeLine(load, code, colour[0], colour[1], colour[2]);
 }
 
-// Lines outside materials have nothing to change.
-ModelMaterial& materialOrSpare() {
-  static ModelMaterial spare;
-  ModelMaterial* material = currentMaterial();
-  if (!material) spare = {};
-  return material ? *material : spare;
+ModelMaterial& materialOrSpare(ModelLoad& load) {
+  ModelMaterial* material = currentMaterial(load);
+  if (!material) load.spareMaterial = {};
+  return material ? *material : load.spareMaterial;
 }
 
 }  // namespace
 
-void handleMaterialDiffuse() {
-  ModelMaterial& material = materialOrSpare();
+void handleMaterialDiffuse(ModelLoad& load) {
+  ModelMaterial& material = materialOrSpare(load);
   float(&colour)[3] = material.diffuse;
-  scanColour(colour, Command::materialDiffuse);
-  trace("diffuse color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
+  scanColour(load, colour, Command::materialDiffuse);
+  trace(load, "diffuse color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
   if (material.texture != -1) colour[0] = colour[1] = colour[2] = 1.0f;
 }
 
-void handleMaterialAmbient() {
-  float(&colour)[3] = materialOrSpare().ambient;
-  scanColour(colour, Command::materialAmbient);
-  trace("ambient color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
+void handleMaterialAmbient(ModelLoad& load) {
+  float(&colour)[3] = materialOrSpare(load).ambient;
+  scanColour(load, colour, Command::materialAmbient);
+  trace(load, "ambient color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
 }
 
-void handleMaterialSpecular() {
-  float(&colour)[3] = materialOrSpare().specular;
-  scanColour(colour, Command::materialSpecular);
-  trace("specular color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
+void handleMaterialSpecular(ModelLoad& load) {
+  float(&colour)[3] = materialOrSpare(load).specular;
+  scanColour(load, colour, Command::materialSpecular);
+  trace(load, "specular color %.2f %.2f %.2f\n", colour[0], colour[1], colour[2]);
 }
 
-void handleMaterialShine() {
-  const float shininess = readingText() ? scanFloat() * 128.0f : scanFloat();
-  trace("shininess %.2f\n", shininess);
-  writeLine(Command::materialShine, shininess);
-  materialOrSpare().shininess = shininess;
+void handleMaterialShine(ModelLoad& load) {
+  const float shininess = readingText(load) ? scanFloat(load) * 128.0f : scanFloat(load);
+  trace(load, "shininess %.2f\n", shininess);
+  writeLine(load, Command::materialShine, shininess);
+  materialOrSpare(load).shininess = shininess;
 }
 
-void handleMaterialShineStrength() {
-  const float strength = scanFloat();
-  writeLine(Command::materialShineStrength, strength);
-  materialOrSpare().shineStrength = strength;
+void handleMaterialShineStrength(ModelLoad& load) {
+  const float strength = scanFloat(load);
+  writeLine(load, Command::materialShineStrength, strength);
+  materialOrSpare(load).shineStrength = strength;
 }
 
-void handleMaterialTransparency() {
-  const float opacity = readingText() ? 1.0f - scanFloat() : scanFloat();
-  trace("opacity %.2f\n", opacity);
-  writeLine(Command::materialTransparency, opacity);
-  materialOrSpare().opacity = opacity;
+void handleMaterialTransparency(ModelLoad& load) {
+  const float opacity = readingText(load) ? 1.0f - scanFloat(load) : scanFloat(load);
+  trace(load, "opacity %.2f\n", opacity);
+  writeLine(load, Command::materialTransparency, opacity);
+  materialOrSpare(load).opacity = opacity;
 }
 
-void handleMaterialTwoSided() {
-  trace("two sided\n");
-  writeLine(Command::materialTwoSided);
-  materialOrSpare().twoSided = true;
+void handleMaterialTwoSided(ModelLoad& load) {
+  trace(load, "two sided\n");
+  writeLine(load, Command::materialTwoSided);
+  materialOrSpare(load).twoSided = true;
 }
 
-void handleMapDiffuse() {
-  trace("material map\n");
-  writeLine(Command::mapDiffuse);
-  processBlock();
-  trace("material map end\n");
+void handleMapDiffuse(ModelLoad& load) {
+  trace(load, "material map\n");
+  writeLine(load, Command::mapDiffuse);
+  processBlock(load);
+  trace(load, "material map end\n");
 }
 
-void handleBitmap() {
-  const std::string path = scanQuoted();
-  trace("material texture %s ", path.c_str());
+void handleBitmap(ModelLoad& load) {
+  const std::string path = scanQuoted(load);
+  trace(load, "material texture %s ", path.c_str());
   std::string name = "data\\" + path.substr(path.rfind('\\') + 1);  // all of it without a backslash
-  if (readingText()) name.resize(std::min(name.find('.'), name.size()));
-  trace("changed to %s\n", name.c_str());
-  writeLine(Command::bitmap, name.c_str());
-  if (ModelMaterial* material = currentMaterial()) material->texture = modelTexture(name.c_str(), true);
+  if (readingText(load)) name.resize(std::min(name.find('.'), name.size()));
+  trace(load, "changed to %s\n", name.c_str());
+  writeLine(load, Command::bitmap, name.c_str());
+  if (ModelMaterial* material = currentMaterial(load)) material->texture = load.texture(name.c_str(), true);
 }
 
-void handleMapType() {
-  const bool spherical = readingText() ? strcasecmp(scanWord(), "spherical") == 0 : scanInt() == 1;
-  trace("map type ");
-  trace(spherical ? "spherical environment\n" : "determined\n");
-  writeLine(Command::mapType, spherical ? 1 : 0);
-  materialOrSpare().sphereMap = spherical;
+void handleMapType(ModelLoad& load) {
+  const bool spherical =
+      readingText(load) ? strcasecmp(scanWord(load), "spherical") == 0 : scanInt(load) == 1;
+  trace(load, "map type ");
+  trace(load, spherical ? "spherical environment\n" : "determined\n");
+  writeLine(load, Command::mapType, spherical ? 1 : 0);
+  materialOrSpare(load).sphereMap = spherical;
 }
 
-void handleMaterialRef() {
-  const int index = scanInt();
-  trace("material ref %d\n", index);
-  writeLine(Command::materialRef, index);
+void handleMaterialRef(ModelLoad& load) {
+  const int index = scanInt(load);
+  trace(load, "material ref %d\n", index);
+  writeLine(load, Command::materialRef, index);
   if (index < 0 || index >= maxMaterials) {
     fatalError("material %d isn't one of 0 to %d", index, maxMaterials - 1);
   }
-  Mesh* mesh = currentMesh();
+  Mesh* mesh = currentMesh(load);
   if (!mesh) return;
-  const ModelMaterial material = index < modelState.materialCount
-                                     ? modelState.materials[static_cast<std::size_t>(index)]
-                                     : ModelMaterial{};
+  const ModelMaterial material =
+      index < load.materialCount ? load.materials[static_cast<std::size_t>(index)] : ModelMaterial{};
   const auto opaque = [](const float(&colour)[3]) {
     return ColourAlpha{colour[0], colour[1], colour[2], 1.0f};
   };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "models/model_loader.h"
 #include "scenes/scene_conventions.h"
 #include "scenes/scene_entry.h"
@@ -22,12 +24,12 @@ void endScene(Scene& scene);
 
 template <typename Concrete>
 Concrete* constructModelScene(const ModelScene<Concrete>& description) {
-  Concrete* scene = newScene<Concrete>();
+  std::unique_ptr<Concrete> scene(newScene<Concrete>());
   beginScene(*scene, description.name, description.functions);
-  loadModel(description.model, scene);
+  loadModel(description.model, scene.get());
   description.setUp(*scene);
   endScene(*scene);
-  return scene;
+  return scene.release();
 }
 
 template <const auto& description>

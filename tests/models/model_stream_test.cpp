@@ -15,9 +15,9 @@
 #include "base/files.h"
 #include "base/options.h"
 #include "models/keyword_table.h"
+#include "models/model_load.h"
 #include "models/model_loader.h"
 #include "models/model_source.h"
-#include "models/model_state.h"
 #include "tests/support/ase_text.h"
 #include "tests/support/child_cases.h"
 #include "tests/support/fatal.h"
@@ -36,15 +36,15 @@ using namespace std::string_literals;
 class CompiledModel : public ::testing::Test {
  protected:
   const TemporaryFolder folder;
-  void SetUp() override { nameTextures(); }
 
-  // Compiles the text; its stream.
+  // Compiles the text; its stream, or why it has none.
   static std::string compile(const std::string& text) {
     fs::remove("m.hv3");
     writeFile("m.ase", text);
     Scene scene;
-    readModel({"m.ase", "m.hv3"}, &scene);
-    return fs::exists("m.hv3") ? readStream("m.hv3") : recordingObstacle();
+    std::vector<std::string> textures;
+    const std::string obstacle = readModel({"m.ase", "m.hv3"}, &scene, nameTextures(textures));
+    return fs::exists("m.hv3") ? readStream("m.hv3") : obstacle;
   }
 };
 
@@ -193,8 +193,8 @@ TEST_F(CompiledModel, GivesTheSceneOfItsText) {
       .line("*MESH_NUMTVERTEX 3");
   mixed.object("*LIGHTOBJECT", "L").line("*LIGHT_TYPE Omni").node("1 2 3").line("");
   for (const std::string& text : {everyKeyword(), mixed.str(), everyKeyword() + mixed.str()}) {
-    compile(text);
-    ASSERT_TRUE(fs::exists("m.hv3")) << recordingObstacle();
+    const std::string stream = compile(text);
+    ASSERT_TRUE(fs::exists("m.hv3")) << stream;
     EXPECT_EQ(readAndDump("m.hv3"), readAndDump("m.ase"));
   }
 }
@@ -321,8 +321,10 @@ TEST_F(CompiledModel, IsNotMissedWhereItsWritingFailsMidway) {
     const ChildResult result = runInChild([&] {
       const rlimit limit{size, size};
       setrlimit(RLIMIT_FSIZE, &limit);
-      if (loadAndDump("m") != dump) std::_Exit(1);
-      if (recordingObstacle() != "m.hv3 can't be written") std::_Exit(2);
+      Scene scene;
+      std::vector<std::string> textures;
+      if (loadModel("m", &scene, nameTextures(textures)) != "m.hv3 can't be written") std::_Exit(2);
+      if (dumpScene(scene) != dump) std::_Exit(1);
     });
     EXPECT_EQ(result.exitCode, 0) << size << result.errorText;
     EXPECT_EQ(std::distance(fs::directory_iterator("."), fs::directory_iterator()), 1) << size;
@@ -418,13 +420,15 @@ TEST_F(CompiledModel, RefusesByNameAndPlace) {
   }
   EXPECT_NE(fatalOf(cases[11].stream).find("is longer than 31 characters"), std::string::npos);
   EXPECT_EQ(fatalText([] {
-              modelStream.writing = true;
-              writeLine(static_cast<Command>(0xf0));
+              ModelLoad load;
+              load.stream.writing = true;
+              writeLine(load, static_cast<Command>(0xf0));
             }),
             "unknown command 0xF0 for writeLine");
   EXPECT_EQ(fatalText([] {
-              modelStream.writing = true;
-              writeLine(Command::meshNumVertex, 8.0f);
+              ModelLoad load;
+              load.stream.writing = true;
+              writeLine(load, Command::meshNumVertex, 8.0f);
             }),
             "command 0x42 takes i, not f");
   EXPECT_EQ(fatalText([] { readAndDump("none.hv3"); }), "File none.hv3 not found");
@@ -513,13 +517,14 @@ std::string damaged(const std::string& text, std::uint32_t seed) {
   return result;
 }
 
-// A load that nothing goes before.
-std::string readAfresh(const ModelSource& source) {
+// A load that nothing goes before. The result is readModel's.
+std::string readAfresh(const ModelSource& source, std::string& dump) {
   forgetMaterials();
-  nameTextures();
   Scene scene;
-  readModel(source, &scene);
-  return dumpScene(scene);
+  std::vector<std::string> textures;
+  const std::string obstacle = readModel(source, &scene, nameTextures(textures));
+  dump = dumpScene(scene);
+  return obstacle;
 }
 
 }  // namespace
@@ -532,9 +537,10 @@ TEST_F(CompiledModel, OfADamagedTextGivesItsSceneOrIsNotKept) {
   const std::vector<ChildResult> results = runCasesInChildren(damagedTexts, [&](int i) {
     if (fs::remove("m.hv3")) return keptOfRefused;
     writeFile("m.ase", damaged(texts[i % 2], static_cast<std::uint32_t>(i)));
-    const std::string dump = readAfresh({"m.ase", "m.hv3"});
-    if (!fs::exists("m.hv3")) return recordingObstacle().empty() ? noReason : notKept;
-    const std::string compiled = readAfresh({"m.hv3"});
+    std::string dump, compiled;
+    const std::string obstacle = readAfresh({"m.ase", "m.hv3"}, dump);
+    if (!fs::exists("m.hv3")) return obstacle.empty() ? noReason : notKept;
+    readAfresh({"m.hv3"}, compiled);
     fs::remove("m.hv3");
     return compiled == dump ? equal : differs;
   });

@@ -21,12 +21,13 @@ namespace {
 class ModelText : public ::testing::Test {
  protected:
   const TemporaryFolder folder;
-  std::vector<std::string>& textures = nameTextures();
+  std::vector<std::string> textures;
   Scene scene;
 
   void read(const std::string& text) {
     writeFile("m.ase", text);
-    readModel({"m.ase"}, &scene);
+    textures.clear();
+    readModel({"m.ase"}, &scene, nameTextures(textures));
   }
   Mesh& mesh(int i) { return *scene.meshes[i]; }
 };
@@ -34,8 +35,7 @@ class ModelText : public ::testing::Test {
 std::string fatalOf(const std::string& text) {
   return fatalText([&] {
     writeFile("m.ase", text);
-    Scene scene;
-    readModel({"m.ase"}, &scene);
+    readAndDump("m.ase");
   });
 }
 
@@ -684,6 +684,21 @@ TEST_F(ModelText, RefusesByNameAndLine) {
               readModel({"m.ase"}, &none);
             }),
             "can't read m.ase: Operation not supported");
+}
+
+// Whoever resolves textures may throw. Nothing of the load is left: no file, no place in messages, no
+// material.
+TEST_F(ModelText, LeavesNothingOfALoadThatIsBrokenOff) {
+  writeFile("m.ase", everyKeyword());
+  const auto breakOff = [](const char*, bool) -> int { throw 0; };
+  EXPECT_THROW(readModel({"m.ase", "m.hv3"}, &scene, breakOff), int);
+  std::filesystem::remove("m.ase");
+  EXPECT_TRUE(std::filesystem::is_empty("."));
+  EXPECT_EQ(fatalText([] { readAndDump("none.ase"); }), "File none.ase not found");
+  AseText text;
+  text.open("*MATERIAL_LIST").open("*MATERIAL 0").close().close().object("*GEOMOBJECT", "M");
+  read(text.line("*MATERIAL_REF 0").close().str());
+  EXPECT_EQ(mesh(0).opacity, 1.0f);
 }
 
 // Two tracks of a kind, as an object that is animated twice would have.

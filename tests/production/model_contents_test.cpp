@@ -298,7 +298,7 @@ class ProducedModel : public ::testing::TestWithParam<const char*> {
  protected:
   const TemporaryFolder folder;
   const Products products = allProducts();
-  std::vector<std::string>& textures = nameTextures();
+  std::vector<std::string> textures;
   Scene scene;
 };
 
@@ -357,7 +357,7 @@ TEST_P(ProducedModel, HoldWhatTheirScenesAskFor) {
 
   const Bytes text = product->make({.draft = true})[0];
   writeFile("model.ase", {reinterpret_cast<const char*>(text.data()), text.size()});
-  readModel({"model.ase"}, &scene);
+  readModel({"model.ase"}, &scene, nameTextures(textures));
   scene.prepare(false);
   expectObjects(scene, *row);
   expectCamerasAndLights(scene, *row);

@@ -26,7 +26,6 @@ class FreshState : public testing::EmptyTestEventListener {
     demoClock = {};
     randomState = 1;
     soundLibrary = openAlLibrary;
-    modelTexture = getTexture;
     forgetMaterials();
     setLoadingDialog({});
     beginLog();

@@ -1,28 +1,18 @@
 #include "tests/support/model_files.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <initializer_list>
 
 #include "models/container.h"
-#include "models/model_loader.h"
 #include "tests/support/ase_text.h"
 #include "tests/support/pak_builder.h"
 
 namespace vex {
 
 namespace {
-
-std::vector<std::string> textureNames;
-
-int nameTexture(const char* name, bool) {
-  for (std::size_t i = 0; i < textureNames.size(); ++i) {
-    if (textureNames[i] == name) return static_cast<int>(i);
-  }
-  textureNames.emplace_back(name);
-  return static_cast<int>(textureNames.size()) - 1;
-}
 
 class Dump {
  public:
@@ -76,10 +66,12 @@ class Dump {
 
 }  // namespace
 
-std::vector<std::string>& nameTextures() {
-  textureNames.clear();
-  modelTexture = nameTexture;
-  return textureNames;
+TextureResolver nameTextures(std::vector<std::string>& names) {
+  return [&names](const char* name, bool) {
+    const auto id = std::find(names.begin(), names.end(), name) - names.begin();
+    if (id == std::ssize(names)) names.emplace_back(name);
+    return static_cast<int>(id);
+  };
 }
 
 std::string everyKeyword(const std::string& comment) {
@@ -193,13 +185,15 @@ std::string dumpScene(const Scene& scene) {
 
 std::string loadAndDump(const std::string& base) {
   Scene scene;
-  loadModel(base.c_str(), &scene);
+  std::vector<std::string> textures;
+  loadModel(base.c_str(), &scene, nameTextures(textures));
   return dumpScene(scene);
 }
 
 std::string readAndDump(const std::string& file) {
   Scene scene;
-  readModel({file}, &scene);
+  std::vector<std::string> textures;
+  readModel({file}, &scene, nameTextures(textures));
   return dumpScene(scene);
 }
 

@@ -5,11 +5,12 @@
 #include <vector>
 
 #include "engine/scene.h"
+#include "models/model_loader.h"
 
 namespace vex {
 
-// Makes the loader give ids 0, 1, 2, ... to the names of textures, without loading any. The names by id.
-std::vector<std::string>& nameTextures();
+// Gives ids 0, 1, 2, ... to the names of textures, without loading any. The names by id.
+TextureResolver nameTextures(std::vector<std::string>& names);
 
 // A small model with every keyword: helper "Root", mesh "Box" with texture seam and tracks, a camera, an
 // omni light and a spot, all with animated targets.
