@@ -59,33 +59,30 @@ std::vector<StageCamera> cameras() {
   return {
       // Into the room, under the lamp.
       camera("view_room", 74,
-             {{0,
-               2,
-               {Vector(182, 4, 336), Vector(126, 0, 324), Vector(66, -4, 306)},
-               {Vector(-26, 58, 0), Vector(-20, 54, 0), Vector(-12, 48, 0)}}}),
+             {{0, 1, {Vector(182, 4, 336), Vector(126, 0, 324)}, {Vector(-26, 58, 0), Vector(-20, 54, 0)}}}),
       // The telephone, which nobody answers.
       camera(
           "view_phone", 70,
           {{2, 1, {Vector(98, -31, 168), Vector(72, -32, 152)}, {Vector(64, -17, 0), Vector(60, -15, 0)}}}),
       // The cigarette before the dark.
-      camera("view_ash", 50,
+      camera("view_ash", 60,
              {{3,
                1,
-               {Vector(-44, -29, 114), Vector(-51, -28, 118)},
-               {Vector(-60, -34, 44), Vector(-62, -34, 44)}}}),
+               {Vector(-28, -29, 104), Vector(-31, -28, 108)},
+               {Vector(-67, -35, 44), Vector(-70, -35, 46)}}}),
       // From under the ceiling, with the beam.
       camera(
           "view_above", 74,
           {{4, 1, {Vector(128, 214, 150), Vector(66, 226, 128)}, {Vector(2, -20, 4), Vector(-2, -20, 0)}}}),
       // From the table up along the beam.
       camera("view_beam", 78,
-             {{5, 1, {Vector(164, -42, 150), Vector(128, -40, 168)}, {Vector(0, 34, 8), Vector(-6, 42, 4)}}}),
+             {{5, 1, {Vector(112, -42, 204), Vector(84, -40, 196)}, {Vector(6, 34, 8), Vector(2, 40, 4)}}}),
       // Around the jar; once more when the skin clears.
       camera("view_jar", 62,
              {{13, 1, {Vector(14, 2, 120), Vector(38, 8, 104)}, {Vector(0, 4, 0), Vector(-2, 5, 0)}},
               {6,
                2,
-               {Vector(-98, 4, 96), Vector(-52, -8, 126), Vector(8, 0, 134), Vector(58, 10, 118)},
+               {Vector(-64, -4, 120), Vector(-24, -8, 132), Vector(16, 0, 134), Vector(58, 10, 118)},
                {Vector(12, 4, 0), Vector(10, 4, 0), Vector(-4, 4, 0), Vector(-12, 6, 0)}}}),
       // It wakes.
       camera("view_wakes", 46,
@@ -133,9 +130,13 @@ std::vector<StageCamera> cameras() {
       // Up from the table.
       camera("view_shards", 70,
              {{17, 1, {Vector(50, -40, 84), Vector(36, -41, 82)}, {Vector(-26, 10, 6), Vector(-24, 13, 6)}}}),
-      // Past the child to the door and whoever stands in it.
+      // From the dark behind the child, against the lamp; past it to the door and whoever stands in it.
       camera("view_door", 64,
-             {{18,
+             {{1,
+               1,
+               {Vector(-190, -6, -204), Vector(-150, -2, -168)},
+               {Vector(-46, 46, 36), Vector(-42, 46, 32)}},
+              {18,
                2,
                {Vector(-166, 3, 4), Vector(-170, 5, -8), Vector(-174, 6, -24), Vector(-130, -25, -106),
                 Vector(14, -83, -117)},

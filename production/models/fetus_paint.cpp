@@ -190,8 +190,8 @@ Colour4 paintedProp(const BakePoint& p) {
       // The lamp is beyond it: a rim along what faces up and to it.
       const float rim = p.part == dial
                             ? 0
-                            : std::pow(std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.85f, 0.1f)))), 6.0f);
-      return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss) + gradient(tealRamp, 0.8f) * (0.45f * rim);
+                            : std::pow(std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.85f, 0.1f)))), 8.0f);
+      return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss) + gradient(tealRamp, 0.85f) * (0.6f * rim);
     }
     case ashtray:
       return lit(q.y > cigarettePlace.y + 1.5f - 5

@@ -46,16 +46,16 @@ const Shot shots[] = {
     // Into the lock.
     {{71, -9, 101, {-3, 103, 28}}, {42.5f, 0, 103.3f, {0, 103.1f, 28}}},
     // Along the seam of the lid.
-    {{128, -66, 142, {-6, 132, 10}}, {96, -38, 131, {0, 128, 14}}},
+    {{166, -64, 146, {-10, 136, 6}}, {112, -40, 132, {0, 130, 14}}},
     // Up with the lid.
-    {{196, 34, 116, {-4, 130, 0}}, {248, 6, 202, {0, 158, 0}}},
-    // The title over the box: all of it, from above, from below, near.
-    {{368, -32, 120, {-8, 168, 0}}, {352, -24, 124, {-4, 168, 0}}},
-    {{300, 30, 300, {0, 172, 0}}, {286, 22, 290, {0, 174, 0}}},
-    {{316, -14, 62, {0, 166, 0}}, {302, -6, 62, {0, 167, 0}}},
-    {{172, 24, 104, {2, 242, 0}}, {154, 12, 106, {2, 244, 0}}},
+    {{196, 34, 116, {-4, 130, 0}}, {262, 6, 202, {0, 172, 0}}},
+    // The title over the box: as it comes towards us, the whole of it from above, along its letters, near.
+    {{270, 46, 150, {-14, 236, 0}}, {246, 34, 158, {-10, 236, 0}}},
+    {{392, -36, 338, {-4, 184, 0}}, {356, -24, 318, {-4, 188, 0}}},
+    {{192, -64, 172, {20, 258, 0}}, {166, -50, 186, {12, 258, 0}}},
+    {{172, 24, 104, {2, 256, 0}}, {154, 12, 106, {2, 258, 0}}},
     // From above, down into the box.
-    {{362, -12, 330, {0, 190, 0}}, {186, 14, 246, {0, 147, 0}}},
+    {{392, -12, 330, {0, 188, 0}}, {196, 14, 246, {0, 142, 0}}},
 };
 constexpr int shotSlot = 36, shotLead = 3, shotFrames = 30;  // frames: of each, before, and in use
 
@@ -329,7 +329,7 @@ Model introBox(const Settings& settings) {
     stage.meshes.push_back(mesh);
   };
   pool("pool01", 430, 1, 0.6f);
-  pool("pool02", 92, 0.72f, tableTop + 0.4f);
+  pool("pool02", 92, 0.72f, tableTop + 1.2f);
   const auto grown = [&](const char* name, const Surface& surface, const Vector& pivot, const char* material,
                          const Vector& from) {
     stage.meshes.push_back({.name = name,
@@ -351,7 +351,7 @@ Model introBox(const Settings& settings) {
   }
   // The last layer is the light of the others on all that stands around.
   const Surface floor = disc(420, 24, 4),
-                table = placed(disc(96, 24, 1), stretched(1, 1, plinthDepth) >> moved(0, tableTop + 0.6f, 0));
+                table = placed(disc(96, 32, 8), stretched(1, 1, plinthDepth) >> moved(0, tableTop + 2, 0));
   stage.meshes.push_back({.name = "VexLayer04",
                           .surface = spilledOn(joined({partOf(everything(choir), stone),
                                                        withoutMapping(floor), withoutMapping(table)})),

@@ -197,8 +197,8 @@ Colour4 farStoneAt(const BakePoint& p) {
   const Vector inwards = unit(Vector(-p.position.x, 0, -p.position.z));
   const float edge =
       std::pow(1 - std::fabs(dot(p.normal, inwards)), 3.0f) * smoothStep(0.9f, 0.3f, std::fabs(p.normal.y));
-  return (rock * p.light * p.light * 0.5f + rock * p.light * 0.12f +
-          gradient(acidRamp, 0.62f) * (0.5f * edge * p.open) +
+  return (rock * p.light * p.light * 0.36f + rock * p.light * 0.1f +
+          gradient(acidRamp, 0.66f) * (0.75f * edge * p.open) +
           gradient(acidRamp, 0.1f + 0.1f * mist) * (0.1f + 0.4f * mist)) *
              fade +
          ink * 0.6f;
@@ -339,7 +339,11 @@ Surface spilledOn(const Surface& stone) {
   for (std::size_t i = 0; i < stone.points.size(); ++i) {
     const Vector& p = stone.points[i];
     const Vector normal = unit(normals[i]), way = source - p;
-    levels.push_back(2.6f * std::max(0.0f, std::exp(-way.length() / 330) * dot(normal, unit(way)) - 0.19f));
+    const float level = 2.6f * std::max(0.0f, std::exp(-way.length() / 330) * dot(normal, unit(way)) - 0.19f);
+    const bool table = p.y > tableTop && p.y < floorTop;
+    const float aside =
+        std::hypot(std::max(0.0f, std::fabs(p.x) - halfWidth), std::max(0.0f, std::fabs(p.z) - halfDepth));
+    levels.push_back(level / (1 + level) * (table ? smoothStep(0, 40, aside) : 1.8f));  // it shades its table
     addPoint(lit, p + normal * 0.4f);
   }
   for (Triangle triangle : stone.triangles) {

@@ -59,7 +59,7 @@ Canvas veilPicture(int veil, const Settings& settings);
 Surface spilledOn(const Surface& stone);
 Canvas spillPicture(const Settings& settings);
 std::vector<Vector> placesAlongTitle(int count);
-inline const Vector titleMiddle(0, 228, 6);
+inline const Vector titleMiddle(0, 242, 6);
 inline constexpr float titleWidth = 250, titleHeight = 125;  // of the veils
 
 }  // namespace vex::reliquary

@@ -75,7 +75,7 @@ float headDistance(const Vector& p) {
   d = smoothCut(d, ellipsoid(q, mouth, Vector(5.2f, 2.1f, 8)), 1.5f);
   d = smoothJoin(d, taper(q, Vector(0, 122, 62), Vector(9, 124, 52), 2.2f, 2.0f), 2.5f);  // brow
   for (const Eye& eye : eyes)
-    d = smoothCut(d, ball(q, eye.centre + Vector(0.3f, 0, 1.0f), eye.radius * 1.05f), 1.2f);
+    d = smoothCut(d, ball(q, eye.centre + Vector(0.3f, 0, 1.0f), eye.radius * 1.05f), 2.2f);
   const float gills = std::sin((q.z - 0.5f * q.y) * 1.5f);
   d -= 0.55f * gills * std::fabs(gills) * smoothStep(116, 111, q.y) * smoothStep(62, 52, q.z);
   const float ridge = std::sin(q.y * 0.9f + q.z * 0.25f);
@@ -120,7 +120,7 @@ Surface headSurface(Fineness fineness) {
   const float reach = pushedOut;
   return bent(
       body(swollen,
-           {Vector(-19 - reach, 92 - reach, -16 - reach), Vector(19 + reach, 146 + reach, 84 + reach)}, 3.5f,
+           {Vector(-19 - reach, 92 - reach, -16 - reach), Vector(19 + reach, 146 + reach, 84 + reach)}, 3.4f,
            fineness),
       unswollen);
 }

@@ -154,7 +154,7 @@ void addLens(Show& show, double bar, int number, const Lens& lens) {
 void addCompoundEye(Show& show) {
   const double start = barOf("split");
   show.add("within the eye", start, 2, ground, Fade{});
-  const double great = 0.76, small = 0.37, left = -1.06, right = 1.06 - 2 * small, below = -2 * small;
+  const double great = 0.76, small = 0.37, right = 0.385, left = -right - 2 * small, below = -2 * small;
   const Lens lenses[] = {{-great, -great, great, {2, 5, 7}, {face, idol, strokeFace, gaze}},
                          {left, 0, small, {1, 6}, {wide, back, gaze}},
                          {right, below, small, {3, 6.5}, {back, flank, gaze}},

@@ -63,9 +63,9 @@ enum Shot {
   keyhole,
   seam,
   crane,
-  titleWide,
+  titleComing,
   titleAbove,
-  titleBelow,
+  titleAlong,
   titleNear,
   above
 };
@@ -207,11 +207,15 @@ void addBuild(Show& show) {
   const double start = barOf("build"), hold = barOf("hold"), length = hold - start;
   std::vector<CurveDot> lid{{0, 0}}, light{{0, 0}}, seamLight{{0, 0.1}};
   double level = 0.05;
-  for (const double beat : {0.0, 1.0, 2.0, 3.0, 4.0, 4.5, 5.0, 5.5, 6.0, 6.25, 6.5}) {
-    lid.insert(lid.end(), {{beat + 0.02, 0.004}, {beat + 0.16, 0.4 * level + 0.012}, {beat + 0.24, 0.006}});
-    light.insert(light.end(),
-                 {{beat + 0.02, 0.3 + level}, {beat + 0.16, 0.6 + level}, {beat + 0.24, 0.3 + level}});
-    seamLight.insert(seamLight.end(), {{beat + 0.02, 0.2}, {beat + 0.16, 0.999}, {beat + 0.24, 0.2}});
+  // Open for half of a stroke.
+  const std::vector<double> strokes{0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5};
+  for (std::size_t i = 0; i < strokes.size(); ++i) {
+    const double beat = strokes[i], pace = i + 1 < strokes.size() ? strokes[i + 1] - beat : 0.25,
+                 open = beat + 0.12 * pace + 0.02, sinks = beat + 0.55 * pace, closed = beat + 0.75 * pace,
+                 peak = 0.4 * level + 0.014;
+    lid.insert(lid.end(), {{beat + 0.01, 0.004}, {open, peak}, {sinks, 0.8 * peak}, {closed, 0.005}});
+    light.insert(light.end(), {{beat + 0.01, 0.3 + level}, {open, 0.6 + level}, {closed, 0.3 + level}});
+    seamLight.insert(seamLight.end(), {{beat + 0.01, 0.2}, {open, 0.999}, {sinks, 0.9}, {closed, 0.2}});
     level += 0.012;
   }
   Veils veils;
@@ -284,9 +288,9 @@ void addLayers(Show& show) {
     int burning;  // layers
     double dimmest, spilled;
   };
-  constexpr State states[] = {{"layer 1", "title in the smoke", titleWide, 1, 0.7, 0.35},
-                              {"layer 2", "title from above", titleAbove, 2, 0.75, 0.5},
-                              {"layer 3", "title from below", titleBelow, 3, 0.8, 0.6},
+  constexpr State states[] = {{"layer 1", "title in the smoke", titleComing, 1, 0.7, 0.35},
+                              {"layer 2", "title from above", titleAbove, 2, 0.75, 0.75},
+                              {"layer 3", "along the title", titleAlong, 3, 0.8, 0.7},
                               {"layer 4", "title, nearer", titleNear, 3, 1, 0.8}};
   double level = 0.55;  // of the smoke along it, which comes in jerks, on the off-beats
   for (const State& state : states) {
@@ -319,7 +323,7 @@ void addLayers(Show& show) {
                   .alpha = flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.3, 0.06),
                   .blend = Blend::add});
   show.add("flies apart", last + 3.4 / beatsPerBar, 0.6 / beatsPerBar, flash,
-           Fade{0.98, 1, 0.85, line({{0, 0.85}, {0.15, 0.1}, {partEnd, 0}})},
+           Fade{0.98, 1, 0.85, line({{0, 0.22}, {0.15, 0.03}, {partEnd, 0}})},
            Bitmap{.texture = "rays_acid",
                   .at = centred(0, -0.15, slide(2, 5), 1.6),
                   .alpha = slide(0.9, 0),
@@ -346,13 +350,13 @@ void addBackwards(Show& show) {
     veils.seconds[i] = line({{0, 4.4 - 0.2 * i}, {0.5, 3}, {2.2, 1.2}, {gone, 0}, {partEnd, 0}});
   }
   veils.opacity[spill] =
-      line({{0, 1}, {0.5, 0.7}, {2.2, 0.6}, {4, 0.3}, {4.03, 0.6}, {5.6, 0.4}, {6.2, 0.9}, {6.4, 0}});
+      line({{0, 1}, {0.5, 0.7}, {2.2, 0.4}, {4, 0.1}, {4.03, 0.5}, {5.6, 0.2}, {6.2, 0.8}, {6.4, 0}});
   addShot(show, "into the box", start, length, above,
           {.lock = line({{0, 0.8}, {4, 0.8}, {4.3, 0.55}, {5, 0.55}, {5.3, 0.3}, {6, 0.3}, {6.3, 0}}),
            .lid = line(
                {{0, 0.96}, {1, 0.9}, {2.2, 0.86}, {4.5, 0.5}, {6.2, 0.04}, {6.4, 0}, {6.5, 0.02}, {6.6, 0}}),
-           .light = line({{0, 0.999}, {3, 0.8}, {6.2, 0.06}, {6.4, 0}}),
-           .beam = line({{0, 0.4}, {3, 0.3}, {6, 0}}),
+           .light = line({{0, 0.999}, {3, 0.6}, {6.2, 0.06}, {6.4, 0}}),
+           .beam = line({{0, 0.4}, {2.2, 0.5}, {4, 0.95}, {5.2, 0.7}, {6.2, 0}}),
            .seam = line({{0, 0}, {4.8, 0}, {5.4, 0.6}, {6.2, 0.999}, {6.4, 0}})},
           {draw(veils)});
   show.part("smoke returns", start, length, smoke,

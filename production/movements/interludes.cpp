@@ -149,9 +149,12 @@ void addInterludeOne(Show& show) {
                        .targetUp = 0.9})},
             cueSeconds(2));
   const double word = barOf("title");
+  show.add("dark behind the word", word, 1, title - 1,
+           Bitmap{.texture = "shade", .at = centred(-0.42, 0.5, 0.7, 3), .blend = Blend::darken});
   show.add("vexillum", word, 1, title,
-           vex(illum, spline({{0, 1.15}, {0.4, 0.95}, {partEnd, 1.0}}), -0.36, 0.5));
-  show.add("vexillum rises", riser, 0.75, title, vex(illum, zoom(0.74, 0.82, 3), -0.4, 0.55));
+           vex(illum, spline({{0, 0.9}, {0.4, 0.78}, {partEnd, 0.82}}), -0.38, 0.46));
+  // In the black beside the window.
+  show.add("vexillum rises", riser, 0.75, title, vex(illum, zoom(0.46, 0.5, 3), -0.6, 0.6));
   show.add("held breath", riser + 0.9375, 0.0625, curtain, Fade{});
 }
 

@@ -150,11 +150,11 @@ void addStrokes(Show& show, const Shot& shot, const std::vector<double>& beats) 
   addGlow(show, shot, "light4", lab::beaconPlace, 60, flashes(beats, 1, 0), 26);
 }
 
-// Into the room; the lamp ticks as it warms.
+// Into the room; the lamp ticks as it warms. With the breath we stand behind the child, against the light.
 void addRoom(Show& show) {
-  const Shot shot{"into the room", 0, 2, room};
-  addShot(show, shot, {.turn = slide(0.44, 0.52)});
-  addGloom(show, shot.from(), shot.bars,
+  const Shot into{"into the room", 0, 1, room}, against{"against the lamp", 1, 1, door};
+  addShot(show, into, {.turn = slide(0.44, 0.48)});
+  addGloom(show, into.from(), into.bars,
            line({{0, 1},
                  {0.05, 0.35},
                  {0.3, 0.62},
@@ -164,7 +164,9 @@ void addRoom(Show& show) {
                  {2, 0.3},
                  {2.04, 0},
                  {partEnd, 0}}));
-  addLamp(show, shot, {0.32, 1.02, 2.04, 4, 6}, 0.8);
+  addLamp(show, into, {0.32, 1.02, 2.04}, 0.8);
+  addShot(show, against, {.turn = slide(0.48, 0.52)});
+  addLamp(show, against, {0, 2}, 1);
 }
 
 // The telephone dials the motif; the cigarette burns.

@@ -23,7 +23,7 @@ Product face(const char* suffix, BoxFace which) {
 // Chrome shows little but its extremes: what lies between is pressed down, nearly to black.
 Colour4 mirroredHangar(const Vector& direction) {
   const Colour4 light = hangarLight(direction, 0);
-  const auto contrast = [](float value) { return clamp01(1.1f * value * value * value + 0.16f * value); };
+  const auto contrast = [](float value) { return clamp01(0.75f * value * value * value + 0.16f * value); };
   return {contrast(light.r), contrast(light.g), contrast(light.b)};
 }
 
