@@ -130,7 +130,7 @@ void addBreak(Show& show) {
 // What it sees: five lenses of an eye, a great one between small ones, none as near as another. One after
 // another they look elsewhere, and at last they all see its eyes.
 struct Lens {
-  double x, y, size;  // left lower corner; shares of the screen's width
+  double x, y, w, h;
   std::vector<double> cutBeats;
   std::vector<Camera> cameras;
 };
@@ -142,7 +142,7 @@ void addLens(Show& show, double bar, int number, const Lens& lens) {
     dots.push_back({lens.cutBeats[i], static_cast<double>(lens.cameras[i + 1])});
   }
   show.part("lens", bar, 2, ground + 1 + number,
-            {draw(Viewport{.x = lens.x, .y = lens.y, .w = 2 * lens.size, .h = 2 * lens.size}),
+            {draw(Viewport{.x = lens.x, .y = lens.y, .w = lens.w, .h = lens.h}),
              draw(World{.scene = "SceneAlien", .camera = line(dots)}),
              draw(Bitmap{.texture = "light5",
                          .at = centred(0, 0, 3, 1.2),
@@ -154,12 +154,12 @@ void addLens(Show& show, double bar, int number, const Lens& lens) {
 void addCompoundEye(Show& show) {
   const double start = barOf("split");
   show.add("within the eye", start, 2, ground, Fade{});
-  const double great = 0.76, small = 0.37, right = 0.385, left = -right - 2 * small, below = -2 * small;
-  const Lens lenses[] = {{-great, -great, great, {2, 5, 7}, {face, idol, strokeFace, gaze}},
-                         {left, 0, small, {1, 6}, {wide, back, gaze}},
-                         {right, below, small, {3, 6.5}, {back, flank, gaze}},
-                         {left, below, small, {4, 7}, {gaze, low, gaze}},
-                         {right, 0, small, {1.5, 5.5}, {low, wide, gaze}}};
+  const double great = 0.76, right = 0.38, w = 1 - right, h = 0.74;
+  const Lens lenses[] = {{-great, -great, 2 * great, 2 * great, {2, 5, 7}, {face, idol, back, gaze}},
+                         {-1, 0, w, h, {1, 6}, {wide, low, gaze}},
+                         {right, -h, w, h, {3, 6.5}, {flank, wide, gaze}},
+                         {-1, -h, w, h, {4, 7}, {gaze, low, gaze}},
+                         {right, 0, w, h, {1.5, 5.5}, {back, wide, gaze}}};
   int number = 0;
   for (const Lens& lens : lenses) addLens(show, start, number++, lens);
   // One a bar: when a late start catches up part by part, the last of each bar must be the whole screen.

@@ -170,7 +170,11 @@ void addEyeInLock(Show& show) {
                    .at = centred(0.02, 0.02, zoom(2 * size(from), 2 * size(to) * nearer, beats), 1),
                    .first = first,
                    .last = last,
-                   .fps = fps});
+                   .fps = fps},
+             Bitmap{.texture = "light2",
+                    .at = centred(0.02, 0.02, zoom(size(from), size(to) * nearer, beats), 1),
+                    .alpha = 0.4,
+                    .blend = Blend::add});
   };
   looks(0, 1, 1, 6);
   looks(1, 2, 7, 13);

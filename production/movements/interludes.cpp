@@ -139,7 +139,7 @@ void addInterludeOne(Show& show) {
                   .blend = Blend::add});
   show.add("somebody small", opens, 1.75, subject,
            Bitmap{.texture = "figure_teal",
-                  .at = centred(travel(0.19, 0.27, 7), travel(0.42, 0.46, 7), zoom(0.66, 0.84, 7), 0.5)});
+                  .at = centred(travel(0.22, 0.3, 7), travel(0.36, 0.38, 7), zoom(0.84, 1.04, 7), 0.5)});
   // From the middle of the rose, shaken by the riser.
   show.part("funnel again", opens, 1.75, backdrop + 1,
             {draw(Rays{.alpha = flashes({0, 1, 2, 3, 4, 5, 6, 6.5}, 0.5, 0.2),

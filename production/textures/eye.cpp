@@ -64,7 +64,7 @@ Colour4 ball(const Pose& pose, float x, float y) {
       std::exp(-std::fabs(out - 0.32f - 0.07f * (valueNoise(turns * 26 + 26, 0, 26, 223) - 0.5f)) * 11);
   const float crypts = smoothStep(0.62f, 0.9f, valueNoise(turns * 18 + 18, r * 8, 18, 224));
   float value =
-      0.30f + 0.5f * fibre * (0.55f + 0.45f * smoothStep(0, 0.35f, out)) + 0.28f * collar - 0.25f * crypts;
+      0.30f + 0.5f * fibre * (0.55f + 0.45f * smoothStep(0, 0.35f, out)) + 0.36f * collar - 0.25f * crypts;
   value *= smoothStep(1.02f, 0.72f, out) * smoothStep(-0.02f, 0.09f, out);
   value *= 1 - 0.35f * std::exp(-(out - 0.62f) * (out - 0.62f) / 0.012f);
   value *= 0.55f + 0.85f * clamp01(0.42f + dy * 0.85f +
@@ -99,15 +99,15 @@ float skinHeight(const Pose& pose, float x, float y) {
                     0.03f * std::exp(-(y - lower - 0.1f) * (y - lower - 0.1f) / 0.006f) * shape;
   const float rim = 0.03f * smoothStep(corner + 0.1f, corner - 0.15f, std::fabs(x)) *
                     std::exp(-std::min(std::fabs(y - upper), std::fabs(y - lower)) * 22);
-  const float pores = 0.0024f * fractal(x * 20, y * 20, 0, 3, 0.6f, 230);
-  const float folds = 0.007f * fractal(x * 3, (y - creaseY) * 20, 0, 3, 0.5f, 231) *
+  const float pores = 0.0013f * fractal(x * 20, y * 20, 0, 3, 0.6f, 230);
+  const float folds = 0.004f * fractal(x * 3, (y - creaseY) * 20, 0, 3, 0.5f, 231) *
                       std::exp(-(y - creaseY) * (y - creaseY) / 0.08f);
   const float brow = 0.55f * smoothStep(-0.55f, -1.15f, y);
   return bulge + crease + hang + bag + rim + pores + folds + brow * 0.5f;
 }
 
 float lashes(const Pose& pose, float x, float y) {
-  constexpr int above = 90, below = 20, clump = 3;
+  constexpr int above = 90, below = 38, clump = 3;
   float cover = 0;
   for (int i = 0; i < above + below; ++i) {
     const bool upper = i < above;
@@ -120,7 +120,7 @@ float lashes(const Pose& pose, float x, float y) {
     const int group = upper ? i / clump : i;
     const float lean = hashUnit(group, 3, 240) - 0.5f;
     const float together = upper ? 0.013f * static_cast<float>(clump / 2 - i % clump) : 0.0f;
-    const float length = (upper ? 0.29f + 0.09f * (rootX / corner) : 0.13f) *
+    const float length = (upper ? 0.29f + 0.09f * (rootX / corner) : 0.10f) *
                          (0.75f + 0.3f * hashUnit(group, 2, 240) + 0.2f * hashUnit(i, 2, 240)) *
                          (0.55f + 0.45f * lidShape(rootX, 0));
     const float droop = mix(0.9f, -0.62f, smoothStep(0.0f, 0.75f, pose.open));
@@ -128,7 +128,7 @@ float lashes(const Pose& pose, float x, float y) {
                 endY = rootY + length * (upper ? droop : 0.85f);
     const float bend = upper ? 0.16f * length * (0.4f + 0.6f * lidShape(rootX, 0)) : -0.02f;
     const float midX = (rootX + endX) / 2, midY = (rootY + endY) / 2 + bend;
-    const float thick = upper ? 0.0085f : 0.006f;
+    const float thick = upper ? 0.0085f : 0.0045f;
     const float d = std::min(taper(x, y, rootX, rootY, midX, midY, thick, thick * 0.75f),
                              taper(x, y, midX, midY, endX, endY, thick * 0.75f, 0.001f));
     cover = std::max(cover, coverage(d, 0.012f));
@@ -150,8 +150,8 @@ Canvas eyeFrame(const Settings& settings, int frame) {
     const float upper = upperLid(pose, x), lower = lowerLid(pose, x);
     const float gap = std::max(std::max(upper - y, y - lower), std::fabs(x) - corner);
     const float mottled = 0.85f + 0.15f * fractal(x * 3, y * 3, 0, 4, 0.6f, 250);
-    Colour4 skin = gradient(boneRamp, (0.13f + 0.62f * sample(light, u, v, EdgeMode::clamp) +
-                                       0.16f * sample(gloss, u, v, EdgeMode::clamp)) *
+    Colour4 skin = gradient(boneRamp, (0.11f + 0.74f * sample(light, u, v, EdgeMode::clamp) +
+                                       0.26f * sample(gloss, u, v, EdgeMode::clamp)) *
                                           mottled);
     skin = mix(skin, skin * Colour4{1.05f, 0.62f, 0.5f, 1},
                0.75f * std::exp(-std::max(0.0f, gap) * 9));  // thin, reddened rims
