@@ -129,7 +129,7 @@ Canvas spires(const Settings& settings, const Hue& hue) {
     }
     return top;
   };
-  return paintSmooth(width, width / 4, 2, [&](float u, float v) {
+  return paintSmooth(width, width / 4, 5, [&](float u, float v) {
     const float height = 1 - v;
     const bool near = height < profile(u * 4, 2) * 0.8f, far = height < profile(u * 4 + 0.13f, 5);
     Colour4 colour = near ? ink + gradient(hue.ramp, 0.02f) : ink + gradient(hue.ramp, 0.17f);
