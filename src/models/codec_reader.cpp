@@ -72,11 +72,12 @@ struct MemberReader::State {
   // For an inflater that has used up its input and cannot go on: it needs one byte, and the trailer comes
   // behind that. False at the end of the input.
   bool refill() {
+    if (member.inputEnded) return false;
     const std::uint64_t wanted = member.certain > 0 ? member.certain : 1 + trailerSize();
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, input.size()));
     // As fetchByte, but with all that changes in registers.
     std::size_t filled = 0;
-    for (int byte; filled < size && !member.inputEnded && (byte = member.getbyte()) != -1; ++filled) {
+    for (int byte; filled < size && (byte = member.getbyte()) != -1; ++filled) {
       input[filled] = static_cast<std::uint8_t>(byte);
     }
     member.inputEnded = filled < size;
