@@ -229,8 +229,7 @@ void addInterludeTwo(Show& show) {
                   .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 0.8, 0.3),
                   .blend = Blend::add});
   // Above the title; then close, beside it.
-  const Viewport raised{.x = -0.78, .y = -0.54, .w = 1.56, .h = 1.56},
-      close{.x = -0.95, .y = -1.12, .w = 2.8, .h = 2.8};
+  const Viewport raised{.x = -0.78, .y = -0.54, .w = 1.56, .h = 1.56}, close{.x = -0.95};
   show.part(
       "mirrors", roll, doubles - roll, subject,
       {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.85, 0.72)}),

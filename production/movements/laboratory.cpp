@@ -343,7 +343,7 @@ void addDoor(Show& show) {
         const double open = (static_cast<double>(t) - shot.start()) / (shot.bars * secondsPerBar);
         return Vector(static_cast<float>(212 - 56 * std::min(open * 1.6, 1.0)), -70, -326);
       });
-  addGlow(show, shot, "rays_teal", opening, 760, line({{0, 0}, {1, 0.3}, {4, 0.5}, {partEnd, 0.3}}));
+  addGlow(show, shot, "rays_teal", opening, 600, line({{0, 0}, {1, 0.3}, {4, 0.5}, {partEnd, 0.3}}));
   addGlow(show, shot, "haze_teal", opening, 620, line({{0, 0}, {1, 0.35}, {4, 0.8}, {partEnd, 1}}), 0.5);
   addGlow(show, shot, "light7", opening, 330, line({{0, 0}, {1, 0.2}, {4, 0.7}, {partEnd, 1}}), 0.4);
   show.add(
