@@ -319,7 +319,7 @@ void addBurst(Show& show) {
   addShot(show, falls, state);
   addGlow(show, still, "rays_teal", Vector(0, 6, 0), 330,
           line({{0, 1}, {0.3, 0.7}, {1, 0.25}, {partEnd, 0}}));
-  addGlow(show, still, "haze_teal", Vector(0, 6, 0), 620, line({{0, 1}, {0.1, 0.8}, {0.5, 0}, {partEnd, 0}}));
+  addGlow(show, still, "haze_teal", Vector(0, 6, 0), 500, line({{0, 1}, {0.1, 0.8}, {0.5, 0}, {partEnd, 0}}));
   addGlow(show, still, "light7", Vector(0, 6, 0), 260, line({{0, 1}, {0.15, 0.6}, {0.5, 0}, {partEnd, 0}}));
   addGlow(show, still, "light4", lab::heartPlace, 44, flashes({0, 2}, 1, 0.45));
   addGlow(show, falls, "light4", lab::heartPlace, 30, flashes({0, 1, 2, 3}, 0.8, 0.25));
