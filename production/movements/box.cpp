@@ -71,12 +71,15 @@ enum Shot {
 };
 constexpr double shotEvery = 36 / 30.0, shotLead = 3 / 30.0, shotLength = 30 / 30.0;  // seconds of the flight
 
+std::vector<ScriptCall> draw(const Pose& stands) {
+  return {pose("lock", stands.lock),    pose("top", stands.lid),        pose("pool01", stands.light),
+          pose("pool02", stands.light), pose("mist", stands.light),     pose("shafts", stands.beam),
+          pose("seam", stands.seam),    pose("keyhole", stands.keyhole)};
+}
+
 void addShot(Show& show, const char* name, double fromBar, double bars, Shot shot, const Pose& stands,
              std::vector<ScriptCall> more = {}) {
-  std::vector<ScriptCall> calls{pose("lock", stands.lock),    pose("top", stands.lid),
-                                pose("pool01", stands.light), pose("pool02", stands.light),
-                                pose("mist", stands.light),   pose("shafts", stands.beam),
-                                pose("seam", stands.seam),    pose("keyhole", stands.keyhole)};
+  std::vector<ScriptCall> calls = draw(stands);
   calls.insert(calls.end(), more.begin(), more.end());
   calls.push_back(boxCall("animate"));
   show.part(name, fromBar, bars, backdrop, std::move(calls), static_cast<int>(shot) * shotEvery + shotLead,
@@ -377,6 +380,11 @@ void addBackwards(Show& show) {
                   .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5}, 0.5, 0.12),
                   .blend = Blend::add});
   show.add("shut", shut, alienBar - shut, ground, Fade{});
+  // As it is found when it is seen again.
+  std::vector<ScriptCall> rest = draw(Pose{});
+  rest.push_back(smokeAlongTitle(0));
+  rest.push_back(draw(Veils{}));
+  show.part("at rest", shut, alienBar - shut, ground, std::move(rest));
   show.add("last spark", shut, alienBar - shut, subject,
            Bitmap{.texture = "streak_acid",
                   .at = {slide(-1.0, -0.2), -0.08, slide(2.0, 0.4), 0.16},
@@ -385,6 +393,27 @@ void addBackwards(Show& show) {
 }
 
 }  // namespace
+
+// Through its windows the hall shows the sky of where it stands now. The name burns above the box and sinks
+// into it; light shines from the seam until the lid has shut it in.
+void addLidCloses(Show& show, double from, double shut, double until) {
+  const double beats = (shut - from) * beatsPerBar;
+  const auto falling = [&](double open) {
+    return line(
+        {{0, open}, {0.4 * beats, 0.8 * open}, {beats, 0}, {beats + 0.12, 0.02 * open}, {beats + 0.25, 0}});
+  };
+  Veils sinking;
+  for (const auto& [layer, level] : {std::pair{0, 1.0}, {1, 1.0}, {2, 0.8}, {spill, 0.6}})
+    sinking.opacity[layer] = line({{0, level}, {0.75 * beats, level}, {0.9 * beats, 0}});
+  for (Curve& seconds : sinking.seconds) seconds = line({{0, 1.8}, {0.3 * beats, 1.3}, {0.9 * beats, 0}});
+  addShot(show, "the lid closes", from, until - from, titleAbove,
+          {.lock = line({{0, 0.8}, {beats, 0.8}, {beats + 0.5, 0}}),
+           .lid = falling(0.96),
+           .light = falling(0.999),
+           .beam = falling(0.6),
+           .seam = line({{0, 0}, {0.7 * beats, 0}, {beats - 0.1, 0.999}, {beats + 0.1, 0}})},
+          {draw(sinking)});
+}
 
 void addBox(Show& show) {
   addNight(show);

@@ -296,48 +296,11 @@ void addScroller(Show& show) {
                            .y = -0.64})});
 }
 
-// Behind the stars stands the hall in which all began: the lid comes down on the light, and on the bar it is
-// shut.
-void addLid(Show& show, double from, double shut, double end) {
-  const auto pose = [](const char* object, const Curve& fraction) {
-    Curve name;
-    name.kind = CurveKind::text;
-    name.text = object;
-    return ScriptCall{
-        "SceneIntroBox", "setAnimationState", {{"object", name}, {"fraction", fraction, 0, 0.999}}};
-  };
-  const double beats = (shut - from) * beatsPerBar;
-  const auto falling = [&](double open) {
-    return line(
-        {{0, open}, {0.4 * beats, 0.8 * open}, {beats, 0}, {beats + 0.12, 0.02 * open}, {beats + 0.25, 0}});
-  };
-  // The name burns above it and sinks into it.
-  ScriptCall sinks{"SceneIntroBox", "setVexFog", {}};
-  for (const double level : {1.0, 1.0, 0.8, 0.6})
-    sinks.parameters.push_back(
-        {"opacity", line({{0, level}, {0.75 * beats, level}, {0.9 * beats, 0}}), 0, 1});
-  for (int layer = 0; layer < 4; ++layer)
-    sinks.parameters.push_back({"seconds", line({{0, 1.8}, {0.3 * beats, 1.3}, {0.9 * beats, 0}}), 0, 5});
-  const Curve sealed = line({{0, 0}, {0.7 * beats, 0}, {beats - 0.1, 0.999}, {beats + 0.1, 0}});
-  show.part("the lid closes", from, end - from, subject - 1,
-            {pose("lock", line({{0, 0.8}, {beats, 0.8}, {beats + 0.5, 0}})),
-             pose("top", falling(0.96)),
-             pose("pool01", falling(0.999)),
-             pose("pool02", falling(0.999)),
-             pose("mist", falling(0.999)),
-             pose("shafts", falling(0.6)),
-             pose("seam", sealed),
-             pose("keyhole", 0),
-             sinks,
-             {"SceneIntroBox", "animate", {}}},
-            8.5, 0.2);
-}
-
 // When the balls have flown past us the box is shut; over it the title is struck once, and stands in copper
 // until the music is over.
 void addLastWord(Show& show) {
   const double chord = barOf("last chord"), shut = songBars, end = songBars + blackSeconds / secondsPerBar;
-  addLid(show, chord + 0.25, shut, end);
+  addLidCloses(show, chord + 0.25, shut, end);
   show.add("light of the chord", chord, 0.5, haze,
            Bitmap{.texture = "haze_ember",
                   .at = centred(0, 0, spline({{0, 3.6}, {partEnd, 2.4}}), 2),

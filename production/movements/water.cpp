@@ -187,9 +187,9 @@ void addWater(Show& show) {
                       .alpha = fade(it.rise, 0, 0.7),
                       .blend = Blend::add});
   }
-  const double strokes[] = {start + 0.5, rain,    creature,    creature + 1, tune,
-                            tune + 1,    ripples, ripples + 1, again,        again + 1,
-                            ray,         ray + 1, flood,       flood + 1,    ebb};
+  const double strokes[] = {start + 0.5, rain,        creature, creature + 1, tune, tune + 1,
+                            ripples,     ripples + 1, again,    again + 1,    ray,  ray + 1,
+                            flood,       flood + 1,   ebb,      dissolve};
   for (const double bar : strokes)
     show.add("glint", bar, 0.25, flash,
              Bitmap{.texture = "haze_teal",
@@ -202,12 +202,14 @@ void addWater(Show& show) {
   const Sight source = onScreen(water::cameras()[leaving], 5 + secondsPerBar, 1, beatsPerBar,
                                 water::rayFoot + Vector(0, 420, 0));
   for (const char* texture : {"light3", "light7", "light7"})
-    show.add("dissolve", dissolve, 1, flash,
-             Bitmap{.texture = texture,
-                    .at = centred(source.x.dots.back().y, -1.15,
-                                  spline({{0, 0.4}, {1, 1.0}, {2, 1.9}, {3, 3.6}, {3.4, 8}, {partEnd, 22}})),
-                    .alpha = line({{0, 0.3}, {1, 1}, {partEnd, 1}}),
-                    .blend = Blend::add});
+    show.add(
+        "dissolve", dissolve, 1, flash,
+        Bitmap{.texture = texture,
+               .at = centred(
+                   source.x.dots.back().y, -1.15,
+                   spline({{0, 1.6}, {0.5, 0.8}, {1, 1.0}, {2, 1.9}, {3, 3.6}, {3.4, 8}, {partEnd, 22}})),
+               .alpha = 1,
+               .blend = Blend::add});
   show.add("white", dissolve, 1, flash + 1,
            Fade{1, 1, 0.97, line({{0, 0}, {3.4, 0}, {3.9, 1}, {partEnd, 1}})});
 }

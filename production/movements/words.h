@@ -86,6 +86,8 @@ screen::Waves smokeBefore(const char* texture, double reach, double speed, const
 // The movements, in order, and what lies over them all.
 void addPrologue(Show& show);
 void addBox(Show& show);
+// Its lid comes down once more: open at bar `from`, shut at bar `shut`.
+void addLidCloses(Show& show, double from, double shut, double until);
 void addAlien(Show& show);
 void addInterludeOne(Show& show);
 void addLaboratory(Show& show);
