@@ -207,7 +207,7 @@ void addWater(Show& show) {
         Bitmap{.texture = texture,
                .at = centred(
                    source.x.dots.back().y, -1.15,
-                   spline({{0, 1.6}, {0.5, 0.8}, {1, 1.0}, {2, 1.9}, {3, 3.6}, {3.4, 8}, {partEnd, 13.6}})),
+                   spline({{0, 1.6}, {0.5, 0.8}, {1, 1.0}, {2, 1.9}, {3, 3.6}, {3.4, 6}, {partEnd, 7.9}})),
                .alpha = 1,
                .blend = Blend::add});
   show.add("white", dissolve, 1, flash + 1,
