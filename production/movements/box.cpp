@@ -251,7 +251,15 @@ void addLid(Show& show) {
   Veils veils;
   veils.opacity[0] = line({{0, 0}, {3.9, 0}, {6, 0.5}, {partEnd, 0.6}});
   veils.seconds[0] = line({{0, 0}, {4, 0}, {partEnd, 1.1}});
-  veils.opacity[spill] = line({{0, 0.5}, {0.6, 0.15}, {2, 0.2}, {5, 0.7}, {5.6, 0.5}, {partEnd, 0.6}});
+  veils.opacity[spill] = line({{0, 0.5},
+                               {0.6, 0.15},
+                               {2, 0.2},
+                               {3.99, 0.25},
+                               {4, 0.9},
+                               {4.4, 0.5},
+                               {5, 0.7},
+                               {5.6, 0.5},
+                               {partEnd, 0.6}});
   addShot(show, "the lid lifts", start, 2, crane,
           {.lock = 0.8,
            .lid = spline({{0, 0.03},

@@ -70,7 +70,7 @@ void addPrologue(Show& show) {
   show.add("beating sky", 0, motif, backdrop + 1,
            Bitmap{.texture = "sky_bone",
                   .at = sky,
-                  .alpha = flashes({0, 2, 2.6, 6, 6.6, 10, 10.6, 14, 14.6}, 0.75),
+                  .alpha = flashes({0, 2, 2.6, 6, 6.6, 8, 10, 10.6, 14, 14.6}, 0.75),
                   .blend = Blend::add});
   show.add("far lightning", 1, 1, far - 1,
            Bitmap{.texture = "haze_bone",

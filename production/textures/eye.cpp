@@ -181,7 +181,7 @@ Canvas eyeFrame(const Settings& settings, int frame) {
     colour = mix(colour, ink * 0.6f, 0.94f * lashes(pose, x, y));
     // Lamp-light only on the eye; the rest sinks into the dark.
     const float dark = smoothStep(1.0f, 0.3f, std::hypot((x - 0.12f) / 2.15f, (y - 0.02f) / 1.3f));
-    return colour * dark * smoothStep(0.0f, 0.06f, std::min(std::min(u, 1 - u), std::min(v, 1 - v)));
+    return colour * dark * smoothStep(0.004f, 0.07f, std::min(std::min(u, 1 - u), std::min(v, 1 - v)));
   });
 }
 
