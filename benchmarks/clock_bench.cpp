@@ -67,8 +67,8 @@ double lineThrough(const std::vector<Reading>& steps, std::size_t& next, double 
 // Starts the music right after a step of the device, so that it is known where in the device's time
 // it is first heard; less than 0 when that did not work out.
 double startAtStep(const char* path) {
-  options.soundEnabled = true;
-  demoClock = {};
+  options().soundEnabled = true;
+  demoClock() = {};
   openMusic(path);
   if (!musicActive()) return -1.0;
   const DeviceClock device;

@@ -12,6 +12,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -93,9 +94,12 @@ void startUp(benchmark::State& state) {
   const RunFolder folder(state, 640, 360);
   if (!folder) return;
   for (auto _ : state) {
-    loadPresentation();
+    std::optional<Presentation> presentation;
+    presentation.emplace();
+    presentation->load();
+    presentation->begin();
     state.PauseTiming();
-    destroyPresentation();
+    presentation.reset();
     state.ResumeTiming();
   }
 }
@@ -120,7 +124,8 @@ struct LoadedFiles {
 
 LoadedFiles filesOfStartUp() {
   LoadedFiles files;
-  loadPresentation();
+  Presentation presentation;
+  presentation.load();
   for (int id = 0; id < textureCount(); ++id) {
     const TextureEntry& entry = textureEntry(id);
     if (entry.pixels.empty()) continue;
@@ -134,8 +139,6 @@ LoadedFiles filesOfStartUp() {
     }
     files.pixels.push_back(entry);
   }
-  destroyPresentation();  // closes the archive, too
-  pakOpen("vex.pak");
   for (const PakMember& member : listPak("vex.pak"))
     if (const std::string_view name = member.name; name.ends_with(".hv3")) files.models.emplace_back(name);
   return files;
@@ -186,17 +189,20 @@ void drawShow(benchmark::State& state) {
   const RunFolder folder(state, 640, 360);
   if (!folder) return;
   for (auto _ : state) {
-    loadPresentation();
+    Presentation presentation;
+    presentation.load();
+    presentation.begin();
     std::map<int, std::pair<double, int>> sections;  // seconds and frames by the bar of the section's cue
     double seconds = 0;
     int frames = 0;
-    for (float time = presentation().startTime; time < presentation().totalTime; time += 2) {
+    for (float time = presentation.timeLine().startTime; time < presentation.timeLine().totalTime;
+         time += 2) {
       clockAdvanceTo(time);
-      drawFrame();
+      presentation.drawFrame();
       glFinish();
       clockAdvanceTo(time + 1.0f / 30);
       const auto start = Clock::now();
-      drawFrame();
+      presentation.drawFrame();
       glFinish();
       const double spent = secondsSince(start);
       int section = 0;
@@ -216,7 +222,6 @@ void drawShow(benchmark::State& state) {
     }
     state.counters["mean"] = frames / seconds;
     state.counters["worst"] = worst;
-    destroyPresentation();
   }
 }
 BENCHMARK(drawShow)->Iterations(1)->Repetitions(1)->UseRealTime()->Unit(benchmark::kMillisecond);

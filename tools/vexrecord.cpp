@@ -142,7 +142,7 @@ CommandLine parse(int argc, char** argv) {
       std::exit(0);
     }
     if (option == "--stats") {
-      vex::options.showStats = true;
+      vex::options().showStats = true;
       continue;
     }
     const auto known = options.find(option);

@@ -47,27 +47,29 @@ void timeFunction(Scene* scene, float sceneTime, const void* const* arguments) {
   cost += cpuMilliseconds() - before;
 }
 
-void timeAllFunctions() {
-  for (const Part* part : presentation().parts) {
+void timeAllFunctions(const PartDispatcher& timeLine) {
+  for (const Part* part : timeLine.parts) {
     for (FunctionCall* call : part->calls) {
       functions[call] = call->function;
       call->function = timeFunction;
     }
   }
-  callTrace = announce;
+  callTrace() = announce;
 }
 
 void measure() {
   setWindowSize(1280, 720);
-  pakOpen("vex.pak");
-  loadPresentation();
-  timeAllFunctions();
+  Presentation presentation;
+  presentation.load();
+  presentation.begin();
+  const PartDispatcher& timeLine = presentation.timeLine();
+  timeAllFunctions(timeLine);
   std::map<const Scene*, std::vector<double>> costs;
-  const float start = presentation().startTime, end = presentation().totalTime;
+  const float start = timeLine.startTime, end = timeLine.totalTime;
   for (int frame = 0; start + static_cast<float>(frame) / framesPerSecond < end; ++frame) {
     clockAdvanceTo(start + static_cast<float>(frame) / framesPerSecond);
     frameCosts.clear();
-    drawFrame();
+    presentation.drawFrame();
     for (const auto& [scene, cost] : frameCosts) costs[scene].push_back(cost);
   }
   for (auto& [scene, values] : costs) {
@@ -76,7 +78,7 @@ void measure() {
         std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
     std::printf("%s %g %g\n", scene->name, mean, values[values.size() * 95 / 100]);
   }
-  destroyPresentation();
+  callTrace() = {};
 }
 
 }  // namespace

@@ -65,10 +65,10 @@ DisplayMode runDisplayModeDialog() {
     case DialogResult::ok:
       break;
   }
-  options.fullscreen = choice.fullscreen;
-  options.soundEnabled = !choice.noSound;
-  options.showStats = choice.showStats;
-  options.useStripCache = choice.useStripCache;
+  options().fullscreen = choice.fullscreen;
+  options().soundEnabled = !choice.noSound;
+  options().showStats = choice.showStats;
+  options().useStripCache = choice.useStripCache;
   return modes[static_cast<std::size_t>(choice.line)];
 }
 

@@ -1,12 +1,10 @@
 #include "app/music.h"
 
-#include <cstdio>
-
 #include "base/clock.h"
+#include "base/current.h"
 #include "base/files.h"
 #include "base/options.h"
 #include "base/report.h"
-#include "platform/paths.h"
 #include "platform/sound_file.h"
 
 namespace vex {
@@ -15,20 +13,13 @@ SoundLibrary soundLibrary = openAlLibrary;
 
 namespace {
 
-bool streamOpened = false;
-SoundStream stream = 0;
-float duration = 0.0f;
-SoundState loggedState = SoundState::playing;
-
-void disableSound(const char* text) {
-  options.soundEnabled = false;
-  warning("%s\nDisabling sound", text);
+Music& music() {
+  return current<Music>();
 }
 
-bool isLooseFile(const char* name) {
-  std::FILE* file = openLooseFile(name, "rb");
-  if (file) std::fclose(file);
-  return file != nullptr;
+void disableSound(const char* text) {
+  options().soundEnabled = false;
+  warning("%s\nDisabling sound", text);
 }
 
 // The whole part, kept within the type for any number.
@@ -38,8 +29,8 @@ std::uint32_t wholePart(double value) {
 }
 
 void logState(SoundState state) {
-  if (state == loggedState) return;
-  loggedState = state;
+  if (state == music().loggedState) return;
+  music().loggedState = state;
   logPrintf("sound %s, going on with the system timer\n",
             state == SoundState::ended ? "stream ended" : "device lost");
 }
@@ -47,71 +38,67 @@ void logState(SoundState state) {
 }  // namespace
 
 void openMusic(const char* name) {
-  if (!options.soundEnabled) return;
+  if (!options().soundEnabled) return;
   if (!soundLibrary.init()) disableSound("Couldn't initialize BASS!");
   if (!soundLibrary.start()) disableSound("Couldn't start BASS output!");
-  if (isLooseFile(name)) {
-    logPrintf("opening sound file %s from physical file\n", name);
-    stream = soundLibrary.createStream(name, 0, wholeFile);
-  } else {
-    const int handle = fileOpen(name, "rb");
-    if (handle < 0) {
-      disableSound("Sound file not found!");
-      return;
-    }
-    logPrintf("opening sound file %s from pak_file (index %d)\n", name, handle);
-    stream = soundLibrary.createStream(pakFileName(), pakMemberOffset(handle), pakMemberSize(handle));
-    fileClose(handle);
+  const auto place = findFile(name);
+  if (!place) {
+    disableSound("Sound file not found!");
+    return;
   }
-  if (stream == 0) disableSound("BASS stream couldn't be opened!");
-  streamOpened = true;
-  leadingSound = {
+  if (place->handle < 0) {
+    logPrintf("opening sound file %s from physical file\n", name);
+  } else {
+    logPrintf("opening sound file %s from pak_file (index %d)\n", name, place->handle);
+  }
+  music().stream = soundLibrary.createStream(place->path.c_str(), place->offset, place->size);
+  if (music().stream == 0) disableSound("BASS stream couldn't be opened!");
+  music().opened = true;
+  leadingSound() = {
       .active = musicActive, .position = musicPosition, .length = musicLength, .duration = musicDuration};
 }
 
 void startMusic() {
   if (!musicActive()) return;
   int rate = 0;
-  if (!soundLibrary.attributes(stream, rate)) disableSound("BASS attributes failed!");
-  const int flags = soundLibrary.flags(stream);
+  if (!soundLibrary.attributes(music().stream, rate)) disableSound("BASS attributes failed!");
+  const int flags = soundLibrary.flags(music().stream);
   if (flags == -1) disableSound("BASS flags failed!");
-  const double length = soundLibrary.length(stream);
+  const double length = soundLibrary.length(music().stream);
   const int bytesPerSample = flags & soundFlag8Bit ? 1 : 2;
   const int channels = flags & soundFlagMono ? 1 : 2;
-  duration = static_cast<float>(length / (static_cast<double>(rate) * bytesPerSample * channels));
-  soundLibrary.setPosition(stream, wholePart(length * (demoClock.startTime / duration)));
-  if (!soundLibrary.play(stream)) disableSound("BASS play failed!");
+  music().duration = static_cast<float>(length / (static_cast<double>(rate) * bytesPerSample * channels));
+  soundLibrary.setPosition(music().stream, wholePart(length * (demoClock().startTime / music().duration)));
+  if (!soundLibrary.play(music().stream)) disableSound("BASS play failed!");
 }
 
 bool musicActive() {
-  return options.soundEnabled && streamOpened;
+  return options().soundEnabled && music().opened;
 }
 
 std::uint32_t musicPosition() {
-  const std::uint32_t position = soundLibrary.position(stream);
-  logState(soundLibrary.state(stream));
+  const std::uint32_t position = soundLibrary.position(music().stream);
+  logState(soundLibrary.state(music().stream));
   return position;
 }
 
 std::uint32_t musicLength() {
-  return soundLibrary.length(stream);
+  return soundLibrary.length(music().stream);
 }
 
 float musicDuration() {
-  return duration;
+  return music().duration;
 }
 
 void shutDownMusic() {
   logPrintf("destroying sound\n");
   if (musicActive()) {
     soundLibrary.stop();
-    soundLibrary.freeStream(stream);
+    soundLibrary.freeStream(music().stream);
     soundLibrary.free();
   }
-  streamOpened = false;
-  leadingSound = {};
-  stream = 0;
-  loggedState = SoundState::playing;
+  leadingSound() = {};
+  music() = {};
 }
 
 }  // namespace vex

@@ -5,14 +5,22 @@
 #include "platform/sound_device.h"
 
 // The one music file of the presentation, what leads the demo clock. Every failure is a warning,
-// clears options.soundEnabled and leaves the program silent.
+// clears options().soundEnabled and leaves the program silent.
 
 namespace vex {
 
 // What plays the music: openAlLibrary, unless a test puts stand-ins here.
 extern SoundLibrary soundLibrary;
 
-// Only when options.soundEnabled is set. From here on the clock follows the music while it is active.
+// What there is of it in a show.
+struct Music {
+  bool opened = false;
+  SoundStream stream = 0;
+  float duration = 0.0f;  // seconds
+  SoundState loggedState = SoundState::playing;
+};
+
+// Only when options().soundEnabled is set. From here on the clock follows the music while it is active.
 // Warnings: "Couldn't initialize BASS!...", "Couldn't start BASS output!...", "Sound file not found!...",
 // "BASS stream couldn't be opened!...".
 void openMusic(const char* name);

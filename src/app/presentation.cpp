@@ -1,5 +1,7 @@
 #include "app/presentation.h"
 
+#include <GL/gl.h>
+
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -9,22 +11,26 @@
 
 #include "app/music.h"
 #include "base/clock.h"
+#include "base/current.h"
+#include "base/file_table.h"
 #include "base/files.h"
 #include "base/options.h"
+#include "base/quit.h"
+#include "base/random.h"
 #include "base/report.h"
-#include "models/model_loader.h"
+#include "engine/scene_state.h"
+#include "models/model_load.h"
 #include "scenes/scene_tables.h"
 #include "textures/preload_list.h"
 #include "textures/stat_text.h"
 #include "textures/texture_cache.h"
+#include "textures/texture_table.h"
 
 namespace vex {
 
 namespace {
 
 constexpr const char* projectName = "test.hvp";
-
-std::unique_ptr<PartDispatcher> dispatcher;
 
 // The glows take consecutive texture ids.
 void loadGlows() {
@@ -51,18 +57,80 @@ struct FrameStatistics {
   }
 };
 
-FrameStatistics statistics;
+using SceneOwner = std::unique_ptr<Scene, void (*)(Scene*)>;
 
-void drawStatistics() {
+// How all stands after loading.
+struct Beginning {
+  std::vector<SceneState> scenes;
+  std::vector<bool> textureWraps;
+  RandomGenerator random;
+  float startTime;  // of the project
+};
+
+}  // namespace
+
+struct Presentation::State {
+  explicit State(const Options& asked) : options(asked) {}
+
+  Owned<Options> options;
+  Owned<DemoClock> clock;
+  Owned<LeadingSound> leadingSound;
+  Owned<RandomGenerator> random;
+  Owned<QuitWish> quitWish;
+  Owned<FileTable> files;
+  Owned<TextureTable> textures;
+  Owned<ModelMaterials> materials;
+  Owned<Music> music;
+  FrameStatistics statistics;
+  std::unique_ptr<PartDispatcher> dispatcher;
+  std::optional<Beginning> beginning;
+
+  void constructScenes();
+  void keepBeginning();
+  void restoreBeginning();
+  void drawStatistics();
+};
+
+void Presentation::State::constructScenes() {
+  std::vector<SceneOwner> scenes;
+  for (const SceneEntry& entry : sceneEntries()) {
+    Scene* scene = entry.construct();
+    scenes.emplace_back(scene, scene->destroy);
+  }
+  for (const SceneOwner& scene : scenes) scene->prepare(vex::options().useStripCache);
+  for (SceneOwner& scene : scenes) dispatcher->addScene(scene.release());
+}
+
+void Presentation::State::keepBeginning() {
+  beginning = {.scenes = {},
+               .textureWraps = vex::textureWraps(),
+               .random = current<RandomGenerator>(),
+               .startTime = dispatcher->startTime};
+  for (int i = 0; i < dispatcher->sceneCount; ++i) beginning->scenes.emplace_back(*dispatcher->scenes[i]);
+}
+
+void Presentation::State::restoreBeginning() {
+  current<RandomGenerator>() = beginning->random;
+  current<QuitWish>() = {};
+  demoClock() = {};
+  clockSetStartTime(beginning->startTime);
+  statistics = {};
+  dispatcher->startTime = beginning->startTime;
+  dispatcher->cursor = 0;
+  restoreTextures(beginning->textureWraps);
+  int i = 0;
+  for (const SceneState& scene : beginning->scenes) scene.restore(*dispatcher->scenes[i++]);
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+}
+
+void Presentation::State::drawStatistics() {
   statistics.add(clockTime());
   drawText(0, 0, "fps: %.2f", 1.0f / clockDelta());
   drawText(0, 1, "avg: %.2f", statistics.averageFps);
   drawText(0, 2, "time: %.2f", clockTime());
 }
 
-}  // namespace
-
-void openPresentation() {
+Presentation::Presentation(const Options& asked) : state(std::make_unique<State>(asked)) {
   pakOpen("vex.pak");
   if (fileExists(projectName)) return;
   refuseUnreadable(projectName);
@@ -72,41 +140,43 @@ void openPresentation() {
              std::filesystem::current_path(ignored).c_str(), projectName);
 }
 
-void loadPresentation(std::optional<float> start) {
-  statistics = {};
-  forgetMaterials();
-  dispatcher = std::make_unique<PartDispatcher>();
-  std::vector<Scene*> scenes;
+Presentation::~Presentation() {
+  shutDownMusic();
+  fileCloseAll();
+  state->dispatcher.reset();
+  destroyTextures();
+}
+
+void Presentation::load(Begins begins) {
+  PartDispatcher& dispatcher = *(state->dispatcher = std::make_unique<PartDispatcher>());
   setLoadingSteps(static_cast<int>(sceneEntries().size()) + 2);  // the project, and what remains
-  for (const SceneEntry& entry : sceneEntries()) scenes.push_back(entry.construct());
-  for (Scene* scene : scenes) scene->prepare(options.useStripCache);
-  for (Scene* scene : scenes) dispatcher->addScene(scene);
-  dispatcher->openMusic = openMusic;
-  dispatcher->loadProject(projectName);
+  state->constructScenes();
+  dispatcher.openMusic = openMusic;
+  dispatcher.loadProject(projectName);
   loadingProgress("Starting up");
-  if (options.showStats) loadStatFont("data\\font.raw");
+  if (options().showStats) loadStatFont("data\\font.raw");
   loadGlows();
   preloadTextures();
+  if (begins == Begins::often) state->keepBeginning();
+}
+
+void Presentation::begin(std::optional<float> start) {
+  if (state->beginning) state->restoreBeginning();
+  PartDispatcher& dispatcher = *state->dispatcher;
   if (start) {
-    dispatcher->startTime = *start;
+    dispatcher.startTime = *start;
     clockSetStartTime(*start);
   }
-  dispatcher->startTimeline();
+  dispatcher.startTimeline();
 }
 
-const PartDispatcher& presentation() {
-  return *dispatcher;
+void Presentation::drawFrame() {
+  state->dispatcher->runFrame(clockTime());
+  if (options().showStats) state->drawStatistics();
 }
 
-void drawFrame() {
-  dispatcher->runFrame(clockTime());
-  if (options.showStats) drawStatistics();
-}
-
-void destroyPresentation() {
-  fileCloseAll();
-  dispatcher.reset();
-  destroyTextures();
+const PartDispatcher& Presentation::timeLine() const {
+  return *state->dispatcher;
 }
 
 }  // namespace vex

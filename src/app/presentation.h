@@ -1,33 +1,53 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 
+#include "base/options.h"
 #include "timeline/part_dispatcher.h"
-
-// The presentation from its data to the picture of one frame: what the player and the recorder share.
-// Both bring their own GL context, clock and sound.
 
 namespace vex {
 
-// Opens the archive of the working folder, "vex.pak", and makes sure that there is a project to show:
-// otherwise the first file that a scene misses would be all that is said.
-// Fatal: "vex.pak holds no test.hvp", "no presentation in folder %s: neither vex.pak nor test.hvp is there",
-// what cannot be read (files.h).
-void openPresentation();
+enum class Begins {
+  once,
+  often,  // keeps how all stands after loading: some 30 MB for our own show
+};
 
-// Constructs the scenes in their fixed order, reads the project "test.hvp" and everything else that
-// the show needs, and replays what lies before its start. The presentation and a GL context are
-// open.
-// `start` (seconds) takes the place of the project's own start time.
-// Every failure is fatal but for the music's, which warns.
-void loadPresentation(std::optional<float> start = std::nullopt);
+// A running presentation, from its data to the picture of one frame: what the player and the recorder share.
+// It owns the state of all that it runs on: clock, generator of chance, wish to quit, options, archive and
+// open files, textures, scenes and time line, music, statistics. While it lives it is the one that
+// clockTime() and its like speak of; when it goes, nothing of it is left. Whoever makes it brings the GL
+// context, which must outlive it and is to be used by one show at a time.
+class Presentation {
+ public:
+  // Opens the archive of the working folder, "vex.pak", and makes sure that there is a project to show:
+  // otherwise the first file that a scene misses would be all that is said.
+  // Fatal: "vex.pak holds no test.hvp", "no presentation in folder %s: neither vex.pak nor test.hvp is
+  // there", what cannot be read (files.h).
+  explicit Presentation(const Options& asked = options());
 
-const PartDispatcher& presentation();
+  // Stops the music, closes all files, then destroys the time line with scenes and parts, then the textures.
+  ~Presentation();
 
-// Draws the frame at clockTime(): the active parts, then the statistics overlay.
-void drawFrame();
+  // Constructs the scenes in their fixed order, reads the project "test.hvp" and everything else that the
+  // show needs. The GL context is open.
+  // Every failure is fatal but for the music's, which warns.
+  void load(Begins begins = Begins::once);
 
-// Closes all files, then destroys the dispatcher with scenes and parts, then the textures.
-void destroyPresentation();
+  // Replays what lies before its start: `start` (seconds), or the project's own start time. Once after
+  // load(), or as often as it was told: then everything stands as it did after loading, and the picture is
+  // black.
+  // Fatal: "Starting after end!".
+  void begin(std::optional<float> start = std::nullopt);
+
+  // Draws the frame at clockTime(): the active parts, then the statistics overlay.
+  void drawFrame();
+
+  const PartDispatcher& timeLine() const;
+
+ private:
+  struct State;
+  std::unique_ptr<State> state;
+};
 
 }  // namespace vex

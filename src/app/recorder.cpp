@@ -15,7 +15,6 @@
 
 #include "app/call_trace.h"
 #include "app/contact_sheet.h"
-#include "app/music.h"
 #include "app/presentation.h"
 #include "base/clock.h"
 #include "base/files.h"
@@ -41,6 +40,11 @@ constexpr int maxContactSheetFrames = 1000;
 void endWhileLoading(int, const char*) {
   if (endRequested()) endInterrupted();
 }
+
+// The context outlives the presentation.
+struct ContextCloser {
+  ~ContextCloser() { closeOffscreenContext(); }
+};
 
 void openOffscreenGl(int width, int height) {
   const std::string reason = openOffscreenContext(width, height);
@@ -77,20 +81,20 @@ struct Span {
 };
 
 // No file, or one that nobody can read, gives no decoder.
-SoundFile openPresentationMusic() {
-  const auto source = findFile(presentation().musicName);
+SoundFile openMusicOf(const PartDispatcher& timeLine) {
+  const auto source = findFile(timeLine.musicName);
   return source ? openSoundFile(source->path.c_str(), source->offset, source->size) : SoundFile{};
 }
 
 // The player's clock follows the music, and there is no time before that.
-float firstTime() {
-  const float start = presentation().startTime;
-  const bool hasMusic = start < 0 && presentation().musicName[0] != '\0' && openPresentationMusic().decoder;
+float firstTime(const PartDispatcher& timeLine) {
+  const float start = timeLine.startTime;
+  const bool hasMusic = start < 0 && timeLine.musicName[0] != '\0' && openMusicOf(timeLine).decoder;
   return hasMusic ? 0.0f : start;
 }
 
-Span recordedSpan(const Recording& recording) {
-  Span span{firstTime(), presentation().totalTime, 0};
+Span recordedSpan(const Recording& recording, const PartDispatcher& timeLine) {
+  Span span{firstTime(timeLine), timeLine.totalTime, 0};
   if (recording.to) {
     if (*recording.to <= span.start || *recording.to > span.end) {
       fatalError("--to %g lies outside the presentation, %g to %g s", *recording.to, span.start, span.end);
@@ -105,7 +109,7 @@ Span recordedSpan(const Recording& recording) {
   return span;
 }
 
-struct Music {
+struct DecodedMusic {
   SoundTrack track;
   std::vector<std::byte> samples;
 };
@@ -124,15 +128,15 @@ void readSamples(SoundFile& file, std::uint64_t size, std::vector<std::byte>& sa
 }
 
 // The part of the music that belongs to the span, decoded. A track without rate when there is none.
-Music readMusic(const Span& span, int framesPerSecond) {
-  Music music;
-  const char* name = presentation().musicName;
+DecodedMusic readMusic(const PartDispatcher& timeLine, const Span& span, int framesPerSecond) {
+  DecodedMusic music;
+  const char* name = timeLine.musicName;
   if (name[0] == '\0') return music;
   if (!findFile(name)) {
     warning("Sound file %s not found, the video has no sound", name);
     return music;
   }
-  SoundFile file = openPresentationMusic();
+  SoundFile file = openMusicOf(timeLine);
   const double first = std::floor(std::max(0.0, double{span.start} * file.rate));
   const bool readable = file.decoder && first < file.frames &&
                         (first == 0 || seekSound(file, static_cast<std::uint32_t>(first)));
@@ -214,8 +218,10 @@ std::string asFileName(std::string name) {
 // Draws frame after frame and hands each to whoever wants it.
 class Recorder {
  public:
-  Recorder(const Recording& what, const Span& frames)
+  Recorder(const Recording& what, Presentation& of, CallTraceFile* calls, const Span& frames)
       : recording(what),
+        presentation(of),
+        trace(calls),
         span(frames),
         stills(chooseFrames(what.stills, frames, what.framesPerSecond)),
         thumbnails(chooseFrames(contactSheetStills(what, frames), frames, what.framesPerSecond)),
@@ -227,8 +233,8 @@ class Recorder {
     for (const std::string& folder : {recording.stillsFolder, recording.framesFolder}) {
       if (!folder.empty()) makeFolder(folder);
     }
-    Music music;
-    if (!recording.video.empty()) music = readMusic(span, recording.framesPerSecond);
+    DecodedMusic music;
+    if (!recording.video.empty()) music = readMusic(presentation.timeLine(), span, recording.framesPerSecond);
     if (endRequested()) return endInterrupted(0);
     if (!recording.video.empty()) startVideo(music.track);
     const int last = lastWanted();
@@ -289,8 +295,8 @@ class Recorder {
   void drawAndDeliver(int frame) {
     const float time = frameTime(span.start, frame, recording.framesPerSecond);
     clockAdvanceTo(time);
-    setTracedFrame(frame, time);
-    drawFrame();
+    if (trace) trace->setFrame(frame, time);
+    presentation.drawFrame();
     const auto [firstStill, lastStill] = stills.equal_range(frame);
     const auto [firstThumbnail, lastThumbnail] = thumbnails.equal_range(frame);
     const bool everyFrame = !recording.video.empty() || !recording.framesFolder.empty();
@@ -324,6 +330,8 @@ class Recorder {
   }
 
   const Recording& recording;
+  Presentation& presentation;
+  CallTraceFile* trace;  // null where none is wanted
   const Span span;
   std::multimap<int, Still> stills;
   std::multimap<int, Still> thumbnails;
@@ -377,15 +385,17 @@ std::vector<Still> readCues(const std::string& path) {
 int record(const Recording& recording) {
   catchEndSignals();
   ignoreWriteSignals();  // who reads only the first lines of the progress still wants the recording
-  openPresentation();
+  const ContextCloser closer;
+  Presentation presentation;
   openOffscreenGl(recording.width * recording.supersample, recording.height * recording.supersample);
   setLoadingDialog({.show = endWhileLoading});
-  if (!recording.trace.empty()) openCallTrace(recording.trace);
-  loadPresentation(recording.from);
-  const int exitCode = Recorder(recording, recordedSpan(recording)).run();
-  if (!recording.trace.empty() && exitCode == 0) closeCallTrace();
-  destroyPresentation();
-  closeOffscreenContext();
+  std::optional<CallTraceFile> trace;
+  if (!recording.trace.empty()) trace.emplace(recording.trace);
+  presentation.load();
+  presentation.begin(recording.from);
+  const Span span = recordedSpan(recording, presentation.timeLine());
+  const int exitCode = Recorder(recording, presentation, trace ? &*trace : nullptr, span).run();
+  if (trace && exitCode == 0) trace->finish();
   return exitCode;
 }
 

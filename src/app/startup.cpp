@@ -3,6 +3,7 @@
 #include <GL/gl.h>
 
 #include <cstdlib>
+#include <memory>
 
 #include "app/display_mode.h"
 #include "app/gl_window.h"
@@ -26,9 +27,11 @@ namespace {
 
 constexpr unsigned char escapeKey = 27;
 
+// The window's callbacks know of it only here.
+std::unique_ptr<Presentation> presentation;
+
 [[noreturn]] void shutDown() {
-  shutDownMusic();
-  destroyPresentation();
+  presentation.reset();
   leaveGameMode();
   std::exit(0);
 }
@@ -47,7 +50,7 @@ void showLoadingStep(int percent, const char* text) {
 void frameCallback() {
   if (quitRequested() > 0) shutDown();
   clockTick();
-  drawFrame();
+  presentation->drawFrame();
   glFinish();
   swapBuffers();
   glClear(GL_STENCIL_BUFFER_BIT);
@@ -68,11 +71,12 @@ void runPlayer() {
   catchEndSignals();
   enableMessageWindows();
   const DisplayMode mode = runDisplayModeDialog();
-  openPresentation();
-  setUpGl(mode, options.fullscreen);
+  presentation = std::make_unique<Presentation>();
+  setUpGl(mode, options().fullscreen);
   openLoadingWindow(programTitle);
   setLoadingDialog({.show = showLoadingStep, .close = closeLoadingWindow});
-  loadPresentation();
+  presentation->load();
+  presentation->begin();
   closeLoadingDialog();
   startMusic();
   runMainLoop({.frame = frameCallback,

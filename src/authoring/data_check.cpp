@@ -27,13 +27,8 @@ constexpr int mostMovieFiles = 100'000;    // looked for in all
 constexpr std::size_t headSize = 1 << 18;  // of a picture file; more than what comes before a JPEG's size
 
 std::vector<std::uint8_t> readHead(const std::string& name) {
-  const int handle = fileOpen(name.c_str(), "rb");
-  if (handle < 0) return {};
-  std::vector<std::uint8_t> bytes(
-      static_cast<std::size_t>(std::min<std::uint64_t>(fileRemaining(handle), headSize)));
-  if (!bytes.empty()) bytes.resize(fileRead(bytes.data(), 1, bytes.size(), handle));
-  fileClose(handle);
-  return bytes;
+  const OpenFile file(fileOpen(name.c_str(), "rb"));
+  return file.found() ? fileReadRest(file, headSize) : std::vector<std::uint8_t>{};
 }
 
 struct PictureSize {

@@ -10,24 +10,25 @@ constexpr float firstStep = 0.01f;
 constexpr std::uint32_t forwardBytes = 200;
 
 void beginFrame() {
-  ++demoClock.frame;
-  demoClock.previousTime = demoClock.time;
+  ++demoClock().frame;
+  demoClock().previousTime = demoClock().time;
 }
 
 void endFrame(float time) {
-  demoClock.time = time;
-  if (!demoClock.firstFrame) return;
-  demoClock.previousTime = time - firstStep;
-  demoClock.firstFrame = false;
+  demoClock().time = time;
+  if (!demoClock().firstFrame) return;
+  demoClock().previousTime = time - firstStep;
+  demoClock().firstFrame = false;
 }
 
 float timerTime() {
-  return static_cast<float>((timeGetTime() / 1000.0 - demoClock.wallBase) + demoClock.startTime);
+  return static_cast<float>((timeGetTime() / 1000.0 - demoClock().wallBase) + demoClock().startTime);
 }
 
 float soundTime() {
-  const std::uint32_t position = filterPosition(demoClock.filter, leadingSound.position());
-  return static_cast<float>(position) / static_cast<float>(leadingSound.length()) * leadingSound.duration();
+  const std::uint32_t position = filterPosition(demoClock().filter, leadingSound().position());
+  return static_cast<float>(position) / static_cast<float>(leadingSound().length()) *
+         leadingSound().duration();
 }
 
 }  // namespace
@@ -51,28 +52,28 @@ std::uint32_t filterPosition(SoundFilter& filter, std::uint32_t measured) {
 }
 
 void clockSetStartTime(float seconds) {
-  demoClock.startTime = seconds;
+  demoClock().startTime = seconds;
 }
 
 void clockReset() {
-  if (!leadingSound.active()) demoClock.wallBase = static_cast<float>(timeGetTime() / 1000.0);
+  if (!leadingSound().active()) demoClock().wallBase = static_cast<float>(timeGetTime() / 1000.0);
 }
 
 void clockTick() {
   beginFrame();
-  endFrame(leadingSound.active() ? soundTime() : timerTime());
+  endFrame(leadingSound().active() ? soundTime() : timerTime());
 }
 
 float clockTime() {
-  return demoClock.time;
+  return demoClock().time;
 }
 
 float clockDelta() {
-  return demoClock.time - demoClock.previousTime;
+  return demoClock().time - demoClock().previousTime;
 }
 
 std::uint32_t clockFrame() {
-  return demoClock.frame;
+  return demoClock().frame;
 }
 
 void clockAdvanceTo(float time) {

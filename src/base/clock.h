@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "base/current.h"
+
 // The demo clock, in seconds: follows the sound that leads it while that is active, otherwise the system
 // timer.
 
@@ -27,8 +29,10 @@ struct DemoClock {
   SoundFilter filter;
 };
 
-// State of the one clock of the program. Tests may set it.
-inline DemoClock demoClock;
+// Tests may set it.
+inline DemoClock& demoClock() {
+  return current<DemoClock>();
+}
 
 // What leads the clock while it is active: the music, once there is some. Bytes of the decoded stream.
 struct LeadingSound {
@@ -37,7 +41,9 @@ struct LeadingSound {
   std::uint32_t (*length)() = nullptr;
   float (*duration)() = nullptr;  // seconds
 };
-inline LeadingSound leadingSound;
+inline LeadingSound& leadingSound() {
+  return current<LeadingSound>();
+}
 
 // The filtered position for a measured one.
 std::uint32_t filterPosition(SoundFilter& filter, std::uint32_t measured);

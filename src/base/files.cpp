@@ -3,12 +3,12 @@
 #include <strings.h>
 #include <sys/stat.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 
-#include "base/pak_directory.h"
+#include "base/current.h"
+#include "base/file_table.h"
 #include "base/report.h"
 #include "platform/paths.h"
 
@@ -16,23 +16,12 @@ namespace vex {
 
 namespace {
 
-struct PakEntry : PakMember {
-  std::uint32_t position = 0;  // next byte to read, from the member's start; shared by all its handles
-};
+using PakEntry = FileTable::Entry;
+using FileSlot = FileTable::Slot;
 
-struct FileSlot {
-  bool inUse = false;
-  int entry = -1;  // index into the directory; -1 for a loose file
-  std::FILE* stream = nullptr;
-  std::string name;
-};
-
-std::array<PakEntry, maxPakEntries> entries;
-int entryCount = 0;
-std::FILE* pak = nullptr;
-long pakPlace = -1;  // where its next byte is read, -1 if unknown; asking stdio is slow for single bytes
-char pakName[pakNameSize] = "";
-std::array<FileSlot, maxFileSlots> slots;
+FileTable& table() {
+  return current<FileTable>();
+}
 
 std::uint64_t sizeOfStream(std::FILE* stream) {
   struct stat status;
@@ -40,14 +29,14 @@ std::uint64_t sizeOfStream(std::FILE* stream) {
 }
 
 FileSlot& slotOf(int handle) {
-  if (handle < 0 || handle >= maxFileSlots || !slots[static_cast<std::size_t>(handle)].inUse) {
+  if (handle < 0 || handle >= maxFileSlots || !table().slots[static_cast<std::size_t>(handle)].inUse) {
     fatalError("file handle %d isn't open", handle);
   }
-  return slots[static_cast<std::size_t>(handle)];
+  return table().slots[static_cast<std::size_t>(handle)];
 }
 
 PakEntry& entryOf(const FileSlot& slot) {
-  return entries[static_cast<std::size_t>(slot.entry)];
+  return table().entries[static_cast<std::size_t>(slot.entry)];
 }
 
 [[noreturn]] void refuse(const std::string& name) {
@@ -61,8 +50,8 @@ void checkLoose(const FileSlot& slot) {
 
 // To be called when the archive gave fewer bytes than its directory promises.
 [[noreturn]] void refuseMember(const PakEntry& entry) {
-  if (std::ferror(pak)) refuse(pakName);
-  fatalError("pak %s ends inside member %s", pakName, entry.name);
+  if (std::ferror(table().pak)) refuse(table().pakName);
+  fatalError("pak %s ends inside member %s", table().pakName, entry.name);
 }
 
 // Null for a file that is not there; errno says when there is another reason.
@@ -76,40 +65,40 @@ std::FILE* openPresent(const char* name, const char* mode) {
 // All members share one stream, so every read first puts it in place.
 void seekPak(const PakEntry& entry) {
   const long place = static_cast<long>(entry.offset) + static_cast<long>(entry.position);
-  if (pakPlace != place) std::fseek(pak, place, SEEK_SET);
-  pakPlace = place;
+  if (table().pakPlace != place) std::fseek(table().pak, place, SEEK_SET);
+  table().pakPlace = place;
 }
 
 }  // namespace
 
 void pakOpen(const char* name) {
   fileCloseAll();
-  pak = openPresent(name, "rb");
-  pakPlace = -1;
-  pakName[0] = '\0';
-  if (!pak && errno != 0) refuse(name);
-  if (!pak) return;
-  std::snprintf(pakName, sizeof pakName, "%s", name);
-  for (const PakMember& member : readPakDirectory(pak, pakName)) {
-    entries[static_cast<std::size_t>(entryCount++)] = {member};
+  table().pak = openPresent(name, "rb");
+  table().pakPlace = -1;
+  table().pakName[0] = '\0';
+  if (!table().pak && errno != 0) refuse(name);
+  if (!table().pak) return;
+  std::snprintf(table().pakName, sizeof table().pakName, "%s", name);
+  for (const PakMember& member : readPakDirectory(table().pak, table().pakName)) {
+    table().entries[static_cast<std::size_t>(table().entryCount++)] = {member};
   }
 }
 
 int fileOpen(const char* name, const char* mode) {
   std::size_t handle = 0;
-  while (handle < slots.size() && slots[handle].inUse) ++handle;
-  if (handle == slots.size()) {
+  while (handle < table().slots.size() && table().slots[handle].inUse) ++handle;
+  if (handle == table().slots.size()) {
     fatalError("too many files open, %s is more than %d", name, maxFileSlots);
   }
-  FileSlot& slot = slots[handle];
+  FileSlot& slot = table().slots[handle];
   slot = FileSlot{};
   if (std::FILE* loose = openPresent(name, mode)) {
     slot = {.inUse = true, .entry = -1, .stream = loose, .name = name};
     return static_cast<int>(handle);
   }
   if (errno != 0) logPrintf("can't read %s: %s\n", name, std::strerror(errno));
-  for (int i = 0; i < entryCount; ++i) {
-    PakEntry& entry = entries[static_cast<std::size_t>(i)];
+  for (int i = 0; i < table().entryCount; ++i) {
+    PakEntry& entry = table().entries[static_cast<std::size_t>(i)];
     if (strcasecmp(entry.name, name) != 0) continue;
     entry.position = 0;
     slot = {.inUse = true, .entry = i, .stream = nullptr, .name = name};
@@ -118,10 +107,15 @@ int fileOpen(const char* name, const char* mode) {
   return -1;
 }
 
-bool fileExists(const std::string& name) {
+int fileOpenNeeded(const std::string& name, const std::string& missing) {
   const int handle = fileOpen(name.c_str(), "rb");
-  if (handle >= 0) fileClose(handle);
-  return handle >= 0;
+  if (handle < 0) refuseUnreadable(name);
+  if (handle < 0) fatalError("%s", missing.c_str());
+  return handle;
+}
+
+bool fileExists(const std::string& name) {
+  return OpenFile(fileOpen(name.c_str(), "rb")).found();
 }
 
 void refuseUnreadable(const std::string& name) {
@@ -144,9 +138,9 @@ std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, i
     fatalError("Super ARGH");
   }
   seekPak(entry);
-  const std::size_t elements = std::fread(buffer, elementSize, count, pak);
+  const std::size_t elements = std::fread(buffer, elementSize, count, table().pak);
   if (size > 0 && elements != count) refuseMember(entry);
-  pakPlace += static_cast<long>(size);
+  table().pakPlace += static_cast<long>(size);
   entry.position += static_cast<std::uint32_t>(size);
   return elements;
 }
@@ -159,9 +153,9 @@ int fileGetc(int handle) {
     if (byte == EOF) checkLoose(slot);
   } else if (PakEntry& entry = entryOf(slot); entry.position < entry.size) {
     seekPak(entry);
-    byte = getc_unlocked(pak);
+    byte = getc_unlocked(table().pak);
     if (byte == EOF) refuseMember(entry);
-    ++pakPlace;
+    ++table().pakPlace;
     ++entry.position;
   }
   if (byte == EOF) fatalError("ARGH!");
@@ -177,10 +171,10 @@ char* fileGets(char* buffer, int size, int handle) {
   }
   PakEntry& entry = entryOf(slot);
   seekPak(entry);
-  const long before = pakPlace;
-  char* line = std::fgets(buffer, size, pak);
-  pakPlace = std::ftell(pak);
-  const long moved = pakPlace - before;
+  const long before = table().pakPlace;
+  char* line = std::fgets(buffer, size, table().pak);
+  table().pakPlace = std::ftell(table().pak);
+  const long moved = table().pakPlace - before;
   const std::uint32_t left = entry.position < entry.size ? entry.size - entry.position : 0;
   if (!line && left > 0) refuseMember(entry);
   if (moved <= static_cast<long>(left)) {
@@ -188,10 +182,10 @@ char* fileGets(char* buffer, int size, int handle) {
     return line;
   }
   // The line ran on into the next member's bytes.
-  std::fseek(pak, before, SEEK_SET);
-  pakPlace = -1;
+  std::fseek(table().pak, before, SEEK_SET);
+  table().pakPlace = -1;
   std::memset(buffer, 0, static_cast<std::size_t>(size));
-  if (std::fread(buffer, 1, left, pak) != left) refuseMember(entry);
+  if (std::fread(buffer, 1, left, table().pak) != left) refuseMember(entry);
   entry.position = entry.size;
   return nullptr;
 }
@@ -236,9 +230,13 @@ void fileClose(int handle) {
 }
 
 void fileCloseAll() {
-  for (FileSlot& slot : slots) {
+  table().closeAll();
+}
+
+void FileTable::closeAll() {
+  for (Slot& slot : slots) {
     if (slot.stream) std::fclose(slot.stream);
-    slot = FileSlot{};
+    slot = Slot{};
   }
   if (pak) std::fclose(pak);
   pak = nullptr;
@@ -264,19 +262,17 @@ std::uint32_t pakMemberSize(int handle) {
 }
 
 const char* pakFileName() {
-  return pakName;
+  return table().pakName;
 }
 
 std::optional<FilePlace> findFile(const char* name) {
   if (std::FILE* file = openLooseFile(name, "rb")) {
     std::fclose(file);
-    return FilePlace{.path = name, .offset = 0, .size = wholeFile};
+    return FilePlace{.path = name, .offset = 0, .size = wholeFile, .handle = -1};
   }
-  const int handle = fileOpen(name, "rb");
-  if (handle < 0) return std::nullopt;
-  const FilePlace place{pakFileName(), pakMemberOffset(handle), pakMemberSize(handle)};
-  fileClose(handle);
-  return place;
+  const OpenFile file(fileOpen(name, "rb"));
+  if (!file.found()) return std::nullopt;
+  return FilePlace{pakFileName(), pakMemberOffset(file), pakMemberSize(file), file};
 }
 
 }  // namespace vex

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/paths.h"
 
@@ -30,11 +33,14 @@ void pakOpen(const char* name);
 // Fatal: "too many files open, %s is more than %d".
 int fileOpen(const char* name, const char* mode);
 
+// The same for a file that cannot be done without.
+// Fatal: `missing` where there is none, "can't read %s: %s" when a loose file is there and cannot be opened.
+int fileOpenNeeded(const std::string& name, const std::string& missing);
+
 // Whether fileOpen would find it. Fatal: as there.
 bool fileExists(const std::string& name);
 
-// For what cannot be done without: before saying that `name` is missing.
-// Fatal: "can't read %s: %s" when a loose file of that name is there and cannot be opened.
+// Before saying in other ways that `name` is missing. Fatal: as fileOpenNeeded for what cannot be opened.
 void refuseUnreadable(const std::string& name);
 
 // Number of whole elements read. Fatal: "Super ARGH" when a member holds fewer bytes than asked for.
@@ -58,20 +64,34 @@ bool fileEof(int handle);
 void fileClose(int handle);
 void fileCloseAll();
 
-// A file that is closed at the end of its life, which comes before fileCloseAll().
-struct OpenFile {
-  explicit OpenFile(const std::string& name) : handle(fileOpen(name.c_str(), "rb")) {}
+// Closes its file, if that was found, as it goes.
+class OpenFile {
+ public:
+  explicit OpenFile(int handleOfFile) : handle(handleOfFile) {}
   ~OpenFile() {
-    if (handle >= 0) fileClose(handle);
+    if (found()) fileClose(handle);
   }
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
 
-  const int handle;  // as fileOpen has it
+  bool found() const { return handle >= 0; }
+  operator int() const { return handle; }
+
+ private:
+  const int handle;
 };
 
 // Bytes from the current position to the end. For checks before allocating.
 std::uint64_t fileRemaining(int handle);
+
+// Up to `most` bytes from the current position on; fewer where the system gives fewer.
+template <typename Bytes = std::vector<std::uint8_t>>
+Bytes fileReadRest(int handle, std::uint64_t most = std::numeric_limits<std::uint64_t>::max()) {
+  Bytes bytes;
+  bytes.resize(static_cast<std::size_t>(std::min(fileRemaining(handle), most)));
+  if (!bytes.empty()) bytes.resize(fileRead(bytes.data(), 1, bytes.size(), handle));
+  return bytes;
+}
 
 // Offset of an open member inside the archive and its size; 0 and 0 for a loose file.
 std::uint32_t pakMemberOffset(int handle);
@@ -83,6 +103,7 @@ struct FilePlace {
   std::string path;
   std::uint32_t offset = 0;
   std::uint32_t size = wholeFile;
+  int handle = -1;  // that a member was found by
 };
 std::optional<FilePlace> findFile(const char* name);
 

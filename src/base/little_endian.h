@@ -13,4 +13,11 @@ constexpr std::uint64_t littleEndian(std::span<const std::uint8_t> bytes) {
   return value;
 }
 
+// Appends the lowest `count` bytes of the value.
+template <typename Bytes>
+void appendLittleEndian(Bytes& bytes, std::uint64_t value, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i, value >>= 8)
+    bytes.push_back(static_cast<typename Bytes::value_type>(value & 0xff));
+}
+
 }  // namespace vex

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/current.h"
+
 namespace vex {
 
 // Set once by the start dialog, read anywhere. soundEnabled is cleared by every failure of the music.
@@ -10,6 +12,8 @@ struct Options {
   bool useStripCache = false;
 };
 
-inline Options options;
+inline Options& options() {
+  return current<Options>();
+}
 
 }  // namespace vex

@@ -9,6 +9,7 @@
 #include <string>
 #include <system_error>
 
+#include "base/little_endian.h"
 #include "base/report.h"
 #include "platform/replace_file.h"
 
@@ -100,25 +101,23 @@ std::vector<Source> gatherSources(const fs::path& pak, const fs::path& folder) {
   return sources;
 }
 
-void putNumber(std::uint64_t value, int bytes, std::FILE* file) {
-  for (int i = 0; i < bytes; ++i) std::fputc(static_cast<int>(value >> 8 * i & 0xff), file);
-}
-
 void writeDirectory(const std::vector<Source>& sources, const fs::path& pak, std::FILE* file) {
   std::uint64_t offset = 2 + pakRecordSize * sources.size();
-  putNumber(sources.size(), 2, file);
+  std::string bytes;
+  appendLittleEndian(bytes, sources.size(), 2);
   for (const Source& source : sources) {
     char name[pakNameSize] = {};
     source.name.copy(name, pakNameSize - 1);
-    std::fwrite(name, 1, sizeof name, file);
-    putNumber(offset, 4, file);
-    putNumber(source.size, 4, file);
+    bytes.append(name, sizeof name);
+    appendLittleEndian(bytes, offset, 4);
+    appendLittleEndian(bytes, source.size, 4);
     offset += source.size;
     if (offset > maxPakSize) {
       fatalError("%s would be larger than %llu bytes with %s", pak.c_str(),
                  static_cast<unsigned long long>(maxPakSize), source.path.c_str());
     }
   }
+  std::fwrite(bytes.data(), 1, bytes.size(), file);
 }
 
 // Copies exactly `size` bytes. False when the writing fails.

@@ -2,17 +2,21 @@
 
 #include <cstdint>
 
+#include "base/current.h"
+
 namespace vex {
 
-inline std::int8_t quitFlag = 0;
+struct QuitWish {
+  std::int8_t flag = 0;
+};
 
 // A flag above 0 makes the next frame shut down.
 inline void requestQuit(int flag) {
-  quitFlag = static_cast<std::int8_t>(flag);
+  current<QuitWish>().flag = static_cast<std::int8_t>(flag);
 }
 
 inline int quitRequested() {
-  return quitFlag;
+  return current<QuitWish>().flag;
 }
 
 }  // namespace vex

@@ -21,6 +21,7 @@ LoadingSink loadingDialog;
 int stepCount = 1;
 int stepsShown = 0;
 const FatalPlace* fatalPlace = nullptr;
+thread_local int throwing = 0;  // FatalErrorsThrown that live
 
 struct Text {
   char characters[messageSize];
@@ -54,7 +55,7 @@ std::string formatted(const char* format, ...) {
 }
 
 void logPrintf(const char* format, ...) {
-  if (!options.showStats) return;
+  if (!options().showStats) return;
   std::FILE* log = openLooseFile("Demo.log", firstWrite ? "w" : "a");
   firstWrite = false;
   if (!log) return;
@@ -76,10 +77,20 @@ void fatalError(const char* format, ...) {
   const Text text(format, arguments);
   va_end(arguments);
   const std::string place = fatalPlace ? fatalPlace->text() + ": " : "";
-  showMessage("Error", formatted("%s%s", place.c_str(), text.characters).c_str(), MessageIcon::none);
+  const std::string message = formatted("%s%s", place.c_str(), text.characters);
+  if (throwing > 0) throw FatalError(message);
+  showMessage("Error", message.c_str(), MessageIcon::none);
   restoreDesktop();
   removeTemporaryFiles();
   std::_Exit(255);
+}
+
+FatalErrorsThrown::FatalErrorsThrown() {
+  ++throwing;
+}
+
+FatalErrorsThrown::~FatalErrorsThrown() {
+  --throwing;
 }
 
 FatalPlace::FatalPlace(std::function<std::string()> newPlace)

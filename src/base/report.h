@@ -1,5 +1,6 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
 // Log, message boxes and the loading bar. Every text is printf-formatted and cut at 511 characters, the
@@ -13,7 +14,7 @@ inline constexpr int messageSize = 512;
 // A text for one of these.
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);
 
-// Appends to "Demo.log" in the working folder, only while options.showStats is set. The first write
+// Appends to "Demo.log" in the working folder, only while options().showStats is set. The first write
 // of a run empties the file; every write opens and closes it. A log that cannot be opened loses the
 // line.
 [[gnu::format(printf, 1, 2)]] void logPrintf(const char* format, ...);
@@ -22,8 +23,22 @@ inline constexpr int messageSize = 512;
 void beginLog();
 
 // Shows the text captioned "Error", gives the desktop its mode back and ends the process with exit
-// code -1 (255), without clean-up.
+// code -1 (255), without clean-up. Where a FatalErrorsThrown lives it throws FatalError instead.
 [[noreturn, gnu::format(printf, 1, 2)]] void fatalError(const char* format, ...);
+
+// A fatal error as a value; what() is the text that would have been shown.
+struct FatalError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+// For who can go on after what others cannot: as long as one lives, fatal errors of its thread are thrown.
+class FatalErrorsThrown {
+ public:
+  FatalErrorsThrown();
+  ~FatalErrorsThrown();
+  FatalErrorsThrown(const FatalErrorsThrown&) = delete;
+  FatalErrorsThrown& operator=(const FatalErrorsThrown&) = delete;
+};
 
 // Shows the text captioned "Warning" and returns.
 [[gnu::format(printf, 1, 2)]] void warning(const char* format, ...);

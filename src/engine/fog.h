@@ -5,13 +5,16 @@
 
 namespace vex {
 
-// Linear distance fog over a scene's meshes, from a tenth of the viewer's far plane to
-// farPlane / divisor.
-struct Fog : Object3D {
+// The values of a fog beyond an object's.
+struct FogValues {
   float divisor = 1.0f;
   Colour colour{0.7f, 0.7f, 0.7f};
   bool volumetric = false;  // refused by the renderer
+};
 
+// Linear distance fog over a scene's meshes, from a tenth of the viewer's far plane to
+// farPlane / divisor.
+struct Fog : Object3D, FogValues {
   Fog() { kind = ObjectKind::fog; }
   ~Fog();  // logs "  destroying fog %s\n"
 };

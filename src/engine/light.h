@@ -14,7 +14,8 @@ namespace vex {
 
 enum class FlareKind : std::int8_t { glowAndFlare = 0, vectorBall = 12 };
 
-struct Light : Object3D {
+// The values of a light beyond an object's.
+struct LightValues {
   Vector spotDirection;        // from the light to its target
   float range = -1.0f;         // distance scale of the fall-off; 0 or less: none
   float intensity = 1.0f;      // divides the attenuation; 0: no glow; above 1: a larger flare
@@ -27,8 +28,10 @@ struct Light : Object3D {
   float coneAngle = 45.0f;  // full opening angle of the spot cone, degrees
   FlareKind flareKind = FlareKind::glowAndFlare;
   char flareTexture[textureNameSize] = "data\\flare_normal";
-  std::unique_ptr<Animation> target;  // position track of the spot's target
+  std::shared_ptr<Animation> target;  // position track of the spot's target
+};
 
+struct Light : Object3D, LightValues {
   Light() { kind = ObjectKind::light; }
   ~Light();  // logs "  destroying light %s\n"
 

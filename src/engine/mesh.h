@@ -47,7 +47,8 @@ struct StripList {
   std::vector<std::uint32_t> texCoords;
 };
 
-struct Mesh : Object3D {
+// The values of a mesh beyond an object's.
+struct MeshValues {
   std::vector<Face> faces;
   std::vector<Vertex> vertices;
   std::vector<TexCoord> texCoords;  // the model's texture vertices, indexed by the faces
@@ -89,7 +90,9 @@ struct Mesh : Object3D {
   std::vector<float> heightA, heightB;
   int gridX = 0;
   int gridY = 0;
+};
 
+struct Mesh : Object3D, MeshValues {
   Mesh() { kind = ObjectKind::mesh; }
   ~Mesh();  // logs "  destroying mesh %s\n" or "  destroying fluid %s\n"
 

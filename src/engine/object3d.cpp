@@ -27,7 +27,7 @@ Animation* Object3D::addAnimation(const Animation& track) {
   if (slotOf(track.type) >= trackTypes) {
     fatalError("Object3D %s: addAnimation called with unknown type\n", name);
   }
-  if (!tracks) tracks = std::make_unique<Tracks>();
+  if (!tracks) tracks = std::make_shared<Tracks>();
   auto& slot = (*tracks)[slotOf(track.type)];
   if (slot) {
     fatalError("Object3D %s: duplicated animation of type %s\n", name, trackNames[slotOf(track.type)]);

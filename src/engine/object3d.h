@@ -29,7 +29,11 @@ inline constexpr int objectNameSize = 32;  // at most 31 characters and the term
 inline constexpr std::uint8_t skeletonFlag = 1;
 inline constexpr std::uint8_t hiddenFlag = 2;  // not drawn
 
-struct Object3D {
+struct Object3D;
+
+// The values of an object: a copy holds them as they are at a moment (scene_state.h). Tracks are shared by
+// the copies, since only setting up changes them.
+struct Object3DValues {
   using Tracks = std::array<std::unique_ptr<Animation>, trackTypes>;  // by TrackType
 
   char name[objectNameSize] = "";
@@ -38,13 +42,15 @@ struct Object3D {
   Object3D* parent = nullptr;
   std::uint8_t flags = 0;
   ObjectKind kind = ObjectKind::none;
-  std::unique_ptr<Tracks> tracks;  // from the first addAnimation on
+  std::shared_ptr<Tracks> tracks;  // from the first addAnimation on
   Matrix current;                  // object space to world space, for this frame
   Vector worldPosition;            // position under `current`, refreshed by getMatrix
   Vector pivot;                    // position and what translate() added since resetTransform()
   float fixedTime = -1.0f;         // from 0 on: the tracks stand at this time, in seconds
   bool manual = false;             // moved by translate, rotate or scale
+};
 
+struct Object3D : Object3DValues {
   Object3D();
   Object3D(const Object3D&) = delete;
   Object3D& operator=(const Object3D&) = delete;

@@ -28,7 +28,8 @@ struct Particle {
   bool alive = false;
 };
 
-struct ParticleSystem : Object3D {
+// The values of a system beyond an object's.
+struct ParticleValues {
   std::vector<Particle> particles;  // every record ever used, alive or not; records are reused, never removed
   float life = 2.0f;                // seconds; each particle's is up to lifeVariation longer or shorter
   float lifeVariation = 0.5f;
@@ -49,6 +50,11 @@ struct ParticleSystem : Object3D {
   std::array<Object3D*, maxShapes> shapes{};  // the scene owns them
   float emitCarry = 0.0f;                     // fractions of particles still to come
 
+ protected:
+  std::vector<std::uint32_t> freeRecords;  // indices of the dead, as a heap with the least on top
+};
+
+struct ParticleSystem : Object3D, ParticleValues {
   ParticleSystem() { kind = ObjectKind::particleSystem; }
 
   // Meshes and lights show; objects of other kinds may be shapes but draw nothing.
@@ -70,8 +76,6 @@ struct ParticleSystem : Object3D {
 
  private:
   Particle& takeRecord();
-
-  std::vector<std::uint32_t> freeRecords;  // indices of the dead, as a heap with the least on top
 };
 
 // n systems. A scene keeps the array and lets scene.particleSystems point to its first slot.

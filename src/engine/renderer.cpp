@@ -249,7 +249,7 @@ void restoreState() {
 }
 
 void drawCameraText(const Viewer& viewer) {
-  if (!options.showStats) return;
+  if (!options().showStats) return;
   drawText(0, 4, "%2.1f %2.1f %2.1f -> %2.1f %2.1f %2.1f", viewer.position.x, viewer.position.y,
            viewer.position.z, viewer.target.x, viewer.target.y, viewer.target.z);
   drawText(0, 5, "fov %2.1f rot %2.1f", viewer.fov, viewer.roll);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 
 #include "engine/fog.h"
 #include "engine/light.h"
@@ -40,6 +41,12 @@ struct SceneCounts {
 template <typename Concrete>
 void deleteScene(Scene* scene);
 
+// What a concrete scene has of its own beside the world: the values of its base `Concrete::Own`.
+struct OwnValues {
+  virtual ~OwnValues() = default;
+  virtual void giveTo(Scene& scene) const = 0;
+};
+
 struct Scene {
   char name[sceneNameSize] = "";
 
@@ -60,6 +67,8 @@ struct Scene {
 
   // Deletes the scene as what it is, since the holders know it as a Scene only. newScene sets it.
   void (*destroy)(Scene*) = deleteScene<Scene>;
+  // Likewise; null where it has nothing of its own.
+  std::unique_ptr<OwnValues> (*copyOwn)(const Scene&) = nullptr;
 
   Scene();
   Scene(const Scene&) = delete;
@@ -105,11 +114,26 @@ void deleteScene(Scene* scene) {
   delete static_cast<Concrete*>(scene);
 }
 
+template <typename Concrete>
+struct OwnValuesOf final : OwnValues {
+  typename Concrete::Own values;
+
+  explicit OwnValuesOf(const Concrete& scene) : values(scene) {}
+  void giveTo(Scene& scene) const override {
+    static_cast<typename Concrete::Own&>(static_cast<Concrete&>(scene)) = values;
+  }
+};
+
 // A scene of the concrete type, ready for the dispatcher to own. Every scene on the heap is made here.
 template <typename Concrete>
 Concrete* newScene() {
   auto* scene = new Concrete;
   scene->destroy = deleteScene<Concrete>;
+  if constexpr (requires { typename Concrete::Own; }) {
+    scene->copyOwn = [](const Scene& of) -> std::unique_ptr<OwnValues> {
+      return std::make_unique<OwnValuesOf<Concrete>>(static_cast<const Concrete&>(of));
+    };
+  }
   return scene;
 }
 

@@ -109,19 +109,13 @@ std::uint64_t largestSize(const Scene& scene) {
   return words * wordSize;
 }
 
-void writeWord(std::FILE* file, std::uint64_t value) {
-  std::array<std::uint8_t, wordSize> bytes;
-  for (std::size_t i = 0; i < wordSize; ++i) bytes[i] = static_cast<std::uint8_t>(value >> (8 * i));
-  std::fwrite(bytes.data(), 1, bytes.size(), file);
-}
-
-void writeLists(std::FILE* file, const std::vector<StripList>& lists) {
-  writeWord(file, lists.size());
+void appendLists(std::string& bytes, const std::vector<StripList>& lists) {
+  appendLittleEndian(bytes, lists.size(), wordSize);
   for (const StripList& list : lists) {
-    writeWord(file, list.vertices.size());
+    appendLittleEndian(bytes, list.vertices.size(), wordSize);
     for (std::size_t i = 0; i < list.vertices.size(); ++i) {
-      writeWord(file, list.vertices[i]);
-      writeWord(file, list.texCoords[i]);
+      appendLittleEndian(bytes, list.vertices[i], wordSize);
+      appendLittleEndian(bytes, list.texCoords[i], wordSize);
     }
   }
 }
@@ -130,16 +124,14 @@ void writeLists(std::FILE* file, const std::vector<StripList>& lists) {
 
 bool readStripCache(Scene& scene) {
   CacheReader reader{.file = cacheName(scene), .bytes = {}};
-  const int handle = fileOpen(reader.file.c_str(), "rb");
-  if (handle < 0) return false;
-  const std::uint64_t size = fileRemaining(handle);
+  const OpenFile file(fileOpen(reader.file.c_str(), "rb"));
+  if (!file.found()) return false;
+  const std::uint64_t size = fileRemaining(file);
   if (size % wordSize != 0 || size > largestSize(scene)) {
     fatalError("%s: %llu bytes do not fit the meshes of %s", reader.file.c_str(),
                static_cast<unsigned long long>(size), scene.name);
   }
-  reader.bytes.resize(size);
-  reader.bytes.resize(fileRead(reader.bytes.data(), 1, size, handle));
-  fileClose(handle);
+  reader.bytes = fileReadRest(file);
   for (Mesh* mesh : scene.meshes) readMesh(reader, *mesh);
   if (reader.wordsLeft() > 0) {
     fatalError("%s: %zu words follow the last mesh of %s", reader.file.c_str(), reader.wordsLeft(),
@@ -149,17 +141,16 @@ bool readStripCache(Scene& scene) {
 }
 
 void writeStripCache(const Scene& scene) {
-  const std::string name = cacheName(scene);
-  ReplacementFile file(resolvePath(name.c_str()));
-  if (file.stream()) {
-    for (const Mesh* mesh : scene.meshes) {
-      writeLists(file.stream(), mesh->fans);
-      writeLists(file.stream(), mesh->strips);
-      writeWord(file.stream(), mesh->solos.size() / 3);
-      for (const std::uint32_t index : mesh->solos) writeWord(file.stream(), index);
-    }
+  std::string bytes;
+  for (const Mesh* mesh : scene.meshes) {
+    appendLists(bytes, mesh->fans);
+    appendLists(bytes, mesh->strips);
+    appendLittleEndian(bytes, mesh->solos.size() / 3, wordSize);
+    for (const std::uint32_t index : mesh->solos) appendLittleEndian(bytes, index, wordSize);
   }
-  if (!file.stream() || !file.commit()) logPrintf("can't write %s: %s\n", name.c_str(), std::strerror(errno));
+  const std::string name = cacheName(scene);
+  if (!replaceFile(resolvePath(name.c_str()), bytes))
+    logPrintf("can't write %s: %s\n", name.c_str(), std::strerror(errno));
 }
 
 }  // namespace vex

@@ -14,7 +14,8 @@ namespace vex {
 // Directions straight up or down are not honoured: they look along +z in world space.
 Matrix lookAlong(const Vector& eye, const Vector& direction);
 
-struct Viewer {
+// The values of a viewer; as those of an object.
+struct ViewerValues {
   Vector position;              // the eye, world space
   Vector target;                // the point looked at
   float fov = 90.0f;            // degrees; three quarters of it is the vertical angle
@@ -23,9 +24,11 @@ struct Viewer {
   float alpha = 1.0f;           // opacity of the whole scene; below 0.01 nothing is drawn
   Vector down;                  // screen axes in world space, of length 1, refreshed by getMatrix
   Vector right;
-  std::unique_ptr<Animation> positionTrack;
-  std::unique_ptr<Animation> targetTrack;
+  std::shared_ptr<Animation> positionTrack;
+  std::shared_ptr<Animation> targetTrack;
+};
 
+struct Viewer : ViewerValues {
   Viewer() = default;
   Viewer(const Viewer&) = delete;
   Viewer& operator=(const Viewer&) = delete;

@@ -34,7 +34,7 @@ int ModelContainer::getbyte() {
   if (remaining == 0) ranOut = true;
   if (ranOut) return -1;
   --remaining;
-  return fileGetc(source->handle);
+  return fileGetc(*source);
 }
 
 int ModelContainer::putbyte(int byte) {
@@ -44,9 +44,8 @@ int ModelContainer::putbyte(int byte) {
 }
 
 void ModelContainer::openForReading(std::uint32_t* header) {
-  const int handle = source.emplace(name).handle;
-  if (handle < 0) refuseUnreadable(name);
-  if (handle < 0) fatalError("zipOpen: Pak_FILE %s not found!", name.c_str());
+  const int handle =
+      source.emplace(fileOpenNeeded(name, formatted("zipOpen: Pak_FILE %s not found!", name.c_str())));
   ranOut = false;
   std::array<std::uint8_t, 4> word{};
   // More than a member has may not even be asked for.

@@ -59,6 +59,7 @@ struct TemporaryVertex {
   Vector normal;
 };
 
+// The current ones are as the last load left them.
 using ModelMaterials = std::array<ModelMaterial, maxMaterials>;
 
 // Made for each load and gone with it.

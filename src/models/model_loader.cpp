@@ -12,8 +12,6 @@ namespace vex {
 
 namespace {
 
-ModelMaterials materials;  // as the last load left them
-
 void walk(ModelLoad& load, int pass) {
   load.pass = pass;
   load.meshIndex = load.lightIndex = load.cameraIndex = load.materialIndex = -1;
@@ -87,7 +85,7 @@ std::string readModel(ModelSource source, Scene* scene, TextureResolver texture)
   load.source = std::move(source);
   load.scene = scene;
   load.texture = std::move(texture);
-  load.materials = materials;
+  load.materials = current<ModelMaterials>();
   prepareSource(load);
   walk(load, 1);
   if (readingText(load) && !load.reader.keywordFound) {
@@ -100,16 +98,12 @@ std::string readModel(ModelSource source, Scene* scene, TextureResolver texture)
   checkFaces(load);
   saveStream(load);
   traceSummary(load);
-  materials = load.materials;
+  current<ModelMaterials>() = load.materials;
   return load.stream.obstacle;
 }
 
 std::string loadModel(const char* base, Scene* scene, TextureResolver texture) {
   return readModel(chooseSource(base), scene, std::move(texture));
-}
-
-void forgetMaterials() {
-  materials.fill({});
 }
 
 }  // namespace vex

@@ -19,9 +19,6 @@ using TextureResolver = std::function<int(const char* name, bool wrap)>;
 // textures that the materials name. Every failure is fatal. Result: as readModel.
 std::string loadModel(const char* base, Scene* scene, TextureResolver texture = getTexture);
 
-// A material keeps what its model leaves unsaid from the load before. From here on there was none.
-void forgetMaterials();
-
 // One file of a model.
 struct ModelSource {
   std::string fileName;

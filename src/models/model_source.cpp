@@ -24,12 +24,11 @@ constexpr std::uint64_t maxTextSize = std::numeric_limits<std::int32_t>::max();
 
 // Up to the first `most` bytes of the file; false when it does not exist.
 bool readBytes(const std::string& name, std::uint64_t most, std::string& bytes) {
-  const OpenFile file(name);
-  if (file.handle < 0) return false;
-  const std::uint64_t size = fileRemaining(file.handle);
+  const OpenFile file(fileOpen(name.c_str(), "rb"));
+  if (!file.found()) return false;
+  const std::uint64_t size = fileRemaining(file);
   if (size > maxTextSize) fatalError("%s is longer than %llu bytes", name.c_str(), 0ull + maxTextSize);
-  bytes.resize(static_cast<std::size_t>(std::min(size, most)));
-  bytes.resize(fileRead(bytes.data(), 1, bytes.size(), file.handle));
+  bytes = fileReadRest<std::string>(file, most);
   return true;
 }
 

@@ -125,6 +125,12 @@ void forgetTemporaryFile(const std::string& path) {
   }
 }
 
+bool replaceFile(const std::string& target, std::string_view bytes) {
+  ReplacementFile file(target);
+  return file.stream() && std::fwrite(bytes.data(), 1, bytes.size(), file.stream()) == bytes.size() &&
+         file.commit();
+}
+
 void removeTemporaryFiles() {
   for (const Unfinished& file : unfinished) {
     if (file.state != Unfinished::named) continue;

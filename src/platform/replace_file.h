@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 // Writing a file that must not be lost or left half-written: everything goes to a temporary file
 // beside the target, hidden (a leading dot), which takes the target's place in one step. A link stays, and
@@ -33,6 +34,9 @@ class ReplacementFile {
   std::string temporaryPath;  // empty for a device or a pipe
   std::FILE* file = nullptr;
 };
+
+// The same for bytes that are all there. False, with errno, when it failed; the target is then untouched.
+bool replaceFile(const std::string& target, std::string_view bytes);
 
 // Removes the temporary files that are not in place yet. Called before the process ends without
 // running destructors, also from signal handlers.

@@ -27,29 +27,15 @@ constexpr std::size_t ballSize = ballFields * fieldSize;
 
 using Fields = std::array<float, ballFields>;  // in file order
 
-std::vector<std::uint8_t> readWholeFile(const char* name) {
-  const int handle = fileOpen(name, "rb");
-  if (handle < 0) refuseUnreadable(name);
-  if (handle < 0) fatalError("Vector balls %s not found!", name);
-  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(fileRemaining(handle)));
-  const std::size_t read = bytes.empty() ? 0 : fileRead(bytes.data(), 1, bytes.size(), handle);
-  fileClose(handle);
-  if (read != bytes.size()) fatalError("%s: %zu of %zu bytes could be read", name, read, bytes.size());
-  return bytes;
-}
-
 std::uint32_t wordAt(std::span<const std::uint8_t> bytes, std::size_t offset) {
   return static_cast<std::uint32_t>(littleEndian(bytes.subspan(offset, fieldSize)));
-}
-
-void appendWord(std::vector<std::uint8_t>& bytes, std::uint32_t word) {
-  for (unsigned shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::uint8_t>(word >> shift));
 }
 
 }  // namespace
 
 std::vector<Ball> readBallFile(const char* name) {
-  const std::vector<std::uint8_t> bytes = readWholeFile(name);
+  const OpenFile file(fileOpenNeeded(name, formatted("Vector balls %s not found!", name)));
+  const std::vector<std::uint8_t> bytes = fileReadRest(file);
   if (bytes.size() < countSize) fatalError("%s: ends before the number of balls", name);
   const auto count = static_cast<std::int32_t>(wordAt(bytes, 0));
   const std::size_t held = (bytes.size() - countSize) / ballSize;
@@ -74,17 +60,15 @@ std::vector<Ball> readBallFile(const char* name) {
 }
 
 void writeBallFile(const char* name, const std::vector<Ball>& balls) {
-  std::vector<std::uint8_t> bytes;
+  std::string bytes;
   bytes.reserve(countSize + balls.size() * ballSize);
-  appendWord(bytes, static_cast<std::uint32_t>(balls.size()));
+  appendLittleEndian(bytes, balls.size(), countSize);
   for (const auto& [intensity, colour, position] : balls) {
     const Fields fields{intensity, colour.r, colour.g, colour.b, position.x, position.y, position.z};
-    for (const float field : fields) appendWord(bytes, std::bit_cast<std::uint32_t>(field));
+    for (const float field : fields)
+      appendLittleEndian(bytes, std::bit_cast<std::uint32_t>(field), fieldSize);
   }
-  ReplacementFile file(resolvePath(name));
-  const bool written =
-      file.stream() && std::fwrite(bytes.data(), 1, bytes.size(), file.stream()) == bytes.size();
-  if (!written || !file.commit())
+  if (!replaceFile(resolvePath(name), bytes))
     warning("Vector balls %s cannot be written: %s", name, std::strerror(errno));
 }
 

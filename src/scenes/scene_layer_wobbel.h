@@ -5,10 +5,14 @@
 namespace vex {
 
 // A wobbling body that mirrors its surroundings.
-struct SceneLayerWobbel : Scene {
+struct WobbelValues {
   float phaseX = 0;  // radians; they grow with the frames that are drawn
   float phaseY = 0;
   float phaseZ = 0;
+};
+
+struct SceneLayerWobbel : Scene, WobbelValues {
+  using Own = WobbelValues;
 };
 
 extern const ModelScene<SceneLayerWobbel> sceneLayerWobbel;

@@ -84,18 +84,14 @@ void preloadText(SceneOuttro& scene, float, Arguments arguments) {
   const char* name = arguments.text(0);
   if (std::strcmp(name, scene.textName) == 0) return;
   copyName(scene.textName, name);
-  const int handle = fileOpen(name, "rb");
-  if (handle < 0) refuseUnreadable(name);
-  if (handle < 0) fatalError("Scroller text %s not found!", name);
-  fileSeek(handle, 0, SeekOrigin::end);
-  const std::int32_t size = fileTell(handle);
-  fileSeek(handle, 0, SeekOrigin::start);
-  if (size < 0 || static_cast<std::uint64_t>(size) > fileRemaining(handle)) {
+  const OpenFile file(fileOpenNeeded(name, formatted("Scroller text %s not found!", name)));
+  fileSeek(file, 0, SeekOrigin::end);
+  const std::int32_t size = fileTell(file);
+  fileSeek(file, 0, SeekOrigin::start);
+  if (size < 0 || static_cast<std::uint64_t>(size) > fileRemaining(file)) {
     fatalError("Scroller text %s has no usable size", name);
   }
-  scene.text.resize(static_cast<std::size_t>(size));
-  if (size > 0) fileRead(scene.text.data(), 1, scene.text.size(), handle);
-  fileClose(handle);
+  scene.text = fileReadRest<std::string>(file);
 }
 
 char characterAt(const std::string& text, int index) {

@@ -15,7 +15,7 @@ inline constexpr int maxCopperBars = 1000;  // drawn in a frame, whatever the co
 //
 // The balls are the scene's lights. They come from a model or from a ball file (.hvv, scenes/ball_file.h),
 // which loading a model writes.
-struct SceneOuttro : Scene {
+struct OuttroValues {
   char fontName[32] = "";     // texture of the glyphs, a column of 32 cells
   char textName[32] = "";     // file of the scroller's text
   std::string text;           // its bytes
@@ -24,7 +24,10 @@ struct SceneOuttro : Scene {
   float ballAngle = 0;        // of the camera round the balls, radians
   std::vector<Vector> stars;  // whole numbers from 0 to 499
   Vector starOffset;          // how far the field has moved
+};
 
+struct SceneOuttro : Scene, OuttroValues {
+  using Own = OuttroValues;
   SceneOuttro();
 };
 

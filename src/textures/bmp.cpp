@@ -107,25 +107,21 @@ Image readPixels(int handle, const char* file, const BmpHeader& header) {
 }  // namespace
 
 Image readBmpTexture(const char* file, MaskUse maskUse) {
-  int handle = fileOpen(file, "rb");
-  if (handle < 0) refuseUnreadable(file);
-  if (handle < 0) fatalError("Texture %s not found", file);
-  const BmpHeader header = readHeader(handle, file, file);
-  if (!hasTextureSize(file, header.width, header.height)) {
-    fileClose(handle);
-    return {};
+  Image image;
+  {
+    const OpenFile texture(openTexture(file));
+    const BmpHeader header = readHeader(texture, file, file);
+    if (!hasTextureSize(file, header.width, header.height)) return {};
+    image = readPixels(texture, file, header);
   }
-  Image image = readPixels(handle, file, header);
-  fileClose(handle);
   if (maskUse == MaskUse::ignored) return image;
 
   const std::string maskFile = maskNameOf(file, ".bmp");
-  handle = openMask(maskFile.c_str());
-  if (handle < 0) return image;
-  const BmpHeader maskHeader = readHeader(handle, maskFile.c_str(), file);
-  checkMaskSize(maskFile.c_str(), maskHeader.width, maskHeader.height, image);
-  applyMask(image, readPixels(handle, maskFile.c_str(), maskHeader));
-  fileClose(handle);
+  const OpenFile mask(openMask(maskFile.c_str()));
+  if (!mask.found()) return image;
+  const BmpHeader header = readHeader(mask, maskFile.c_str(), file);
+  checkMaskSize(maskFile.c_str(), header.width, header.height, image);
+  applyMask(image, readPixels(mask, maskFile.c_str(), header));
   return image;
 }
 

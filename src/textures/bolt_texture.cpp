@@ -43,6 +43,7 @@ void boltTexture(const char* name) {
     fatalError("texture %s is %dx%d, the bolt needs %dx%d", name, entry.width, entry.height, boltSide,
                boltSide);
   }
+  if (entry.loadedPixels.empty()) entry.loadedPixels = entry.pixels;
   darkenPixels(entry.pixels);
   drawBolt(entry.pixels);
   uploadTexture(entry, false);

@@ -38,6 +38,10 @@ void checkImageSides(const char* file, int width, int height) {
   }
 }
 
+int openTexture(const char* file) {
+  return fileOpenNeeded(file, formatted("Texture %s not found", file));
+}
+
 std::string maskNameOf(const char* file, const char* extension) {
   std::string name = file;
   name.resize(name.size() < extensionLength ? 0 : name.size() - extensionLength);

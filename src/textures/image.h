@@ -38,6 +38,9 @@ int maxImageSide();
 // Fatal: "texture %s is %dx%d, sides of at most %d are possible", for a side that is longer than that.
 void checkImageSides(const char* file, int width, int height);
 
+// Handle of a texture's file. Fatal: "Texture %s not found", what fileOpenNeeded refuses.
+int openTexture(const char* file);
+
 // Name of the mask beside `file`: its last four characters (the extension) replaced.
 std::string maskNameOf(const char* file, const char* extension);
 

@@ -19,7 +19,6 @@ struct JpegFile {
   JpegParameters parameters;
 };
 
-// Closes the handle.
 JpegFile readParameters(int handle, const char* file) {
   JpegFile jpeg{.decoder = openJpegDecoder(), .bytes = {}, .parameters = {}};
   if (!jpeg.decoder) fatalError("ijlInit() failed");
@@ -28,11 +27,10 @@ JpegFile readParameters(int handle, const char* file) {
     fatalError("texture %s holds %llu bytes, at most %llu are possible", file,
                static_cast<unsigned long long>(size), static_cast<unsigned long long>(maxFileSize));
   }
-  jpeg.bytes.resize(size);
-  if (size > 0 && fileRead(jpeg.bytes.data(), 1, jpeg.bytes.size(), handle) != jpeg.bytes.size()) {
+  jpeg.bytes = fileReadRest<std::vector<std::byte>>(handle);
+  if (jpeg.bytes.size() != size) {
     fatalError("texture %s: its %llu bytes cannot be read", file, static_cast<unsigned long long>(size));
   }
-  fileClose(handle);
   if (!readJpegParameters(jpeg.decoder, jpeg.bytes, jpeg.parameters))
     fatalError("texture %s: ijlRead(Params) failed", file);
   return jpeg;
@@ -50,32 +48,25 @@ Image decode(const JpegFile& jpeg, const char* file) {
   return image;
 }
 
-int openTexture(const char* file) {
-  const int handle = fileOpen(file, "rb");
-  if (handle < 0) refuseUnreadable(file);
-  if (handle < 0) fatalError("Texture %s not found", file);
-  return handle;
-}
-
 }  // namespace
 
 Image readJpegTexture(const char* file, MaskUse maskUse) {
-  const JpegFile jpeg = readParameters(openTexture(file), file);
+  const JpegFile jpeg = readParameters(OpenFile(openTexture(file)), file);
   if (!hasTextureSize(file, jpeg.parameters.width, jpeg.parameters.height)) return {};
   Image image = decode(jpeg, file);
   if (maskUse == MaskUse::ignored) return image;
 
   const std::string maskFile = maskNameOf(file, ".jpg");
-  const int handle = openMask(maskFile.c_str());
-  if (handle < 0) return image;
-  const JpegFile mask = readParameters(handle, maskFile.c_str());
+  const OpenFile maskHandle(openMask(maskFile.c_str()));
+  if (!maskHandle.found()) return image;
+  const JpegFile mask = readParameters(maskHandle, maskFile.c_str());
   checkMaskSize(maskFile.c_str(), mask.parameters.width, mask.parameters.height, image);
   applyMask(image, decode(mask, maskFile.c_str()));
   return image;
 }
 
 Image readJpegFrame(const char* file) {
-  return decode(readParameters(openTexture(file), file), file);
+  return decode(readParameters(OpenFile(openTexture(file)), file), file);
 }
 
 }  // namespace vex

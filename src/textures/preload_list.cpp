@@ -27,15 +27,14 @@ void preloadLine(const char* line) {
 }  // namespace
 
 void preloadTextures() {
-  const int handle = fileOpen(listFile, "r");
-  if (handle < 0) return;
-  while (!fileEof(handle)) {
+  const OpenFile list(fileOpen(listFile, "r"));
+  if (!list.found()) return;
+  while (!fileEof(list)) {
     // The result says nothing of the last line: without a line feed it is null though a line was read.
     char line[128] = "";
-    fileGets(line, sizeof line, handle);
+    fileGets(line, sizeof line, list);
     preloadLine(line);
   }
-  fileClose(handle);
 }
 
 void writeUsedTextures() {

@@ -52,19 +52,16 @@ void drawGlyph(int code, int column, int line) {
 }  // namespace
 
 void loadStatFont(const char* file) {
-  if (!options.showStats) return;
-  const int handle = fileOpen(file, "rb");
-  if (handle < 0) refuseUnreadable(file);
-  if (handle < 0) fatalError("statistics font %s not found", file);
+  if (!options().showStats) return;
+  const OpenFile font(fileOpenNeeded(file, formatted("statistics font %s not found", file)));
   constexpr std::size_t skipped = firstCode * bytesPerGlyph;
-  if (fileRemaining(handle) < skipped + glyphBytes) {
+  if (fileRemaining(font) < skipped + glyphBytes) {
     fatalError("statistics font %s holds %llu bytes, %zu are needed", file,
-               static_cast<unsigned long long>(fileRemaining(handle)), skipped + glyphBytes);
+               static_cast<unsigned long long>(fileRemaining(font)), skipped + glyphBytes);
   }
-  fileSeek(handle, skipped, SeekOrigin::start);
+  fileSeek(font, skipped, SeekOrigin::start);
   std::array<std::uint8_t, glyphBytes> bytes{};
-  fileRead(bytes.data(), 1, bytes.size(), handle);
-  fileClose(handle);
+  fileRead(bytes.data(), 1, bytes.size(), font);
 
   TextureEntry entry;
   entry.width = glyphSide;
@@ -77,7 +74,7 @@ void loadStatFont(const char* file) {
 }
 
 void drawText(int column, int line, const char* format, ...) {
-  if (!options.showStats) return;
+  if (!options().showStats) return;
   if (glExtensions.textureUnits > 1) glExtensions.glActiveTextureARB(GL_TEXTURE0);
   glEnable(GL_TEXTURE_2D);
   char text[messageSize];

@@ -1,7 +1,7 @@
 #pragma once
 
 // Figures over the picture, in a fixed font on a grid of 60 columns and 30 lines that covers the
-// viewport. All of it does nothing while options.showStats is off.
+// viewport. All of it does nothing while options().showStats is off.
 
 namespace vex {
 

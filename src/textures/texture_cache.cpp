@@ -3,7 +3,6 @@
 #include <GL/gl.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -11,40 +10,22 @@
 #include <utility>
 #include <vector>
 
+#include "base/current.h"
 #include "base/files.h"
 #include "base/report.h"
 #include "textures/bmp.h"
 #include "textures/jpeg_texture.h"
 #include "textures/preload_list.h"
+#include "textures/texture_table.h"
 
 namespace vex {
 namespace {
 
-char lowerCase(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+using NameSlot = TextureTable::NameSlot;
+
+TextureTable& table() {
+  return current<TextureTable>();
 }
-
-// A name of at most Size - 1 characters in lower case, filled up with zeros.
-template <int Size>
-struct FoldedName {
-  char text[Size] = {};
-  bool fits = false;
-
-  FoldedName() = default;
-  explicit FoldedName(const char* name) {
-    int length = 0;
-    while (length < Size - 1 && name[length] != '\0') {
-      text[length] = lowerCase(name[length]);
-      ++length;
-    }
-    fits = name[length] == '\0';
-  }
-
-  bool operator==(const FoldedName& other) const { return std::memcmp(text, other.text, Size) == 0; }
-};
-
-using TextureName = FoldedName<textureNameSize>;
-using MovieFrameName = FoldedName<movieFrameNameSize>;
 
 // Eight characters at a time.
 std::size_t hashName(const TextureName& name) {
@@ -58,20 +39,6 @@ std::size_t hashName(const TextureName& name) {
   return hash;
 }
 
-// Where the ids of a name are found: a hash table with linear probing, never more than half full.
-struct NameSlot {
-  TextureName name;
-  std::int16_t first = -1;  // in id order; -1 in a free slot
-  std::int16_t last = -1;
-};
-constexpr std::size_t nameSlotCount = 2048;
-static_assert(nameSlotCount >= 2 * maxTextures);
-
-std::array<TextureEntry, maxTextures> entries;
-int entryCount = 0;
-std::array<NameSlot, nameSlotCount> nameSlots;
-char lastMovieFrame[movieFrameNameSize] = "";
-
 TextureName checkedName(const char* name) {
   const TextureName folded(name);
   if (!folded.fits) fatalError("texture name %s is longer than %d characters", name, textureNameSize - 1);
@@ -80,16 +47,17 @@ TextureName checkedName(const char* name) {
 
 // The slot of the name, or the free one where it would stand.
 NameSlot& findSlot(const TextureName& name) {
-  for (std::size_t i = hashName(name) % nameSlotCount;; i = (i + 1) % nameSlotCount) {
-    NameSlot& slot = nameSlots[i];
+  for (std::size_t i = hashName(name) % TextureTable::nameSlotCount;;
+       i = (i + 1) % TextureTable::nameSlotCount) {
+    NameSlot& slot = table().nameSlots[i];
     if (slot.first < 0 || slot.name == name) return slot;
   }
 }
 
 // From the first texture of the name on; -1 where all have masks.
 int findUnmasked(const TextureName& name, int first) {
-  for (int id = first; id >= 0 && id < entryCount; ++id) {
-    const TextureEntry& entry = entries[static_cast<std::size_t>(id)];
+  for (int id = first; id >= 0 && id < table().entryCount; ++id) {
+    const TextureEntry& entry = table().entries[static_cast<std::size_t>(id)];
     if (!entry.masked && TextureName(entry.name) == name) return id;
   }
   return -1;
@@ -150,8 +118,8 @@ int addTexture(TextureEntry entry, const char* name, bool wrap) {
   entry.wrap = wrap;
   uploadTexture(entry, wrap);
   const int id = entry.id;
-  entries[static_cast<std::size_t>(id)] = std::move(entry);
-  ++entryCount;
+  table().entries[static_cast<std::size_t>(id)] = std::move(entry);
+  ++table().entryCount;
   NameSlot& slot = findSlot(folded);
   slot.name = folded;
   slot.last = static_cast<std::int16_t>(id);
@@ -166,7 +134,7 @@ int setMovieFrame(const char* textureName, const char* frameFile) {
     fatalError("movie frame name %s is longer than %d characters", frameFile, movieFrameNameSize - 1);
   }
   int id = findSlot(name).last;
-  if (id >= 0 && std::strcmp(frame.text, lastMovieFrame) == 0) return id;
+  if (id >= 0 && std::strcmp(frame.text, table().lastMovieFrame) == 0) return id;
 
   Image picture = readJpegFrame(frame.text);
   if (id < 0) {
@@ -181,7 +149,7 @@ int setMovieFrame(const char* textureName, const char* frameFile) {
     entry.wrap = false;
     uploadTexture(entry, false);
   }
-  std::memcpy(lastMovieFrame, frame.text, sizeof lastMovieFrame);
+  std::memcpy(table().lastMovieFrame, frame.text, sizeof table().lastMovieFrame);
   return id;
 }
 
@@ -191,12 +159,30 @@ bool sameTextureName(std::string_view a, std::string_view b) {
 }
 
 int textureCount() {
-  return entryCount;
+  return table().entryCount;
 }
 
 TextureEntry& textureEntry(int id) {
   if (id < 0 || id >= textureCount()) fatalError("texture %d isn't one of the %d loaded", id, textureCount());
-  return entries[static_cast<std::size_t>(id)];
+  return table().entries[static_cast<std::size_t>(id)];
+}
+
+std::vector<bool> textureWraps() {
+  std::vector<bool> wraps;
+  for (int id = 0; id < textureCount(); ++id) wraps.push_back(textureEntry(id).wrap);
+  return wraps;
+}
+
+void restoreTextures(const std::vector<bool>& wraps) {
+  int id = 0;
+  for (const bool wrap : wraps) {
+    TextureEntry& entry = textureEntry(id++);
+    if (entry.wrap == wrap && entry.loadedPixels.empty()) continue;
+    if (!entry.loadedPixels.empty()) entry.pixels = entry.loadedPixels;
+    entry.wrap = wrap;
+    uploadTexture(entry, wrap);
+  }
+  table().lastMovieFrame[0] = '\0';
 }
 
 void destroyTextures() {
@@ -205,12 +191,9 @@ void destroyTextures() {
   writeUsedTextures();
 #endif
   std::vector<GLuint> names;
-  for (int id = 0; id < entryCount; ++id) names.push_back(static_cast<GLuint>(id));
+  for (int id = 0; id < table().entryCount; ++id) names.push_back(static_cast<GLuint>(id));
   if (!names.empty()) glDeleteTextures(static_cast<GLsizei>(names.size()), names.data());
-  entries = {};
-  entryCount = 0;
-  nameSlots = {};
-  lastMovieFrame[0] = '\0';
+  table() = {};
 }
 
 }  // namespace vex

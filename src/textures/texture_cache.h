@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "textures/image.h"
 
@@ -18,7 +19,8 @@ inline constexpr int movieFrameNameSize = 64;  // at most 63 characters and the 
 struct TextureEntry : Image {
   int id = -1;
   char name[textureNameSize] = {};
-  bool wrap = false;  // mode of the last upload: repeat or clamp
+  bool wrap = false;                             // mode of the last upload: repeat or clamp
+  std::vector<std::uint32_t> loadedPixels = {};  // of one that is drawn into, as they were
 };
 
 // Id of the first texture of that name (path without extension, ASCII letter case ignored), loaded on
@@ -49,6 +51,13 @@ bool sameTextureName(std::string_view a, std::string_view b);
 
 int textureCount();
 TextureEntry& textureEntry(int id);
+
+// How textures were uploaded last, by id.
+std::vector<bool> textureWraps();
+
+// Textures as they were then, those that were drawn into as they were loaded; the next frame of a movie is
+// read anew. Textures loaded since then stay.
+void restoreTextures(const std::vector<bool>& wraps);
 
 // Logs "destroying textures\n", writes the list of used textures in builds with that switch, deletes
 // all GL textures and empties the cache.

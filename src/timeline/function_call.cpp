@@ -17,7 +17,7 @@ void FunctionCall::invoke(float sceneTime, float progress) {
     if (slot == maxArguments) fatalError("more than %d parameters in the call of %s", maxArguments, name);
     arguments[slot++] = parameter->evaluate(progress);
   }
-  if (callTrace && part) callTrace(*part, *this, sceneTime, arguments);
+  if (part && callTrace()) callTrace()(*part, *this, sceneTime, arguments);
   function(scene, sceneTime, arguments);
 }
 

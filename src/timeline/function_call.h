@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+
+#include "base/current.h"
 #include "engine/owned_array.h"
 #include "engine/scene.h"
 #include "timeline/parameter.h"
@@ -9,11 +12,17 @@ namespace vex {
 struct Part;
 struct FunctionCall;
 
-// Called right before each scene function that a part calls, with what it is about to be given. Null
+// Called right before each scene function that a part calls, with what it is about to be given. Empty
 // when nobody looks.
-using CallTrace = void (*)(const Part& part, const FunctionCall& call, float sceneTime,
-                           const void* const* arguments);
-inline CallTrace callTrace = nullptr;
+struct CallTrace {
+  std::function<void(const Part& part, const FunctionCall& call, float sceneTime,
+                     const void* const* arguments)>
+      told;
+};
+
+inline auto& callTrace() {
+  return current<CallTrace>().told;
+}
 
 // One call of a scene function by a part.
 struct FunctionCall {

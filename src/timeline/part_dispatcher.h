@@ -48,7 +48,6 @@ class PartDispatcher {
  public:
   std::unique_ptr<Scene*[]> scenes;
   int sceneCount = 0;
-  int projectFile = -1;    // handle while loadProject reads
   OwnedArray<Part> parts;  // in file order, which is to be ascending pos
   int cursor = 0;          // first part that may still be active; only grows
   float totalTime = 0.0f;

@@ -117,13 +117,9 @@ void checkActiveParts(const OwnedArray<Part>& parts, const char* fileName) {
 
 void PartDispatcher::loadProject(const char* fileName) {
   loadingProgress("Loading project");
-  projectFile = fileOpen(fileName, "rb");
-  if (projectFile < 0) refuseUnreadable(fileName);
-  if (projectFile < 0) fatalError("Project file %s not found!", fileName);
-  FileSource source(projectFile);
+  const OpenFile file(fileOpenNeeded(fileName, formatted("Project file %s not found!", fileName)));
+  FileSource source(file);
   readProject(source, fileName);
-  fileClose(projectFile);
-  projectFile = -1;
   logPrintf("project file successfully parsed\n");
 }
 

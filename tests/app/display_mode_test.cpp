@@ -105,7 +105,8 @@ TEST(DisplayMode, DialogHandsOverWhatTheUserLeft) {
         [] {
           const DisplayMode mode = runDisplayModeDialog();
           std::fprintf(stderr, "%s full %d sound %d stats %d strips %d", modeLine(mode).c_str(),
-                       options.fullscreen, options.soundEnabled, options.showStats, options.useStripCache);
+                       options().fullscreen, options().soundEnabled, options().showStats,
+                       options().useStripCache);
         },
         [&](Display* display) {
           if (const Window window = waitForDialog(display, "Vex by Halvane"))

@@ -63,7 +63,7 @@ std::string linesOf(const std::function<void()>& body) {
 std::string runMusic(const char* name, bool soundEnabled) {
   return linesOf([=] {
     soundLibrary = recordingLibrary;
-    options.soundEnabled = soundEnabled;
+    options().soundEnabled = soundEnabled;
     openMusic(name);
     std::fprintf(stderr, "-\n");
     clockSetStartTime(30.0f);
@@ -150,8 +150,8 @@ TEST(SoundPlayback, LogsWhereItOpensTheFile) {
       soundLibrary = recordingLibrary;
       soundLibrary.stop = soundLibrary.free = [] {};
       soundLibrary.freeStream = [](SoundStream) {};
-      options.soundEnabled = true;
-      options.showStats = true;
+      options().soundEnabled = true;
+      options().showStats = true;
       beginLog();
       pakOpen("vex.pak");
       const int other = fileOpen("before.raw", "rb");  // takes handle 0
@@ -173,8 +173,8 @@ TEST(SoundPlayback, LogsOnceWhenTheStreamStopsLeading) {
     linesOf([=] {
       soundLibrary = recordingLibrary;
       soundLibrary.state = state;
-      options.soundEnabled = true;
-      options.showStats = true;
+      options().soundEnabled = true;
+      options().showStats = true;
       beginLog();
       openMusic("music.ogg");
       for (int frame = 0; frame < 5; ++frame) musicPosition();

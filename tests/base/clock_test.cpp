@@ -41,7 +41,7 @@ constexpr SoundLibrary fakeLibrary{
 struct ClockWithMusic : testing::Test {
   ClockWithMusic() {
     soundLibrary = fakeLibrary;
-    options.soundEnabled = true;
+    options().soundEnabled = true;
     writeSoundFile("music.wav", {.frames = 1});
     openMusic("music.wav");
   }
@@ -94,7 +94,7 @@ TEST_F(ClockWithMusic, FollowsTheStreamFromTheStartTime) {
   startMusic();
   EXPECT_EQ(fakePosition, 4 * byteRate);
   clockReset();
-  EXPECT_EQ(demoClock.wallBase, 0.0f);
+  EXPECT_EQ(demoClock().wallBase, 0.0f);
 
   EXPECT_EQ(tickAt(4.01), 0.0f);  // the jump from 0 is held back
   EXPECT_FLOAT_EQ(clockDelta(), 0.01f);
@@ -121,11 +121,11 @@ TEST_F(ClockWithMusic, FallsBackToTheTimerWhenPlayFails) {
   clockReset();
   clockTick();
   EXPECT_NEAR(clockTime(), 0.0f, 0.1f);
-  EXPECT_NEAR(demoClock.wallBase, timeGetTime() / 1000.0, 0.1);
+  EXPECT_NEAR(demoClock().wallBase, timeGetTime() / 1000.0, 0.1);
 }
 
 TEST(ClockWithoutMusic, CountsFromResetOnTopOfTheStartTime) {
-  options.soundEnabled = false;
+  options().soundEnabled = false;
   clockSetStartTime(12.5f);
   std::this_thread::sleep_for(std::chrono::milliseconds(30));  // loading does not count
   const std::uint32_t before = timeGetTime();

@@ -218,7 +218,7 @@ TEST_F(Files, WhatIsThereButCannotBeOpenedIsNotCalledMissing) {
                {"none\\below", ""},
                {"dangling", ""}};
   for (const auto& [name, reason] : cases) {
-    options.showStats = true;
+    options().showStats = true;
     for (const bool pak : {false, true}) {
       const std::string text = reason.empty() ? "" : std::string("can't read ") + name + ": " + reason;
       const ChildResult refused = runInChild([&, file = name] {
@@ -234,7 +234,7 @@ TEST_F(Files, WhatIsThereButCannotBeOpenedIsNotCalledMissing) {
         EXPECT_EQ(readFile("Demo.log"), text.empty() ? "" : text + "\n") << name;
       }
     }
-    options = {};
+    options() = {};
     fs::remove("Demo.log");
   }
   fs::create_directory_symlink("loop", "data");

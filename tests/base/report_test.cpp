@@ -27,7 +27,7 @@ TEST_F(Report, LogStaysAwayWithoutShowStats) {
 
 TEST_F(Report, LogStartsEmptyAndIsCompleteAfterEachLine) {
   writeFile("Demo.log", "the run before\n");
-  options.showStats = true;
+  options().showStats = true;
   logPrintf("%s %d", "one", 1);
   EXPECT_EQ(readFile("Demo.log"), "one 1");
   logPrintf("\ntwo\n");
@@ -42,7 +42,7 @@ TEST_F(Report, LogStartsEmptyAndIsCompleteAfterEachLine) {
 
 TEST_F(Report, TextsAreCutAt511Characters) {
   const std::string text(600, 'x');
-  options.showStats = true;
+  options().showStats = true;
   logPrintf("%s", text.c_str());
   EXPECT_EQ(readFile("Demo.log"), text.substr(0, 511));
   EXPECT_EQ(fatalText([&] { fatalError("%s", text.c_str()); }), text.substr(0, 511));
@@ -52,7 +52,7 @@ TEST_F(Report, TextsAreCutAt511Characters) {
 
 TEST_F(Report, ACutLineOfTheLogStillEnds) {
   const std::string text(600, 'x');
-  options.showStats = true;
+  options().showStats = true;
   logPrintf("%s\n", text.c_str());
   logPrintf("%s", (text + "\n").c_str());
   logPrintf("%s\n", text.substr(0, 510).c_str());

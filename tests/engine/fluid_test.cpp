@@ -184,7 +184,7 @@ TEST(Fluid, StepsByItsTwelveNeighbours) {
   Mesh mesh;
   makeFluid(mesh, nx, nz);
   mesh.damping = 0.125f;
-  randomState = 1;
+  randomState() = 1;
   for (float& height : mesh.heightA) height = randomSymmetric(1.0f);
   for (float& height : mesh.heightB) height = randomSymmetric(1.0f);
   const auto index = [](int i, int j) { return static_cast<std::size_t>(j * (nx + 1) + i); };

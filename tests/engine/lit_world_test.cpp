@@ -263,7 +263,7 @@ class LitWorld : public GlTest {
   void SetUp() override {
     GlTest::SetUp();
     setWindowSize(glTestWidth, glTestHeight);
-    randomState = 1;
+    randomState() = 1;
     addPaint("decoy", {1, 0, 1, 1});
     setUpView();
     setUpMeshes();

@@ -161,7 +161,7 @@ TEST(Matrix, GlCopyGoesColumnByColumn) {
 }
 
 TEST(Matrix, DeterminantAdjugateAndInverseAgreeWithDoubles) {
-  randomState = 7;
+  randomState() = 7;
   for (int n = 0; n < 200; ++n) {
     Grid grid;
     for (auto& row : grid) {

@@ -244,7 +244,7 @@ TEST(Mesh, NormalsCountEachFaceOnce) {
 // Two faces on the same three vertices leave them without a normal, exactly: the smallest remainder would be
 // normalized to a direction that flickers as the mesh moves.
 TEST(Mesh, BackToBackFacesLeaveNoNormal) {
-  randomState = 11;
+  randomState() = 11;
   const auto anywhere = [] {
     return Vector(randomSymmetric(7.0f), randomSymmetric(0.3f), randomSymmetric(90.0f));
   };

@@ -35,7 +35,7 @@ TEST(ParticleSystem, DrawsInTheGivenOrder) {
   system.offset = {100, 200, 300};
   system.addShape(&mesh);
   system.addShape(&light);
-  randomState = 1;
+  randomState() = 1;
   system.emit(2, 7.0f);
 
   ASSERT_EQ(system.particles.size(), 2u);
@@ -66,7 +66,7 @@ TEST(ParticleSystem, DrawsNoTumblingForLights) {
   Light light;
   ParticleSystem system;
   system.addShape(&light);
-  randomState = 1;
+  randomState() = 1;
   system.emit(2, 0.0f);
   EXPECT_NEAR(system.particles[1].deathTime, 2 + chance(draws[8], 0.5), 1e-5);
 }
@@ -75,7 +75,7 @@ TEST(ParticleSystem, ChoosesShapesByTheRestOfADraw) {
   Light lights[3];
   ParticleSystem system;
   for (Light& light : lights) system.addShape(&light);
-  randomState = 1;
+  randomState() = 1;
   system.emit(2, 0.0f);
   EXPECT_EQ(system.particles[0].shape, &lights[draws[7] % 3]);
   EXPECT_EQ(system.particles[1].shape, &lights[draws[15] % 3]);
@@ -210,7 +210,7 @@ TEST(ParticleSystem, KeepsNearItsSteadyState) {
   Light light;
   ParticleSystem system;
   system.addShape(&light);
-  randomState = 1;
+  randomState() = 1;
   int frame = 0;
   const auto runTo = [&](int end) {
     for (; frame < end; ++frame) {
@@ -279,7 +279,7 @@ TEST(ParticleSystem, ReusesTheFirstDeadRecord) {
   system.maxCount = 60;
   system.lifeVariation = 1.5f;
   system.addShape(&light);
-  randomState = 1;
+  randomState() = 1;
   std::size_t reused = 0;
   for (int frame = 0; frame < 400; ++frame) {
     const float now = 0.05f * static_cast<float>(frame);

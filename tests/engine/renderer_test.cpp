@@ -376,14 +376,14 @@ TEST_F(Renderer, TellsTheCameraWithTheStatistics) {
   scene.viewers[0]->target = {10.0f, 0.0f, 0.0f};
   scene.viewers[0]->roll = 0.5f;
   EXPECT_TRUE(captureFeedback([&] { scene.render(0.0f); }).empty());
-  options.showStats = true;
+  options().showStats = true;
   loadStatFont("font.raw");
   const auto shown = captureFeedback([&] { scene.render(0.0f); });
   const auto expected = captureFeedback([] {
     drawText(0, 4, "1.0 -2.2 3.5 -> 10.0 0.0 0.0");
     drawText(0, 5, "fov 120.0 rot 0.5");
   });
-  options.showStats = false;
+  options().showStats = false;
   ASSERT_EQ(shown.size(), expected.size());
   for (std::size_t i = 0; i < shown.size(); ++i) {
     for (std::size_t k = 0; k < 3; ++k) {

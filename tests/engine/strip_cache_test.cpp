@@ -221,7 +221,7 @@ TEST_F(StripCache, FansAreWoundAlongTheNormalOfTheirHub) {
 
 // Rounded, the cosine of a right-about turn lies below -1 for some.
 TEST_F(StripCache, FansThatFaceExactlyAwayAreTurned) {
-  randomState = 5;
+  randomState() = 5;
   TestScene fresh(200);
   for (Mesh* mesh : fresh.meshes) {
     const Vector axis(randomSymmetric(1), randomSymmetric(1), randomSymmetric(1));

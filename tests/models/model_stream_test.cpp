@@ -355,10 +355,10 @@ TEST_F(CompiledModel, IsMadeAnewWhereItIsDamaged) {
       EXPECT_EQ(fatalText([] { loadAndDump("m"); }), "m.hv3: " + problem);
     }
     writeFile("m.ase", text);
-    options.showStats = true;
+    options().showStats = true;
     fs::remove("Demo.log");
     EXPECT_EQ(loadAndDump("m"), dump) << problem;
-    options.showStats = false;
+    options().showStats = false;
     EXPECT_EQ(readFile("m.hv3"), whole) << problem;
     EXPECT_NE(readFile("Demo.log").find("m.hv3: " + problem + ", the text is read\n"), std::string::npos);
   }
@@ -519,7 +519,7 @@ std::string damaged(const std::string& text, std::uint32_t seed) {
 
 // A load that nothing goes before. The result is readModel's.
 std::string readAfresh(const ModelSource& source, std::string& dump) {
-  forgetMaterials();
+  const Owned<ModelMaterials> none;
   Scene scene;
   std::vector<std::string> textures;
   const std::string obstacle = readModel(source, &scene, nameTextures(textures));

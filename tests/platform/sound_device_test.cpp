@@ -38,7 +38,7 @@ float tone(int frame, int) {
 struct SilentDevice : testing::Test {
   SilentDevice() {
     setenv("ALSOFT_DRIVERS", "null", 1);
-    options.soundEnabled = true;
+    options().soundEnabled = true;
   }
   ~SilentDevice() override { shutDownMusic(); }
 
@@ -187,7 +187,7 @@ TEST(SoundDeviceDeathTest, MissingOneFailsEveryStepOfOpening) {
   writeSoundFile("music.wav", {.frames = 1000});
   const ChildResult result = runInChild([] {
     setenv("ALSOFT_DRIVERS", "none", 1);
-    options.soundEnabled = true;
+    options().soundEnabled = true;
     openMusic("music.wav");
     startMusic();
     if (musicActive()) std::fprintf(stderr, "active\n");
@@ -205,7 +205,7 @@ TEST(SoundDeviceDeathTest, DamagedMusicOnlyWarns) {
   writeFile("music.wav", std::string(500, '\1'));
   const ChildResult result = runInChild([] {
     setenv("ALSOFT_DRIVERS", "null", 1);
-    options.soundEnabled = true;
+    options().soundEnabled = true;
     openMusic("music.wav");
     startMusic();
     shutDownMusic();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -23,6 +24,7 @@
 #include "scenes/scene_skull.h"
 #include "scenes/scene_water.h"
 #include "tests/support/gl_fixture.h"
+#include "tests/support/left_behind.h"
 #include "tests/support/temporary_folder.h"
 #include "textures/texture_cache.h"
 
@@ -50,7 +52,7 @@ bool chancy(const std::string& place) {
 }
 
 // In the scenes that are still to show something at `time`.
-LeftBehind whatIsLeft(double time) {
+LeftBehind whatIsLeft(const PartDispatcher& timeLine, double time) {
   std::set<std::string> coming;
   for (const ScriptPart& part : presentationScript().parts)
     if (part.position + part.length > time)
@@ -58,8 +60,8 @@ LeftBehind whatIsLeft(double time) {
 
   LeftBehind left;
   auto& [numbers, texts] = left;
-  for (int i = 0; i < presentation().sceneCount; ++i) {
-    const Scene& scene = *presentation().scenes[i];
+  for (int i = 0; i < timeLine.sceneCount; ++i) {
+    const Scene& scene = *timeLine.scenes[i];
     if (!coming.contains(scene.name)) continue;
     const std::string in = std::string(scene.name) + " ";
     for (const Mesh* mesh : scene.meshes) {
@@ -110,9 +112,9 @@ LeftBehind whatIsLeft(double time) {
 }
 
 // Whether the creature cuts through the surface as its scene wants it before the water ripples round it.
-bool creatureRipples() {
-  for (int i = 0; i < presentation().sceneCount; ++i) {
-    const Scene& scene = *presentation().scenes[i];
+bool creatureRipples(const PartDispatcher& timeLine) {
+  for (int i = 0; i < timeLine.sceneCount; ++i) {
+    const Scene& scene = *timeLine.scenes[i];
     if (std::string(scene.name) != "SceneWater") continue;
     const auto& creature = *static_cast<const Mesh*>(scene.find("WaterAlien"));
     const float height = creature.getWorldPosition().y;
@@ -123,17 +125,26 @@ bool creatureRipples() {
 
 class WholeShow : public GlTest {
  protected:
-  static void frame(double time) {
+  void frame(double time) {
     clockAdvanceTo(static_cast<float>(time));
-    drawFrame();
+    presentation->drawFrame();
   }
 
-  static void load(double start) {
-    demoClock = {};
-    loadPresentation(static_cast<float>(start));
+  void load(double start) {
+    presentation.emplace();
+    presentation->load();
+    presentation->begin(static_cast<float>(start));
+  }
+
+  LeftBehind whatIsLeft(double time) const { return vex::whatIsLeft(presentation->timeLine(), time); }
+
+  void TearDown() override {
+    presentation.reset();
+    GlTest::TearDown();
   }
 
   TemporaryFolder folder;
+  std::optional<Presentation> presentation;
 };
 
 // Late in each section: what the setters before have left is the same, whether the show was
@@ -149,7 +160,8 @@ TEST_F(WholeShow, StartedLateFindsWhatPlayingWouldHaveLeft) {
     const double stop = cueSeconds(firstBar(section) + barCount(section) * 4 / 5.0);
     for (; time < stop; time += 0.2) {
       frame(time);
-      rippled = rippled || (time > cueSeconds(103) && time < cueSeconds(115) && creatureRipples());
+      rippled = rippled || (time > cueSeconds(103) && time < cueSeconds(115) &&
+                            creatureRipples(presentation->timeLine()));
     }
     frame(stop);
     played[stop] = whatIsLeft(stop);
@@ -157,13 +169,13 @@ TEST_F(WholeShow, StartedLateFindsWhatPlayingWouldHaveLeft) {
   EXPECT_TRUE(rippled);
   for (int id = preloaded; id < textureCount(); ++id)
     EXPECT_TRUE(std::string(textureEntry(id).name).starts_with("data\\eye")) << textureEntry(id).name;
-  destroyPresentation();
+  presentation.reset();
 
   for (const auto& [start, expected] : played) {
     load(start);
     frame(start);
     const LeftBehind left = whatIsLeft(start);
-    destroyPresentation();
+    presentation.reset();
     EXPECT_EQ(left.texts, expected.texts) << start;
     ASSERT_EQ(left.numbers.size(), expected.numbers.size());
     for (const auto& [place, number] : expected.numbers)
@@ -234,6 +246,71 @@ TEST_F(WholeShow, KeepsInStepWithItsMusic) {
     EXPECT_TRUE(std::abs(most - event) <= 1 || mostBehind < 0.6 * meanBefore)
         << name << " at frame " << event << ", the picture changes at " << most;
   }
+}
+
+using Frames = std::vector<std::vector<std::uint8_t>>;
+
+// Begun anew and anew, in any order, it shows what one shows that was loaded to begin there.
+TEST_F(WholeShow, BeginsAnewAsIfLoadedAnew) {
+  setWindowSize(glTestWidth, glTestHeight);
+  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  const auto frames = [this](double start) {
+    Frames seen;
+    for (int i = 0; i < 6; ++i) {
+      frame(start + i / 10.0);
+      seen.push_back(picture());
+    }
+    return seen;
+  };
+  std::vector<double> starts;
+  for (const Section section : showSections)
+    starts.push_back(cueSeconds(firstBar(section) + barCount(section) * 3 / 5.0));
+  ASSERT_EQ(starts.size(), 10u);
+  std::map<double, Frames> fresh;
+  for (const double start : starts) {
+    load(start);
+    fresh[start] = frames(start);
+    presentation.reset();
+  }
+
+  presentation.emplace();
+  presentation->load(Begins::often);
+  const Mesh* const first = presentation->timeLine().scenes[1]->meshes[0];
+  const int textures = textureCount();
+  for (const std::size_t at : {9u, 2u, 7u, 0u, 5u, 8u, 1u, 6u, 3u, 4u}) {
+    presentation->begin(static_cast<float>(starts[at]));
+    const Frames again = frames(starts[at]);
+    for (std::size_t i = 0; i < again.size(); ++i)
+      EXPECT_LE(meanDifference(again[i], fresh[starts[at]][i]), 0) << starts[at] << " s, frame " << i;
+  }
+  EXPECT_EQ(presentation->timeLine().scenes[1]->meshes[0], first);
+  for (int id = textures; id < textureCount(); ++id)  // frames of the movie, once it has played
+    EXPECT_TRUE(std::string(textureEntry(id).name).starts_with("data\\eye")) << textureEntry(id).name;
+}
+
+// Twenty times in one process: the same pictures, and nothing more is held than after the second time.
+TEST_F(WholeShow, LeavesNothingBehind) {
+  setWindowSize(glTestWidth, glTestHeight);
+  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  Frames first;
+  std::size_t bytes = 0;
+  int descriptors = 0;
+  for (int time = 0; time < 20; ++time) {
+    load(cueSeconds(alienBar));
+    for (std::size_t i = 0; i < 100; ++i) {
+      frame(cueSeconds(alienBar) + static_cast<double>(i) / framesPerSecond);
+      if (time == 0) first.push_back(picture());
+      ASSERT_EQ(picture(), first[i]) << "time " << time << ", frame " << i;
+    }
+    presentation.reset();
+    EXPECT_EQ(liveTextures(), 0);
+    if (time == 1) {
+      bytes = allocatedBytes();
+      descriptors = openDescriptors();
+    }
+  }
+  EXPECT_EQ(openDescriptors(), descriptors);
+  EXPECT_LE(allocatedBytes(), bytes + bytes / 200);  // the driver keeps a little for itself
 }
 
 }  // namespace

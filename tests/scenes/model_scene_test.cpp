@@ -74,7 +74,7 @@ TEST_F(Construction, LoadsTheModelAndListsWhatShines) {
 
 TEST_F(Construction, EndsWithTheCounts) {
   runInChild([] {
-    options.showStats = true;
+    options().showStats = true;
     SceneLayerRotCubes* scene = constructModelScene(sceneLayerRotCubes);
     scene->destroy(scene);
   });
@@ -157,7 +157,7 @@ TEST_F(Construction, ListsAndCountsWhatSetUpLeft) {
   EXPECT_EQ(box->activeLights[0], 0);
   EXPECT_EQ(box->activeLights[1], -1);
   const ChildResult water = runInChild([] {
-    options.showStats = true;
+    options().showStats = true;
     constructModelScene(sceneWater);
   });
   EXPECT_EQ(water.exitCode, 0);

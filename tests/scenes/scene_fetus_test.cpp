@@ -20,7 +20,7 @@ class Fetus : public GlTest {
     sceneFetus.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
     for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
-    randomState = 1;
+    randomState() = 1;
   }
 
   void call(const char* function, const std::vector<Argument>& arguments) {

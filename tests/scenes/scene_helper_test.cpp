@@ -53,7 +53,7 @@ class Helper : public GlTest {
   void SetUp() override {
     GlTest::SetUp();
     setWindowSize(glTestWidth, glTestHeight);
-    randomState = 1;  // the draws that follow: 41, 18467, 6334, 26500, 19169, 15724, 11478, 29358
+    randomState() = 1;  // the draws that follow: 41, 18467, 6334, 26500, 19169, 15724, 11478, 29358
     still = add("still", packPixel(200, 100, 50, 255));
     add("still2", packPixel(0, 255, 0, 255));
     add("still3", packPixel(0, 0, 255, 255));
@@ -155,7 +155,7 @@ TEST_F(Helper, QuadsStandWhereTheyAreAskedFor) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.call.function);
-    randomState = 1;
+    randomState() = 1;
     const auto quads = quadsOf(c.call);
     ASSERT_EQ(quads.size(), 1u);
     expectCorners(quads[0], c.corners);
@@ -163,7 +163,7 @@ TEST_F(Helper, QuadsStandWhereTheyAreAskedFor) {
     EXPECT_EQ((std::array{colour[0], colour[1], colour[2]}), (std::array{1.0f, 1.0f, 1.0f}));
     EXPECT_NEAR(colour[3], c.alpha, 1e-5f);
   }
-  EXPECT_EQ(randomState, stateAfter(3));
+  EXPECT_EQ(randomState(), stateAfter(3));
 }
 
 TEST_F(Helper, TheNoiseWindowFollowsTheAspect) {
@@ -233,10 +233,10 @@ TEST_F(Helper, GlitchesDrawInOrder) {
        {Case{3, 0.5f, 2, 2},      // 41 of 100 is a glitch, 18467 mod 3 = 2
         Case{3.9f, 0.42f, 2, 2},  // truncated to 3
         Case{3, 0.41f, 0, 1}, Case{3, 0, 0, 1}, Case{0.9f, 1, 0, 0}, Case{-2, 1, 0, 0}, Case{2, 1, 1, 2}}) {
-    randomState = 1;
+    randomState() = 1;
     Call{"drawBitmap", "still", {-1, -1, 2, 2, c.frames, c.probability, 1, 0}}.run();
     EXPECT_EQ(glInteger(GL_TEXTURE_BINDING_2D), still + c.texture) << c.frames << ", " << c.probability;
-    EXPECT_EQ(randomState, stateAfter(c.draws)) << c.frames << ", " << c.probability;
+    EXPECT_EQ(randomState(), stateAfter(c.draws)) << c.frames << ", " << c.probability;
   }
 }
 
@@ -250,11 +250,11 @@ TEST_F(Helper, TheLogoGlitchesTitleThenEnding) {
   for (const Case& c : {Case{0.5f, 3, 0, 1, 4}, Case{0.5f, 3, 0, 2, 7}, Case{0.4f, 0, 0, 1, 2},
                         Case{0, 0, 0, 1, 2}, Case{0, 0, 0, 2, 4}}) {
     SCOPED_TRACE(c.probability);
-    randomState = 1;
+    randomState() = 1;
     clear(0, 0, 0);
     Call{"drawVexLogo", "data\\end_ed01", {0, 0, 1, c.probability, 1, static_cast<float>(c.layers), 1, 0}}
         .run();
-    EXPECT_EQ(randomState, stateAfter(c.draws));
+    EXPECT_EQ(randomState(), stateAfter(c.draws));
     EXPECT_EQ(glInteger(GL_TEXTURE_BINDING_2D), ending + c.endingFrame);
     expectColour(readPixel(6, 30), {(c.titleFrame + 1) * 30, 0, 0, 0});     // x = -0.9: the title alone
     expectColour(readPixel(35, 30), {(c.titleFrame + 1) * 30, 100, 0, 0});  // x = -0.41: where they overlap

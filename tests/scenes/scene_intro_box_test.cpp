@@ -21,8 +21,8 @@ class IntroBox : public ::testing::Test {
     sceneIntroBox.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
     for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
-    demoClock.time = 5;
-    demoClock.previousTime = 4.75f;
+    demoClock().time = 5;
+    demoClock().previousTime = 4.75f;
   }
 
   void call(const char* function, float t, const std::vector<Argument>& arguments = {}) {

@@ -25,8 +25,8 @@ class Layer : public GlTest {
  protected:
   void SetUp() override {
     GlTest::SetUp();
-    demoClock.time = 5;
-    demoClock.previousTime = 4.75f;
+    demoClock().time = 5;
+    demoClock().previousTime = 4.75f;
     addPlainTextures({"other", "data\\ray_cone", "data\\envmapspace"});
   }
 };

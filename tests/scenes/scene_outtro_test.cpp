@@ -39,7 +39,7 @@ class Outtro : public GlTest {
     GlTest::SetUp();
     setWindowSize(glTestWidth, glTestHeight);
     addPlainTextures({"data\\copperbar", "font", "data\\flare_vectorball"});
-    randomState = 1;
+    randomState() = 1;
     scene.reset(newScene<SceneOuttro>());
     setFrame(0.25f);
   }
@@ -49,8 +49,8 @@ class Outtro : public GlTest {
   }
 
   static void setFrame(float delta) {
-    demoClock.time = 5;
-    demoClock.previousTime = 5 - delta;
+    demoClock().time = 5;
+    demoClock().previousTime = 5 - delta;
   }
   void call(const char* function, float t, const std::vector<Argument>& arguments) {
     callFunction(sceneOuttro.functions, *scene, function, t, arguments);

@@ -45,8 +45,8 @@ class Skull : public GlTest {
     sceneSkull.setUp(scene);
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
     for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
-    demoClock.time = 5;
-    randomState = 1;
+    demoClock().time = 5;
+    randomState() = 1;
   }
 
   void call(const char* function, float t, const std::vector<Argument>& arguments) {
@@ -99,7 +99,7 @@ TEST_F(Skull, LightningFlashesByTheGenerator) {
   }
   EXPECT_FLOAT_EQ(light("SparkLight").intensity, static_cast<float>(draws.next() % 100) / 10000 * 50);
   for (int i = 0; i < 250; ++i) draws.next();                      // the bolt
-  EXPECT_EQ(randomState, draws.state);                             // no target, no draw
+  EXPECT_EQ(randomState(), draws.state);                           // no target, no draw
   EXPECT_NE(textureEntry(7).pixels[126 * boltSide], 0x7f7f7f7fu);  // the bolt begins here
   EXPECT_EQ(textureEntry(7).pixels[boltSide - 1], 0x7f7f7f7fu);
   EXPECT_TRUE(mesh("laser01").hidden());
@@ -145,13 +145,13 @@ TEST_F(Skull, LasersReachTheirTarget) {
     }
   }
   call("setLaser", 0, {"target", 0.5});
-  const Draws before{randomState};
+  const Draws before{randomState()};
   call("animate", 1, {0});
   Draws draws = before;
   for (int i = 0; i < 7 + 250; ++i) draws.next();
   EXPECT_EQ(mesh("laser01").hidden(), !(draws.next() % 100 < 50));
   EXPECT_EQ(mesh("laser02").hidden(), !(draws.next() % 100 < 50));
-  EXPECT_EQ(randomState, draws.state);
+  EXPECT_EQ(randomState(), draws.state);
 
   call("setLaser", 0, {"", 1});
   call("animate", 1, {0});

@@ -27,9 +27,9 @@ class Water : public ::testing::Test {
     for (Mesh* mesh : scene.meshes) mesh->buildArrays();
     mesh("RayBlue").tracks.reset();
     for (Viewer* viewer : scene.viewers) viewer->alpha = 0;  // nothing is drawn
-    demoClock.time = 5;
-    demoClock.previousTime = 4.75f;
-    randomState = 1;
+    demoClock().time = 5;
+    demoClock().previousTime = 4.75f;
+    randomState() = 1;
   }
 
   void call(const char* function, float t, const std::vector<Argument>& arguments) {
@@ -99,7 +99,7 @@ TEST_F(Water, DropsFallNowAndThen) {
     draw();  // the light
   }
   ASSERT_FALSE(pushes.empty());
-  EXPECT_EQ(randomState, state);
+  EXPECT_EQ(randomState(), state);
   EXPECT_EQ(mesh("water").heightB, heightsOf(pushes));
 }
 

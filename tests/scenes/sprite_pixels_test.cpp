@@ -98,8 +98,8 @@ class SpritePixels : public GlTest {
     beamTexture = add("data\\beam", beamPaint);
     add("data\\flare_vectorball", ballPaint, {1, 1, 1, 0});
     scene.reset(newScene<SceneOuttro>());
-    demoClock.time = demoClock.previousTime = 5;
-    options.showStats = true;
+    demoClock().time = demoClock().previousTime = 5;
+    options().showStats = true;
   }
   void TearDown() override {
     scene.reset();

@@ -5,9 +5,11 @@
 #include "app/music.h"
 #include "base/clock.h"
 #include "base/options.h"
+#include "base/quit.h"
 #include "base/random.h"
 #include "base/report.h"
-#include "models/model_loader.h"
+#include "models/model_load.h"
+#include "timeline/function_call.h"
 
 // The program's state is process-wide. Every test finds it as a program that begins, whatever ran before.
 
@@ -22,11 +24,15 @@ class FreshState : public testing::EmptyTestEventListener {
   }
 
   void OnTestStart(const testing::TestInfo&) override {
-    options = {};
-    demoClock = {};
-    randomState = 1;
+    options() = {};
+    callTrace() = {};
+    current<LeadingSound>() = {};
+    current<ModelMaterials>() = {};
+    current<Music>() = {};
+    current<QuitWish>() = {};
+    demoClock() = {};
+    randomState() = 1;
     soundLibrary = openAlLibrary;
-    forgetMaterials();
     setLoadingDialog({});
     beginLog();
   }

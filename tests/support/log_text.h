@@ -13,7 +13,7 @@ namespace vex {
 inline std::string logText(const std::function<void()>& body) {
   const TemporaryFolder folder;
   runInChild([&] {
-    options.showStats = true;
+    options().showStats = true;
     body();
   });
   return readFile("Demo.log");

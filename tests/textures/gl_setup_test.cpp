@@ -46,7 +46,7 @@ TEST_F(GlSetup, StateIsTheSameWhateverWasBefore) {
 
 TEST_F(GlSetup, LogNamesRendererVendorVersionAndExtensions) {
   const TemporaryFolder folder;
-  options.showStats = true;
+  options().showStats = true;
   setUpGlState();
   const auto text = [](GLenum name) { return std::string(reinterpret_cast<const char*>(glGetString(name))); };
   const std::string whole = text(GL_RENDERER) + " from " + text(GL_VENDOR) + " ver " + text(GL_VERSION) +

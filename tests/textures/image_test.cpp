@@ -207,14 +207,14 @@ TEST(Images, LeaveNoFileOpen) {
 
 TEST(Masks, AreLoggedAndRefusedInOtherSizes) {
   const TemporaryFolder folder;
-  options.showStats = true;
+  options().showStats = true;
   writeFile("a.bmp", bmpBytes(4, 4, plain({1, 2, 3})));
   readBmpTexture("a.bmp");
   writeFile("a_mask.bmp", bmpBytes(4, 4, plain({1, 2, 3})));
   readBmpTexture("a.bmp");
   EXPECT_EQ(readFile("Demo.log"),
             "mask file a_mask.bmp not found, cancelling\nmask file a_mask.bmp found, opening\n");
-  options.showStats = false;
+  options().showStats = false;
 
   const auto readBmp = [] { readBmpTexture("a.bmp"); };
   writeFile("a_mask.bmp", bmpBytes(8, 4, plain({1, 2, 3})));

@@ -27,11 +27,11 @@ class StatText : public GlTest {
  protected:
   void SetUp() override {
     GlTest::SetUp();
-    options.showStats = true;
+    options().showStats = true;
     writeFile("data/font.raw", fontFile());
   }
   void TearDown() override {
-    options.showStats = false;
+    options().showStats = false;
     GlTest::TearDown();
   }
 
@@ -148,7 +148,7 @@ TEST_F(StatText, SelectsUnitZeroOnlyWhereThereAreSeveral) {
 }
 
 TEST_F(StatText, DoesNothingWithoutTheOption) {
-  options.showStats = false;
+  options().showStats = false;
   loadStatFont("absent.raw");
   EXPECT_EQ(textureCount(), 0);
   glDepthFunc(GL_GREATER);

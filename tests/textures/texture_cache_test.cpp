@@ -27,7 +27,7 @@ class Textures : public GlTest {
     pakOpen("vex.pak");  // none in this folder
   }
   void TearDown() override {
-    options.showStats = false;
+    options().showStats = false;
     GlTest::TearDown();
   }
 
@@ -317,7 +317,7 @@ TEST_F(Textures, DestructionDeletesThemAll) {
   getTexture("a", false);
   getTexture("b", false);
   EXPECT_TRUE(glIsTexture(1));
-  options.showStats = true;
+  options().showStats = true;
   std::filesystem::remove("Demo.log");
   destroyTextures();
   EXPECT_TRUE(readFile("Demo.log").ends_with("destroying textures\n"));
@@ -331,7 +331,7 @@ TEST_F(Textures, ThePreloadListIsReadToItsEnd) {
   for (const bool packed : {false, true}) {
     SCOPED_TRACE(packed ? "packed" : "loose");
     destroyTextures();
-    options.showStats = false;
+    options().showStats = false;
     if (packed) {
       std::filesystem::remove("used_textures.log");
       writeFile("vex.pak", pakBytes({{"used_textures.log", list}}));
@@ -340,10 +340,10 @@ TEST_F(Textures, ThePreloadListIsReadToItsEnd) {
       writeFile("used_textures.log", list);
     }
     for (const char* name : {"a", "b", "c", "d"}) writeBmp(name, {1, 2, 3});
-    options.showStats = true;
+    options().showStats = true;
     writeFile("Demo.log", "");
     preloadTextures();
-    options.showStats = false;
+    options().showStats = false;
     ASSERT_EQ(textureCount(), 4);
     const bool wraps[] = {true, false, false, true};
     for (int id = 0; id < 4; ++id) {
@@ -371,11 +371,11 @@ TEST_F(Textures, NoPreloadListIsNoError) {
 
 TEST_F(Textures, TheBoltFollowsTheGenerator) {
   writeFile("spark.bmp", bmpBytes(128, 128, plain({201, 100, 50})));
-  randomState = 1;  // 41, 18467, 6334, 26500, 19169, 15724: right, right, down, down, right, down
+  randomState() = 1;  // 41, 18467, 6334, 26500, 19169, 15724: right, right, down, down, right, down
   boltTexture("spark");
   std::uint32_t state = 1;
   for (int i = 0; i < 250; ++i) state = state * 214013u + 2531011u;
-  EXPECT_EQ(randomState, state);
+  EXPECT_EQ(randomState(), state);
 
   constexpr std::uint32_t core = 0xffffd050, edge = 0xffff5020, corner = 0xffef2000;
   struct Case {
@@ -410,7 +410,7 @@ TEST_F(Textures, TheBoltStaysInThePicture) {
   for (const Case& c : {Case{0, 3, 126}, Case{1, 0, 122}}) {
     const TextureEntry& entry = textureEntry(getTexture("spark", false));
     for (int i = 0; i < 8; ++i) darkenPixels(textureEntry(entry.id).pixels);  // black again
-    randomState = c.state;
+    randomState() = c.state;
     boltTexture("spark");
     const auto at = [&](int row, int column) {
       return entry.pixels[static_cast<std::size_t>(row * 128 + column)];

@@ -198,7 +198,7 @@ TEST(RunFrame, TimesThatAreNoNumbers) {
 
 TEST(RunFrame, TheFrameThatReachesTheTotalTimeStillRuns) {
   Show show({{.name = "A", .pos = 0, .length = 50}}, 0, 20);
-  quitFlag = 0;
+  requestQuit(0);
   EXPECT_EQ(show.frame(19.99f), "A");
   EXPECT_EQ(quitRequested(), 0);
   EXPECT_EQ(show.frame(20), "A");
@@ -344,14 +344,15 @@ TEST(FunctionCall, TheTraceSeesEveryCallBeforeItIsMade) {
   Show show(
       {{.name = "A", .pos = 0, .length = 4, .track = 1, .start = 5}, {.name = "B", .pos = 1, .length = 4}});
   calls.clear();
-  callTrace = [](const Part& part, const FunctionCall& call, float sceneTime, const void* const* arguments) {
+  callTrace() = [](const Part& part, const FunctionCall& call, float sceneTime,
+                   const void* const* arguments) {
     char line[400];
     std::snprintf(line, sizeof line, "%zu:%s.%s %g %g\n", calls.size(), part.name, call.name, sceneTime,
                   Arguments(arguments).number(0));
     seen += line;
   };
   show.dispatcher.runFrame(2);
-  callTrace = nullptr;
+  callTrace() = nullptr;
   show.dispatcher.runFrame(2);
   EXPECT_EQ(seen, "0:B.record 1 0.25\n1:A.record 7 0.5\n");
 }

@@ -185,7 +185,7 @@ TEST(LoadProject, BuildsTheParts) {
   const PartDispatcher& dispatcher = loaded.dispatcher;
   EXPECT_EQ(announced, "Loading project");
   EXPECT_EQ(dispatcher.startTime, 1.5f);
-  EXPECT_EQ(demoClock.startTime, 1.5f);
+  EXPECT_EQ(demoClock().startTime, 1.5f);
   EXPECT_EQ(dispatcher.totalTime, 60.0f);
   ASSERT_EQ(dispatcher.parts.count(), 2);
   const Part& part = *dispatcher.parts[0];
