@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "base/current.h"
 #include "base/fatal_place.h"
 #include "base/report.h"
 #include "models/model_load.h"
