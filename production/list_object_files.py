@@ -44,6 +44,5 @@ def main():
         file.write(f'namespace vex {{\nextern {name};\n{name} = R"({text}\n)";\n}}  // namespace vex\n')
 
 
-
 if __name__ == "__main__":
     main()
