@@ -135,17 +135,9 @@ Surface receiverSurface() {
 const Vector trayPlace = cigarettePlace + Vector(2, -7.6f, -12.6f);
 
 Surface ashtraySurface() {
-  Surface all = turnedProfile({{0, 0},
-                               {13, 0},
-                               {15.2f, 1},
-                               {16.2f, 4.8f},
-                               {16.2f, 5.6f},
-                               {15.8f, 6},
-                               {15.3f, 5.8f},
-                               {14.2f, 3},
-                               {12, 1.7f},
-                               {0, 1.4f}},
-                              64, trayPlace);
+  Surface all = turnedProfile(
+      {{0, 0}, {13, 0}, {15.2f, 1}, {16.2f, 5.2f}, {15.8f, 6}, {14.2f, 3}, {12, 1.7f}, {0, 1.4f}}, 44,
+      trayPlace);
   for (const float angle : {0.9f, 2.9f, 4.4f})  // stubs
     append(all, placed(turnedProfile({{1.1f, 0}, {1.2f, 5}, {0, 5.4f}}, 7, Vector(0, 0, 0)),
                        turnedZ(70 + 9 * angle) >> turnedY(angle * 57) >>

@@ -351,7 +351,7 @@ Model introBox(const Settings& settings) {
   }
   // The last layer is the light of the others on all that stands around.
   const Surface floor = disc(420, 24, 4),
-                table = placed(disc(96, 32, 8), stretched(1, 1, plinthDepth) >> moved(0, tableTop + 2, 0));
+                table = placed(disc(96, 24, 2), stretched(1, 1, plinthDepth) >> moved(0, tableTop + 2, 0));
   stage.meshes.push_back({.name = "VexLayer04",
                           .surface = spilledOn(joined({partOf(everything(choir), stone),
                                                        withoutMapping(floor), withoutMapping(table)})),
