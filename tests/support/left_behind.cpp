@@ -7,7 +7,7 @@
 #include <iterator>
 
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // of the sanitizer's runtime
 #endif
 
 namespace vex {
