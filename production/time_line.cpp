@@ -57,9 +57,7 @@ Products timeLineFiles() {
   product.work = 0.1f;
   product.make = [](const Settings&) {
     const Script script = presentationScript();
-    const std::string list = preloadList(script);
-    const auto* text = reinterpret_cast<const std::byte*>(list.data());
-    return std::vector<Bytes>{writeProject(script), Bytes(text, text + list.size())};
+    return std::vector<Bytes>{writeProject(script), bytesOf(preloadList(script))};
   };
   return {product};
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
+#include <string_view>
 #include <vector>
 
 #include "production/image/image.h"
@@ -11,6 +13,11 @@
 namespace vex {
 
 using Bytes = std::vector<std::byte>;
+
+inline Bytes bytesOf(std::string_view text) {
+  const auto bytes = std::as_bytes(std::span(text));
+  return {bytes.begin(), bytes.end()};
+}
 
 // 24 bit, rows bottom-up; width a multiple of 4.
 Bytes encodeBmp(const Canvas& image);

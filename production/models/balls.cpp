@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 
 #include "production/geometry/placement.h"
 #include "production/image/filter.h"
 #include "production/textures/palette.h"
 #include "production/textures/title.h"
+#include "scenes/ball_file.h"
 
 namespace vex {
 
@@ -184,24 +184,13 @@ Balls wordOfBalls() {
   return balls;
 }
 
-void put(Bytes& bytes, float value) {
-  std::uint32_t bits = 0;
-  std::memcpy(&bits, &value, sizeof bits);
-  for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::byte>(bits >> shift & 255));
-}
-
-Bytes ballBytes(const Balls& balls, int stage) {
-  Bytes bytes(4);
-  std::uint32_t count = 0;
-  for (const ShapeBall& ball : balls) {
+Bytes ballBytes(const Balls& shape, int stage) {
+  std::vector<Ball> balls;
+  for (const ShapeBall& ball : shape) {
     if (ball.stage > stage) continue;
-    ++count;
-    for (const float value :
-         {ball.size, ball.colour.r, ball.colour.g, ball.colour.b, ball.place.x, ball.place.y, ball.place.z})
-      put(bytes, value);
+    balls.push_back({ball.size, {ball.colour.r, ball.colour.g, ball.colour.b}, ball.place});
   }
-  for (std::size_t i = 0; i < 4; ++i) bytes[i] = static_cast<std::byte>(count >> (8 * i) & 255);
-  return bytes;
+  return bytesOf(ballFileBytes(balls));
 }
 
 }  // namespace

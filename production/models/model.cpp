@@ -17,9 +17,7 @@ Product model(const std::string& name, const std::vector<ModelPicture>& pictures
     made.stage.name = name;
     if (made.pictures.size() != pictures.size())
       fatalError("model %s: %zu pictures, %zu expected", name.c_str(), made.pictures.size(), pictures.size());
-    const std::string text = modelText(made.stage);
-    const auto* bytes = reinterpret_cast<const std::byte*>(text.data());
-    std::vector<Bytes> files{Bytes(bytes, bytes + text.size())};
+    std::vector<Bytes> files{bytesOf(modelText(made.stage))};
     for (std::size_t i = 0; i < pictures.size(); ++i)
       for (Bytes& file : encodePicture(made.pictures[i], pictures[i].kind)) files.push_back(std::move(file));
     return files;

@@ -88,9 +88,7 @@ Bytes writeProject(Script script) {
   project.music = checkedName(script.sound);
   project.ticks = script.ticks;
   for (const ScriptPart& part : script.parts) project.parts.push_back(encoded(part));
-  const std::string file = encodeProject(project);
-  const auto* bytes = reinterpret_cast<const std::byte*>(file.data());
-  return {bytes, bytes + file.size()};
+  return bytesOf(encodeProject(project));
 }
 
 }  // namespace vex

@@ -16,11 +16,7 @@ Products scrollerText() {
   product.outputs = {"data/scroller.txt"};
   product.source = __FILE__;
   product.work = 0.1f;
-  product.make = [](const Settings&) {
-    const std::string_view words = scrollerWords();
-    const auto* bytes = reinterpret_cast<const std::byte*>(words.data());
-    return std::vector<Bytes>{Bytes(bytes, bytes + words.size())};
-  };
+  product.make = [](const Settings&) { return std::vector<Bytes>{bytesOf(scrollerWords())}; };
   return {product};
 }
 

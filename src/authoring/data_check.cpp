@@ -11,9 +11,9 @@
 #include "authoring/project_check.h"
 #include "authoring/project_lexer.h"
 #include "base/files.h"
-#include "base/little_endian.h"
 #include "base/pak_directory.h"
 #include "platform/jpeg_decoder.h"
+#include "platform/little_endian.h"
 #include "platform/sound_file.h"
 #include "textures/image.h"
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <system_error>
 
-#include "base/little_endian.h"
 #include "base/report.h"
+#include "platform/little_endian.h"
 #include "platform/replace_file.h"
 
 namespace vex {

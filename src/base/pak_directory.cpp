@@ -6,8 +6,8 @@
 #include <cstring>
 #include <span>
 
-#include "base/little_endian.h"
 #include "base/report.h"
+#include "platform/little_endian.h"
 
 namespace vex {
 

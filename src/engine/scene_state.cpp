@@ -1,6 +1,8 @@
 #include "engine/scene_state.h"
 
-#include <optional>
+#include <array>
+#include <tuple>
+#include <vector>
 
 #include "base/report.h"
 #include "engine/particle_system.h"

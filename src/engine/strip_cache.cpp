@@ -7,9 +7,9 @@
 #include <string>
 
 #include "base/files.h"
-#include "base/little_endian.h"
 #include "base/report.h"
 #include "engine/strips.h"
+#include "platform/little_endian.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "base/little_endian.h"
 #include "base/report.h"
+#include "platform/little_endian.h"
 #include "platform/paths.h"
 
 namespace vex {

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "platform/end_request.h"
+#include "platform/little_endian.h"
 #include "platform/replace_file.h"
 
 extern char** environ;
@@ -44,27 +45,23 @@ bool waitUntilRead(int pipeEnd) {
   }
 }
 
-void put(std::string& bytes, std::uint32_t value, int count) {
-  for (int i = 0; i < count; ++i) bytes += static_cast<char>(value >> 8 * i & 0xff);
-}
-
 // RIFF header of PCM sound (Microsoft, Multimedia Programming Interface and Data Specifications 1.0).
 std::string waveHeader(const SoundTrack& sound) {
   const auto frameBytes = static_cast<std::uint32_t>(sound.channels * sound.bytesPerSample);
   const auto size = static_cast<std::uint32_t>(sound.samples.size());
   const auto rate = static_cast<std::uint32_t>(sound.rate);
   std::string header = "RIFF";
-  put(header, 36 + size, 4);
+  appendLittleEndian(header, 36 + size, 4);
   header += "WAVEfmt ";
-  put(header, 16, 4);
-  put(header, 1, 2);
-  put(header, static_cast<std::uint32_t>(sound.channels), 2);
-  put(header, rate, 4);
-  put(header, rate * frameBytes, 4);
-  put(header, frameBytes, 2);
-  put(header, static_cast<std::uint32_t>(8 * sound.bytesPerSample), 2);
+  appendLittleEndian(header, 16, 4);
+  appendLittleEndian(header, 1, 2);
+  appendLittleEndian(header, static_cast<std::uint32_t>(sound.channels), 2);
+  appendLittleEndian(header, rate, 4);
+  appendLittleEndian(header, rate * frameBytes, 4);
+  appendLittleEndian(header, frameBytes, 2);
+  appendLittleEndian(header, static_cast<std::uint32_t>(8 * sound.bytesPerSample), 2);
   header += "data";
-  put(header, size, 4);
+  appendLittleEndian(header, size, 4);
   return header;
 }
 

@@ -11,8 +11,8 @@
 #include <span>
 
 #include "base/files.h"
-#include "base/little_endian.h"
 #include "base/report.h"
+#include "platform/little_endian.h"
 #include "platform/paths.h"
 #include "platform/replace_file.h"
 
@@ -59,16 +59,19 @@ std::vector<Ball> readBallFile(const char* name) {
   return balls;
 }
 
-void writeBallFile(const char* name, const std::vector<Ball>& balls) {
+std::string ballFileBytes(const std::vector<Ball>& balls) {
   std::string bytes;
-  bytes.reserve(countSize + balls.size() * ballSize);
   appendLittleEndian(bytes, balls.size(), countSize);
   for (const auto& [intensity, colour, position] : balls) {
     const Fields fields{intensity, colour.r, colour.g, colour.b, position.x, position.y, position.z};
     for (const float field : fields)
       appendLittleEndian(bytes, std::bit_cast<std::uint32_t>(field), fieldSize);
   }
-  if (!replaceFile(resolvePath(name), bytes))
+  return bytes;
+}
+
+void writeBallFile(const char* name, const std::vector<Ball>& balls) {
+  if (!replaceFile(resolvePath(name), ballFileBytes(balls)))
     warning("Vector balls %s cannot be written: %s", name, std::strerror(errno));
 }
 

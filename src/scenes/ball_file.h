@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "engine/colour.h"
@@ -19,6 +20,9 @@ struct Ball {
 // Fatal: "Vector balls %s not found!", a file whose size does not fit its number of balls, a value that is
 // no number.
 std::vector<Ball> readBallFile(const char* name);
+
+// What such a file holds.
+std::string ballFileBytes(const std::vector<Ball>& balls);
 
 // Into the working folder, in one step. Warns when it cannot be written: the balls are there all the same.
 void writeBallFile(const char* name, const std::vector<Ball>& balls);

@@ -5,8 +5,8 @@
 #include <span>
 
 #include "base/files.h"
-#include "base/little_endian.h"
 #include "base/report.h"
+#include "platform/little_endian.h"
 
 namespace vex {
 namespace {

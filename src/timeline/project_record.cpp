@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <utility>
 
-#include "base/little_endian.h"
 #include "base/report.h"
+#include "platform/little_endian.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/scene_function.h"
 

@@ -400,6 +400,30 @@ TEST_F(Textures, TheBoltFollowsTheGenerator) {
   EXPECT_EQ(fatalText([] { boltTexture("small"); }), "texture small is 4x4, the bolt needs 128x128");
 }
 
+// What a show does to its textures is undone when it begins anew.
+TEST_F(Textures, TheyStandAgainAsTheyStood) {
+  writeBmp("tile", {201, 100, 50});
+  writeFile("spark.bmp", bmpBytes(128, 128, plain({201, 100, 50})));
+  writeFrame("frame1.jpg", 40);
+  const int tile = getTexture("tile", true), spark = getTexture("spark", false);
+  const std::vector<std::uint32_t> loaded = textureEntry(spark).pixels;
+  const std::vector<bool> wraps = textureWraps();
+  getTexture("tile", false);
+  boltTexture("spark");
+  boltTexture("spark");
+  const int movie = setMovieFrame("movie", "frame1.jpg");
+  writeFrame("frame1.jpg", 200);
+  restoreTextures(wraps);
+  EXPECT_EQ(wrapModeOf(tile, GL_TEXTURE_WRAP_S), GL_REPEAT);
+  EXPECT_EQ(textureEntry(spark).pixels, loaded);
+  int width = 0, height = 0;
+  const std::vector<std::uint8_t> shown = readTexture(spark, width, height);
+  EXPECT_EQ(0, std::memcmp(shown.data(), loaded.data(), shown.size()));
+  EXPECT_EQ(textureCount(), 3);
+  setMovieFrame("movie", "frame1.jpg");  // read anew though it is the last one
+  EXPECT_NEAR(greyOf(movie), 200, 3);
+}
+
 // From state 0 the bolt comes to the right edge and goes on straight down; from state 1 to the lower one.
 TEST_F(Textures, TheBoltStaysInThePicture) {
   writeFile("spark.bmp", bmpBytes(128, 128, plain({0, 0, 0})));
