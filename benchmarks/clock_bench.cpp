@@ -80,13 +80,13 @@ double startAtStep(const char* path) {
   return step + device.read(ALC_DEVICE_LATENCY_SOFT);
 }
 
-struct Recording {
+struct ClockReadings {
   std::vector<Reading> steps;   // of the device, sound from the start of the music
   std::vector<Reading> frames;  // of the demo clock
 };
 
-Recording runFrames(double musicStart) {
-  Recording recording;
+ClockReadings runFrames(double musicStart) {
+  ClockReadings recording;
   const DeviceClock device;
   const double begin = steadySeconds();
   double nextFrame = begin;
@@ -120,7 +120,7 @@ void runClock(benchmark::State& state) {
       state.SkipWithError("the music didn't start within a step of the device");
       break;
     }
-    const Recording recording = runFrames(musicStart);
+    const ClockReadings recording = runFrames(musicStart);
     shutDownMusic();
 
     double sum = 0.0;

@@ -25,6 +25,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -34,6 +34,8 @@
 
 namespace vex {
 
+using namespace song;
+
 namespace {
 
 namespace fs = std::filesystem;

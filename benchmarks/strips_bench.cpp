@@ -14,6 +14,8 @@
 // Splitting meshes into fans and strips, against the size of the mesh and against another splitter.
 
 namespace vex {
+
+using namespace geometry;
 namespace {
 
 // A sphere of that many faces, but for the poles; its faces in the order of modelling, or in none.

@@ -17,6 +17,10 @@
 
 namespace vex {
 
+using namespace image;
+using namespace synth;
+using namespace song;
+
 namespace {
 
 std::vector<DuckHit> duckHits(const Score& score) {

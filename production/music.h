@@ -17,7 +17,7 @@ enum class MixQuality {
 };
 
 inline constexpr double tailSeconds = 4.0;
-inline constexpr double musicSeconds = cueSeconds(songBars) + tailSeconds;  // of the show
+inline constexpr double musicSeconds = song::cueSeconds(song::songBars) + tailSeconds;  // of the show
 
 // Two channels of equal length, -1 to 1.
 struct StereoSound {
@@ -25,10 +25,10 @@ struct StereoSound {
   std::vector<float> left, right;
 };
 
-StereoSound renderMusic(MixQuality quality, Arrangement sections = showSections);
+StereoSound renderMusic(MixQuality quality, song::Arrangement sections = song::showSections);
 
 // The finished Ogg Vorbis file.
-std::vector<std::byte> makeMusic(MixQuality quality, Arrangement sections = showSections);
+std::vector<std::byte> makeMusic(MixQuality quality, song::Arrangement sections = song::showSections);
 
 Products musicFile();  // data\vex.ogg
 

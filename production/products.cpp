@@ -9,6 +9,9 @@
 
 namespace vex {
 
+using namespace geometry;
+using namespace show;
+
 namespace {
 
 void append(Products& all, Products more) {

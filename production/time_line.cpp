@@ -9,6 +9,10 @@
 
 namespace vex {
 
+using namespace image;
+using namespace song;
+using namespace show;
+
 namespace {
 
 // The pictures of the sections.

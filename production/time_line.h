@@ -6,7 +6,7 @@
 namespace vex {
 
 // The presentation's script: the pictures of the sections that the show plays.
-Script presentationScript();
+show::Script presentationScript();
 
 Products timeLineFiles();  // test.hvp and used_textures.log
 

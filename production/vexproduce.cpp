@@ -35,13 +35,13 @@ int main(int count, char** arguments) {
       return 0;
     }
     if (argument == "--cues" && count == 2) {
-      std::fputs(vex::cueLines().c_str(), stdout);
+      std::fputs(vex::song::cueLines().c_str(), stdout);
       return 0;
     }
     if (argument == "--draft") {
       settings.draft = true;
     } else if (argument == "--plaster") {
-      settings.plaster = vex::bakesPlaster = true;
+      settings.plaster = vex::geometry::bakesPlaster = true;
     } else if (argument.starts_with("-") || argument.empty() || folder != nullptr) {
       std::fputs(usage, stderr);
       return 2;

@@ -10,7 +10,7 @@
 #include "production/geometry/packing.h"
 #include "production/geometry/pieces.h"
 
-namespace vex {
+namespace vex::geometry {
 
 Surface mappedAtlas(const Surface& surface, const AtlasOptions& options, AtlasFigures* figures) {
   std::vector<Chart> charts;
@@ -84,4 +84,4 @@ Surface mappedAtlas(const Surface& surface, const AtlasOptions& options, AtlasFi
   return result;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

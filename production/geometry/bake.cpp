@@ -7,7 +7,9 @@
 #include "production/geometry/index.h"
 #include "production/image/filter.h"
 
-namespace vex {
+namespace vex::geometry {
+
+using namespace image;
 
 namespace {
 
@@ -92,11 +94,11 @@ Grid<Cover> coverOf(const Surface& surface, int side) {
   return grid;
 }
 
-struct Spot {
+struct CoveredSpot {
   Vector position, normal, flat;  // flat: of the triangle
 };
 
-Spot spotOf(const Surface& surface, const std::vector<Vector>& normals, const Cover& cover) {
+CoveredSpot spotOf(const Surface& surface, const std::vector<Vector>& normals, const Cover& cover) {
   const Triangle& triangle = surface.triangles[at(cover.triangle)];
   const float a = 1 - cover.b - cover.c;
   const auto blend = [&](const std::vector<Vector>& values) {
@@ -302,7 +304,7 @@ Canvas bake(const Surface& surface, const RayTree& obstacles, const BakeLook& lo
       for (int x = 0; x < coarse; ++x) {
         const Cover& spot = coarseCover.at(x, y);
         if (spot.triangle < 0) continue;
-        const Spot place = spotOf(surface, normals, spot);
+        const CoveredSpot place = spotOf(surface, normals, spot);
         const auto pattern = scramble(static_cast<std::uint32_t>(y * coarse + x));
         BakedLight baked =
             lightAt(obstacles, look, place.position + place.flat * lift, place.normal, pattern);
@@ -329,7 +331,7 @@ Canvas bake(const Surface& surface, const RayTree& obstacles, const BakeLook& lo
     for (int x = 0; x < side; ++x) {
       const Cover& spot = cover.at(x, y);
       if (spot.triangle < 0) continue;
-      const Spot place = spotOf(surface, normals, spot);
+      const CoveredSpot place = spotOf(surface, normals, spot);
       BakePoint point;
       point.position = place.position, point.normal = place.normal;
       const float u = (static_cast<float>(x) + 0.5f) / static_cast<float>(side),
@@ -350,4 +352,4 @@ Canvas bake(const Surface& surface, const RayTree& obstacles, const BakeLook& lo
   return picture;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -6,7 +6,7 @@
 
 #include "production/geometry/index.h"
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -195,4 +195,4 @@ std::vector<Chart> cutForPacking(const std::vector<Chart>& charts) {
   return result;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

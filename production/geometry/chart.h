@@ -8,7 +8,7 @@
 
 // Pieces of a surface laid out flat.
 
-namespace vex {
+namespace vex::geometry {
 
 struct Flat {
   float x, y;
@@ -42,4 +42,4 @@ float crossOf(const Flat& a, const Flat& b, const Flat& c);
 // With its density.
 float areaOf(const Chart& chart);
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -5,7 +5,7 @@
 #include "production/geometry/forms.h"
 #include "production/geometry/index.h"
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -186,4 +186,4 @@ Surface extrusion(const std::vector<Outline>& outlines, float depth, float bevel
   return all;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -6,7 +6,7 @@
 #include "production/geometry/index.h"
 #include "production/geometry/mapping.h"
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -438,4 +438,4 @@ Surface card(float width, float height) {
   return sheet(1, 1, [&](float s, float t) { return Vector((s - 0.5f) * width, t * height, 0); });
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -9,7 +9,7 @@
 // shared and the mapping has a seam, so that no triangle runs across it. Lettered counts are numbers of
 // quads.
 
-namespace vex {
+namespace vex::geometry {
 
 // A sheet: `place(s, t)` for s and t from 0 to 1, which are also u and v. Its front is where s to the right
 // and t upwards is seen. Closing sheets share the points of both ends; at a pole pass collapsed ends.
@@ -74,4 +74,4 @@ Surface card(float width, float height);  // upright, facing +z, its lower edge 
 using Outline = std::vector<PlanePoint>;
 Surface extrusion(const std::vector<Outline>& outlines, float depth, float bevel = 0, float corners = 30);
 
-}  // namespace vex
+}  // namespace vex::geometry

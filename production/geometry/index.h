@@ -2,11 +2,11 @@
 
 #include <cstddef>
 
-namespace vex {
+namespace vex::geometry {
 
 // Points and triangles are numbered with ints, so that -1 is none; a number that is one, to index with.
 inline std::size_t at(int index) {
   return static_cast<std::size_t>(index);
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

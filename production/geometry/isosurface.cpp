@@ -7,7 +7,9 @@
 
 #include "production/geometry/index.h"
 
-namespace vex {
+namespace vex::geometry {
+
+using namespace image;
 
 namespace {
 
@@ -205,4 +207,4 @@ Surface isosurface(const Solid& whole, const IsoOptions& options) {
   return surface;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -8,7 +8,7 @@
 // Surfaces of solids that are given as distances (production/image/solid.h: ball, ellipsoid, taper). Joins
 // with fillets, cuts and displacement are functions of such functions.
 
-namespace vex {
+namespace vex::geometry {
 
 // Ways to join two distances; k is the size of the fillet in units of length.
 float smoothJoin(float p, float q, float k);
@@ -25,6 +25,6 @@ struct IsoOptions {
 };
 
 // Marching cubes. The result is watertight, unmapped, and its triangles are of about one size.
-Surface isosurface(const Solid& solid, const IsoOptions& options);
+Surface isosurface(const image::Solid& solid, const IsoOptions& options);
 
-}  // namespace vex
+}  // namespace vex::geometry

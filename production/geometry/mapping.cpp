@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -117,4 +117,4 @@ Surface mappingScaled(Surface surface, float u, float v, float shiftU, float shi
   return surface;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

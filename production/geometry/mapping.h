@@ -7,7 +7,7 @@
 
 // Texture coordinates. See surface.h: coordinates belong to corners, so seams need no extra points.
 
-namespace vex {
+namespace vex::geometry {
 
 // Any function of the place, without seams.
 Surface mapped(Surface surface, const std::function<Uv(const Vector&)>& map);
@@ -47,4 +47,4 @@ struct AtlasFigures {
 // Fatal: charts that do not fit into the side ("too many charts for %d texels").
 Surface mappedAtlas(const Surface& surface, const AtlasOptions& options, AtlasFigures* figures = nullptr);
 
-}  // namespace vex
+}  // namespace vex::geometry

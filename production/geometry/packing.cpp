@@ -6,7 +6,7 @@
 
 #include "production/geometry/index.h"
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -86,4 +86,4 @@ std::optional<std::vector<Spot>> pack(const std::vector<TurnedChart>& charts, fl
   return spots;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -7,7 +7,7 @@
 
 // Charts side by side in one square picture.
 
-namespace vex {
+namespace vex::geometry {
 
 // Where a chart's room begins, bleed included, in texels.
 struct Spot {
@@ -24,4 +24,4 @@ TurnedChart quarterTurns(const Chart& chart);
 std::optional<std::vector<Spot>> pack(const std::vector<TurnedChart>& charts, float scale, int side,
                                       int bleed);
 
-}  // namespace vex
+}  // namespace vex::geometry

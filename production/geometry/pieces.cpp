@@ -5,7 +5,7 @@
 
 #include "production/geometry/index.h"
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -167,4 +167,4 @@ std::vector<Piece> piecesByMapping(const Surface& surface) {
   return pieces;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

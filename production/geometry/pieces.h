@@ -6,7 +6,7 @@
 
 // Which triangles of a surface lie in one chart of its atlas.
 
-namespace vex {
+namespace vex::geometry {
 
 // The numbers of its triangles.
 using Piece = std::vector<int>;
@@ -21,4 +21,4 @@ std::vector<Piece> piecesByMapping(const Surface& surface);
 // Along its normal, as long as the triangle's area.
 Vector areaVector(const Surface& surface, const Triangle& triangle);
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -117,4 +117,4 @@ AxisAngle axisAngleOf(const Placement& turn) {
           static_cast<float>(2 * std::atan2(size, std::fabs(w)))};
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

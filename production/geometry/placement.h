@@ -5,7 +5,7 @@
 // Places and turns in space, right-handed: a positive turn runs counter-clockwise seen from the tip of
 // its axis. (The engine's own rotations run the other way; only the writer of models needs to know.)
 
-namespace vex {
+namespace vex::geometry {
 
 // Where the unit axes and the origin of a thing go. Points p become right * p.x + up * p.y + back * p.z +
 // origin.
@@ -51,4 +51,4 @@ struct AxisAngle {
 };
 AxisAngle axisAngleOf(const Placement& turn);
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -244,4 +244,4 @@ bool blocked(const RayTree& tree, const Vector& from, const Vector& direction, f
   return hit;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

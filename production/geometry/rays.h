@@ -6,7 +6,7 @@
 
 // Rays through triangles, by a tree of boxes.
 
-namespace vex {
+namespace vex::geometry {
 
 struct RayHit {
   bool hit = false;
@@ -36,4 +36,4 @@ RayHit castRay(const RayTree& tree, const Vector& from, const Vector& direction,
 // Whether anything is in the way at all; faster.
 bool blocked(const RayTree& tree, const Vector& from, const Vector& direction, float most);
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -7,7 +7,7 @@
 
 #include "production/geometry/index.h"
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -187,4 +187,4 @@ Surface simplified(const Surface& surface, int triangles, const std::function<fl
   return Simplifier(surface, weight).reduced(triangles);
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

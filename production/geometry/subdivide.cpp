@@ -6,7 +6,7 @@
 #include "production/geometry/index.h"
 #include "production/geometry/surface.h"
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -131,4 +131,4 @@ Surface smoothed(Surface surface, int rounds) {
   return surface;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

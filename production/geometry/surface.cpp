@@ -7,7 +7,7 @@
 
 #include "production/geometry/index.h"
 
-namespace vex {
+namespace vex::geometry {
 
 namespace {
 
@@ -304,4 +304,4 @@ Topology topologyOf(const Surface& surface) {
   return result;
 }
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -12,7 +12,7 @@
 // are not stored: the player makes them smooth over each point, so a hard edge is two points in one place.
 // Texture coordinates belong to the corners of triangles: a seam is two coordinates at one point.
 
-namespace vex {
+namespace vex::geometry {
 
 struct Uv {
   float u = 0, v = 0;  // v upwards, 0 at the picture's lower edge
@@ -102,4 +102,4 @@ struct Topology {
 };
 Topology topologyOf(const Surface& surface);
 
-}  // namespace vex
+}  // namespace vex::geometry

@@ -6,7 +6,7 @@
 #include "base/report.h"
 #include "platform/jpeg_encoder.h"
 
-namespace vex {
+namespace vex::image {
 
 namespace {
 
@@ -122,4 +122,4 @@ Bytes encodeJpegMask(const Canvas& image, int quality) {
   return checkedJpeg(alphaRows(image), image, 1, quality);
 }
 
-}  // namespace vex
+}  // namespace vex::image

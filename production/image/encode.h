@@ -10,7 +10,7 @@
 // Pictures to file bytes. The last bit is dithered by a fixed pattern, so that wide gradients show no
 // bands; exact 0 and 1 stay exact.
 
-namespace vex {
+namespace vex::image {
 
 using Bytes = std::vector<std::byte>;
 
@@ -29,4 +29,4 @@ Bytes encodeJpegPicture(const Canvas& image, int quality);
 // Grey, from alpha.
 Bytes encodeJpegMask(const Canvas& image, int quality);
 
-}  // namespace vex
+}  // namespace vex::image

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vex {
+namespace vex::image {
 
 namespace {
 
@@ -11,20 +11,20 @@ Vector unit(const Vector& v) {
   return v / v.length();
 }
 
-Gaze gazeOf(BoxFace face) {
+Gaze gazeOf(SkyFace face) {
   const Vector east(1, 0, 0), up(0, 1, 0), north(0, 0, 1);
   switch (face) {
-    case BoxFace::top:
+    case SkyFace::top:
       return {up, north, -east};
-    case BoxFace::bottom:
+    case SkyFace::bottom:
       return {-up, north, east};
-    case BoxFace::north:
+    case SkyFace::north:
       return {north, -east, up};
-    case BoxFace::west:
+    case SkyFace::west:
       return {-east, -north, up};
-    case BoxFace::south:
+    case SkyFace::south:
       return {-north, east, up};
-    case BoxFace::east:
+    case SkyFace::east:
       return {east, north, up};
   }
   return {};
@@ -45,7 +45,7 @@ Canvas viewOf(const Environment& world, const Gaze& gaze, float reach, int width
   });
 }
 
-Canvas boxFace(const Environment& world, BoxFace face, int side) {
+Canvas boxFace(const Environment& world, SkyFace face, int side) {
   const float last = static_cast<float>(side - 1);
   return viewOf(world, gazeOf(face), static_cast<float>(side) / last, side, side, 1);
 }
@@ -60,4 +60,4 @@ Canvas sphereMap(const Environment& world, const Gaze& gaze, int side, int sampl
   });
 }
 
-}  // namespace vex
+}  // namespace vex::image

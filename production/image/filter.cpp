@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vex {
+namespace vex::image {
 
 namespace {
 
@@ -109,4 +109,4 @@ float borderFade(float u, float v, float margin) {
   return smoothStep(0.02f, margin, nearest);
 }
 
-}  // namespace vex
+}  // namespace vex::image

@@ -7,7 +7,7 @@
 
 // Work on whole pictures. Where a picture tiles, EdgeMode::wrap keeps it tiling.
 
-namespace vex {
+namespace vex::image {
 
 enum class EdgeMode { clamp, wrap };
 
@@ -53,4 +53,4 @@ Colour4 gradient(const std::vector<Colour4>& stops, float value);
 // Fades to exactly 0 within `margin` of each border (in u and v).
 float borderFade(float u, float v, float margin);
 
-}  // namespace vex
+}  // namespace vex::image

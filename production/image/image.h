@@ -9,7 +9,7 @@
 // 1 full), alpha beside them. Texel centres lie at (x + 0.5, y + 0.5); the functions below see the
 // picture as u across and v down, both 0 to 1.
 
-namespace vex {
+namespace vex::image {
 
 struct Colour4 {
   float r = 0, g = 0, b = 0;
@@ -96,4 +96,4 @@ auto map(const Grid<T>& source, Function change) {
   return result;
 }
 
-}  // namespace vex
+}  // namespace vex::image

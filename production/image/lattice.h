@@ -2,7 +2,7 @@
 
 // What noise in the plane and noise in space share.
 
-namespace vex {
+namespace vex::image {
 
 // `cell` of a lattice that repeats every `period` cells (0: never).
 inline int wrapped(int cell, int period) {
@@ -16,4 +16,4 @@ inline float quintic(float t) {
   return t * t * t * (t * (t * 6 - 15) + 10);
 }
 
-}  // namespace vex
+}  // namespace vex::image

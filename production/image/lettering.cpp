@@ -6,7 +6,7 @@
 #include "production/image/filter.h"
 #include "production/image/noise.h"
 
-namespace vex {
+namespace vex::image {
 
 namespace {
 
@@ -84,4 +84,4 @@ Canvas drawLettering(const Field& distance, const LetteringLook& look) {
   });
 }
 
-}  // namespace vex
+}  // namespace vex::image

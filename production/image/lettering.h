@@ -7,7 +7,7 @@
 
 // Type in relief, of any material, with light behind it, and torn. Made for additive drawing on black.
 
-namespace vex {
+namespace vex::image {
 
 // A place on a letter. Lengths are 128ths of the picture's height, x and y of whole heights.
 struct FacePoint {
@@ -32,4 +32,4 @@ struct LetteringLook {
 // The picture of a lettering given as distances in texels; its borders are black.
 Canvas drawLettering(const Field& distance, const LetteringLook& look);
 
-}  // namespace vex
+}  // namespace vex::image

@@ -6,7 +6,7 @@
 #include "production/image/image.h"
 #include "production/image/lattice.h"
 
-namespace vex {
+namespace vex::image {
 
 namespace {
 
@@ -101,4 +101,4 @@ float ridges(float x, float y, int period, int octaves, float gain, std::uint32_
   return sum / total;
 }
 
-}  // namespace vex
+}  // namespace vex::image

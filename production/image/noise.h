@@ -5,7 +5,7 @@
 // Noise over the plane. `period` (whole lattice cells, 0 for none) makes it repeat in both axes, so
 // that what is built of it tiles without a seam. Each seed is a noise of its own.
 
-namespace vex {
+namespace vex::image {
 
 // 0 to 1, the same for the same arguments on every machine.
 float hashUnit(int x, int y, std::uint32_t seed);
@@ -28,4 +28,4 @@ float fractal(float x, float y, int period, int octaves, float gain, std::uint32
 // Sum of 1 - |noise|, squared: sharp bright ridges, 0 to 1.
 float ridges(float x, float y, int period, int octaves, float gain, std::uint32_t seed);
 
-}  // namespace vex
+}  // namespace vex::image

@@ -6,7 +6,7 @@
 #include "production/image/image.h"
 #include "production/image/lattice.h"
 
-namespace vex {
+namespace vex::image {
 
 namespace {
 
@@ -102,4 +102,4 @@ Vector warp(const Vector& p, int period, float reach, std::uint32_t seed) {
                  reach;
 }
 
-}  // namespace vex
+}  // namespace vex::image

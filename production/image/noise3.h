@@ -8,7 +8,7 @@
 // Noise in space, for solids and for pictures that are functions of a direction. As noise.h: `period`
 // whole lattice cells (0 for none) makes it repeat in all three axes; each seed is a noise of its own.
 
-namespace vex {
+namespace vex::image {
 
 // 0 to 1.
 float valueNoise(const Vector& p, int period, std::uint32_t seed);
@@ -24,4 +24,4 @@ float fractal(const Vector& p, int period, int octaves, float gain, std::uint32_
 // The point moved by up to `reach` along three noises: what is looked up there is warped.
 Vector warp(const Vector& p, int period, float reach, std::uint32_t seed);
 
-}  // namespace vex
+}  // namespace vex::image

@@ -10,7 +10,7 @@
 
 #include "base/report.h"
 
-namespace vex {
+namespace vex::image {
 
 const FontFace blackletter{"/usr/share/fonts/truetype/blankenburg/Blankenburg_UNZ1A.ttf",
                            "fonts-blankenburg"};
@@ -184,4 +184,4 @@ std::vector<bool> renderCell(const FontFace& face, int code, int height) {
   return cell;
 }
 
-}  // namespace vex
+}  // namespace vex::image

@@ -7,7 +7,7 @@
 
 // Text from outline fonts as closed polygons and as distances to their edges.
 
-namespace vex {
+namespace vex::image {
 
 struct FontFace {
   const char* file;           // path of the installed font
@@ -42,4 +42,4 @@ Field distanceTo(const Lettering& text, int width, int height);
 // One glyph in 1-bit rendering: `height` rows of 8 flags, top first, baseline 2 rows above the bottom.
 std::vector<bool> renderCell(const FontFace& face, int code, int height);
 
-}  // namespace vex
+}  // namespace vex::image

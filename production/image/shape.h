@@ -5,7 +5,7 @@
 
 // Signed distances to plane shapes, negative inside, and how they join. Any unit.
 
-namespace vex {
+namespace vex::image {
 
 inline float disc(float x, float y, float radius) {
   return std::hypot(x, y) - radius;
@@ -46,4 +46,4 @@ inline float coverage(float distance, float softness) {
   return t * t * (3 - 2 * t);
 }
 
-}  // namespace vex
+}  // namespace vex::image

@@ -4,7 +4,7 @@
 
 #include "production/image/image.h"
 
-namespace vex {
+namespace vex::image {
 
 float ball(const Vector& p, const Vector& centre, float radius) {
   return (p - centre).length() - radius;
@@ -31,4 +31,4 @@ Vector normalAt(const Solid& solid, const Vector& p, float step) {
   return sum;
 }
 
-}  // namespace vex
+}  // namespace vex::image

@@ -6,7 +6,7 @@
 
 // Solids as signed distances in space.
 
-namespace vex {
+namespace vex::image {
 
 using Solid = std::function<float(const Vector& p)>;  // negative inside, never more than the true distance
 
@@ -19,4 +19,4 @@ float taper(const Vector& p, const Vector& a, const Vector& b, float ra, float r
 // Unit normal near the surface, from differences over `step`.
 Vector normalAt(const Solid& solid, const Vector& p, float step);
 
-}  // namespace vex
+}  // namespace vex::image

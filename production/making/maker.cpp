@@ -12,6 +12,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 bool upToDate(const Product& product, const std::string& key, const std::string& folder,

@@ -2,6 +2,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 constexpr int pictureQuality = 92;

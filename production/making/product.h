@@ -23,7 +23,7 @@ struct Product {
   std::vector<std::string> outputs;  // paths below the folder, such as "data/light1.bmp"
   std::string source;                // __FILE__ where it is defined: what it is made from follows from that
   float work = 1;                    // about how long it takes, relative to the others
-  std::function<std::vector<Bytes>(const Settings&)> make;  // the files' bytes, in order of outputs
+  std::function<std::vector<image::Bytes>(const Settings&)> make;  // the files' bytes, in order of outputs
 };
 
 using Products = std::vector<Product>;
@@ -37,10 +37,10 @@ enum class PictureKind {
 
 // "data/NAME.jpg" and so on: what encodePicture yields, in this order.
 std::vector<std::string> picturePaths(const std::string& name, PictureKind kind);
-std::vector<Bytes> encodePicture(const Canvas& image, PictureKind kind);
+std::vector<image::Bytes> encodePicture(const image::Canvas& image, PictureKind kind);
 
 // One picture: "data/NAME.jpg" or "data/NAME.bmp", and "data/NAME_mask.*" where it has a mask.
 Product picture(const std::string& name, PictureKind kind, float work,
-                std::function<Canvas(const Settings&)> make, const char* source = __builtin_FILE());
+                std::function<image::Canvas(const Settings&)> make, const char* source = __builtin_FILE());
 
 }  // namespace vex

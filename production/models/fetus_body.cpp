@@ -14,6 +14,9 @@
 
 namespace vex::laboratory {
 
+using namespace image;
+using namespace geometry;
+
 const std::array<Limb, 7> limbs{{
     {Vector(8, 2, 9), Vector(6, -3, 13), 4.2f, 3.6f},            // shoulder
     {Vector(6, -3, 13), Vector(-6, -13, 14.5f), 3.4f, 2.5f},     // upper arm

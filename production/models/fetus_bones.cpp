@@ -13,6 +13,9 @@
 
 namespace vex::laboratory {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 // Ring about the line of sight.

@@ -10,6 +10,10 @@
 
 namespace vex::laboratory {
 
+using namespace image;
+using namespace geometry;
+using namespace song;
+
 double sceneTime(double bar) {
   constexpr double begin = 1.25;  // the loop's ends lie on a cut
   const double slow = std::clamp(bar - burstBar, 0.0, 1.0) * (1 - burstPace);

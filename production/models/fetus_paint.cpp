@@ -13,6 +13,9 @@
 
 namespace vex::laboratory {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 float grit(const Vector& p, float scale, std::uint32_t seed) {

@@ -22,19 +22,19 @@ std::vector<StageCamera> cameras();  // in the order of the movement's
 
 // --- The being: curled up, its face towards -x, mirrored across the plane z = 0.
 
-Surface beingSurface();
-Surface rimSurface();              // a little within its skin, coarser
-Surface bonesSurface();            // skull, spine, ribs and limbs within it
-Surface lidSurface(float side);    // about an eye; they stay when the skin is glass
-Surface coverSurface(float side);  // the lid that shuts it
-Surface heartSurface();
-Surface cordSurface();  // mapped; from the belly to the jar's foot
+geometry::Surface beingSurface();
+geometry::Surface rimSurface();              // a little within its skin, coarser
+geometry::Surface bonesSurface();            // skull, spine, ribs and limbs within it
+geometry::Surface lidSurface(float side);    // about an eye; they stay when the skin is glass
+geometry::Surface coverSurface(float side);  // the lid that shuts it
+geometry::Surface heartSurface();
+geometry::Surface cordSurface();  // mapped; from the belly to the jar's foot
 inline const Vector heartPlace(-1, -5, 0);
 inline constexpr float eyeRadius = 3.7f;
 Vector gazeAxis(float side);   // unit, out of the socket; side is +1 or -1 for z
 Vector eyeAcross(float side);  // axis of its lid; turns clockwise about it open the eye
 // Mapped as seen from before it: the iris is in the middle.
-Surface eyeSurface(float side);
+geometry::Surface eyeSurface(float side);
 
 // --- On and over the table
 
@@ -43,7 +43,7 @@ inline constexpr float jarRadius = 37;
 inline const Vector lampPlace(-52, 150, 84);
 inline const Vector lampTarget(4, -62, -16);
 inline constexpr float lampConeDegrees = 50;
-Placement lampFrame();  // its y axis away from what it lights
+geometry::Placement lampFrame();  // its y axis away from what it lights
 inline const Vector cigarettePlace(-58, -42.4f, 52), emberPlace = cigarettePlace + Vector(0, 0, 5);
 inline const Vector nozzlePlace(54, 24, 22);
 inline const Vector beaconPlace(250, 120, -318);
@@ -69,29 +69,29 @@ enum Prop {
   covers,
   heart
 };
-Surface propSurface(Prop prop);
+geometry::Surface propSurface(Prop prop);
 // Out of the phone's frame into the room; the dial turns about the y axis of its own.
-Placement phoneFrame(), dialFrame();
-Surface tableTop();
-Surface jarSurface();              // glass inside and outside, what is in it up to a level
-Surface hoseSurface(float swell);  // mapped; 0: slack, 1: swollen; equal counts and order
-Surface shardSurface(int kind);    // of glass, about the origin
+geometry::Placement phoneFrame(), dialFrame();
+geometry::Surface tableTop();
+geometry::Surface jarSurface();              // glass inside and outside, what is in it up to a level
+geometry::Surface hoseSurface(float swell);  // mapped; 0: slack, 1: swollen; equal counts and order
+geometry::Surface shardSurface(int kind);    // of glass, about the origin
 inline constexpr int burstShells = 4;
-Surface burstSurface(int shell);  // all that was the jar, in pieces where they were
+geometry::Surface burstSurface(int shell);  // all that was the jar, in pieces where they were
 
 // --- The room
 
 enum RoomPart { walls, ground, ceiling, pipes, frames, leaf };
-Surface roomSurface();  // numbered by RoomPart
-Surface doorSurface();  // shut
+geometry::Surface roomSurface();  // numbered by RoomPart
+geometry::Surface doorSurface();  // shut
 inline const Vector doorHinge(96, -85, -330);
 inline constexpr float windowShare =
-    0.74f;                // of its picture's height; above it is the light through the door
-Surface windowSurface();  // mapped
-Surface whiteSurface();   // what is behind the door
+    0.74f;                          // of its picture's height; above it is the light through the door
+geometry::Surface windowSurface();  // mapped
+geometry::Surface whiteSurface();   // what is behind the door
 // Mapped to the strip above the window: what falls through the open door on floor, table and air. The door's
 // right post is its pivot.
-Surface doorLightSurface();
+geometry::Surface doorLightSurface();
 inline const Vector doorPost(216, -85, -330);
 inline const Vector thresholdPlace(176, -220, -326);
 

@@ -10,6 +10,9 @@
 
 namespace vex::laboratory {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr float west = -380, east = 380, floorHeight = -220, top = 260, north = -330, south = 430;

@@ -11,6 +11,9 @@
 
 namespace vex::laboratory {
 
+using namespace image;
+using namespace geometry;
+
 Placement lampFrame() {
   return standing(lampPlace, lampPlace - lampTarget);
 }

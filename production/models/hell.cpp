@@ -16,6 +16,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 using namespace hell;

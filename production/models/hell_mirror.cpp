@@ -9,6 +9,9 @@
 
 namespace vex::hell {
 
+using namespace image;
+using namespace geometry;
+
 Placement inLake(const Placement& turn) {
   const Placement mirror = stretched(1, -1, 1);
   return mirror >> turn >> mirror;

@@ -11,6 +11,9 @@
 
 namespace vex::hell {
 
+using namespace image;
+using namespace geometry;
+
 BakeLook stoneLook() {
   BakeLook look;
   look.sky = [](const Vector& d) {

@@ -19,17 +19,17 @@ inline constexpr float shotSeconds = 20;
 
 inline const Vector sphereCentre(0, 88, 0);
 inline constexpr float sphereRadius = 30;
-inline const Vector loosePlates = unit(Vector(0.45f, 0.55f, 0.7f));  // the side on which they are
+inline const Vector loosePlates = geometry::unit(Vector(0.45f, 0.55f, 0.7f));  // the side on which they are
 
 struct Plate {
-  Surface surface;
+  geometry::Surface surface;
   Vector outward;      // unit
   bool loose = false;  // drifts out and back; the others are one piece
 };
 std::vector<Plate> shellPlates();
-Surface heart();
-Surface shard(int which);  // about the origin
-Surface child();           // curled up before the heart, where the plates come off
+geometry::Surface heart();
+geometry::Surface shard(int which);  // about the origin
+geometry::Surface child();           // curled up before the heart, where the plates come off
 Vector childsEye();
 
 // --- The masonry, numbered as parts of one surface for baking. Ribs and webs are left halves at z = 0, pier
@@ -39,7 +39,7 @@ enum StonePart { pier, rib, brokenRib, boss, web, brokenWeb, choirWall, causeway
 inline constexpr float naveHalf = 105;     // from the middle to the middle of the piers
 inline constexpr float bay = 90;           // from pier to pier along the nave
 inline constexpr float choirPlace = -318;  // z
-Surface stonePart(StonePart part);
+geometry::Surface stonePart(StonePart part);
 float archShare(const Vector& place);  // how far up the left half of the vault; 0 springing, 1 crown
 // The rose fills a round opening of the choir's wall: petals around an eye, modelled about its middle, the
 // petal to its right.
@@ -48,16 +48,16 @@ inline constexpr int petalCount = 8;
 
 // --- Iron
 
-Placement shackleTilt();
-Surface shackle();                    // the ring around the sphere and the chains that hold it
-Surface danglingChain(float length);  // from y = 0 down, its last link bent open
+geometry::Placement shackleTilt();
+geometry::Surface shackle();                    // the ring around the sphere and the chains that hold it
+geometry::Surface danglingChain(float length);  // from y = 0 down, its last link bent open
 
 // --- What the lake mirrors
 
-Placement inLake(const Placement& turn);
+geometry::Placement inLake(const geometry::Placement& turn);
 Vector inLake(const Vector& place);
-Surface sphereInLake();
-Surface ringInLake();
+geometry::Surface sphereInLake();
+geometry::Surface ringInLake();
 
 // --- Cameras
 
@@ -69,18 +69,18 @@ std::vector<StageCamera> cameras();
 // --- Baking
 
 enum SpherePart { firstShard = 1, firstPlate = 10 };  // part numbers in the sphere's picture
-BakeLook stoneLook();
-BakeLook sphereLook();
-Colour4 stoneColour(const BakePoint& p);
-Colour4 sphereColour(const BakePoint& p);
+geometry::BakeLook stoneLook();
+geometry::BakeLook sphereLook();
+image::Colour4 stoneColour(const geometry::BakePoint& p);
+image::Colour4 sphereColour(const geometry::BakePoint& p);
 
 // --- Pictures without baked light
 
-Canvas lavaPicture(int side);                   // tiles; glassy where it is black
-Canvas heartPicture(int side);                  // tiles across
-Canvas blazePicture(int side);                  // the fire behind the choir
-Canvas glowPicture(int side);                   // haze on the lake
-Canvas duskPicture(int side);                   // to darken by: all but the lower middle
-Canvas lakeHazePicture(int side, float reach);  // seen from above, `reach` units from middle to edge
+image::Canvas lavaPicture(int side);                   // tiles; glassy where it is black
+image::Canvas heartPicture(int side);                  // tiles across
+image::Canvas blazePicture(int side);                  // the fire behind the choir
+image::Canvas glowPicture(int side);                   // haze on the lake
+image::Canvas duskPicture(int side);                   // to darken by: all but the lower middle
+image::Canvas lakeHazePicture(int side, float reach);  // seen from above, `reach` units from middle to edge
 
 }  // namespace vex::hell

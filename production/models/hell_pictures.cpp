@@ -11,6 +11,9 @@
 
 namespace vex::hell {
 
+using namespace image;
+using namespace geometry;
+
 // Plates of black crust on a glowing melt; wide cracks, for no camera sees fine ones without shimmer.
 Canvas lavaPicture(int side) {
   constexpr int cells = 5;

@@ -15,6 +15,9 @@
 
 namespace vex::hell {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr int plateCount = 26;

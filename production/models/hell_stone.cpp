@@ -13,6 +13,9 @@
 
 namespace vex::hell {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr float springing = 124;  // height of the ribs' feet

@@ -15,6 +15,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 using namespace reliquary;
@@ -25,12 +28,12 @@ constexpr float veilSeconds = 5;
 // --- The flight
 
 // Places about the casket's axis: 0 degrees before it, 90 to its right.
-struct Stand {
+struct EyePoint {
   float radius, degrees, height;
   Vector target;
 };
 struct Shot {
-  Stand from, to;
+  EyePoint from, to;
 };
 
 // In the order of the time line; see shotFrames.
@@ -59,7 +62,7 @@ const Shot shots[] = {
 };
 constexpr int shotSlot = 36, shotLead = 3, shotFrames = 30;  // frames: of each, before, and in use
 
-Vector standing(const Stand& stand) {
+Vector standing(const EyePoint& stand) {
   const float turn = stand.degrees * pi / 180;
   return {stand.radius * std::sin(turn), stand.height, stand.radius * std::cos(turn)};
 }
@@ -68,7 +71,7 @@ Vector standing(const Stand& stand) {
 StageCamera flight() {
   StageCamera camera{.name = "camera01", .fieldDegrees = 64, .far = 2600};
   const auto key = [&](int frame, const Shot& shot, float share) {
-    const Stand at{
+    const EyePoint at{
         mix(shot.from.radius, shot.to.radius, share), mix(shot.from.degrees, shot.to.degrees, share),
         mix(shot.from.height, shot.to.height, share), mix(shot.from.target, shot.to.target, share)};
     camera.positions.push_back({.frame = frame, .value = standing(at)});

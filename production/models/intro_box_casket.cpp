@@ -10,6 +10,9 @@
 
 namespace vex::reliquary {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr float wall = 4;      // thickness

@@ -12,6 +12,9 @@
 
 namespace vex::reliquary {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr float fenceRadius = 285, choirRadius = 330;

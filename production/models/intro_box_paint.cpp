@@ -14,6 +14,9 @@
 
 namespace vex::reliquary {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 const Colour4 warmKey{1.55f, 1.34f, 1.02f};

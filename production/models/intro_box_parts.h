@@ -23,18 +23,19 @@ inline const Vector lockPivot(0, 103, 28.5f);
 
 // One form in many places: it is painted once, where the first of them stands.
 struct Copies {
-  Surface form;
-  std::vector<Placement> places;
+  geometry::Surface form;
+  std::vector<geometry::Placement> places;
   int skin = iron;
 };
 
 struct Assembly {
-  Surface single;  // parts are skins
+  geometry::Surface single;  // parts are skins
   std::vector<Copies> repeated;
 };
 
-Surface everything(const Assembly& assembly);
-Surface withoutBack(const Surface& surface);  // what looks to -z, for things that lean against others
+geometry::Surface everything(const Assembly& assembly);
+geometry::Surface withoutBack(
+    const geometry::Surface& surface);  // what looks to -z, for things that lean against others
 
 Assembly casketBody();
 Assembly casketLid();  // shut
@@ -44,20 +45,20 @@ Assembly hall();  // fence, pillars and arches around
 
 // Colour of a lit point of casket or lock.
 struct PaintedAssembly {
-  Surface surface;
-  Canvas picture;
+  geometry::Surface surface;
+  image::Canvas picture;
 };
-PaintedAssembly paintedCasket(const Assembly& assembly, const Surface& shadowing, const Settings& settings,
-                              int side);
-PaintedAssembly paintedStone(const Assembly& assembly, const Surface& shadowing, const Settings& settings,
-                             int side);
+PaintedAssembly paintedCasket(const Assembly& assembly, const geometry::Surface& shadowing,
+                              const Settings& settings, int side);
+PaintedAssembly paintedStone(const Assembly& assembly, const geometry::Surface& shadowing,
+                             const Settings& settings, int side);
 
 // The title as additive veils, back to front; the light that it sheds on the stone around, brighter with u;
 // places along its strokes from left to right.
 inline constexpr int veilCount = 3;
-Canvas veilPicture(int veil, const Settings& settings);
-Surface spilledOn(const Surface& stone);
-Canvas spillPicture(const Settings& settings);
+image::Canvas veilPicture(int veil, const Settings& settings);
+geometry::Surface spilledOn(const geometry::Surface& stone);
+image::Canvas spillPicture(const Settings& settings);
 std::vector<Vector> placesAlongTitle(int count);
 inline const Vector titleMiddle(0, 242, 6);
 inline constexpr float titleWidth = 250, titleHeight = 125;  // of the veils

@@ -9,6 +9,8 @@
 
 namespace vex {
 
+using namespace geometry;
+
 namespace {
 
 constexpr int ringSize = 16;

@@ -14,6 +14,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr float loopSeconds = 5;
@@ -21,7 +24,7 @@ constexpr float loopSeconds = 5;
 constexpr float ringRadius = 232;  // of the small cubes
 constexpr int satellites = 5;
 
-enum Part { bar, cornerBlock, thinBar, thinCorner, satellite, partCount };
+enum CubePart { bar, cornerBlock, thinBar, thinCorner, satellite, partCount };
 
 // A square frame in space: bars along the edges of a cube, blocks in its corners.
 struct Frame {
@@ -80,7 +83,7 @@ float barLength(const Frame& frame) {
 // One of each, in its place in its cube.
 std::vector<Surface> prototypes() {
   std::vector<Surface> parts(partCount);
-  const auto framed = [&](const Frame& frame, Part along, Part block) {
+  const auto framed = [&](const Frame& frame, CubePart along, CubePart block) {
     parts[along] = placed(groovedBar(frame.thick, barLength(frame)),
                           moved(frame.half, frame.half, barLength(frame) / 2));
     parts[block] = placed(bevelledBox(Vector(frame.block, frame.block, frame.block), frame.block * 0.09f),
@@ -92,7 +95,7 @@ std::vector<Surface> prototypes() {
   return parts;
 }
 
-Surface assembly(const std::vector<Surface>& parts, Part part) {
+Surface assembly(const std::vector<Surface>& parts, CubePart part) {
   switch (part) {
     case bar:
     case thinBar:
@@ -185,7 +188,7 @@ Model layerRotCubes(const Settings& settings) {
   Surface all, around;
   for (int i = 0; i < partCount; ++i) {
     append(all, placed(parts[static_cast<std::size_t>(i)], apart(i)), i);
-    append(around, placed(assembly(parts, static_cast<Part>(i)), apart(i)));
+    append(around, placed(assembly(parts, static_cast<CubePart>(i)), apart(i)));
   }
   all = mappedAtlas(all, {.charts = Charts::byNormals, .side = 512, .density = [](const Triangle& triangle) {
                             return triangle.part == satellite ? 2.0f : 1.0f;

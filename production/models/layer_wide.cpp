@@ -15,6 +15,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr int strands = 46;

@@ -4,6 +4,8 @@
 
 namespace vex {
 
+using namespace image;
+
 Product model(const std::string& name, const std::vector<ModelPicture>& pictures, float work,
               std::function<Model(const Settings&)> make, const char* source) {
   Product product;

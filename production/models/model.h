@@ -10,7 +10,7 @@ namespace vex {
 // A model and the pictures painted for it.
 struct Model {
   Stage stage;
-  std::vector<Canvas> pictures;  // in the order of their names
+  std::vector<image::Canvas> pictures;  // in the order of their names
 };
 
 struct ModelPicture {

@@ -14,6 +14,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 using namespace monster;

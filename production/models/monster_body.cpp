@@ -13,6 +13,9 @@
 
 namespace vex::monster {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 const Vector trunkPivot(0, 95, 0), abdomenPivot(0, 100, -24), headPivot(0, 106, 32);

@@ -9,6 +9,9 @@
 
 namespace vex::monster {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 // A heavy half ring with stepped edges, its inner face towards the middle.

@@ -11,6 +11,9 @@
 
 namespace vex::monster {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 // A spindle from joint to joint: thin where it is held, swollen behind that.

@@ -10,6 +10,9 @@
 
 namespace vex::monster {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 // Light of the hangar: cold lamps above, a little magenta left and right, pale haze at its ends.

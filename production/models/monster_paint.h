@@ -8,15 +8,15 @@
 
 namespace vex::monster {
 
-BakeLook hangarLook();  // how its light is baked
+geometry::BakeLook hangarLook();  // how its light is baked
 
 // Colours of baked surfaces; alpha is opacity. The skin is clear where the metal sees `clearFrom` of the
 // room.
 inline constexpr float clearFrom = 0.84f;
-Colour4 skinColour(const BakePoint& p);
-Colour4 deckColour(const BakePoint& p);
-Colour4 apronColour(const BakePoint& p);
-Colour4 ironColour(const BakePoint& p);
+image::Colour4 skinColour(const geometry::BakePoint& p);
+image::Colour4 deckColour(const geometry::BakePoint& p);
+image::Colour4 apronColour(const geometry::BakePoint& p);
+image::Colour4 ironColour(const geometry::BakePoint& p);
 
 // Four things in one picture, each in a part of it: lower left corner and size as texture coordinates.
 struct PicturePart {
@@ -26,24 +26,25 @@ inline constexpr PicturePart wallPart{0, 0, 1, 0.5f}, plumePart{0, 0.5f, 0.5f, 0
     eyePart{0.5f, 0.75f, 0.5f, 0.25f}, glowPart{0.5f, 0.5f, 0.5f, 0.25f};
 
 // Mapped to the part, `turns` times across.
-inline Surface mappedTo(const PicturePart& part, const Surface& surface, float turns = 1) {
+inline geometry::Surface mappedTo(const PicturePart& part, const geometry::Surface& surface,
+                                  float turns = 1) {
   return mappingScaled(surface, turns * part.width, part.height, part.u, part.v);
 }
 
 // As that, a little within the part, so that nothing of its neighbours shows at the edges.
-inline Surface mappedWithin(const PicturePart& part, const Surface& surface) {
+inline geometry::Surface mappedWithin(const PicturePart& part, const geometry::Surface& surface) {
   constexpr float margin = 0.012f;
   return mappedTo({part.u + margin, part.v + margin, part.width - 2 * margin, part.height - 2 * margin},
                   surface);
 }
 
-Canvas airPicture(const Settings& settings);
+image::Canvas airPicture(const Settings& settings);
 
 // The deck beside what lies around it.
 inline constexpr PicturePart deckPart{0, 0, 0.5f, 1}, apronPart{0.5f, 0, 0.5f, 1};
-Canvas floorPicture(const Canvas& deck, const Canvas& apron);
+image::Canvas floorPicture(const image::Canvas& deck, const image::Canvas& apron);
 
 // A card of haze, thick in the middle, its rim clear.
-Canvas hazeCard(const Settings& settings);
+image::Canvas hazeCard(const Settings& settings);
 
 }  // namespace vex::monster

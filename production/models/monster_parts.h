@@ -17,7 +17,7 @@ inline constexpr float shotSeconds = 20;  // of cameras and lights
 struct Piece {
   std::string name{};
   std::string parent{};
-  Surface surface{};  // not mapped
+  geometry::Surface surface{};  // not mapped
   Vector pivot{};
   Motion motion{};
 };
@@ -43,10 +43,10 @@ std::vector<Piece> stringPieces();
 enum HangarPart { arch, plinth, cables, deck, apron };
 inline constexpr float archRadius = 235;
 inline constexpr float deckRadius = 220;
-Surface hangarPart(HangarPart part);
+geometry::Surface hangarPart(HangarPart part);
 inline const std::vector<float> archPlaces{-430, -310, -190, 190, 310, 430};  // z of each arch
-Surface poolSurface();                                                        // in the plinth's middle
+geometry::Surface poolSurface();                                              // in the plinth's middle
 // A wall of haze around the creature, behind it from wherever one looks; shown on its inside only.
-Surface hazeShell(float across, float along, float height);
+geometry::Surface hazeShell(float across, float along, float height);
 
 }  // namespace vex::monster

@@ -8,6 +8,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr float pi = 3.14159265f;

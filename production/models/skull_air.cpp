@@ -10,6 +10,9 @@
 
 namespace vex::skull {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 // --- The crow's picture: a feather in its left half, the trunk unrolled in its right, head up.

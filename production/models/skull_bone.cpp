@@ -10,6 +10,9 @@
 
 namespace vex::skull {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 const Vector hinge(0, 100, -8);  // of the jaw, in the skull's own axes

@@ -10,6 +10,9 @@
 
 namespace vex::skull {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr float terrainRadius = 1800;

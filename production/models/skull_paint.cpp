@@ -9,6 +9,9 @@
 
 namespace vex::skull {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 const Vector keyLight(-0.62f, 0.70f, 0.46f);  // towards the rift's reflection in the clouds

@@ -9,6 +9,9 @@
 
 namespace vex::skull {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 enum class Shape { chisel, fang, block };

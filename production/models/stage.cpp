@@ -13,6 +13,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr int ticksPerFrame = 160;

@@ -29,7 +29,7 @@ MotionKeys positionKeys(float seconds, int every, const std::function<Vector(flo
 MotionKeys scaleKeys(float seconds, int every, const std::function<Vector(float t)>& factors);
 // From orientations in the world (axes at right angles, origin ignored); between two keys less than half a
 // turn. The turns that come out start at the orientation of rest, which is that of the surface as modelled.
-MotionKeys turnKeys(float seconds, int every, const std::function<Placement(float t)>& orientation);
+MotionKeys turnKeys(float seconds, int every, const std::function<geometry::Placement(float t)>& orientation);
 
 // 0 to 1 over time from `start` to `end`, at rest before and after.
 float eased(float t, float start, float end);
@@ -50,9 +50,9 @@ struct StageMaterial {
   std::string texture{};     // below data\, without extension; empty: none
   bool environment = false;  // sphere map: only on surfaces without mapping
   bool twoSided = false;
-  Colour4 diffuse{1, 1, 1}, ambient{0, 0, 0}, specular{0, 0, 0};  // alpha is ignored
-  float shine = 0.2f;                                             // 0 to 1
-  float shineStrength = 0;                                        // above 0.5 there is a highlight
+  image::Colour4 diffuse{1, 1, 1}, ambient{0, 0, 0}, specular{0, 0, 0};  // alpha is ignored
+  float shine = 0.2f;                                                    // 0 to 1
+  float shineStrength = 0;                                               // above 0.5 there is a highlight
   float opacity = 1;
 };
 
@@ -60,8 +60,8 @@ struct StageMaterial {
 
 struct StageMesh {
   std::string name{};
-  std::string parent{};  // of those before it in the list; empty: none
-  Surface surface{};     // in the world, at rest; may be empty for helpers
+  std::string parent{};         // of those before it in the list; empty: none
+  geometry::Surface surface{};  // in the world, at rest; may be empty for helpers
   Vector pivot{0, 0, 0};
   std::string material{};  // empty for helpers without surface
   Motion motion{};
@@ -72,7 +72,7 @@ struct StageLight {
   std::string name{};
   Vector position{};
   bool on = true;  // takes part in lighting
-  Colour4 colour{1, 1, 1};
+  image::Colour4 colour{1, 1, 1};
   float intensity = 1;
   bool spot = false;
   Vector target{};         // of spots

@@ -15,6 +15,9 @@
 
 namespace vex::water {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 // --- The body's line

@@ -26,8 +26,8 @@ inline const Vector lampPlace(-300, 1500, 900);
 
 enum BeingPart { hide, membrane, spine, eyeBall, tooth, maw };
 inline const Vector beingPivot(0, 188, -20);
-Surface being();
-Colour4 beingColour(const BakePoint& p);
+geometry::Surface being();
+image::Colour4 beingColour(const geometry::BakePoint& p);
 
 // --- Cameras and what they look at.
 
@@ -37,8 +37,8 @@ inline const Vector moonPlace = Vector(-0.165f, 0.100f, -0.96f) * 2000;
 
 // --- Stacks, needles and an arch.
 
-Surface rocks();
-Colour4 rockColour(const BakePoint& p);
+geometry::Surface rocks();
+image::Colour4 rockColour(const geometry::BakePoint& p);
 // How far a place of the sea lies off the nearest of them, below 0 inside.
 float rockShore(const Vector& place);
 // How much of them, 0 or 1 and between, a look meets that leaves the sea at a place along `way` (level, of
@@ -47,15 +47,15 @@ float rockMirrored(const Vector& place, const Vector& way, float slope);
 
 // --- Sky and bed meet in one haze at the horizon.
 
-Surface skyDome();
-Surface seaBed();
-Canvas skyPicture(const Settings& settings);  // of both
+geometry::Surface skyDome();
+geometry::Surface seaBed();
+image::Canvas skyPicture(const Settings& settings);  // of both
 // Haze, moon and clouds towards a direction, without the lamp.
-Colour4 skyColour(const Vector& direction);
+image::Colour4 skyColour(const Vector& direction);
 
 // --- Pictures of light. All add; what lies at their borders is black.
 
-Canvas lightPicture(const Settings& settings);  // on the waves, and gathered below them
-Canvas rayPicture(const Settings& settings);    // black at both sides, repeats upwards
+image::Canvas lightPicture(const Settings& settings);  // on the waves, and gathered below them
+image::Canvas rayPicture(const Settings& settings);    // black at both sides, repeats upwards
 
 }  // namespace vex::water

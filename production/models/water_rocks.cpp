@@ -12,6 +12,9 @@
 
 namespace vex::water {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 struct Column {

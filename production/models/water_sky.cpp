@@ -13,6 +13,9 @@
 
 namespace vex::water {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr float moonSize = 0.042f;  // radians, its radius

@@ -12,6 +12,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 constexpr float knotRadius = 96, knotSwing = 40;

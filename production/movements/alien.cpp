@@ -4,6 +4,9 @@
 
 namespace vex {
 
+using namespace song;
+using namespace show;
+
 using namespace screen;
 
 namespace {

@@ -4,6 +4,9 @@
 
 namespace vex {
 
+using namespace song;
+using namespace show;
+
 using namespace screen;
 
 namespace {
@@ -25,18 +28,15 @@ ScriptCall boxCall(const char* function, std::vector<ScriptParameter> parameters
 }
 
 ScriptCall pose(const char* object, const Curve& fraction) {
-  Curve name;
-  name.kind = CurveKind::text;
-  name.text = object;
-  return boxCall("setAnimationState", {{"object", name}, {"fraction", fraction, 0, 1}});
+  return boxCall("setAnimationState", {{text(object)}, {fraction, 0, 1}});
 }
 
 ScriptCall particles(const Curve& count) {
-  return boxCall("setParticleCount", {{"particle count", count, 0, 200}});
+  return boxCall("setParticleCount", {{count, 0, 200}});
 }
 
 ScriptCall smokeAlongTitle(const Curve& level) {
-  return boxCall("showVex", {{"level", level, 0, 1}});
+  return boxCall("showVex", {{level, 0, 1}});
 }
 
 // The three burning layers of the title, and as the fourth their light on the stone around: how bright, and
@@ -49,8 +49,8 @@ constexpr int spill = 3;
 
 ScriptCall draw(const Veils& veils) {
   std::vector<ScriptParameter> parameters;
-  for (const Curve& opacity : veils.opacity) parameters.push_back({"opacity", opacity, 0, 1});
-  for (const Curve& seconds : veils.seconds) parameters.push_back({"seconds", seconds, 0, 5});
+  for (const Curve& opacity : veils.opacity) parameters.push_back({opacity, 0, 1});
+  for (const Curve& seconds : veils.seconds) parameters.push_back({seconds, 0, 5});
   return boxCall("setVexFog", std::move(parameters));
 }
 

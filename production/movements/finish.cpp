@@ -4,6 +4,9 @@
 
 namespace vex {
 
+using namespace song;
+using namespace show;
+
 using namespace screen;
 
 namespace {
@@ -11,10 +14,10 @@ namespace {
 constexpr double barHeight = 0.2435;  // leaves 2.35 : 1
 
 // What a flash is made of in one world.
-struct Light {
+struct LightCards {
   const char *haze, *rays, *orb, *streak;
 };
-constexpr Light acid{"haze_acid", "rays_acid", "light2", "streak_acid"},
+constexpr LightCards acid{"haze_acid", "rays_acid", "light2", "streak_acid"},
     violet{"haze_violet", "rays_violet", "light5", "streak_violet"},
     teal{"haze_teal", "rays_teal", "light3", "streak_bone"},
     ember{"haze_ember", "rays_ember", "light6", "streak_bone"};
@@ -28,7 +31,7 @@ struct Flash {
   double x = 0, y = 0, size = 1, strength = 1;
 };
 
-Bitmap burstOf(const Light& light, const Flash& it) {
+Bitmap burstOf(const LightCards& light, const Flash& it) {
   switch (it.burst) {
     case Burst::rays:
       return {.texture = light.rays,
@@ -49,7 +52,7 @@ Bitmap burstOf(const Light& light, const Flash& it) {
   return {};
 }
 
-void addFlashes(Show& show, const Light& light, const std::vector<Flash>& flashes) {
+void addFlashes(Show& show, const LightCards& light, const std::vector<Flash>& flashes) {
   for (const Flash& it : flashes) {
     const double bars = it.burst == Burst::orb ? 0.0625 : 0.125;  // a quarter or half a beat
     Bitmap burst = burstOf(light, it);

@@ -5,6 +5,9 @@
 
 namespace vex {
 
+using namespace song;
+using namespace show;
+
 using namespace screen;
 
 namespace {

@@ -6,6 +6,11 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+using namespace song;
+using namespace show;
+
 namespace lab = laboratory;
 using namespace screen;
 
@@ -68,11 +73,8 @@ ScriptCall labCall(const char* function, std::vector<ScriptParameter> parameters
 }
 
 ScriptCall pose(const char* object, const Curve& fraction) {
-  Curve name;
-  name.kind = CurveKind::text;
-  name.text = object;
   // The very end of a loop is its beginning.
-  return labCall("setAnimationState", {{"object", name}, {"fraction", fraction, 0, 0.999}});
+  return labCall("setAnimationState", {{text(object)}, {fraction, 0, 0.999}});
 }
 
 void addShot(Show& show, const Shot& shot, const State& state) {
@@ -86,14 +88,13 @@ void addShot(Show& show, const Shot& shot, const State& state) {
                {"receiver", state.receiver}, {"burst01", state.burst},  {"burst02", state.burst},
                {"burst03", state.burst},     {"burst04", state.burst}};
   for (const auto& [object, fraction] : poses) calls.push_back(pose(object, fraction));
-  calls.push_back(labCall("morphHose", {{"swell", state.swell, 0, 1}}));
-  calls.push_back(labCall("setParticleCount", {{"particle count", state.spray, 0, 100}}));
-  calls.push_back(labCall("setSkinColor", {{"red", state.skin[0], 0, 2},
-                                           {"green", state.skin[1], 0, 2},
-                                           {"blue", state.skin[2], 0, 2},
-                                           {"opacity", state.skin[3], 0, 1}}));
-  calls.push_back(labCall("setAlarmLight", {{"level", state.alarm, 0, 2}}));
-  calls.push_back(labCall("explode", {{"shards", state.shards, 0, 300}, {"glass", state.glass, 0, 1}}));
+  calls.push_back(labCall("morphHose", {{state.swell, 0, 1}}));
+  calls.push_back(labCall("setParticleCount", {{state.spray, 0, 100}}));
+  calls.push_back(
+      labCall("setSkinColor",
+              {{state.skin[0], 0, 2}, {state.skin[1], 0, 2}, {state.skin[2], 0, 2}, {state.skin[3], 0, 1}}));
+  calls.push_back(labCall("setAlarmLight", {{state.alarm, 0, 2}}));
+  calls.push_back(labCall("explode", {{state.shards, 0, 300}, {state.glass, 0, 1}}));
   calls.push_back(draw(World{.scene = "SceneFetus", .camera = shot.camera}));
   show.part(shot.name, shot.from(), shot.bars, ground, std::move(calls), shot.start(), shot.speed());
 }

@@ -10,18 +10,15 @@
 
 namespace vex {
 
+using namespace song;
+using namespace show;
+
 using namespace screen;
 
 namespace {
 
-ScriptParameter number(const char* name, const Curve& curve, double least = -1000, double most = 1000) {
-  return {name, curve, least, most};
-}
-ScriptParameter file(const char* name, const std::string& value) {
-  ScriptParameter parameter{name, {}};
-  parameter.curve.kind = CurveKind::text;
-  parameter.curve.text = "data\\" + value;
-  return parameter;
+ScriptParameter number(const Curve& curve, double least = -1000, double most = 1000) {
+  return {curve, least, most};
 }
 ScriptCall call(const char* function, std::vector<ScriptParameter> parameters) {
   return {"SceneOuttro", function, std::move(parameters)};
@@ -31,8 +28,7 @@ struct Stars {
   Curve x = 0, y = 0, z = 0;  // 500 units a second each; negative z comes nearer
 };
 ScriptCall draw(const Stars& stars) {
-  return call("drawStars",
-              {number("speed x", stars.x), number("speed y", stars.y), number("speed z", stars.z)});
+  return call("drawStars", {number(stars.x), number(stars.y), number(stars.z)});
 }
 
 struct Copper {
@@ -42,11 +38,10 @@ struct Copper {
   Curve red = 1, green = 1, blue = 1;
 };
 ScriptCall draw(const Copper& bars) {
-  return call("showCopperBars", {number("bar count", bars.count, 0, 100),
-                                 number("end scale", bars.endScale, 0.05, 4), number("wave mode", bars.mode),
-                                 number("wave speed", bars.speed), number("spacing", bars.spacing, 0.01, 10),
-                                 number("amplitude", bars.amplitude, 0, 2), number("red", bars.red, 0, 1),
-                                 number("green", bars.green, 0, 1), number("blue", bars.blue, 0, 1)});
+  return call("showCopperBars",
+              {number(bars.count, 0, 100), number(bars.endScale, 0.05, 4), number(bars.mode),
+               number(bars.speed), number(bars.spacing, 0.01, 10), number(bars.amplitude, 0, 2),
+               number(bars.red, 0, 1), number(bars.green, 0, 1), number(bars.blue, 0, 1)});
 }
 
 struct BallShow {
@@ -54,9 +49,8 @@ struct BallShow {
 };
 ScriptCall draw(const BallShow& balls) {
   return call("showVectorBalls",
-              {number("ball size", balls.size, 0, 100), number("turns per second", balls.turns),
-               number("camera distance", balls.distance, 1, 10000),
-               number("field of view", balls.field, 10, 170), number("camera height", balls.height)});
+              {number(balls.size, 0, 100), number(balls.turns), number(balls.distance, 1, 10000),
+               number(balls.field, 10, 170), number(balls.height)});
 }
 
 struct Scroller {
@@ -75,10 +69,9 @@ double scrollSpeed() {
 }
 
 ScriptCall draw(const Scroller& line) {
-  return call("drawScroller", {number("speed", scrollSpeed()), number("zoom", line.zoom, -1, 4),
-                               number("wave mode", line.mode), number("wave speed", line.waveSpeed),
-                               number("wave length", line.waveLength, 0.01, 10),
-                               number("amplitude", line.amplitude, 0, 1), number("y", line.y, -2, 2)});
+  return call("drawScroller",
+              {number(scrollSpeed()), number(line.zoom, -1, 4), number(line.mode), number(line.waveSpeed),
+               number(line.waveLength, 0.01, 10), number(line.amplitude, 0, 1), number(line.y, -2, 2)});
 }
 
 // A stretch of a function of the beats since a section began, over beats `from` to `to` of it.
@@ -96,9 +89,8 @@ Curve stretch(const std::function<double(double)>& f, double from, double to) {
 
 // Loaded before the show begins.
 void addPreloads(Show& show) {
-  show.part(
-      "outro loads", -2, 1, ground,
-      {call("preloadFont", {file("font", "scroller")}), call("preloadText", {file("text", "scroller.txt")})});
+  show.part("outro loads", -2, 1, ground,
+            {call("preloadFont", {{file("scroller")}}), call("preloadText", {{file("scroller.txt")}})});
 }
 
 void addSky(Show& show) {
@@ -179,7 +171,7 @@ void addShape(Show& show, const char* shape, double start, double bars,
   for (int stage = 1; stage <= ballStages; ++stage) {
     const double from = stage - 1, to = stage < ballStages ? stage : bars * beatsPerBar;
     show.part(shape, start + from / beatsPerBar, (to - from) / beatsPerBar, subject,
-              {call("preloadVectorBalls", {file("balls", ballFile(shape, stage))}), draw(look(from, to))});
+              {call("preloadVectorBalls", {{file(ballFile(shape, stage))}}), draw(look(from, to))});
   }
 }
 

@@ -7,6 +7,9 @@
 
 namespace vex {
 
+using namespace song;
+using namespace show;
+
 using namespace screen;
 
 namespace {
@@ -15,14 +18,8 @@ enum Camera { wide, low, face, crane, socket, far, left, right, fallen, landing,
 
 // --- Words of this world
 
-ScriptParameter number(const char* name, const Curve& curve, double least, double most) {
-  return {name, curve, least, most};
-}
-ScriptParameter text(const char* name, const char* value) {
-  Curve curve;
-  curve.kind = CurveKind::text;
-  curve.text = value;
-  return {name, curve, 0, 0};
+ScriptParameter number(const Curve& curve, double least, double most) {
+  return {curve, least, most};
 }
 ScriptCall set(const char* function, std::vector<ScriptParameter> parameters) {
   return {"SceneSkull", function, std::move(parameters)};
@@ -30,21 +27,20 @@ ScriptCall set(const char* function, std::vector<ScriptParameter> parameters) {
 
 // `eyes` burn, `storm` is the cold light from above.
 ScriptCall lights(const Curve& eyes, const Curve& storm) {
-  return set("setLights",
-             {number("eyes", eyes, 0, 4), number("storm", storm, 0, 4), number("red", 0.55, 0, 1),
-              number("green", 0.7, 0, 1), number("blue", 0.85, 0, 1)});
+  return set("setLights", {number(eyes, 0, 4), number(storm, 0, 4), number(0.55, 0, 1), number(0.7, 0, 1),
+                           number(0.85, 0, 1)});
 }
 ScriptCall lightning(const Curve& rate) {
-  return set("setSparkRate", {number("rate", rate, 0, 1)});
+  return set("setSparkRate", {number(rate, 0, 1)});
 }
 ScriptCall aim(const char* target, const Curve& rate) {
-  return set("setLaser", {text("target", target), number("rate", rate, 0, 1)});
+  return set("setLaser", {{text(target)}, number(rate, 0, 1)});
 }
 ScriptCall beams(const Curve& leftBeam, const Curve& rightBeam) {
-  return set("setLaserOpacity", {number("left", leftBeam, 0, 1), number("right", rightBeam, 0, 1)});
+  return set("setLaserOpacity", {number(leftBeam, 0, 1), number(rightBeam, 0, 1)});
 }
 ScriptCall trail(int crow, double count) {
-  return set("setParticleCount", {number("crow", crow, 0, 2), number("count", count, 0, 100)});
+  return set("setParticleCount", {number(crow, 0, 2), number(count, 0, 100)});
 }
 
 // The world fills the screen for a while; `start` is where its cameras' shots of twenty seconds are entered.
@@ -140,7 +136,7 @@ void addPrey(Show& show, const Prey& prey) {
     flight = line({{0, prey.from}, {turn, 0.999}, {turn + 0.01, 0}, {partEnd, prey.to}});
   }
   show.part(prey.name, start, shot - start, settings,
-            {set("setAnimationState", {text("object", prey.name), number("lap", flight, 0, 0.999)})});
+            {set("setAnimationState", {{text(prey.name)}, number(flight, 0, 0.999)})});
 
   // Light on the beats of a bar; it holds the crow for a beat when it has hit.
   const double bars = shot - aimed, hold = 0.25;
@@ -151,10 +147,10 @@ void addPrey(Show& show, const Prey& prey) {
 
   // It falls burning until the ground has it.
   show.part("fall", shot, 2, settings,
-            {set("killCrow", {number("crow", prey.number, 0, 2)}), trail(prey.number, 100)});
+            {set("killCrow", {number(prey.number, 0, 2)}), trail(prey.number, 100)});
   // A show that starts later finds it there, not in mid-air.
   show.part("burnt out", shot + 2, 0.5, settings,
-            {set("killCrow", {number("crow", prey.number, 0, 2)}), trail(prey.number, 0)}, cueSeconds(2), 0);
+            {set("killCrow", {number(prey.number, 0, 2)}), trail(prey.number, 0)}, cueSeconds(2), 0);
 }
 
 constexpr double fallBars = 1.36;  // to the ground

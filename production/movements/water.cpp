@@ -9,6 +9,9 @@
 
 namespace vex {
 
+using namespace song;
+using namespace show;
+
 using namespace screen;
 
 namespace {
@@ -22,11 +25,7 @@ struct Weather {
 ScriptCall draw(const Weather& w) {
   return {"SceneWater",
           "setRay",
-          {{"ray opacity", w.ray, 0, 1},
-           {"ray particle count", w.motes, 0, 300},
-           {"rain amount", w.rain, 0, 3},
-           {"drop strength", w.drop, 0, 0.05},
-           {"ray flicker", w.flicker, 0, 2}}};
+          {{w.ray, 0, 1}, {w.motes, 0, 300}, {w.rain, 0, 3}, {w.drop, 0, 0.05}, {w.flicker, 0, 2}}};
 }
 
 // Where the cycle has the creature lowest, before it rises.
@@ -34,10 +33,7 @@ constexpr double inTheDeep = 0.86;
 
 // The creature's own place in its cycle; below 0 it goes its own way again.
 ScriptCall holdCreature(const Curve& state) {
-  ScriptParameter name{"object", {}};
-  name.curve.kind = CurveKind::text;
-  name.curve.text = "WaterAlien";
-  return {"SceneWater", "setAnimationState", {name, {"fraction", state, -1, 0.999}}};
+  return {"SceneWater", "setAnimationState", {{text("WaterAlien")}, {state, -1, 0.999}}};
 }
 
 void addShot(Show& show, const char* name, double bar, double bars, Camera camera, double start,

@@ -8,6 +8,9 @@
 
 namespace vex {
 
+using namespace song;
+using namespace show;
+
 using namespace screen;
 
 Curve slide(double from, double to) {

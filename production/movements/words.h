@@ -30,7 +30,7 @@ enum Track {
 inline const std::vector<double> everyBeat{0, 1, 2, 3, 4, 5, 6, 7};
 
 // At an even pace over the part.
-Curve slide(double from, double to);
+show::Curve slide(double from, double to);
 
 inline constexpr double blackSeconds = 3.5;  // after the last bar, while the last chord rings out
 
@@ -40,8 +40,8 @@ double barOf(std::string_view cue);
 // Where a place in a world is seen while its camera plays from `start` at `speed`: light that is drawn over a
 // world stands where its source is.
 struct Sight {
-  Curve x, y;
-  Curve unit;  // height of one unit there; 0 behind the eye
+  show::Curve x, y;
+  show::Curve unit;  // height of one unit there; 0 behind the eye
 };
 // The place may move with the scene's time.
 Sight onScreen(const StageCamera& camera, double start, double speed, double beats,
@@ -73,29 +73,29 @@ inline constexpr Stand watcher;
 // The title with an ending: the middle of its letters lies at (x, y). Whole until its last beat tears it.
 struct Word {
   Ending ending;
-  Curve size = 1;
+  show::Curve size = 1;
   double x = 0, y = 0;
-  Curve tear = line({{0, 0}, {-1, 0}, {-0.98, 0.5}, {partEnd, 0.95}});
+  show::Curve tear = show::line({{0, 0}, {-1, 0}, {-0.98, 0.5}, {show::partEnd, 0.95}});
 };
-std::vector<ScriptCall> draw(const Word& word);
-Word vex(const Ending& ending, const Curve& size, double x = 0, double y = 0);
+std::vector<show::ScriptCall> draw(const Word& word);
+Word vex(const Ending& ending, const show::Curve& size, double x = 0, double y = 0);
 
 // Smoke before the lens, reaching `reach` times as far as the screen.
-screen::Waves smokeBefore(const char* texture, double reach, double speed, const Curve& alpha);
+show::screen::Waves smokeBefore(const char* texture, double reach, double speed, const show::Curve& alpha);
 
 // The movements, in order, and what lies over them all.
-void addPrologue(Show& show);
-void addBox(Show& show);
+void addPrologue(show::Show& show);
+void addBox(show::Show& show);
 // Its lid comes down once more: open at bar `from`, shut at bar `shut`.
-void addLidCloses(Show& show, double from, double shut, double until);
-void addAlien(Show& show);
-void addInterludeOne(Show& show);
-void addLaboratory(Show& show);
-void addInterludeTwo(Show& show);
-void addSkull(Show& show);
-void addHell(Show& show);
-void addWater(Show& show);
-void addOutro(Show& show);
-void addFinish(Show& show);
+void addLidCloses(show::Show& show, double from, double shut, double until);
+void addAlien(show::Show& show);
+void addInterludeOne(show::Show& show);
+void addLaboratory(show::Show& show);
+void addInterludeTwo(show::Show& show);
+void addSkull(show::Show& show);
+void addHell(show::Show& show);
+void addWater(show::Show& show);
+void addOutro(show::Show& show);
+void addFinish(show::Show& show);
 
 }  // namespace vex

@@ -8,7 +8,9 @@
 #include "timeline/project_record.h"
 #include "timeline/scene_function.h"
 
-namespace vex {
+namespace vex::show {
+
+using namespace image;
 
 namespace {
 
@@ -91,4 +93,4 @@ Bytes writeProject(Script script) {
   return bytesOf(encodeProject(project));
 }
 
-}  // namespace vex
+}  // namespace vex::show

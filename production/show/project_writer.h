@@ -8,7 +8,7 @@
 
 // A presentation's script as records, and its file. Times in seconds.
 
-namespace vex {
+namespace vex::show {
 
 struct CurveDot {
   double x = 0, y = 0;  // progress of the part (0 to 1) and value
@@ -28,9 +28,9 @@ struct Curve {
 };
 
 struct ScriptParameter {
-  std::string name;
   Curve curve;
   double least = 0, most = 0;  // the value is held between them
+  std::string name{};
 };
 
 struct ScriptCall {
@@ -54,6 +54,6 @@ struct Script {
 
 // Orders the parts by position (file order among equals) and writes them.
 // Fatal: whatever the format cannot hold, naming part, function and value.
-Bytes writeProject(Script script);
+image::Bytes writeProject(Script script);
 
-}  // namespace vex
+}  // namespace vex::show

@@ -1,6 +1,8 @@
 #include "production/show/scroller.h"
 
-namespace vex {
+namespace vex::show {
+
+using namespace image;
 
 // Twenty letters fill the screen; the greetings come up with the last chorus.
 std::string_view scrollerWords() {
@@ -20,4 +22,4 @@ Products scrollerText() {
   return {product};
 }
 
-}  // namespace vex
+}  // namespace vex::show

@@ -4,11 +4,11 @@
 
 #include "production/making/product.h"
 
-namespace vex {
+namespace vex::show {
 
 // What the closing scene's scroller says: letters, blanks and `. , ! ? -`, which its font has.
 std::string_view scrollerWords();
 
 Products scrollerText();  // data\scroller.txt
 
-}  // namespace vex
+}  // namespace vex::show

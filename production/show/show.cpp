@@ -5,8 +5,12 @@
 #include <string_view>
 
 #include "base/report.h"
+#include "scenes/scene_tables.h"
 
-namespace vex {
+namespace vex::show {
+
+using namespace image;
+using namespace song;
 
 namespace {
 
@@ -17,30 +21,35 @@ constexpr int zoomDots = 24;
 // gone: what covers the screen reaches this much beyond it.
 constexpr double overscan = 1.05;
 
-ScriptParameter text(const char* name, const std::string& value) {
-  ScriptParameter parameter{name, {}};
-  parameter.curve.kind = CurveKind::text;
-  parameter.curve.text = "data\\" + value;
-  return parameter;
+ScriptParameter number(const Curve& curve, double least = -1000, double most = 1000) {
+  return {curve, least, most};
 }
-ScriptParameter number(const char* name, const Curve& curve, double least = -1000, double most = 1000) {
-  return {name, curve, least, most};
-}
-ScriptParameter unit(const char* name, const Curve& curve) {
-  return number(name, curve, 0, 1);
+ScriptParameter unit(const Curve& curve) {
+  return number(curve, 0, 1);
 }
 ScriptParameter blendMode(screen::Blend blend) {
-  return number("blend", static_cast<int>(blend), 0, 2);
+  return number(static_cast<int>(blend), 0, 2);
 }
 
 ScriptCall call(const char* function, std::vector<ScriptParameter> parameters) {
   return {"SceneHelper", function, std::move(parameters)};
 }
 std::vector<ScriptParameter> placed(const char* texture, const Place& at, std::vector<ScriptParameter> more) {
-  std::vector<ScriptParameter> all{text("texture", texture), number("x", at.x), number("y", at.y),
-                                   number("w", at.w), number("h", at.h)};
+  std::vector<ScriptParameter> all{{file(texture)}, number(at.x), number(at.y), number(at.w), number(at.h)};
   all.insert(all.end(), more.begin(), more.end());
   return all;
+}
+
+// Names the parameters as the scene's own table does.
+void nameParameters(ScriptCall& call, const char* part) {
+  const SceneEntry* scene = findSceneEntry(sceneEntries(), call.scene);
+  const FunctionRow* row = scene ? findFunction(*scene, call.function) : nullptr;
+  if (!row)
+    fatalError("part %s: there is no function %s.%s", part, call.scene.c_str(), call.function.c_str());
+  if (row->parameters.size() != call.parameters.size())
+    fatalError("part %s: %s.%s takes %zu parameters, not %zu", part, call.scene.c_str(), row->name,
+               row->parameters.size(), call.parameters.size());
+  for (std::size_t i = 0; i < call.parameters.size(); ++i) call.parameters[i].name = row->parameters[i].name;
 }
 
 // Beats to progress.
@@ -50,6 +59,16 @@ void settle(Curve& curve, double beats) {
 }
 
 }  // namespace
+
+Curve text(std::string value) {
+  Curve curve(CurveKind::text, {});
+  curve.text = std::move(value);
+  return curve;
+}
+
+Curve file(const std::string& name) {
+  return text("data\\" + name);
+}
 
 Curve line(std::vector<CurveDot> dots) {
   return {CurveKind::linear, std::move(dots)};
@@ -152,94 +171,94 @@ Place covering(const Curve& scale, const Curve& x, const Curve& y) {
 namespace screen {
 
 ScriptCall draw(const Bitmap& b) {
-  return call("drawBitmap", placed(b.texture, b.at,
-                                   {number("frames", b.frames, 0, 8), unit("glitch", b.glitch),
-                                    unit("alpha", b.alpha), blendMode(b.blend)}));
+  return call(
+      "drawBitmap",
+      placed(b.texture, b.at, {number(b.frames, 0, 8), unit(b.glitch), unit(b.alpha), blendMode(b.blend)}));
 }
 ScriptCall draw(const Tiles& t) {
-  return call("drawBitmapRepeat", placed(t.texture, t.at,
-                                         {number("across", t.across), number("down", t.down),
-                                          unit("alpha", t.alpha), blendMode(t.blend)}));
+  return call("drawBitmapRepeat",
+              placed(t.texture, t.at, {number(t.across), number(t.down), unit(t.alpha), blendMode(t.blend)}));
 }
 ScriptCall draw(const Waves& w) {
-  return call("drawBitmapWave", placed(w.texture, w.at,
-                                       {number("speed", w.speed), number("amplitude", w.amplitude),
-                                        unit("alpha", w.alpha), blendMode(w.blend)}));
+  return call(
+      "drawBitmapWave",
+      placed(w.texture, w.at, {number(w.speed), number(w.amplitude), unit(w.alpha), blendMode(w.blend)}));
 }
 ScriptCall draw(const Fade& f) {
-  return call("fadeScreen",
-              {unit("red", f.red), unit("green", f.green), unit("blue", f.blue), unit("alpha", f.alpha)});
+  return call("fadeScreen", {unit(f.red), unit(f.green), unit(f.blue), unit(f.alpha)});
 }
 ScriptCall draw(const Movie& m) {
-  return call("drawMovie", placed(m.base, m.at,
-                                  {number("first", m.first), number("last", m.last), number("fps", m.fps),
-                                   unit("alpha", m.alpha)}));
+  return call("drawMovie",
+              placed(m.base, m.at, {number(m.first), number(m.last), number(m.fps), unit(m.alpha)}));
 }
 ScriptCall draw(const Viewport& v) {
-  return call("setViewport", {number("x", v.x, -1, 1), number("y", v.y, -1, 1), number("width", v.w, 0, 2),
-                              number("height", v.h, 0, 2)});
+  return call("setViewport", {number(v.x, -1, 1), number(v.y, -1, 1), number(v.w, 0, 2), number(v.h, 0, 2)});
 }
 ScriptCall draw(const Noise& n) {
-  return call("drawNoise",
-              {text("texture", n.texture), number("jitter x", n.jitterX), number("jitter y", n.jitterY),
-               number("speed x", n.speedX), number("speed y", n.speedY), unit("alpha", n.alpha),
-               unit("flicker", n.flicker), blendMode(n.blend), number("aspect", n.aspect, 0.01, 100)});
+  return call("drawNoise", {{file(n.texture)},
+                            number(n.jitterX),
+                            number(n.jitterY),
+                            number(n.speedX),
+                            number(n.speedY),
+                            unit(n.alpha),
+                            unit(n.flicker),
+                            blendMode(n.blend),
+                            number(n.aspect, 0.01, 100)});
 }
 ScriptCall draw(const Logo& l) {
-  return call("drawVexLogo",
-              {text("ending", l.ending), number("x", l.x), number("y", l.y), number("size", l.size),
-               unit("glitch", l.glitch), unit("alpha", l.alpha), number("layers", l.layers, 0, 16),
-               number("scale", l.scale), unit("fall", l.fall)});
+  return call("drawVexLogo", {{file(l.ending)},
+                              number(l.x),
+                              number(l.y),
+                              number(l.size),
+                              unit(l.glitch),
+                              unit(l.alpha),
+                              number(l.layers, 0, 16),
+                              number(l.scale),
+                              unit(l.fall)});
 }
 
 ScriptCall draw(const World& w) {
-  return {w.scene, "animate", {number("camera", w.camera, 0, 15)}};
+  return {w.scene, "animate", {number(w.camera, 0, 15)}};
 }
 
 ScriptCall draw(const TurningCubes& c) {
-  return {"SceneLayerRotCubes",
-          "animate",
-          {unit("alpha", c.alpha), number("field of view", c.field, 1, 170), blendMode(c.blend)}};
+  return {"SceneLayerRotCubes", "animate", {unit(c.alpha), number(c.field, 1, 170), blendMode(c.blend)}};
 }
 ScriptCall draw(const Filaments& f) {
   return {"SceneLayerWide",
           "animate",
-          {unit("alpha", f.alpha), number("speed across", f.across), number("speed up", f.up),
-           number("speed in depth", f.depth), blendMode(f.blend)}};
+          {unit(f.alpha), number(f.across), number(f.up), number(f.depth), blendMode(f.blend)}};
 }
 ScriptCall draw(const Rays& r) {
   return {"SceneLayerRays",
           "animate",
-          {unit("alpha", r.alpha), number("eye speed across", r.eyeAcross), number("eye speed up", r.eyeUp),
-           number("target speed across", r.targetAcross), number("target speed up", r.targetUp),
+          {unit(r.alpha), number(r.eyeAcross), number(r.eyeUp), number(r.targetAcross), number(r.targetUp),
            blendMode(r.blend)}};
 }
 ScriptCall draw(const Mirrors& m) {
   return {"SceneLayerWobbel",
           "animate",
-          {unit("alpha", m.alpha), blendMode(m.blend), number("phase speed x", m.speedX),
-           number("phase speed y", m.speedY), number("phase speed z", m.speedZ),
-           unit("stillness", m.stillness), number("waves along x", m.wavesX),
-           number("waves along y", m.wavesY), number("waves along z", m.wavesZ)}};
+          {unit(m.alpha), blendMode(m.blend), number(m.speedX), number(m.speedY), number(m.speedZ),
+           unit(m.stillness), number(m.wavesX), number(m.wavesY), number(m.wavesZ)}};
 }
 ScriptCall draw(const Particles& p) {
-  return {
-      "SceneLayerParticles",
-      "animate",
-      {unit("alpha", p.alpha), number("particle count", p.count, 0, 300), number("velocity spread", p.spread),
-       number("velocity x", p.speedX), number("velocity y", p.speedY), number("velocity z", p.speedZ),
-       number("position spread", p.scatter)}};
+  return {"SceneLayerParticles",
+          "animate",
+          {unit(p.alpha), number(p.count, 0, 300), number(p.spread), number(p.speedX), number(p.speedY),
+           number(p.speedZ), number(p.scatter)}};
 }
 ScriptCall draw(const Flare& f) {
-  return {"SceneLayerParticles", "loadFlare", {text("texture", f.texture)}};
+  return {"SceneLayerParticles", "loadFlare", {{file(f.texture)}}};
 }
 
 }  // namespace screen
 
 void Show::part(const char* name, double fromBar, double bars, int track, std::vector<ScriptCall> calls,
                 double start, double speed) {
-  for (ScriptCall& one : calls)
+  for (ScriptCall& one : calls) {
+    nameParameters(one, name);
     for (ScriptParameter& parameter : one.parameters) settle(parameter.curve, bars * beatsPerBar);
+  }
   script.parts.push_back(
       {name, cueSeconds(fromBar), start, cueSeconds(bars), speed, track, std::move(calls)});
 }
@@ -312,4 +331,4 @@ std::string preloadList(const Script& script) {
   return text;
 }
 
-}  // namespace vex
+}  // namespace vex::show

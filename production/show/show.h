@@ -12,10 +12,12 @@
 //
 // Screen: x from -1 (left) to 1, y from -1 (top) to 1; the whole screen is 2 x 2 and 16:9.
 
-namespace vex {
+namespace vex::show {
 
 // Curves over a part. Times are beats from the part's beginning; negative ones count from its end.
 inline constexpr double partEnd = 1e9;
+Curve text(std::string value);
+Curve file(const std::string& name);  // in the data folder
 Curve line(std::vector<CurveDot> dots);
 Curve spline(std::vector<CurveDot> dots);
 // Swings between `low` and `high`, once in `beats`; begins in the middle, rising, `phase` degrees further on.
@@ -154,7 +156,8 @@ ScriptCall draw(const Flare& flare);
 struct Show {
   Script script;
 
-  // Bars may be fractions. Scene time starts at 0 unless `start` says otherwise.
+  // Bars may be fractions. Scene time starts at 0 unless `start` says otherwise. Fatal: a call that the
+  // scene's own table of functions does not offer, naming the part.
   void part(const char* name, double fromBar, double bars, int track, std::vector<ScriptCall> calls,
             double start = 0, double speed = 1);
 
@@ -178,4 +181,4 @@ struct Show {
 // mode; pictures of one glitch stand together. Fatal: "texture %s is used with and without wrap".
 std::string preloadList(const Script& script);
 
-}  // namespace vex
+}  // namespace vex::show

@@ -1,6 +1,6 @@
 #include "production/song/movements.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -219,4 +219,4 @@ Movement alien() {
   return {drums, notes, curves, rewinds};
 }
 
-}  // namespace vex
+}  // namespace vex::song

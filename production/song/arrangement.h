@@ -7,7 +7,7 @@
 // Which sections of the song are played, in order. Everything in a section, its cues, its notes and its
 // pictures, counts from the section's first bar, which follows from the sections before it.
 
-namespace vex {
+namespace vex::song {
 
 enum class Section {
   prologue,
@@ -52,4 +52,4 @@ constexpr int firstBar(Section wanted, Arrangement sections = showSections) {
   return -1;
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -13,7 +13,9 @@
 #include "production/synth/tones.h"
 #include "production/synth/weather.h"
 
-namespace vex {
+namespace vex::song {
+
+using namespace synth;
 
 namespace {
 
@@ -143,4 +145,4 @@ void playScore(Mix& mix, const Score& score) {
   }
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -5,9 +5,9 @@
 
 // Who plays the score, and where on the stage they stand.
 
-namespace vex {
+namespace vex::song {
 
 // Adds all of the score to the mix's buses.
-void playScore(Mix& mix, const Score& score);
+void playScore(synth::Mix& mix, const Score& score);
 
-}  // namespace vex
+}  // namespace vex::song

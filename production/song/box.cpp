@@ -1,6 +1,6 @@
 #include "production/song/movements.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -193,4 +193,4 @@ Movement box() {
   return {drums, notes, curves, rewinds};
 }
 
-}  // namespace vex
+}  // namespace vex::song

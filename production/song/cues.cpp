@@ -6,7 +6,7 @@
 #include "base/report.h"
 #include "production/song/score.h"
 
-namespace vex {
+namespace vex::song {
 
 double cueSeconds(std::string_view name, std::span<const Cue> among) {
   for (const Cue& cue : among) {
@@ -38,4 +38,4 @@ std::vector<PlayedNote> notesOf(std::string_view instrument) {
   return played;
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -12,7 +12,7 @@
 // When things happen: the one table that the music and the time line both read, so that a moved cue
 // moves both. Bars and beats count from 0; a bar has four beats.
 
-namespace vex {
+namespace vex::song {
 
 inline constexpr double beatsPerMinute = 128.0;
 inline constexpr int beatsPerBar = 4;
@@ -270,4 +270,4 @@ struct PlayedNote {
 // All that an instrument plays in the show, ascending: pictures can follow a tune.
 std::vector<PlayedNote> notesOf(std::string_view instrument);
 
-}  // namespace vex
+}  // namespace vex::song

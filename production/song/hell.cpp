@@ -1,6 +1,6 @@
 #include "production/song/movements.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -178,4 +178,4 @@ Movement hell() {
   return {drums, notes, curves, {}};
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -1,6 +1,6 @@
 #include "production/song/movements.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -56,4 +56,4 @@ Movement interludeOne() {
   return {drums, notes, curves, {}};
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -1,6 +1,6 @@
 #include "production/song/movements.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -126,4 +126,4 @@ Movement interludeTwoGoesOn() {
   return {nextDrums, nextNotes, nextCurves, {}};
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -1,6 +1,6 @@
 #include "production/song/movements.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -156,4 +156,4 @@ Movement laboratory() {
   return {drums, notes, curves, {}};
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -6,7 +6,7 @@
 
 // The sections of the song, each in a source of its own. Their bars count from the section's first.
 
-namespace vex {
+namespace vex::song {
 
 struct Movement {
   std::span<const DrumLine> drums;
@@ -28,4 +28,4 @@ Movement skull();
 Movement water();
 Movement outro();
 
-}  // namespace vex
+}  // namespace vex::song

@@ -4,7 +4,7 @@
 
 #include "base/report.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -125,4 +125,4 @@ std::vector<Note> readNotes(const NoteLine& line) {
   return notes;
 }
 
-}  // namespace vex
+}  // namespace vex::song

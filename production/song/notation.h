@@ -5,7 +5,7 @@
 
 // How the score is written down. A bar has 16 steps; blanks help the eye, "|" must stand at the end of a bar.
 
-namespace vex {
+namespace vex::song {
 
 inline constexpr int stepsPerBar = 16;
 
@@ -58,4 +58,4 @@ std::vector<Note> readNotes(const NoteLine& line);
 // MIDI number of "C4" (60), "Eb3", "G#5"; fatal for anything else.
 float readPitch(std::string_view name);
 
-}  // namespace vex
+}  // namespace vex::song

@@ -1,6 +1,6 @@
 #include "production/song/movements.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -120,4 +120,4 @@ Movement outro() {
   return {drums, notes, curves, {}};
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -1,6 +1,6 @@
 #include "production/song/movements.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -47,4 +47,4 @@ Movement prologue() {
   return {drums, notes, curves, {}};
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -4,7 +4,7 @@
 
 #include "production/song/movements.h"
 
-namespace vex {
+namespace vex::song {
 
 namespace {
 
@@ -71,4 +71,4 @@ float curveAt(const Score& score, std::string_view name, double bar, float other
   return before.value + static_cast<float>(share) * (after->value - before.value);
 }
 
-}  // namespace vex
+}  // namespace vex::song

@@ -11,7 +11,7 @@
 // section states it in another voice, and it does not reach home until the water, or until an interlude
 // that ends the show, adds the A.
 
-namespace vex {
+namespace vex::song {
 
 // Sections in a row, with bars that count from the start of the first.
 struct Score {
@@ -27,4 +27,4 @@ Score writeScore(Arrangement sections);
 // and after the last their values hold.
 float curveAt(const Score& score, std::string_view name, double bar, float otherwise);
 
-}  // namespace vex
+}  // namespace vex::song

@@ -7,7 +7,7 @@
 #include "production/synth/envelope.h"
 #include "production/synth/render.h"
 
-namespace vex {
+namespace vex::synth {
 
 namespace {
 
@@ -141,4 +141,4 @@ Voice makeCrackle(const NoteCall& call) {
   });
 }
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -4,7 +4,7 @@
 
 // Breath, wind and dust.
 
-namespace vex {
+namespace vex::synth {
 
 // Human voices without words: saws and breath through four formants that open from "oo" to "ah" with
 // the brightness and with time.
@@ -21,4 +21,4 @@ Voice makeFall(const NoteCall& call);
 // Dust on an old film.
 Voice makeCrackle(const NoteCall& call);
 
-}  // namespace vex
+}  // namespace vex::synth

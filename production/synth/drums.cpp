@@ -7,7 +7,7 @@
 #include "production/synth/envelope.h"
 #include "production/synth/filter.h"
 
-namespace vex {
+namespace vex::synth {
 
 namespace {
 
@@ -285,4 +285,4 @@ Voice makeDroplet(float rate, NoiseSource& noise) {
   return voice;
 }
 
-}  // namespace vex
+}  // namespace vex::synth

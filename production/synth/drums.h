@@ -4,7 +4,7 @@
 
 // Percussion. Each call draws fresh noise, so two hits of one drum differ a little.
 
-namespace vex {
+namespace vex::synth {
 
 Voice makeKick(float rate, NoiseSource& noise);
 Voice makeHeart(float rate, NoiseSource& noise);
@@ -30,4 +30,4 @@ Voice makeLaser(float rate, NoiseSource& noise);
 // One drop into deep water.
 Voice makeDroplet(float rate, NoiseSource& noise);
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -7,7 +7,7 @@
 #include "production/synth/filter.h"
 #include "production/synth/oscillator.h"
 
-namespace vex {
+namespace vex::synth {
 
 namespace {
 
@@ -147,4 +147,4 @@ std::vector<float> makeDuckCurve(const Duck& duck, std::span<const DuckHit> hits
   return curve;
 }
 
-}  // namespace vex
+}  // namespace vex::synth

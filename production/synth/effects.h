@@ -6,7 +6,7 @@
 // Effects over whole recordings. Those with an input add to their output, which may be longer than what
 // they are given to write into: the rest is lost.
 
-namespace vex {
+namespace vex::synth {
 
 struct Reverb {
   float seconds = 2.4f;  // until 60 dB are gone
@@ -44,4 +44,4 @@ struct DuckHit {
 std::vector<float> makeDuckCurve(const Duck& duck, std::span<const DuckHit> hits, std::size_t size,
                                  float rate);
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace vex {
+namespace vex::synth {
 
 // Seconds, but for the level that is held (0 to 1).
 struct EnvelopeShape {
@@ -45,4 +45,4 @@ struct Decay {
   }
 };
 
-}  // namespace vex
+}  // namespace vex::synth

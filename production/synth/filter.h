@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-namespace vex {
+namespace vex::synth {
 
 // How many samples share one set of filter coefficients.
 inline constexpr int controlBlock = 16;
@@ -82,4 +82,4 @@ struct OnePole {
   float next(float input) { return state += share * (input - state); }
 };
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -7,7 +7,7 @@
 #include "production/synth/envelope.h"
 #include "production/synth/render.h"
 
-namespace vex {
+namespace vex::synth {
 
 namespace {
 
@@ -131,4 +131,4 @@ Voice makeChipHat(float rate, NoiseSource& noise) {
   return voice;
 }
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -4,7 +4,7 @@
 
 // Telephones, sirens and a console of three voices.
 
-namespace vex {
+namespace vex::synth {
 
 // Pure tones over a telephone line, one for each pitch. Mono.
 Voice makeDialTone(const NoteCall& call);
@@ -20,4 +20,4 @@ Voice makeChipBass(const NoteCall& call);
 Voice makeChipSnare(float rate, NoiseSource& noise);
 Voice makeChipHat(float rate, NoiseSource& noise);
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -7,7 +7,7 @@
 
 #include "production/synth/filter.h"
 
-namespace vex {
+namespace vex::synth {
 
 namespace {
 
@@ -137,4 +137,4 @@ void limit(std::span<float> left, std::span<float> right, float ceiling, float r
   }
 }
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -4,7 +4,7 @@
 
 // The last stages over the whole mix, in the order in which they are used.
 
-namespace vex {
+namespace vex::synth {
 
 // Nothing below `hertz` differs between the channels (24 dB an octave).
 void narrowLowEnd(std::span<float> left, std::span<float> right, float hertz, float rate);
@@ -23,4 +23,4 @@ float truePeak(std::span<const float> left, std::span<const float> right);
 // Looks 3 ms ahead, so that no true peak passes the ceiling (linear) and no gain step is heard.
 void limit(std::span<float> left, std::span<float> right, float ceiling, float rate);
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vex {
+namespace vex::synth {
 
 Mix makeMix(double seconds, float rate) {
   Mix mix;
@@ -37,4 +37,4 @@ void addVoice(Mix& mix, const Voice& voice, const Placement& place, double secon
   }
 }
 
-}  // namespace vex
+}  // namespace vex::synth

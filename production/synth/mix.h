@@ -5,7 +5,7 @@
 
 #include "production/synth/voice.h"
 
-namespace vex {
+namespace vex::synth {
 
 struct StereoTrack {
   std::vector<float> left, right;
@@ -41,4 +41,4 @@ struct Placement {
 // Adds the voice at `seconds`; what lies outside the mix is lost.
 void addVoice(Mix& mix, const Voice& voice, const Placement& place, double seconds, float gain = 1);
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -5,7 +5,7 @@
 
 // Sound sources, one sample a call. Phases and steps are in turns (0 to 1); step = hertz / sample rate.
 
-namespace vex {
+namespace vex::synth {
 
 // xorshift32 (Marsaglia 2003); the music has its own so that nothing else can move it.
 struct NoiseSource {
@@ -83,4 +83,4 @@ inline float noteHertz(float note) {
   return 440.0f * std::exp2((note - 69.0f) / 12.0f);
 }
 
-}  // namespace vex
+}  // namespace vex::synth

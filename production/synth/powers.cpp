@@ -7,7 +7,7 @@
 #include "production/synth/envelope.h"
 #include "production/synth/render.h"
 
-namespace vex {
+namespace vex::synth {
 
 Voice makeSubBass(const NoteCall& call) {
   constexpr EnvelopeShape shape{0.008f, 0.6f, 0.8f, 0.12f};
@@ -143,4 +143,4 @@ Voice makeGlassHarp(const NoteCall& call) {
   });
 }
 
-}  // namespace vex
+}  // namespace vex::synth

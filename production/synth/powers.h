@@ -4,7 +4,7 @@
 
 // The heavy voices and the pure one: additive pipes, synchronised and overdriven oscillators, rubbed glass.
 
-namespace vex {
+namespace vex::synth {
 
 // Little but its fundamental, felt more than heard. Mono.
 Voice makeSubBass(const NoteCall& call);
@@ -18,4 +18,4 @@ Voice makeSyncLead(const NoteCall& call);
 // A wet finger on the rim of a glass.
 Voice makeGlassHarp(const NoteCall& call);
 
-}  // namespace vex
+}  // namespace vex::synth

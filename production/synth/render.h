@@ -9,7 +9,7 @@
 
 // What the instruments share.
 
-namespace vex {
+namespace vex::synth {
 
 // Writes body() into each sample; control(seconds) goes before each block of controlBlock.
 template <typename Control, typename Body>
@@ -58,4 +58,4 @@ Voice renderNote(const NoteCall& call, const EnvelopeShape& shape, Control contr
   return voice;
 }
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -7,7 +7,7 @@
 #include "production/synth/envelope.h"
 #include "production/synth/filter.h"
 
-namespace vex {
+namespace vex::synth {
 
 namespace {
 
@@ -145,4 +145,4 @@ Voice makePluck(const NoteCall& call) {
   return voice;
 }
 
-}  // namespace vex
+}  // namespace vex::synth

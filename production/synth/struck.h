@@ -4,7 +4,7 @@
 
 // Struck and plucked things.
 
-namespace vex {
+namespace vex::synth {
 
 // Two FM pairs (Chowning 1973): a bell of bronze. `velocity` also brightens it.
 Voice makeBell(const NoteCall& call);
@@ -18,4 +18,4 @@ Voice makeTine(const NoteCall& call);
 // A string after Karplus and Strong (1983); every pitch of the chord is one string.
 Voice makePluck(const NoteCall& call);
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -8,7 +8,7 @@
 #include "production/synth/filter.h"
 #include "production/synth/render.h"
 
-namespace vex {
+namespace vex::synth {
 
 namespace {
 
@@ -236,4 +236,4 @@ Voice makeArp(const NoteCall& call) {
       [&](float level) { return level * 0.7f * filter.next(pulse.next(step, 0.5f)).low; });
 }
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -4,7 +4,7 @@
 
 // Subtractive voices: oscillators into filters.
 
-namespace vex {
+namespace vex::synth {
 
 // Bowed darkness: low saws under a slow filter and partials that come and go.
 Voice makeDrone(const NoteCall& call);
@@ -25,4 +25,4 @@ Voice makePad(const NoteCall& call);
 // Short hollow pulse for running figures.
 Voice makeArp(const NoteCall& call);
 
-}  // namespace vex
+}  // namespace vex::synth

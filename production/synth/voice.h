@@ -5,7 +5,7 @@
 
 #include "production/synth/oscillator.h"
 
-namespace vex {
+namespace vex::synth {
 
 // One sounding note or hit, from its start to where it has died away. Without a right channel it is mono.
 struct Voice {
@@ -39,4 +39,4 @@ Voice renderSides(float seconds, float rate, Render render) {
   return voice;
 }
 
-}  // namespace vex
+}  // namespace vex::synth

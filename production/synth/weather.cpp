@@ -7,7 +7,7 @@
 #include "production/synth/envelope.h"
 #include "production/synth/render.h"
 
-namespace vex {
+namespace vex::synth {
 
 Voice makeBreath(const NoteCall& call) {
   const float throat = noteHertz(call.pitches.front());
@@ -114,4 +114,4 @@ Voice makeThunder(const NoteCall& call) {
   });
 }
 
-}  // namespace vex
+}  // namespace vex::synth

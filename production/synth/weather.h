@@ -4,7 +4,7 @@
 
 // Breath, rain and thunder: noise that is shaped.
 
-namespace vex {
+namespace vex::synth {
 
 // One breath, in or out, for the whole length. The pitch is the size of the throat: high ones breathe in.
 Voice makeBreath(const NoteCall& call);
@@ -15,4 +15,4 @@ Voice makeRain(const NoteCall& call);
 // A crack and its rolling, which lasts the whole length and rings in the pitch, its fifth and octaves.
 Voice makeThunder(const NoteCall& call);
 
-}  // namespace vex
+}  // namespace vex::synth

@@ -9,6 +9,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 constexpr int frameCount = 13;

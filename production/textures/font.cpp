@@ -3,6 +3,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // 128 glyphs of 8 x 8 pixels below each other in code order, RGB; ink is full red.

@@ -5,6 +5,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // A hot core in a wide skirt; exactly 0 from 0.94 of the radius on.

@@ -8,6 +8,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // Additive, so that it lives in the shadows and is gone on white: single texels, most of them nearly dark.

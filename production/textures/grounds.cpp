@@ -7,6 +7,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 struct GroundLook {

@@ -12,9 +12,11 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
-Product face(const char* suffix, BoxFace which) {
+Product face(const char* suffix, SkyFace which) {
   return picture(std::string("monster") + suffix, PictureKind::jpeg, 1.5f, [which](const Settings& settings) {
     return boxFace([](const Vector& d) { return hangarLight(d, 1); }, which, settings.side(512));
   });
@@ -126,12 +128,12 @@ Canvas chitin(const Settings& settings) {
 
 Products hangarPictures() {
   return {
-      face("top", BoxFace::top),
-      face("bot", BoxFace::bottom),
-      face("nor", BoxFace::north),
-      face("wes", BoxFace::west),
-      face("sou", BoxFace::south),
-      face("eas", BoxFace::east),
+      face("top", SkyFace::top),
+      face("bot", SkyFace::bottom),
+      face("nor", SkyFace::north),
+      face("wes", SkyFace::west),
+      face("sou", SkyFace::south),
+      face("eas", SkyFace::east),
       picture("chrome", PictureKind::jpeg, 1, chrome),
       picture("chrome_soft", PictureKind::jpeg, 1, softChrome),
       picture("chitin", PictureKind::maskedJpeg, 2, chitin),

@@ -10,6 +10,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // The vault is a half cylinder of radius 1 about the eye's axis; the floor lies this far below the eye.

@@ -9,6 +9,6 @@
 namespace vex {
 
 // `detail` 0 leaves out rust and seams that would only shimmer in a curved mirror.
-Colour4 hangarLight(const Vector& direction, float detail);
+image::Colour4 hangarLight(const Vector& direction, float detail);
 
 }  // namespace vex

@@ -5,9 +5,11 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
-Product face(const char* suffix, BoxFace which) {
+Product face(const char* suffix, SkyFace which) {
   return picture(std::string("hell") + suffix, PictureKind::jpeg, 1.5f,
                  [which](const Settings& settings) { return boxFace(hellLight, which, settings.side(512)); });
 }
@@ -15,8 +17,8 @@ Product face(const char* suffix, BoxFace which) {
 }  // namespace
 
 Products hellBoxPictures() {
-  return {face("top", BoxFace::top),   face("bottom", BoxFace::bottom), face("north", BoxFace::north),
-          face("west", BoxFace::west), face("south", BoxFace::south),   face("east", BoxFace::east)};
+  return {face("top", SkyFace::top),   face("bottom", SkyFace::bottom), face("north", SkyFace::north),
+          face("west", SkyFace::west), face("south", SkyFace::south),   face("east", SkyFace::east)};
 }
 
 }  // namespace vex

@@ -10,6 +10,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // How far `rise` (the tangent of the elevation) lies inside a far arcade at that turn; negative inside.

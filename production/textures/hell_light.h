@@ -7,9 +7,9 @@
 
 namespace vex {
 
-Colour4 hellLight(const Vector& direction);
+image::Colour4 hellLight(const Vector& direction);
 
 // The haze over the lake, which everything far away goes over to.
-Colour4 hellHaze();
+image::Colour4 hellHaze();
 
 }  // namespace vex

@@ -10,7 +10,7 @@ struct HuedPictures {
   PictureKind kind;
 
   Product operator()(const char* stem, const Hue& hue, float work,
-                     Canvas (*paint)(const Settings&, const Hue&),
+                     image::Canvas (*paint)(const Settings&, const Hue&),
                      const char* source = __builtin_FILE()) const {
     return picture(
         stem + std::string(hue.suffix), kind, work,

@@ -8,6 +8,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // A rose window that stands in the black: a heart, twelve lancets, a wreath of roundels. Light comes through

@@ -8,6 +8,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // Noise on a circle: repeats after a full turn.

@@ -13,6 +13,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // The logo's quads are 0.67 x 0.5 and 1.5 x 0.5 of a screen of 16:9: texels are wider than high there, so the

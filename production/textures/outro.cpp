@@ -9,6 +9,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // A polished rod from end to end, brushed and worn; its rims are soft. Repeats across.

@@ -8,11 +8,11 @@
 
 namespace vex {
 
-inline constexpr Colour4 black{0, 0, 0, 1};
-inline constexpr Colour4 ink{7 / 255.0f, 6 / 255.0f, 10 / 255.0f, 1};
-inline constexpr Colour4 boneWhite{232 / 255.0f, 220 / 255.0f, 196 / 255.0f, 1};
+inline constexpr image::Colour4 black{0, 0, 0, 1};
+inline constexpr image::Colour4 ink{7 / 255.0f, 6 / 255.0f, 10 / 255.0f, 1};
+inline constexpr image::Colour4 boneWhite{232 / 255.0f, 220 / 255.0f, 196 / 255.0f, 1};
 
-using Ramp = std::vector<Colour4>;
+using Ramp = std::vector<image::Colour4>;
 
 inline const Ramp boneRamp{black,     {0.045f, 0.04f, 0.045f}, {0.19f, 0.165f, 0.15f}, {0.55f, 0.5f, 0.43f},
                            boneWhite, {1, 0.98f, 0.92f}};

@@ -7,6 +7,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // Threads of rain near the lens, driven aslant, each thin at its upper end; the player shows it upside down.

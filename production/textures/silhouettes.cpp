@@ -9,6 +9,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // Near black, with light from behind creeping around the edge. `inside` is the distance to it, 0 or less.

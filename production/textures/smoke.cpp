@@ -7,6 +7,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // A soft additive bank of haze, empty at the borders.

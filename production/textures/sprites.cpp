@@ -7,6 +7,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // All are additive and end well before their borders. x and y go from -1 to 1, r is the distance from the

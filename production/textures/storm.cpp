@@ -13,6 +13,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // --- Far off
@@ -66,7 +68,7 @@ Colour4 stormSky(const Vector& d) {
              down);
 }
 
-Product face(const char* suffix, BoxFace which) {
+Product face(const char* suffix, SkyFace which) {
   return picture(std::string("skull") + suffix, PictureKind::jpeg, 1.5f,
                  [which](const Settings& settings) { return boxFace(stormSky, which, settings.side(512)); });
 }
@@ -179,11 +181,11 @@ Canvas beamPicture(const Settings& settings) {
 
 Products stormPictures() {
   Products all{
-      face("bot", BoxFace::bottom),
-      face("north", BoxFace::north),
-      face("west", BoxFace::west),
-      face("south", BoxFace::south),
-      face("east", BoxFace::east),
+      face("bot", SkyFace::bottom),
+      face("north", SkyFace::north),
+      face("west", SkyFace::west),
+      face("south", SkyFace::south),
+      face("east", SkyFace::east),
       picture("skull_clouds", PictureKind::maskedJpeg, 2,
               [](const Settings& settings) { return cloudLayer(settings, 1041, 0.7f); }),
       picture("skull_swirl", PictureKind::maskedJpeg, 2, swirl),

@@ -14,6 +14,6 @@ inline const Ramp stormRamp{black,
                             {0.92f, 0.98f, 1}};
 
 // Of the open sky straight above, where no picture covers it.
-inline constexpr Colour4 stormZenith{0.09f, 0.125f, 0.17f};
+inline constexpr image::Colour4 stormZenith{0.09f, 0.125f, 0.17f};
 
 }  // namespace vex

@@ -5,6 +5,6 @@
 namespace vex {
 
 // "vex" in the title's face, an x high, its left end at 0.
-Lettering titleLetters();
+image::Lettering titleLetters();
 
 }  // namespace vex

@@ -9,6 +9,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 // Cracked bone before the burning cloud: dark above, and its feet and the edges towards the light burn.

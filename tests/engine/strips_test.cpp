@@ -15,6 +15,8 @@
 #include "tests/support/test_scene.h"
 
 namespace vex {
+
+using namespace geometry;
 namespace {
 
 // The method in its plainest form: rounds over all faces.

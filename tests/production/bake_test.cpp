@@ -12,6 +12,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
+
 namespace {
 
 float random(int i, int what) {

@@ -14,6 +14,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace song;
+
 namespace {
 
 std::map<std::string, int> timesMade;

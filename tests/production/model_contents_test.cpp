@@ -22,6 +22,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 using Names = std::vector<const char*>;

@@ -13,6 +13,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 bool isModelText(const std::string& path) {

@@ -14,6 +14,8 @@
 
 namespace vex {
 
+using namespace song;
+
 namespace {
 
 constexpr double pi = 3.141592653589793;

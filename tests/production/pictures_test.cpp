@@ -19,6 +19,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace show;
+
 namespace {
 
 struct Pixels {

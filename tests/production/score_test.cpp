@@ -14,6 +14,8 @@
 
 namespace vex {
 
+using namespace song;
+
 TEST(Notation, ReadsPitches) {
   struct Case {
     const char* name;

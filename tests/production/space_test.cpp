@@ -11,6 +11,8 @@
 
 namespace vex {
 
+using namespace image;
+
 namespace {
 
 Vector placeOf(int i) {
@@ -80,9 +82,9 @@ TEST(SpaceNoise, CellularDistancesDoNotJump) {
 
 TEST(Environment, FacesOfTheBoxLookTheirWaysAndShareTheirEdges) {
   const int side = 17, last = side - 1, middle = side / 2;
-  const Canvas top = boxFace(compass, BoxFace::top, side), bottom = boxFace(compass, BoxFace::bottom, side),
-               north = boxFace(compass, BoxFace::north, side), west = boxFace(compass, BoxFace::west, side),
-               south = boxFace(compass, BoxFace::south, side), east = boxFace(compass, BoxFace::east, side);
+  const Canvas top = boxFace(compass, SkyFace::top, side), bottom = boxFace(compass, SkyFace::bottom, side),
+               north = boxFace(compass, SkyFace::north, side), west = boxFace(compass, SkyFace::west, side),
+               south = boxFace(compass, SkyFace::south, side), east = boxFace(compass, SkyFace::east, side);
   expectDirection(top.at(middle, middle), {0, 1, 0}, "top");
   expectDirection(bottom.at(middle, middle), {0, -1, 0}, "bottom");
   expectDirection(north.at(middle, middle), {0, 0, 1}, "north");

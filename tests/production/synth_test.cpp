@@ -17,6 +17,8 @@
 
 namespace vex {
 
+using namespace synth;
+
 namespace {
 
 constexpr float rate = 44100;

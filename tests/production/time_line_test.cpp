@@ -21,6 +21,10 @@
 
 namespace vex {
 
+using namespace image;
+using namespace song;
+using namespace show;
+
 namespace {
 
 // Reads a project as the format's table says, on its own.
@@ -175,7 +179,7 @@ TEST(Project, RoundTripKeepsEveryField) {
                    -128,
                    {{"SceneHelper",
                      "drawMovie",
-                     {{"a", wave, -1, 1}, {"b", word, 0, 0}, {"c", curve, -9, 9}, {"d", 0.125, 0, 1}}}}}};
+                     {{wave, -1, 1, "a"}, {word, 0, 0, "b"}, {curve, -9, 9, "c"}, {0.125, 0, 1, "d"}}}}}};
   const Script back = readScript(writeProject(script));
   EXPECT_EQ(back.startTime, 1.5);
   EXPECT_EQ(back.totalTime, 60);
@@ -203,17 +207,32 @@ TEST(Project, RefusesWhatTheFormatCannotHold) {
     script.parts = {{"p", 0, 0, 1, 1, 0, {{"S", "f", {parameter}}}}};
     return fatalText([&] { writeProject(script); });
   };
-  EXPECT_EQ(with({"x", Curve(CurveKind::linear, {{0, 1}, {0, 2}}), 0, 1}),
+  EXPECT_EQ(with({Curve(CurveKind::linear, {{0, 1}, {0, 2}}), 0, 1, "x"}),
             "project: f.x: dot 1 at 0 does not follow 0");
-  EXPECT_EQ(with({"x", Curve(CurveKind::spline, {}), 0, 1}), "project: f.x has 0 dots, must be 1 to 255");
+  EXPECT_EQ(with({Curve(CurveKind::spline, {}), 0, 1, "x"}), "project: f.x has 0 dots, must be 1 to 255");
   Curve name;
   name.text = std::string(32, 'n');
-  EXPECT_EQ(with({"x", name, 0, 1}), "project: f.x: \"" + name.text + "\" has more than 31 characters");
-  EXPECT_EQ(with({"two\nlines", 1, 0, 1}),
+  EXPECT_EQ(with({name, 0, 1, "x"}), "project: f.x: \"" + name.text + "\" has more than 31 characters");
+  EXPECT_EQ(with({1, 0, 1, "two\nlines"}),
             "project: the string \"two\nlines\" does not fit a line of 126 characters");
   Script script;
   script.parts = {{"p", 0, 0, 1, 1, 128, {}}};
   EXPECT_EQ(fatalText([&] { writeProject(script); }), "project: part p has track 128, must be -128 to 127");
+}
+
+TEST(TimeLine, TakesOnlyCallsThatScenesOffer) {
+  const auto adding = [](const ScriptCall& call) {
+    return fatalText([&] { Show().part("night", 0, 1, 0, {call}); });
+  };
+  EXPECT_EQ(adding({"SceneSea", "animate", {{0}}}), "part night: there is no function SceneSea.animate");
+  EXPECT_EQ(adding({"SceneWater", "swim", {{0}}}), "part night: there is no function SceneWater.swim");
+  EXPECT_EQ(adding({"SceneWater", "animate", {{0}, {1}}}),
+            "part night: SceneWater.animate takes 1 parameters, not 2");
+  Show show;
+  show.part("night", 0, 1, 0, {{"SceneHelper", "fadeScreen", {{0.1}, {0.2}, {0.3}, {1}}}});
+  const auto& named = show.script.parts.at(0).calls.at(0).parameters;
+  EXPECT_EQ(named[1].name, "green");
+  EXPECT_EQ(named[3].name, "alpha");
 }
 
 TEST(TimeLine, UsesAllFunctionsAndAllKindsOfParameters) {

@@ -29,6 +29,9 @@
 #include "textures/texture_cache.h"
 
 namespace vex {
+
+using namespace song;
+using namespace show;
 namespace {
 
 // What setters leave in the scenes, by a name that says where.

@@ -33,6 +33,8 @@
 #include "textures/texture_cache.h"
 
 namespace vex {
+
+using namespace geometry;
 namespace {
 
 Stage twoCubes() {

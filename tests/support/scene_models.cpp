@@ -9,6 +9,8 @@
 
 namespace vex {
 
+using namespace geometry;
+
 namespace {
 
 struct SceneModel {

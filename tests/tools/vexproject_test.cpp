@@ -15,6 +15,9 @@
 
 namespace vex {
 
+using namespace image;
+using namespace show;
+
 namespace {
 
 namespace fs = std::filesystem;
