@@ -2,11 +2,13 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "base/pak_archive.h"
 #include "base/report.h"
 #include "platform/end_request.h"
 #include "platform/standard_streams.h"
+#include "tools/command_line.h"
 
 namespace {
 
@@ -31,18 +33,17 @@ void list(const char* pak) {
 int main(int argc, char** argv) {
   vex::openStandardStreams();
   vex::endAtSignals();
-  const std::string command = argc > 1 ? argv[1] : "";
-  if (command == "--help" || command == "-h") {
-    std::fputs(usage, stdout);
-  } else if (command == "create" && argc == 4) {
-    vex::createPak(argv[2], argv[3]);
-  } else if (command == "list" && argc == 3) {
-    list(argv[2]);
-  } else if (command == "extract" && argc == 4) {
-    vex::extractPak(argv[2], argv[3]);
+  const vex::CommandLine line("vexpak", usage, argc, argv);
+  const std::vector<std::string> words = line.parse({});
+  const std::string command = words.empty() ? "" : words[0];
+  if (command == "create" && words.size() == 3) {
+    vex::createPak(words[1].c_str(), words[2].c_str());
+  } else if (command == "list" && words.size() == 2) {
+    list(words[1].c_str());
+  } else if (command == "extract" && words.size() == 3) {
+    vex::extractPak(words[1].c_str(), words[2].c_str());
   } else {
-    std::fputs(usage, stderr);
-    return 2;
+    line.refuse();
   }
   return 0;
 }

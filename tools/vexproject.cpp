@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +20,7 @@
 #include "scenes/scene_tables.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_record.h"
+#include "tools/command_line.h"
 
 namespace {
 
@@ -181,21 +183,22 @@ int check(const char* name, const char* runFolder) {
 int main(int argc, char** argv) {
   vex::openStandardStreams();
   vex::endAtSignals();
-  const std::string command = argc > 1 ? argv[1] : "";
-  const bool hasFolder = argc == 5 && std::strcmp(argv[3], "--dir") == 0;
-  if (command == "--help" || command == "-h") {
-    printOut(usage);
-  } else if (command == "compile" && argc == 4) {
-    compile(argv[2], argv[3]);
-  } else if (command == "dump" && argc == 3) {
-    dump(argv[2]);
-  } else if (command == "check" && (argc == 3 || hasFolder)) {
-    return check(argv[2], hasFolder ? argv[4] : nullptr);
-  } else if (command == "functions" && argc == 2) {
+  const vex::CommandLine line("vexproject", usage, argc, argv);
+  std::optional<std::string> folder;
+  const vex::Option options[] = {{"--dir", [&folder](auto& value) { folder = value; }}};
+  const std::vector<std::string> words = line.parse(options);
+  const std::string command = words.empty() ? "" : words[0];
+  if (folder && command != "check") line.refuse("--dir belongs to check");
+  if (command == "compile" && words.size() == 3) {
+    compile(words[1].c_str(), words[2].c_str());
+  } else if (command == "dump" && words.size() == 2) {
+    dump(words[1].c_str());
+  } else if (command == "check" && words.size() == 2) {
+    return check(words[1].c_str(), folder ? folder->c_str() : nullptr);
+  } else if (command == "functions" && words.size() == 1) {
     printOut(vex::functionsAsMarkdown(vex::sceneEntries()));
   } else {
-    std::fputs(usage, stderr);
-    return 2;
+    line.refuse();
   }
   return 0;
 }

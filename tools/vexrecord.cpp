@@ -1,22 +1,18 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <charconv>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <functional>
-#include <iomanip>
-#include <map>
-#include <sstream>
 #include <string>
-#include <string_view>
+#include <tuple>
+#include <vector>
 
 #include "app/recorder.h"
 #include "base/options.h"
 #include "base/report.h"
 #include "platform/encoder.h"
 #include "platform/standard_streams.h"
+#include "tools/command_line.h"
 
 namespace {
 
@@ -52,39 +48,9 @@ constexpr int maxSupersample = 8;
 constexpr int maxQuality = 20;
 constexpr int maxFramesPerSecond = 1000;
 
-[[noreturn]] void refuseUsage(const std::string& message) {
-  std::fprintf(stderr, "vexrecord: %s\n%s", message.c_str(), usage);
-  std::exit(2);
-}
-
-// The whole text as a number within the range; anything else is wrong usage.
-template <typename Number>
-Number parseNumber(const std::string& option, std::string_view text, Number least, Number most) {
-  Number value{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || !(value >= least && value <= most)) {
-    std::ostringstream message;
-    message << std::setprecision(10) << option << ' ' << text << ": a number from " << least << " to " << most
-            << " is expected";
-    refuseUsage(message.str());
-  }
-  return value;
-}
-
 constexpr double maxSeconds = 1e6;
 
-std::vector<vex::Still> parseTimes(const std::string& option, std::string_view text) {
-  std::vector<vex::Still> stills;
-  while (true) {
-    const std::size_t comma = text.find(',');
-    const double time = parseNumber(option, text.substr(0, comma), 0.0, maxSeconds);
-    stills.push_back({time, vex::stillName(time)});
-    if (comma == std::string_view::npos) return stills;
-    text.remove_prefix(comma + 1);
-  }
-}
-
-struct CommandLine {
+struct Request {
   std::string dir = ".";
   std::string out;
   std::string cues;
@@ -92,91 +58,73 @@ struct CommandLine {
   vex::Recording recording;
 };
 
-void parseSize(const std::string& option, const std::string& text, vex::Recording& recording) {
-  const std::size_t cross = text.find('x');
-  if (cross == std::string::npos) refuseUsage(option + " " + text + ": WIDTHxHEIGHT is expected");
-  recording.width = parseNumber(option, text.substr(0, cross), 16, maxSide);
-  recording.height = parseNumber(option, text.substr(cross + 1), 16, maxSide);
-}
-
-CommandLine parse(int argc, char** argv) {
-  CommandLine line;
-  vex::Recording& recording = line.recording;
-  const std::map<std::string, std::function<void(const std::string&, const std::string&)>> options{
-      {"--dir", [&](auto&, auto& value) { line.dir = value; }},
-      {"--out", [&](auto&, auto& value) { line.out = value; }},
-      {"--stills", [&](auto& option, auto& value) { recording.stills = parseTimes(option, value); }},
-      {"--cues", [&](auto&, auto& value) { line.cues = value; }},
-      {"--frames", [&](auto&, auto& value) { recording.framesFolder = value; }},
-      {"--contact-sheet", [&](auto&, auto& value) { recording.contactSheet = value; }},
-      {"--every",
-       [&](auto& option, auto& value) {
-         recording.contactSheetEvery = parseNumber(option, value, 0.001, maxSeconds);
-         line.everyGiven = true;
-       }},
-      {"--trace-calls", [&](auto&, auto& value) { recording.trace = value; }},
-      {"--size", [&](auto& option, auto& value) { parseSize(option, value, recording); }},
-      {"--supersample",
-       [&](auto& option, auto& value) {
-         recording.supersample = parseNumber(option, value, 1, maxSupersample);
-       }},
-      {"--quality",
-       [&](auto& option, auto& value) { recording.quality = parseNumber(option, value, 1, maxQuality); }},
-      {"--fps",
-       [&](auto& option, auto& value) {
-         recording.framesPerSecond = parseNumber(option, value, 1, maxFramesPerSecond);
-       }},
-      {"--from",
-       [&](auto& option, auto& value) {
-         recording.from = static_cast<float>(parseNumber(option, value, 0.0, maxSeconds));
-       }},
-      {"--to",
-       [&](auto& option, auto& value) {
-         recording.to = static_cast<float>(parseNumber(option, value, 0.0, maxSeconds));
-       }},
+Request parse(const vex::CommandLine& line) {
+  Request request;
+  vex::Recording& recording = request.recording;
+  const auto seconds = [&line](const char* option, const std::string& value, double least = 0) {
+    return line.number(option, value, least, maxSeconds);
   };
-  for (int i = 1; i < argc; ++i) {
-    const std::string option = argv[i];
-    if (option == "--help" || option == "-h") {
-      std::fputs(usage, stdout);
-      std::exit(0);
-    }
-    if (option == "--stats") {
-      vex::options().showStats = true;
-      continue;
-    }
-    const auto known = options.find(option);
-    if (known == options.end()) refuseUsage("unknown option " + option);
-    if (i + 1 == argc || argv[i + 1][0] == '\0') refuseUsage(option + " needs a value");
-    known->second(option, argv[++i]);
-  }
-  return line;
+  const vex::Option options[] = {
+      {"--dir", [&](auto& value) { request.dir = value; }},
+      {"--out", [&](auto& value) { request.out = value; }},
+      {"--stills",
+       [&](auto& value) {
+         for (const std::string& text : vex::splitAtCommas(value)) {
+           const double time = seconds("--stills", text);
+           recording.stills.push_back({time, vex::stillName(time)});
+         }
+       }},
+      {"--cues", [&](auto& value) { request.cues = value; }},
+      {"--frames", [&](auto& value) { recording.framesFolder = value; }},
+      {"--contact-sheet", [&](auto& value) { recording.contactSheet = value; }},
+      {"--every",
+       [&](auto& value) {
+         recording.contactSheetEvery = seconds("--every", value, 0.001);
+         request.everyGiven = true;
+       }},
+      {"--trace-calls", [&](auto& value) { recording.trace = value; }},
+      {"--size",
+       [&](auto& value) {
+         std::tie(recording.width, recording.height) = line.size("--size", value, 16, maxSide);
+       }},
+      {"--supersample",
+       [&](auto& value) { recording.supersample = line.number("--supersample", value, 1, maxSupersample); }},
+      {"--quality", [&](auto& value) { recording.quality = line.number("--quality", value, 1, maxQuality); }},
+      {"--fps",
+       [&](auto& value) { recording.framesPerSecond = line.number("--fps", value, 1, maxFramesPerSecond); }},
+      {"--from", [&](auto& value) { recording.from = static_cast<float>(seconds("--from", value)); }},
+      {"--to", [&](auto& value) { recording.to = static_cast<float>(seconds("--to", value)); }},
+      {"--stats", [](auto&) { vex::options().showStats = true; }, true},
+  };
+  const std::vector<std::string> others = line.parse(options);
+  if (!others.empty()) line.refuse("unknown option " + others[0]);
+  return request;
 }
 
 // Sorts out what --out means, and what cannot go together.
-void assignOutputs(CommandLine& line) {
-  vex::Recording& recording = line.recording;
-  if (!line.cues.empty()) {
-    for (vex::Still& still : vex::readCues(line.cues)) recording.stills.push_back(std::move(still));
+void assignOutputs(const vex::CommandLine& line, Request& request) {
+  vex::Recording& recording = request.recording;
+  if (!request.cues.empty()) {
+    for (vex::Still& still : vex::readCues(request.cues)) recording.stills.push_back(std::move(still));
   }
   if (!recording.stills.empty()) {
-    if (line.out.empty()) refuseUsage("stills need --out DIR");
-    recording.stillsFolder = line.out;
-  } else if (!line.out.empty()) {
-    if (!vex::isVideoName(line.out)) {
-      refuseUsage("--out " + line.out + ": a name that ends in .mp4 or .mkv is expected");
+    if (request.out.empty()) line.refuse("stills need --out DIR");
+    recording.stillsFolder = request.out;
+  } else if (!request.out.empty()) {
+    if (!vex::isVideoName(request.out)) {
+      line.refuse("--out " + request.out + ": a name that ends in .mp4 or .mkv is expected");
     }
-    if (!vex::takesOddSizes(line.out) && (recording.width % 2 != 0 || recording.height % 2 != 0)) {
-      refuseUsage("--size " + std::to_string(recording.width) + "x" + std::to_string(recording.height) +
+    if (!vex::takesOddSizes(request.out) && (recording.width % 2 != 0 || recording.height % 2 != 0)) {
+      line.refuse("--size " + std::to_string(recording.width) + "x" + std::to_string(recording.height) +
                   ": a video with this ending needs even numbers");
     }
-    recording.video = line.out;
+    recording.video = request.out;
   }
-  if (line.everyGiven && recording.contactSheet.empty())
-    refuseUsage("--every needs --contact-sheet FILE.png");
+  if (request.everyGiven && recording.contactSheet.empty())
+    line.refuse("--every needs --contact-sheet FILE.png");
   if (recording.video.empty() && recording.stills.empty() && recording.contactSheet.empty() &&
       recording.trace.empty() && recording.framesFolder.empty()) {
-    refuseUsage("nothing to write: give --out, --frames, --contact-sheet or --trace-calls");
+    line.refuse("nothing to write: give --out, --frames, --contact-sheet or --trace-calls");
   }
   for (std::string* path : {&recording.video, &recording.contactSheet, &recording.trace,
                             &recording.stillsFolder, &recording.framesFolder}) {
@@ -192,10 +140,11 @@ void assignOutputs(CommandLine& line) {
 
 int main(int argc, char** argv) {
   vex::openStandardStreams();
-  CommandLine line = parse(argc, argv);
-  assignOutputs(line);
-  if (chdir(line.dir.c_str()) != 0) {
-    vex::fatalError("can't go to folder %s: %s", line.dir.c_str(), std::strerror(errno));
+  const vex::CommandLine line("vexrecord", usage, argc, argv);
+  Request request = parse(line);
+  assignOutputs(line, request);
+  if (chdir(request.dir.c_str()) != 0) {
+    vex::fatalError("can't go to folder %s: %s", request.dir.c_str(), std::strerror(errno));
   }
-  return vex::record(line.recording);
+  return vex::record(request.recording);
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <map>
 
+#include "base/pi.h"
 #include "production/geometry/index.h"
 #include "production/image/filter.h"
 
@@ -13,7 +14,6 @@ using namespace image;
 
 namespace {
 
-constexpr float pi = 3.14159265f;
 constexpr int bleed = 4;
 
 std::uint32_t scramble(std::uint32_t h) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/pi.h"
 #include "production/geometry/index.h"
 
 namespace vex::geometry {
@@ -28,13 +29,13 @@ Chart tightened(const Chart& chart) {
   float least = std::numeric_limits<float>::max();
   for (int i = 0; i < 16; ++i) {
     Chart candidate = chart;
-    rotateChart(candidate, 3.14159265f / 16 * static_cast<float>(i));
+    rotateChart(candidate, pi / 16 * static_cast<float>(i));
     const float area = candidate.width * candidate.height;
     if (area >= least * 0.999f) continue;
     least = area;
     best = std::move(candidate);
   }
-  if (best.height > best.width) rotateChart(best, 3.14159265f / 2);
+  if (best.height > best.width) rotateChart(best, pi / 2);
   return best;
 }
 
@@ -109,7 +110,7 @@ Chart unrolled(const Surface& surface, const Piece& piece) {
     return Flat{triangle.uv[corner].u * across, triangle.uv[corner].v * up};
   });
   toOrigin(chart);
-  if (chart.height > chart.width) rotateChart(chart, 3.14159265f / 2);
+  if (chart.height > chart.width) rotateChart(chart, pi / 2);
   return chart;
 }
 

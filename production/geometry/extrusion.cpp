@@ -2,6 +2,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/pi.h"
 #include "production/geometry/forms.h"
 #include "production/geometry/index.h"
 
@@ -146,7 +147,7 @@ Surface extrusion(const std::vector<Outline>& outlines, float depth, float bevel
   for (const auto& [a, b, c] : frontTriangles) addTriangle(all, a, b, c);
   for (const auto& [a, b, c] : frontTriangles) addTriangle(all, count + a, count + c, count + b);
 
-  const float least = std::cos(corners * 3.14159265f / 180);
+  const float least = std::cos(corners * pi / 180);
   const auto band = [&](const std::vector<int>& loop, const std::vector<PlanePoint>& upper, float upperZ,
                         const std::vector<PlanePoint>& lower, float lowerZ) {
     // Each place has a point for the wall before it and one for the wall behind it; they are the same where

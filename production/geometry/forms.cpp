@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <map>
 
+#include "base/pi.h"
 #include "production/geometry/index.h"
 #include "production/geometry/mapping.h"
 
 namespace vex::geometry {
 
 namespace {
-
-constexpr float pi = 3.14159265f;
 
 float ratio(int i, int n) {
   return static_cast<float>(i) / static_cast<float>(n);

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/pi.h"
+
 namespace vex::geometry {
 
 namespace {
-
-constexpr float pi = 3.14159265f;
 
 const Vector& cornerOf(const Surface& surface, const Triangle& triangle, std::size_t k) {
   return surface.points[static_cast<std::size_t>(triangle.points[k])];

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "base/pi.h"
 #include "production/geometry/index.h"
 
 namespace vex::geometry {
@@ -48,7 +49,7 @@ Profile profileOf(const Chart& chart, float scale, int bleed) {
 
 TurnedChart quarterTurns(const Chart& chart) {
   TurnedChart turns{chart, chart, chart, chart};
-  for (int i = 1; i < 4; ++i) rotateChart(turns[at(i)], 3.14159265f / 2 * static_cast<float>(i));
+  for (int i = 1; i < 4; ++i) rotateChart(turns[at(i)], pi / 2 * static_cast<float>(i));
   return turns;
 }
 

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "base/pi.h"
+
 namespace vex::geometry {
 
 namespace {
 
-constexpr float degree = 3.14159265f / 180;
+constexpr float degree = pi / 180;
 
 }  // namespace
 

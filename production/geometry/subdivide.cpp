@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 
+#include "base/pi.h"
 #include "production/geometry/index.h"
 #include "production/geometry/surface.h"
 
@@ -61,7 +62,7 @@ Surface dividedOnce(const Surface& surface) {
       addPoint(result, old);
     } else {
       const auto n = static_cast<float>(ring.size());
-      const float c = 0.375f + 0.25f * std::cos(2 * 3.14159265f / n);
+      const float c = 0.375f + 0.25f * std::cos(2 * pi / n);
       const float weight = (0.625f - c * c) / n;
       for (const int neighbour : ring) sum += surface.points[at(neighbour)];
       addPoint(result, old * (1 - n * weight) + sum * weight);

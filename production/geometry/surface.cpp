@@ -5,6 +5,7 @@
 #include <numeric>
 #include <unordered_map>
 
+#include "base/pi.h"
 #include "production/geometry/index.h"
 
 namespace vex::geometry {
@@ -185,7 +186,7 @@ Surface welded(const Surface& surface, float distance) {
 }
 
 Surface creased(const Surface& surface, float degrees) {
-  const float least = std::cos(degrees * 3.14159265f / 180);
+  const float least = std::cos(degrees * pi / 180);
   std::vector<std::vector<std::pair<int, int>>> around(surface.points.size());  // triangle and its corner
   std::vector<Vector> normals;
   for (std::size_t i = 0; i < surface.triangles.size(); ++i) {

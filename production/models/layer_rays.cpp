@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "base/pi.h"
 #include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
 #include "production/models/model.h"
@@ -27,7 +28,7 @@ Model layerRays(const Settings&) {
         // Rings draw together where the camera is near; the wall bends outwards towards it.
         const float away = length * t * t;
         const float radius = endRadius + (mouthRadius - endRadius) * std::pow(1 - t, 1.6f);
-        const float turn = 2 * 3.14159265f * s + 0.35f * t;
+        const float turn = 2 * pi * s + 0.35f * t;
         return Vector(radius * std::cos(turn), radius * std::sin(turn), mouth - away);
       },
       ends);

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/pi.h"
 #include "base/report.h"
 #include "production/geometry/forms.h"
 #include "production/image/image.h"
@@ -12,8 +13,6 @@ using namespace image;
 using namespace geometry;
 
 namespace {
-
-constexpr float pi = 3.14159265f;
 
 // Smaller turns have no effect in the player: they are kept for the next key.
 constexpr float leastTurn = 0.0011f;

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <set>
 
+#include "base/pi.h"
 #include "base/report.h"
 
 namespace vex {
@@ -22,7 +23,7 @@ constexpr int ticksPerFrame = 160;
 constexpr std::size_t longestName = 31;
 constexpr std::size_t mostLights = 8;
 constexpr std::size_t mostMaterials = 100;
-constexpr float radiansPerDegree = 3.1415926536f / 180;
+constexpr float radiansPerDegree = pi / 180;
 
 std::size_t at(int index) {
   return static_cast<std::size_t>(index);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "engine/viewer.h"
 #include "production/models/stage.h"
@@ -44,7 +45,7 @@ Sight onScreen(const StageCamera& camera, double start, double speed, double bea
   viewer.addTargetAnimation(pathOf(camera.targets));
   viewer.setAnimParams(static_cast<float>(camera.positions.back().frame) / framesPerSecond, true);
   // As the player sees it: three quarters of the field from top to bottom.
-  const double tangent = std::tan(camera.fieldDegrees * 0.75 / 2 * 3.14159265358979 / 180);
+  const double tangent = std::tan(camera.fieldDegrees * 0.75 / 2 * std::numbers::pi / 180);
   const int last = std::clamp(static_cast<int>(std::ceil(beats * sightsPerBeat)), 1, mostSights);
   std::vector<CurveDot> x, y, unit;
   for (int i = 0; i <= last; ++i) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 
 #include "production/synth/filter.h"
 #include "production/synth/oscillator.h"
@@ -140,7 +141,7 @@ std::vector<float> makeDuckCurve(const Duck& duck, std::span<const DuckHit> hits
       const double t = static_cast<double>(i) / rate - hit.seconds;
       const double back = std::max(0.0, t / duck.recover);
       // Stays low for a moment, then comes back along a raised cosine.
-      const double share = t < 0 ? 1 + t / fall : 0.5 + 0.5 * std::cos(3.141592653589793 * back * back);
+      const double share = t < 0 ? 1 + t / fall : 0.5 + 0.5 * std::cos(std::numbers::pi * back * back);
       curve[i] = std::min(curve[i], 1 - duck.depth * hit.weight * static_cast<float>(share));
     }
   }

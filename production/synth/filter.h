@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "base/pi.h"
+
 namespace vex::synth {
 
 // How many samples share one set of filter coefficients.
@@ -18,7 +20,7 @@ inline float softClip(float x) {
 
 // Tangent of the warped half angle, with the cutoff kept below where the transform breaks down.
 inline float warpedCutoff(float hertz, float rate) {
-  return std::tan(3.14159265f * std::clamp(hertz, 5.0f, 0.45f * rate) / rate);
+  return std::tan(pi * std::clamp(hertz, 5.0f, 0.45f * rate) / rate);
 }
 
 struct Bands {

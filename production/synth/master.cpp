@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 #include <vector>
 
 #include "production/synth/filter.h"
@@ -18,14 +19,13 @@ constexpr int phases = 4;
 const std::array<std::array<float, taps>, phases - 1>& interpolationFilters() {
   static const auto filters = [] {
     std::array<std::array<float, taps>, phases - 1> table{};
-    constexpr double pi = 3.141592653589793;
     for (int phase = 1; phase < phases; ++phase) {
       double sum = 0;
       std::array<double, taps> row{};
       for (int tap = 0; tap < taps; ++tap) {
         const double x = tap - (taps / 2 - 1) - phase / static_cast<double>(phases);
-        const double window = 0.5 + 0.5 * std::cos(pi * x / (taps / 2 + 0.5));
-        row[static_cast<std::size_t>(tap)] = std::sin(pi * x) / (pi * x) * window;
+        const double window = 0.5 + 0.5 * std::cos(std::numbers::pi * x / (taps / 2 + 0.5));
+        row[static_cast<std::size_t>(tap)] = std::sin(std::numbers::pi * x) / (std::numbers::pi * x) * window;
         sum += row[static_cast<std::size_t>(tap)];
       }
       for (int tap = 0; tap < taps; ++tap) {

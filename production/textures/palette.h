@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "base/pi.h"
 #include "production/image/image.h"
 
 // The film's colours: ink, bone and one hue a movement, as ramps from dark to light.
@@ -75,7 +76,5 @@ inline const Hue acidHue{"acid", acidRamp};
 inline const Hue violetHue{"violet", violetRamp};
 inline const Hue emberHue{"ember", emberRamp};
 inline const Hue tealHue{"teal", tealRamp};
-
-inline constexpr float pi = 3.14159265f;
 
 }  // namespace vex

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "base/pi.h"
 #include "engine/spline.h"
 #include "tests/support/fatal.h"
 #include "tests/support/log_text.h"
@@ -36,8 +37,6 @@ void expectPoint(const Vector& p, const Vector& expected, float t) {
   SCOPED_TRACE(t);
   expectNear(p, expected, 1e-5);
 }
-
-constexpr float pi = 3.14159265f;
 
 }  // namespace
 

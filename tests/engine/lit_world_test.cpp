@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "base/clock.h"
+#include "base/pi.h"
 #include "base/random.h"
 #include "base/window_size.h"
 #include "engine/particle_system.h"
@@ -144,7 +145,7 @@ Corner litCorner(const Mesh& mesh, const std::vector<Lamp>& lamps, const Vector&
     toLamp.normalize();
     if (lamp.halfCone < 180) {
       const float cosine = dot(-toLamp, unit(lamp.axis));
-      strength *= cosine < std::cos(lamp.halfCone / 180 * 3.14159265f) ? 0 : cosine;
+      strength *= cosine < std::cos(lamp.halfCone / 180 * pi) ? 0 : cosine;
     }
     const float facing = dot(normal, toLamp);
     if (facing <= 0) continue;
@@ -215,8 +216,8 @@ void makeBall(Mesh& mesh, const Vector& centre, float radius) {
   constexpr std::uint32_t rows = 10, columns = 16;
   for (std::uint32_t row = 0; row <= rows; ++row) {
     for (std::uint32_t column = 0; column <= columns; ++column) {
-      const float down = 3.14159265f * static_cast<float>(row) / rows;
-      const float round = 2 * 3.14159265f * static_cast<float>(column) / columns;
+      const float down = pi * static_cast<float>(row) / rows;
+      const float round = 2 * pi * static_cast<float>(column) / columns;
       const Vector outward(std::sin(down) * std::cos(round), std::cos(down),
                            std::sin(down) * std::sin(round));
       mesh.vertices.push_back(
@@ -240,7 +241,6 @@ Animation doubled() {
   return track;
 }
 
-constexpr float pi = 3.14159265f;
 constexpr float viewerAlpha = 0.8f;
 const Vector ground(0.2f, 0.4f, 0.3f);
 const Rgba wallColours[boxFaces] = {{0.9f, 0.2f, 0.2f, 0.7f}, {0.2f, 0.9f, 0.2f, 0.7f}, {0, 0, 0, 1},

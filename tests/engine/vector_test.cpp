@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/pi.h"
+
 namespace vex {
 namespace {
 
@@ -56,7 +58,7 @@ TEST(Vector, LengthsAndAngles) {
   EXPECT_EQ(Vector(2, -3, 6).length(), 7.0f);
   EXPECT_EQ(dot(Vector(1, 2, 3), Vector(4, -5, 6)), 12.0f);
   EXPECT_NEAR(angle(Vector(3, 0, 0), Vector(1, 1, 0)), 0.78539816f, 1e-6);
-  EXPECT_NEAR(angle(Vector(0, 2, 0), Vector(0, -5, 0)), 3.14159265f, 1e-6);
+  EXPECT_NEAR(angle(Vector(0, 2, 0), Vector(0, -5, 0)), pi, 1e-6);
   Vector v(0, 3, -4);
   v.normalize();
   expectVector(v, 0, 0.6f, -0.8f);

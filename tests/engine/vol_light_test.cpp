@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
+#include <numbers>
 #include <set>
 #include <vector>
 
@@ -122,7 +123,7 @@ TEST(VolLight, FillsAPyramidWhereNothingStands) {
   light.range = 40.0f;
   light.depthBuffer.assign(light.depthBuffer.size(), 1.0f);
   light.prepareBeams(1.0f);
-  const double halfWidth = 40 * std::tan(30 * 3.14159265358979 / 180);
+  const double halfWidth = 40 * std::tan(30 * std::numbers::pi / 180);
   Vector axis = light.spotDirection;
   axis.normalize();
   for (std::size_t i = 0; i < 1024; ++i) {

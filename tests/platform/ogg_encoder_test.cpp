@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <numbers>
 
 namespace vex {
 
@@ -16,7 +17,7 @@ std::vector<float> makeTone(double hertz, std::size_t frames) {
   std::vector<float> samples(frames);
   for (std::size_t i = 0; i < frames; ++i) {
     samples[i] =
-        static_cast<float>(0.5 * std::sin(2 * 3.141592653589793 * hertz * static_cast<double>(i) / 44100));
+        static_cast<float>(0.5 * std::sin(2 * std::numbers::pi * hertz * static_cast<double>(i) / 44100));
   }
   return samples;
 }
@@ -33,7 +34,7 @@ double amplitudeAt(const std::vector<float>& samples, std::size_t channel, doubl
   double real = 0, imaginary = 0;
   const std::size_t frames = samples.size() / 2;
   for (std::size_t i = 0; i < frames; ++i) {
-    const double angle = 2 * 3.141592653589793 * hertz * static_cast<double>(i) / 44100;
+    const double angle = 2 * std::numbers::pi * hertz * static_cast<double>(i) / 44100;
     real += samples[2 * i + channel] * std::cos(angle);
     imaginary += samples[2 * i + channel] * std::sin(angle);
   }

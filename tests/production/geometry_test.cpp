@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/pi.h"
 #include "production/geometry/forms.h"
 #include "production/geometry/isosurface.h"
 #include "production/geometry/mapping.h"
@@ -17,8 +18,6 @@ using namespace image;
 using namespace geometry;
 
 namespace {
-
-constexpr float pi = 3.14159265f;
 
 // Of the points as they are: hard edges closed.
 Topology closedTopology(const Surface& surface) {

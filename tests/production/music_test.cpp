@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <numbers>
 #include <string>
 
 #include "production/song/cues.h"
@@ -17,8 +18,6 @@ namespace vex {
 using namespace song;
 
 namespace {
-
-constexpr double pi = 3.141592653589793;
 
 struct Loudness {
   double integrated = 0, truePeak = 0;  // LUFS, dBFS
@@ -76,8 +75,9 @@ double amplitudeAt(const StereoSound& sound, double hertz, double from, double t
   double real = 0, imaginary = 0;
   for (std::size_t i = 0; i < size; ++i) {
     const double turns = static_cast<double>(i) / static_cast<double>(size);
-    const double value = (1 - std::cos(2 * pi * turns)) * (sound.left[first + i] + sound.right[first + i]);
-    const double angle = 2 * pi * hertz * static_cast<double>(i) / sound.sampleRate;
+    const double value =
+        (1 - std::cos(2 * std::numbers::pi * turns)) * (sound.left[first + i] + sound.right[first + i]);
+    const double angle = 2 * std::numbers::pi * hertz * static_cast<double>(i) / sound.sampleRate;
     real += value * std::cos(angle);
     imaginary += value * std::sin(angle);
   }
@@ -90,7 +90,8 @@ enum class Side { below, above };
 std::vector<float> keep(Side kept, double hertz, const std::vector<float>& samples, int rate) {
   std::vector<float> out(samples);
   for (const double quality : {0.541, 1.307}) {
-    const double w = 2 * pi * hertz / rate, alpha = std::sin(w) / (2 * quality), cosine = std::cos(w);
+    const double w = 2 * std::numbers::pi * hertz / rate, alpha = std::sin(w) / (2 * quality),
+                 cosine = std::cos(w);
     const double middle = kept == Side::below ? 1 - cosine : -(1 + cosine), outer = std::abs(middle) / 2;
     double x1 = 0, x2 = 0, y1 = 0, y2 = 0;
     for (float& sample : out) {

@@ -6,6 +6,7 @@
 #include <map>
 #include <sstream>
 
+#include "base/pi.h"
 #include "engine/matrix.h"
 #include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
@@ -20,8 +21,6 @@ using namespace image;
 using namespace geometry;
 
 namespace {
-
-constexpr float pi = 3.14159265f;
 
 // A block of the text: its keyword and what follows it, lines and blocks within.
 struct Node {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 
 #include "production/synth/airs.h"
 #include "production/synth/effects.h"
@@ -22,7 +23,6 @@ using namespace synth;
 namespace {
 
 constexpr float rate = 44100;
-constexpr double pi = 3.141592653589793;
 
 // Amplitude of one frequency, by a plain Fourier sum under a Hann window.
 double amplitudeAt(std::span<const float> samples, double hertz) {
@@ -30,9 +30,9 @@ double amplitudeAt(std::span<const float> samples, double hertz) {
   const auto size = static_cast<double>(samples.size());
   for (std::size_t i = 0; i < samples.size(); ++i) {
     const auto n = static_cast<double>(i);
-    const double window = 1 - std::cos(2 * pi * (n + 0.5) / size);
-    real += samples[i] * window * std::cos(2 * pi * hertz * n / rate);
-    imaginary += samples[i] * window * std::sin(2 * pi * hertz * n / rate);
+    const double window = 1 - std::cos(2 * std::numbers::pi * (n + 0.5) / size);
+    real += samples[i] * window * std::cos(2 * std::numbers::pi * hertz * n / rate);
+    imaginary += samples[i] * window * std::sin(2 * std::numbers::pi * hertz * n / rate);
   }
   return 2 * std::hypot(real, imaginary) / size;
 }
@@ -40,8 +40,8 @@ double amplitudeAt(std::span<const float> samples, double hertz) {
 std::vector<float> makeSine(double hertz, std::size_t size, double amplitude = 1, double turns = 0) {
   std::vector<float> samples(size);
   for (std::size_t i = 0; i < size; ++i) {
-    samples[i] =
-        static_cast<float>(amplitude * std::sin(2 * pi * (turns + hertz * static_cast<double>(i) / rate)));
+    samples[i] = static_cast<float>(
+        amplitude * std::sin(2 * std::numbers::pi * (turns + hertz * static_cast<double>(i) / rate)));
   }
   return samples;
 }
@@ -60,7 +60,8 @@ double decibels(double ratio) {
 
 TEST(Oscillators, SineAgreesWithTheLibrary) {
   for (double turns = -3; turns < 3; turns += 0.001) {
-    EXPECT_NEAR(sineOfTurns(static_cast<float>(turns)), std::sin(2 * pi * static_cast<float>(turns)), 5e-6);
+    EXPECT_NEAR(sineOfTurns(static_cast<float>(turns)),
+                std::sin(2 * std::numbers::pi * static_cast<float>(turns)), 5e-6);
   }
 }
 
@@ -71,12 +72,14 @@ TEST(Oscillators, SawHasItsHarmonicsAndLittleElse) {
   std::vector<float> samples(44100);
   for (float& sample : samples) sample = saw.next(static_cast<float>(hertz / rate));
   for (const int harmonic : {1, 2, 3}) {
-    EXPECT_NEAR(decibels(amplitudeAt(samples, harmonic * hertz)), decibels(2 / (pi * harmonic)), 2)
+    EXPECT_NEAR(decibels(amplitudeAt(samples, harmonic * hertz)), decibels(2 / (std::numbers::pi * harmonic)),
+                2)
         << harmonic;
   }
   for (const int harmonic : {10, 11, 12}) {
     const double folded = std::abs(harmonic * hertz - rate);
-    EXPECT_LT(decibels(amplitudeAt(samples, folded)), decibels(2 / (pi * harmonic)) - 12) << harmonic;
+    EXPECT_LT(decibels(amplitudeAt(samples, folded)), decibels(2 / (std::numbers::pi * harmonic)) - 12)
+        << harmonic;
   }
 }
 
@@ -98,7 +101,7 @@ TEST(Filters, StateVariableFollowsItsFormula) {
       band.push_back(bands.band);
       high.push_back(bands.high);
     }
-    const double w = std::tan(pi * hertz / rate) / std::tan(pi * cutoff / rate);
+    const double w = std::tan(std::numbers::pi * hertz / rate) / std::tan(std::numbers::pi * cutoff / rate);
     const double denominator = std::hypot(1 - w * w, w / quality);
     const auto settled = [&](const std::vector<float>& all) {
       return amplitudeAt(std::span(all).subspan(22050), hertz);
@@ -288,7 +291,7 @@ TEST(Effects, DuckFallsAtEachHitAndComesBack) {
   const auto at = [&](double second) { return curve[static_cast<std::size_t>(second * rate)]; };
   EXPECT_EQ(at(0.49), 1);
   EXPECT_NEAR(at(0.5005), 0.2, 0.01);
-  EXPECT_NEAR(at(0.6), 1 - 0.8 * (0.5 + 0.5 * std::cos(pi / 4)), 0.01);
+  EXPECT_NEAR(at(0.6), 1 - 0.8 * (0.5 + 0.5 * std::cos(std::numbers::pi / 4)), 0.01);
   EXPECT_EQ(at(0.71), 1);
   EXPECT_NEAR(at(0.9005), 0.6, 0.01);
 }
@@ -317,8 +320,8 @@ TEST(Master, LimiterHoldsItsCeiling) {
         double value = 0;
         for (int tap = -32; tap <= 32; ++tap) {
           const double x = tap - phase / 16.0;
-          const double window = 0.5 + 0.5 * std::cos(pi * x / 33);
-          const double sinc = x == 0 ? 1 : std::sin(pi * x) / (pi * x);
+          const double window = 0.5 + 0.5 * std::cos(std::numbers::pi * x / 33);
+          const double sinc = x == 0 ? 1 : std::sin(std::numbers::pi * x) / (std::numbers::pi * x);
           value += (*channel)[static_cast<std::size_t>(static_cast<int>(i) + tap)] * sinc * window;
         }
         peak = std::max(peak, std::abs(value));

@@ -5,9 +5,11 @@
 #include <array>
 #include <cmath>
 #include <initializer_list>
+#include <numbers>
 #include <string>
 #include <vector>
 
+#include "base/pi.h"
 #include "base/random.h"
 #include "base/window_size.h"
 #include "scenes/word_endings.h"
@@ -184,12 +186,12 @@ TEST_F(Helper, TheWaveIsASwayingGrid) {
   const float x = -0.5f, y = -0.75f, w = 1, h = 0.5f, amplitude = 0.1f, speed = 2, time = 0.3f;
   const auto quads = quadsOf({"drawBitmapWave", "still", {x, y, w, h, speed, amplitude, 0.5f, 0}, time});
   ASSERT_EQ(quads.size(), 256u);
-  const double pi = 3.14159265358979;
   const double phase = 0.6;
   const auto corner = [&](int a, int b) {
-    return std::array<float, 4>{static_cast<float>(-0.5 + a / 16.0), static_cast<float>(0.25 + b / 32.0),
-                                static_cast<float>(a / 16.0 + 0.1 * std::sin(b * pi / 8 + phase)),
-                                static_cast<float>(b / 16.0 + 0.1 * std::cos(a * pi / 8 + 0.77 * phase))};
+    return std::array<float, 4>{
+        static_cast<float>(-0.5 + a / 16.0), static_cast<float>(0.25 + b / 32.0),
+        static_cast<float>(a / 16.0 + 0.1 * std::sin(b * std::numbers::pi / 8 + phase)),
+        static_cast<float>(b / 16.0 + 0.1 * std::cos(a * std::numbers::pi / 8 + 0.77 * phase))};
   };
   for (int j = 0; j < 16; ++j) {
     for (int i = 0; i < 16; ++i) {

@@ -497,11 +497,25 @@ TEST(Vexproject, TheDocumentsHold) {
 TEST(Vexproject, WrongUsageShowsTheUsage) {
   const Program help = vexproject("--help");
   EXPECT_EQ(help.exitCode, 0);
-  for (const char* arguments : {"", "compile x", "dump", "dump x y", "check", "check x --dir",
-                                "check x --to y", "functions x", "unknown"}) {
+  const struct {
+    const char* arguments;
+    std::string message;
+  } cases[] = {
+      {"", ""},
+      {"compile x", ""},
+      {"dump", ""},
+      {"dump x y", ""},
+      {"dump x --dir y", "vexproject: --dir belongs to check\n"},
+      {"check", ""},
+      {"check x --dir", "vexproject: --dir needs a value\n"},
+      {"check x --to y", "vexproject: unknown option --to\n"},
+      {"functions x", ""},
+      {"unknown", ""},
+  };
+  for (const auto& [arguments, message] : cases) {
     const Program program = vexproject(arguments);
     EXPECT_EQ(program.exitCode, 2) << arguments;
-    EXPECT_EQ(program.errors, help.output);
+    EXPECT_EQ(program.errors, message + help.output);
   }
 }
 
