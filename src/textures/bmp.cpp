@@ -12,7 +12,7 @@ namespace vex {
 namespace {
 
 constexpr std::size_t fileHeaderSize = 14;
-constexpr std::size_t infoHeaderSize = 40;
+constexpr std::size_t infoHeaderSize = 40;  // at least; what longer ones add is about colours and is skipped
 constexpr std::uint32_t maxColours = 256;
 
 struct BmpHeader {
@@ -44,9 +44,12 @@ BmpHeader readHeader(int handle, const char* file, const char* texture) {
   const auto field = [&](std::size_t offset, std::size_t size) {
     return static_cast<std::uint32_t>(littleEndian(std::span(bytes).subspan(fileHeaderSize + offset, size)));
   };
-  if (const std::uint32_t size = field(0, 4); size != infoHeaderSize) {
-    fatalError("texture %s has an info header of %u bytes, must be %zu", file, size, infoHeaderSize);
+  const std::uint32_t size = field(0, 4);
+  if (size < infoHeaderSize) {
+    fatalError("texture %s has an info header of %u bytes, must be at least %zu", file, size, infoHeaderSize);
   }
+  needBytes(handle, file, "info header", size - infoHeaderSize);
+  fileSeek(handle, static_cast<std::int32_t>(size - infoHeaderSize), SeekOrigin::current);
   const BmpHeader header{.width = static_cast<std::int32_t>(field(4, 4)),
                          .height = static_cast<std::int32_t>(field(8, 4)),
                          .bits = static_cast<int>(field(14, 2)),

@@ -46,7 +46,8 @@ struct BmpFile {
            littleEndianBytes(static_cast<std::uint32_t>(width), 4) +
            littleEndianBytes(static_cast<std::uint32_t>(height), 4) + littleEndianBytes(1, 2) +
            littleEndianBytes(static_cast<std::uint32_t>(bits), 2) + littleEndianBytes(compression, 4) +
-           std::string(12, '\0') + littleEndianBytes(colours, 4) + littleEndianBytes(0, 4) + body;
+           std::string(12, '\0') + littleEndianBytes(colours, 4) + littleEndianBytes(0, 4) +
+           std::string(infoSize < 40 ? 0 : infoSize - 40, '\x55') + body;
   }
 };
 

@@ -103,14 +103,34 @@ TEST(Bmp, DirectColoursHaveNoColourCount) {
   EXPECT_EQ(bytesAt(readBmpTexture("a.bmp"), 3, 3), (Bytes{9, 9, 9, 255}));
 }
 
+TEST(Bmp, SkipsWhatLongerInfoHeadersAdd) {
+  const TemporaryFolder folder;
+  for (const int bits : {8, 24}) {
+    BmpFile file{.bits = bits, .colours = 2, .palette = {{0, 0, 0}, {7, 8, 9}}, .fill = 1};
+    if (bits == 24) file.palette = {};
+    writeFile("a.bmp", file.bytes());
+    const Image plainHeader = readBmpTexture("a.bmp");
+    ASSERT_EQ(plainHeader.pixels.size(), 16u);
+    for (const std::uint32_t size : {52u, 56u, 108u, 124u}) {
+      file.infoSize = size;
+      writeFile("a.bmp", file.bytes());
+      EXPECT_EQ(readBmpTexture("a.bmp").pixels, plainHeader.pixels) << bits << " bits, " << size;
+    }
+  }
+  std::string longHeader = BmpFile{}.bytes();
+  longHeader.replace(14, 4, littleEndianBytes(0xffffffff, 4));
+  writeFile("a.bmp", longHeader);
+  EXPECT_EQ(fatalText([] { readBmpTexture("a.bmp"); }),
+            "texture a.bmp is cut short: its info header needs 4294967255 bytes, 48 are left");
+}
+
 TEST(Bmp, RefusesWhatItIsNot) {
   const std::vector<Rgb> two{{0, 0, 0}, {1, 1, 1}};
   const std::vector<std::pair<BmpFile, std::string>> cases{
       {{.bits = 16}, "texture a.bmp has 16bpp, must be 8 or 24!"},
       {{.bits = 0}, "texture a.bmp has 0bpp, must be 8 or 24!"},
       {{.compression = 1}, "texture a.bmp has compression!"},
-      {{.infoSize = 12}, "texture a.bmp has an info header of 12 bytes, must be 40"},
-      {{.infoSize = 124}, "texture a.bmp has an info header of 124 bytes, must be 40"},
+      {{.infoSize = 12}, "texture a.bmp has an info header of 12 bytes, must be at least 40"},
       {{.height = -4, .rows = "x"}, "texture a.bmp is 4x-4, sides must not be negative"},
       {{.width = -8, .rows = "x"}, "texture a.bmp is -8x4, sides must not be negative"},
       {{.width = 2}, "texture a.bmp is 2 pixels wide, rows must be a multiple of 4 bytes"},
