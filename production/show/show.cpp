@@ -52,10 +52,14 @@ void nameParameters(ScriptCall& call, const char* part) {
   for (std::size_t i = 0; i < call.parameters.size(); ++i) call.parameters[i].name = row->parameters[i].name;
 }
 
-// Beats to progress.
+// Beats to progress; what a line does behind the part's end is left out.
 void settle(Curve& curve, double beats) {
   for (CurveDot& dot : curve.dots) dot.x = dot.x >= partEnd ? 1 : (dot.x < 0 ? beats + dot.x : dot.x) / beats;
   if (curve.kind == CurveKind::sine) curve.cycles = beats / curve.cycles;
+  if (curve.kind != CurveKind::linear) return;
+  const auto end =
+      std::find_if(curve.dots.begin(), curve.dots.end(), [](const CurveDot& d) { return d.x >= 1; });
+  if (end != curve.dots.end()) curve.dots.erase(end + 1, curve.dots.end());
 }
 
 }  // namespace

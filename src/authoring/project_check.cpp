@@ -73,6 +73,29 @@ void checkCurve(Findings& findings, const ProjectCall& call, const ProjectParame
   }
 }
 
+// Dots that no moment of the part reaches, and values that their bounds cut off. A last dot may lie a little
+// behind the end: the curve runs towards it.
+void checkDots(Findings& findings, const ProjectCall& call, const ProjectParameter& parameter,
+               const Parameter& played) {
+  if (played.type != PARAM_LINEAR && played.type != PARAM_SPLINE) return;
+  constexpr float overhang = 0.25f;  // of the part
+  const float slack = 0.01f * (played.max - played.min);
+  for (int i = 0; i < played.dotCount; ++i) {
+    const float x = played.dotX[i], y = played.dotY[i];
+    std::string fault;
+    if (x > 1 + overhang || (i > 0 && played.dotX[i - 1] >= 1)) {
+      fault = formatted(" at x %g lies behind the part's end", shown(x));
+    } else if (x < -overhang) {
+      fault = formatted(" at x %g lies before the part begins", shown(x));
+    } else if (y < played.min - slack || y > played.max + slack) {
+      fault = formatted(", %g, is held within %g and %g", shown(y), shown(played.min), shown(played.max));
+    }
+    if (fault.empty()) continue;
+    findings.remark(parameter.line, nameOf(parameter, call) + ": dot " + std::to_string(i + 1) + fault);
+    return;
+  }
+}
+
 void checkUsefulRange(Findings& findings, const ProjectCall& call, const ProjectParameter& parameter,
                       const FunctionParameter& wanted) {
   const auto [least, greatest] = valuesOf(parameter);
@@ -119,7 +142,22 @@ void checkParameter(Findings& findings, const ProjectCall& call, const ProjectPa
     findings.remark(parameter.line, formatted("%s: two dots at x %g, a jump", nameOf(parameter, call).c_str(),
                                               shown(played.dotX[i])));
   }
+  if (findCurveFaults(played).empty()) checkDots(findings, call, parameter, played);
   checkUsefulRange(findings, call, parameter, wanted);
+}
+
+// Values go by their place, whatever they are called.
+void checkNames(Findings& findings, const ProjectCall& call, const FunctionRow& row) {
+  for (std::size_t i = 0; i < row.parameters.size(); ++i) {
+    const std::string name = playedText(call.parameters[i].name);
+    if (name == row.parameters[i].name) continue;
+    for (const FunctionParameter& other : row.parameters) {
+      if (name != other.name) continue;
+      findings.remark(call.parameters[i].line, nameOf(call.parameters[i], call) + " stands where " +
+                                                   quoteText(row.parameters[i].name) +
+                                                   " is taken: values go by their place, not by their name");
+    }
+  }
 }
 
 // First and last frame of a movie.
@@ -178,7 +216,9 @@ void checkCall(Findings& findings, const ProjectCall& call, std::span<const Scen
   for (std::size_t i = 0; i < std::min(given, wanted); ++i) {
     checkParameter(findings, call, call.parameters[i], row->parameters[i]);
   }
-  if (given == wanted) checkFrameOrder(findings, call, *row);
+  if (given != wanted) return;
+  checkFrameOrder(findings, call, *row);
+  checkNames(findings, call, *row);
 }
 
 bool setsOnly(const ProjectCall& call, std::span<const SceneEntry> tables) {

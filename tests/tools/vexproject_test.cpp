@@ -223,7 +223,22 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithCalls) {
        "3: remark: alpha of SceneHelper.fadeScreen reaches 1.5, useful are 0 to 1\n"},
       {grounded + part(at, fade("linear(0 0.5, 1 -0.25)")),
        "3: remark: alpha of SceneHelper.fadeScreen reaches -0.25, useful are 0 to 1\n"},
-      {grounded + part(at, fade("linear(0 0.5, 1 -0.25) in 0 to 1")), ""},
+      {grounded + part(at, fade("linear(0 0.5, 1 -0.25) in 0 to 1")),
+       "3: remark: alpha of SceneHelper.fadeScreen: dot 2, -0.25, is held within 0 and 1\n"},
+      {grounded + part(at, fade("spline(0 0.5, 1.5 2) in 0 to 1")),
+       "3: remark: alpha of SceneHelper.fadeScreen: dot 2 at x 1.5 lies behind the part's end\n"},
+      {grounded + part(at, fade("linear(0 0.5, 1 1, 1.01 0.5)")),
+       "3: remark: alpha of SceneHelper.fadeScreen: dot 3 at x 1.01 lies behind the part's end\n"},
+      {grounded + part(at, fade("linear(-0.1 0.5, 0.9 1, 1.1 0.5)")), ""},
+      {grounded + part(at, fade("linear(-0.5 0.5, 1.1 1)")),
+       "3: remark: alpha of SceneHelper.fadeScreen: dot 1 at x -0.5 lies before the part begins\n"},
+      {grounded + part(at, given + "(red=0,\nblue=0, green=1, alpha=0)"),
+       "4: remark: blue of SceneHelper.fadeScreen stands where \"green\" is taken: values go by their place, "
+       "not "
+       "by their name\n"
+       "4: remark: green of SceneHelper.fadeScreen stands where \"blue\" is taken: values go by their place, "
+       "not "
+       "by their name\n"},
       {grounded + part(at, fade("sine(cycles 1, amplitude 0.75, offset 0.25)")),
        "3: remark: alpha of SceneHelper.fadeScreen reaches -0.5, useful are 0 to 1\n"},
       {grounded + part(at, fade("linear(0 0, 0.5 0, 0.5 1)")),
