@@ -21,6 +21,7 @@
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_record.h"
 #include "tools/command_line.h"
+#include "tools/project_input.h"
 
 namespace {
 
@@ -35,34 +36,6 @@ constexpr const char* usage =
     "\n"
     "The text form is described in docs/project-text.md. Remarks of the check are no problems.\n"
     "Exit codes: 0 done, 2 wrong usage, 130 interrupted, 255 refused, or problems found.\n";
-
-constexpr std::size_t mebibyte = 1024 * 1024;
-constexpr std::size_t maxProjectSize = 64 * mebibyte;
-constexpr std::size_t maxTextSize = 4 * maxProjectSize;  // room for every dump
-
-// No statement of the text form begins with a digit, the version of a project file does.
-bool isProjectFile(const std::string& bytes) {
-  const std::size_t first = bytes.find_first_not_of('\r');
-  return first != std::string::npos && bytes[first] >= '0' && bytes[first] <= '9';
-}
-
-// A project in either form. Works for pipes too, so that a dump can be edited on its way.
-std::string readFile(const char* name) {
-  std::FILE* file = std::fopen(name, "rb");
-  if (!file) vex::fatalError("can't read %s: %s", name, std::strerror(errno));
-  std::string bytes;
-  char block[1 << 16];
-  for (std::size_t size; (size = std::fread(block, 1, sizeof block, file)) > 0;) {
-    bytes.append(block, size);
-    const std::size_t limit = isProjectFile(bytes) ? maxProjectSize : maxTextSize;
-    if (bytes.size() > limit) {
-      vex::fatalError("%s is longer than %zu MiB", name, limit / mebibyte);
-    }
-  }
-  if (std::ferror(file)) vex::fatalError("can't read %s: %s", name, std::strerror(errno));
-  std::fclose(file);
-  return bytes;
-}
 
 void writeFile(const char* name, const std::string& bytes) {
   vex::ReplacementFile file(name);
@@ -79,8 +52,8 @@ void printOut(const std::string& text) {
 }
 
 void compile(const char* textName, const char* projectName) {
-  const std::string text = readFile(textName);
-  if (isProjectFile(text)) vex::fatalError("%s is a project file, not the text of one", textName);
+  const std::string text = vex::readProjectFile(textName);
+  if (vex::isProjectFile(text)) vex::fatalError("%s is a project file, not the text of one", textName);
   const vex::CompiledProject compiled = vex::compileProjectText(text);
   if (!compiled.problems.empty()) {
     const vex::TextProblem& first = compiled.problems.front();
@@ -98,7 +71,7 @@ void loadAsThePlayer(const std::string& bytes, const char* name) {
 }
 
 void dump(const char* name) {
-  const std::string bytes = readFile(name);
+  const std::string bytes = vex::readProjectFile(name);
   loadAsThePlayer(bytes, name);
   printOut(vex::writeProjectText(vex::decodeProject(bytes, name).project));
 }
@@ -111,9 +84,9 @@ struct Checked {
 };
 
 Checked readProject(const char* name) {
-  const std::string bytes = readFile(name);
+  const std::string bytes = vex::readProjectFile(name);
   Checked checked;
-  if (isProjectFile(bytes)) {
+  if (vex::isProjectFile(bytes)) {
     vex::DecodedProject decoded = vex::decodeProject(bytes, name);
     checked.readable = decoded.failure.empty();
     if (decoded.failure.ends_with('\n')) decoded.failure.pop_back();

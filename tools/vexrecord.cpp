@@ -3,16 +3,19 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
 
 #include "app/recorder.h"
+#include "authoring/project_text.h"
 #include "base/options.h"
 #include "base/report.h"
 #include "platform/encoder.h"
 #include "platform/standard_streams.h"
 #include "tools/command_line.h"
+#include "tools/project_input.h"
 
 namespace {
 
@@ -36,8 +39,10 @@ constexpr const char* usage =
     "                        in proportion for others (default 1)\n"
     "  --supersample N       draw N x N times the pixels and scale down, for smooth edges (default 1)\n"
     "  --fps N               frames a second (default 30)\n"
-    "  --from S              start at this time instead of the project's start time\n"
-    "  --to S                end at this time instead of the project's total time\n"
+    "  --from T              start at this time instead of the project's start time\n"
+    "  --to T                end at this time instead of the project's total time\n"
+    "  --tempo BPM|SHOW.txt  beats a minute, or the text that states them: times may then be bars and\n"
+    "                        beats, as in --from 8:0, and contact sheets show them\n"
     "  --stats               log to Demo.log and draw the statistics overlay\n"
     "  --help                show this text\n"
     "\n"
@@ -49,39 +54,30 @@ constexpr int maxQuality = 20;
 constexpr int maxFramesPerSecond = 1000;
 
 constexpr double maxSeconds = 1e6;
+constexpr int maxBars = 100000;
 
+// Times as they were given.
 struct Request {
   std::string dir = ".";
+  std::string tempo, from, to, every;
+  std::vector<std::string> stills;
   std::string out;
   std::string cues;
-  bool everyGiven = false;
   vex::Recording recording;
 };
 
 Request parse(const vex::CommandLine& line) {
   Request request;
   vex::Recording& recording = request.recording;
-  const auto seconds = [&line](const char* option, const std::string& value, double least = 0) {
-    return line.number(option, value, least, maxSeconds);
-  };
   const vex::Option options[] = {
       {"--dir", [&](auto& value) { request.dir = value; }},
       {"--out", [&](auto& value) { request.out = value; }},
-      {"--stills",
-       [&](auto& value) {
-         for (const std::string& text : vex::splitAtCommas(value)) {
-           const double time = seconds("--stills", text);
-           recording.stills.push_back({time, vex::stillName(time)});
-         }
-       }},
+      {"--stills", [&](auto& value) { request.stills = vex::splitAtCommas(value); }},
       {"--cues", [&](auto& value) { request.cues = value; }},
       {"--frames", [&](auto& value) { recording.framesFolder = value; }},
       {"--contact-sheet", [&](auto& value) { recording.contactSheet = value; }},
-      {"--every",
-       [&](auto& value) {
-         recording.contactSheetEvery = seconds("--every", value, 0.001);
-         request.everyGiven = true;
-       }},
+      {"--every", [&](auto& value) { request.every = value; }},
+      {"--tempo", [&](auto& value) { request.tempo = value; }},
       {"--trace-calls", [&](auto& value) { recording.trace = value; }},
       {"--size",
        [&](auto& value) {
@@ -92,13 +88,42 @@ Request parse(const vex::CommandLine& line) {
       {"--quality", [&](auto& value) { recording.quality = line.number("--quality", value, 1, maxQuality); }},
       {"--fps",
        [&](auto& value) { recording.framesPerSecond = line.number("--fps", value, 1, maxFramesPerSecond); }},
-      {"--from", [&](auto& value) { recording.from = static_cast<float>(seconds("--from", value)); }},
-      {"--to", [&](auto& value) { recording.to = static_cast<float>(seconds("--to", value)); }},
+      {"--from", [&](auto& value) { request.from = value; }},
+      {"--to", [&](auto& value) { request.to = value; }},
       {"--stats", [](auto&) { vex::options().showStats = true; }, true},
   };
   const std::vector<std::string> others = line.parse(options);
   if (!others.empty()) line.refuse("unknown option " + others[0]);
   return request;
+}
+
+// Beats a minute, or the first tempo of a project's text.
+vex::Tempo tempoOf(const vex::CommandLine& line, const std::string& value) {
+  if (!value.ends_with(".txt")) return {.beatsPerMinute = line.number("--tempo", value, 1.0, 1000.0)};
+  const std::optional<vex::Tempo> tempo = vex::readProjectText(vex::readProjectFile(value)).tempo;
+  if (!tempo) vex::fatalError("%s states no tempo", value.c_str());
+  return *tempo;
+}
+
+// Works the times out.
+void resolveTimes(const vex::CommandLine& line, Request& request) {
+  vex::Recording& recording = request.recording;
+  if (!request.tempo.empty()) recording.tempo = tempoOf(line, request.tempo);
+  const auto seconds = [&](const char* option, const std::string& text, bool span = false) {
+    const std::size_t colon = text.find(':');
+    if (colon == std::string::npos) return line.number(option, text, span ? 0.001 : 0.0, maxSeconds);
+    if (!recording.tempo) line.refuse(std::string(option) + " " + text + ": bars and beats need --tempo");
+    const double bars = line.number(option, text.substr(0, colon), 0, maxBars);
+    const double beats = line.number(option, text.substr(colon + 1), 0.0, 1.0 * maxBars);
+    return recording.tempo->seconds(bars, beats) + (span ? 0 : recording.tempo->origin);
+  };
+  for (const std::string& text : request.stills) {
+    const double time = seconds("--stills", text);
+    recording.stills.push_back({time, vex::stillName(time)});
+  }
+  if (!request.every.empty()) recording.contactSheetEvery = seconds("--every", request.every, true);
+  if (!request.from.empty()) recording.from = static_cast<float>(seconds("--from", request.from));
+  if (!request.to.empty()) recording.to = static_cast<float>(seconds("--to", request.to));
 }
 
 // Sorts out what --out means, and what cannot go together.
@@ -120,7 +145,7 @@ void assignOutputs(const vex::CommandLine& line, Request& request) {
     }
     recording.video = request.out;
   }
-  if (request.everyGiven && recording.contactSheet.empty())
+  if (!request.every.empty() && recording.contactSheet.empty())
     line.refuse("--every needs --contact-sheet FILE.png");
   if (recording.video.empty() && recording.stills.empty() && recording.contactSheet.empty() &&
       recording.trace.empty() && recording.framesFolder.empty()) {
@@ -142,6 +167,7 @@ int main(int argc, char** argv) {
   vex::openStandardStreams();
   const vex::CommandLine line("vexrecord", usage, argc, argv);
   Request request = parse(line);
+  resolveTimes(line, request);
   assignOutputs(line, request);
   if (chdir(request.dir.c_str()) != 0) {
     vex::fatalError("can't go to folder %s: %s", request.dir.c_str(), std::strerror(errno));

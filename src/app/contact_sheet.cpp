@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <string_view>
 
+#include "base/report.h"
 #include "platform/png_file.h"
 
 namespace vex {
@@ -22,7 +22,7 @@ constexpr std::byte ground{7};
 constexpr std::byte ink{200};
 
 // 3 x 5 cells, a row in three bits from the top.
-constexpr std::string_view characters = "0123456789.-";
+constexpr std::string_view characters = "0123456789.-: ";
 constexpr std::array<std::array<std::uint8_t, 5>, characters.size()> glyphs{{{7, 5, 5, 5, 7},
                                                                              {2, 6, 2, 2, 7},
                                                                              {7, 1, 7, 4, 7},
@@ -34,12 +34,15 @@ constexpr std::array<std::array<std::uint8_t, 5>, characters.size()> glyphs{{{7,
                                                                              {7, 5, 7, 5, 7},
                                                                              {7, 5, 7, 1, 7},
                                                                              {0, 0, 0, 0, 2},
-                                                                             {0, 0, 7, 0, 0}}};
+                                                                             {0, 0, 7, 0, 0},
+                                                                             {0, 2, 0, 2, 0},
+                                                                             {0, 0, 0, 0, 0}}};
 
 }  // namespace
 
-ContactSheet::ContactSheet(int frames, int frameWidth, int frameHeight)
-    : sourceWidth(frameWidth),
+ContactSheet::ContactSheet(int frames, int frameWidth, int frameHeight, std::optional<Tempo> theTempo)
+    : tempo(theTempo),
+      sourceWidth(frameWidth),
       sourceHeight(frameHeight),
       thumbnailWidth(std::clamp(maxThumbnailHeight * frameWidth / frameHeight, 1, cellWidth)),
       thumbnailHeight(std::clamp(cellWidth * frameHeight / frameWidth, 1, maxThumbnailHeight)) {
@@ -72,8 +75,8 @@ void ContactSheet::add(double time, std::span<const std::byte> bgra) {
       for (std::size_t c = 0; c < 3; ++c) pixels[target + c] = static_cast<std::byte>(sum[c] / count);
     }
   }
-  char label[32];
-  std::snprintf(label, sizeof label, "%.2f", time);
+  std::string label = formatted("%.2f", time);
+  if (tempo) label += "  " + tempo->text(time);
   drawLabel(left, top + thumbnailHeight + 4, label);
 }
 

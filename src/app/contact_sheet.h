@@ -1,19 +1,22 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "platform/replace_file.h"
+#include "timeline/tempo.h"
 
 namespace vex {
 
-// One picture with many small frames in rows, each with its time in seconds below it.
+// One picture with many small frames in rows, each with its time in seconds below it, behind a tempo also
+// with its bar and beat.
 class ContactSheet {
  public:
   // Room for `frames` pictures of the given size in pixels.
-  ContactSheet(int frames, int frameWidth, int frameHeight);
+  ContactSheet(int frames, int frameWidth, int frameHeight, std::optional<Tempo> tempo = {});
 
   // The next picture: blue, green, red, alpha, rows bottom to top.
   void add(double time, std::span<const std::byte> bgra);
@@ -24,6 +27,7 @@ class ContactSheet {
  private:
   void drawLabel(int x, int y, const std::string& text);
 
+  std::optional<Tempo> tempo;
   int sourceWidth;
   int sourceHeight;
   int thumbnailWidth;

@@ -225,7 +225,7 @@ class Recorder {
         span(frames),
         stills(chooseFrames(what.stills, frames, what.framesPerSecond)),
         thumbnails(chooseFrames(contactSheetStills(what, frames), frames, what.framesPerSecond)),
-        sheet(static_cast<int>(thumbnails.size()), what.width, what.height) {}
+        sheet(static_cast<int>(thumbnails.size()), what.width, what.height, what.tempo) {}
 
   // The exit code.
   int run() {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "timeline/tempo.h"
+
 // The presentation without window, dialogs and sound device: a fixed time step instead of the clock,
 // pictures and a trace instead of a screen.
 
@@ -27,9 +29,10 @@ struct Recording {
   int height = 720;
   int supersample = 1;  // draws that many times the pixels each way and takes their mean: smooth edges
   int framesPerSecond = 30;
-  int quality = 1;            // of an .mp4, as VideoFormat
-  std::optional<float> from;  // in place of the project's start time, s
-  std::optional<float> to;    // in place of the project's total time, s
+  int quality = 1;             // of an .mp4, as VideoFormat
+  std::optional<Tempo> tempo;  // of the labels of a contact sheet
+  std::optional<float> from;   // in place of the project's start time, s
+  std::optional<float> to;     // in place of the project's total time, s
 };
 
 // Demo time of frame n.

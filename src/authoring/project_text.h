@@ -1,10 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "timeline/project_record.h"
+#include "timeline/tempo.h"
 
 // The text form of projects (docs/project-text.md describes it): what a person writes and keeps under
 // version control.
@@ -19,6 +21,7 @@ struct TextProblem {
 struct ReadProjectText {
   Project project;
   std::vector<TextProblem> problems;  // in order of discovery; where there are any, the project has holes
+  std::optional<Tempo> tempo;         // the first that is stated
 };
 
 // Judges the limits of the format, and by project_rules.h what the player refuses.

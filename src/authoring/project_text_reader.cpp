@@ -159,6 +159,7 @@ void Reader::readTempo(const Token& keyword) {
     throw TextFault{keyword.line, "a tempo is beats a minute, above 0, and its origin a time"};
   }
   tempo = read;
+  if (!firstTempo) firstTempo = tempo;
 }
 
 void Reader::readRange(const Token&) {
@@ -320,7 +321,7 @@ ReadProjectText Reader::read() {
   if (!given.contains("total")) note(lexer.peek().line, "total is missing, the time at which the show ends");
   std::stable_sort(problems.begin(), problems.end(),
                    [](const TextProblem& a, const TextProblem& b) { return a.line < b.line; });
-  return {std::move(project), std::move(problems)};
+  return {std::move(project), std::move(problems), firstTempo};
 }
 
 }  // namespace

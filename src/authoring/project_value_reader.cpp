@@ -146,7 +146,7 @@ ProjectValueReader::Scalar ProjectValueReader::scalar(const std::string& what) {
       throw TextFault{token.line,
                       what + ": " + describe(token) + " is in bars and beats, but no tempo stands before it"};
     }
-    scalar.value = (bars * tempo->beatsPerBar + scalar.value) * 60 / tempo->beatsPerMinute;
+    scalar.value = tempo->seconds(bars, scalar.value);
   }
   scalar.value = signedValue(scalar.value);
   return scalar;

@@ -9,6 +9,7 @@
 
 #include "authoring/project_lexer.h"
 #include "authoring/project_text.h"
+#include "timeline/tempo.h"
 
 // What the statements of a project's text are made of: names, texts, numbers, times and the parameters of
 // calls.
@@ -24,18 +25,13 @@ class ProjectValueReader {
     double max = std::numeric_limits<double>::infinity();
   };
 
-  struct Tempo {
-    double beatsPerMinute = 0;
-    double beatsPerBar = 4;
-    double origin = 0;  // demo time of bar 0
-  };
-
   explicit ProjectValueReader(std::string_view text) : lexer(text) {}
 
   ProjectLexer lexer;
   std::vector<TextProblem> problems;
   std::map<std::string, Range, std::less<>> ranges;  // by parameter name
-  std::optional<Tempo> tempo;
+  std::optional<Tempo> tempo;       // that holds here
+  std::optional<Tempo> firstTempo;  // of the text
 
   // What is wrong but can be passed over. All that follows throws TextFault where reading cannot go on.
   void note(int line, std::string text);

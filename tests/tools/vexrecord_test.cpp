@@ -498,6 +498,54 @@ TEST(Vexrecord, UnreadableFilesAreNamedAsSuch) {
   }
 }
 
+// Half a second a beat, two seconds a bar.
+TEST(Vexrecord, TimesMayBeBarsAndBeats) {
+  const TemporaryFolder folder;
+  writeRunFolder(threeColours());
+  writeFile("show.txt", "total 3\ntempo 120 from 0.25\n");
+  const auto written = [](const std::string& arguments) {
+    const Program program = vexrecord("--size 16x16 --fps 20 --out stills " + arguments);
+    EXPECT_EQ(program.exitCode, 0) << program.errors;
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator("stills")) names.insert(entry.path().filename());
+    fs::remove_all("stills");
+    return names;
+  };
+  EXPECT_EQ(written("--tempo 120 --stills 0:1,1:0.5,2.5"),
+            (std::set<std::string>{"0000.500.png", "0002.250.png", "0002.500.png"}));
+  EXPECT_EQ(written("--stills 0:1 --tempo show.txt"), (std::set<std::string>{"0000.750.png"}));
+  EXPECT_EQ(written("--stills 1.6 --tempo 120 --from 0:3"), (std::set<std::string>{"0001.600.png"}));
+  const Program early = vexrecord("--stills 1.4 --tempo 120 --from 0:3 --out stills");
+  EXPECT_EQ(early.errors, "vexrecord: no frame at 1.4 s: the recording runs from 1.5 to 3 s\n");
+
+  // A sheet is the same but for what it says below its pictures, a rows of 16 pixels.
+  EXPECT_EQ(vexrecord("--size 16x16 --contact-sheet a.png --every 0:2 --tempo 120").exitCode, 0);
+  EXPECT_EQ(vexrecord("--size 16x16 --contact-sheet b.png --every 1").exitCode, 0);
+  EXPECT_EQ(vexrecord("--size 16x16 --contact-sheet c.png --every 1 --tempo 60").exitCode, 0);
+  const std::string inBars = readFile("a.png"), inSeconds = readFile("b.png"), slower = readFile("c.png");
+  EXPECT_NE(inBars, inSeconds);
+  EXPECT_NE(inBars, slower);
+
+  writeFile("none.txt", "total 3\n");
+  const struct {
+    const char* arguments;
+    int exitCode;
+    const char* message;
+  } cases[] = {
+      {"--stills 1:0 --out x", 2, "--stills 1:0: bars and beats need --tempo"},
+      {"--from 1:x --tempo 120 --out x.mp4", 2, "--from x: a number from 0 to 100000 is expected"},
+      {"--from -1:0 --tempo 120 --out x.mp4", 2, "--from -1: a number from 0 to 100000 is expected"},
+      {"--tempo 0 --out x.mp4", 2, "--tempo 0: a number from 1 to 1000 is expected"},
+      {"--tempo none.txt --out x.mp4", 255, "none.txt states no tempo"},
+      {"--tempo nofile.txt --out x.mp4", 255, "can't read nofile.txt: No such file or directory"},
+  };
+  for (const auto& [arguments, exitCode, message] : cases) {
+    const Program program = vexrecord(arguments);
+    EXPECT_EQ(program.exitCode, exitCode) << arguments << ": " << program.errors;
+    EXPECT_TRUE(program.errors.starts_with(std::string("vexrecord: ") + message)) << program.errors;
+  }
+}
+
 TEST(Vexrecord, RefusesWhatCannotBe) {
   const TemporaryFolder folder;
   writeRunFolder(threeColours());
