@@ -50,8 +50,8 @@ Vector doorLightSize(float t) {
 
 std::vector<StageLight> lights() {
   std::vector<StageLight> all{
-      {.name = "KeyLight", .position = lampPlace, .colour = {0.5f, 0.52f, 0.46f}},
-      {.name = "WindowLight", .position = Vector(-190, 60, -250), .colour = {0.04f, 0.4f, 0.42f}},
+      {.name = "KeyLight", .position = lampPlace, .colour = {0.8f, 0.82f, 0.74f}},
+      {.name = "WindowLight", .position = Vector(-190, 60, -250), .colour = {0.06f, 0.62f, 0.64f}},
       {.name = "VolumLight",
        .position = lampPlace,
        .on = false,

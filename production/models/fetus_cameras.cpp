@@ -98,11 +98,9 @@ std::vector<StageCamera> cameras() {
                {Vector(-30, 20, 138), Vector(-20, 18, 122), Vector(-10, 17, 108)},
                {Vector(-2, 15, 0), Vector(-2, 15.5f, 0), Vector(-1, 16, 0)}}}),
       // Along the hose to the jar.
-      camera("view_hose", 64,
-             {{10,
-               1,
-               {Vector(250, 4, -116), Vector(222, 22, -100)},
-               {Vector(50, -4, -30), Vector(36, 4, -20)}}}),
+      camera(
+          "view_hose", 64,
+          {{10, 1, {Vector(130, -14, 168), Vector(110, -4, 148)}, {Vector(46, 2, -14), Vector(36, 6, -10)}}}),
       // Over the sprayer.
       camera("view_sprayer", 58,
              {{11, 1, {Vector(58, 22, 138), Vector(40, 26, 142)}, {Vector(16, 7, 4), Vector(12, 8, 4)}}}),

@@ -46,10 +46,10 @@ BakeLook labLook(float reach, int rays) {
   BakeLook look;
   look.sky = [](const Vector& d) {
     const Colour4 haze = mix(gradient(tealRamp, 0.36f), gradient(tealRamp, 0.54f), 0.5f + 0.5f * d.y);
-    return mix(haze, gradient(boneRamp, 0.42f), 0.28f) * 0.26f;
+    return mix(haze, gradient(boneRamp, 0.42f), 0.28f) * 0.19f;
   };
   // The lamp under its shade, what the lit table gives back, the window.
-  look.lights = {{.towards = lampPlace, .placed = true, .size = 0.02f, .colour = {2.35f, 2.45f, 2.15f}},
+  look.lights = {{.towards = lampPlace, .placed = true, .size = 0.02f, .colour = {3.5f, 3.6f, 3.1f}},
                  {.towards = Vector(-10, -6, 92),
                   .placed = true,
                   .size = 0.2f,
@@ -58,8 +58,8 @@ BakeLook labLook(float reach, int rays) {
                  {.towards = Vector(-150, 40, -285),
                   .placed = true,
                   .size = 0.3f,
-                  .colour = {0.1f, 0.5f, 0.52f},
-                  .reach = 150}};
+                  .colour = {0.12f, 0.62f, 0.62f},
+                  .reach = 165}};
   look.bounce = {0.01f, 0.03f, 0.03f};
   look.reach = reach;
   look.rays = rays;
@@ -400,7 +400,7 @@ Canvas windowPicture(int side) {
     const float frost = 0.5f + 0.5f * fractal(u * 40, v * 30, 0, 3, 0.6f, 981);
     const float lamp =
         std::exp(-std::pow((y - 128) / 34, 2.0f)) + 0.35f * std::exp(-std::pow((y - 20) / 70, 2.0f));
-    Colour4 colour = gradient(tealRamp, clamp01(0.27f + 0.46f * lamp + 0.05f * frost));
+    Colour4 colour = gradient(tealRamp, clamp01(0.28f + 0.62f * lamp + 0.05f * frost));
     // Head and shoulders, blurred by the glass.
     const float head = std::hypot((x - 38) / 12, (y - 84) / 16), neck = std::fabs(x - 38) / 9;
     const float shoulders =

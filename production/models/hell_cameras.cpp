@@ -37,8 +37,8 @@ std::vector<StageCamera> cameras() {
        66,
        1,
        2.5f,
-       {Vector(40, 84, 88), Vector(24, 94, 95), Vector(2, 102, 98)},
-       {Vector(-6, 88, 0), Vector(0, 88, 0), Vector(6, 89, 0)}},
+       {Vector(58, 60, 124), Vector(42, 66, 116), Vector(18, 74, 104)},
+       {Vector(-8, 94, 0), Vector(-4, 94, 0), Vector(2, 94, 0)}},
       // A crane from the lake to the vault.
       {"crane",
        82,

@@ -31,7 +31,7 @@ Canvas lavaPicture(int side) {
     const float crack = height(u, v);
     // Here the melt lies open, there it is all but closed.
     const float heat = 0.5f + 0.5f * fractal(u * 3, v * 3, 3, 3, 0.5f, 964);
-    const float width = 0.06f + 0.42f * heat * heat * heat;
+    const float width = 0.075f + 0.5f * heat * heat * heat;
     const float glow = std::exp(-crack / width);
     const float grit = 0.5f + 0.5f * fractal(u * 24, v * 24, 24, 3, 0.55f, 965);
     const float relief = sample(light, u, v, EdgeMode::wrap);
@@ -39,7 +39,7 @@ Canvas lavaPicture(int side) {
     Colour4 colour = (ink + gradient(steelRamp, 0.16f + 0.10f * grit)) * (0.2f + 0.9f * relief);
     colour = colour + gradient(emberRamp, 0.42f * std::exp(-crack / (width * 2.4f)));
     const float melt = smoothStep(0.35f, 0.75f, glow), core = smoothStep(0.62f, 0.95f, glow) * heat;
-    colour = mix(colour, gradient(emberRamp, 0.56f + 0.28f * glow + 0.34f * core), melt);
+    colour = mix(colour, gradient(emberRamp, 0.60f + 0.32f * glow + 0.36f * core), melt);
     // The crust is glass: what hangs over it shows in it.
     colour.a = mix(0.28f + 0.2f * grit, 1.0f, smoothStep(0.15f, 0.5f, glow));
     return colour;
@@ -101,13 +101,13 @@ Canvas lakeHazePicture(int side, float reach) {
     const float channel = std::exp(-x * x / 1600) * smoothStep(60, -40, z);
     const float cold = 0.88f * smoothStep(0.50f, 0.60f, raft) * (1 - channel) * (1 - haze);
     // Open melt flows out of the choir, around the sphere's place and past the eye.
-    const float bend = 34 * fractal(z * 0.012f, 0, 0, 2, 0.5f, 972), width = 15 + 8 * std::sin(z * 0.03f);
+    const float bend = 34 * fractal(z * 0.012f, 0, 0, 2, 0.5f, 972), width = 21 + 9 * std::sin(z * 0.03f);
     const float flow = fractal(x * 0.05f, z * 0.016f, 0, 4, 0.55f, 973);
     const float shore = 7 * fractal(x * 0.06f, z * 0.06f, 0, 3, 0.5f, 974);
     const float melt =
         smoothStep(width + 5, width - 5, std::fabs(x - bend) + shore) * smoothStep(150, 60, z) * (1 - haze);
     Colour4 colour = mix(ink + gradient(emberRamp, 0.12f * raft), hellHaze(), haze);
-    colour = mix(colour, gradient(emberRamp, 0.82f + 0.55f * flow), melt);
+    colour = mix(colour, gradient(emberRamp, 0.90f + 0.5f * flow), melt);
     colour.a = std::max({haze, cold, 0.95f * melt});
     return colour;
   });

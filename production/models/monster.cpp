@@ -118,7 +118,7 @@ std::vector<StageCamera> cameras() {
              {Vector(-4, 89, 40), Vector(-3, 89, 40), Vector(2, 91, 40), Vector(4, 93, 40)}),
       // Into its six eyes.
       camera("gaze", 44,
-             {Vector(34, 132, 132), Vector(14, 130, 128), Vector(-14, 129, 124), Vector(-34, 131, 118)},
+             {Vector(38, 128, 150), Vector(16, 126, 148), Vector(-16, 126, 144), Vector(-38, 128, 138)},
              {Vector(3, 124, 76), Vector(1, 125, 76), Vector(-1, 125, 76), Vector(-3, 124, 76)}),
       // Out of the crown, as its head turns up.
       struck("above", 70, {Vector(70, 150, 150), Vector(104, 186, 196), Vector(116, 204, 214)},

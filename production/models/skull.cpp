@@ -117,6 +117,7 @@ std::vector<StageMaterial> materials() {
   crowMaterial.twoSided = true;
   StageMaterial mistMaterial = painted("mist", "monster_haze", 0.9f, 0.1f);
   mistMaterial.twoSided = true;
+  mistMaterial.opacity = 0.4f;  // the rift burns through it
   return {painted("rock", "skull_rock", 0.62f, 0.85f),
           painted("jaw", "skull_jaw", 0.62f, 0.85f),
           painted("ground", "skull_ground", 0.78f, 0.55f),

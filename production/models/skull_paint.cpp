@@ -53,8 +53,8 @@ BakeLook stormLook() {
            Colour4{0.42f, 0.52f, 0.60f} * rift;
   };
   look.lights = {
-      {.towards = keyLight, .size = 0.12f, .colour = {0.98f, 1.06f, 1.10f}},
-      {.towards = rimLight, .size = 0.10f, .colour = {0.66f, 0.98f, 1.15f}},
+      {.towards = keyLight, .size = 0.12f, .colour = {1.5f, 1.6f, 1.64f}},
+      {.towards = rimLight, .size = 0.10f, .colour = {0.95f, 1.4f, 1.6f}},
       {.towards = secondRim, .size = 0.10f, .colour = {0.34f, 0.50f, 0.60f}},
       {.towards = eye(1), .placed = true, .size = 0.2f, .colour = {1.1f, 0.07f, 0.04f}, .reach = 20},
       {.towards = eye(-1), .placed = true, .size = 0.2f, .colour = {1.1f, 0.07f, 0.04f}, .reach = 20}};
@@ -106,7 +106,7 @@ Colour4 groundColour(const BakePoint& p) {
       (0.45f + 0.55f * mix(gap, 1, std::fabs(2 * far - 1) < 0.5f ? 0.6f : 0.0f));
   colour = colour * p.light * relief(p, mix(1.5f, 5, far), 0.5f, height);
   // Water lies in the hollows and holds the sky.
-  colour = mix(colour, gradient(stormRamp, 0.50f) * (0.35f + 0.65f * p.open), 0.75f * puddle);
+  colour = mix(colour, gradient(stormRamp, 0.60f) * (0.35f + 0.65f * p.open), 0.8f * puddle);
   colour = mix(colour, gradient(stormRamp, 0.40f), smoothStep(330, 900, radius));
   return colour;
 }

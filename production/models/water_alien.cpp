@@ -95,10 +95,9 @@ Model waterAlien(const Settings& settings) {
   look.rays = 36;
   look.shadowRays = 9;
   BakeLook swimming = look, standing = look;
-  swimming.lights = {
-      {.towards = Vector(-0.62f, 0.66f, -0.24f), .size = 0.12f, .colour = {1.35f, 1.75f, 1.7f}},
-      {.towards = Vector(0.8f, 0.25f, 0.55f), .size = 0.3f, .colour = {0.14f, 0.34f, 0.37f}}};
-  standing.lights = {{.towards = Vector(-0.45f, 0.62f, -0.62f), .size = 0.15f, .colour = {1.0f, 1.35f, 1.3f}},
+  swimming.lights = {{.towards = Vector(-0.62f, 0.66f, -0.24f), .size = 0.12f, .colour = {2.0f, 2.5f, 2.4f}},
+                     {.towards = Vector(0.8f, 0.25f, 0.55f), .size = 0.3f, .colour = {0.14f, 0.34f, 0.37f}}};
+  standing.lights = {{.towards = Vector(-0.45f, 0.62f, -0.62f), .size = 0.15f, .colour = {1.6f, 2.1f, 2.0f}},
                      {.towards = Vector(0.4f, 0.3f, 0.85f), .size = 0.3f, .colour = {0.10f, 0.22f, 0.24f}}};
   const auto picture = [&](const Surface& surface, const BakeLook& light, int side,
                            Colour4 (*colour)(const BakePoint&)) {

@@ -127,6 +127,11 @@ void addReliquary(Show& show) {
                   .alpha = flashes(everyBeat, 0.6, 0.1),
                   .blend = Blend::add});
   addShot(show, "before the steps", near, 1, steps, {});
+  show.add("heart in the lock, nearer", near, 1, haze,
+           Bitmap{.texture = "light2",
+                  .at = centred(-0.066, 0.01, 0.5),
+                  .alpha = flashes(everyBeat, 0.8, 0.2),
+                  .blend = Blend::add});
   addShot(show, "along the arcade", near + 1, 1, arcade, {});
   show.add("light on brass", near, 2, haze,
            Bitmap{.texture = "haze_acid",

@@ -109,6 +109,9 @@ void addCathedral(Show& show) {
   for (const Shot& shot : {past, above, before, under}) addShot(show, shot);
   addGlow(show, past, "rays_ember", windows, 420, flashes({0, 2}, 0.8, 0.25));
   for (const Shot& shot : {past, above}) addCorona(show, shot, everyBeat, 1);
+  addCorona(show, before, everyBeat, 0.7);
+  for (const char* light : {"rays_ember", "light6"})
+    addGlow(show, before, light, windows, 420, flashes(everyBeat, 0.9, 0.35));
   // The sky burns behind it.
   addGlow(show, under, "haze_ember", Vector(40, 300, 60), 620, flashes({0, 2}, 1, 0.6));
   addSparks(show, "sparks from the seams", sphere, next - sphere, 5,

@@ -153,9 +153,16 @@ void addInterludeOne(Show& show) {
             cueSeconds(2));
   const double word = barOf("title");
   show.add("dark behind the word", word, 1, title - 1,
-           Bitmap{.texture = "shade", .at = centred(-0.42, 0.5, 0.7, 3), .blend = Blend::darken});
+           Bitmap{.texture = "shade", .at = centred(-0.54, 0.54, 0.62, 3), .blend = Blend::darken});
   show.add("vexillum", word, 1, title,
-           vex(illum, spline({{0, 0.9}, {0.4, 0.78}, {partEnd, 0.82}}), -0.38, 0.46));
+           vex(illum, spline({{0, 0.74}, {0.4, 0.62}, {partEnd, 0.66}}), -0.52, 0.52));
+  // With the word the light behind breaks through the clouds.
+  for (const char* light : {"rays_teal", "light7"})
+    show.add("breaks through", word, 1, far,
+             Bitmap{.texture = light,
+                    .at = centred(0.015, -0.03, spline({{0, 3.4}, {0.4, 2.4}, {partEnd, 2.8}})),
+                    .alpha = flashes({0, 1, 2, 3}, light == std::string_view("light7") ? 0.7 : 1, 0.35),
+                    .blend = Blend::add});
   // In the black beside the window.
   show.add("vexillum rises", riser, 0.75, title, vex(illum, zoom(0.46, 0.5, 3), -0.6, 0.6));
   show.add("held breath", riser + 0.9375, 0.0625, curtain, Fade{});
@@ -231,8 +238,21 @@ void addInterludeTwo(Show& show) {
                   .at = centred(0, 0, zoom(2.8, 4.2, 7.5)),
                   .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 0.8, 0.3),
                   .blend = Blend::add});
-  // Above the title; then close, beside it.
-  const Viewport raised{.x = -0.78, .y = -0.54, .w = 1.56, .h = 1.56}, close{.x = -0.95};
+  // Above the title, a step nearer with each beat; then past the title, beside it.
+  const Curve size = line(
+      {{0, 1.3}, {0.98, 1.24}, {1, 1.46}, {1.98, 1.4}, {2, 1.62}, {2.98, 1.56}, {3, 1.8}, {partEnd, 1.9}});
+  const Viewport raised{.x = size * -0.5, .y = size * -0.5 + 0.25, .w = size, .h = size};
+  const Curve wide = line({{0, 1.9},
+                           {0.98, 1.84},
+                           {1, 2.1},
+                           {1.98, 2.04},
+                           {2, 2.3},
+                           {2.48, 2.26},
+                           {2.5, 2.45},
+                           {2.98, 2.42},
+                           {3, 2.6},
+                           {partEnd, 2.8}});
+  const Viewport close{.x = line({{0, -0.8}, {partEnd, -0.98}}), .y = -0.94, .w = wide, .h = wide};
   show.part(
       "mirrors", roll, doubles - roll, subject,
       {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.85, 0.72)}),

@@ -231,7 +231,7 @@ void addEyes(Show& show) {
 // The hose swells with the bass, the sprayer hisses.
 void addHose(Show& show) {
   const Shot along{"hose", 10, 1, hose}, over{"sprayer", 11, 1, sprayer};
-  State state{.turn = slide(0.86, 0.83), .lids = 0.7, .gaze = slide(0.4, 0.6)};
+  State state{.turn = slide(0.9, 0.86), .lids = 0.7, .gaze = slide(0.35, 0.6)};
   state.swell = spline({{0, 0}, {0.4, 0.9}, {2, 0.1}, {2.4, 1}, {partEnd, 0.1}});
   state.spray = line({{0, 0}, {1.99, 0}, {2, 40}, {partEnd, 30}});
   addShot(show, along, state);
@@ -240,6 +240,7 @@ void addHose(Show& show) {
   state.lids = line({{0, 0.75}, {1.9, 0.75}, {2, 0.1}, {2.2, 0.1}, {2.5, 0.7}, {partEnd, 0.75}});
   state.spray = line({{0, 70}, {1.5, 30}, {1.99, 30}, {2, 70}, {partEnd, 40}});
   addShot(show, over, state);
+  addLamp(show, along, {0, 2}, 0.5);
   addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46,
           flashes({0, 2}, 0.7, 0.2), 1.4);
   addGlow(show, over, "haze_teal", Vector(0, 6, 0), 300, flashes({2}, 0.6));
@@ -319,13 +320,29 @@ void addBurst(Show& show) {
   state.alarm = 0.1;
   addShot(show, falls, state);
   addGlow(show, still, "rays_teal", Vector(0, 6, 0), 330,
-          line({{0, 1}, {0.3, 0.7}, {1, 0.25}, {partEnd, 0}}));
+          line({{0, 1}, {0.3, 0.7}, {1, 0.5}, {1.99, 0.35}, {2, 0.7}, {partEnd, 0.25}}));
   addGlow(show, still, "haze_teal", Vector(0, 6, 0), 500, line({{0, 1}, {0.1, 0.8}, {0.5, 0}, {partEnd, 0}}));
   addGlow(show, still, "light7", Vector(0, 6, 0), 260, line({{0, 1}, {0.15, 0.6}, {0.5, 0}, {partEnd, 0}}));
   addGlow(show, still, "light4", lab::heartPlace, 44, flashes({0, 2}, 1, 0.45));
   addGlow(show, falls, "light4", lab::heartPlace, 30, flashes({0, 1, 2, 3}, 0.8, 0.25));
   addLamp(show, falls, {0}, 0.9);
-  addGloom(show, still.from(), still.bars, line({{0, 0}, {0.6, 0.2}, {3, 0.2}, {partEnd, 0.1}}));
+  addGloom(show, still.from(), still.bars, line({{0, 0}, {0.2, 0.1}, {0.8, 0.4}, {partEnd, 0.3}}));
+  // Behind the child stands the blow's light; drops of what was in the jar hang in it, then fall at the lens.
+  addGlow(show, still, "light3", Vector(0, 12, -20), 170, flashes({0, 1, 2, 3}, 0.5, 0.12));
+  addGlow(show, falls, "rays_teal", Vector(-4, 84, -44), 230, flashes({0, 1, 2, 3}, 0.9, 0.5));
+  addGlow(show, falls, "light3", Vector(-4, 84, -44), 150, flashes({0, 1, 2, 3}, 0.7, 0.4));
+  show.part("drops hang", still.from(), 1, haze + 1,
+            {draw(Flare{"flare_highpass"}), draw(Particles{.alpha = line({{0, 0}, {0.2, 1}, {partEnd, 0.8}}),
+                                                           .count = 90,
+                                                           .spread = 9,
+                                                           .speedY = 1,
+                                                           .speedZ = 3,
+                                                           .scatter = 9})});
+  show.part(
+      "drops fall", falls.from(), 1, haze + 1,
+      {draw(Flare{"flare_highpass"}),
+       draw(Particles{
+           .alpha = fade(0, 1), .count = 110, .spread = 9, .speedY = -12, .speedZ = 14, .scatter = 16})});
   show.add("vexing", falls.from(), 1, title,
            vex(ing, spline({{0, 0.74}, {0.4, 0.62}, {2, 0.63}, {partEnd, 0.7}}), -0.52, 0.56));
 }

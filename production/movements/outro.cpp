@@ -153,6 +153,13 @@ void addBars(Show& show) {
                       .amplitude = swing(12, 0.65, 0.85)};
   add("bars of the chorus", third, greetings, chorus, {0.2, 0.62, 0.66});
   add("bars of fire", greetings, chord, chorus, {0.62, 0.27, 0.10});
+  // The first world hides a sun: its streamers flare on the beat.
+  for (const double rest : {0.7, 0.2})
+    show.add("sun behind", bars, first - bars, far + 1,
+             Bitmap{.texture = "corona_ember",
+                    .at = centred(0, -0.16, slide(2.3, 2.45)),
+                    .alpha = flashes(everyBeat, 1, rest),
+                    .blend = Blend::add});
   show.add("glow behind", first, chord - first, far + 1,
            Bitmap{.texture = "haze_ember",
                   .at = centred(0, -0.12, 2.6, 1.5),

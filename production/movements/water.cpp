@@ -55,6 +55,25 @@ void addRing(Show& show, double bar, double x, double y, double shape, double si
              .blend = Blend::add});
 }
 
+// Where rain strikes the sea seen from above: smaller the farther; and on each beat about what rises from it.
+void addRainRings(Show& show, double bar) {
+  std::vector<ScriptCall> calls;
+  const auto add = [&](double beat, double x, double y, double size, double level) {
+    const double fades = beat + 1.1;
+    calls.push_back(screen::draw(
+        Bitmap{.texture = "ring_teal",
+               .at = centred(x, y, line({{0, 0.01}, {beat + 0.01, 0.02 * size}, {fades, 0.34 * size}}), 3.2),
+               .alpha = line({{0, 0}, {beat + 0.01, 0}, {beat + 0.03, level}, {fades, 0}}),
+               .blend = Blend::add}));
+  };
+  for (int i = 0; i < 18; ++i) {
+    const double near = std::fmod(0.618 * i + 0.2, 1), across = std::fmod(0.755 * i + 0.1, 1);
+    add(i * 0.19, -0.9 + 1.8 * across, -0.2 + 0.85 * near, 0.4 + 0.8 * near, 0.8);
+  }
+  for (const double beat : {0.0, 1.0, 2.0}) add(beat, 0.0, 0.66, 2.2, 1);
+  show.part("rain on the sea", bar, 1, smoke - 1, std::move(calls));
+}
+
 // The first drop falls on a dark sea; then, where the sea before us is free, each note of the tune drops a
 // ring, across the sea by its pitch, and a beat later an echo of it.
 void addRings(Show& show, double start) {
@@ -121,6 +140,7 @@ void addWater(Show& show) {
            Noise{.texture = "rain", .speedX = -0.0588, .speedY = -0.47, .alpha = fall * 0.6, .aspect = 1});
 
   addRings(show, start);
+  addRainRings(show, ripples);
   // The moon burns in its gate.
   for (const auto& [bar, camera, from, speed] :
        {std::tuple{start, gate, 1.0, 1.0}, std::tuple{rain, moonlit, 5.6, 0.5}}) {

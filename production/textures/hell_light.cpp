@@ -66,7 +66,7 @@ Colour4 hellLight(const Vector& towards) {
                    gradient(emberRamp, (0.16f + 0.46f * glow) * billow) * (0.45f + 0.5f * glow);
   // Where the fire stands behind the ruins the sky burns.
   const float blaze = 0.5f + 0.5f * gradientNoise(direction * 2.2f, 0, 905);
-  colour = colour + gradient(emberRamp, 0.62f) * (0.45f * blaze * blaze * std::exp(-rise * 6));
+  colour = colour + gradient(emberRamp, 0.62f) * (0.8f * blaze * blaze * std::exp(-rise * 6));
 
   // Ruins stand in embers: banks of glowing smoke hide their feet.
   const float bank = 0.5f + 0.5f * fractal(direction * 3.4f + Vector(0, 3 * direction.y, 0), 0, 4, 0.5f, 906);

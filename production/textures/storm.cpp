@@ -41,7 +41,7 @@ Colour4 stormSky(const Vector& d) {
   const float cloud = fractal(warp(p * 0.55f, 0, 0.5f, 951), 0, 6, 0.52f, 952);
   const float bank = smoothStep(-0.35f, 0.5f, cloud);
   float value = 0.22f + 0.12f * bank +
-                light * (0.50f + 0.34f * smoothStep(0.15f, -0.4f, cloud)) * smoothStep(0.62f, 0.05f, level);
+                light * (0.78f + 0.34f * smoothStep(0.15f, -0.4f, cloud)) * smoothStep(0.62f, 0.05f, level);
   value *= 0.75f + 0.25f * smoothStep(0, 0.1f, level);
   Colour4 colour = gradient(stormRamp, value);
   // Rain hangs from the banks.
@@ -59,8 +59,8 @@ Colour4 stormSky(const Vector& d) {
                smoothStep(soft, -soft, d.y - farRange));
   colour = mix(colour, gradient(stormRamp, 0.37f + 0.03f * lit + 0.15f * light),
                smoothStep(soft, -soft, d.y - nearRange));
-  const float haze = std::exp(-std::fabs(d.y) * 26);
-  colour = mix(colour, gradient(stormRamp, 0.46f + 0.24f * light), 0.6f * haze);
+  const float haze = std::exp(-std::fabs(d.y) * 17);
+  colour = mix(colour, gradient(stormRamp, 0.42f + 0.62f * light), 0.85f * haze);
   const float down = smoothStep(-0.012f, -0.05f, d.y);
   const float depth = std::max(0.02f, -d.y);
   const float grit = 0.5f + 0.5f * fractal(Vector(d.x / depth * 3, d.z / depth * 3, 0), 0, 3, 0.5f, 991);
@@ -107,8 +107,8 @@ Canvas swirl(const Settings& settings) {
     // Dark where heads stand against it, low over the horizon.
     const float low = 1 - 0.34f * smoothStep(0.25f, 0.62f, r);
     Colour4 colour = gradient(
-        stormRamp, low * (0.20f + 0.24f * smoothStep(-0.4f, 0.5f, cloud) + 2.3f * std::max(0.0f, lit)) +
-                       0.40f * glow + 0.45f * eye);
+        stormRamp, low * (0.20f + 0.24f * smoothStep(-0.4f, 0.5f, cloud) + 3.2f * std::max(0.0f, lit)) +
+                       0.46f * glow + 0.6f * eye);
     colour.a = smoothStep(0.99f, 0.62f, r + 0.10f * cloud);
     return colour;
   });
