@@ -69,7 +69,7 @@ Colour4 stoneColour(const BakePoint& p) {
   albedo = albedo * joint * (1 + 1.6f * worn);
   // The lake's light dies with height; its heat stays in the foot and climbs in the cracks.
   const float near = wall ? 0.45f : masonry ? 1.5f : mix(0.75f, 2.7f, std::exp(-high / 42));
-  Colour4 colour = albedo * p.light * (2.2f * near);
+  Colour4 colour = albedo * p.light * (2.6f * near);
   const float foot = std::exp(-std::max(0.0f, y - 3 * grit) / 5.0f);
   colour = colour + gradient(emberRamp, 0.66f) * (0.85f * foot * foot);
   colour = colour + gradient(emberRamp, 0.50f) * (0.20f * std::exp(-high / 22) * p.open * grit);

@@ -49,7 +49,7 @@ const Shot shots[] = {
     // Into the lock.
     {{71, -9, 101, {-3, 103, 28}}, {42.5f, 0, 103.3f, {0, 103.1f, 28}}},
     // Along the seam of the lid.
-    {{246, -60, 98, {16, 128, 0}}, {166, -38, 106, {6, 130, 8}}},
+    {{262, -60, 98, {16, 133, 0}}, {186, -38, 104, {6, 139, 8}}},
     // Up with the lid.
     {{196, 34, 116, {-4, 130, 0}}, {262, 6, 202, {0, 172, 0}}},
     // The title over the box: as it comes towards us, the whole of it from above, along its letters, near.

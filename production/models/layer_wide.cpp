@@ -136,6 +136,8 @@ Surface thread(const std::vector<Vector>& path, const Vector& eye,
   return both;
 }
 
+constexpr float letterStart = 0.16f;  // v at a letter's first point and, from the other end, at its last
+
 // Along a strand (v) the light comes and goes; both ends are dark. Across (u) it has a core and a glow. The
 // left half is for the letters, the right one, dimmer, for all the others.
 Canvas strandPicture(const Settings& settings) {
@@ -145,7 +147,9 @@ Canvas strandPicture(const Settings& settings) {
     const float x = 4 * (letter ? u : u - 0.5f) - 1;
     const float across = 0.7f * std::exp(-x * x * 26) + 0.3f * std::pow(clamp01(1 - x * x), 3.0f);
     const float pulse = 0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61);
-    if (letter) return gradient(boneRamp, 1.5f * across * smoothStep(0.08f, 0.16f, std::min(v, 1 - v)));
+    if (letter)
+      return gradient(
+          boneRamp, 1.5f * across * smoothStep(0.70f * letterStart, 1.02f * letterStart, std::min(v, 1 - v)));
     const float ends = smoothStep(0.01f, 0.2f, v) * smoothStep(0.99f, 0.8f, v);
     return gradient(boneRamp, 0.4f * across * ends * (0.55f + 0.45f * pulse));
   });
@@ -158,6 +162,20 @@ Surface mapped(Surface strand, bool letter) {
   return strand;
 }
 
+// The way to the letter and from it, two of its pieces each, lies where the picture is dark.
+Surface letterThread(const Letter& letter, int strand) {
+  Surface made = mapped(thread(letterPath(letter, strand), nameEye, [](float) { return 3.6f; }), true);
+  const float way = 2 / static_cast<float>(letter.line.size() + 3);
+  for (Triangle& triangle : made.triangles)
+    for (Uv& at : triangle.uv) {
+      const float end = std::min(at.v, 1 - at.v);
+      const float moved =
+          end < way ? end * letterStart / way : mix(letterStart, 0.5f, (end - way) / (0.5f - way));
+      at.v = at.v < 0.5f ? moved : 1 - moved;
+    }
+  return made;
+}
+
 Model layerWide(const Settings& settings) {
   Surface all;
   for (int strand = 0; strand < strands; ++strand) {
@@ -166,8 +184,7 @@ Model layerWide(const Settings& settings) {
                               [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }),
                        false));
   }
-  for (int i = 0; i < static_cast<int>(std::size(name)); ++i)
-    append(all, mapped(thread(letterPath(name[i], strands + i), nameEye, [](float) { return 3.6f; }), true));
+  for (int i = 0; i < static_cast<int>(std::size(name)); ++i) append(all, letterThread(name[i], strands + i));
 
   Stage stage;
   stage.materials = {{.name = "strand",

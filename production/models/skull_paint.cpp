@@ -106,7 +106,7 @@ Colour4 groundColour(const BakePoint& p) {
       (0.45f + 0.55f * mix(gap, 1, std::fabs(2 * far - 1) < 0.5f ? 0.6f : 0.0f));
   colour = colour * p.light * relief(p, mix(1.5f, 5, far), 0.5f, height);
   // Water lies in the hollows and holds the sky.
-  colour = mix(colour, gradient(stormRamp, 0.60f) * (0.35f + 0.65f * p.open), 0.8f * puddle);
+  colour = mix(colour, gradient(stormRamp, 0.72f) * (0.35f + 0.65f * p.open), 0.85f * puddle);
   colour = mix(colour, gradient(stormRamp, 0.40f), smoothStep(330, 900, radius));
   return colour;
 }

@@ -55,7 +55,7 @@ Colour4 skyColour(const Vector& d) {
   const Vector q(d.x * 2.2f, d.y * 8, d.z * 2.2f);
   const float cloud = fractal(warp(q, 0, 0.5f, 970), 0, 5, 0.55f, 971);
   const float bank = smoothStep(-0.15f, 0.45f, cloud) * smoothStep(0.02f, 0.12f, d.y);
-  const float glow = 0.64f * std::exp(-angle * 2.4f) + 1.15f * std::exp(-angle * 6);
+  const float glow = 0.48f * std::exp(-angle * 2.4f) + 1.0f * std::exp(-angle * 7);
   float value = 0.10f + 0.56f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
   value *= 1 - 0.42f * bank * (1 - 0.4f * std::exp(-angle * 5));
   value += 0.16f * std::exp(-angle * 3.6f) * std::exp(-std::pow((cloud - 0.02f) * 6, 2.0f)) *

@@ -83,6 +83,24 @@ void addApproach(Show& show) {
   show.add(
       "dark before it", start, 0.5, backdrop,
       Fade{.alpha = line({{0, 0}, {0.2, 0.55}, {0.98, 0.6}, {1, 0.1}, {1.4, 0.35}, {1.98, 0.4}, {2, 0}})});
+  // Lamps go on, arch after arch towards us.
+  const struct {
+    double beat, x, y, height;
+  } lamps[] = {{0, 0.2, -0.46, 0.5}, {1, 0.36, -0.38, 0.7}, {2, 0.56, -0.42, 1.0}, {3, 0.86, -0.5, 1.5}};
+  std::vector<ScriptCall> lit;
+  for (const auto& lamp : lamps)
+    for (const double side : {-1.0, 1.0})
+      for (const char* light : {"light5", "light7"})
+        lit.push_back(screen::draw(Bitmap{
+            .texture = light,
+            .at = centred(lamp.x * side - 0.05, lamp.y, light[5] == '7' ? lamp.height * 0.4 : lamp.height),
+            .alpha = line({{0, lamp.beat > 0 ? 0.0 : 0.9},
+                           {lamp.beat + 0.01, lamp.beat > 0 ? 0.0 : 0.9},
+                           {lamp.beat + 0.04, 0.9},
+                           {lamp.beat + 0.5, 0.4},
+                           {partEnd, 0.25}}),
+            .blend = Blend::add}));
+  show.part("lamps go on", start, stab - start, haze, std::move(lit));
   addShot(show, "struck", stab, next - stab, face, 10.4, 0.7);
   addBreath(show, "breath, far", start, next - start, flashes(everyBeat, 0.1, 0.03));
   addStreak(show, "lamp", start, next - start, -0.62, flashes({0, 2, 4, 5, 6.5, 7}, 0.6, 0.05));

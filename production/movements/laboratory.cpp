@@ -211,6 +211,15 @@ void addJar(Show& show) {
           {.turn = line({{0, 0.36}, {4.98, 0.545}, {5.1, 0.525}, {5.6, 0.56}, {partEnd, 0.62}}),
            .lids = line({{0, 0}, {6.5, 0}, {6.7, 0.1}, {7, 0.02}, {partEnd, 0}})});
   addBeam(show, shot, {0, 2, 4, 6}, 0.5);
+  // Bubbles rise within the glass.
+  const Sight jar = sightOf(shot, Vector(0, 0, 0));
+  const Curve width = jar.unit * (2 * 0.8 * lab::jarRadius * 9 / 16), height = jar.unit * 74;
+  show.part(
+      "bubbles", shot.from(), shot.bars, haze + 1,
+      {draw(Viewport{.x = jar.x + width * -0.5, .y = jar.y * -1 + height * -0.5, .w = width, .h = height}),
+       draw(Flare{"flare_highpass"}),
+       draw(Particles{.alpha = fade(0.5, 0.2, 0.7), .count = 26, .spread = 1.5, .speedY = 5, .scatter = 12}),
+       draw(Viewport{})});
 }
 
 // Dark but for the window; the light finds it, its lids open.

@@ -73,7 +73,7 @@ void addPrologue(Show& show) {
   show.add("beating sky", 0, motif, backdrop + 1,
            Bitmap{.texture = "sky_bone",
                   .at = sky,
-                  .alpha = flashes({0, 2, 2.6, 6, 6.6, 8, 10, 10.6, 14, 14.6}, 0.75),
+                  .alpha = flashes({0, 2, 2.6, 6, 6.6, 8, 10, 10.6, 12, 14, 14.6}, 0.9),
                   .blend = Blend::add});
   show.add("far lightning", 1, 1, far - 1,
            Bitmap{.texture = "haze_bone",
@@ -104,16 +104,17 @@ void addPrologue(Show& show) {
   filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0.3}, {2, 0.6}, {6, 0.8}, {partEnd, 1}}));
   filaments("filaments are the name", 2, 0.75, 0, 0, line({{0, 1}, {1, 1}, {2.2, 0}, {partEnd, 0}}));
   filaments("filaments fly on", 2.75, motif - 2.75, 34, 1, line({{0, 0}, {1, 0.5}, {partEnd, 0.5}}));
-  // Dark lies behind the name.
+  // Dark lies behind the name, which rises clear of the spires.
+  const Curve nameHeight = spline({{0, -0.05}, {1, -0.05}, {5, -0.27}, {partEnd, -0.3}});
   show.add("dark behind the name", 2.25, 1.75, title - 2,
            Bitmap{.texture = "shade",
-                  .at = centred(0, -0.05, 0.62, 6),
+                  .at = centred(0, nameHeight, 0.62, 6),
                   .alpha = fade(1.5, 0),
                   .blend = Blend::darken});
   show.add(
       "halvane", 2.25, 1.75, title,
       Bitmap{.texture = "halvane1",
-             .at = centred(0, -0.05, spline({{0, 0.67}, {1, 0.68}, {5, 0.71}, {partEnd, 0.8}}), 4),
+             .at = centred(0, nameHeight, spline({{0, 0.67}, {1, 0.68}, {5, 0.71}, {partEnd, 0.8}}), 4),
              .frames = 3,
              .glitch = line(
                  {{0, 0.03}, {2.98, 0.03}, {3, 0.9}, {3.3, 0.03}, {-0.7, 0.03}, {-0.3, 0.9}, {partEnd, 1}}),

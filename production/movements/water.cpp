@@ -55,6 +55,32 @@ void addRing(Show& show, double bar, double x, double y, double shape, double si
              .blend = Blend::add});
 }
 
+// It breaks through the surface: rings, and spray that is thrown up and falls.
+void addSplash(Show& show, double bar) {
+  constexpr double x = -0.3, y = 0.44, length = 0.5;
+  std::vector<ScriptCall> rings;
+  for (const double beat : {0.0, 0.35, 0.7})
+    rings.push_back(screen::draw(
+        Bitmap{.texture = "ring_teal",
+               .at = centred(x + 0.14 * beat, y, line({{0, 0.01}, {beat + 0.01, 0.03}, {partEnd, 0.42}}), 5),
+               .alpha = line({{0, 0}, {beat + 0.01, 0}, {beat + 0.03, 1}, {partEnd, 0}}),
+               .blend = Blend::add}));
+  rings.push_back(screen::draw(Bitmap{.texture = "haze_teal",
+                                      .at = centred(x + 0.06, y - 0.06, 0.5, 1.6),
+                                      .alpha = line({{0, 0}, {0.1, 1}, {partEnd, 0}}),
+                                      .blend = Blend::add}));
+  show.part("splash", bar, length, smoke - 1, std::move(rings));
+  show.part("spray", bar, length, smoke,
+            {screen::draw(Viewport{.x = x - 0.36, .y = -y - 0.3, .w = 0.84, .h = 0.9}),
+             screen::draw(Flare{"flare_highpass"}),
+             screen::draw(Particles{.alpha = line({{0, 1}, {1, 0.8}, {partEnd, 0}}),
+                                    .count = 90,
+                                    .spread = 9,
+                                    .speedY = line({{0, 16}, {0.7, 2}, {partEnd, -12}}),
+                                    .scatter = 5}),
+             screen::draw(Viewport{})});
+}
+
 // Where rain strikes the sea seen from above: smaller the farther; and on each beat about what rises from it.
 void addRainRings(Show& show, double bar) {
   std::vector<ScriptCall> calls;
@@ -141,6 +167,7 @@ void addWater(Show& show) {
 
   addRings(show, start);
   addRainRings(show, ripples);
+  addSplash(show, creature + 0.45);
   // The moon burns in its gate.
   for (const auto& [bar, camera, from, speed] :
        {std::tuple{start, gate, 1.0, 1.0}, std::tuple{rain, moonlit, 5.6, 0.5}}) {

@@ -15,17 +15,20 @@ struct FmPair {
   float carrier, modulator;  // ratios to the note
   float index;               // turns of phase at the start
   float gain, decay, indexDecay;
+  float aside;  // -1 to 1: how far to the left or right it is heard, the hum in the middle
 };
 
 // A minor third and a hum below, as founders tune bells; the modulators are inharmonic.
 constexpr FmPair bellPairs[] = {
-    {1.0f, 3.514f, 0.42f, 0.60f, 1.30f, 0.55f},
-    {2.0f, 1.414f, 0.25f, 0.30f, 0.80f, 0.30f},
-    {0.5f, 2.756f, 0.12f, 0.25f, 1.90f, 0.70f},
-    {2.378f, 4.071f, 0.20f, 0.14f, 0.45f, 0.12f},
+    {1.0f, 3.514f, 0.42f, 0.60f, 1.30f, 0.55f, -0.45f},
+    {2.0f, 1.414f, 0.25f, 0.30f, 0.80f, 0.30f, 0.65f},
+    {0.5f, 2.756f, 0.12f, 0.25f, 1.90f, 0.70f, 0},
+    {2.378f, 4.071f, 0.20f, 0.14f, 0.45f, 0.12f, -0.8f},
 };
 
-void addBell(std::vector<float>& samples, float hertz, float detune, const NoteCall& call) {
+// `side` is -1 for the left channel and 1 for the right one.
+void addBell(std::vector<float>& samples, float hertz, float side, const NoteCall& call) {
+  const float detune = 1 - 0.0008f * side;
   for (const FmPair& pair : bellPairs) {
     Sine modulator;
     float phase = 0;
@@ -33,10 +36,11 @@ void addBell(std::vector<float>& samples, float hertz, float detune, const NoteC
     const float step = hertz * pair.carrier * detune / call.rate;
     const float modulatorStep = hertz * pair.modulator / call.rate;
     if (modulatorStep > 0.3f) continue;
+    const float gain = pair.gain * (1 + side * pair.aside);
     const float index = pair.index * (0.4f + 0.6f * call.velocity);
     for (float& sample : samples) {
-      sample += pair.gain * loudness.next() *
-                sineOfTurns(phase + index * bite.next() * modulator.next(modulatorStep));
+      sample +=
+          gain * loudness.next() * sineOfTurns(phase + index * bite.next() * modulator.next(modulatorStep));
       phase = wrapPhase(phase + step);
     }
   }
@@ -53,8 +57,8 @@ Voice makeBell(const NoteCall& call) {
   Voice voice{std::vector<float>(size), std::vector<float>(size)};
   const float gain = call.velocity / std::sqrt(static_cast<float>(call.pitches.size()));
   for (const float pitch : call.pitches) {
-    addBell(voice.left, noteHertz(pitch), 1.0008f, call);
-    addBell(voice.right, noteHertz(pitch), 0.9992f, call);
+    addBell(voice.left, noteHertz(pitch), -1, call);
+    addBell(voice.right, noteHertz(pitch), 1, call);
   }
   for (std::vector<float>* channel : {&voice.left, &voice.right}) {
     for (float& sample : *channel) sample *= gain;

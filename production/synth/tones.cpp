@@ -42,9 +42,9 @@ struct SawStack {
 Voice makeDrone(const NoteCall& call) {
   constexpr EnvelopeShape shape{2.6f, 1, 1, 1.2f};
   return renderSides(call.seconds + shape.release, call.rate, [&](std::vector<float>& channel, float side) {
-    SawStack saws(call, 2, 5, 2 * side);
+    SawStack saws(call, 2, 5, 6 * side);
     LadderFilter filter;
-    const float phase = side * 0.13f;
+    const float phase = side * 0.25f;  // it opens on one side while it closes on the other
     renderNote(
         channel, call, shape,
         [&](float t) {
