@@ -36,7 +36,7 @@ void addBell(std::vector<float>& samples, float hertz, float side, const NoteCal
     const float step = hertz * pair.carrier * detune / call.rate;
     const float modulatorStep = hertz * pair.modulator / call.rate;
     if (modulatorStep > 0.3f) continue;
-    const float gain = pair.gain * (1 + side * pair.aside);
+    const float gain = pair.gain * (1 + side * pair.aside) / std::sqrt(1 + pair.aside * pair.aside);
     const float index = pair.index * (0.4f + 0.6f * call.velocity);
     for (float& sample : samples) {
       sample +=

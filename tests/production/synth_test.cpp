@@ -180,6 +180,22 @@ TEST(Voices, ReversedBellIsLoudestAtItsEnd) {
   EXPECT_GT(part(22050), 2 * part(0));
 }
 
+// When it is struck, its partials stand apart, the hum in the middle: decibels of the sides below the middle.
+TEST(Voices, BellStandsAroundTheListener) {
+  for (const float pitch : {50.0f, 62.0f, 74.0f}) {
+    NoiseSource noise;
+    const Voice voice = makeBell({rate, 2.0f, std::span(&pitch, 1), 0, 0.8f, 0.5f, &noise});
+    double middle = 0, side = 0;
+    for (std::size_t i = 0; i < 4410; ++i) {
+      const double sum = voice.left[i] + voice.right[i], difference = voice.left[i] - voice.right[i];
+      middle += sum * sum, side += difference * difference;
+    }
+    const double share = 10 * std::log10(side / middle);
+    EXPECT_GT(share, -9) << pitch;
+    EXPECT_LT(share, -3) << pitch;
+  }
+}
+
 TEST(Voices, SwellGrowsToItsEnd) {
   NoiseSource noise;
   const float pitch = 62;
