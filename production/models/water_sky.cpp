@@ -55,12 +55,12 @@ Colour4 skyColour(const Vector& d) {
   const Vector q(d.x * 2.2f, d.y * 8, d.z * 2.2f);
   const float cloud = fractal(warp(q, 0, 0.5f, 970), 0, 5, 0.55f, 971);
   const float bank = smoothStep(-0.15f, 0.45f, cloud) * smoothStep(0.02f, 0.12f, d.y);
-  const float glow = 0.48f * std::exp(-angle * 2.4f) + 1.0f * std::exp(-angle * 7);
-  float value = 0.10f + 0.56f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
+  const float glow = 0.46f * std::exp(-angle * 2.4f) + 0.58f * std::exp(-angle * 7);
+  float value = 0.10f + 0.42f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
   value *= 1 - 0.42f * bank * (1 - 0.4f * std::exp(-angle * 5));
   value += 0.16f * std::exp(-angle * 3.6f) * std::exp(-std::pow((cloud - 0.02f) * 6, 2.0f)) *
            smoothStep(0.02f, 0.10f, d.y);
-  value *= 1.42f / (1 + 0.75f * value);  // the disc stays the brightest
+  value *= 1.32f / (1 + 0.85f * value);  // the disc stays the brightest
   const float disc = smoothStep(moonSize * 1.10f, moonSize * 0.90f, angle);
   const float seas = 0.5f + 0.5f * fractal(d * 34, 0, 3, 0.5f, 972);
   Colour4 colour = gradient(tealRamp, value);
