@@ -1,7 +1,10 @@
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
+#include "base/report.h"
 #include "platform/end_request.h"
 #include "platform/standard_streams.h"
 #include "production/geometry/bake.h"
@@ -36,6 +39,7 @@ int main(int count, char** arguments) {
     }
     if (argument == "--cues" && count == 2) {
       std::fputs(vex::song::cueLines().c_str(), stdout);
+      if (std::fflush(stdout) != 0) vex::fatalError("can't write standard output: %s", std::strerror(errno));
       return 0;
     }
     if (argument == "--draft") {
@@ -53,18 +57,13 @@ int main(int count, char** arguments) {
     std::fputs(usage, stderr);
     return 2;
   }
-  vex::catchEndSignals();
+  vex::endAtSignals();  // a file is there as a whole or not at all
   vex::Products products = vex::allProducts();
   if (settings.plaster) {
     std::erase_if(products,
                   [](const vex::Product& product) { return !product.outputs.front().ends_with(".ase"); });
   }
-  const vex::MakeResult result =
-      vex::makeProducts(products, folder, settings, vex::progressStyleOfOutput(), 2, vex::endRequested);
-  if (vex::endRequested()) {
-    std::fputs("vexproduce: interrupted, what is made stays\n", stderr);
-    return vex::interruptedExitCode;
-  }
+  const vex::MakeResult result = vex::makeProducts(products, folder, settings, vex::progressStyleOfOutput());
   std::printf("%d made, %d up to date, %d removed\n", result.made, result.kept, result.removed);
   return 0;
 }

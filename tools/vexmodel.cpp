@@ -209,12 +209,10 @@ void compile(const std::string& file) {
   if (!hasExtension(file, ".ase")) vex::fatalError("%s isn't the text of a model (.ase)", file.c_str());
   const std::string name = enterFolder(file);
   vex::ModelInfo info;
-  std::string obstacle;
-  // Once for its faults, so that nothing is written of a text that is refused.
-  for (const std::string& compiledName : {std::string(), name.substr(0, name.find('.')) + ".hv3"}) {
-    vex::Scene scene;
-    obstacle = vex::readModel({name, compiledName}, &scene, vex::collectTextureNames(info));
-  }
+  vex::Scene scene;
+  // Nothing is written of a text that is refused.
+  const std::string obstacle =
+      vex::readModel({name, name.substr(0, name.find('.')) + ".hv3"}, &scene, vex::collectTextureNames(info));
   if (!obstacle.empty()) {
     vex::fatalError("%s can't be compiled: %s", file.c_str(), obstacle.c_str());
   }

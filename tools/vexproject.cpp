@@ -89,7 +89,7 @@ Checked readProject(const char* name) {
   if (vex::isProjectFile(bytes)) {
     vex::DecodedProject decoded = vex::decodeProject(bytes, name);
     checked.readable = decoded.failure.empty();
-    if (decoded.failure.ends_with('\n')) decoded.failure.pop_back();
+    std::replace(decoded.failure.begin(), decoded.failure.end(), '\n', ' ');
     if (!checked.readable) checked.findings.push_back({.text = decoded.failure, .hint = ""});
     checked.project = std::move(decoded.project);
     if (checked.readable) checked.findings = vex::checkRules(checked.project);

@@ -47,7 +47,7 @@ void writeProduct(const Product& product, const std::string& folder, const Setti
 }  // namespace
 
 MakeResult makeProducts(const Products& products, const std::string& folder, const Settings& settings,
-                        ProgressStyle style, int workers, bool (*interrupted)()) {
+                        ProgressStyle style, int workers) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) fatalError("cannot make folder %s: %s", folder.c_str(), error.message().c_str());
@@ -68,6 +68,10 @@ MakeResult makeProducts(const Products& products, const std::string& folder, con
   }
   if (stale.empty() && manifest.size() == remembered) return result;
 
+  for (const std::size_t i : stale) {
+    for (const std::string& path : products[i].outputs) checkWritable(folder + "/" + path);
+  }
+
   // Long ones first, so that neither worker ends long after the other.
   std::stable_sort(stale.begin(), stale.end(),
                    [&](std::size_t p, std::size_t q) { return products[p].work > products[q].work; });
@@ -81,7 +85,7 @@ MakeResult makeProducts(const Products& products, const std::string& folder, con
       std::size_t index;
       {
         const std::lock_guard lock(guard);
-        if (next == stale.size() || (interrupted && interrupted())) return;
+        if (next == stale.size()) return;
         index = stale[next++];
       }
       const Product& product = products[index];

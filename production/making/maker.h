@@ -14,9 +14,10 @@ struct MakeResult {
   int made = 0, kept = 0, removed = 0;
 };
 
-// As many products at a time as there are workers; none is begun once `interrupted` says so. Every file is
-// written beside its place and renamed into it. Fatal: "cannot write %s: %s", "cannot make folder %s: %s".
+// As many products at a time as there are workers. Every file is written beside its place and renamed into
+// it; what cannot be written is refused before the work begins. Fatal: "cannot write %s: %s", "cannot make
+// folder %s: %s".
 MakeResult makeProducts(const Products& products, const std::string& folder, const Settings& settings,
-                        ProgressStyle style, int workers = 2, bool (*interrupted)() = nullptr);
+                        ProgressStyle style, int workers = 2);
 
 }  // namespace vex

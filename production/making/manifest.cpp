@@ -28,6 +28,13 @@ bool staysInside(const std::string& path) {
   return true;
 }
 
+void makeFolderOf(const std::string& path) {
+  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) fatalError("cannot make folder %s: %s", folder.c_str(), error.message().c_str());
+}
+
 }  // namespace
 
 Manifest readManifest(const std::string& folder) {
@@ -58,11 +65,13 @@ MadeFile statFile(const std::string& path) {
           static_cast<std::int64_t>(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec};
 }
 
+void checkWritable(const std::string& path) {
+  makeFolderOf(path);
+  if (!ReplacementFile(path).stream()) fatalError("cannot write %s: %s", path.c_str(), std::strerror(errno));
+}
+
 void replaceFile(const std::string& path, const void* bytes, std::size_t size) {
-  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (error) fatalError("cannot make folder %s: %s", folder.c_str(), error.message().c_str());
+  makeFolderOf(path);
   ReplacementFile file(path);
   if (!file.stream() || std::fwrite(bytes, 1, size, file.stream()) != size || !file.commit()) {
     fatalError("cannot write %s: %s", path.c_str(), std::strerror(errno));

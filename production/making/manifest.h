@@ -25,7 +25,10 @@ void writeManifest(const std::string& folder, const Manifest& manifest);
 // Size and time of a file; size 0 and time 0 when it is missing.
 MadeFile statFile(const std::string& path);
 
-// Creates the folders above and replaces the file in one step.
+// Creates the folders above. Fatal: "cannot write %s: %s", "cannot make folder %s: %s".
+void checkWritable(const std::string& path);
+
+// Creates the folders above and replaces the file in one step. Fatal: as there.
 void replaceFile(const std::string& path, const void* bytes, std::size_t size);
 
 }  // namespace vex

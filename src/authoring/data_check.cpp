@@ -12,10 +12,13 @@
 #include "authoring/project_lexer.h"
 #include "base/files.h"
 #include "base/pak_directory.h"
+#include "base/report.h"
 #include "platform/jpeg_decoder.h"
 #include "platform/little_endian.h"
 #include "platform/sound_file.h"
+#include "textures/bmp.h"
 #include "textures/image.h"
+#include "textures/jpeg_texture.h"
 
 namespace vex {
 
@@ -73,6 +76,28 @@ bool isPowerOfTwo(int side) {
   return side >= 0 && (side == 0 || std::has_single_bit(static_cast<unsigned>(side)));
 }
 
+// Why the player would refuse the file; empty when it would not.
+template <typename Read>
+std::string refusal(Read read) {
+  const FatalErrorsThrown thrown;
+  try {
+    read();
+  } catch (const FatalError& error) {
+    std::string text = error.what();
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
+  }
+  return "";
+}
+
+// Larger ones are only remarked on.
+std::string pixelProblem(const std::string& file, PictureSize size) {
+  if (std::max(size.width, size.height) > portableImageSide) return "";
+  return refusal([&file] {
+    return file.ends_with(".jpg") ? readJpegTexture(file.c_str()) : readBmpTexture(file.c_str());
+  });
+}
+
 // What is wrong with a texture; empty when nothing is.
 std::string textureProblem(const std::string& texture) {
   const char* extension = extensionOf(texture);
@@ -84,10 +109,10 @@ std::string textureProblem(const std::string& texture) {
     return "texture " + quoteText(file) + " is " + text(*size) + ", both sides must be powers of two";
   }
   const std::string mask = texture + "_mask" + extension;
-  if (!fileExists(mask)) return "";
+  if (!fileExists(mask)) return pixelProblem(file, *size);
   const auto maskSize = sizeOf(mask);
   if (!maskSize) return "mask " + quoteText(mask) + " cannot be read";
-  if (maskSize == size) return "";
+  if (maskSize == size) return pixelProblem(file, *size);
   return "mask " + quoteText(mask) + " is " + text(*maskSize) + ", its texture " + text(*size);
 }
 
@@ -134,10 +159,16 @@ std::string movieProblem(const std::string& base, MovieFrames frames, int& looke
   if (lookedFor > mostMovieFiles) return "";
   lookedFor += static_cast<int>(frames.last - frames.first + 1);
   std::vector<std::int64_t> missing;
+  std::string damaged;  // the first of them
   for (std::int64_t frame = frames.first; frame <= frames.last; ++frame) {
-    if (!fileExists(base + std::to_string(frame) + ".jpg")) missing.push_back(frame);
+    const std::string file = base + std::to_string(frame) + ".jpg";
+    if (!fileExists(file)) {
+      missing.push_back(frame);
+    } else if (damaged.empty()) {
+      damaged = refusal([&file] { readJpegFrame(file.c_str()); });
+    }
   }
-  if (missing.empty()) return "";
+  if (missing.empty()) return damaged;
   return movie + " lacks of its frames " + range + ": " + listed(missing);
 }
 

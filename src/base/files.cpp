@@ -135,7 +135,8 @@ std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, i
   std::size_t size = 0;
   if (__builtin_mul_overflow(elementSize, count, &size) || entry.position > entry.size ||
       size > entry.size - entry.position) {
-    fatalError("Super ARGH");
+    fatalError("Super ARGH (%zu times %zu bytes at byte %u of %s are more than its %u)", count, elementSize,
+               entry.position, entry.name, entry.size);
   }
   seekPak(entry);
   const std::size_t elements = std::fread(buffer, elementSize, count, table().pak);
@@ -158,7 +159,7 @@ int fileGetc(int handle) {
     ++table().pakPlace;
     ++entry.position;
   }
-  if (byte == EOF) fatalError("ARGH!");
+  if (byte == EOF) fatalError("ARGH! (%s ends after %d bytes)", slot.name.c_str(), fileTell(handle));
   return byte;
 }
 

@@ -43,10 +43,11 @@ bool fileExists(const std::string& name);
 // Before saying in other ways that `name` is missing. Fatal: as fileOpenNeeded for what cannot be opened.
 void refuseUnreadable(const std::string& name);
 
-// Number of whole elements read. Fatal: "Super ARGH" when a member holds fewer bytes than asked for.
+// Number of whole elements read. Fatal: "Super ARGH", then what was asked for and what a member of the
+// archive that holds fewer bytes has.
 std::size_t fileRead(void* buffer, std::size_t elementSize, std::size_t count, int handle);
 
-// Next byte, 0 to 255. Fatal: "ARGH!" at the end of the file.
+// Next byte, 0 to 255. Fatal: "ARGH!" at the end of the file, then its name and size.
 int fileGetc(int handle);
 
 // One line of at most size - 1 characters with its line feed, as fgets. The last line of a member

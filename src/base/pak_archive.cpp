@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <system_error>
 
 #include "base/report.h"
 #include "platform/little_endian.h"
+#include "platform/paths.h"
 #include "platform/replace_file.h"
 
 namespace vex {
@@ -30,10 +32,7 @@ struct Source {
 };
 
 Stream openForReading(const fs::path& path) {
-  std::error_code ignored;
-  const bool folder = fs::is_directory(path, ignored);
-  Stream stream(folder ? nullptr : std::fopen(path.c_str(), "rb"), std::fclose);
-  if (folder) errno = EISDIR;
+  Stream stream(openFileForReading(path.c_str()), std::fclose);
   if (!stream) fatalError("can't read %s: %s", path.c_str(), std::strerror(errno));
   return stream;
 }
@@ -161,6 +160,22 @@ fs::path localPath(const std::string& name) {
   return path;
 }
 
+// A link on the way may lead out of the folder, and what is no file may never be written.
+void checkWay(const fs::path& folder, const fs::path& member) {
+  fs::path path = folder;
+  for (auto part = member.begin(); part != member.end(); ++part) {
+    path /= *part;
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(path, error).type();
+    if (type == fs::file_type::not_found) return;
+    const bool last = std::next(part) == member.end();
+    if (type == fs::file_type::symlink) fatalError("can't write %s: it is a link", path.c_str());
+    if (type != (last ? fs::file_type::regular : fs::file_type::directory)) {
+      fatalError("can't write %s: it isn't a %s", path.c_str(), last ? "file" : "folder");
+    }
+  }
+}
+
 }  // namespace
 
 void createPak(const fs::path& pak, const fs::path& folder) {
@@ -189,6 +204,7 @@ void extractPak(const fs::path& pak, const fs::path& folder) {
     names.push_back(member.name);
   }
   checkForClashes(names);
+  for (const PakMember& member : members) checkWay(folder, localPath(member.name));
   for (const PakMember& member : members) {
     const fs::path target = folder / localPath(member.name);
     std::error_code error;

@@ -18,8 +18,8 @@ void createPak(const std::filesystem::path& pak, const std::filesystem::path& fo
 std::vector<PakMember> listPak(const std::filesystem::path& pak);
 
 // Writes every member below `folder`, which is made when it is missing. Nothing is written unless all
-// names are safe: relative, without "..", empty parts, drive letters or control characters, and no
-// name twice (ignoring letter case).
+// names are safe: relative, without "..", empty parts, drive letters or control characters, no name twice
+// (ignoring letter case), and no link on the way from `folder` to any of them.
 void extractPak(const std::filesystem::path& pak, const std::filesystem::path& folder);
 
 }  // namespace vex

@@ -1,5 +1,6 @@
 #include "base/report.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -20,7 +21,7 @@ bool firstWrite = true;
 LoadingSink loadingDialog;
 int stepCount = 1;
 int stepsShown = 0;
-const FatalPlace* fatalPlace = nullptr;
+thread_local const FatalPlace* fatalPlace = nullptr;
 thread_local int throwing = 0;  // FatalErrorsThrown that live
 
 struct Text {
@@ -42,6 +43,15 @@ struct Text {
 
 void showLoading(int percent, const Text& text) {
   if (loadingDialog.show) loadingDialog.show(percent, text.characters);
+}
+
+// A long text is cut, not its place.
+std::string withPlace(std::string text) {
+  if (!fatalPlace) return text;
+  const std::string place = std::string(text.ends_with('\n') ? "(" : " (") + fatalPlace->text() + ")";
+  const std::size_t most = messageSize - 1;
+  text.resize(std::min(text.size(), most - std::min(place.size(), most)));
+  return formatted("%s%s", text.c_str(), place.c_str());
 }
 
 }  // namespace
@@ -76,8 +86,7 @@ void fatalError(const char* format, ...) {
   va_start(arguments, format);
   const Text text(format, arguments);
   va_end(arguments);
-  const std::string place = fatalPlace ? fatalPlace->text() + ": " : "";
-  const std::string message = formatted("%s%s", place.c_str(), text.characters);
+  const std::string message = withPlace(text.characters);
   if (throwing > 0) throw FatalError(message);
   showMessage("Error", message.c_str(), MessageIcon::none);
   restoreDesktop();
@@ -98,6 +107,10 @@ FatalPlace::FatalPlace(std::function<std::string()> newPlace)
 
 FatalPlace::~FatalPlace() {
   fatalPlace = before;
+}
+
+std::string FatalPlace::text() const {
+  return before ? place() + ", " + before->text() : place();
 }
 
 void warning(const char* format, ...) {

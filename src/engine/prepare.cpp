@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cmath>
+#include <string>
 
+#include "base/fatal_place.h"
 #include "base/report.h"
 #include "engine/scene.h"
 #include "engine/strips.h"
@@ -49,6 +51,7 @@ void Scene::prepare(bool useStripCache) {
     mesh->solos.clear();
   }
   if (!useStripCache) return;
+  const FatalPlace place([this] { return std::string("scene ") + name; });
   warning("Scene %s tries to open data\\%s.hvf. Delete it now, if not valid!", name, name);
   if (!readStripCache(*this)) {
     for (Mesh* mesh : meshes) {

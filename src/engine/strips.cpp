@@ -6,6 +6,7 @@
 #include <limits>
 #include <numeric>
 
+#include "base/fatal_place.h"
 #include "base/report.h"
 
 namespace vex {
@@ -254,6 +255,7 @@ void cutIntoStrips(Mesh& mesh, const Chain& chain) {
 }  // namespace
 
 void stripify(Mesh& mesh) {
+  const FatalPlace place([&mesh] { return std::string("mesh ") + mesh.name; });
   mesh.fans.clear();
   mesh.strips.clear();
   mesh.solos.clear();

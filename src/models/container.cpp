@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstring>
 
 #include "base/report.h"
 #include "platform/little_endian.h"
@@ -27,7 +29,18 @@ void ModelContainer::fail(const std::string& text) {
 }
 
 void ModelContainer::failReading(const std::string& problem) {
-  fail(name + ": " + (ranOut ? "ARGH! It ends before its compressed data does" : problem));
+  fail(ranOut ? "ARGH! (" + name + " ends before its compressed data does)" : name + ": " + problem);
+}
+
+// errno says why.
+void ModelContainer::failWriting() {
+  fail("Write error in zip.putbyte()! (" + name + ": " + std::strerror(errno) + ")");
+}
+
+void ModelContainer::checkUnpacked() {
+  if (unpacked <= mostUnpacked(size)) return;
+  fail(formatted("%s: more than %llu bytes of data in a file of %llu", name.c_str(),
+                 static_cast<unsigned long long>(mostUnpacked(size)), static_cast<unsigned long long>(size)));
 }
 
 int ModelContainer::getbyte() {
@@ -38,8 +51,9 @@ int ModelContainer::getbyte() {
 }
 
 int ModelContainer::putbyte(int byte) {
+  ++size;
   if (std::putc(byte, target->stream()) != EOF) return byte;
-  fail("Write error in zip.putbyte()!");
+  failWriting();
   return -1;
 }
 
@@ -47,13 +61,14 @@ void ModelContainer::openForReading(std::uint32_t* header) {
   const int handle =
       source.emplace(fileOpenNeeded(name, formatted("zipOpen: Pak_FILE %s not found!", name.c_str())));
   ranOut = false;
+  size = fileRemaining(handle);
   std::array<std::uint8_t, 4> word{};
   // More than a member has may not even be asked for.
-  const std::size_t size =
+  const std::size_t got =
       fileRead(word.data(), 1, std::min<std::uint64_t>(word.size(), fileRemaining(handle)), handle);
   *header = static_cast<std::uint32_t>(littleEndian(word));
-  if (size != word.size()) {
-    failReading("ends after " + std::to_string(size) + " bytes, its header word has " +
+  if (got != word.size()) {
+    failReading("ends after " + std::to_string(got) + " bytes, its header word has " +
                 std::to_string(word.size()));
     return;
   }
@@ -79,8 +94,10 @@ void ModelContainer::closeReading() {
   if (failure.empty()) {
     const int result = reader.close(), code = reader.errorCode();
     // The mark of the data's end may be all that is missing.
-    if (ranOut || (result > 0 && code != zipMoreData)) {
-      failReading(formatted("unzclose() failed (code %d)", code));
+    if (ranOut) {
+      failReading({});
+    } else if (result > 0 && code != zipMoreData) {
+      fail(formatted("unzclose() failed (code %d) (%s: %s)", code, name.c_str(), zipErrorText(code)));
     } else if (result < 0 && code != zipUninitialized) {  // as it is where nothing was read
       failReading(codecProblem(reader));
     }
@@ -91,19 +108,23 @@ void ModelContainer::closeReading() {
 }
 
 void ModelContainer::closeWriting() {
-  if (writer.close() == -1) fail("zipclose() failed!");
-  if (failure.empty() && !target->commit()) fail("Write error in zip.putbyte()!");
+  if (writer.close() == -1) fail("zipclose() failed! (" + name + ": " + codecProblem(writer) + ")");
+  if (failure.empty()) checkUnpacked();
+  if (failure.empty() && !target->commit()) failWriting();
   target.reset();
 }
 
 void ModelContainer::open(const char* newName, ZipMode newMode, std::uint32_t* header,
                           ZipFailure newOnFailure) {
-  if (mode != ZIP_CLOSED) fatalError("Cannot open two zip files simultaneously!");
-  if (newMode == ZIP_CLOSED) fatalError("Cannot open zip file w/ mode=ZIP_CLOSED!");
+  if (mode != ZIP_CLOSED) {
+    fatalError("Cannot open two zip files simultaneously! (%s while %s is open)", newName, name.c_str());
+  }
+  if (newMode == ZIP_CLOSED) fatalError("Cannot open zip file w/ mode=ZIP_CLOSED! (%s)", newName);
   mode = newMode;
   onFailure = newOnFailure;
   failure.clear();
   name = newName;
+  size = unpacked = 0;
   if (mode == ZIP_READ) {
     openForReading(header);
   } else {
@@ -117,10 +138,14 @@ std::uint32_t ModelContainer::read(void* buffer, std::uint32_t length) {
   if (!failure.empty()) return 0;
   // A rejected header has a result that could be a number of bytes; of no bytes it is unmistakable.
   const bool rejected = reader.read(nullptr, 0) != 0;
-  const std::int64_t size = rejected ? -1 : reader.read(buffer, length);
-  if (size >= 0) return static_cast<std::uint32_t>(size);
-  failReading(codecProblem(reader));
-  return 0;
+  const std::int64_t got = rejected ? -1 : reader.read(buffer, length);
+  if (got < 0) {
+    failReading(codecProblem(reader));
+    return 0;
+  }
+  unpacked += static_cast<std::uint64_t>(got);
+  checkUnpacked();
+  return failure.empty() ? static_cast<std::uint32_t>(got) : 0;
 }
 
 void ModelContainer::write(const void* buffer, std::uint32_t length) {
@@ -128,6 +153,7 @@ void ModelContainer::write(const void* buffer, std::uint32_t length) {
   if (mode == ZIP_CLOSED) fatalError("zipWrite() called on closed file!");
   // For the codec no bytes are the end of the data.
   if (length == 0 || !failure.empty()) return;
+  unpacked += length;
   if (writer.write(buffer, length) == -1) fail(name + ": " + codecProblem(writer));
 }
 

@@ -19,6 +19,12 @@ enum ZipMode : int { ZIP_READ = 0, ZIP_WRITE = 1, ZIP_CLOSED = 9 };
 
 enum class ZipFailure { fatal, reported };
 
+// The most data, in bytes, of a file of that size: no model packs so well, and a hostile one must not ask for
+// any amount of memory.
+constexpr std::uint64_t mostUnpacked(std::uint64_t fileSize) {
+  return (std::uint64_t{4} << 20) + 16 * fileSize;
+}
+
 class ModelContainer {
  public:
   // Reads the header word, or writes it to a temporary file that takes the place of `name` at the close.
@@ -28,8 +34,8 @@ class ModelContainer {
   void open(const char* name, ZipMode mode, std::uint32_t* header, ZipFailure onFailure = ZipFailure::fatal);
 
   // The next `length` bytes of the data. The number of bytes delivered: fewer where the data ends, none after
-  // a reported failure. Fatal or reported, by name: a rejected header, broken data, "ARGH!" where the file
-  // ends before the data does.
+  // a reported failure. Fatal or reported, by name: a rejected header, broken data, more than mostUnpacked(),
+  // "ARGH!" where the file ends before the data does.
   std::uint32_t read(void* buffer, std::uint32_t length);
 
   // Fatal or reported: "Write error in zip.putbyte()!".
@@ -37,12 +43,17 @@ class ModelContainer {
 
   // Empty, or the first of the failures that are reported; nothing is left of a file that could not be
   // written. Data that was not read is no error. Fatal or reported: by name "unzclose() failed (code %d)" and
-  // a wrong CRC or size; "zipclose() failed!", "Write error in zip.putbyte()!".
+  // a wrong CRC or size; "zipclose() failed!", "Write error in zip.putbyte()!"; more was written than
+  // mostUnpacked() of the file.
   std::string close();
+
+  std::uint64_t fileSize() const { return size; }  // while reading
 
  private:
   void fail(const std::string& text);
   void failReading(const std::string& problem);
+  void failWriting();
+  void checkUnpacked();
   int getbyte();
   int putbyte(int byte);
   void openForReading(std::uint32_t* header);
@@ -55,7 +66,9 @@ class ModelContainer {
   std::string failure;  // the first one; nothing more is read or written then
   std::string name;
   std::optional<OpenFile> source;           // while reading
-  std::uint64_t remaining = 0;              // bytes of it
+  std::uint64_t size = 0;                   // bytes of the file, while writing so far
+  std::uint64_t unpacked = 0;               // bytes of data read or written
+  std::uint64_t remaining = 0;              // bytes of the source
   bool ranOut = false;                      // a byte behind its last one was asked for
   std::unique_ptr<ReplacementFile> target;  // while writing
   MemberReader reader;

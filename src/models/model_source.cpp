@@ -63,13 +63,14 @@ bool sameText(std::string_view a, std::string_view b) {
 
 // The stream of a compiled file. Empty, or says why it cannot be read where that is reported.
 std::string readCompiled(const std::string& name, ZipFailure onFailure, std::string& stream) {
-  constexpr std::uint32_t piece = 1 << 20, likelyMost = 1 << 24;
+  constexpr std::uint32_t piece = 1 << 20;
   std::uint32_t length = 0;
   ModelContainer container;
   container.open(name.c_str(), ZIP_READ, &length, onFailure);
   // In pieces: the header word may promise far more than there is.
   stream.clear();
-  stream.reserve(std::min(length, likelyMost));
+  stream.reserve(
+      static_cast<std::size_t>(std::min<std::uint64_t>(length, mostUnpacked(container.fileSize()))));
   bool ended = false;
   while (stream.size() < length && !ended) {
     const std::size_t done = stream.size();
@@ -161,7 +162,7 @@ void prepareSource(ModelLoad& load) {
     load.reader.format = ModelFormat::compiled;
     prepareCompiled(load);
   } else {
-    fatalError("%s: unknown 3d format", load.source.fileName.c_str());
+    fatalError("unknown 3d format (%s)", load.source.fileName.c_str());
   }
 }
 
@@ -184,7 +185,10 @@ void writeStream(ModelLoad& load) {
   ModelContainer container;
   container.open(load.source.compiledName.c_str(), ZIP_WRITE, &length, ZipFailure::reported);
   container.write(load.stream.bytes.data(), length);
-  if (!container.close().empty()) noteFailedWriting(load);
+  const std::string problem = container.close();
+  if (problem.empty()) return;
+  noteFailedWriting(load);
+  load.stream.obstacle += ": " + problem;
 }
 
 }  // namespace

@@ -27,6 +27,7 @@ bool sameKinds(std::string_view payload, std::string_view kinds) {
 template <typename Value>
 void takeLittleEndian(ModelLoad& load, Value* values, std::size_t count) {
   expectBytes(load, count * sizeof(Value));
+  if (count == 0) return;  // an empty vector has no place to copy to
   std::memcpy(values, load.stream.bytes.data() + load.stream.position, count * sizeof(Value));
   load.stream.position += count * sizeof(Value);
   if constexpr (std::endian::native == std::endian::big) {

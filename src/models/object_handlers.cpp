@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/fatal_place.h"
 #include "base/pi.h"
 #include "base/report.h"
 #include "models/model_handlers.h"
@@ -191,6 +192,7 @@ void handleTmRow0(ModelLoad& load) {
   Mesh* mesh = currentMesh(load);
   if (!mesh) return;
 
+  const FatalPlace place([mesh] { return std::string("rotation of mesh ") + mesh->name; });
   Matrix inverse;
   for (int row = 0; row < 3; ++row) {
     for (int column = 0; column < 3; ++column) inverse.m[row][column] = r[row][column];

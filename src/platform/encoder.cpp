@@ -15,12 +15,15 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
+#include <functional>
 #include <vector>
 
 #include "platform/end_request.h"
 #include "platform/little_endian.h"
 #include "platform/replace_file.h"
+#include "platform/steady_clock.h"
 
 extern char** environ;
 
@@ -31,10 +34,11 @@ namespace {
 constexpr int pipeSize = 1 << 20;
 constexpr int encoderNiceness = 10;
 constexpr int soundDescriptor = 3;  // where ffmpeg finds the sound track
+constexpr double patience = 5;      // s without any work of ffmpeg's, for who wants to end
 
 // Waits until a pipe has been read empty. False when its reader has gone before: a short recording lies
 // in the pipe as a whole, so that no write fails.
-bool waitUntilRead(int pipeEnd) {
+bool waitUntilRead(int pipeEnd, const std::function<void()>& whileWaiting) {
   bool readerGone = false;
   while (true) {
     int unread = 0;
@@ -42,6 +46,7 @@ bool waitUntilRead(int pipeEnd) {
     if (readerGone) return false;
     pollfd end{.fd = pipeEnd, .events = 0, .revents = 0};
     readerGone = poll(&end, 1, 5) > 0 && (end.revents & POLLERR) != 0;
+    whileWaiting();
   }
 }
 
@@ -77,10 +82,12 @@ int soundFile(const SoundTrack& sound) {
   return -1;
 }
 
+enum class Limit { bitRate, slices };  // that depends on the size
+
 struct VideoKind {
   const char* ending;
   bool oddSizes;
-  bool limitsBitRate;
+  Limit limit;
   std::vector<std::string> picture;
   std::vector<std::string> sound;
   std::vector<std::string> container;
@@ -92,7 +99,7 @@ const std::vector<VideoKind>& videoKinds() {
       // As good as the eye can tell, as far as bitRateLimit() goes.
       {".mp4",
        false,
-       true,
+       Limit::bitRate,
        {"-vf",
         "vflip,scale=out_color_matrix=bt709:out_range=tv",
         "-pix_fmt",
@@ -117,9 +124,9 @@ const std::vector<VideoKind>& videoKinds() {
        {"-movflags", "+faststart", "-f", "mp4"}},
       {".mkv",
        true,
-       false,
-       {"-vf", "vflip", "-pix_fmt", "bgr0", "-c:v", "ffv1", "-level", "3", "-g", "1", "-slices", "4",
-        "-slicecrc", "1", "-threads", "2"},
+       Limit::slices,
+       {"-vf", "vflip", "-pix_fmt", "bgr0", "-c:v", "ffv1", "-level", "3", "-g", "1", "-slicecrc", "1",
+        "-threads", "2"},
        {"-c:a", "flac"},
        {"-f", "matroska"}},
   };
@@ -139,6 +146,14 @@ long bitRateLimit(const VideoFormat& format) {
   return std::lround(format.quality * bitsPerPixel * format.width * format.height * format.framesPerSecond);
 }
 
+// FFV1 takes a slice of at most 2^27 bits, counting 9 for each pixel of three planes.
+int sliceCount(const VideoFormat& format) {
+  int across = 2;
+  const auto part = [&across](int side) { return long{(side + across - 1) / across}; };
+  while (part(format.width) * part(format.height) * 3 * 9 > 1L << 27) ++across;
+  return across * across;
+}
+
 std::vector<std::string> commandLine(const std::string& path, const VideoFormat& format,
                                      const SoundTrack& sound) {
   // Without -xerror a disk that fills up while the file is closed is no failure to ffmpeg.
@@ -151,7 +166,8 @@ std::vector<std::string> commandLine(const std::string& path, const VideoFormat&
   add({"-video_size", std::to_string(format.width) + "x" + std::to_string(format.height), "-i", "pipe:0"});
   if (sound.rate > 0) add({"-i", "/dev/fd/" + std::to_string(soundDescriptor)});
   add(kind.picture);
-  if (kind.limitsBitRate) {
+  if (kind.limit == Limit::slices) add({"-slices", std::to_string(sliceCount(format))});
+  if (kind.limit == Limit::bitRate) {
     const long limit = bitRateLimit(format);
     add({"-maxrate", std::to_string(limit), "-bufsize", std::to_string(2 * limit)});
   }
@@ -236,8 +252,24 @@ std::string VideoEncoder::start(const std::string& path, const VideoFormat& form
   // come take its priority over.
   setpriority(PRIO_PROCESS, static_cast<id_t>(process), encoderNiceness);
   rememberTemporaryFile(temporaryPath, process);
-  queue.start(frames);
+  queue.start(frames, [this] { endStalled(); });
   return {};
+}
+
+// Whoever wants to end cannot know that ffmpeg never will.
+void VideoEncoder::endStalled() {
+  if (!endRequested()) return;
+  clockid_t clock;
+  timespec used{};
+  if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &used) != 0) return;
+  const double seconds = static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9;
+  if (lastProgress == 0 || seconds != processTime) {
+    processTime = seconds;
+    lastProgress = steadySeconds();
+  }
+  if (steadySeconds() - lastProgress < patience) return;
+  killed = true;
+  kill(-process, SIGKILL);
 }
 
 bool VideoEncoder::write(std::vector<std::byte>& frame) {
@@ -245,10 +277,15 @@ bool VideoEncoder::write(std::vector<std::byte>& frame) {
 }
 
 std::string VideoEncoder::finish(Result result) {
-  if (!queue.finish() || !waitUntilRead(frames)) result = Result::failed;
+  const auto watch = [this] { endStalled(); };
+  if (!queue.finish() || !waitUntilRead(frames, watch)) result = Result::failed;
   close(frames);
   int status = 0;
-  while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+  for (pid_t ended = 0; ended == 0 || (ended < 0 && errno == EINTR);) {
+    ended = waitpid(process, &status, WNOHANG);
+    if (ended != 0) continue;
+    watch();
+    poll(nullptr, 0, 5);
   }
   process = -1;
   const std::string said = firstLine(messages);
@@ -262,7 +299,7 @@ std::string VideoEncoder::finish(Result result) {
   } else {
     const std::string end = WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
                                                 : "exit code " + std::to_string(WEXITSTATUS(status));
-    failure = "ffmpeg failed on " + finalPath + " (" + end + "): " + said;
+    failure = "ffmpeg failed on " + finalPath + " (" + end + "): " + (killed ? "it stood still" : said);
   }
   if (!failure.empty()) unlink(temporaryPath.c_str());
   forgetTemporaryFile(temporaryPath);

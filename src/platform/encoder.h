@@ -48,20 +48,26 @@ class VideoEncoder {
 
   enum class Result { complete, partial, failed };
 
-  // Waits for ffmpeg. `complete` gives the file its name, `partial` that of partialPath().
-  // Empty on success; otherwise (always after `failed`) what went wrong, and no file is left.
+  // Waits for ffmpeg; after an end request (end_request.h) not for one that stands still. `complete` gives
+  // the file its name, `partial` that of partialPath(). Empty on success; otherwise (always after `failed`)
+  // what went wrong, and no file is left.
   std::string finish(Result result);
 
   const std::string& partialPath() const { return pathOfPart; }
 
  private:
+  void endStalled();
+
   std::string finalPath;
   std::string pathOfPart;  // NAME.partial.EXT
   std::string temporaryPath;
   pid_t process = -1;
   int frames = -1;  // our end of the pipe
   FrameQueue queue;
-  int messages = -1;  // ffmpeg's standard error, in memory
+  int messages = -1;        // ffmpeg's standard error, in memory
+  double processTime = 0;   // that ffmpeg had used at the last change, s
+  double lastProgress = 0;  // when that was, s
+  bool killed = false;      // because it stood still
 };
 
 }  // namespace vex

@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
+#include <utility>
 
 namespace vex {
 
@@ -18,15 +20,25 @@ bool writeAll(int descriptor, const void* data, std::size_t size) {
   return true;
 }
 
-void FrameQueue::start(int pipeEnd) {
+void FrameQueue::start(int pipeEnd, std::function<void()> whileWaiting) {
   descriptor = pipeEnd;
+  watch = std::move(whileWaiting);
   writer = std::thread([this] { writeFrames(); });
+}
+
+void FrameQueue::wait(std::unique_lock<std::mutex>& lock, const std::function<bool()>& isOver) {
+  constexpr std::chrono::milliseconds watchInterval(100);
+  while (!changed.wait_for(lock, watchInterval, isOver)) {
+    lock.unlock();
+    watch();
+    lock.lock();
+  }
 }
 
 bool FrameQueue::put(std::vector<std::byte>& frame) {
   std::unique_lock lock(mutex);
-  changed.wait(
-      lock, [&] { return failed || waiting.empty() || (waiting.size() + 1) * frame.size() <= waitingBytes; });
+  wait(lock,
+       [&] { return failed || waiting.empty() || (waiting.size() + 1) * frame.size() <= waitingBytes; });
   if (failed) return false;
   waiting.push_back(std::move(frame));
   frame.clear();
@@ -41,10 +53,11 @@ bool FrameQueue::put(std::vector<std::byte>& frame) {
 bool FrameQueue::finish() {
   if (!writer.joinable()) return !failed;
   {
-    const std::lock_guard lock(mutex);
+    std::unique_lock lock(mutex);
     ended = true;
+    changed.notify_all();
+    wait(lock, [&] { return done; });
   }
-  changed.notify_all();
   writer.join();
   return !failed;
 }
@@ -52,8 +65,8 @@ bool FrameQueue::finish() {
 void FrameQueue::writeFrames() {
   std::unique_lock lock(mutex);
   while (true) {
-    changed.wait(lock, [&] { return ended || !waiting.empty(); });
-    if (waiting.empty()) return;
+    changed.wait(lock, [&] { return ended || failed || !waiting.empty(); });
+    if (waiting.empty() || failed) break;
     std::vector<std::byte> frame = std::move(waiting.front());
     waiting.pop_front();
     lock.unlock();
@@ -62,8 +75,9 @@ void FrameQueue::writeFrames() {
     spare.push_back(std::move(frame));
     failed = !written;
     changed.notify_all();
-    if (failed) return;
   }
+  done = true;
+  changed.notify_all();
 }
 
 }  // namespace vex

@@ -1,5 +1,6 @@
 #include "platform/jpeg_decoder.h"
 
+#include <algorithm>
 #include <csetjmp>
 #include <cstdio>
 
@@ -19,6 +20,7 @@ struct JpegState {
   jpeg_progress_mgr progress{};
   std::jmp_buf giveUp{};
   bool endMarkNeeded = false;  // it alone tells that all pixels were there
+  char complaint[JMSG_LENGTH_MAX] = "";
 };
 
 namespace {
@@ -33,6 +35,12 @@ JpegState& stateOf(j_common_ptr library) {
   std::longjmp(stateOf(library).giveUp, 1);
 }
 
+// For the reason that the library has just found.
+[[noreturn]] void giveUpOverMessage(j_common_ptr library) {
+  library->err->format_message(library, stateOf(library).complaint);
+  giveUp(library);
+}
+
 // Negative levels are warnings.
 void judgeMessage(j_common_ptr library, int level) {
   if (level >= 0) return;
@@ -41,9 +49,9 @@ void judgeMessage(j_common_ptr library, int level) {
     case JWRN_HUFF_BAD_CODE:
     case JWRN_ARITH_BAD_CODE:
     case JWRN_MUST_RESYNC:
-      giveUp(library);
+      giveUpOverMessage(library);
     case JWRN_JPEG_EOF:
-      if (stateOf(library).endMarkNeeded) giveUp(library);
+      if (stateOf(library).endMarkNeeded) giveUpOverMessage(library);
       break;
     default:
       break;
@@ -51,7 +59,9 @@ void judgeMessage(j_common_ptr library, int level) {
 }
 
 void countScans(j_common_ptr library) {
-  if (reinterpret_cast<j_decompress_ptr>(library)->input_scan_number > mostScans) giveUp(library);
+  if (reinterpret_cast<j_decompress_ptr>(library)->input_scan_number <= mostScans) return;
+  std::snprintf(stateOf(library).complaint, JMSG_LENGTH_MAX, "More than %d scans", mostScans);
+  giveUp(library);
 }
 
 // False where the library gives up, which it does by a jump out of `steps`: nothing there has a destructor.
@@ -73,13 +83,17 @@ JpegDecoder openJpegDecoder() {
   JpegDecoder decoder(new JpegState);
   JpegState& state = *decoder;
   state.library.err = jpeg_std_error(&state.errors);
-  state.errors.error_exit = giveUp;
+  state.errors.error_exit = giveUpOverMessage;
   state.errors.emit_message = judgeMessage;
   state.library.client_data = &state;  // stays through the creation
   if (!attempt(state, [](auto& library) { jpeg_create_decompress(&library); })) return nullptr;
   state.progress.progress_monitor = countScans;
   state.library.progress = &state.progress;
   return decoder;
+}
+
+const char* jpegComplaint(const JpegDecoder& decoder) {
+  return decoder->complaint;
 }
 
 bool readJpegParameters(const JpegDecoder& decoder, std::span<const std::byte> file,
@@ -95,20 +109,28 @@ bool readJpegParameters(const JpegDecoder& decoder, std::span<const std::byte> f
   });
 }
 
-bool decodeJpeg(const JpegDecoder& decoder, std::span<std::uint32_t> pixels) {
-  return attempt(*decoder, [&](auto& library) {
+bool decodeJpeg(const JpegDecoder& decoder, std::vector<std::uint32_t>& pixels) {
+  pixels.clear();
+  const jpeg_decompress_struct& header = decoder->library;
+  pixels.reserve(std::size_t{header.image_width} * header.image_height);
+  const bool whole = attempt(*decoder, [&](auto& library) {
     if (library.num_components == 3) library.jpeg_color_space = JCS_YCbCr;
     library.out_color_space = JCS_EXT_RGBA;
     jpeg_start_decompress(&library);
     const std::size_t width = library.output_width;
-    if (pixels.size() < width * library.output_height) giveUp(reinterpret_cast<j_common_ptr>(&library));
     while (library.output_scanline < library.output_height) {
-      const std::size_t row = library.output_height - 1 - library.output_scanline;
-      auto* samples = reinterpret_cast<JSAMPLE*>(pixels.data() + row * width);
+      pixels.resize(pixels.size() + width);
+      auto* samples = reinterpret_cast<JSAMPLE*>(pixels.data() + pixels.size() - width);
       jpeg_read_scanlines(&library, &samples, 1);
     }
     jpeg_abort_decompress(&library);
   });
+  if (!whole) return false;
+  // The file begins with the top row.
+  const auto width = static_cast<std::ptrdiff_t>(header.image_width);
+  auto top = pixels.begin(), bottom = pixels.end() - width;
+  for (; top < bottom; top += width, bottom -= width) std::swap_ranges(top, top + width, bottom);
+  return true;
 }
 
 }  // namespace vex

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <vector>
 
 // JPEG files in memory to pixels. What ends before its pixels do, or holds damaged ones, counts as a failure;
 // stray bytes around them do not.
@@ -25,13 +26,16 @@ struct JpegParameters {
 // Null when the library gives none.
 JpegDecoder openJpegDecoder();
 
+// Why the last of the calls below has failed, in the library's words.
+const char* jpegComplaint(const JpegDecoder& decoder);
+
 // Once for each decoder, which then goes on in these very bytes. False when the file has no readable header.
 bool readJpegParameters(const JpegDecoder& decoder, std::span<const std::byte> file,
                         JpegParameters& parameters);
 
 // After the parameters. Files of 1 and 3 channels, the latter Y, Cb and Cr, become bytes R, G, B, 255 per
-// pixel; the bottom row of the picture comes first. `pixels` takes width x height. False when not all pixels
-// are there.
-bool decodeJpeg(const JpegDecoder& decoder, std::span<std::uint32_t> pixels);
+// pixel; the bottom row of the picture comes first. False when not all pixels are there: memory is touched
+// only for those that are, whatever size the file claims.
+bool decodeJpeg(const JpegDecoder& decoder, std::vector<std::uint32_t>& pixels);
 
 }  // namespace vex

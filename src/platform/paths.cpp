@@ -1,6 +1,7 @@
 #include "platform/paths.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -60,17 +61,24 @@ std::string resolvePath(const char* name) {
   return path;
 }
 
+// A pipe is opened without waiting for who writes it, and what is no file is left at once.
+std::FILE* openFileForReading(const char* path) {
+  const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor < 0) return nullptr;
+  struct stat status;
+  int error = fstat(descriptor, &status) != 0 ? errno : 0;
+  if (error == 0 && !S_ISREG(status.st_mode)) error = S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP;
+  std::FILE* file = error == 0 ? fdopen(descriptor, "rb") : nullptr;
+  if (file) return file;
+  if (error == 0) error = errno;
+  close(descriptor);
+  errno = error;
+  return nullptr;
+}
+
 std::FILE* openLooseFile(const char* name, const char* mode) {
   const std::string path = resolvePath(name);
-  if (mode[0] == 'r') {
-    struct stat status;
-    if (stat(path.c_str(), &status) != 0) return nullptr;
-    if (!S_ISREG(status.st_mode)) {
-      errno = S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP;
-      return nullptr;
-    }
-  }
-  return std::fopen(path.c_str(), mode);
+  return mode[0] == 'r' ? openFileForReading(path.c_str()) : std::fopen(path.c_str(), mode);
 }
 
 }  // namespace vex

@@ -14,6 +14,9 @@ namespace vex {
 // taken (the first in byte order). A name without any match keeps its own spelling.
 std::string resolvePath(const char* name);
 
+// Opens the file of that very path; null, with errno, on failure and for what is no regular file.
+std::FILE* openFileForReading(const char* path);
+
 // fopen of the resolved path; null, with errno, on failure and for what is not a regular file when reading.
 std::FILE* openLooseFile(const char* name, const char* mode);
 

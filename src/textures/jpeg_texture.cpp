@@ -21,7 +21,7 @@ struct JpegFile {
 
 JpegFile readParameters(int handle, const char* file) {
   JpegFile jpeg{.decoder = openJpegDecoder(), .bytes = {}, .parameters = {}};
-  if (!jpeg.decoder) fatalError("ijlInit() failed");
+  if (!jpeg.decoder) fatalError("ijlInit() failed (texture %s)", file);
   const std::uint64_t size = fileRemaining(handle);
   if (size > maxFileSize) {
     fatalError("texture %s holds %llu bytes, at most %llu are possible", file,
@@ -32,19 +32,20 @@ JpegFile readParameters(int handle, const char* file) {
     fatalError("texture %s: its %llu bytes cannot be read", file, static_cast<unsigned long long>(size));
   }
   if (!readJpegParameters(jpeg.decoder, jpeg.bytes, jpeg.parameters))
-    fatalError("texture %s: ijlRead(Params) failed", file);
+    fatalError("ijlRead(Params) failed (texture %s: %s)", file, jpegComplaint(jpeg.decoder));
   return jpeg;
 }
 
 Image decode(const JpegFile& jpeg, const char* file) {
   const JpegParameters& parameters = jpeg.parameters;
   if (parameters.channels != 1 && parameters.channels != 3) {
-    fatalError("texture %s: strange JPEG format", file);
+    fatalError("strange JPEG format (texture %s has %d channels)", file, parameters.channels);
   }
   checkImageSides(file, parameters.width, parameters.height);
   Image image{.width = parameters.width, .height = parameters.height, .pixels = {}};
-  image.pixels.resize(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
-  if (!decodeJpeg(jpeg.decoder, image.pixels)) fatalError("texture %s: ijlRead(image) failed", file);
+  if (!decodeJpeg(jpeg.decoder, image.pixels)) {
+    fatalError("ijlRead(image) failed (texture %s: %s)", file, jpegComplaint(jpeg.decoder));
+  }
   return image;
 }
 

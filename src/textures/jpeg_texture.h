@@ -3,8 +3,9 @@
 #include "textures/image.h"
 
 // JPEG files of textures and movie frames. Greyscale files give three equal channels.
-// Fatal for both: "Texture %s not found", "ijlInit() failed", and by name "ijlRead(Params) failed",
-// "ijlRead(image) failed" (not all pixels are there), "strange JPEG format" (neither 1 nor 3 channels).
+// Fatal for both: "Texture %s not found", and followed by the file's name and what is wrong with it
+// "ijlInit() failed", "ijlRead(Params) failed", "ijlRead(image) failed" (not all pixels are there), "strange
+// JPEG format" (neither 1 nor 3 channels).
 
 namespace vex {
 

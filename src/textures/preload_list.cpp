@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "base/fatal_place.h"
 #include "base/files.h"
 #include "base/report.h"
 #include "platform/paths.h"
@@ -12,7 +13,7 @@ namespace {
 
 constexpr const char* listFile = "used_textures.log";
 
-void preloadLine(const char* line) {
+void preloadLine(const char* line, int number) {
   char name[128];
   int wrap = 0;
   if (std::sscanf(line, "%127s %d", name, &wrap) != 2) return;
@@ -21,6 +22,7 @@ void preloadLine(const char* line) {
   } else {
     logPrintf("preloading texture %s\n", name);
   }
+  const FatalPlace place([number] { return formatted("%s:%d", listFile, number); });
   getTexture(name, wrap == 1);
 }
 
@@ -29,11 +31,11 @@ void preloadLine(const char* line) {
 void preloadTextures() {
   const OpenFile list(fileOpen(listFile, "r"));
   if (!list.found()) return;
-  while (!fileEof(list)) {
+  for (int number = 1; !fileEof(list); ++number) {
     // The result says nothing of the last line: without a line feed it is null though a line was read.
     char line[128] = "";
     fileGets(line, sizeof line, list);
-    preloadLine(line);
+    preloadLine(line, number);
   }
 }
 

@@ -1,6 +1,8 @@
 #include "timeline/function_call.h"
 
+#include "base/fatal_place.h"
 #include "base/report.h"
+#include "timeline/part_dispatcher.h"
 #include "timeline/scene_function.h"
 
 namespace vex {
@@ -10,6 +12,10 @@ FunctionCall::~FunctionCall() {
 }
 
 void FunctionCall::invoke(float sceneTime, float progress) {
+  const FatalPlace place([this, sceneTime] {
+    return formatted("%s.%s at %g s of part %s", scene ? scene->name : "no scene", name, sceneTime,
+                     part ? part->name : "none");
+  });
   if (!function) fatalError("No function call defined for %s!", name);
   const void* arguments[maxArguments] = {};
   int slot = 0;

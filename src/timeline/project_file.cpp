@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "base/clock.h"
+#include "base/fatal_place.h"
 #include "base/files.h"
 #include "base/report.h"
 #include "timeline/part_dispatcher.h"
@@ -71,10 +72,13 @@ class Loader final : public ProjectListener {
     part->calls[callsBegun++] = call;
     call->part = part;
     parametersTaken = 0;
+    const FatalPlace place([this] { return "project " + fileName + ": part " + part->name; });
     if (dispatcher.names == ProjectNames::resolved) call->scene = dispatcher.findScene(name.c_str());
   }
   void function(const std::string& name) override {
     copyText(call->name, name);
+    const FatalPlace place(
+        [this] { return "project " + fileName + ": part " + part->name + ": " + call->scene->name; });
     if (call->scene) call->function = dispatcher.getFunctionByName(call->scene, call->name);
   }
   void parameters(int count) override { call->parameters.allocate(count); }
@@ -84,7 +88,7 @@ class Loader final : public ProjectListener {
     call->parameters[parametersTaken++] = parameter;
     fillPlayed(*parameter, record);
     if (lacksValue(*parameter)) {
-      fatalError("project %s: part %s: curve of %s.%s has no dots", fileName, part->name, call->name,
+      fatalError("project %s: part %s: curve of %s.%s has no dots", fileName.c_str(), part->name, call->name,
                  parameter->name);
     }
   }
@@ -93,11 +97,11 @@ class Loader final : public ProjectListener {
   // Of the show's own times, without which it would never end.
   void requireFinite(const char* field, float value) {
     if (const auto fault = findNumberFault(value))
-      fatalError("project %s: %s %s", fileName, field, fault->c_str());
+      fatalError("project %s: %s %s", fileName.c_str(), field, fault->c_str());
   }
 
   PartDispatcher& dispatcher;
-  const char* fileName;
+  const std::string fileName;
   Part* part = nullptr;          // that is being read
   FunctionCall* call = nullptr;  // likewise
   int partsBegun = 0, callsBegun = 0, parametersTaken = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 #include "base/report.h"
@@ -20,37 +21,50 @@ struct Decoder {
   ProjectSource& source;
   const char* file;
   ProjectListener& listener;
-  std::string place;  // what refused fields belong to: "part intro: "
-  std::string owner;  // and the call or parameter: " of animate.red"
+  std::string place;       // what refused fields belong to: "part intro: "
+  std::string owner;       // and the call or parameter: " of animate.red"
+  std::size_t offset = 0;  // bytes read
 
-  [[noreturn]] void fail(const std::string& text) {
-    listener.refuse(text);
-    std::abort();
+  static const char* nameIn(const char* label) { return label + std::strspn(label, " "); }
+
+  std::string describe(const char* field, const std::string& complaint) const {
+    return formatted("project %s: %s%s%s %s", file, place.c_str(), field, owner.c_str(), complaint.c_str());
   }
   [[noreturn]] void refuse(const char* field, const std::string& complaint) {
-    fail(formatted("project %s: %s%s%s %s", file, place.c_str(), field, owner.c_str(), complaint.c_str()));
+    listener.refuse(describe(field, complaint));
+    std::abort();
+  }
+  // What is wrong with the field follows the text.
+  [[noreturn]] void fail(const std::string& text, const char* field, const std::string& complaint) {
+    listener.refuse(text + (text.ends_with('\n') ? "(" : " (") + describe(field, complaint) + ")");
+    std::abort();
   }
 
   template <std::size_t size>
-  std::uint64_t bits(const char* complaint) {
+  std::uint64_t bits(const char* complaint, const char* field) {
     std::uint8_t bytes[size];
-    if (!source.read(bytes)) fail(complaint);
+    if (!source.read(bytes)) fail(complaint, field, "lacks its end behind byte " + std::to_string(offset));
+    offset += size;
     return littleEndian(bytes);
   }
-  double real() { return std::bit_cast<double>(bits<8>("double != 8 bytes (0 read)\n")); }
-  std::int32_t integer() { return static_cast<std::int32_t>(bits<4>("int != 4 bytes (0 read)\n")); }
-  int byte() { return static_cast<int>(bits<1>("byte != 1 byte (0 read)\n")); }
-  bool flag() {
-    const int value = byte();
-    if (value > 1) fail("unknown boolean values\n");
+  double real(const char* field) {
+    return std::bit_cast<double>(bits<8>("double != 8 bytes (0 read)\n", field));
+  }
+  std::int32_t integer(const char* field) {
+    return static_cast<std::int32_t>(bits<4>("int != 4 bytes (0 read)\n", field));
+  }
+  int byte(const char* field) { return static_cast<int>(bits<1>("byte != 1 byte (0 read)\n", field)); }
+  bool flag(const char* field) {
+    const int value = byte(field);
+    if (value > 1) fail("unknown boolean values\n", field, "is " + std::to_string(value));
     return value == 1;
   }
 
   // Ends behind the 127th character that counts.
-  std::string line() {
+  std::string line(const char* field) {
     std::string text;
     for (std::size_t counted = 0; counted <= maxProjectName;) {
-      const char character = static_cast<char>(bits<1>("char != 1 byte (0 read)\n"));
+      const char character = static_cast<char>(bits<1>("char != 1 byte (0 read)\n", field));
       if (character == '\n') break;
       if (character != '\r') ++counted;
       if (character != '\r' || source.keepsCarriageReturns) text += character;
@@ -59,25 +73,25 @@ struct Decoder {
   }
 
   std::string text(const char* field) {
-    std::string text = line();
+    std::string text = line(field);
     const auto returns = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
     if (text.size() - returns > maxProjectName) refuse(field, "is longer than 126 characters");
     return text;
   }
-  // Also to the log, behind the label.
-  std::string loggedText(const char* field, const char* label) {
-    std::string read = text(field);
+  // Also to the log, behind the label, which is the field's name but for its indentation.
+  std::string loggedText(const char* label) {
+    std::string read = text(nameIn(label));
     logPrintf("%s %s\n", label, playedText(read).c_str());
     return read;
   }
   double loggedReal(const char* label) {
-    const double value = real();
+    const double value = real(nameIn(label));
     logPrintf("%s %f\n", label, value);
     return value;
   }
   // The player holds a float.
   double loggedFloat(const char* label) {
-    const double value = real();
+    const double value = real(nameIn(label));
     logPrintf("%s %f\n", label, static_cast<double>(static_cast<float>(value)));
     return value;
   }
@@ -87,24 +101,25 @@ ProjectParameter decodeParameter(Decoder& in, const std::string& function) {
   ProjectParameter parameter;
   logPrintf("      parameter\n");
   in.owner = " of " + function + ".";
-  parameter.name = in.loggedText("name", "        name");
+  parameter.name = in.loggedText("        name");
   const std::string name = playedText(parameter.name);
   in.owner += name;
-  parameter.type = static_cast<std::int8_t>(in.byte());
+  parameter.type = static_cast<std::int8_t>(in.byte("type"));
   logPrintf("        type %d\n", parameter.type);
   if (parameter.type < PARAM_CONST || parameter.type > PARAM_STRING) {
-    in.fail(formatted("unknown parameter type at %s.%s", function.c_str(), name.c_str()));
+    in.fail(formatted("unknown parameter type at %s.%s", function.c_str(), name.c_str()), "type",
+            "is " + std::to_string(parameter.type));
   }
   parameter.constant = in.loggedFloat("        const");
   parameter.sinPeriod = in.loggedFloat("        sin period");
   parameter.sinAmplitude = in.loggedFloat("        sin amplitude");
   parameter.sinOffset = in.loggedFloat("        sin offset");
   parameter.sinPhase = in.loggedFloat("        sin phase");
-  parameter.dots.resize(static_cast<std::size_t>(in.byte()));
+  parameter.dots.resize(static_cast<std::size_t>(in.byte("dot count")));
   logPrintf("        %zu dots\n", parameter.dots.size());
   for (ProjectDot& dot : parameter.dots) {
-    dot.x = in.real();
-    dot.y = in.real();
+    dot.x = in.real("dot");
+    dot.y = in.real("dot");
     logPrintf("          %f %f\n", static_cast<double>(static_cast<float>(dot.x)),
               static_cast<double>(static_cast<float>(dot.y)));
   }
@@ -126,7 +141,7 @@ ProjectCall decodeCall(Decoder& in) {
   call.function = in.text("function name");
   const std::string function = playedText(call.function);
   in.listener.function(function);
-  const int count = in.byte();
+  const int count = in.byte("parameter count");
   if (count > maxArguments) {
     in.owner = " of " + function;
     in.refuse("parameter count",
@@ -144,18 +159,18 @@ ProjectPart decodePart(Decoder& in) {
   ProjectPart part;
   in.owner.clear();
   in.place = "part : ";
-  part.name = in.loggedText("name", "    name");
+  part.name = in.loggedText("    name");
   in.place = "part " + playedText(part.name) + ": ";
-  part.editorNumber = in.integer();
+  part.editorNumber = in.integer("number of the editing tool");
   part.pos = in.loggedFloat("    pos");
   part.start = in.loggedFloat("    start");
   part.length = in.loggedFloat("    length");
-  part.track = static_cast<std::int8_t>(in.byte());
+  part.track = static_cast<std::int8_t>(in.byte("track"));
   logPrintf("    track %d\n", part.track);
-  part.editorFlag = in.flag();
-  if (!in.flag()) in.fail("inactive part found");
+  part.editorFlag = in.flag("flag of the editing tool");
+  if (!in.flag("active")) in.fail("inactive part found", "active", "is 0");
   part.speed = in.loggedFloat("    speed");
-  const int count = in.byte();
+  const int count = in.byte("call count");
   in.listener.calls(part, count);
   for (int i = 0; i < count; ++i) part.calls.push_back(decodeCall(in));
   return part;
@@ -163,15 +178,16 @@ ProjectPart decodePart(Decoder& in) {
 
 ProjectHead decodeHead(Decoder& in) {
   ProjectHead head;
-  head.version = in.line();
+  head.version = in.line("version");
   if (withoutCarriageReturns(head.version) != projectVersion) {
-    in.fail(formatted("Wrong file version. Must be %s\n", projectVersion.data()));
+    in.fail(formatted("Wrong file version. Must be %s\n", projectVersion.data()), "version",
+            "is " + playedText(head.version));
   }
   logPrintf("start reading %s\n", in.file);
-  head.executable = in.loggedText("executable file name", "executable file name");
+  head.executable = in.loggedText("executable file name");
   head.startTime = in.loggedReal("start time");
   in.listener.startTime(static_cast<float>(head.startTime));
-  head.functionsFile = in.loggedText("functions file name", "functions file name");
+  head.functionsFile = in.loggedText("functions file name");
   head.leftTime = in.loggedReal("left time");
   head.totalTime = in.loggedReal("total time");
   in.listener.totalTime(static_cast<float>(head.totalTime));
@@ -184,11 +200,14 @@ ProjectHead decodeHead(Decoder& in) {
     logPrintf("no sound file defined\n");
   }
   logPrintf("ignored fields successfully read\n");
-  const int tickCount = in.integer();
+  const int tickCount = in.integer("tick count");
   logPrintf("reading %d ticks\n", tickCount);
-  if (tickCount < 0) in.fail(formatted("project %s: tick count %d is below 0", in.file, tickCount));
+  if (tickCount < 0) in.refuse("tick count", formatted("%d is below 0", tickCount));
   // Grows with what is there, so that a count that lies only meets the end of the file.
-  for (int i = 0; i < tickCount; ++i) head.ticks.push_back(in.loggedReal("  "));
+  for (int i = 0; i < tickCount; ++i) {
+    head.ticks.push_back(in.real("tick"));
+    logPrintf("   %f\n", head.ticks.back());
+  }
   logPrintf("ticks successfully read\n");
   return head;
 }
@@ -305,11 +324,12 @@ bool MemorySource::read(std::span<std::uint8_t> target) {
 void decodeProject(ProjectSource& source, const char* name, ProjectListener& listener) {
   Decoder in{.source = source, .file = name, .listener = listener, .place = "", .owner = ""};
   listener.take(decodeHead(in));
-  const int partCount = in.integer();
+  const int partCount = in.integer("part count");
   if (partCount >= maxParts) {
-    listener.refuse(formatted("pCount exceeds maximum of %d in PartDispatcher!", maxParts));
+    in.fail(formatted("pCount exceeds maximum of %d in PartDispatcher!", maxParts), "part count",
+            "is " + std::to_string(partCount));
   }
-  if (partCount < 0) listener.refuse(formatted("project %s: part count %d is below 0", name, partCount));
+  if (partCount < 0) in.refuse("part count", formatted("%d is below 0", partCount));
   listener.parts(partCount);
   logPrintf("reading %d parts\n", partCount);
   for (int i = 0; i < partCount; ++i) {

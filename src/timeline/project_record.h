@@ -134,7 +134,7 @@ struct MemorySource final : ProjectSource {
 struct ProjectListener {
   // What no project file can look like, in the player's last words: "double != 8 bytes (0 read)\n", "int != 4
   // bytes (0 read)\n", "byte != 1 byte (0 read)\n", "char != 1 byte (0 read)\n" where a whole value is not
-  // there, "unknown boolean values\n" and so on. Does not return.
+  // there, "unknown boolean values\n" and so on, with file, field and value behind them. Does not return.
   virtual void refuse(const std::string& text) = 0;
 
   virtual void startTime(float) {}

@@ -407,7 +407,7 @@ TEST_F(Player, AFatalErrorShowsABoxAndEndsWithoutCleanUp) {
   EXPECT_TRUE(program.running()) << "the box waits";
   key("Return");
   EXPECT_EQ(program.exitCode(), 255);
-  EXPECT_EQ(program.errors(), "vex: Wrong file version. Must be 0.17\n");
+  EXPECT_EQ(program.errors(), "vex: Wrong file version. Must be 0.17 (project test.hvp: version is 0.1)\n");
   EXPECT_EQ(readFile("Demo.log").find("destroying mesh"), std::string::npos);
 }
 

@@ -73,12 +73,17 @@ TEST_F(Files, BlockReadMayEndAtTheMembersEndButNotBeyond) {
   EXPECT_EQ(fileRead(buffer.data(), 1, 10, handle), 10u);
   EXPECT_EQ(std::string(buffer.data(), 10), "0123456789");
   EXPECT_TRUE(fileEof(handle));
-  EXPECT_EQ(fatalText([&] { fileRead(buffer.data(), 1, 1, handle); }), "Super ARGH");
+  const auto refusal = [](const char* what) {
+    return "Super ARGH (" + std::string(what) + " of data\\first.bin are more than its 10)";
+  };
+  EXPECT_EQ(fatalText([&] { fileRead(buffer.data(), 1, 1, handle); }), refusal("1 times 1 bytes at byte 10"));
   fileSeek(handle, 8, SeekOrigin::start);
-  EXPECT_EQ(fatalText([&] { fileRead(buffer.data(), 2, 2, handle); }), "Super ARGH");
-  EXPECT_EQ(fatalText([&] { fileRead(buffer.data(), ~std::size_t{0} / 2, 3, handle); }), "Super ARGH");
+  EXPECT_EQ(fatalText([&] { fileRead(buffer.data(), 2, 2, handle); }), refusal("2 times 2 bytes at byte 8"));
+  EXPECT_EQ(fatalText([&] { fileRead(buffer.data(), ~std::size_t{0} / 2, 3, handle); }),
+            refusal("3 times 9223372036854775807 bytes at byte 8"));
   fileSeek(handle, -5, SeekOrigin::start);
-  EXPECT_EQ(fatalText([&] { fileRead(buffer.data(), 1, 1, handle); }), "Super ARGH");
+  EXPECT_EQ(fatalText([&] { fileRead(buffer.data(), 1, 1, handle); }),
+            refusal("1 times 1 bytes at byte 4294967291"));
 }
 
 TEST_F(Files, ByteReadsStopAtTheEnd) {
@@ -87,7 +92,7 @@ TEST_F(Files, ByteReadsStopAtTheEnd) {
     const int handle = fileOpen(name, "rb");
     for (const char c : std::string("0123456789")) EXPECT_EQ(fileGetc(handle), c) << name;
     EXPECT_EQ(fileEof(handle), name[0] == 'd') << "only a loose file must meet the end first";
-    EXPECT_EQ(fatalText([&] { fileGetc(handle); }), "ARGH!") << name;
+    EXPECT_EQ(fatalText([&] { fileGetc(handle); }), "ARGH! (" + std::string(name) + " ends after 10 bytes)");
     fileClose(handle);
   }
 }

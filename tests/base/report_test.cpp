@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/fatal_place.h"
 #include "base/options.h"
 #include "tests/support/fatal.h"
 #include "tests/support/temporary_folder.h"
@@ -68,6 +69,28 @@ TEST_F(Report, MessagesAreOneLineOfTheProgram) {
   const ChildResult warned = runInChild([] { warning("careful\n"); });
   EXPECT_EQ(warned.exitCode, 0) << "a warning returns";
   EXPECT_EQ(warned.errorText, "vextests: careful\n");
+}
+
+TEST_F(Report, ThePlaceFollowsAFatalErrorWhateverItsLength) {
+  const std::string text(600, 'x');
+  const struct {
+    std::string text, message;
+  } cases[] = {
+      {"bad", "bad (line 3, file a)"},
+      {"bad\n", "bad\n(line 3, file a)"},
+      {text, text.substr(0, 511 - 17) + " (line 3, file a)"},
+  };
+  for (const auto& [given, message] : cases) {
+    EXPECT_EQ(fatalText([&] {
+                const FatalPlace file([] { return "file a"; });
+                {
+                  const FatalPlace ended([] { return "line 2"; });
+                }
+                const FatalPlace line([] { return "line 3"; });
+                fatalError("%s", given.c_str());
+              }),
+              message);
+  }
 }
 
 TEST_F(Report, LoadingBarShowsTheShareOfTheStepsBefore) {

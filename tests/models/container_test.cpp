@@ -7,6 +7,7 @@
 
 #include "base/files.h"
 #include "base/options.h"
+#include "tests/support/codec_members.h"
 #include "tests/support/fatal.h"
 #include "tests/support/pak_builder.h"
 #include "tests/support/temporary_folder.h"
@@ -140,11 +141,11 @@ TEST_F(Container, CallsOutOfOrderAreFatal) {
                   container.open(name, first, &word);
                   container.open("data\\other.hv3", second, &word);
                 }),
-                "Cannot open two zip files simultaneously!");
+                "Cannot open two zip files simultaneously! (data\\other.hv3 while data\\skull.hv3 is open)");
     }
   }
   EXPECT_EQ(fatalText([&] { container.open(name, ZIP_CLOSED, &word); }),
-            "Cannot open zip file w/ mode=ZIP_CLOSED!");
+            "Cannot open zip file w/ mode=ZIP_CLOSED! (data\\skull.hv3)");
   EXPECT_EQ(fatalText([&] { container.read(&byte, 1); }), "zipRead() called on closed file!");
   EXPECT_EQ(fatalText([&] { container.write(&byte, 1); }), "zipWrite() called on closed file!");
   EXPECT_EQ(fatalText([&] { container.close(); }), "zipClose() called on closed file!");
@@ -177,7 +178,7 @@ TEST_F(Container, RefusedBytesAreFatal) {
   // A device that is always full: the refusal shows when stdio's buffer is full, or at the close.
   for (const std::size_t size : {10, 100'000}) {
     EXPECT_EQ(fatalText([&] { writeContainer(someData(size), "/dev/full"); }),
-              "Write error in zip.putbyte()!");
+              "Write error in zip.putbyte()! (/dev/full: No space left on device)");
   }
 }
 
@@ -193,30 +194,58 @@ TEST_F(Container, DamageIsRefusedByName) {
   };
   std::string longName = changed(31, '\xff');
   longName[33] = '\xff';
+  const std::string named = "data\\skull.hv3: ";
   const struct {
     std::string file, problem;
   } rows[] = {
-      {changed(4, 1), "bad magic header (code 2)"},
-      {changed(10, 1), "reserved field or compression method (code 3)"},
-      {changed(12, 4), "reserved field or compression method (code 3)"},
-      {longName, "EOF while processing header (code 4)"},
-      {changed(34, static_cast<char>(valid[34] ^ 7)), "Invalid compressed data (code 5)"},
-      {changed(46 + z, 1), "uncompressed size differs from recorded (code 7)"},
-      {changed(39 + z, 1), "bad CRC (code 8)"},
-      {changed(50 + z, 1), "unzclose() failed (code 5)"},
+      {changed(4, 1), named + "bad magic header (code 2)"},
+      {changed(10, 1), named + "reserved field or compression method (code 3)"},
+      {changed(12, 4), named + "reserved field or compression method (code 3)"},
+      {longName, named + "EOF while processing header (code 4)"},
+      {changed(34, static_cast<char>(valid[34] ^ 7)), named + "Invalid compressed data (code 5)"},
+      {changed(46 + z, 1), named + "uncompressed size differs from recorded (code 7)"},
+      {changed(39 + z, 1), named + "bad CRC (code 8)"},
+      {changed(50 + z, 1), "unzclose() failed (code 5) (data\\skull.hv3: Invalid compressed data)"},
   };
   for (const auto& [file, problem] : rows) {
     writeFile(path, file);
     std::uint32_t word = 0;
-    EXPECT_EQ(fatalText([&] { readContainer(1000, &word); }), "data\\skull.hv3: " + problem);
+    EXPECT_EQ(fatalText([&] { readContainer(1000, &word); }), problem);
     ModelContainer container;
     container.open(name, ZIP_READ, &word, ZipFailure::reported);
     EXPECT_EQ(word, 1000u);
     std::string buffer(1000, '\0');
     container.read(buffer.data(), 1000);
     container.read(buffer.data(), 1000);
-    EXPECT_EQ(container.close(), "data\\skull.hv3: " + problem);
+    EXPECT_EQ(container.close(), problem);
   }
+}
+
+// A file of a megabyte could ask for a gigabyte; the writer makes none that the reader refuses.
+TEST_F(Container, DataBeyondAllMeasureIsRefused) {
+  const std::string zeros((16 << 20) + 1, '\0');
+  const std::string fits(std::size_t{4} << 20, '\0');
+  std::uint32_t word = 0;
+  writeContainer(fits);
+  EXPECT_EQ(readContainer(fits.size(), &word), fits);
+
+  std::uint32_t header = 1;
+  ModelContainer container;
+  container.open(name, ZIP_WRITE, &header, ZipFailure::reported);
+  container.write(zeros.data(), static_cast<std::uint32_t>(zeros.size()));
+  const std::string refused = container.close();
+  EXPECT_TRUE(refused.starts_with("data\\skull.hv3: more than ")) << refused;
+  EXPECT_EQ(readContainer(fits.size(), &word), fits) << "the file before stays";
+
+  const std::string file = littleEndianBytes(zeros.size(), 4) + Member{.data = zeros}.bytes();
+  writeFile(path, file);
+  const std::string message = "data\\skull.hv3: more than " + std::to_string(mostUnpacked(file.size())) +
+                              " bytes of data in a file of " + std::to_string(file.size());
+  EXPECT_EQ(fatalText([&] { readContainer(zeros.size(), &word); }), message);
+  container.open(name, ZIP_READ, &word, ZipFailure::reported);
+  std::string buffer(zeros.size(), '\0');
+  EXPECT_EQ(container.read(buffer.data(), static_cast<std::uint32_t>(buffer.size())), 0u);
+  EXPECT_EQ(container.close(), message);
 }
 
 // Loose or packed; nothing of it is left behind, not even an open file.
@@ -244,7 +273,7 @@ TEST_F(Container, EveryBeginningIsRefusedByName) {
       EXPECT_EQ(problem,
                 "data\\skull.hv3: ends after " + std::to_string(size) + " bytes, its header word has 4");
     } else if (size < checked) {
-      EXPECT_EQ(problem, "data\\skull.hv3: ARGH! It ends before its compressed data does");
+      EXPECT_EQ(problem, "ARGH! (data\\skull.hv3 ends before its compressed data does)");
     } else {
       EXPECT_EQ(problem, "");
       EXPECT_EQ(read, data);
@@ -255,7 +284,7 @@ TEST_F(Container, EveryBeginningIsRefusedByName) {
   writeFile(path, valid.substr(0, 50));
   std::uint32_t word = 0;
   EXPECT_EQ(fatalText([&] { readContainer(200, &word); }),
-            "data\\skull.hv3: ARGH! It ends before its compressed data does");
+            "ARGH! (data\\skull.hv3 ends before its compressed data does)");
 }
 
 TEST_F(Container, LessThanAskedForIsTheEndOfTheData) {
@@ -279,7 +308,7 @@ TEST_F(Container, ReportedFailuresOfWritingLeaveNothing) {
   const std::string data = someData(100'000);
   container.open("/dev/full", ZIP_WRITE, &word, ZipFailure::reported);
   container.write(data.data(), 100'000);
-  EXPECT_EQ(container.close(), "Write error in zip.putbyte()!");
+  EXPECT_EQ(container.close(), "Write error in zip.putbyte()! (/dev/full: No space left on device)");
   // The next one starts afresh.
   word = 4;
   container.open(name, ZIP_WRITE, &word);

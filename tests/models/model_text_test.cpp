@@ -618,53 +618,53 @@ TEST_F(ModelText, RefusesByNameAndLine) {
       {"\xfe\xff", "m.ase is UTF-16 text, models are ASCII"},
       {"hello\n\n", "m.ase isn't a model: no line begins with a keyword"},
       {"\n\n", "m.ase isn't a model: no line begins with a keyword"},
-      {"*SCENE {\n*SCENE_FIRSTFRAME 1\n}\n", "m.ase:2: Animations must start at frame 0!"},
-      {"*SCENE {\n*SCENE_TICKSPERFRAME 0\n}\n", "m.ase:2: 0 ticks per frame aren't possible"},
-      {"*SCENE {\n*SCENE_FRAMESPEED -1\n}\n", "m.ase:2: -1 frames per second aren't possible"},
-      {"*LIGHTOBJECT {\n*LIGHT_TYPE Free Direct\n}\n", "m.ase:2: unsupported light type Free Direct"},
-      {"*CAMERAOBJECT {\n*NODE_PARENT \"M\"\n}\n", "m.ase:2: parent outside light/mesh found"},
-      {"*LIGHTOBJECT {\n*NODE_PARENT \"M\"\n}\n", "m.ase:2: M not found in "},
+      {"*SCENE {\n*SCENE_FIRSTFRAME 1\n}\n", "Animations must start at frame 0! (m.ase:2)"},
+      {"*SCENE {\n*SCENE_TICKSPERFRAME 0\n}\n", "0 ticks per frame aren't possible (m.ase:2)"},
+      {"*SCENE {\n*SCENE_FRAMESPEED -1\n}\n", "-1 frames per second aren't possible (m.ase:2)"},
+      {"*LIGHTOBJECT {\n*LIGHT_TYPE Free Direct\n}\n", "unsupported light type Free Direct (m.ase:2)"},
+      {"*CAMERAOBJECT {\n*NODE_PARENT \"M\"\n}\n", "parent outside light/mesh found (m.ase:2)"},
+      {"*LIGHTOBJECT {\n*NODE_PARENT \"M\"\n}\n", "M not found in  (m.ase:2)"},
       {"*GEOMOBJECT {\n*NODE_NAME \"M\"\n*NODE_PARENT \"m\"\n}\n",
-       "m.ase:3: object m can't be a parent of itself"},
-      {"*GEOMOBJECT {\n*NODE_NAME M\n}\n", "m.ase:2: a text in quotes is missing"},
-      {"*GEOMOBJECT {\n\n*NODE_NAME \"M\n}\n", "m.ase:3: a text in quotes is missing"},
+       "object m can't be a parent of itself (m.ase:3)"},
+      {"*GEOMOBJECT {\n*NODE_NAME M\n}\n", "a text in quotes is missing (m.ase:2)"},
+      {"*GEOMOBJECT {\n\n*NODE_NAME \"M\n}\n", "a text in quotes is missing (m.ase:3)"},
       {"*GEOMOBJECT {\n*NODE_NAME \"abcdefghijklmnopqrstuvwxyz012345\"\n}\n",
-       "m.ase:2: name abcdefghijklmnopqrstuvwxyz012345 is longer than 31 characters"},
+       "name abcdefghijklmnopqrstuvwxyz012345 is longer than 31 characters (m.ase:2)"},
       {"*LIGHTOBJECT {\n*NODE_NAME \"abcdefghijklmnopqrstuvwxyz012345\"\n}\n",
-       "m.ase:2: name abcdefghijklmnopqrstuvwxyz012345 is longer than 31 characters"},
-      {inMesh("*MATERIAL_REF 100"), "m.ase:32: material 100 isn't one of 0 to 99"},
-      {inMesh("*MATERIAL_REF -1"), "m.ase:32: material -1 isn't one of 0 to 99"},
-      {mesh({"*MESH_NUMVERTEX 2000000000"}), "m.ase:6: 2000000000 vertices can't be in this file"},
-      {mesh({"*MESH_NUMFACES 99999999999"}), "m.ase:6: 2147483647 faces can't be in this file"},
-      {mesh({"*MESH_NUMTVERTEX -1"}), "m.ase:6: -1 texture vertices can't be in this file"},
+       "name abcdefghijklmnopqrstuvwxyz012345 is longer than 31 characters (m.ase:2)"},
+      {inMesh("*MATERIAL_REF 100"), "material 100 isn't one of 0 to 99 (m.ase:32)"},
+      {inMesh("*MATERIAL_REF -1"), "material -1 isn't one of 0 to 99 (m.ase:32)"},
+      {mesh({"*MESH_NUMVERTEX 2000000000"}), "2000000000 vertices can't be in this file (m.ase:6)"},
+      {mesh({"*MESH_NUMFACES 99999999999"}), "2147483647 faces can't be in this file (m.ase:6)"},
+      {mesh({"*MESH_NUMTVERTEX -1"}), "-1 texture vertices can't be in this file (m.ase:6)"},
       {mesh({"*MESH_NUMVERTEX 1", "*MESH_VERTEX_LIST {", "*MESH_VERTEX 1 0 0 0", "}"}),
-       "m.ase:8: vertex 1 isn't one of the 1 announced"},
+       "vertex 1 isn't one of the 1 announced (m.ase:8)"},
       {inMesh("") + "*GEOMOBJECT {\n*MESH {\n*MESH_VERTEX_LIST {\n*MESH_VERTEX 0 0 0 0\n}\n}\n}\n",
-       "m.ase:36: vertex 0 isn't one of the 0 announced"},
+       "vertex 0 isn't one of the 0 announced (m.ase:36)"},
       {mesh({"*MESH_NUMVERTEX 1", "*MESH_NUMFACES 1", "*MESH_FACE_LIST {", "*MESH_FACE 0: A: 0 B: 0 C: -1",
              "}"}),
-       "m.ase:9: vertex -1 isn't one of the 1 announced"},
+       "vertex -1 isn't one of the 1 announced (m.ase:9)"},
       {mesh({"*MESH_NUMVERTEX 1", "*MESH_NUMFACES 1", "*MESH_FACE_LIST {", "*MESH_FACE 1: A: 0 B: 0 C: 0",
              "}"}),
-       "m.ase:9: face 1 isn't one of the 1 announced"},
+       "face 1 isn't one of the 1 announced (m.ase:9)"},
       {mesh({"*MESH_NUMVERTEX 1", "*MESH_NUMFACES 1", "*MESH_NUMTVERTEX 2", "*MESH_TFACELIST {",
              "*MESH_TFACE 0 0 1 2", "}"}),
-       "m.ase:10: texture vertex 2 isn't one of the 2 announced"},
+       "texture vertex 2 isn't one of the 2 announced (m.ase:10)"},
       {mesh({"*MESH_NUMTVERTEX 2", "*MESH_TVERTLIST {", "*MESH_TVERT 2 0 0", "}"}),
-       "m.ase:8: texture vertex 2 isn't one of the 2 announced"},
+       "texture vertex 2 isn't one of the 2 announced (m.ase:8)"},
       {mesh({"*MESH_NUMFACES 1"}), "m.ase: face 0 of mesh M uses vertex 0, there are 0"},
       {mesh({"*MESH_NUMVERTEX 3", "*MESH_NUMFACES 1", "*MESH_FACE_LIST {", "*MESH_FACE 0: A: 0 B: 1 C: 2",
              "}", "*MESH_NUMTVERTEX 2"}),
        "m.ase: face 0 of mesh M uses vertex 2, there are 2"},
-      {keys({"0 0 0 0", "159 1 1 1"}), "m.ase:8: Animation: same keyframe twice\n"},
-      {"*GEOMOBJECT {\n*CONTROL_POS_SAMPLE 0 0 0 0\n}\n", "m.ase:2: Animation: insertKey() without type\n"},
+      {keys({"0 0 0 0", "159 1 1 1"}), "Animation: same keyframe twice\n(m.ase:8)"},
+      {"*GEOMOBJECT {\n*CONTROL_POS_SAMPLE 0 0 0 0\n}\n", "Animation: insertKey() without type\n(m.ase:2)"},
       {keys({"0 0 0 0"}) + "*CONTROL_POS_SAMPLE 160 0 0 0\n",
-       "m.ase:11: Animation: insertKey() beyond the 1 keys allocated\n"},
+       "Animation: insertKey() beyond the 1 keys allocated\n(m.ase:11)"},
       {"*GEOMOBJECT {\n*NODE_TM {\n*TM_ROW0 1 0 0\n*TM_ROW1 1 0 0\n*TM_ROW2 0 0 1\n*TM_ROW3 0 0 0\n}\n}\n",
-       "m.ase:6: singular matrix!"},
-      {deep, "m.ase:2051: more than 2048 blocks are open"},
-      {materials, "m.ase:204: more than 100 materials"},
-      {meshes, "m.ase:2003: more than 1000 meshes"},
+       "singular matrix! (rotation of mesh , m.ase:6)"},
+      {deep, "more than 2048 blocks are open (m.ase:2051)"},
+      {materials, "more than 100 materials (m.ase:204)"},
+      {meshes, "more than 1000 meshes (m.ase:2003)"},
   };
   for (const auto& [text, message] : cases) EXPECT_EQ(fatalOf(text), message);
   EXPECT_EQ(fatalText([] {
@@ -676,7 +676,7 @@ TEST_F(ModelText, RefusesByNameAndLine) {
               Scene none;
               readModel({"m.old.ase"}, &none);
             }),
-            "m.old.ase: unknown 3d format");
+            "unknown 3d format (m.old.ase)");
   std::filesystem::remove("m.ase");
   std::filesystem::create_symlink("/dev/null", "m.ase");
   EXPECT_EQ(fatalText([] {
@@ -708,7 +708,7 @@ TEST_F(ModelText, RefusesASecondTrackOfAKind) {
   for (int i = 0; i < 2; ++i) {
     text.open("*TM_ANIMATION").list("*CONTROL_POS_TRACK", "*CONTROL_POS_SAMPLE", {"0 0 0 0"}).close();
   }
-  EXPECT_EQ(fatalOf(text.close().str()), "m.ase:13: Object3D M: duplicated animation of type position\n");
+  EXPECT_EQ(fatalOf(text.close().str()), "Object3D M: duplicated animation of type position\n(m.ase:13)");
 }
 
 TEST_F(ModelText, WrapsAnglesOfAnySize) {

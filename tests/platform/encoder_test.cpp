@@ -39,5 +39,20 @@ TEST(VideoEncoder, HoldsTheBitRateOfGrain) {
   EXPECT_GT(bitRateOfNoise("three.mp4", 3), 2 * one);
 }
 
+// The codec takes no slice beyond a certain size.
+TEST(VideoEncoder, TakesLosslessFramesOfEverySize) {
+  const TemporaryFolder folder;
+  for (const auto& [wide, high] : {std::pair{16, 16}, {6144, 3456}}) {
+    VideoEncoder encoder;
+    EXPECT_EQ(encoder.start("a.mkv", {wide, high, framesPerSecond}, {}), "");
+    std::vector<std::byte> frame(std::size_t{4} * static_cast<std::size_t>(wide) *
+                                 static_cast<std::size_t>(high));
+    EXPECT_TRUE(encoder.write(frame));
+    EXPECT_EQ(encoder.finish(VideoEncoder::Result::complete), "") << wide << "x" << high;
+    EXPECT_TRUE(std::filesystem::exists("a.mkv"));
+    std::filesystem::remove("a.mkv");
+  }
+}
+
 }  // namespace
 }  // namespace vex

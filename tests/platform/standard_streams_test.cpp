@@ -43,8 +43,9 @@ TEST(StandardStreams, EveryProgramOpensThem) {
   const TemporaryFolder folder;
   fs::create_symlink("/dev/stdin", "m.ase");
   const std::pair<const char*, const char*> rows[] = {
-      {"vexpak list /dev/stdin", "vexpak: pak /dev/stdin has no entry count, it holds 0 bytes\n"},
-      {"vexproject dump /dev/stdin", "vexproject: char != 1 byte (0 read)\n"},
+      {"vexpak list /dev/stdin", "vexpak: can't read /dev/stdin: Operation not supported\n"},
+      {"vexproject dump /dev/stdin",
+       "vexproject: char != 1 byte (0 read) (project /dev/stdin: version lacks its end behind byte 0)\n"},
       {"vexmodel info m.ase", "vexmodel: can't read m.ase: Operation not supported\n"},
       {"vexproduce /dev/stdin", "vexproduce: cannot make folder /dev/stdin: Not a directory\n"},
       {"vexrecord --out x.mp4 --dir /dev/stdin",

@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <regex>
 
 #include "app/recorder.h"
+#include "base/report.h"
 #include "production/products.h"
 #include "production/song/cues.h"
 #include "tests/support/fatal.h"
@@ -142,10 +144,14 @@ TEST(Maker, AnInterruptKeepsWhatIsWhole) {
   const TemporaryFolder folder;
   const Program program = runProgram(
       VEX_BIN
-      "/vexproduce out --draft & id=$!; while [ ! -s out/.vexproduce ] && kill -0 $id; do sleep 0.05; done; "
-      "kill -TERM $id; wait $id");  // the shell lets programs behind & ignore SIGINT
+      "/vexproduce out --draft >/dev/null & id=$!; while [ ! -s out/.vexproduce ] && kill -0 $id; do sleep "
+      "0.05; done; "
+      "date +%s%N; kill -TERM $id; wait $id; code=$?; date +%s%N; exit $code");  // behind & SIGINT is ignored
   EXPECT_EQ(program.exitCode, 130);
-  EXPECT_EQ(program.errors, "vexproduce: interrupted, what is made stays\n");
+  long long asked = 0, ended = 0;
+  ASSERT_EQ(std::sscanf(program.output.c_str(), "%lld %lld", &asked, &ended), 2) << program.output;
+  EXPECT_LT(ended - asked, 2'000'000'000) << "ns";
+  EXPECT_EQ(program.errors, "vexproduce: interrupted\n");
   expectOnlyWholeFiles();
 }
 
@@ -155,8 +161,15 @@ TEST(Maker, SaysWhatItCannotWrite) {
   EXPECT_EQ(fatalText([] { make(twoProducts()); }), "cannot make folder out: Not a directory");
   std::filesystem::remove("out");
   std::filesystem::create_directories("out/b.txt/inside");
-  EXPECT_EQ(fatalText([] { make({textProduct("b.txt", "x", "production/making/maker.cpp")}); }),
-            "cannot write out/b.txt: Is a directory");
+  const auto makeTwo = [] {
+    Product slow = textProduct("a.txt", "x", "production/making/maker.cpp");
+    slow.work = 100;
+    slow.make = [](const Settings&) -> std::vector<Bytes> { fatalError("the work has begun"); };
+    make({slow, textProduct("b.txt", "x", "production/making/maker.cpp")});
+  };
+  EXPECT_EQ(fatalText(makeTwo), "cannot write out/b.txt: Is a directory");
+  EXPECT_EQ(runProgram(VEX_BIN "/vexproduce --cues >/dev/full").errors,
+            "vexproduce: can't write standard output: No space left on device\n");
 }
 
 // Everything but the music, which has its own test, and most of the movie, for time.

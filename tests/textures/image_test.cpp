@@ -254,7 +254,8 @@ TEST(Masks, AreLoggedAndRefusedInOtherSizes) {
   const auto readJpeg = [] { readJpegTexture("b.jpg"); };
   EXPECT_EQ(fatalText(readJpeg), "Mask file b_mask.jpg has wrong size 16x8\nNeeds 8x8");
   writeFile("b_mask.jpg", "no picture");
-  EXPECT_EQ(fatalText(readJpeg), "texture b_mask.jpg: ijlRead(Params) failed");
+  EXPECT_EQ(fatalText(readJpeg),
+            "ijlRead(Params) failed (texture b_mask.jpg: Not a JPEG file: starts with 0x6e 0x6f)");
 }
 
 TEST(Jpeg, HasTheRowsOfTheSameBmp) {
@@ -321,11 +322,12 @@ TEST(Jpeg, RefusesWhatItCannotDecode) {
   writeFile("taller.jpg", tall);
   writeFile("pair.jpg", withTwoChannels(jpegBytes(8, 8, plain({1, 2, 3}))));
   for (const auto& [file, text] :
-       {std::pair{"print.jpg", "texture print.jpg: strange JPEG format"},
-        {"pair.jpg", "texture pair.jpg: strange JPEG format"},
-        {"empty.jpg", "texture empty.jpg: ijlRead(Params) failed"},
-        {"text.jpg", "texture text.jpg: ijlRead(Params) failed"},
-        {"tall.jpg", "texture tall.jpg: ijlRead(image) failed"},
+       {std::pair{"print.jpg", "strange JPEG format (texture print.jpg has 4 channels)"},
+        {"pair.jpg", "strange JPEG format (texture pair.jpg has 2 channels)"},
+        {"empty.jpg", "ijlRead(Params) failed (texture empty.jpg: Empty input file)"},
+        {"text.jpg", "ijlRead(Params) failed (texture text.jpg: Not a JPEG file: starts with 0x54 0x68)"},
+        {"tall.jpg",
+         "ijlRead(image) failed (texture tall.jpg: Corrupt JPEG data: premature end of data segment)"},
         {"taller.jpg", "texture taller.jpg is 8x32768, sides of at most 16384 are possible"}}) {
     const char* name = file;
     EXPECT_EQ(fatalText([&] { readJpegTexture(name); }), text) << name;
@@ -350,7 +352,6 @@ Decoded decode(std::string_view file) {
   if (!readJpegParameters(decoder, bytes, parameters) || parameters.channels == 4) return {};
   if (parameters.width > 256 || parameters.height > 256) return {};
   Decoded decoded{.channels = parameters.channels};
-  decoded.pixels.resize(static_cast<std::size_t>(parameters.width * parameters.height));
   decoded.complete = decodeJpeg(decoder, decoded.pixels);
   return decoded;
 }

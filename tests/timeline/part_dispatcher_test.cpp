@@ -328,14 +328,23 @@ TEST(FunctionCall, EachOfAPartHasItsOwnArguments) {
 }
 
 TEST(FunctionCall, FatalTexts) {
+  Part part;
+  std::snprintf(part.name, sizeof part.name, "drop");
+  Scene scene;
+  std::snprintf(scene.name, sizeof scene.name, "SceneHell");
   FunctionCall call;
+  call.part = &part;
+  call.scene = &scene;
   std::snprintf(call.name, sizeof call.name, "explode");
-  EXPECT_EQ(fatalText([&] { call.invoke(0, 0); }), "No function call defined for explode!");
+  const std::string place = " (SceneHell.explode at 1.5 s of part drop)";
+  EXPECT_EQ(fatalText([&] { call.invoke(1.5f, 0); }), "No function call defined for explode!" + place);
   call.function = [](Scene*, float, const void* const* arguments) { Arguments(arguments).number(3); };
-  EXPECT_EQ(fatalText([&] { call.invoke(0, 0); }), "parameter 3 missing in the call of a scene function");
+  EXPECT_EQ(fatalText([&] { call.invoke(1.5f, 0); }),
+            "parameter 3 missing in the call of a scene function" + place);
   call.parameters.allocate(10);
   for (int i = 0; i < 10; ++i) call.parameters[i] = new Parameter;
-  EXPECT_EQ(fatalText([&] { call.invoke(0, 0); }), "more than 9 parameters in the call of explode");
+  EXPECT_EQ(fatalText([&] { call.invoke(1.5f, 0); }),
+            "more than 9 parameters in the call of explode" + place);
 }
 
 TEST(FunctionCall, TheTraceSeesEveryCallBeforeItIsMade) {

@@ -244,25 +244,42 @@ TEST(LoadProject, MissingFile) {
 
 TEST(LoadProject, RefusesWhatTheFormatForbids) {
   expectRefusals({
-      {[](auto& p) { p.version = "0.18"; }, "Wrong file version. Must be 0.17\n"},
-      {[](auto& p) { p.version = "0.17 "; }, "Wrong file version. Must be 0.17\n"},
-      {[](auto& p) { p.version = std::string(500, '0'); }, "Wrong file version. Must be 0.17\n"},
-      {[](auto& p) { p.version = std::string("0.17\0", 5); }, "Wrong file version. Must be 0.17\n"},
+      {[](auto& p) { p.version = "0.18"; },
+       "Wrong file version. Must be 0.17\n(project test.hvp: version is 0.18)"},
+      {[](auto& p) { p.version = "0.17 "; },
+       "Wrong file version. Must be 0.17\n(project test.hvp: version is 0.17 )"},
+      {[](auto& p) { p.version = std::string(500, '0'); },
+       "Wrong file version. Must be 0.17\n(project test.hvp: version is " + std::string(127, '0') + ")"},
+      {[](auto& p) { p.version = std::string("0.17\0x", 6); },
+       "Wrong file version. Must be 0.17\n(project test.hvp: version is 0.17)"},
       {[](auto& p) { call(p).scene = std::string("SceneTest\0x", 11); }, ""},  // seen up to its zero byte
-      {[](auto& p) { part(p).firstFlag = 2; }, "unknown boolean values\n"},
-      {[](auto& p) { part(p).active = -1; }, "unknown boolean values\n"},
-      {[](auto& p) { part(p).active = 0; }, "inactive part found"},
-      {[](auto& p) { p.parts[1].active = 0; }, "inactive part found"},
-      {[](auto& p) { call(p).scene = "scenetest"; }, "Scene scenetest not found"},
-      {[](auto& p) { call(p).function = "Animate"; }, "function Animate not found"},
-      {[](auto& p) { curve(p).type = 5; }, "unknown parameter type at setColour.red"},
-      {[](auto& p) { curve(p).type = -1; }, "unknown parameter type at setColour.red"},
-      {[](auto& p) { p.partCount = 1000; }, "pCount exceeds maximum of 1000 in PartDispatcher!"},
-      {[](auto& p) { p.partCount = 0x7fffffff; }, "pCount exceeds maximum of 1000 in PartDispatcher!"},
+      {[](auto& p) { part(p).firstFlag = 2; },
+       "unknown boolean values\n(project test.hvp: part intro: flag of the editing tool is 2)"},
+      {[](auto& p) { part(p).active = -1; },
+       "unknown boolean values\n(project test.hvp: part intro: active is 255)"},
+      {[](auto& p) { part(p).active = 0; },
+       "inactive part found (project test.hvp: part intro: active is 0)"},
+      {[](auto& p) { p.parts[1].active = 0; },
+       "inactive part found (project test.hvp: part end: active is 0)"},
+      {[](auto& p) { call(p).scene = "scenetest"; },
+       "Scene scenetest not found (project test.hvp: part intro)"},
+      {[](auto& p) { call(p).function = "Animate"; },
+       "function Animate not found (project test.hvp: part intro: SceneTest)"},
+      {[](auto& p) { curve(p).type = 5; },
+       "unknown parameter type at setColour.red (project test.hvp: part intro: type of setColour.red is 5)"},
+      {[](auto& p) { curve(p).type = -1; },
+       "unknown parameter type at setColour.red (project test.hvp: part intro: type of setColour.red is -1)"},
+      {[](auto& p) { p.partCount = 1000; },
+       "pCount exceeds maximum of 1000 in PartDispatcher! (project test.hvp: part count is 1000)"},
+      {[](auto& p) { p.partCount = 0x7fffffff; },
+       "pCount exceeds maximum of 1000 in PartDispatcher! (project test.hvp: part count is 2147483647)"},
       {[](auto& p) { p.partCount = -2; }, "project test.hvp: part count -2 is below 0"},
-      {[](auto& p) { p.partCount = 999; }, "char != 1 byte (0 read)\n"},
+      {[](auto& p) { p.partCount = 999; },
+       "char != 1 byte (0 read)\n(project test.hvp: part : name lacks its end behind byte " +
+           std::to_string(buildProject(small).bytes.size()) + ")"},
       {[](auto& p) { p.tickCount = -7; }, "project test.hvp: tick count -7 is below 0"},
-      {[](auto& p) { p.tickCount = 0x7fffffff; }, "double != 8 bytes (0 read)\n"},
+      {[](auto& p) { p.tickCount = 0x7fffffff; },
+       "double != 8 bytes (0 read)\n(project test.hvp: tick lacks its end behind byte 372)"},
       {[](auto& p) { call(p).parameters.resize(9); }, ""},
       {[](auto& p) { call(p).parameters.resize(10); },
        "project test.hvp: part intro: parameter count of setColour is 10, at most 9 are possible"},
@@ -318,17 +335,21 @@ TEST(LoadProject, TellsTheFirstFaultAndLogsAllBeforeIt) {
       {[](auto& p) { p.startTime = nan, p.tickCount = -7; },
        "project test.hvp: start time is nan, not a usable number", "start time nan\n"},
       {[](auto& p) { p.tickCount = -7; }, "project test.hvp: tick count -7 is below 0", "reading -7 ticks\n"},
-      {[](auto& p) { p.partCount = 1000; }, "pCount exceeds maximum of 1000 in PartDispatcher!",
+      {[](auto& p) { p.partCount = 1000; },
+       "pCount exceeds maximum of 1000 in PartDispatcher! (project test.hvp: part count is 1000)",
        "ticks successfully read\n"},
-      {[](auto& p) { part(p).active = 0; }, "inactive part found", "    track -3\n"},
+      {[](auto& p) { part(p).active = 0; }, "inactive part found (project test.hvp: part intro: active is 0)",
+       "    track -3\n"},
       {[](auto& p) { call(p).scene = "other", call(p).function = std::string(127, 'f'); },
-       "Scene other not found", "    speed -0.500000\n"},
-      {[](auto& p) { call(p).function = "other", curve(p).type = 5; }, "function other not found",
-       "    speed -0.500000\n"},
-      {[](auto& p) { curve(p).type = 5; }, "unknown parameter type at setColour.red", "        type 5\n"},
+       "Scene other not found (project test.hvp: part intro)", "    speed -0.500000\n"},
+      {[](auto& p) { call(p).function = "other", curve(p).type = 5; },
+       "function other not found (project test.hvp: part intro: SceneTest)", "    speed -0.500000\n"},
+      {[](auto& p) { curve(p).type = 5; },
+       "unknown parameter type at setColour.red (project test.hvp: part intro: type of setColour.red is 5)",
+       "        type 5\n"},
       {[](auto& p) { curve(p).type = 1, curve(p).dots.clear(), part(p).calls[1].scene = "other"; },
        "project test.hvp: part intro: curve of setColour.red has no dots", "        string \n"},
-      {badLater, "inactive part found", "    track 0\n"},
+      {badLater, "inactive part found (project test.hvp: part end: active is 0)", "    track 0\n"},
   };
   for (const auto& row : rows) {
     ProjectData project = small;
@@ -376,7 +397,8 @@ TEST(LoadProject, TakesOddCurvesAndTheShowEndsWhereOneHasNoValue) {
   dots(2, {{0, 1}, {0.5, 1}, {0.5, 2}})(project);
   const TemporaryFolder folder;
   writeFile("test.hvp", buildProject(project).bytes);
-  EXPECT_EQ(fatalText([] { Loaded().dispatcher.runFrame(1); }), "Critical error: d[]=0 in calc_spline!\n");
+  EXPECT_EQ(fatalText([] { Loaded().dispatcher.runFrame(1); }),
+            "Critical error: d[]=0 in calc_spline!\n(SceneTest.setColour at 1.67772e+07 s of part intro)");
 }
 
 TEST(LoadProject, RefusesMoreThanSixteenPartsAtATime) {
@@ -425,19 +447,22 @@ TEST(LoadProject, EveryTruncation) {
     const std::string head = whole.bytes.substr(0, size);
     writeFile("test.hvp", head);
     const char kind = whole.kinds[size];
-    EXPECT_EQ(fatalText([] { Loaded(); }), kind == 'd'   ? "double != 8 bytes (0 read)\n"
-                                           : kind == 'i' ? "int != 4 bytes (0 read)\n"
-                                           : kind == 'b' ? "byte != 1 byte (0 read)\n"
-                                                         : "char != 1 byte (0 read)\n")
-        << size << " bytes";
+    const std::string text = fatalText([] { Loaded(); });
+    const std::string expected = kind == 'd'   ? "double != 8 bytes (0 read)\n"
+                                 : kind == 'i' ? "int != 4 bytes (0 read)\n"
+                                 : kind == 'b' ? "byte != 1 byte (0 read)\n"
+                                               : "char != 1 byte (0 read)\n";
+    EXPECT_TRUE(text.starts_with(expected + "(project test.hvp: ")) << text;
+    const std::size_t field = std::stoul(text.substr(text.rfind(' ')));
+    EXPECT_TRUE(field <= size && size < field + 8) << text << size << " bytes";
     std::remove("test.hvp");
     writeFile("vex.pak", pakBytes({{"test.hvp", head}, {"next", whole.bytes}}));
-    EXPECT_EQ(fatalText([] {
-                pakOpen("vex.pak");
-                Loaded();
-              }),
-              "Super ARGH")
-        << size << " bytes";
+    const std::string packed = fatalText([] {
+      pakOpen("vex.pak");
+      Loaded();
+    });
+    EXPECT_TRUE(packed.starts_with("Super ARGH (1 times ")) << packed;
+    EXPECT_TRUE(packed.ends_with(" of test.hvp are more than its " + std::to_string(size) + ")")) << packed;
   }
 }
 

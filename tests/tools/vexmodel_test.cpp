@@ -141,12 +141,12 @@ TEST(Vexmodel, CompilesBesideTheText) {
   } cases[] = {
       {"compile none.ase", nullptr, "File none.ase not found"},
       {"compile sub/data/m.hv3", nullptr, "sub/data/m.hv3 isn't the text of a model (.ase)"},
-      {"compile a.b.ase", "*SCENE {\n}\n", "a.b.ase: unknown 3d format"},
-      {"compile bad.ase", "*MATERIAL_REF 1000\n", "bad.ase:1: material 1000 isn't one of 0 to 99"},
+      {"compile a.b.ase", "*SCENE {\n}\n", "unknown 3d format (a.b.ase)"},
+      {"compile bad.ase", "*MATERIAL_REF 1000\n", "material 1000 isn't one of 0 to 99 (bad.ase:1)"},
       {"compile bad.ase", "*MESH_VERTEX 0 0 0 0\n",
        "bad.ase can't be compiled: bad.ase:1: an entry stands outside its list"},
       {"info none/m.ase", nullptr, "none/m.ase: can't go to folder"},
-      {"info m.max", "x", "m.max: unknown 3d format"},
+      {"info m.max", "x", "unknown 3d format (m.max)"},
       {"info sub/data/m.ase >/dev/full", nullptr, "can't write standard output: No space left on device"},
   };
   for (const auto& [arguments, content, message] : cases) {

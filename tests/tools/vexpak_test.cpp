@@ -48,6 +48,7 @@ TEST(Vexpak, RefusesWhatAnArchiveCannotHold) {
   writeFile("clash/data/Name", "");
   writeFile("clash/data/nAME", "");
   writeFile("slash/a\\b", "");
+  runProgram("mkfifo pipe");
   for (int i = 0; i < 257; ++i) writeFile("many/" + std::to_string(i), "");
   const struct {
     const char* arguments;
@@ -62,10 +63,12 @@ TEST(Vexpak, RefusesWhatAnArchiveCannotHold) {
       {"create none/x.pak longest", "can't write none/x.pak: No such file or directory"},
       {"list none.pak", "can't read none.pak: No such file or directory"},
       {"list many", "can't read many: Is a directory"},
+      {"list pipe", "can't read pipe: Operation not supported"},
+      {"list /dev/zero", "can't read /dev/zero: Operation not supported"},
       {"list l.pak >/dev/full", "can't write the list: No space left on device"},
   };
   for (const auto& [arguments, message] : cases) {
-    const Program program = vexpak(arguments);
+    const Program program = runProgram(std::string("timeout 20 " VEX_BIN "/vexpak ") + arguments);
     EXPECT_EQ(program.exitCode, 255) << arguments;
     EXPECT_EQ(program.errors, "vexpak: " + message + "\n");
   }
@@ -114,6 +117,38 @@ TEST(Vexpak, ExtractsNothingWhenANameIsUnsafe) {
   writeFile("bad.pak", pakBytes({{"Name", "1"}, {"nAME", "2"}}));
   EXPECT_EQ(vexpak("extract bad.pak to").errors, "vexpak: Name and nAME differ only in letter case\n");
   EXPECT_FALSE(fs::exists("to"));
+}
+
+// By links that lie there from an extraction before, and to what is no file.
+TEST(Vexpak, ExtractsNothingOutsideItsFolder) {
+  const TemporaryFolder folder;
+  writeFile("a.pak", pakBytes({{"first", "1"}, {"data\\x", "2"}}));
+  const struct {
+    const char* before;
+    const char* complaint;
+  } cases[] = {
+      {"mkdir to; ln -s ../outside to/data", "to/data: it is a link"},
+      {"mkdir -p to/data; ln -s ../../outside/x to/data/x", "to/data/x: it is a link"},
+      {"mkdir -p to/data; ln -s ../../outside/none to/data/x", "to/data/x: it is a link"},
+      {"mkdir -p to/data/x", "to/data/x: it isn't a file"},
+      {"mkdir -p to/data; mkfifo to/data/x", "to/data/x: it isn't a file"},
+      {"mkdir to; echo >to/data", "to/data: it isn't a folder"},
+  };
+  for (const auto& [before, complaint] : cases) {
+    writeFile("outside/x", "kept");
+    fs::remove_all("to");
+    runProgram(before);
+    const Program program = runProgram("timeout 20 " VEX_BIN "/vexpak extract a.pak to");
+    EXPECT_EQ(program.exitCode, 255) << before;
+    EXPECT_EQ(program.errors, std::string("vexpak: can't write ") + complaint + "\n");
+    EXPECT_EQ(readFile("outside/x"), "kept") << before;
+    EXPECT_FALSE(fs::exists("outside/none"));
+    EXPECT_FALSE(fs::exists("to/first")) << before;
+  }
+  fs::remove_all("to");
+  runProgram("mkdir real; ln -s real to");
+  EXPECT_EQ(vexpak("extract a.pak to").errors, "") << "the folder itself is the caller's choice";
+  EXPECT_EQ(readFile("real/data/x"), "2");
 }
 
 TEST(Vexpak, WrongUsageShowsTheUsage) {

@@ -128,9 +128,10 @@ TEST(Vexproject, DumpRefusesWhatThePlayerRefuses) {
       {"endless.hvp", "project endless.hvp: total time is inf, not a usable number"},
       {"crowd.hvp",
        "project crowd.hvp: part part is active with 16 others at 0.000000, at most 16 parts are possible"},
-      {"cut.hvp", "double != 8 bytes (0 read)"},
-      {"text.hvp", "Wrong file version. Must be 0.17"},
-      {"empty.hvp", "char != 1 byte (0 read)"},
+      {"cut.hvp",
+       "double != 8 bytes (0 read) (project cut.hvp: part part: speed lacks its end behind byte CUT)"},
+      {"text.hvp", "Wrong file version. Must be 0.17 (project text.hvp: version is total 1)"},
+      {"empty.hvp", "char != 1 byte (0 read) (project empty.hvp: version lacks its end behind byte 0)"},
       {"linear.hvp", "can't read linear.hvp: No such file or directory"},
       {".", "can't read .: Is a directory"},
   };
@@ -423,8 +424,9 @@ TEST(Vexproject, CheckNamesThePartsOfProjectFiles) {
        "then; hint: parts must stand in the order in which they begin\n"
        " part \"c\" (3): no call paints the ground from 0 to 1, where these parts are active: \"c\"; hint: "
        "lay a fadeScreen of alpha 1 on the lowest track\n"},
-      {bytes.substr(0, 30), " char != 1 byte (0 read)\n"},
-      {"\r0.18\n", " Wrong file version. Must be 0.17\n"},
+      {bytes.substr(0, 30),
+       " char != 1 byte (0 read) (project show: functions file name lacks its end behind byte 30)\n"},
+      {"\r0.18\n", " Wrong file version. Must be 0.17 (project show: version is 0.18)\n"},
   });
 }
 
@@ -440,7 +442,17 @@ TEST(Vexproject, CheckLooksForTheData) {
   writeFile("run/data/photo_mask.jpg", jpegBytes(16, 8, plain({1, 2, 3})));
   writeFile("run/data/odd.bmp", bmp(6, 4));
   writeFile("run/data/broken.jpg", "no picture");
-  for (const int frame : {1, 2, 4, 5, 6, 9}) writeFile("run/data/m" + std::to_string(frame) + ".jpg", "");
+  for (const int frame : {1, 2, 4, 5, 6, 9}) {
+    writeFile("run/data/m" + std::to_string(frame) + ".jpg", jpegBytes(8, 8, plain({1, 2, 3})));
+  }
+  writeFile("run/data/cut.bmp", bmp(4, 4).substr(0, 60));
+  writeFile("run/data/veil.bmp", bmp(4, 4));
+  writeFile("run/data/veil_mask.bmp", bmp(4, 4).substr(0, 99));
+  std::string tall = jpegBytes(8, 8, plain({1, 2, 3}));
+  tall[tall.find("\xff\xc0") + 5] = 16;  // the height's upper byte: 4104
+  tall[tall.find("\xff\xc0") + 6] = 0;
+  writeFile("run/data/tall.jpg", tall);
+  writeFile("run/data/f1.jpg", tall);
   writeSoundFile("long.wav", {.rate = 1000, .frames = 10500});
   writeFile("run/vex.pak",
             pakBytes({{"data\\PACKED.bmp", bmp(4, 4)}, {"data\\long.wav", readFile("long.wav")}}));
@@ -466,6 +478,16 @@ TEST(Vexproject, CheckLooksForTheData) {
           {grounded + part(at, bitmap("data\\odd")),
            "3: texture \"data\\odd.bmp\" is 6x4, both sides must be powers of two\n"},
           {grounded + part(at, bitmap("data\\broken")), "3: texture \"data\\broken.jpg\" cannot be read\n"},
+          {grounded + part(at, bitmap("data\\cut")),
+           "3: texture data\\cut.bmp is cut short: its picture needs 48 bytes, 6 are left\n"},
+          {grounded + part(at, bitmap("data\\veil")),
+           "3: texture data\\veil_mask.bmp is cut short: its picture needs 48 bytes, 45 are left\n"},
+          {grounded + part(at, bitmap("data\\tall")),
+           "3: ijlRead(image) failed (texture data\\tall.jpg: Corrupt JPEG data: premature end of data "
+           "segment)\n"},
+          {grounded + part(at, movie("first=1, last=1", "data\\f")),
+           "3: ijlRead(image) failed (texture data\\f1.jpg: Corrupt JPEG data: premature end of data "
+           "segment)\n"},
           {grounded + part(at, bitmap("data\\unlike")),
            "3: mask \"data\\unlike_mask.bmp\" is 8x4, its texture 4x4\n"},
           {grounded + part(at, bitmap("data\\photo")),

@@ -474,6 +474,24 @@ TEST(Vexrecord, ASecondSignalEndsAtOnce) {
   EXPECT_FALSE(fs::exists(".video.partial.mp4"));
 }
 
+// While it takes no frames, and when it has all of them.
+TEST(Vexrecord, OneSignalEndsARecordingWhoseFfmpegStandsStill) {
+  for (const char* size : {"640x360", "32x16"}) {
+    const TemporaryFolder folder;
+    writeRunFolder(threeColours());
+    const Program program =
+        vexrecordWith("echo half > \"$last\"; sleep 1000\n",
+                      std::string("--out video.mp4 --size ") + size +
+                          " > progress & id=$!; (sleep 40; kill -KILL $id) & guard=$!; "
+                          "while [ ! -s .video.partial.mp4 ]; do sleep 0.1; done; "
+                          "sleep 1; kill -TERM $id; wait $id; code=$?; kill $guard; exit $code");
+    EXPECT_EQ(program.exitCode, 255) << size;
+    EXPECT_EQ(program.errors, "vexrecord: ffmpeg failed on " + (folder.path() / "video.mp4").native() +
+                                  " (signal 9): it stood still\n");
+    EXPECT_FALSE(fs::exists(".video.partial.mp4"));
+  }
+}
+
 TEST(Vexrecord, UnreadableFilesAreNamedAsSuch) {
   const TemporaryFolder folder;
   const struct {
