@@ -129,7 +129,7 @@ TEST(Vexproject, DumpRefusesWhatThePlayerRefuses) {
       {"crowd.hvp",
        "project crowd.hvp: part part is active with 16 others at 0.000000, at most 16 parts are possible"},
       {"cut.hvp",
-       "double != 8 bytes (0 read) (project cut.hvp: part part: speed lacks its end behind byte CUT)"},
+       "double != 8 bytes (0 read) (project cut.hvp: part part: speed lacks its end behind byte 107)"},
       {"text.hvp", "Wrong file version. Must be 0.17 (project text.hvp: version is total 1)"},
       {"empty.hvp", "char != 1 byte (0 read) (project empty.hvp: version lacks its end behind byte 0)"},
       {"linear.hvp", "can't read linear.hvp: No such file or directory"},
