@@ -145,7 +145,9 @@ void readArchiveBytes(std::string_view bytes) {
   }
   fileCloseAll();
   fs::remove_all("out");
+  if (members.empty()) return;  // no folder is made
   extractPak("vex.pak", "out");
+  promiseTaken("what was extracted is not packed again", [] { createPak("again.pak", "out"); });
 }
 
 void readModelTextBytes(std::string_view bytes) {

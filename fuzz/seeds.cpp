@@ -63,18 +63,68 @@ std::vector<std::string> projectTextSeeds() {
   for (const std::string& project : projectSeeds()) {
     texts.push_back(writeProjectText(decodeProject(project, "seed").project));
   }
+  // Every statement, and every kind of fault that is told at its line.
   texts.push_back(
-      "total 10\npart \"a\" track 3 at 0:01.5 length 2 speed -1 start 1 {\n"
-      "  SceneTest.animate(a = 1, b = line (0, 1) (1, 2), c = spline (0, 1) (0.5, 1) (1, 2),\n"
-      "    d = sine(period = 1, amplitude = 2), e = \"x%22\")  # comment\n}\n");
+      "version \"0.17\" executable \"vex\" functionsFile \"f\" leftTime 1 zoom 2 trailing \"%00\"\n"
+      "tempo 128 beats 3 from 0.5\ntotal 8:0\nstart 0:1\nmusic \"data\\vex.ogg\"\nticks 1 2 3\n"
+      "range alpha 0 to 1\npart \"night sky\" { at 1:0 until 7:0 track -10 speed 0x3ff0000000000000 start "
+      "4.5s\n"
+      "  editorNumber 7 editorFlag 1\n"
+      "  S.f(a = linear(0 -1, 1 -1.5), b = sine(cycles 2, amplitude 0.05, offset -1.1, phase 90),\n"
+      "    c = spline(0 1, 0.2 0.4, 1 0), alpha = \"%22\", d = -inf)  # comment\n}\n");
+  for (const char* fault :
+       {"version \"0.18\"", "tempo 0", "tempo 1 from inf", "total 1 total 2", "part a { at 2 until 1 }",
+        "part a { S.f() at 1 }", "part a { at 1\npart b { }", "part a { at 1 length 1 start nan track 300 }",
+        "music \"open", "part a { S.f(a = 1, a = sine(phase x), b = dots(0)) }", "trailing 1", "@",
+        "zoom 1:1"}) {
+    texts.emplace_back(fault);
+  }
+  std::string crowd = "total 1\n";
+  for (int i = 0; i < 17; ++i) crowd += "part p { at 0 length 1 }\n";
+  texts.push_back(crowd);
   return texts;
 }
 
 std::vector<std::string> projectTextWords() {
-  return {"version",   "executable", "start", "functions", "left",  "total", "zoom",   "music",  "tick",
-          "part",      "track",      "at",    "length",    "speed", "line",  "spline", "sine",   "period",
-          "amplitude", "offset",     "phase", "const",     "min",   "max",   "dots",   "0:01.5", "nan",
-          "inf",       "1e300",      "%22",   "(0, 1)",    "{",     "}"};
+  return {"version ",
+          "executable ",
+          "functionsFile ",
+          "leftTime ",
+          "music ",
+          "part ",
+          "range ",
+          "to ",
+          "start ",
+          "tempo ",
+          "beats ",
+          "from ",
+          "ticks ",
+          "total ",
+          "trailing ",
+          "zoom ",
+          "at ",
+          "editorFlag ",
+          "editorNumber ",
+          "length ",
+          "speed ",
+          "track ",
+          "until ",
+          "linear(",
+          "spline(",
+          "sine(",
+          "dots(",
+          "cycles ",
+          "amplitude ",
+          "offset ",
+          "phase ",
+          "1:2.5",
+          "4.5s",
+          "0x7ff8000000000001",
+          "inf",
+          "1e300",
+          "%22",
+          "{",
+          "}"};
 }
 
 std::vector<std::string> archiveSeeds() {

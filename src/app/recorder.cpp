@@ -362,8 +362,15 @@ std::string stillName(double time) {
 }
 
 std::vector<Still> readCues(const std::string& path) {
-  std::ifstream file(path);
-  if (!file) fatalError("can't read cues %s: %s", path.c_str(), std::strerror(errno));
+  constexpr std::size_t most = 1 << 20;  // bytes; a pipe or a device may never end
+  std::ifstream source(path);
+  std::string bytes(most + 1, '\0');
+  source.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!source.is_open() || source.bad())
+    fatalError("can't read cues %s: %s", path.c_str(), std::strerror(errno));
+  bytes.resize(static_cast<std::size_t>(source.gcount()));
+  if (bytes.size() > most) fatalError("cues %s are longer than %zu bytes", path.c_str(), most);
+  std::istringstream file(bytes);
   std::vector<Still> stills;
   std::string line;
   for (int number = 1; std::getline(file, line); ++number) {
@@ -377,7 +384,6 @@ std::vector<Still> readCues(const std::string& path) {
     }
     stills.push_back({time, stillName(time) + " " + asFileName(name)});
   }
-  if (file.bad()) fatalError("can't read cues %s: %s", path.c_str(), std::strerror(errno));
   if (stills.empty()) fatalError("cues %s hold no cue", path.c_str());
   return stills;
 }

@@ -16,6 +16,7 @@
 #include "platform/jpeg_decoder.h"
 #include "platform/little_endian.h"
 #include "platform/sound_file.h"
+#include "scenes/ball_file.h"
 #include "textures/bmp.h"
 #include "textures/image.h"
 #include "textures/jpeg_texture.h"
@@ -114,6 +115,11 @@ std::string textureProblem(const std::string& texture) {
   if (!maskSize) return "mask " + quoteText(mask) + " cannot be read";
   if (maskSize == size) return pixelProblem(file, *size);
   return "mask " + quoteText(mask) + " is " + text(*maskSize) + ", its texture " + text(*size);
+}
+
+// Of texts there is nothing to be said.
+std::string contentProblem(const std::string& file) {
+  return file.ends_with(".hvv") ? refusal([&file] { readBallFile(file.c_str()); }) : "";
 }
 
 // "3, 7 to 9 and 12" of ascending numbers.
@@ -224,7 +230,8 @@ struct DataCheck {
   void checkFile(const KnownCall& known, const ProjectParameter& parameter) {
     const std::string name = playedText(parameter.string);
     if (!looked.insert("file " + name).second) return;
-    report(known, parameter, fileExists(name) ? "" : "file " + quoteText(name) + " is missing");
+    report(known, parameter,
+           fileExists(name) ? contentProblem(name) : "file " + quoteText(name) + " is missing");
     reportName(known, parameter, name);
   }
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <system_error>
 
+#include "base/fatal_place.h"
 #include "base/report.h"
 #include "platform/little_endian.h"
 #include "platform/paths.h"
@@ -58,12 +59,25 @@ std::string memberName(const fs::path& path, const fs::path& folder) {
   return name;
 }
 
-void checkForClashes(std::vector<const char*> names) {
-  const auto before = [](const char* a, const char* b) { return strcasecmp(a, b) < 0; };
-  std::stable_sort(names.begin(), names.end(), before);
+void checkForClashes(std::vector<std::string> names) {
+  const auto compare = [](const std::string& a, const std::string& b) {
+    return strcasecmp(a.c_str(), b.c_str());
+  };
+  std::stable_sort(names.begin(), names.end(), [&](auto& a, auto& b) { return compare(a, b) < 0; });
   for (std::size_t i = 1; i < names.size(); ++i) {
-    if (strcasecmp(names[i - 1], names[i]) == 0) {
-      fatalError("%s and %s differ only in letter case", names[i - 1], names[i]);
+    const std::string &name = names[i - 1], &next = names[i];
+    if (name == next) fatalError("%s stands there twice", name.c_str());
+    if (compare(name, next) == 0)
+      fatalError("%s and %s differ only in letter case", name.c_str(), next.c_str());
+  }
+}
+
+// No name may be that of a folder that another one needs.
+void checkForFolders(const std::vector<std::string>& paths) {
+  for (const std::string& file : paths) {
+    for (const std::string& other : paths) {
+      if (other.starts_with(file + "/"))
+        fatalError("%s is a file and the folder of %s", file.c_str(), other.c_str());
     }
   }
 }
@@ -94,8 +108,9 @@ std::vector<Source> gatherSources(const fs::path& pak, const fs::path& folder) {
                maxPakEntries);
   }
   std::sort(sources.begin(), sources.end(), [](const Source& a, const Source& b) { return a.name < b.name; });
-  std::vector<const char*> names;
-  for (const Source& source : sources) names.push_back(source.name.c_str());
+  std::vector<std::string> names;
+  for (const Source& source : sources) names.push_back(source.name);
+  const FatalPlace place([&folder] { return "folder " + folder.native(); });
   checkForClashes(names);
   return sources;
 }
@@ -154,7 +169,7 @@ bool isSafe(const std::string& name) {
   return true;
 }
 
-fs::path localPath(const std::string& name) {
+std::string localPath(const std::string& name) {
   std::string path = name;
   std::replace(path.begin(), path.end(), '\\', '/');
   return path;
@@ -197,13 +212,17 @@ std::vector<PakMember> listPak(const fs::path& pak) {
 void extractPak(const fs::path& pak, const fs::path& folder) {
   const Stream from = openForReading(pak);
   const std::vector<PakMember> members = readPakDirectory(from.get(), pak.c_str());
-  std::vector<const char*> names;
+  std::vector<std::string> paths;
   for (const PakMember& member : members) {
     if (!isSafe(member.name))
       fatalError("pak %s: the name %s is not safe to extract", pak.c_str(), member.name);
-    names.push_back(member.name);
+    paths.push_back(localPath(member.name));
   }
-  checkForClashes(names);
+  {
+    const FatalPlace place([&pak] { return "pak " + pak.native(); });
+    checkForClashes(paths);
+    checkForFolders(paths);
+  }
   for (const PakMember& member : members) checkWay(folder, localPath(member.name));
   for (const PakMember& member : members) {
     const fs::path target = folder / localPath(member.name);

@@ -56,7 +56,7 @@ TEST(Vexpak, RefusesWhatAnArchiveCannotHold) {
   } cases[] = {
       {"create x.pak long", "long/data/" + longest + "y: the name data\\" + longest +
                                 "y has 32 characters, at most 31 are possible"},
-      {"create x.pak clash", "data\\Name and data\\nAME differ only in letter case"},
+      {"create x.pak clash", "data\\Name and data\\nAME differ only in letter case (folder clash)"},
       {"create x.pak slash", "slash/a\\b: the name holds a backslash"},
       {"create x.pak many", "many holds 257 files, at most 256 are possible in a pak"},
       {"create x.pak none", "none isn't a folder"},
@@ -114,9 +114,19 @@ TEST(Vexpak, ExtractsNothingWhenANameIsUnsafe) {
     EXPECT_NE(program.errors.find("is not safe to extract"), std::string::npos) << program.errors;
     EXPECT_FALSE(fs::exists("to")) << name;
   }
-  writeFile("bad.pak", pakBytes({{"Name", "1"}, {"nAME", "2"}}));
-  EXPECT_EQ(vexpak("extract bad.pak to").errors, "vexpak: Name and nAME differ only in letter case\n");
-  EXPECT_FALSE(fs::exists("to"));
+  const struct {
+    const char *first, *second, *complaint;
+  } pairs[] = {
+      {"Name", "nAME", "Name and nAME differ only in letter case"},
+      {"a\\b", "a/b", "a/b stands there twice"},
+      {"a/B", "a\\b", "a/B and a/b differ only in letter case"},
+      {"a", "a\\b", "a is a file and the folder of a/b"},
+  };
+  for (const auto& [first, second, complaint] : pairs) {
+    writeFile("bad.pak", pakBytes({{first, "1"}, {second, "2"}}));
+    EXPECT_EQ(vexpak("extract bad.pak to").errors, std::string("vexpak: ") + complaint + " (pak bad.pak)\n");
+    EXPECT_FALSE(fs::exists("to"));
+  }
 }
 
 // By links that lie there from an extraction before, and to what is no file.

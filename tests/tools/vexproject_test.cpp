@@ -453,6 +453,7 @@ TEST(Vexproject, CheckLooksForTheData) {
   tall[tall.find("\xff\xc0") + 6] = 0;
   writeFile("run/data/tall.jpg", tall);
   writeFile("run/data/f1.jpg", tall);
+  writeFile("run/data/few.hvv", std::string("\5\0\0\0", 4));
   writeSoundFile("long.wav", {.rate = 1000, .frames = 10500});
   writeFile("run/vex.pak",
             pakBytes({{"data\\PACKED.bmp", bmp(4, 4)}, {"data\\long.wav", readFile("long.wav")}}));
@@ -488,6 +489,8 @@ TEST(Vexproject, CheckLooksForTheData) {
           {grounded + part(at, movie("first=1, last=1", "data\\f")),
            "3: ijlRead(image) failed (texture data\\f1.jpg: Corrupt JPEG data: premature end of data "
            "segment)\n"},
+          {grounded + part(at, "SceneOuttro.preloadVectorBalls(balls=\"data\\few.hvv\")"),
+           "3: data\\few.hvv: number of balls is 5, does not fit the file's size of 4 bytes\n"},
           {grounded + part(at, bitmap("data\\unlike")),
            "3: mask \"data\\unlike_mask.bmp\" is 8x4, its texture 4x4\n"},
           {grounded + part(at, bitmap("data\\photo")),

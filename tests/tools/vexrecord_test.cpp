@@ -345,6 +345,8 @@ TEST(Vexrecord, CuesBecomeNamedStills) {
     EXPECT_EQ(refused.errors,
               std::string("vexrecord: cues cues, line 2, ") + bad + ": seconds and a name are expected\n");
   }
+  EXPECT_EQ(runProgram("timeout 20 " VEX_BIN "/vexrecord --cues /dev/zero --out pictures").errors,
+            "vexrecord: cues /dev/zero are longer than 1048576 bytes\n");
   EXPECT_EQ(vexrecord("--cues none --out pictures").errors,
             "vexrecord: can't read cues none: No such file or directory\n");
 }
