@@ -5,7 +5,6 @@
 #include <cctype>
 #include <cmath>
 #include <cstdarg>
-#include <cstdint>
 #include <cstdio>
 #include <set>
 
@@ -19,11 +18,9 @@ using namespace geometry;
 
 namespace {
 
-constexpr int ticksPerFrame = 160;
 constexpr std::size_t longestName = 31;
 constexpr std::size_t mostLights = 8;
 constexpr std::size_t mostMaterials = 100;
-constexpr float radiansPerDegree = pi / 180;
 
 std::size_t at(int index) {
   return static_cast<std::size_t>(index);
@@ -174,124 +171,28 @@ void checkStage(const Stage& stage) {
   }
 }
 
-// --- Writing. The text has z up and y away from the viewer.
+// --- As the writer of model text takes it
 
-struct Writer {
-  std::string text;
-  int depth = 0;
-
-  [[gnu::format(printf, 2, 3)]] void line(const char* format, ...) {
-    char buffer[512];
-    std::va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(buffer, sizeof buffer, format, arguments);
-    va_end(arguments);
-    text.append(at(depth), '\t');
-    text += buffer;
-    text += '\n';
-  }
-  void open(const std::string& keyword) {
-    line("%s {", keyword.c_str());
-    ++depth;
-  }
-  void close() {
-    --depth;
-    line("}");
-  }
-};
-
-// Six decimals, and no minus before a zero.
-std::string number(float value) {
-  char buffer[64];
-  std::snprintf(buffer, sizeof buffer, "%.6f", static_cast<double>(value));
-  const std::string text = buffer;
-  return text == "-0.000000" ? "0.000000" : text;
+Colour opaque(const Colour4& c) {
+  return {c.r, c.g, c.b};
 }
 
-std::string triple(float a, float b, float c) {
-  return number(a) + " " + number(b) + " " + number(c);
+TextMaterial textMaterial(const StageMaterial& material) {
+  return {.name = material.name,
+          .texture = material.texture,
+          .environment = material.environment,
+          .twoSided = material.twoSided,
+          .diffuse = opaque(material.diffuse),
+          .ambient = opaque(material.ambient),
+          .specular = opaque(material.specular),
+          .shine = material.shine,
+          .shineStrength = material.shineStrength,
+          .opacity = material.opacity};
 }
 
-std::string place(const Vector& v) {
-  return triple(v.x, -v.z, v.y);
-}
-
-std::string colour(const Colour4& c) {
-  return triple(c.r, c.g, c.b);
-}
-
-void writeMaterials(Writer& out, const Stage& stage) {
-  out.open("*MATERIAL_LIST");
-  out.line("*MATERIAL_COUNT %zu", stage.materials.size());
-  for (std::size_t i = 0; i < stage.materials.size(); ++i) {
-    const StageMaterial& material = stage.materials[i];
-    out.open("*MATERIAL " + std::to_string(i));
-    out.line("*MATERIAL_NAME \"%s\"", material.name.c_str());
-    out.line("*MATERIAL_AMBIENT %s", colour(material.ambient).c_str());
-    out.line("*MATERIAL_DIFFUSE %s", colour(material.diffuse).c_str());
-    out.line("*MATERIAL_SPECULAR %s", colour(material.specular).c_str());
-    out.line("*MATERIAL_SHINE %s", number(material.shine).c_str());
-    out.line("*MATERIAL_SHINESTRENGTH %s", number(material.shineStrength).c_str());
-    out.line("*MATERIAL_TRANSPARENCY %s", number(1 - material.opacity).c_str());
-    if (material.twoSided) out.line("*MATERIAL_TWOSIDED");
-    out.line("*MAP_TYPE %s", material.environment ? "Spherical" : "Screen");
-    if (!material.texture.empty()) {
-      out.open("*MAP_DIFFUSE");
-      out.line("*BITMAP \"%s\"", material.texture.c_str());
-      out.close();
-    }
-    out.close();
-  }
-  out.close();
-}
-
-void writeTransform(Writer& out, const std::string& name, const Vector& origin) {
-  out.open("*NODE_TM");
-  out.line("*NODE_NAME \"%s\"", name.c_str());
-  out.line("*TM_ROW0 1.000000 0.000000 0.000000");
-  out.line("*TM_ROW1 0.000000 1.000000 0.000000");
-  out.line("*TM_ROW2 0.000000 0.000000 1.000000");
-  out.line("*TM_ROW3 %s", place(origin).c_str());
-  out.line("*TM_POS %s", place(origin).c_str());
-  out.line("*TM_SCALE 1.000000 1.000000 1.000000");
-  out.close();
-}
-
-void writePositions(Writer& out, const MotionKeys& keys, bool straight) {
-  if (keys.empty()) return;
-  out.open(straight ? "*CONTROL_POS_TRACK" : "*CONTROL_POS_BEZIER");
-  for (const MotionKey& key : keys)
-    out.line("%s %d %s", straight ? "*CONTROL_POS_SAMPLE" : "*CONTROL_BEZIER_POS_KEY",
-             key.frame * ticksPerFrame, place(key.value).c_str());
-  out.close();
-}
-
-void writeAnimation(Writer& out, const std::string& name, const Motion& motion) {
-  if (motion.positions.empty() && motion.turns.empty() && motion.scales.empty()) return;
-  out.open("*TM_ANIMATION");
-  out.line("*NODE_NAME \"%s\"", name.c_str());
-  writePositions(out, motion.positions, motion.straight);
-  if (!motion.turns.empty()) {
-    out.open("*CONTROL_ROT_TRACK");
-    for (const MotionKey& key : motion.turns)
-      // The player turns the other way.
-      out.line("*CONTROL_ROT_SAMPLE %d %s %s", key.frame * ticksPerFrame, place(key.value).c_str(),
-               number(-key.radians).c_str());
-    out.close();
-  }
-  if (!motion.scales.empty()) {
-    out.open("*CONTROL_SCALE_TRACK");
-    for (const MotionKey& key : motion.scales)
-      out.line("*CONTROL_SCALE_SAMPLE %d %s", key.frame * ticksPerFrame,
-               triple(key.value.x, key.value.z, key.value.y).c_str());
-    out.close();
-  }
-  out.close();
-}
-
-void writeSurface(Writer& out, const Surface& surface) {
-  // Texture vertices: one for each coordinate of each point, in the order of the points, so that a surface
-  // without seams keeps its numbers.
+// Texture vertices: one for each coordinate of each point, in the order of the points, so that a surface
+// without seams keeps its numbers.
+void addMapping(TextMesh& mesh, const Surface& surface) {
   std::vector<std::vector<Uv>> coordinates(surface.points.size());
   for (const Triangle& triangle : surface.triangles)
     for (std::size_t k = 0; k < 3; ++k) {
@@ -299,118 +200,69 @@ void writeSurface(Writer& out, const Surface& surface) {
       if (std::find(own.begin(), own.end(), triangle.uv[k]) == own.end()) own.push_back(triangle.uv[k]);
     }
   std::vector<std::size_t> first(1, 0);
-  for (const std::vector<Uv>& own : coordinates) first.push_back(first.back() + own.size());
-
-  out.open("*MESH");
-  out.line("*TIMEVALUE 0");
-  out.line("*MESH_NUMVERTEX %zu", surface.points.size());
-  out.line("*MESH_NUMFACES %zu", surface.triangles.size());
-  out.open("*MESH_VERTEX_LIST");
-  for (std::size_t i = 0; i < surface.points.size(); ++i)
-    out.line("*MESH_VERTEX %zu %s", i, place(surface.points[i]).c_str());
-  out.close();
-  out.open("*MESH_FACE_LIST");
-  for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
-    const auto& p = surface.triangles[i].points;
-    out.line("*MESH_FACE %zu: A: %d B: %d C: %d AB: 1 BC: 1 CA: 1", i, p[0], p[1], p[2]);
+  for (const std::vector<Uv>& own : coordinates) {
+    first.push_back(first.back() + own.size());
+    for (const Uv& uv : own) mesh.coordinates.push_back({uv.u, uv.v});
   }
-  out.close();
-  if (surface.mapped) {
-    out.line("*MESH_NUMTVERTEX %zu", first.back());
-    out.open("*MESH_TVERTLIST");
-    for (std::size_t i = 0; i < coordinates.size(); ++i)
-      for (std::size_t k = 0; k < coordinates[i].size(); ++k)
-        out.line("*MESH_TVERT %zu %s", first[i] + k,
-                 triple(coordinates[i][k].u, coordinates[i][k].v, 0).c_str());
-    out.close();
-    out.line("*MESH_NUMTVFACES %zu", surface.triangles.size());
-    out.open("*MESH_TFACELIST");
-    for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
-      const Triangle& triangle = surface.triangles[i];
-      std::array<std::size_t, 3> t{};
-      for (std::size_t k = 0; k < 3; ++k) {
-        const std::vector<Uv>& own = coordinates[at(triangle.points[k])];
-        t[k] = first[at(triangle.points[k])] +
-               static_cast<std::size_t>(std::find(own.begin(), own.end(), triangle.uv[k]) - own.begin());
-      }
-      out.line("*MESH_TFACE %zu %zu %zu %zu", i, t[0], t[1], t[2]);
+  for (const Triangle& triangle : surface.triangles) {
+    std::array<int, 3>& face = mesh.coordinateFaces.emplace_back();
+    for (std::size_t k = 0; k < 3; ++k) {
+      const std::vector<Uv>& own = coordinates[at(triangle.points[k])];
+      face[k] = static_cast<int>(first[at(triangle.points[k])]) +
+                static_cast<int>(std::find(own.begin(), own.end(), triangle.uv[k]) - own.begin());
     }
-    out.close();
   }
-  out.close();
 }
 
-void writeMesh(Writer& out, const Stage& stage, const StageMesh& mesh) {
-  out.open(mesh.helper ? "*HELPEROBJECT" : "*GEOMOBJECT");
-  out.line("*NODE_NAME \"%s\"", mesh.name.c_str());
-  if (mesh.helper) out.line("*HELPER_CLASS \"Dummy\"");
-  if (!mesh.parent.empty()) out.line("*NODE_PARENT \"%s\"", mesh.parent.c_str());
-  writeTransform(out, mesh.name, mesh.pivot);
-  if (!mesh.surface.triangles.empty()) writeSurface(out, mesh.surface);
-  writeAnimation(out, mesh.name, mesh.motion);
-  if (!mesh.surface.triangles.empty()) out.line("*MATERIAL_REF %d", materialIndex(stage, mesh));
-  out.close();
+TextMesh textMesh(const Stage& stage, const StageMesh& mesh) {
+  TextMesh text{.name = mesh.name,
+                .parent = mesh.parent,
+                .helperClass = mesh.helper ? "Dummy" : "",
+                .pivot = mesh.pivot,
+                .points = mesh.surface.points,
+                .motion = mesh.motion};
+  if (mesh.surface.triangles.empty()) return text;
+  text.material = materialIndex(stage, mesh);
+  for (const Triangle& triangle : mesh.surface.triangles) text.faces.push_back(triangle.points);
+  if (mesh.surface.mapped) addMapping(text, mesh.surface);
+  return text;
 }
 
-void writeLight(Writer& out, const StageLight& light) {
-  out.open("*LIGHTOBJECT");
-  out.line("*NODE_NAME \"%s\"", light.name.c_str());
-  out.line("*LIGHT_TYPE %s", light.spot ? "Target" : "Omni");
-  writeTransform(out, light.name, light.position);
-  if (light.spot) writeTransform(out, light.name + ".Target", light.target);
-  out.line("*LIGHT_USELIGHT %d", light.on ? 1 : 0);
-  out.open("*LIGHT_SETTINGS");
-  out.line("*LIGHT_COLOR %s", colour(light.colour).c_str());
-  out.line("*LIGHT_INTENS %s", number(light.intensity).c_str());
-  out.line("*LIGHT_FALLOFF %s", number(light.coneDegrees).c_str());
-  out.close();
-  Motion own, target;
-  own.positions = light.positions, target.positions = light.targets;
-  writeAnimation(out, light.name, own);
-  writeAnimation(out, light.name + ".Target", target);
-  out.close();
+TextLight textLight(const StageLight& light) {
+  return {.name = light.name,
+          .position = light.position,
+          .on = light.on,
+          .colour = opaque(light.colour),
+          .intensity = light.intensity,
+          .spot = light.spot,
+          .target = light.target,
+          .coneDegrees = light.coneDegrees,
+          .motion = {.positions = light.positions},
+          .targetMotion = {.positions = light.targets}};
 }
 
-void writeCamera(Writer& out, const StageCamera& camera) {
-  out.open("*CAMERAOBJECT");
-  out.line("*NODE_NAME \"%s\"", camera.name.c_str());
-  out.line("*CAMERA_TYPE Target");
-  writeTransform(out, camera.name, camera.position);
-  writeTransform(out, camera.name + ".Target", camera.target);
-  out.open("*CAMERA_SETTINGS");
-  out.line("*CAMERA_FAR %s", number(camera.far).c_str());
-  out.line("*CAMERA_FOV %s", number(camera.fieldDegrees * radiansPerDegree).c_str());
-  out.close();
-  Motion own, target;
-  own.positions = camera.positions, target.positions = camera.targets;
-  writeAnimation(out, camera.name, own);
-  writeAnimation(out, camera.name + ".Target", target);
-  out.close();
+TextCamera textCamera(const StageCamera& camera) {
+  return {.name = camera.name,
+          .position = camera.position,
+          .target = camera.target,
+          .fieldDegrees = camera.fieldDegrees,
+          .far = camera.far,
+          .motion = {.positions = camera.positions},
+          .targetMotion = {.positions = camera.targets}};
 }
 
 }  // namespace
 
 std::string modelText(const Stage& stage) {
   checkStage(stage);
-  Writer out;
-  out.open("*SCENE");
-  out.line("*SCENE_FIRSTFRAME 0");
-  out.line("*SCENE_LASTFRAME %ld", std::lround(stage.seconds * framesPerSecond));
-  out.line("*SCENE_FRAMESPEED %d", framesPerSecond);
-  out.line("*SCENE_TICKSPERFRAME %d", ticksPerFrame);
-  out.close();
-  writeMaterials(out, stage);
-  for (const StageMesh& mesh : stage.meshes) writeMesh(out, stage, mesh);
-  for (const StageLight& light : stage.lights) writeLight(out, light);
-  for (const StageCamera& camera : stage.cameras) writeCamera(out, camera);
-
-  std::uint64_t hash = 0xcbf29ce484222325u;  // FNV-1a
-  for (const char c : out.text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3u;
-  char head[128];
-  // The comment is what compiled models are compared by.
-  std::snprintf(head, sizeof head, "*3DSMAX_ASCIIEXPORT 200\n*COMMENT \"%s %016llx\"\n", stage.name.c_str(),
-                static_cast<unsigned long long>(hash));
-  return head + out.text;
+  TextModel model{.name = stage.name,
+                  .framesPerSecond = framesPerSecond,
+                  .lastFrame = static_cast<int>(std::lround(stage.seconds * framesPerSecond))};
+  for (const StageMaterial& material : stage.materials) model.materials.push_back(textMaterial(material));
+  for (const StageMesh& mesh : stage.meshes) model.meshes.push_back(textMesh(stage, mesh));
+  for (const StageLight& light : stage.lights) model.lights.push_back(textLight(light));
+  for (const StageCamera& camera : stage.cameras) model.cameras.push_back(textCamera(camera));
+  return writeModelText(model, NumberForm::sixDecimals);
 }
 
 }  // namespace vex

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "models/model_text.h"
 #include "production/geometry/surface.h"
 #include "production/image/image.h"
 
@@ -16,12 +17,8 @@ inline constexpr int framesPerSecond = 30;
 
 // --- Motion: lists of keys, made from functions of time.
 
-struct MotionKey {
-  int frame = 0;
-  Vector value;       // place, factors, or axis of the turn
-  float radians = 0;  // right-handed; turns only, each added to the ones before it
-};
-using MotionKeys = std::vector<MotionKey>;
+using MotionKey = ModelKey;
+using MotionKeys = ModelKeys;
 
 // Keys each `every` frames from 0 to `seconds`. The player draws a smooth curve through positions, so that
 // one key in 10 or 15 frames is enough for a camera.
@@ -36,12 +33,7 @@ float eased(float t, float start, float end);
 // A loop: a whole number of turns in `seconds`, -1 to 1.
 float swing(float t, float seconds, float turns, float phase = 0);
 
-struct Motion {
-  MotionKeys positions{};  // absolute places of the pivot
-  MotionKeys turns{};
-  MotionKeys scales{};    // about the pivot
-  bool straight = false;  // straight lines between positions instead of a curve
-};
+using Motion = ModelMotion;
 
 // --- Materials
 
