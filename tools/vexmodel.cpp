@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <initializer_list>
 #include <limits>
 #include <optional>
 #include <set>
@@ -25,13 +26,20 @@
 #include "engine/scene.h"
 #include "models/model_info.h"
 #include "models/model_loader.h"
+#include "platform/encoder.h"
 #include "platform/end_request.h"
 #include "platform/offscreen_context.h"
 #include "platform/png_file.h"
 #include "platform/replace_file.h"
 #include "platform/standard_streams.h"
+#include "scenes/scene_tables.h"
 #include "textures/gl_setup.h"
 #include "textures/texture_cache.h"
+#include "tools/exchange/export.h"
+#include "tools/exchange/import.h"
+#include "tools/exchange/report.h"
+#include "tools/exchange/source_file.h"
+#include "tools/exchange/texture_plan.h"
 
 namespace {
 
@@ -50,6 +58,28 @@ constexpr const char* usage =
     "         --hide NAME,NAME...            without these meshes and lights; spark* are all of a beginning\n"
     "         --pose NAME=SECONDS,...        these meshes at times of their own\n"
     "         --size WxH                     size of the picture in pixels (default 1280x720)\n"
+    "       vexmodel turntable FILE --out FILE.mp4 [options]\n"
+    "                                        six seconds round a model, in which its tracks play once;\n"
+    "                                        --bare, --hide, --pose and --size as for view; .mkv is "
+    "lossless\n"
+    "       vexmodel check FILE --scene NAME say which objects and cameras a scene lacks in a model\n"
+    "       vexmodel import FILE OUT.ase [options]\n"
+    "                                        make a model of a .gltf, .glb, .fbx, .dae or .obj file\n"
+    "         --dir RUNDIR                   textures go to RUNDIR/data (default: the data folder of "
+    "OUT.ase)\n"
+    "         --fps N                        frames a second that motion is sampled at (default 30)\n"
+    "         --scale S                      units a unit of the file (default 1)\n"
+    "         --up y|z                       the file's axis that points up (default: what the file says, or "
+    "y)\n"
+    "         --only NAME,NAME...            these nodes with all below them; Rock* are all of a beginning\n"
+    "         --max-side N                   of textures, in pixels (default 512)\n"
+    "         --rest                         skinned and morphing meshes as they rest\n"
+    "         --chrome                       what is metal and smooth mirrors the texture data\\chrome\n"
+    "         --force                        over textures that stand there already\n"
+    "         --dry-run                      only say what would come in\n"
+    "         --json                         say it as one JSON object\n"
+    "       vexmodel export FILE OUT.glb     make a binary glTF file of a model, for other tools\n"
+    "         --json                         say what went out as one JSON object\n"
     "       vexmodel --help                  show this text\n"
     "\n"
     "Textures are files of the folder data: the one that FILE lies in, or else the one beside FILE.\n"
@@ -85,6 +115,9 @@ struct CommandLine {
   std::string command;
   std::string file;
   std::string out;
+  std::string scene;
+  vex::ImportOptions import;
+  vex::TextureWriting textures;
   vex::JsonContent content;
   bool json = false;
   int camera = 0;
@@ -118,50 +151,105 @@ void parseSize(CommandLine& line, std::string_view text) {
   line.height = parse("--size", text.substr(std::min(cross + 1, text.size())), 1, maxSide);
 }
 
+vex::UpAxis parseUp(const std::string& axis) {
+  if (axis != "y" && axis != "z") refuseUsage("--up " + axis + ": y or z is expected");
+  return axis == "z" ? vex::UpAxis::z : vex::UpAxis::y;
+}
+
+// Takes an option of import; false when it is none. `value` gives the argument that follows.
+bool parseImportOption(CommandLine& line, const std::string& argument, const auto& value) {
+  if (argument == "--dir") {
+    line.textures.folder = value();
+  } else if (argument == "--fps") {
+    line.import.framesPerSecond = parse("--fps", value(), 1, 1000);
+  } else if (argument == "--scale") {
+    line.import.scale = parse("--scale", value(), 1e-6, 1e6);
+  } else if (argument == "--up") {
+    line.import.up = parseUp(value());
+  } else if (argument == "--only") {
+    line.import.only = splitAtCommas(value());
+  } else if (argument == "--max-side") {
+    line.textures.mostSide = parse("--max-side", value(), 4, 16384);
+    if (line.textures.mostSide & (line.textures.mostSide - 1))
+      refuseUsage("--max-side: a power of two is expected");
+  } else if (argument == "--rest") {
+    line.import.atRest = true;
+  } else if (argument == "--chrome") {
+    line.import.chrome = true;
+  } else if (argument == "--force") {
+    line.textures.force = true;
+  } else if (argument == "--dry-run") {
+    line.textures.dryRun = true;
+  } else {
+    return false;
+  }
+  return true;
+}
+
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
   CommandLine line;
   if (arguments.empty()) refuseUsage("");
   line.command = arguments[0];
   const bool info = line.command == "info";
   const bool view = line.command == "view";
-  if (!info && !view && line.command != "compile") refuseUsage("");
+  const bool turntable = line.command == "turntable";
+  const bool draws = view || turntable;
+  const bool check = line.command == "check";
+  const bool import = line.command == "import";
+  const bool exchange = import || line.command == "export";
+  if (!info && !draws && !check && !exchange && line.command != "compile") refuseUsage("");
   for (std::size_t i = 1; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
     const auto value = [&]() -> const std::string& {
       if (i + 1 == arguments.size()) refuseUsage(argument + " lacks its value");
       return arguments[++i];
     };
-    if (info && argument == "--json") {
+    if (import && parseImportOption(line, argument, value)) {
+    } else if ((info || exchange) && argument == "--json") {
       line.json = true;
     } else if (info && argument == "--geometry") {
       line.content.geometry = true;
     } else if ((info || view) && argument == "--at") {
       line.content.seconds = parse("--at", value(), -1e6f, 1e6f);
-    } else if (view && argument == "--out") {
+    } else if (check && argument == "--scene") {
+      line.scene = value();
+    } else if (draws && argument == "--out") {
       line.out = value();
     } else if (view && argument == "--camera") {
       line.camera = parse("--camera", value(), 0, std::numeric_limits<int>::max());
       line.cameraGiven = true;
-    } else if (view && argument == "--bare") {
+    } else if (draws && argument == "--bare") {
       line.bare = true;
-    } else if (view && argument == "--hide") {
+    } else if (draws && argument == "--hide") {
       line.hidden = splitAtCommas(value());
-    } else if (view && argument == "--pose") {
+    } else if (draws && argument == "--pose") {
       parsePoses(line, value());
-    } else if (view && argument == "--size") {
+    } else if (draws && argument == "--size") {
       parseSize(line, value());
     } else if (line.file.empty() && !argument.starts_with("-")) {
       line.file = argument;
+    } else if (exchange && line.out.empty() && !argument.starts_with("-")) {
+      line.out = argument;
     } else {
       refuseUsage("");
     }
   }
   if (line.file.empty()) refuseUsage("");
   if (view && line.out.empty()) refuseUsage("view lacks --out FILE.png");
+  if (turntable && !vex::isVideoName(line.out)) refuseUsage("turntable lacks --out FILE.mp4 (or .mkv)");
+  if (check && line.scene.empty()) refuseUsage("check lacks --scene NAME");
+  if (exchange && line.out.empty())
+    refuseUsage(line.command + (import ? " lacks OUT.ase" : " lacks OUT.glb"));
   if ((line.content.geometry || (info && line.content.seconds)) && !line.json) {
     refuseUsage("--geometry and --at belong to --json");
   }
   return line;
+}
+
+std::string lowered(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
 }
 
 // Goes where the file and its textures have the names that the loader takes: to the folder that the file's
@@ -171,10 +259,7 @@ std::string enterFolder(const std::string& file) {
   std::error_code error;
   const fs::path path = fs::absolute(file, error).lexically_normal();
   const fs::path folder = path.parent_path();
-  std::string folderName = folder.filename().string();
-  std::transform(folderName.begin(), folderName.end(), folderName.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  const bool inData = folderName == "data";
+  const bool inData = lowered(folder.filename().string()) == "data";
   const fs::path target = inData ? folder.parent_path() : folder;
   if (chdir(target.c_str()) != 0) {
     vex::fatalError("%s: can't go to folder %s: %s", file.c_str(), target.c_str(), std::strerror(errno));
@@ -184,10 +269,7 @@ std::string enterFolder(const std::string& file) {
 }
 
 bool hasExtension(const std::string& file, std::string_view extension) {
-  std::string ending = file.substr(file.size() - std::min(file.size(), extension.size()));
-  std::transform(ending.begin(), ending.end(), ending.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return ending == extension;
+  return lowered(file.substr(file.size() - std::min(file.size(), extension.size()))) == extension;
 }
 
 void printOut(const std::string& text) {
@@ -224,13 +306,16 @@ struct Ball {
   float radius = 1.0f;
 };
 
-Ball surround(vex::Scene& scene, float seconds) {
+// At all the times.
+Ball surround(vex::Scene& scene, std::initializer_list<float> times) {
   std::vector<vex::Vector> points;
-  for (vex::Mesh* mesh : scene.meshes) {
-    if (mesh->hidden()) continue;
-    const vex::Matrix matrix = mesh->getMatrix(seconds);
-    for (const vex::Vertex& vertex : mesh->vertices) {
-      points.push_back(vex::transformPoint(matrix, vertex.position));
+  for (const float seconds : times) {
+    for (vex::Mesh* mesh : scene.meshes) {
+      if (mesh->hidden()) continue;
+      const vex::Matrix matrix = mesh->getMatrix(seconds);
+      for (const vex::Vertex& vertex : mesh->vertices) {
+        points.push_back(vex::transformPoint(matrix, vertex.position));
+      }
     }
   }
   if (points.empty()) return {};
@@ -333,22 +418,24 @@ void draw(vex::Scene& scene, const CommandLine& line, float seconds) {
 constexpr int sides = 8;
 constexpr float turntableFov = 60.0f;  // three quarters of it upright
 
-vex::ContactSheet drawTurntable(vex::Scene& scene, const CommandLine& line, float seconds) {
-  const Ball ball = surround(scene, seconds);
-  scene.viewers.allocate(1);
-  auto* viewer = scene.viewers[0] = new vex::Viewer;
-  viewer->fov = turntableFov;
-  // Far enough for the ball to fit into the narrower angle, and for the near plane at 1.
-  const double upright = static_cast<double>(turntableFov) * 0.75 * std::acos(-1.0) / 360.0;
-  const double across = std::atan(std::tan(upright) * line.width / line.height);
-  const auto radius = static_cast<double>(std::max(ball.radius, 0.001f));
-  const double distance = radius / std::sin(std::min(upright, across)) * 1.05 + 1.0;
-  viewer->farPlane = static_cast<float>(distance + radius * 2.0 + 1.0);
-  viewer->target = ball.centre;
-  vex::ContactSheet sheet(sides, line.width, line.height);
-  std::vector<std::byte> pixels;
-  for (int side = 0; side < sides; ++side) {
-    const double degrees = side * 360.0 / sides;
+// A camera that goes round a ball, a little above its middle.
+class Orbit {
+ public:
+  Orbit(vex::Scene& scene, const CommandLine& line, const Ball& shown) : ball(shown) {
+    scene.viewers.allocate(1);
+    viewer = scene.viewers[0] = new vex::Viewer;
+    scene.viewerIndex = 0;
+    viewer->fov = turntableFov;
+    // Far enough for the ball to fit into the narrower angle, and for the near plane at 1.
+    const double upright = static_cast<double>(turntableFov) * 0.75 * std::acos(-1.0) / 360.0;
+    const double across = std::atan(std::tan(upright) * line.width / line.height);
+    const auto radius = static_cast<double>(std::max(ball.radius, 0.001f));
+    distance = radius / std::sin(std::min(upright, across)) * 1.05 + 1.0;
+    viewer->farPlane = static_cast<float>(distance + radius * 2.0 + 1.0);
+    viewer->target = ball.centre;
+  }
+
+  void turnTo(double degrees) {
     const double angle = degrees * std::acos(-1.0) / 180.0;
     const double height = 0.35;  // of the distance: a little from above
     const double flat = std::sqrt(1.0 - height * height);
@@ -356,6 +443,21 @@ vex::ContactSheet drawTurntable(vex::Scene& scene, const CommandLine& line, floa
         ball.centre + vex::Vector(static_cast<float>(std::sin(angle) * flat), static_cast<float>(height),
                                   static_cast<float>(std::cos(angle) * flat)) *
                           static_cast<float>(distance);
+  }
+
+ private:
+  Ball ball;
+  vex::Viewer* viewer;
+  double distance;
+};
+
+vex::ContactSheet drawSides(vex::Scene& scene, const CommandLine& line, float seconds) {
+  Orbit orbit(scene, line, surround(scene, {seconds}));
+  vex::ContactSheet sheet(sides, line.width, line.height);
+  std::vector<std::byte> pixels;
+  for (int side = 0; side < sides; ++side) {
+    const double degrees = side * 360.0 / sides;
+    orbit.turnTo(degrees);
     draw(scene, line, seconds);
     vex::readBackBgra(line.width, line.height, pixels);
     sheet.add(degrees, pixels);
@@ -377,19 +479,52 @@ bool writePicture(vex::ReplacementFile& file, const CommandLine& line) {
   return vex::writePng(file, line.width, line.height, rgb);
 }
 
-void view(const CommandLine& line) {
-  vex::ReplacementFile file(std::filesystem::absolute(line.out).string());  // the working folder changes
-  if (!file.stream()) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
+// The model as the options ask for it, and a GL to draw it with.
+void openScene(const CommandLine& line, vex::Scene& scene) {
   const std::string reason = vex::openOffscreenContext(line.width, line.height);
   if (!reason.empty()) vex::fatalError("no OpenGL to draw with: %s", reason.c_str());
   vex::setWindowSize(line.width, line.height);
   vex::setUpGlState();
   glViewport(0, 0, line.width, line.height);
-
-  vex::Scene scene;
   loadScene(line.file, scene);
   hideAndPose(line, scene);
   if (line.bare) makeBare(scene);
+}
+
+void turntable(const CommandLine& line) {
+  constexpr int framesPerSecond = 30;
+  constexpr int frames = 6 * framesPerSecond;
+  const std::string out = std::filesystem::absolute(line.out).string();  // the working folder changes
+  if (!vex::takesOddSizes(out) && (line.width % 2 != 0 || line.height % 2 != 0))
+    vex::fatalError("%s: a picture of %dx%d has odd sides, .mkv takes them", line.out.c_str(), line.width,
+                    line.height);
+  vex::Scene scene;
+  openScene(line, scene);
+  vex::VideoEncoder encoder;
+  const std::string failure = encoder.start(
+      out, {.width = line.width, .height = line.height, .framesPerSecond = framesPerSecond, .quality = 2},
+      {});
+  if (!failure.empty()) vex::fatalError("%s", failure.c_str());
+  Orbit orbit(scene, line, surround(scene, {0.0f, 0.25f, 0.5f, 0.75f, 1.0f}));
+  auto result = vex::VideoEncoder::Result::complete;
+  std::vector<std::byte> pixels;
+  for (int frame = 0; frame < frames; ++frame) {
+    orbit.turnTo(360.0 * frame / frames);
+    draw(scene, line, static_cast<float>(frame) / frames);
+    vex::readBackBgra(line.width, line.height, pixels);
+    if (encoder.write(pixels)) continue;
+    result = vex::VideoEncoder::Result::failed;
+    break;
+  }
+  const std::string ending = encoder.finish(result);
+  if (!ending.empty()) vex::fatalError("%s: %s", line.out.c_str(), ending.c_str());
+}
+
+void view(const CommandLine& line) {
+  vex::ReplacementFile file(std::filesystem::absolute(line.out).string());  // the working folder changes
+  if (!file.stream()) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
+  vex::Scene scene;
+  openScene(line, scene);
   const float seconds = line.content.seconds.value_or(0.0f);
   const int cameras = scene.viewers.count();
   if (line.cameraGiven && line.camera >= cameras) {
@@ -397,13 +532,72 @@ void view(const CommandLine& line) {
   }
   bool written = false;
   if (cameras == 0) {
-    written = drawTurntable(scene, line, seconds).write(file);
+    written = drawSides(scene, line, seconds).write(file);
   } else {
     scene.viewerIndex = line.camera;
     draw(scene, line, seconds);
     written = writePicture(file, line);
   }
   if (!written) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
+}
+
+void checkForScene(const CommandLine& line) {
+  const vex::SceneEntry* entry = vex::findSceneEntry(vex::sceneEntries(), line.scene);
+  if (!entry || !entry->model) {
+    std::string names;
+    for (const vex::SceneEntry& known : vex::sceneEntries())
+      if (known.model) names += (names.empty() ? "" : ", ") + std::string(known.name);
+    vex::fatalError("%s is no scene that is built around a model; these are: %s", line.scene.c_str(),
+                    names.c_str());
+  }
+  vex::ModelInfo info;
+  vex::Scene scene;
+  vex::readModel({enterFolder(line.file)}, &scene, vex::collectTextureNames(info));
+  const std::vector<std::string> lacking = vex::lackingIn(scene, entry->needs);
+  if (lacking.empty()) {
+    printOut(line.file + ": holds all that " + entry->name + " asks for; the scene takes it as " +
+             entry->model + "\n");
+    return;
+  }
+  std::string text;
+  for (const std::string& what : lacking) text += (text.empty() ? "" : ", ") + what;
+  vex::fatalError("%s lacks for %s: %s", line.file.c_str(), entry->name, text.c_str());
+}
+
+// The folder that the data folder of a model's text is in.
+std::string runFolderOf(const std::string& file) {
+  namespace fs = std::filesystem;
+  const fs::path folder = fs::absolute(file).lexically_normal().parent_path();
+  return (lowered(folder.filename().string()) == "data" ? folder.parent_path() : folder).string();
+}
+
+void import(const CommandLine& line) {
+  if (!hasExtension(line.out, ".ase"))
+    vex::fatalError("%s isn't the text of a model (.ase)", line.out.c_str());
+  vex::Report report;
+  const vex::SourceFile source = vex::readSource(line.file, report);
+  vex::Imported imported = vex::importScene(source, line.import, report);
+  imported.model.name = std::filesystem::path(line.out).stem().string();
+  vex::TextureWriting textures = line.textures;
+  if (textures.folder.empty()) textures.folder = runFolderOf(line.out);
+  vex::writeTextures(imported.textures, textures, report);
+  if (!textures.dryRun &&
+      !vex::replaceFile(line.out, vex::writeModelText(imported.model, vex::NumberForm::exact)))
+    vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
+  printOut(line.json ? vex::reportAsJson(report) : vex::reportAsText(report));
+}
+
+void exportModel(const CommandLine& line) {
+  if (!hasExtension(line.out, ".glb"))
+    vex::fatalError("%s isn't a binary glTF file (.glb)", line.out.c_str());
+  const std::string out = std::filesystem::absolute(line.out).string();  // the working folder changes
+  vex::Report report;
+  vex::ModelInfo info;
+  vex::Scene scene;
+  vex::readModel({enterFolder(line.file)}, &scene, vex::collectTextureNames(info));
+  if (!vex::replaceFile(out, vex::exportGlb(scene, info.textures, report)))
+    vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
+  printOut(line.json ? vex::reportAsJson(report) : vex::reportAsText(report));
 }
 
 }  // namespace
@@ -420,5 +614,9 @@ int main(int argc, char** argv) {
   if (line.command == "info") info(line);
   if (line.command == "compile") compile(line.file);
   if (line.command == "view") view(line);
+  if (line.command == "turntable") turntable(line);
+  if (line.command == "check") checkForScene(line);
+  if (line.command == "export") exportModel(line);
+  if (line.command == "import") return vex::runGuarded(line.file, [&line] { import(line); });
   return 0;
 }

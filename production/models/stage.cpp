@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <set>
 
-#include "base/pi.h"
 #include "base/report.h"
 
 namespace vex {
