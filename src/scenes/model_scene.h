@@ -16,6 +16,7 @@ struct ModelScene {
   const char* summary;  // likewise
   const char* model;    // path without extension
   std::span<const FunctionRow> functions;
+  ModelNeeds needs;
   void (*setUp)(Concrete& scene);  // gives the objects of the model what the model does not say
 };
 
@@ -37,7 +38,9 @@ constexpr SceneEntry modelEntry() {
   return {.name = description.name,
           .summary = description.summary,
           .functions = description.functions,
-          .construct = []() -> Scene* { return constructModelScene(description); }};
+          .construct = []() -> Scene* { return constructModelScene(description); },
+          .model = description.model,
+          .needs = description.needs};
 }
 
 }  // namespace vex

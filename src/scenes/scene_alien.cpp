@@ -39,6 +39,8 @@ constexpr std::array functionTable{
                 closedGround},
 };
 
+constexpr std::array neededObjects{neededMesh("sphere01"), neededMesh("sphere02")};
+
 }  // namespace
 
 constinit const ModelScene<SceneAlien> sceneAlien{
@@ -46,6 +48,7 @@ constinit const ModelScene<SceneAlien> sceneAlien{
     .summary = "A creature and two chrome spheres within a painted box.",
     .model = "data\\monster",
     .functions = functionTable,
+    .needs = {.objects = neededObjects},
     .setUp = setUp};
 
 }  // namespace vex

@@ -3,6 +3,7 @@
 #include <span>
 
 #include "scenes/function_table.h"
+#include "scenes/model_needs.h"
 
 namespace vex {
 
@@ -11,7 +12,9 @@ struct SceneEntry {
   const char* name;     // as projects write it; begins with "Scene"
   const char* summary;  // a paragraph in Markdown
   std::span<const FunctionRow> functions;
-  Scene* (*construct)();  // needs a GL context and the scene's data; whoever calls owns the scene
+  Scene* (*construct)();        // needs a GL context and the scene's data; whoever calls owns the scene
+  const char* model = nullptr;  // path without extension, of a scene that is built around one
+  ModelNeeds needs = {.cameras = 0};
 };
 
 }  // namespace vex

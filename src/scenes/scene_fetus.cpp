@@ -219,6 +219,31 @@ constexpr std::array functionTable{
                 hoseParameters, FunctionRole::sets},
 };
 
+constexpr std::array neededObjects{neededMesh("fetus"),
+                                   neededMesh("Door"),
+                                   neededMesh("bottle"),
+                                   neededMesh("rectangle01"),
+                                   neededMesh("TableTop"),
+                                   neededMesh("phone"),
+                                   neededMesh("WhiteBox"),
+                                   neededMesh("eye01"),
+                                   neededMesh("eye02"),
+                                   neededMesh("Hose"),
+                                   neededMesh("hose01"),
+                                   neededMesh("hose02"),
+                                   neededLight("HandLight"),
+                                   neededLight("AlarmLight"),
+                                   neededLight("WaterParticle"),
+                                   neededLight("smokeParticle01"),
+                                   neededLight("smokeParticle02"),
+                                   neededLight("smokeParticle03"),
+                                   neededLight("smokeParticle04"),
+                                   NeededObject{"HandSprayer"},
+                                   NeededObject{"cigash"},
+                                   NeededObject{"glassParticle01"},
+                                   NeededObject{"glassParticle02"},
+                                   NeededObject{"glassParticle03"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneFetus> sceneFetus{
@@ -226,6 +251,7 @@ constinit const ModelScene<SceneFetus> sceneFetus{
     .summary = "A closed room: a creature behind a door, a sprayer, a cigarette, a bottle that can burst.",
     .model = "data\\fetus",
     .functions = functionTable,
+    .needs = {.objects = neededObjects},
     .setUp = setUp};
 
 }  // namespace vex

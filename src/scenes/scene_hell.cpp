@@ -63,6 +63,10 @@ constexpr std::array functionTable{
                 closedGround},
 };
 
+constexpr std::array neededObjects{neededMesh("Lava"),       neededMesh("Sphere"),   neededLight("part03"),
+                                   neededLight("part04"),    NeededObject{"part01"}, NeededObject{"part02"},
+                                   NeededObject{"Sprayer01"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneHell> sceneHell{
@@ -70,6 +74,7 @@ constinit const ModelScene<SceneHell> sceneHell{
     .summary = "A sea of lava and a sprayer of sparks within a painted box.",
     .model = "data\\hell",
     .functions = functionTable,
+    .needs = {.objects = neededObjects},
     .setUp = setUp};
 
 }  // namespace vex

@@ -208,6 +208,13 @@ constexpr std::array functionTable{
                 FunctionRole::sets},
 };
 
+constexpr std::array neededObjects{neededMesh("lock"),           neededMesh("top"),
+                                   neededMesh("VexLayer01"),     neededMesh("VexLayer02"),
+                                   neededMesh("VexLayer03"),     neededMesh("VexLayer04"),
+                                   neededLight("Omni02"),        neededLight("Omni49"),
+                                   neededLight("BlueParticle"),  neededLight("GreenParticle"),
+                                   neededLight("WhiteParticle"), NeededObject{"Dummy01"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneIntroBox> sceneIntroBox{
@@ -217,6 +224,7 @@ constinit const ModelScene<SceneIntroBox> sceneIntroBox{
         "ground.",
     .model = "data\\intro_box",
     .functions = functionTable,
+    .needs = {.objects = neededObjects},
     .setUp = setUp};
 
 }  // namespace vex

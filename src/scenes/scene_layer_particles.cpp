@@ -64,6 +64,8 @@ constexpr std::array functionTable{
                 loadFlareParameters, FunctionRole::sets},
 };
 
+constexpr std::array neededObjects{NeededObject{"Omni01"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneLayerParticles> sceneLayerParticles{
@@ -71,6 +73,7 @@ constinit const ModelScene<SceneLayerParticles> sceneLayerParticles{
     .summary = "A layer: flares that fly from the middle of the world, 30 units before the camera.",
     .model = "data\\layer_particles",
     .functions = functionTable,
+    .needs = {.objects = neededObjects, .lights = 1},
     .setUp = setUp};
 
 }  // namespace vex

@@ -69,6 +69,7 @@ constinit const ModelScene<SceneLayerRays> sceneLayerRays{
     .summary = "A layer: rays that swirl over the inside of a cone.",
     .model = "data\\layer_rays",
     .functions = functionTable,
+    .needs = {.meshes = 1},
     .setUp = setUp};
 
 }  // namespace vex

@@ -45,6 +45,7 @@ constinit const ModelScene<SceneLayerRotCubes> sceneLayerRotCubes{
     .summary = "A layer: turning cubes under a light that circles among them.",
     .model = "data\\layer_rot_cubes",
     .functions = functionTable,
+    .needs = {.lights = 1},
     .setUp = setUp};
 
 }  // namespace vex

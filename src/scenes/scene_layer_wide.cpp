@@ -50,6 +50,7 @@ constinit const ModelScene<SceneLayerWide> sceneLayerWide{
     .summary = "A layer: a mesh seen from within at an extreme field of view.",
     .model = "data\\layer_wide",
     .functions = functionTable,
+    .needs = {.meshes = 1},
     .setUp = setUp};
 
 }  // namespace vex

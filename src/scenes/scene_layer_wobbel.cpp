@@ -65,6 +65,7 @@ constinit const ModelScene<SceneLayerWobbel> sceneLayerWobbel{
     .summary = "A layer: a wobbling body that mirrors its surroundings.",
     .model = "data\\wobbel",
     .functions = functionTable,
+    .needs = {.meshes = 1, .lights = 1},
     .setUp = setUp};
 
 }  // namespace vex

@@ -308,6 +308,16 @@ constexpr std::array functionTable{
     loopStateRow,
 };
 
+constexpr std::array neededObjects{
+    neededMesh("rock"),        neededMesh("spear01"),   neededMesh("spear02"),   neededMesh("spear03"),
+    neededMesh("spear04"),     neededMesh("spear05"),   neededMesh("spear06"),   neededMesh("crow01"),
+    neededMesh("crow02"),      neededMesh("crow03"),    neededMesh("spark01"),   neededMesh("spark02"),
+    neededMesh("spark03"),     neededMesh("spark04"),   neededMesh("spark05"),   neededMesh("spark06"),
+    neededMesh("laser01"),     neededMesh("laser02"),   neededMesh("clouds01"),  neededMesh("clouds02"),
+    neededLight("SparkLight"), NeededObject{"fire01"},  NeededObject{"fire02"},  NeededObject{"fire03"},
+    NeededObject{"fire04"},    NeededObject{"smoke01"}, NeededObject{"smoke02"}, NeededObject{"smoke03"},
+    NeededObject{"smoke04"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneSkull> sceneSkull{
@@ -315,6 +325,7 @@ constinit const ModelScene<SceneSkull> sceneSkull{
     .summary = "A skull under clouds and lightning, three crows and two lasers. Its sky needs a ground.",
     .model = "data\\skull",
     .functions = functionTable,
+    .needs = {.objects = neededObjects, .lights = 3},
     .setUp = setUp};
 
 }  // namespace vex

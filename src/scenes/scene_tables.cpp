@@ -115,6 +115,7 @@ std::string functionsAsMarkdown(std::span<const SceneEntry> tables) {
       "pixels).\n\n";
   for (const SceneEntry& table : tables) {
     text += std::string("## ") + table.name + "\n\n" + table.summary + "\n\n";
+    if (table.model) text += needsText(table.model, table.needs) + "\n\n";
     for (const FunctionRow& row : table.functions) text += functionText(row);
   }
   text.pop_back();

@@ -217,6 +217,13 @@ constexpr std::array functionTable{
                 rayParameters, FunctionRole::sets},
 };
 
+constexpr std::array neededObjects{
+    neededMesh("Water"),          neededMesh("WaterAlien"),     neededMesh("LightPlane"),
+    neededMesh("RayBlue"),        neededLight("Omni01"),        neededLight("RayLight"),
+    neededLight("BlackParticle"), neededLight("WhiteParticle"), neededLight("RayParticle"),
+    NeededObject{"Dummy01"},      NeededObject{"Dummy02"},      NeededObject{"Dummy03"},
+    NeededObject{"Dummy04"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneWater> sceneWater{
@@ -226,6 +233,7 @@ constinit const ModelScene<SceneWater> sceneWater{
         "Needs a ground.",
     .model = "data\\water_alien",
     .functions = functionTable,
+    .needs = {.objects = neededObjects},
     .setUp = setUp};
 
 }  // namespace vex
