@@ -1,14 +1,10 @@
+#include <assimp/scene.h>
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 #include <zlib.h>
 
-#ifdef VEX_BENCH_ASSIMP
-#include <assimp/scene.h>
-
-#include <assimp/Importer.hpp>
-#endif
-
 #include <algorithm>
+#include <assimp/Importer.hpp>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -120,7 +116,6 @@ const bool added = addFigure({.name = "hv3_load_vs_inflate",
                                 return m.cpu("loadCompiledModel") / m.cpu("inflateCompiledModel");
                               }});
 
-#ifdef VEX_BENCH_ASSIMP
 void loadWithAssimp(benchmark::State& state) {
   const ModelFolder folder;
   for (auto _ : state) {
@@ -138,7 +133,6 @@ const bool addedAssimp = addFigure(
      .peer = "libassimp reading the same file without post-processing",
      .limit = 1.0,
      .value = [](const Measurements& m) { return m.cpu("loadModelText") / m.cpu("loadWithAssimp"); }});
-#endif
 
 }  // namespace
 

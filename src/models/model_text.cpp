@@ -1,9 +1,12 @@
 #include "models/model_text.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <string_view>
 
 namespace vex {
@@ -26,15 +29,17 @@ Triple colour(const Colour& c) {
   return {c.r, c.g, c.b};
 }
 
+// Lines are put together in a small buffer: texts of large models have hundreds of thousands of them.
 class Writer {
  public:
-  explicit Writer(NumberForm numberForm) : form(numberForm) {}
+  Writer(NumberForm numberForm, std::size_t size) : form(numberForm) { text.reserve(size); }
 
   template <typename... Parts>
   void line(const Parts&... parts) {
-    text.append(depth, '\t');
+    for (std::size_t i = 0; i < depth; ++i) buffer[used++] = '\t';
     (add(parts), ...);
-    text += '\n';
+    buffer[used++] = '\n';
+    flush();
   }
   template <typename... Parts>
   void open(const Parts&... parts) {
@@ -46,34 +51,56 @@ class Writer {
     line("}");
   }
 
+  const NumberForm form;
   std::string text;
 
  private:
-  void add(std::string_view part) { text += part; }
+  static constexpr std::size_t longestNumber = 64;
+
+  void flush() {
+    text.append(buffer.data(), used);
+    used = 0;
+  }
+  char* room(std::size_t size) {
+    if (buffer.size() - used < size + 1) flush();
+    return buffer.data() + used;
+  }
+
+  void add(std::string_view part) {
+    if (part.size() >= buffer.size() / 2) {
+      flush();
+      text += part;
+      return;
+    }
+    std::copy(part.begin(), part.end(), room(part.size()));
+    used += part.size();
+  }
   void add(float value) {
-    char digits[64];
+    char* const start = room(longestNumber);
+    char* const most = start + longestNumber;
     if (value == 0) value = 0;  // no minus before a zero
-    const auto end =
-        form == NumberForm::exact
-            ? std::to_chars(digits, digits + sizeof digits, value).ptr
-            : std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, 6).ptr;
-    const std::string_view number(digits, static_cast<std::size_t>(end - digits));
-    text += number == "-0.000000" ? number.substr(1) : number;
+    char* end = form == NumberForm::exact
+                    ? std::to_chars(start, most, value).ptr
+                    : std::to_chars(start, most, value, std::chars_format::fixed, 6).ptr;
+    const std::string_view number(start, static_cast<std::size_t>(end - start));
+    if (number == "-0.000000") end = std::copy(start + 1, end, start);
+    used += static_cast<std::size_t>(end - start);
   }
   template <std::integral Whole>
   void add(Whole value) {
-    char digits[32];
-    text.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+    char* const start = room(longestNumber);
+    used += static_cast<std::size_t>(std::to_chars(start, start + longestNumber, value).ptr - start);
   }
   void add(const Triple& t) {
     add(t.a);
-    text += ' ';
+    add(" ");
     add(t.b);
-    text += ' ';
+    add(" ");
     add(t.c);
   }
 
-  NumberForm form;
+  std::array<char, 1024> buffer;
+  std::size_t used = 0;
   std::size_t depth = 0;
 };
 
@@ -185,7 +212,9 @@ void writeSurface(Writer& out, const TextMesh& mesh) {
   out.open("*MESH_FACE_LIST");
   for (std::size_t i = 0; i < mesh.faces.size(); ++i) {
     const auto& f = mesh.faces[i];
-    out.line("*MESH_FACE ", i, ": A: ", f[0], " B: ", f[1], " C: ", f[2], " AB: 1 BC: 1 CA: 1");
+    // Which edges show, as modellers have it, says nothing to the player.
+    out.line("*MESH_FACE ", i, ": A: ", f[0], " B: ", f[1], " C: ", f[2],
+             out.form == NumberForm::exact ? "" : " AB: 1 BC: 1 CA: 1");
   }
   out.close();
   if (!mesh.coordinateFaces.empty()) {
@@ -250,10 +279,41 @@ void writeCamera(Writer& out, const TextCamera& camera) {
   out.close();
 }
 
+// About how long the text will be.
+std::size_t sizeOf(const TextModel& model) {
+  std::size_t size = 4096;
+  for (const TextMesh& mesh : model.meshes)
+    size += 1024 + mesh.points.size() * 50 + mesh.faces.size() * 45 + mesh.coordinates.size() * 40 +
+            mesh.coordinateFaces.size() * 35;
+  return size;
+}
+
+constexpr std::uint64_t firstHash = 0xcbf29ce484222325u, hashFactor = 0x100000001b3u;  // FNV-1a
+
+// The comment is what compiled models are compared by. Exact texts, which may be large, are taken eight bytes
+// at a time.
+std::uint64_t hashOf(std::string_view text, NumberForm form) {
+  std::uint64_t hash = firstHash;
+  if (form == NumberForm::exact) {
+    for (; text.size() >= 8; text.remove_prefix(8)) {
+      std::uint64_t word = 0;
+      std::memcpy(&word, text.data(), 8);
+      hash = (hash ^ word) * hashFactor;
+      hash ^= hash >> 32;
+    }
+  }
+  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * hashFactor;
+  return hash;
+}
+
 }  // namespace
 
 std::string writeModelText(const TextModel& model, NumberForm form) {
-  Writer out(form);
+  Writer out(form, sizeOf(model));
+  constexpr std::string_view noDigits = "0000000000000000";
+  out.line("*3DSMAX_ASCIIEXPORT 200");
+  out.line("*COMMENT \"", model.name, " ", noDigits, "\"");
+  const std::size_t head = out.text.size();
   out.open("*SCENE");
   out.line("*SCENE_FIRSTFRAME 0");
   out.line("*SCENE_LASTFRAME ", model.lastFrame);
@@ -265,12 +325,10 @@ std::string writeModelText(const TextModel& model, NumberForm form) {
   for (const TextLight& light : model.lights) writeLight(out, light);
   for (const TextCamera& camera : model.cameras) writeCamera(out, camera);
 
-  std::uint64_t hash = 0xcbf29ce484222325u;  // FNV-1a
-  for (const char c : out.text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3u;
   char digits[32];
-  std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(hash));
-  // The comment is what compiled models are compared by.
-  out.text.insert(0, "*3DSMAX_ASCIIEXPORT 200\n*COMMENT \"" + model.name + " " + digits + "\"\n");
+  std::snprintf(digits, sizeof digits, "%016llx",
+                static_cast<unsigned long long>(hashOf(std::string_view(out.text).substr(head), form)));
+  out.text.replace(head - 2 - noDigits.size(), noDigits.size(), digits);
   return std::move(out.text);
 }
 

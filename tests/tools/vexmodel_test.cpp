@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <filesystem>
 #include <string>
+#include <vector>
 
+#include "platform/png_file.h"
 #include "tests/support/ase_text.h"
+#include "tests/support/gltf_text.h"
 #include "tests/support/model_files.h"
 #include "tests/support/png.h"
 #include "tests/support/temporary_folder.h"
@@ -230,13 +233,154 @@ TEST(Vexmodel, DrawsFormsAndPartsAndPoses) {
   }
 }
 
+namespace {
+
+std::string boxGltf() {
+  GltfText text;
+  text.material(R"("name": "paint", "pbrMetallicRoughness": {"baseColorTexture": {"index": 0}})");
+  text.textureAt("paint.png");
+  text.mesh({.positions = {{0, 0, 0}, {2, 0, 0}, {0, 2, 0}},
+             .uvs = {{0, 0}, {1, 0}, {0, 1}},
+             .indices = {0, 1, 2},
+             .material = 0});
+  text.node(R"("name": "Lava", "mesh": 0)");
+  return text.str();
+}
+
+}  // namespace
+
+TEST(Vexmodel, ImportsAFileAndItsTextures) {
+  const TemporaryFolder folder;
+  writeFile("in/box.gltf", boxGltf());
+  ReplacementFile png("in/paint.png");
+  ASSERT_TRUE(writePng(png, 4, 4, std::vector<std::byte>(48, std::byte{200})));
+  const std::string came =
+      "came    1 meshes of 1 triangles and 3 vertices, 0 helpers, 1 materials\n"
+      "came    0 cameras, 0 lights\n"
+      "changed nothing, but the model is only 2 across, and what is nearer to the eye than 1 is not drawn: "
+      "--scale "
+      "makes it larger\n"
+      "came    texture data/paint.bmp, 4x4\n";
+  Program import = vexmodel("import in/box.gltf out/data/box.ase --dry-run");
+  EXPECT_EQ(import.output, came);
+  EXPECT_FALSE(fs::exists("out"));
+  fs::create_directories("out/data");
+  import = vexmodel("import in/box.gltf out/data/box.ase");
+  EXPECT_EQ(import.exitCode, 0) << import.errors;
+  EXPECT_EQ(import.output, came);
+  EXPECT_TRUE(fs::exists("out/data/paint.bmp"));
+  const std::string info = vexmodel("info out/data/box.ase").output;
+  EXPECT_NE(info.find("texture data\\paint"), std::string::npos) << info;
+  EXPECT_EQ(info.find("missing"), std::string::npos) << info;
+
+  import = vexmodel("import in/box.gltf out/other.ase --dir run --scale 100 --json");
+  EXPECT_EQ(
+      import.output,
+      R"({"came":["1 meshes of 1 triangles and 3 vertices, 0 helpers, 1 materials","0 cameras, 0 lights",)"
+      R"("texture data/paint.bmp, 4x4"],"changed":[],"left":[]})"
+      "\n");
+  EXPECT_TRUE(fs::exists("run/data/paint.bmp"));
+  EXPECT_NE(vexmodel("info out/other.ase --json --geometry")
+                .output.find("\"positions\":[0,0,-0,200,0,-0,0,200,-0]"),
+            std::string::npos);
+
+  EXPECT_EQ(vexmodel("import in/box.gltf out.txt").errors,
+            "vexmodel: out.txt isn't the text of a model (.ase)\n");
+  EXPECT_EQ(vexmodel("import in/none.gltf out.ase").errors,
+            "vexmodel: in/none.gltf: No such file or directory\n");
+  EXPECT_EQ(vexmodel("import in/none.gltf out.ase").exitCode, 255);
+}
+
+TEST(Vexmodel, ExportsAndChecks) {
+  const TemporaryFolder folder;
+  writeFile("data/model.ase", triangleText(true));
+  const Program out = vexmodel("export data/model.ase model.glb");
+  EXPECT_EQ(out.output,
+            "left    texture Rock: no such file\n"
+            "came    1 meshes, 1 materials, 1 cameras, 0 lights, 0 moving things\n")
+      << out.errors;
+  EXPECT_EQ(vexmodel("import model.glb data/back.ase").exitCode, 0);
+  EXPECT_NE(vexmodel("info data/back.ase").output.find("1 meshes, 0 lights, 1 cameras, 3 vertices, 1 faces"),
+            std::string::npos);
+  EXPECT_EQ(vexmodel("export data/model.ase model.txt").errors,
+            "vexmodel: model.txt isn't a binary glTF file (.glb)\n");
+
+  Program check = vexmodel("check data/model.ase --scene SceneLayerWide");
+  EXPECT_EQ(check.exitCode, 0);
+  EXPECT_EQ(
+      check.output,
+      "data/model.ase: holds all that SceneLayerWide asks for; the scene takes it as data\\layer_wide\n");
+  check = vexmodel("check data/model.ase --scene SceneHell");
+  EXPECT_EQ(check.exitCode, 255);
+  EXPECT_EQ(check.errors,
+            "vexmodel: data/model.ase lacks for SceneHell: mesh Lava, mesh Sphere, light part03, light "
+            "part04, mesh or "
+            "light part01, mesh or light part02, mesh or light Sprayer01\n");
+  check = vexmodel("check data/model.ase --scene SceneHelper");
+  EXPECT_TRUE(
+      check.errors.starts_with("vexmodel: SceneHelper is no scene that is built around a model; these are: "))
+      << check.errors;
+}
+
+// The library nests as deep as the file does; the stack is not as deep.
+TEST(Vexmodel, OutlivesFilesThatBringTheLibraryDown) {
+  const TemporaryFolder folder;
+  writeFile("deep.gltf", "{\"asset\": " + std::string(2'000'000, '['));
+  const Program import = runProgram("ulimit -c 0; " VEX_BIN "/vexmodel import deep.gltf deep.ase");
+  EXPECT_EQ(import.exitCode, 255);
+  EXPECT_TRUE(import.errors.find("vexmodel: deep.gltf: ") != std::string::npos) << import.errors;
+  EXPECT_FALSE(fs::exists("deep.ase"));
+}
+
+TEST(Vexmodel, RecordsSixSecondsRoundAModel) {
+  const TemporaryFolder folder;
+  writeFile("data/m.ase", triangleText(false));
+  const Program turntable = vexmodel("turntable data/m.ase --out m.mkv --size 32x24");
+  EXPECT_EQ(turntable.exitCode, 0) << turntable.errors;
+  EXPECT_EQ(
+      runProgram(
+          "ffprobe -v error -count_packets -show_entries stream=width,height,r_frame_rate,nb_read_packets "
+          "-of csv=p=0 m.mkv")
+          .output,
+      "32,24,30/1,180\n");
+  // The first picture is that of the sheet's first side, the 90th that of its fifth.
+  ASSERT_EQ(
+      runProgram("ffmpeg -v error -i m.mkv -vf select='eq(n\\,0)+eq(n\\,90)' -vsync 0 f%d.png").exitCode, 0);
+  EXPECT_NE(readPng("f1.png").pixels, readPng("f2.png").pixels);
+  EXPECT_EQ(vexmodel("turntable data/m.ase --out m.mp4 --size 33x24").errors.substr(0, 44),
+            "vexmodel: m.mp4: a picture of 33x24 has odd ");
+}
+
 TEST(Vexmodel, WrongUsageShowsTheUsage) {
   const Program help = vexmodel("--help");
   EXPECT_EQ(help.exitCode, 0);
-  for (const char* arguments :
-       {"", "info", "compile", "compile a b", "view a", "info a --at", "info a --at 1",
-        "info a --json --at x", "info a --geometry", "view a --out b --size 10", "view a --out b --size 0x5",
-        "compile a --json", "show a", "view a --out b --camera -1", "view a --out b --pose c", "--help x"}) {
+  for (const char* arguments : {"",
+                                "info",
+                                "compile",
+                                "compile a b",
+                                "view a",
+                                "info a --at",
+                                "info a --at 1",
+                                "info a --json --at x",
+                                "info a --geometry",
+                                "view a --out b --size 10",
+                                "view a --out b --size 0x5",
+                                "compile a --json",
+                                "show a",
+                                "import a",
+                                "import a b c",
+                                "export a",
+                                "import a b --up x",
+                                "import a b --fps 0",
+                                "import a b --max-side 100",
+                                "import a b --scale 0",
+                                "export a b --force",
+                                "check a",
+                                "turntable a --out b.png",
+                                "turntable a --out b.mp4 --camera 0",
+                                "view a --out b --camera -1",
+                                "view a --out b --pose c",
+                                "--help x"}) {
     const Program program = vexmodel(arguments);
     EXPECT_EQ(program.exitCode, 2) << arguments;
     EXPECT_TRUE(program.errors.ends_with(help.output)) << arguments;
