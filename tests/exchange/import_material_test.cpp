@@ -142,6 +142,27 @@ TEST(ImportedMaterials, MirrorWhatIsMetalAndSmooth) {
   }
 }
 
+TEST(ImportedMaterials, ShineByThemselvesWhereTheyAreUnlit) {
+  const TemporaryFolder folder;
+  for (const bool lamp : {false, true}) {
+    GltfText text;
+    text.material(R"("pbrMetallicRoughness": {"baseColorFactor": [0.5, 1, 0, 1]}, "extensions":
+                     {"KHR_materials_unlit": {}})");
+    text.mesh(card(0, false));
+    text.node(R"("name": "Card", "mesh": 0)");
+    if (lamp) {
+      text.light(R"("type": "point")");
+      text.node(R"("name": "Lamp", "extensions": {"KHR_lights_punctual": {"light": 0}})");
+    }
+    writeFile("a.gltf", text.str());
+    ImportedFile file;
+    importFile("a.gltf", {}, file);
+    const Mesh& mesh = *static_cast<const Mesh*>(file.scene.find("Card"));
+    expectColour(mesh.ambient, {0.735357f, 1, 0}, "ambient");
+    expectColour(mesh.diffuse, lamp ? Colour{0, 0, 0} : Colour{0.735357f, 1, 0}, "diffuse");
+  }
+}
+
 TEST(MaterialFormula, ComesBackFromTheSurfaceOfToday) {
   for (const float shine : {0.0f, 0.1f, 0.5f, 1.0f}) {
     TextMaterial material{.twoSided = shine > 0.2f,

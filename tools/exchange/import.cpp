@@ -110,7 +110,7 @@ void importObjects(ImportWork& work) {
       continue;
     }
     const bool first = objectOf[at(object.node)].empty();
-    TextMesh mesh{.pivot = toVector(translationOf(node.stored))};
+    TextMesh mesh{.name = node.name, .pivot = toVector(translationOf(node.stored))};
     if (object.sibling >= 0) {
       const unsigned index = node.node->mMeshes[object.sibling];
       const aiMesh& source = *work.source.scene->mMeshes[index];

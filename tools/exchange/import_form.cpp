@@ -133,7 +133,7 @@ void dropUnused(std::vector<Item>& items, std::vector<std::array<int, 3>>& faces
 
 bool importForm(ImportWork& work, const aiMesh& mesh, const Transform& stored, bool turnOver,
                 bool asTheyStand, TextMesh& form) {
-  const std::string name = mesh.mName.length > 0 ? mesh.mName.C_Str() : "without a name";
+  const std::string name = form.name;
   for (unsigned v = 0; v < mesh.mNumVertices; ++v)
     if (!isNumber(mesh.mVertices[v])) {
       work.report.left("mesh " + name + ": a place of a vertex is no number");

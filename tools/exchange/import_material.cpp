@@ -202,6 +202,8 @@ TextMaterial Materials::convert(const aiMaterial& source, const std::string& nam
       work.source.kind == SourceKind::gltf || source.Get(AI_MATKEY_METALLIC_FACTOR, metal) == AI_SUCCESS;
   SurfaceOfToday surface = readSurface(source);
   TextMaterial material = today ? playersMaterial(surface) : readOldMaterial(source);
+  // Lamps would shine on what shines by itself; without lamps the diffuse colour is all that shows.
+  if (today && surface.unlit && work.source.scene->mNumLights > 0) material.diffuse = {0, 0, 0};
   AlphaUse alpha = AlphaUse::blend;
   float cutoff = 0.5f;
   aiString mode;

@@ -32,7 +32,8 @@ struct ImportWork {
 };
 
 // The mesh's triangles under `stored`. Vertices are shared where place, normal and texture coordinates agree,
-// or, with `asTheyStand`, kept one by one. False, with a line in the report, when nothing can be made of it.
+// or, with `asTheyStand`, kept one by one. False, with a line in the report under the name that `form` has,
+// when nothing can be made of it.
 bool importForm(ImportWork& work, const aiMesh& mesh, const Transform& stored, bool turnOver,
                 bool asTheyStand, TextMesh& form);
 
