@@ -25,6 +25,9 @@ class CommandLine {
  public:
   CommandLine(const char* program, const char* usage, int argc, char** argv);
 
+  // The first argument, which names the command of a tool that has several; empty where there is none.
+  std::string first() const { return arguments.empty() ? "" : arguments[0]; }
+
   // The arguments that are no options, in their order. Refused: options of other names, missing values; where
   // help is asked for, the usage is shown and the program ends with 0.
   std::vector<std::string> parse(std::span<const Option> options) const;

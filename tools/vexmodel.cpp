@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
@@ -17,6 +17,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <vector>
 
@@ -35,6 +36,7 @@
 #include "scenes/scene_tables.h"
 #include "textures/gl_setup.h"
 #include "textures/texture_cache.h"
+#include "tools/command_line.h"
 #include "tools/exchange/export.h"
 #include "tools/exchange/import.h"
 #include "tools/exchange/report.h"
@@ -88,30 +90,12 @@ constexpr const char* usage =
 
 constexpr int maxSide = 8192;
 
-[[noreturn]] void refuseUsage(const std::string& message) {
-  if (!message.empty()) std::fprintf(stderr, "vexmodel: %s\n", message.c_str());
-  std::fputs(usage, stderr);
-  std::exit(2);
-}
-
-// The whole text as a number within the range; anything else is wrong usage.
-template <typename Number>
-Number parse(const std::string& option, std::string_view text, Number least, Number most) {
-  Number value{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || !(value >= least && value <= most)) {
-    refuseUsage(option + " " + std::string(text) + ": a number from " + std::to_string(least) + " to " +
-                std::to_string(most) + " is expected");
-  }
-  return value;
-}
-
 struct Pose {
   std::string mesh;  // pattern of names
   float seconds;
 };
 
-struct CommandLine {
+struct Request {
   std::string command;
   std::string file;
   std::string out;
@@ -129,121 +113,100 @@ struct CommandLine {
   int height = 720;
 };
 
-std::vector<std::string> splitAtCommas(std::string_view text) {
-  std::vector<std::string> parts;
-  for (std::size_t start = 0; start <= text.size(); start += parts.back().size() + 1) {
-    parts.emplace_back(text.substr(start, std::min(text.find(',', start), text.size()) - start));
-  }
-  return parts;
+using Options = std::vector<vex::Option>;
+
+void addDrawing(Options& options, const vex::CommandLine& line, Request& request) {
+  options.insert(
+      options.end(),
+      {
+          {"--out", [&](auto& value) { request.out = value; }},
+          {"--bare", [&](auto&) { request.bare = true; }, true},
+          {"--hide", [&](auto& value) { request.hidden = vex::splitAtCommas(value); }},
+          {"--pose",
+           [&](auto& value) {
+             for (const std::string& pose : vex::splitAtCommas(value)) {
+               const std::size_t equals = std::min(pose.rfind('='), pose.size());
+               const std::string_view seconds =
+                   std::string_view(pose).substr(std::min(equals + 1, pose.size()));
+               request.poses.push_back({pose.substr(0, equals), line.number("--pose", seconds, 0.0f, 1e6f)});
+             }
+           }},
+          {"--size",
+           [&](auto& value) {
+             std::tie(request.width, request.height) = line.size("--size", value, 1, maxSide);
+           }},
+      });
 }
 
-void parsePoses(CommandLine& line, std::string_view text) {
-  for (const std::string& pose : splitAtCommas(text)) {
-    const std::size_t equals = std::min(pose.rfind('='), pose.size());
-    const std::string_view seconds = std::string_view(pose).substr(std::min(equals + 1, pose.size()));
-    line.poses.push_back({pose.substr(0, equals), parse("--pose", seconds, 0.0f, 1e6f)});
-  }
+void addImport(Options& options, const vex::CommandLine& line, Request& request) {
+  options.insert(
+      options.end(),
+      {
+          {"--dir", [&](auto& value) { request.textures.folder = value; }},
+          {"--fps",
+           [&](auto& value) { request.import.framesPerSecond = line.number("--fps", value, 1, 1000); }},
+          {"--scale", [&](auto& value) { request.import.scale = line.number("--scale", value, 1e-6, 1e6); }},
+          {"--up",
+           [&](auto& value) {
+             if (value != "y" && value != "z") line.refuse("--up " + value + ": y or z is expected");
+             request.import.up = value == "z" ? vex::UpAxis::z : vex::UpAxis::y;
+           }},
+          {"--only", [&](auto& value) { request.import.only = vex::splitAtCommas(value); }},
+          {"--max-side",
+           [&](auto& value) {
+             request.textures.mostSide = line.number("--max-side", value, 4, 16384);
+             if (!std::has_single_bit(static_cast<unsigned>(request.textures.mostSide)))
+               line.refuse("--max-side: a power of two is expected");
+           }},
+          {"--rest", [&](auto&) { request.import.atRest = true; }, true},
+          {"--chrome", [&](auto&) { request.import.chrome = true; }, true},
+          {"--force", [&](auto&) { request.textures.force = true; }, true},
+          {"--dry-run", [&](auto&) { request.textures.dryRun = true; }, true},
+      });
 }
 
-void parseSize(CommandLine& line, std::string_view text) {
-  const std::size_t cross = std::min(text.find('x'), text.size());
-  line.width = parse("--size", text.substr(0, cross), 1, maxSide);
-  line.height = parse("--size", text.substr(std::min(cross + 1, text.size())), 1, maxSide);
-}
-
-vex::UpAxis parseUp(const std::string& axis) {
-  if (axis != "y" && axis != "z") refuseUsage("--up " + axis + ": y or z is expected");
-  return axis == "z" ? vex::UpAxis::z : vex::UpAxis::y;
-}
-
-// Takes an option of import; false when it is none. `value` gives the argument that follows.
-bool parseImportOption(CommandLine& line, const std::string& argument, const auto& value) {
-  if (argument == "--dir") {
-    line.textures.folder = value();
-  } else if (argument == "--fps") {
-    line.import.framesPerSecond = parse("--fps", value(), 1, 1000);
-  } else if (argument == "--scale") {
-    line.import.scale = parse("--scale", value(), 1e-6, 1e6);
-  } else if (argument == "--up") {
-    line.import.up = parseUp(value());
-  } else if (argument == "--only") {
-    line.import.only = splitAtCommas(value());
-  } else if (argument == "--max-side") {
-    line.textures.mostSide = parse("--max-side", value(), 4, 16384);
-    if (line.textures.mostSide & (line.textures.mostSide - 1))
-      refuseUsage("--max-side: a power of two is expected");
-  } else if (argument == "--rest") {
-    line.import.atRest = true;
-  } else if (argument == "--chrome") {
-    line.import.chrome = true;
-  } else if (argument == "--force") {
-    line.textures.force = true;
-  } else if (argument == "--dry-run") {
-    line.textures.dryRun = true;
-  } else {
-    return false;
+Request parse(const vex::CommandLine& line) {
+  Request request;
+  request.command = line.first();
+  const auto commanded = [&](std::string_view command) { return request.command == command; };
+  const bool info = commanded("info"), view = commanded("view"), turntable = commanded("turntable");
+  const bool check = commanded("check"), import = commanded("import"),
+             exchange = import || commanded("export");
+  if (!info && !view && !turntable && !check && !exchange && !commanded("compile")) {
+    line.parse({});  // for help
+    line.refuse();
   }
-  return true;
-}
 
-CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
-  CommandLine line;
-  if (arguments.empty()) refuseUsage("");
-  line.command = arguments[0];
-  const bool info = line.command == "info";
-  const bool view = line.command == "view";
-  const bool turntable = line.command == "turntable";
-  const bool draws = view || turntable;
-  const bool check = line.command == "check";
-  const bool import = line.command == "import";
-  const bool exchange = import || line.command == "export";
-  if (!info && !draws && !check && !exchange && line.command != "compile") refuseUsage("");
-  for (std::size_t i = 1; i < arguments.size(); ++i) {
-    const std::string& argument = arguments[i];
-    const auto value = [&]() -> const std::string& {
-      if (i + 1 == arguments.size()) refuseUsage(argument + " lacks its value");
-      return arguments[++i];
-    };
-    if (import && parseImportOption(line, argument, value)) {
-    } else if ((info || exchange) && argument == "--json") {
-      line.json = true;
-    } else if (info && argument == "--geometry") {
-      line.content.geometry = true;
-    } else if ((info || view) && argument == "--at") {
-      line.content.seconds = parse("--at", value(), -1e6f, 1e6f);
-    } else if (check && argument == "--scene") {
-      line.scene = value();
-    } else if (draws && argument == "--out") {
-      line.out = value();
-    } else if (view && argument == "--camera") {
-      line.camera = parse("--camera", value(), 0, std::numeric_limits<int>::max());
-      line.cameraGiven = true;
-    } else if (draws && argument == "--bare") {
-      line.bare = true;
-    } else if (draws && argument == "--hide") {
-      line.hidden = splitAtCommas(value());
-    } else if (draws && argument == "--pose") {
-      parsePoses(line, value());
-    } else if (draws && argument == "--size") {
-      parseSize(line, value());
-    } else if (line.file.empty() && !argument.starts_with("-")) {
-      line.file = argument;
-    } else if (exchange && line.out.empty() && !argument.starts_with("-")) {
-      line.out = argument;
-    } else {
-      refuseUsage("");
-    }
+  Options options;
+  if (view || turntable) addDrawing(options, line, request);
+  if (import) addImport(options, line, request);
+  if (info || exchange) options.push_back({"--json", [&](auto&) { request.json = true; }, true});
+  if (info) options.push_back({"--geometry", [&](auto&) { request.content.geometry = true; }, true});
+  if (info || view) {
+    options.push_back(
+        {"--at", [&](auto& value) { request.content.seconds = line.number("--at", value, -1e6f, 1e6f); }});
   }
-  if (line.file.empty()) refuseUsage("");
-  if (view && line.out.empty()) refuseUsage("view lacks --out FILE.png");
-  if (turntable && !vex::isVideoName(line.out)) refuseUsage("turntable lacks --out FILE.mp4 (or .mkv)");
-  if (check && line.scene.empty()) refuseUsage("check lacks --scene NAME");
-  if (exchange && line.out.empty())
-    refuseUsage(line.command + (import ? " lacks OUT.ase" : " lacks OUT.glb"));
-  if ((line.content.geometry || (info && line.content.seconds)) && !line.json) {
-    refuseUsage("--geometry and --at belong to --json");
+  if (view) {
+    options.push_back({"--camera", [&](auto& value) {
+                         request.camera = line.number("--camera", value, 0, std::numeric_limits<int>::max());
+                         request.cameraGiven = true;
+                       }});
   }
-  return line;
+  if (check) options.push_back({"--scene", [&](auto& value) { request.scene = value; }});
+
+  const std::vector<std::string> words = line.parse(options);
+  if (words.size() < 2 || words.size() > (exchange ? 3 : 2)) line.refuse();
+  request.file = words[1];
+  if (words.size() > 2) request.out = words[2];
+  if (view && request.out.empty()) line.refuse("view lacks --out FILE.png");
+  if (turntable && !vex::isVideoName(request.out)) line.refuse("turntable lacks --out FILE.mp4 (or .mkv)");
+  if (check && request.scene.empty()) line.refuse("check lacks --scene NAME");
+  if (exchange && request.out.empty())
+    line.refuse(request.command + (import ? " lacks OUT.ase" : " lacks OUT.glb"));
+  if ((request.content.geometry || (info && request.content.seconds)) && !request.json) {
+    line.refuse("--geometry and --at belong to --json");
+  }
+  return request;
 }
 
 std::string lowered(std::string text) {
@@ -278,13 +241,13 @@ void printOut(const std::string& text) {
   }
 }
 
-void info(const CommandLine& line) {
-  const std::string name = enterFolder(line.file);
+void info(const Request& request) {
+  const std::string name = enterFolder(request.file);
   vex::ModelInfo info{
       .compiled = hasExtension(name, ".hv3"), .textures = {}, .missingTextures = {}, .longTextures = {}};
   vex::Scene scene;
   vex::readModel({name}, &scene, vex::collectTextureNames(info));
-  printOut(line.json ? vex::modelAsJson(info, scene, line.content) : vex::modelAsText(info, scene));
+  printOut(request.json ? vex::modelAsJson(info, scene, request.content) : vex::modelAsText(info, scene));
 }
 
 void compile(const std::string& file) {
@@ -352,7 +315,7 @@ void loadScene(const std::string& file, vex::Scene& scene) {
 
 // Does something with all objects whose names a pattern fits. Fatal where it fits none.
 template <typename... Arrays>
-void forNamed(const CommandLine& line, const std::string& pattern, const auto& act, Arrays&... arrays) {
+void forNamed(const Request& request, const std::string& pattern, const auto& act, Arrays&... arrays) {
   bool found = false;
   const auto look = [&](auto& array) {
     for (auto* object : array) {
@@ -362,10 +325,10 @@ void forNamed(const CommandLine& line, const std::string& pattern, const auto& a
     }
   };
   (look(arrays), ...);
-  if (!found) vex::fatalError("%s has nothing of the name %s", line.file.c_str(), pattern.c_str());
+  if (!found) vex::fatalError("%s has nothing of the name %s", request.file.c_str(), pattern.c_str());
 }
 
-void hideAndPose(const CommandLine& line, vex::Scene& scene) {
+void hideAndPose(const Request& request, vex::Scene& scene) {
   const auto hide = []<typename Kind>(Kind& object) {
     object.flags |= vex::hiddenFlag;
     if constexpr (std::is_same_v<Kind, vex::Light>) {
@@ -373,10 +336,10 @@ void hideAndPose(const CommandLine& line, vex::Scene& scene) {
       object.flareStrength = 0.0f;
     }
   };
-  for (const std::string& name : line.hidden) forNamed(line, name, hide, scene.meshes, scene.lights);
-  for (const auto& [name, seconds] : line.poses) {
+  for (const std::string& name : request.hidden) forNamed(request, name, hide, scene.meshes, scene.lights);
+  for (const auto& [name, seconds] : request.poses) {
     forNamed(
-        line, name, [seconds](vex::Mesh& mesh) { mesh.setFixedTime(seconds); }, scene.meshes);
+        request, name, [seconds](vex::Mesh& mesh) { mesh.setFixedTime(seconds); }, scene.meshes);
   }
   scene.collectActiveLights();
 }
@@ -408,8 +371,8 @@ void placeLamp(vex::Scene& scene, float seconds) {
   scene.lights[0]->position = viewer.position - (viewer.right + viewer.down) * half;
 }
 
-void draw(vex::Scene& scene, const CommandLine& line, float seconds) {
-  if (line.bare) placeLamp(scene, seconds);
+void draw(vex::Scene& scene, const Request& request, float seconds) {
+  if (request.bare) placeLamp(scene, seconds);
   glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
   scene.render(seconds);
@@ -421,14 +384,14 @@ constexpr float turntableFov = 60.0f;  // three quarters of it upright
 // A camera that goes round a ball, a little above its middle.
 class Orbit {
  public:
-  Orbit(vex::Scene& scene, const CommandLine& line, const Ball& shown) : ball(shown) {
+  Orbit(vex::Scene& scene, const Request& request, const Ball& shown) : ball(shown) {
     scene.viewers.allocate(1);
     viewer = scene.viewers[0] = new vex::Viewer;
     scene.viewerIndex = 0;
     viewer->fov = turntableFov;
     // Far enough for the ball to fit into the narrower angle, and for the near plane at 1.
     const double upright = static_cast<double>(turntableFov) * 0.75 * std::acos(-1.0) / 360.0;
-    const double across = std::atan(std::tan(upright) * line.width / line.height);
+    const double across = std::atan(std::tan(upright) * request.width / request.height);
     const auto radius = static_cast<double>(std::max(ball.radius, 0.001f));
     distance = radius / std::sin(std::min(upright, across)) * 1.05 + 1.0;
     viewer->farPlane = static_cast<float>(distance + radius * 2.0 + 1.0);
@@ -451,117 +414,118 @@ class Orbit {
   double distance;
 };
 
-vex::ContactSheet drawSides(vex::Scene& scene, const CommandLine& line, float seconds) {
-  Orbit orbit(scene, line, surround(scene, {seconds}));
-  vex::ContactSheet sheet(sides, line.width, line.height);
+vex::ContactSheet drawSides(vex::Scene& scene, const Request& request, float seconds) {
+  Orbit orbit(scene, request, surround(scene, {seconds}));
+  vex::ContactSheet sheet(sides, request.width, request.height);
   std::vector<std::byte> pixels;
   for (int side = 0; side < sides; ++side) {
     const double degrees = side * 360.0 / sides;
     orbit.turnTo(degrees);
-    draw(scene, line, seconds);
-    vex::readBackBgra(line.width, line.height, pixels);
+    draw(scene, request, seconds);
+    vex::readBackBgra(request.width, request.height, pixels);
     sheet.add(degrees, pixels);
   }
   return sheet;
 }
 
-bool writePicture(vex::ReplacementFile& file, const CommandLine& line) {
+bool writePicture(vex::ReplacementFile& file, const Request& request) {
   std::vector<std::byte> bgra;
-  vex::readBackBgra(line.width, line.height, bgra);
+  vex::readBackBgra(request.width, request.height, bgra);
   std::vector<std::byte> rgb;
   rgb.reserve(bgra.size() / 4 * 3);
-  const auto rowSize = static_cast<std::size_t>(line.width) * 4;
+  const auto rowSize = static_cast<std::size_t>(request.width) * 4;
   for (std::size_t row = bgra.size(); row > 0; row -= rowSize) {
     for (std::size_t pixel = row - rowSize; pixel < row; pixel += 4) {
       rgb.insert(rgb.end(), {bgra[pixel + 2], bgra[pixel + 1], bgra[pixel]});
     }
   }
-  return vex::writePng(file, line.width, line.height, rgb);
+  return vex::writePng(file, request.width, request.height, rgb);
 }
 
 // The model as the options ask for it, and a GL to draw it with.
-void openScene(const CommandLine& line, vex::Scene& scene) {
-  const std::string reason = vex::openOffscreenContext(line.width, line.height);
+void openScene(const Request& request, vex::Scene& scene) {
+  const std::string reason = vex::openOffscreenContext(request.width, request.height);
   if (!reason.empty()) vex::fatalError("no OpenGL to draw with: %s", reason.c_str());
-  vex::setWindowSize(line.width, line.height);
+  vex::setWindowSize(request.width, request.height);
   vex::setUpGlState();
-  glViewport(0, 0, line.width, line.height);
-  loadScene(line.file, scene);
-  hideAndPose(line, scene);
-  if (line.bare) makeBare(scene);
+  glViewport(0, 0, request.width, request.height);
+  loadScene(request.file, scene);
+  hideAndPose(request, scene);
+  if (request.bare) makeBare(scene);
 }
 
-void turntable(const CommandLine& line) {
+void turntable(const Request& request) {
   constexpr int framesPerSecond = 30;
   constexpr int frames = 6 * framesPerSecond;
-  const std::string out = std::filesystem::absolute(line.out).string();  // the working folder changes
-  if (!vex::takesOddSizes(out) && (line.width % 2 != 0 || line.height % 2 != 0))
-    vex::fatalError("%s: a picture of %dx%d has odd sides, .mkv takes them", line.out.c_str(), line.width,
-                    line.height);
+  const std::string out = std::filesystem::absolute(request.out).string();  // the working folder changes
+  if (!vex::takesOddSizes(out) && (request.width % 2 != 0 || request.height % 2 != 0))
+    vex::fatalError("%s: a picture of %dx%d has odd sides, .mkv takes them", request.out.c_str(),
+                    request.width, request.height);
   vex::Scene scene;
-  openScene(line, scene);
+  openScene(request, scene);
   vex::VideoEncoder encoder;
   const std::string failure = encoder.start(
-      out, {.width = line.width, .height = line.height, .framesPerSecond = framesPerSecond, .quality = 2},
+      out,
+      {.width = request.width, .height = request.height, .framesPerSecond = framesPerSecond, .quality = 2},
       {});
   if (!failure.empty()) vex::fatalError("%s", failure.c_str());
-  Orbit orbit(scene, line, surround(scene, {0.0f, 0.25f, 0.5f, 0.75f, 1.0f}));
+  Orbit orbit(scene, request, surround(scene, {0.0f, 0.25f, 0.5f, 0.75f, 1.0f}));
   auto result = vex::VideoEncoder::Result::complete;
   std::vector<std::byte> pixels;
   for (int frame = 0; frame < frames; ++frame) {
     orbit.turnTo(360.0 * frame / frames);
-    draw(scene, line, static_cast<float>(frame) / frames);
-    vex::readBackBgra(line.width, line.height, pixels);
+    draw(scene, request, static_cast<float>(frame) / frames);
+    vex::readBackBgra(request.width, request.height, pixels);
     if (encoder.write(pixels)) continue;
     result = vex::VideoEncoder::Result::failed;
     break;
   }
   const std::string ending = encoder.finish(result);
-  if (!ending.empty()) vex::fatalError("%s: %s", line.out.c_str(), ending.c_str());
+  if (!ending.empty()) vex::fatalError("%s: %s", request.out.c_str(), ending.c_str());
 }
 
-void view(const CommandLine& line) {
-  vex::ReplacementFile file(std::filesystem::absolute(line.out).string());  // the working folder changes
-  if (!file.stream()) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
+void view(const Request& request) {
+  vex::ReplacementFile file(std::filesystem::absolute(request.out).string());  // the working folder changes
+  if (!file.stream()) vex::fatalError("can't write %s: %s", request.out.c_str(), std::strerror(errno));
   vex::Scene scene;
-  openScene(line, scene);
-  const float seconds = line.content.seconds.value_or(0.0f);
+  openScene(request, scene);
+  const float seconds = request.content.seconds.value_or(0.0f);
   const int cameras = scene.viewers.count();
-  if (line.cameraGiven && line.camera >= cameras) {
-    vex::fatalError("%s has no camera %d, only %d of them", line.file.c_str(), line.camera, cameras);
+  if (request.cameraGiven && request.camera >= cameras) {
+    vex::fatalError("%s has no camera %d, only %d of them", request.file.c_str(), request.camera, cameras);
   }
   bool written = false;
   if (cameras == 0) {
-    written = drawSides(scene, line, seconds).write(file);
+    written = drawSides(scene, request, seconds).write(file);
   } else {
-    scene.viewerIndex = line.camera;
-    draw(scene, line, seconds);
-    written = writePicture(file, line);
+    scene.viewerIndex = request.camera;
+    draw(scene, request, seconds);
+    written = writePicture(file, request);
   }
-  if (!written) vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
+  if (!written) vex::fatalError("can't write %s: %s", request.out.c_str(), std::strerror(errno));
 }
 
-void checkForScene(const CommandLine& line) {
-  const vex::SceneEntry* entry = vex::findSceneEntry(vex::sceneEntries(), line.scene);
+void checkForScene(const Request& request) {
+  const vex::SceneEntry* entry = vex::findSceneEntry(vex::sceneEntries(), request.scene);
   if (!entry || !entry->model) {
     std::string names;
     for (const vex::SceneEntry& known : vex::sceneEntries())
       if (known.model) names += (names.empty() ? "" : ", ") + std::string(known.name);
-    vex::fatalError("%s is no scene that is built around a model; these are: %s", line.scene.c_str(),
+    vex::fatalError("%s is no scene that is built around a model; these are: %s", request.scene.c_str(),
                     names.c_str());
   }
   vex::ModelInfo info;
   vex::Scene scene;
-  vex::readModel({enterFolder(line.file)}, &scene, vex::collectTextureNames(info));
+  vex::readModel({enterFolder(request.file)}, &scene, vex::collectTextureNames(info));
   const std::vector<std::string> lacking = vex::lackingIn(scene, entry->needs);
   if (lacking.empty()) {
-    printOut(line.file + ": holds all that " + entry->name + " asks for; the scene takes it as " +
+    printOut(request.file + ": holds all that " + entry->name + " asks for; the scene takes it as " +
              entry->model + "\n");
     return;
   }
   std::string text;
   for (const std::string& what : lacking) text += (text.empty() ? "" : ", ") + what;
-  vex::fatalError("%s lacks for %s: %s", line.file.c_str(), entry->name, text.c_str());
+  vex::fatalError("%s lacks for %s: %s", request.file.c_str(), entry->name, text.c_str());
 }
 
 // The folder that the data folder of a model's text is in.
@@ -571,33 +535,33 @@ std::string runFolderOf(const std::string& file) {
   return (lowered(folder.filename().string()) == "data" ? folder.parent_path() : folder).string();
 }
 
-void import(const CommandLine& line) {
-  if (!hasExtension(line.out, ".ase"))
-    vex::fatalError("%s isn't the text of a model (.ase)", line.out.c_str());
+void import(const Request& request) {
+  if (!hasExtension(request.out, ".ase"))
+    vex::fatalError("%s isn't the text of a model (.ase)", request.out.c_str());
   vex::Report report;
-  const vex::SourceFile source = vex::readSource(line.file, report);
-  vex::Imported imported = vex::importScene(source, line.import, report);
-  imported.model.name = std::filesystem::path(line.out).stem().string();
-  vex::TextureWriting textures = line.textures;
-  if (textures.folder.empty()) textures.folder = runFolderOf(line.out);
+  const vex::SourceFile source = vex::readSource(request.file, report);
+  vex::Imported imported = vex::importScene(source, request.import, report);
+  imported.model.name = std::filesystem::path(request.out).stem().string();
+  vex::TextureWriting textures = request.textures;
+  if (textures.folder.empty()) textures.folder = runFolderOf(request.out);
   vex::writeTextures(imported.textures, textures, report);
   if (!textures.dryRun &&
-      !vex::replaceFile(line.out, vex::writeModelText(imported.model, vex::NumberForm::exact)))
-    vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
-  printOut(line.json ? vex::reportAsJson(report) : vex::reportAsText(report));
+      !vex::replaceFile(request.out, vex::writeModelText(imported.model, vex::NumberForm::exact)))
+    vex::fatalError("can't write %s: %s", request.out.c_str(), std::strerror(errno));
+  printOut(request.json ? vex::reportAsJson(report) : vex::reportAsText(report));
 }
 
-void exportModel(const CommandLine& line) {
-  if (!hasExtension(line.out, ".glb"))
-    vex::fatalError("%s isn't a binary glTF file (.glb)", line.out.c_str());
-  const std::string out = std::filesystem::absolute(line.out).string();  // the working folder changes
+void exportModel(const Request& request) {
+  if (!hasExtension(request.out, ".glb"))
+    vex::fatalError("%s isn't a binary glTF file (.glb)", request.out.c_str());
+  const std::string out = std::filesystem::absolute(request.out).string();  // the working folder changes
   vex::Report report;
   vex::ModelInfo info;
   vex::Scene scene;
-  vex::readModel({enterFolder(line.file)}, &scene, vex::collectTextureNames(info));
+  vex::readModel({enterFolder(request.file)}, &scene, vex::collectTextureNames(info));
   if (!vex::replaceFile(out, vex::exportGlb(scene, info.textures, report)))
-    vex::fatalError("can't write %s: %s", line.out.c_str(), std::strerror(errno));
-  printOut(line.json ? vex::reportAsJson(report) : vex::reportAsText(report));
+    vex::fatalError("can't write %s: %s", request.out.c_str(), std::strerror(errno));
+  printOut(request.json ? vex::reportAsJson(report) : vex::reportAsText(report));
 }
 
 }  // namespace
@@ -605,18 +569,13 @@ void exportModel(const CommandLine& line) {
 int main(int argc, char** argv) {
   vex::openStandardStreams();
   vex::endAtSignals();
-  const std::vector<std::string> arguments(argv + 1, argv + argc);
-  if (arguments.size() == 1 && (arguments[0] == "--help" || arguments[0] == "-h")) {
-    printOut(usage);
-    return 0;
-  }
-  const CommandLine line = parseCommandLine(arguments);
-  if (line.command == "info") info(line);
-  if (line.command == "compile") compile(line.file);
-  if (line.command == "view") view(line);
-  if (line.command == "turntable") turntable(line);
-  if (line.command == "check") checkForScene(line);
-  if (line.command == "export") exportModel(line);
-  if (line.command == "import") return vex::runGuarded(line.file, [&line] { import(line); });
+  const Request request = parse({"vexmodel", usage, argc, argv});
+  if (request.command == "info") info(request);
+  if (request.command == "compile") compile(request.file);
+  if (request.command == "view") view(request);
+  if (request.command == "turntable") turntable(request);
+  if (request.command == "check") checkForScene(request);
+  if (request.command == "export") exportModel(request);
+  if (request.command == "import") return vex::runGuarded(request.file, [&request] { import(request); });
   return 0;
 }

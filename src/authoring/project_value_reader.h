@@ -30,8 +30,8 @@ class ProjectValueReader {
   ProjectLexer lexer;
   std::vector<TextProblem> problems;
   std::map<std::string, Range, std::less<>> ranges;  // by parameter name
-  std::optional<Tempo> tempo;       // that holds here
-  std::optional<Tempo> firstTempo;  // of the text
+  std::optional<Tempo> tempo;                        // that holds here
+  std::optional<Tempo> firstTempo;                   // of the text
 
   // What is wrong but can be passed over. All that follows throws TextFault where reading cannot go on.
   void note(int line, std::string text);

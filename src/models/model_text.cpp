@@ -9,12 +9,14 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/pi.h"
+
 namespace vex {
 
 namespace {
 
 constexpr int ticksPerFrame = 160;
-constexpr float radiansPerDegree = 3.1415926536f / 180;
+constexpr float radiansPerDegree = pi / 180;
 
 struct Triple {
   float a, b, c;
