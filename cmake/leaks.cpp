@@ -15,6 +15,8 @@ extern "C" const char* __lsan_default_suppressions() {
          "leak:libglut\n"
          "leak:libX11\n"
          "leak:libopenal\n"
+         // What it has read of a file that it refuses.
+         "leak:libassimp\n"
          // libsndfile forgets the decoder of a Vorbis file that it refuses.
          "leak:vorbis_info_init\n";
 }

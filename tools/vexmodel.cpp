@@ -544,10 +544,10 @@ void import(const Request& request) {
   imported.model.name = std::filesystem::path(request.out).stem().string();
   vex::TextureWriting textures = request.textures;
   if (textures.folder.empty()) textures.folder = runFolderOf(request.out);
-  vex::writeTextures(imported.textures, textures, report);
   if (!textures.dryRun &&
       !vex::replaceFile(request.out, vex::writeModelText(imported.model, vex::NumberForm::exact)))
     vex::fatalError("can't write %s: %s", request.out.c_str(), std::strerror(errno));
+  vex::writeTextures(imported.textures, textures, report);
   printOut(request.json ? vex::reportAsJson(report) : vex::reportAsText(report));
 }
 

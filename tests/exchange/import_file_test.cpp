@@ -131,7 +131,7 @@ TEST(ImportedMeshes, WithSkinOrFormsAreRefusedByNameOrTakenAtRest) {
   ImportedFile refused, rest;
   importFile("a.gltf", {}, refused);
   EXPECT_THAT(namesOf(refused), ElementsAre("Plain"));
-  EXPECT_TRUE(refused.says(Report::Kind::left, "mesh Face: has a forms to change between; bake it"));
+  EXPECT_TRUE(refused.says(Report::Kind::left, "mesh Face: has forms to change between; bake it"));
   importFile("a.gltf", {.atRest = true}, rest);
   EXPECT_THAT(namesOf(rest), ElementsAre("Face", "Plain"));
 

@@ -108,19 +108,24 @@ TEST(ImportedCameras, MoveByTracksOfEyeAndTarget) {
   }
   text.move(boom, "rotation", {{0}, {0.5f}, {1}, {1.5f}, {2}}, turns);
   writeFile("a.gltf", text.str("0, 1"));
-  ImportedFile file;
-  importFile("a.gltf", {}, file);
-  ASSERT_EQ(file.scene.viewers.count(), 1);
-  Viewer& viewer = *file.scene.viewers[0];
-  ASSERT_TRUE(viewer.positionTrack);
-  EXPECT_LT(viewer.positionTrack->count, 20) << "sixty-one samples";
-  for (const float t : {0.0f, 0.4f, 1.0f, 1.7f, 2.0f}) {
-    viewer.getMatrix(t);
-    const float angle = t * 3.1415927f / 2;
-    expectNear(viewer.position, {10 * std::sin(angle), 0, 10 * std::cos(angle)}, 0.01,
-               "at " + std::to_string(t));
-    expectNear(direction(viewer.position, viewer.target), {-std::sin(angle), 0, -std::cos(angle)}, 0.005,
-               "looking");
+  for (const float scale : {1.0f, 10.0f}) {
+    for (const UpAxis up : {UpAxis::y, UpAxis::z}) {
+      ImportedFile file;
+      importFile("a.gltf", {.scale = static_cast<double>(scale), .up = up}, file);
+      ASSERT_EQ(file.scene.viewers.count(), 1);
+      Viewer& viewer = *file.scene.viewers[0];
+      ASSERT_TRUE(viewer.positionTrack);
+      EXPECT_LT(viewer.positionTrack->count, 20) << "sixty-one samples";
+      for (const float t : {0.0f, 0.4f, 1.0f, 1.7f, 2.0f}) {
+        viewer.getMatrix(t);
+        const float angle = t * 3.1415927f / 2;
+        const Vector out = up == UpAxis::y ? Vector(std::sin(angle), 0, std::cos(angle))
+                                           : Vector(std::sin(angle), std::cos(angle), 0);
+        const auto away = static_cast<double>(scale);
+        expectNear(viewer.position, out * (10 * scale), 0.01 * away, "at " + std::to_string(t));
+        expectNear(direction(viewer.position, viewer.target), -out, 0.005, "looking");
+      }
+    }
   }
 }
 

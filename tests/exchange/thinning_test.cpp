@@ -126,6 +126,11 @@ TEST(Thinning, KeepsTurnsWithinTheTolerance) {
     EXPECT_EQ(keys.back().frame, 120) << name;
     EXPECT_LE(worstTurn(samples, keys), tolerance * 1.01) << name;
   }
+  // A hint of so many keys that the player would not turn at all.
+  const std::vector<Turn> creeping = turns(120, [](double f) { return Turn(Place(1, 0, 0), 0.0008 * f); });
+  KeyHint each;
+  for (int frame = 0; frame <= 120; ++frame) each.frames.push_back(frame);
+  EXPECT_LE(worstTurn(creeping, thinTurns(creeping, tolerance, each)), tolerance * 1.01);
   // Half a turn may go either way; only the samples between tell which.
   for (const double sign : {1.0, -1.0}) {
     const std::vector<Turn> samples =

@@ -257,9 +257,7 @@ TEST(Vexmodel, ImportsAFileAndItsTextures) {
   const std::string came =
       "came    1 meshes of 1 triangles and 3 vertices, 0 helpers, 1 materials\n"
       "came    0 cameras, 0 lights\n"
-      "changed nothing, but the model is only 2 across, and what is nearer to the eye than 1 is not drawn: "
-      "--scale "
-      "makes it larger\n"
+      "came    a size of only 2; what is nearer to the eye than 1 is not drawn, --scale makes it larger\n"
       "came    texture data/paint.bmp, 4x4\n";
   Program import = vexmodel("import in/box.gltf out/data/box.ase --dry-run");
   EXPECT_EQ(import.output, came);

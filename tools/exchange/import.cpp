@@ -38,12 +38,12 @@ std::string parentOf(const ImportWork& work, const std::vector<std::string>& obj
 }
 
 bool refusedForm(ImportWork& work, const SourceNode& node, const aiMesh& mesh) {
-  const char* what = mesh.mNumBones > 0        ? "skin"
+  const char* what = mesh.mNumBones > 0        ? "a skin"
                      : mesh.mNumAnimMeshes > 0 ? "forms to change between"
                                                : nullptr;
   if (!what || work.options.atRest) return false;
   work.report.left(
-      "mesh " + node.name + ": has a " + what +
+      "mesh " + node.name + ": has " + what +
       "; bake it to parts that move as wholes, or to a mesh for each state, or take it at rest (--rest)");
   return true;
 }
@@ -163,10 +163,8 @@ void reportWhatCame(ImportWork& work) {
   constexpr double small = 20;
   const double size = sizeOf(model);
   if (triangles > 0 && size < small)
-    work.report.changed(
-        formatted("nothing, but the model is only %.3g across, and what is nearer to the eye than 1 is "
-                  "not drawn: --scale makes it larger",
-                  size));
+    work.report.came(formatted(
+        "a size of only %.3g; what is nearer to the eye than 1 is not drawn, --scale makes it larger", size));
 }
 
 }  // namespace

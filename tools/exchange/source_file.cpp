@@ -175,7 +175,12 @@ int runGuarded(const std::string& path, const std::function<void()>& work) {
     fatalError("%s: reading it came to a bad end (%s), so nothing of it was taken", path.c_str(),
                strsignal(WTERMSIG(status)));
   }
-  return WEXITSTATUS(status);
+  const int code = WEXITSTATUS(status);
+  constexpr int known[]{0, 130, 255};  // done, interrupted, refused
+  if (std::find(std::begin(known), std::end(known), code) == std::end(known))
+    fatalError("%s: reading it came to a bad end (exit code %d), so nothing of it was taken", path.c_str(),
+               code);
+  return code;
 }
 
 }  // namespace vex
