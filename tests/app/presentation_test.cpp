@@ -151,7 +151,7 @@ TEST_F(PresentationTest, FailsAsAValueAndLoadsTheNextTime) {
       {[] { writeFile("data/light3.bmp", "BM"); },
        "texture data\\light3.bmp is cut short: its header needs 54 bytes, 2 are left"},
       {[&] { writeFile("test.hvp", buildProject({.parts = {unknown}}).bytes); },
-       "function explode not found (project test.hvp: part XXX: XXX)"},
+       "function explode not found (project test.hvp: part red: SceneHelper)"},
       {[&] { writeFile("test.hvp", buildProject({.startTime = 5, .totalTime = 4}).bytes); },
        "Starting after end!"},
   };
