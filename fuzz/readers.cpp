@@ -131,8 +131,10 @@ void readArchiveBytes(std::string_view bytes) {
   for (const PakMember& member : members) sizes += member.size;
   if (sizes > 16 * bytes.size() + 4096) return;  // members that lie over one another only cost time
   for (const PakMember& member : members) {
-    const OpenFile file(fileOpen(member.name, "rb"));
-    if (!file.found()) continue;
+    if (!fileExists(member.name)) continue;
+    const auto place = findFile(member.name);
+    promise(place && (place->handle < 0 || place->path == "vex.pak"), "a member lies elsewhere");
+    const OpenFile file(fileOpenNeeded(member.name, "vex.pak lacks a member"));
     char line[64];
     for (int i = 0; i < 3 && !fileEof(file); ++i) fileGets(line, sizeof line, file);
     if (fileRemaining(file) > 0) fileGetc(file);
