@@ -112,7 +112,8 @@ bool readJpegParameters(const JpegDecoder& decoder, std::span<const std::byte> f
 bool decodeJpeg(const JpegDecoder& decoder, std::vector<std::uint32_t>& pixels) {
   pixels.clear();
   const jpeg_decompress_struct& header = decoder->library;
-  pixels.reserve(std::size_t{header.image_width} * header.image_height);
+  constexpr std::size_t surelyThere = std::size_t{1} << 24;  // more is made room for as it comes
+  pixels.reserve(std::min(std::size_t{header.image_width} * header.image_height, surelyThere));
   const bool whole = attempt(*decoder, [&](auto& library) {
     if (library.num_components == 3) library.jpeg_color_space = JCS_YCbCr;
     library.out_color_space = JCS_EXT_RGBA;
