@@ -166,6 +166,14 @@ const Hierarchy hierarchies[]{
        wander(f, f.node(part("C", "\"rotation\": [0.6, 0, 0, 0.8]")));
      },
      {"A", "B", "C"}},
+    {"turning child of a skewing mirror",
+     [](GltfText& f) {
+       f.node(part("A",
+                   "\"translation\": [1, 2, 3], \"rotation\": [0, 0.6, 0, 0.8], \"scale\": [2, 1, -0.5], "
+                   "\"children\": [1]"));
+       turnAbout(f, f.node(part("B", "\"translation\": [1, 0, 4]")), {0.6f, 0, 0.8f});
+     },
+     {"A", "B"}},
     {"all motions below a mirror",
      [](GltfText& f) {
        f.node(part("A",

@@ -45,7 +45,9 @@ void writeModel(const char* file, const ModelContents& contents) {
   if (stage.lights.empty()) stage.lights.push_back({.name = "needed_by_the_writer"});
   for (int i = 0; i < contents.viewers; ++i)
     stage.cameras.push_back({.name = "camera" + std::to_string(i), .position = Vector(0, 5, 30)});
-  writeFile(std::string(file) + ".ase", modelText(stage));
+  std::string path = std::string(file) + ".ase";
+  std::replace(path.begin(), path.end(), '\\', '/');
+  writeFile(path, modelText(stage));
 }
 
 // What stops the scene from being built or one of its functions from being called; empty when nothing does.
