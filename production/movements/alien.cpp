@@ -37,11 +37,7 @@ void addShot(Show& show, const char* name, double bar, double bars, Camera camer
 
 // A lamp's streak through the lens, on beats.
 void addStreak(Show& show, const char* name, double bar, double bars, double y, const Curve& alpha) {
-  show.add(name, bar, bars, title - 1,
-           Bitmap{.texture = "streak_violet",
-                  .at = {slide(-1.7, -1.1), y, 2.8, 0.4},
-                  .alpha = alpha,
-                  .blend = Blend::add});
+  show.add(name, bar, bars, title - 1, glow("streak_violet", {slide(-1.7, -1.1), y, 2.8, 0.4}, alpha));
 }
 
 // Breath before the lens, brighter on beats.
@@ -61,10 +57,7 @@ void addPinhole(Show& show, const char* name, double bar, double bars, double x,
 // A dark floor for a word: what stands there is of the same chrome.
 void addPad(Show& show, double bar, double bars, double x, double y, double width, double height) {
   for (int layer = 0; layer < 2; ++layer)
-    show.add("pad", bar, bars, title - 1,
-             Bitmap{.texture = "shade",
-                    .at = {x - width / 2, y - height / 2, width, height},
-                    .blend = Blend::darken});
+    show.add("pad", bar, bars, title - 1, shadow({x - width / 2, y - height / 2, width, height}));
 }
 
 // Cubes about a place (y up) off the screen's middle.
@@ -91,15 +84,13 @@ void addApproach(Show& show) {
   for (const auto& lamp : lamps)
     for (const double side : {-1.0, 1.0})
       for (const char* light : {"light5", "light7"})
-        lit.push_back(screen::draw(Bitmap{
-            .texture = light,
-            .at = centred(lamp.x * side - 0.05, lamp.y, light[5] == '7' ? lamp.height * 0.4 : lamp.height),
-            .alpha = line({{0, lamp.beat > 0 ? 0.0 : 0.9},
-                           {lamp.beat + 0.01, lamp.beat > 0 ? 0.0 : 0.9},
-                           {lamp.beat + 0.04, 0.9},
-                           {lamp.beat + 0.5, 0.4},
-                           {partEnd, 0.25}}),
-            .blend = Blend::add}));
+        lit.push_back(screen::draw(glow(
+            light, centred(lamp.x * side - 0.05, lamp.y, light[5] == '7' ? lamp.height * 0.4 : lamp.height),
+            line({{0, lamp.beat > 0 ? 0.0 : 0.9},
+                  {lamp.beat + 0.01, lamp.beat > 0 ? 0.0 : 0.9},
+                  {lamp.beat + 0.04, 0.9},
+                  {lamp.beat + 0.5, 0.4},
+                  {partEnd, 0.25}}))));
   show.part("lamps go on", start, stab - start, haze, std::move(lit));
   addShot(show, "struck", stab, next - stab, face, 10.4, 0.7);
   addBreath(show, "breath, far", start, next - start, flashes(everyBeat, 0.1, 0.03));
@@ -134,12 +125,9 @@ void addBreak(Show& show) {
                           {2.8, 0.98}, {2.99, 0.98}, {3, 0.1},     {3.2, 0.1},   {3.3, 0.97},  {3.49, 0.97},
                           {3.5, 0.2},  {3.7, 0.2},   {3.8, 0.95}})});
   for (const double side : {-1.0, 1.0})
-    show.add(
-        "eyes in the dark", start, 0.5, backdrop + 1,
-        Bitmap{.texture = "light5",
-               .at = centred(0.02 * side - 0.005, -0.47, 0.26),
-               .alpha = line({{0, 0}, {0.3, 0}, {0.5, 1}, {0.7, 1}, {0.75, 0}, {0.85, 0}, {0.9, 1}, {2, 1}}),
-               .blend = Blend::add});
+    show.add("eyes in the dark", start, 0.5, backdrop + 1,
+             glow("light5", centred(0.02 * side - 0.005, -0.47, 0.26),
+                  line({{0, 0}, {0.3, 0}, {0.5, 1}, {0.7, 1}, {0.75, 0}, {0.85, 0}, {0.9, 1}, {2, 1}})));
   addCubes(show, "cubes", start, 0.5, {-0.005, 0.34},
            {.alpha = flashes({0.5, 1, 1.5}, 1, 0.25), .field = zoom(160, 144, 2)}, 4, 1.5);
   addShot(show, "from above", over, next - over, overhead, struckFrom);
@@ -165,10 +153,7 @@ void addLens(Show& show, double bar, int number, const Lens& lens) {
   show.part("lens", bar, 2, ground + 1 + number,
             {draw(Viewport{.x = lens.x, .y = lens.y, .w = lens.w, .h = lens.h}),
              draw(World{.scene = "SceneAlien", .camera = line(dots)}),
-             draw(Bitmap{.texture = "light5",
-                         .at = centred(0, 0, 3, 1.2),
-                         .alpha = flashes(lens.cutBeats, 0.7),
-                         .blend = Blend::add})},
+             draw(glow("light5", centred(0, 0, 3, 1.2), flashes(lens.cutBeats, 0.7)))},
             9.4 + 1.7 * number, 0.9);
 }
 
@@ -223,10 +208,7 @@ void addClimax(Show& show) {
            Fade{.alpha = line({{0, 0}, {0.4, 0}, {0.9, 1}, {partEnd, 1}})});
   addShot(show, "it comes", climax, unison - climax, wide, 11.8, 1.4);
   show.add("blaze behind", climax, unison - climax, backdrop,
-           Bitmap{.texture = "rays_violet",
-                  .at = centred(0, -0.1, zoom(2.6, 3.8, 4)),
-                  .alpha = flashes({0, 1, 2, 3}, 0.4, 0.04),
-                  .blend = Blend::add});
+           glow("rays_violet", centred(0, -0.1, zoom(2.6, 3.8, 4)), flashes({0, 1, 2, 3}, 0.4, 0.04)));
 }
 
 // Four strokes, four cameras; the title is struck in the dark beside it, smaller each time, before it is
@@ -252,10 +234,7 @@ void addUnison(Show& show) {
     show.add("vexatious", start, length, title, word);
   }
   show.add("blows", barOf("unison"), 2, backdrop,
-           Bitmap{.texture = "rays_violet",
-                  .at = centred(0, 0, 3.6),
-                  .alpha = flashes({0, 2, 4, 6}, 0.4, 0),
-                  .blend = Blend::add});
+           glow("rays_violet", centred(0, 0, 3.6), flashes({0, 2, 4, 6}, 0.4, 0)));
 }
 
 }  // namespace

@@ -122,22 +122,13 @@ void addReliquary(Show& show) {
   const double start = boxBar, near = barOf("pulse");
   addShot(show, "through the fence", start, 2, fence, {});
   show.add("heart in the lock", start, 2, haze,
-           Bitmap{.texture = "light2",
-                  .at = centred(-0.06, 0.14, 0.34),
-                  .alpha = flashes(everyBeat, 0.6, 0.1),
-                  .blend = Blend::add});
+           glow("light2", centred(-0.06, 0.14, 0.34), flashes(everyBeat, 0.6, 0.1)));
   addShot(show, "before the steps", near, 1, steps, {});
   show.add("heart in the lock, nearer", near, 1, haze,
-           Bitmap{.texture = "light2",
-                  .at = centred(-0.066, 0.01, 0.5),
-                  .alpha = flashes(everyBeat, 0.8, 0.2),
-                  .blend = Blend::add});
+           glow("light2", centred(-0.066, 0.01, 0.5), flashes(everyBeat, 0.8, 0.2)));
   addShot(show, "along the arcade", near + 1, 1, arcade, {});
   show.add("light on brass", near, 2, haze,
-           Bitmap{.texture = "haze_acid",
-                  .at = centred(slide(-0.9, 0.9), -0.2, 2.6, 1.5),
-                  .alpha = flashes(everyBeat, 0.5, 0.12),
-                  .blend = Blend::add});
+           glow("haze_acid", centred(slide(-0.9, 0.9), -0.2, 2.6, 1.5), flashes(everyBeat, 0.5, 0.12)));
 }
 
 // Clockwork: the lock turns tick by tick and gives way with the bolt.
@@ -153,11 +144,9 @@ void addLock(Show& show) {
                          {2, 0.12},
                          {2.3, 0.53},
                          {2.5, 0.50}})});
-  show.add("light in the lock", start, 1, haze,
-           Bitmap{.texture = "light2",
-                  .at = centred(travel(-0.08, 0, 4), 0, zoom(0.7, 1.1, 4)),
-                  .alpha = flashes({0, 1, 2, 2.3}, 0.5, 0.16),
-                  .blend = Blend::add});
+  show.add(
+      "light in the lock", start, 1, haze,
+      glow("light2", centred(travel(-0.08, 0, 4), 0, zoom(0.7, 1.1, 4)), flashes({0, 1, 2, 2.3}, 0.5, 0.16)));
   show.add("current", start, 1, smoke + 1,
            Waves{.texture = "threads_acid",
                  .at = covering(1.25),
@@ -179,10 +168,7 @@ void addEyeInLock(Show& show) {
                    .first = first,
                    .last = last,
                    .fps = fps},
-             Bitmap{.texture = "light2",
-                    .at = centred(0.02, 0.02, zoom(size(from), size(to) * nearer, beats), 1),
-                    .alpha = 0.4,
-                    .blend = Blend::add});
+             glow("light2", centred(0.02, 0.02, zoom(size(from), size(to) * nearer, beats), 1), 0.4));
   };
   looks(0, 1, 1, 6);
   looks(1, 2, 7, 13);
@@ -207,11 +193,8 @@ void addEyeInLock(Show& show) {
                          {3.6, 0.80}}),
            .keyhole = 0.999});
   show.add("light around the eye", start, 1, haze,
-           Bitmap{.texture = "light2",
-                  .at = centred(0, 0, zoom(1.2, 2.6, 4)),
-                  .alpha = line(
-                      {{0, 0.3}, {0.5, 0.1}, {1, 0.3}, {1.5, 0.08}, {2, 0.25}, {2.5, 0.05}, {partEnd, 0}}),
-                  .blend = Blend::add});
+           glow("light2", centred(0, 0, zoom(1.2, 2.6, 4)),
+                line({{0, 0.3}, {0.5, 0.1}, {1, 0.3}, {1.5, 0.08}, {2, 0.25}, {2.5, 0.05}, {partEnd, 0}})));
 }
 
 // The lid strains against its hinges, a stroke each beat, then two.
@@ -235,10 +218,8 @@ void addBuild(Show& show) {
   addShot(show, "the lid strains", start, length, seam,
           {.lock = 0.8, .lid = line(lid), .light = line(light), .seam = line(seamLight)}, {draw(veils)});
   show.add("light behind", start, length, haze,
-           Bitmap{.texture = "rays_acid",
-                  .at = centred(0.05, 0.0, zoom(1.6, 4.0, length * beatsPerBar)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5}, 0.4, 0.05),
-                  .blend = Blend::add});
+           glow("rays_acid", centred(0.05, 0.0, zoom(1.6, 4.0, length * beatsPerBar)),
+                flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5}, 0.4, 0.05)));
   show.add("current rises", start, length, smoke + 1,
            Waves{.texture = "threads_acid",
                  .at = covering(zoom(1.2, 2, length * beatsPerBar)),
@@ -280,10 +261,8 @@ void addLid(Show& show) {
           {particles(line({{0, 60}, {3, 150}, {partEnd, 180}})),
            smokeAlongTitle(line({{0, 0}, {3.5, 0}, {partEnd, 0.55}})), draw(veils)});
   show.add("light pours", start, 2, haze,
-           Bitmap{.texture = "rays_acid",
-                  .at = centred(0, travel(0.05, 0.16, 8), zoom(3.2, 5, 8)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 5, 6, 7}, 0.5, 0.15),
-                  .blend = Blend::add});
+           glow("rays_acid", centred(0, travel(0.05, 0.16, 8), zoom(3.2, 5, 8)),
+                flashes({0, 1, 2, 3, 4, 5, 6, 7}, 0.5, 0.15)));
   show.add("smoke pours", start, 2, smoke,
            Waves{.texture = "smoke_acid",
                  .at = covering(1.4, 0, slide(0.3, -0.3)),
@@ -338,16 +317,11 @@ void addLayers(Show& show) {
             {particles(160), smokeAlongTitle(line(arriving)), draw(veils)});
   }
   show.add("burning edge", start, 4, haze,
-           Bitmap{.texture = "rays_acid",
-                  .at = centred(0, -0.15, swing(8, 1.7, 2.3), 2.2),
-                  .alpha = flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.3, 0.06),
-                  .blend = Blend::add});
+           glow("rays_acid", centred(0, -0.15, swing(8, 1.7, 2.3), 2.2),
+                flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.3, 0.06)));
   show.add("flies apart", last + 3.4 / beatsPerBar, 0.6 / beatsPerBar, flash,
            Fade{0.98, 1, 0.85, line({{0, 0.22}, {0.15, 0.03}, {partEnd, 0}})},
-           Bitmap{.texture = "rays_acid",
-                  .at = centred(0, -0.15, slide(2, 5), 1.6),
-                  .alpha = slide(0.9, 0),
-                  .blend = Blend::add});
+           glow("rays_acid", centred(0, -0.15, slide(2, 5), 1.6), slide(0.9, 0)));
   show.add("thick smoke", start, 4, smoke,
            Waves{.texture = "smoke_acid",
                  .at = covering(1.35, 0, swing(16, -0.2, 0.2)),
@@ -388,10 +362,8 @@ void addBackwards(Show& show) {
                                 .blend = Blend::add})},
             0, -1);
   show.add("light returns", start, 6.2 / beatsPerBar, haze,
-           Bitmap{.texture = "rays_acid",
-                  .at = centred(travel(-0.1, 0, 6.2), 0.1, zoom(3.6, 0.5, 6.2)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5}, 0.5, 0.12),
-                  .blend = Blend::add});
+           glow("rays_acid", centred(travel(-0.1, 0, 6.2), 0.1, zoom(3.6, 0.5, 6.2)),
+                flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5}, 0.5, 0.12)));
   show.add("shut", shut, alienBar - shut, ground, Fade{});
   // As it is found when it is seen again.
   std::vector<ScriptCall> rest = draw(Pose{});
@@ -399,10 +371,7 @@ void addBackwards(Show& show) {
   rest.push_back(draw(Veils{}));
   show.part("at rest", shut, alienBar - shut, ground, std::move(rest));
   show.add("last spark", shut, alienBar - shut, subject,
-           Bitmap{.texture = "streak_acid",
-                  .at = {slide(-1.0, -0.2), -0.08, slide(2.0, 0.4), 0.16},
-                  .alpha = slide(1, 0),
-                  .blend = Blend::add});
+           glow("streak_acid", {slide(-1.0, -0.2), -0.08, slide(2.0, 0.4), 0.16}, slide(1, 0)));
 }
 
 }  // namespace

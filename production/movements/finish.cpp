@@ -58,10 +58,8 @@ void addFlashes(Show& show, const LightCards& light, const std::vector<Flash>& f
     Bitmap burst = burstOf(light, it);
     burst.blend = Blend::add;
     show.add("flash", barOf(it.cue), bars, flash, burst,
-             Bitmap{.texture = light.haze,
-                    .at = centred(it.x, it.y, 3.4, 1.78),
-                    .alpha = spline({{0, 0.2 * it.strength}, {0.1, 0.1 * it.strength}, {partEnd, 0}}),
-                    .blend = Blend::add});
+             glow(light.haze, centred(it.x, it.y, 3.4, 1.78),
+                  spline({{0, 0.2 * it.strength}, {0.1, 0.1 * it.strength}, {partEnd, 0}})));
   }
 }
 

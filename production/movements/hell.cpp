@@ -53,10 +53,7 @@ void addGlow(Show& show, const Shot& shot, const char* texture, const Vector& pl
              const Curve& alpha) {
   const Sight sight = sightOf(shot, place);
   show.add("glow", shot.bar, shot.bars, haze,
-           Bitmap{.texture = texture,
-                  .at = centred(sight.x, sight.y, sight.unit * height),
-                  .alpha = alpha,
-                  .blend = Blend::add});
+           glow(texture, centred(sight.x, sight.y, sight.unit * height), alpha));
 }
 
 // A corona stands about the sphere.
@@ -194,9 +191,8 @@ void addCracks(Show& show) {
     addGlow(show, wakes, "light7", hell::childsEye(), height, line({{0, 0}, {0.3, 1}, {partEnd, 0.8}}));
   addSparks(show, "last sparks", first, fill - first, 3,
             {.count = 60, .spread = 14, .speedY = 8, .speedZ = 12, .scatter = 22});
-  show.add("dark under the word", first, fill - first, haze + 1,
-           Bitmap{.texture = "shade", .at = centred(-0.52, 0.52, 0.95, 2.4), .blend = Blend::darken},
-           Bitmap{.texture = "shade", .at = centred(-0.52, 0.52, 0.95, 2.4), .blend = Blend::darken});
+  show.add("dark under the word", first, fill - first, haze + 1, shadow(centred(-0.52, 0.52, 0.95, 2.4)),
+           shadow(centred(-0.52, 0.52, 0.95, 2.4)));
   show.add("vexer in the fire", first, fill - first, title,
            vex(er, spline({{0, 0.9}, {0.5, 0.72}, {4, 0.76}, {partEnd, 0.84}}), -0.54, 0.53));
   show.add("burnt out", burnt, next - burnt, curtain - 1,

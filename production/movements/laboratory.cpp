@@ -109,10 +109,7 @@ Sight sightOf(const Shot& shot, const Vector& place) {
 void addGlow(Show& show, const Shot& shot, const char* texture, const Sight& sight, double height,
              const Curve& alpha, double aspect = 1) {
   show.add("glow", shot.from(), shot.bars, haze,
-           Bitmap{.texture = texture,
-                  .at = centred(sight.x, sight.y, sight.unit * height, aspect),
-                  .alpha = alpha,
-                  .blend = Blend::add});
+           glow(texture, centred(sight.x, sight.y, sight.unit * height, aspect), alpha));
 }
 
 void addGlow(Show& show, const Shot& shot, const char* texture, const Vector& place, double height,
@@ -381,10 +378,7 @@ void addDoor(Show& show) {
   const Curve comes = line({{0, 0}, {3, 0}, {4, 1}, {partEnd, 1}});
   constexpr double tall = 190;
   show.add("shadow in the door", shot.from(), shot.bars, haze + 1,
-           Bitmap{.texture = "shade",
-                  .at = centred(feet.x, feet.y + feet.unit * 6, feet.unit * 44, 3),
-                  .alpha = comes,
-                  .blend = Blend::darken});
+           shadow(centred(feet.x, feet.y + feet.unit * 6, feet.unit * 44, 3), comes));
   show.add("somebody in the door", shot.from(), shot.bars, vignette + 2,
            Bitmap{.texture = "figure_ember",
                   .at = centred(feet.x, feet.y + feet.unit * (-0.5 * tall), feet.unit * tall, 0.5),

@@ -99,10 +99,7 @@ void addSky(Show& show) {
       "copper sky", start, end + 1 - start, ground,
       Bitmap{.texture = "sky_copper", .at = covering(1.3, swing(53, -0.2, 0.2), swing(37, -0.15, 0.15))});
   show.add("copper dawn", start, end - start, backdrop - 1,
-           Bitmap{.texture = "haze_ember",
-                  .at = centred(swing(23, -0.4, 0.4), 0.75, 2.0, 2.2),
-                  .alpha = swing(8, 0.5, 0.8),
-                  .blend = Blend::add});
+           glow("haze_ember", centred(swing(23, -0.4, 0.4), 0.75, 2.0, 2.2), swing(8, 0.5, 0.8)));
   show.part("stars", start, 2, backdrop, {draw(Stars{.z = line({{0, -2.2}, {2, -0.5}, {partEnd, -0.3}})})});
   show.part("stars drift", start + 2, 2, backdrop, {draw(Stars{.x = 0.12, .y = 0.03, .z = -0.15})});
   show.part("stars fly", start + 4, 4, backdrop, {draw(Stars{.z = -0.35})});
@@ -156,20 +153,12 @@ void addBars(Show& show) {
   // The first world hides a sun: its streamers flare on the beat.
   for (const double rest : {0.7, 0.2})
     show.add("sun behind", bars, first - bars, far + 1,
-             Bitmap{.texture = "corona_ember",
-                    .at = centred(0, -0.16, slide(2.3, 2.45)),
-                    .alpha = flashes(everyBeat, 1, rest),
-                    .blend = Blend::add});
+             glow("corona_ember", centred(0, -0.16, slide(2.3, 2.45)), flashes(everyBeat, 1, rest)));
   show.add("glow behind", first, chord - first, far + 1,
-           Bitmap{.texture = "haze_ember",
-                  .at = centred(0, -0.12, 2.6, 1.5),
-                  .alpha = swing(1, 0.65, 1, 90),
-                  .blend = Blend::add});
-  show.add("more glow", third, chord - third, far + 2,
-           Bitmap{.texture = "rays_ember",
-                  .at = centred(0, -0.12, 3.4),
-                  .alpha = flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.8, 0.35),
-                  .blend = Blend::add});
+           glow("haze_ember", centred(0, -0.12, 2.6, 1.5), swing(1, 0.65, 1, 90)));
+  show.add(
+      "more glow", third, chord - third, far + 2,
+      glow("rays_ember", centred(0, -0.12, 3.4), flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.8, 0.35)));
 }
 
 // The first stage of a shape stands for a beat, then it is whole; balls swell on the beat.
@@ -232,29 +221,16 @@ void addShapes(Show& show) {
   });
   // The world's star, and the light in the box.
   show.add("star", seen, first - seen, haze,
-           Bitmap{.texture = "light7",
-                  .at = centred(line({{0, -0.62}, {partEnd, -0.80}}), -0.70, 0.55),
-                  .blend = Blend::add},
-           Bitmap{.texture = "streak_bone",
-                  .at = {line({{0, -1.82}, {partEnd, -2.0}}), -0.80, 2.4, 0.2},
-                  .alpha = swing(4, 0.6, 1),
-                  .blend = Blend::add});
+           glow("light7", centred(line({{0, -0.62}, {partEnd, -0.80}}), -0.70, 0.55)),
+           glow("streak_bone", {line({{0, -1.82}, {partEnd, -2.0}}), -0.80, 2.4, 0.2}, swing(4, 0.6, 1)));
   show.add("light within", first, second - first, subject + 1,
-           Bitmap{.texture = "rays_ember",
-                  .at = centred(0, -0.14, 2.4),
-                  .alpha = flashes(everyBeat, 0.9, 0.35),
-                  .blend = Blend::add},
-           Bitmap{.texture = "light7",
-                  .at = centred(0, -0.12, 0.5, 1.5),
-                  .alpha = flashes(everyBeat, 1, 0.6),
-                  .blend = Blend::add});
+           glow("rays_ember", centred(0, -0.14, 2.4), flashes(everyBeat, 0.9, 0.35)),
+           glow("light7", centred(0, -0.12, 0.5, 1.5), flashes(everyBeat, 1, 0.6)));
   // The shape is whole: light; and once more on the bar.
   for (const double bar : {outroBar + 1.0, first + 0.25, first + 1, second + 0.25, second + 1, third + 0.25})
     show.add("whole", bar, 0.25, flash,
-             Bitmap{.texture = "haze_ember",
-                    .at = centred(0, -0.1, spline({{0, 2.6}, {partEnd, 1.8}}), 1.78),
-                    .alpha = spline({{0, 0.7}, {0.3, 0.2}, {partEnd, 0}}),
-                    .blend = Blend::add});
+             glow("haze_ember", centred(0, -0.1, spline({{0, 2.6}, {partEnd, 1.8}}), 1.78),
+                  spline({{0, 0.7}, {0.3, 0.2}, {partEnd, 0}})));
   // They fly apart past us.
   show.part("word bursts", chord, 0.25, subject,
             {draw(BallShow{.size = line({{0, 17}, {0.6, 8}, {partEnd, 0}}),
@@ -266,8 +242,7 @@ void addShapes(Show& show) {
 void addScroller(Show& show) {
   const double start = outroBar, first = barOf("first shape"), second = barOf("second shape"),
                third = barOf("third shape"), greetings = barOf("greetings"), chord = barOf("last chord");
-  show.add("band", start, chord - start, front - 1,
-           Bitmap{.texture = "shade", .at = {-2.2, 0.28, 4.4, 0.86}, .blend = Blend::darken});
+  show.add("band", start, chord - start, front - 1, shadow({-2.2, 0.28, 4.4, 0.86}));
   show.part(
       "scroller", start, first - start, front,
       {draw(Scroller{.zoom = line({{0, -0.85}, {7.5, -0.85}, {8.5, -0.95}, {partEnd, -0.95}}), .y = -0.71})});
@@ -301,20 +276,13 @@ void addLastWord(Show& show) {
   const double chord = barOf("last chord"), shut = songBars, end = songBars + blackSeconds / secondsPerBar;
   addLidCloses(show, chord + 0.25, shut, end);
   show.add("light of the chord", chord, 0.5, haze,
-           Bitmap{.texture = "haze_ember",
-                  .at = centred(0, 0, spline({{0, 3.6}, {partEnd, 2.4}}), 2),
-                  .alpha = line({{0, 1}, {0.6, 0.7}, {partEnd, 0}}),
-                  .blend = Blend::add});
+           glow("haze_ember", centred(0, 0, spline({{0, 3.6}, {partEnd, 2.4}}), 2),
+                line({{0, 1}, {0.6, 0.7}, {partEnd, 0}})));
   // What it is struck with glows on behind it.
   show.add("light of the name", shut, end - shut, title - 1,
-           Bitmap{.texture = "rays_ember",
-                  .at = centred(0, -0.52, spline({{0, 3.4}, {1, 2.4}, {partEnd, 2.0}}), 1.6),
-                  .alpha = line({{0, 1}, {0.5, 0.7}, {2, 0.5}, {4.5, 0.4}, {7.2, 0}}),
-                  .blend = Blend::add},
-           Bitmap{.texture = "streak_bone",
-                  .at = {-1.6, -0.72, 3.2, 0.4},
-                  .alpha = line({{0, 1}, {0.5, 0.5}, {2, 0}}),
-                  .blend = Blend::add});
+           glow("rays_ember", centred(0, -0.52, spline({{0, 3.4}, {1, 2.4}, {partEnd, 2.0}}), 1.6),
+                line({{0, 1}, {0.5, 0.7}, {2, 0.5}, {4.5, 0.4}, {7.2, 0}})),
+           glow("streak_bone", {-1.6, -0.72, 3.2, 0.4}, line({{0, 1}, {0.5, 0.5}, {2, 0}})));
   constexpr double struck = 0.25;  // beats
   const Curve falls = slide(1.35, 1.2);
   show.add("vexation struck", shut, struck / beatsPerBar, title,
@@ -341,10 +309,8 @@ void addOutro(Show& show) {
   addLastWord(show);
   // Out of the white in which the last world ended, through copper.
   show.add("out of white", outroBar, 0.5, curtain,
-           Bitmap{.texture = "haze_ember",
-                  .at = centred(0, -0.1, spline({{0, 5}, {partEnd, 2.4}}), 1.78),
-                  .alpha = line({{0, 1}, {0.6, 1}, {partEnd, 0}}),
-                  .blend = Blend::add},
+           glow("haze_ember", centred(0, -0.1, spline({{0, 5}, {partEnd, 2.4}}), 1.78),
+                line({{0, 1}, {0.6, 1}, {partEnd, 0}})),
            Fade{1, 0.97, 0.92, line({{0, 0.9}, {0.12, 0.2}, {0.25, 0}, {partEnd, 0}})});
 }
 

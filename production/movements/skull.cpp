@@ -225,13 +225,11 @@ void addInferno(Show& show) {
   const double start = skullBar + 15, bars = 0.75;
   for (const char* light : {"light4", "rays_ember", "light7"})
     show.add("inferno", start, bars, flash,
-             Bitmap{.texture = light,
-                    .at = centred(line({{0, -0.33}, {1.75, -0.34}, {3, 0}}),
-                                  line({{0, -0.13}, {1.75, -0.17}, {3, 0}}),
-                                  line({{0, 0.5}, {1.75, 1.1}, {3, 8}})),
-                    .alpha = light == std::string("light7") ? line({{0, 0}, {1.75, 0.4}, {3, 1}})
-                                                            : line({{0, 0.5}, {1.75, 1}}),
-                    .blend = Blend::add});
+             glow(light,
+                  centred(line({{0, -0.33}, {1.75, -0.34}, {3, 0}}),
+                          line({{0, -0.13}, {1.75, -0.17}, {3, 0}}), line({{0, 0.5}, {1.75, 1.1}, {3, 8}})),
+                  light == std::string("light7") ? line({{0, 0}, {1.75, 0.4}, {3, 1}})
+                                                 : line({{0, 0.5}, {1.75, 1}})));
   show.add("white of the eye", start, bars, flash + 1,
            Fade{.red = 1, .green = 0.96, .blue = 0.92, .alpha = line({{0, 0}, {2.4, 0}, {3, 1}})});
 }
@@ -269,14 +267,8 @@ void addStrokes(Show& show, double bar, double bars, const std::vector<double>& 
             {lights(flashes(everyBeat, eyes * 1.4, eyes), flashes(struck, 3.4, 0.6)),
              lightning(flashes(struck, 1))});
   show.add("stroke", bar, bars, flash - 1,
-           Bitmap{.texture = "haze_teal",
-                  .at = centred(swing(7, -0.5, 0.5), -0.9, 3.4, 1.9),
-                  .alpha = flashes(struck, 1, 0),
-                  .blend = Blend::add},
-           Bitmap{.texture = "haze_teal",
-                  .at = centred(swing(7, 0.4, -0.4), -1.3, 2.6, 2.6),
-                  .alpha = flashes(struck, 0.6, 0),
-                  .blend = Blend::add},
+           glow("haze_teal", centred(swing(7, -0.5, 0.5), -0.9, 3.4, 1.9), flashes(struck, 1, 0)),
+           glow("haze_teal", centred(swing(7, 0.4, -0.4), -1.3, 2.6, 2.6), flashes(struck, 0.6, 0)),
            Fade{.red = 0.86, .green = 0.95, .blue = 1, .alpha = line(white)});
 }
 
@@ -293,10 +285,7 @@ void addHalos(Show& show) {
                {barOf("crow 3 falls"), 1, {0, 1.25, 1.5, 2.5}, -0.42, -0.50}};
   for (const auto& halo : halos)
     show.add("halo", halo.bar, halo.bars, haze,
-             Bitmap{.texture = "light3",
-                    .at = centred(halo.x, halo.y, 1.9, 0.8),
-                    .alpha = flashes(halo.beats, 0.26, 0),
-                    .blend = Blend::add});
+             glow("light3", centred(halo.x, halo.y, 1.9, 0.8), flashes(halo.beats, 0.26, 0)));
 }
 
 void addStorm(Show& show) {

@@ -56,6 +56,14 @@ struct Bitmap {
   Curve glitch = 0, alpha = 1;
   Blend blend = Blend::over;
 };
+// Light: a picture that is added to what is there.
+inline Bitmap glow(const char* texture, const Place& at, const Curve& alpha = 1) {
+  return {.texture = texture, .at = at, .alpha = alpha, .blend = Blend::add};
+}
+// Darkens what is there.
+inline Bitmap shadow(const Place& at, const Curve& alpha = 1) {
+  return {.texture = "shade", .at = at, .alpha = alpha, .blend = Blend::darken};
+}
 struct Tiles {
   const char* texture;
   Place at{};
