@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <tuple>
 
 #include "production/models/water_parts.h"
 #include "production/movements/words.h"
@@ -28,6 +27,8 @@ ScriptCall draw(const Weather& w) {
           {{w.ray, 0, 1}, {w.motes, 0, 300}, {w.rain, 0, 3}, {w.drop, 0, 0.05}, {w.flicker, 0, 2}}};
 }
 
+const Vector rayHead = water::rayFoot + Vector(0, 420, 0);
+
 // Where the cycle has the creature lowest, before it rises.
 constexpr double inTheDeep = 0.86;
 
@@ -45,14 +46,12 @@ void addShot(Show& show, const char* name, double bar, double bars, Camera camer
 // A ring of light on the sea, `shape` times as wide as high, until the next cut.
 void addRing(Show& show, double bar, double x, double y, double shape, double size, double level) {
   const double bars = std::min(1.0, std::floor(bar + 1.0001) - bar);
-  show.add(
-      "ring", bar, bars, smoke - 1,
-      Bitmap{.texture = "ring_teal",
-             .at = centred(
-                 x, y, line({{0, 0.02 * size}, {0.25, 0.12 * size}, {partEnd, (0.12 + 0.45 * bars) * size}}),
-                 shape),
-             .alpha = line({{0, level}, {0.25, 0.8 * level}, {bars * beatsPerBar, 0}}),
-             .blend = Blend::add});
+  show.add("ring", bar, bars, smoke - 1,
+           glow("ring_teal",
+                centred(x, y,
+                        line({{0, 0.02 * size}, {0.25, 0.12 * size}, {partEnd, (0.12 + 0.45 * bars) * size}}),
+                        shape),
+                line({{0, level}, {0.25, 0.8 * level}, {bars * beatsPerBar, 0}})));
 }
 
 // It breaks through the surface: rings, and spray that is thrown up and falls.
@@ -60,15 +59,11 @@ void addSplash(Show& show, double bar) {
   constexpr double x = -0.3, y = 0.44, length = 0.5;
   std::vector<ScriptCall> rings;
   for (const double beat : {0.0, 0.35, 0.7})
-    rings.push_back(screen::draw(
-        Bitmap{.texture = "ring_teal",
-               .at = centred(x + 0.14 * beat, y, line({{0, 0.01}, {beat + 0.01, 0.03}, {partEnd, 0.42}}), 5),
-               .alpha = line({{0, 0}, {beat + 0.01, 0}, {beat + 0.03, 1}, {partEnd, 0}}),
-               .blend = Blend::add}));
-  rings.push_back(screen::draw(Bitmap{.texture = "haze_teal",
-                                      .at = centred(x + 0.06, y - 0.06, 0.5, 1.6),
-                                      .alpha = line({{0, 0}, {0.1, 1}, {partEnd, 0}}),
-                                      .blend = Blend::add}));
+    rings.push_back(screen::draw(glow(
+        "ring_teal", centred(x + 0.14 * beat, y, line({{0, 0.01}, {beat + 0.01, 0.03}, {partEnd, 0.42}}), 5),
+        line({{0, 0}, {beat + 0.01, 0}, {beat + 0.03, 1}, {partEnd, 0}}))));
+  rings.push_back(screen::draw(
+      glow("haze_teal", centred(x + 0.06, y - 0.06, 0.5, 1.6), line({{0, 0}, {0.1, 1}, {partEnd, 0}}))));
   show.part("splash", bar, length, smoke - 1, std::move(rings));
   show.part("spray", bar, length, smoke,
             {screen::draw(Viewport{.x = x - 0.36, .y = -y - 0.3, .w = 0.84, .h = 0.9}),
@@ -86,11 +81,9 @@ void addRainRings(Show& show, double bar) {
   std::vector<ScriptCall> calls;
   const auto add = [&](double beat, double x, double y, double size, double level) {
     const double fades = beat + 1.1;
-    calls.push_back(screen::draw(
-        Bitmap{.texture = "ring_teal",
-               .at = centred(x, y, line({{0, 0.01}, {beat + 0.01, 0.02 * size}, {fades, 0.34 * size}}), 3.2),
-               .alpha = line({{0, 0}, {beat + 0.01, 0}, {beat + 0.03, level}, {fades, 0}}),
-               .blend = Blend::add}));
+    calls.push_back(screen::draw(glow(
+        "ring_teal", centred(x, y, line({{0, 0.01}, {beat + 0.01, 0.02 * size}, {fades, 0.34 * size}}), 3.2),
+        line({{0, 0}, {beat + 0.01, 0}, {beat + 0.03, level}, {fades, 0}}))));
   };
   for (int i = 0; i < 18; ++i) {
     const double near = std::fmod(0.618 * i + 0.2, 1), across = std::fmod(0.755 * i + 0.1, 1);
@@ -102,8 +95,8 @@ void addRainRings(Show& show, double bar) {
 
 // The first drop falls on a dark sea; then, where the sea before us is free, each note of the tune drops a
 // ring, across the sea by its pitch, and a beat later an echo of it.
-void addRings(Show& show, double start) {
-  addRing(show, start + 0.5, -0.1, 0.45, 5, 1.6, 1);
+void addRings(Show& show) {
+  addRing(show, waterBar + 0.5, -0.1, 0.45, 5, 1.6, 1);
   const double free = barOf("ray from above"), until = barOf("flood");
   for (const auto& [seconds, pitch] : notesOf("glass harp")) {
     const double bar = seconds / secondsPerBar;
@@ -114,31 +107,29 @@ void addRings(Show& show, double start) {
   }
 }
 
-}  // namespace
+// It lies in the deep, rises and goes its way.
+void addCreature(Show& show) {
+  const double rises = barOf("creature");
+  show.part("creature below", waterBar, 2, ground + 1, {holdCreature(inTheDeep)});
+  show.part("creature rises", rises, 1, ground + 1, {holdCreature(slide(inTheDeep, 0.999))});
+  show.part("creature alone", rises + 1, 0.5, ground + 1, {holdCreature(-1)});
+}
 
-void addWater(Show& show) {
-  const double start = waterBar, rain = barOf("rain"), creature = barOf("creature"), tune = barOf("tune"),
-               ripples = barOf("ripples"), again = barOf("tune again"), ray = barOf("ray from above"),
-               flood = barOf("flood"), ebb = barOf("ebb"), dissolve = barOf("dissolve");
-  const auto inBars = [](double bars) { return bars * beatsPerBar; };
-  show.add("deep", start, 16, ground, Fade{});
-
-  // It lies in the deep, rises and goes its way.
-  show.part("creature below", start, 2, ground + 1, {holdCreature(inTheDeep)});
-  show.part("creature rises", creature, 1, ground + 1, {holdCreature(slide(inTheDeep, 0.999))});
-  show.part("creature alone", creature + 1, 0.5, ground + 1, {holdCreature(-1)});
-
-  addShot(show, "nothing", start, 1, gate, 1, {.drop = 0.002, .flicker = line({{0, 0.8}, {partEnd, 0.5}})});
-  addShot(show, "rain comes", rain, 1, moonlit, 5.6,
+void addShots(Show& show) {
+  const double creature = barOf("creature"), ripples = barOf("ripples"), again = barOf("tune again"),
+               flood = barOf("flood");
+  addShot(show, "nothing", waterBar, 1, gate, 1,
+          {.drop = 0.002, .flicker = line({{0, 0.8}, {partEnd, 0.5}})});
+  addShot(show, "rain comes", barOf("rain"), 1, moonlit, 5.6,
           {.rain = slide(0, 0.4), .drop = 0.0024, .flicker = slide(0.5, 0.3)}, 0.5);
   addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3, .flicker = 0.2});
   addShot(show, "it is near", creature + 1, 1, glide, 1, {.rain = 0.3});
-  addShot(show, "tune", tune, 2, glide, 2.6, {.rain = 0.4});
+  addShot(show, "tune", barOf("tune"), 2, glide, 2.6, {.rain = 0.4});
   addShot(show, "ripples", ripples, 1, above, 9, {.rain = 0.8, .drop = 0.004});
   addShot(show, "through the rain", ripples + 1, 1, low, 3.4, {.rain = 0.6});
   addShot(show, "tune again", again, 1, Camera::facing, 9.4, {.rain = 0.5}, 0.8);
   addShot(show, "face", again + 1, 1, face, 4.75, {.rain = 0.4}, 0.25);
-  addShot(show, "ray from above", ray, 2, struck, 5,
+  addShot(show, "ray from above", barOf("ray from above"), 2, struck, 5,
           {.ray = line({{0, 0}, {1, 0.4}, {partEnd, 0.7}}),
            .motes = line({{0, 0}, {2, 220}, {partEnd, 260}}),
            .rain = 0.4,
@@ -147,114 +138,119 @@ void addWater(Show& show) {
           {.ray = 0.9, .motes = 280, .rain = slide(1, 2.4), .drop = 0.004, .flicker = 0.4});
   addShot(show, "flood below", flood + 1, 1, low, 3,
           {.ray = 0.9, .motes = 280, .rain = 2.4, .drop = 0.004, .flicker = 0.4});
-  addShot(show, "ebb", ebb, 2, leaving, 5,
+  addShot(show, "ebb", barOf("ebb"), 2, leaving, 5,
           {.ray = slide(0.8, 1), .motes = 200, .rain = slide(1, 0.2), .flicker = 0.2});
+}
 
-  // It rains before the lens as well, in two layers.
-  const double rains = dissolve + 0.5 - rain;
+// It rains before the lens as well, in two layers.
+void addRain(Show& show) {
+  const double rain = barOf("rain"), rains = barOf("dissolve") + 0.5 - rain;
+  const auto beat = [&](const char* cue, double bars = 0) {
+    return (barOf(cue) + bars - rain) * beatsPerBar;
+  };
   const Curve fall = line({{0, 0},
                            {2, 0.9},
-                           {inBars(ripples - rain), 0.6},
-                           {inBars(ray - rain), 0.35},
-                           {inBars(flood - rain), 0.5},
-                           {inBars(flood + 1 - rain), 1},
-                           {inBars(ebb - rain), 0.6},
+                           {beat("ripples"), 0.6},
+                           {beat("ray from above"), 0.35},
+                           {beat("flood"), 0.5},
+                           {beat("flood", 1), 1},
+                           {beat("ebb"), 0.6},
                            {partEnd, 0.1}});
   show.add("rain before us", rain, rains, front,
            Noise{.texture = "rain", .speedX = -0.0925, .speedY = -0.74, .alpha = fall});
   show.add("rain behind that", rain, rains, front,
            Noise{.texture = "rain", .speedX = -0.0588, .speedY = -0.47, .alpha = fall * 0.6, .aspect = 1});
+}
 
-  addRings(show, start);
-  addRainRings(show, ripples);
-  addSplash(show, creature + 0.45);
-  // The moon burns in its gate.
-  for (const auto& [bar, camera, from, speed] :
-       {std::tuple{start, gate, 1.0, 1.0}, std::tuple{rain, moonlit, 5.6, 0.5}}) {
-    const Sight moon = onScreen(water::cameras()[camera], from, speed, beatsPerBar, water::moonPlace);
-    const Curve rises =
-        bar == start ? line({{0, 0.1}, {1, 0.35}, {2, 0.6}, {2.1, 1}, {partEnd, 1}}) : Curve(1);
-    show.add("moon", bar, 1, flash + 2,
-             Bitmap{.texture = "light3",
-                    .at = centred(moon.x, moon.y, 0.9),
-                    .alpha = rises * 0.5,
-                    .blend = Blend::add},
-             Bitmap{.texture = "light7",
-                    .at = centred(moon.x, moon.y, 0.34),
-                    .alpha = rises * 0.6,
-                    .blend = Blend::add});
-  }
-  // A single drop is seen to fall.
-  show.add("it falls", start + 1.2 / beatsPerBar, 0.8 / beatsPerBar, flash + 2,
-           Bitmap{.texture = "light3",
-                  .at = centred(-0.1, spline({{0, -1.3}, {partEnd, 0.45}}), 0.55, 0.035),
-                  .blend = Blend::add});
+// The moon burns in its gate.
+void addMoon(Show& show) {
+  const auto moon = [&](double bar, Camera camera, double from, double speed, const Curve& rises) {
+    const Sight seen = onScreen(water::cameras()[camera], from, speed, beatsPerBar, water::moonPlace);
+    show.add("moon", bar, 1, flash + 2, glow("light3", centred(seen.x, seen.y, 0.9), rises * 0.5),
+             glow("light7", centred(seen.x, seen.y, 0.34), rises * 0.6));
+  };
+  moon(waterBar, gate, 1, 1, line({{0, 0.1}, {1, 0.35}, {2, 0.6}, {2.1, 1}, {partEnd, 1}}));
+  moon(barOf("rain"), moonlit, 5.6, 0.5, 1);
+}
 
-  // Mist between and before; light that answers the tune.
-  show.add("mist", start, 16, smoke,
-           Bitmap{.texture = "haze_teal",
-                  .at = centred(swing(31, -0.35, 0.35), 0.35, 2.0, 2.6),
-                  .alpha = swing(19, 0.08, 0.2),
-                  .blend = Blend::add});
-  // What the ray gives off: shafts about its head, light in the air beside it; the rest stays dark.
+// What the ray gives off: shafts about its head, light in the air beside it; the rest stays dark.
+void addRay(Show& show) {
+  const double flood = barOf("flood");
   const struct {
     double bar, bars;
     Camera camera;
     double from, rise, pool;
-  } rays[] = {{ray, 2, struck, 5, 4, 1},
+  } rays[] = {{barOf("ray from above"), 2, struck, 5, 4, 1},
               {flood, 1, under, 4, 0.1, 0},
               {flood + 1, 1, low, 3, 0.1, 0},
-              {ebb, 2, leaving, 5, 0.1, 1}};
+              {barOf("ebb"), 2, leaving, 5, 0.1, 1}};
   for (const auto& it : rays) {
     const auto seen = [&](const Vector& place) {
       return onScreen(water::cameras()[it.camera], it.from, 1, it.bars * beatsPerBar, place);
     };
-    const Sight foot = seen(water::rayFoot), head = seen(water::rayFoot + Vector(0, 420, 0));
+    const Sight foot = seen(water::rayFoot), head = seen(rayHead);
     show.add("shafts", it.bar, it.bars, smoke,
-             Bitmap{.texture = "rays_teal",
-                    .at = centred(head.x, -1.0, 2.6),
-                    .alpha = fade(it.rise, 0, 0.7),
-                    .blend = Blend::add},
-             Bitmap{.texture = "haze_teal",
-                    .at = centred(head.x, -0.85, 1.6, 0.6),
-                    .alpha = fade(it.rise, 0, 0.7),
-                    .blend = Blend::add});
+             glow("rays_teal", centred(head.x, -1.0, 2.6), fade(it.rise, 0, 0.7)),
+             glow("haze_teal", centred(head.x, -0.85, 1.6, 0.6), fade(it.rise, 0, 0.7)));
     if (it.pool > 0)
       show.add("light on the sea", it.bar, it.bars, smoke,
-               Bitmap{.texture = "haze_teal",
-                      .at = centred(foot.x, foot.y + 0.06, 0.9, 3),
-                      .alpha = fade(it.rise, 0, 0.8),
-                      .blend = Blend::add},
-               Bitmap{.texture = "light3",
-                      .at = centred(foot.x, foot.y + 0.03, 0.22, 9),
-                      .alpha = fade(it.rise, 0, 0.7),
-                      .blend = Blend::add});
+               glow("haze_teal", centred(foot.x, foot.y + 0.06, 0.9, 3), fade(it.rise, 0, 0.8)),
+               glow("light3", centred(foot.x, foot.y + 0.03, 0.22, 9), fade(it.rise, 0, 0.7)));
   }
-  const double strokes[] = {start + 0.5, rain,        creature, creature + 1, tune, tune + 1,
-                            ripples,     ripples + 1, again,    again + 1,    ray,  ray + 1,
-                            flood,       flood + 1,   ebb,      dissolve};
-  for (const double bar : strokes)
+}
+
+// Light that answers the tune.
+void addGlints(Show& show) {
+  const auto glint = [&](double bar) {
     show.add("glint", bar, 0.25, flash,
-             Bitmap{.texture = "haze_teal",
-                    .at = centred(0, 0.1, spline({{0, 3.0}, {partEnd, 2.2}}), 1.78),
-                    .alpha = spline({{0, 0.5}, {0.3, 0.2}, {partEnd, 0}}),
-                    .blend = Blend::add});
-  show.add("out of the dark", start, 1, flash + 1,
-           Fade{.alpha = line({{0, 0.94}, {2, 0.75}, {2.15, 0.1}, {2.6, 0}})});
-  // White grows from where the ray comes from; what lies far from it stays dark until the last beat.
-  const Sight source = onScreen(water::cameras()[leaving], 5 + secondsPerBar, 1, beatsPerBar,
-                                water::rayFoot + Vector(0, 420, 0));
+             glow("haze_teal", centred(0, 0.1, spline({{0, 3.0}, {partEnd, 2.2}}), 1.78),
+                  spline({{0, 0.5}, {0.3, 0.2}, {partEnd, 0}})));
+  };
+  glint(waterBar + 0.5);
+  glint(barOf("rain"));
+  for (const char* cue : {"creature", "tune", "ripples", "tune again", "ray from above", "flood"}) {
+    glint(barOf(cue));
+    glint(barOf(cue) + 1);
+  }
+  glint(barOf("ebb"));
+  glint(barOf("dissolve"));
+}
+
+// White grows from where the ray comes from; what lies far from it stays dark until the last beat.
+void addDissolve(Show& show) {
+  const double dissolve = barOf("dissolve");
+  const Sight source = onScreen(water::cameras()[leaving], 5 + secondsPerBar, 1, beatsPerBar, rayHead);
+  const Place grows =
+      centred(source.x.dots.back().y, -1.15,
+              spline({{0, 1.6}, {0.5, 0.8}, {1, 1.0}, {2, 1.9}, {3, 3.6}, {3.4, 6}, {partEnd, 7.9}}));
   for (const char* texture : {"light3", "light7", "light7"})
-    show.add(
-        "dissolve", dissolve, 1, flash,
-        Bitmap{.texture = texture,
-               .at = centred(
-                   source.x.dots.back().y, -1.15,
-                   spline({{0, 1.6}, {0.5, 0.8}, {1, 1.0}, {2, 1.9}, {3, 3.6}, {3.4, 6}, {partEnd, 7.9}})),
-               .alpha = 1,
-               .blend = Blend::add});
+    show.add("dissolve", dissolve, 1, flash, glow(texture, grows));
   show.add("white", dissolve, 1, flash + 1,
            Fade{1, 1, 0.97, line({{0, 0}, {3.4, 0}, {3.9, 1}, {partEnd, 1}})});
+}
+
+}  // namespace
+
+void addWater(Show& show) {
+  show.add("deep", waterBar, 16, ground, Fade{});
+  addCreature(show);
+  addShots(show);
+  addRain(show);
+  addRings(show);
+  addRainRings(show, barOf("ripples"));
+  addSplash(show, barOf("creature") + 0.45);
+  addMoon(show);
+  // A single drop is seen to fall.
+  show.add("it falls", waterBar + 1.2 / beatsPerBar, 0.8 / beatsPerBar, flash + 2,
+           glow("light3", centred(-0.1, spline({{0, -1.3}, {partEnd, 0.45}}), 0.55, 0.035)));
+  // Mist between and before.
+  show.add("mist", waterBar, 16, smoke,
+           glow("haze_teal", centred(swing(31, -0.35, 0.35), 0.35, 2.0, 2.6), swing(19, 0.08, 0.2)));
+  addRay(show);
+  addGlints(show);
+  show.add("out of the dark", waterBar, 1, flash + 1,
+           Fade{.alpha = line({{0, 0.94}, {2, 0.75}, {2.15, 0.1}, {2.6, 0}})});
+  addDissolve(show);
 }
 
 }  // namespace vex
