@@ -37,49 +37,36 @@ void addBurstingRose(Show& show, double bar, double bars, const std::vector<Rose
     // The rose's middle lies in the quarter's inner corner.
     const Curve wide = line(width), tall = line(height);
     calls.push_back(draw(Viewport{line(x), line(y), line(w), line(h)}));
-    calls.push_back(
-        draw(Bitmap{.texture = "glass_teal",
-                    .at = {wide * -0.5 + (right ? -1.0 : 1.0), tall * -0.5 + (up ? 1.0 : -1.0), wide, tall},
-                    .alpha = light,
-                    .blend = Blend::add}));
+    calls.push_back(draw(
+        glow("glass_teal",
+             Place{wide * -0.5 + (right ? -1.0 : 1.0), tall * -0.5 + (up ? 1.0 : -1.0), wide, tall}, light)));
   }
   calls.push_back(draw(Viewport{}));
   show.part("rose bursts", bar, bars, ground + 1, calls);
 }
 
-}  // namespace
+// --- One
 
-// Sterile teal: somebody stands before a light; then before one rose window, which opens ring by ring and
-// bursts.
-void addInterludeOne(Show& show) {
-  const double start = interludeOneBar, opens = barOf("pad opens"), riser = barOf("riser");
+void addLamp(Show& show) {
+  constexpr double start = interludeOneBar;
   show.add("teal sky", start, 2, ground, Bitmap{.texture = "sky_teal", .at = covering(slide(1.1, 1.35))});
   show.add("funnel", start, 2, backdrop, Rays{.alpha = fade(2, 0, 0.3)});
   show.add("before the light", start, 0.5, backdrop + 1, Fade{.alpha = line({{0, 0.9}, {2, 0}})});
   show.add("lamp", start, 2, far,
-           Bitmap{.texture = "rays_teal",
-                  .at = centred(slide(0, 0.03), -0.03, slide(2.4, 3.0)),
-                  .alpha = flashes({0, 4}, 0.5, 0.2),
-                  .blend = Blend::add},
-           Bitmap{.texture = "light3",
-                  .at = centred(slide(0, 0.03), -0.03, slide(2.2, 2.8)),
-                  .alpha = fade(3, 0, 0.18),
-                  .blend = Blend::add});
+           glow("rays_teal", centred(slide(0, 0.03), -0.03, slide(2.4, 3.0)), flashes({0, 4}, 0.5, 0.2)),
+           glow("light3", centred(slide(0, 0.03), -0.03, slide(2.2, 2.8)), fade(3, 0, 0.18)));
   show.add("somebody", start, 2, subject,
            Bitmap{.texture = "figure_teal",
                   .at = centred(travel(0.60, 0.56, 8), travel(0.26, 0.3, 8), zoom(1.45, 1.75, 8), 0.5)});
-  show.add("teal haze", start, 2, haze,
-           Bitmap{.texture = "haze_teal",
-                  .at = centred(swing(13, -0.3, 0.3), 0.3, 2.2, 2),
-                  .alpha = 0.5,
-                  .blend = Blend::add});
+  show.add("teal haze", start, 2, haze, glow("haze_teal", centred(swing(13, -0.3, 0.3), 0.3, 2.2, 2), 0.5));
+}
+
+void addRose(Show& show) {
+  const double opens = barOf("pad opens"), riser = barOf("riser");
   show.add("black behind the rose", opens, 2, ground, Fade{});
   // Dark with a hole that leaps wider on each beat: hub, inner ring, petals, all of it.
   show.add("rose", opens, 1, ground + 1,
-           Bitmap{.texture = "glass_teal",
-                  .at = centred(0, roseY, slide(1.30, 1.42)),
-                  .alpha = flashes({0, 1, 2, 3}, 1, 0.75),
-                  .blend = Blend::add},
+           glow("glass_teal", centred(0, roseY, slide(1.30, 1.42)), flashes({0, 1, 2, 3}, 1, 0.75)),
            Bitmap{.texture = "pinhole",
                   .at = centred(0, roseY,
                                 spline({{0, 1.7},
@@ -93,11 +80,11 @@ void addInterludeOne(Show& show) {
                   .alpha = line({{0, 1}, {3, 1}, {3.4, 0}, {partEnd, 0}}),
                   .blend = Blend::darken});
   show.add("whole rose", riser, 0.75, ground + 1,
-           Bitmap{.texture = "glass_teal",
-                  .at = centred(0, roseY, slide(1.44, 1.72)),
-                  .alpha = flashes({0, 1, 2, 2.5}, 1, 0.7),
-                  .blend = Blend::add});
-  addBurstingRose(show, riser + 0.75, 0.1875,
+           glow("glass_teal", centred(0, roseY, slide(1.44, 1.72)), flashes({0, 1, 2, 2.5}, 1, 0.7)));
+}
+
+void addBurst(Show& show, double bar, double bars) {
+  addBurstingRose(show, bar, bars,
                   {{0, 1.75, 0.01},
                    {0.15, 1.85, 0.03},
                    {0.3, 2.0, 0.09},
@@ -105,15 +92,16 @@ void addInterludeOne(Show& show) {
                    {0.6, 2.3, 0.22},
                    {0.75, 2.5, 0.27}},
                   line({{0, 1}, {0.3, 0.9}, {0.75, 0}}));
-  show.add("burst", riser + 0.75, 0.1875, far,
-           Bitmap{.texture = "rays_teal",
-                  .at = centred(0, roseY, spline({{0, 2}, {0.75, 5}})),
-                  .alpha = spline({{0, 1}, {0.2, 0.7}, {0.75, 0}}),
-                  .blend = Blend::add},
+  show.add("burst", bar, bars, far,
+           glow("rays_teal", centred(0, roseY, spline({{0, 2}, {0.75, 5}})),
+                spline({{0, 1}, {0.2, 0.7}, {0.75, 0}})),
            Fade{0.8, 1, 0.97, line({{0, 0.8}, {0.06, 0.8}, {0.2, 0}})});
-  show.part("splinters", riser + 0.75, 0.1875, smoke,
+  show.part("splinters", bar, bars, smoke,
             {draw(Flare{"flare_highpass"}),
              draw(Particles{.count = 240, .spread = 34, .speedZ = 40, .scatter = 8})});
+}
+
+void addRoseLight(Show& show, double opens) {
   const Curve rising = line({{0, 0.1},
                              {0.02, 0.5},
                              {0.99, 0.3},
@@ -125,21 +113,14 @@ void addInterludeOne(Show& show) {
                              {4, 0.7},
                              {7, 1}});
   // It mirrors in a wet floor and lights the air.
-  show.add("rose in the floor", opens, 1.75, ground + 2,
-           Bitmap{.texture = "glass_teal",
-                  .at = {zoom(0.39, 0.54, 7) * -1, travel(1.05, 1.12, 7), zoom(0.78, 1.08, 7),
-                         zoom(0.52, 0.56, 7) * -1},
-                  .alpha = rising * 0.55,
-                  .blend = Blend::add});
+  show.add(
+      "rose in the floor", opens, 1.75, ground + 2,
+      glow("glass_teal",
+           {zoom(0.39, 0.54, 7) * -1, travel(1.05, 1.12, 7), zoom(0.78, 1.08, 7), zoom(0.52, 0.56, 7) * -1},
+           rising * 0.55));
   show.add("its light in the air", opens, 1.75, backdrop,
-           Bitmap{.texture = "light3",
-                  .at = centred(0, roseY, zoom(2.6, 3.2, 7)),
-                  .alpha = rising * 0.4,
-                  .blend = Blend::add},
-           Bitmap{.texture = "rays_teal",
-                  .at = centred(0, roseY, zoom(2.4, 3.6, 7)),
-                  .alpha = rising * 0.5,
-                  .blend = Blend::add});
+           glow("light3", centred(0, roseY, zoom(2.6, 3.2, 7)), rising * 0.4),
+           glow("rays_teal", centred(0, roseY, zoom(2.4, 3.6, 7)), rising * 0.5));
   show.add("somebody small", opens, 1.75, subject,
            Bitmap{.texture = "figure_teal",
                   .at = centred(travel(0.22, 0.3, 7), travel(0.36, 0.38, 7), zoom(0.84, 1.04, 7), 0.5)});
@@ -151,67 +132,44 @@ void addInterludeOne(Show& show) {
                        .targetAcross = -1.1,
                        .targetUp = 0.9})},
             cueSeconds(2));
+}
+
+void addVexillum(Show& show, double riser) {
   const double word = barOf("title");
-  show.add("dark behind the word", word, 1, title - 1,
-           Bitmap{.texture = "shade", .at = centred(-0.54, 0.54, 0.62, 3), .blend = Blend::darken});
+  show.add("dark behind the word", word, 1, title - 1, shadow(centred(-0.54, 0.54, 0.62, 3)));
   show.add("vexillum", word, 1, title,
            vex(illum, spline({{0, 0.74}, {0.4, 0.62}, {partEnd, 0.66}}), -0.52, 0.52));
   // With the word the light behind breaks through the clouds.
   for (const char* light : {"rays_teal", "light7"})
     show.add("breaks through", word, 1, far,
-             Bitmap{.texture = light,
-                    .at = centred(0.015, -0.03, spline({{0, 3.4}, {0.4, 2.4}, {partEnd, 2.8}})),
-                    .alpha = flashes({0, 1, 2, 3}, light == std::string_view("light7") ? 0.7 : 1, 0.35),
-                    .blend = Blend::add});
+             glow(light, centred(0.015, -0.03, spline({{0, 3.4}, {0.4, 2.4}, {partEnd, 2.8}})),
+                  flashes({0, 1, 2, 3}, light == std::string_view("light7") ? 0.7 : 1, 0.35)));
   // In the black beside the window.
   show.add("vexillum rises", riser, 0.75, title, vex(illum, zoom(0.46, 0.5, 3), -0.6, 0.6));
-  show.add("held breath", riser + 0.9375, 0.0625, curtain, Fade{});
 }
 
-// Ember: a covered sun, liquid mirrors and flakes of fire; the last stroke and the title inside the sun.
-void addInterludeTwo(Show& show) {
-  const double start = interludeTwoBar, roll = barOf("roll"), doubles = barOf("roll doubles"),
-               breath = barOf("last breath"), stroke = barOf("last stroke");
-  show.add("ember sky", start, stroke + 1 - start, ground,
-           Bitmap{.texture = "sky_ember", .at = covering(slide(1.05, 1.5))});
-  show.add("heat", start, doubles - start, backdrop - 1,
-           Waves{.texture = "smoke_ember",
-                 .at = covering(1.3),
-                 .speed = 1.6,
-                 .amplitude = 0.05,
-                 .alpha = 0.6,
-                 .blend = Blend::add});
-  // The moon slides before the sun; the last light of its rim is a diamond.
+// --- Two
+
+// The moon slides before the sun; the last light of its rim is a diamond.
+void addEclipse(Show& show, double start) {
   constexpr double sunX = 0.38, sunY = -0.16, covered = 3;
-  const Bitmap sun{.texture = "light6",
-                   .at = centred(sunX, sunY, 2.2),
-                   .alpha = line({{0, 1}, {covered, 0.8}, {covered + 0.3, 0}, {partEnd, 0}}),
-                   .blend = Blend::add};
+  const Bitmap sun = glow("light6", centred(sunX, sunY, 2.2),
+                          line({{0, 1}, {covered, 0.8}, {covered + 0.3, 0}, {partEnd, 0}}));
   show.add("sun", start, 1, backdrop, sun, sun, sun);
   show.add("streamers", start, 1, backdrop + 1,
-           Bitmap{.texture = "corona_ember",
-                  .at = centred(sunX, sunY, zoom(2.5, 2.75, 4)),
-                  .alpha = line({{0, 0.25}, {covered - 0.5, 0.5}, {covered, 1}, {partEnd, 1}}),
-                  .blend = Blend::add});
+           glow("corona_ember", centred(sunX, sunY, zoom(2.5, 2.75, 4)),
+                line({{0, 0.25}, {covered - 0.5, 0.5}, {covered, 1}, {partEnd, 1}})));
   show.add("moon", start, 1, backdrop + 3,
            Bitmap{.texture = "moon",
                   .at = centred(line({{0, sunX + 0.17}, {covered, sunX}, {partEnd, sunX}}),
                                 line({{0, sunY - 0.34}, {covered, sunY}, {partEnd, sunY}}), 1.06)});
   const Curve spark = line({{0, 0}, {covered - 0.3, 0}, {covered, 1}, {covered + 0.5, 0.5}, {partEnd, 0.15}});
   for (const char* light : {"rays_ember", "light7"})
-    show.add("diamond", start, 1, backdrop + 4,
-             Bitmap{.texture = light,
-                    .at = centred(sunX - 0.16, sunY + 0.42, 1.1),
-                    .alpha = spark,
-                    .blend = Blend::add});
-  show.add("burning town", start, 1, far,
-           Bitmap{.texture = "spires_ember", .at = {slide(-1.3, -1.4), slide(-0.05, -0.1), 2.8, 1.1}});
-  show.add("watcher", start, 1, subject,
-           Bitmap{.texture = "figure_ember",
-                  .at = centred(slide(watcher.x, watcher.x + 0.04), slide(watcher.y, watcher.y - 0.04),
-                                slide(watcher.height, watcher.height + 0.1), 0.5)});
-  // Flakes of fire rise, then stream past, then burst.
-  const double passed = cueSeconds(roll - start), passedTwice = cueSeconds(doubles - start);
+    show.add("diamond", start, 1, backdrop + 4, glow(light, centred(sunX - 0.16, sunY + 0.42, 1.1), spark));
+}
+
+// Flakes of fire rise, then stream past, then burst.
+void addFlakes(Show& show, double start, double roll, double doubles, double breath) {
   show.part(
       "flakes rise", start, roll - start, backdrop + 2,
       {draw(Flare{"flare_particle"}),
@@ -220,24 +178,18 @@ void addInterludeTwo(Show& show) {
   show.part("flakes stream", roll, doubles - roll, smoke + 1,
             {draw(Flare{"flare_particle"}),
              draw(Particles{.count = 110, .spread = 8, .speedY = 4, .speedZ = 26, .scatter = 26})},
-            passed);
+            cueSeconds(roll - start));
   show.part("flakes burst", doubles, breath - doubles, smoke + 1,
             {draw(Flare{"flare_particle"}),
              draw(Particles{.count = 50, .spread = slide(20, 50), .speedZ = 30, .scatter = 16})},
-            passedTwice);
-  show.add("sparks", start, breath - start, backdrop + 2,
-           Noise{.texture = "sparks_ember", .speedX = 0.015, .speedY = 0.06, .alpha = fade(2, 1, 0.7)});
-  show.add("one spark", breath, stroke - breath, smoke,
-           Bitmap{.texture = "light6",
-                  .at = centred(slide(0.02, 0.05), slide(0.05, -0.04), 0.14),
-                  .blend = Blend::add});
+            cueSeconds(doubles - start));
+}
 
-  // Mirrors before the fire, shaken by the roll.
+// Mirrors before the fire, shaken by the roll.
+void addMirrors(Show& show, double roll, double doubles, double breath) {
   show.add("blaze", roll, breath - roll, backdrop,
-           Bitmap{.texture = "rays_ember",
-                  .at = centred(0, 0, zoom(2.8, 4.2, 7.5)),
-                  .alpha = flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 0.8, 0.3),
-                  .blend = Blend::add});
+           glow("rays_ember", centred(0, 0, zoom(2.8, 4.2, 7.5)),
+                flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 0.8, 0.3)));
   // Above the title, a step nearer with each beat; then past the title, beside it.
   const Curve size = line(
       {{0, 1.3}, {0.98, 1.24}, {1, 1.46}, {1.98, 1.4}, {2, 1.62}, {2.98, 1.56}, {3, 1.8}, {partEnd, 1.9}});
@@ -265,10 +217,12 @@ void addInterludeTwo(Show& show) {
                           .speedZ = slide(3, 10),
                           .stillness = slide(0.72, 0.55)}),
              draw(Viewport{})},
-            2 + passed);
-  show.add("dark under the title", roll, breath - roll, title - 1,
-           Bitmap{.texture = "shade", .at = centred(0, 0.6, 0.8, 3.6), .blend = Blend::darken},
-           Bitmap{.texture = "shade", .at = centred(0, 0.6, 0.8, 3.6), .blend = Blend::darken});
+            2 + cueSeconds(roll - interludeTwoBar));
+}
+
+void addVexedly(Show& show, double roll, double doubles, double breath) {
+  show.add("dark under the title", roll, breath - roll, title - 1, shadow(centred(0, 0.6, 0.8, 3.6)),
+           shadow(centred(0, 0.6, 0.8, 3.6)));
   const Word word = vex(edly, slide(0.74, 0.8), 0, 0.58);
   show.add("vexedly", roll, doubles - roll, title, word);
   // The fire goes down; what is left burns behind the knot.
@@ -279,25 +233,65 @@ void addInterludeTwo(Show& show) {
                  .down = 1.5,
                  .alpha = 0.5,
                  .blend = Blend::add},
-           Bitmap{.texture = "rays_ember",
-                  .at = centred(0, -0.2, zoom(2.6, 4.2, 3.5)),
-                  .alpha = 0.8,
-                  .blend = Blend::add});
+           glow("rays_ember", centred(0, -0.2, zoom(2.6, 4.2, 3.5)), 0.8));
   const Word louder = vex(edly, slide(0.76, 0.86), -0.42, 0.55);
   show.add("vexedly, louder", doubles, breath - doubles, title, louder);
-  show.add("last breath", breath, stroke - breath, ground + 2, Fade{});
+}
 
-  // Then it is small and far, and nothing is said.
+// The disc is small and far, and nothing is said.
+void addLastStroke(Show& show, double stroke) {
   const Curve discHeight = line({{0, 1.44}, {1.99, 1.36}, {2, 0.62}, {partEnd, 0.54}});
   for (const double rest : {0.75, 0.0})  // twice as bright on the strokes
     show.add("last streamers", stroke, 1, backdrop,
-             Bitmap{.texture = "corona_bone",
-                    .at = centred(0, 0, discHeight * 2.5),
-                    .alpha = flashes({0, 2}, 1, rest),
-                    .blend = Blend::add});
+             glow("corona_bone", centred(0, 0, discHeight * 2.5), flashes({0, 2}, 1, rest)));
   show.add("last moon", stroke, 1, backdrop + 1, Bitmap{.texture = "moon", .at = centred(0, 0, discHeight)});
   show.add("the sky goes out", stroke + 0.5, 0.5, ground + 1, Fade{.alpha = slide(0.75, 0.9)});
   show.add("vexed at last", stroke, 0.5, title, vex(ed, slide(0.66, 0.6)));
+}
+
+}  // namespace
+
+// Sterile teal: somebody stands before a light; then before one rose window, which opens ring by ring and
+// bursts.
+void addInterludeOne(Show& show) {
+  const double riser = barOf("riser");
+  addLamp(show);
+  addRose(show);
+  addBurst(show, riser + 0.75, 0.1875);
+  addRoseLight(show, barOf("pad opens"));
+  addVexillum(show, riser);
+  show.add("held breath", riser + 0.9375, 0.0625, curtain, Fade{});
+}
+
+// Ember: a covered sun, liquid mirrors and flakes of fire; the last stroke and the title inside the sun.
+void addInterludeTwo(Show& show) {
+  const double start = interludeTwoBar, roll = barOf("roll"), doubles = barOf("roll doubles"),
+               breath = barOf("last breath"), stroke = barOf("last stroke");
+  show.add("ember sky", start, stroke + 1 - start, ground,
+           Bitmap{.texture = "sky_ember", .at = covering(slide(1.05, 1.5))});
+  show.add("heat", start, doubles - start, backdrop - 1,
+           Waves{.texture = "smoke_ember",
+                 .at = covering(1.3),
+                 .speed = 1.6,
+                 .amplitude = 0.05,
+                 .alpha = 0.6,
+                 .blend = Blend::add});
+  addEclipse(show, start);
+  show.add("burning town", start, 1, far,
+           Bitmap{.texture = "spires_ember", .at = {slide(-1.3, -1.4), slide(-0.05, -0.1), 2.8, 1.1}});
+  show.add("watcher", start, 1, subject,
+           Bitmap{.texture = "figure_ember",
+                  .at = centred(slide(watcher.x, watcher.x + 0.04), slide(watcher.y, watcher.y - 0.04),
+                                slide(watcher.height, watcher.height + 0.1), 0.5)});
+  addFlakes(show, start, roll, doubles, breath);
+  show.add("sparks", start, breath - start, backdrop + 2,
+           Noise{.texture = "sparks_ember", .speedX = 0.015, .speedY = 0.06, .alpha = fade(2, 1, 0.7)});
+  show.add("one spark", breath, stroke - breath, smoke,
+           glow("light6", centred(slide(0.02, 0.05), slide(0.05, -0.04), 0.14)));
+  addMirrors(show, roll, doubles, breath);
+  addVexedly(show, roll, doubles, breath);
+  show.add("last breath", breath, stroke - breath, ground + 2, Fade{});
+  addLastStroke(show, stroke);
 }
 
 }  // namespace vex
