@@ -28,10 +28,7 @@ void addView(Show& show, const View& view) {
   const double start = barOf(view.cue), bars = 0.5;
   const Place sky = covering(slide(view.sky, view.sky * 1.04), view.skyX, view.skyY);
   show.add("night", start, bars, backdrop, Bitmap{.texture = "sky_bone", .at = sky},
-           Bitmap{.texture = "sky_bone",
-                  .at = sky,
-                  .alpha = line({{0, 1}, {0.15, 0.4}, {0.25, 0.9}, {1, 0.3}, {partEnd, 0.1}}),
-                  .blend = Blend::add});
+           glow("sky_bone", sky, line({{0, 1}, {0.15, 0.4}, {0.25, 0.9}, {1, 0.3}, {partEnd, 0.1}})));
   const Curve width = slide(view.town, view.town * 1.08);
   const auto town = [&](double left) {
     return Bitmap{.texture = "spires_bone",
@@ -44,12 +41,9 @@ void addView(Show& show, const View& view) {
                     .at = {view.brambleX - view.brambles / 2, slide(view.brambleTop + 0.08, view.brambleTop),
                            view.brambles, view.brambles * 0.35}});
   show.add("streak", start, bars, title - 1,
-           Bitmap{.texture = "streak_bone",
-                  .at = {slide(view.skyX - 1.7, view.skyX - 1.3), view.skyY + 0.06, 3, 0.3},
-                  .alpha = flashes({0}, 0.9),
-                  .blend = Blend::add});
-  show.add("dark behind presents", start, bars, title - 2,
-           Bitmap{.texture = "shade", .at = centred(view.wordX, -0.47, 0.4, 6), .blend = Blend::darken});
+           glow("streak_bone", {slide(view.skyX - 1.7, view.skyX - 1.3), view.skyY + 0.06, 3, 0.3},
+                flashes({0}, 0.9)));
+  show.add("dark behind presents", start, bars, title - 2, shadow(centred(view.wordX, -0.47, 0.4, 6)));
   show.add("presents", start, bars, title,
            Bitmap{.texture = "presents1",
                   .at = centred(view.wordX, -0.47, slide(0.5, 0.52), 4),
@@ -58,43 +52,34 @@ void addView(Show& show, const View& view) {
                   .blend = Blend::add});
 }
 
-}  // namespace
-
-// Black, grain, filaments, two names in haze, and the eye.
-void addPrologue(Show& show) {
-  const double motif = barOf("far motif");
+void addNight(Show& show, double motif) {
   const Curve spires = spline({{0, 2.3}, {12, 2.65}, {partEnd, 3.0}}),
               brambles = spline({{0, 2.3}, {partEnd, 2.8}});
   const Place sky = covering(spline({{0, 1.02}, {partEnd, 1.25}}));
-  show.add("black", 0, 8, ground, Fade{});
   show.add("night", 0, motif, backdrop,
            Bitmap{.texture = "sky_bone", .at = sky, .alpha = line({{0, 0.3}, {8, 1}, {partEnd, 1}})});
   // The sky answers each beat of the heart.
   show.add("beating sky", 0, motif, backdrop + 1,
-           Bitmap{.texture = "sky_bone",
-                  .at = sky,
-                  .alpha = flashes({0, 2, 2.6, 6, 6.6, 8, 10, 10.6, 12, 14, 14.6}, 0.9),
-                  .blend = Blend::add});
+           glow("sky_bone", sky, flashes({0, 2, 2.6, 6, 6.6, 8, 10, 10.6, 12, 14, 14.6}, 0.9)));
   show.add("far lightning", 1, 1, far - 1,
-           Bitmap{.texture = "haze_bone",
-                  .at = centred(-0.3, 0.25, 1.7, 2.4),
-                  .alpha = line({{0, 0.9}, {0.2, 0.35}, {0.35, 0.7}, {1.6, 0}, {partEnd, 0}}),
-                  .blend = Blend::add});
+           glow("haze_bone", centred(-0.3, 0.25, 1.7, 2.4),
+                line({{0, 0.9}, {0.2, 0.35}, {0.35, 0.7}, {1.6, 0}, {partEnd, 0}})));
   show.add(
       "far town", 0, motif, far,
       Bitmap{.texture = "spires_bone", .at = {spires * -0.5, spires * -0.43 + 1, spires, spires * 0.43}});
   show.add("heartbeats", 0, motif, haze,
-           Bitmap{.texture = "haze_bone",
-                  .at = centred(swing(19, -0.15, 0.15), swing(13, -0.05, 0.12), 2.6, 1.7),
-                  .alpha = flashes({2, 2.6, 6, 6.6, 10, 10.6, 14, 14.6}, 0.6, 0.15),
-                  .blend = Blend::add});
+           glow("haze_bone", centred(swing(19, -0.15, 0.15), swing(13, -0.05, 0.12), 2.6, 1.7),
+                flashes({2, 2.6, 6, 6.6, 10, 10.6, 14, 14.6}, 0.6, 0.15)));
   show.add("thorns", 0, motif, front,
            Bitmap{.texture = "thorn_bone",
                   // They grow from below the picture.
                   .at = {brambles * -0.5, spline({{0, 1}, {4, 0.95}, {11, 0.42}, {partEnd, 0.36}}), brambles,
                          brambles * 0.35}});
-  // Out of the dark they run together; for three beats from the first bell they are the name. Where they fly
-  // on, the camera has turned its back on the letters.
+}
+
+// Out of the dark they run together; for three beats from the first bell they are the name. Where they fly
+// on, the camera has turned its back on the letters.
+void addFilaments(Show& show, double motif) {
   const auto filaments = [&](const char* name, double fromBar, double bars, double start, double speed,
                              const Curve& alpha) {
     show.part(name, fromBar, bars, smoke,
@@ -104,13 +89,13 @@ void addPrologue(Show& show) {
   filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0.3}, {2, 0.6}, {6, 0.8}, {partEnd, 1}}));
   filaments("filaments are the name", 2, 0.75, 0, 0, line({{0, 1}, {1, 1}, {2.2, 0}, {partEnd, 0}}));
   filaments("filaments fly on", 2.75, motif - 2.75, 34, 1, line({{0, 0}, {1, 0.5}, {partEnd, 0.5}}));
-  // Dark lies behind the name, which rises clear of the spires.
+}
+
+// Dark lies behind the name, which rises clear of the spires.
+void addName(Show& show) {
   const Curve nameHeight = spline({{0, -0.05}, {1, -0.05}, {5, -0.27}, {partEnd, -0.3}});
   show.add("dark behind the name", 2.25, 1.75, title - 2,
-           Bitmap{.texture = "shade",
-                  .at = centred(0, nameHeight, 0.62, 6),
-                  .alpha = fade(1.5, 0),
-                  .blend = Blend::darken});
+           shadow(centred(0, nameHeight, 0.62, 6), fade(1.5, 0)));
   show.add(
       "halvane", 2.25, 1.75, title,
       Bitmap{.texture = "halvane1",
@@ -120,8 +105,9 @@ void addPrologue(Show& show) {
                  {{0, 0.03}, {2.98, 0.03}, {3, 0.9}, {3.3, 0.03}, {-0.7, 0.03}, {-0.3, 0.9}, {partEnd, 1}}),
              .alpha = line({{0, 0}, {0.9, 1}, {partEnd, 1}}),
              .blend = Blend::add});
-  for (const View& view : views) addView(show, view);
+}
 
+void addEye(Show& show) {
   show.add(
       "lid trembles", 6, 1, subject,
       Movie{.base = "eye",
@@ -135,6 +121,19 @@ void addPrologue(Show& show) {
       "eye opens", 7, 0.875, subject,
       Movie{
           .base = "eye", .at = covering(zoom(1.06, 1.3, 3.5), 0, 0.02), .first = 6, .last = 13, .fps = 4.85});
+}
+
+}  // namespace
+
+// Black, grain, filaments, two names in haze, and the eye.
+void addPrologue(Show& show) {
+  const double motif = barOf("far motif");
+  show.add("black", 0, 8, ground, Fade{});
+  addNight(show, motif);
+  addFilaments(show, motif);
+  addName(show);
+  for (const View& view : views) addView(show, view);
+  addEye(show);
 }
 
 }  // namespace vex
