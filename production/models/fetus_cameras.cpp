@@ -62,88 +62,61 @@ StageCamera camera(const char* name, float fieldDegrees, const std::vector<Move>
 std::vector<StageCamera> cameras() {
   return {
       // Into the room, under the lamp.
-      camera("view_room", 74,
-             {{0, 1, {Vector(182, 4, 336), Vector(126, 0, 324)}, {Vector(-26, 58, 0), Vector(-20, 54, 0)}}}),
+      camera("view_room", 74, {{0, 1, {{182, 4, 336}, {126, 0, 324}}, {{-26, 58, 0}, {-20, 54, 0}}}}),
       // The telephone, which nobody answers.
-      camera(
-          "view_phone", 70,
-          {{2, 1, {Vector(98, -31, 168), Vector(72, -32, 152)}, {Vector(64, -17, 0), Vector(60, -15, 0)}}}),
+      camera("view_phone", 70, {{2, 1, {{98, -31, 168}, {72, -32, 152}}, {{64, -17, 0}, {60, -15, 0}}}}),
       // The cigarette before the dark.
-      camera("view_ash", 60,
-             {{3,
-               1,
-               {Vector(-28, -29, 104), Vector(-31, -28, 108)},
-               {Vector(-67, -35, 44), Vector(-70, -35, 46)}}}),
+      camera("view_ash", 60, {{3, 1, {{-28, -29, 104}, {-31, -28, 108}}, {{-67, -35, 44}, {-70, -35, 46}}}}),
       // From under the ceiling, with the beam.
-      camera(
-          "view_above", 74,
-          {{4, 1, {Vector(128, 214, 150), Vector(66, 226, 128)}, {Vector(2, -20, 4), Vector(-2, -20, 0)}}}),
+      camera("view_above", 74, {{4, 1, {{128, 214, 150}, {66, 226, 128}}, {{2, -20, 4}, {-2, -20, 0}}}}),
       // From the table up along the beam.
-      camera("view_beam", 78,
-             {{5, 1, {Vector(112, -42, 204), Vector(84, -40, 196)}, {Vector(6, 34, 8), Vector(2, 40, 4)}}}),
+      camera("view_beam", 78, {{5, 1, {{112, -42, 204}, {84, -40, 196}}, {{6, 34, 8}, {2, 40, 4}}}}),
       // Around the jar; once more when the skin clears.
       camera("view_jar", 62,
-             {{13, 1, {Vector(14, 2, 120), Vector(38, 8, 104)}, {Vector(0, 4, 0), Vector(-2, 5, 0)}},
+             {{13, 1, {{14, 2, 120}, {38, 8, 104}}, {{0, 4, 0}, {-2, 5, 0}}},
               {6,
                2,
-               {Vector(-64, -4, 120), Vector(-24, -8, 132), Vector(16, 0, 134), Vector(58, 10, 118)},
-               {Vector(12, 4, 0), Vector(10, 4, 0), Vector(-4, 4, 0), Vector(-12, 6, 0)}}}),
+               {{-64, -4, 120}, {-24, -8, 132}, {16, 0, 134}, {58, 10, 118}},
+               {{12, 4, 0}, {10, 4, 0}, {-4, 4, 0}, {-12, 6, 0}}}}),
       // It wakes.
-      camera("view_wakes", 46,
-             {{8, 1, {Vector(-44, 24, 124), Vector(-32, 21, 108)}, {Vector(6, 13, 0), Vector(2, 15, 0)}}}),
+      camera("view_wakes", 46, {{8, 1, {{-44, 24, 124}, {-32, 21, 108}}, {{6, 13, 0}, {2, 15, 0}}}}),
       // Into the one eye.
       camera("view_sees", 36,
              {{9,
                1,
-               {Vector(-30, 20, 138), Vector(-20, 18, 122), Vector(-10, 17, 108)},
-               {Vector(-2, 15, 0), Vector(-2, 15.5f, 0), Vector(-1, 16, 0)}}}),
+               {{-30, 20, 138}, {-20, 18, 122}, {-10, 17, 108}},
+               {{-2, 15, 0}, {-2, 15.5f, 0}, {-1, 16, 0}}}}),
       // Along the hose to the jar.
-      camera(
-          "view_hose", 64,
-          {{10, 1, {Vector(130, -14, 168), Vector(110, -4, 148)}, {Vector(46, 2, -14), Vector(36, 6, -10)}}}),
+      camera("view_hose", 64, {{10, 1, {{130, -14, 168}, {110, -4, 148}}, {{46, 2, -14}, {36, 6, -10}}}}),
       // Over the sprayer.
-      camera("view_sprayer", 58,
-             {{11, 1, {Vector(58, 22, 138), Vector(40, 26, 142)}, {Vector(16, 7, 4), Vector(12, 8, 4)}}}),
+      camera("view_sprayer", 58, {{11, 1, {{58, 22, 138}, {40, 26, 142}}, {{16, 7, 4}, {12, 8, 4}}}}),
       // Under the beacon.
-      camera("view_alarm", 66,
-             {{12,
-               1,
-               {Vector(74, -12, 278), Vector(34, -8, 250)},
-               {Vector(66, 34, -100), Vector(56, 32, -100)}}}),
+      camera("view_alarm", 66, {{12, 1, {{74, -12, 278}, {34, -8, 250}}, {{66, 34, -100}, {56, 32, -100}}}}),
       // Eye to eye.
       camera("view_stares", 44,
              {{14,
                2,
-               {Vector(-50, 16, 138), Vector(-26, 14, 130), Vector(-14, 14, 122), Vector(-10, 14, 116)},
-               {Vector(5, 8, 0), Vector(2, 9, 0), Vector(0, 10, 0), Vector(-1, 10, 0)}}}),
+               {{-50, 16, 138}, {-26, 14, 130}, {-14, 14, 122}, {-10, 14, 116}},
+               {{5, 8, 0}, {2, 9, 0}, {0, 10, 0}, {-1, 10, 0}}}}),
       // Past what is in the glass.
       camera("view_glass", 62,
-             {{15,
-               0.75,
-               {Vector(-106, -4, 86), Vector(-52, 0, 126), Vector(20, 8, 134)},
-               {Vector(6, 2, 0), Vector(0, 3, 0), Vector(-6, 4, 0)}}}),
+             {{15, 0.75, {{-106, -4, 86}, {-52, 0, 126}, {20, 8, 134}}, {{6, 2, 0}, {0, 3, 0}, {-6, 4, 0}}}}),
       // Around the burst, which hardly moves.
       camera("view_burst", 66,
              {{burstBar,
                1,
-               {Vector(-92, -18, 112), Vector(-30, -8, 142), Vector(40, 6, 138), Vector(96, 22, 108)},
-               {Vector(4, 4, 0), Vector(0, 4, 0), Vector(-2, 4, 0), Vector(-4, 5, 0)}}},
+               {{-92, -18, 112}, {-30, -8, 142}, {40, 6, 138}, {96, 22, 108}},
+               {{4, 4, 0}, {0, 4, 0}, {-2, 4, 0}, {-4, 5, 0}}}},
              3),
       // Up from the table.
-      camera("view_shards", 70,
-             {{17, 1, {Vector(50, -40, 84), Vector(36, -41, 82)}, {Vector(-26, 10, 6), Vector(-24, 13, 6)}}}),
+      camera("view_shards", 70, {{17, 1, {{50, -40, 84}, {36, -41, 82}}, {{-26, 10, 6}, {-24, 13, 6}}}}),
       // From the dark behind the child, against the lamp; past it to the door and whoever stands in it.
       camera("view_door", 64,
-             {{1,
-               1,
-               {Vector(-206, -6, -222), Vector(-172, -2, -190)},
-               {Vector(-46, 40, 36), Vector(-44, 42, 34)}},
+             {{1, 1, {{-206, -6, -222}, {-172, -2, -190}}, {{-46, 40, 36}, {-44, 42, 34}}},
               {18,
                2,
-               {Vector(-166, 3, 4), Vector(-170, 5, -8), Vector(-174, 6, -24), Vector(-130, -25, -106),
-                Vector(14, -83, -117)},
-               {Vector(30, -22, -84), Vector(26, -23, -90), Vector(21, -25, -102), Vector(20, -60, -214),
-                Vector(97, -83, -173)}}}),
+               {{-166, 3, 4}, {-170, 5, -8}, {-174, 6, -24}, {-130, -25, -106}, {14, -83, -117}},
+               {{30, -22, -84}, {26, -23, -90}, {21, -25, -102}, {20, -60, -214}, {97, -83, -173}}}}),
   };
 }
 
