@@ -80,6 +80,29 @@ Surface ray() {
   return all;
 }
 
+// The scene makes flares of all lights; the three particles are parked where none sees them.
+std::vector<StageLight> lights() {
+  const Vector parked(0, 20000, 0);
+  return {{.name = "Omni01", .position = lampPlace},
+          {.name = "RayLight", .position = Vector(-46, 420, 60), .colour = {0.08f, 0.20f, 0.19f}},
+          {.name = "BlackParticle", .position = parked, .on = false, .colour = {0.9f, 0.8f, 0.75f}},
+          {.name = "WhiteParticle", .position = parked, .on = false, .colour = {0.8f, 1, 0.97f}},
+          {.name = "RayParticle", .position = parked, .on = false, .colour = {0.08f, 0.50f, 1}}};
+}
+
+BakeLook nightLook(const std::vector<BakeLight>& lights) {
+  return {.sky =
+              [](const Vector& d) {
+                return mix(gradient(tealRamp, 0.08f), gradient(tealRamp, 0.62f),
+                           smoothStep(-0.3f, 1.0f, d.y)) *
+                       0.55f;
+              },
+          .lights = lights,
+          .bounce = {0.01f, 0.04f, 0.05f},
+          .rays = 36,
+          .shadowRays = 9};
+}
+
 Model waterAlien(const Settings& settings) {
   const Surface body = mappedAtlas(
       being(), {.charts = Charts::byNormals, .side = 1024, .density = [](const Triangle& triangle) {
@@ -87,25 +110,17 @@ Model waterAlien(const Settings& settings) {
                 }});
   const Surface stones = mappedAtlas(rocks(), {.charts = Charts::byNormals, .side = 1024});
   // The moon behind, in the being's own axes: it swims turned to the left.
-  BakeLook look;
-  look.sky = [](const Vector& d) {
-    return mix(gradient(tealRamp, 0.08f), gradient(tealRamp, 0.62f), smoothStep(-0.3f, 1.0f, d.y)) * 0.55f;
-  };
-  look.bounce = {0.01f, 0.04f, 0.05f};
-  look.rays = 36;
-  look.shadowRays = 9;
-  BakeLook swimming = look, standing = look;
-  swimming.lights = {{.towards = Vector(-0.62f, 0.66f, -0.24f), .size = 0.12f, .colour = {2.0f, 2.5f, 2.4f}},
-                     {.towards = Vector(0.8f, 0.25f, 0.55f), .size = 0.3f, .colour = {0.14f, 0.34f, 0.37f}}};
-  standing.lights = {{.towards = Vector(-0.45f, 0.62f, -0.62f), .size = 0.15f, .colour = {1.6f, 2.1f, 2.0f}},
-                     {.towards = Vector(0.4f, 0.3f, 0.85f), .size = 0.3f, .colour = {0.10f, 0.22f, 0.24f}}};
+  const BakeLook
+      swimming =
+          nightLook({{.towards = Vector(-0.62f, 0.66f, -0.24f), .size = 0.12f, .colour = {2.0f, 2.5f, 2.4f}},
+                     {.towards = Vector(0.8f, 0.25f, 0.55f), .size = 0.3f, .colour = {0.14f, 0.34f, 0.37f}}}),
+      standing =
+          nightLook({{.towards = Vector(-0.45f, 0.62f, -0.62f), .size = 0.15f, .colour = {1.6f, 2.1f, 2.0f}},
+                     {.towards = Vector(0.4f, 0.3f, 0.85f), .size = 0.3f, .colour = {0.10f, 0.22f, 0.24f}}});
   const auto picture = [&](const Surface& surface, const BakeLook& light, int side,
                            Colour4 (*colour)(const BakePoint&)) {
-    BakePaint paint;
-    paint.side = settings.side(side);
-    paint.lit = !settings.draft;
-    paint.paint = colour;
-    return bake(surface, rayTree(surface), light, paint);
+    return bake(surface, rayTree(surface), light,
+                {.side = settings.side(side), .lit = !settings.draft, .paint = colour});
   };
 
   Stage stage;
@@ -133,13 +148,7 @@ Model waterAlien(const Settings& settings) {
        {Vector(-200, 800, -200), Vector(200, 840, -200), Vector(-200, 820, 200), Vector(200, 860, 200)})
     stage.meshes.push_back({.name = "Dummy0" + std::to_string(number++), .pivot = place, .helper = true});
 
-  // The scene makes flares of all lights; the three particles are parked where none sees them.
-  const Vector parked(0, 20000, 0);
-  stage.lights = {{.name = "Omni01", .position = lampPlace},
-                  {.name = "RayLight", .position = Vector(-46, 420, 60), .colour = {0.08f, 0.20f, 0.19f}},
-                  {.name = "BlackParticle", .position = parked, .on = false, .colour = {0.9f, 0.8f, 0.75f}},
-                  {.name = "WhiteParticle", .position = parked, .on = false, .colour = {0.8f, 1, 0.97f}},
-                  {.name = "RayParticle", .position = parked, .on = false, .colour = {0.08f, 0.50f, 1}}};
+  stage.lights = lights();
   stage.cameras = cameras();
   return {stage,
           {picture(body, swimming, 1024, beingColour), picture(stones, standing, 1024, rockColour),
@@ -155,6 +164,8 @@ std::vector<StageCamera> cameras() {
     return [=](float t) { return swing(t, loopSeconds, turns, phase); };
   };
   const auto slow = wave(1), late = wave(1, 0.25f), quick = wave(2, 0.3f);
+  const auto gone = [](float t) { return eased(t, 4, 10); };
+  const auto near = [](float t) { return eased(t, 0, 6); };
   return {
       // Looks at the being whatever its target is.
       camera(
@@ -191,11 +202,8 @@ std::vector<StageCamera> cameras() {
           [=](float t) { return Vector(-40 + 10 * late(t), 170, 16); }),
       camera(
           "leaving", 70,
-          [=](float t) {
-            const float gone = eased(t, 4, 10);
-            return Vector(84 + 16 * gone, 30 + 30 * gone, 300 + 90 * gone);
-          },
-          [=](float t) { return Vector(-34, 100 - 10 * eased(t, 4, 10), -60); }),
+          [=](float t) { return Vector(84 + 16 * gone(t), 30 + 30 * gone(t), 300 + 90 * gone(t)); },
+          [=](float t) { return Vector(-34, 100 - 10 * gone(t), -60); }),
       camera(
           "facing", 62,
           [=](float t) { return Vector(-196 + 20 * slow(t), 66 + 10 * late(t), 196 - 24 * slow(t)); },
@@ -203,17 +211,12 @@ std::vector<StageCamera> cameras() {
       // Along the moon's path into its gate.
       camera(
           "gate", 46,
-          [=](float t) {
-            const float near = eased(t, 0, 6);
-            return Vector(44 - 12 * near, 17 - 3 * near, 262 - 76 * near);
-          },
+          [=](float t) { return Vector(44 - 12 * near(t), 17 - 3 * near(t), 262 - 76 * near(t)); },
           [=](float t) { return Vector(-96 + 4 * late(t), 78, -500); }),
       // The being in its ray.
       camera(
           "struck", 74,
-          [=](float t) {
-            return Vector(96 - 30 * eased(t, 4, 10), 26 + 8 * quick(t), 300 - 40 * eased(t, 4, 10));
-          },
+          [=](float t) { return Vector(96 - 30 * gone(t), 26 + 8 * quick(t), 300 - 40 * gone(t)); },
           [=](float t) { return Vector(-30 + 8 * late(t), 114, -40); }),
   };
 }
