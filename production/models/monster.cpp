@@ -165,46 +165,24 @@ std::vector<StageMaterial> materials() {
   nearHaze.opacity = 0.5f;
   vapour.name = "vapour";
   vapour.twoSided = true;
+  // What mirrors, with a highlight where it shines.
+  const auto metal = [](const char* name, const char* texture, const Colour4& diffuse, const Colour4& ambient,
+                        float shine = 0) {
+    return StageMaterial{.name = name,
+                         .texture = texture,
+                         .environment = true,
+                         .diffuse = diffuse,
+                         .ambient = ambient,
+                         .shine = shine,
+                         .shineStrength = shine > 0 ? 1.0f : 0.0f};
+  };
   return {
-      {.name = "chrome",
-       .texture = "chrome",
-       .environment = true,
-       .diffuse = {0.4f, 0.4f, 0.4f},
-       .ambient = {0.60f, 0.61f, 0.64f},
-       .shine = 0.9f,
-       .shineStrength = 1},
-      {.name = "limb",
-       .texture = "chrome_soft",
-       .environment = true,
-       .diffuse = {0.75f, 0.75f, 0.75f},
-       .ambient = {0.30f, 0.31f, 0.34f},
-       .shine = 0.9f,
-       .shineStrength = 1},
-      {.name = "shell",
-       .texture = "chrome",
-       .environment = true,
-       .diffuse = {0.18f, 0.18f, 0.18f},
-       .ambient = {0.8f, 0.8f, 0.84f},
-       .shine = 0},
-      {.name = "mirror",
-       .texture = "chrome",
-       .environment = true,
-       .diffuse = {0.3f, 0.3f, 0.3f},
-       .ambient = {0.85f, 0.85f, 0.85f},
-       .shine = 0.8f,
-       .shineStrength = 1},
-      {.name = "deep",
-       .texture = "chrome_soft",
-       .environment = true,
-       .diffuse = {0.5f, 0.45f, 0.5f},
-       .ambient = {1, 0.9f, 1},
-       .shine = 0},
-      {.name = "pool",
-       .texture = "chrome_soft",
-       .environment = true,
-       .diffuse = {0.4f, 0.15f, 0.35f},
-       .ambient = {0.55f, 0.08f, 0.36f},
-       .shine = 0},
+      metal("chrome", "chrome", {0.4f, 0.4f, 0.4f}, {0.60f, 0.61f, 0.64f}, 0.9f),
+      metal("limb", "chrome_soft", {0.75f, 0.75f, 0.75f}, {0.30f, 0.31f, 0.34f}, 0.9f),
+      metal("shell", "chrome", {0.18f, 0.18f, 0.18f}, {0.8f, 0.8f, 0.84f}),
+      metal("mirror", "chrome", {0.3f, 0.3f, 0.3f}, {0.85f, 0.85f, 0.85f}, 0.8f),
+      metal("deep", "chrome_soft", {0.5f, 0.45f, 0.5f}, {1, 0.9f, 1}),
+      metal("pool", "chrome_soft", {0.4f, 0.15f, 0.35f}, {0.55f, 0.08f, 0.36f}),
       painted("floor", "monster_floor"),
       painted("iron", "monster_iron"),
       painted("skin", "monster_skin"),
@@ -267,13 +245,60 @@ Surface skinOver(const std::vector<Piece>& body, const RayTree& obstacles, const
   return skin;
 }
 
+// What shines through the floor comes first, then the floor, then what stands on it.
+void addHangar(std::vector<StageMesh>& meshes, const Surface& iron, const Surface& deck,
+               const Surface& apron) {
+  for (const auto& pieces : {bodyPieces(Fineness::reflection), limbPieces(Fineness::reflection)})
+    for (const Piece& piece : pieces) meshes.push_back(mirroredMesh(piece));
+  meshes.push_back({.name = "apron", .surface = mappedTo(apronPart, apron), .material = "floor"});
+  meshes.push_back({.name = "deck", .surface = mappedTo(deckPart, deck), .material = "floor"});
+  meshes.push_back({.name = "pool", .surface = poolSurface(), .material = "pool"});
+  for (std::size_t i = 0; i < archPlaces.size(); ++i)
+    meshes.push_back({.name = "arch" + std::to_string(i + 1),
+                      .surface = placed(partOf(iron, arch), moved(0, 0, archPlaces[i])),
+                      .material = "iron"});
+  meshes.push_back({.name = "ring", .surface = partOf(iron, plinth), .material = "iron"});
+  meshes.push_back({.name = "hoses", .surface = partOf(iron, cables), .material = "iron"});
+}
+
+void addCreature(std::vector<StageMesh>& meshes, const std::vector<Piece>& body,
+                 const std::vector<Piece>& limbs, const Surface& skin) {
+  // The back takes no light of lamps, so that above its plates stands the night with their reflections.
+  for (const Piece& piece : body) meshes.push_back(meshOf(piece, piece.name == "head" ? "chrome" : "shell"));
+  Piece eyes = eyePiece();
+  eyes.surface = mappedTo(eyePart, eyes.surface);
+  meshes.push_back(meshOf(eyes, "eye"));
+  for (const Piece& piece : limbs) meshes.push_back(meshOf(piece, "limb"));
+  for (const Piece& piece : stringPieces()) meshes.push_back(meshOf(piece, "limb"));
+  for (const Orb& orb : orbs) meshes.push_back(meshOf(orbPiece(orb), "mirror"));
+  // A skin has no motion of its own: it rides on its metal.
+  for (std::size_t i = 0; i < skinned; ++i)
+    meshes.push_back({.name = body[i].name + "_skin",
+                      .parent = body[i].name,
+                      .surface = partOf(skin, static_cast<int>(i)),
+                      .pivot = body[i].pivot,
+                      .material = "skin"});
+}
+
+// From far to near, for they hide what is drawn behind them later.
+void addAir(std::vector<StageMesh>& meshes) {
+  meshes.push_back(
+      {.name = "haze_far", .surface = mappedTo(wallPart, hazeShell(300, 480, 340), 2), .material = "haze"});
+  meshes.push_back({.name = "haze_near",
+                    .surface = mappedTo(wallPart, hazeShell(185, 166, 200), 2),
+                    .material = "near_haze"});
+  for (const Plume& plume : plumes) meshes.push_back(plumeMesh(plume));
+  Piece glow = glowPiece();
+  glow.surface = mappedWithin(glowPart, glow.surface);
+  meshes.push_back(meshOf(glow, "glow"));
+}
+
 Model monsterModel(const Settings& settings) {
   const std::vector<Piece> body = bodyPieces(Fineness::full), limbs = limbPieces(Fineness::full);
 
   Surface creature;
   for (const Piece& piece : body) append(creature, piece.surface);
   for (const Piece& piece : limbs) append(creature, piece.surface);
-
   Surface iron;
   for (const HangarPart part : {arch, plinth, cables}) append(iron, hangarPart(part), part);
   iron =
@@ -282,21 +307,13 @@ Model monsterModel(const Settings& settings) {
                          }});
   const Surface deckSurface = hangarPart(deck), apronSurface = hangarPart(apron);
 
-  const auto shadowing = [&](const std::vector<Surface>& what) {
-    Surface all;
-    for (const Surface& one : what) append(all, withoutMapping(one));
-    return rayTree(all);
-  };
   const Surface standing = selected(iron, [](const Triangle& t) { return t.part != arch; });
-  const RayTree nearby = shadowing({creature, deckSurface, standing});
+  const RayTree nearby = rayTree(joined({creature, deckSurface, standing})),
+                aboveFloor = rayTree(joined({creature, standing}));
   const auto picture = [&](const Surface& surface, const RayTree& obstacles, const BakeLook& look, int side,
                            Colour4 (*colour)(const BakePoint&)) {
-    BakePaint paint;
-    paint.side = settings.side(side);
-    paint.lit = !settings.draft;
-    paint.wearWidth = 0.8f;
-    paint.paint = colour;
-    return bake(surface, obstacles, look, paint);
+    return bake(surface, obstacles, look,
+                {.side = settings.side(side), .lit = !settings.draft, .wearWidth = 0.8f, .paint = colour});
   };
   BakeLook skinLook = hangarLook(), floorLook = hangarLook(), ironLook = hangarLook();
   skinLook.reach = 45;
@@ -308,53 +325,18 @@ Model monsterModel(const Settings& settings) {
   Stage stage;
   stage.seconds = shotSeconds;
   stage.materials = materials();
-  // What shines through the floor comes first, then the floor, then what stands on it.
-  for (const Piece& piece : bodyPieces(Fineness::reflection)) stage.meshes.push_back(mirroredMesh(piece));
-  for (const Piece& piece : limbPieces(Fineness::reflection)) stage.meshes.push_back(mirroredMesh(piece));
-  stage.meshes.push_back(
-      {.name = "apron", .surface = mappedTo(apronPart, apronSurface), .material = "floor"});
-  stage.meshes.push_back({.name = "deck", .surface = mappedTo(deckPart, deckSurface), .material = "floor"});
-  stage.meshes.push_back({.name = "pool", .surface = poolSurface(), .material = "pool"});
-  for (std::size_t i = 0; i < archPlaces.size(); ++i)
-    stage.meshes.push_back({.name = "arch" + std::to_string(i + 1),
-                            .surface = placed(partOf(iron, arch), moved(0, 0, archPlaces[i])),
-                            .material = "iron"});
-  stage.meshes.push_back({.name = "ring", .surface = partOf(iron, plinth), .material = "iron"});
-  stage.meshes.push_back({.name = "hoses", .surface = partOf(iron, cables), .material = "iron"});
-  // The back takes no light of lamps, so that above its plates stands the night with their reflections.
-  for (const Piece& piece : body)
-    stage.meshes.push_back(meshOf(piece, piece.name == "head" ? "chrome" : "shell"));
-  Piece eyes = eyePiece(), glow = glowPiece();
-  eyes.surface = mappedTo(eyePart, eyes.surface);
-  glow.surface = mappedWithin(glowPart, glow.surface);
-  stage.meshes.push_back(meshOf(eyes, "eye"));
-  for (const Piece& piece : limbs) stage.meshes.push_back(meshOf(piece, "limb"));
-  for (const Piece& piece : stringPieces()) stage.meshes.push_back(meshOf(piece, "limb"));
-  for (const Orb& orb : orbs) stage.meshes.push_back(meshOf(orbPiece(orb), "mirror"));
-  // A skin has no motion of its own: it rides on its metal.
-  for (std::size_t i = 0; i < skinned; ++i)
-    stage.meshes.push_back({.name = body[i].name + "_skin",
-                            .parent = body[i].name,
-                            .surface = partOf(skin, static_cast<int>(i)),
-                            .pivot = body[i].pivot,
-                            .material = "skin"});
-  // From far to near, for they hide what is drawn behind them later.
-  stage.meshes.push_back(
-      {.name = "haze_far", .surface = mappedTo(wallPart, hazeShell(300, 480, 340), 2), .material = "haze"});
-  stage.meshes.push_back({.name = "haze_near",
-                          .surface = mappedTo(wallPart, hazeShell(185, 166, 200), 2),
-                          .material = "near_haze"});
-  for (const Plume& plume : plumes) stage.meshes.push_back(plumeMesh(plume));
-  stage.meshes.push_back(meshOf(glow, "glow"));
+  addHangar(stage.meshes, iron, deckSurface, apronSurface);
+  addCreature(stage.meshes, body, limbs, skin);
+  addAir(stage.meshes);
   stage.lights = lights();
   stage.cameras = cameras();
 
   return {stage,
           {picture(skin, nearby, skinLook, 512, skinColour),
-           floorPicture(picture(deckSurface, shadowing({creature, standing}), floorLook, 512, deckColour),
-                        picture(apronSurface, shadowing({creature, standing}), floorLook, 256, apronColour)),
-           picture(iron, shadowing({iron, apronSurface}), ironLook, 512, ironColour), airPicture(settings),
-           hazeCard(settings)}};
+           floorPicture(picture(deckSurface, aboveFloor, floorLook, 512, deckColour),
+                        picture(apronSurface, aboveFloor, floorLook, 256, apronColour)),
+           picture(iron, rayTree(joined({iron, apronSurface})), ironLook, 512, ironColour),
+           airPicture(settings), hazeCard(settings)}};
 }
 
 }  // namespace
