@@ -171,31 +171,27 @@ std::vector<StageMesh> mists() {
   return all;
 }
 
-Model skullModel(const Settings& settings) {
-  // More texels in front, where the cameras are.
+// More texels in front, where the cameras are.
+Surface mappedBone(const Surface& surface, int side) {
   const Vector front = transformedDirection(skullPlacement(), Vector(0, 0.15f, 1));
-  const auto mapBody = [&](const Surface& surface, int side) {
-    return mappedAtlas(surface,
-                       {.charts = Charts::byNormals, .side = side, .density = [&](const Triangle& t) {
-                          const Vector& a = surface.points[static_cast<std::size_t>(t.points[0])];
-                          const Vector& b = surface.points[static_cast<std::size_t>(t.points[1])];
-                          const Vector& c = surface.points[static_cast<std::size_t>(t.points[2])];
-                          return dot(unit(cross(b - a, c - a)), front) > -0.25f && a.y > -5 ? 1.0f : 0.45f;
-                        }});
-  };
-  const Surface head = mapBody(cranium(), 1024), lower = mapBody(jaw(), 512);
+  return mappedAtlas(surface, {.charts = Charts::byNormals, .side = side, .density = [&](const Triangle& t) {
+                                 const Vector& a = surface.points[static_cast<std::size_t>(t.points[0])];
+                                 const Vector& b = surface.points[static_cast<std::size_t>(t.points[1])];
+                                 const Vector& c = surface.points[static_cast<std::size_t>(t.points[2])];
+                                 return dot(unit(cross(b - a, c - a)), front) > -0.25f && a.y > -5 ? 1.0f
+                                                                                                   : 0.45f;
+                               }});
+}
+
+Model skullModel(const Settings& settings) {
+  const Surface head = mappedBone(cranium(), 1024), lower = mappedBone(jaw(), 512);
   const Surface ground = terrain();
   const Surface stones = mappedAtlas(boulders(), {.charts = Charts::byNormals, .side = 512});
   const Surface iron = mappedAtlas(spear(), {.charts = Charts::byNormals, .side = 256});
 
-  const auto shadowing = [&](const std::vector<Surface>& what) {
-    Surface all;
-    for (const Surface& one : what) append(all, withoutMapping(one));
-    return rayTree(all);
-  };
   std::vector<Surface> standing{head, lower, ground, stones};
   for (int i = 0; i < spearCount; ++i) standing.push_back(placed(iron, spearPlacement(i)));
-  const RayTree all = shadowing(standing);
+  const RayTree all = rayTree(joined(standing));
   const auto picture = [&](const Surface& surface, const RayTree& obstacles, int rays, int side,
                            Colour4 (*colour)(const BakePoint&)) {
     BakeLook look = stormLook();
@@ -203,12 +199,8 @@ Model skullModel(const Settings& settings) {
     // Light lies smoothly on what is flat or small.
     if (colour == groundColour || colour == boulderColour) look.coarseness = 3;
     if (side == 1024) look.coarseness = 2;
-    BakePaint paint;
-    paint.side = settings.side(side);
-    paint.lit = !settings.draft;
-    paint.wearWidth = 2.2f;
-    paint.paint = colour;
-    return bake(surface, obstacles, look, paint);
+    return bake(surface, obstacles, look,
+                {.side = settings.side(side), .lit = !settings.draft, .wearWidth = 2.2f, .paint = colour});
   };
 
   Stage stage;
@@ -241,7 +233,7 @@ Model skullModel(const Settings& settings) {
   return {stage,
           {picture(head, all, 64, 1024, stoneColour), picture(lower, all, 49, 512, stoneColour),
            picture(ground, all, 49, 512, groundColour), picture(stones, all, 36, 512, boulderColour),
-           picture(iron, shadowing({iron}), 49, 256, spearColour)}};
+           picture(iron, rayTree(iron), 49, 256, spearColour)}};
 }
 
 }  // namespace
