@@ -356,12 +356,8 @@ Model hellModel(const Settings& settings) {
 
   const auto picture = [&](const Surface& surface, const Surface& obstacles, const BakeLook& look, int side,
                            float wear, Colour4 (*colour)(const BakePoint&)) {
-    BakePaint paint;
-    paint.side = settings.side(side);
-    paint.lit = !settings.draft;
-    paint.wearWidth = wear;
-    paint.paint = colour;
-    return bake(surface, rayTree(withoutMapping(obstacles)), look, paint);
+    return bake(surface, rayTree(withoutMapping(obstacles)), look,
+                {.side = settings.side(side), .lit = !settings.draft, .wearWidth = wear, .paint = colour});
   };
 
   Stage stage;
