@@ -242,13 +242,10 @@ PaintedAssembly painted(const Assembly& assembly, const Surface& shadowing, cons
                  const int skin = triangle.part % skins;
                  return skin == inside ? 0.45f : triangle.part >= skins ? 1.3f : 1.0f;
                }});
-  BakePaint paint;
-  paint.side = settings.side(side);
-  paint.lit = !settings.draft;
-  paint.wearWidth = wear;
-  paint.paint = colour;
-  PaintedAssembly result{selected(models, [](const Triangle& t) { return t.part < skins; }),
-                         bake(models, rayTree(shadowing), look, paint)};
+  PaintedAssembly result{
+      selected(models, [](const Triangle& t) { return t.part < skins; }),
+      bake(models, rayTree(shadowing), look,
+           {.side = settings.side(side), .lit = !settings.draft, .wearWidth = wear, .paint = colour})};
   for (std::size_t i = 0; i < assembly.repeated.size(); ++i) {
     const Copies& copies = assembly.repeated[i];
     const Surface form = partOf(models, static_cast<int>(i + 1) * skins + copies.skin);
