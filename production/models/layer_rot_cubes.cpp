@@ -197,12 +197,9 @@ Model layerRotCubes(const Settings& settings) {
   look.sky = [](const Vector&) { return Colour4{1.05f, 1.0f, 1.02f}; };
   look.bounce = {0.12f, 0.03f, 0.1f};
   look.reach = 120;
-  BakePaint paint;
-  paint.side = settings.side(512);
-  paint.lit = !settings.draft;
-  paint.wearWidth = 2.2f;
-  paint.paint = painted;
-  const Canvas picture = bake(all, rayTree(around), look, paint);
+  const Canvas picture =
+      bake(all, rayTree(around), look,
+           {.side = settings.side(512), .lit = !settings.draft, .wearWidth = 2.2f, .paint = painted});
   for (int i = 0; i < partCount; ++i)
     parts[static_cast<std::size_t>(i)] = placed(partOf(all, i), inverse(apart(i)));
 
