@@ -231,98 +231,54 @@ StageMesh sprayerHelper() {
   return helper;
 }
 
-Surface unmapped(const std::vector<Surface>& what) {
-  Surface all;
-  for (const Surface& one : what) append(all, withoutMapping(one));
-  return all;
+// What shares one picture, in the order of its numbers; what is seen closely has more texels.
+constexpr struct {
+  Prop prop;
+  float density;
+} props[] = {{apparatus, 1.8f}, {phone, 2.4f}, {dial, 2.4f},  {receiver, 2.4f}, {ashtray, 1.5f},
+             {cigarette, 4},    {nozzle, 1},   {shade, 1},    {bulb, 1},        {shelf, 0.25f},
+             {specimens, 0.5f}, {duct, 0.25f}, {legs, 0.25f}, {beacon, 1},      {bones, 2},
+             {lids, 3},         {covers, 3},   {heart, 4}};
+
+Surface mappedProps() {
+  Surface things;
+  for (const auto& [prop, density] : props) append(things, propSurface(prop), prop);
+  return mappedAtlas(things,
+                     {.charts = Charts::byNormals, .side = 512, .bleed = 3, .density = [](const Triangle& t) {
+                        return props[t.part].density;
+                      }});
 }
 
-Model fetusModel(const Settings& settings) {
-  constexpr Prop props[] = {apparatus, phone,     dial, receiver, ashtray, cigarette, nozzle, shade,  bulb,
-                            shelf,     specimens, duct, legs,     beacon,  bones,     lids,   covers, heart};
-  Surface things;
-  for (const Prop prop : props) append(things, propSurface(prop), prop);
-  things = mappedAtlas(
-      things, {.charts = Charts::byNormals, .side = 512, .bleed = 3, .density = [](const Triangle& t) {
-                 switch (t.part) {
-                   case phone:
-                   case dial:
-                   case receiver:
-                     return 2.4f;
-                   case cigarette:
-                     return 4.0f;
-                   case ashtray:
-                     return 1.5f;
-                   case apparatus:
-                     return 1.8f;
-                   case shelf:
-                   case duct:
-                   case legs:
-                     return 0.25f;
-                   case specimens:
-                     return 0.5f;
-                   case lids:
-                   case covers:
-                     return 3.0f;
-                   case bones:
-                     return 2.0f;
-                   case heart:
-                     return 4.0f;
-                   default:
-                     return 1.0f;
-                 }
-               }});
+// The room and its door.
+Surface mappedRoom() {
   Surface walled = roomSurface();
   append(walled, doorSurface(), leaf);
-  walled = mappedAtlas(
+  return mappedAtlas(
       walled, {.charts = Charts::byNormals, .side = 512, .bleed = 3, .density = [](const Triangle& t) {
                  return t.part == ceiling ? 0.4f : t.part == ground ? 0.75f : t.part == leaf ? 1.6f : 1.0f;
                }});
+}
+
+bool isOneOf(const Triangle& triangle, std::initializer_list<Prop> parts) {
+  return std::find(parts.begin(), parts.end(), static_cast<Prop>(triangle.part)) != parts.end();
+}
+
+void addRoom(std::vector<StageMesh>& meshes, const Surface& walled, const Surface& table) {
   const Surface room = selected(walled, [](const Triangle& t) { return t.part != leaf; });
-  const Surface table =
-      mappedAtlas(tableTop(), {.charts = Charts::byNormals, .side = 512, .density = [](const Triangle& t) {
-                                 return t.part == 0 ? 1.0f : 0.4f;
-                               }});
-  const Surface skin = mappedAtlas(beingSurface(), {.charts = Charts::byNormals, .side = 1024});
-  const Surface door = partOf(walled, leaf);
-  const Surface slack = hoseSurface(0), swollen = hoseSurface(1);
-
-  // What is in the jar is lit as if its skin were glass.
-  const RayTree clear = rayTree(unmapped({things, walled, table, slack}));
-  const Surface solid = selected(things, [](const Triangle& t) {
-    return t.part != bones && t.part != lids && t.part != covers && t.part != heart;
-  });
-  const RayTree all = rayTree(unmapped({solid, walled, table, skin, slack}));
-  const RayTree body = rayTree(withoutMapping(skin));
-  const auto picture = [&](const Surface& surface, const RayTree& obstacles, const BakeLook& look, int side,
-                           float wear, Colour4 (*colour)(const BakePoint&)) {
-    BakePaint paint;
-    paint.side = settings.side(side);
-    paint.lit = !settings.draft;
-    paint.wearWidth = wear;
-    paint.ambient = 0.015f;
-    paint.paint = colour;
-    return bake(surface, obstacles, look, paint);
-  };
-
-  Stage stage;
-  stage.seconds = shotSeconds;
-  stage.materials = materials();
-  std::vector<StageMesh>& meshes = stage.meshes;
+  StageMesh door{.name = "door", .surface = partOf(walled, leaf), .pivot = doorHinge, .material = "room"};
+  door.motion.turns = turnKeys(shotSeconds, 15, [](float t) { return turnedY(doorDegrees(t)); });
   meshes = {{.name = "WhiteBox", .surface = whiteSurface(), .material = "white"},
             {.name = "room", .surface = room, .material = "room"},
-            {.name = "door", .surface = door, .pivot = doorHinge, .material = "room"},
+            door,
             {.name = "TableTop", .surface = table, .material = "table"},
             // The same picture behind the panes, for what is half transparent before them.
             {.name = "panes", .surface = placed(windowSurface(), moved(0, 0, -1)), .material = "window"}};
-  meshes[2].motion.turns = turnKeys(shotSeconds, 15, [](float t) { return turnedY(doorDegrees(t)); });
+}
+
+void addProps(std::vector<StageMesh>& meshes, const Surface& things) {
   const auto prop = [&](const char* name, std::initializer_list<Prop> parts, const char* material = "props") {
     meshes.push_back({.name = name,
-                      .surface = selected(things,
-                                          [&](const Triangle& t) {
-                                            return std::find(parts.begin(), parts.end(),
-                                                             static_cast<Prop>(t.part)) != parts.end();
-                                          }),
+                      .surface = selected(things, [&](const Triangle& t) { return isOneOf(t, parts); }),
                       .material = material});
   };
   prop("furniture", {shelf, specimens, duct, legs, apparatus, ashtray, beacon});
@@ -333,24 +289,61 @@ Model fetusModel(const Settings& settings) {
   prop("nozzle", {nozzle});
   meshes.push_back(sprayerHelper());
   addPhoneParts(meshes, things);
-  for (const auto& [name, surface] : {std::pair{"Hose", &slack}, {"hose01", &slack}, {"hose02", &swollen}})
-    meshes.push_back({.name = name, .surface = *surface, .material = "hose"});
-  StageMesh doorLight{
-      .name = "doorLight", .surface = doorLightSurface(), .pivot = doorPost, .material = "window"};
-  doorLight.motion.scales = scaleKeys(shotSeconds, 15, doorLightSize);
-  for (StageMesh& mesh : beingMeshes(skin, things)) meshes.push_back(std::move(mesh));
+}
+
+// What can be seen through comes last.
+void addGlass(std::vector<StageMesh>& meshes) {
   for (int i = 0; i < 3; ++i)
     meshes.push_back({.name = "glassParticle0" + std::to_string(i + 1),
                       .surface = placed(shardSurface(i), moved(outOfSight)),
                       .pivot = outOfSight,
                       .material = "shard"});
   addBurstShells(meshes);
+  StageMesh doorLight{
+      .name = "doorLight", .surface = doorLightSurface(), .pivot = doorPost, .material = "window"};
+  doorLight.motion.scales = scaleKeys(shotSeconds, 15, doorLightSize);
   meshes.push_back(doorLight);
   meshes.push_back({.name = "rectangle01", .surface = windowSurface(), .material = "window"});
   meshes.push_back({.name = "bottle", .surface = jarSurface(), .material = "glass"});
+}
+
+Model fetusModel(const Settings& settings) {
+  const Surface things = mappedProps(), walled = mappedRoom();
+  const Surface table =
+      mappedAtlas(tableTop(), {.charts = Charts::byNormals, .side = 512, .density = [](const Triangle& t) {
+                                 return t.part == 0 ? 1.0f : 0.4f;
+                               }});
+  const Surface skin = mappedAtlas(beingSurface(), {.charts = Charts::byNormals, .side = 1024});
+  const Surface slack = hoseSurface(0), swollen = hoseSurface(1);
+
+  Stage stage;
+  stage.seconds = shotSeconds;
+  stage.materials = materials();
+  std::vector<StageMesh>& meshes = stage.meshes;
+  addRoom(meshes, walled, table);
+  addProps(meshes, things);
+  for (const auto& [name, surface] : {std::pair{"Hose", &slack}, {"hose01", &slack}, {"hose02", &swollen}})
+    meshes.push_back({.name = name, .surface = *surface, .material = "hose"});
+  for (StageMesh& mesh : beingMeshes(skin, things)) meshes.push_back(std::move(mesh));
+  addGlass(meshes);
   stage.lights = lights();
   stage.cameras = cameras();
 
+  // What is in the jar is lit as if its skin were glass.
+  const RayTree clear = rayTree(joined({things, walled, table, slack}));
+  const Surface solid = selected(things, [](const Triangle& t) {
+    return !isOneOf(t, {bones, lids, covers, heart});
+  });
+  const RayTree all = rayTree(joined({solid, walled, table, skin, slack})), body = rayTree(skin);
+  const auto picture = [&](const Surface& surface, const RayTree& obstacles, const BakeLook& look, int side,
+                           float wear, Colour4 (*colour)(const BakePoint&)) {
+    return bake(surface, obstacles, look,
+                {.side = settings.side(side),
+                 .lit = !settings.draft,
+                 .wearWidth = wear,
+                 .ambient = 0.015f,
+                 .paint = colour});
+  };
   return {stage,
           {picture(walled, all, labLook(160, 36), 512, 1.5f, roomColour),
            picture(table, all, labLook(60, 49), 512, 0.8f, tableColour),
