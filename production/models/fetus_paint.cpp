@@ -162,6 +162,95 @@ Colour4 tableColour(const BakePoint& p) {
 
 namespace {
 
+// Oxblood rubber, a bone dial.
+Colour4 phoneColour(const BakePoint& p, float wear, float edge) {
+  const Vector at = transformed(inverse(dialFrame()), p.position);
+  const float r = std::hypot(at.x, at.z);
+  float hole = 1e3f;
+  for (int i = 0; i < 10; ++i) {
+    const float angle = 2 * pi * (static_cast<float>(i) / 12.5f + 0.02f);
+    hole = std::min(hole, std::hypot(at.x - 6.3f * std::cos(angle), at.z - 6.3f * std::sin(angle)));
+  }
+  Colour4 colour = mix(gradient(alarmRamp, 0.27f), gradient(alarmRamp, 0.42f), wear * 0.6f + 0.5f * edge);
+  if (p.part == dial)
+    colour = r < 3.2f ? gradient(boneRamp, 0.62f)
+                      : mix(ink, gradient(boneRamp, 0.8f), smoothStep(1.1f, 1.5f, hole));
+  const Colour4 seen = lit(colour, p);
+  const float gloss = std::pow(clamp01(p.light.g * 0.62f), 4.0f);
+  // The lamp is beyond it: a rim along what faces up and to it.
+  const float rim =
+      p.part == dial ? 0 : std::pow(std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.85f, 0.1f)))), 8.0f);
+  return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss) + gradient(tealRamp, 0.85f) * (0.6f * rim);
+}
+
+// Ash before the glow, paper with a brown edge, cork.
+Colour4 cigaretteColour(const BakePoint& p, float wear) {
+  const Vector& q = p.position;
+  const float behind = (q - emberPlace).length();
+  const float ragged = behind + 0.5f * gradientNoise(q * 0.9f, 0, 955);
+  if (ragged < 1.9f) return gradient(steelRamp, 0.3f + 0.3f * wear) * (0.5f + 0.4f * p.open);
+  const Colour4 paper = gradient(boneRamp, 0.86f) * mix(0.35f, 1.0f, smoothStep(2.6f, 5.0f, ragged));
+  const Colour4 colour = behind > 10.5f ? gradient(brassRamp, 0.52f + 0.1f * wear) * 0.8f : paper;
+  const float ember = smoothStep(1.2f, 0.2f, std::fabs(ragged - 2.3f));
+  return lit(colour, p) * 0.5f + colour * 0.4f + gradient(emberRamp, 0.8f) * (ember * (0.8f + 0.9f * wear));
+}
+
+// Bone enamel within, glowing about the bulb; green enamel without, chipped to iron at the rim.
+Colour4 shadeColour(const BakePoint& p, float wear, float edge) {
+  const Vector& q = p.position;
+  const Placement frame = inverse(lampFrame());
+  const Vector at = transformed(frame, q), facing = transformed(frame, q + p.normal) - at;
+  const float out = std::hypot(at.x, at.z);
+  const bool inside = at.y < 5 && at.x * facing.x + at.z * facing.z < 0;
+  if (inside)
+    return mix(gradient(boneRamp, 0.97f), gradient(tealRamp, 0.66f), smoothStep(4, 18, out)) * 0.98f;
+  const float chipped = smoothStep(0.5f, 0.8f, edge + 0.6f * smoothStep(0.5f, 0.75f, wear) - 0.2f);
+  return lit(mix(mix(gradient(tealRamp, 0.5f), gradient(tealRamp, 0.62f), wear), gradient(brassRamp, 0.22f),
+                 0.8f * chipped),
+             p) +
+         gradient(tealRamp, 0.3f) * (0.5f * smoothStep(-20, -34, at.y));
+}
+
+// Pickled things: a pale shape in glowing liquid.
+Colour4 specimenColour(const BakePoint& p) {
+  const Vector& q = p.position;
+  const float cell =
+      hashUnit(static_cast<int>(std::floor(q.z / 44)), static_cast<int>(std::floor((q.y + 230) / 80)), 953);
+  const float shape = smoothStep(0.45f, 0.7f, grit(q, 0.07f, 954));
+  return gradient(tealRamp, 0.26f + 0.16f * cell) * (0.4f + 0.4f * p.open) +
+         gradient(boneRamp, 0.4f) * (0.25f * shape);
+}
+
+// Muscle in turns about its axis, fat in the furrows, vessels over both.
+Colour4 heartColour(const BakePoint& p, float wear, float edge) {
+  const Vector at = p.position - heartPlace;
+  const float turn = std::atan2(at.z, at.x),
+              muscle = gradientNoise(Vector(turn * 3 + at.y, at.y * 0.6f, 0), 0, 967);
+  const float vessel = std::pow(1 - std::fabs(gradientNoise(warp(at * 0.32f, 0, 0.5f, 968), 0, 969)), 12.0f);
+  Colour4 colour = mix(Colour4{0.62f, 0.05f, 0.05f}, Colour4{0.9f, 0.2f, 0.12f}, 0.5f + 0.5f * muscle);
+  colour = mix(colour, Colour4{1.0f, 0.6f, 0.4f}, 0.5f * smoothStep(0.6f, 0.9f, wear) + 0.4f * edge);
+  colour = mix(colour, Colour4{0.26f, 0.0f, 0.06f}, 0.85f * vessel);
+  const float key = std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.8f, 0.3f))));
+  return colour * (0.25f + 0.95f * key);
+}
+
+// Skin, thin and veined, with a dark wet edge below.
+Colour4 coverColour(const BakePoint& p, float wear) {
+  const Vector& q = p.position;
+  const float side = q.z < 0 ? -1.0f : 1.0f;
+  const Vector w = unit(q - Vector(eyePlace.x, eyePlace.y, eyePlace.z * side));
+  const Vector axis = gazeAxis(side), across = eyeAcross(side);
+  const float aside = std::asin(std::clamp(dot(w, across), -1.0f, 1.0f)) / (80 * pi / 180),
+              rise = std::atan2(dot(w, cross(axis, across)), dot(w, axis)) * 180 / pi;
+  const float above = rise + 45 * std::sqrt(std::max(0.0f, 1 - aside * aside));  // degrees from the edge
+  const float vein = std::pow(1 - std::fabs(gradientNoise(q * 0.7f, 0, 959)), 8.0f);
+  Colour4 colour = mix(Colour4{0.74f, 0.47f, 0.39f}, Colour4{0.6f, 0.3f, 0.28f}, wear);
+  colour = mix(colour, Colour4{0.4f, 0.13f, 0.2f}, 0.5f * vein);
+  colour = mix(colour, Colour4{0.16f, 0.03f, 0.04f}, 0.9f * smoothStep(10, 3, above));
+  const float fold = smoothStep(5, 1, std::fabs(rise - 22));  // where it creases when it opens
+  return colour * (0.5f + 0.34f * smoothStep(0, 40, above)) * (1 - 0.45f * fold);
+}
+
 Colour4 paintedProp(const BakePoint& p) {
   const Vector& q = p.position;
   const float edge = std::max(0.0f, p.edge), wear = grit(q, 0.11f, 951);
@@ -175,71 +264,25 @@ Colour4 paintedProp(const BakePoint& p) {
     }
     case phone:
     case dial:
-    case receiver: {
-      // Oxblood rubber, a bone dial.
-      const Vector at = transformed(inverse(dialFrame()), q);
-      const float r = std::hypot(at.x, at.z);
-      float hole = 1e3f;
-      for (int i = 0; i < 10; ++i) {
-        const float angle = 2 * pi * (static_cast<float>(i) / 12.5f + 0.02f);
-        hole = std::min(hole, std::hypot(at.x - 6.3f * std::cos(angle), at.z - 6.3f * std::sin(angle)));
-      }
-      Colour4 colour = mix(gradient(alarmRamp, 0.27f), gradient(alarmRamp, 0.42f), wear * 0.6f + 0.5f * edge);
-      if (p.part == dial)
-        colour = r < 3.2f ? gradient(boneRamp, 0.62f)
-                          : mix(ink, gradient(boneRamp, 0.8f), smoothStep(1.1f, 1.5f, hole));
-      const Colour4 seen = lit(colour, p);
-      const float gloss = std::pow(clamp01(p.light.g * 0.62f), 4.0f);
-      // The lamp is beyond it: a rim along what faces up and to it.
-      const float rim = p.part == dial
-                            ? 0
-                            : std::pow(std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.85f, 0.1f)))), 8.0f);
-      return seen + gradient(steelRamp, 0.5f) * (0.3f * gloss) + gradient(tealRamp, 0.85f) * (0.6f * rim);
-    }
+    case receiver:
+      return phoneColour(p, wear, edge);
     case ashtray:
       return lit(q.y > cigarettePlace.y + 1.5f - 5
                      ? mix(gradient(steelRamp, 0.36f), gradient(tealRamp, 0.4f), 0.5f)
                      : gradient(boneRamp, 0.24f + 0.25f * wear),
                  p);
-    case cigarette: {
-      // Ash before the glow, paper with a brown edge, cork.
-      const float behind = (q - emberPlace).length();
-      const float ragged = behind + 0.5f * gradientNoise(q * 0.9f, 0, 955);
-      if (ragged < 1.9f) return gradient(steelRamp, 0.3f + 0.3f * wear) * (0.5f + 0.4f * p.open);
-      const Colour4 paper = gradient(boneRamp, 0.86f) * mix(0.35f, 1.0f, smoothStep(2.6f, 5.0f, ragged));
-      const Colour4 colour = behind > 10.5f ? gradient(brassRamp, 0.52f + 0.1f * wear) * 0.8f : paper;
-      const float ember = smoothStep(1.2f, 0.2f, std::fabs(ragged - 2.3f));
-      return lit(colour, p) * 0.5f + colour * 0.4f +
-             gradient(emberRamp, 0.8f) * (ember * (0.8f + 0.9f * wear));
-    }
+    case cigarette:
+      return cigaretteColour(p, wear);
     case nozzle:
       return lit(mix(gradient(steelRamp, 0.55f), gradient(steelRamp, 0.75f), edge), p);
-    case shade: {
-      // Bone enamel within, glowing about the bulb; green enamel without, chipped to iron at the rim.
-      const Placement frame = inverse(lampFrame());
-      const Vector at = transformed(frame, q), facing = transformed(frame, q + p.normal) - at;
-      const float out = std::hypot(at.x, at.z);
-      const bool inside = at.y < 5 && at.x * facing.x + at.z * facing.z < 0;
-      if (inside)
-        return mix(gradient(boneRamp, 0.97f), gradient(tealRamp, 0.66f), smoothStep(4, 18, out)) * 0.98f;
-      const float chipped = smoothStep(0.5f, 0.8f, edge + 0.6f * smoothStep(0.5f, 0.75f, wear) - 0.2f);
-      return lit(mix(mix(gradient(tealRamp, 0.5f), gradient(tealRamp, 0.62f), wear),
-                     gradient(brassRamp, 0.22f), 0.8f * chipped),
-                 p) +
-             gradient(tealRamp, 0.3f) * (0.5f * smoothStep(-20, -34, at.y));
-    }
+    case shade:
+      return shadeColour(p, wear, edge);
     case bulb:
       return {1, 1, 0.96f};
     case shelf:
       return lit(gradient(tealRamp, 0.36f + 0.25f * edge + 0.08f * wear), p);
-    case specimens: {
-      // Pickled things: a pale shape in glowing liquid.
-      const float cell = hashUnit(static_cast<int>(std::floor(q.z / 44)),
-                                  static_cast<int>(std::floor((q.y + 230) / 80)), 953);
-      const float shape = smoothStep(0.45f, 0.7f, grit(q, 0.07f, 954));
-      return gradient(tealRamp, 0.26f + 0.16f * cell) * (0.4f + 0.4f * p.open) +
-             gradient(boneRamp, 0.4f) * (0.25f * shape);
-    }
+    case specimens:
+      return specimenColour(p);
     case duct:
       return lit(gradient(steelRamp, 0.4f + 0.2f * edge) * (0.7f + 0.4f * wear), p);
     case legs:
@@ -251,34 +294,10 @@ Colour4 paintedProp(const BakePoint& p) {
       return boneColour(p);
     case lids:
       return lidColour(p);
-    case heart: {
-      // Muscle in turns about its axis, fat in the furrows, vessels over both.
-      const Vector at = q - heartPlace;
-      const float turn = std::atan2(at.z, at.x),
-                  muscle = gradientNoise(Vector(turn * 3 + at.y, at.y * 0.6f, 0), 0, 967);
-      const float vessel =
-          std::pow(1 - std::fabs(gradientNoise(warp(at * 0.32f, 0, 0.5f, 968), 0, 969)), 12.0f);
-      Colour4 colour = mix(Colour4{0.62f, 0.05f, 0.05f}, Colour4{0.9f, 0.2f, 0.12f}, 0.5f + 0.5f * muscle);
-      colour = mix(colour, Colour4{1.0f, 0.6f, 0.4f}, 0.5f * smoothStep(0.6f, 0.9f, wear) + 0.4f * edge);
-      colour = mix(colour, Colour4{0.26f, 0.0f, 0.06f}, 0.85f * vessel);
-      const float key = std::max(0.0f, dot(p.normal, unit(Vector(-0.5f, 0.8f, 0.3f))));
-      return colour * (0.25f + 0.95f * key);
-    }
-    case covers: {
-      // Skin, thin and veined, with a dark wet edge below.
-      const float side = q.z < 0 ? -1.0f : 1.0f;
-      const Vector w = unit(q - Vector(eyePlace.x, eyePlace.y, eyePlace.z * side));
-      const Vector axis = gazeAxis(side), across = eyeAcross(side);
-      const float aside = std::asin(std::clamp(dot(w, across), -1.0f, 1.0f)) / (80 * pi / 180),
-                  rise = std::atan2(dot(w, cross(axis, across)), dot(w, axis)) * 180 / pi;
-      const float above = rise + 45 * std::sqrt(std::max(0.0f, 1 - aside * aside));  // degrees from the edge
-      const float vein = std::pow(1 - std::fabs(gradientNoise(q * 0.7f, 0, 959)), 8.0f);
-      Colour4 colour = mix(Colour4{0.74f, 0.47f, 0.39f}, Colour4{0.6f, 0.3f, 0.28f}, wear);
-      colour = mix(colour, Colour4{0.4f, 0.13f, 0.2f}, 0.5f * vein);
-      colour = mix(colour, Colour4{0.16f, 0.03f, 0.04f}, 0.9f * smoothStep(10, 3, above));
-      const float fold = smoothStep(5, 1, std::fabs(rise - 22));  // where it creases when it opens
-      return colour * (0.5f + 0.34f * smoothStep(0, 40, above)) * (1 - 0.45f * fold);
-    }
+    case heart:
+      return heartColour(p, wear, edge);
+    case covers:
+      return coverColour(p, wear);
   }
   return black;
 }
