@@ -237,23 +237,11 @@ Outline foiled(float radius, float lobe, int lobes) {
   return outline;
 }
 
-}  // namespace
+// --- The body
 
-Surface everything(const Assembly& assembly) {
-  Surface all = withoutMapping(assembly.single);
-  for (const Copies& copies : assembly.repeated)
-    for (const Placement& place : copies.places)
-      append(all, placed(withoutMapping(copies.form), place), copies.skin);
-  return all;
-}
-
-Surface withoutBack(const Surface& surface) {
-  return selected(surface, [&](const Triangle& triangle) { return normalOf(surface, triangle).z > -0.95f; });
-}
-
-Assembly casketBody() {
-  Assembly body;
-  Surface& all = body.single;
+// Walls, mouldings, the mount of the lock.
+Surface casketShell() {
+  Surface all;
   const float x = halfWidth, z = halfDepth;
   append(all, block({-x, floorTop, z - wall}, {x, wallTop, z}, 0.4f), iron);
   append(all, block({-x, floorTop, -z}, {x, wallTop, -z + wall}, 0.4f), iron);
@@ -272,16 +260,12 @@ Assembly casketBody() {
   // The mount of the lock.
   append(all, placed(extrusion({foiled(14.2f, 2.2f, 8)}, 2, 0.6f), moved(0, lockPivot.y, z + 1.6f)), brass);
   append(all, placed(ring(12.6f, 1.1f, 36, 5), onFront(0, lockPivot.y, z + 2.2f)), brass);
+  return all;
+}
 
-  body.repeated.push_back(
-      {foot(),
-       {moved(-x, tableTop, z), moved(x, tableTop, z), moved(-x, tableTop, -z), moved(x, tableTop, -z)},
-       brass});
-  body.repeated.push_back(
-      {post(),
-       {moved(-x, floorTop, z), moved(x, floorTop, z), moved(-x, floorTop, -z), moved(x, floorTop, -z)},
-       brass});
-  // Straps with their rivets.
+// Straps with their rivets, and rivets along the moulding and around the lock.
+void addStraps(Assembly& body) {
+  constexpr float x = halfWidth, z = halfDepth;
   Copies straps{bevelledBox(Vector(5, wallTop - floorTop, 1.8f), 0.5f), {}, brass};
   Copies rivets{rivet(1.05f), {}, brass};
   for (const float side : {-1.0f, 1.0f}) {
@@ -304,8 +288,10 @@ Assembly casketBody() {
   }
   body.repeated.push_back(std::move(straps));
   body.repeated.push_back(std::move(rivets));
+}
 
-  // The arcade, a stone in each arch.
+// A stone in each arch.
+void addArcade(Assembly& body) {
   Copies arches{archFrame(), {}, brass}, stones{cabochon(2.7f), {}, gem}, settings{bezel(2.8f), {}, brass};
   const auto bay = [&](const Placement& turn, float along, float out) {
     const auto put = [&](float y, float lift) { return moved(along, y, out + lift) >> turn; };
@@ -314,14 +300,82 @@ Assembly casketBody() {
     settings.places.push_back(turnedX(90) >> put(103, 0.2f));
   };
   for (const float at : {26.8f, 39.4f}) {
-    bay(Placement(), -at, z);
-    bay(Placement(), at, z);
+    bay(Placement(), -at, halfDepth);
+    bay(Placement(), at, halfDepth);
   }
   for (const float at : {-13.0f, 0.0f, 13.0f})
-    for (const float side : {-90.0f, 90.0f}) bay(turnedY(side), at, x);
+    for (const float side : {-90.0f, 90.0f}) bay(turnedY(side), at, halfWidth);
   body.repeated.push_back(std::move(arches));
   body.repeated.push_back(std::move(stones));
   body.repeated.push_back(std::move(settings));
+}
+
+// --- The lid
+
+void addCrest(Assembly& lid, float ridgeY) {
+  Copies crockets{crocket(), {}, brass};
+  for (int i = 1; i <= 5; ++i)
+    for (const float sx : {-1.0f, 1.0f}) {
+      const RoofLevel at = roofAt(static_cast<float>(i) / 6, 0);
+      crockets.places.push_back(
+          standing(Vector(sx * at.halfX, at.y, at.halfZ), unit(Vector(sx, 1.0f, 0.8f))));
+    }
+  lid.repeated.push_back(std::move(crockets));
+  Copies leaves{crestLeaf(), {}, brass};
+  for (int i = -4; i <= 4; ++i)
+    leaves.places.push_back(moved(6.6f * static_cast<float>(i), ridgeY + 1.6f, 0));
+  lid.repeated.push_back(std::move(leaves));
+  lid.repeated.push_back({finial(), {moved(-34, ridgeY, 0), moved(34, ridgeY, 0)}, brass});
+}
+
+void addRivets(Assembly& lid) {
+  Copies rivets{rivet(1.0f), {}, brass};
+  for (int i = -6; i <= 6; ++i)
+    if (i != 0)
+      rivets.places.push_back(onFront(8.2f * static_cast<float>(i), lidFoot + 2.9f, halfDepth + 5.4f));
+  for (int i = -3; i <= 3; i += 2)
+    for (const float side : {-1.0f, 1.0f})
+      rivets.places.push_back(
+          onSide(side * (halfWidth + 5.4f), lidFoot + 2.9f, 8.2f * static_cast<float>(i)));
+  lid.repeated.push_back(std::move(rivets));
+}
+
+// On the front slope.
+void addStones(Assembly& lid) {
+  const RoofLevel low = roofAt(0.42f, 0), high = roofAt(0.48f, 0);
+  const Vector out = unit(Vector(0, low.halfZ - high.halfZ, high.y - low.y));
+  std::vector<Placement> places;
+  for (const float x : {-33.0f, 0.0f, 33.0f})
+    places.push_back(standing(Vector(x * (x == 0 ? 1 : 0.93f), low.y, low.halfZ), out));
+  lid.repeated.push_back({cabochon(3.4f), places, gem});
+  lid.repeated.push_back({bezel(3.5f), places, brass});
+}
+
+}  // namespace
+
+Surface everything(const Assembly& assembly) {
+  Surface all = withoutMapping(assembly.single);
+  for (const Copies& copies : assembly.repeated)
+    for (const Placement& place : copies.places)
+      append(all, placed(withoutMapping(copies.form), place), copies.skin);
+  return all;
+}
+
+Surface withoutBack(const Surface& surface) {
+  return selected(surface, [&](const Triangle& triangle) { return normalOf(surface, triangle).z > -0.95f; });
+}
+
+Assembly casketBody() {
+  Assembly body{casketShell(), {}};
+  const auto corners = [](float y) {
+    std::vector<Placement> places;
+    for (const float z : {halfDepth, -halfDepth})
+      for (const float x : {-halfWidth, halfWidth}) places.push_back(moved(x, y, z));
+    return places;
+  };
+  body.repeated = {{foot(), corners(tableTop), brass}, {post(), corners(floorTop), brass}};
+  addStraps(body);
+  addArcade(body);
   return body;
 }
 
@@ -348,50 +402,14 @@ Assembly casketLid() {
                   moved(0, -7, 0) >> turnedZ(90) >> moved(x, lidPivot.y, lidPivot.z - 1.5f)),
            brass);
 
-  Copies straps{roofStrap(-strapAt, 1), {}, brass};
-  for (const float x : {0.0f, 2 * strapAt}) straps.places.push_back(moved(x, 0, 0));  // none behind
-  lid.repeated.push_back(std::move(straps));
-
-  Copies hips{tube(hipPath(1, 1), 8, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
-  Copies hips2{tube(hipPath(-1, 1), 8, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass};
-  lid.repeated.push_back(std::move(hips));
-  lid.repeated.push_back(std::move(hips2));
-  Copies crockets{crocket(), {}, brass};
-  for (int i = 1; i <= 5; ++i)
-    for (const float sx : {-1.0f, 1.0f}) {
-      const RoofLevel at = roofAt(static_cast<float>(i) / 6, 0);
-      crockets.places.push_back(
-          standing(Vector(sx * at.halfX, at.y, at.halfZ), unit(Vector(sx, 1.0f, 0.8f))));
-    }
-  lid.repeated.push_back(std::move(crockets));
-  Copies leaves{crestLeaf(), {}, brass};
-  for (int i = -4; i <= 4; ++i)
-    leaves.places.push_back(moved(6.6f * static_cast<float>(i), ridgeY + 1.6f, 0));
-  lid.repeated.push_back(std::move(leaves));
-  lid.repeated.push_back({finial(), {moved(-34, ridgeY, 0), moved(34, ridgeY, 0)}, brass});
-
-  Copies rivets{rivet(1.0f), {}, brass};
-  for (int i = -6; i <= 6; ++i)
-    if (i != 0) {
-      rivets.places.push_back(onFront(8.2f * static_cast<float>(i), lidFoot + 2.9f, halfDepth + 5.4f));
-    }
-  for (int i = -3; i <= 3; i += 2)
-    for (const float side : {-1.0f, 1.0f})
-      rivets.places.push_back(
-          onSide(side * (halfWidth + 5.4f), lidFoot + 2.9f, 8.2f * static_cast<float>(i)));
-  lid.repeated.push_back(std::move(rivets));
-
-  // Stones on the front slope.
-  Copies stones{cabochon(3.4f), {}, gem}, settings{bezel(3.5f), {}, brass};
-  const RoofLevel low = roofAt(0.42f, 0), high = roofAt(0.48f, 0);
-  const Vector out = unit(Vector(0, low.halfZ - high.halfZ, high.y - low.y));
-  for (const float x : {-33.0f, 0.0f, 33.0f}) {
-    const Placement place = standing(Vector(x * (x == 0 ? 1 : 0.93f), low.y, low.halfZ), out);
-    stones.places.push_back(place);
-    settings.places.push_back(place);
-  }
-  lid.repeated.push_back(std::move(stones));
-  lid.repeated.push_back(std::move(settings));
+  // None behind.
+  lid.repeated.push_back({roofStrap(-strapAt, 1), {moved(0, 0, 0), moved(2 * strapAt, 0, 0)}, brass});
+  for (const float side : {1.0f, -1.0f})
+    lid.repeated.push_back(
+        {tube(hipPath(side, 1), 8, [](float) { return 1.5f; }), {Placement(), turnedY(180)}, brass});
+  addCrest(lid, ridgeY);
+  addRivets(lid);
+  addStones(lid);
   return lid;
 }
 
