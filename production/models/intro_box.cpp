@@ -285,6 +285,45 @@ Surface lockAsStored(const Surface& lock) {
   return turnedOver(placed(lock, moved(-lockPivot) >> turnedX(-90) >> moved(lockPivot)));
 }
 
+// What can be seen through comes last.
+void addLight(std::vector<StageMesh>& meshes) {
+  const auto grown = [&](const char* name, const Surface& surface, const Vector& pivot, const char* material,
+                         const Vector& from) {
+    meshes.push_back({.name = name,
+                      .surface = surface,
+                      .pivot = pivot,
+                      .material = material,
+                      .motion = {.scales = growing(from)}});
+  };
+  const auto pool = [&](const char* name, float radius, float deep, float y) {
+    grown(name, placed(disc(radius, 28, 1), stretched(1, 1, deep) >> moved(0, y, 0)), Vector(0, y, 0), "pool",
+          Vector(0.02f, 1, 0.02f));
+  };
+  pool("pool01", 430, 1, 0.6f);
+  pool("pool02", 92, 0.72f, tableTop + 1.2f);
+  grown("mist", wellMist(), Vector(0, 98, 0), "pool", Vector(0.02f, 0.02f, 0.02f));
+  grown("shafts", shafts(), Vector(0, 90, -13), "shafts", Vector(0.3f, 0.02f, 0.3f));
+  grown("seam", seamLight(), Vector(0, lidFoot - 1, 0), "shafts", Vector(0.45f, 0.02f, 0.45f));
+}
+
+void addVeils(std::vector<StageMesh>& meshes, const Assembly& hall) {
+  for (int veil = 0; veil < veilCount; ++veil) {
+    const Vector pivot = titleMiddle + Vector(0, 0, 5.0f * static_cast<float>(veil) - 7);
+    meshes.push_back({.name = "VexLayer0" + std::to_string(veil + 1),
+                      .surface = veilSheet(pivot),
+                      .pivot = pivot,
+                      .material = "box_veil" + std::to_string(veil + 1),
+                      .motion = veilMotion(veil)});
+  }
+  // The last layer is the light of the others on all that stands around.
+  const Surface floor = disc(420, 24, 4),
+                table = placed(disc(96, 24, 2), stretched(1, 1, plinthDepth) >> moved(0, tableTop + 2, 0));
+  meshes.push_back({.name = "VexLayer04",
+                    .surface = spilledOn(joined(
+                        {partOf(everything(hall), stone), withoutMapping(floor), withoutMapping(table)})),
+                    .material = "box_spill"});
+}
+
 Model introBox(const Settings& settings) {
   const Assembly body = casketBody(), lid = casketLid(), lock = casketLock(), foot = plinth(), choir = hall();
   constexpr float groundRadius = 800;
@@ -322,43 +361,8 @@ Model introBox(const Settings& settings) {
   };
   stage.meshes[5].motion.turns = lidTurns();
   stage.meshes[6].motion.turns = lockTurns();
-  // What can be seen through comes last.
-  const auto pool = [&](const char* name, float radius, float deep, float y) {
-    StageMesh mesh{.name = name,
-                   .surface = placed(disc(radius, 28, 1), stretched(1, 1, deep) >> moved(0, y, 0)),
-                   .pivot = Vector(0, y, 0),
-                   .material = "pool"};
-    mesh.motion.scales = growing(Vector(0.02f, 1, 0.02f));
-    stage.meshes.push_back(mesh);
-  };
-  pool("pool01", 430, 1, 0.6f);
-  pool("pool02", 92, 0.72f, tableTop + 1.2f);
-  const auto grown = [&](const char* name, const Surface& surface, const Vector& pivot, const char* material,
-                         const Vector& from) {
-    stage.meshes.push_back({.name = name,
-                            .surface = surface,
-                            .pivot = pivot,
-                            .material = material,
-                            .motion = {.scales = growing(from)}});
-  };
-  grown("mist", wellMist(), Vector(0, 98, 0), "pool", Vector(0.02f, 0.02f, 0.02f));
-  grown("shafts", shafts(), Vector(0, 90, -13), "shafts", Vector(0.3f, 0.02f, 0.3f));
-  grown("seam", seamLight(), Vector(0, lidFoot - 1, 0), "shafts", Vector(0.45f, 0.02f, 0.45f));
-  for (int veil = 0; veil < veilCount; ++veil) {
-    const Vector pivot = titleMiddle + Vector(0, 0, 5.0f * static_cast<float>(veil) - 7);
-    stage.meshes.push_back({.name = "VexLayer0" + std::to_string(veil + 1),
-                            .surface = veilSheet(pivot),
-                            .pivot = pivot,
-                            .material = "box_veil" + std::to_string(veil + 1),
-                            .motion = veilMotion(veil)});
-  }
-  // The last layer is the light of the others on all that stands around.
-  const Surface floor = disc(420, 24, 4),
-                table = placed(disc(96, 24, 2), stretched(1, 1, plinthDepth) >> moved(0, tableTop + 2, 0));
-  stage.meshes.push_back({.name = "VexLayer04",
-                          .surface = spilledOn(joined({partOf(everything(choir), stone),
-                                                       withoutMapping(floor), withoutMapping(table)})),
-                          .material = "box_spill"});
+  addLight(stage.meshes);
+  addVeils(stage.meshes, choir);
   stage.lights = lights();
   stage.cameras = {flight()};
 
