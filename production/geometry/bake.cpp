@@ -226,6 +226,38 @@ void spread(Canvas& canvas, Known& known, int rounds) {
   }
 }
 
+// The light on its own, coarser grid, alpha = open.
+Canvas bakedLight(const Surface& surface, const std::vector<Vector>& normals, const RayTree& obstacles,
+                  const BakeLook& look, int pictureSide) {
+  const int side = std::max(1, pictureSide / std::max(1, look.coarseness));
+  const Bounds bounds = boundsOf(surface);
+  const float lift = 2e-4f * (bounds.most - bounds.least).length();
+  Canvas light(side, side, {0, 0, 0, 0});
+  Grid<char> known(side, side);
+  const Grid<Cover> cover = coverOf(surface, side);
+  for (int y = 0; y < side; ++y)
+    for (int x = 0; x < side; ++x) {
+      const Cover& spot = cover.at(x, y);
+      if (spot.triangle < 0) continue;
+      const CoveredSpot place = spotOf(surface, normals, spot);
+      const auto pattern = scramble(static_cast<std::uint32_t>(y * side + x));
+      BakedLight baked = lightAt(obstacles, look, place.position + place.flat * lift, place.normal, pattern);
+      baked.light.a = baked.open;
+      light.at(x, y) = baked.light;
+      known.at(x, y) = 1;
+    }
+  spread(light, known, bleed);
+  // Blurred within what is known only.
+  if (look.soften > 0) {
+    Field weight = map(known, [](char k) { return static_cast<float>(k); });
+    light = blur(light, look.soften, EdgeMode::clamp);
+    weight = blur(weight, look.soften, EdgeMode::clamp);
+    for (std::size_t i = 0; i < light.texels.size(); ++i)
+      if (weight.texels[i] > 1e-3f) light.texels[i] = light.texels[i] * (1 / weight.texels[i]);
+  }
+  return light;
+}
+
 }  // namespace
 
 BakedLight lightAt(const RayTree& obstacles, const BakeLook& look, const Vector& position,
@@ -290,39 +322,9 @@ BakedLight lightAt(const RayTree& obstacles, const BakeLook& look, const Vector&
 Canvas bake(const Surface& surface, const RayTree& obstacles, const BakeLook& look, const BakePaint& paint) {
   const int side = paint.side;
   const std::vector<Vector> normals = pointNormals(surface);
-  const Bounds bounds = boundsOf(surface);
-  const float lift = 2e-4f * (bounds.most - bounds.least).length();
   const Grid<Cover> cover = coverOf(surface, side);
 
-  // The light on a coarser grid, alpha = open.
-  const int coarse = std::max(1, side / std::max(1, look.coarseness));
-  Canvas light(coarse, coarse, {0, 0, 0, 0});
-  Grid<char> known(coarse, coarse);
-  if (paint.lit) {
-    const Grid<Cover> coarseCover = coverOf(surface, coarse);
-    for (int y = 0; y < coarse; ++y)
-      for (int x = 0; x < coarse; ++x) {
-        const Cover& spot = coarseCover.at(x, y);
-        if (spot.triangle < 0) continue;
-        const CoveredSpot place = spotOf(surface, normals, spot);
-        const auto pattern = scramble(static_cast<std::uint32_t>(y * coarse + x));
-        BakedLight baked =
-            lightAt(obstacles, look, place.position + place.flat * lift, place.normal, pattern);
-        baked.light.a = baked.open;
-        light.at(x, y) = baked.light;
-        known.at(x, y) = 1;
-      }
-    spread(light, known, bleed);
-    // Blurred within what is known only.
-    if (look.soften > 0) {
-      Field weight = map(known, [](char k) { return static_cast<float>(k); });
-      light = blur(light, look.soften, EdgeMode::clamp);
-      weight = blur(weight, look.soften, EdgeMode::clamp);
-      for (std::size_t i = 0; i < light.texels.size(); ++i)
-        if (weight.texels[i] > 1e-3f) light.texels[i] = light.texels[i] * (1 / weight.texels[i]);
-    }
-  }
-
+  const Canvas light = paint.lit ? bakedLight(surface, normals, obstacles, look, side) : Canvas();
   const bool wear = paint.wearWidth > 0;
   const EdgeCells edges = wear ? edgeCells(surface, paint.wearWidth) : EdgeCells{};
   Canvas picture(side, side, {0, 0, 0, 1});
