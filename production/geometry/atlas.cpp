@@ -12,7 +12,10 @@
 
 namespace vex::geometry {
 
-Surface mappedAtlas(const Surface& surface, const AtlasOptions& options, AtlasFigures* figures) {
+namespace {
+
+// By their mapping as far as that does not lie over itself, the rest by normals.
+std::vector<Chart> chartsOf(const Surface& surface, const AtlasOptions& options) {
   std::vector<Chart> charts;
   std::vector<int> leftOver;
   if (options.charts == Charts::byMapping) {
@@ -38,10 +41,15 @@ Surface mappedAtlas(const Surface& surface, const AtlasOptions& options, AtlasFi
     }
     leftOver = std::move(next);
   }
-
   if (options.density)
     for (Chart& chart : charts) chart.density = options.density(surface.triangles[at(chart.triangles[0])]);
-  charts = cutForPacking(charts);
+  return cutForPacking(charts);
+}
+
+}  // namespace
+
+Surface mappedAtlas(const Surface& surface, const AtlasOptions& options, AtlasFigures* figures) {
+  const std::vector<Chart> charts = chartsOf(surface, options);
   std::vector<TurnedChart> turned;
   double area = 0;
   for (const Chart& chart : charts) {
