@@ -109,6 +109,28 @@ PlanePoint inset(const Outline& outline, std::size_t i, float by) {
   return {b.x + (m.x + n2.x) * scale, b.y + (m.y + n2.y) * scale};
 }
 
+// What bodies leave of their holes; loops are the outlines' indices of points.
+std::vector<std::array<int, 3>> trianglesOf(const std::vector<Outline>& outlines,
+                                            const std::vector<std::vector<int>>& loops,
+                                            const std::vector<PlanePoint>& points) {
+  std::vector<std::array<int, 3>> triangles;
+  for (std::size_t body = 0; body < outlines.size(); ++body) {
+    if (areaOf(outlines[body]) <= 0) continue;
+    std::vector<std::vector<int>> holes;
+    for (std::size_t hole = 0; hole < outlines.size(); ++hole)
+      if (areaOf(outlines[hole]) < 0 && within(outlines[body], outlines[hole][0]))
+        holes.push_back(loops[hole]);
+    Ring ring{loops[body]};
+    while (!holes.empty()) {
+      const std::vector<int> hole = holes.back();
+      holes.pop_back();
+      bridge(ring, hole, points, holes);
+    }
+    clipEars(ring.indices, points, triangles);
+  }
+  return triangles;
+}
+
 }  // namespace
 
 Surface extrusion(const std::vector<Outline>& outlines, float depth, float bevel, float corners) {
@@ -124,28 +146,13 @@ Surface extrusion(const std::vector<Outline>& outlines, float depth, float bevel
     loops.push_back(loop);
   }
 
-  std::vector<std::array<int, 3>> frontTriangles;
-  for (std::size_t body = 0; body < outlines.size(); ++body) {
-    if (areaOf(outlines[body]) <= 0) continue;
-    std::vector<std::vector<int>> holes;
-    for (std::size_t hole = 0; hole < outlines.size(); ++hole)
-      if (areaOf(outlines[hole]) < 0 && within(outlines[body], outlines[hole][0]))
-        holes.push_back(loops[hole]);
-    Ring ring{loops[body]};
-    while (!holes.empty()) {
-      const std::vector<int> hole = holes.back();
-      holes.pop_back();
-      bridge(ring, hole, face, holes);
-    }
-    clipEars(ring.indices, face, frontTriangles);
-  }
-
+  const std::vector<std::array<int, 3>> front = trianglesOf(outlines, loops, face);
   Surface all;
   const int count = static_cast<int>(rim.size());
   for (const PlanePoint& p : face) addPoint(all, {p.x, p.y, 0});
   for (const PlanePoint& p : rim) addPoint(all, {p.x, p.y, -depth});
-  for (const auto& [a, b, c] : frontTriangles) addTriangle(all, a, b, c);
-  for (const auto& [a, b, c] : frontTriangles) addTriangle(all, count + a, count + c, count + b);
+  for (const auto& [a, b, c] : front) addTriangle(all, a, b, c);
+  for (const auto& [a, b, c] : front) addTriangle(all, count + a, count + c, count + b);
 
   const float least = std::cos(corners * pi / 180);
   const auto band = [&](const std::vector<int>& loop, const std::vector<PlanePoint>& upper, float upperZ,
