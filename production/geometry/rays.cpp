@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <span>
+
+#include "production/geometry/index.h"
 
 namespace vex::geometry {
 
@@ -37,41 +40,31 @@ float middleOf(const Box& box, int axis) {
   return (box.least[axis] + box.most[axis]) / 2;
 }
 
-// Splits a node's triangles where the surface area heuristic is least, over a few bins an axis.
-void build(RayTree& tree, int node, const std::vector<Box>& boxes, int depth) {
-  const int first = tree.nodes[static_cast<std::size_t>(node)].first;
-  const int count = tree.nodes[static_cast<std::size_t>(node)].count;
-  Box all, middles;
-  clearBox(all), clearBox(middles);
-  const auto begin = tree.order.begin() + first, end = begin + count;
-  for (auto i = begin; i != end; ++i) {
-    const Box& box = boxes[static_cast<std::size_t>(*i)];
-    grow(all, box);
-    for (int k = 0; k < 3; ++k) {
-      middles.least[k] = std::min(middles.least[k], middleOf(box, k));
-      middles.most[k] = std::max(middles.most[k], middleOf(box, k));
-    }
-  }
-  std::copy_n(all.least, 3, tree.nodes[static_cast<std::size_t>(node)].least);
-  std::copy_n(all.most, 3, tree.nodes[static_cast<std::size_t>(node)].most);
-  if (count <= leafSize || depth >= deepest - 2) return;
+// Where a node's triangles are parted: those in bins below `bin` along the axis from the rest.
+struct Cut {
+  int axis = -1, bin = 0;
+  float from = 0, width = 0;  // of all bins
 
+  int binOf(const Box& box) const {
+    return std::min(bins - 1, static_cast<int>((middleOf(box, axis) - from) / width * bins));
+  }
+};
+
+// Where the surface area heuristic is least; no axis if it is less without a cut.
+Cut bestCut(const Box& all, const Box& middles, std::span<const int> order, const std::vector<Box>& boxes) {
+  const int count = static_cast<int>(order.size());
   float bestCost = halfArea(all) * static_cast<float>(count);
-  int bestAxis = -1;
-  float bestPlace = 0;
+  Cut best;
   for (int axis = 0; axis < 3; ++axis) {
-    const float from = middles.least[axis], width = middles.most[axis] - from;
-    if (!(width > 0)) continue;
+    const Cut cut{axis, 0, middles.least[axis], middles.most[axis] - middles.least[axis]};
+    if (!(cut.width > 0)) continue;
     Box binBoxes[bins];
     int binCounts[bins] = {};
     for (Box& box : binBoxes) clearBox(box);
-    const auto binOf = [&](const Box& box) {
-      return std::min(bins - 1, static_cast<int>((middleOf(box, axis) - from) / width * bins));
-    };
-    for (auto i = begin; i != end; ++i) {
-      const Box& box = boxes[static_cast<std::size_t>(*i)];
-      grow(binBoxes[binOf(box)], box);
-      ++binCounts[binOf(box)];
+    for (const int i : order) {
+      const int bin = cut.binOf(boxes[at(i)]);
+      grow(binBoxes[bin], boxes[at(i)]);
+      ++binCounts[bin];
     }
     float above[bins] = {};
     Box sum;
@@ -88,30 +81,46 @@ void build(RayTree& tree, int node, const std::vector<Box>& boxes, int depth) {
       number += binCounts[i];
       const float cost = halfArea(sum) * static_cast<float>(number) + above[i + 1];
       if (number == 0 || number == count || cost >= bestCost) continue;
-      bestCost = cost, bestAxis = axis, bestPlace = static_cast<float>(i + 1);
+      bestCost = cost, best = cut, best.bin = i + 1;
     }
   }
+  return best;
+}
 
-  auto half = begin;
-  if (bestAxis >= 0) {
-    const float from = middles.least[bestAxis], width = middles.most[bestAxis] - from;
-    half = std::partition(begin, end, [&](int i) {
-      const Box& box = boxes[static_cast<std::size_t>(i)];
-      return std::floor((middleOf(box, bestAxis) - from) / width * bins) < bestPlace;
-    });
+void build(RayTree& tree, int node, const std::vector<Box>& boxes, int depth) {
+  const int first = tree.nodes[at(node)].first, count = tree.nodes[at(node)].count;
+  const std::span<int> order = std::span(tree.order).subspan(at(first), at(count));
+  Box all, middles;
+  clearBox(all), clearBox(middles);
+  for (const int i : order) {
+    const Box& box = boxes[at(i)];
+    grow(all, box);
+    for (int k = 0; k < 3; ++k) {
+      middles.least[k] = std::min(middles.least[k], middleOf(box, k));
+      middles.most[k] = std::max(middles.most[k], middleOf(box, k));
+    }
   }
-  if (half == begin || half == end) {
+  std::copy_n(all.least, 3, tree.nodes[at(node)].least);
+  std::copy_n(all.most, 3, tree.nodes[at(node)].most);
+  if (count <= leafSize || depth >= deepest - 2) return;
+
+  const Cut cut = bestCut(all, middles, order, boxes);
+  auto half = order.begin();
+  if (cut.axis >= 0)
+    half =
+        std::partition(order.begin(), order.end(), [&](int i) { return cut.binOf(boxes[at(i)]) < cut.bin; });
+  if (half == order.begin() || half == order.end()) {
     if (count <= 4 * leafSize) return;
-    half = begin + count / 2;
+    half = order.begin() + count / 2;
   }
-  const int children = static_cast<int>(tree.nodes.size()), left = static_cast<int>(half - begin);
+  const int children = static_cast<int>(tree.nodes.size()), left = static_cast<int>(half - order.begin());
   tree.nodes.resize(tree.nodes.size() + 2);
-  tree.nodes[static_cast<std::size_t>(children)].first = first;
-  tree.nodes[static_cast<std::size_t>(children)].count = left;
-  tree.nodes[static_cast<std::size_t>(children) + 1].first = first + left;
-  tree.nodes[static_cast<std::size_t>(children) + 1].count = count - left;
-  tree.nodes[static_cast<std::size_t>(node)].first = children;
-  tree.nodes[static_cast<std::size_t>(node)].count = 0;
+  tree.nodes[at(children)].first = first;
+  tree.nodes[at(children)].count = left;
+  tree.nodes[at(children + 1)].first = first + left;
+  tree.nodes[at(children + 1)].count = count - left;
+  tree.nodes[at(node)].first = children;
+  tree.nodes[at(node)].count = 0;
   build(tree, children, boxes, depth + 1);
   build(tree, children + 1, boxes, depth + 1);
 }
@@ -170,20 +179,18 @@ void traverse(const RayTree& tree, const Ray& ray, float& most, Found found) {
   int stack[2 * deepest], depth = 0;
   stack[depth++] = 0;
   while (depth > 0) {
-    const Box* node = &tree.nodes[static_cast<std::size_t>(stack[--depth])];
+    const Box* node = &tree.nodes[at(stack[--depth])];
     for (;;) {
       if (node->count > 0) {
         for (int i = node->first; i < node->first + node->count; ++i) {
           float distance = 0, det = 0;
-          if (meets(tree.triangles[static_cast<std::size_t>(i)], ray, most, distance, det) &&
-              found(i, distance, det > 0))
-            return;
+          if (meets(tree.triangles[at(i)], ray, most, distance, det) && found(i, distance, det > 0)) return;
         }
         break;
       }
       const int near = node->first;
-      const Box& a = tree.nodes[static_cast<std::size_t>(near)];
-      const Box& b = tree.nodes[static_cast<std::size_t>(near) + 1];
+      const Box& a = tree.nodes[at(near)];
+      const Box& b = tree.nodes[at(near) + 1];
       const float enterA = entry(a, ray, most), enterB = entry(b, ray, most);
       const bool seesA = enterA <= most, seesB = enterB <= most;
       if (!seesA && !seesB) break;
@@ -202,9 +209,9 @@ RayTree rayTree(const Surface& surface) {
   std::vector<RayTree::Corner> corners;
   for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
     const Triangle& triangle = surface.triangles[i];
-    const Vector& a = surface.points[static_cast<std::size_t>(triangle.points[0])];
-    const Vector& b = surface.points[static_cast<std::size_t>(triangle.points[1])];
-    const Vector& c = surface.points[static_cast<std::size_t>(triangle.points[2])];
+    const Vector& a = surface.points[at(triangle.points[0])];
+    const Vector& b = surface.points[at(triangle.points[1])];
+    const Vector& c = surface.points[at(triangle.points[2])];
     const Vector e1 = b - a, e2 = c - a;
     corners.push_back({{a.x, a.y, a.z}, {e1.x, e1.y, e1.z}, {e2.x, e2.y, e2.z}});
     Box box{};
@@ -224,7 +231,7 @@ RayTree rayTree(const Surface& surface) {
   tree.nodes[0].first = 0;
   tree.nodes[0].count = static_cast<int>(boxes.size());
   build(tree, 0, boxes, 0);
-  for (const int i : tree.order) tree.triangles.push_back(corners[static_cast<std::size_t>(i)]);
+  for (const int i : tree.order) tree.triangles.push_back(corners[at(i)]);
   return tree;
 }
 
@@ -232,7 +239,7 @@ RayHit castRay(const RayTree& tree, const Vector& from, const Vector& direction,
   RayHit hit;
   traverse(tree, rayFrom(from, direction), most, [&](int triangle, float distance, bool front) {
     most = distance;
-    hit = {true, distance, tree.order[static_cast<std::size_t>(triangle)], front};
+    hit = {true, distance, tree.order[at(triangle)], front};
     return false;
   });
   return hit;
