@@ -184,7 +184,7 @@ class Exported : public testing::TestWithParam<MadeModel> {};
 TEST_P(Exported, ComesBackAsItWas) {
   const auto& [path, product] = GetParam();
   const TemporaryFolder folder;
-  const std::vector<Bytes> files = product.make(Settings{.draft = true});
+  const std::vector<image::Bytes> files = product.make(Settings{.draft = true});
   for (std::size_t i = 0; i < files.size(); ++i)
     writeFile(product.outputs[i], {reinterpret_cast<const char*>(files[i].data()), files[i].size()});
   Loaded before, after;
