@@ -24,6 +24,8 @@
 
 namespace vex {
 
+using namespace geometry;
+
 namespace {
 
 struct Deleter {
