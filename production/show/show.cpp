@@ -40,6 +40,27 @@ std::vector<ScriptParameter> placed(const char* texture, const Place& at, std::v
   return all;
 }
 
+// Bends a line where it would leave its bounds, so that it reads as it is played.
+void bendAtBounds(ScriptParameter& parameter) {
+  if (parameter.curve.kind != CurveKind::linear) return;
+  constexpr double touching = 1e-3;  // dots as near as this to a bound need no other one beside them
+  std::vector<CurveDot> bent;
+  for (const CurveDot& dot : parameter.curve.dots) {
+    const CurveDot last = bent.empty() ? dot : bent.back();
+    std::vector<CurveDot> crossings;
+    for (const double bound : {parameter.least, parameter.most}) {
+      const double before = last.y - bound, behind = dot.y - bound;
+      if (before * behind >= 0 || std::min(std::fabs(before), std::fabs(behind)) < touching) continue;
+      crossings.push_back({std::lerp(last.x, dot.x, (bound - last.y) / (dot.y - last.y)), bound});
+    }
+    std::sort(crossings.begin(), crossings.end(), [](auto& p, auto& q) { return p.x < q.x; });
+    bent.insert(bent.end(), crossings.begin(), crossings.end());
+    bent.push_back(dot);
+  }
+  for (CurveDot& dot : bent) dot.y = std::clamp(dot.y, parameter.least, parameter.most);
+  parameter.curve.dots = std::move(bent);
+}
+
 // Names the parameters as the scene's own table does.
 void nameParameters(ScriptCall& call, const char* part) {
   const SceneEntry* scene = findSceneEntry(sceneEntries(), call.scene);
@@ -261,7 +282,10 @@ void Show::part(const char* name, double fromBar, double bars, int track, std::v
                 double start, double speed) {
   for (ScriptCall& one : calls) {
     nameParameters(one, name);
-    for (ScriptParameter& parameter : one.parameters) settle(parameter.curve, bars * beatsPerBar);
+    for (ScriptParameter& parameter : one.parameters) {
+      settle(parameter.curve, bars * beatsPerBar);
+      bendAtBounds(parameter);
+    }
   }
   script.parts.push_back(
       {name, cueSeconds(fromBar), start, cueSeconds(bars), speed, track, std::move(calls)});

@@ -235,6 +235,17 @@ TEST(TimeLine, TakesOnlyCallsThatScenesOffer) {
   EXPECT_EQ(named[3].name, "alpha");
 }
 
+// From -1 to 3 within 0 and 1: dots where it meets its bounds, and none behind the part's end.
+TEST(TimeLine, WritesLinesAsTheyArePlayed) {
+  Show show;
+  const Curve steep = line({{0, -1}, {4, 3}, {5, 0}});
+  show.part("night", 0, 1, 0, {{"SceneHelper", "fadeScreen", {{steep, 0, 1}, {0}, {0}, {1}}}});
+  const auto& dots = show.script.parts.at(0).calls.at(0).parameters.at(0).curve.dots;
+  std::vector<std::pair<double, double>> written;
+  for (const CurveDot& dot : dots) written.emplace_back(dot.x, dot.y);
+  EXPECT_EQ(written, (std::vector<std::pair<double, double>>{{0, 0}, {0.25, 0}, {0.5, 1}, {1, 1}}));
+}
+
 TEST(TimeLine, UsesAllFunctionsAndAllKindsOfParameters) {
   std::set<std::string> functions;
   std::set<CurveKind> kinds;

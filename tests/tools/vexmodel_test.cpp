@@ -377,8 +377,7 @@ TEST(Vexmodel, WrongUsageShowsTheUsage) {
                                 "turntable a --out b.png",
                                 "turntable a --out b.mp4 --camera 0",
                                 "view a --out b --camera -1",
-                                "view a --out b --pose c",
-                                "--help x"}) {
+                                "view a --out b --pose c"}) {
     const Program program = vexmodel(arguments);
     EXPECT_EQ(program.exitCode, 2) << arguments;
     EXPECT_TRUE(program.errors.ends_with(help.output)) << arguments;
