@@ -33,6 +33,13 @@ std::vector<std::pair<std::string, std::string>> inputsOf(const FuzzTarget& targ
   return inputs;
 }
 
+// Sanitizers slow down what they watch, and keep memory of their own.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool sanitized = true;
+#else
+constexpr bool sanitized = false;
+#endif
+
 double processorSeconds() {
   return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
@@ -57,10 +64,9 @@ TEST_P(Fuzzed, InputsAreTakenOrRefusedByName) {
     const std::size_t memory = mostMemory();
     const double start = processorSeconds();
     EXPECT_EQ(judge(target, bytes), "") << name;
-    EXPECT_LT(processorSeconds() - start, 1.0) << name;
-#ifndef __SANITIZE_ADDRESS__
+    EXPECT_LT(processorSeconds() - start, sanitized ? 10.0 : 1.0) << name;
+    if (sanitized) continue;
     EXPECT_LE(mostMemory() - memory, (std::size_t{64} << 20) + 16 * bytes.size()) << name;
-#endif
   }
 }
 
