@@ -29,6 +29,8 @@ class Measurements {
 
   // `benchmark` is the name that Google Benchmark prints ("lookUpAmong/1000").
   double cpu(const std::string& benchmark) const;
+  double leastCpu(
+      const std::string& benchmark) const;  // of the repetitions, where the others met the system's own costs
   double wall(const std::string& benchmark) const;
   double counter(const std::string& benchmark, const std::string& name) const;
 

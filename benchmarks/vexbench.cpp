@@ -119,6 +119,11 @@ double Measurements::cpu(const std::string& benchmark) const {
   return median(benchmark, [](const Run& run) { return run.cpuSeconds; });
 }
 
+double Measurements::leastCpu(const std::string& benchmark) const {
+  const std::vector<Run>& all = runs.at(benchmark);
+  return std::ranges::min_element(all, {}, &Run::cpuSeconds)->cpuSeconds;
+}
+
 double Measurements::wall(const std::string& benchmark) const {
   return median(benchmark, [](const Run& run) { return run.wallSeconds; });
 }
