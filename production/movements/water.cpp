@@ -118,10 +118,8 @@ void addCreature(Show& show) {
 void addShots(Show& show) {
   const double creature = barOf("creature"), ripples = barOf("ripples"), again = barOf("tune again"),
                flood = barOf("flood");
-  addShot(show, "nothing", waterBar, 1, gate, 1,
-          {.drop = 0.002, .flicker = line({{0, 0.25}, {partEnd, 0}})});
-  addShot(show, "rain comes", barOf("rain"), 1, moonlit, 5.6,
-          {.rain = slide(0, 0.4), .drop = 0.0024}, 0.5);
+  addShot(show, "nothing", waterBar, 1, gate, 1, {.drop = 0.002, .flicker = line({{0, 0.25}, {partEnd, 0}})});
+  addShot(show, "rain comes", barOf("rain"), 1, moonlit, 5.6, {.rain = slide(0, 0.4), .drop = 0.0024}, 0.5);
   addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3});
   addShot(show, "it is near", creature + 1, 1, glide, 1, {.rain = 0.3});
   addShot(show, "tune", barOf("tune"), 2, glide, 2.6, {.rain = 0.4});
@@ -171,6 +169,8 @@ void addMoon(Show& show) {
   };
   moon(waterBar, gate, 1, 1, line({{0, 0.55}, {2, 0.7}, {2.1, 1}, {partEnd, 1}}));
   moon(barOf("rain"), moonlit, 5.6, 0.5, 1);
+  moon(barOf("creature"), wide, 0, 1, 0.8);
+  moon(barOf("creature") + 1, glide, 1, 1, 0.5);
 }
 
 // What the ray gives off: shafts about its head, light in the air beside it; the rest stays dark.
