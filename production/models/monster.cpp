@@ -191,7 +191,7 @@ std::vector<StageMaterial> materials() {
       metal("shell", "chrome", {0.18f, 0.18f, 0.18f}, {0.8f, 0.8f, 0.84f}),
       metal("mirror", "chrome", {0.3f, 0.3f, 0.3f}, {0.85f, 0.85f, 0.85f}, 0.8f),
       metal("deep", "chrome_soft", {0.5f, 0.45f, 0.5f}, {1, 0.9f, 1}),
-      metal("pool", "chrome_soft", {0.4f, 0.16f, 0.36f}, {0.28f, 0.05f, 0.19f}),
+      metal("pool", "chrome_soft", {0.12f, 0.04f, 0.1f}, {0.3f, 0.04f, 0.2f}),
       painted("floor", "monster_floor"),
       painted("iron", "monster_iron"),
       painted("skin", "monster_skin"),

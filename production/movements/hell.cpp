@@ -131,6 +131,11 @@ void addDepths(Show& show) {
   }
   addNight(show, "the melt's dark", start, coals - start);
   addHeat(show, "melt about us", start, coals - start, swing(3, 0.05, 0.14));
+  // What sinks past us shows how deep it is.
+  addSparks(show, "slag sinks", start, 1, 2,
+            {.alpha = fade(0.5, 0, 0.9), .count = 46, .spread = 3, .speedZ = 11, .scatter = 22});
+  addSparks(show, "slag sinks faster", start + 1, 1, 6,
+            {.alpha = 1, .count = 70, .spread = 4, .speedZ = 20, .scatter = 22});
   addShot(show, embers);
   addGlow(show, embers, "rays_ember", windows, 520, flashes(everyBeat, 0.9, 0.3));
   addGlow(show, embers, "rays_ember", rose, 200, flashes(everyBeat, 0.7, 0.3));

@@ -123,11 +123,11 @@ void addBeam(Show& show, const Shot& shot, const std::vector<double>& beats, dou
           flashes(beats, 0.6 * level, 0.35 * level), 0.8);
 }
 
-// The lamp, too.
-void addLamp(Show& show, const Shot& shot, const std::vector<double>& beats, double level) {
+// The lamp, too; `size` of its light, of the usual one.
+void addLamp(Show& show, const Shot& shot, const std::vector<double>& beats, double level, double size = 1) {
   const Vector mouth = mix(lab::lampPlace, lab::lampTarget, 0.12f);
-  addGlow(show, shot, "rays_teal", mouth, 190, flashes(beats, level, level * 0.7));
-  addGlow(show, shot, "light7", mouth, 150, flashes(beats, level, level * 0.7));
+  addGlow(show, shot, "rays_teal", mouth, 190 * size, flashes(beats, level, level * 0.7));
+  addGlow(show, shot, "light7", mouth, 150 * size, flashes(beats, level, level * 0.7));
   addBeam(show, shot, beats, level);
 }
 
@@ -162,9 +162,15 @@ void addRoom(Show& show) {
                  {2, 0.3},
                  {2.04, 0},
                  {partEnd, 0}}));
-  addLamp(show, into, {0.32, 1.02, 2.04}, 0.8);
-  addShot(show, against, {.turn = slide(0.48, 0.52)});
-  addLamp(show, against, {0, 2}, 1);
+  addLamp(show, into, {0.32, 1.02, 2.04}, 1, 1.7);
+  // What it falls on, and what stands before the window.
+  for (const Shot& shot : {into, against}) {
+    addGlow(show, shot, "light3", Vector(8, lab::tableHeight, 4), 90, flashes({0.32, 1.02, 2.04}, 0.9, 0.7),
+            3.4);
+    addGlow(show, shot, "light3", lab::windowMiddle, 260, flashes({1.02, 2.04}, 0.6, 0.45), 1.2);
+  }
+  addShot(show, against, {.turn = slide(0.12, 0.16)});
+  addLamp(show, against, {0, 2}, 1, 1.5);
 }
 
 // The telephone dials the motif; the cigarette burns.
@@ -359,7 +365,7 @@ void addDoor(Show& show) {
   State state;
   state.skin[0] = 0.7, state.skin[1] = 1.6, state.skin[2] = 1.6, state.skin[3] = 0.34;
   state.glass = 0, state.turn = 0.985, state.lids = 0.5, state.heart = flashes({0, 2, 4, 6}, 0.999);
-  state.open = line({{0, 0}, {1, 0.12}, {4, 0.5}, {partEnd, 0.9}});
+  state.open = line({{0, 0}, {1, 0.12}, {2, 0.3}, {3, 0.75}, {4, 0.86}, {partEnd, 0.95}});
   addShot(show, shot, state);
   // The opening begins as a slit at the right post.
   const Sight opening =
@@ -375,7 +381,7 @@ void addDoor(Show& show) {
       Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.5, 0}, {3.2, 1}, {partEnd, 1}})});
   // On the threshold, where he comes to stand as he does before the covered sun.
   const Sight feet = sightOf(shot, lab::thresholdPlace);
-  const Curve comes = line({{0, 0}, {3, 0}, {4, 1}, {partEnd, 1}});
+  const Curve comes = line({{0, 0}, {3, 0}, {3.6, 1}, {partEnd, 1}});
   constexpr double tall = 190;
   show.add("shadow in the door", shot.from(), shot.bars, haze + 1,
            shadow(centred(feet.x, feet.y + feet.unit * 6, feet.unit * 44, 3), comes));

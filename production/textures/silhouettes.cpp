@@ -58,7 +58,7 @@ Canvas figure(const Settings& settings, const Hue& hue) {
       colour = ink * 0.8f + gradient(hue.ramp, 0.9f * turned * std::exp(std::min(0.0f, all) / 0.022f));
     }
     colour.a = coverage(all, 0.006f) *
-               smoothStep(1.96f, 1.55f, y + 0.1f * fractal(u * 6, v * 6, 0, 4, 0.5f, 181)) *
+               smoothStep(1.97f, 1.78f, y + 0.1f * fractal(u * 6, v * 6, 0, 4, 0.5f, 181)) *
                smoothStep(0.0f, 0.03f, std::min(u, 1 - u));
     return colour;
   });
