@@ -105,7 +105,7 @@ Surface hangarPart(HangarPart part) {
 
 Surface poolSurface() {
   // Rings run over it, as if something had moved below.
-  constexpr int rings = 9;
+  constexpr int rings = 8;
   std::vector<ProfilePoint> profile;
   for (int i = 0; i <= rings; ++i) {
     const float radius = mix(47, 0.4f, static_cast<float>(i) / rings);

@@ -171,6 +171,8 @@ void addRoom(Show& show) {
   }
   addShot(show, against, {.turn = slide(0.12, 0.16)});
   addLamp(show, against, {0, 2}, 1, 1.5);
+  addGlow(show, against, "light3", mix(lab::lampPlace, lab::lampTarget, 0.3f), 250,
+          flashes({0, 2}, 0.8, 0.5));
 }
 
 // The telephone dials the motif; the cigarette burns.
