@@ -190,8 +190,8 @@ void addFlank(Show& show) {
   addShot(show, "flank", start, 1, flank, 1.6, 1.2);
   addShot(show, "sting", start + 1, 1, back, 5.6, 2.1);
   addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.1, 0.03));
-  addPad(show, start + 1, 1, 0.4, 0.5, 1.4, 0.9);
-  show.add("vexer", start + 1, 1, title, vex(chromeEr, 0.8, 0.42, 0.5));
+  addPad(show, start + 1, 1, 0.5, 0.54, 1.5, 0.9);
+  show.add("vexer", start + 1, 1, title, vex(chromeEr, 0.74, 0.52, 0.55));
 }
 
 // The second break: its eyes on every tom, then nothing but them; then the whole creature under all its

@@ -203,7 +203,7 @@ void addMirrors(Show& show, double roll, double doubles, double breath) {
 
 void addVexedly(Show& show, double roll, double doubles, double breath) {
   show.add("dark under the title", roll, breath - roll, title - 1, shadow(centred(0, 0.6, 0.8, 3.6)),
-           shadow(centred(0, 0.6, 0.8, 3.6)));
+           shadow(centred(0, 0.6, 0.8, 3.6)), shadow(centred(0, 0.6, 0.7, 3.4)));
   const Word word = vex(edly, slide(0.74, 0.8), 0, 0.58);
   show.add("vexedly", roll, doubles - roll, title, word);
   // The fire goes down; what is left burns behind the knot.
