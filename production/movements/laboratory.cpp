@@ -163,12 +163,11 @@ void addRoom(Show& show) {
                  {2.04, 0},
                  {partEnd, 0}}));
   addLamp(show, into, {0.32, 1.02, 2.04}, 1, 1.7);
-  // What it falls on, and what stands before the window.
-  for (const Shot& shot : {into, against}) {
+  // What it falls on, and the window that the jar stands before.
+  for (const Shot& shot : {into, against})
     addGlow(show, shot, "light3", Vector(8, lab::tableHeight, 4), 90, flashes({0.32, 1.02, 2.04}, 0.9, 0.7),
             3.4);
-    addGlow(show, shot, "light3", lab::windowMiddle, 260, flashes({1.02, 2.04}, 0.6, 0.45), 1.2);
-  }
+  addGlow(show, into, "light3", lab::windowMiddle, 260, flashes({1.02, 2.04}, 0.6, 0.45), 1.2);
   addShot(show, against, {.turn = slide(0.12, 0.16)});
   addLamp(show, against, {0, 2}, 1, 1.5);
   addGlow(show, against, "light3", mix(lab::lampPlace, lab::lampTarget, 0.3f), 250,
