@@ -207,14 +207,15 @@ void addVexedly(Show& show, double roll, double doubles, double breath) {
   const Word word = vex(edly, slide(0.74, 0.8), 0, 0.58);
   show.add("vexedly", roll, doubles - roll, title, word);
   // The fire goes down; what is left burns behind the knot.
-  show.add("embers", doubles, breath - doubles, ground + 1, Fade{.alpha = slide(0.7, 0.9)},
+  show.add("embers", doubles, breath - doubles, ground + 1, Fade{.alpha = slide(0.5, 0.8)},
            Tiles{.texture = "sparks_ember",
                  .at = covering(zoom(1, 2, 3.5)),
                  .across = 2.6,
                  .down = 1.5,
                  .alpha = 0.5,
                  .blend = Blend::add},
-           glow("rays_ember", centred(0, -0.2, zoom(2.6, 4.2, 3.5)), 0.8));
+           glow("rays_ember", centred(0.16, -0.1, zoom(2.6, 4.2, 3.5)), 1),
+           glow("light6", centred(0.16, -0.1, zoom(1.6, 2.6, 3.5)), slide(0.7, 0.45)));
   const Word louder = vex(edly, slide(0.76, 0.86), -0.42, 0.55);
   show.add("vexedly, louder", doubles, breath - doubles, title, louder);
 }

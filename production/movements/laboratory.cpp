@@ -196,8 +196,8 @@ void addTable(Show& show) {
   addGlow(show, ring, "rays_teal", lab::lampTarget, 300, flashes({0, 1, 2, 3}, 0.25, 0.1));
   addShot(show, smoulder, {.turn = slide(0.46, 0.5)});
   const Vector ember = lab::emberPlace;
-  addGlow(show, smoulder, "light6", ember, 15, swing(2, 0.5, 1));
-  addGlow(show, smoulder, "light4", ember, 7, swing(2, 0.6, 1));
+  addGlow(show, smoulder, "light6", ember, 9, swing(2, 0.25, 0.7));
+  addGlow(show, smoulder, "light4", ember, 7, swing(2, 0.5, 1));
 }
 
 void addBeam(Show& show) {
@@ -251,7 +251,7 @@ void addHose(Show& show) {
   state.turn = slide(0.73, 0.68),
   state.swell = spline({{0, 0.1}, {0.4, 0.9}, {2, 0.2}, {2.4, 1}, {partEnd, 0.6}});
   state.lids = line({{0, 0.75}, {1.9, 0.75}, {2, 0.1}, {2.2, 0.1}, {2.5, 0.7}, {partEnd, 0.75}});
-  state.spray = line({{0, 70}, {1.5, 30}, {1.99, 30}, {2, 70}, {partEnd, 40}});
+  state.spray = line({{0, 100}, {1.5, 60}, {1.99, 60}, {2, 100}, {partEnd, 80}});
   addShot(show, over, state);
   addLamp(show, along, {0, 2}, 0.5);
   addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46,
@@ -339,9 +339,9 @@ void addBurst(Show& show) {
   addGlow(show, still, "light4", lab::heartPlace, 44, flashes({0, 2}, 1, 0.45));
   addGlow(show, falls, "light4", lab::heartPlace, 30, flashes({0, 1, 2, 3}, 0.8, 0.25));
   addLamp(show, falls, {0}, 0.9);
-  addGloom(show, still.from(), still.bars, line({{0, 0}, {0.2, 0.1}, {0.8, 0.4}, {partEnd, 0.3}}));
+  addGloom(show, still.from(), still.bars, line({{0, 0}, {0.2, 0.05}, {0.8, 0.14}, {partEnd, 0.1}}));
   // Behind the child stands the blow's light; drops of what was in the jar hang in it, then fall at the lens.
-  addGlow(show, still, "light3", Vector(0, 12, -20), 170, flashes({0, 1, 2, 3}, 0.5, 0.12));
+  addGlow(show, still, "light3", Vector(0, 12, -20), 210, flashes({0, 1, 2, 3}, 0.9, 0.4));
   addGlow(show, falls, "rays_teal", Vector(-4, 84, -44), 230, flashes({0, 1, 2, 3}, 0.9, 0.5));
   addGlow(show, falls, "light3", Vector(-4, 84, -44), 150, flashes({0, 1, 2, 3}, 0.7, 0.4));
   show.part("drops hang", still.from(), 1, haze + 1,
