@@ -204,7 +204,7 @@ void addClimax(Show& show) {
       show, "the room goes", start + 0.125, hushed - start - 0.125, 0.05, -0.05,
       line({{0, 0.6}, {0.24, 0.46}, {0.25, 0.64}, {0.7, 0.5}, {0.99, 0.42}, {1, 0.64}, {partEnd, 0.38}}));
   addShot(show, "six eyes", hushed, climax - hushed, hushedEyes, 10, 0.5);
-  addPinhole(show, "but for eyes", hushed, climax - hushed, 0, -0.02,
+  addPinhole(show, "but for eyes", hushed, climax - hushed, 0.1, -0.02,
              line({{0, 0.44}, {0.99, 0.36}, {1, 0.64}, {1.4, 0.38}, {partEnd, 0.33}}));
   show.add("they close", hushed + 0.25, climax - hushed - 0.25, backdrop,
            Fade{.alpha = line({{0, 0}, {0.4, 0}, {0.9, 1}, {partEnd, 1}})});

@@ -169,7 +169,7 @@ void addMoon(Show& show) {
   };
   moon(waterBar, gate, 1, 1, line({{0, 0.55}, {2, 0.7}, {2.1, 1}, {partEnd, 1}}));
   moon(barOf("rain"), moonlit, 5.6, 0.5, 1);
-  moon(barOf("creature"), wide, 0, 1, 0.8);
+  moon(barOf("creature"), wide, 0, 1, 1);
   moon(barOf("creature") + 1, glide, 1, 1, 0.5);
 }
 
