@@ -176,11 +176,11 @@ Surface coverSurface(float side) {
 }
 
 Surface cordSurface() {
-  // Out between the knees, in a loop under the being, into the foot of the jar.
+  // Over the left thigh, down outside the leg, into the foot of the jar.
   const std::vector<Vector> path =
-      smoothPath({Vector(-3, -14, 0), Vector(-11, -15, -0.5f), Vector(-14.5f, -22, -1.5f),
-                  Vector(-10, -31, -2.5f), Vector(2, -38, -9), Vector(18, -37, -15), Vector(26, -34, -3),
-                  Vector(19, -38, 9), Vector(10, -42, 8), Vector(8, -48, 6)},
+      smoothPath({Vector(-3, -14, 0), Vector(-10, -12.5f, 1), Vector(-12.5f, -12.2f, 8),
+                  Vector(-12.5f, -12.6f, 13.5f), Vector(-11, -17, 17.5f), Vector(-6, -27, 20),
+                  Vector(2, -37, 19), Vector(9, -44, 13), Vector(8, -48, 6)},
                  34);
   return mappingScaled(tube(
                            path, 6, [](float t) { return 1.45f + 0.3f * std::sin(t * 70); }, TubeEnd::open),

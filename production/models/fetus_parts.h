@@ -88,11 +88,12 @@ inline const Vector doorHinge(96, -85, -330);
 inline constexpr float windowShare =
     0.74f;                          // of its picture's height; above it is the light through the door
 geometry::Surface windowSurface();  // mapped
-geometry::Surface whiteSurface();   // what is behind the door
+inline const Vector windowMiddle(-164, 23, -328);
+geometry::Surface whiteSurface();  // what is behind the door
 // Mapped to the strip above the window: what falls through the open door on floor, table and air. The door's
 // right post is its pivot.
 geometry::Surface doorLightSurface();
 inline const Vector doorPost(216, -85, -330);
-inline const Vector thresholdPlace(176, -220, -326);
+inline const Vector thresholdPlace(150, -220, -326);
 
 }  // namespace vex::laboratory

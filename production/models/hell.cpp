@@ -147,8 +147,8 @@ std::vector<StageMaterial> materials() {
   // Near the lens iron and stone are ink.
   StageMaterial darkIron = painted("darkiron", "hell_iron", {0.10f, 0.10f, 0.10f}, {0.10f, 0.09f, 0.11f});
   darkIron.environment = true;
-  // A sheen of what lies about it.
-  StageMaterial being = painted("being", "hell_iron", none, {0.30f, 0.20f, 0.18f});
+  // All but black before the fire.
+  StageMaterial being = painted("being", "hell_iron", none, {0.05f, 0.03f, 0.03f});
   being.environment = true;
   const StageMaterial depths{
       .name = "depths", .diffuse = none, .ambient = {0.020f, 0.012f, 0.016f}, .shine = 0};

@@ -298,18 +298,18 @@ Canvas veilPicture(int veil, const Settings& settings) {
     const auto at = [&](float du, float dv) {
       return sample(distance, u + du, v + dv, EdgeMode::clamp) / unit;
     };
-    float light = 0;
+    float light = 0, gold = 0;  // of the smoke, and of the brass that burns in it
     switch (veil) {
       case 0: {  // a burning rim about letters that glow, more at their feet
         const float d = at(0.008f * wx, 0.016f * wy);
-        light = 1.1f * std::exp(-std::fabs(d) / 2.1f) + 0.24f * std::exp(-std::fabs(d) / 10) +
-                smoothStep(0.5f, -3.0f, d) * (0.24f + 0.3f * smoothStep(0.3f, 0.8f, v));
+        light = 1.1f * std::exp(-std::fabs(d) / 2.1f) + 0.24f * std::exp(-std::fabs(d) / 10);
+        gold = smoothStep(0.5f, -3.0f, d) * (0.55f + 0.3f * smoothStep(0.3f, 0.8f, v));
         break;
       }
       case 1: {  // the letters, smouldering
         const float d = at(0.004f * wx, 0.008f * wy);
         const float coal = 0.5f + 0.5f * fractal(x * 9 + wx, y * 9 + wy, 0, 4, 0.6f, 962);
-        light = smoothStep(0.8f, -1.2f, d) * (0.16f + 0.6f * coal * coal);
+        gold = smoothStep(0.8f, -1.2f, d) * (0.2f + 0.6f * coal * coal);
         break;
       }
       default: {  // a haze of light that licks upwards, and strands inside that flow to the right
@@ -326,7 +326,8 @@ Canvas veilPicture(int veil, const Settings& settings) {
         break;
       }
     }
-    return gradient(acidRamp, clamp01(light) * borderFade(u, v, 0.08f));
+    const float inside = borderFade(u, v, 0.08f);
+    return gradient(acidRamp, clamp01(light) * inside) + gradient(brassRamp, clamp01(gold) * inside);
   });
 }
 

@@ -109,7 +109,7 @@ std::vector<Vector> letterPath(const Letter& letter, int strand) {
   std::vector<Vector> path{at({first.x + 5 * lean, first.y + 9}, 150),
                            at({first.x + lean, first.y + 2.5f}, 80)};
   for (std::size_t i = 0; i < letter.line.size(); ++i)
-    path.push_back(at(letter.line[i], 44 + 30 * gradientNoise(static_cast<float>(i) * 0.35f,
+    path.push_back(at(letter.line[i], 44 + 14 * gradientNoise(static_cast<float>(i) * 0.35f,
                                                               static_cast<float>(strand) + 0.5f, 0, 54)));
   path.push_back(at({last.x - lean, last.y - 2.5f}, 80));
   path.push_back(at({last.x - 5 * lean, last.y - 9}, 150));
@@ -136,6 +136,25 @@ Surface thread(const std::vector<Vector>& path, const Vector& eye,
   return both;
 }
 
+// Half the stroke of a broad pen that is held aslant, in `thread`'s units: a hair along its edge, full across
+// it. Less towards the sides of so wide a view, which draws them out.
+std::function<float(float)> broadPen(const std::vector<Vector>& path) {
+  return [&path](float t) {
+    constexpr float hair = 3, full = 10.5f;
+    const auto last = static_cast<int>(path.size()) - 1,
+               i = static_cast<int>(std::lround(t * static_cast<float>(last)));
+    const auto gaze = [&](int k) {
+      return unit(path[static_cast<std::size_t>(std::clamp(k, 0, last))] - nameEye);
+    };
+    const Vector ahead = gaze(i), right = unit(cross(ahead, Vector(0, 1, 0))),
+                 along = gaze(i + 1) - gaze(i - 1);
+    const float x = dot(along, right), y = dot(along, cross(right, ahead));
+    const float across = std::fabs(0.6f * x - 0.8f * y) / std::max(1e-6f, std::hypot(x, y));
+    const float inwards = std::max(0.1f, dot(ahead, unit(Vector(100, 0, 100) - nameEye)));
+    return mix(hair, full, across) * std::pow(inwards, 1.7f);
+  };
+}
+
 constexpr float letterStart = 0.16f;  // v at a letter's first point and, from the other end, at its last
 
 // Along a strand (v) the light comes and goes; both ends are dark. Across (u) it has a core and a glow. The
@@ -145,11 +164,12 @@ Canvas strandPicture(const Settings& settings) {
   return paint(side / 2, side, [](float u, float v) {
     const bool letter = u < 0.5f;
     const float x = 4 * (letter ? u : u - 0.5f) - 1;
-    const float across = 0.7f * std::exp(-x * x * 26) + 0.3f * std::pow(clamp01(1 - x * x), 3.0f);
+    const float glow = 0.3f * std::pow(clamp01(1 - x * x), 3.0f);
+    const float across = 0.7f * std::exp(-x * x * 26) + glow;
     const float pulse = 0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61);
     if (letter)
-      return gradient(
-          boneRamp, 1.5f * across * smoothStep(0.70f * letterStart, 1.02f * letterStart, std::min(v, 1 - v)));
+      return gradient(boneRamp, (0.9f * smoothStep(0.62f, 0.36f, std::fabs(x)) + glow) *
+                                    smoothStep(0.70f * letterStart, 1.02f * letterStart, std::min(v, 1 - v)));
     const float ends = smoothStep(0.01f, 0.2f, v) * smoothStep(0.99f, 0.8f, v);
     return gradient(boneRamp, 0.4f * across * ends * (0.55f + 0.45f * pulse));
   });
@@ -164,7 +184,8 @@ Surface mapped(Surface strand, bool letter) {
 
 // The way to the letter and from it, two of its pieces each, lies where the picture is dark.
 Surface letterThread(const Letter& letter, int strand) {
-  Surface made = mapped(thread(letterPath(letter, strand), nameEye, [](float) { return 3.6f; }), true);
+  const std::vector<Vector> path = letterPath(letter, strand);
+  Surface made = mapped(thread(path, nameEye, broadPen(path)), true);
   const float way = 2 / static_cast<float>(letter.line.size() + 3);
   for (Triangle& triangle : made.triangles)
     for (Uv& at : triangle.uv) {

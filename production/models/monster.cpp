@@ -132,6 +132,14 @@ std::vector<StageCamera> cameras() {
              {Vector(-62, 84, 0), Vector(-58, 84, -10), Vector(-57, 84, -11)}),
       struck("stroke_face", 60, {Vector(-30, 122, 236), Vector(-24, 121, 204), Vector(-20, 120, 196)},
              {Vector(56, 106, 50), Vector(50, 106, 50), Vector(48, 106, 50)}),
+      // Its head in the middle of the dark, from afar.
+      camera("caged", 46,
+             {Vector(24, 96, 330), Vector(18, 98, 310), Vector(-14, 98, 300), Vector(-24, 96, 290)},
+             {Vector(0, 117, 70), Vector(0, 117, 70), Vector(0, 117, 70), Vector(0, 117, 70)}),
+      // Down on its eyes, before the dark floor.
+      camera("hushed", 44,
+             {Vector(46, 178, 172), Vector(30, 172, 166), Vector(16, 166, 160), Vector(0, 160, 154)},
+             {Vector(0, 119, 76), Vector(0, 119, 76), Vector(0, 119, 76), Vector(0, 119, 76)}),
   };
 }
 
@@ -177,12 +185,13 @@ std::vector<StageMaterial> materials() {
                          .shineStrength = shine > 0 ? 1.0f : 0.0f};
   };
   return {
-      metal("chrome", "chrome", {0.4f, 0.4f, 0.4f}, {0.60f, 0.61f, 0.64f}, 0.9f),
+      // Darker than the gate that it stands before.
+      metal("head", "chrome", {0.24f, 0.24f, 0.24f}, {0.36f, 0.37f, 0.40f}, 0.9f),
       metal("limb", "chrome_soft", {0.75f, 0.75f, 0.75f}, {0.30f, 0.31f, 0.34f}, 0.9f),
       metal("shell", "chrome", {0.18f, 0.18f, 0.18f}, {0.8f, 0.8f, 0.84f}),
       metal("mirror", "chrome", {0.3f, 0.3f, 0.3f}, {0.85f, 0.85f, 0.85f}, 0.8f),
       metal("deep", "chrome_soft", {0.5f, 0.45f, 0.5f}, {1, 0.9f, 1}),
-      metal("pool", "chrome_soft", {0.4f, 0.15f, 0.35f}, {0.55f, 0.08f, 0.36f}),
+      metal("pool", "chrome_soft", {0.12f, 0.04f, 0.1f}, {0.3f, 0.04f, 0.2f}),
       painted("floor", "monster_floor"),
       painted("iron", "monster_iron"),
       painted("skin", "monster_skin"),
@@ -264,7 +273,7 @@ void addHangar(std::vector<StageMesh>& meshes, const Surface& iron, const Surfac
 void addCreature(std::vector<StageMesh>& meshes, const std::vector<Piece>& body,
                  const std::vector<Piece>& limbs, const Surface& skin) {
   // The back takes no light of lamps, so that above its plates stands the night with their reflections.
-  for (const Piece& piece : body) meshes.push_back(meshOf(piece, piece.name == "head" ? "chrome" : "shell"));
+  for (const Piece& piece : body) meshes.push_back(meshOf(piece, piece.name == "head" ? "head" : "shell"));
   Piece eyes = eyePiece();
   eyes.surface = mappedTo(eyePart, eyes.surface);
   meshes.push_back(meshOf(eyes, "eye"));

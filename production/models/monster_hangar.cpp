@@ -104,7 +104,14 @@ Surface hangarPart(HangarPart part) {
 }
 
 Surface poolSurface() {
-  return withoutMapping(placed(disc(47, 24, 2), moved(0, 1.5f, 0)));
+  // Rings run over it, as if something had moved below.
+  constexpr int rings = 8;
+  std::vector<ProfilePoint> profile;
+  for (int i = 0; i <= rings; ++i) {
+    const float radius = mix(47, 0.4f, static_cast<float>(i) / rings);
+    profile.push_back({radius, 1.5f + 1.1f * std::cos(radius * 0.3f) * std::exp(-radius / 60)});
+  }
+  return withoutMapping(lathe(profile, 24));
 }
 
 Surface hazeShell(float across, float along, float height) {

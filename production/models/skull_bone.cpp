@@ -98,9 +98,11 @@ float craniumDistance(const Vector& p) {
   const Vector s(q.x - socketMiddle.x, q.y - socketMiddle.y + 0.22f * (q.x - socketMiddle.x), q.z);
   d = smoothCut(d, ellipsoid(s, Vector(0, 0, 76), Vector(24, 20, 38)), 4);
   d = smoothCut(d, ellipsoid(s, Vector(-7, 0, 44), Vector(16, 16, 22)), 6);
+  // Their outer walls are whole: nothing is seen through them.
+  d = smoothJoin(d, ellipsoid(q, Vector(57, 112, 34), Vector(9, 20, 17)), 5);
   // The nose: a heart upside down, cut far in, and a thorn at its foot.
   const float heart = taper(Vector(q.x, q.y, 0), Vector(2.5f, 113, 0), Vector(8.5f, 92, 0), 4.5f, 9.5f);
-  d = smoothCut(d, std::max(heart, 46 - p.z), 3);
+  d = smoothCut(d, std::max(heart, 46 - p.z), 5);
   d = smoothJoin(d, taper(q, Vector(0, 78, 80), Vector(0, 87, 87), 5, 2.0f), 3);
   // The mouth from below.
   d = smoothCut(d, ellipsoid(q, Vector(0, 48, 30), Vector(26, 28, 44)), 6);
@@ -143,7 +145,7 @@ float jawDistance(const Vector& p) {
 const Vector faceMiddle(0, 92, 66);
 
 Vector fromDrawnOut(const Vector& w) {
-  constexpr float fine = 0.60f, coarse = 1.38f, from = 40, to = 130;
+  constexpr float fine = 0.52f, coarse = 1.66f, from = 46, to = 130;
   const Vector way = w - faceMiddle;
   const float r = way.length();
   if (r < 1e-3f) return faceMiddle;

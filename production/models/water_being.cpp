@@ -368,8 +368,8 @@ Colour4 eyeColour(const BakePoint& p) {
 }  // namespace
 
 Colour4 beingColour(const BakePoint& p) {
-  // Below the surface it goes out into ink.
-  const float deep = smoothStep(14, -16, p.position.y);
+  // Towards the surface it goes out into ink: it bows by two dozen units.
+  const float deep = smoothStep(46, -8, p.position.y);
   const float veins =
       std::pow(1 - std::fabs(gradientNoise(warp(p.position * 0.07f, 0, 0.6f, 952), 0, 953)), 7.0f);
   Colour4 colour;

@@ -33,7 +33,7 @@ image::Colour4 beingColour(const geometry::BakePoint& p);
 
 std::vector<StageCamera> cameras();
 inline const Vector rayFoot(-56, 0, -60);  // behind the being, so that it stands dark before it
-inline const Vector moonPlace = Vector(-0.165f, 0.100f, -0.96f) * 2000;
+inline const Vector moonPlace = Vector(-0.165f, 0.100f, -0.96f) * 2500;  // on the sky
 
 // --- Stacks, needles and an arch.
 

@@ -55,7 +55,7 @@ Colour4 skyColour(const Vector& d) {
   const Vector q(d.x * 2.2f, d.y * 8, d.z * 2.2f);
   const float cloud = fractal(warp(q, 0, 0.5f, 970), 0, 5, 0.55f, 971);
   const float bank = smoothStep(-0.15f, 0.45f, cloud) * smoothStep(0.02f, 0.12f, d.y);
-  const float glow = 0.46f * std::exp(-angle * 2.4f) + 0.58f * std::exp(-angle * 7);
+  const float glow = 0.60f * std::exp(-angle * 2.2f) + 0.62f * std::exp(-angle * 7);
   float value = 0.10f + 0.42f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
   value *= 1 - 0.42f * bank * (1 - 0.4f * std::exp(-angle * 5));
   value += 0.16f * std::exp(-angle * 3.6f) * std::exp(-std::pow((cloud - 0.02f) * 6, 2.0f)) *
@@ -89,14 +89,14 @@ Colour4 bedTexel(float u, float v) {
   const Vector way = unit(Vector(moonPlace.x, 0, moonPlace.z));
   const Vector fromEye = place - Vector(40, 0, 300);
   const float along = dot(fromEye, way), across = dot(fromEye, Vector(-way.z, 0, way.x));
-  const float width = 74 + 0.13f * std::max(0.0f, along);
+  const float width = 78 + 0.15f * std::max(0.0f, along);
   const float streaks =
-      0.5f + 0.5f * fractal(Vector(place.x * 0.004f, 0, place.z * 0.022f), 0, 4, 0.55f, 973);
+      0.5f + 0.5f * fractal(Vector(place.x * 0.011f, 0, place.z * 0.050f), 0, 5, 0.62f, 973);
   const float path = std::exp(-std::pow(across / width, 2.0f)) * smoothStep(-60, 240, along) *
-                     (0.15f + 0.95f * smoothStep(0.3f, 0.75f, streaks));
+                     (0.22f + 0.9f * smoothStep(0.34f, 0.66f, streaks));
   const float swell = 0.5f + 0.5f * fractal(Vector(place.x * 0.003f, 0, place.z * 0.007f), 0, 4, 0.5f, 974);
   const float far = smoothStep(180, 0.9f * skyRadius, radius);
-  Colour4 water = gradient(tealRamp, 0.07f + 0.12f * swell + 1.55f * path);
+  Colour4 water = gradient(tealRamp, 0.07f + 0.12f * swell + 1.12f * path);
   // Rocks stand on their heads in it, and where it breaks on them it foams.
   const Vector seen(place.x - 40, 0, place.z - 330);
   const float sway = 14 * fractal(Vector(place.x * 0.01f, 0, place.z * 0.09f), 0, 3, 0.5f, 978);

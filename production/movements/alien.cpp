@@ -25,7 +25,9 @@ enum Camera {
   strokeFar,
   strokeLow,
   strokeHigh,
-  strokeFace
+  strokeFace,
+  caged,
+  hushedEyes
 };
 constexpr double struckFrom = 10.2;  // the last five begin there
 
@@ -114,7 +116,7 @@ void addBreak(Show& show) {
     double beat;
     Camera camera;
     double start;
-  } ticks[] = {{0, wide, 12}, {2, idol, 14}, {2.5, face, 9.6}, {3, face, 13}, {3.5, gaze, 9}, {4, gaze, 9}};
+  } ticks[] = {{0, caged, 8}, {2, idol, 14}, {2.5, face, 9.6}, {3, face, 13}, {3.5, gaze, 9}, {4, gaze, 9}};
   for (int i = 0; i < 5; ++i)
     addShot(show, "nearer", start + ticks[i].beat / 4, (ticks[i + 1].beat - ticks[i].beat) / 4,
             ticks[i].camera, ticks[i].start, 0.3);
@@ -126,10 +128,10 @@ void addBreak(Show& show) {
                           {3.5, 0.2},  {3.7, 0.2},   {3.8, 0.95}})});
   for (const double side : {-1.0, 1.0})
     show.add("eyes in the dark", start, 0.5, backdrop + 1,
-             glow("light5", centred(0.02 * side - 0.005, -0.47, 0.26),
+             glow("light5", centred(0.03 * side, -0.02, 0.4),
                   line({{0, 0}, {0.3, 0}, {0.5, 1}, {0.7, 1}, {0.75, 0}, {0.85, 0}, {0.9, 1}, {2, 1}})));
-  addCubes(show, "cubes", start, 0.5, {-0.005, 0.34},
-           {.alpha = flashes({0.5, 1, 1.5}, 1, 0.25), .field = zoom(160, 144, 2)}, 4, 1.5);
+  addCubes(show, "cubes", start, 0.5, {0, 0},
+           {.alpha = flashes({0.5, 1, 1.5}, 1, 0.6), .field = zoom(142, 116, 2)}, 4, 1.5);
   addShot(show, "from above", over, next - over, overhead, struckFrom);
   addPad(show, over + 0.25, next - over - 0.25, 0.5, 0.52, 1.5, 0.8);
   show.add("vexation", over + 0.25, next - over - 0.25, title,
@@ -188,8 +190,8 @@ void addFlank(Show& show) {
   addShot(show, "flank", start, 1, flank, 1.6, 1.2);
   addShot(show, "sting", start + 1, 1, back, 5.6, 2.1);
   addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.1, 0.03));
-  addPad(show, start + 1, 1, 0.4, 0.5, 1.4, 0.9);
-  show.add("vexer", start + 1, 1, title, vex(chromeEr, 0.8, 0.42, 0.5));
+  addPad(show, start + 1, 1, 0.5, 0.54, 1.5, 0.9);
+  show.add("vexer", start + 1, 1, title, vex(chromeEr, 0.74, 0.52, 0.55));
 }
 
 // The second break: its eyes on every tom, then nothing but them; then the whole creature under all its
@@ -201,8 +203,8 @@ void addClimax(Show& show) {
   addPinhole(
       show, "the room goes", start + 0.125, hushed - start - 0.125, 0.05, -0.05,
       line({{0, 0.6}, {0.24, 0.46}, {0.25, 0.64}, {0.7, 0.5}, {0.99, 0.42}, {1, 0.64}, {partEnd, 0.38}}));
-  addShot(show, "six eyes", hushed, climax - hushed, face, 10.8, 0.5);
-  addPinhole(show, "but for eyes", hushed, climax - hushed, 0, -0.3,
+  addShot(show, "six eyes", hushed, climax - hushed, hushedEyes, 10, 0.5);
+  addPinhole(show, "but for eyes", hushed, climax - hushed, 0.1, -0.02,
              line({{0, 0.44}, {0.99, 0.36}, {1, 0.64}, {1.4, 0.38}, {partEnd, 0.33}}));
   show.add("they close", hushed + 0.25, climax - hushed - 0.25, backdrop,
            Fade{.alpha = line({{0, 0}, {0.4, 0}, {0.9, 1}, {partEnd, 1}})});

@@ -287,10 +287,10 @@ void addLayers(Show& show) {
     int burning;  // layers
     double dimmest, spilled;
   };
-  constexpr State states[] = {{"layer 1", "title in the smoke", titleComing, 1, 0.7, 0.35},
-                              {"layer 2", "title from above", titleAbove, 2, 0.75, 0.75},
-                              {"layer 3", "along the title", titleAlong, 3, 0.8, 0.7},
-                              {"layer 4", "title, nearer", titleNear, 3, 1, 0.8}};
+  constexpr State states[] = {{"layer 1", "title in the smoke", titleComing, 1, 0.7, 0.18},
+                              {"layer 2", "title from above", titleAbove, 2, 0.75, 0.3},
+                              {"layer 3", "along the title", titleAlong, 3, 0.8, 0.3},
+                              {"layer 4", "title, nearer", titleNear, 3, 1, 0.5}};
   double level = 0.55;  // of the smoke along it, which comes in jerks, on the off-beats
   for (const State& state : states) {
     std::vector<CurveDot> arriving{{0, level}};
@@ -308,8 +308,8 @@ void addLayers(Show& show) {
     }
     veils.opacity[spill] = line({{0, 0.3},
                                  {0.03, 1},
-                                 {0.6, 0.95},
-                                 {1.4, state.spilled},
+                                 {0.3, 0.8},
+                                 {0.9, state.spilled},
                                  {2, state.spilled},
                                  {2.03, state.spilled + 0.15},
                                  {partEnd, state.spilled}});

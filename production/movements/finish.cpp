@@ -87,7 +87,7 @@ void addBlinks(Show& show) {
       {51, 0.25},
       {barOf("jar fill"), 0.25},
       {barOf("white"), 0.08},
-      {barOf("white fill"), 0.08},
+      {barOf("white fill"), 0.14},
       {barOf("crow fill 2"), 0.35},
       {barOf("water fill"), 0.3},
       {barOf("surface fill"), 0.15},

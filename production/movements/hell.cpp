@@ -58,7 +58,7 @@ void addGlow(Show& show, const Shot& shot, const char* texture, const Vector& pl
 
 // A corona stands about the sphere.
 void addCorona(Show& show, const Shot& shot, const std::vector<double>& beats, double level) {
-  addGlow(show, shot, "corona_ember", hell::sphereCentre, 156, flashes(beats, level, 0.25 * level));
+  addGlow(show, shot, "corona_ember", hell::sphereCentre, 176, flashes(beats, level, 0.25 * level));
 }
 
 void addHeat(Show& show, const char* name, double bar, double bars, const Curve& alpha) {
@@ -109,6 +109,9 @@ void addCathedral(Show& show) {
   addCorona(show, before, everyBeat, 0.7);
   for (const char* light : {"rays_ember", "light6"})
     addGlow(show, before, light, windows, 420, flashes(everyBeat, 0.9, 0.35));
+  // From below it eclipses what burns; the stone about it stays dark.
+  addCorona(show, under, everyBeat, 1);
+  addNight(show, "the vault's dark", sphere + 1, 1);
   // The sky burns behind it.
   addGlow(show, under, "haze_ember", Vector(40, 300, 60), 620, flashes({0, 2}, 1, 0.6));
   addSparks(show, "sparks from the seams", sphere, next - sphere, 5,
@@ -131,6 +134,11 @@ void addDepths(Show& show) {
   }
   addNight(show, "the melt's dark", start, coals - start);
   addHeat(show, "melt about us", start, coals - start, swing(3, 0.05, 0.14));
+  // What sinks past us shows how deep it is.
+  addSparks(show, "slag sinks", start, 1, 2,
+            {.alpha = fade(0.5, 0, 0.9), .count = 46, .spread = 3, .speedZ = 11, .scatter = 22});
+  addSparks(show, "slag sinks faster", start + 1, 1, 6,
+            {.alpha = 1, .count = 70, .spread = 4, .speedZ = 20, .scatter = 22});
   addShot(show, embers);
   addGlow(show, embers, "rays_ember", windows, 520, flashes(everyBeat, 0.9, 0.3));
   addGlow(show, embers, "rays_ember", rose, 200, flashes(everyBeat, 0.7, 0.3));

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "production/movements/words.h"
 
@@ -12,36 +13,23 @@ using namespace screen;
 
 namespace {
 
-// How high the rose stands at a beat, and how far its quarters have gone from its middle.
-struct RoseKey {
-  double beat, height, apart = 0;
-};
 constexpr double roseY = -0.1;
 
-// One rose window before black, in quarters that part.
-void addBurstingRose(Show& show, double bar, double bars, const std::vector<RoseKey>& keys,
-                     const Curve& light) {
+// The rose's splinters fly at us, the nearer the faster, each before its own trail.
+void addBurstingRose(Show& show, double bar, double bars) {
+  const struct {
+    const char* texture;
+    double x, y, size;  // where to, and how large in the end
+  } flights[] = {{"splinters1_teal", -0.10, 0.06, 5.2}, {"splinters2_teal", 0.06, -0.05, 3.0}};
+  const double beats = bars * beatsPerBar;
   std::vector<ScriptCall> calls;
-  for (std::size_t i = 0; i < 4; ++i) {
-    const bool right = i < 2, up = i == 0 || i == 3;
-    const double reach = up ? 1 + roseY : 1 - roseY;  // from the middle to the screen's edge
-    std::vector<CurveDot> x, y, w, h, width, height;
-    for (const auto& [beat, size, apart] : keys) {
-      w.push_back({beat, 1 - apart});
-      h.push_back({beat, reach - apart});
-      x.push_back({beat, right ? apart : -1});
-      y.push_back({beat, up ? -roseY + apart : -1});
-      width.push_back({beat, size * (9.0 / 16) * 2 / (1 - apart)});
-      height.push_back({beat, size * 2 / (reach - apart)});
+  for (const auto& it : flights)
+    for (const double late : {0.16, 0.08, 0.0}) {
+      const double reached = 1.75 * std::pow(it.size / 1.75, 1 - late);
+      calls.push_back(
+          draw(glow(it.texture, centred(slide(0, it.x), slide(roseY, roseY + it.y), slide(1.75, reached)),
+                    line({{0, 1}, {0.45 * beats, late > 0 ? 0.35 : 1}, {beats, 0}}))));
     }
-    // The rose's middle lies in the quarter's inner corner.
-    const Curve wide = line(width), tall = line(height);
-    calls.push_back(draw(Viewport{line(x), line(y), line(w), line(h)}));
-    calls.push_back(draw(
-        glow("glass_teal",
-             Place{wide * -0.5 + (right ? -1.0 : 1.0), tall * -0.5 + (up ? 1.0 : -1.0), wide, tall}, light)));
-  }
-  calls.push_back(draw(Viewport{}));
   show.part("rose bursts", bar, bars, ground + 1, calls);
 }
 
@@ -84,14 +72,7 @@ void addRose(Show& show) {
 }
 
 void addBurst(Show& show, double bar, double bars) {
-  addBurstingRose(show, bar, bars,
-                  {{0, 1.75, 0.01},
-                   {0.15, 1.85, 0.03},
-                   {0.3, 2.0, 0.09},
-                   {0.45, 2.2, 0.18},
-                   {0.6, 2.3, 0.22},
-                   {0.75, 2.5, 0.27}},
-                  line({{0, 1}, {0.3, 0.9}, {0.75, 0}}));
+  addBurstingRose(show, bar, bars);
   show.add("burst", bar, bars, far,
            glow("rays_teal", centred(0, roseY, spline({{0, 2}, {0.75, 5}})),
                 spline({{0, 1}, {0.2, 0.7}, {0.75, 0}})),
@@ -222,18 +203,19 @@ void addMirrors(Show& show, double roll, double doubles, double breath) {
 
 void addVexedly(Show& show, double roll, double doubles, double breath) {
   show.add("dark under the title", roll, breath - roll, title - 1, shadow(centred(0, 0.6, 0.8, 3.6)),
-           shadow(centred(0, 0.6, 0.8, 3.6)));
+           shadow(centred(0, 0.6, 0.8, 3.6)), shadow(centred(0, 0.6, 0.7, 3.4)));
   const Word word = vex(edly, slide(0.74, 0.8), 0, 0.58);
   show.add("vexedly", roll, doubles - roll, title, word);
   // The fire goes down; what is left burns behind the knot.
-  show.add("embers", doubles, breath - doubles, ground + 1, Fade{.alpha = slide(0.7, 0.9)},
+  show.add("embers", doubles, breath - doubles, ground + 1, Fade{.alpha = slide(0.5, 0.8)},
            Tiles{.texture = "sparks_ember",
                  .at = covering(zoom(1, 2, 3.5)),
                  .across = 2.6,
                  .down = 1.5,
                  .alpha = 0.5,
                  .blend = Blend::add},
-           glow("rays_ember", centred(0, -0.2, zoom(2.6, 4.2, 3.5)), 0.8));
+           glow("rays_ember", centred(0.16, -0.1, zoom(2.6, 4.2, 3.5)), 1),
+           glow("light6", centred(0.16, -0.1, zoom(1.6, 2.6, 3.5)), slide(0.7, 0.45)));
   const Word louder = vex(edly, slide(0.76, 0.86), -0.42, 0.55);
   show.add("vexedly, louder", doubles, breath - doubles, title, louder);
 }

@@ -123,11 +123,11 @@ void addBeam(Show& show, const Shot& shot, const std::vector<double>& beats, dou
           flashes(beats, 0.6 * level, 0.35 * level), 0.8);
 }
 
-// The lamp, too.
-void addLamp(Show& show, const Shot& shot, const std::vector<double>& beats, double level) {
+// The lamp, too; `size` of its light, of the usual one.
+void addLamp(Show& show, const Shot& shot, const std::vector<double>& beats, double level, double size = 1) {
   const Vector mouth = mix(lab::lampPlace, lab::lampTarget, 0.12f);
-  addGlow(show, shot, "rays_teal", mouth, 190, flashes(beats, level, level * 0.7));
-  addGlow(show, shot, "light7", mouth, 150, flashes(beats, level, level * 0.7));
+  addGlow(show, shot, "rays_teal", mouth, 190 * size, flashes(beats, level, level * 0.7));
+  addGlow(show, shot, "light7", mouth, 150 * size, flashes(beats, level, level * 0.7));
   addBeam(show, shot, beats, level);
 }
 
@@ -162,9 +162,16 @@ void addRoom(Show& show) {
                  {2, 0.3},
                  {2.04, 0},
                  {partEnd, 0}}));
-  addLamp(show, into, {0.32, 1.02, 2.04}, 0.8);
-  addShot(show, against, {.turn = slide(0.48, 0.52)});
-  addLamp(show, against, {0, 2}, 1);
+  addLamp(show, into, {0.32, 1.02, 2.04}, 1, 1.7);
+  // What it falls on, and the window that the jar stands before.
+  for (const Shot& shot : {into, against})
+    addGlow(show, shot, "light3", Vector(8, lab::tableHeight, 4), 90, flashes({0.32, 1.02, 2.04}, 0.9, 0.7),
+            3.4);
+  addGlow(show, into, "light3", lab::windowMiddle, 260, flashes({1.02, 2.04}, 0.6, 0.45), 1.2);
+  addShot(show, against, {.turn = slide(0.12, 0.16)});
+  addLamp(show, against, {0, 2}, 1, 1.5);
+  addGlow(show, against, "light3", mix(lab::lampPlace, lab::lampTarget, 0.3f), 250,
+          flashes({0, 2}, 0.8, 0.5));
 }
 
 // The telephone dials the motif; the cigarette burns.
@@ -189,8 +196,8 @@ void addTable(Show& show) {
   addGlow(show, ring, "rays_teal", lab::lampTarget, 300, flashes({0, 1, 2, 3}, 0.25, 0.1));
   addShot(show, smoulder, {.turn = slide(0.46, 0.5)});
   const Vector ember = lab::emberPlace;
-  addGlow(show, smoulder, "light6", ember, 15, swing(2, 0.5, 1));
-  addGlow(show, smoulder, "light4", ember, 7, swing(2, 0.6, 1));
+  addGlow(show, smoulder, "light6", ember, 9, swing(2, 0.25, 0.7));
+  addGlow(show, smoulder, "light4", ember, 7, swing(2, 0.5, 1));
 }
 
 void addBeam(Show& show) {
@@ -244,7 +251,7 @@ void addHose(Show& show) {
   state.turn = slide(0.73, 0.68),
   state.swell = spline({{0, 0.1}, {0.4, 0.9}, {2, 0.2}, {2.4, 1}, {partEnd, 0.6}});
   state.lids = line({{0, 0.75}, {1.9, 0.75}, {2, 0.1}, {2.2, 0.1}, {2.5, 0.7}, {partEnd, 0.75}});
-  state.spray = line({{0, 70}, {1.5, 30}, {1.99, 30}, {2, 70}, {partEnd, 40}});
+  state.spray = line({{0, 100}, {1.5, 60}, {1.99, 60}, {2, 100}, {partEnd, 80}});
   addShot(show, over, state);
   addLamp(show, along, {0, 2}, 0.5);
   addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46,
@@ -332,9 +339,9 @@ void addBurst(Show& show) {
   addGlow(show, still, "light4", lab::heartPlace, 44, flashes({0, 2}, 1, 0.45));
   addGlow(show, falls, "light4", lab::heartPlace, 30, flashes({0, 1, 2, 3}, 0.8, 0.25));
   addLamp(show, falls, {0}, 0.9);
-  addGloom(show, still.from(), still.bars, line({{0, 0}, {0.2, 0.1}, {0.8, 0.4}, {partEnd, 0.3}}));
+  addGloom(show, still.from(), still.bars, line({{0, 0}, {0.2, 0.05}, {0.8, 0.14}, {partEnd, 0.1}}));
   // Behind the child stands the blow's light; drops of what was in the jar hang in it, then fall at the lens.
-  addGlow(show, still, "light3", Vector(0, 12, -20), 170, flashes({0, 1, 2, 3}, 0.5, 0.12));
+  addGlow(show, still, "light3", Vector(0, 12, -20), 210, flashes({0, 1, 2, 3}, 0.9, 0.4));
   addGlow(show, falls, "rays_teal", Vector(-4, 84, -44), 230, flashes({0, 1, 2, 3}, 0.9, 0.5));
   addGlow(show, falls, "light3", Vector(-4, 84, -44), 150, flashes({0, 1, 2, 3}, 0.7, 0.4));
   show.part("drops hang", still.from(), 1, haze + 1,
@@ -359,7 +366,7 @@ void addDoor(Show& show) {
   State state;
   state.skin[0] = 0.7, state.skin[1] = 1.6, state.skin[2] = 1.6, state.skin[3] = 0.34;
   state.glass = 0, state.turn = 0.985, state.lids = 0.5, state.heart = flashes({0, 2, 4, 6}, 0.999);
-  state.open = line({{0, 0}, {1, 0.12}, {4, 0.5}, {partEnd, 0.9}});
+  state.open = line({{0, 0}, {1, 0.12}, {2, 0.3}, {3, 0.75}, {4, 0.86}, {partEnd, 0.95}});
   addShot(show, shot, state);
   // The opening begins as a slit at the right post.
   const Sight opening =
@@ -375,7 +382,7 @@ void addDoor(Show& show) {
       Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.5, 0}, {3.2, 1}, {partEnd, 1}})});
   // On the threshold, where he comes to stand as he does before the covered sun.
   const Sight feet = sightOf(shot, lab::thresholdPlace);
-  const Curve comes = line({{0, 0}, {3, 0}, {4, 1}, {partEnd, 1}});
+  const Curve comes = line({{0, 0}, {3, 0}, {3.6, 1}, {partEnd, 1}});
   constexpr double tall = 190;
   show.add("shadow in the door", shot.from(), shot.bars, haze + 1,
            shadow(centred(feet.x, feet.y + feet.unit * 6, feet.unit * 44, 3), comes));

@@ -278,6 +278,8 @@ void addLastWord(Show& show) {
   show.add("light of the chord", chord, 0.5, haze,
            glow("haze_ember", centred(0, 0, spline({{0, 3.6}, {partEnd, 2.4}}), 2),
                 line({{0, 1}, {0.6, 0.7}, {partEnd, 0}})));
+  for (int layer = 0; layer < 2; ++layer)
+    show.add("dark behind the name", shut, end - shut, title - 2, shadow(centred(0, -0.53, 0.9, 4)));
   // What it is struck with glows on behind it.
   show.add("light of the name", shut, end - shut, title - 1,
            glow("rays_ember", centred(0, -0.52, spline({{0, 3.4}, {1, 2.4}, {partEnd, 2.0}}), 1.6),

@@ -21,7 +21,7 @@ struct View {
 constexpr View views[] = {{"far motif", 1.5, 0.16, 0.14, 1.3, 0.1, 0.76, 0, 0, 0, 0},
                           {"far motif 2", 2.0, 0.42, 0.28, 3.0, -0.28, 0.86, 0, 0, 0, -0.3},
                           {"far motif 3", 2.6, -0.5, 0.4, 2.1, 0.55, 0.8, 3.4, -0.3, 0.02, 0.34},
-                          {"far motif 4", 3.6, 0.14, 0.4, 5.4, -1.55, 1.12, 4.6, 0.5, 0.2, 0.36}};
+                          {"far motif 4", 3.6, 0.14, 0.4, 5.4, -1.64, 1.12, 4.6, 0.5, 0.2, 0.42}};
 
 // Nearer with each note; on it the cloud flares, and a light runs through the town.
 void addView(Show& show, const View& view) {
@@ -86,7 +86,7 @@ void addFilaments(Show& show, double motif) {
               {screen::draw(Filaments{.alpha = alpha, .across = 0.12, .up = 0.04, .depth = 0.09})}, start,
               speed);
   };
-  filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0.3}, {2, 0.6}, {6, 0.8}, {partEnd, 1}}));
+  filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0.45}, {2, 0.75}, {6, 0.9}, {partEnd, 1}}));
   filaments("filaments are the name", 2, 0.75, 0, 0, line({{0, 1}, {1, 1}, {2.2, 0}, {partEnd, 0}}));
   filaments("filaments fly on", 2.75, motif - 2.75, 34, 1, line({{0, 0}, {1, 0.5}, {partEnd, 0.5}}));
 }

@@ -250,8 +250,10 @@ void addSilence(Show& show) {
 // --- Storm
 
 // Strokes of lightning on beats from a bar on, each struck again a quarter of a beat later: the sparks, their
-// light from behind, and the sky. Between strokes there is none.
-void addStrokes(Show& show, double bar, double bars, const std::vector<double>& beats, double eyes) {
+// light from behind, and the sky. Between strokes there is none. Unseen bolts only light.
+enum class Bolts { seen, unseen };
+void addStrokes(Show& show, double bar, double bars, const std::vector<double>& beats, double eyes,
+                Bolts bolts = Bolts::seen) {
   std::vector<double> struck;
   std::vector<CurveDot> white;
   for (const double beat : beats) {
@@ -265,7 +267,7 @@ void addStrokes(Show& show, double bar, double bars, const std::vector<double>& 
   if (white.empty()) white.push_back({0, 0});
   show.part("storm", bar, bars, settings,
             {lights(flashes(everyBeat, eyes * 1.4, eyes), flashes(struck, 3.4, 0.6)),
-             lightning(flashes(struck, 1))});
+             lightning(flashes(struck, bolts == Bolts::seen ? 1 : 0))});
   show.add("stroke", bar, bars, flash - 1,
            glow("haze_teal", centred(swing(7, -0.5, 0.5), -0.9, 3.4, 1.9), flashes(struck, 1, 0)),
            glow("haze_teal", centred(swing(7, 0.4, -0.4), -1.3, 2.6, 2.6), flashes(struck, 0.6, 0)),
@@ -293,13 +295,14 @@ void addStorm(Show& show) {
   show.add("zenith", start, 16, ground,
            Fade{.red = stormZenith.r, .green = stormZenith.g, .blue = stormZenith.b});
   addStrokes(show, start, 2, {0, 3, 4, 6, 7.25}, 0.8);
-  addStrokes(show, barOf("storm"), 2, {0, 2.5, 4, 6, 7, 7.5}, 0.9);
+  addStrokes(show, barOf("storm"), 1, {0, 2.5}, 0.9, Bolts::unseen);  // they would strike the lens
+  addStrokes(show, barOf("storm") + 1, 1, {0, 2, 3, 3.5}, 0.9);
   addStrokes(show, barOf("spears"), 2, {0, 1, 2, 3, 4, 5, 5.25, 6, 6.5, 7, 7.5}, 0.9);
-  addStrokes(show, barOf("laser 1"), 2, {4, 6.5}, 2.6);
+  addStrokes(show, barOf("laser 1"), 2, {4, 6.5}, 1.7);
   addStrokes(show, barOf("clouds race"), 1, {0, 1.5, 3}, 0.9);
-  addStrokes(show, barOf("laser 2"), 1, {}, 2.6);
+  addStrokes(show, barOf("laser 2"), 1, {}, 1.7);
   addStrokes(show, barOf("crow 2 falls"), 2, {0, 2.5, 4, 5, 6, 7, 7.5}, 1.4);
-  addStrokes(show, barOf("laser 3"), 2, {4, 5.25, 6.5}, 2.6);
+  addStrokes(show, barOf("laser 3"), 2, {4, 5.25, 6.5}, 1.7);
   addStrokes(show, barOf("heart of the storm"), 2, {0, 0.5, 1, 2, 2.5, 3, 4, 4.5, 5, 6, 6.5}, 1.8);
 }
 

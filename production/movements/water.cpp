@@ -118,11 +118,9 @@ void addCreature(Show& show) {
 void addShots(Show& show) {
   const double creature = barOf("creature"), ripples = barOf("ripples"), again = barOf("tune again"),
                flood = barOf("flood");
-  addShot(show, "nothing", waterBar, 1, gate, 1,
-          {.drop = 0.002, .flicker = line({{0, 0.8}, {partEnd, 0.5}})});
-  addShot(show, "rain comes", barOf("rain"), 1, moonlit, 5.6,
-          {.rain = slide(0, 0.4), .drop = 0.0024, .flicker = slide(0.5, 0.3)}, 0.5);
-  addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3, .flicker = 0.2});
+  addShot(show, "nothing", waterBar, 1, gate, 1, {.drop = 0.002, .flicker = line({{0, 0.25}, {partEnd, 0}})});
+  addShot(show, "rain comes", barOf("rain"), 1, moonlit, 5.6, {.rain = slide(0, 0.4), .drop = 0.0024}, 0.5);
+  addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3});
   addShot(show, "it is near", creature + 1, 1, glide, 1, {.rain = 0.3});
   addShot(show, "tune", barOf("tune"), 2, glide, 2.6, {.rain = 0.4});
   addShot(show, "ripples", ripples, 1, above, 9, {.rain = 0.8, .drop = 0.004});
@@ -169,8 +167,10 @@ void addMoon(Show& show) {
     show.add("moon", bar, 1, flash + 2, glow("light3", centred(seen.x, seen.y, 0.9), rises * 0.5),
              glow("light7", centred(seen.x, seen.y, 0.34), rises * 0.6));
   };
-  moon(waterBar, gate, 1, 1, line({{0, 0.1}, {1, 0.35}, {2, 0.6}, {2.1, 1}, {partEnd, 1}}));
+  moon(waterBar, gate, 1, 1, line({{0, 0.55}, {2, 0.7}, {2.1, 1}, {partEnd, 1}}));
   moon(barOf("rain"), moonlit, 5.6, 0.5, 1);
+  moon(barOf("creature"), wide, 0, 1, 1);
+  moon(barOf("creature") + 1, glide, 1, 1, 0.5);
 }
 
 // What the ray gives off: shafts about its head, light in the air beside it; the rest stays dark.
@@ -240,7 +240,7 @@ void addWater(Show& show) {
   addRainRings(show, barOf("ripples"));
   addSplash(show, barOf("creature") + 0.45);
   addMoon(show);
-  // A single drop is seen to fall.
+  // A single drop is seen to fall where the moon's path is.
   show.add("it falls", waterBar + 1.2 / beatsPerBar, 0.8 / beatsPerBar, flash + 2,
            glow("light3", centred(-0.1, spline({{0, -1.3}, {partEnd, 0.45}}), 0.55, 0.035)));
   // Mist between and before.
@@ -249,7 +249,7 @@ void addWater(Show& show) {
   addRay(show);
   addGlints(show);
   show.add("out of the dark", waterBar, 1, flash + 1,
-           Fade{.alpha = line({{0, 0.94}, {2, 0.75}, {2.15, 0.1}, {2.6, 0}})});
+           Fade{.alpha = line({{0, 0.62}, {2, 0.5}, {2.15, 0.06}, {2.6, 0}})});
   addDissolve(show);
 }
 

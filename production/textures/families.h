@@ -13,7 +13,7 @@ Products grainPictures();       // grain, dust, vignette, letterbox bar
 Products groundPictures();      // opaque full-screen grounds
 Products rainPictures();        // threads of it before the lens, the ring that a drop throws
 Products smokePictures();       // haze cards and tiling smoke, filaments and embers
-Products ironPictures();        // plates, lattice and rose windows
+Products ironPictures();        // a rose window, whole and burst
 Products lightPictures();       // rays, eclipse, streaks
 Products silhouettePictures();  // figure, arch, thorns
 Products hangarPictures();      // the box around the alien, and its sphere map

@@ -58,7 +58,7 @@ Canvas figure(const Settings& settings, const Hue& hue) {
       colour = ink * 0.8f + gradient(hue.ramp, 0.9f * turned * std::exp(std::min(0.0f, all) / 0.022f));
     }
     colour.a = coverage(all, 0.006f) *
-               smoothStep(1.96f, 1.55f, y + 0.1f * fractal(u * 6, v * 6, 0, 4, 0.5f, 181)) *
+               smoothStep(1.97f, 1.78f, y + 0.1f * fractal(u * 6, v * 6, 0, 4, 0.5f, 181)) *
                smoothStep(0.0f, 0.03f, std::min(u, 1 - u));
     return colour;
   });
@@ -111,30 +111,74 @@ Canvas brambles(const Settings& settings, const Hue& hue) {
   });
 }
 
-// A skyline of spires and roofs, paler with distance; eight times the width of a tower. Sinks into haze at
-// the foot.
+// --- A skyline of spires and roofs, eight times as wide as a tower
+
+struct Tower {
+  float centre, half, height;
+};
+Tower towerAt(int i, int row) {
+  const float size = hashUnit(i, row, 211);
+  return {(static_cast<float>(i) + 0.2f + 0.6f * hashUnit(i, row, 212)) * 0.3f, 0.022f + 0.03f * size,
+          0.22f + 0.34f * size * size};
+}
+constexpr int firstTower = -1, endTower = 14;
+
+float skyline(float x, int row) {
+  float top = 0.12f + 0.05f * valueNoise(x * 3, static_cast<float>(row), 0, 210);
+  for (int i = firstTower; i < endTower; ++i) {
+    const auto [centre, half, height] = towerAt(i, row);
+    const float size = hashUnit(i, row, 211), away = std::fabs(x - centre);
+    if (away < half) top = std::max(top, height + 0.02f * static_cast<float>(away > half * 0.55f));
+    if (away < half * 0.8f) top = std::max(top, height + (0.24f + 0.2f * size) * (1 - away / (half * 0.8f)));
+    if (std::fabs(away - half) < 0.008f)
+      top = std::max(top, height + 0.07f * (1 - std::fabs(away - half) / 0.008f));
+    if (away < 0.0018f) top = std::max(top, height + 0.3f + 0.2f * size);
+  }
+  return top;
+}
+
+// Somebody is awake in few of its lancets.
+float windowLight(float x, float height, int row) {
+  constexpr float storey = 0.052f;
+  for (int i = firstTower; i < endTower; ++i) {
+    const Tower tower = towerAt(i, row);
+    const float across = (x - tower.centre) / tower.half;
+    if (std::fabs(across) > 0.75f || height > 0.8f * tower.height - 0.02f || height < 0.13f) continue;
+    const int floor = static_cast<int>(height / storey), bay = across < -0.25f ? 0 : across < 0.25f ? 1 : 2;
+    if (hashUnit(i * 3 + bay, floor, 213) > 0.22f) continue;
+    const float dx = (across - 0.5f * static_cast<float>(bay - 1)) * tower.half,
+                dy = height - (static_cast<float>(floor) + 0.5f) * storey;
+    return coverage(box(dx, dy, 0.0032f, 0.012f), 0.003f);
+  }
+  return 0;
+}
+
+// Paler with distance; the light behind creeps around the near ones' edges. Sinks into haze at the foot.
 Canvas spires(const Settings& settings, const Hue& hue) {
-  const int width = settings.side(1024);
-  const auto profile = [](float x, int row) {
-    float top = 0.12f + 0.05f * valueNoise(x * 3, static_cast<float>(row), 0, 210);
-    for (int i = -1; i < 14; ++i) {
-      const float size = hashUnit(i, row, 211);
-      const float centre = (static_cast<float>(i) + 0.2f + 0.6f * hashUnit(i, row, 212)) * 0.3f;
-      const float half = 0.022f + 0.03f * size, height = 0.22f + 0.34f * size * size;
-      const float away = std::fabs(x - centre);
-      if (away < half) top = std::max(top, height + 0.02f * static_cast<float>(away > half * 0.55f));
-      if (away < half * 0.8f)
-        top = std::max(top, height + (0.24f + 0.2f * size) * (1 - away / (half * 0.8f)));
-      if (std::fabs(away - half) < 0.008f)
-        top = std::max(top, height + 0.07f * (1 - std::fabs(away - half) / 0.008f));
-      if (away < 0.0018f) top = std::max(top, height + 0.3f + 0.2f * size);
-    }
-    return top;
-  };
-  return paintSmooth(width, width / 4, 5, [&](float u, float v) {
+  constexpr int finer = 5, nearRow = 2, farRow = 5;
+  const int width = settings.side(1024), samples = width * finer;
+  std::vector<float> nearTops, farTops;  // of each column of samples
+  for (int i = 0; i < samples; ++i) {
+    const float x = 4 * (static_cast<float>(i) + 0.5f) / static_cast<float>(samples);
+    nearTops.push_back(0.8f * skyline(x, nearRow));
+    farTops.push_back(skyline(x + 0.13f, farRow));
+  }
+  return paintSmooth(width, width / 4, finer, [&](float u, float v) {
     const float height = 1 - v;
-    const bool near = height < profile(u * 4, 2) * 0.8f, far = height < profile(u * 4 + 0.13f, 5);
-    Colour4 colour = near ? ink + gradient(hue.ramp, 0.02f) : ink + gradient(hue.ramp, 0.17f);
+    const auto topOf = [&](const std::vector<float>& tops, int aside) {
+      return tops[static_cast<std::size_t>(
+          std::clamp(static_cast<int>(u * static_cast<float>(samples)) + aside, 0, samples - 1))];
+    };
+    const bool near = height < topOf(nearTops, 0), far = height < topOf(farTops, 0);
+    // How near the edge is, in steps of a fifth of a texel to both sides.
+    float rim = 0;
+    for (int step = 1; step <= 14 && rim == 0; ++step)
+      if (height > std::min(topOf(near ? nearTops : farTops, step), topOf(near ? nearTops : farTops, -step)))
+        rim = 1 - 0.065f * static_cast<float>(step);
+    const float burns = rim * smoothStep(0.08f, 0.4f, height);
+    Colour4 colour = near ? ink + gradient(hue.ramp, 0.02f + 0.72f * burns) +
+                                gradient(hue.ramp, 0.85f) * windowLight(u * 4, height, nearRow)
+                          : ink + gradient(hue.ramp, 0.15f + 0.34f * burns);
     colour = colour + gradient(hue.ramp, 0.16f * smoothStep(0.3f, 0.0f, height));
     colour.a = (near || far ? 1.0f : 0.0f) * smoothStep(0.0f, 0.05f, height) * smoothStep(0.0f, 0.03f, v);
     return colour;

@@ -40,8 +40,8 @@ Colour4 stormSky(const Vector& d) {
   const Vector p(d.x * far * 1.1f, level * 2, d.z * far * 1.6f);
   const float cloud = fractal(warp(p * 0.55f, 0, 0.5f, 951), 0, 6, 0.52f, 952);
   const float bank = smoothStep(-0.35f, 0.5f, cloud);
-  float value = 0.22f + 0.12f * bank +
-                light * (0.78f + 0.34f * smoothStep(0.15f, -0.4f, cloud)) * smoothStep(0.62f, 0.05f, level);
+  float value = 0.17f + 0.12f * bank +
+                light * (1.10f + 0.34f * smoothStep(0.15f, -0.4f, cloud)) * smoothStep(0.62f, 0.05f, level);
   value *= 0.75f + 0.25f * smoothStep(0, 0.1f, level);
   Colour4 colour = gradient(stormRamp, value);
   // Rain hangs from the banks.
@@ -107,8 +107,8 @@ Canvas swirl(const Settings& settings) {
     // Dark where heads stand against it, low over the horizon.
     const float low = 1 - 0.34f * smoothStep(0.25f, 0.62f, r);
     Colour4 colour = gradient(
-        stormRamp, low * (0.20f + 0.24f * smoothStep(-0.4f, 0.5f, cloud) + 3.2f * std::max(0.0f, lit)) +
-                       0.46f * glow + 0.6f * eye);
+        stormRamp, low * (0.14f + 0.24f * smoothStep(-0.4f, 0.5f, cloud) + 4.6f * std::max(0.0f, lit)) +
+                       0.62f * glow + 0.7f * eye);
     colour.a = smoothStep(0.99f, 0.62f, r + 0.10f * cloud);
     return colour;
   });
