@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "timeline/tempo.h"
@@ -20,6 +22,25 @@ struct TextSpan {
   bool given() const { return end > begin; }
 };
 
+// Bounds of the parameters of a name.
+struct ParameterRange {
+  double min = -std::numeric_limits<double>::infinity();
+  double max = std::numeric_limits<double>::infinity();
+};
+struct StatedRange {
+  std::string parameter;
+  ParameterRange range;
+};
+
+// A time of the whole, with the tempo that holds where it stands.
+struct TimePlace : TextSpan {
+  std::optional<Tempo> tempo;
+};
+
+struct TickPlace : TimePlace {
+  std::size_t statement = 0;  // where its "ticks" begins
+};
+
 struct DotPlace {
   TextSpan x;
   TextSpan y;
@@ -31,7 +52,8 @@ struct ParameterPlace {
   TextSpan value;                // what is played: a number, a text with its quotes, linear(...) and its like
   std::array<TextSpan, 4> sine;  // the numbers of cycles, amplitude, offset and phase
   std::vector<DotPlace> dots;
-  TextSpan bounds;  // "in LEAST to MOST"
+  TextSpan bounds;                // "in LEAST to MOST"
+  std::vector<TextSpan> surplus;  // each "also" with its value
 };
 
 struct CallPlace {
@@ -53,16 +75,19 @@ struct PartPlace {
   TextSpan track;
   std::size_t keysEnd = 0;  // behind the last key, or behind the opening brace
   std::vector<CallPlace> calls;
-  std::optional<Tempo> tempo;  // that holds in the part
+  std::optional<Tempo> tempo;   // that holds in the part
+  std::size_t rangesAbove = 0;  // how many of the stated ranges stand before it
 };
 
 struct ProjectPlaces {
-  TextSpan total;
-  TextSpan start;
+  TimePlace total;
+  TimePlace start;
   TextSpan music;
-  std::vector<TextSpan> ticks;  // as many as the project has
+  std::vector<TickPlace> ticks;  // as many as the project has
+  std::vector<StatedRange> ranges;
   std::vector<PartPlace> parts;
-  std::size_t headEnd = 0;     // behind the last statement before the first part
+  // Behind the last statement before the first part, or where the text begins behind a byte order mark.
+  std::size_t headEnd = 0;
   std::optional<Tempo> tempo;  // that holds there
 };
 
