@@ -9,6 +9,7 @@
 #include "base/options.h"
 #include "base/report.h"
 #include "base/window_size.h"
+#include "engine/drawing.h"
 #include "engine/fluid.h"
 #include "engine/particle_system.h"
 #include "engine/scene.h"
@@ -64,6 +65,7 @@ void takeDepthMap(const View& view, VolLight& light) {
   for (Mesh* mesh : view.scene.meshes) {
     if (!mesh->hidden() && mesh->blendMode == BlendMode::opaque) drawMesh(*mesh, false, view.seconds, 1.0f);
   }
+  if (drawingUnseen()) return;
   glFinish();
   glReadPixels(0, 0, size, size, GL_DEPTH_COMPONENT, GL_FLOAT, light.depthBuffer.data());
 }

@@ -10,8 +10,10 @@
 #include "app/presentation.h"
 #include "app/recorder.h"
 #include "base/clock.h"
+#include "base/current.h"
 #include "base/report.h"
 #include "base/window_size.h"
+#include "engine/drawing.h"
 #include "studio/show/standing_picture.h"
 #include "textures/gl_setup.h"
 
@@ -51,7 +53,8 @@ class ProgressTold {
   static inline const std::function<void(int, const char*)>* told = nullptr;
 };
 
-// As long as it lives nothing is drawn: triangles are dropped before a pixel is looked at.
+// As long as it lives nothing is drawn: meshes and flares never reach the GL, which drops all else before it
+// looks at a pixel.
 class Undrawn {
  public:
   Undrawn() {
@@ -61,6 +64,9 @@ class Undrawn {
   ~Undrawn() { glDisable(GL_SCISSOR_TEST); }
   Undrawn(const Undrawn&) = delete;
   Undrawn& operator=(const Undrawn&) = delete;
+
+ private:
+  Owned<Drawing> drawing{true};
 };
 
 // A scene function that was left in its middle may have left matrices behind.

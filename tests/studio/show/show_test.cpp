@@ -93,8 +93,9 @@ TEST_F(ShowTest, ShowsAfterJumpsWhatRecordingsBeginWith) {
     const auto t1 = std::chrono::steady_clock::now();
     EXPECT_EQ(drawn(), expected[i]) << "at " << times[i] << " s";
     EXPECT_EQ(show->time(), times[i]);
-    std::printf("%7.2f seek %.1f ms draw %.1f\n", times[i], std::chrono::duration<double>(t1 - t0).count() * 1e3,
-      std::chrono::duration<double>(std::chrono::steady_clock::now() - t1).count() * 1e3);
+    std::printf("%7.2f seek %.1f ms draw %.1f\n", times[i],
+                std::chrono::duration<double>(t1 - t0).count() * 1e3,
+                std::chrono::duration<double>(std::chrono::steady_clock::now() - t1).count() * 1e3);
   }
 }
 
