@@ -4,8 +4,8 @@
 
 namespace vex {
 
-// While it is unseen, drawing moves all that it would move and draws none of the meshes and flares: what lies
-// before the first frame that is shown costs little then. Depth maps of lights are not taken.
+// While it is unseen, drawing moves all that it would move and sends none of the shapes that take time to the
+// GL: what lies before the first frame that is shown costs little then. Depth maps of lights are not taken.
 struct Drawing {
   bool unseen = false;
 };

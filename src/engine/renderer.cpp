@@ -136,7 +136,7 @@ void drawBox(const View& view) {
   const Vector& eye = view.viewer.position;
   for (std::size_t face = 0; face < boxFaces; ++face) {
     const int texture = view.scene.boxTextures[face];
-    if (texture == -1) continue;
+    if (texture == -1 || drawingUnseen()) continue;
     glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(texture));
     glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
     glBegin(GL_POLYGON);
