@@ -52,15 +52,18 @@ class Show {
   void setRunIn(double seconds);
   double runIn() const;
 
-  // Playing, led by the music where there is some. From the end it begins at the start again, or at the
-  // loop's.
+  // Playing, led by the music where there is some, otherwise by the system's clock. From the end it begins at
+  // the start again, or at the loop's. The loop leads from its end to its begin, as a jump without run-in, in
+  // the very next frame; who starts behind it plays on. At the end of the show it stands at the last picture,
+  // whatever wish to quit the show has.
   Trouble play();
   void pause();
   bool playing() const;
   void setLoop(std::optional<Loop> loop);
   std::optional<Loop> loop() const;
 
-  // A seek while the cursor is dragged: a short grain of the music from there is heard.
+  // A seek while the cursor is dragged, without run-in and playing no more: a short grain of the music from
+  // there is heard.
   Trouble scrub(double time);
 
   // Size of the picture in pixels. It begins at the lower left of the context's drawable, since the engine

@@ -87,7 +87,7 @@ TEST_F(ShowTest, ShowsAfterJumpsWhatRecordingsBeginWith) {
   for (std::size_t i = 0; i < times.size(); ++i) {
     ASSERT_EQ(show->seek(times[i]), std::nullopt);
     EXPECT_EQ(drawn(), expected[i]) << "at " << times[i] << " s";
-    EXPECT_EQ(show->time(), times[i]);
+    EXPECT_EQ(show->time(), double{static_cast<float>(times[i])});
   }
 }
 
