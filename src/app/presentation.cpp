@@ -70,7 +70,7 @@ struct Beginning {
 }  // namespace
 
 struct Presentation::State {
-  explicit State(const Options& asked) : options(asked) {}
+  explicit State(const Options& asked) : options(asked) { pakOpen("vex.pak"); }
 
   Owned<Options> options;
   Owned<DemoClock> clock;
@@ -84,8 +84,11 @@ struct Presentation::State {
   FrameStatistics statistics;
   std::unique_ptr<PartDispatcher> dispatcher;
   std::optional<Beginning> beginning;
+  std::string projectBytes;  // empty for that of the folder
+  std::string projectTitle = projectName;
 
   void constructScenes();
+  void loadProject();
   void keepBeginning();
   void restoreBeginning();
   void drawStatistics();
@@ -99,6 +102,13 @@ void Presentation::State::constructScenes() {
   }
   for (const SceneOwner& scene : scenes) scene->prepare(vex::options().useStripCache);
   for (SceneOwner& scene : scenes) dispatcher->addScene(scene.release());
+}
+
+void Presentation::State::loadProject() {
+  if (projectBytes.empty()) return dispatcher->loadProject(projectName);
+  loadingProgress("Loading project");
+  MemorySource source(projectBytes);
+  dispatcher->readProject(source, projectTitle.c_str());
 }
 
 void Presentation::State::keepBeginning() {
@@ -131,13 +141,18 @@ void Presentation::State::drawStatistics() {
 }
 
 Presentation::Presentation(const Options& asked) : state(std::make_unique<State>(asked)) {
-  pakOpen("vex.pak");
   if (fileExists(projectName)) return;
   refuseUnreadable(projectName);
   if (pakFileName()[0] != '\0') fatalError("%s holds no %s", pakFileName(), projectName);
   std::error_code ignored;
   fatalError("no presentation in folder %s: neither vex.pak nor %s is there",
              std::filesystem::current_path(ignored).c_str(), projectName);
+}
+
+Presentation::Presentation(const Options& asked, const Project& project, const std::string& name)
+    : state(std::make_unique<State>(asked)) {
+  state->projectBytes = encodeProject(project);
+  state->projectTitle = name;
 }
 
 Presentation::~Presentation() {
@@ -152,7 +167,7 @@ void Presentation::load(Begins begins) {
   setLoadingSteps(static_cast<int>(sceneEntries().size()) + 2);  // the project, and what remains
   state->constructScenes();
   dispatcher.openMusic = openMusic;
-  dispatcher.loadProject(projectName);
+  state->loadProject();
   loadingProgress("Starting up");
   if (options().showStats) loadStatFont("data\\font.raw");
   loadGlows();
@@ -168,6 +183,13 @@ void Presentation::begin(std::optional<float> start) {
     clockSetStartTime(*start);
   }
   dispatcher.startTimeline();
+}
+
+void Presentation::setProject(const Project& project) {
+  const std::string bytes = encodeProject(project);
+  MemorySource source(bytes);
+  state->dispatcher->replaceProject(source, state->projectTitle.c_str());
+  state->beginning->startTime = state->dispatcher->startTime;
 }
 
 void Presentation::drawFrame() {

@@ -11,6 +11,7 @@
 
 #include "base/random.h"
 #include "base/window_size.h"
+#include "engine/drawing.h"
 #include "scenes/scene_conventions.h"
 #include "scenes/word_endings.h"
 #include "textures/flat_drawing.h"
@@ -77,6 +78,7 @@ void sendQuad(const std::array<Corner, 4>& corners) {
 }
 
 void drawQuad(const std::array<Corner, 4>& corners) {
+  if (drawingUnseen()) return;
   glBegin(GL_QUADS);
   sendQuad(corners);
   glEnd();

@@ -78,6 +78,10 @@ class PartDispatcher {
   // The same of what is open already; the name serves messages.
   void readProject(ProjectSource& source, const char* fileName);
 
+  // The same in place of the project that is there, without having its music opened. What refuses it leaves
+  // the one that is there.
+  void replaceProject(ProjectSource& source, const char* fileName);
+
   // Runs every part that has ended by the start time once, at its midpoint, so that what it set holds.
   // Fatal: "Starting after end!".
   void startTimeline();

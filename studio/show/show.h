@@ -45,29 +45,33 @@ class Show {
   double time() const;
   double totalTime() const;
 
-  // As if it had started there: the same picture as a recording from that time on. With a run-in (s) all that
-  // has a past, particles and water, is moved through that long before, undrawn.
+  // As if it had started there: the same picture as a recording from that time on. With a run-in (s, 0 at
+  // first) all that has a past, particles and water, is moved through that long before, undrawn. Times
+  // outside the show are taken for its begin or end.
   Trouble seek(double time);
   void setRunIn(double seconds);
   double runIn() const;
 
-  // Playing, led by the music where there is some. From the end it begins at the start again, or at the
-  // loop's.
+  // Playing, led by the music where there is some, otherwise by the system's clock. From the end it begins at
+  // the start again, or at the loop's. The loop leads from its end to its begin, as a jump without run-in, in
+  // the very next frame; who starts behind it plays on. At the end of the show it stands at the last picture,
+  // whatever wish to quit the show has.
   Trouble play();
   void pause();
   bool playing() const;
   void setLoop(std::optional<Loop> loop);
   std::optional<Loop> loop() const;
 
-  // A seek while the cursor is dragged: a short grain of the music from there is heard.
+  // A seek while the cursor is dragged, without run-in and playing no more: a short grain of the music from
+  // there is heard.
   Trouble scrub(double time);
 
-  // The window's pixels that belong to the picture: GL viewport and what the engine takes for the window's
-  // size.
-  void setPicture(int x, int y, int width, int height);
+  // Size of the picture in pixels. It begins at the lower left of the context's drawable, since the engine
+  // sets viewports of its own from there: the picture needs a GL window to itself.
+  void setPicture(int width, int height);
 
-  // Clears the window, goes on in time when playing, and draws the frame there. Once for every frame of the
-  // window.
+  // Clears the window, goes on in time when playing, and draws the frame there; a picture that stands is
+  // shown again as it was. Once for every frame of the window.
   Trouble drawFrame();
 
   double framesPerSecond() const;  // drawn, over the last second while playing
