@@ -1,0 +1,444 @@
+#include "studio/panes/window.h"
+
+#include <FL/Fl.H>
+#include <FL/Fl_Native_File_Chooser.H>
+#include <FL/fl_draw.H>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "base/report.h"
+#include "platform/end_request.h"
+#include "studio/panes/chooser.h"
+#include "studio/panes/keys_page.h"
+#include "studio/panes/look.h"
+#include "studio/session/played_curve.h"
+
+namespace vex::studio {
+
+namespace {
+
+constexpr double frameSeconds = 1.0 / 60;
+constexpr int borderWidth = 5;
+constexpr int framesPerSecondOfVideo = 30;
+constexpr int listedFindings = 40;
+
+std::string chooseFile(Fl_Native_File_Chooser::Type type, const char* title, const char* filter, const std::string& name = "") {
+  Fl_Native_File_Chooser chooser(type);
+  chooser.title(title);
+  chooser.filter(filter);
+  chooser.options(Fl_Native_File_Chooser::SAVEAS_CONFIRM);
+  if (!name.empty()) chooser.preset_file(name.c_str());
+  return chooser.show() == 0 && chooser.filename() ? chooser.filename() : "";
+}
+
+bool isTyping() {
+  return dynamic_cast<Fl_Input_*>(Fl::focus()) != nullptr;
+}
+
+}  // namespace
+
+StudioWindow::StudioWindow(Session& shared)
+    : Fl_Double_Window(1280, 720, "vexstudio"), session(shared), commands(allCommands()) {
+  settings.read();
+  setScale(settings.number("scale", 1, 0.7, 3));
+  underShare = settings.number("under", underShare, 0.2, 0.85);
+  besideShare = settings.number("beside", besideShare, 0.2, 0.85);
+  betweenShare = settings.number("between", betweenShare, 0.15, 0.85);
+  session.show().setRunIn(settings.number("runIn", 2, 0, 60));
+  session.setCompilesOnSave(settings.number("compiles", 1, 0, 1) > 0);
+  color(flColour(colour::ground));
+  edit = new InlineEdit;
+  Fl_Group::remove(edit);
+  menus = new Fl_Menu_Bar(0, 0, 10, 10);
+  picture = new PicturePane(session);
+  transport = new TransportPane(session);
+  calls = new CallsPane(session, *edit);
+  curve = new CurvePane(session, *edit);
+  timeLine = new TimeLinePane(session);
+  messages = new MessageBar(session);
+  add(edit);  // above all others
+  end();
+  picture->setAspect(static_cast<Aspect>(settings.number("aspect", 0, 0, 2)));
+  timeLine->createPart = [this](double time, int track) { createPart(time, track); };
+  timeLine->showPartMenu = [this] {
+    switch (chooseEntry({"Split at the cursor", "Double", "Rename", "Delete"})) {
+      case 0: splitPart(); break;
+      case 1: doublePart(); break;
+      case 2: calls->renamePart(); break;
+      case 3: removePart(); break;
+      default: break;
+    }
+  };
+  calls->addCall = [this] {
+    if (const auto function = chooseFunction())
+      session.edit(session.document().addCall(session.selection().part, function->first, function->second));
+  };
+  calls->chooseKind = curve->chooseKind = [this](ParameterAt where) { chooseKind(where); };
+  calls->chooseName = [this](ParameterAt where, ArgumentKind kind) {
+    const bool movie = kind == ArgumentKind::movieName;
+    const ProjectParameter* parameter = session.selectedParameter();
+    if (!parameter) return;
+    const auto name = vex::studio::chooseName(movie ? "Movie" : "Picture", movie ? session.movieNames() : session.textureNames(), parameter->string, !movie);
+    if (name) session.edit(session.document().setString(where, *name));
+  };
+  messages->listFindings = [this] { listFindings(); };
+  fillMenus();
+  callback([](Fl_Widget*, void* window) { static_cast<StudioWindow*>(window)->leave(); }, this);
+  const int wide = static_cast<int>(settings.number("width", 1280, 640, 16384));
+  const int high = static_cast<int>(settings.number("height", 720, 400, 16384));
+  size_range(640, 400);
+  resize(x(), y(), std::min(wide, Fl::w()), std::min(high, Fl::h()));
+}
+
+std::vector<Command> StudioWindow::allCommands() {
+  const auto part = [this](auto act) {
+    return [this, act] {
+      if (session.selectedPart()) act();
+    };
+  };
+  return {
+      {"&File/&Open...", FL_CTRL + 'o', "Open another show's text", [this] { openText(); }},
+      {"&File/&Save", FL_CTRL + 's', "Save the text, and compile it", [this] { session.save(); }},
+      {"&File/Save &as...", FL_CTRL + FL_SHIFT + 's', "Save the text under another name", [this] { saveAs(); }},
+      {"&File/_&Compile when saving", 0, "Write test.hvp with every save", [this] { session.setCompilesOnSave(!session.compilesOnSave()); }},
+      {"&File/&Record the whole...", FL_CTRL + 'r', "Record a video of the whole show", [this] { recordAsking(Session::Stretch::whole); }},
+      {"&File/Record the &loop...", FL_CTRL + FL_SHIFT + 'r', "Record a video of the loop", [this] { recordAsking(Session::Stretch::loop); }},
+      {"&File/Record from the c&ursor...", FL_CTRL + FL_ALT + 'r', "Record a video from the cursor to the end", [this] { recordAsking(Session::Stretch::toEnd); }},
+      {"&File/Save a s&till", FL_F + 12, "Save the picture as a PNG beside the text", [this] { session.saveStill(picture->pixels(), picture->pictureWidth(), picture->pictureHeight()); }},
+      {"&File/_&Play in the player", FL_CTRL + 'p', "Play from the cursor in the player", [this] { session.playInPlayer(); }},
+      {"&File/&Quit", FL_CTRL + 'q', "Leave", [this] { leave(); }},
+      {"&Edit/&Undo", FL_CTRL + 'z', "Undo", [this] { session.undo(); }},
+      {"&Edit/_&Redo", FL_CTRL + 'y', "Redo", [this] { session.redo(); }},
+      {"&Edit/&Rename part", FL_F + 2, "Rename the chosen part", part([this] { calls->renamePart(); })},
+      {"&Edit/&Double part", FL_CTRL + 'd', "Double the chosen part, behind itself", part([this] { doublePart(); })},
+      {"&Edit/S&plit part at the cursor", FL_CTRL + 'k', "Split the chosen part at the cursor", part([this] { splitPart(); })},
+      {"&Edit/Dele&te part", FL_Delete, "Delete the chosen part", part([this] { removePart(); })},
+      {"&Edit/_&New part at the cursor...", FL_CTRL + 'n', "Make a part at the cursor", [this] { createPart(session.show().time(), session.selectedPart() ? session.selectedPart()->track : 0); }},
+      {"&Edit/Set a &mark", 'm', "Set a mark at the cursor", [this] { addTick(); }},
+      {"&Play/&Play or pause", ' ', "Play and pause", [this] { session.togglePlaying(); }},
+      {"&Play/To the &beginning", FL_Home, "To the show's beginning", [this] { session.seek(session.document().project().startTime); }},
+      {"&Play/_To the &end", FL_End, "To the show's last frame", [this] { session.seek(session.show().totalTime() - frameSeconds); }},
+      {"&Play/A frame back", FL_Left, "A frame back", [this] { stepTime(-1.0 / framesPerSecondOfVideo); }},
+      {"&Play/A frame on", FL_Right, "A frame on", [this] { stepTime(1.0 / framesPerSecondOfVideo); }},
+      {"&Play/A beat back", FL_SHIFT + FL_Left, "A beat back, or a second", [this] { stepBeats(-1); }},
+      {"&Play/A beat on", FL_SHIFT + FL_Right, "A beat on, or a second", [this] { stepBeats(1); }},
+      {"&Play/A bar back", FL_CTRL + FL_Left, "A bar back, or five seconds", [this] { stepBeats(-100); }},
+      {"&Play/_A bar on", FL_CTRL + FL_Right, "A bar on, or five seconds", [this] { stepBeats(100); }},
+      {"&Play/Mark before", FL_Page_Up, "To the mark before", [this] { jumpToTick(-1); }},
+      {"&Play/_Mark behind", FL_Page_Down, "To the mark behind", [this] { jumpToTick(1); }},
+      {"&Play/Loop begins here", '[', "The loop begins at the cursor", [this] { session.setLoopBegin(); }},
+      {"&Play/Loop ends here", ']', "The loop ends at the cursor", [this] { session.setLoopEnd(); }},
+      {"&Play/_No loop", '\\', "No loop", [this] { session.clearLoop(); }},
+      {"&Play/Run in before a jump", 0, "Particles and water get two seconds of past before a jump", [this] { session.show().setRunIn(session.show().runIn() > 0 ? 0 : 2); }},
+      {"&View/Picture alone", FL_F + 11, "The picture fills the window, and back", [this] { showPictureOnly(!pictureOnly); }},
+      {"&View/16:9", 0, "Picture of 16:9", [this] { picture->setAspect(Aspect::wide); }},
+      {"&View/4:3", 0, "Picture of 4:3", [this] { picture->setAspect(Aspect::narrow); }},
+      {"&View/_As large as its place", 0, "Picture as large as its place", [this] { picture->setAspect(Aspect::window); }},
+      {"&View/Time line closer", '=', "The time line closer", [this] { timeLine->zoomBy(0.8); }},
+      {"&View/Time line farther", '-', "The time line farther", [this] { timeLine->zoomBy(1.25); }},
+      {"&View/_The whole time line", '0', "The whole time line", [this] { timeLine->showAll(); }},
+      {"&View/Larger letters", FL_CTRL + '=', "Larger letters", [this] { rescale(1.125); }},
+      {"&View/Smaller letters", FL_CTRL + '-', "Smaller letters", [this] { rescale(1 / 1.125); }},
+      {"&Help/&Keys", FL_F + 1, "This page", [this] { showKeys(); }},
+  };
+}
+
+void StudioWindow::fillMenus() {
+  menus->clear();
+  menus->box(FL_FLAT_BOX);
+  menus->color(flColour(colour::raised));
+  menus->textsize(px(13));
+  for (Command& command : commands) {
+    std::string label = command.menu;
+    const std::size_t word = label.rfind('/') + 1;
+    const bool line = label[word] == '_';
+    if (line) label.erase(word, 1);
+    for (std::size_t slash = label.find('/', word); slash != std::string::npos; slash = label.find('/', slash + 2)) label.insert(slash, "\\");
+    menus->add(
+        label.c_str(), command.shortcut, [](Fl_Widget*, void* run) { (*static_cast<std::function<void()>*>(run))(); }, &command.run,
+        line ? FL_MENU_DIVIDER : 0);
+  }
+}
+
+void StudioWindow::open() {
+  show();
+  wait_for_expose();
+  Fl::check();
+  session.tell(Message::Kind::hint, "Loading...");
+  picture->notice = picture->open();
+  if (picture->opened()) {
+    picture->makeCurrent();
+    session.open([this](int, const char* what) {
+      session.tell(Message::Kind::hint, std::string("Loading: ") + what);
+      messages->redraw();
+      Fl::check();
+      picture->makeCurrent();
+    });
+  } else {
+    session.tell(Message::Kind::trouble, picture->notice);
+  }
+  timeLine->showAll();
+  Fl::add_timeout(frameSeconds, [](void* window) { static_cast<StudioWindow*>(window)->frame(); }, this);
+}
+
+void StudioWindow::frame() {
+  Fl::repeat_timeout(frameSeconds, [](void* window) { static_cast<StudioWindow*>(window)->frame(); }, this);
+  if (endRequested()) return hide();
+  picture->makeCurrent();
+  const bool changed = session.update(), playing = session.show().playing();
+  if (changed || playing) picture->redrawPicture();
+  if (changed) redrawPanes();
+  if (!playing) return;
+  transport->redraw();
+  if (--framesUntilPanes > 0) return;
+  framesUntilPanes = 3;  // what stands beside the picture needs no more than twenty a second
+  timeLine->follow();
+  calls->redraw();
+  curve->redraw();
+}
+
+void StudioWindow::redrawPanes() {
+  updateTitle();
+  transport->pictureSize = formatted("%d × %d", picture->pictureWidth(), picture->pictureHeight());
+  for (Fl_Widget* pane : std::initializer_list<Fl_Widget*>{transport, calls, curve, timeLine, messages}) pane->redraw();
+}
+
+void StudioWindow::updateTitle() {
+  copy_label(((session.document().saved() ? "" : "● ") + session.fileName() + " – vexstudio").c_str());
+}
+
+void StudioWindow::resize(int left, int top, int width, int height) {
+  Fl_Widget::resize(left, top, width, height);
+  Fl_Double_Window::resize(left, top, width, height);
+  layOut();
+}
+
+void StudioWindow::layOut() {
+  edit->close(true);
+  const int border = px(borderWidth), menuHeight = px(26), barHeight = px(26), transportHeight = px(28);
+  const bool alone = pictureOnly;
+  for (Fl_Widget* pane : std::initializer_list<Fl_Widget*>{menus, transport, calls, curve, timeLine, messages}) alone ? pane->hide() : pane->show();
+  if (alone) {
+    picture->resize(0, 0, w(), h());
+  } else {
+    const int height = h() - menuHeight - barHeight;
+    const int upper = static_cast<int>(height * underShare), left = static_cast<int>(w() * besideShare);
+    const int rightTop = static_cast<int>(upper * betweenShare);
+    menus->resize(0, 0, w(), menuHeight);
+    picture->resize(0, menuHeight, left, upper - transportHeight);
+    transport->resize(0, menuHeight + upper - transportHeight, left, transportHeight);
+    calls->resize(left + border, menuHeight, w() - left - border, rightTop);
+    curve->resize(left + border, menuHeight + rightTop + border, w() - left - border, upper - rightTop - border);
+    timeLine->resize(0, menuHeight + upper + border, w(), height - upper - border);
+    messages->resize(0, h() - barHeight, w(), barHeight);
+  }
+  redrawPanes();
+  picture->redrawPicture();
+  redraw();
+}
+
+void StudioWindow::draw() {
+  Fl_Double_Window::draw();
+}
+
+StudioWindow::Border StudioWindow::borderAt(int mouseX, int mouseY) const {
+  if (pictureOnly) return Border::none;
+  const int reach = px(borderWidth);
+  if (mouseY >= timeLine->y() - reach - 1 && mouseY < timeLine->y()) return Border::under;
+  if (mouseY < timeLine->y() && mouseY > menus->h()) {
+    if (mouseX >= calls->x() - reach - 1 && mouseX < calls->x()) return Border::beside;
+    if (mouseX >= calls->x() && mouseY >= curve->y() - reach - 1 && mouseY < curve->y()) return Border::between;
+  }
+  return Border::none;
+}
+
+int StudioWindow::handle(int event) {
+  switch (event) {
+    case FL_KEYBOARD:
+      // The panes take keys after the menus do, but for one who types.
+      if (!isTyping() && Fl::focus() == curve && Fl::event_key() == FL_Delete && session.selection().dot >= 0) break;
+      if (!isTyping() && Fl::event_key() == FL_Escape) {
+        if (pictureOnly) showPictureOnly(false);
+        return 1;
+      }
+      if (!isTyping() && menus->test_shortcut()) return 1;
+      break;
+    case FL_MOVE: {
+      const Border border = borderAt(Fl::event_x(), Fl::event_y());
+      if (border != Border::none) {
+        cursor(border == Border::beside ? FL_CURSOR_WE : FL_CURSOR_NS);
+        return 1;
+      }
+      break;
+    }
+    case FL_PUSH:
+      dragged = borderAt(Fl::event_x(), Fl::event_y());
+      if (dragged != Border::none) return 1;
+      break;
+    case FL_DRAG: {
+      if (dragged == Border::none) break;
+      const double height = h() - menus->h() - messages->h();
+      if (dragged == Border::under) underShare = std::clamp((Fl::event_y() - menus->h()) / height, 0.2, 0.85);
+      if (dragged == Border::beside) besideShare = std::clamp(static_cast<double>(Fl::event_x()) / w(), 0.2, 0.85);
+      if (dragged == Border::between) betweenShare = std::clamp((Fl::event_y() - menus->h()) / (height * underShare), 0.15, 0.85);
+      layOut();
+      return 1;
+    }
+    case FL_RELEASE:
+      if (std::exchange(dragged, Border::none) != Border::none) return 1;
+      break;
+    default: break;
+  }
+  return Fl_Double_Window::handle(event);
+}
+
+void StudioWindow::rescale(double factor) {
+  setScale(scale() * factor);
+  fillMenus();
+  layOut();
+}
+
+void StudioWindow::showPictureOnly(bool only) {
+  pictureOnly = only;
+  layOut();
+}
+
+void StudioWindow::leave() {
+  if (session.message().kind == Message::Kind::question && session.document().saved()) return;
+  edit->close(true);
+  const auto go = [this] {
+    settings.set("under", underShare);
+    settings.set("beside", besideShare);
+    settings.set("between", betweenShare);
+    settings.set("scale", scale());
+    settings.set("width", w());
+    settings.set("height", h());
+    settings.set("aspect", static_cast<int>(picture->aspect()));
+    settings.set("runIn", session.show().runIn());
+    settings.set("compiles", session.compilesOnSave());
+    settings.write();
+    session.leave();
+    hide();
+  };
+  if (session.document().saved()) return go();
+  if (pictureOnly) showPictureOnly(false);
+  session.ask(session.fileName() + " has changes that are not saved.",
+              {{"Save and leave",
+                [this, go] {
+                  if (session.save()) go();
+                }},
+               {"Leave without them", go},
+               {"Stay", [] {}}});
+  messages->redraw();
+}
+
+void StudioWindow::openText() {
+  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_FILE, "Open a show's text", "Shows\t*.txt");
+  if (!file.empty()) session.openText(file);
+}
+
+void StudioWindow::saveAs() {
+  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Save the show's text as", "Shows\t*.txt", session.fileName());
+  if (!file.empty()) session.saveAs(file);
+}
+
+void StudioWindow::recordAsking(Session::Stretch stretch) {
+  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Record to", "Videos\t*.{mp4,mkv}", "show.mp4");
+  if (file.empty()) return;
+  const bool narrow = picture->aspect() == Aspect::narrow;
+  session.record(stretch, file, narrow ? 960 : 1280, 720, framesPerSecondOfVideo);
+}
+
+void StudioWindow::stepTime(double seconds) {
+  session.seek(session.show().time() + seconds);
+  timeLine->follow();
+}
+
+// 100 stands for a bar.
+void StudioWindow::stepBeats(double beats) {
+  const auto tempo = session.document().tempo();
+  const bool bar = std::abs(beats) == 100;
+  const double sign = beats < 0 ? -1 : 1, now = session.show().time();
+  if (!tempo) return stepTime(sign * (bar ? 5 : 1));
+  const double step = tempo->seconds(bar ? 1 : 0, bar ? 0 : 1), place = (now - tempo->origin) / step;
+  // To the next line, not a step on from between two.
+  const double next = sign > 0 ? std::floor(place + 1e-3) + 1 : std::ceil(place - 1e-3) - 1;
+  stepTime(tempo->origin + next * step - now);
+}
+
+void StudioWindow::jumpToTick(int direction) {
+  const double now = session.show().time();
+  std::optional<double> best;
+  for (const double tick : session.document().project().ticks) {
+    const double ahead = (tick - now) * direction;
+    if (ahead > 1e-3 && (!best || ahead < (*best - now) * direction)) best = tick;
+  }
+  if (!best) return session.tell(Message::Kind::hint, direction > 0 ? "No mark lies behind the cursor." : "No mark lies before the cursor.");
+  stepTime(*best - now);
+}
+
+void StudioWindow::addTick() {
+  const double time = session.show().time();
+  edit->open(messages->x() + px(8), messages->y() - px(30), px(320), px(26), "name of the mark", [this, time](const std::string& name) {
+    session.edit(session.document().addTick(time, name));
+  });
+}
+
+void StudioWindow::createPart(double time, int track) {
+  const auto function = chooseFunction();
+  if (!function) return;
+  const auto tempo = session.document().tempo();
+  session.editPart(session.document().createPart(time, tempo ? tempo->seconds(2, 0) : 4, track, function->first, function->second));
+}
+
+void StudioWindow::doublePart() {
+  const ProjectPart* part = session.selectedPart();
+  if (part) session.editPart(session.document().doublePart(session.selection().part, part->pos + part->length, part->track));
+}
+
+void StudioWindow::splitPart() {
+  session.editPart(session.document().splitPart(session.selection().part, session.show().time()));
+}
+
+void StudioWindow::removePart() {
+  const int part = session.selection().part;
+  session.select({});
+  session.editPart(session.document().removePart(part));
+  session.select({});
+}
+
+void StudioWindow::chooseKind(ParameterAt where) {
+  const ProjectParameter* parameter = session.selectedParameter();
+  if (!parameter || parameter->type == PARAM_STRING) return;
+  const int kind = chooseEntry({"constant", "linear", "spline", "sine"}, parameter->type);
+  if (kind < 0 || kind == parameter->type) return;
+  const double progress = std::clamp(progressAt(*session.selectedPart(), session.show().time()), 0.0, 1.0);
+  session.edit(session.document().setKind(where, static_cast<ParameterType>(kind), progress));
+}
+
+void StudioWindow::listFindings() {
+  std::vector<std::string> entries;
+  for (const Finding& finding : session.findings()) {
+    if (entries.size() == listedFindings) break;
+    std::string text = (finding.remark ? "remark: " : "") + finding.text + (finding.hint.empty() ? "" : "; " + finding.hint);
+    if (text.size() > 140) text = text.substr(0, 140) + "...";
+    entries.push_back(std::move(text));
+  }
+  if (entries.empty()) return;
+  const int chosen = chooseEntry(entries);
+  if (chosen < 0) return;
+  const Finding finding = session.findings()[static_cast<std::size_t>(chosen)];
+  if (finding.part < 0) return;
+  session.select({finding.part, 0, -1, -1});
+  const ProjectPart& part = session.document().project().parts[static_cast<std::size_t>(finding.part)];
+  session.seek(part.pos);
+  timeLine->follow();
+}
+
+void StudioWindow::showKeys() {
+  showKeysPage(commands);
+}
+
+}  // namespace vex::studio
