@@ -20,7 +20,6 @@
 #include "studio/panes/window.h"
 #include "timeline/project_record.h"
 #include "tools/command_line.h"
-#include "tools/project_input.h"
 
 namespace {
 

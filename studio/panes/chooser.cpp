@@ -59,8 +59,8 @@ class SmallPicture {
 // Cells of names; those that hold the filter's letters.
 class NameGrid : public Fl_Widget {
  public:
-  NameGrid(const std::vector<std::string>& all, const std::string& now, bool pictures)
-      : Fl_Widget(0, 0, 1, 1), names(all), chosenName(now), withPictures(pictures) {
+  NameGrid(const std::vector<std::string>& all, const std::string& now, bool shows)
+      : Fl_Widget(0, 0, 1, 1), names(all), chosenName(now), withPictures(shows) {
     filter("");
   }
 

@@ -1,6 +1,7 @@
 #include "studio/panes/inline_edit.h"
 
 #include <FL/Fl.H>
+#include <FL/Fl_Window.H>
 
 #include <charconv>
 #include <utility>

@@ -34,9 +34,10 @@ class PicturePane : public Fl_Group {
 
   std::string notice;  // in place of the picture, where there is none
 
+  void resize(int x, int y, int width, int height) override;
+
  protected:
   void draw() override;
-  void resize(int x, int y, int width, int height) override;
 
  private:
   class View : public Fl_Gl_Window {

@@ -172,7 +172,7 @@ void TimeLinePane::drawLanes() const {
   fl_rectf(x(), top, w(), y() + h() - top);
   for (const Lanes::Lane& lane : lanes.lanes) {
     const int laneTop = top + (lane.firstRow - topRow) * height;
-    setDrawColour(&lane - lanes.lanes.data() & 1 ? colour::pane : blended(colour::pane, colour::ground, 0.5));
+    setDrawColour((&lane - lanes.lanes.data()) % 2 == 1 ? colour::pane : blended(colour::pane, colour::ground, 0.5));
     fl_rectf(x(), laneTop, w(), lane.rows * height);
     setDrawColour(colour::edge);
     fl_xyline(x(), laneTop, x() + w());

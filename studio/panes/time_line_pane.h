@@ -24,10 +24,11 @@ class TimeLinePane : public Pane {
   std::function<void(double time, int track)> createPart;
   std::function<void()> showPartMenu;
 
+  void resize(int x, int y, int width, int height) override;
+
  protected:
   void draw() override;
   int handle(int event) override;
-  void resize(int x, int y, int width, int height) override;
 
  private:
   enum class Gesture : std::int8_t { none, cursor, move, trimBegin, trimEnd, pan, loop };

@@ -155,7 +155,6 @@ void StudioWindow::fillMenus() {
     const std::size_t word = label.rfind('/') + 1;
     const bool line = label[word] == '_';
     if (line) label.erase(word, 1);
-    for (std::size_t slash = label.find('/', word); slash != std::string::npos; slash = label.find('/', slash + 2)) label.insert(slash, "\\");
     menus->add(
         label.c_str(), command.shortcut, [](Fl_Widget*, void* run) { (*static_cast<std::function<void()>*>(run))(); }, &command.run,
         line ? FL_MENU_DIVIDER : 0);
