@@ -227,4 +227,8 @@ bool isProjectWord(std::string_view text) {
   return !text.empty() && isLetter(text.front()) && std::all_of(text.begin(), text.end(), isWordCharacter);
 }
 
+std::string nameText(std::string_view name) {
+  return isProjectWord(name) ? std::string(name) : quoteText(name);
+}
+
 }  // namespace vex

@@ -77,4 +77,7 @@ std::string unquoteText(const Token& token);
 
 bool isProjectWord(std::string_view text);
 
+// A name as it stands in the text: bare, or in quotes where it must be.
+std::string nameText(std::string_view name);
+
 }  // namespace vex
