@@ -1,8 +1,7 @@
 // Shows a presentation while its time line is edited.
 
-#include <unistd.h>
-
 #include <FL/Fl.H>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -26,7 +25,8 @@ namespace {
 namespace fs = std::filesystem;
 using namespace vex;
 
-constexpr const char* usage = R"(Usage: vexstudio SHOW.txt [--dir RUNDIR]   shape a show while it runs with the data of a run folder
+constexpr const char* usage =
+    R"(Usage: vexstudio SHOW.txt [--dir RUNDIR]   shape a show while it runs with the data of a run folder
        vexstudio RUNDIR                    the folder's own text, show.txt; where there is none, a dump of
                                            its test.hvp becomes one
        vexstudio --help                    show this text
@@ -42,11 +42,13 @@ std::string textOf(const fs::path& folder) {
   if (fs::exists(text)) return text;
   fs::current_path(folder);
   pakOpen("vex.pak");
-  const OpenFile project(fileOpenNeeded("test.hvp", "no show in folder " + folder.string() + ": neither show.txt nor test.hvp is there"));
+  const OpenFile project(fileOpenNeeded(
+      "test.hvp", "no show in folder " + folder.string() + ": neither show.txt nor test.hvp is there"));
   const auto bytes = fileReadRest<std::string>(project);
   const DecodedProject decoded = decodeProject(bytes, "test.hvp");
   if (!decoded.failure.empty()) fatalError("%s", decoded.failure.c_str());
-  if (!replaceFile(text, writeProjectText(decoded.project))) fatalError("can't write %s: %s", text.c_str(), std::strerror(errno));
+  if (!replaceFile(text, writeProjectText(decoded.project)))
+    fatalError("can't write %s: %s", text.c_str(), std::strerror(errno));
   return text;
 }
 

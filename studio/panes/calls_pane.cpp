@@ -19,11 +19,16 @@ constexpr int buttons = 3;  // of a call: up, down, remove
 
 const char* kindName(ParameterType kind) {
   switch (kind) {
-    case PARAM_CONST: return "constant";
-    case PARAM_LINEAR: return "linear";
-    case PARAM_SPLINE: return "spline";
-    case PARAM_SINE: return "sine";
-    case PARAM_STRING: return "text";
+    case PARAM_CONST:
+      return "constant";
+    case PARAM_LINEAR:
+      return "linear";
+    case PARAM_SPLINE:
+      return "spline";
+    case PARAM_SINE:
+      return "sine";
+    case PARAM_STRING:
+      return "text";
   }
   return "";
 }
@@ -37,11 +42,17 @@ std::string rangeText(const FunctionParameter& described) {
     case ArgumentKind::number:
     case ArgumentKind::wholeNumber:
     case ArgumentKind::frameNumber:
-      return described.min < described.max ? formatted("%.4g … %.4g", static_cast<double>(described.min), static_cast<double>(described.max)) : "";
-    case ArgumentKind::textureName: return "picture";
-    case ArgumentKind::movieName: return "movie";
-    case ArgumentKind::fileName: return "file";
-    case ArgumentKind::objectName: return "object";
+      return described.min < described.max ? formatted("%.4g … %.4g", static_cast<double>(described.min),
+                                                       static_cast<double>(described.max))
+                                           : "";
+    case ArgumentKind::textureName:
+      return "picture";
+    case ArgumentKind::movieName:
+      return "movie";
+    case ArgumentKind::fileName:
+      return "file";
+    case ArgumentKind::objectName:
+      return "object";
   }
   return "";
 }
@@ -68,7 +79,8 @@ void CallsPane::listRows() {
   int call = 0;
   for (const ProjectCall& each : part->calls) {
     rows.push_back({Field::call, call});
-    for (int i = 0; i < static_cast<int>(each.parameters.size()); ++i) rows.push_back({Field::parameter, call, i});
+    for (int i = 0; i < static_cast<int>(each.parameters.size()); ++i)
+      rows.push_back({Field::parameter, call, i});
     ++call;
   }
   rows.push_back({Field::add});
@@ -87,7 +99,9 @@ std::optional<std::size_t> CallsPane::rowAt(int at) const {
 }
 
 const ProjectParameter& CallsPane::parameterOf(const Row& row) const {
-  return session.selectedPart()->calls[static_cast<std::size_t>(row.call)].parameters[static_cast<std::size_t>(row.parameter)];
+  return session.selectedPart()
+      ->calls[static_cast<std::size_t>(row.call)]
+      .parameters[static_cast<std::size_t>(row.parameter)];
 }
 
 void CallsPane::draw() {
@@ -97,8 +111,8 @@ void CallsPane::draw() {
   if (rows.empty()) {
     setDrawColour(colour::faint);
     useFont(false, 12);
-    drawText("Choose a part in the time line, or double-click an empty place to make one.", x() + px(10), contentTop() + px(8),
-             w() - px(20), rowHeight());
+    drawText("Choose a part in the time line, or double-click an empty place to make one.", x() + px(10),
+             contentTop() + px(8), w() - px(20), rowHeight());
   }
   for (std::size_t i = 0; i < rows.size(); ++i)
     if (topOf(i) + rowHeight() > contentTop() && topOf(i) < y() + h()) drawRow(rows[i], topOf(i));
@@ -123,16 +137,31 @@ void CallsPane::drawRow(const Row& row, int top) const {
   switch (row.field) {
     case Field::name:
       useFont(true, 13);
-      setDrawColour(part.calls.empty() ? colour::text : blended(sceneColour(part.calls.front().scene), colour::text, 0.5));
+      setDrawColour(part.calls.empty() ? colour::text
+                                       : blended(sceneColour(part.calls.front().scene), colour::text, 0.5));
       drawText(part.name, at.name, top, at.end - at.name, rowHeight());
       break;
-    case Field::at: named("begins", shown(part.pos) + " s", bars(part.pos)); break;
-    case Field::length: named("lasts", shown(part.length) + " s", bars(part.pos + part.length)); break;
-    case Field::start: named("scene time", shown(part.start) + " s"); break;
-    case Field::speed: named("speed", shown(part.speed)); break;
-    case Field::track: named("track", std::to_string(part.track), "lower is drawn first"); break;
-    case Field::call: drawCall(row, top, at); break;
-    case Field::parameter: drawParameter(row, top, at); break;
+    case Field::at:
+      named("begins", shown(part.pos) + " s", bars(part.pos));
+      break;
+    case Field::length:
+      named("lasts", shown(part.length) + " s", bars(part.pos + part.length));
+      break;
+    case Field::start:
+      named("scene time", shown(part.start) + " s");
+      break;
+    case Field::speed:
+      named("speed", shown(part.speed));
+      break;
+    case Field::track:
+      named("track", std::to_string(part.track), "lower is drawn first");
+      break;
+    case Field::call:
+      drawCall(row, top, at);
+      break;
+    case Field::parameter:
+      drawParameter(row, top, at);
+      break;
     case Field::add:
       useFont(false, 12);
       setDrawColour(colour::chosen);
@@ -149,7 +178,8 @@ void CallsPane::drawCall(const Row& row, int top, const Columns& at) const {
   fl_rectf(x(), top, px(4), rowHeight());
   useFont(true, 12);
   setDrawColour(colour::text);
-  drawText(call.scene + "." + call.function, at.name, top, at.end - at.name - buttons * px(buttonWidth), rowHeight());
+  drawText(call.scene + "." + call.function, at.name, top, at.end - at.name - buttons * px(buttonWidth),
+           rowHeight());
   setDrawColour(colour::dim);
   useFont(false, 11);
   int left = at.end - buttons * px(buttonWidth);
@@ -172,7 +202,8 @@ void CallsPane::drawParameter(const Row& row, int top, const Columns& at) const 
   drawText(parameter.name, at.name, top, at.kind - at.name - px(6), rowHeight());
   useFont(false, 10);
   setDrawColour(colour::faint);
-  drawText(kindName(static_cast<ParameterType>(parameter.type)), at.kind, top, at.value - at.kind - px(4), rowHeight());
+  drawText(kindName(static_cast<ParameterType>(parameter.type)), at.kind, top, at.value - at.kind - px(4),
+           rowHeight());
   useFont(false, 12);
   setDrawColour(colour::text);
   std::string value;
@@ -185,7 +216,8 @@ void CallsPane::drawParameter(const Row& row, int top, const Columns& at) const 
     value = !now ? "no value" : shown(static_cast<double>(*now));
     if (parameter.type != PARAM_CONST) setDrawColour(blended(colour::text, colour::chosen, 0.6));
   }
-  drawText(value, at.value, top, (parameter.type == PARAM_STRING ? at.end : at.hint) - at.value - px(4), rowHeight());
+  drawText(value, at.value, top, (parameter.type == PARAM_STRING ? at.end : at.hint) - at.value - px(4),
+           rowHeight());
   const FunctionParameter* described = vex::studio::describe(call, row.parameter);
   if (!described || parameter.type == PARAM_STRING) return;
   useFont(false, 10);
@@ -199,21 +231,30 @@ bool CallsPane::isNumber(const Row& row) const {
     case Field::length:
     case Field::start:
     case Field::speed:
-    case Field::track: return true;
-    case Field::parameter: return parameterOf(row).type == PARAM_CONST;
-    default: return false;
+    case Field::track:
+      return true;
+    case Field::parameter:
+      return parameterOf(row).type == PARAM_CONST;
+    default:
+      return false;
   }
 }
 
 double CallsPane::numberOf(const Row& row) const {
   const ProjectPart& part = *session.selectedPart();
   switch (row.field) {
-    case Field::at: return part.pos;
-    case Field::length: return part.length;
-    case Field::start: return part.start;
-    case Field::speed: return part.speed;
-    case Field::track: return part.track;
-    default: return parameterOf(row).constant;
+    case Field::at:
+      return part.pos;
+    case Field::length:
+      return part.length;
+    case Field::start:
+      return part.start;
+    case Field::speed:
+      return part.speed;
+    case Field::track:
+      return part.track;
+    default:
+      return parameterOf(row).constant;
   }
 }
 
@@ -221,15 +262,20 @@ double CallsPane::stepOf(const Row& row) const {
   switch (row.field) {
     case Field::at:
     case Field::length:
-    case Field::start: return 0.05;
-    case Field::speed: return 0.01;
-    case Field::track: return 0.1;
-    default: break;
+    case Field::start:
+      return 0.05;
+    case Field::speed:
+      return 0.01;
+    case Field::track:
+      return 0.1;
+    default:
+      break;
   }
   const ProjectCall& call = session.selectedPart()->calls[static_cast<std::size_t>(row.call)];
   const FunctionParameter* described = vex::studio::describe(call, row.parameter);
   if (described && described->kind != ArgumentKind::number) return 0.1;
-  const double range = described ? static_cast<double>(described->max) - static_cast<double>(described->min) : 0;
+  const double range =
+      described ? static_cast<double>(described->max) - static_cast<double>(described->min) : 0;
   if (range > 0 && range < 1e4) return range / 300;
   return std::max(std::abs(dragValue) / 100, 0.01);
 }
@@ -238,14 +284,25 @@ void CallsPane::setNumber(const Row& row, double value) {
   const int part = session.selection().part;
   Document& document = session.document();
   switch (row.field) {
-    case Field::at: session.editPart(document.movePart(part, value, session.selectedPart()->track)); break;
-    case Field::length: session.edit(document.setPartLength(part, value)); break;
-    case Field::start: session.edit(document.setPartStart(part, value)); break;
-    case Field::speed: session.edit(document.setPartSpeed(part, value)); break;
-    case Field::track:
-      session.editPart(document.movePart(part, session.selectedPart()->pos, static_cast<int>(std::clamp(std::round(value), -128.0, 127.0))));
+    case Field::at:
+      session.editPart(document.movePart(part, value, session.selectedPart()->track));
       break;
-    default: session.edit(document.setConstant({part, row.call, row.parameter}, value)); break;
+    case Field::length:
+      session.edit(document.setPartLength(part, value));
+      break;
+    case Field::start:
+      session.edit(document.setPartStart(part, value));
+      break;
+    case Field::speed:
+      session.edit(document.setPartSpeed(part, value));
+      break;
+    case Field::track:
+      session.editPart(document.movePart(part, session.selectedPart()->pos,
+                                         static_cast<int>(std::clamp(std::round(value), -128.0, 127.0))));
+      break;
+    default:
+      session.edit(document.setConstant({part, row.call, row.parameter}, value));
+      break;
   }
 }
 
@@ -253,22 +310,26 @@ void CallsPane::type(const Row& row, int top) {
   const Columns at = columns();
   const Row chosen = row;
   if (row.field == Field::name) {
-    edit.open(at.name, top, at.end - at.name, rowHeight(), session.selectedPart()->name, [this](const std::string& typed) {
-      session.edit(session.document().renamePart(session.selection().part, typed));
-    });
+    edit.open(at.name, top, at.end - at.name, rowHeight(), session.selectedPart()->name,
+              [this](const std::string& typed) {
+                session.edit(session.document().renamePart(session.selection().part, typed));
+              });
   } else if (row.field == Field::parameter && parameterOf(row).type == PARAM_STRING) {
-    edit.open(at.value, top, at.end - at.value, rowHeight(), parameterOf(row).string, [this, chosen](const std::string& typed) {
-      session.edit(session.document().setString({session.selection().part, chosen.call, chosen.parameter}, typed));
-    });
+    edit.open(at.value, top, at.end - at.value, rowHeight(), parameterOf(row).string,
+              [this, chosen](const std::string& typed) {
+                session.edit(session.document().setString(
+                    {session.selection().part, chosen.call, chosen.parameter}, typed));
+              });
   } else if (isNumber(row)) {
-    edit.open(at.value, top, at.hint - at.value, rowHeight(), shown(numberOf(row)), [this, chosen](const std::string& typed) {
-      double value = 0;
-      if (readNumber(typed, value)) {
-        setNumber(chosen, value);
-      } else {
-        session.tell(Message::Kind::trouble, "\"" + typed + "\" is no number");
-      }
-    });
+    edit.open(at.value, top, at.hint - at.value, rowHeight(), shown(numberOf(row)),
+              [this, chosen](const std::string& typed) {
+                double value = 0;
+                if (readNumber(typed, value)) {
+                  setNumber(chosen, value);
+                } else {
+                  session.tell(Message::Kind::trouble, "\"" + typed + "\" is no number");
+                }
+              });
   }
 }
 
@@ -280,20 +341,25 @@ void CallsPane::renamePart() {
 
 int CallsPane::handle(int event) {
   switch (event) {
-    case FL_PUSH: return press();
-    case FL_DRAG: return drag();
-    case FL_RELEASE: return release();
+    case FL_PUSH:
+      return press();
+    case FL_DRAG:
+      return drag();
+    case FL_RELEASE:
+      return release();
     case FL_MOUSEWHEEL:
       edit.close(true);
       scrolled += Fl::event_dy() * rowHeight() * 2;
       redraw();
       return 1;
-    default: return Fl_Widget::handle(event);
+    default:
+      return Fl_Widget::handle(event);
   }
 }
 
 void CallsPane::pressCall(const Row& row) {
-  const int part = session.selection().part, button = (Fl::event_x() - (columns().end - buttons * px(buttonWidth))) / px(buttonWidth);
+  const int part = session.selection().part,
+            button = (Fl::event_x() - (columns().end - buttons * px(buttonWidth))) / px(buttonWidth);
   const CallAt at{part, row.call};
   const auto calls = static_cast<int>(session.selectedPart()->calls.size());
   if (Fl::event_x() < columns().end - buttons * px(buttonWidth)) {
@@ -324,7 +390,9 @@ int CallsPane::press() {
     case Field::add:
       if (addCall) addCall();
       return 1;
-    case Field::call: pressCall(row); return 1;
+    case Field::call:
+      pressCall(row);
+      return 1;
     case Field::parameter: {
       const ParameterAt where{part, row.call, row.parameter};
       if (session.selection().where() != where) session.select({part, row.call, row.parameter, -1});
@@ -334,7 +402,8 @@ int CallsPane::press() {
       }
       break;
     }
-    default: break;
+    default:
+      break;
   }
   dragged = row;
   draggedIndex = *index;
@@ -376,7 +445,8 @@ int CallsPane::release() {
   if (row.field == Field::parameter && parameterOf(row).type == PARAM_STRING && chooseName) {
     const ProjectCall& call = session.selectedPart()->calls[static_cast<std::size_t>(row.call)];
     const FunctionParameter* described = vex::studio::describe(call, row.parameter);
-    if (described && (described->kind == ArgumentKind::textureName || described->kind == ArgumentKind::movieName)) {
+    if (described &&
+        (described->kind == ArgumentKind::textureName || described->kind == ArgumentKind::movieName)) {
       chooseName({session.selection().part, row.call, row.parameter}, described->kind);
       return 1;
     }

@@ -32,7 +32,8 @@ class SmallPicture {
     const FatalErrorsThrown thrown;
     Image image;
     try {
-      image = fileExists(name + ".jpg") ? readJpegTexture((name + ".jpg").c_str()) : readBmpTexture((name + ".bmp").c_str());
+      image = fileExists(name + ".jpg") ? readJpegTexture((name + ".jpg").c_str())
+                                        : readBmpTexture((name + ".bmp").c_str());
     } catch (const FatalError&) {
       return;
     }
@@ -40,10 +41,12 @@ class SmallPicture {
     const int size = px(side);
     for (int row = 0; row < size; ++row) {
       for (int column = 0; column < size; ++column) {
-        const std::size_t from = static_cast<std::size_t>((size - 1 - row) * image.height / size) * static_cast<std::size_t>(image.width) +
+        const std::size_t from = static_cast<std::size_t>((size - 1 - row) * image.height / size) *
+                                     static_cast<std::size_t>(image.width) +
                                  static_cast<std::size_t>(column * image.width / size);
         const std::uint32_t pixel = image.pixels[from], alpha = pixel >> 24;
-        for (const int shift : {0, 8, 16}) bytes.push_back(static_cast<uchar>((pixel >> shift & 255) * alpha / 255));
+        for (const int shift : {0, 8, 16})
+          bytes.push_back(static_cast<uchar>((pixel >> shift & 255) * alpha / 255));
       }
     }
     picture = std::make_unique<Fl_RGB_Image>(bytes.data(), size, size, 3);
@@ -69,7 +72,13 @@ class NameGrid : public Fl_Widget {
   void filter(const std::string& letters) {
     shown.clear();
     for (const std::string& name : names)
-      if (std::search(name.begin(), name.end(), letters.begin(), letters.end(), [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b)); }) != name.end() || letters.empty()) shown.push_back(&name);
+      if (std::search(name.begin(), name.end(), letters.begin(), letters.end(),
+                      [](char a, char b) {
+                        return std::tolower(static_cast<unsigned char>(a)) ==
+                               std::tolower(static_cast<unsigned char>(b));
+                      }) != name.end() ||
+          letters.empty())
+        shown.push_back(&name);
     top = 0;
     redraw();
   }
@@ -104,7 +113,8 @@ class NameGrid : public Fl_Widget {
       }
       setDrawColour(colour::text);
       const std::size_t folder = name.rfind('\\');
-      drawText(std::string_view(name).substr(folder == std::string::npos ? 0 : folder + 1), left + px(4), cellTop + cellHeight() - px(20), cellWidth() - px(8), px(18), FL_ALIGN_CENTER);
+      drawText(std::string_view(name).substr(folder == std::string::npos ? 0 : folder + 1), left + px(4),
+               cellTop + cellHeight() - px(20), cellWidth() - px(8), px(18), FL_ALIGN_CENTER);
     }
     fl_pop_clip();
   }
@@ -137,7 +147,8 @@ class NameGrid : public Fl_Widget {
 
 }  // namespace
 
-std::optional<std::string> chooseName(const std::string& title, const std::vector<std::string>& names, const std::string& now, bool withPictures) {
+std::optional<std::string> chooseName(const std::string& title, const std::vector<std::string>& names,
+                                      const std::string& now, bool withPictures) {
   Fl_Group::current(nullptr);
   Fl_Double_Window window(px(620), px(460), title.c_str());
   window.color(flColour(colour::raised));

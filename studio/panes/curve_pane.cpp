@@ -56,7 +56,12 @@ CurvePane::Plot CurvePane::plot() const {
   double air = (greatest - least) * 0.12;
   if (air < 1e-6) air = std::max(std::abs(greatest) * 0.5, 0.5);
   const int left = x() + px(48), top = typedTop() + lineHeight() + px(6);
-  return {left, top, std::max(10, x() + w() - px(12) - left), std::max(10, y() + h() - px(10) - top), least - air, greatest + air};
+  return {left,
+          top,
+          std::max(10, x() + w() - px(12) - left),
+          std::max(10, y() + h() - px(10) - top),
+          least - air,
+          greatest + air};
 }
 
 void CurvePane::draw() {
@@ -66,15 +71,18 @@ void CurvePane::draw() {
   useFont(false, 12);
   if (!parameter) {
     setDrawColour(colour::faint);
-    drawText("Choose a parameter of the part to see its curve.", x() + px(10), contentTop() + px(8), w() - px(20), lineHeight());
+    drawText("Choose a parameter of the part to see its curve.", x() + px(10), contentTop() + px(8),
+             w() - px(20), lineHeight());
   } else {
-    const ProjectCall& call = session.selectedPart()->calls[static_cast<std::size_t>(session.selection().call)];
+    const ProjectCall& call =
+        session.selectedPart()->calls[static_cast<std::size_t>(session.selection().call)];
     setDrawColour(colour::text);
     useFont(true, 12);
     drawText(parameter->name, x() + px(10), contentTop(), w() * 6 / 10, lineHeight());
     useFont(false, 11);
     setDrawColour(colour::dim);
-    drawText(call.function, x() + w() * 6 / 10, contentTop(), w() * 4 / 10 - px(10), lineHeight(), FL_ALIGN_RIGHT);
+    drawText(call.function, x() + w() * 6 / 10, contentTop(), w() * 4 / 10 - px(10), lineHeight(),
+             FL_ALIGN_RIGHT);
     if (parameter->type == PARAM_STRING) {
       drawText("A text has no curve.", x() + px(10), typedTop(), w() - px(20), lineHeight());
     } else {
@@ -99,7 +107,8 @@ void CurvePane::drawGround(const Plot& at) const {
     setDrawColour(std::abs(value) < step / 2 ? colour::faint : colour::edge);
     fl_xyline(at.left, line, at.left + at.width);
     setDrawColour(colour::dim);
-    drawText(formatted("%.5g", std::abs(value) < step / 1e6 ? 0.0 : value), x(), line - px(8), at.left - x() - px(6), px(16), FL_ALIGN_RIGHT);
+    drawText(formatted("%.5g", std::abs(value) < step / 1e6 ? 0.0 : value), x(), line - px(8),
+             at.left - x() - px(6), px(16), FL_ALIGN_RIGHT);
   }
   // The part's beats, or its seconds.
   const TimeView times{part.pos, std::max(part.length, 1e-3) / at.width, at.width};
@@ -139,7 +148,8 @@ void CurvePane::drawDots(const Plot& at) const {
   const int radius = px(dotRadius);
   int i = 0;
   for (const ProjectDot& dot : session.selectedParameter()->dots) {
-    const int cx = static_cast<int>(std::lround(at.xOf(dot.x))), cy = static_cast<int>(std::lround(std::clamp(at.yOf(dot.y), -1e4, 1e4)));
+    const int cx = static_cast<int>(std::lround(at.xOf(dot.x))),
+              cy = static_cast<int>(std::lround(std::clamp(at.yOf(dot.y), -1e4, 1e4)));
     const bool chosen = i++ == session.selection().dot;
     setDrawColour(chosen ? colour::chosen : colour::text);
     fl_pie(cx - radius, cy - radius, 2 * radius + 1, 2 * radius + 1, 0, 360);
@@ -153,7 +163,8 @@ std::vector<CurvePane::Typed> CurvePane::typedNumbers() const {
   const ParameterAt where = session.selection().where();
   Document& document = session.document();
   if (parameter.type == PARAM_CONST)
-    return {{"value", parameter.constant, [=, this, &document](double value) { session.edit(document.setConstant(where, value)); }}};
+    return {{"value", parameter.constant,
+             [=, this, &document](double value) { session.edit(document.setConstant(where, value)); }}};
   if (parameter.type == PARAM_SINE) {
     const auto sine = [=, this, &document](SineField field) {
       return [=, this, &document](double value) { session.edit(document.setSine(where, field, value)); };
@@ -167,12 +178,14 @@ std::vector<CurvePane::Typed> CurvePane::typedNumbers() const {
   if (dot < 0 || static_cast<std::size_t>(dot) >= parameter.dots.size()) return {};
   const ProjectDot at = parameter.dots[static_cast<std::size_t>(dot)];
   const double length = session.selectedPart()->length;
-  return {{"progress", at.x, [=, this, &document](double x) { session.edit(document.setDot(where, dot, x, at.y)); }},
+  return {{"progress", at.x,
+           [=, this, &document](double x) { session.edit(document.setDot(where, dot, x, at.y)); }},
           {"second", at.x * length,
            [=, this, &document](double seconds) {
              if (length > 0) session.edit(document.setDot(where, dot, seconds / length, at.y));
            }},
-          {"value", at.y, [=, this, &document](double y) { session.edit(document.setDot(where, dot, at.x, y)); }}};
+          {"value", at.y,
+           [=, this, &document](double y) { session.edit(document.setDot(where, dot, at.x, y)); }}};
 }
 
 void CurvePane::drawTyped() const {
@@ -180,7 +193,8 @@ void CurvePane::drawTyped() const {
   useFont(false, 11);
   if (numbers.empty()) {
     setDrawColour(colour::faint);
-    drawText("Drag dots; double-click makes one, Delete removes it.", x() + px(10), typedTop(), w() - px(20), lineHeight());
+    drawText("Drag dots; double-click makes one, Delete removes it.", x() + px(10), typedTop(), w() - px(20),
+             lineHeight());
     return;
   }
   const int width = (w() - px(20)) / static_cast<int>(numbers.size());
@@ -210,20 +224,24 @@ int CurvePane::dotAt(const Plot& at, int mouseX, int mouseY) const {
 
 int CurvePane::handle(int event) {
   switch (event) {
-    case FL_PUSH: return press();
-    case FL_DRAG: return drag();
+    case FL_PUSH:
+      return press();
+    case FL_DRAG:
+      return drag();
     case FL_RELEASE:
       if (std::exchange(dragging, false)) session.document().endGesture();
       redraw();
       return 1;
     case FL_FOCUS:
-    case FL_UNFOCUS: return 1;
+    case FL_UNFOCUS:
+      return 1;
     case FL_KEYBOARD:
       if (Fl::event_key() != FL_Delete && Fl::event_key() != FL_BackSpace) return 0;
       if (!session.selectedParameter() || session.selection().dot < 0) return 0;
       removeDot();
       return 1;
-    default: return Fl_Widget::handle(event);
+    default:
+      return Fl_Widget::handle(event);
   }
 }
 
@@ -251,8 +269,8 @@ int CurvePane::press() {
     const int index = (Fl::event_x() - x() - px(10)) / std::max(width, 1);
     if (index < 0 || index >= static_cast<int>(numbers.size())) return 1;
     const Typed number = numbers[static_cast<std::size_t>(index)];
-    edit.open(x() + px(10) + index * width + width / 2, typedTop(), width / 2, lineHeight(), formatted("%.9g", number.value),
-              [this, number](const std::string& typed) {
+    edit.open(x() + px(10) + index * width + width / 2, typedTop(), width / 2, lineHeight(),
+              formatted("%.9g", number.value), [this, number](const std::string& typed) {
                 double value = 0;
                 if (readNumber(typed, value)) {
                   number.set(value);
@@ -268,7 +286,8 @@ int CurvePane::press() {
   selection.dot = dotAt(at, Fl::event_x(), Fl::event_y());
   if (Fl::event_clicks() && selection.dot < 0 && Fl::event_button() == FL_LEFT_MOUSE) {
     Fl::event_clicks(0);
-    const Edited added = session.document().addDot(selection.where(), std::clamp(at.progressAt(Fl::event_x()), 0.0, 1.0), at.valueAt(Fl::event_y()));
+    const Edited added = session.document().addDot(
+        selection.where(), std::clamp(at.progressAt(Fl::event_x()), 0.0, 1.0), at.valueAt(Fl::event_y()));
     selection.dot = added.index;
     if (session.edit(added)) session.select(selection);
     return 1;
@@ -297,10 +316,13 @@ int CurvePane::drag() {
     progress = (session.snapped(time, part.length / heldPlot.width) - part.pos) / part.length;
     progress = std::clamp(progress, 0.0, 1.0);
   }
-  const double value = heldPlot.valueAt(std::clamp(Fl::event_y(), heldPlot.top - px(40), heldPlot.top + heldPlot.height + px(40)));
+  const double value = heldPlot.valueAt(
+      std::clamp(Fl::event_y(), heldPlot.top - px(40), heldPlot.top + heldPlot.height + px(40)));
   const double x = Fl::event_shift() ? dots[static_cast<std::size_t>(selection.dot)].x : progress;
-  const double digits = std::pow(10.0, std::floor(std::log10((heldPlot.greatest - heldPlot.least) / heldPlot.height)));
-  session.edit(session.document().setDot(selection.where(), selection.dot, x, std::round(value / digits) * digits));
+  const double digits =
+      std::pow(10.0, std::floor(std::log10((heldPlot.greatest - heldPlot.least) / heldPlot.height)));
+  session.edit(
+      session.document().setDot(selection.where(), selection.dot, x, std::round(value / digits) * digits));
   redraw();
   return 1;
 }

@@ -47,9 +47,14 @@ int InlineEdit::handle(int event) {
     switch (Fl::event_key()) {
       case FL_Enter:
       case FL_KP_Enter:
-      case FL_Tab: close(true); return 1;
-      case FL_Escape: close(false); return 1;
-      default: break;
+      case FL_Tab:
+        close(true);
+        return 1;
+      case FL_Escape:
+        close(false);
+        return 1;
+      default:
+        break;
     }
   }
   const int handled = Fl_Input::handle(event);

@@ -7,13 +7,14 @@
 
 namespace vex::studio {
 
-// The one field for typing that appears over a value, and goes with Enter or Tab (taken), Escape (left), or when
-// the keyboard goes elsewhere (taken).
+// The one field for typing that appears over a value, and goes with Enter or Tab (taken), Escape (left), or
+// when the keyboard goes elsewhere (taken).
 class InlineEdit : public Fl_Input {
  public:
   InlineEdit();
 
-  void open(int x, int y, int width, int height, const std::string& text, std::function<void(const std::string&)> typed);
+  void open(int x, int y, int width, int height, const std::string& text,
+            std::function<void(const std::string&)> typed);
   void close(bool take);
 
  protected:

@@ -34,7 +34,8 @@ constexpr std::array mouseRows{
 
 class KeysPage : public Fl_Double_Window {
  public:
-  explicit KeysPage(const std::vector<Command>& all) : Fl_Double_Window(px(860), 10, "Keys of vexstudio"), commands(all) {
+  explicit KeysPage(const std::vector<Command>& all)
+      : Fl_Double_Window(px(860), 10, "Keys of vexstudio"), commands(all) {
     int keyed = 0;
     for (const Command& command : commands) keyed += command.shortcut != 0;
     rowsInColumn = (keyed + 1) / 2;
@@ -49,7 +50,8 @@ class KeysPage : public Fl_Double_Window {
     int row = 0;
     for (const Command& command : commands) {
       if (command.shortcut == 0) continue;
-      const int left = px(16) + row / rowsInColumn * w() / 2, top = lineHeight() / 2 + row % rowsInColumn * lineHeight();
+      const int left = px(16) + row / rowsInColumn * w() / 2,
+                top = lineHeight() / 2 + row % rowsInColumn * lineHeight();
       drawRow(fl_shortcut_label(static_cast<unsigned>(command.shortcut)), command.does, left, top, px(104));
       ++row;
     }

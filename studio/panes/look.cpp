@@ -38,8 +38,9 @@ std::uint32_t blended(std::uint32_t under, std::uint32_t over, double share) {
 }
 
 std::uint32_t sceneColour(std::string_view scene) {
-  static constexpr std::array<std::uint32_t, 13> hues{0x8E8A7C, 0xC9824A, 0x5E9C76, 0x7C6FB0, 0xB0584F, 0x4F8FA8, 0xB59A3F,
-                                                      0x9A5C86, 0x6C9147, 0x4F6FA8, 0xA8754F, 0x4FA39A, 0x8F5CA8};
+  static constexpr std::array<std::uint32_t, 13> hues{0x8E8A7C, 0xC9824A, 0x5E9C76, 0x7C6FB0, 0xB0584F,
+                                                      0x4F8FA8, 0xB59A3F, 0x9A5C86, 0x6C9147, 0x4F6FA8,
+                                                      0xA8754F, 0x4FA39A, 0x8F5CA8};
   std::size_t i = 0;
   for (const SceneEntry& entry : sceneEntries()) {
     if (entry.name == scene) return hues[i % hues.size()];
@@ -109,7 +110,9 @@ void drawText(std::string_view text, int x, int y, int width, int height, Fl_Ali
     }
     if (rest.empty()) return;
   }
-  const int left = align & FL_ALIGN_RIGHT ? x + width - wide : align & FL_ALIGN_LEFT ? x : x + (width - wide) / 2;
+  const int left = align & FL_ALIGN_RIGHT  ? x + width - wide
+                   : align & FL_ALIGN_LEFT ? x
+                                           : x + (width - wide) / 2;
   const int baseline = y + (height + fl_height()) / 2 - fl_descent();
   fl_draw(shown.c_str(), static_cast<int>(shown.size()), left, baseline);
 }

@@ -67,13 +67,17 @@ void MessageBar::draw() {
   drawText(message.text, left, y(), std::max(0, right - left), h());
   for (const Button& button : buttons) {
     const bool counts = &button == &buttons.back();
-    const bool bad = std::ranges::any_of(session.findings(), [](const Finding& finding) { return !finding.remark; });
+    const bool bad =
+        std::ranges::any_of(session.findings(), [](const Finding& finding) { return !finding.remark; });
     if (!counts) {
       setDrawColour(blended(colour::raised, colour::text, 0.2));
       fl_rectf(button.left, y() + px(3), button.width, h() - px(6));
     }
     useFont(!counts, 12);
-    setDrawColour(!counts ? colour::text : bad ? colour::trouble : session.findings().empty() ? colour::faint : colour::remark);
+    setDrawColour(!counts                      ? colour::text
+                  : bad                        ? colour::trouble
+                  : session.findings().empty() ? colour::faint
+                                               : colour::remark);
     drawText(button.label, button.left, y(), button.width, h(), FL_ALIGN_CENTER);
   }
 }

@@ -8,8 +8,8 @@
 
 namespace vex::studio {
 
-// The line at the foot: what the user is told or asked, how a recording goes, and how many problems there are. A
-// click copies the message.
+// The line at the foot: what the user is told or asked, how a recording goes, and how many problems there
+// are. A click copies the message.
 class MessageBar : public Fl_Widget {
  public:
   explicit MessageBar(Session& shared) : Fl_Widget(0, 0, 1, 1), session(shared) {}

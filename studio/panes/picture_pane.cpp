@@ -58,9 +58,12 @@ PicturePane::PicturePane(Session& shared) : Fl_Group(0, 0, 16, 9), session(share
 }
 
 std::string PicturePane::open() {
-  if (!Fl_Gl_Window::can_do(glMode)) return "this display offers no OpenGL with depth and stencil: there is no picture, the text can be shaped all the same";
+  if (!Fl_Gl_Window::can_do(glMode))
+    return "this display offers no OpenGL with depth and stencil: there is no picture, the text can be "
+           "shaped all the same";
   view->make_current();
-  if (!view->context() || !glGetString(GL_VERSION)) return "the display's OpenGL gave no context: there is no picture, the text can be shaped all the same";
+  if (!view->context() || !glGetString(GL_VERSION))
+    return "the display's OpenGL gave no context: there is no picture, the text can be shaped all the same";
   hasContext = true;
   glContext = {.extensionSupported = extensionSupported, .entryPoint = entryPoint};
   return "";

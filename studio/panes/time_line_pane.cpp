@@ -46,7 +46,8 @@ int TimeLinePane::shownRows() const {
 
 double TimeLinePane::total() const {
   double last = session.document().project().totalTime;
-  for (const ProjectPart& part : session.document().project().parts) last = std::max(last, part.pos + part.length);
+  for (const ProjectPart& part : session.document().project().parts)
+    last = std::max(last, part.pos + part.length);
   return std::isfinite(last) ? last : 1;
 }
 
@@ -112,7 +113,8 @@ void TimeLinePane::drawRuler() const {
   fl_rectf(x(), top, w(), px(rulerHeight));
   fl_push_clip(left, top, view.width, y() + h() - top);
   if (const auto loop = session.show().loop()) {
-    const int from = left + static_cast<int>(view.pixelOf(loop->begin)), to = left + static_cast<int>(view.pixelOf(loop->end));
+    const int from = left + static_cast<int>(view.pixelOf(loop->begin)),
+              to = left + static_cast<int>(view.pixelOf(loop->end));
     setDrawColour(blended(colour::raised, colour::chosen, 0.35));
     fl_rectf(from, top, std::max(1, to - from), px(rulerHeight));
   }
@@ -128,7 +130,8 @@ void TimeLinePane::drawRuler() const {
     }
   };
   drawMarks(secondMarks(view), top, colour::dim);
-  if (const auto tempo = session.document().tempo()) drawMarks(beatMarks(view, *tempo), top + half, colour::text);
+  if (const auto tempo = session.document().tempo())
+    drawMarks(beatMarks(view, *tempo), top + half, colour::text);
   const Project& project = session.document().project();
   setDrawColour(colour::remark);
   for (const double tick : project.ticks) {
@@ -157,7 +160,8 @@ void TimeLinePane::drawWave() const {
     const double from = view.timeAt(pixel) / peaks->seconds, to = view.timeAt(pixel + 1) / peaks->seconds;
     if (from < 0 || from >= count) continue;
     int low = 0, high = 0;
-    for (auto i = static_cast<std::size_t>(from); i < std::min(std::max(to, std::floor(from) + 1), count); ++i) {
+    for (auto i = static_cast<std::size_t>(from); i < std::min(std::max(to, std::floor(from) + 1), count);
+         ++i) {
       low = std::min<int>(low, peaks->peaks[i].low);
       high = std::max<int>(high, peaks->peaks[i].high);
     }
@@ -172,7 +176,8 @@ void TimeLinePane::drawLanes() const {
   fl_rectf(x(), top, w(), y() + h() - top);
   for (const Lanes::Lane& lane : lanes.lanes) {
     const int laneTop = top + (lane.firstRow - topRow) * height;
-    setDrawColour((&lane - lanes.lanes.data()) % 2 == 1 ? colour::pane : blended(colour::pane, colour::ground, 0.5));
+    setDrawColour((&lane - lanes.lanes.data()) % 2 == 1 ? colour::pane
+                                                        : blended(colour::pane, colour::ground, 0.5));
     fl_rectf(x(), laneTop, w(), lane.rows * height);
     setDrawColour(colour::edge);
     fl_xyline(x(), laneTop, x() + w());
@@ -205,7 +210,8 @@ void TimeLinePane::drawPart(int index) const {
   if (to < -2 || from > view.width + 2) return;
   const int left = lanesLeft() + static_cast<int>(std::lround(std::max(from, -8.0)));
   const int right = lanesLeft() + static_cast<int>(std::lround(std::min(to, view.width + 8.0)));
-  const int width = std::max(right - left, 2), top = lanesTop() + row * rowHeight() + 2, height = rowHeight() - 3;
+  const int width = std::max(right - left, 2), top = lanesTop() + row * rowHeight() + 2,
+            height = rowHeight() - 3;
   const bool chosen = index == session.selection().part;
   const std::uint32_t hue = part.calls.empty() ? colour::faint : sceneColour(part.calls.front().scene);
   setDrawColour(chosen ? hue : blended(colour::ground, hue, 0.62));
@@ -237,14 +243,23 @@ void TimeLinePane::drawCursor() const {
 
 int TimeLinePane::handle(int event) {
   switch (event) {
-    case FL_PUSH: return press();
-    case FL_DRAG: return drag();
-    case FL_RELEASE: return release();
-    case FL_MOUSEWHEEL: return wheel();
+    case FL_PUSH:
+      return press();
+    case FL_DRAG:
+      return drag();
+    case FL_RELEASE:
+      return release();
+    case FL_MOUSEWHEEL:
+      return wheel();
     case FL_ENTER:
-    case FL_MOVE: hover(); return 1;
-    case FL_LEAVE: fl_cursor(FL_CURSOR_DEFAULT); return 1;
-    default: return Fl_Widget::handle(event);
+    case FL_MOVE:
+      hover();
+      return 1;
+    case FL_LEAVE:
+      fl_cursor(FL_CURSOR_DEFAULT);
+      return 1;
+    default:
+      return Fl_Widget::handle(event);
   }
 }
 
@@ -267,7 +282,8 @@ int TimeLinePane::press() {
     redraw();
     return 1;
   }
-  const PartHit hit = partAt(session.document().project(), lanes, view, Fl::event_x() - lanesLeft(), mouseRow());
+  const PartHit hit =
+      partAt(session.document().project(), lanes, view, Fl::event_x() - lanesLeft(), mouseRow());
   if (hit.part < 0 && Fl::event_clicks() && Fl::event_button() == FL_LEFT_MOUSE) {
     Fl::event_clicks(0);
     if (createPart) createPart(std::max(0.0, caught(mouseTime())), lanes.trackOfRow(mouseRow()));
@@ -294,9 +310,14 @@ int TimeLinePane::drag() {
   const ProjectPart* part = session.selectedPart();
   const int index = session.selection().part;
   switch (gesture) {
-    case Gesture::none: return 1;
-    case Gesture::cursor: session.scrub(caught(mouseTime())); break;
-    case Gesture::pan: view.scroll(panFrom - mouseTime(), total()); break;
+    case Gesture::none:
+      return 1;
+    case Gesture::cursor:
+      session.scrub(caught(mouseTime()));
+      break;
+    case Gesture::pan:
+      view.scroll(panFrom - mouseTime(), total());
+      break;
     case Gesture::loop: {
       const double to = caught(std::max(0.0, mouseTime()));
       if (std::abs(to - loopFrom) / view.secondsPerPixel > 2)
@@ -308,14 +329,17 @@ int TimeLinePane::drag() {
       double pos = std::max(0.0, mouseTime() - grabbed);
       // Either end may catch, the nearer one does.
       const double begin = caught(pos), end = caught(pos + part->length) - part->length;
-      pos = std::max(0.0, begin != pos && (end == pos || std::abs(begin - pos) <= std::abs(end - pos)) ? begin : end);
+      pos = std::max(
+          0.0, begin != pos && (end == pos || std::abs(begin - pos) <= std::abs(end - pos)) ? begin : end);
       layOutAnew();
       const int track = Fl::event_shift() ? part->track : lanes.trackOfRow(std::max(0, mouseRow()));
-      if (pos != part->pos || track != part->track) session.editPart(session.document().movePart(index, pos, track));
+      if (pos != part->pos || track != part->track)
+        session.editPart(session.document().movePart(index, pos, track));
       break;
     }
     case Gesture::trimBegin:
-      if (part) session.editPart(session.document().trimStart(index, std::max(0.0, caught(mouseTime() - grabbed))));
+      if (part)
+        session.editPart(session.document().trimStart(index, std::max(0.0, caught(mouseTime() - grabbed))));
       break;
     case Gesture::trimEnd:
       if (part) session.editPart(session.document().trimEnd(index, caught(mouseTime() - grabbed)));
@@ -355,11 +379,13 @@ void TimeLinePane::hover() {
   std::string told;
   Fl_Cursor shape = FL_CURSOR_DEFAULT;
   if (Fl::event_y() >= lanesTop()) {
-    const PartHit hit = partAt(session.document().project(), lanes, view, Fl::event_x() - lanesLeft(), mouseRow());
+    const PartHit hit =
+        partAt(session.document().project(), lanes, view, Fl::event_x() - lanesLeft(), mouseRow());
     if (hit.handle == PartHandle::begin || hit.handle == PartHandle::end) shape = FL_CURSOR_WE;
     if (hit.part >= 0) {
       const ProjectPart& part = session.document().project().parts[static_cast<std::size_t>(hit.part)];
-      told = formatted("%s\n%g s to %g s, track %d", part.name.c_str(), part.pos, part.pos + part.length, part.track);
+      told = formatted("%s\n%g s to %g s, track %d", part.name.c_str(), part.pos, part.pos + part.length,
+                       part.track);
       for (const ProjectCall& call : part.calls) told += "\n" + call.scene + "." + call.function;
       for (const Finding& finding : session.findings())
         if (finding.part == hit.part) told += "\n" + std::string(finding.remark ? "• " : "⚠ ") + finding.text;

@@ -40,7 +40,8 @@ void TransportPane::draw() {
           fl_rectf(centre - unit, middle - unit, unit - 1, 2 * unit);
           fl_rectf(centre + 1, middle - unit, unit - 1, 2 * unit);
         } else {
-          fl_polygon(centre - unit, middle - unit - 1, centre - unit, middle + unit + 1, centre + unit + 1, middle);
+          fl_polygon(centre - unit, middle - unit - 1, centre - unit, middle + unit + 1, centre + unit + 1,
+                     middle);
         }
         break;
       default:
@@ -48,7 +49,8 @@ void TransportPane::draw() {
         fl_line_style(FL_SOLID, 2);
         fl_arc(centre - unit, middle - unit, 2 * unit, 2 * unit, 60, 380);
         fl_line_style(0);
-        fl_polygon(centre + unit - 3, middle - unit / 2, centre + unit + 4, middle - unit / 2, centre + unit, middle + 2);
+        fl_polygon(centre + unit - 3, middle - unit / 2, centre + unit + 4, middle - unit / 2, centre + unit,
+                   middle + 2);
         break;
     }
   }
@@ -72,10 +74,18 @@ void TransportPane::draw() {
 int TransportPane::handle(int event) {
   if (event != FL_PUSH) return Fl_Widget::handle(event);
   switch ((Fl::event_x() - x() - px(4)) / px(buttonWidth)) {
-    case toStart: session.seek(session.show().loop() ? session.show().loop()->begin : session.document().project().startTime); break;
-    case play: session.togglePlaying(); break;
-    case loop: session.clearLoop(); break;
-    default: break;
+    case toStart:
+      session.seek(session.show().loop() ? session.show().loop()->begin
+                                         : session.document().project().startTime);
+      break;
+    case play:
+      session.togglePlaying();
+      break;
+    case loop:
+      session.clearLoop();
+      break;
+    default:
+      break;
   }
   redraw();
   return 1;

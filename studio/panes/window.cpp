@@ -24,7 +24,8 @@ constexpr int borderWidth = 5;
 constexpr int framesPerSecondOfVideo = 30;
 constexpr int listedFindings = 40;
 
-std::string chooseFile(Fl_Native_File_Chooser::Type type, const char* title, const char* filter, const std::string& name = "") {
+std::string chooseFile(Fl_Native_File_Chooser::Type type, const char* title, const char* filter,
+                       const std::string& name = "") {
   Fl_Native_File_Chooser chooser(type);
   chooser.title(title);
   chooser.filter(filter);
@@ -64,11 +65,20 @@ StudioWindow::StudioWindow(Session& shared)
   timeLine->createPart = [this](double time, int track) { createPart(time, track); };
   timeLine->showPartMenu = [this] {
     switch (chooseEntry({"Split at the cursor", "Double", "Rename", "Delete"})) {
-      case 0: splitPart(); break;
-      case 1: doublePart(); break;
-      case 2: calls->renamePart(); break;
-      case 3: removePart(); break;
-      default: break;
+      case 0:
+        splitPart();
+        break;
+      case 1:
+        doublePart();
+        break;
+      case 2:
+        calls->renamePart();
+        break;
+      case 3:
+        removePart();
+        break;
+      default:
+        break;
     }
   };
   calls->addCall = [this] {
@@ -80,7 +90,9 @@ StudioWindow::StudioWindow(Session& shared)
     const bool movie = kind == ArgumentKind::movieName;
     const ProjectParameter* parameter = session.selectedParameter();
     if (!parameter) return;
-    const auto name = vex::studio::chooseName(movie ? "Movie" : "Picture", movie ? session.movieNames() : session.textureNames(), parameter->string, !movie);
+    const auto name = vex::studio::chooseName(movie ? "Movie" : "Picture",
+                                              movie ? session.movieNames() : session.textureNames(),
+                                              parameter->string, !movie);
     if (name) session.edit(session.document().setString(where, *name));
   };
   messages->listFindings = [this] { listFindings(); };
@@ -101,25 +113,39 @@ std::vector<Command> StudioWindow::allCommands() {
   return {
       {"&File/&Open...", FL_CTRL + 'o', "Open another show's text", [this] { openText(); }},
       {"&File/&Save", FL_CTRL + 's', "Save the text, and compile it", [this] { session.save(); }},
-      {"&File/Save &as...", FL_CTRL + FL_SHIFT + 's', "Save the text under another name", [this] { saveAs(); }},
-      {"&File/_&Compile when saving", 0, "Write test.hvp with every save", [this] { session.setCompilesOnSave(!session.compilesOnSave()); }},
-      {"&File/&Record the whole...", FL_CTRL + 'r', "Record a video of the whole show", [this] { recordAsking(Session::Stretch::whole); }},
-      {"&File/Record the &loop...", FL_CTRL + FL_SHIFT + 'r', "Record a video of the loop", [this] { recordAsking(Session::Stretch::loop); }},
-      {"&File/Record from the c&ursor...", FL_CTRL + FL_ALT + 'r', "Record a video from the cursor to the end", [this] { recordAsking(Session::Stretch::toEnd); }},
-      {"&File/Save a s&till", FL_F + 12, "Save the picture as a PNG beside the text", [this] { session.saveStill(picture->pixels(), picture->pictureWidth(), picture->pictureHeight()); }},
-      {"&File/_&Play in the player", FL_CTRL + 'p', "Play from the cursor in the player", [this] { session.playInPlayer(); }},
+      {"&File/Save &as...", FL_CTRL + FL_SHIFT + 's', "Save the text under another name",
+       [this] { saveAs(); }},
+      {"&File/_&Compile when saving", 0, "Write test.hvp with every save",
+       [this] { session.setCompilesOnSave(!session.compilesOnSave()); }},
+      {"&File/&Record the whole...", FL_CTRL + 'r', "Record a video of the whole show",
+       [this] { recordAsking(Session::Stretch::whole); }},
+      {"&File/Record the &loop...", FL_CTRL + FL_SHIFT + 'r', "Record a video of the loop",
+       [this] { recordAsking(Session::Stretch::loop); }},
+      {"&File/Record from the c&ursor...", FL_CTRL + FL_ALT + 'r',
+       "Record a video from the cursor to the end", [this] { recordAsking(Session::Stretch::toEnd); }},
+      {"&File/Save a s&till", FL_F + 12, "Save the picture as a PNG beside the text",
+       [this] { session.saveStill(picture->pixels(), picture->pictureWidth(), picture->pictureHeight()); }},
+      {"&File/_&Play in the player", FL_CTRL + 'p', "Play from the cursor in the player",
+       [this] { session.playInPlayer(); }},
       {"&File/&Quit", FL_CTRL + 'q', "Leave", [this] { leave(); }},
       {"&Edit/&Undo", FL_CTRL + 'z', "Undo", [this] { session.undo(); }},
       {"&Edit/_&Redo", FL_CTRL + 'y', "Redo", [this] { session.redo(); }},
       {"&Edit/&Rename part", FL_F + 2, "Rename the chosen part", part([this] { calls->renamePart(); })},
-      {"&Edit/&Double part", FL_CTRL + 'd', "Double the chosen part, behind itself", part([this] { doublePart(); })},
-      {"&Edit/S&plit part at the cursor", FL_CTRL + 'k', "Split the chosen part at the cursor", part([this] { splitPart(); })},
+      {"&Edit/&Double part", FL_CTRL + 'd', "Double the chosen part, behind itself",
+       part([this] { doublePart(); })},
+      {"&Edit/S&plit part at the cursor", FL_CTRL + 'k', "Split the chosen part at the cursor",
+       part([this] { splitPart(); })},
       {"&Edit/Dele&te part", FL_Delete, "Delete the chosen part", part([this] { removePart(); })},
-      {"&Edit/_&New part at the cursor...", FL_CTRL + 'n', "Make a part at the cursor", [this] { createPart(session.show().time(), session.selectedPart() ? session.selectedPart()->track : 0); }},
+      {"&Edit/_&New part at the cursor...", FL_CTRL + 'n', "Make a part at the cursor",
+       [this] {
+         createPart(session.show().time(), session.selectedPart() ? session.selectedPart()->track : 0);
+       }},
       {"&Edit/Set a &mark", 'm', "Set a mark at the cursor", [this] { addTick(); }},
       {"&Play/&Play or pause", ' ', "Play and pause", [this] { session.togglePlaying(); }},
-      {"&Play/To the &beginning", FL_Home, "To the show's beginning", [this] { session.seek(session.document().project().startTime); }},
-      {"&Play/_To the &end", FL_End, "To the show's last frame", [this] { session.seek(session.show().totalTime() - frameSeconds); }},
+      {"&Play/To the &beginning", FL_Home, "To the show's beginning",
+       [this] { session.seek(session.document().project().startTime); }},
+      {"&Play/_To the &end", FL_End, "To the show's last frame",
+       [this] { session.seek(session.show().totalTime() - frameSeconds); }},
       {"&Play/A frame back", FL_Left, "A frame back", [this] { stepTime(-1.0 / framesPerSecondOfVideo); }},
       {"&Play/A frame on", FL_Right, "A frame on", [this] { stepTime(1.0 / framesPerSecondOfVideo); }},
       {"&Play/A beat back", FL_SHIFT + FL_Left, "A beat back, or a second", [this] { stepBeats(-1); }},
@@ -131,11 +157,14 @@ std::vector<Command> StudioWindow::allCommands() {
       {"&Play/Loop begins here", '[', "The loop begins at the cursor", [this] { session.setLoopBegin(); }},
       {"&Play/Loop ends here", ']', "The loop ends at the cursor", [this] { session.setLoopEnd(); }},
       {"&Play/_No loop", '\\', "No loop", [this] { session.clearLoop(); }},
-      {"&Play/Run in before a jump", 0, "Particles and water get two seconds of past before a jump", [this] { session.show().setRunIn(session.show().runIn() > 0 ? 0 : 2); }},
-      {"&View/Picture alone", FL_F + 11, "The picture fills the window, and back", [this] { showPictureOnly(!pictureOnly); }},
+      {"&Play/Run in before a jump", 0, "Particles and water get two seconds of past before a jump",
+       [this] { session.show().setRunIn(session.show().runIn() > 0 ? 0 : 2); }},
+      {"&View/Picture alone", FL_F + 11, "The picture fills the window, and back",
+       [this] { showPictureOnly(!pictureOnly); }},
       {"&View/16:9", 0, "Picture of 16:9", [this] { picture->setAspect(Aspect::wide); }},
       {"&View/4:3", 0, "Picture of 4:3", [this] { picture->setAspect(Aspect::narrow); }},
-      {"&View/_As large as its place", 0, "Picture as large as its place", [this] { picture->setAspect(Aspect::window); }},
+      {"&View/_As large as its place", 0, "Picture as large as its place",
+       [this] { picture->setAspect(Aspect::window); }},
       {"&View/Time line closer", '=', "The time line closer", [this] { timeLine->zoomBy(0.8); }},
       {"&View/Time line farther", '-', "The time line farther", [this] { timeLine->zoomBy(1.25); }},
       {"&View/_The whole time line", '0', "The whole time line", [this] { timeLine->showAll(); }},
@@ -156,7 +185,8 @@ void StudioWindow::fillMenus() {
     const bool line = label[word] == '_';
     if (line) label.erase(word, 1);
     menus->add(
-        label.c_str(), command.shortcut, [](Fl_Widget*, void* run) { (*static_cast<std::function<void()>*>(run))(); }, &command.run,
+        label.c_str(), command.shortcut,
+        [](Fl_Widget*, void* run) { (*static_cast<std::function<void()>*>(run))(); }, &command.run,
         line ? FL_MENU_DIVIDER : 0);
   }
 }
@@ -179,11 +209,13 @@ void StudioWindow::open() {
     session.tell(Message::Kind::trouble, picture->notice);
   }
   timeLine->showAll();
-  Fl::add_timeout(frameSeconds, [](void* window) { static_cast<StudioWindow*>(window)->frame(); }, this);
+  Fl::add_timeout(
+      frameSeconds, [](void* window) { static_cast<StudioWindow*>(window)->frame(); }, this);
 }
 
 void StudioWindow::frame() {
-  Fl::repeat_timeout(frameSeconds, [](void* window) { static_cast<StudioWindow*>(window)->frame(); }, this);
+  Fl::repeat_timeout(
+      frameSeconds, [](void* window) { static_cast<StudioWindow*>(window)->frame(); }, this);
   if (endRequested()) return hide();
   picture->makeCurrent();
   const bool changed = session.update(), playing = session.show().playing();
@@ -201,11 +233,13 @@ void StudioWindow::frame() {
 void StudioWindow::redrawPanes() {
   updateTitle();
   transport->pictureSize = formatted("%d × %d", picture->pictureWidth(), picture->pictureHeight());
-  for (Fl_Widget* pane : std::initializer_list<Fl_Widget*>{transport, calls, curve, timeLine, messages}) pane->redraw();
+  for (Fl_Widget* pane : std::initializer_list<Fl_Widget*>{transport, calls, curve, timeLine, messages})
+    pane->redraw();
 }
 
 void StudioWindow::updateTitle() {
-  copy_label(((session.document().saved() ? "" : "● ") + session.fileName() + " – vexstudio").c_str());
+  copy_label(formatted("%s%s – vexstudio", session.document().saved() ? "" : "● ", session.fileName().c_str())
+                 .c_str());
 }
 
 void StudioWindow::resize(int left, int top, int width, int height) {
@@ -218,7 +252,9 @@ void StudioWindow::layOut() {
   edit->close(true);
   const int border = px(borderWidth), menuHeight = px(26), barHeight = px(26), transportHeight = px(28);
   const bool alone = pictureOnly;
-  for (Fl_Widget* pane : std::initializer_list<Fl_Widget*>{menus, transport, calls, curve, timeLine, messages}) alone ? pane->hide() : pane->show();
+  for (Fl_Widget* pane :
+       std::initializer_list<Fl_Widget*>{menus, transport, calls, curve, timeLine, messages})
+    alone ? pane->hide() : pane->show();
   if (alone) {
     picture->resize(0, 0, w(), h());
   } else {
@@ -229,7 +265,8 @@ void StudioWindow::layOut() {
     picture->resize(0, menuHeight, left, upper - transportHeight);
     transport->resize(0, menuHeight + upper - transportHeight, left, transportHeight);
     calls->resize(left + border, menuHeight, w() - left - border, rightTop);
-    curve->resize(left + border, menuHeight + rightTop + border, w() - left - border, upper - rightTop - border);
+    curve->resize(left + border, menuHeight + rightTop + border, w() - left - border,
+                  upper - rightTop - border);
     timeLine->resize(0, menuHeight + upper + border, w(), height - upper - border);
     messages->resize(0, h() - barHeight, w(), barHeight);
   }
@@ -248,7 +285,8 @@ StudioWindow::Border StudioWindow::borderAt(int mouseX, int mouseY) const {
   if (mouseY >= timeLine->y() - reach - 1 && mouseY < timeLine->y()) return Border::under;
   if (mouseY < timeLine->y() && mouseY > menus->h()) {
     if (mouseX >= calls->x() - reach - 1 && mouseX < calls->x()) return Border::beside;
-    if (mouseX >= calls->x() && mouseY >= curve->y() - reach - 1 && mouseY < curve->y()) return Border::between;
+    if (mouseX >= calls->x() && mouseY >= curve->y() - reach - 1 && mouseY < curve->y())
+      return Border::between;
   }
   return Border::none;
 }
@@ -257,7 +295,8 @@ int StudioWindow::handle(int event) {
   switch (event) {
     case FL_KEYBOARD:
       // The panes take keys after the menus do, but for one who types.
-      if (!isTyping() && Fl::focus() == curve && Fl::event_key() == FL_Delete && session.selection().dot >= 0) break;
+      if (!isTyping() && Fl::focus() == curve && Fl::event_key() == FL_Delete && session.selection().dot >= 0)
+        break;
       if (!isTyping() && Fl::event_key() == FL_Escape) {
         if (pictureOnly) showPictureOnly(false);
         return 1;
@@ -280,15 +319,18 @@ int StudioWindow::handle(int event) {
       if (dragged == Border::none) break;
       const double height = h() - menus->h() - messages->h();
       if (dragged == Border::under) underShare = std::clamp((Fl::event_y() - menus->h()) / height, 0.2, 0.85);
-      if (dragged == Border::beside) besideShare = std::clamp(static_cast<double>(Fl::event_x()) / w(), 0.2, 0.85);
-      if (dragged == Border::between) betweenShare = std::clamp((Fl::event_y() - menus->h()) / (height * underShare), 0.15, 0.85);
+      if (dragged == Border::beside)
+        besideShare = std::clamp(static_cast<double>(Fl::event_x()) / w(), 0.2, 0.85);
+      if (dragged == Border::between)
+        betweenShare = std::clamp((Fl::event_y() - menus->h()) / (height * underShare), 0.15, 0.85);
       layOut();
       return 1;
     }
     case FL_RELEASE:
       if (std::exchange(dragged, Border::none) != Border::none) return 1;
       break;
-    default: break;
+    default:
+      break;
   }
   return Fl_Double_Window::handle(event);
 }
@@ -323,28 +365,30 @@ void StudioWindow::leave() {
   };
   if (session.document().saved()) return go();
   if (pictureOnly) showPictureOnly(false);
-  session.ask(session.fileName() + " has changes that are not saved.",
-              {{"Save and leave",
-                [this, go] {
-                  if (session.save()) go();
-                }},
-               {"Leave without them", go},
-               {"Stay", [] {}}});
+  session.ask(session.fileName() + " has changes that are not saved.", {{"Save and leave",
+                                                                         [this, go] {
+                                                                           if (session.save()) go();
+                                                                         }},
+                                                                        {"Leave without them", go},
+                                                                        {"Stay", [] {}}});
   messages->redraw();
 }
 
 void StudioWindow::openText() {
-  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_FILE, "Open a show's text", "Shows\t*.txt");
+  const std::string file =
+      chooseFile(Fl_Native_File_Chooser::BROWSE_FILE, "Open a show's text", "Shows\t*.txt");
   if (!file.empty()) session.openText(file);
 }
 
 void StudioWindow::saveAs() {
-  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Save the show's text as", "Shows\t*.txt", session.fileName());
+  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Save the show's text as",
+                                      "Shows\t*.txt", session.fileName());
   if (!file.empty()) session.saveAs(file);
 }
 
 void StudioWindow::recordAsking(Session::Stretch stretch) {
-  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Record to", "Videos\t*.{mp4,mkv}", "show.mp4");
+  const std::string file =
+      chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Record to", "Videos\t*.{mp4,mkv}", "show.mp4");
   if (file.empty()) return;
   const bool narrow = picture->aspect() == Aspect::narrow;
   session.record(stretch, file, narrow ? 960 : 1280, 720, framesPerSecondOfVideo);
@@ -374,27 +418,31 @@ void StudioWindow::jumpToTick(int direction) {
     const double ahead = (tick - now) * direction;
     if (ahead > 1e-3 && (!best || ahead < (*best - now) * direction)) best = tick;
   }
-  if (!best) return session.tell(Message::Kind::hint, direction > 0 ? "No mark lies behind the cursor." : "No mark lies before the cursor.");
+  if (!best)
+    return session.tell(Message::Kind::hint, direction > 0 ? "No mark lies behind the cursor."
+                                                           : "No mark lies before the cursor.");
   stepTime(*best - now);
 }
 
 void StudioWindow::addTick() {
   const double time = session.show().time();
-  edit->open(messages->x() + px(8), messages->y() - px(30), px(320), px(26), "name of the mark", [this, time](const std::string& name) {
-    session.edit(session.document().addTick(time, name));
-  });
+  edit->open(messages->x() + px(8), messages->y() - px(30), px(320), px(26), "name of the mark",
+             [this, time](const std::string& name) { session.edit(session.document().addTick(time, name)); });
 }
 
 void StudioWindow::createPart(double time, int track) {
   const auto function = chooseFunction();
   if (!function) return;
   const auto tempo = session.document().tempo();
-  session.editPart(session.document().createPart(time, tempo ? tempo->seconds(2, 0) : 4, track, function->first, function->second));
+  session.editPart(session.document().createPart(time, tempo ? tempo->seconds(2, 0) : 4, track,
+                                                 function->first, function->second));
 }
 
 void StudioWindow::doublePart() {
   const ProjectPart* part = session.selectedPart();
-  if (part) session.editPart(session.document().doublePart(session.selection().part, part->pos + part->length, part->track));
+  if (part)
+    session.editPart(
+        session.document().doublePart(session.selection().part, part->pos + part->length, part->track));
 }
 
 void StudioWindow::splitPart() {
@@ -421,7 +469,8 @@ void StudioWindow::listFindings() {
   std::vector<std::string> entries;
   for (const Finding& finding : session.findings()) {
     if (entries.size() == listedFindings) break;
-    std::string text = (finding.remark ? "remark: " : "") + finding.text + (finding.hint.empty() ? "" : "; " + finding.hint);
+    std::string text = formatted("%s%s%s%s", finding.remark ? "remark: " : "", finding.text.c_str(),
+                                 finding.hint.empty() ? "" : "; ", finding.hint.c_str());
     if (text.size() > 140) text = text.substr(0, 140) + "...";
     entries.push_back(std::move(text));
   }

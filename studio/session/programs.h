@@ -8,8 +8,8 @@
 
 namespace vex::studio {
 
-// The recorder and the player beside the studio, each with a run folder of its own: the project as it is shaped now, and
-// links to the archive and the data.
+// The recorder and the player beside the studio, each with a run folder of its own: the project as it is
+// shaped now, and links to the archive and the data.
 class Programs {
  public:
   struct Order {

@@ -3,10 +3,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <span>
 
@@ -53,7 +56,8 @@ std::vector<std::string> filesOfRunFolder() {
 
 std::vector<Finding> findingsOf(const std::vector<TextProblem>& problems) {
   std::vector<Finding> findings;
-  for (const TextProblem& problem : problems) findings.push_back({.line = problem.line, .text = problem.text});
+  for (const TextProblem& problem : problems)
+    findings.push_back({.line = problem.line, .text = problem.text, .hint = {}});
   return findings;
 }
 
@@ -104,7 +108,9 @@ void Session::State::tellTrouble(const Trouble& trouble) {
 // Only what is there can be chosen.
 void Session::State::holdSelection() {
   const auto& parts = document.project().parts;
-  const auto within = [](int index, std::size_t count) { return index >= 0 && static_cast<std::size_t>(index) < count; };
+  const auto within = [](int index, std::size_t count) {
+    return index >= 0 && static_cast<std::size_t>(index) < count;
+  };
   if (!within(selection.part, parts.size())) {
     selection = {};
     return;
@@ -119,7 +125,8 @@ void Session::State::holdSelection() {
     selection.parameter = selection.dot = -1;
     return;
   }
-  if (!within(selection.dot, parameters[static_cast<std::size_t>(selection.parameter)].dots.size())) selection.dot = -1;
+  if (!within(selection.dot, parameters[static_cast<std::size_t>(selection.parameter)].dots.size()))
+    selection.dot = -1;
 }
 
 void Session::State::judge() {
@@ -133,7 +140,8 @@ void Session::State::judge() {
   findings = checkTimeLine(project, sceneEntries());
   judgeData();
   findings.insert(findings.end(), dataFindings.begin(), dataFindings.end());
-  const auto ground = checkGround(project, sceneEntries(), [](const std::string& texture) { return textureHasMask(texture); });
+  const auto ground = checkGround(project, sceneEntries(),
+                                  [](const std::string& texture) { return textureHasMask(texture); });
   findings.insert(findings.end(), ground.begin(), ground.end());
   std::ranges::stable_sort(findings, {}, &Finding::remark);
 }
@@ -152,7 +160,7 @@ void Session::State::judgeData() {
   try {
     dataFindings = checkData(document.project(), sceneEntries());
   } catch (const FatalError& error) {
-    dataFindings = {{.text = error.what()}};
+    dataFindings = {{.text = error.what(), .hint = {}}};
   }
 }
 
@@ -184,7 +192,10 @@ void Session::State::heedFiles() {
     if (trouble) {
       tellTrouble(trouble);
     } else {
-      message = {Message::Kind::hint, formatted("%s was loaded anew%s", data.front().c_str(), data.size() > 1 ? ", with others" : ""), {}};
+      message = {
+          Message::Kind::hint,
+          formatted("%s was loaded anew%s", data.front().c_str(), data.size() > 1 ? ", with others" : ""),
+          {}};
     }
     changed = true;
   }
@@ -204,7 +215,7 @@ bool Session::State::compile() {
     return false;
   }
   if (replaceFile(compiledName, bytes)) return true;
-  tellTrouble(formatted("saved, but can't write %s: %m", compiledName));
+  tellTrouble(formatted("saved, but can't write %s: %s", compiledName, std::strerror(errno)));
   return false;
 }
 
@@ -214,12 +225,13 @@ Session::Session(const std::string& text) : state(std::make_unique<State>(text))
   s.watch.addFolder("data");
   s.seenRevision = s.document.revision();
   if (const auto left = s.autosave.left(s.document.text())) {
-    ask(fileName() + " was left with changes that were not saved.", {{"Take them",
-                                                                       [this, text = *left] {
-                                                                         state->document.replaceText(text, "Take what was not saved");
-                                                                         state->autosave.remove();
-                                                                       }},
-                                                                      {"Leave them", [this] { state->autosave.remove(); }}});
+    ask(fileName() + " was left with changes that were not saved.",
+        {{"Take them",
+          [this, text = *left] {
+            state->document.replaceText(text, "Take what was not saved");
+            state->autosave.remove();
+          }},
+         {"Leave them", [this] { state->autosave.remove(); }}});
   }
 }
 
@@ -375,7 +387,8 @@ void Session::clearLoop() {
 }
 
 double Session::snapped(double time, double secondsPerPixel) const {
-  return vex::studio::snapped(time, state->document.project(), state->document.tempo(), secondsPerPixel, state->selection.part);
+  return vex::studio::snapped(time, state->document.project(), state->document.tempo(), secondsPerPixel,
+                              state->selection.part);
 }
 
 std::string Session::fileName() const {
@@ -403,7 +416,8 @@ bool Session::save() {
   }
   s.document.markSaved();
   s.autosave.remove();
-  if (!s.compiles || s.compile()) tell(Message::Kind::hint, fileName() + " is saved" + (s.compiles ? ", and compiled." : "."));
+  if (!s.compiles || s.compile())
+    tell(Message::Kind::hint, fileName() + " is saved" + (s.compiles ? ", and compiled." : "."));
   s.changed = true;
   return true;
 }
@@ -461,23 +475,25 @@ void Session::openText(const std::string& path) {
 void Session::askWhichText() {
   State& s = *state;
   if (std::exchange(s.asksOfDisk, true)) return;
-  ask(fileName() + " was changed by another program, too.", {{"Keep mine",
-                                                              [this] {
-                                                                state->asksOfDisk = false;
-                                                                state->disk.overwriteOutside();
-                                                                save();
-                                                              }},
-                                                             {"Take theirs",
-                                                              [this] {
-                                                                state->asksOfDisk = false;
-                                                                loadFromDisk();
-                                                              }},
-                                                             {"Save mine under another name", [this] {
-                                                                state->asksOfDisk = false;
-                                                                const fs::path mine(path());
-                                                                const std::string name = (mine.parent_path() / (mine.stem().string() + "-mine" + mine.extension().string())).string();
-                                                                if (saveAs(name)) tell(Message::Kind::hint, "Yours is in " + fileName() + " now.");
-                                                              }}});
+  ask(fileName() + " was changed by another program, too.",
+      {{"Keep mine",
+        [this] {
+          state->asksOfDisk = false;
+          state->disk.overwriteOutside();
+          save();
+        }},
+       {"Take theirs",
+        [this] {
+          state->asksOfDisk = false;
+          loadFromDisk();
+        }},
+       {"Save mine under another name", [this] {
+          state->asksOfDisk = false;
+          const fs::path mine(path());
+          const std::string name =
+              (mine.parent_path() / (mine.stem().string() + "-mine" + mine.extension().string())).string();
+          if (saveAs(name)) tell(Message::Kind::hint, "Yours is in " + fileName() + " now.");
+        }}});
 }
 
 std::vector<std::string> Session::textureNames() const {
@@ -508,11 +524,18 @@ void Session::saveStill(const std::vector<std::uint32_t>& bgra, int width, int h
   const fs::path text(path());
   const std::string name = formatted("%s-%08.3f.png", text.stem().c_str(), state->show.time());
   const std::string file = (text.parent_path() / name).string();
-  const auto bytes = std::as_bytes(std::span(bgra));
-  if (const auto trouble = writeStill(file, bytes, width, height)) {
-    tell(Message::Kind::trouble, *trouble);
-  } else {
+  std::vector<std::byte> rgb;
+  for (int row = height; row-- > 0;)
+    for (int column = 0; column < width; ++column) {
+      const std::uint32_t pixel = bgra[static_cast<std::size_t>(row) * static_cast<std::size_t>(width) +
+                                       static_cast<std::size_t>(column)];
+      for (const int shift : {16, 8, 0}) rgb.push_back(static_cast<std::byte>(pixel >> shift & 255));
+    }
+  ReplacementFile png(file);
+  if (writePng(png, width, height, rgb)) {
     tell(Message::Kind::hint, "The picture is in " + name + ".");
+  } else {
+    tell(Message::Kind::trouble, formatted("can't write %s: %s", file.c_str(), std::strerror(errno)));
   }
 }
 

@@ -12,8 +12,8 @@
 #include "studio/show/show.h"
 #include "studio/show/waveform.h"
 
-// What the panes share: the document, the show that follows it, what is chosen, and what the user is told. Knows
-// files, and no toolkit.
+// What the panes share: the document, the show that follows it, what is chosen, and what the user is told.
+// Knows files, and no toolkit.
 
 namespace vex::studio {
 
@@ -64,8 +64,9 @@ class Session {
   const ProjectPart* selectedPart() const;  // null where none is
   const ProjectParameter* selectedParameter() const;
 
-  const std::vector<Finding>& findings() const;  // problems first; of the text's own problems where it has some
-  const Finding* findingOf(int part) const;      // the first
+  const std::vector<Finding>& findings()
+      const;                                 // problems first; of the text's own problems where it has some
+  const Finding* findingOf(int part) const;  // the first
   const Message& message() const;
   void tell(Message::Kind kind, std::string text);
   void ask(std::string text, std::vector<Message::Answer> answers);
@@ -96,7 +97,7 @@ class Session {
   bool saveAs(const std::string& path);
   bool compilesOnSave() const;
   void setCompilesOnSave(bool compiles);
-  void loadFromDisk();  // takes what the file holds now, as a step of undo
+  void loadFromDisk();                     // takes what the file holds now, as a step of undo
   void openText(const std::string& path);  // another text in place of this one; asks when that has changes
   std::vector<std::string> textureNames() const;
   std::vector<std::string> movieNames() const;
@@ -113,8 +114,8 @@ class Session {
   std::optional<int> recorded() const;  // percent while a recording runs
   void cancelRecording();
 
-  // Called for every frame of the window: brings the show up to date with document and disk, judges when there
-  // is time, saves on the side. Whether something changed that panes show.
+  // Called for every frame of the window: brings the show up to date with document and disk, judges when
+  // there is time, saves on the side. Whether something changed that panes show.
   bool update();
 
  private:

@@ -19,8 +19,10 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path settingsFile() {
-  if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder && folder[0] == '/') return fs::path(folder) / "vex/studio";
-  if (const char* home = std::getenv("HOME"); home && home[0] == '/') return fs::path(home) / ".config/vex/studio";
+  if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder && folder[0] == '/')
+    return fs::path(folder) / "vex/studio";
+  if (const char* home = std::getenv("HOME"); home && home[0] == '/')
+    return fs::path(home) / ".config/vex/studio";
   return {};
 }
 

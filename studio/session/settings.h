@@ -5,8 +5,9 @@
 
 namespace vex::studio {
 
-// What the user's window looked like: "vex/studio" in $XDG_CONFIG_HOME or in ".config" of the user's folder, lines of a
-// name, a blank and a number. Damaged lines are passed over; where it cannot be written nothing is kept.
+// What the user's window looked like: "vex/studio" in $XDG_CONFIG_HOME or in ".config" of the user's folder,
+// lines of a name, a blank and a number. Damaged lines are passed over; where it cannot be written nothing is
+// kept.
 class Settings {
  public:
   void read();

@@ -20,7 +20,8 @@ constexpr double handleWidth = 6;
 
 // Lines at multiples of `step` from `origin`, every `strongEvery`th of them strong and labelled.
 template <typename Label>
-std::vector<RulerMark> marksEvery(const TimeView& view, double origin, double step, long strongEvery, Label label) {
+std::vector<RulerMark> marksEvery(const TimeView& view, double origin, double step, long strongEvery,
+                                  Label label) {
   std::vector<RulerMark> marks;
   const auto first = static_cast<long>(std::ceil((view.begin - origin) / step));
   const auto last = static_cast<long>(std::floor((view.end() - origin) / step));
@@ -76,22 +77,15 @@ std::vector<RulerMark> secondMarks(const TimeView& view) {
     double seconds;
     long strongEvery;
   };
-  static constexpr std::array<Step, 10> steps{{{0.01, 10},
-                                               {0.05, 10},
-                                               {0.1, 10},
-                                               {0.5, 10},
-                                               {1, 5},
-                                               {1, 10},
-                                               {5, 6},
-                                               {10, 6},
-                                               {30, 10},
-                                               {60, 10}}};
+  static constexpr std::array<Step, 10> steps{
+      {{0.01, 10}, {0.05, 10}, {0.1, 10}, {0.5, 10}, {1, 5}, {1, 10}, {5, 6}, {10, 6}, {30, 10}, {60, 10}}};
   for (const Step& step : steps) {
     const double line = step.seconds / view.secondsPerPixel;
     const double strong = line * static_cast<double>(step.strongEvery);
     if ((line < leastLine || strong < leastLabel) && &step != &steps.back()) continue;
     return marksEvery(view, 0, step.seconds, step.strongEvery, [&](long i) {
-      return clockLabel(static_cast<double>(i) * step.seconds, step.seconds * static_cast<double>(step.strongEvery) < 1);
+      return clockLabel(static_cast<double>(i) * step.seconds,
+                        step.seconds * static_cast<double>(step.strongEvery) < 1);
     });
   }
   return {};
@@ -105,11 +99,13 @@ std::vector<RulerMark> beatMarks(const TimeView& view, const Tempo& tempo) {
   while (barPixels * static_cast<double>(barsPerLabel) < leastLabel / 2) barsPerLabel *= 2;
   const auto barLabel = [&](long bar) { return std::to_string(bar); };
   if (beat / view.secondsPerPixel >= leastLine && barsPerLabel == 1)
-    return marksEvery(view, tempo.origin, beat, beatsPerBar, [&](long i) { return barLabel(i / beatsPerBar); });
+    return marksEvery(view, tempo.origin, beat, beatsPerBar,
+                      [&](long i) { return barLabel(i / beatsPerBar); });
   const double bar = beat * static_cast<double>(beatsPerBar);
   long barsPerLine = 1;
   while (barPixels * static_cast<double>(barsPerLine) < leastLine) barsPerLine *= 2;
-  return marksEvery(view, tempo.origin, bar * static_cast<double>(barsPerLine), std::max(1L, barsPerLabel / barsPerLine),
+  return marksEvery(view, tempo.origin, bar * static_cast<double>(barsPerLine),
+                    std::max(1L, barsPerLabel / barsPerLine),
                     [&](long i) { return barLabel(i * barsPerLine); });
 }
 
@@ -154,7 +150,9 @@ PartHit partAt(const Project& project, const Lanes& lanes, const TimeView& view,
     if (x < left - 1 || x > std::max(right, left + 3)) continue;
     const double handle = std::min(handleWidth, (right - left) / 4);
     hit.part = static_cast<int>(i);
-    hit.handle = x >= right - handle ? PartHandle::end : x <= left + handle ? PartHandle::begin : PartHandle::body;
+    hit.handle = x >= right - handle  ? PartHandle::end
+                 : x <= left + handle ? PartHandle::begin
+                                      : PartHandle::body;
     if (right - left < 4) hit.handle = PartHandle::body;
   }
   return hit;

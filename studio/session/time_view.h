@@ -42,8 +42,8 @@ struct RulerMark {
 std::vector<RulerMark> secondMarks(const TimeView& view);
 std::vector<RulerMark> beatMarks(const TimeView& view, const Tempo& tempo);
 
-// One lane a track that is in use, the first drawn one on top; parts of one track that overlap share rows below
-// each other.
+// One lane a track that is in use, the first drawn one on top; parts of one track that overlap share rows
+// below each other.
 struct Lanes {
   struct Lane {
     int track;
