@@ -13,7 +13,8 @@ namespace vex::studio {
 
 namespace {
 
-constexpr int rulerHeight = 34;
+constexpr int rulerRow = 17;  // seconds, bars
+constexpr int markRow = 9;    // the project's marks
 constexpr int waveHeight = 46;
 constexpr int trackColumn = 44;
 constexpr double wheelZoom = 1.25;
@@ -25,7 +26,7 @@ TimeLinePane::TimeLinePane(Session& shared) : Pane(shared, "Time line") {
 }
 
 int TimeLinePane::waveTop() const {
-  return rulerTop() + px(rulerHeight);
+  return rulerTop() + 2 * px(rulerRow) + px(markRow);
 }
 
 int TimeLinePane::lanesTop() const {
@@ -108,15 +109,15 @@ void TimeLinePane::draw() {
 }
 
 void TimeLinePane::drawRuler() const {
-  const int left = lanesLeft(), top = rulerTop(), half = px(rulerHeight) / 2;
+  const int left = lanesLeft(), top = rulerTop(), half = px(rulerRow);
   setDrawColour(colour::raised);
-  fl_rectf(x(), top, w(), px(rulerHeight));
+  fl_rectf(x(), top, w(), waveTop() - top);
   fl_push_clip(left, top, view.width, y() + h() - top);
   if (const auto loop = session.show().loop()) {
     const int from = left + static_cast<int>(view.pixelOf(loop->begin)),
               to = left + static_cast<int>(view.pixelOf(loop->end));
     setDrawColour(blended(colour::raised, colour::chosen, 0.35));
-    fl_rectf(from, top, std::max(1, to - from), px(rulerHeight));
+    fl_rectf(from, top, std::max(1, to - from), waveTop() - top);
   }
   useFont(false, 10);
   const auto drawMarks = [&](const std::vector<RulerMark>& marks, int rowTop, std::uint32_t strong) {
@@ -136,7 +137,8 @@ void TimeLinePane::drawRuler() const {
   setDrawColour(colour::remark);
   for (const double tick : project.ticks) {
     const int at = left + static_cast<int>(std::lround(view.pixelOf(tick)));
-    fl_polygon(at - px(4), top, at + px(4), top, at, top + px(6));
+    fl_polygon(at - px(4), waveTop() - px(markRow) + 1, at + px(4), waveTop() - px(markRow) + 1, at,
+               waveTop() - 1);
   }
   fl_pop_clip();
   setDrawColour(colour::faint);
