@@ -44,7 +44,7 @@ std::size_t bytesOf(const std::vector<TextChange>& changes) {
 
 // The shorter way from the text before the changes to the one behind them; none where these are the same.
 std::vector<TextChange> shortened(std::vector<TextChange> changes, const std::string& after) {
-  if (changes.size() < 2) return changes;
+  if (changes.empty() || (changes.size() == 1 && changes[0].pieces.size() == 1)) return changes;
   std::string before = after;
   for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
     applyTo(before, inverseOf(*change));

@@ -102,11 +102,10 @@ Replacement insertBlock(const std::string& text, const std::string& lines, const
     if (beginsLine(text, beside.begin)) return {at(lineBegin(text, beside.begin)), lines + end + gap};
     return {at(beside.begin), end + lines + end};
   }
-  if (!block.ownLines) {
-    return {at(beside.end), end + lines + (endsItsLine(text, beside.end) ? "" : end)};
-  }
-  if (text[block.end - 1] != '\n') return {at(block.end), end + gap + lines};
-  return {at(block.end), gap + lines + end};
+  if (!endsItsLine(text, beside.end)) return {at(beside.end), end + lines + end};
+  const std::size_t behind = lineEndBehind(text, beside.end);
+  const std::string parted = (block.ownLines ? gap : "") + lines;
+  return {at(behind), text[behind - 1] == '\n' ? parted + end : end + parted};
 }
 
 // Blank lines above stay where nothing else would part the neighbours.

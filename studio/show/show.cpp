@@ -143,8 +143,8 @@ struct Show::State {
 
 // No show is begun at its end, and none with music before 0.
 float Show::State::firstTime() const {
-  const PartDispatcher& timeLine = presentation->timeLine();
-  return timeLine.musicName[0] == '\0' ? std::min(timeLine.startTime, 0.0f) : 0.0f;
+  const bool hasMusic = presentation->timeLine().musicName[0] != '\0';
+  return hasMusic ? 0.0f : std::min(static_cast<float>(project.startTime), 0.0f);
 }
 
 float Show::State::lastTime() const {
@@ -255,7 +255,7 @@ Trouble Show::load(const Project& project, const std::function<void(int, const c
     s.presentation->load(Begins::often);
     s.music.open(s.presentation->timeLine().musicName);
   });
-  if (!trouble) return seek(double{s.presentation->timeLine().startTime});
+  if (!trouble) return seek(project.startTime);
   s.presentation.reset();
   return trouble;
 }
@@ -264,13 +264,15 @@ Trouble Show::setProject(const Project& project) {
   State& s = *state;
   if (!s.presentation) return "no show is loaded";
   if (Trouble refused = attempt([&] { s.presentation->setProject(project); })) return refused;
+  const Project before = std::exchange(s.project, project);
   const bool wasPlaying = s.playing;
-  if (Trouble trouble = s.seek(s.time, s.runIn, Sound::goesOn)) {
-    s.presentation->setProject(s.project);
-    if (!seek(s.time) && wasPlaying) play();
+  const double at = s.time;
+  if (Trouble trouble = s.seek(at, s.runIn, Sound::goesOn)) {
+    s.project = before;
+    attempt([&] { s.presentation->setProject(before); });
+    if (!seek(at) && wasPlaying) play();
     return trouble;
   }
-  s.project = project;
   if (const char* name = s.presentation->timeLine().musicName; s.music.name() != name) {
     s.music.open(name);
     if (s.playing) s.startClock(Sound::fromThere);
@@ -304,7 +306,7 @@ Trouble Show::play() {
   if (s.playing) return std::nullopt;
   if (s.next == Next::black || s.time >= double{s.lastTime()}) {
     const bool atEnd = s.time >= double{s.lastTime()};
-    const double begin = s.loop ? s.loop->begin : double{s.presentation->timeLine().startTime};
+    const double begin = s.loop ? s.loop->begin : s.project.startTime;
     if (Trouble trouble = s.seek(atEnd ? begin : s.time, s.runIn)) return trouble;
   }
   s.picture.forget();
