@@ -32,6 +32,14 @@ constexpr std::array mouseRows{
     MouseRow{"double-click on a curve", "make a dot; right click removes it"},
 };
 
+// As it stands on the key, where the toolkit has another word.
+std::string keyName(int shortcut) {
+  if (shortcut == FL_Page_Up) return "Page Up";
+  if (shortcut == FL_Page_Down) return "Page Down";
+  if (shortcut == ' ') return "Space";
+  return fl_shortcut_label(static_cast<unsigned>(shortcut));
+}
+
 class KeysPage : public Fl_Double_Window {
  public:
   explicit KeysPage(const std::vector<Command>& all)
@@ -52,7 +60,7 @@ class KeysPage : public Fl_Double_Window {
       if (command.shortcut == 0) continue;
       const int left = px(16) + row / rowsInColumn * w() / 2,
                 top = lineHeight() / 2 + row % rowsInColumn * lineHeight();
-      drawRow(fl_shortcut_label(static_cast<unsigned>(command.shortcut)), command.does, left, top, px(104));
+      drawRow(keyName(command.shortcut), command.does, left, top, px(104));
       ++row;
     }
     int top = (rowsInColumn + 1) * lineHeight();
@@ -72,7 +80,7 @@ class KeysPage : public Fl_Double_Window {
   const std::vector<Command>& commands;
   int rowsInColumn;
 
-  void drawRow(const char* key, const char* does, int left, int top, int keyWidth) const {
+  void drawRow(const std::string& key, const char* does, int left, int top, int keyWidth) const {
     useFont(true, 12);
     setDrawColour(colour::chosen);
     drawText(key, left, top, keyWidth, lineHeight());

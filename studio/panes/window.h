@@ -54,9 +54,9 @@ class StudioWindow : public Fl_Double_Window {
   TimeLinePane* timeLine;
   MessageBar* messages;
   InlineEdit* edit;
-  double underShare = 0.58;    // of the height, of what lies above the time line
+  double underShare = 0.62;    // of the height, of what lies above the time line
   double besideShare = 0.62;   // of the width, of the picture
-  double betweenShare = 0.56;  // of the right side's height, of the calls
+  double betweenShare = 0.62;  // of the right side's height, of the calls
   Border dragged = Border::none;
   bool pictureOnly = false;
   int framesUntilPanes = 0;

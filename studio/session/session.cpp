@@ -61,10 +61,17 @@ std::vector<Finding> findingsOf(const std::vector<TextProblem>& problems) {
   return findings;
 }
 
+// What the file holds. Fatal: one that cannot be read.
+std::string textOf(DiskState& disk) {
+  FileText read = disk.read();
+  if (read.trouble) fatalError("%s", read.trouble->c_str());
+  return std::move(read.text);
+}
+
 }  // namespace
 
 struct Session::State {
-  explicit State(const std::string& file) : disk(file), document(disk.text()), autosave(file) {}
+  explicit State(const std::string& file) : disk(file), document(textOf(disk)), autosave(file) {}
 
   DiskState disk;
   Document document;
@@ -94,6 +101,7 @@ struct Session::State {
   void judgeData();
   void showEdits();
   void heedFiles();
+  bool textChanged = false;  // on disk, as it seems
   void saveOnTheSide();
   void tellTrouble(const Trouble& trouble);
   bool compile();
@@ -181,7 +189,10 @@ void Session::State::showEdits() {
 void Session::State::heedFiles() {
   std::vector<std::string> data;
   for (const std::string& path : watch.changed()) {
-    if (path == disk.path()) continue;
+    if (path == disk.path()) {
+      textChanged = true;
+      continue;
+    }
     data.push_back(dataName(path));
     if (data.back() == document.project().music) waveform.read(document.project().music);
   }
@@ -224,10 +235,10 @@ Session::Session(const std::string& text) : state(std::make_unique<State>(text))
   s.watch.addFile(s.disk.path());
   s.watch.addFolder("data");
   s.seenRevision = s.document.revision();
-  if (const auto left = s.autosave.left(s.document.text())) {
+  if (const auto left = findAutosave(path())) {
     ask(fileName() + " was left with changes that were not saved.",
         {{"Take them",
-          [this, text = *left] {
+          [this, text = left->text] {
             state->document.replaceText(text, "Take what was not saved");
             state->autosave.remove();
           }},
@@ -387,8 +398,8 @@ void Session::clearLoop() {
 }
 
 double Session::snapped(double time, double secondsPerPixel) const {
-  return vex::studio::snapped(time, state->document.project(), state->document.tempo(), secondsPerPixel,
-                              state->selection.part);
+  const std::vector<double> targets = snapTargets(state->document.project(), state->selection.part);
+  return vex::studio::snapped(time, state->document.tempo(), secondsPerPixel, SnapGrid::zoom, targets);
 }
 
 std::string Session::fileName() const {
@@ -404,13 +415,41 @@ void Session::setCompilesOnSave(bool compiles) {
   state->compiles = compiles;
 }
 
-bool Session::save() {
+// The text's file was written by somebody.
+void Session::heedText() {
   State& s = *state;
-  if (s.disk.changedOutside()) {
+  if (s.asksOfDisk) return;
+  switch (s.disk.change()) {
+    case DiskChange::none:
+      break;
+    case DiskChange::changed:
+      if (s.document.saved()) {
+        loadFromDisk();
+      } else {
+        askWhichText();
+      }
+      break;
+    case DiskChange::gone:
+      tell(Message::Kind::trouble, fileName() + " is gone from its folder; saving writes it anew.");
+      break;
+    case DiskChange::unreadable:
+      tell(Message::Kind::trouble, fileName() + " cannot be read any more.");
+      break;
+  }
+}
+
+bool Session::save() {
+  return write(Overwrite::no);
+}
+
+bool Session::write(Overwrite overwrite) {
+  State& s = *state;
+  const DiskChange change = s.disk.change();
+  if (change == DiskChange::changed && overwrite == Overwrite::no) {
     askWhichText();
     return false;
   }
-  if (const auto trouble = s.disk.save(s.document.text())) {
+  if (const auto trouble = s.disk.save(s.document.text(), overwrite)) {
     s.tellTrouble(trouble);
     return false;
   }
@@ -424,7 +463,7 @@ bool Session::save() {
 
 bool Session::saveAs(const std::string& path) {
   State& s = *state;
-  if (const auto trouble = s.disk.saveAs(path, s.document.text())) {
+  if (const auto trouble = s.disk.saveAs(path, s.document.text(), Overwrite::yes)) {
     s.tellTrouble(trouble);
     return false;
   }
@@ -440,8 +479,9 @@ bool Session::saveAs(const std::string& path) {
 
 void Session::loadFromDisk() {
   State& s = *state;
-  if (const auto trouble = s.disk.read()) return s.tellTrouble(trouble);
-  s.document.replaceText(s.disk.text(), "Take the file's text");
+  FileText read = s.disk.read();
+  if (read.trouble) return s.tellTrouble(read.trouble);
+  s.document.replaceText(std::move(read.text), "Take the file's text");
   s.document.markSaved();
   s.autosave.remove();
   if (s.document.problems().empty()) {
@@ -456,8 +496,10 @@ void Session::loadFromDisk() {
 void Session::openText(const std::string& path) {
   const auto go = [this, path] {
     State& s = *state;
-    if (const auto trouble = s.disk.open(path)) return s.tellTrouble(trouble);
+    DiskState other(fs::absolute(path).string());
+    if (FileText read = other.read(); read.trouble) return s.tellTrouble(read.trouble);
     s.autosave.remove();
+    s.disk = other;
     s.autosave = Autosave(s.disk.path());
     s.watch.addFile(s.disk.path());
     s.selection = {};
@@ -479,8 +521,7 @@ void Session::askWhichText() {
       {{"Keep mine",
         [this] {
           state->asksOfDisk = false;
-          state->disk.overwriteOutside();
-          save();
+          write(Overwrite::yes);
         }},
        {"Take theirs",
         [this] {
@@ -585,13 +626,7 @@ void Session::cancelRecording() {
 bool Session::update() {
   State& s = *state;
   s.heedFiles();
-  if (!s.asksOfDisk && s.disk.changedOutside()) {
-    if (s.document.saved()) {
-      loadFromDisk();
-    } else {
-      askWhichText();
-    }
-  }
+  if (std::exchange(s.textChanged, false)) heedText();
   s.showEdits();
   s.saveOnTheSide();
   if (s.waveform.fresh()) s.changed = true;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "authoring/project_check.h"
+#include "studio/document/disk_state.h"
 #include "studio/document/document.h"
 #include "studio/show/show.h"
 #include "studio/show/waveform.h"
@@ -123,6 +124,8 @@ class Session {
   std::unique_ptr<State> state;
 
   void askWhichText();
+  void heedText();
+  bool write(Overwrite overwrite);
 };
 
 }  // namespace vex::studio

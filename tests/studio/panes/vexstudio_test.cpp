@@ -28,9 +28,9 @@ using testing::HasSubstr;
 constexpr int screenWidth = 1280;
 constexpr int screenHeight = 720;
 constexpr int lanesLeft = 44;
-constexpr int lanesTop = 483;
+constexpr int lanesTop = 510;
 constexpr int rowHeight = 24;
-constexpr int rulerY = 450;
+constexpr int rulerY = 475;
 constexpr int valueX = 1070;   // of the numbers of the pane of calls
 constexpr int firstRowY = 62;  // of its rows, the part's name
 constexpr int callRowHeight = 21;
@@ -215,7 +215,7 @@ TEST_F(Vexstudio, MakesATextOfAFoldersProject) {
   project.parts = {fillPart("all", 0, 5, 1, 0, 0)};
   writeFile("test.hvp", buildProject(project).bytes);
   start(".");
-  EXPECT_THAT(readFile("show.txt"), HasSubstr("part all {"));
+  EXPECT_THAT(readFile("show.txt"), HasSubstr("part \"all\" {"));
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ TEST(Ruler, LinesAreFarEnoughApartAndLabelled) {
       for (const auto& marks : {secondMarks(view), beatMarks(view, tempo)}) {
         double lastLabel = -1e9;
         for (std::size_t i = 0; i < marks.size(); ++i) {
-          if (i > 0) EXPECT_GE((marks[i].time - marks[i - 1].time) / secondsPerPixel, 7.9);
+          EXPECT_GE((marks[i].time - marks[i == 0 ? 0 : i - 1].time) / secondsPerPixel, i == 0 ? 0 : 7.9);
           if (marks[i].label.empty()) continue;
           EXPECT_TRUE(marks[i].strong);
           EXPECT_GE((marks[i].time - lastLabel) / secondsPerPixel, 29) << marks[i].label;
