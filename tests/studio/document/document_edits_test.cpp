@@ -227,6 +227,8 @@ TEST(DocumentEdits, KeepPartsInOrder) {
        head + "\n# section\n\npart b { at 2  length 1 }  # second\n\n# first\npart a { at 3  length 1 }\n"
               "\n# third,\n# long\npart c {\n  at 3  length 1\n}\ntrailing \"x\"\n",
        1},
+      {"from where no blank line parts it", head + "part a { at 1 length 1 }\n\npart b { at 2 length 1 }\n",
+       move(0, 3), head + "\npart b { at 2 length 1 }\n\npart a { at 3 length 1 }\n", 1},
       {"in one line", head + "part a { at 1 length 1 } part b { at 2 length 1 }  # both\n", move(0, 3),
        head + "part b { at 2 length 1 }  # both\npart a { at 3 length 1 }\n", 1},
       {"without blank lines or a last line end", head + "part a { at 1 length 1 }\npart b { at 2 length 1 }",
