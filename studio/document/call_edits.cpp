@@ -24,17 +24,23 @@ const FunctionRow& functionRow(const std::string& scene, const std::string& func
   throw Refusal{scene + " has no function " + function + "."};
 }
 
-// That the last call of the function names in that slot; empty where there is none.
+// That the last call of the function names in that slot, or else the last parameter of that name; empty
+// where there is neither.
 std::string lastText(const Project& project, const std::string& scene, const std::string& function,
-                     std::size_t slot) {
-  std::string text;
+                     std::size_t slot, const std::string& name) {
+  std::string ofFunction, ofName;
   for (const ProjectPart& part : project.parts) {
     for (const ProjectCall& call : part.calls) {
-      if (call.scene != scene || call.function != function || slot >= call.parameters.size()) continue;
-      if (call.parameters[slot].type == PARAM_STRING) text = call.parameters[slot].string;
+      const bool same = call.scene == scene && call.function == function;
+      for (std::size_t i = 0; i < call.parameters.size(); ++i) {
+        const ProjectParameter& parameter = call.parameters[i];
+        if (parameter.type != PARAM_STRING) continue;
+        if (same && i == slot) ofFunction = parameter.string;
+        if (parameter.name == name) ofName = parameter.string;
+      }
     }
   }
-  return text;
+  return ofFunction.empty() ? ofName : ofFunction;
 }
 
 std::string middleText(const FunctionParameter& parameter) {
@@ -58,8 +64,9 @@ std::string newCallText(const Project& project, const std::string& scene, const 
   std::size_t column = text.size();
   for (std::size_t i = 0; i < row.parameters.size(); ++i) {
     const FunctionParameter& parameter = row.parameters[i];
-    const std::string value =
-        isTextKind(parameter.kind) ? quoteText(lastText(project, scene, function, i)) : middleText(parameter);
+    const std::string value = isTextKind(parameter.kind)
+                                  ? quoteText(lastText(project, scene, function, i, parameter.name))
+                                  : middleText(parameter);
     const std::string argument =
         nameText(parameter.name) + " = " + value + (i + 1 < row.parameters.size() ? "," : ")");
     if (column + argument.size() + 1 > lineWidth) {

@@ -15,8 +15,8 @@ int removeCall(Draft& draft, CallAt at);  // index of the one that follows, or o
 int moveCall(Draft& draft, CallAt at, int to);
 
 // A call of the function, in lines of at most 100 bytes of which the first begins behind `indent`, with
-// values from the middle of the useful ranges; texts are those that the project's calls of the function name
-// last. Throws Refusal where there is no such function.
+// values from the middle of the useful ranges; texts are those that stand last in such calls, or
+// behind such a name. Throws Refusal where there is no such function.
 std::string newCallText(const Project& project, const std::string& scene, const std::string& function,
                         const std::string& indent, const std::string& lineEnd);
 

@@ -98,7 +98,8 @@ int movePart(Draft& draft, int part, double pos, int track) {
     throw Refusal{"Track " + std::to_string(track) + " does not lie between -128 and 127."};
   }
   std::vector<Replacement> replacements;
-  if (differ(pos, record.pos)) {
+  const bool moved = differ(pos, record.pos);
+  if (moved) {
     replacements.push_back(timeAt(draft, place.at, pos, place.tempo));
     if (place.until.given()) {
       replacements.push_back(timeAt(draft, place.until, pos + record.length, place.tempo));
@@ -108,7 +109,7 @@ int movePart(Draft& draft, int part, double pos, int track) {
     replacements.push_back(keyAt(draft, place, &PartPlace::track, "track", std::to_string(track)));
   }
   draft.rewrite(std::move(replacements));
-  return settlePart(draft, part);
+  return moved ? settlePart(draft, part) : part;
 }
 
 int trimStart(Draft& draft, int part, double pos) {

@@ -19,7 +19,7 @@ const std::string shownText =
     "music \"data\\vex.ogg\"  # it leads\n"
     "ticks 1 0:2  # two\n"
     "  9s\n"
-    "range alpha 0 to 1\n"
+    "range y 0 to 1\n"
     "ticks 12\n"
     "part \"night sky\" {\n"
     "  at 1:0  until 7:0  # long\n"

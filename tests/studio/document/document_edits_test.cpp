@@ -137,6 +137,8 @@ TEST(DocumentEdits, OfPartsInTheirPlace) {
        head + "part p { at 1  length 2  track -4 }\n"},
       {"a track that was not there", head + "part p {\n  at 1  length 2  # c\n  S.f()\n}\n", move(0, 1, 7),
        head + "part p {\n  at 1  length 2  track 7  # c\n  S.f()\n}\n"},
+      {"a track alone, out of order", head + "part p { at 5 length 1 }\npart q { at 1 length 1 }\n",
+       move(1, 1, 7), head + "part p { at 5 length 1 }\npart q { at 1 length 1 track 7 }\n", 1},
       {"a key in a line", head + "part p {\n  at 1\n  length 2\n}\n", move(0, 1, 7),
        head + "part p {\n  at 1\n  length 2\n  track 7\n}\n"},
       {"scene time", head + "part p { at 1 length 2 }\n", [](Document& d) { return d.setPartStart(0, 1.5); },
@@ -225,6 +227,8 @@ TEST(DocumentEdits, KeepPartsInOrder) {
        head + "\n# section\n\npart b { at 2  length 1 }  # second\n\n# first\npart a { at 3  length 1 }\n"
               "\n# third,\n# long\npart c {\n  at 3  length 1\n}\ntrailing \"x\"\n",
        1},
+      {"from where no blank line parts it", head + "part a { at 1 length 1 }\n\npart b { at 2 length 1 }\n",
+       move(0, 3), head + "\npart b { at 2 length 1 }\n\npart a { at 3 length 1 }\n", 1},
       {"in one line", head + "part a { at 1 length 1 } part b { at 2 length 1 }  # both\n", move(0, 3),
        head + "part b { at 2 length 1 }  # both\npart a { at 3 length 1 }\n", 1},
       {"without blank lines or a last line end", head + "part a { at 1 length 1 }\npart b { at 2 length 1 }",
@@ -281,6 +285,13 @@ TEST(DocumentEdits, MakeParts) {
        "total 9\n\npart \"fadeScreen\" {\n  at 6  length 1.5\n"
        "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n}\n",
        0},
+      {"a call whose texture stands elsewhere",
+       head + "part p { at 1 length 1\n  S.f(texture = \"data\\x\")\n}\n",
+       [](Document& d) { return d.addCall(0, "SceneHelper", "drawBitmap"); },
+       head + "part p { at 1 length 1\n  S.f(texture = \"data\\x\")\n"
+              "  SceneHelper.drawBitmap(texture = \"data\\x\", x = 0, y = 0, width = 0, height = 0, "
+              "\"frame count\" = 4,\n    \"glitch probability\" = 0.5, alpha = 0.5, \"blend mode\" = 1)\n}\n",
+       1},
       {"two halves", inPart("a = linear(0 0, 0.25 1, 0.75 3, 1 4), b = 2"),
        [](Document& d) { return d.splitPart(0, 4); },
        head + "part p { at 2 length 2\n  S.f(a = linear(0 0, 0.50 1, 1.50 3), b = 2) }\n"
