@@ -1,6 +1,7 @@
 #include "app/presentation.h"
 
 #include <GL/gl.h>
+#include <strings.h>
 
 #include <array>
 #include <cstdio>
@@ -59,6 +60,17 @@ struct FrameStatistics {
 
 using SceneOwner = std::unique_ptr<Scene, void (*)(Scene*)>;
 
+// What the construction of a scene begins with.
+struct SceneOrigin {
+  RandomGenerator random = current<RandomGenerator>();
+  ModelMaterials materials = current<ModelMaterials>();
+
+  void restore() const {
+    current<RandomGenerator>() = random;
+    current<ModelMaterials>() = materials;
+  }
+};
+
 // How all stands after loading.
 struct Beginning {
   std::vector<SceneState> scenes;
@@ -84,11 +96,13 @@ struct Presentation::State {
   FrameStatistics statistics;
   std::unique_ptr<PartDispatcher> dispatcher;
   std::optional<Beginning> beginning;
+  std::vector<SceneOrigin> origins;
   std::string projectBytes;  // empty for that of the folder
   std::string projectTitle = projectName;
 
   void constructScenes();
   void loadProject();
+  void reloadScene(int index);
   void keepBeginning();
   void restoreBeginning();
   void drawStatistics();
@@ -97,11 +111,25 @@ struct Presentation::State {
 void Presentation::State::constructScenes() {
   std::vector<SceneOwner> scenes;
   for (const SceneEntry& entry : sceneEntries()) {
+    origins.emplace_back();
     Scene* scene = entry.construct();
     scenes.emplace_back(scene, scene->destroy);
   }
   for (const SceneOwner& scene : scenes) scene->prepare(vex::options().useStripCache);
   for (SceneOwner& scene : scenes) dispatcher->addScene(scene.release());
+}
+
+void Presentation::State::reloadScene(int index) {
+  struct Now : SceneOrigin {
+    ~Now() { restore(); }
+  } const now;
+  const auto place = static_cast<std::size_t>(index);
+  origins[place].restore();
+  Scene* constructed = sceneEntries()[place].construct();
+  SceneOwner scene(constructed, constructed->destroy);
+  scene->prepare(vex::options().useStripCache);
+  beginning->scenes[place] = SceneState(*scene);
+  dispatcher->replaceScene(index, scene.release());
 }
 
 void Presentation::State::loadProject() {
@@ -190,6 +218,19 @@ void Presentation::setProject(const Project& project) {
   MemorySource source(bytes);
   state->dispatcher->replaceProject(source, state->projectTitle.c_str());
   state->beginning->startTime = state->dispatcher->startTime;
+}
+
+bool Presentation::reloadModel(const std::string& model) {
+  bool found = false;
+  int index = 0;
+  for (const SceneEntry& entry : sceneEntries()) {
+    if (entry.model && strcasecmp(entry.model, model.c_str()) == 0) {
+      state->reloadScene(index);
+      found = true;
+    }
+    ++index;
+  }
+  return found;
 }
 
 void Presentation::drawFrame() {

@@ -50,6 +50,11 @@ class Presentation {
   // one before.
   void setProject(const Project& project);
 
+  // The scenes that are built around that model (path without extension, letter case ignored) are constructed
+  // anew, as they were at loading; likewise to be followed by begin(). One that fails stays as it was. False
+  // where there is none.
+  bool reloadModel(const std::string& model);
+
   // Draws the frame at clockTime(): the active parts, then the statistics overlay.
   void drawFrame();
 

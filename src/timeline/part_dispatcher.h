@@ -65,6 +65,9 @@ class PartDispatcher {
   // %s".
   void addScene(Scene* scene);
 
+  // In the place of the scene of that number, which goes; the parts call the new one.
+  void replaceScene(int index, Scene* scene);
+
   // By exact name. Fatal: "Scene %s not found".
   Scene* findScene(const char* name) const;
 

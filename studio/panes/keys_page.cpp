@@ -29,6 +29,7 @@ constexpr std::array mouseRows{
     MouseRow{"middle button", "drag the time line"},
     MouseRow{"drag on a number", "change it; finely with Shift"},
     MouseRow{"click on a number", "type it"},
+    MouseRow{"Alt-1, Alt-2, ...", "answer what the line at the foot asks"},
     MouseRow{"double-click on a curve", "make a dot; right click removes it"},
 };
 

@@ -25,8 +25,9 @@ constexpr int framesPerSecondOfVideo = 30;
 constexpr int listedFindings = 40;
 
 std::string chooseFile(Fl_Native_File_Chooser::Type type, const char* title, const char* filter,
-                       const std::string& name = "") {
+                       const std::string& folder, const std::string& name = "") {
   Fl_Native_File_Chooser chooser(type);
+  chooser.directory(folder.c_str());
   chooser.title(title);
   chooser.filter(filter);
   chooser.options(Fl_Native_File_Chooser::SAVEAS_CONFIRM);
@@ -202,7 +203,7 @@ void StudioWindow::open() {
     session.open([this](int, const char* what) {
       session.tell(Message::Kind::hint, std::string("Loading: ") + what);
       messages->redraw();
-      Fl::check();
+      Fl::flush();  // no mouse and no keys before all is there
       picture->makeCurrent();
     });
   } else {
@@ -294,11 +295,17 @@ StudioWindow::Border StudioWindow::borderAt(int mouseX, int mouseY) const {
 int StudioWindow::handle(int event) {
   switch (event) {
     case FL_KEYBOARD:
+    case FL_SHORTCUT:
       // The panes take keys after the menus do, but for one who types.
       if (!isTyping() && Fl::focus() == curve && Fl::event_key() == FL_Delete && session.selection().dot >= 0)
         break;
       if (!isTyping() && Fl::event_key() == FL_Escape) {
         if (pictureOnly) showPictureOnly(false);
+        return 1;
+      }
+      if (Fl::event_alt() && Fl::event_key() >= '1' && Fl::event_key() <= '9' &&
+          !session.message().answers.empty()) {
+        session.answer(static_cast<std::size_t>(Fl::event_key() - '1'));
         return 1;
       }
       if (!isTyping() && menus->test_shortcut()) return 1;
@@ -347,7 +354,6 @@ void StudioWindow::showPictureOnly(bool only) {
 }
 
 void StudioWindow::leave() {
-  if (session.message().kind == Message::Kind::question && session.document().saved()) return;
   edit->close(true);
   const auto go = [this] {
     settings.set("under", underShare);
@@ -376,19 +382,19 @@ void StudioWindow::leave() {
 
 void StudioWindow::openText() {
   const std::string file =
-      chooseFile(Fl_Native_File_Chooser::BROWSE_FILE, "Open a show's text", "Shows\t*.txt");
+      chooseFile(Fl_Native_File_Chooser::BROWSE_FILE, "Open a show's text", "Shows\t*.txt", session.folder());
   if (!file.empty()) session.openText(file);
 }
 
 void StudioWindow::saveAs() {
   const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Save the show's text as",
-                                      "Shows\t*.txt", session.fileName());
+                                      "Shows\t*.txt", session.folder(), session.fileName());
   if (!file.empty()) session.saveAs(file);
 }
 
 void StudioWindow::recordAsking(Session::Stretch stretch) {
-  const std::string file =
-      chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Record to", "Videos\t*.{mp4,mkv}", "show.mp4");
+  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Record to",
+                                      "Videos\t*.{mp4,mkv}", session.folder(), "show.mp4");
   if (file.empty()) return;
   const bool narrow = picture->aspect() == Aspect::narrow;
   session.record(stretch, file, narrow ? 960 : 1280, 720, framesPerSecondOfVideo);

@@ -87,8 +87,9 @@ struct Session::State {
   Message message;
   bool opened = false;
   bool compiles = true;
-  bool changed = true;      // since the panes were drawn
-  bool asksOfDisk = false;  // which of two texts counts
+  bool changed = true;          // since the panes were drawn
+  bool asksOfDisk = false;      // which of two texts counts
+  bool asksOfAutosave = false;  // whether what was left is taken
   std::uint64_t shownRevision = 0;
   std::uint64_t seenRevision = 0;
   std::uint64_t judgedRevision = ~std::uint64_t{0};
@@ -108,7 +109,7 @@ struct Session::State {
 };
 
 void Session::State::tellTrouble(const Trouble& trouble) {
-  if (!trouble) return;
+  if (!trouble || message.kind == Message::Kind::question) return;
   message = {Message::Kind::trouble, *trouble, {}};
   changed = true;
 }
@@ -213,7 +214,7 @@ void Session::State::heedFiles() {
 }
 
 void Session::State::saveOnTheSide() {
-  if (Clock::now() - lastAutosave < autosavedAfter) return;
+  if (asksOfAutosave || Clock::now() - lastAutosave < autosavedAfter) return;
   lastAutosave = Clock::now();
   if (document.saved()) return;
   if (const auto trouble = autosave.write(document.text())) tellTrouble(trouble);
@@ -236,13 +237,18 @@ Session::Session(const std::string& text) : state(std::make_unique<State>(text))
   s.watch.addFolder("data");
   s.seenRevision = s.document.revision();
   if (const auto left = findAutosave(path())) {
-    ask(fileName() + " was left with changes that were not saved.",
-        {{"Take them",
-          [this, text = left->text] {
-            state->document.replaceText(text, "Take what was not saved");
-            state->autosave.remove();
-          }},
-         {"Leave them", [this] { state->autosave.remove(); }}});
+    s.asksOfAutosave = true;
+    const auto give = [this] {
+      state->asksOfAutosave = false;
+      state->autosave.remove();
+    };
+    ask(fileName() + " was left with changes that were not saved.", {{"Take them",
+                                                                      [this, give, text = left->text] {
+                                                                        state->document.replaceText(
+                                                                            text, "Take what was not saved");
+                                                                        give();
+                                                                      }},
+                                                                     {"Leave them", give}});
   }
 }
 
@@ -250,11 +256,10 @@ Session::~Session() = default;
 
 void Session::open(const std::function<void(int, const char*)>& progress) {
   State& s = *state;
-  const Message before = s.message;
-  const Trouble trouble = s.show.load(s.document.project(), progress);
   s.shownRevision = s.document.revision();
+  const Trouble trouble = s.show.load(s.document.project(), progress);
   s.opened = true;
-  s.message = before.kind == Message::Kind::question ? before : Message{};
+  tell(Message::Kind::none, "");
   s.tellTrouble(trouble);
   if (!s.show.musicName().empty()) s.waveform.read(s.show.musicName());
   if (!trouble && !s.show.soundMessage().empty()) tell(Message::Kind::hint, s.show.soundMessage());
@@ -408,6 +413,9 @@ std::string Session::fileName() const {
 std::string Session::path() const {
   return state->disk.path();
 }
+std::string Session::folder() const {
+  return fs::path(state->disk.path()).parent_path().string();
+}
 bool Session::compilesOnSave() const {
   return state->compiles;
 }
@@ -454,7 +462,8 @@ bool Session::write(Overwrite overwrite) {
     return false;
   }
   s.document.markSaved();
-  s.autosave.remove();
+  if (!s.asksOfAutosave) s.autosave.remove();
+  if (!s.asksOfAutosave && !s.asksOfDisk) s.message = {};  // what was asked of unsaved changes
   if (!s.compiles || s.compile())
     tell(Message::Kind::hint, fileName() + " is saved" + (s.compiles ? ", and compiled." : "."));
   s.changed = true;
@@ -581,7 +590,7 @@ void Session::saveStill(const std::vector<std::uint32_t>& bgra, int width, int h
 }
 
 void Session::leave() {
-  state->autosave.remove();
+  if (!state->asksOfAutosave) state->autosave.remove();
   state->programs.cancelRecording();
 }
 

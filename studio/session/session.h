@@ -94,6 +94,7 @@ class Session {
 
   std::string fileName() const;  // of the text, without its folder
   std::string path() const;
+  std::string folder() const;
   bool save();
   bool saveAs(const std::string& path);
   bool compilesOnSave() const;

@@ -16,9 +16,12 @@
 #include "base/window_size.h"
 #include "engine/drawing.h"
 #include "platform/steady_clock.h"
+#include "studio/show/messages_caught.h"
 #include "studio/show/show_music.h"
 #include "studio/show/standing_picture.h"
 #include "textures/gl_setup.h"
+#include "textures/texture_cache.h"
+#include "textures/texture_table.h"
 
 namespace vex::studio {
 
@@ -98,6 +101,15 @@ enum class Next {
   goingOn,  // the frame that the clock says, or while it stands the one before again
 };
 
+// What a file was: whether the picture changes where it is.
+enum class Reloaded { texture, other };
+
+// Backslashes, and small letters.
+std::string inFileLayer(std::string name) {
+  for (char& c : name) c = c == '/' ? '\\' : lowerCase(c);
+  return name;
+}
+
 enum class Sound { fromThere, goesOn };  // when the time jumps
 
 // Frames of the last second.
@@ -137,6 +149,7 @@ struct Show::State {
   void startClock(Sound sound);
   void stop();
   Trouble seek(double at, double past, Sound sound = Sound::fromThere);
+  Reloaded reload(const std::string& name);
   Trouble goOn();
   Trouble drawNext();
 };
@@ -200,6 +213,24 @@ Trouble Show::State::seek(double at, double past, Sound sound) {
     startClock(sound);
   }
   return trouble;
+}
+
+// What came from the file of that name; all that parts read as they are called, they read after a jump.
+Reloaded Show::State::reload(const std::string& name) {
+  const std::size_t dot = name.rfind('.');
+  const std::string stem = name.substr(0, dot), extension = dot == name.npos ? "" : name.substr(dot);
+  if (extension == ".jpg" || extension == ".bmp") {
+    constexpr std::string_view mask = "_mask";
+    const bool isMask = stem.ends_with(mask);
+    const bool known = reloadTextures(isMask ? stem.substr(0, stem.size() - mask.size()) : stem);
+    return known || isMask ? Reloaded::texture : Reloaded::other;
+  }
+  if (extension == ".ase" || extension == ".hv3") presentation->reloadModel(stem);
+  if (!name.empty() && name == inFileLayer(music.name())) {
+    music.reopen();
+    if (playing) startClock(Sound::fromThere);
+  }
+  return Reloaded::other;
 }
 
 // Playing, up to what the clock says now; the end of the loop leads back, that of the show stays.
@@ -278,6 +309,26 @@ Trouble Show::setProject(const Project& project) {
     if (s.playing) s.startClock(Sound::fromThere);
   }
   return std::nullopt;
+}
+
+Trouble Show::reload(std::span<const std::string> names) {
+  State& s = *state;
+  if (!s.presentation) return "no show is loaded";
+  Trouble first;
+  bool onlyTextures = s.next != Next::black;
+  for (const std::string& name : names) {
+    const MessagesCaught messages;
+    const Trouble trouble =
+        attempt([&] { onlyTextures &= s.reload(inFileLayer(name)) == Reloaded::texture; });
+    if (!first) first = trouble;
+    if (!first && !messages.first().empty()) first = messages.first();
+  }
+  if (onlyTextures) {
+    s.picture.forget();
+  } else if (Trouble trouble = s.seek(s.time, s.runIn, Sound::goesOn); trouble && !first) {
+    first = trouble;
+  }
+  return first;
 }
 
 double Show::time() const {

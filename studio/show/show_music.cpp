@@ -2,6 +2,7 @@
 
 #include "app/music.h"
 #include "base/clock.h"
+#include "base/report.h"
 #include "platform/steady_clock.h"
 #include "studio/show/grain.h"
 #include "studio/show/messages_caught.h"
@@ -17,6 +18,14 @@ void ShowMusic::open(const std::string& name) {
   trouble = name.empty() ? "The show names no music." : messages.first();
   if (const auto found = findFile(name.c_str()); found && !name.empty())
     decoded = std::make_unique<DecodedMusic>(*found);
+}
+
+void ShowMusic::reopen() {
+  const auto found = findFile(nameOfIt.c_str());
+  if (!found) fatalError("Sound file %s not found", nameOfIt.c_str());
+  if (!openSoundFile(found->path.c_str(), found->offset, found->size).decoder)
+    fatalError("Sound file %s can't be read", nameOfIt.c_str());
+  open(std::string(nameOfIt));
 }
 
 FilePlace ShowMusic::place() const {

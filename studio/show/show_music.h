@@ -16,6 +16,9 @@ class ShowMusic {
   // Opens the music of that name (empty: none), in place of the one before.
   void open(const std::string& name);
 
+  // Once its file is another. Fatal: one that holds no music; what was open stays.
+  void reopen();
+
   // The clock runs from there (s), led by the music where there is some.
   void playFrom(float seconds);
 

@@ -13,16 +13,21 @@ namespace vex::studio {
 struct Peak {
   std::int8_t low = 0;  // -127 to 127
   std::int8_t high = 0;
+
+  bool operator==(const Peak&) const = default;
 };
 
 struct Peaks {
   double seconds = 0;  // that one peak covers
   std::vector<Peak> peaks;
+
+  bool operator==(const Peaks&) const = default;
 };
 
 // Reads the music's peaks in a thread of its own, or from the cache that it keeps beside the music
-// ("data/music.ogg.peaks"; in the user's cache folder where that cannot be written), which counts for a music
-// of the same size and time of change only.
+// ("data/.music.ogg.peaks", hidden from archives and listings; in the user's cache folder where that cannot
+// be written), which counts for a music of the same size and time of change only. One that is damaged is made
+// anew.
 class Waveform {
  public:
   Waveform();
@@ -33,10 +38,11 @@ class Waveform {
   // Of the music that the file layer finds by that name; leaves the one before.
   void read(const std::string& name);
 
-  // Null until they are all read, and where there are none. `fresh` tells once that they have come.
+  // Null until they are all read, and where there are none. `fresh` tells once that they have come,
+  // and writes the cache.
   const Peaks* peaks() const;
   bool fresh();
-  std::string message() const;  // why there are none: damaged, missing
+  std::string message() const;  // why there are none, or fewer than the music announces: damaged, missing
 
  private:
   struct State;

@@ -34,6 +34,8 @@ constexpr int rulerY = 475;
 constexpr int valueX = 1070;   // of the numbers of the pane of calls
 constexpr int firstRowY = 62;  // of its rows, the part's name
 constexpr int callRowHeight = 21;
+constexpr double curveRight = 1268;  // of the last dot of a curve that rises to the pane's upper part
+constexpr double curveTop = 366;
 constexpr double total = 20;
 
 constexpr const char* show =
@@ -77,6 +79,7 @@ class Vexstudio : public testing::Test {
     ASSERT_TRUE(waitUntil([&] { return titleHas("vexstudio"); })) << studio->errors();
     // Loaded and drawn: what the show's first part paints stands in the picture.
     ASSERT_TRUE(waitUntil([&] { return pictureColour() == 0xff0000; })) << studio->errors();
+    act("mousemove 640 680");
   }
 
   std::string title() {
@@ -192,6 +195,94 @@ TEST_F(Vexstudio, ReadsTheTextAgainAndAsksWhenBothHaveChangedIt) {
   press("ctrl+s");
   act("sleep 0.5");
   EXPECT_EQ(readFile("show.txt"), theirs) << "nothing is overwritten unseen";
+  press("alt+3");  // save mine under another name
+  EXPECT_TRUE(waitUntil([&] { return titleHas("show-mine.txt") && !titleHas("●"); })) << title();
+  EXPECT_EQ(readFile("show-mine.txt"), replaced(green, "blue = 0", "blue = 1"));
+  EXPECT_EQ(readFile("show.txt"), theirs);
+}
+
+TEST_F(Vexstudio, KeepsOneOfTwoTexts) {
+  start();
+  for (const bool mine : {true, false}) {
+    writeFile("show.txt", show);
+    EXPECT_TRUE(waitUntil([&] { return pictureColour() == 0xff0000; }));
+    click(pixelOf(2), laneY(0));
+    click(valueX, firstRowY + 9 * callRowHeight);
+    act("key ctrl+a type 1");
+    press("Return");
+    EXPECT_TRUE(waitUntil([&] { return titleHas("●"); }));
+    const std::string theirs = replaced(show, "red = 1,", "red = 0,");
+    writeFile("show.txt", theirs);
+    act("sleep 0.5");
+    press(mine ? "alt+1" : "alt+2");
+    EXPECT_TRUE(waitUntil([&] { return !titleHas("●"); })) << title();
+    EXPECT_EQ(readFile("show.txt"), mine ? replaced(show, "blue = 0", "blue = 1") : theirs);
+    EXPECT_TRUE(waitUntil([&] { return pictureColour() == (mine ? 0xff00ffu : 0u); }))
+        << std::hex << pictureColour();
+  }
+}
+
+TEST_F(Vexstudio, SplitsDoublesDeletesAndDragsDots) {
+  start();
+  click(pixelOf(2), rulerY);  // a beat
+  click(pixelOf(1), laneY(0));
+  press("ctrl+k");
+  std::string text = saved();
+  EXPECT_THAT(text, HasSubstr("part red   { at 0:0  length 1:0  # eight seconds\n"));
+  EXPECT_THAT(text, HasSubstr("part red_2"));
+  press("ctrl+z");
+  EXPECT_EQ(saved(), show);
+  click(pixelOf(14), laneY(0));
+  press("Delete");
+  EXPECT_THAT(saved(), testing::Not(HasSubstr("part blue")));
+  press("ctrl+z");
+  click(pixelOf(14), laneY(0));
+  click(900, firstRowY + 8 * callRowHeight);  // green, a line: its curve shows two dots
+  drag(curveRight, curveTop, curveRight - 60, curveTop + 200);
+  text = saved();
+  EXPECT_THAT(text, HasSubstr("linear(0 0, 0.8")) << text;
+  EXPECT_THAT(text, HasSubstr("# hand-made\ntempo 120   # two beats a second\n"));
+  press("ctrl+z");
+  EXPECT_EQ(saved(), show);
+}
+
+TEST_F(Vexstudio, RecordsBesideItself) {
+  start();
+  click(pixelOf(1), rulerY);
+  press("bracketleft");
+  click(pixelOf(1.5), rulerY);
+  press("bracketright ctrl+shift+r");
+  act("sleep 1 key ctrl+a type out.mkv");
+  press("Return");
+  EXPECT_TRUE(waitUntil([] { return fs::exists("out.mkv"); }));
+  EXPECT_GT(fs::file_size("out.mkv"), 1000u);
+  EXPECT_FALSE(fs::exists("test.hvp") && readFile("test.hvp").find("red") != std::string::npos)
+      << "what is recorded is not saved";
+  EXPECT_TRUE(studio->running());
+}
+
+TEST_F(Vexstudio, OffersWhatWasNotSaved) {
+  const std::string left = replaced(show, "red = 1,   green = 0", "red = 1,   green = 1");
+  writeFile(".show.txt.autosave", left);
+  start();
+  press("alt+1");
+  EXPECT_TRUE(waitUntil([&] { return pictureColour() == 0xffff00; })) << std::hex << pictureColour();
+  EXPECT_EQ(readFile("show.txt"), show);
+  EXPECT_EQ(saved(), left);
+  EXPECT_FALSE(fs::exists(".show.txt.autosave"));
+}
+
+TEST_F(Vexstudio, GoesOnAfterATextureTurnsToRubbish) {
+  start();
+  const std::string picture = readFile("data/vex01.bmp");
+  ASSERT_FALSE(picture.empty());
+  writeFile("data/vex01.bmp", "rubbish");
+  act("sleep 1");
+  EXPECT_TRUE(studio->running());
+  EXPECT_EQ(pictureColour(), 0xff0000u);
+  writeFile("data/vex01.bmp", picture);
+  act("sleep 0.5");
+  EXPECT_TRUE(studio->running());
 }
 
 TEST_F(Vexstudio, LeavesOnlyWhenNothingIsLost) {
@@ -206,6 +297,21 @@ TEST_F(Vexstudio, LeavesOnlyWhenNothingIsLost) {
   press("ctrl+q");
   EXPECT_EQ(studio->exitCode(), 0) << studio->errors();
   EXPECT_THAT(readFile("config/vex/studio"), HasSubstr("width 1280"));
+}
+
+TEST_F(Vexstudio, RefusesWhatIsNotThere) {
+  struct Row {
+    const char* arguments;
+    int exitCode;
+    const char* message;
+  };
+  for (const Row& row :
+       {Row{"nothing.txt", 255, "nothing.txt"}, Row{"show.txt --dir nowhere", 255, "nowhere"},
+        Row{"", 2, "one text or one run folder"}, Row{"data", 255, "no show in folder"}}) {
+    const Program program = runProgram(std::string(VEX_BIN "/vexstudio ") + row.arguments);
+    EXPECT_EQ(program.exitCode, row.exitCode) << row.arguments;
+    EXPECT_THAT(program.errors, HasSubstr(row.message)) << row.arguments;
+  }
 }
 
 TEST_F(Vexstudio, MakesATextOfAFoldersProject) {
