@@ -102,16 +102,23 @@ struct Session::State {
   void judgeData();
   void showEdits();
   void heedFiles();
+  void forgetCompiled();
+  void tell(Message::Kind kind, std::string text);
   bool textChanged = false;  // on disk, as it seems
   void saveOnTheSide();
   void tellTrouble(const Trouble& trouble);
   bool compile();
 };
 
-void Session::State::tellTrouble(const Trouble& trouble) {
-  if (!trouble || message.kind == Message::Kind::question) return;
-  message = {Message::Kind::trouble, *trouble, {}};
+// A question stays until it is answered.
+void Session::State::tell(Message::Kind kind, std::string text) {
+  if (message.kind == Message::Kind::question) return;
+  message = {kind, std::move(text), {}};
   changed = true;
+}
+
+void Session::State::tellTrouble(const Trouble& trouble) {
+  if (trouble) tell(Message::Kind::trouble, *trouble);
 }
 
 // Only what is there can be chosen.
@@ -197,20 +204,19 @@ void Session::State::heedFiles() {
     data.push_back(dataName(path));
     if (data.back() == document.project().music) waveform.read(document.project().music);
   }
-  if (!data.empty() && opened) {
-    namesJudged = 0;
-    judgedRevision = ~std::uint64_t{0};
-    const Trouble trouble = show.reload(data);
-    if (trouble) {
-      tellTrouble(trouble);
-    } else {
-      message = {
-          Message::Kind::hint,
-          formatted("%s was loaded anew%s", data.front().c_str(), data.size() > 1 ? ", with others" : ""),
-          {}};
-    }
-    changed = true;
-  }
+  if (data.empty() || !opened) return;
+  namesJudged = 0;
+  judgedRevision = ~std::uint64_t{0};
+  changed = true;
+  if (const Trouble trouble = show.reload(data)) return tellTrouble(trouble);
+  forgetCompiled();
+  tell(Message::Kind::hint,
+       formatted("%s was loaded anew%s", data.front().c_str(), data.size() > 1 ? ", with others" : ""));
+}
+
+// Reading the text of a model leaves its compiled form beside it, which is no news.
+void Session::State::forgetCompiled() {
+  for (const std::string& path : watch.changed()) textChanged = textChanged || path == disk.path();
 }
 
 void Session::State::saveOnTheSide() {
@@ -259,6 +265,7 @@ void Session::open(const std::function<void(int, const char*)>& progress) {
   s.shownRevision = s.document.revision();
   const Trouble trouble = s.show.load(s.document.project(), progress);
   s.opened = true;
+  s.forgetCompiled();
   tell(Message::Kind::none, "");
   s.tellTrouble(trouble);
   if (!s.show.musicName().empty()) s.waveform.read(s.show.musicName());
@@ -316,11 +323,8 @@ const Message& Session::message() const {
   return state->message;
 }
 
-// A question stays until it is answered.
 void Session::tell(Message::Kind kind, std::string text) {
-  if (state->message.kind == Message::Kind::question) return;
-  state->message = {kind, std::move(text), {}};
-  state->changed = true;
+  state->tell(kind, std::move(text));
 }
 
 void Session::ask(std::string text, std::vector<Message::Answer> answers) {
