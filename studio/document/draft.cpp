@@ -211,8 +211,7 @@ bool Draft::readPartsAgain(std::size_t begin, std::size_t end, std::ptrdiff_t gr
   return true;
 }
 
-void Draft::apply(const TextChange& change) {
-  if (change.pieces.empty()) return;
+Reach Draft::apply(const TextChange& change) {
   const auto lines = [](const std::string& bytes) { return std::count(bytes.begin(), bytes.end(), '\n'); };
   std::ptrdiff_t grown = 0, linesMore = 0;
   for (const TextChange::Piece& piece : change.pieces) {
@@ -226,14 +225,16 @@ void Draft::apply(const TextChange& change) {
   const bool inParts = change.reach == Reach::parts && found.empty();
   if (inParts &&
       readPartsAgain(change.pieces.front().offset, last.offset + last.removed.size(), grown, linesMore)) {
-    return;
+    return Reach::parts;
   }
   readAll();
+  return Reach::whole;
 }
 
 void Draft::make(TextChange change) {
   if (change.pieces.empty()) return;
-  apply(change);
+  // The way back of what brought another statement takes it away.
+  change.reach = apply(change);
   made.push_back(std::move(change));
 }
 

@@ -68,6 +68,8 @@ TEST(DocumentEdits, OfDots) {
        inPart("a = linear(0 1, 1:2 0.5,  # half\n 1 0)"), 1},
       {"held by its neighbours", inPart("a = linear(0 1, 0.5 0, 0.61234 0, 1 0)"), dot(1, 0.9, 0),
        inPart("a = linear(0 1, 0.6123 0, 0.61234 0, 1 0)"), 1},
+      {"with more digits where fewer would pass it", inPart("a = linear(0 1, 0.61234 0, 0.7 0, 1 0)"),
+       dot(2, 0.5, 0), inPart("a = linear(0 1, 0.61234 0, 0.61234 0, 1 0)"), 2},
       {"held apart in a spline", inPart("a = spline(0 1, 0.5 0, 0.6 0, 1 0)"), dot(1, 0.9, 0),
        inPart("a = spline(0 1, 0.5995 0, 0.6 0, 1 0)"), 1},
       {"held in the part", inPart("a = linear(0.5 1)"), dot(0, -3, 2), inPart("a = linear(0.0 2)"), 0},
