@@ -276,11 +276,11 @@ TEST(DocumentEdits, MakeParts) {
               "    SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n}\n\n"
               "part b { at 8 length 1 }\n",
        1},
-      {"the first before another", head + "part b {\n  at 8  length 1\n}\n",
+      {"the first before another", head + "part b {\n  at 8.250  length 1.000\n}\n",
        [](Document& d) { return d.createPart(6, 1.5, 3, "SceneHelper", "fadeScreen"); },
        head + "part \"fadeScreen\" {\n  at 6  length 1.5  track 3\n"
               "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n}\n\n"
-              "part b {\n  at 8  length 1\n}\n",
+              "part b {\n  at 8.250  length 1.000\n}\n",
        0},
       {"the first of all", "total 9",
        [](Document& d) { return d.createPart(6, 1.5, 0, "SceneHelper", "fadeScreen"); },

@@ -110,13 +110,15 @@ TEST(Draft, ChangesSeveralPiecesAtOnce) {
 }
 
 TEST(Draft, FindsTheDifferenceOfTexts) {
+  const std::string many(10000, 'a');
   const struct {
     std::string before, after;
     std::size_t offset;
     std::string removed, inserted;
   } rows[]{
-      {"abc", "abxc", 2, "", "x"}, {"aaa", "aa", 2, "a", ""},   {"", "x", 0, "", "x"},
-      {"abc", "axc", 1, "b", "x"}, {"abab", "ab", 2, "ab", ""},
+      {"abc", "abxc", 2, "", "x"}, {"aaa", "aa", 2, "a", ""},
+      {"", "x", 0, "", "x"},       {"abc", "axc", 1, "b", "x"},
+      {"abab", "ab", 2, "ab", ""}, {many + "x" + many, many + "yz" + many, 10000, "x", "yz"},
   };
   for (const auto& row : rows) {
     const TextChange change = differenceOf(row.before, row.after);
