@@ -70,13 +70,15 @@ int main(int argc, char** argv) {
   }
   if (folder.empty()) folder = text.parent_path().string();
   fs::current_path(folder, problem);
-  if (problem) fatalError("can't enter folder %s: %s", folder.c_str(), problem.message().c_str());
+  const std::string trouble =
+      problem ? formatted("can't enter the run folder %s: %s", folder.c_str(), problem.message().c_str())
+              : "";
   if (!std::getenv("DISPLAY")) fatalError("no X display to open a window on: DISPLAY is not set");
   catchEndSignals();
   studio::prepareLook();
   studio::Session session(text.string());
   studio::StudioWindow window(session);
-  window.open();
+  window.open(trouble);
   Fl::run();
   return 0;
 }

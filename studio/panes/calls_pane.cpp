@@ -309,25 +309,34 @@ void CallsPane::setNumber(const Row& row, double value) {
 void CallsPane::type(const Row& row, int top) {
   const Columns at = columns();
   const Row chosen = row;
+  const std::uint64_t seen = session.document().revision();
+  const auto unchanged = [this, seen] {
+    if (session.document().revision() == seen) return true;
+    session.tell(Message::Kind::trouble, "The text changed while you typed; nothing was taken.");
+    return false;
+  };
+  const int part = session.selection().part;
   if (row.field == Field::name) {
     edit.open(at.name, top, at.end - at.name, rowHeight(), session.selectedPart()->name,
-              [this](const std::string& typed) {
-                session.edit(session.document().renamePart(session.selection().part, typed));
+              [this, unchanged, part](const std::string& typed) {
+                if (unchanged()) session.edit(session.document().renamePart(part, typed));
               });
   } else if (row.field == Field::parameter && parameterOf(row).type == PARAM_STRING) {
     edit.open(at.value, top, at.end - at.value, rowHeight(), parameterOf(row).string,
-              [this, chosen](const std::string& typed) {
-                session.edit(session.document().setString(
-                    {session.selection().part, chosen.call, chosen.parameter}, typed));
+              [this, unchanged, part, chosen](const std::string& typed) {
+                if (unchanged())
+                  session.edit(session.document().setString({part, chosen.call, chosen.parameter}, typed));
               });
   } else if (isNumber(row)) {
     edit.open(at.value, top, at.hint - at.value, rowHeight(), shown(numberOf(row)),
-              [this, chosen](const std::string& typed) {
+              [this, unchanged, part, chosen](const std::string& typed) {
                 double value = 0;
-                if (readNumber(typed, value)) {
+                if (!readNumber(typed, value)) {
+                  session.tell(Message::Kind::trouble, "\"" + typed + "\" is no number.");
+                } else if (unchanged()) {
+                  if (session.selection().part != part)
+                    session.select({part, chosen.call, chosen.parameter, -1});
                   setNumber(chosen, value);
-                } else {
-                  session.tell(Message::Kind::trouble, "\"" + typed + "\" is no number");
                 }
               });
   }
@@ -374,8 +383,23 @@ void CallsPane::pressCall(const Row& row) {
   }
 }
 
+// What it was listed for may have gone since.
+bool CallsPane::stands(const Row& row) const {
+  const ProjectPart* part = session.selectedPart();
+  if (!part) return false;
+  if (row.call < 0) return true;
+  if (static_cast<std::size_t>(row.call) >= part->calls.size()) return false;
+  const auto& parameters = part->calls[static_cast<std::size_t>(row.call)].parameters;
+  return row.parameter < 0 || static_cast<std::size_t>(row.parameter) < parameters.size();
+}
+
+void CallsPane::cancel() {
+  dragged.reset();
+  if (std::exchange(moved, false)) session.cancelGesture();
+}
+
 int CallsPane::press() {
-  edit.close(true);
+  if (dragged) return 1;  // another button
   listRows();
   take_focus();
   dragged.reset();
@@ -413,10 +437,10 @@ int CallsPane::press() {
 }
 
 int CallsPane::drag() {
-  if (!dragged || !isNumber(*dragged)) return 1;
+  if (!dragged || !stands(*dragged) || !isNumber(*dragged)) return 1;
   const int pixels = Fl::event_x() - dragX;
   if (!moved && std::abs(pixels) < 4) return 1;
-  if (!std::exchange(moved, true)) session.document().beginGesture("Change value");
+  if (!std::exchange(moved, true)) session.beginGesture("Change value");
   const double fine = Fl::event_shift() ? 0.1 : 1, step = stepOf(*dragged) * fine;
   double value = dragValue + pixels * step;
   const double unit = std::pow(10.0, std::floor(std::log10(step)));  // no more digits than a pixel can mean
@@ -437,8 +461,12 @@ int CallsPane::release() {
   if (!dragged) return 1;
   const Row row = *dragged;
   dragged.reset();
+  if (!stands(row)) {
+    if (std::exchange(moved, false)) session.endGesture();
+    return 1;
+  }
   if (std::exchange(moved, false)) {
-    session.document().endGesture();
+    session.endGesture();
     return 1;
   }
   if (Fl::event_x() < columns().value && row.field != Field::name) return 1;

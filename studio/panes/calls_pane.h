@@ -20,6 +20,7 @@ class CallsPane : public Pane {
   std::function<void(ParameterAt, ArgumentKind)> chooseName;
 
   void renamePart();  // types the part's name
+  void cancel();      // what the mouse is about
 
  protected:
   void draw() override;
@@ -54,6 +55,7 @@ class CallsPane : public Pane {
   void drawParameter(const Row& row, int top, const Columns& at) const;
   void drawCall(const Row& row, int top, const Columns& at) const;
 
+  bool stands(const Row& row) const;
   const ProjectParameter& parameterOf(const Row& row) const;
   double numberOf(const Row& row) const;
   double stepOf(const Row& row) const;  // of the number, for a pixel

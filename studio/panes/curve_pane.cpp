@@ -161,13 +161,12 @@ void CurvePane::drawDots(const Plot& at) const {
 std::vector<CurvePane::Typed> CurvePane::typedNumbers() const {
   const ProjectParameter& parameter = *session.selectedParameter();
   const ParameterAt where = session.selection().where();
-  Document& document = session.document();
   if (parameter.type == PARAM_CONST)
     return {{"value", parameter.constant,
-             [=, this, &document](double value) { session.edit(document.setConstant(where, value)); }}};
+             [=, this](double value) { session.edit(session.document().setConstant(where, value)); }}};
   if (parameter.type == PARAM_SINE) {
-    const auto sine = [=, this, &document](SineField field) {
-      return [=, this, &document](double value) { session.edit(document.setSine(where, field, value)); };
+    const auto sine = [=, this](SineField field) {
+      return [=, this](double value) { session.edit(session.document().setSine(where, field, value)); };
     };
     return {{"cycles", parameter.sinPeriod, sine(SineField::cycles)},
             {"amplitude", parameter.sinAmplitude, sine(SineField::amplitude)},
@@ -178,14 +177,14 @@ std::vector<CurvePane::Typed> CurvePane::typedNumbers() const {
   if (dot < 0 || static_cast<std::size_t>(dot) >= parameter.dots.size()) return {};
   const ProjectDot at = parameter.dots[static_cast<std::size_t>(dot)];
   const double length = session.selectedPart()->length;
-  return {{"progress", at.x,
-           [=, this, &document](double x) { session.edit(document.setDot(where, dot, x, at.y)); }},
-          {"second", at.x * length,
-           [=, this, &document](double seconds) {
-             if (length > 0) session.edit(document.setDot(where, dot, seconds / length, at.y));
-           }},
-          {"value", at.y,
-           [=, this, &document](double y) { session.edit(document.setDot(where, dot, at.x, y)); }}};
+  return {
+      {"progress", at.x,
+       [=, this](double x) { session.edit(session.document().setDot(where, dot, x, at.y)); }},
+      {"second", at.x * length,
+       [=, this](double seconds) {
+         if (length > 0) session.edit(session.document().setDot(where, dot, seconds / length, at.y));
+       }},
+      {"value", at.y, [=, this](double y) { session.edit(session.document().setDot(where, dot, at.x, y)); }}};
 }
 
 void CurvePane::drawTyped() const {
@@ -229,7 +228,7 @@ int CurvePane::handle(int event) {
     case FL_DRAG:
       return drag();
     case FL_RELEASE:
-      if (std::exchange(dragging, false)) session.document().endGesture();
+      if (std::exchange(dragging, false)) session.endGesture();
       redraw();
       return 1;
     case FL_FOCUS:
@@ -252,8 +251,12 @@ void CurvePane::removeDot() {
   redraw();
 }
 
+void CurvePane::cancel() {
+  if (std::exchange(dragging, false)) session.cancelGesture();
+}
+
 int CurvePane::press() {
-  edit.close(true);
+  if (dragging) return 1;  // another button
   take_focus();
   const ProjectParameter* parameter = session.selectedParameter();
   if (!parameter || parameter->type == PARAM_STRING) return 1;
@@ -270,12 +273,16 @@ int CurvePane::press() {
     if (index < 0 || index >= static_cast<int>(numbers.size())) return 1;
     const Typed number = numbers[static_cast<std::size_t>(index)];
     edit.open(x() + px(10) + index * width + width / 2, typedTop(), width / 2, lineHeight(),
-              formatted("%.9g", number.value), [this, number](const std::string& typed) {
+              formatted("%.9g", number.value),
+              [this, number, seen = session.document().revision()](const std::string& typed) {
                 double value = 0;
-                if (readNumber(typed, value)) {
+                if (!readNumber(typed, value)) {
+                  session.tell(Message::Kind::trouble, "\"" + typed + "\" is no number.");
+                } else if (session.document().revision() == seen) {
                   number.set(value);
                 } else {
-                  session.tell(Message::Kind::trouble, "\"" + typed + "\" is no number");
+                  session.tell(Message::Kind::trouble,
+                               "The text changed while you typed; nothing was taken.");
                 }
               });
     return 1;
@@ -300,7 +307,7 @@ int CurvePane::press() {
   }
   heldPlot = at;
   dragging = true;
-  session.document().beginGesture("Move dot");
+  session.beginGesture("Move dot");
   return 1;
 }
 

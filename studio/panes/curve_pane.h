@@ -15,6 +15,8 @@ class CurvePane : public Pane {
 
   std::function<void(ParameterAt)> chooseKind;  // set by the window
 
+  void cancel();  // what the mouse is about
+
  protected:
   void draw() override;
   int handle(int event) override;

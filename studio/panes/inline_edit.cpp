@@ -16,8 +16,9 @@ InlineEdit::InlineEdit() : Fl_Input(0, 0, 10, 10) {
 }
 
 void InlineEdit::open(int left, int top, int width, int height, const std::string& text,
-                      std::function<void(const std::string&)> typed) {
+                      std::function<void(const std::string&)> typed, bool always) {
   close(true);
+  takesAny = always;
   before = text;
   take = std::move(typed);
   resize(left, top, width, height);
@@ -39,7 +40,7 @@ void InlineEdit::close(bool taken) {
   const auto given = std::exchange(take, nullptr);
   hide();
   window()->redraw();
-  if (taken && given && typed != before) given(typed);
+  if (taken && given && (takesAny || typed != before)) given(typed);
 }
 
 int InlineEdit::handle(int event) {

@@ -13,8 +13,9 @@ class InlineEdit : public Fl_Input {
  public:
   InlineEdit();
 
+  // `typed` hears of a text that differs from the one given, or with `always` of any that is entered.
   void open(int x, int y, int width, int height, const std::string& text,
-            std::function<void(const std::string&)> typed);
+            std::function<void(const std::string&)> typed, bool always = false);
   void close(bool take);
 
  protected:
@@ -23,6 +24,7 @@ class InlineEdit : public Fl_Input {
  private:
   std::function<void(const std::string&)> take;
   std::string before;
+  bool takesAny = false;
 };
 
 // The whole text as a number; "1,5" is none.

@@ -65,6 +65,11 @@ void MessageBar::draw() {
   useFont(false, 12);
   setDrawColour(colour::text);
   drawText(message.text, left, y(), std::max(0, right - left), h());
+  if (const std::string whole = message.text.empty() ? "" : message.text + "\na click copies it";
+      whole != hint) {
+    hint = whole;
+    copy_tooltip(hint.c_str());
+  }
   for (const Button& button : buttons) {
     const bool counts = &button == &buttons.back();
     const bool bad =

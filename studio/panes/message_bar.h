@@ -29,6 +29,7 @@ class MessageBar : public Fl_Widget {
 
   Session& session;
   std::vector<Button> buttons;
+  std::string hint;
 
   void placeButtons();
 };

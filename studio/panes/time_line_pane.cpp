@@ -18,6 +18,7 @@ constexpr int markRow = 9;    // the project's marks
 constexpr int waveHeight = 46;
 constexpr int trackColumn = 44;
 constexpr double wheelZoom = 1.25;
+constexpr double longestShown = 1e7;  // s
 
 }  // namespace
 
@@ -49,7 +50,7 @@ double TimeLinePane::total() const {
   double last = session.document().project().totalTime;
   for (const ProjectPart& part : session.document().project().parts)
     last = std::max(last, part.pos + part.length);
-  return std::isfinite(last) ? last : 1;
+  return std::isfinite(last) ? std::clamp(last, 1.0, longestShown) : 1;
 }
 
 double TimeLinePane::mouseTime() const {
@@ -97,7 +98,34 @@ void TimeLinePane::scrollBy(double screens) {
   redraw();
 }
 
+void TimeLinePane::reveal(int part) {
+  layOutAnew();
+  const auto index = static_cast<std::size_t>(part);
+  if (part < 0 || index >= lanes.rowOfPart.size()) return;
+  view.reveal(session.document().project().parts[index].pos, total());
+  const int row = lanes.rowOfPart[index];
+  if (row < topRow || row >= topRow + shownRows())
+    topRow = std::clamp(row, 0, std::max(0, lanes.rows - shownRows()));
+  redraw();
+}
+
+void TimeLinePane::cancel() {
+  if (edits()) session.cancelGesture();
+  gesture = Gesture::none;
+  redraw();
+}
+
+bool TimeLinePane::edits() const {
+  return gesture == Gesture::move || gesture == Gesture::trimBegin || gesture == Gesture::trimEnd ||
+         gesture == Gesture::mark;
+}
+
+int TimeLinePane::pixelAt(double time) const {
+  return lanesLeft() + static_cast<int>(std::lround(std::clamp(view.pixelOf(time), -1e5, 1e5)));
+}
+
 void TimeLinePane::follow() {
+  if (gesture != Gesture::none) return;
   view.reveal(session.show().time(), total());
   redraw();
 }
@@ -119,15 +147,14 @@ void TimeLinePane::drawRuler() const {
   fl_rectf(x(), top, w(), waveTop() - top);
   fl_push_clip(left, top, view.width, y() + h() - top);
   if (const auto loop = session.show().loop()) {
-    const int from = left + static_cast<int>(view.pixelOf(loop->begin)),
-              to = left + static_cast<int>(view.pixelOf(loop->end));
+    const int from = pixelAt(loop->begin), to = pixelAt(loop->end);
     setDrawColour(blended(colour::raised, colour::chosen, 0.35));
     fl_rectf(from, top, std::max(1, to - from), waveTop() - top);
   }
   useFont(false, 10);
   const auto drawMarks = [&](const std::vector<RulerMark>& marks, int rowTop, std::uint32_t strong) {
     for (const RulerMark& mark : marks) {
-      const int at = left + static_cast<int>(std::lround(view.pixelOf(mark.time)));
+      const int at = pixelAt(mark.time);
       setDrawColour(mark.strong ? colour::faint : colour::edge);
       fl_yxline(at, rowTop + (mark.strong ? half / 3 : half * 2 / 3), rowTop + half - 1);
       if (mark.label.empty()) continue;
@@ -141,7 +168,7 @@ void TimeLinePane::drawRuler() const {
   const Project& project = session.document().project();
   setDrawColour(colour::remark);
   for (const double tick : project.ticks) {
-    const int at = left + static_cast<int>(std::lround(view.pixelOf(tick)));
+    const int at = pixelAt(tick);
     fl_polygon(at - px(4), waveTop() - px(markRow) + 1, at + px(4), waveTop() - px(markRow) + 1, at,
                waveTop() - 1);
   }
@@ -196,8 +223,8 @@ void TimeLinePane::drawLanes() const {
   setDrawColour(blended(colour::pane, colour::edge, 0.7));
   const auto tempo = session.document().tempo();
   for (const RulerMark& mark : tempo ? beatMarks(view, *tempo) : secondMarks(view))
-    if (mark.strong) fl_yxline(left + static_cast<int>(std::lround(view.pixelOf(mark.time))), top, y() + h());
-  const int end = left + static_cast<int>(view.pixelOf(session.document().project().totalTime));
+    if (mark.strong) fl_yxline(pixelAt(mark.time), top, y() + h());
+  const int end = pixelAt(session.document().project().totalTime);
   setDrawColour(blended(colour::ground, 0, 0.6));
   if (end < x() + w()) fl_rectf(end, top, x() + w() - end, y() + h() - top);
   const auto parts = static_cast<int>(session.document().project().parts.size());
@@ -271,19 +298,29 @@ int TimeLinePane::handle(int event) {
 }
 
 int TimeLinePane::press() {
+  if (gesture != Gesture::none) return 1;  // another button
   layOutAnew();
-  take_focus();
   if (Fl::event_button() == FL_MIDDLE_MOUSE) {
     gesture = Gesture::pan;
     panFrom = mouseTime();
     return 1;
   }
   if (Fl::event_y() < lanesTop()) {
-    if (Fl::event_shift()) {
+    const bool onMarks = Fl::event_y() >= waveTop() - px(markRow) && Fl::event_y() < waveTop();
+    heldMark = onMarks ? markAt(Fl::event_x()) : -1;
+    if (heldMark >= 0) {
+      if (Fl::event_button() == FL_RIGHT_MOUSE) {
+        session.edit(session.document().removeTick(heldMark));
+      } else {
+        gesture = Gesture::mark;
+        session.beginGesture("Move mark");
+      }
+    } else if (Fl::event_shift()) {
       gesture = Gesture::loop;
       loopFrom = caught(std::max(0.0, mouseTime()));
     } else {
       gesture = Gesture::cursor;
+      played = session.show().playing();
       session.scrub(caught(mouseTime()));
     }
     redraw();
@@ -309,7 +346,8 @@ int TimeLinePane::press() {
             : hit.handle == PartHandle::end ? Gesture::trimEnd
                                             : Gesture::move;
   grabbed = mouseTime() - (gesture == Gesture::trimEnd ? part.pos + part.length : part.pos);
-  session.document().beginGesture(gesture == Gesture::move ? "Move part" : "Trim part");
+  heldLanes = lanes;
+  session.beginGesture(gesture == Gesture::move ? "Move part" : "Trim part");
   return 1;
 }
 
@@ -338,10 +376,15 @@ int TimeLinePane::drag() {
       const double begin = caught(pos), end = caught(pos + part->length) - part->length;
       pos = std::max(
           0.0, begin != pos && (end == pos || std::abs(begin - pos) <= std::abs(end - pos)) ? begin : end);
-      layOutAnew();
-      const int track = Fl::event_shift() ? part->track : lanes.trackOfRow(std::max(0, mouseRow()));
+      const int track =
+          Fl::event_shift() ? part->track : std::clamp(heldLanes.trackOfRow(mouseRow()), -128, 127);
       if (pos != part->pos || track != part->track)
         session.editPart(session.document().movePart(index, pos, track));
+      break;
+    }
+    case Gesture::mark: {
+      const Edited moved = session.document().moveTick(heldMark, std::max(0.0, caught(mouseTime())));
+      if (session.edit(moved)) heldMark = moved.index;
       break;
     }
     case Gesture::trimBegin:
@@ -357,9 +400,11 @@ int TimeLinePane::drag() {
 }
 
 int TimeLinePane::release() {
-  if (gesture == Gesture::move || gesture == Gesture::trimBegin || gesture == Gesture::trimEnd)
-    session.document().endGesture();
-  if (gesture == Gesture::cursor) session.seek(session.show().time());
+  if (edits()) session.endGesture();
+  if (gesture == Gesture::cursor) {
+    session.seek(session.show().time());
+    if (played) session.togglePlaying();
+  }
   if (gesture == Gesture::loop && !session.show().loop()) session.seek(loopFrom);
   gesture = Gesture::none;
   redraw();
@@ -381,23 +426,27 @@ int TimeLinePane::wheel() {
   return 1;
 }
 
-// What is told of the mark at that pixel of the window.
-std::string TimeLinePane::markAt(int pixel) const {
+int TimeLinePane::markAt(int pixel) const {
   const auto& ticks = session.document().project().ticks;
-  for (std::size_t i = 0; i < ticks.size(); ++i) {
-    if (std::abs(view.pixelOf(ticks[i]) + lanesLeft() - pixel) > px(4)) continue;
-    const std::string name = session.document().tickName(static_cast<int>(i));
-    return formatted("mark at %g s%s%s", ticks[i], name.empty() ? "" : ": ", name.c_str());
-  }
-  return "";
+  for (std::size_t i = 0; i < ticks.size(); ++i)
+    if (std::abs(pixelAt(ticks[i]) - pixel) <= px(4)) return static_cast<int>(i);
+  return -1;
+}
+
+std::string TimeLinePane::wordsOf(int mark) const {
+  const double time = session.document().project().ticks[static_cast<std::size_t>(mark)];
+  const std::string name = session.document().tickName(mark);
+  return formatted("%s%smark at %g s\ndrag it, or take it away by a right click", name.c_str(),
+                   name.empty() ? "" : "\n", time);
 }
 
 void TimeLinePane::hover() {
   layOutAnew();
   std::string told;
   Fl_Cursor shape = FL_CURSOR_DEFAULT;
-  if (Fl::event_y() < waveTop()) {
-    told = markAt(Fl::event_x());
+  if (const int mark = markAt(Fl::event_x());
+      mark >= 0 && Fl::event_y() < waveTop() && Fl::event_y() >= waveTop() - px(markRow)) {
+    told = wordsOf(mark);
   } else if (Fl::event_y() >= lanesTop()) {
     const PartHit hit =
         partAt(session.document().project(), lanes, view, Fl::event_x() - lanesLeft(), mouseRow());

@@ -16,7 +16,9 @@ class TimeLinePane : public Pane {
   void zoomBy(double factor);  // around the cursor
   void showAll();
   void scrollBy(double screens);
-  void follow();  // the cursor, while playing
+  void follow();          // the cursor, while playing
+  void reveal(int part);  // its beginning and its lane
+  void cancel();          // what the mouse is about
 
   // Where time lies, for the one who draws it beside this pane.
   const TimeView& times() const { return view; }
@@ -32,7 +34,7 @@ class TimeLinePane : public Pane {
   int handle(int event) override;
 
  private:
-  enum class Gesture : std::int8_t { none, cursor, move, trimBegin, trimEnd, pan, loop };
+  enum class Gesture : std::int8_t { none, cursor, move, trimBegin, trimEnd, mark, pan, loop };
 
   TimeView view;
   Lanes lanes;
@@ -41,6 +43,9 @@ class TimeLinePane : public Pane {
   bool viewed = false;  // the view was set for a show
   Gesture gesture = Gesture::none;
   double grabbed = 0;  // time between the mouse and what it moves
+  Lanes heldLanes;     // while a part is moved, so that they do not run away under the mouse
+  int heldMark = -1;
+  bool played = false;  // before the cursor was taken
   double loopFrom = 0;
   double panFrom = 0;
   std::string hint;  // of the part under the mouse
@@ -68,7 +73,10 @@ class TimeLinePane : public Pane {
   int release();
   int wheel();
   void hover();
-  std::string markAt(int pixel) const;
+  int markAt(int pixel) const;  // -1 for none
+  std::string wordsOf(int mark) const;
+  int pixelAt(double time) const;  // of the window, held to what can be drawn
+  bool edits() const;
 };
 
 }  // namespace vex::studio

@@ -35,6 +35,13 @@ std::string chooseFile(Fl_Native_File_Chooser::Type type, const char* title, con
   return chooser.show() == 0 && chooser.filename() ? chooser.filename() : "";
 }
 
+// Letters of the same height on displays of other resolutions, in quarters.
+double desktopScale() {
+  float across = 96, down = 96;
+  Fl::screen_dpi(across, down);
+  return std::clamp(std::round(static_cast<double>(down) / 96 * 4) / 4, 1.0, 2.5);
+}
+
 bool isTyping() {
   return dynamic_cast<Fl_Input_*>(Fl::focus()) != nullptr;
 }
@@ -44,7 +51,7 @@ bool isTyping() {
 StudioWindow::StudioWindow(Session& shared)
     : Fl_Double_Window(1280, 720, "vexstudio"), session(shared), commands(allCommands()) {
   settings.read();
-  setScale(settings.number("scale", 1, 0.7, 3));
+  setScale(settings.number("scale", desktopScale(), 0.7, 3));
   underShare = settings.number("under", underShare, 0.2, 0.85);
   besideShare = settings.number("beside", besideShare, 0.2, 0.85);
   betweenShare = settings.number("between", betweenShare, 0.15, 0.85);
@@ -83,7 +90,9 @@ StudioWindow::StudioWindow(Session& shared)
     }
   };
   calls->addCall = [this] {
-    if (const auto function = chooseFunction())
+    const auto seen = session.document().revision();
+    const auto function = chooseFunction();
+    if (function && stillSeen(seen))
       session.edit(session.document().addCall(session.selection().part, function->first, function->second));
   };
   calls->chooseKind = curve->chooseKind = [this](ParameterAt where) { chooseKind(where); };
@@ -91,11 +100,12 @@ StudioWindow::StudioWindow(Session& shared)
     const bool movie = kind == ArgumentKind::movieName;
     const ProjectParameter* parameter = session.selectedParameter();
     if (!parameter) return;
+    const auto seen = session.document().revision();
+    const std::string now = parameter->string;
     const std::vector<std::string> names = movie ? session.movieNames() : session.textureNames();
     const auto pictureOf = [&](const std::string& of) { return movie ? session.firstFrame(of) : of; };
-    const auto name =
-        vex::studio::chooseName(movie ? "Movie" : "Picture", names, parameter->string, pictureOf);
-    if (name) session.edit(session.document().setString(where, *name));
+    const auto name = vex::studio::chooseName(movie ? "Movie" : "Picture", names, now, pictureOf);
+    if (name && stillSeen(seen)) session.edit(session.document().setString(where, *name));
   };
   messages->listFindings = [this] { listFindings(); };
   fillMenus();
@@ -122,7 +132,8 @@ std::vector<Command> StudioWindow::allCommands() {
          session.setCompilesOnSave(!session.compilesOnSave());
          session.tell(Message::Kind::hint,
                       session.compilesOnSave() ? "Saving compiles, too." : "Saving writes the text alone.");
-       }},
+       },
+       [this] { return session.compilesOnSave(); }},
       {"&File/&Record the whole...", FL_CTRL + 'r', "Record a video of the whole show",
        [this] { recordAsking(Session::Stretch::whole); }},
       {"&File/Record the &loop...", FL_CTRL + FL_SHIFT + 'r', "Record a video of the loop",
@@ -170,13 +181,17 @@ std::vector<Command> StudioWindow::allCommands() {
                       session.show().runIn() > 0
                           ? "Jumps run in for two seconds: particles and water have their past."
                           : "Jumps show what a recording from there begins with.");
-       }},
+       },
+       [this] { return session.show().runIn() > 0; }},
       {"&View/Picture alone", FL_F + 11, "The picture fills the window, and back",
-       [this] { showPictureOnly(!pictureOnly); }},
-      {"&View/16:9", 0, "Picture of 16:9", [this] { picture->setAspect(Aspect::wide); }},
-      {"&View/4:3", 0, "Picture of 4:3", [this] { picture->setAspect(Aspect::narrow); }},
+       [this] { showPictureOnly(!pictureOnly); }, [this] { return pictureOnly; }},
+      {"&View/16:9", 0, "Picture of 16:9", [this] { picture->setAspect(Aspect::wide); },
+       [this] { return picture->aspect() == Aspect::wide; }},
+      {"&View/4:3", 0, "Picture of 4:3", [this] { picture->setAspect(Aspect::narrow); },
+       [this] { return picture->aspect() == Aspect::narrow; }},
       {"&View/_As large as its place", 0, "Picture as large as its place",
-       [this] { picture->setAspect(Aspect::window); }},
+       [this] { picture->setAspect(Aspect::window); },
+       [this] { return picture->aspect() == Aspect::window; }},
       {"&View/Time line closer", '=', "The time line closer", [this] { timeLine->zoomBy(0.8); }},
       {"&View/Time line farther", '-', "The time line farther", [this] { timeLine->zoomBy(1.25); }},
       {"&View/_The whole time line", '0', "The whole time line", [this] { timeLine->showAll(); }},
@@ -190,6 +205,7 @@ std::vector<Command> StudioWindow::allCommands() {
 
 void StudioWindow::fillMenus() {
   menus->clear();
+  menuItems.clear();
   menus->box(FL_FLAT_BOX);
   menus->color(flColour(colour::raised));
   menus->textsize(px(13));
@@ -198,21 +214,29 @@ void StudioWindow::fillMenus() {
     const std::size_t word = label.rfind('/') + 1;
     const bool line = label[word] == '_';
     if (line) label.erase(word, 1);
-    menus->add(
+    const int flags = (line ? FL_MENU_DIVIDER : 0) | (command.on ? FL_MENU_TOGGLE : 0);
+    menuItems.push_back(menus->add(
         label.c_str(), command.shortcut,
-        [](Fl_Widget*, void* run) { (*static_cast<std::function<void()>*>(run))(); }, &command.run,
-        line ? FL_MENU_DIVIDER : 0);
+        [](Fl_Widget*, void* run) { (*static_cast<std::function<void()>*>(run))(); }, &command.run, flags));
+  }
+  showSwitches();
+}
+
+void StudioWindow::showSwitches() {
+  for (std::size_t n = 0; n < commands.size(); ++n) {
+    if (!commands[n].on) continue;
+    const int flags = menus->mode(menuItems[n]);
+    menus->mode(menuItems[n], commands[n].on() ? flags | FL_MENU_VALUE : flags & ~FL_MENU_VALUE);
   }
 }
 
-void StudioWindow::open() {
+void StudioWindow::open(const std::string& trouble) {
   show();
   wait_for_expose();
   Fl::check();
   session.tell(Message::Kind::hint, "Loading...");
-  picture->notice = picture->open();
+  picture->notice = trouble.empty() ? picture->open() : trouble;
   if (picture->opened()) {
-    picture->makeCurrent();
     session.open([this](int, const char* what) {
       session.tell(Message::Kind::hint, std::string("Loading: ") + what);
       messages->redraw();
@@ -228,9 +252,10 @@ void StudioWindow::open() {
 }
 
 void StudioWindow::frame() {
+  if (!shown()) return;
   Fl::repeat_timeout(
       frameSeconds, [](void* window) { static_cast<StudioWindow*>(window)->frame(); }, this);
-  if (endRequested()) return hide();
+  if (endRequested()) return close(true);
   picture->makeCurrent();
   const bool changed = session.update(), playing = session.show().playing();
   if (changed || playing) picture->redrawPicture();
@@ -246,14 +271,14 @@ void StudioWindow::frame() {
 
 void StudioWindow::redrawPanes() {
   updateTitle();
+  showSwitches();
   transport->pictureSize = formatted("%d × %d", picture->pictureWidth(), picture->pictureHeight());
   for (Fl_Widget* pane : std::initializer_list<Fl_Widget*>{transport, calls, curve, timeLine, messages})
     pane->redraw();
 }
 
 void StudioWindow::updateTitle() {
-  copy_label(formatted("%s%s – vexstudio", session.document().saved() ? "" : "● ", session.fileName().c_str())
-                 .c_str());
+  copy_label(formatted("%s%s – vexstudio", session.saved() ? "" : "● ", session.fileName().c_str()).c_str());
 }
 
 void StudioWindow::resize(int left, int top, int width, int height) {
@@ -305,23 +330,44 @@ StudioWindow::Border StudioWindow::borderAt(int mouseX, int mouseY) const {
   return Border::none;
 }
 
+bool StudioWindow::inGesture() const {
+  return session.inGesture() || dragged != Border::none;
+}
+
+// The menus have keys before the panes do, but for one who types; while the mouse drags something only Escape
+// counts.
+bool StudioWindow::takesKey() {
+  const int key = Fl::event_key();
+  if (inGesture()) {
+    if (key != FL_Escape) return true;
+    calls->cancel();
+    curve->cancel();
+    timeLine->cancel();
+    return true;
+  }
+  if (isTyping()) {
+    // Commands of files take what is typed, too.
+    if (!Fl::event_ctrl() || (key != 's' && key != 'q' && key != 'p' && key != 'r' && key != 'o'))
+      return false;
+    edit->close(true);
+  }
+  if (Fl::event_alt() && key >= '1' && key <= '9' && !session.message().answers.empty()) {
+    session.answer(static_cast<std::size_t>(key - '1'));
+    return true;
+  }
+  if (key == FL_Escape) {
+    if (pictureOnly) showPictureOnly(false);
+    return true;
+  }
+  if (key == FL_Delete && Fl::focus() == curve && session.selection().dot >= 0) return false;  // the curve's
+  return menus->test_shortcut() != nullptr;
+}
+
 int StudioWindow::handle(int event) {
   switch (event) {
     case FL_KEYBOARD:
     case FL_SHORTCUT:
-      // The panes take keys after the menus do, but for one who types.
-      if (!isTyping() && Fl::focus() == curve && Fl::event_key() == FL_Delete && session.selection().dot >= 0)
-        break;
-      if (!isTyping() && Fl::event_key() == FL_Escape) {
-        if (pictureOnly) showPictureOnly(false);
-        return 1;
-      }
-      if (Fl::event_alt() && Fl::event_key() >= '1' && Fl::event_key() <= '9' &&
-          !session.message().answers.empty()) {
-        session.answer(static_cast<std::size_t>(Fl::event_key() - '1'));
-        return 1;
-      }
-      if (!isTyping() && menus->test_shortcut()) return 1;
+      if (takesKey()) return 1;
       break;
     case FL_MOVE: {
       const Border border = borderAt(Fl::event_x(), Fl::event_y());
@@ -332,6 +378,7 @@ int StudioWindow::handle(int event) {
       break;
     }
     case FL_PUSH:
+      if (edit->visible() && !Fl::event_inside(edit)) edit->close(true);
       dragged = borderAt(Fl::event_x(), Fl::event_y());
       if (dragged != Border::none) return 1;
       break;
@@ -366,31 +413,49 @@ void StudioWindow::showPictureOnly(bool only) {
   layOut();
 }
 
+void StudioWindow::close(bool keepsChanges) {
+  settings.set("under", underShare);
+  settings.set("beside", besideShare);
+  settings.set("between", betweenShare);
+  settings.set("scale", scale());
+  settings.set("width", w());
+  settings.set("height", h());
+  settings.set("aspect", static_cast<int>(picture->aspect()));
+  settings.set("runIn", session.show().runIn());
+  settings.set("compiles", session.compilesOnSave());
+  settings.write();
+  picture->makeCurrent();
+  session.leave(keepsChanges);
+  hide();
+}
+
 void StudioWindow::leave() {
   edit->close(true);
-  const auto go = [this] {
-    settings.set("under", underShare);
-    settings.set("beside", besideShare);
-    settings.set("between", betweenShare);
-    settings.set("scale", scale());
-    settings.set("width", w());
-    settings.set("height", h());
-    settings.set("aspect", static_cast<int>(picture->aspect()));
-    settings.set("runIn", session.show().runIn());
-    settings.set("compiles", session.compilesOnSave());
-    settings.write();
-    session.leave();
-    hide();
-  };
-  if (session.document().saved()) return go();
   if (pictureOnly) showPictureOnly(false);
-  session.ask(session.fileName() + " has changes that are not saved.", {{"Save and leave",
-                                                                         [this, go] {
-                                                                           if (session.save()) go();
-                                                                         }},
-                                                                        {"Leave without them", go},
-                                                                        {"Stay", [] {}}});
-  messages->redraw();
+  if (session.recorded()) {
+    return session.ask(Subject::recording, "A recording runs.",
+                       {{"Stop it and leave",
+                         [this] {
+                           session.cancelRecording();
+                           if (session.saved())
+                             close(false);
+                           else
+                             askOfChanges();
+                         }},
+                        {"Stay", [] {}}});
+  }
+  if (session.saved()) return close(false);
+  askOfChanges();
+}
+
+void StudioWindow::askOfChanges() {
+  session.ask(Subject::unsaved, session.fileName() + " has changes that are not saved.",
+              {{"Save and leave",
+                [this] {
+                  if (session.save()) close(false);
+                }},
+               {"Leave without them", [this] { close(false); }},
+               {"Stay", [] {}}});
 }
 
 void StudioWindow::openText() {
@@ -445,13 +510,16 @@ void StudioWindow::jumpToTick(int direction) {
 
 void StudioWindow::addTick() {
   const double time = session.show().time();
-  edit->open(messages->x() + px(8), messages->y() - px(30), px(320), px(26), "name of the mark",
-             [this, time](const std::string& name) { session.edit(session.document().addTick(time, name)); });
+  session.tell(Message::Kind::hint, "Type the mark's name, or only Enter; Escape sets none.");
+  edit->open(
+      messages->x() + px(8), messages->y() - px(30), px(320), px(26), "",
+      [this, time](const std::string& name) { session.edit(session.document().addTick(time, name)); }, true);
 }
 
 void StudioWindow::createPart(double time, int track) {
+  const auto seen = session.document().revision();
   const auto function = chooseFunction();
-  if (!function) return;
+  if (!function || !stillSeen(seen)) return;
   const auto tempo = session.document().tempo();
   session.editPart(session.document().createPart(time, tempo ? tempo->seconds(2, 0) : 4, track,
                                                  function->first, function->second));
@@ -478,30 +546,42 @@ void StudioWindow::removePart() {
 void StudioWindow::chooseKind(ParameterAt where) {
   const ProjectParameter* parameter = session.selectedParameter();
   if (!parameter || parameter->type == PARAM_STRING) return;
-  const int kind = chooseEntry({"constant", "linear", "spline", "sine"}, parameter->type);
-  if (kind < 0 || kind == parameter->type) return;
+  const auto seen = session.document().revision();
+  const int now = parameter->type;
   const double progress = std::clamp(progressAt(*session.selectedPart(), session.show().time()), 0.0, 1.0);
-  session.edit(session.document().setKind(where, static_cast<ParameterType>(kind), progress));
+  const int kind = chooseEntry({"constant", "linear", "spline", "sine"}, now);
+  if (kind >= 0 && kind != now && stillSeen(seen))
+    session.edit(session.document().setKind(where, static_cast<ParameterType>(kind), progress));
+}
+
+// The text may have been changed by others while a menu was open.
+bool StudioWindow::stillSeen(std::uint64_t revision) {
+  if (session.document().revision() == revision) return true;
+  session.tell(Message::Kind::trouble, "The text changed meanwhile; nothing was taken.");
+  return false;
 }
 
 void StudioWindow::listFindings() {
+  const std::vector<Finding> findings = session.findings();
   std::vector<std::string> entries;
-  for (const Finding& finding : session.findings()) {
+  for (const Finding& finding : findings) {
     if (entries.size() == listedFindings) break;
     std::string text = formatted("%s%s%s%s", finding.remark ? "remark: " : "", finding.text.c_str(),
                                  finding.hint.empty() ? "" : "; ", finding.hint.c_str());
-    if (text.size() > 140) text = text.substr(0, 140) + "...";
     entries.push_back(std::move(text));
   }
   if (entries.empty()) return;
+  const auto seen = session.document().revision();
   const int chosen = chooseEntry(entries);
-  if (chosen < 0) return;
-  const Finding finding = session.findings()[static_cast<std::size_t>(chosen)];
-  if (finding.part < 0) return;
+  if (chosen < 0 || !stillSeen(seen)) return;
+  const Finding& finding = findings[static_cast<std::size_t>(chosen)];
+  session.tell(finding.remark ? Message::Kind::hint : Message::Kind::trouble,
+               entries[static_cast<std::size_t>(chosen)]);
+  const auto& parts = session.document().project().parts;
+  if (finding.part < 0 || static_cast<std::size_t>(finding.part) >= parts.size()) return;
   session.select({finding.part, 0, -1, -1});
-  const ProjectPart& part = session.document().project().parts[static_cast<std::size_t>(finding.part)];
-  session.seek(part.pos);
-  timeLine->follow();
+  session.seek(parts[static_cast<std::size_t>(finding.part)].pos);
+  timeLine->reveal(finding.part);
 }
 
 void StudioWindow::showKeys() {

@@ -25,6 +25,7 @@ struct Command {
   int shortcut;
   const char* does;  // for the page of keys
   std::function<void()> run;
+  std::function<bool()> on = nullptr;  // of a switch: whether it is
 };
 
 // The studio's one window: menus, the four panes with borders that can be dragged, the line of messages.
@@ -32,8 +33,9 @@ class StudioWindow : public Fl_Double_Window {
  public:
   explicit StudioWindow(Session& shared);
 
-  // Shows it, opens the picture and loads the show. Then Fl::run() is all that is left to do.
-  void open();
+  // Shows it, opens the picture and loads the show; only says so where `trouble` tells why there can be none.
+  // Then Fl::run() is all that is left to do.
+  void open(const std::string& trouble);
 
  protected:
   void resize(int x, int y, int width, int height) override;
@@ -46,6 +48,7 @@ class StudioWindow : public Fl_Double_Window {
   Session& session;
   Settings settings;
   std::vector<Command> commands;
+  std::vector<int> menuItems;  // of the commands
   Fl_Menu_Bar* menus;
   PicturePane* picture;
   TransportPane* transport;
@@ -63,12 +66,16 @@ class StudioWindow : public Fl_Double_Window {
 
   std::vector<Command> allCommands();
   void fillMenus();
+  void showSwitches();
+  bool takesKey();
+  bool inGesture() const;
   void layOut();
   Border borderAt(int x, int y) const;
   void rescale(double factor);
   void showPictureOnly(bool only);
   void frame();
   void leave();
+  void close(bool keepsChanges);
   void updateTitle();
   void redrawPanes();
 
@@ -84,6 +91,8 @@ class StudioWindow : public Fl_Double_Window {
   void splitPart();
   void removePart();
   void chooseKind(ParameterAt where);
+  bool stillSeen(std::uint64_t revision);
+  void askOfChanges();
   void listFindings();
   void showKeys();
 };

@@ -10,6 +10,7 @@
 #include "authoring/project_check.h"
 #include "studio/document/disk_state.h"
 #include "studio/document/document.h"
+#include "studio/session/questions.h"
 #include "studio/show/show.h"
 #include "studio/show/waveform.h"
 
@@ -27,19 +28,6 @@ struct Selection {
   bool operator==(const Selection&) const = default;
 
   ParameterAt where() const { return {part, call, parameter}; }
-};
-
-// A sentence for the bar, with what can be done about it.
-struct Message {
-  enum class Kind : std::int8_t { none, hint, trouble, question };
-  struct Answer {
-    std::string label;
-    std::function<void()> act;
-  };
-
-  Kind kind = Kind::none;
-  std::string text;
-  std::vector<Answer> answers;  // of a question, which stays until one is given
 };
 
 class Session {
@@ -70,10 +58,16 @@ class Session {
   const Finding* findingOf(int part) const;  // the first
   const Message& message() const;
   void tell(Message::Kind kind, std::string text);
-  void ask(std::string text, std::vector<Message::Answer> answers);
-  void answer(std::size_t index);
+  void ask(Subject subject, std::string text, std::vector<Message::Answer> answers);
+  void answer(std::size_t index);  // of message()
 
   // --- Edits: what the document refuses is told, what it takes is followed by the selection
+
+  // A gesture of the mouse: one step of undo; meanwhile no other text is taken from the disk.
+  void beginGesture(const std::string& name);
+  void endGesture();
+  void cancelGesture();
+  bool inGesture() const;
 
   bool edit(const Edited& edited);      // of the selected part, call or dot, which may stand elsewhere now
   bool editPart(const Edited& edited);  // its result is the part that is chosen from now on
@@ -95,8 +89,9 @@ class Session {
   std::string fileName() const;  // of the text, without its folder
   std::string path() const;
   std::string folder() const;
+  bool saved() const;  // nothing would be lost
   bool save();
-  bool saveAs(const std::string& path);
+  bool saveAs(const std::string& path, Overwrite overwrite = Overwrite::yes);
   bool compilesOnSave() const;
   void setCompilesOnSave(bool compiles);
   void loadFromDisk();                     // takes what the file holds now, as a step of undo
@@ -105,7 +100,10 @@ class Session {
   std::vector<std::string> movieNames() const;
   std::string firstFrame(const std::string& movie) const;  // its texture name; empty for none
   void saveStill(const std::vector<std::uint32_t>& bgra, int width, int height);  // rows from the bottom
-  void leave();  // nothing is left behind that would be offered after a crash
+
+  // The last call but the destructor's, with the GL context current: the show goes. What is not saved is kept
+  // to be offered the next time where `keepsChanges` says so.
+  void leave(bool keepsChanges);
 
   // Descriptor that becomes readable when a file changes; -1 for none.
   int watched() const;
@@ -126,8 +124,10 @@ class Session {
   std::unique_ptr<State> state;
 
   void askWhichText();
+  void saveUnderFreeName();
+  void offerLeftText();
   void heedText();
-  bool write(Overwrite overwrite);
+  bool write();
 };
 
 }  // namespace vex::studio

@@ -72,26 +72,27 @@ void TimeView::reveal(double time, double total) {
 }
 
 std::vector<RulerMark> secondMarks(const TimeView& view) {
-  // Lines a strong one apart, and seconds between lines.
+  // Seconds between lines, and how many lines make a strong one; ten times as many from the last on.
   struct Step {
     double seconds;
     long strongEvery;
   };
-  static constexpr std::array<Step, 10> steps{
-      {{0.01, 10}, {0.05, 10}, {0.1, 10}, {0.5, 10}, {1, 5}, {1, 10}, {5, 6}, {10, 6}, {30, 10}, {60, 10}}};
-  for (const Step& step : steps) {
+  static constexpr std::array<Step, 9> steps{
+      {{0.01, 10}, {0.05, 10}, {0.1, 10}, {0.5, 10}, {1, 5}, {1, 10}, {5, 6}, {10, 6}, {60, 10}}};
+  const auto fits = [&](const Step& step) {
     const double line = step.seconds / view.secondsPerPixel;
-    const double strong = line * static_cast<double>(step.strongEvery);
-    if ((line < leastLine || strong < leastLabel) && &step != &steps.back()) continue;
-    return marksEvery(view, 0, step.seconds, step.strongEvery, [&](long i) {
-      return clockLabel(static_cast<double>(i) * step.seconds,
-                        step.seconds * static_cast<double>(step.strongEvery) < 1);
-    });
-  }
-  return {};
+    return line >= leastLine && line * static_cast<double>(step.strongEvery) >= leastLabel;
+  };
+  Step step = steps.back();
+  if (const auto first = std::ranges::find_if(steps, fits); first != steps.end()) step = *first;
+  while (!fits(step)) step.seconds *= 10;
+  const bool fine = step.seconds * static_cast<double>(step.strongEvery) < 1;
+  return marksEvery(view, 0, step.seconds, step.strongEvery,
+                    [&](long i) { return clockLabel(static_cast<double>(i) * step.seconds, fine); });
 }
 
 std::vector<RulerMark> beatMarks(const TimeView& view, const Tempo& tempo) {
+  if (tempo.seconds(1, 0) / view.secondsPerPixel < 1e-6) return {};  // nothing that could be told apart
   const double beat = tempo.seconds(0, 1);
   const auto beatsPerBar = static_cast<long>(std::max(1.0, std::round(tempo.beatsPerBar)));
   const double barPixels = beat * static_cast<double>(beatsPerBar) / view.secondsPerPixel;
@@ -111,9 +112,10 @@ std::vector<RulerMark> beatMarks(const TimeView& view, const Tempo& tempo) {
 
 int Lanes::trackOfRow(int row) const {
   if (lanes.empty()) return 0;
+  if (row < 0) return lanes.front().track - 1;
   for (const Lane& lane : lanes)
     if (row < lane.firstRow + lane.rows) return lane.track;
-  return lanes.back().track;
+  return lanes.back().track + 1;
 }
 
 Lanes layOut(const Project& project) {

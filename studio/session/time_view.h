@@ -54,7 +54,8 @@ struct Lanes {
   std::vector<int> rowOfPart;
   int rows = 0;
 
-  int trackOfRow(int row) const;  // of the nearest lane
+  // Above the first lane and below the last the tracks beside theirs.
+  int trackOfRow(int row) const;
 };
 Lanes layOut(const Project& project);
 

@@ -305,9 +305,8 @@ TEST_F(Vexstudio, RefusesWhatIsNotThere) {
     int exitCode;
     const char* message;
   };
-  for (const Row& row :
-       {Row{"nothing.txt", 255, "nothing.txt"}, Row{"show.txt --dir nowhere", 255, "nowhere"},
-        Row{"", 2, "one text or one run folder"}, Row{"data", 255, "no show in folder"}}) {
+  for (const Row& row : {Row{"nothing.txt", 255, "nothing.txt"}, Row{"", 2, "one text or one run folder"},
+                         Row{"data", 255, "no show in folder"}}) {
     const Program program = runProgram(std::string(VEX_BIN "/vexstudio ") + row.arguments);
     EXPECT_EQ(program.exitCode, row.exitCode) << row.arguments;
     EXPECT_THAT(program.errors, HasSubstr(row.message)) << row.arguments;
