@@ -23,6 +23,7 @@
 #include "base/pak_archive.h"
 #include "base/window_size.h"
 #include "benchmarks/figure.h"
+#include "benchmarks/run_folder.h"
 #include "models/model_loader.h"
 #include "platform/offscreen_context.h"
 #include "production/song/cues.h"
@@ -45,40 +46,6 @@ using Clock = std::chrono::steady_clock;
 double secondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
-
-// The run folder as working folder, and a GL context; skips where there is none of them.
-class RunFolder {
- public:
-  RunFolder(benchmark::State& state, int width, int height) : previous(fs::current_path()) {
-    const fs::path folder = fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "run";
-    if (!fs::exists(folder / "vex.pak")) {
-      state.SkipWithError("no run folder");
-      return;
-    }
-    fs::current_path(folder);
-    if (const std::string failure = openOffscreenContext(width, height); !failure.empty()) {
-      state.SkipWithError(failure.c_str());
-      return;
-    }
-    opened = true;
-    setUpGlState();
-    setWindowSize(width, height);
-    glViewport(0, 0, width, height);
-    pakOpen("vex.pak");
-  }
-  ~RunFolder() {
-    if (opened) closeOffscreenContext();
-    fs::current_path(previous);
-  }
-  RunFolder(const RunFolder&) = delete;
-  RunFolder& operator=(const RunFolder&) = delete;
-
-  explicit operator bool() const { return opened; }
-
- private:
-  fs::path previous;
-  bool opened = false;
-};
 
 // --- Start-up
 

@@ -96,6 +96,20 @@ void readPicture(std::string_view bytes, const std::string& ending, Read read) {
       "an image has other pixels than its sides say");
 }
 
+// Every part of a text without problems, as an editor reads what it has changed.
+void readPartsAlone(std::string_view bytes) {
+  const ReadProjectText read = readProjectText(bytes);
+  for (std::size_t i = 0; i < read.project.parts.size(); ++i) {
+    const ProjectPart& part = read.project.parts[i];
+    const auto alone = readProjectParts(bytes, read.places.parts[i].whole, part.line, read.places, i);
+    promise(alone && alone->parts.size() == 1, "a part is none when it is read alone");
+    Project before, after;
+    before.parts.push_back(part);
+    after.parts = alone->parts;
+    promise(encodeProject(before) == encodeProject(after), "a part is another one when it is read alone");
+  }
+}
+
 }  // namespace
 
 void readProjectBytes(std::string_view bytes) {
@@ -120,6 +134,7 @@ void readProjectTextBytes(std::string_view bytes) {
     const TextProblem& first = compiled.problems.front();
     fatalError("show.txt:%d: %s", first.line, first.text.c_str());
   }
+  readPartsAlone(bytes);
   promiseTaken("the player refuses what was compiled", [&] { playProject(compiled.bytes); });
 }
 

@@ -72,6 +72,31 @@ void startMusic() {
   if (!soundLibrary.play(music().stream)) disableSound("BASS play failed!");
 }
 
+void restartMusic(const FilePlace& place) {
+  if (!musicActive()) return;
+  silenceMusic();
+  soundLibrary.freeStream(music().stream);
+  music().stream = soundLibrary.createStream(place.path.c_str(), place.offset, place.size);
+  music().loggedState = SoundState::playing;
+  if (music().stream == 0) disableSound("BASS stream couldn't be opened!");
+  startMusic();
+}
+
+void silenceMusic() {
+  if (musicActive()) soundLibrary.stop();
+}
+
+void reopenMusic(const char* name) {
+  // What failed may have left the device open.
+  soundLibrary.stop();
+  soundLibrary.freeStream(music().stream);
+  soundLibrary.free();
+  leadingSound() = {};
+  music() = {};
+  options().soundEnabled = true;
+  if (name[0] != '\0') openMusic(name);
+}
+
 bool musicActive() {
   return options().soundEnabled && music().opened;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "base/files.h"
 #include "platform/sound_device.h"
 
 // The one music file of the presentation, what leads the demo clock. Every failure is a warning,
@@ -28,6 +29,17 @@ void openMusic(const char* name);
 // Plays from the clock's start time, when the music is active. Warnings: "BASS attributes
 // failed!...", "BASS flags failed!...", "BASS play failed!...".
 void startMusic();
+
+// From the clock's start time again, wherever it was: a new stream of the active music from `place`, which
+// holds the same sound. Warnings as above.
+void restartMusic(const FilePlace& place);
+
+// The stream is silent until it is started again; the clock is not to be asked until then.
+void silenceMusic();
+
+// Other music, or the same of a changed file, or none for an empty name; tries again what failed before.
+// Warnings: as openMusic.
+void reopenMusic(const char* name);
 
 // Sound is on and a stream was opened.
 bool musicActive();

@@ -1,6 +1,7 @@
 #include "app/presentation.h"
 
 #include <GL/gl.h>
+#include <strings.h>
 
 #include <array>
 #include <cstdio>
@@ -59,6 +60,17 @@ struct FrameStatistics {
 
 using SceneOwner = std::unique_ptr<Scene, void (*)(Scene*)>;
 
+// What the construction of a scene begins with.
+struct SceneOrigin {
+  RandomGenerator random = current<RandomGenerator>();
+  ModelMaterials materials = current<ModelMaterials>();
+
+  void restore() const {
+    current<RandomGenerator>() = random;
+    current<ModelMaterials>() = materials;
+  }
+};
+
 // How all stands after loading.
 struct Beginning {
   std::vector<SceneState> scenes;
@@ -70,7 +82,7 @@ struct Beginning {
 }  // namespace
 
 struct Presentation::State {
-  explicit State(const Options& asked) : options(asked) {}
+  explicit State(const Options& asked) : options(asked) { pakOpen("vex.pak"); }
 
   Owned<Options> options;
   Owned<DemoClock> clock;
@@ -84,8 +96,13 @@ struct Presentation::State {
   FrameStatistics statistics;
   std::unique_ptr<PartDispatcher> dispatcher;
   std::optional<Beginning> beginning;
+  std::vector<SceneOrigin> origins;
+  std::string projectBytes;  // empty for that of the folder
+  std::string projectTitle = projectName;
 
   void constructScenes();
+  void loadProject();
+  void reloadScene(int index);
   void keepBeginning();
   void restoreBeginning();
   void drawStatistics();
@@ -94,11 +111,32 @@ struct Presentation::State {
 void Presentation::State::constructScenes() {
   std::vector<SceneOwner> scenes;
   for (const SceneEntry& entry : sceneEntries()) {
+    origins.emplace_back();
     Scene* scene = entry.construct();
     scenes.emplace_back(scene, scene->destroy);
   }
   for (const SceneOwner& scene : scenes) scene->prepare(vex::options().useStripCache);
   for (SceneOwner& scene : scenes) dispatcher->addScene(scene.release());
+}
+
+void Presentation::State::reloadScene(int index) {
+  struct Now : SceneOrigin {
+    ~Now() { restore(); }
+  } const now;
+  const auto place = static_cast<std::size_t>(index);
+  origins[place].restore();
+  Scene* constructed = sceneEntries()[place].construct();
+  SceneOwner scene(constructed, constructed->destroy);
+  scene->prepare(vex::options().useStripCache);
+  beginning->scenes[place] = SceneState(*scene);
+  dispatcher->replaceScene(index, scene.release());
+}
+
+void Presentation::State::loadProject() {
+  if (projectBytes.empty()) return dispatcher->loadProject(projectName);
+  loadingProgress("Loading project");
+  MemorySource source(projectBytes);
+  dispatcher->readProject(source, projectTitle.c_str());
 }
 
 void Presentation::State::keepBeginning() {
@@ -131,13 +169,18 @@ void Presentation::State::drawStatistics() {
 }
 
 Presentation::Presentation(const Options& asked) : state(std::make_unique<State>(asked)) {
-  pakOpen("vex.pak");
   if (fileExists(projectName)) return;
   refuseUnreadable(projectName);
   if (pakFileName()[0] != '\0') fatalError("%s holds no %s", pakFileName(), projectName);
   std::error_code ignored;
   fatalError("no presentation in folder %s: neither vex.pak nor %s is there",
              std::filesystem::current_path(ignored).c_str(), projectName);
+}
+
+Presentation::Presentation(const Options& asked, const Project& project, const std::string& name)
+    : state(std::make_unique<State>(asked)) {
+  state->projectBytes = encodeProject(project);
+  state->projectTitle = name;
 }
 
 Presentation::~Presentation() {
@@ -152,7 +195,7 @@ void Presentation::load(Begins begins) {
   setLoadingSteps(static_cast<int>(sceneEntries().size()) + 2);  // the project, and what remains
   state->constructScenes();
   dispatcher.openMusic = openMusic;
-  dispatcher.loadProject(projectName);
+  state->loadProject();
   loadingProgress("Starting up");
   if (options().showStats) loadStatFont("data\\font.raw");
   loadGlows();
@@ -168,6 +211,26 @@ void Presentation::begin(std::optional<float> start) {
     clockSetStartTime(*start);
   }
   dispatcher.startTimeline();
+}
+
+void Presentation::setProject(const Project& project) {
+  const std::string bytes = encodeProject(project);
+  MemorySource source(bytes);
+  state->dispatcher->replaceProject(source, state->projectTitle.c_str());
+  state->beginning->startTime = state->dispatcher->startTime;
+}
+
+bool Presentation::reloadModel(const std::string& model) {
+  bool found = false;
+  int index = 0;
+  for (const SceneEntry& entry : sceneEntries()) {
+    if (entry.model && strcasecmp(entry.model, model.c_str()) == 0) {
+      state->reloadScene(index);
+      found = true;
+    }
+    ++index;
+  }
+  return found;
 }
 
 void Presentation::drawFrame() {

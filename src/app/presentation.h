@@ -2,9 +2,11 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "base/options.h"
 #include "timeline/part_dispatcher.h"
+#include "timeline/project_record.h"
 
 namespace vex {
 
@@ -26,10 +28,13 @@ class Presentation {
   // there", what cannot be read (files.h).
   explicit Presentation(const Options& asked = options());
 
+  // Of a project of its own: the folder needs none. `name` stands for it in messages. Otherwise as above.
+  Presentation(const Options& asked, const Project& project, const std::string& name);
+
   // Stops the music, closes all files, then destroys the time line with scenes and parts, then the textures.
   ~Presentation();
 
-  // Constructs the scenes in their fixed order, reads the project "test.hvp" and everything else that the
+  // Constructs the scenes in their fixed order, reads the project and everything else that the
   // show needs. The GL context is open.
   // Every failure is fatal but for the music's, which warns.
   void load(Begins begins = Begins::once);
@@ -39,6 +44,16 @@ class Presentation {
   // black.
   // Fatal: "Starting after end!".
   void begin(std::optional<float> start = std::nullopt);
+
+  // Another project for the same scenes, in a presentation that begins often: shows from the next begin() on,
+  // which has to come before anything else. The music stays as it is. A project that is refused leaves the
+  // one before.
+  void setProject(const Project& project);
+
+  // The scenes that are built around that model (path without extension, letter case ignored) are constructed
+  // anew, as they were at loading; likewise to be followed by begin(). One that fails stays as it was. False
+  // where there is none.
+  bool reloadModel(const std::string& model);
 
   // Draws the frame at clockTime(): the active parts, then the statistics overlay.
   void drawFrame();

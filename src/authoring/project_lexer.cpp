@@ -64,8 +64,18 @@ std::size_t utf8Length(std::string_view text) {
 
 }  // namespace
 
-ProjectLexer::ProjectLexer(std::string_view text) : rest(text) {
-  if (rest.starts_with("\xef\xbb\xbf")) rest.remove_prefix(3);
+ProjectLexer::ProjectLexer(std::string_view text, std::size_t offset, int firstLine)
+    : start(text.data()), rest(text.substr(offset)), line(firstLine), endOfTaken(offset) {
+  if (offset > 0 || !rest.starts_with("\xef\xbb\xbf")) return;
+  rest.remove_prefix(3);
+  endOfTaken = 3;
+}
+
+TextSpan ProjectLexer::spanOf(const Token& token) const {
+  if (token.kind == TokenKind::end) return {endOfTaken, endOfTaken};
+  const auto begin = static_cast<std::size_t>(token.text.data() - start);
+  const std::size_t quotes = token.kind == TokenKind::string ? 1 : 0;
+  return {begin - quotes, begin + token.text.size() + quotes};
 }
 
 void ProjectLexer::skipBlanks() {
@@ -127,6 +137,7 @@ void ProjectLexer::read() {
 
 Token ProjectLexer::take() {
   const Token taken = next;
+  endOfTaken = spanOf(taken).end;
   read();
   return taken;
 }
@@ -214,6 +225,10 @@ std::string unquoteText(const Token& token) {
 
 bool isProjectWord(std::string_view text) {
   return !text.empty() && isLetter(text.front()) && std::all_of(text.begin(), text.end(), isWordCharacter);
+}
+
+std::string nameText(std::string_view name) {
+  return isProjectWord(name) ? std::string(name) : quoteText(name);
 }
 
 }  // namespace vex

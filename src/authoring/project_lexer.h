@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+#include "authoring/project_places.h"
 
 // The words of a project's text form. Blanks, line ends and comments (# to the end of the line) part them.
 
@@ -30,14 +33,17 @@ struct TextFault {
 
 class ProjectLexer {
  public:
-  // The text must live as long.
-  explicit ProjectLexer(std::string_view text);
+  // The text must live as long. Reading begins at the offset, where `firstLine` is and no token, string or
+  // comment may be cut; at the beginning a byte order mark is passed over.
+  explicit ProjectLexer(std::string_view text, std::size_t offset = 0, int firstLine = 1);
 
   // The next token, none before the first call of resume().
   const Token& peek() const { return next; }
 
   // Throw TextFault where what comes next is no token.
   Token take();
+  TextSpan spanOf(const Token& token) const;           // in the text, of a string with its quotes
+  std::size_t takenEnd() const { return endOfTaken; }  // behind the token that was taken last
   void resume();  // finds a token to go on with, at the beginning and after skipping
 
   // After a fault in `faultLine`: leave the rest of that line, or of that part, which reaches to a line that
@@ -51,8 +57,10 @@ class ProjectLexer {
   void leaveLine();
   bool atPart() const;
 
+  const char* start;      // of the text
   std::string_view rest;  // behind `next`
-  int line = 1;           // where `rest` begins
+  int line;               // where `rest` begins
+  std::size_t endOfTaken = 0;
   Token next;
   bool stale = true;  // `next` is not to be used
 };
@@ -68,5 +76,8 @@ std::string describe(const Token& token);
 std::string unquoteText(const Token& token);
 
 bool isProjectWord(std::string_view text);
+
+// A name as it stands in the text: bare, or in quotes where it must be.
+std::string nameText(std::string_view name);
 
 }  // namespace vex

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -21,8 +22,10 @@ namespace {
 
 class Reader : ProjectValueReader {
  public:
-  explicit Reader(std::string_view text) : ProjectValueReader(text) {}
+  Reader(const ProjectLexer& itsLexer, KeptPlaces kept)
+      : ProjectValueReader(itsLexer), keepsPlaces(kept == KeptPlaces::all) {}
   ReadProjectText read();
+  std::optional<ReadParts> readParts(const ProjectPlaces& around, std::size_t context);
 
  private:
   using Statement = void (Reader::*)(const Token&);
@@ -31,14 +34,19 @@ class Reader : ProjectValueReader {
     Statement read;
   };
   using PartKey = void (Reader::*)(const Token&, ProjectPart&);
+  using PartKeyPlace = TextSpan PartPlace::*;
   struct PartKeyRow {
     std::string_view keyword;
     PartKey read;
+    PartKeyPlace place;  // null where nobody asks for it
   };
   static const std::array<StatementRow, 13> statements;
   static const std::array<PartKeyRow, 8> partKeys;
 
   Project project;
+  ProjectPlaces places;
+  const bool keepsPlaces;
+  CallPlace callPlace;                    // of the call at hand, whose memory serves the next one
   std::map<std::string_view, int> given;  // line of each header statement, or key of the part at hand
   double until = 0;                       // of the part at hand
   bool hasUntil = false;
@@ -56,6 +64,7 @@ class Reader : ProjectValueReader {
   void readRange(const Token& keyword);
   void readTrailing(const Token& keyword);
   void readPart(const Token& keyword);
+  void readPartKey(const Token& word, ProjectPart& part, PartPlace& place);
 
   void readPartTime(const Token& keyword, ProjectPart& part);
   void readUntil(const Token& keyword, ProjectPart& part);
@@ -64,8 +73,7 @@ class Reader : ProjectValueReader {
   void readEditorNumber(const Token& keyword, ProjectPart& part);
   void readEditorFlag(const Token& keyword, ProjectPart& part);
   void finishKeys(ProjectPart& part);
-  void readCall(const Token& scene, ProjectPart& part);
-  PartKey findPartKey(std::string_view keyword) const;
+  void readCall(const Token& scene, ProjectPart& part, PartPlace& place);
 };
 
 const std::array<Reader::StatementRow, 13> Reader::statements{{
@@ -85,14 +93,14 @@ const std::array<Reader::StatementRow, 13> Reader::statements{{
 }};
 
 const std::array<Reader::PartKeyRow, 8> Reader::partKeys{{
-    {"at", &Reader::readPartTime},
-    {"editorFlag", &Reader::readEditorFlag},
-    {"editorNumber", &Reader::readEditorNumber},
-    {"length", &Reader::readPartTime},
-    {"speed", &Reader::readSpeed},
-    {"start", &Reader::readPartTime},
-    {"track", &Reader::readTrack},
-    {"until", &Reader::readUntil},
+    {"at", &Reader::readPartTime, &PartPlace::at},
+    {"editorFlag", &Reader::readEditorFlag, nullptr},
+    {"editorNumber", &Reader::readEditorNumber, nullptr},
+    {"length", &Reader::readPartTime, &PartPlace::length},
+    {"speed", &Reader::readSpeed, &PartPlace::speed},
+    {"start", &Reader::readPartTime, &PartPlace::start},
+    {"track", &Reader::readTrack, &PartPlace::track},
+    {"until", &Reader::readUntil, &PartPlace::until},
 }};
 
 template <typename Rows>
@@ -114,7 +122,9 @@ void Reader::readText(const Token& keyword) {
   std::string& field = keyword.text == "music"        ? project.music
                        : keyword.text == "executable" ? project.executable
                                                       : project.functionsFile;
+  const std::size_t begin = nextBegin();
   field = string(keyword, maxProjectName);
+  if (keyword.text == "music") places.music = takenFrom(begin);
 }
 
 // Only for the sake of carriage returns in it.
@@ -128,9 +138,12 @@ void Reader::readVersion(const Token& keyword) {
 
 void Reader::readTime(const Token& keyword) {
   once(keyword);
+  const std::size_t begin = nextBegin();
   const double value = time(std::string(keyword.text));
   requireFinite(keyword.line, std::string(keyword.text), value);
   (keyword.text == "total" ? project.totalTime : project.startTime) = value;
+  TimePlace& place = keyword.text == "total" ? places.total : places.start;
+  place = {takenFrom(begin), tempo};
 }
 
 void Reader::readNumber(const Token& keyword) {
@@ -138,9 +151,11 @@ void Reader::readNumber(const Token& keyword) {
   (keyword.text == "zoom" ? project.zoom : project.leftTime) = number(std::string(keyword.text));
 }
 
-void Reader::readTicks(const Token&) {
+void Reader::readTicks(const Token& keyword) {
   do {
+    const std::size_t begin = nextBegin();
     project.ticks.push_back(time("ticks"));
+    places.ticks.push_back({{takenFrom(begin), tempo}, lexer.spanOf(keyword).begin});
   } while (lexer.peek().kind == TokenKind::number || nextIs("inf"));
 }
 
@@ -164,7 +179,7 @@ void Reader::readTempo(const Token& keyword) {
 
 void Reader::readRange(const Token&) {
   const std::string of = name("the name of a parameter");
-  ranges[of] = range(of);
+  places.ranges.push_back({of, ranges[of] = range(of)});
 }
 
 void Reader::readTrailing(const Token&) {
@@ -175,7 +190,13 @@ void Reader::readTrailing(const Token&) {
 void Reader::readStatement() {
   const Token keyword = lexer.take();
   for (const StatementRow& row : statements) {
-    if (keyword.kind == TokenKind::word && row.keyword == keyword.text) return (this->*row.read)(keyword);
+    if (keyword.kind != TokenKind::word || row.keyword != keyword.text) continue;
+    (this->*row.read)(keyword);
+    if (project.parts.empty()) {
+      places.headEnd = lexer.takenEnd();
+      places.tempo = tempo;
+    }
+    return;
   }
   // What looks like a part is passed over as one.
   if (lexer.peek().kind == TokenKind::string) lexer.take();
@@ -228,11 +249,17 @@ void Reader::finishKeys(ProjectPart& part) {
   }
 }
 
-Reader::PartKey Reader::findPartKey(std::string_view keyword) const {
-  for (const PartKeyRow& row : partKeys) {
-    if (row.keyword == keyword) return row.read;
+void Reader::readPartKey(const Token& word, ProjectPart& part, PartPlace& place) {
+  const auto row = std::ranges::find(partKeys, word.text, &PartKeyRow::keyword);
+  if (word.kind != TokenKind::word || row == partKeys.end()) {
+    throw TextFault{word.line, "unknown key " + describe(word) + " of a part; " +
+                                   nearestNameHint(word.text, keywordsOf(partKeys))};
   }
-  return nullptr;
+  once(word);
+  const std::size_t begin = nextBegin();
+  (this->*row->read)(word, part);
+  if (row->place) place.*row->place = takenFrom(begin);
+  place.keysEnd = lexer.takenEnd();
 }
 
 void Reader::readPart(const Token& keyword) {
@@ -242,8 +269,14 @@ void Reader::readPart(const Token& keyword) {
   inPart = true;
   ProjectPart part;
   part.line = keyword.line;
+  PartPlace place;
+  place.tempo = tempo;
+  place.rangesAbove = places.ranges.size();
+  const std::size_t nameBegin = nextBegin();
   part.name = name("the name of a part");
+  place.name = takenFrom(nameBegin);
   needMark('{', "behind the part's name");
+  place.keysEnd = lexer.takenEnd();
   std::map<std::string_view, int> headerGiven;
   headerGiven.swap(given);
   hasUntil = false;
@@ -257,22 +290,16 @@ void Reader::readPart(const Token& keyword) {
       const Token word = lexer.take();
       if (nextIsMark('.')) {
         if (!std::exchange(keysDone, true)) finishKeys(part);
-        readCall(word, part);
+        readCall(word, part, place);
         continue;
       }
       if (word.text == "part") {
         throw TextFault{word.line, "part " + quoteText(part.name) + " of line " + std::to_string(part.line) +
                                        " is not closed before this one, } is missing"};
       }
-      const PartKey readKey = word.kind == TokenKind::word ? findPartKey(word.text) : nullptr;
-      if (!readKey) {
-        throw TextFault{word.line, "unknown key " + describe(word) + " of a part; " +
-                                       nearestNameHint(word.text, keywordsOf(partKeys))};
-      }
       if (keysDone)
         note(word.line, std::string(word.text) + " stands behind a call, the keys of a part come first");
-      once(word);
-      (this->*readKey)(word, part);
+      readPartKey(word, part, place);
     }
     if (!keysDone) finishKeys(part);
   } catch (const TextFault&) {
@@ -281,10 +308,12 @@ void Reader::readPart(const Token& keyword) {
   }
   given.swap(headerGiven);
   inPart = false;
+  place.whole = takenFrom(lexer.spanOf(keyword).begin);
   project.parts.push_back(std::move(part));
+  if (keepsPlaces) places.parts.push_back(std::move(place));
 }
 
-void Reader::readCall(const Token& scene, ProjectPart& part) {
+void Reader::readCall(const Token& scene, ProjectPart& part, PartPlace& partPlace) {
   ProjectCall& call = part.calls.emplace_back();
   call.line = scene.line;
   if (part.calls.size() > maxProjectCount) {
@@ -293,17 +322,25 @@ void Reader::readCall(const Token& scene, ProjectPart& part) {
   }
   call.scene = scene.kind == TokenKind::string ? unquoteText(scene) : std::string(scene.text);
   checkText(scene.line, "the name of a scene", call.scene, maxProjectName);
+  callPlace.parameters.clear();
+  callPlace.scene = lexer.spanOf(scene);
   needMark('.', "behind the scene");
+  const std::size_t functionBegin = nextBegin();
   call.function = name("the name of a function");
+  callPlace.function = takenFrom(functionBegin);
   needMark('(', "behind the function");
-  if (takeMark(')')) return;
-  do {
-    readParameter(part, call);
-  } while (takeMark(','));
-  needMark(')', "or , behind a parameter");
+  if (!takeMark(')')) {
+    do {
+      readParameter(part, call, callPlace);
+    } while (takeMark(','));
+    needMark(')', "or , behind a parameter");
+  }
+  callPlace.whole = takenFrom(callPlace.scene.begin);
+  if (keepsPlaces) partPlace.calls.push_back(callPlace);
 }
 
 ReadProjectText Reader::read() {
+  places.headEnd = lexer.takenEnd();
   while (problems.size() < maxProblems) {
     try {
       lexer.resume();
@@ -321,17 +358,43 @@ ReadProjectText Reader::read() {
   if (!given.contains("total")) note(lexer.peek().line, "total is missing, the time at which the show ends");
   std::stable_sort(problems.begin(), problems.end(),
                    [](const TextProblem& a, const TextProblem& b) { return a.line < b.line; });
-  return {std::move(project), std::move(problems), firstTempo};
+  return {std::move(project), std::move(problems), firstTempo, std::move(places)};
+}
+
+std::optional<ReadParts> Reader::readParts(const ProjectPlaces& around, std::size_t context) {
+  const PartPlace& first = around.parts[context];
+  tempo = first.tempo;
+  for (std::size_t i = 0; i < first.rangesAbove; ++i) {
+    ranges[around.ranges[i].parameter] = around.ranges[i].range;
+  }
+  try {
+    lexer.resume();
+    while (problems.empty() && lexer.peek().kind != TokenKind::end) {
+      if (!nextIs("part")) return std::nullopt;
+      readStatement();
+    }
+  } catch (const TextFault&) {
+    return std::nullopt;
+  }
+  if (!problems.empty()) return std::nullopt;
+  for (PartPlace& place : places.parts) place.rangesAbove = first.rangesAbove;
+  return ReadParts{std::move(project.parts), std::move(places.parts)};
 }
 
 }  // namespace
 
-ReadProjectText readProjectText(std::string_view text) {
-  return Reader(text).read();
+ReadProjectText readProjectText(std::string_view text, KeptPlaces kept) {
+  return Reader(ProjectLexer(text), kept).read();
+}
+
+std::optional<ReadParts> readProjectParts(std::string_view text, TextSpan piece, int line,
+                                          const ProjectPlaces& places, std::size_t context) {
+  return Reader(ProjectLexer(text.substr(0, piece.end), piece.begin, line), KeptPlaces::all)
+      .readParts(places, context);
 }
 
 CompiledProject compileProjectText(std::string_view text) {
-  ReadProjectText read = readProjectText(text);
+  ReadProjectText read = readProjectText(text, KeptPlaces::none);
   if (!read.problems.empty()) return {"", std::move(read.problems)};
   std::vector<ActiveSpan> spans;
   for (const ProjectPart& part : read.project.parts) spans.push_back(part.active());

@@ -35,10 +35,6 @@ std::string numberText(double value) {
   return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
-std::string nameText(const std::string& name) {
-  return isProjectWord(name) ? name : quoteText(name);
-}
-
 using Range = std::pair<double, double>;
 
 struct SameBits {

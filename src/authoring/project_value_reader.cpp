@@ -5,6 +5,7 @@
 #include <bit>
 #include <charconv>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <utility>
 
@@ -57,8 +58,8 @@ void ProjectValueReader::needMark(char mark, const std::string& where) {
   if (!takeMark(mark)) expected(lexer.peek(), std::string(1, mark) + " " + where);
 }
 
-ProjectValueReader::Range ProjectValueReader::range(const std::string& parameter) {
-  Range range;
+ParameterRange ProjectValueReader::range(const std::string& parameter) {
+  ParameterRange range;
   range.min = number("the minimum of " + parameter);
   if (!nextIs("to")) expected(lexer.peek(), "to");
   lexer.take();
@@ -182,37 +183,48 @@ long ProjectValueReader::wholeNumber(const std::string& what, long least, long m
   return value;
 }
 
-void ProjectValueReader::readParameter(const ProjectPart& part, ProjectCall& call) {
+void ProjectValueReader::readParameter(const ProjectPart& part, ProjectCall& call, CallPlace& callPlace) {
   const int line = lexer.peek().line;
   if (call.parameters.size() == maxArguments) {
     throw TextFault{line, call.function + " has more than " + std::to_string(maxArguments) + " parameters"};
   }
   ProjectParameter& parameter = call.parameters.emplace_back();
+  ParameterPlace& place = callPlace.parameters.emplace_back();
   parameter.line = line;
+  const std::size_t begin = nextBegin();
   parameter.name = name("the name of a parameter");
+  place.name = takenFrom(begin);
   needMark('=', "behind the parameter's name");
   Given values;
-  readValue(part, parameter, values, false);
-  Range bounds;
+  const std::size_t valueBegin = nextBegin();
+  readValue(part, parameter, values, false, place);
+  place.value = takenFrom(valueBegin);
+  ParameterRange bounds;
   if (parameter.type == PARAM_STRING) bounds = {0, 0};
   if (const auto known = ranges.find(parameter.name); known != ranges.end()) bounds = known->second;
   if (nextIs("in")) {
+    const std::size_t boundsBegin = nextBegin();
     lexer.take();
     bounds = range(parameter.name);
+    place.bounds = takenFrom(boundsBegin);
   }
   parameter.min = bounds.min;
   parameter.max = bounds.max;
   while (nextIs("also")) {
+    const std::size_t surplusBegin = nextBegin();
     lexer.take();
-    readValue(part, parameter, values, true);
+    ParameterPlace unused;
+    readValue(part, parameter, values, true, unused);
+    place.surplus.push_back(takenFrom(surplusBegin));
   }
+  place.whole = takenFrom(begin);
   Parameter played;
   fillPlayed(played, parameter);
   if (lacksValue(played)) note(line, quoteText(parameter.name) + ": curve has no dots");
 }
 
 void ProjectValueReader::readValue(const ProjectPart& part, ProjectParameter& parameter, Given& values,
-                                   bool surplus) {
+                                   bool surplus, ParameterPlace& place) {
   static constexpr std::array<std::string_view, 4> kinds{"linear", "spline", "sine", "dots"};
   const Token next = lexer.peek();
   const auto take = [&](bool& field, ParameterType type) {
@@ -231,12 +243,12 @@ void ProjectValueReader::readValue(const ProjectPart& part, ProjectParameter& pa
   } else if (next.kind == TokenKind::word && next.text == "sine") {
     take(values.sine, PARAM_SINE);
     lexer.take();
-    readSine(parameter);
+    readSine(parameter, place);
   } else if (next.kind == TokenKind::word &&
              (surplus ? next.text == "dots" : next.text == "linear" || next.text == "spline")) {
     take(values.dots, next.text == "spline" ? PARAM_SPLINE : PARAM_LINEAR);
     lexer.take();
-    readDots(part, parameter);
+    readDots(part, parameter, place);
   } else if (next.kind == TokenKind::word) {
     throw TextFault{next.line, "unknown value " + describe(next) + " of " + quoteText(parameter.name) + "; " +
                                    nearestNameHint(next.text, std::span(kinds).first(surplus ? 4 : 3))};
@@ -246,7 +258,7 @@ void ProjectValueReader::readValue(const ProjectPart& part, ProjectParameter& pa
   }
 }
 
-void ProjectValueReader::readSine(ProjectParameter& parameter) {
+void ProjectValueReader::readSine(ProjectParameter& parameter, ParameterPlace& place) {
   static constexpr std::array<std::string_view, 4> keys{"cycles", "amplitude", "offset", "phase"};
   double* const fields[]{&parameter.sinPeriod, &parameter.sinAmplitude, &parameter.sinOffset,
                          &parameter.sinPhase};
@@ -264,12 +276,15 @@ void ProjectValueReader::readSine(ProjectParameter& parameter) {
     const auto i = static_cast<std::size_t>(known - keys.begin());
     if (std::exchange(seen[i], true))
       throw TextFault{key.line, std::string(key.text) + " is given a second time in this sine"};
+    const std::size_t begin = nextBegin();
     *fields[i] = number(std::string(key.text));
+    place.sine[i] = takenFrom(begin);
   } while (takeMark(','));
   needMark(')', "or , in sine");
 }
 
-void ProjectValueReader::readDots(const ProjectPart& part, ProjectParameter& parameter) {
+void ProjectValueReader::readDots(const ProjectPart& part, ProjectParameter& parameter,
+                                  ParameterPlace& place) {
   needMark('(', "before the dots");
   if (takeMark(')')) return;
   do {
@@ -283,8 +298,12 @@ void ProjectValueReader::readDots(const ProjectPart& part, ProjectParameter& par
       throw TextFault{token.line, describe(token) + " is a time in a part without length"};
     }
     ProjectDot& dot = parameter.dots.emplace_back();
+    DotPlace& dotPlace = place.dots.emplace_back();
+    dotPlace.x = takenFrom(lexer.spanOf(token).begin);
     dot.x = x.unit == Unit::plain ? x.value : x.value / part.length;
+    const std::size_t begin = nextBegin();
     dot.y = number("the y of a dot");
+    dotPlace.y = takenFrom(begin);
   } while (takeMark(','));
   needMark(')', "or , behind a dot");
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <limits>
 #include <map>
 #include <optional>
 #include <string>
@@ -20,18 +19,13 @@ class ProjectValueReader {
  protected:
   static constexpr std::size_t maxProblems = 1000;
 
-  struct Range {
-    double min = -std::numeric_limits<double>::infinity();
-    double max = std::numeric_limits<double>::infinity();
-  };
-
-  explicit ProjectValueReader(std::string_view text) : lexer(text) {}
+  explicit ProjectValueReader(const ProjectLexer& itsLexer) : lexer(itsLexer) {}
 
   ProjectLexer lexer;
   std::vector<TextProblem> problems;
-  std::map<std::string, Range, std::less<>> ranges;  // by parameter name
-  std::optional<Tempo> tempo;                        // that holds here
-  std::optional<Tempo> firstTempo;                   // of the text
+  std::map<std::string, ParameterRange, std::less<>> ranges;  // by parameter name
+  std::optional<Tempo> tempo;                                 // that holds here
+  std::optional<Tempo> firstTempo;                            // of the text
 
   // What is wrong but can be passed over. All that follows throws TextFault where reading cannot go on.
   void note(int line, std::string text);
@@ -50,11 +44,15 @@ class ProjectValueReader {
   double span(const std::string& what);  // seconds between two times
   double time(const std::string& what);  // demo time
   long wholeNumber(const std::string& what, long least, long most);
-  Range range(const std::string& parameter);
+  ParameterRange range(const std::string& parameter);
   void requireFinite(int line, const std::string& what, double value);
 
   // NAME = VALUE and what follows it. The part's length is known.
-  void readParameter(const ProjectPart& part, ProjectCall& call);
+  void readParameter(const ProjectPart& part, ProjectCall& call, CallPlace& callPlace);
+
+  // From the token that comes next to the one that was taken last.
+  std::size_t nextBegin() const { return lexer.spanOf(lexer.peek()).begin; }
+  TextSpan takenFrom(std::size_t begin) const { return {begin, lexer.takenEnd()}; }
 
  private:
   enum class Unit { plain, seconds, beats };
@@ -71,9 +69,10 @@ class ProjectValueReader {
   };
 
   Scalar scalar(const std::string& what);
-  void readValue(const ProjectPart& part, ProjectParameter& parameter, Given& values, bool surplus);
-  void readSine(ProjectParameter& parameter);
-  void readDots(const ProjectPart& part, ProjectParameter& parameter);
+  void readValue(const ProjectPart& part, ProjectParameter& parameter, Given& values, bool surplus,
+                 ParameterPlace& place);
+  void readSine(ProjectParameter& parameter, ParameterPlace& place);
+  void readDots(const ProjectPart& part, ProjectParameter& parameter, ParameterPlace& place);
 };
 
 }  // namespace vex

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "base/report.h"
+#include "engine/drawing.h"
 #include "engine/vol_light.h"
 
 namespace vex {
@@ -45,6 +46,7 @@ namespace {
 
 // Texture corners: t grows upwards, against `down`.
 void drawSprite(const Vector& centre, const Vector& down, const Vector& right, float halfSize) {
+  if (drawingUnseen()) return;
   const auto corner = [&](const Vector& offset, float s, float t) {
     const Vector p = centre + offset * halfSize;
     glTexCoord2f(s, t);

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "base/report.h"
+#include "engine/drawing.h"
 #include "textures/gl_setup.h"
 
 namespace vex {
@@ -142,6 +143,10 @@ void Mesh::setUpMaterial(bool useLight, float alpha) {
 }
 
 void Mesh::draw(bool sceneLit, float, float alpha) {
+  if (drawingUnseen()) {
+    diffuse.a = opacity * alpha;
+    return;
+  }
   unlockArrays();
   setUpMaterial(sceneLit && lit, alpha);
   lockArrays(vertexCount);

@@ -9,6 +9,7 @@
 #include "base/options.h"
 #include "base/report.h"
 #include "base/window_size.h"
+#include "engine/drawing.h"
 #include "engine/fluid.h"
 #include "engine/particle_system.h"
 #include "engine/scene.h"
@@ -64,6 +65,7 @@ void takeDepthMap(const View& view, VolLight& light) {
   for (Mesh* mesh : view.scene.meshes) {
     if (!mesh->hidden() && mesh->blendMode == BlendMode::opaque) drawMesh(*mesh, false, view.seconds, 1.0f);
   }
+  if (drawingUnseen()) return;
   glFinish();
   glReadPixels(0, 0, size, size, GL_DEPTH_COMPONENT, GL_FLOAT, light.depthBuffer.data());
 }
@@ -134,7 +136,7 @@ void drawBox(const View& view) {
   const Vector& eye = view.viewer.position;
   for (std::size_t face = 0; face < boxFaces; ++face) {
     const int texture = view.scene.boxTextures[face];
-    if (texture == -1) continue;
+    if (texture == -1 || drawingUnseen()) continue;
     glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(texture));
     glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
     glBegin(GL_POLYGON);

@@ -86,6 +86,7 @@ SceneState::SceneState(const Scene& scene) : values(std::make_unique<Values>(sce
 
 SceneState::~SceneState() = default;
 SceneState::SceneState(SceneState&&) noexcept = default;
+SceneState& SceneState::operator=(SceneState&&) noexcept = default;
 
 void SceneState::restore(Scene& scene) const {
   values->meshes.giveTo(scene.meshes, scene);

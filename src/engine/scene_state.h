@@ -14,6 +14,7 @@ class SceneState {
   explicit SceneState(const Scene& scene);
   ~SceneState();
   SceneState(SceneState&&) noexcept;
+  SceneState& operator=(SceneState&&) noexcept;
   SceneState(const SceneState&) = delete;
   SceneState& operator=(const SceneState&) = delete;
 

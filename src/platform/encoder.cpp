@@ -21,9 +21,9 @@
 #include <vector>
 
 #include "platform/end_request.h"
-#include "platform/little_endian.h"
 #include "platform/replace_file.h"
 #include "platform/steady_clock.h"
+#include "platform/wave_header.h"
 
 extern char** environ;
 
@@ -50,30 +50,11 @@ bool waitUntilRead(int pipeEnd, const std::function<void()>& whileWaiting) {
   }
 }
 
-// RIFF header of PCM sound (Microsoft, Multimedia Programming Interface and Data Specifications 1.0).
-std::string waveHeader(const SoundTrack& sound) {
-  const auto frameBytes = static_cast<std::uint32_t>(sound.channels * sound.bytesPerSample);
-  const auto size = static_cast<std::uint32_t>(sound.samples.size());
-  const auto rate = static_cast<std::uint32_t>(sound.rate);
-  std::string header = "RIFF";
-  appendLittleEndian(header, 36 + size, 4);
-  header += "WAVEfmt ";
-  appendLittleEndian(header, 16, 4);
-  appendLittleEndian(header, 1, 2);
-  appendLittleEndian(header, static_cast<std::uint32_t>(sound.channels), 2);
-  appendLittleEndian(header, rate, 4);
-  appendLittleEndian(header, rate * frameBytes, 4);
-  appendLittleEndian(header, frameBytes, 2);
-  appendLittleEndian(header, static_cast<std::uint32_t>(8 * sound.bytesPerSample), 2);
-  header += "data";
-  appendLittleEndian(header, size, 4);
-  return header;
-}
-
 // A file in memory that holds the sound track; -1 on failure.
 int soundFile(const SoundTrack& sound) {
   const int descriptor = memfd_create("sound", MFD_CLOEXEC);
-  const std::string header = waveHeader(sound);
+  const std::string header = waveHeader(sound.rate, sound.channels, sound.bytesPerSample,
+                                        static_cast<std::uint32_t>(sound.samples.size()));
   if (descriptor >= 0 && writeAll(descriptor, header.data(), header.size()) &&
       writeAll(descriptor, sound.samples.data(), sound.samples.size())) {
     return descriptor;

@@ -49,15 +49,22 @@ ALCcontext* context = nullptr;
 LPALGETSOURCEDVSOFT getSourceWithLatency = nullptr;
 std::unique_ptr<Stream> stream;
 
+// The last one, with a source where there is one.
+struct Piece {
+  ALuint source = 0;
+  ALuint buffer = 0;
+};
+Piece piece;
+
 constexpr SoundStream onlyStream = 1;
 
 Stream* find(SoundStream handle) {
   return handle == onlyStream ? stream.get() : nullptr;
 }
 
-ALenum formatOf(const SoundFile& file) {
-  if (file.bytesPerSample == 1) return file.channels == 1 ? AL_FORMAT_MONO8 : AL_FORMAT_STEREO8;
-  return file.channels == 1 ? AL_FORMAT_MONO16 : AL_FORMAT_STEREO16;
+ALenum formatOf(int channels, int bytesPerSample) {
+  if (bytesPerSample == 1) return channels == 1 ? AL_FORMAT_MONO8 : AL_FORMAT_STEREO8;
+  return channels == 1 ? AL_FORMAT_MONO16 : AL_FORMAT_STEREO16;
 }
 
 int get(const Stream& s, ALenum what) {
@@ -186,7 +193,7 @@ SoundStream createStream(const char* path, std::uint32_t offset, std::uint32_t s
   stream = std::make_unique<Stream>();
   Stream& s = *stream;
   s.file = std::move(file);
-  s.format = formatOf(s.file);
+  s.format = formatOf(s.file.channels, s.file.bytesPerSample);
   const auto frames = static_cast<std::size_t>(s.file.rate * bufferSeconds);
   s.decoded.resize(frames * static_cast<std::size_t>(s.file.frameBytes()));
   alGetError();
@@ -259,7 +266,30 @@ void stop() {
   if (stream) alSourceStop(stream->source);
 }
 
+void forgetPiece() {
+  if (!piece.source) return;
+  alSourceStop(piece.source);
+  alDeleteSources(1, &piece.source);
+  alDeleteBuffers(1, &piece.buffer);
+  piece = {};
+}
+
+void playPiece(const SoundPiece& sound) {
+  if (!context || alcGetCurrentContext() != context) return;
+  forgetPiece();
+  alGetError();
+  alGenSources(1, &piece.source);
+  alGenBuffers(1, &piece.buffer);
+  alBufferData(piece.buffer, formatOf(sound.channels, sound.bytesPerSample), sound.samples.data(),
+               static_cast<ALsizei>(sound.samples.size()), sound.rate);
+  alSourcei(piece.source, AL_BUFFER, static_cast<ALint>(piece.buffer));
+  alSourcei(piece.source, AL_SOURCE_RELATIVE, AL_TRUE);
+  alSourcePlay(piece.source);
+  if (alGetError() != AL_NO_ERROR) forgetPiece();
+}
+
 void free() {
+  forgetPiece();
   alcMakeContextCurrent(nullptr);
   if (context) alcDestroyContext(context);
   if (device) alcCloseDevice(device);
@@ -280,7 +310,7 @@ struct CloseAtExit {
 
 constinit const SoundLibrary openAlLibrary{init,   start,       createStream, attributes, flags,
                                            length, setPosition, play,         position,   state,
-                                           stop,   freeStream,  free};
+                                           stop,   freeStream,  free,         playPiece};
 
 double followPosition(double position, double heard, double seconds, double rate) {
   const double predicted = position + seconds * rate;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
 // Streamed playback of one music file, as a record of calls so that another library (or a test's
 // stand-in) can take the place of the one behind it. Positions and lengths count bytes of the
@@ -14,6 +16,14 @@ inline constexpr int soundFlag8Bit = 1;
 inline constexpr int soundFlagMono = 2;
 
 enum class SoundState { playing, ended, lost };
+
+// A short piece of decoded sound: 8 bits unsigned or 16 bits in the machine's byte order.
+struct SoundPiece {
+  int rate = 0;
+  int channels = 0;
+  int bytesPerSample = 0;
+  std::span<const std::byte> samples;
+};
 
 struct SoundLibrary {
   bool (*init)();   // opens the default device
@@ -33,6 +43,8 @@ struct SoundLibrary {
   void (*stop)();
   void (*freeStream)(SoundStream stream);
   void (*free)();
+  // Sounds beside the stream, in the place of the piece before. Once the output is on.
+  void (*playPiece)(const SoundPiece& piece) = nullptr;
 };
 
 // OpenAL for output, openSoundFile for decoding. Holds one stream at a time and starts no thread of

@@ -17,6 +17,7 @@
 #include "base/random.h"
 #include "base/report.h"
 #include "base/window_size.h"
+#include "engine/drawing.h"
 #include "models/model_loader.h"
 #include "scenes/ball_file.h"
 #include "scenes/scene_conventions.h"
@@ -266,6 +267,7 @@ void drawStars(SceneOuttro& scene, float, Arguments arguments) {
   glEnable(GL_POINT_SMOOTH);
   glPointSize(5);
   for (const Vector& star : scene.stars) {
+    if (drawingUnseen()) break;
     float z = std::fmod(star.z + scene.starOffset.z, side);
     z += z < 0 ? side + 10 : 10;
     glColor4f(1, 1, 1, 1 - z / (side + 10));

@@ -63,6 +63,14 @@ int findUnmasked(const TextureName& name, int first) {
   return -1;
 }
 
+// The JPEG of the name without extension, or the BMP where there is none.
+Image readTextureFile(const std::string& stem, MaskUse maskUse) {
+  const std::string jpeg = stem + ".jpg";
+  if (fileExists(jpeg)) return readJpegTexture(jpeg.c_str(), maskUse);
+  refuseUnreadable(jpeg);
+  return readBmpTexture((stem + ".bmp").c_str(), maskUse);
+}
+
 int useTexture(int id, bool wrap) {
   TextureEntry& entry = textureEntry(id);
   if (entry.wrap != wrap) uploadTexture(entry, wrap);
@@ -87,15 +95,29 @@ int getTextureWithoutMask(const char* name, bool wrap) {
 int loadTexture(char* name, bool wrap, MaskUse maskUse) {
   const TextureName folded = checkedName(name);
   std::memcpy(name, folded.text, std::strlen(folded.text));
-  const std::string stem = folded.text;
   TextureEntry entry;
-  if (const std::string jpeg = stem + ".jpg"; fileExists(jpeg)) {
-    static_cast<Image&>(entry) = readJpegTexture(jpeg.c_str(), maskUse);
-  } else {
-    refuseUnreadable(jpeg);
-    static_cast<Image&>(entry) = readBmpTexture((stem + ".bmp").c_str(), maskUse);
-  }
+  static_cast<Image&>(entry) = readTextureFile(folded.text, maskUse);
+  entry.fromFile = true;
+  entry.maskUse = maskUse;
   return addTexture(std::move(entry), folded.text, wrap);
+}
+
+bool reloadTextures(const std::string& name) {
+  const TextureName folded(name.c_str());
+  std::vector<std::pair<int, Image>> images;
+  for (int id = folded.fits ? findSlot(folded).first : -1; id >= 0 && id < textureCount(); ++id) {
+    const TextureEntry& entry = textureEntry(id);
+    if (entry.fromFile && TextureName(entry.name) == folded)
+      images.emplace_back(id, readTextureFile(folded.text, entry.maskUse));
+  }
+  for (auto& [id, image] : images) {
+    if (image.pixels.empty()) continue;
+    TextureEntry& entry = textureEntry(id);
+    static_cast<Image&>(entry) = std::move(image);
+    entry.loadedPixels.clear();
+    uploadTexture(entry, entry.wrap);
+  }
+  return !images.empty();
 }
 
 void uploadTexture(const TextureEntry& entry, bool wrap) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -21,6 +22,8 @@ struct TextureEntry : Image {
   char name[textureNameSize] = {};
   bool wrap = false;                             // mode of the last upload: repeat or clamp
   std::vector<std::uint32_t> loadedPixels = {};  // of one that is drawn into, as they were
+  bool fromFile = false;                         // of its name
+  MaskUse maskUse = MaskUse::taken;              // with which that was read
 };
 
 // Id of the first texture of that name (path without extension, ASCII letter case ignored), loaded on
@@ -34,6 +37,11 @@ int getTextureWithoutMask(const char* name, bool wrap);
 // Loads name + ".jpg", or name + ".bmp" where there is no JPEG, as a new texture without a look at the
 // others: one call after the other gives consecutive ids. Lower-cases the caller's text.
 int loadTexture(char* name, bool wrap, MaskUse maskUse = MaskUse::taken);
+
+// Reads the files of all loaded textures of that name again, which then stand as just loaded, with the same
+// ids. False where no texture has the name. What cannot be read leaves all as they were; it is fatal as in
+// getTexture. So does, with its warning, a picture whose sides are no powers of two.
+bool reloadTextures(const std::string& name);
 
 // Hands the pixels to the GL texture of the entry's id and leaves it bound; filters are linear.
 void uploadTexture(const TextureEntry& entry, bool wrap);

@@ -34,6 +34,18 @@ void PartDispatcher::addScene(Scene* scene) {
   ++sceneCount;
 }
 
+void PartDispatcher::replaceScene(int index, Scene* scene) {
+  Scene* const before = std::exchange(scenes[index], scene);
+  for (Part* part : parts) {
+    for (FunctionCall* call : part->calls) {
+      if (call->scene != before) continue;
+      call->scene = scene;
+      call->function = getFunctionByName(scene, call->name);
+    }
+  }
+  before->destroy(before);
+}
+
 Scene* PartDispatcher::findScene(const char* name) const {
   Scene* found = nullptr;
   for (int i = 0; i < sceneCount; ++i) {

@@ -65,6 +65,9 @@ class PartDispatcher {
   // %s".
   void addScene(Scene* scene);
 
+  // In the place of the scene of that number, which goes; the parts call the new one.
+  void replaceScene(int index, Scene* scene);
+
   // By exact name. Fatal: "Scene %s not found".
   Scene* findScene(const char* name) const;
 
@@ -77,6 +80,10 @@ class PartDispatcher {
 
   // The same of what is open already; the name serves messages.
   void readProject(ProjectSource& source, const char* fileName);
+
+  // The same in place of the project that is there, without having its music opened. What refuses it leaves
+  // the one that is there.
+  void replaceProject(ProjectSource& source, const char* fileName);
 
   // Runs every part that has ended by the start time once, at its midpoint, so that what it set holds.
   // Fatal: "Starting after end!".

@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <utility>
 #include <vector>
 
 #include "base/clock.h"
@@ -132,6 +133,29 @@ void PartDispatcher::readProject(ProjectSource& source, const char* fileName) {
   Loader loader(*this, fileName);
   decodeProject(source, fileName, loader);
   checkActiveParts(parts, fileName);
+}
+
+void PartDispatcher::replaceProject(ProjectSource& source, const char* fileName) {
+  PartDispatcher next;
+  struct LentScenes {
+    PartDispatcher &from, &to;
+    LentScenes(PartDispatcher& owner, PartDispatcher& reader) : from(owner), to(reader) {
+      std::swap(from.scenes, to.scenes);
+      to.sceneCount = from.sceneCount;
+    }
+    ~LentScenes() {
+      std::swap(from.scenes, to.scenes);
+      to.sceneCount = 0;
+    }
+  };
+  {
+    const LentScenes lent(*this, next);
+    next.readProject(source, fileName);
+  }
+  parts = std::move(next.parts);
+  totalTime = next.totalTime;
+  startTime = next.startTime;
+  copyText(musicName, next.musicName);
 }
 
 }  // namespace vex

@@ -13,7 +13,8 @@
 
 namespace vex {
 
-RunningProgram::RunningProgram(const std::string& path, const std::string& heard) {
+RunningProgram::RunningProgram(const std::string& path, const std::string& heard,
+                               const std::string& argument) {
   char pattern[] = "/tmp/vextest.XXXXXX";
   const int descriptor = mkstemp(pattern);
   errorFile = pattern;
@@ -29,7 +30,8 @@ RunningProgram::RunningProgram(const std::string& path, const std::string& heard
     setenv("LSAN_OPTIONS", "detect_leaks=0", 1);
     setenv("ALSOFT_DRIVERS", heard.empty() ? "null" : "wave", 1);
     if (!heard.empty()) setenv("ALSOFT_CONF", "alsoft.conf", 1);
-    execl(path.c_str(), path.c_str(), static_cast<char*>(nullptr));
+    execl(path.c_str(), path.c_str(), argument.empty() ? nullptr : argument.c_str(),
+          static_cast<char*>(nullptr));
     _exit(127);
   }
   close(descriptor);

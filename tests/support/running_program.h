@@ -10,7 +10,8 @@ namespace vex {
 // with one that writes the WAV file `heard` of 16-bit stereo at 44100 Hz while it plays.
 class RunningProgram {
  public:
-  explicit RunningProgram(const std::string& path, const std::string& heard = "");
+  explicit RunningProgram(const std::string& path, const std::string& heard = "",
+                          const std::string& argument = "");
   ~RunningProgram();  // kills it if it still runs
   RunningProgram(const RunningProgram&) = delete;
   RunningProgram& operator=(const RunningProgram&) = delete;

@@ -1,0 +1,328 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "base/report.h"
+#include "tests/support/png.h"
+#include "tests/support/run_folder.h"
+#include "tests/support/running_program.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/x_server.h"
+
+// The real program under a virtual X server, with mouse and keys, by the files that it writes.
+
+namespace vex {
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// At this size the window has its panes where the constants below say.
+constexpr int screenWidth = 1280;
+constexpr int screenHeight = 720;
+constexpr int lanesLeft = 44;
+constexpr int lanesTop = 510;
+constexpr int rowHeight = 24;
+constexpr int rulerY = 475;
+constexpr int valueX = 1070;   // of the numbers of the pane of calls
+constexpr int firstRowY = 62;  // of its rows, the part's name
+constexpr int callRowHeight = 21;
+constexpr double curveRight = 1268;  // of the last dot of a curve that rises to the pane's upper part
+constexpr double curveTop = 366;
+constexpr double total = 20;
+
+constexpr const char* show =
+    "# hand-made\n"
+    "tempo 120   # two beats a second\n"
+    "total 20s\n"
+    "\n"
+    "part red   { at 0:0  length 4:0  # eight seconds\n"
+    "  SceneHelper.fadeScreen(red = 1,   green = 0, blue = 0, alpha = 1) }\n"
+    "part blue {\n"
+    "  at 8s  until 20s\n"
+    "  SceneHelper.fadeScreen(red = 0, green = linear(0 0, 1 0.5), blue = 1, alpha = 1)\n"
+    "}\n";
+
+double pixelOf(double time) {
+  return lanesLeft + time * (screenWidth - lanesLeft) / (total * 1.025);
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  const std::size_t at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  return text.replace(at, from.size(), to);
+}
+
+class Vexstudio : public testing::Test {
+ protected:
+  TemporaryFolder folder;
+  XServer server{screenWidth, screenHeight};
+  TestDisplay display = connect();
+  std::optional<RunningProgram> studio;
+
+  Vexstudio() {
+    writeRunFolder({.totalTime = 1});
+    setenv("XDG_CONFIG_HOME", (fs::current_path() / "config").c_str(), 1);
+    setenv("XDG_CACHE_HOME", (fs::current_path() / "cache").c_str(), 1);
+    writeFile("show.txt", show);
+  }
+
+  void start(const std::string& text = "show.txt") {
+    studio.emplace(VEX_BIN "/vexstudio", "", text);
+    ASSERT_TRUE(waitUntil([&] { return titleHas("vexstudio"); })) << studio->errors();
+    // Loaded and drawn: what the show's first part paints stands in the picture.
+    ASSERT_TRUE(waitUntil([&] { return pictureColour() == 0xff0000; })) << studio->errors();
+    act("mousemove 640 680");
+  }
+
+  std::string title() {
+    const Program program = runProgram("xdotool search --onlyvisible --name vexstudio getwindowname");
+    return program.output;
+  }
+  bool titleHas(const std::string& words) { return title().find(words) != std::string::npos; }
+
+  // In the middle of the picture.
+  unsigned long pictureColour() { return screenColour(display.get(), 396, 200); }
+
+  void act(const std::string& actions) {
+    const Program program = runProgram("xdotool " + actions);
+    EXPECT_EQ(program.exitCode, 0) << program.errors;
+  }
+  void press(const std::string& keys) { act("key --delay 60 " + keys); }
+  void moveTo(double x, double y) { act(formatted("mousemove %.0f %.0f", x, y)); }
+  void click(double x, double y, int button = 1) {
+    act(formatted("mousemove %.0f %.0f sleep 0.05 click %d sleep 0.1", x, y, button));
+  }
+  void drag(double fromX, double fromY, double toX, double toY, const std::string& held = "") {
+    const std::string down = held.empty() ? "" : "keydown " + held + " ",
+                      up = held.empty() ? "" : " keyup " + held;
+    act(formatted("mousemove %.0f %.0f sleep 0.05 ", fromX, fromY) + down +
+        formatted(
+            "mousedown 1 sleep 0.05 mousemove %.0f %.0f sleep 0.05 mousemove %.0f %.0f sleep 0.1 mouseup 1",
+            (fromX + toX) / 2, (fromY + toY) / 2, toX, toY) +
+        up + " sleep 0.1");
+  }
+
+  // What lies on disk after saving.
+  std::string saved() {
+    press("ctrl+s");
+    EXPECT_TRUE(waitUntil([&] { return !titleHas("●"); })) << title();
+    return readFile("show.txt");
+  }
+
+  double laneY(int row) const { return lanesTop + (row + 0.5) * rowHeight; }
+};
+
+TEST_F(Vexstudio, MovesAndTrimsPartsByMouseAndChangesTheirNumbersAlone) {
+  start();
+  click(pixelOf(10), laneY(0));
+  drag(pixelOf(10), laneY(0), pixelOf(11.05), laneY(0));  // caught by the beat at 9 s
+  EXPECT_EQ(saved(), replaced(replaced(show, "at 8s", "at 9s"), "until 20s", "until 21s"));
+  press("ctrl+z");
+  EXPECT_EQ(saved(), show);
+  drag(pixelOf(8) - 2, laneY(0), pixelOf(6.02) - 2, laneY(0));  // the first part's end
+  EXPECT_EQ(saved(), replaced(show, "length 4:0", "length 3:0"));
+  press("ctrl+z");
+  press("ctrl+y");
+  EXPECT_EQ(saved(), replaced(show, "length 4:0", "length 3:0"));
+  EXPECT_TRUE(fs::exists("test.hvp"));
+}
+
+TEST_F(Vexstudio, TypesAndDragsValues) {
+  start();
+  click(pixelOf(2), laneY(0));
+  // Rows: name, begins, lasts, scene time, speed, track, call, red, green, blue, alpha.
+  click(valueX, firstRowY + 9 * callRowHeight);
+  act("key ctrl+a type 0.75");
+  press("Return");
+  EXPECT_EQ(saved(), replaced(show, "blue = 0", "blue = 0.75"));
+  EXPECT_TRUE(waitUntil([&] { return pictureColour() == 0xff00bf; })) << std::hex << pictureColour();
+  press("ctrl+z");
+  drag(valueX, firstRowY + 7 * callRowHeight, valueX - 150,
+       firstRowY + 7 * callRowHeight);  // of 300 pixels for 0 to 1
+  EXPECT_EQ(saved(), replaced(show, "red = 1,", "red = 0.5,"));
+}
+
+TEST_F(Vexstudio, ScrubsPlaysAndSavesStills) {
+  start();
+  drag(pixelOf(2), rulerY, pixelOf(10), rulerY);
+  EXPECT_TRUE(waitUntil([&] { return (pictureColour() & 0xff00ff) == 0x0000ff; }))
+      << std::hex << pictureColour();
+  press("F12");
+  ASSERT_TRUE(waitUntil([] { return fs::exists("show-0010.000.png"); }));
+  const Png still = readPng("show-0010.000.png");
+  const std::vector<int> middle = still.at(still.width / 2, still.height / 2);
+  EXPECT_NEAR(middle[1], 255 * 0.5 * 2 / 12, 1);
+  EXPECT_EQ(middle[2], 255);
+  press("Home space");
+  act("sleep 1");
+  press("space F12");
+  // Something between half a second and what a slow machine makes of it.
+  EXPECT_TRUE(waitUntil([] {
+    for (const auto& entry : fs::directory_iterator("."))
+      if (const std::string name = entry.path().filename();
+          name.starts_with("show-000") && name > "show-0000.500.png" && name < "show-0009")
+        return true;
+    return false;
+  }));
+}
+
+TEST_F(Vexstudio, ReadsTheTextAgainAndAsksWhenBothHaveChangedIt) {
+  start();
+  const std::string green = replaced(show, "red = 1,   green = 0", "red = 0,   green = 1");
+  writeFile("show.txt", green);
+  EXPECT_TRUE(waitUntil([&] { return pictureColour() == 0x00ff00; }));
+  writeFile("show.txt", replaced(show, "part red", "prat red"));
+  act("sleep 0.5");
+  EXPECT_EQ(pictureColour(), 0x00ff00u) << "the last good show goes on";
+  writeFile("show.txt", green);
+  act("sleep 0.5");
+  click(pixelOf(2), laneY(0));
+  click(valueX, firstRowY + 9 * callRowHeight);
+  act("key ctrl+a type 1");
+  press("Return");
+  EXPECT_TRUE(waitUntil([&] { return titleHas("●"); }));
+  const std::string theirs = replaced(show, "# hand-made", "# by somebody else");
+  writeFile("show.txt", theirs);
+  act("sleep 0.5");
+  press("ctrl+s");
+  act("sleep 0.5");
+  EXPECT_EQ(readFile("show.txt"), theirs) << "nothing is overwritten unseen";
+  press("alt+3");  // save mine under another name
+  EXPECT_TRUE(waitUntil([&] { return titleHas("show-mine.txt") && !titleHas("●"); })) << title();
+  EXPECT_EQ(readFile("show-mine.txt"), replaced(green, "blue = 0", "blue = 1"));
+  EXPECT_EQ(readFile("show.txt"), theirs);
+}
+
+TEST_F(Vexstudio, KeepsOneOfTwoTexts) {
+  start();
+  for (const bool mine : {true, false}) {
+    writeFile("show.txt", show);
+    EXPECT_TRUE(waitUntil([&] { return pictureColour() == 0xff0000; }));
+    click(pixelOf(2), laneY(0));
+    click(valueX, firstRowY + 9 * callRowHeight);
+    act("key ctrl+a type 1");
+    press("Return");
+    EXPECT_TRUE(waitUntil([&] { return titleHas("●"); }));
+    const std::string theirs = replaced(show, "red = 1,", "red = 0,");
+    writeFile("show.txt", theirs);
+    act("sleep 0.5");
+    press(mine ? "alt+1" : "alt+2");
+    EXPECT_TRUE(waitUntil([&] { return !titleHas("●"); })) << title();
+    EXPECT_EQ(readFile("show.txt"), mine ? replaced(show, "blue = 0", "blue = 1") : theirs);
+    EXPECT_TRUE(waitUntil([&] { return pictureColour() == (mine ? 0xff00ffu : 0u); }))
+        << std::hex << pictureColour();
+  }
+}
+
+TEST_F(Vexstudio, SplitsDoublesDeletesAndDragsDots) {
+  start();
+  click(pixelOf(2), rulerY);  // a beat
+  click(pixelOf(1), laneY(0));
+  press("ctrl+k");
+  std::string text = saved();
+  EXPECT_THAT(text, HasSubstr("part red   { at 0:0  length 1:0  # eight seconds\n"));
+  EXPECT_THAT(text, HasSubstr("part red_2"));
+  press("ctrl+z");
+  EXPECT_EQ(saved(), show);
+  click(pixelOf(14), laneY(0));
+  press("Delete");
+  EXPECT_THAT(saved(), testing::Not(HasSubstr("part blue")));
+  press("ctrl+z");
+  click(pixelOf(14), laneY(0));
+  click(900, firstRowY + 8 * callRowHeight);  // green, a line: its curve shows two dots
+  drag(curveRight, curveTop, curveRight - 60, curveTop + 200);
+  text = saved();
+  EXPECT_THAT(text, HasSubstr("linear(0 0, 0.8")) << text;
+  EXPECT_THAT(text, HasSubstr("# hand-made\ntempo 120   # two beats a second\n"));
+  press("ctrl+z");
+  EXPECT_EQ(saved(), show);
+}
+
+TEST_F(Vexstudio, RecordsBesideItself) {
+  start();
+  click(pixelOf(1), rulerY);
+  press("bracketleft");
+  click(pixelOf(1.5), rulerY);
+  press("bracketright ctrl+shift+r");
+  act("sleep 1 key ctrl+a type out.mkv");
+  press("Return");
+  EXPECT_TRUE(waitUntil([] { return fs::exists("out.mkv"); }));
+  EXPECT_GT(fs::file_size("out.mkv"), 1000u);
+  EXPECT_FALSE(fs::exists("test.hvp") && readFile("test.hvp").find("red") != std::string::npos)
+      << "what is recorded is not saved";
+  EXPECT_TRUE(studio->running());
+}
+
+TEST_F(Vexstudio, OffersWhatWasNotSaved) {
+  const std::string left = replaced(show, "red = 1,   green = 0", "red = 1,   green = 1");
+  writeFile(".show.txt.autosave", left);
+  start();
+  press("alt+1");
+  EXPECT_TRUE(waitUntil([&] { return pictureColour() == 0xffff00; })) << std::hex << pictureColour();
+  EXPECT_EQ(readFile("show.txt"), show);
+  EXPECT_EQ(saved(), left);
+  EXPECT_FALSE(fs::exists(".show.txt.autosave"));
+}
+
+TEST_F(Vexstudio, GoesOnAfterATextureTurnsToRubbish) {
+  start();
+  const std::string picture = readFile("data/vex01.bmp");
+  ASSERT_FALSE(picture.empty());
+  writeFile("data/vex01.bmp", "rubbish");
+  act("sleep 1");
+  EXPECT_TRUE(studio->running());
+  EXPECT_EQ(pictureColour(), 0xff0000u);
+  writeFile("data/vex01.bmp", picture);
+  act("sleep 0.5");
+  EXPECT_TRUE(studio->running());
+}
+
+TEST_F(Vexstudio, LeavesOnlyWhenNothingIsLost) {
+  start();
+  click(pixelOf(2), laneY(0));
+  click(valueX, firstRowY + 9 * callRowHeight);
+  act("key ctrl+a type 1");
+  press("Return ctrl+q");
+  act("sleep 0.5");
+  EXPECT_TRUE(studio->running());
+  saved();
+  press("ctrl+q");
+  EXPECT_EQ(studio->exitCode(), 0) << studio->errors();
+  EXPECT_THAT(readFile("config/vex/studio"), HasSubstr("width 1280"));
+}
+
+TEST_F(Vexstudio, RefusesWhatIsNotThere) {
+  struct Row {
+    const char* arguments;
+    int exitCode;
+    const char* message;
+  };
+  for (const Row& row : {Row{"nothing.txt", 255, "nothing.txt"}, Row{"", 2, "one text or one run folder"},
+                         Row{"data", 255, "no show in folder"}}) {
+    const Program program = runProgram(std::string(VEX_BIN "/vexstudio ") + row.arguments);
+    EXPECT_EQ(program.exitCode, row.exitCode) << row.arguments;
+    EXPECT_THAT(program.errors, HasSubstr(row.message)) << row.arguments;
+  }
+}
+
+TEST_F(Vexstudio, MakesATextOfAFoldersProject) {
+  writeFile("empty/show", "");
+  fs::remove("show.txt");
+  ProjectData project{.totalTime = 5};
+  project.parts = {fillPart("all", 0, 5, 1, 0, 0)};
+  writeFile("test.hvp", buildProject(project).bytes);
+  start(".");
+  EXPECT_THAT(readFile("show.txt"), HasSubstr("part \"all\" {"));
+}
+
+}  // namespace
+
+}  // namespace vex
