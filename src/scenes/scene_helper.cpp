@@ -9,12 +9,14 @@
 #include <cstdio>
 #include <string>
 
+#include "base/files.h"
 #include "base/random.h"
 #include "base/window_size.h"
 #include "engine/drawing.h"
 #include "scenes/scene_conventions.h"
 #include "scenes/word_endings.h"
 #include "textures/flat_drawing.h"
+#include "textures/image.h"
 #include "textures/texture_cache.h"
 #include "timeline/scene_function.h"
 
@@ -181,6 +183,10 @@ void drawMovie(Scene&, float t, Arguments arguments) {
   const int last = arguments.whole(6);
   char file[movieFrameNameSize * 2];
   std::snprintf(file, sizeof file, "%s%d.jpg", base, movieFrameAt(t, arguments.number(7), first, last));
+  if (drawingUnseen()) {
+    const OpenFile refused(openTexture(file));  // where it is missing
+    return;
+  }
   bindTexture(setMovieFrame(base, file));
   glColor4f(1, 1, 1, arguments.number(8));
   beginOverlay();

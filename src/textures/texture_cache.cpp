@@ -103,7 +103,6 @@ int loadTexture(char* name, bool wrap, MaskUse maskUse) {
 }
 
 bool reloadTextures(const std::string& name) {
-  table().lastMovieFrame[0] = '\0';
   const TextureName folded(name.c_str());
   std::vector<std::pair<int, Image>> images;
   for (int id = folded.fits ? findSlot(folded).first : -1; id >= 0 && id < textureCount(); ++id) {

@@ -39,9 +39,8 @@ int getTextureWithoutMask(const char* name, bool wrap);
 int loadTexture(char* name, bool wrap, MaskUse maskUse = MaskUse::taken);
 
 // Reads the files of all loaded textures of that name again, which then stand as just loaded, with the same
-// ids; the next frame of a movie is read anew. False where no texture has the name. What cannot be read
-// leaves all as they were; it is fatal as in getTexture. So does, with its warning, a picture whose sides are
-// no powers of two.
+// ids. False where no texture has the name. What cannot be read leaves all as they were; it is fatal as in
+// getTexture. So does, with its warning, a picture whose sides are no powers of two.
 bool reloadTextures(const std::string& name);
 
 // Hands the pixels to the GL texture of the entry's id and leaves it bound; filters are linear.

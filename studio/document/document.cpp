@@ -49,8 +49,9 @@ std::vector<TextChange> shortened(std::vector<TextChange> changes, const std::st
   for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
     applyTo(before, inverseOf(*change));
   }
+  if (before == after) return {};
+  if (changes.size() == 1) return changes;
   TextChange difference = differenceOf(before, after);
-  if (difference.pieces.empty()) return {};
   const bool inParts =
       std::ranges::all_of(changes, [](const TextChange& change) { return change.reach == Reach::parts; });
   if (inParts) difference.reach = Reach::parts;

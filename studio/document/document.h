@@ -64,7 +64,8 @@ class Document {
 
   // From begin to end all edits are one step of undo, which carries the name ("Move part"). An edit outside a
   // gesture is a step of its own. Gestures that change nothing leave no step. A gesture within another one
-  // belongs to it.
+  // belongs to it. Of edits of one kind on one thing that follow each other in a gesture only the last
+  // counts: each begins where the first one did, so that a mouse that goes to and fro leaves no traces.
   void beginGesture(std::string name);
   void endGesture();
   void cancelGesture();  // as it was before the gesture
@@ -77,7 +78,8 @@ class Document {
   // The whole text, as from the disk. One step of undo like any other.
   void replaceText(std::string text, std::string name);
 
-  // Parts. Moving and splitting a part keeps its curves where they were in it.
+  // Parts. Moving and splitting a part keeps its curves where they were in it. What is cut off leaves dots
+  // before 0 and behind 1.
   Edited movePart(int part, double pos, int track);
   Edited trimStart(int part, double pos);  // what remains is shown as before: scene time and curves too
   Edited trimEnd(int part, double end);    // likewise

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "timeline/part_dispatcher.h"
@@ -77,6 +78,18 @@ void splice(std::vector<Element>& all, std::size_t first, std::size_t last, std:
              std::make_move_iterator(others.end()));
 }
 
+// How many bytes are the same from one end on; piece(text, i, n) gives n of them behind i others. In blocks,
+// which is much faster.
+template <typename Piece>
+std::size_t sameBytes(std::string_view a, std::string_view b, Piece piece) {
+  const std::size_t most = std::min(a.size(), b.size());
+  std::size_t same = 0;
+  for (const std::size_t block : {std::size_t{4096}, std::size_t{1}}) {
+    while (same + block <= most && piece(a, same, block) == piece(b, same, block)) same += block;
+  }
+  return same;
+}
+
 }  // namespace
 
 TextChange inverseOf(const TextChange& change) {
@@ -97,12 +110,14 @@ void applyTo(std::string& text, const TextChange& change) {
 }
 
 TextChange differenceOf(const std::string& before, const std::string& after) {
-  const auto [a, b] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
-  const auto front = static_cast<std::size_t>(a - before.begin());
-  const std::size_t most = std::min(before.size(), after.size()) - front;
-  std::size_t back = 0;
-  while (back < most && before[before.size() - 1 - back] == after[after.size() - 1 - back]) ++back;
-  if (front + back == before.size() && before.size() == after.size()) return {};
+  if (before == after) return {};
+  const std::size_t front = sameBytes(
+      before, after, [](std::string_view text, std::size_t i, std::size_t n) { return text.substr(i, n); });
+  const auto rest = [front](const std::string& text) { return std::string_view(text).substr(front); };
+  const std::size_t back =
+      sameBytes(rest(before), rest(after), [](std::string_view text, std::size_t i, std::size_t n) {
+        return text.substr(text.size() - i - n, n);
+      });
   return {{{front, before.substr(front, before.size() - back - front),
             after.substr(front, after.size() - back - front)}},
           Reach::whole};
@@ -211,8 +226,7 @@ bool Draft::readPartsAgain(std::size_t begin, std::size_t end, std::ptrdiff_t gr
   return true;
 }
 
-void Draft::apply(const TextChange& change) {
-  if (change.pieces.empty()) return;
+Reach Draft::apply(const TextChange& change) {
   const auto lines = [](const std::string& bytes) { return std::count(bytes.begin(), bytes.end(), '\n'); };
   std::ptrdiff_t grown = 0, linesMore = 0;
   for (const TextChange::Piece& piece : change.pieces) {
@@ -226,14 +240,16 @@ void Draft::apply(const TextChange& change) {
   const bool inParts = change.reach == Reach::parts && found.empty();
   if (inParts &&
       readPartsAgain(change.pieces.front().offset, last.offset + last.removed.size(), grown, linesMore)) {
-    return;
+    return Reach::parts;
   }
   readAll();
+  return Reach::whole;
 }
 
 void Draft::make(TextChange change) {
   if (change.pieces.empty()) return;
-  apply(change);
+  // The way back of what brought another statement takes it away.
+  change.reach = apply(change);
   made.push_back(std::move(change));
 }
 

@@ -25,7 +25,7 @@ struct Replacement {
   std::string with;
 };
 
-// How far an edit reaches: into statements other than parts, too?
+// How far a change reaches. One that may take away or change statements other than parts reaches the whole.
 enum class Reach : std::int8_t { parts, whole };
 
 struct TextChange {
@@ -79,7 +79,7 @@ class Draft {
   };
 
   TextSpan wholePart(std::size_t part) const;
-  void apply(const TextChange& change);
+  Reach apply(const TextChange& change);  // how much was read again
   void readAll();
   bool readPartsAgain(std::size_t begin, std::size_t end, std::ptrdiff_t grown, std::ptrdiff_t linesMore);
   void settleShift() const;

@@ -43,7 +43,7 @@ int insertCopy(Draft& draft, int part) {
   return part + 1;
 }
 
-// How a neighbour writes its keys; the usual manner without one.
+// How a neighbour writes its keys, the decimals apart; the usual manner without one.
 struct PartManner {
   std::string indent = "  ";
   std::string separator = "  ";
@@ -59,8 +59,8 @@ PartManner mannerOf(const Draft& draft, const PartPlace& place) {
   const bool until = place.until.given();
   return {.indent = indent.empty() ? "  " : indent,
           .separator = keySeparator(draft, place),
-          .at = styleOf(textOf(draft, place.at)),
-          .end = styleOf(textOf(draft, until ? place.until : place.length)),
+          .at = {styleOf(textOf(draft, place.at)).unit},
+          .end = {styleOf(textOf(draft, until ? place.until : place.length)).unit},
           .until = until,
           .track = place.track.given()};
 }

@@ -32,6 +32,7 @@ class SmallPicture {
     const FatalErrorsThrown thrown;
     Image image;
     try {
+      if (name.empty()) return;
       image = fileExists(name + ".jpg") ? readJpegTexture((name + ".jpg").c_str())
                                         : readBmpTexture((name + ".bmp").c_str());
     } catch (const FatalError&) {
@@ -62,8 +63,9 @@ class SmallPicture {
 // Cells of names; those that hold the filter's letters.
 class NameGrid : public Fl_Widget {
  public:
-  NameGrid(const std::vector<std::string>& all, const std::string& now, bool shows)
-      : Fl_Widget(0, 0, 1, 1), names(all), chosenName(now), withPictures(shows) {
+  NameGrid(const std::vector<std::string>& all, const std::string& now,
+           const std::function<std::string(const std::string&)>& texture)
+      : Fl_Widget(0, 0, 1, 1), names(all), chosenName(now), pictureOf(texture) {
     filter("");
   }
 
@@ -86,8 +88,8 @@ class NameGrid : public Fl_Widget {
   const std::string* first() const { return shown.empty() ? nullptr : shown.front(); }
 
  protected:
-  int cellWidth() const { return withPictures ? px(side + 24) : px(190); }
-  int cellHeight() const { return withPictures ? px(side + 26) : px(22); }
+  int cellWidth() const { return px(side + 24); }
+  int cellHeight() const { return px(side + 26); }
   int columns() const { return std::max(1, w() / cellWidth()); }
 
   void draw() override {
@@ -104,13 +106,11 @@ class NameGrid : public Fl_Widget {
         setDrawColour(blended(colour::ground, colour::chosen, 0.3));
         fl_rectf(left, cellTop, cellWidth(), cellHeight());
       }
-      if (withPictures) {
-        auto picture = pictures.find(name);
-        if (picture == pictures.end()) picture = pictures.emplace(name, SmallPicture(name)).first;
-        setDrawColour(colour::raised);
-        fl_rectf(left + px(12), cellTop + px(4), px(side), px(side));
-        if (picture->second.get()) picture->second.get()->draw(left + px(12), cellTop + px(4));
-      }
+      auto picture = pictures.find(name);
+      if (picture == pictures.end()) picture = pictures.emplace(name, SmallPicture(pictureOf(name))).first;
+      setDrawColour(colour::raised);
+      fl_rectf(left + px(12), cellTop + px(4), px(side), px(side));
+      if (picture->second.get()) picture->second.get()->draw(left + px(12), cellTop + px(4));
       setDrawColour(colour::text);
       const std::size_t folder = name.rfind('\\');
       drawText(std::string_view(name).substr(folder == std::string::npos ? 0 : folder + 1), left + px(4),
@@ -140,7 +140,7 @@ class NameGrid : public Fl_Widget {
   const std::vector<std::string>& names;
   std::vector<const std::string*> shown;
   std::string chosenName;
-  bool withPictures;
+  const std::function<std::string(const std::string&)>& pictureOf;
   int top = 0;
   std::map<std::string, SmallPicture> pictures;
 };
@@ -148,14 +148,15 @@ class NameGrid : public Fl_Widget {
 }  // namespace
 
 std::optional<std::string> chooseName(const std::string& title, const std::vector<std::string>& names,
-                                      const std::string& now, bool withPictures) {
+                                      const std::string& now,
+                                      const std::function<std::string(const std::string&)>& pictureOf) {
   Fl_Group::current(nullptr);
   Fl_Double_Window window(px(620), px(460), title.c_str());
   window.color(flColour(colour::raised));
   Fl_Input letters(px(10), px(8), window.w() - px(20), px(26));
   letters.textsize(px(13));
   letters.tooltip("letters that the name holds; Enter takes the first");
-  NameGrid grid(names, now, withPictures);
+  NameGrid grid(names, now, pictureOf);
   grid.resize(px(10), px(42), window.w() - px(20), window.h() - px(52));
   window.resizable(grid);
   window.end();

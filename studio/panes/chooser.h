@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -7,9 +8,11 @@
 
 namespace vex::studio {
 
-// A window of names with small pictures beside them, filtered while one types. None when it is left.
+// A window of names with small pictures (of the textures that `pictureOf` gives), filtered while one types.
+// None when it is left.
 std::optional<std::string> chooseName(const std::string& title, const std::vector<std::string>& names,
-                                      const std::string& now, bool withPictures);
+                                      const std::string& now,
+                                      const std::function<std::string(const std::string&)>& pictureOf);
 
 // Scene and function from a menu at the mouse pointer. None when it is left.
 std::optional<std::pair<std::string, std::string>> chooseFunction();

@@ -92,6 +92,11 @@ void TimeLinePane::showAll() {
   redraw();
 }
 
+void TimeLinePane::scrollBy(double screens) {
+  view.scroll(screens * view.width * view.secondsPerPixel, total());
+  redraw();
+}
+
 void TimeLinePane::follow() {
   view.reveal(session.show().time(), total());
   redraw();
@@ -376,11 +381,24 @@ int TimeLinePane::wheel() {
   return 1;
 }
 
+// What is told of the mark at that pixel of the window.
+std::string TimeLinePane::markAt(int pixel) const {
+  const auto& ticks = session.document().project().ticks;
+  for (std::size_t i = 0; i < ticks.size(); ++i) {
+    if (std::abs(view.pixelOf(ticks[i]) + lanesLeft() - pixel) > px(4)) continue;
+    const std::string name = session.document().tickName(static_cast<int>(i));
+    return formatted("mark at %g s%s%s", ticks[i], name.empty() ? "" : ": ", name.c_str());
+  }
+  return "";
+}
+
 void TimeLinePane::hover() {
   layOutAnew();
   std::string told;
   Fl_Cursor shape = FL_CURSOR_DEFAULT;
-  if (Fl::event_y() >= lanesTop()) {
+  if (Fl::event_y() < waveTop()) {
+    told = markAt(Fl::event_x());
+  } else if (Fl::event_y() >= lanesTop()) {
     const PartHit hit =
         partAt(session.document().project(), lanes, view, Fl::event_x() - lanesLeft(), mouseRow());
     if (hit.handle == PartHandle::begin || hit.handle == PartHandle::end) shape = FL_CURSOR_WE;

@@ -15,6 +15,7 @@ class TimeLinePane : public Pane {
   // Commands of the menu.
   void zoomBy(double factor);  // around the cursor
   void showAll();
+  void scrollBy(double screens);
   void follow();  // the cursor, while playing
 
   // Where time lies, for the one who draws it beside this pane.
@@ -67,6 +68,7 @@ class TimeLinePane : public Pane {
   int release();
   int wheel();
   void hover();
+  std::string markAt(int pixel) const;
 };
 
 }  // namespace vex::studio

@@ -91,9 +91,10 @@ StudioWindow::StudioWindow(Session& shared)
     const bool movie = kind == ArgumentKind::movieName;
     const ProjectParameter* parameter = session.selectedParameter();
     if (!parameter) return;
-    const auto name = vex::studio::chooseName(movie ? "Movie" : "Picture",
-                                              movie ? session.movieNames() : session.textureNames(),
-                                              parameter->string, !movie);
+    const std::vector<std::string> names = movie ? session.movieNames() : session.textureNames();
+    const auto pictureOf = [&](const std::string& of) { return movie ? session.firstFrame(of) : of; };
+    const auto name =
+        vex::studio::chooseName(movie ? "Movie" : "Picture", names, parameter->string, pictureOf);
     if (name) session.edit(session.document().setString(where, *name));
   };
   messages->listFindings = [this] { listFindings(); };
@@ -117,7 +118,11 @@ std::vector<Command> StudioWindow::allCommands() {
       {"&File/Save &as...", FL_CTRL + FL_SHIFT + 's', "Save the text under another name",
        [this] { saveAs(); }},
       {"&File/_&Compile when saving", 0, "Write test.hvp with every save",
-       [this] { session.setCompilesOnSave(!session.compilesOnSave()); }},
+       [this] {
+         session.setCompilesOnSave(!session.compilesOnSave());
+         session.tell(Message::Kind::hint,
+                      session.compilesOnSave() ? "Saving compiles, too." : "Saving writes the text alone.");
+       }},
       {"&File/&Record the whole...", FL_CTRL + 'r', "Record a video of the whole show",
        [this] { recordAsking(Session::Stretch::whole); }},
       {"&File/Record the &loop...", FL_CTRL + FL_SHIFT + 'r', "Record a video of the loop",
@@ -159,7 +164,13 @@ std::vector<Command> StudioWindow::allCommands() {
       {"&Play/Loop ends here", ']', "The loop ends at the cursor", [this] { session.setLoopEnd(); }},
       {"&Play/_No loop", '\\', "No loop", [this] { session.clearLoop(); }},
       {"&Play/Run in before a jump", 0, "Particles and water get two seconds of past before a jump",
-       [this] { session.show().setRunIn(session.show().runIn() > 0 ? 0 : 2); }},
+       [this] {
+         session.show().setRunIn(session.show().runIn() > 0 ? 0 : 2);
+         session.tell(Message::Kind::hint,
+                      session.show().runIn() > 0
+                          ? "Jumps run in for two seconds: particles and water have their past."
+                          : "Jumps show what a recording from there begins with.");
+       }},
       {"&View/Picture alone", FL_F + 11, "The picture fills the window, and back",
        [this] { showPictureOnly(!pictureOnly); }},
       {"&View/16:9", 0, "Picture of 16:9", [this] { picture->setAspect(Aspect::wide); }},
@@ -169,6 +180,8 @@ std::vector<Command> StudioWindow::allCommands() {
       {"&View/Time line closer", '=', "The time line closer", [this] { timeLine->zoomBy(0.8); }},
       {"&View/Time line farther", '-', "The time line farther", [this] { timeLine->zoomBy(1.25); }},
       {"&View/_The whole time line", '0', "The whole time line", [this] { timeLine->showAll(); }},
+      {"&View/Time line back", ',', "Scroll the time line back", [this] { timeLine->scrollBy(-0.25); }},
+      {"&View/_Time line on", '.', "Scroll the time line on", [this] { timeLine->scrollBy(0.25); }},
       {"&View/Larger letters", FL_CTRL + '=', "Larger letters", [this] { rescale(1.125); }},
       {"&View/Smaller letters", FL_CTRL + '-', "Smaller letters", [this] { rescale(1 / 1.125); }},
       {"&Help/&Keys", FL_F + 1, "This page", [this] { showKeys(); }},

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <map>
 #include <set>
 #include <span>
@@ -85,7 +87,8 @@ struct Session::State {
   std::vector<Finding> findings;
   std::vector<Finding> dataFindings;  // of what lies in the run folder
   Message message;
-  bool opened = false;
+  bool opened = false;  // what the run folder has was asked for
+  Trouble loadTrouble;  // why there is no show
   bool compiles = true;
   bool changed = true;          // since the panes were drawn
   bool asksOfDisk = false;      // which of two texts counts
@@ -118,7 +121,7 @@ void Session::State::tell(Message::Kind kind, std::string text) {
 }
 
 void Session::State::tellTrouble(const Trouble& trouble) {
-  if (trouble) tell(Message::Kind::trouble, *trouble);
+  if (trouble) tell(Message::Kind::trouble, loadTrouble.value_or(*trouble));
 }
 
 // Only what is there can be chosen.
@@ -208,6 +211,11 @@ void Session::State::heedFiles() {
   namesJudged = 0;
   judgedRevision = ~std::uint64_t{0};
   changed = true;
+  if (std::exchange(loadTrouble, std::nullopt)) {  // what was missing may be there now
+    loadTrouble = show.load(document.project(), {});
+    shownRevision = document.revision();
+    return loadTrouble ? tellTrouble(loadTrouble) : tell(Message::Kind::hint, "The show is loaded.");
+  }
   if (const Trouble trouble = show.reload(data)) return tellTrouble(trouble);
   forgetCompiled();
   tell(Message::Kind::hint,
@@ -263,13 +271,13 @@ Session::~Session() = default;
 void Session::open(const std::function<void(int, const char*)>& progress) {
   State& s = *state;
   s.shownRevision = s.document.revision();
-  const Trouble trouble = s.show.load(s.document.project(), progress);
+  s.loadTrouble = s.show.load(s.document.project(), progress);
   s.opened = true;
   s.forgetCompiled();
   tell(Message::Kind::none, "");
-  s.tellTrouble(trouble);
+  s.tellTrouble(s.loadTrouble);
   if (!s.show.musicName().empty()) s.waveform.read(s.show.musicName());
-  if (!trouble && !s.show.soundMessage().empty()) tell(Message::Kind::hint, s.show.soundMessage());
+  if (!s.loadTrouble && !s.show.soundMessage().empty()) tell(Message::Kind::hint, s.show.soundMessage());
   if (!s.document.problems().empty()) {
     const TextProblem& first = s.document.problems().front();
     tell(Message::Kind::trouble, formatted("%s:%d: %s", fileName().c_str(), first.line, first.text.c_str()));
@@ -571,6 +579,21 @@ std::vector<std::string> Session::movieNames() const {
   for (const auto& [name, count] : frames)
     if (count > 1) movies.push_back(name);
   return movies;
+}
+
+std::string Session::firstFrame(const std::string& movie) const {
+  std::string first;
+  int least = std::numeric_limits<int>::max();
+  for (const std::string& name : textureNames()) {
+    if (!name.starts_with(movie)) continue;
+    int number = 0;
+    const char* end = name.data() + name.size();
+    const auto [rest, error] = std::from_chars(name.data() + movie.size(), end, number);
+    if (error != std::errc() || rest != end || number >= least) continue;
+    least = number;
+    first = name;
+  }
+  return first;
 }
 
 void Session::saveStill(const std::vector<std::uint32_t>& bgra, int width, int height) {

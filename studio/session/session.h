@@ -103,6 +103,7 @@ class Session {
   void openText(const std::string& path);  // another text in place of this one; asks when that has changes
   std::vector<std::string> textureNames() const;
   std::vector<std::string> movieNames() const;
+  std::string firstFrame(const std::string& movie) const;  // its texture name; empty for none
   void saveStill(const std::vector<std::uint32_t>& bgra, int width, int height);  // rows from the bottom
   void leave();  // nothing is left behind that would be offered after a crash
 

@@ -237,7 +237,7 @@ Reloaded Show::State::reload(const std::string& name) {
 Trouble Show::State::goOn() {
   const double before = time;
   clockTick();
-  // A stream begins a moment before it is asked to.
+  // The first frame after a start holds the clock back.
   const double now = std::max(double{clockTime()}, before);
   const double last = double{lastTime()};
   if (loop && before < std::min(loop->end, last) && now >= std::min(loop->end, last)) {

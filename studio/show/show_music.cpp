@@ -45,7 +45,6 @@ void ShowMusic::playFrom(float seconds) {
 void ShowMusic::leadAgain(float seconds) {
   clockSetStartTime(seconds);
   clockReset();
-  if (musicActive()) demoClock().filter = {.lastPosition = musicPosition()};
 }
 
 void ShowMusic::silence() {

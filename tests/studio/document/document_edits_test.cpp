@@ -68,6 +68,8 @@ TEST(DocumentEdits, OfDots) {
        inPart("a = linear(0 1, 1:2 0.5,  # half\n 1 0)"), 1},
       {"held by its neighbours", inPart("a = linear(0 1, 0.5 0, 0.61234 0, 1 0)"), dot(1, 0.9, 0),
        inPart("a = linear(0 1, 0.6123 0, 0.61234 0, 1 0)"), 1},
+      {"with more digits where fewer would pass it", inPart("a = linear(0 1, 0.61234 0, 0.7 0, 1 0)"),
+       dot(2, 0.5, 0), inPart("a = linear(0 1, 0.61234 0, 0.61234 0, 1 0)"), 2},
       {"held apart in a spline", inPart("a = spline(0 1, 0.5 0, 0.6 0, 1 0)"), dot(1, 0.9, 0),
        inPart("a = spline(0 1, 0.5995 0, 0.6 0, 1 0)"), 1},
       {"held in the part", inPart("a = linear(0.5 1)"), dot(0, -3, 2), inPart("a = linear(0.0 2)"), 0},
@@ -274,11 +276,11 @@ TEST(DocumentEdits, MakeParts) {
               "    SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n}\n\n"
               "part b { at 8 length 1 }\n",
        1},
-      {"the first before another", head + "part b {\n  at 8  length 1\n}\n",
+      {"the first before another", head + "part b {\n  at 8.250  length 1.000\n}\n",
        [](Document& d) { return d.createPart(6, 1.5, 3, "SceneHelper", "fadeScreen"); },
        head + "part \"fadeScreen\" {\n  at 6  length 1.5  track 3\n"
               "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n}\n\n"
-              "part b {\n  at 8  length 1\n}\n",
+              "part b {\n  at 8.250  length 1.000\n}\n",
        0},
       {"the first of all", "total 9",
        [](Document& d) { return d.createPart(6, 1.5, 0, "SceneHelper", "fadeScreen"); },

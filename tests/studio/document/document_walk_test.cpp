@@ -250,8 +250,14 @@ void walk(const std::string& text, int edits, int looks) {
   expectInStep(document);
 }
 
+#ifdef __SANITIZE_ADDRESS__
+constexpr int editsOfTheShow = 300;  // each is some ten times slower
+#else
+constexpr int editsOfTheShow = 2000;
+#endif
+
 TEST(DocumentWalk, OfTheShowKeepsItReadable) {
-  walk(showText(), 2000, 100);
+  walk(showText(), editsOfTheShow, 100);
 }
 
 TEST(DocumentWalk, OfAHandMadeTextKeepsItReadable) {

@@ -251,6 +251,30 @@ TEST_F(Transport, OpensTheMusicThatTheTextNames) {
   EXPECT_TRUE(show->playing());
 }
 
+// Its file has changed: it sounds from where the show is. What is no music leaves the one that plays.
+TEST_F(Transport, LoadsTheMusicAnewWhenItsFileChanges) {
+  loadWithMusic();
+  ASSERT_EQ(show->seek(2), std::nullopt);
+  ASSERT_EQ(show->play(), std::nullopt);
+  frameWhenHeard(2);
+  const std::vector<std::string> names{"data/Music.wav"};
+  const std::string music = readFile("data/music.wav");
+  writeFile("data/music.wav", "rubbish");
+  EXPECT_EQ(show->reload(names), "Sound file data\\music.wav can't be read");
+  EXPECT_EQ(device.startedAt, (std::vector<double>{2}));
+  EXPECT_EQ(device.sounding, 1);
+  fs::remove("data/music.wav");
+  EXPECT_EQ(show->reload(names), "Sound file data\\music.wav not found");
+  EXPECT_EQ(show->musicSeconds(), 8);
+  EXPECT_TRUE(show->playing());
+
+  writeSoundFile("data/music.wav", {.rate = rate, .channels = 1, .frames = 6 * rate});
+  EXPECT_EQ(show->reload(names), std::nullopt);
+  EXPECT_EQ(show->musicSeconds(), 6);
+  EXPECT_EQ(device.startedAt, (std::vector<double>{2, 2}));
+  EXPECT_EQ(show->soundMessage(), "");
+}
+
 // Compressed music is entered at once through its samples, and grains of it are heard one at a time.
 TEST_F(Transport, EntersDecodedMusicAndSoundsGrainsOfIt) {
   loadWithMusic();
