@@ -26,7 +26,8 @@ std::string manualPage(const std::string& program) {
 }  // namespace
 
 TEST(Manual, NamesTheOptionsThatTheProgramsName) {
-  for (const std::string program : {"vexmodel", "vexpak", "vexproduce", "vexproject", "vexrecord"}) {
+  for (const std::string program :
+       {"vexmodel", "vexpak", "vexproduce", "vexproject", "vexrecord", "vexstudio"}) {
     const Program help = runProgram(VEX_BIN "/" + program + " --help");
     EXPECT_EQ(help.exitCode, 0) << program;
     EXPECT_EQ(help.errors, "") << program;
@@ -39,7 +40,8 @@ TEST(Manual, NamesTheOptionsThatTheProgramsName) {
 
 // The formatter's own complaints are the oracle for the pages' markup.
 TEST(Manual, PagesAreWellFormed) {
-  for (const std::string program : {"vex", "vexmodel", "vexpak", "vexproduce", "vexproject", "vexrecord"}) {
+  for (const std::string program :
+       {"vex", "vexmodel", "vexpak", "vexproduce", "vexproject", "vexrecord", "vexstudio"}) {
     const std::string page = VEX_SOURCE "/docs/man/" + program + ".1";
     const Program formatted = runProgram("groff -man -Tascii -ww -z " + page);
     EXPECT_EQ(formatted.exitCode, 0) << program;
