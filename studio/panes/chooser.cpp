@@ -164,7 +164,7 @@ std::optional<std::string> chooseName(const std::string& title, const std::vecto
     Fl_Input& letters;
     NameGrid& grid;
   } both{letters, grid};
-  letters.when(FL_WHEN_CHANGED | FL_WHEN_ENTER_KEY);
+  letters.when(FL_WHEN_CHANGED | FL_WHEN_ENTER_KEY_ALWAYS);
   letters.callback(
       [](Fl_Widget*, void* data) {
         auto& [typed, cells] = *static_cast<Both*>(data);
@@ -194,7 +194,10 @@ int chooseEntry(const std::vector<std::string>& entries, int ticked) {
     items.push_back(item);
   }
   items.push_back(Fl_Menu_Item{});
-  const Fl_Menu_Item* taken = items.data()->popup(Fl::event_x(), Fl::event_y());
+  // Above the window's foot, where the mouse may be.
+  const int height = static_cast<int>(entries.size()) * lineHeight();
+  const int top = std::max(0, std::min(Fl::event_y(), Fl::first_window()->h() - height));
+  const Fl_Menu_Item* taken = items.data()->popup(Fl::event_x(), top);
   return taken ? static_cast<int>(taken - items.data()) : -1;
 }
 

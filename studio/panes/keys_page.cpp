@@ -33,6 +33,10 @@ constexpr std::array mouseRows{
     MouseRow{"double-click on a curve", "make a dot; right click removes it"},
 };
 
+int rowHeight() {
+  return px(20);
+}
+
 // As it stands on the key, where the toolkit has another word.
 std::string keyName(int shortcut) {
   if (shortcut == FL_Page_Up) return "Page Up";
@@ -48,7 +52,7 @@ class KeysPage : public Fl_Double_Window {
     int keyed = 0;
     for (const Command& command : commands) keyed += command.shortcut != 0;
     rowsInColumn = (keyed + 1) / 2;
-    resize(x(), y(), w(), (rowsInColumn + static_cast<int>(mouseRows.size()) + 2) * lineHeight());
+    resize(x(), y(), w(), (rowsInColumn + static_cast<int>(mouseRows.size()) + 2) * rowHeight());
     end();
   }
 
@@ -60,14 +64,14 @@ class KeysPage : public Fl_Double_Window {
     for (const Command& command : commands) {
       if (command.shortcut == 0) continue;
       const int left = px(16) + row / rowsInColumn * w() / 2,
-                top = lineHeight() / 2 + row % rowsInColumn * lineHeight();
-      drawRow(keyName(command.shortcut), command.does, left, top, px(104));
+                top = rowHeight() / 2 + row % rowsInColumn * rowHeight();
+      drawRow(keyName(command.shortcut), command.does, left, top, px(116));
       ++row;
     }
-    int top = (rowsInColumn + 1) * lineHeight();
+    int top = (rowsInColumn + 1) * rowHeight();
     for (const MouseRow& mouse : mouseRows) {
       drawRow(mouse.gesture, mouse.does, px(16), top, px(240));
-      top += lineHeight();
+      top += rowHeight();
     }
   }
 
@@ -84,10 +88,10 @@ class KeysPage : public Fl_Double_Window {
   void drawRow(const std::string& key, const char* does, int left, int top, int keyWidth) const {
     useFont(true, 12);
     setDrawColour(colour::chosen);
-    drawText(key, left, top, keyWidth, lineHeight());
+    drawText(key, left, top, keyWidth, rowHeight());
     useFont(false, 12);
     setDrawColour(colour::text);
-    drawText(does, left + keyWidth, top, w() - left - keyWidth, lineHeight());
+    drawText(does, left + keyWidth, top, w() - left - keyWidth, rowHeight());
   }
 };
 

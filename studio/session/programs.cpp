@@ -61,6 +61,11 @@ std::string besideThis(const char* name) {
   return (fs::read_symlink("/proc/self/exe", ignored).parent_path() / name).string();
 }
 
+// Where the recorder leaves what there is of a video that was interrupted.
+fs::path partOf(const fs::path& video) {
+  return video.parent_path() / (video.stem().string() + ".partial" + video.extension().string());
+}
+
 }  // namespace
 
 struct Programs::State {
@@ -136,7 +141,7 @@ std::optional<Programs::News> Programs::news() {
   const std::string file = std::exchange(s.recording, "");
   s.recorderFolder.remove();
   if (s.recorder.cancelled())
-    return News{"The recording was cancelled; what there is of it is in " + file, false};
+    return News{"The recording was cancelled; what there is of it is in " + partOf(file).string(), false};
   if (s.recorder.exitCode() == 0) return News{"The video is in " + file, false};
   return News{"the recording failed: " + s.recorder.message(), true};
 }

@@ -261,6 +261,22 @@ TEST_F(Vexstudio, RecordsBesideItself) {
   EXPECT_TRUE(studio->running());
 }
 
+TEST_F(Vexstudio, TakesTheFirstPictureThatHoldsTheTypedLetters) {
+  const char* bitmap =
+      "{ at 0:0  length 4:0  # eight seconds\n"
+      "  SceneHelper.drawBitmap(texture = \"data\\vex01\", x = 0, y = 0, w = 0, h = 0, frames = 0, glitch = "
+      "0,\n"
+      "    alpha = 0, blend = 0)\n";
+  const std::string text = replaced(show, "{ at 0:0  length 4:0  # eight seconds\n", bitmap);
+  writeFile("show.txt", text);
+  start();
+  click(pixelOf(2), laneY(0));
+  click(valueX, firstRowY + 7 * callRowHeight);
+  act("sleep 1 type x02");
+  press("Return");
+  EXPECT_EQ(saved(), replaced(text, "vex01", "vex02"));
+}
+
 TEST_F(Vexstudio, OffersWhatWasNotSaved) {
   const std::string left = replaced(show, "red = 1,   green = 0", "red = 1,   green = 1");
   writeFile(".show.txt.autosave", left);
