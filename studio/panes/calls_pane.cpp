@@ -73,6 +73,8 @@ CallsPane::Columns CallsPane::columns() const {
 void CallsPane::listRows() {
   rows.clear();
   const ProjectPart* part = session.selectedPart();
+  if (std::exchange(listedPart, session.selection().part) != session.selection().part && !session.inGesture())
+    scrolled = 0;
   if (!part) return;
   for (const Field field : {Field::name, Field::at, Field::length, Field::start, Field::speed, Field::track})
     rows.push_back({field});

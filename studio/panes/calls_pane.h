@@ -39,6 +39,7 @@ class CallsPane : public Pane {
 
   InlineEdit& edit;
   std::vector<Row> rows;
+  int listedPart = -1;
   int scrolled = 0;  // pixels
   std::optional<Row> dragged;
   std::size_t draggedIndex = 0;

@@ -81,7 +81,7 @@ void MessageBar::draw() {
     useFont(!counts, 12);
     setDrawColour(!counts                      ? colour::text
                   : bad                        ? colour::trouble
-                  : session.findings().empty() ? colour::faint
+                  : session.findings().empty() ? colour::dim
                                                : colour::remark);
     drawText(button.label, button.left, y(), button.width, h(), FL_ALIGN_CENTER);
   }

@@ -152,7 +152,7 @@ bool Session::inGesture() const {
 
 bool Session::edit(const Edited& edited) {
   if (edited) {
-    if (state->message.kind == Message::Kind::trouble && !state->loadTrouble) tell(Message::Kind::none, "");
+    if (!state->loadTrouble && !recorded()) tell(Message::Kind::none, "");  // what was told before
   } else {
     tell(Message::Kind::trouble, *edited.refusal);
   }
