@@ -110,11 +110,20 @@ class Vexstudio : public testing::Test {
         up + " sleep 0.1");
   }
 
-  // What lies on disk after saving.
-  std::string saved() {
+  // What comes to lie on disk when the text is saved.
+  template <typename Matcher>
+  void expectSaved(const Matcher& expected) {
     press("ctrl+s");
-    EXPECT_TRUE(waitUntil([&] { return !titleHas("●"); })) << title();
-    return readFile("show.txt");
+    waitUntil([&] { return testing::Matches(expected)(readFile("show.txt")) && !titleHas("●"); });
+    EXPECT_THAT(readFile("show.txt"), expected) << title();
+  }
+
+  // Answers the question, as soon as it is asked, until what was to come of it has come.
+  void answer(int number, const std::function<bool()>& done) {
+    EXPECT_TRUE(waitUntil([&] {
+      press(formatted("alt+%d", number));
+      return done();
+    })) << title();
   }
 
   double laneY(int row) const { return lanesTop + (row + 0.5) * rowHeight; }
@@ -124,14 +133,14 @@ TEST_F(Vexstudio, MovesAndTrimsPartsByMouseAndChangesTheirNumbersAlone) {
   start();
   click(pixelOf(10), laneY(0));
   drag(pixelOf(10), laneY(0), pixelOf(11.05), laneY(0));  // caught by the beat at 9 s
-  EXPECT_EQ(saved(), replaced(replaced(show, "at 8s", "at 9s"), "until 20s", "until 21s"));
+  expectSaved(replaced(replaced(show, "at 8s", "at 9s"), "until 20s", "until 21s"));
   press("ctrl+z");
-  EXPECT_EQ(saved(), show);
+  expectSaved(show);
   drag(pixelOf(8) - 2, laneY(0), pixelOf(6.02) - 2, laneY(0));  // the first part's end
-  EXPECT_EQ(saved(), replaced(show, "length 4:0", "length 3:0"));
+  expectSaved(replaced(show, "length 4:0", "length 3:0"));
   press("ctrl+z");
   press("ctrl+y");
-  EXPECT_EQ(saved(), replaced(show, "length 4:0", "length 3:0"));
+  expectSaved(replaced(show, "length 4:0", "length 3:0"));
   EXPECT_TRUE(fs::exists("test.hvp"));
 }
 
@@ -142,12 +151,12 @@ TEST_F(Vexstudio, TypesAndDragsValues) {
   click(valueX, firstRowY + 9 * callRowHeight);
   act("key ctrl+a type 0.75");
   press("Return");
-  EXPECT_EQ(saved(), replaced(show, "blue = 0", "blue = 0.75"));
+  expectSaved(replaced(show, "blue = 0", "blue = 0.75"));
   EXPECT_TRUE(waitUntil([&] { return pictureColour() == 0xff00bf; })) << std::hex << pictureColour();
   press("ctrl+z");
   drag(valueX, firstRowY + 7 * callRowHeight, valueX - 150,
        firstRowY + 7 * callRowHeight);  // of 300 pixels for 0 to 1
-  EXPECT_EQ(saved(), replaced(show, "red = 1,", "red = 0.5,"));
+  expectSaved(replaced(show, "red = 1,", "red = 0.5,"));
 }
 
 TEST_F(Vexstudio, ScrubsPlaysAndSavesStills) {
@@ -195,8 +204,7 @@ TEST_F(Vexstudio, ReadsTheTextAgainAndAsksWhenBothHaveChangedIt) {
   press("ctrl+s");
   act("sleep 0.5");
   EXPECT_EQ(readFile("show.txt"), theirs) << "nothing is overwritten unseen";
-  press("alt+3");  // save mine under another name
-  EXPECT_TRUE(waitUntil([&] { return titleHas("show-mine.txt") && !titleHas("●"); })) << title();
+  answer(3, [&] { return titleHas("show-mine.txt") && !titleHas("●"); });  // save mine under another name
   EXPECT_EQ(readFile("show-mine.txt"), replaced(green, "blue = 0", "blue = 1"));
   EXPECT_EQ(readFile("show.txt"), theirs);
 }
@@ -213,9 +221,7 @@ TEST_F(Vexstudio, KeepsOneOfTwoTexts) {
     EXPECT_TRUE(waitUntil([&] { return titleHas("●"); }));
     const std::string theirs = replaced(show, "red = 1,", "red = 0,");
     writeFile("show.txt", theirs);
-    act("sleep 0.5");
-    press(mine ? "alt+1" : "alt+2");
-    EXPECT_TRUE(waitUntil([&] { return !titleHas("●"); })) << title();
+    answer(mine ? 1 : 2, [&] { return !titleHas("●"); });
     EXPECT_EQ(readFile("show.txt"), mine ? replaced(show, "blue = 0", "blue = 1") : theirs);
     EXPECT_TRUE(waitUntil([&] { return pictureColour() == (mine ? 0xff00ffu : 0u); }))
         << std::hex << pictureColour();
@@ -227,23 +233,21 @@ TEST_F(Vexstudio, SplitsDoublesDeletesAndDragsDots) {
   click(pixelOf(2), rulerY);  // a beat
   click(pixelOf(1), laneY(0));
   press("ctrl+k");
-  std::string text = saved();
-  EXPECT_THAT(text, HasSubstr("part red   { at 0:0  length 1:0  # eight seconds\n"));
-  EXPECT_THAT(text, HasSubstr("part red_2"));
+  expectSaved(testing::AllOf(HasSubstr("part red   { at 0:0  length 1:0  # eight seconds\n"),
+                             HasSubstr("part red_2")));
   press("ctrl+z");
-  EXPECT_EQ(saved(), show);
+  expectSaved(show);
   click(pixelOf(14), laneY(0));
   press("Delete");
-  EXPECT_THAT(saved(), testing::Not(HasSubstr("part blue")));
+  expectSaved(testing::Not(HasSubstr("part blue")));
   press("ctrl+z");
   click(pixelOf(14), laneY(0));
   click(900, firstRowY + 8 * callRowHeight);  // green, a line: its curve shows two dots
   drag(curveRight, curveTop, curveRight - 60, curveTop + 200);
-  text = saved();
-  EXPECT_THAT(text, HasSubstr("linear(0 0, 0.8")) << text;
-  EXPECT_THAT(text, HasSubstr("# hand-made\ntempo 120   # two beats a second\n"));
+  expectSaved(testing::AllOf(HasSubstr("linear(0 0, 0.8"),
+                             HasSubstr("# hand-made\ntempo 120   # two beats a second\n")));
   press("ctrl+z");
-  EXPECT_EQ(saved(), show);
+  expectSaved(show);
 }
 
 TEST_F(Vexstudio, RecordsBesideItself) {
@@ -252,7 +256,8 @@ TEST_F(Vexstudio, RecordsBesideItself) {
   press("bracketleft");
   click(pixelOf(1.5), rulerY);
   press("bracketright ctrl+shift+r");
-  act("sleep 1 key ctrl+a type out.mkv");
+  EXPECT_NE(waitForWindow(display.get(), "Record to"), 0u);
+  act("sleep 0.5 key ctrl+a type out.mkv");
   press("Return");
   EXPECT_TRUE(waitUntil([] { return fs::exists("out.mkv"); }));
   EXPECT_GT(fs::file_size("out.mkv"), 1000u);
@@ -272,19 +277,19 @@ TEST_F(Vexstudio, TakesTheFirstPictureThatHoldsTheTypedLetters) {
   start();
   click(pixelOf(2), laneY(0));
   click(valueX, firstRowY + 7 * callRowHeight);
-  act("sleep 1 type x02");
+  EXPECT_NE(waitForWindow(display.get(), "Picture"), 0u);
+  act("sleep 0.5 type x02");
   press("Return");
-  EXPECT_EQ(saved(), replaced(text, "vex01", "vex02"));
+  expectSaved(replaced(text, "vex01", "vex02"));
 }
 
 TEST_F(Vexstudio, OffersWhatWasNotSaved) {
   const std::string left = replaced(show, "red = 1,   green = 0", "red = 1,   green = 1");
   writeFile(".show.txt.autosave", left);
   start();
-  press("alt+1");
-  EXPECT_TRUE(waitUntil([&] { return pictureColour() == 0xffff00; })) << std::hex << pictureColour();
+  answer(1, [&] { return pictureColour() == 0xffff00; });
   EXPECT_EQ(readFile("show.txt"), show);
-  EXPECT_EQ(saved(), left);
+  expectSaved(left);
   EXPECT_FALSE(fs::exists(".show.txt.autosave"));
 }
 
@@ -309,7 +314,7 @@ TEST_F(Vexstudio, LeavesOnlyWhenNothingIsLost) {
   press("Return ctrl+q");
   act("sleep 0.5");
   EXPECT_TRUE(studio->running());
-  saved();
+  expectSaved(replaced(show, "blue = 0", "blue = 1"));
   press("ctrl+q");
   EXPECT_EQ(studio->exitCode(), 0) << studio->errors();
   EXPECT_THAT(readFile("config/vex/studio"), HasSubstr("width 1280"));
