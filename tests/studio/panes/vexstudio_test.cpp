@@ -257,10 +257,10 @@ TEST_F(Vexstudio, RecordsBesideItself) {
   click(pixelOf(1.5), rulerY);
   press("bracketright ctrl+shift+r");
   EXPECT_NE(waitForWindow(display.get(), "Record to"), 0u);
-  act("sleep 0.5 key ctrl+a type out.mkv");
-  press("Return");
-  EXPECT_TRUE(waitUntil([] { return fs::exists("out.mkv"); }));
-  EXPECT_GT(fs::file_size("out.mkv"), 1000u);
+  act("sleep 0.5");
+  press("Return");  // the name that is offered, by whichever chooser the desktop has
+  EXPECT_TRUE(waitUntil([] { return fs::exists("show.mp4"); }));
+  EXPECT_GT(fs::file_size("show.mp4"), 1000u);
   EXPECT_FALSE(fs::exists("test.hvp") && readFile("test.hvp").find("red") != std::string::npos)
       << "what is recorded is not saved";
   EXPECT_TRUE(studio->running());
