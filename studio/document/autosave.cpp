@@ -3,13 +3,13 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
 #include "base/report.h"
 #include "platform/replace_file.h"
+#include "platform/user_folder.h"
 #include "studio/document/text_file.h"
 
 namespace vex::studio {
@@ -31,19 +31,11 @@ std::uint64_t hashOf(const std::string& bytes) {
 
 // Nothing where the user has no home.
 std::optional<std::string> inCache(const std::string& textPath) {
-  const char* const cache = std::getenv("XDG_CACHE_HOME");
-  const char* const home = std::getenv("HOME");
-  std::string folder;
-  if (cache && cache[0] == '/') {
-    folder = cache;
-  } else if (home && home[0] == '/') {
-    folder = std::string(home) + "/.cache";
-  } else {
-    return std::nullopt;
-  }
+  const std::string folder = userFolder("XDG_CACHE_HOME", ".cache");
+  if (folder.empty()) return std::nullopt;
   std::error_code error;
   const fs::path path = fs::absolute(textPath, error).lexically_normal();
-  return folder + "/vex/autosave/" +
+  return folder + "/autosave/" +
          formatted("%016llx.autosave", static_cast<unsigned long long>(hashOf(path.string())));
 }
 

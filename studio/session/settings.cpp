@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
@@ -11,6 +10,7 @@
 
 #include "base/report.h"
 #include "platform/replace_file.h"
+#include "platform/user_folder.h"
 
 namespace vex::studio {
 
@@ -19,11 +19,8 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path settingsFile() {
-  if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder && folder[0] == '/')
-    return fs::path(folder) / "vex/studio";
-  if (const char* home = std::getenv("HOME"); home && home[0] == '/')
-    return fs::path(home) / ".config/vex/studio";
-  return {};
+  const std::string folder = userFolder("XDG_CONFIG_HOME", ".config");
+  return folder.empty() ? fs::path() : fs::path(folder) / "studio";
 }
 
 }  // namespace

@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "platform/sound_file.h"
+#include "platform/user_folder.h"
 #include "platform/wave_header.h"
-#include "studio/show/user_folder.h"
 
 namespace vex::studio {
 

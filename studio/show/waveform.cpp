@@ -19,8 +19,8 @@
 #include "platform/paths.h"
 #include "platform/replace_file.h"
 #include "platform/sound_file.h"
+#include "platform/user_folder.h"
 #include "studio/show/peak_cache.h"
-#include "studio/show/user_folder.h"
 
 namespace vex::studio {
 
