@@ -28,20 +28,6 @@ std::string reason(const char* step) {
   return text;
 }
 
-bool listHolds(const char* list, std::string_view name) {
-  if (list == nullptr || name.empty()) return false;
-  for (std::string_view rest = list; !rest.empty();) {
-    const std::size_t end = rest.find(' ');
-    if (rest.substr(0, end) == name) return true;
-    rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 1);
-  }
-  return false;
-}
-
-bool extensionSupported(const char* name) {
-  return listHolds(reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS)), name);
-}
-
 void* entryPoint(const char* name) {
   return reinterpret_cast<void*>(eglGetProcAddress(name));
 }
@@ -126,7 +112,7 @@ std::string openOffscreenContext(int width, int height) {
     closeOffscreenContext();
     return failure;
   }
-  glContext = {.extensionSupported = extensionSupported, .entryPoint = entryPoint};
+  glContext = {.extensionSupported = extensionListed, .entryPoint = entryPoint};
   return {};
 }
 

@@ -6,8 +6,6 @@
 #include <GL/glx.h>
 
 #include <algorithm>
-#include <cstring>
-#include <string_view>
 
 #include "platform/gl_context.h"
 #include "studio/panes/look.h"
@@ -17,18 +15,6 @@ namespace vex::studio {
 namespace {
 
 constexpr int glMode = FL_RGB8 | FL_ALPHA | FL_DOUBLE | FL_DEPTH | FL_STENCIL;
-
-bool extensionSupported(const char* name) {
-  const auto* all = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
-  if (!all) return false;
-  const std::string_view wanted(name);
-  for (std::string_view rest(all); !rest.empty();) {
-    const std::string_view word = rest.substr(0, rest.find(' '));
-    if (word == wanted) return true;
-    rest.remove_prefix(std::min(rest.size(), word.size() + 1));
-  }
-  return false;
-}
 
 void* entryPoint(const char* name) {
   return reinterpret_cast<void*>(glXGetProcAddressARB(reinterpret_cast<const GLubyte*>(name)));
@@ -65,7 +51,7 @@ std::string PicturePane::open() {
   if (!view->context() || !glGetString(GL_VERSION))
     return "the display's OpenGL gave no context: there is no picture, the text can be shaped all the same";
   hasContext = true;
-  glContext = {.extensionSupported = extensionSupported, .entryPoint = entryPoint};
+  glContext = {.extensionSupported = extensionListed, .entryPoint = entryPoint};
   return "";
 }
 
