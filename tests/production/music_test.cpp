@@ -12,6 +12,8 @@
 #include <string>
 
 #include "production/song/cues.h"
+#include "tests/support/draft.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vex {
 
@@ -149,10 +151,6 @@ TEST(Soundtrack, HasTheFiguresOfARelease) {
     EXPECT_GE(*range(step.loudFirst, step.loudLast).first - *range(step.softFirst, step.softLast).second,
               step.rise)
         << step.softFirst << " to " << step.loudFirst;
-}
-
-TEST(Soundtrack, OfTheShowHasItsLoudnessToo) {
-  EXPECT_NEAR(measure(makeMusic(MixQuality::full)).integrated, -14, 1);
 }
 
 TEST(Soundtrack, IsCleanFromEndToEnd) {
@@ -314,10 +312,12 @@ TEST(Soundtrack, SingsTheMotifInEverySection) {
   }
 }
 
+// As in the process that has made the draft.
 TEST(Soundtrack, IsTheSameEveryTime) {
-  const std::vector<std::byte> first = makeMusic(MixQuality::draft);
-  EXPECT_EQ(first, makeMusic(MixQuality::draft));
-  EXPECT_LE(measure(first).truePeak, 0);
+  const std::vector<std::byte> music = makeMusic(MixQuality::draft);
+  const auto* bytes = reinterpret_cast<const char*>(music.data());
+  EXPECT_TRUE(readFile(sharedDraft() / "data/vex.ogg") == std::string(bytes, music.size()));
+  EXPECT_LE(measure(music).truePeak, 0);
 }
 
 }  // namespace vex

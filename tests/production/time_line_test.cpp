@@ -9,13 +9,13 @@
 #include <set>
 #include <string_view>
 
-#include "production/making/maker.h"
 #include "production/music.h"
 #include "production/products.h"
 #include "production/show/scroller.h"
 #include "production/show/show.h"
 #include "production/song/cues.h"
 #include "scenes/scene_tables.h"
+#include "tests/support/draft.h"
 #include "tests/support/fatal.h"
 #include "tests/support/temporary_folder.h"
 
@@ -481,7 +481,7 @@ TEST(Show, RefusesATextureOfTwoWrapModes) {
 // The whole chain: what the generator makes, the recorder plays to the end.
 TEST(VexProduce, TheDraftPlaysToTheEnd) {
   const TemporaryFolder folder;
-  makeProducts(allProducts(), "show", Settings{true}, ProgressStyle::none);
+  placeDraft("show");
   const Program run =
       runProgram(std::string(VEX_BIN) + "/vexrecord --dir show --size 64x36 --fps 4 --trace-calls calls.tsv");
   ASSERT_EQ(run.exitCode, 0) << run.errors;

@@ -14,8 +14,6 @@
 #include "base/clock.h"
 #include "base/window_size.h"
 #include "engine/particle_system.h"
-#include "production/making/maker.h"
-#include "production/products.h"
 #include "production/show/show.h"
 #include "production/song/cues.h"
 #include "production/time_line.h"
@@ -23,6 +21,7 @@
 #include "scenes/scene_outtro.h"
 #include "scenes/scene_skull.h"
 #include "scenes/scene_water.h"
+#include "tests/support/draft.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/left_behind.h"
 #include "tests/support/temporary_folder.h"
@@ -150,10 +149,16 @@ class WholeShow : public GlTest {
   std::optional<Presentation> presentation;
 };
 
+#ifdef __SANITIZE_ADDRESS__
+constexpr double step = 0.5;  // seconds; each frame is some five times slower
+#else
+constexpr double step = 0.2;
+#endif
+
 // Late in each section: what the setters before have left is the same, whether the show was
 // played up to there or begun there. On the way nothing is loaded but the frames of the movie.
 TEST_F(WholeShow, StartedLateFindsWhatPlayingWouldHaveLeft) {
-  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  placeDraft(".");
   std::map<double, LeftBehind> played;
   load(0);
   const int preloaded = textureCount();
@@ -161,7 +166,7 @@ TEST_F(WholeShow, StartedLateFindsWhatPlayingWouldHaveLeft) {
   double time = 0;
   for (const Section section : showSections) {
     const double stop = cueSeconds(firstBar(section) + barCount(section) * 4 / 5.0);
-    for (; time < stop; time += 0.2) {
+    for (; time < stop; time += step) {
       frame(time);
       rippled = rippled || (time > cueSeconds(103) && time < cueSeconds(115) &&
                             creatureRipples(presentation->timeLine()));
@@ -220,7 +225,7 @@ std::map<int, std::string> musicalEvents() {
 // The picture changes most in the frame of the event or beside it, or comes to rest there.
 TEST_F(WholeShow, KeepsInStepWithItsMusic) {
   setWindowSize(glTestWidth, glTestHeight);
-  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  placeDraft(".");
   load(0);
   const auto events = musicalEvents();
   std::set<int> watched;
@@ -256,7 +261,7 @@ using Frames = std::vector<std::vector<std::uint8_t>>;
 // Begun anew and anew, in any order, it shows what one shows that was loaded to begin there.
 TEST_F(WholeShow, BeginsAnewAsIfLoadedAnew) {
   setWindowSize(glTestWidth, glTestHeight);
-  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  placeDraft(".");
   const auto frames = [this](double start) {
     Frames seen;
     for (int i = 0; i < 6; ++i) {
@@ -294,7 +299,7 @@ TEST_F(WholeShow, BeginsAnewAsIfLoadedAnew) {
 // Twenty times in one process: the same pictures, and nothing more is held than after the second time.
 TEST_F(WholeShow, LeavesNothingBehind) {
   setWindowSize(glTestWidth, glTestHeight);
-  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  placeDraft(".");
   Frames first;
   std::size_t bytes = 0;
   int descriptors = 0;

@@ -14,10 +14,9 @@
 #include "app/recorder.h"
 #include "base/clock.h"
 #include "base/window_size.h"
-#include "production/making/maker.h"
-#include "production/products.h"
 #include "production/song/cues.h"
 #include "production/time_line.h"
+#include "tests/support/draft.h"
 #include "tests/support/gl_fixture.h"
 #include "tests/support/project_builder.h"
 #include "tests/support/run_folder.h"
@@ -96,7 +95,7 @@ Picture recordedFrame(float from, int number) {
 }
 
 TEST_F(ShowTest, ShowsAfterJumpsWhatRecordingsBeginWith) {
-  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  placeDraft(".");
   const Project project = projectOfFolder();
   std::mt19937 chance(14);
   std::uniform_real_distribution<double> anywhere(0, project.totalTime - 1);
@@ -115,7 +114,7 @@ TEST_F(ShowTest, ShowsAfterJumpsWhatRecordingsBeginWith) {
 // Particles have their past where the run-in gives it to them, as behind a recording that began so much
 // earlier.
 TEST_F(ShowTest, RunsInAsARecordingRunsUpToTheTime) {
-  makeProducts(allProducts(), ".", Settings{true}, ProgressStyle::none);
+  placeDraft(".");
   const float from = static_cast<float>(song::cueSeconds(song::waterBar + 4));
   const Picture expected = recordedFrame(from, 60);
   load(projectOfFolder());
