@@ -139,16 +139,31 @@ Ray rayFrom(const Vector& from, const Vector& direction) {
   return ray;
 }
 
-// Where the ray enters the box, or more than `most` when it misses it.
-float entry(const Box& box, const Ray& ray, float most) {
-  float enter = 0, leave = most;
+using Four = RayTree::Four;
+
+Four least(Four a, Four b) {
+  return a < b ? a : b;
+}
+Four most(Four a, Four b) {
+  return a > b ? a : b;
+}
+
+RayTree::Pair pairOf(const Box& a, const Box& b) {
+  RayTree::Pair pair{};
+  for (int k = 0; k < 3; ++k) pair.planes[k] = Four{a.least[k], b.least[k], a.most[k], b.most[k]};
+  return pair;
+}
+
+// Where the ray enters both boxes, in the first two lanes; more than `end` where it misses one.
+inline Four entries(const RayTree::Pair& pair, const Ray& ray, float end) {
+  Four enter{}, leave = Four{} + end;
   for (int k = 0; k < 3; ++k) {
-    const float a = (box.least[k] - ray.origin[k]) * ray.inverse[k];
-    const float b = (box.most[k] - ray.origin[k]) * ray.inverse[k];
-    enter = std::max(enter, std::min(a, b));
-    leave = std::min(leave, std::max(a, b));
+    const Four a = (pair.planes[k] - ray.origin[k]) * ray.inverse[k];
+    const Four b = __builtin_shufflevector(a, a, 2, 3, 0, 1);
+    enter = most(enter, least(a, b));
+    leave = least(leave, most(a, b));
   }
-  return enter <= leave * 1.0000004f ? enter : std::numeric_limits<float>::max();
+  return enter <= leave * 1.0000004f ? enter : Four{} + std::numeric_limits<float>::max();
 }
 
 // Moeller and Trumbore, "Fast, minimum storage ray/triangle intersection", 1997. `det` > 0: front.
@@ -175,7 +190,7 @@ bool meets(const RayTree::Corner& t, const Ray& ray, float most, float& distance
 // may shorten; stops when it returns true.
 template <typename Found>
 void traverse(const RayTree& tree, const Ray& ray, float& most, Found found) {
-  if (tree.nodes.empty() || entry(tree.nodes[0], ray, most) > most) return;
+  if (tree.nodes.empty()) return;
   int stack[2 * deepest], depth = 0;
   stack[depth++] = 0;
   while (depth > 0) {
@@ -189,14 +204,13 @@ void traverse(const RayTree& tree, const Ray& ray, float& most, Found found) {
         break;
       }
       const int near = node->first;
-      const Box& a = tree.nodes[at(near)];
-      const Box& b = tree.nodes[at(near) + 1];
-      const float enterA = entry(a, ray, most), enterB = entry(b, ray, most);
+      const Four enter = entries(tree.pairs[at(near) / 2], ray, most);
+      const float enterA = enter[0], enterB = enter[1];
       const bool seesA = enterA <= most, seesB = enterB <= most;
       if (!seesA && !seesB) break;
       const bool aFirst = seesA && (!seesB || enterA <= enterB);
       if (seesA && seesB) stack[depth++] = near + (aFirst ? 1 : 0);
-      node = aFirst ? &a : &b;
+      node = &tree.nodes[at(near) + (aFirst ? 0 : 1)];
     }
   }
 }
@@ -231,6 +245,8 @@ RayTree rayTree(const Surface& surface) {
   tree.nodes[0].first = 0;
   tree.nodes[0].count = static_cast<int>(boxes.size());
   build(tree, 0, boxes, 0);
+  for (std::size_t i = 1; i < tree.nodes.size(); i += 2)
+    tree.pairs.push_back(pairOf(tree.nodes[i], tree.nodes[i + 1]));
   for (const int i : tree.order) tree.triangles.push_back(corners[at(i)]);
   return tree;
 }

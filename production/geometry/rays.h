@@ -24,7 +24,13 @@ struct RayTree {
   struct Corner {
     float origin[3], edge1[3], edge2[3];
   };
+  using Four = float __attribute__((vector_size(16)));
+  // The boxes of two children side by side: for each axis the least of both, then the most of both.
+  struct Pair {
+    Four planes[3];
+  };
   std::vector<Node> nodes;
+  std::vector<Pair> pairs;        // of nodes 1 and 2, of 3 and 4 and so on
   std::vector<Corner> triangles;  // in the order of the leaves
   std::vector<int> order;         // which triangle of the surface each is
 };

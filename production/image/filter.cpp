@@ -19,18 +19,32 @@ std::vector<float> gaussian(float sigma) {
 }
 
 template <typename T>
-Grid<T> blurAxis(const Grid<T>& source, const std::vector<float>& weights, int dx, int dy, EdgeMode mode) {
-  const int reach = static_cast<int>(weights.size() / 2);
-  Grid<T> result(source.width, source.height);
+void addScaled(T* sums, const T* from, int count, float weight) {
+  for (int i = 0; i < count; ++i) sums[i] = sums[i] + from[i] * weight;
+}
+
+template <typename T>
+Grid<T> blurAcross(const Grid<T>& source, const std::vector<float>& weights, EdgeMode mode) {
+  const int taps = static_cast<int>(weights.size());
+  Grid<T> result(source.width, source.height, T{} * 0.0f);
+  std::vector<T> row(static_cast<std::size_t>(source.width + taps - 1));  // with what lies beyond its ends
+  for (int y = 0; y < source.height; ++y) {
+    for (std::size_t i = 0; i < row.size(); ++i)
+      row[i] = source.at(edgeIndex(static_cast<int>(i) - taps / 2, source.width, mode), y);
+    for (int i = 0; i < taps; ++i)
+      addScaled(&result.at(0, y), row.data() + i, source.width, weights[static_cast<std::size_t>(i)]);
+  }
+  return result;
+}
+
+template <typename T>
+Grid<T> blurDown(const Grid<T>& source, const std::vector<float>& weights, EdgeMode mode) {
+  const int taps = static_cast<int>(weights.size());
+  Grid<T> result(source.width, source.height, T{} * 0.0f);
   for (int y = 0; y < source.height; ++y)
-    for (int x = 0; x < source.width; ++x) {
-      T sum = source.at(x, y) * 0.0f;
-      for (int i = -reach; i <= reach; ++i)
-        sum = sum + source.at(edgeIndex(x + i * dx, source.width, mode),
-                              edgeIndex(y + i * dy, source.height, mode)) *
-                        weights[static_cast<std::size_t>(i + reach)];
-      result.at(x, y) = sum;
-    }
+    for (int i = 0; i < taps; ++i)
+      addScaled(&result.at(0, y), &source.at(0, edgeIndex(y + i - taps / 2, source.height, mode)),
+                source.width, weights[static_cast<std::size_t>(i)]);
   return result;
 }
 
@@ -38,7 +52,7 @@ template <typename T>
 Grid<T> blurGrid(const Grid<T>& source, float sigma, EdgeMode mode) {
   if (sigma < 0.2f) return source;
   const std::vector<float> weights = gaussian(sigma);
-  return blurAxis(blurAxis(source, weights, 1, 0, mode), weights, 0, 1, mode);
+  return blurDown(blurAcross(source, weights, mode), weights, mode);
 }
 
 // Calls `shade` with the unit normal of each texel.

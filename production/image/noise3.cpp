@@ -1,6 +1,7 @@
 #include "production/image/noise3.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "production/image/image.h"
@@ -13,6 +14,10 @@ namespace {
 struct Cell {
   int x, y, z;
   float dx, dy, dz;  // of the point from the cell's lower corner
+
+  std::array<CellPair, 3> pairs(int period) const {
+    return {CellPair(x, period), CellPair(y, period), CellPair(z, period)};
+  }
 };
 
 Cell cellOf(const Vector& p) {
@@ -21,9 +26,8 @@ Cell cellOf(const Vector& p) {
 }
 
 // Layers of the plane's hash, one a level of z.
-float hashCell(int x, int y, int z, int period, std::uint32_t seed) {
-  return hashUnit(wrapped(x, period), wrapped(y, period),
-                  seed + 0x9e3779b9u * static_cast<std::uint32_t>(wrapped(z, period)));
+float hashCell(int x, int y, int z, std::uint32_t seed) {
+  return unitOf(hash(x, y, seed + 0x9e3779b9u * static_cast<std::uint32_t>(z)));
 }
 
 // `corner(i, j, k)` is the value at each corner of the cell.
@@ -45,14 +49,16 @@ constexpr signed char directions[12][3] = {{1, 1, 0}, {-1, 1, 0}, {1, -1, 0}, {-
 
 float valueNoise(const Vector& p, int period, std::uint32_t seed) {
   const Cell cell = cellOf(p);
+  const auto [xs, ys, zs] = cell.pairs(period);
   return blendCorners(
-      cell, [&](int i, int j, int k) { return hashCell(cell.x + i, cell.y + j, cell.z + k, period, seed); });
+      cell, [&](int i, int j, int k) { return hashCell(xs.cell[i], ys.cell[j], zs.cell[k], seed); });
 }
 
 float gradientNoise(const Vector& p, int period, std::uint32_t seed) {
   const Cell cell = cellOf(p);
+  const auto [xs, ys, zs] = cell.pairs(period);
   return blendCorners(cell, [&](int i, int j, int k) {
-    const float pick = hashCell(cell.x + i, cell.y + j, cell.z + k, period, seed);
+    const float pick = hashCell(xs.cell[i], ys.cell[j], zs.cell[k], seed);
     const auto& direction = directions[std::min(11, static_cast<int>(pick * 12))];
     return static_cast<float>(direction[0]) * (cell.dx - static_cast<float>(i)) +
            static_cast<float>(direction[1]) * (cell.dy - static_cast<float>(j)) +
@@ -66,9 +72,9 @@ NoiseCell cellularNoise(const Vector& p, int period, std::uint32_t seed) {
   for (int k = -1; k <= 1; ++k)
     for (int j = -1; j <= 1; ++j)
       for (int i = -1; i <= 1; ++i) {
-        const auto offset = [&](std::uint32_t axis) {
-          return hashCell(cell.x + i, cell.y + j, cell.z + k, period, seed + 101 * axis);
-        };
+        const int cx = wrapped(cell.x + i, period), cy = wrapped(cell.y + j, period),
+                  cz = wrapped(cell.z + k, period);
+        const auto offset = [&](std::uint32_t axis) { return hashCell(cx, cy, cz, seed + 101 * axis); };
         // Points keep to the middle of their cells, so that none two cells away is ever the nearest.
         const float x = static_cast<float>(i) + 0.3f + 0.4f * offset(0) - cell.dx;
         const float y = static_cast<float>(j) + 0.3f + 0.4f * offset(1) - cell.dy;

@@ -1,5 +1,6 @@
 #include <array>
 #include <cmath>
+#include <vector>
 
 #include "production/image/filter.h"
 #include "production/image/noise.h"
@@ -108,16 +109,19 @@ float skinHeight(const Pose& pose, float x, float y) {
   return bulge + crease + hang + bag + rim + pores + folds + brow * 0.5f;
 }
 
-float lashes(const Pose& pose, float x, float y) {
+struct Lash {
+  float rootX, rootY, midX, midY, endX, endY, thick;
+};
+
+std::vector<Lash> lashesOf(const Pose& pose) {
   constexpr int above = 90, below = 38, clump = 3;
-  float cover = 0;
+  std::vector<Lash> lashes;
   for (int i = 0; i < above + below; ++i) {
     const bool upper = i < above;
     const float place =
         upper ? static_cast<float>(i) / (above - 1) : static_cast<float>(i - above) / (below - 1);
     const float rootX = (place * 2 - 1) * corner * 0.93f + 0.04f * (hashUnit(i, 1, 240) - 0.5f);
     const float rootY = upper ? upperLid(pose, rootX) : lowerLid(pose, rootX);
-    if (std::fabs(x - rootX) > 0.5f || std::fabs(y - rootY) > 0.55f) continue;
     // Those of a clump lean together and nearly meet at their tips; the outer ones are longer.
     const int group = upper ? i / clump : i;
     const float lean = hashUnit(group, 3, 240) - 0.5f;
@@ -129,10 +133,19 @@ float lashes(const Pose& pose, float x, float y) {
     const float endX = rootX + together + length * (rootX * 0.55f + 0.35f * lean),
                 endY = rootY + length * (upper ? droop : 0.85f);
     const float bend = upper ? 0.16f * length * (0.4f + 0.6f * lidShape(rootX, 0)) : -0.02f;
-    const float midX = (rootX + endX) / 2, midY = (rootY + endY) / 2 + bend;
-    const float thick = upper ? 0.0085f : 0.0045f;
-    const float d = std::min(taper(x, y, rootX, rootY, midX, midY, thick, thick * 0.75f),
-                             taper(x, y, midX, midY, endX, endY, thick * 0.75f, 0.001f));
+    lashes.push_back(
+        {rootX, rootY, (rootX + endX) / 2, (rootY + endY) / 2 + bend, endX, endY, upper ? 0.0085f : 0.0045f});
+  }
+  return lashes;
+}
+
+float coverOf(const std::vector<Lash>& lashes, float x, float y) {
+  float cover = 0;
+  for (const Lash& lash : lashes) {
+    if (std::fabs(x - lash.rootX) > 0.5f || std::fabs(y - lash.rootY) > 0.55f) continue;
+    const float d =
+        std::min(taper(x, y, lash.rootX, lash.rootY, lash.midX, lash.midY, lash.thick, lash.thick * 0.75f),
+                 taper(x, y, lash.midX, lash.midY, lash.endX, lash.endY, lash.thick * 0.75f, 0.001f));
     cover = std::max(cover, coverage(d, 0.012f));
   }
   return cover;
@@ -147,6 +160,7 @@ Canvas eyeFrame(const Settings& settings, int frame) {
   });
   const Field light = lightRelief(heights, -0.75f, -0.75f, 0.42f, EdgeMode::clamp);
   const Field gloss = glossRelief(heights, -0.75f, -0.75f, 0.42f, 9, EdgeMode::clamp);
+  const std::vector<Lash> lashes = lashesOf(pose);
   return paint(width, height, [&](float u, float v) {
     const float x = (u - 0.5f) * 4, y = (v - 0.5f) * 2;
     const float upper = upperLid(pose, x), lower = lowerLid(pose, x);
@@ -180,7 +194,7 @@ Canvas eyeFrame(const Settings& settings, int frame) {
     const float liner =
         std::exp(-std::fabs(y - upper) * 34) * smoothStep(corner + 0.04f, corner - 0.1f, std::fabs(x));
     colour = colour * (1 - 0.75f * liner);
-    colour = mix(colour, ink * 0.6f, 0.94f * lashes(pose, x, y));
+    colour = mix(colour, ink * 0.6f, 0.94f * coverOf(lashes, x, y));
     // Lamp-light only on the eye; the rest sinks into the dark.
     const float dark = smoothStep(1.0f, 0.3f, std::hypot((x - 0.12f) / 2.15f, (y - 0.02f) / 1.3f));
     return colour * dark * smoothStep(0.004f, 0.07f, std::min(std::min(u, 1 - u), std::min(v, 1 - v)));
