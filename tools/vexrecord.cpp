@@ -39,7 +39,10 @@ constexpr const char* usage =
     "                        in proportion for others (default 1)\n"
     "  --supersample N       draw N x N times the pixels and scale down, for smooth edges (default 1)\n"
     "  --fps N               frames a second (default 30)\n"
-    "  --from T              start at this time instead of the project's start time\n"
+    "  --from T              start at this time instead of the project's start time; particles and water "
+    "have\n"
+    "                        moved for two seconds then\n"
+    "  --cold                with --from: they have not, as in a player that starts there\n"
     "  --to T                end at this time instead of the project's total time\n"
     "  --tempo BPM|SHOW.txt  beats a minute, or the text that states them: times may then be bars and\n"
     "                        beats, as in --from 8:0, and contact sheets show them\n"
@@ -89,6 +92,7 @@ Request parse(const vex::CommandLine& line) {
       {"--fps",
        [&](auto& value) { recording.framesPerSecond = line.number("--fps", value, 1, maxFramesPerSecond); }},
       {"--from", [&](auto& value) { request.from = value; }},
+      {"--cold", [&](auto&) { recording.runIn = 0; }, true},
       {"--to", [&](auto& value) { request.to = value; }},
       {"--stats", [](auto&) { vex::options().showStats = true; }, true},
   };
@@ -145,6 +149,7 @@ void assignOutputs(const vex::CommandLine& line, Request& request) {
     }
     recording.video = request.out;
   }
+  if (recording.runIn == 0 && !recording.from) line.refuse("--cold needs --from T");
   if (!request.every.empty() && recording.contactSheet.empty())
     line.refuse("--every needs --contact-sheet FILE.png");
   if (recording.video.empty() && recording.stills.empty() && recording.contactSheet.empty() &&

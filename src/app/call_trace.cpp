@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/clock.h"
 #include "base/report.h"
 #include "timeline/function_call.h"
 #include "timeline/scene_function.h"
@@ -21,9 +22,8 @@ CallTraceFile::~CallTraceFile() {
   callTrace() = {};
 }
 
-void CallTraceFile::setFrame(int number, float seconds) {
+void CallTraceFile::setFrame(int number) {
   frame = number;
-  time = seconds;
 }
 
 void CallTraceFile::finish() {
@@ -33,8 +33,8 @@ void CallTraceFile::finish() {
 void CallTraceFile::trace(const Part& part, const FunctionCall& call, float sceneTime,
                           const void* const* arguments) {
   std::FILE* out = file.stream();
-  const float shown = frame < 0 ? part.pos + part.length / 2.0f : time;
-  std::fprintf(out, "%d\t%.9g\t%s\t%s\t%s\t%.9g", frame, shown, part.name, call.scene->name, call.name,
+  const float time = clockFrame() == 0 ? part.pos + part.length / 2.0f : clockTime();
+  std::fprintf(out, "%d\t%.9g\t%s\t%s\t%s\t%.9g", frame, time, part.name, call.scene->name, call.name,
                sceneTime);
   int slot = 0;
   for (const Parameter* parameter : call.parameters) {

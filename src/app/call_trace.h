@@ -9,8 +9,8 @@ namespace vex {
 
 // The machine-readable record of all scene-function calls: UTF-8, a header line, then a line per
 // call in call order, columns separated by tabs:
-//   frame      0-based; -1 for calls replayed before the first frame
-//   time       demo time, s; of a replayed call its part's midpoint
+//   frame      0-based; -1 for what is called before the first frame
+//   time       demo time, s; of a call replayed to begin in mid-show its part's midpoint
 //   part, scene, function
 //   sceneTime  s
 //   p0 ... p8  one column per passed argument: a number as %.9g, a string as it stands
@@ -25,7 +25,7 @@ class CallTraceFile {
   CallTraceFile& operator=(const CallTraceFile&) = delete;
 
   // The frame that the following calls belong to.
-  void setFrame(int number, float seconds);
+  void setFrame(int number);
 
   // Puts the finished file in place. Fatal when that fails.
   void finish();
@@ -37,7 +37,6 @@ class CallTraceFile {
   std::string path;
   ReplacementFile file;
   int frame = -1;
-  float time = 0.0f;
 };
 
 }  // namespace vex

@@ -3,6 +3,7 @@
 #include <GL/gl.h>
 #include <strings.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -19,6 +20,7 @@
 #include "base/quit.h"
 #include "base/random.h"
 #include "base/report.h"
+#include "engine/drawing.h"
 #include "engine/scene_state.h"
 #include "models/model_load.h"
 #include "scenes/scene_tables.h"
@@ -32,6 +34,24 @@ namespace vex {
 namespace {
 
 constexpr const char* projectName = "test.hvp";
+
+constexpr int runInFrames = 30;  // a second
+
+// As long as it lives nothing is drawn: meshes and flares never reach the GL, which drops all else before it
+// looks at a pixel.
+class Undrawn {
+ public:
+  Undrawn() {
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, 0, 0, 0);
+  }
+  ~Undrawn() { glDisable(GL_SCISSOR_TEST); }
+  Undrawn(const Undrawn&) = delete;
+  Undrawn& operator=(const Undrawn&) = delete;
+
+ private:
+  Owned<Drawing> drawing{true};
+};
 
 // The glows take consecutive texture ids.
 void loadGlows() {
@@ -211,6 +231,28 @@ void Presentation::begin(std::optional<float> start) {
     clockSetStartTime(*start);
   }
   dispatcher.startTimeline();
+}
+
+void Presentation::begin(float start, double past) {
+  PartDispatcher& dispatcher = *state->dispatcher;
+  const double before = std::min(past, double{start} - double{firstTime()});
+  const int steps = start < dispatcher.totalTime ? static_cast<int>(before * runInFrames) : 0;
+  if (steps <= 0) return begin(start);
+  const auto from = static_cast<float>(double{start} - static_cast<double>(steps) / runInFrames);
+  const Undrawn undrawn;
+  begin(from);
+  for (int frame = 0; frame < steps; ++frame) {
+    clockAdvanceTo(static_cast<float>(double{from} + static_cast<double>(frame) / runInFrames));
+    drawFrame();
+  }
+  dispatcher.startTime = start;
+  clockSetStartTime(start);
+}
+
+float Presentation::firstTime() const {
+  const bool hasMusic = state->dispatcher->musicName[0] != '\0';
+  const float start = state->beginning ? state->beginning->startTime : state->dispatcher->startTime;
+  return hasMusic ? 0.0f : std::min(start, 0.0f);
 }
 
 void Presentation::setProject(const Project& project) {

@@ -45,6 +45,13 @@ class Presentation {
   // Fatal: "Starting after end!".
   void begin(std::optional<float> start = std::nullopt);
 
+  // Likewise at `start` (seconds), but behind a run-in: all that has a past, particles and water, is moved
+  // through `past` seconds before it, at 30 frames a second and unseen, though not from before firstTime().
+  void begin(float start, double past);
+
+  // The earliest demo time, s: a show with music knows none before 0.
+  float firstTime() const;
+
   // Another project for the same scenes, in a presentation that begins often: shows from the next begin() on,
   // which has to come before anything else. The music stays as it is. A project that is refused leaves the
   // one before.

@@ -295,7 +295,7 @@ class Recorder {
   void drawAndDeliver(int frame) {
     const float time = frameTime(span.start, frame, recording.framesPerSecond);
     clockAdvanceTo(time);
-    if (trace) trace->setFrame(frame, time);
+    if (trace) trace->setFrame(frame);
     presentation.drawFrame();
     const auto [firstStill, lastStill] = stills.equal_range(frame);
     const auto [firstThumbnail, lastThumbnail] = thumbnails.equal_range(frame);
@@ -340,6 +340,13 @@ class Recorder {
   VideoEncoder encoder;
   std::vector<std::byte> pixels;
 };
+
+// A trace alone shows nothing that has a past.
+double runInOf(const Recording& recording) {
+  const bool seen = !recording.video.empty() || !recording.framesFolder.empty() ||
+                    !recording.contactSheet.empty() || !recording.stills.empty();
+  return seen ? recording.runIn : 0.0;
+}
 
 }  // namespace
 
@@ -398,7 +405,11 @@ int record(const Recording& recording) {
   std::optional<CallTraceFile> trace;
   if (!recording.trace.empty()) trace.emplace(recording.trace);
   presentation.load();
-  presentation.begin(recording.from);
+  if (recording.from) {
+    presentation.begin(*recording.from, runInOf(recording));
+  } else {
+    presentation.begin();
+  }
   const Span span = recordedSpan(recording, presentation.timeLine());
   const int exitCode = Recorder(recording, presentation, trace ? &*trace : nullptr, span).run();
   if (trace && exitCode == 0) trace->finish();

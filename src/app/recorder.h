@@ -32,6 +32,7 @@ struct Recording {
   int quality = 1;             // of an .mp4, as VideoFormat
   std::optional<Tempo> tempo;  // of the labels of a contact sheet
   std::optional<float> from;   // in place of the project's start time, s
+  double runIn = 2.0;          // s that particles and water move before `from`, where there are pictures
   std::optional<float> to;     // in place of the project's total time, s
 };
 

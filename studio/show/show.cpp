@@ -9,12 +9,9 @@
 #include <utility>
 
 #include "app/presentation.h"
-#include "app/recorder.h"
 #include "base/clock.h"
-#include "base/current.h"
 #include "base/report.h"
 #include "base/window_size.h"
-#include "engine/drawing.h"
 #include "platform/steady_clock.h"
 #include "studio/show/messages_caught.h"
 #include "studio/show/show_music.h"
@@ -28,7 +25,6 @@ namespace vex::studio {
 namespace {
 
 constexpr const char* projectTitle = "text";  // in "project text: part ..."
-constexpr int runInFrames = 30;               // a second
 
 // What the engine calls fatal, and memory that is not there.
 template <typename Work>
@@ -57,22 +53,6 @@ class ProgressTold {
 
  private:
   static inline const std::function<void(int, const char*)>* told = nullptr;
-};
-
-// As long as it lives nothing is drawn: meshes and flares never reach the GL, which drops all else before it
-// looks at a pixel.
-class Undrawn {
- public:
-  Undrawn() {
-    glEnable(GL_SCISSOR_TEST);
-    glScissor(0, 0, 0, 0);
-  }
-  ~Undrawn() { glDisable(GL_SCISSOR_TEST); }
-  Undrawn(const Undrawn&) = delete;
-  Undrawn& operator=(const Undrawn&) = delete;
-
- private:
-  Owned<Drawing> drawing{true};
 };
 
 // A scene function that was left in its middle may have left matrices behind.
@@ -142,7 +122,6 @@ struct Show::State {
   FrameRate rate;
   ShowMusic music;
 
-  float firstTime() const;
   float lastTime() const;
   float reachable(double at) const;
   void begin(float at, double past);
@@ -154,18 +133,14 @@ struct Show::State {
   Trouble drawNext();
 };
 
-// No show is begun at its end, and none with music before 0.
-float Show::State::firstTime() const {
-  const bool hasMusic = presentation->timeLine().musicName[0] != '\0';
-  return hasMusic ? 0.0f : std::min(static_cast<float>(project.startTime), 0.0f);
-}
-
+// No show is begun at its end.
 float Show::State::lastTime() const {
   return std::nextafter(presentation->timeLine().totalTime, std::numeric_limits<float>::lowest());
 }
 
 float Show::State::reachable(double at) const {
-  return std::clamp(static_cast<float>(at), firstTime(), std::max(firstTime(), lastTime()));
+  const float first = presentation->firstTime();
+  return std::clamp(static_cast<float>(at), first, std::max(first, lastTime()));
 }
 
 // As at the start of a recording; with a `past` (s) as behind one that began so much earlier.
@@ -176,16 +151,7 @@ void Show::State::begin(float at, double past) {
   unwindMatrices();
   glDisable(GL_SCISSOR_TEST);
   glViewport(0, 0, width, height);
-  const auto steps = static_cast<int>(std::min(past, time - double{firstTime()}) * runInFrames);
-  const auto from = steps > 0 ? static_cast<float>(time - static_cast<double>(steps) / runInFrames) : at;
-  {
-    const Undrawn undrawn;
-    presentation->begin(from);
-    for (int frame = 0; frame < steps; ++frame) {
-      clockAdvanceTo(frameTime(from, frame, runInFrames));
-      presentation->drawFrame();
-    }
-  }
+  presentation->begin(at, past);
   next = Next::sought;
 }
 

@@ -187,6 +187,37 @@ TEST(Vexrecord, TracesEveryCallInOrder) {
       "2\t2.5\tblue\tSceneHelper\tdrawBitmapRepeat\t0.5\tdata\\vex01\t0\t0\t1\t1\t1\t1\t0.100000001\t0\n");
 }
 
+// What moves by chance, as glitches do, stands behind the run-in where it stands in the whole show.
+TEST(Vexrecord, WhatBeginsInMidShowHasAPast) {
+  const TemporaryFolder folder;
+  ProjectData project = threeColours();
+  for (PartData& part : project.parts) {
+    part.calls.push_back(
+        {.scene = "SceneHelper",
+         .function = "drawBitmap",
+         .parameters = {text("name", "data\\vex01"), constant("x", -0.5), constant("y", -0.5),
+                        constant("w", 1), constant("h", 1), constant("n", 8), constant("glitch", 0.5),
+                        constant("alpha", 1), constant("b", 0)}});
+  }
+  writeRunFolder(project);
+  const auto recorded = [](const std::string& options) {
+    EXPECT_EQ(vexrecord(options + " --out stills --size 64x48 --trace-calls calls.tsv").errors, "");
+    return readFile("stills/0001.500.png");
+  };
+  const auto before = [] {  // the first frame
+    const std::string calls = readFile("calls.tsv");
+    return calls.substr(calls.find('\n') + 1, calls.find("\n0\t") - calls.find('\n'));
+  };
+  const std::string whole = recorded("--stills 1.5");
+  EXPECT_NE(recorded("--stills 1.5 --from 1.5 --cold"), whole);
+  const std::string cold = before();
+  EXPECT_EQ(std::count(cold.begin(), cold.end(), '\n'), 2) << "red is replayed: " << cold;
+  EXPECT_EQ(recorded("--stills 1.5 --from 1.5"), whole);
+  const std::string ranIn = before();
+  EXPECT_TRUE(ranIn.starts_with("-1\t0\tred\tSceneHelper\tfadeScreen\t0\t")) << ranIn;
+  EXPECT_NE(ranIn.find("\n-1\t1.4666667\tgreen"), ranIn.npos) << ranIn;
+}
+
 TEST(Vexrecord, VideoHasAllFramesAndTheMusicFromItsPlace) {
   const TemporaryFolder folder;
   ProjectData project = threeColours();
@@ -588,6 +619,7 @@ TEST(Vexrecord, RefusesWhatCannotBe) {
       {"--stills 1", 2, "stills need --out DIR"},
       {"--stills 1,,2 --out x", 2, "--stills : a number from 0 to 1000000 is expected"},
       {"--every 1 --out x.mp4", 2, "--every needs --contact-sheet FILE.png"},
+      {"--cold --out x.mp4", 2, "--cold needs --from T"},
       {"--dir none --out x.mp4", 255, "can't go to folder none: No such file or directory"},
       {"--dir data --out x.mp4", 255, "no presentation in folder " + here + "/data: neither"},
       {"--stills 9 --out x", 255, "no frame at 9 s: the recording runs from 0 to 3 s"},
