@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <vector>
 
+#include "base/report.h"
+#include "tests/support/image_files.h"
 #include "tests/support/png.h"
 #include "tests/support/run_folder.h"
 #include "tests/support/sound_files.h"
@@ -200,6 +202,8 @@ TEST(Vexrecord, WhatBeginsInMidShowHasAPast) {
                         constant("alpha", 1), constant("b", 0)}});
   }
   writeRunFolder(project);
+  for (int i = 1; i <= 8; ++i)
+    writeFile(formatted("data/vex0%d.bmp", i), bmpBytes(4, 4, plain({30 * i, 30 * i, 30 * i})));
   const auto recorded = [](const std::string& options) {
     EXPECT_EQ(vexrecord(options + " --out stills --size 64x48 --trace-calls calls.tsv").errors, "");
     return readFile("stills/0001.500.png");
