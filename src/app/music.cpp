@@ -5,6 +5,7 @@
 #include "base/files.h"
 #include "base/options.h"
 #include "base/report.h"
+#include "platform/message.h"
 #include "platform/sound_file.h"
 
 namespace vex {
@@ -39,6 +40,7 @@ void logState(SoundState state) {
 
 void openMusic(const char* name) {
   if (!options().soundEnabled) return;
+  const MessagesJoined joined;  // without a sound card every step fails
   if (!soundLibrary.init()) disableSound("Couldn't initialize BASS!");
   if (!soundLibrary.start()) disableSound("Couldn't start BASS output!");
   const auto place = findFile(name);
@@ -60,6 +62,7 @@ void openMusic(const char* name) {
 
 void startMusic() {
   if (!musicActive()) return;
+  const MessagesJoined joined;
   int rate = 0;
   if (!soundLibrary.attributes(music().stream, rate)) disableSound("BASS attributes failed!");
   const int flags = soundLibrary.flags(music().stream);

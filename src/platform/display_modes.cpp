@@ -2,6 +2,7 @@
 
 #include <X11/Xlib.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "platform/screen_modes.h"
@@ -24,18 +25,27 @@ std::vector<DisplayMode> enumerateDisplayModes() {
   const int screen = DefaultScreen(display.get());
   const int depth = DefaultDepth(display.get(), screen);
   const int bitsPerPixel = depth >= 24 ? 32 : depth;
+  DisplayMode shown{DisplayWidth(display.get(), screen), DisplayHeight(display.get(), screen), bitsPerPixel};
   if (const PrimaryOutput primary = findPrimaryOutput(display.get())) {
     for (int i = 0; i < primary.output->nmode; ++i) {
       if (const XRRModeInfo* mode = findMode(*primary.resources, primary.output->modes[i])) {
         modes.push_back({static_cast<int>(mode->width), static_cast<int>(mode->height), bitsPerPixel});
       }
     }
+    if (primary.crtc && primary.crtc->width > 0) {
+      shown.width = static_cast<int>(primary.crtc->width);
+      shown.height = static_cast<int>(primary.crtc->height);
+    }
   }
-  if (modes.empty()) {
-    modes.push_back(
-        {DisplayWidth(display.get(), screen), DisplayHeight(display.get(), screen), bitsPerPixel});
-  }
+  addShownSize(modes, shown);
   return modes;
+}
+
+void addShownSize(std::vector<DisplayMode>& modes, const DisplayMode& shown) {
+  const bool listed = std::any_of(modes.begin(), modes.end(), [&](const DisplayMode& mode) {
+    return mode.width == shown.width && mode.height == shown.height;
+  });
+  if (!listed) modes.insert(modes.begin(), shown);
 }
 
 double refreshRate() {

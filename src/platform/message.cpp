@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/dialog_controls.h"
@@ -25,6 +26,12 @@ namespace {
 
 bool messageWindows = false;
 MessageSink messageSink = nullptr;
+
+// What waits for its window.
+struct {
+  int lives = 0;  // of MessagesJoined
+  std::string caption, text;
+} joined;
 
 constexpr int margin = 20;  // all in pixels
 constexpr int captionHeight = 34;
@@ -151,7 +158,20 @@ void showWindow(const char* caption, const char* text, MessageIcon icon) {
   Fl::check();
 }
 
+void showJoined() {
+  const std::string text = std::exchange(joined.text, {});
+  if (!text.empty()) showWindow(joined.caption.c_str(), text.c_str(), MessageIcon::exclamation);
+}
+
 }  // namespace
+
+MessagesJoined::MessagesJoined() {
+  ++joined.lives;
+}
+
+MessagesJoined::~MessagesJoined() {
+  if (--joined.lives == 0) showJoined();
+}
 
 void showMessage(const char* caption, const char* text, MessageIcon icon) {
   if (messageSink) {
@@ -166,7 +186,14 @@ void showMessage(const char* caption, const char* text, MessageIcon icon) {
   const bool canShow = displayReachable();
   if (messageWindows && !canShow) line += ": " + missingDisplayText();
   std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, line.c_str());
-  if (messageWindows && canShow) showWindow(caption, text, icon);
+  if (!messageWindows || !canShow) return;
+  if (joined.lives > 0 && icon == MessageIcon::exclamation) {
+    joined.caption = caption;
+    joined.text += (joined.text.empty() ? "" : "\n\n") + std::string(text);
+    return;
+  }
+  showJoined();
+  showWindow(caption, text, icon);
 }
 
 void setMessageSink(MessageSink sink) {

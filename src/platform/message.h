@@ -11,6 +11,17 @@ enum class MessageIcon { none, exclamation };
 // for it the line goes on to say so.
 void showMessage(const char* caption, const char* text, MessageIcon icon);
 
+// What comes with an exclamation icon while one lives waits for the window until the last of them goes, and
+// then all of it is shown in one, in its order. The lines on standard error come at once; a message without
+// icon shows first what waits.
+class MessagesJoined {
+ public:
+  MessagesJoined();
+  ~MessagesJoined();
+  MessagesJoined(const MessagesJoined&) = delete;
+  MessagesJoined& operator=(const MessagesJoined&) = delete;
+};
+
 // Takes every message in place of standard error and window, as it stands; null gives both back.
 using MessageSink = void (*)(const char* text);
 void setMessageSink(MessageSink sink);

@@ -69,6 +69,24 @@ TEST(DisplayMode, PreselectsTheNearestTo640x480x32) {
   for (const auto& row : cases) EXPECT_EQ(preselectMode(row.modes), row.line) << joined(row.modes);
 }
 
+// A turned screen lists its modes as if it stood upright, a nested one perhaps none.
+TEST(DisplayMode, OffersWhatTheScreenShows) {
+  const struct {
+    std::vector<DisplayMode> modes;
+    DisplayMode shown;
+    const char* offered;
+  } cases[] = {
+      {{}, {1366, 768, 32}, "1366x768:32"},
+      {{{800, 600, 32}, {1920, 1080, 32}}, {1080, 1920, 32}, "1080x1920:32 800x600:32 1920x1080:32"},
+      {{{800, 600, 32}, {1920, 1080, 32}}, {1920, 1080, 32}, "800x600:32 1920x1080:32"},
+  };
+  for (const auto& row : cases) {
+    std::vector<DisplayMode> modes = row.modes;
+    addShownSize(modes, row.shown);
+    EXPECT_EQ(joined(modes), row.offered);
+  }
+}
+
 TEST(DisplayMode, WithoutADisplayThereIsNoDialog) {
   setenv("DISPLAY", ":4000000", 1);
   EXPECT_EQ(fatalText([] { runDisplayModeDialog(); }), "Couldn't init splash screen");

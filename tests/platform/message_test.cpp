@@ -10,6 +10,7 @@
 #include <string>
 
 #include "base/report.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/support/x_server.h"
 
 namespace vex {
@@ -106,6 +107,38 @@ TEST(Message, LongTextsStayOnTheScreen) {
         });
     EXPECT_EQ(result.exitCode, 0) << text;
   }
+}
+
+// Answered once, and as large as one text that holds all.
+TEST(Message, WarningsOfOneCauseAreOneWindow) {
+  const XServer server(800, 600);
+  const TemporaryFolder folder;
+  const auto answered = [](const std::function<void()>& body) {
+    return runWithUser(
+               [&] {
+                 enableMessageWindows();
+                 body();
+               },
+               [](Display* display) {
+                 const Window window = waitForDialog(display, "Warning");
+                 XWindowAttributes place{};
+                 if (window) XGetWindowAttributes(display, window, &place);
+                 writeFile("size", formatted("%dx%d", place.width, place.height));
+                 pressKeys(display, window, {XK_Return});
+                 pause();
+               })
+        .errorText;
+  };
+  answered([] { warning("%s", "No card!\nGoing on\n\nNo output!\nGoing on"); });
+  const std::string size = readFile("size");
+  EXPECT_EQ(answered([] {
+              const MessagesJoined outer;
+              warning("No card!\nGoing on");
+              const MessagesJoined inner;
+              warning("No output!\nGoing on");
+            }),
+            "vextests: No card! Going on\nvextests: No output! Going on\n");
+  EXPECT_EQ(readFile("size"), size);
 }
 
 TEST(Message, WithoutADisplayTheLineSaysSoAndNothingWaits) {
