@@ -16,10 +16,12 @@
 #include "base/report.h"
 #include "platform/end_request.h"
 #include "platform/replace_file.h"
+#include "platform/sound_file.h"
 #include "platform/standard_streams.h"
 #include "scenes/scene_tables.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_record.h"
+#include "tools/beats/beats.h"
 #include "tools/command_line.h"
 #include "tools/project_input.h"
 
@@ -31,6 +33,8 @@ constexpr const char* usage =
     "       vexproject check FILE [--dir RUNDIR]    say all that is wrong with a project of either form;\n"
     "                                               with a run folder also look for its data there, loose\n"
     "                                               or in vex.pak\n"
+    "       vexproject beats MUSIC                  find tempo and first beat of music, as a line for the "
+    "text\n"
     "       vexproject functions                    print docs/functions.md: what a part can call\n"
     "       vexproject --help                       show this text\n"
     "\n"
@@ -151,6 +155,21 @@ int check(const char* name, const char* runFolder) {
   return 0;
 }
 
+// A line for the text of a project, below one on how far it is to be trusted.
+void beats(const char* name) {
+  if (access(name, R_OK) != 0) vex::fatalError("can't read %s: %s", name, std::strerror(errno));
+  vex::SoundFile sound = vex::openSoundFile(name, 0, vex::wholeFile);
+  if (!sound.decoder) {
+    vex::fatalError("music %s cannot be played: it takes WAV, OGG, FLAC or MP3 with one or two channels",
+                    name);
+  }
+  const std::optional<vex::Beats> found = vex::findBeats(sound);
+  if (!found) vex::fatalError("music %s: no steady beat was found", name);
+  const char* how = found->sureness() >= 12 ? "sure" : found->sureness() >= 8 ? "likely" : "doubtful";
+  printOut(vex::formatted("# %s: %d of %d beats are marked by what begins there\ntempo %.6g from %.3f\n", how,
+                          found->marked, found->count, found->perMinute, found->first));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -168,6 +187,8 @@ int main(int argc, char** argv) {
     dump(words[1].c_str());
   } else if (command == "check" && words.size() == 2) {
     return check(words[1].c_str(), folder ? folder->c_str() : nullptr);
+  } else if (command == "beats" && words.size() == 2) {
+    beats(words[1].c_str());
   } else if (command == "functions" && words.size() == 1) {
     printOut(vex::functionsAsMarkdown(vex::sceneEntries()));
   } else {
