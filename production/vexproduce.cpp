@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/report.h"
+#include "base/version.h"
 #include "platform/end_request.h"
 #include "platform/standard_streams.h"
 #include "production/geometry/bake.h"
@@ -23,7 +24,15 @@ constexpr const char* usage =
     "  --plaster  the models alone, their pictures showing the baked light on white plaster\n"
     "  --cues     print when things happen in the music, a line \"seconds name\" each, as vexrecord\n"
     "             --cues reads them\n"
-    "  --help     this text\n";
+    "  --help     this text\n"
+    "  --version  version, libraries, fonts and licences\n";
+
+// In the pictures of the show.
+constexpr vex::Contained fonts[] = {
+    {"pictures in Blankenburg", "OFL-1.1"},
+    {"League Spartan", "OFL-1.1"},
+    {"DejaVu Sans Mono", "Bitstream-Vera"},
+};
 
 }  // namespace
 
@@ -36,6 +45,10 @@ int main(int count, char** arguments) {
     if (argument == "--help") {
       std::fputs(usage, stdout);
       return 0;
+    }
+    if (argument == "--version") {
+      std::printf("%s\n", vex::versionLine("vexproduce", fonts).c_str());
+      return std::fflush(stdout) == 0 ? 0 : 255;
     }
     if (argument == "--cues" && count == 2) {
       std::fputs(vex::song::cueLines().c_str(), stdout);

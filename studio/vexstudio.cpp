@@ -30,6 +30,7 @@ constexpr const char* usage =
        vexstudio RUNDIR                    the folder's own text, show.txt; where there is none, a dump of
                                            its test.hvp becomes one
        vexstudio --help                    show this text
+       vexstudio --version                 show version, libraries and licences
 
 Without --dir the run folder is the text's own. F1 shows all keys. What the window looked like is kept in
 vex/studio of the user's configuration folder.

@@ -6,17 +6,28 @@
 
 namespace vex {
 
-CommandLine::CommandLine(const char* theProgram, const char* theUsage, int argc, char** argv)
-    : program(theProgram), usage(theUsage), arguments(argv + std::min(argc, 1), argv + argc) {}
+namespace {
+
+[[noreturn]] void showAndEnd(const std::string& text) {
+  std::fputs(text.c_str(), stdout);
+  std::exit(std::fflush(stdout) == 0 ? 0 : 255);
+}
+
+}  // namespace
+
+CommandLine::CommandLine(const char* theProgram, const char* theUsage, int argc, char** argv,
+                         std::span<const Contained> theContained)
+    : program(theProgram),
+      usage(theUsage),
+      arguments(argv + std::min(argc, 1), argv + argc),
+      contained(theContained) {}
 
 std::vector<std::string> CommandLine::parse(std::span<const Option> options) const {
   std::vector<std::string> others;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
-    if (argument == "--help" || argument == "-h") {
-      std::fputs(usage, stdout);
-      std::exit(std::fflush(stdout) == 0 ? 0 : 255);
-    }
+    if (argument == "--help" || argument == "-h") showAndEnd(usage);
+    if (argument == "--version") showAndEnd(versionLine(program, contained) + "\n");
     const auto option = std::find_if(options.begin(), options.end(),
                                      [&argument](const Option& one) { return one.name == argument; });
     if (option == options.end()) {

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/version.h"
+
 // How the tools read their command lines: one way to name options, one wording of what is refused. Wrong
 // usage ends the program with 2 after "NAME: MESSAGE" and the usage on standard error.
 
@@ -23,13 +25,15 @@ struct Option {
 
 class CommandLine {
  public:
-  CommandLine(const char* program, const char* usage, int argc, char** argv);
+  // `contained` is what --version names beside the libraries.
+  CommandLine(const char* program, const char* usage, int argc, char** argv,
+              std::span<const Contained> contained = {});
 
   // The first argument, which names the command of a tool that has several; empty where there is none.
   std::string first() const { return arguments.empty() ? "" : arguments[0]; }
 
   // The arguments that are no options, in their order. Refused: options of other names, missing values; where
-  // help is asked for, the usage is shown and the program ends with 0.
+  // help or the version is asked for, it is shown and the program ends with 0.
   std::vector<std::string> parse(std::span<const Option> options) const;
 
   // The whole text as a number within the range, both ends included.
@@ -54,6 +58,7 @@ class CommandLine {
   const char* program;
   const char* usage;
   std::vector<std::string> arguments;
+  std::span<const Contained> contained;
 };
 
 std::vector<std::string> splitAtCommas(std::string_view text);

@@ -45,6 +45,8 @@
 
 namespace {
 
+constexpr vex::Contained contained[] = {{"RapidJSON", "MIT"}};
+
 constexpr const char* usage =
     "Usage: vexmodel info FILE [options]     say what a model (.ase or .hv3) holds\n"
     "         --json                         as one JSON object\n"
@@ -83,6 +85,7 @@ constexpr const char* usage =
     "       vexmodel export FILE OUT.glb     make a binary glTF file of a model, for other tools\n"
     "         --json                         say what went out as one JSON object\n"
     "       vexmodel --help                  show this text\n"
+    "       vexmodel --version               show version, libraries and licences\n"
     "\n"
     "Textures are files of the folder data: the one that FILE lies in, or else the one beside FILE.\n"
     "A second of a track is its whole length. Exit codes: 0 done, 2 wrong usage, 130 interrupted, 255 "
@@ -569,7 +572,7 @@ void exportModel(const Request& request) {
 int main(int argc, char** argv) {
   vex::openStandardStreams();
   vex::endAtSignals();
-  const Request request = parse({"vexmodel", usage, argc, argv});
+  const Request request = parse({"vexmodel", usage, argc, argv, contained});
   if (request.command == "info") info(request);
   if (request.command == "compile") compile(request.file);
   if (request.command == "view") view(request);

@@ -17,6 +17,7 @@ constexpr const char* usage =
     "       vexpak list PAK          print size, offset and name of each member\n"
     "       vexpak extract PAK DIR   write the members below DIR\n"
     "       vexpak --help            show this text\n"
+    "       vexpak --version         show version, libraries and licences\n"
     "\n"
     "Names in an archive use backslashes and have at most 31 characters; an archive has at most 256\n"
     "members. Hidden files are left out.\n";

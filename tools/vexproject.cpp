@@ -37,6 +37,7 @@ constexpr const char* usage =
     "text\n"
     "       vexproject functions                    print docs/functions.md: what a part can call\n"
     "       vexproject --help                       show this text\n"
+    "       vexproject --version                    show version, libraries and licences\n"
     "\n"
     "The text form is described in docs/project-text.md. Remarks of the check are no problems.\n"
     "Exit codes: 0 done, 2 wrong usage, 130 interrupted, 255 refused, or problems found.\n";

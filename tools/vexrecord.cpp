@@ -48,6 +48,7 @@ constexpr const char* usage =
     "                        beats, as in --from 8:0, and contact sheets show them\n"
     "  --stats               log to Demo.log and draw the statistics overlay\n"
     "  --help                show this text\n"
+    "  --version             show version, libraries and licences\n"
     "\n"
     "Exit codes: 0 done, 2 wrong usage, 130 interrupted (the video so far is kept), 255 failed.\n";
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <regex>
 #include <set>
 
@@ -35,6 +36,33 @@ TEST(Manual, NamesTheOptionsThatTheProgramsName) {
     EXPECT_FALSE(optionsOf(help.output).empty()) << program;
     EXPECT_EQ(optionsOf(page), optionsOf(help.output)) << program;
     EXPECT_EQ(runProgram(VEX_BIN "/" + program + " --no-such-option").exitCode, 2) << program;
+  }
+}
+
+// The linker's list is the oracle for what a program is made with.
+TEST(Manual, VersionsAreOneLineWithEveryLibrary) {
+  std::string version;
+  for (const std::string program :
+       {"vexmodel", "vexpak", "vexproduce", "vexproject", "vexrecord", "vexstudio"}) {
+    const Program told = runProgram(VEX_BIN "/" + program + " --version");
+    EXPECT_EQ(told.exitCode, 0) << program;
+    std::smatch parts;
+    ASSERT_TRUE(std::regex_match(told.output, parts,
+                                 std::regex(program + R"( (\d+\.\d+\.\d+) \(MIT\) with ([^\n]+)\n)")))
+        << told.output;
+    if (version.empty()) version = parts[1];
+    EXPECT_EQ(parts[1], version) << program;
+
+    const std::string list = parts[2];
+    const std::string needed = runProgram("readelf -dW " VEX_BIN "/" + program + " | grep NEEDED").output;
+    const auto inPictures = list.find("pictures in ");
+    const std::string libraries = list.substr(0, inPictures);
+    const auto named = std::count(libraries.begin(), libraries.end(), '(');
+    EXPECT_EQ(named - (program == "vexmodel"), std::count(needed.begin(), needed.end(), '\n')) << list;
+    EXPECT_EQ(inPictures != std::string::npos, program == "vexproduce") << list;
+#ifndef __SANITIZE_ADDRESS__
+    EXPECT_EQ(list.find("unknown"), std::string::npos) << list;
+#endif
   }
 }
 
