@@ -15,6 +15,7 @@
 #include "platform/end_request.h"
 #include "platform/replace_file.h"
 #include "platform/standard_streams.h"
+#include "studio/panes/gesture_end.h"
 #include "studio/panes/look.h"
 #include "studio/panes/window.h"
 #include "timeline/project_record.h"
@@ -77,6 +78,7 @@ int main(int argc, char** argv) {
   if (!std::getenv("DISPLAY")) fatalError("no X display to open a window on: DISPLAY is not set");
   catchEndSignals();
   studio::prepareLook();
+  studio::endGesturesAtTheMouse();
   studio::Session session(text.string());
   studio::StudioWindow window(session);
   window.open(trouble);
