@@ -51,12 +51,12 @@ const Shot shots[] = {
     // Along the seam of the lid.
     {{262, -60, 98, {16, 133, 0}}, {186, -38, 104, {6, 139, 8}}},
     // Up with the lid.
-    {{206, 34, 116, {-4, 130, 0}}, {356, 8, 176, {0, 190, 0}}},
+    {{206, 34, 116, {-4, 130, 0}}, {400, 8, 150, {0, 184, 0}}},
     // The title over the box: as it comes towards us, the whole of it from above, along its letters, near.
-    {{340, 40, 128, {-8, 204, 0}}, {306, 26, 136, {-4, 208, 0}}},
-    {{430, -36, 262, {-4, 178, 0}}, {390, -22, 250, {-4, 184, 0}}},
-    {{236, -46, 160, {2, 246, 0}}, {206, -32, 172, {0, 246, 0}}},
-    {{172, 24, 104, {2, 256, 0}}, {154, 12, 106, {2, 258, 0}}},
+    {{400, -34, 92, {-6, 176, 0}}, {330, -6, 100, {-2, 190, 0}}},
+    {{430, 44, 262, {-4, 178, 0}}, {372, 18, 230, {-4, 186, 0}}},
+    {{282, -56, 128, {-14, 216, 0}}, {232, -28, 118, {-8, 230, 0}}},
+    {{248, 30, 76, {4, 204, 0}}, {196, 4, 84, {2, 220, 0}}},
     // From above, down into the box.
     {{392, -12, 330, {0, 188, 0}}, {196, 14, 246, {0, 142, 0}}},
 };
@@ -111,6 +111,27 @@ MotionKeys growing(const Vector& from) {
                    [from](float t) { return mix(from, Vector(1, 1, 1), t / flightSeconds); });
 }
 
+// A letter lies in the box, too small to be seen, rises from it in the first third with its face turned
+// aside, and turns from one side to the other in the rest; halfway through that it looks straight ahead.
+constexpr float letterRises = flightSeconds / 3, letterTurns = 1.1f;  // radians to each side
+Motion letterMotion(const Vector& rest) {
+  Motion motion;
+  motion.positions = positionKeys(flightSeconds, 10, [rest](float t) {
+    const float up = eased(t, 0, letterRises);
+    return mix(Vector(0.15f * rest.x, 96, 0), rest, up) + Vector(0, 0, 34 * up * (1 - up));
+  });
+  motion.turns = turnKeys(flightSeconds, 10, [](float t) {
+    const float after = (t - letterRises) / (flightSeconds - letterRises);  // 0 to 1
+    return turned(Vector(0, 1, 0),
+                  t < letterRises ? letterTurns * t / letterRises : letterTurns * (1 - 2 * after));
+  });
+  motion.scales = scaleKeys(flightSeconds, 10, [](float t) {
+    const float size = mix(0.02f, 1.0f, eased(t, 0.3f, letterRises));
+    return Vector(size, size, size);
+  });
+  return motion;
+}
+
 // A veil rises from the box, hangs, and flies apart.
 Motion veilMotion(int veil) {
   const auto own = static_cast<float>(veil);
@@ -118,13 +139,13 @@ Motion veilMotion(int veil) {
   Motion motion;
   motion.positions = positionKeys(veilSeconds, 5, [rest, own](float t) {
     const float up = eased(t, 0, 1.2f);
-    return mix(Vector(0, 96, 0), rest, up) + Vector(1.5f * swing(t, veilSeconds, 1, 0.2f * own),
-                                                    1.8f * swing(t, veilSeconds, 2, 0.3f * own),
+    return mix(Vector(0, 96, 0), rest, up) + Vector(0.5f * swing(t, veilSeconds, 1, 0.2f * own),
+                                                    0.8f * swing(t, veilSeconds, 2, 0.3f * own),
                                                     3 * swing(t, veilSeconds, 1, 0.5f * own));
   });
   motion.scales = scaleKeys(veilSeconds, 5, [own](float t) {
     const float up = eased(t, 0, 1.2f), apart = eased(t, 4.2f, 5.0f);
-    const float size = mix(0.12f, 1.0f, up) * (1 + 0.03f * t + (0.25f + 0.15f * own) * apart);
+    const float size = mix(0.12f, 1.0f, up) * (1 + (0.25f + 0.15f * own) * apart);
     return Vector(size, size * (1 + 0.25f * (1 - up)), 1);
   });
   return motion;
@@ -285,6 +306,25 @@ Surface lockAsStored(const Surface& lock) {
   return turnedOver(placed(lock, moved(-lockPivot) >> turnedX(-90) >> moved(lockPivot)));
 }
 
+void addLetters(std::vector<StageMesh>& meshes, const Surface& lettersAndLock) {
+  const char* names[] = {"letter1", "letter2", "letter3"};
+  const std::vector<Surface> bodies = letterBodies();
+  const Surface painted = partOf(lettersAndLock, letter);
+  for (std::size_t i = 0; i < bodies.size(); ++i) {
+    const Bounds bounds = boundsOf(bodies[i]);
+    const auto ofThis = [&](const Triangle& triangle) {
+      const float x = painted.points[static_cast<std::size_t>(triangle.points[0])].x;
+      return x > bounds.least.x - 0.1f && x < bounds.most.x + 0.1f;
+    };
+    const Vector pivot = (bounds.least + bounds.most) * 0.5f;
+    meshes.push_back({.name = names[i],
+                      .surface = selected(painted, ofThis),
+                      .pivot = pivot,
+                      .material = "lock",
+                      .motion = letterMotion(pivot)});
+  }
+}
+
 // What can be seen through comes last.
 void addLight(std::vector<StageMesh>& meshes) {
   const auto grown = [&](const char* name, const Surface& surface, const Vector& pivot, const char* material,
@@ -325,19 +365,24 @@ void addVeils(std::vector<StageMesh>& meshes, const Assembly& hall) {
 }
 
 Model introBox(const Settings& settings) {
-  const Assembly body = casketBody(), lid = casketLid(), lock = casketLock(), foot = plinth(), choir = hall();
+  const Assembly body = casketBody(), lid = casketLid(), foot = plinth(), choir = hall();
+  Assembly lock = casketLock();
   constexpr float groundRadius = 800;
   const Surface ground = placed(disc(groundRadius, 40, 2), moved(0, 0, 0));
   const Surface casket = joined({everything(body), everything(lid), everything(lock)});
   const Surface tableShadow = placed(withoutMapping(plane(240, 180, 1, 1)), moved(0, tableTop - 0.05f, 0));
   const Surface aroundCasket = joined({casket, tableShadow});
+  for (const Surface& solid : letterBodies()) append(lock.single, solid);  // they share its picture
+  const Surface aroundLock = joined({everything(lock), casket, tableShadow});
   const Surface aroundStone = joined({casket, everything(foot), withoutMapping(ground)});
   const Surface aroundHall = joined({everything(foot), everything(choir), withoutMapping(ground)});
   const PaintedAssembly paintedBody = paintedCasket(body, aroundCasket, settings, 1024),
                         paintedLid = paintedCasket(lid, aroundCasket, settings, 1024),
-                        paintedLock = paintedCasket(lock, aroundCasket, settings, 512),
+                        paintedLock = paintedCasket(lock, aroundLock, settings, 1024),
                         paintedFoot = paintedStone(foot, aroundStone, settings, 512),
                         paintedHall = paintedStone(choir, aroundHall, settings, 512);
+
+  const Surface lockOnly = selected(paintedLock.surface, [](const Triangle& t) { return t.part != letter; });
 
   Stage stage;
   stage.seconds = flightSeconds;
@@ -356,11 +401,12 @@ Model introBox(const Settings& settings) {
       {.name = "plinth", .surface = paintedFoot.surface, .material = "stone"},
       {.name = "casket", .surface = paintedBody.surface, .material = "body"},
       {.name = "top", .surface = paintedLid.surface, .pivot = lidPivot, .material = "lid"},
-      {.name = "lock", .surface = lockAsStored(paintedLock.surface), .pivot = lockPivot, .material = "lock"},
+      {.name = "lock", .surface = lockAsStored(lockOnly), .pivot = lockPivot, .material = "lock"},
       {.name = "dummy01", .pivot = Vector(0, 100, 0), .helper = true},
   };
   stage.meshes[5].motion.turns = lidTurns();
   stage.meshes[6].motion.turns = lockTurns();
+  addLetters(stage.meshes, paintedLock.surface);
   addLight(stage.meshes);
   addVeils(stage.meshes, choir);
   stage.lights = lights();

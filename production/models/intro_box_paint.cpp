@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "production/geometry/bake.h"
+#include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
 #include "production/image/filter.h"
 #include "production/image/lettering.h"
@@ -207,6 +209,23 @@ Colour4 farStoneAt(const BakePoint& p) {
          ink * 0.6f;
 }
 
+// Letters of cast brass, their faces hammered and scratched, their cut edges polished; they hang in the light
+// that stands in the open box.
+Colour4 letterAt(const BakePoint& p) {
+  const float grit = 0.5f + 0.5f * fractal(p.position * 0.12f, 0, 5, 0.6f, 971);
+  const float scratch = smoothStep(
+      0.86f, 0.98f, 1 - std::fabs(fractal(warp(p.position * 0.03f, 0, 0.5f, 972), 0, 4, 0.5f, 973)));
+  const bool face = p.normal.z > 0.93f;
+  const float height = clamp01((p.position.y - titleMiddle.y) / 84 + 0.5f);  // of the letters
+  const float below = std::pow(clamp01(0.5f - 0.5f * p.normal.y), 2.0f) * (1.1f - 0.7f * height);
+  Colour4 metal = gradient(
+      brassRamp, face ? 0.30f + 0.26f * grit + 0.14f * height - 0.22f * scratch : 0.56f + 0.14f * grit);
+  metal = metal * p.light * (face ? 0.85f : 1.15f);
+  if (!face) metal = metal + glint(p.normal) * 0.8f;
+  return metal + gradient(acidRamp, 0.62f) * (below * (face ? 0.8f : 1.5f)) +
+         Colour4{0.5f, 0.46f, 0.34f} * std::max(0.0f, p.edge) * 0.6f;
+}
+
 Colour4 colourAt(const BakePoint& p) {
   switch (p.part % skins) {
     case iron:
@@ -217,6 +236,8 @@ Colour4 colourAt(const BakePoint& p) {
       return gemAt(p);
     case inside:
       return insideAt(p);
+    case letter:
+      return letterAt(p);
     default:
       return stoneAt(p);
   }
@@ -276,17 +297,83 @@ PaintedAssembly paintedStone(const Assembly& assembly, const Surface& shadowing,
 
 namespace {
 
-// Distance to the letters in texels, negative inside, on a picture `width` wide and half as high.
-Field titleDistance(int width) {
+// The letters in the middle of a field `width` wide and half as high.
+Lettering titleOn(float width) {
   Lettering text = titleLetters();
-  const auto w = static_cast<float>(width), h = w / 2;
-  const float scale = std::min(w * 0.80f / (text.right - text.left), h * 0.62f / (text.bottom - text.top));
+  const float height = width / 2;
+  const float scale =
+      std::min(width * 0.80f / (text.right - text.left), height * 0.62f / (text.bottom - text.top));
   text = placed(std::move(text), scale, scale, 0, 0);
   const float middleX = (text.left + text.right) / 2, middleY = (text.top + text.bottom) / 2;
-  return distanceTo(placed(std::move(text), 1, 1, w / 2 - middleX, h / 2 - middleY), width, width / 2);
+  return placed(std::move(text), 1, 1, width / 2 - middleX, height / 2 - middleY);
+}
+
+// Distance to the letters in texels, negative inside, on a picture `width` wide and half as high.
+Field titleDistance(int width) {
+  return distanceTo(titleOn(static_cast<float>(width)), width, width / 2);
+}
+
+// Closed outlines of the title about its middle in the world's units, y up, their closest points taken
+// together.
+std::vector<Outline> titleOutlines() {
+  constexpr float closest = 2.2f;
+  std::vector<Outline> outlines;
+  const OutlineEdge* before = nullptr;
+  const Lettering text = titleOn(titleWidth);
+  for (const OutlineEdge& edge : text.edges) {
+    if (!before || before->x1 != edge.x0 || before->y1 != edge.y0) outlines.emplace_back();
+    const PlanePoint point{edge.x0 - titleWidth / 2, titleHeight / 2 - edge.y0};
+    Outline& outline = outlines.back();
+    if (outline.empty() || std::hypot(point.x - outline.back().x, point.y - outline.back().y) > closest)
+      outline.push_back(point);
+    before = &edge;
+  }
+  return outlines;
+}
+
+struct Extent {
+  float least, most;
+};
+Extent across(const Outline& outline) {
+  const auto [least, most] = std::minmax_element(
+      outline.begin(), outline.end(), [](const PlanePoint& p, const PlanePoint& q) { return p.x < q.x; });
+  return {least->x, most->x};
+}
+
+// Turned over if need be: bodies run counter-clockwise, holes clockwise.
+Outline running(Outline outline, bool counterClockwise) {
+  float area = 0;
+  for (std::size_t i = 0; i < outline.size(); ++i) {
+    const PlanePoint &p = outline[i], &q = outline[(i + 1) % outline.size()];
+    area += p.x * q.y - p.y * q.x;
+  }
+  if ((area > 0) != counterClockwise) std::reverse(outline.begin(), outline.end());
+  return outline;
 }
 
 }  // namespace
+
+std::vector<Surface> letterBodies() {
+  constexpr float thick = 16, bevel = 3.2f, front = -5;  // behind the middle of the title
+  std::vector<Outline> outlines = titleOutlines();
+  std::sort(outlines.begin(), outlines.end(),
+            [](const Outline& p, const Outline& q) { return across(p).least < across(q).least; });
+  std::vector<std::vector<Outline>> letters;  // each a body and its holes
+  for (const Outline& outline : outlines) {
+    const bool hole = !letters.empty() && across(outline).most < across(letters.back().front()).most;
+    if (!hole) letters.emplace_back();
+    letters.back().push_back(running(outline, !hole));
+  }
+  std::vector<Surface> bodies;
+  for (const std::vector<Outline>& shape : letters) {
+    const Surface body = bent(withoutBack(extrusion(shape, thick, bevel)), [](const Vector& p) {
+      const float aside = 2 * p.x / titleWidth;  // hollow towards the viewer, as the veils are
+      return titleMiddle + p + Vector(0, 0, front + 12 * aside * aside);
+    });
+    bodies.push_back(withPart(withoutMapping(body), letter));
+  }
+  return bodies;
+}
 
 Canvas veilPicture(int veil, const Settings& settings) {
   const int width = settings.side(512);
@@ -355,7 +442,7 @@ Surface spilledOn(const Surface& stone) {
       triangle.uv[i] = {0.02f + 0.9f * std::min(levels[point], 1.0f), (p.y + p.x - p.z) / 120};
       most = std::max(most, levels[point]);
     }
-    if (most > 0) lit.triangles.push_back(triangle);
+    if (most > 0.1f) lit.triangles.push_back(triangle);  // what is darker is not seen
   }
   return compacted(lit);
 }

@@ -12,7 +12,7 @@
 
 namespace vex::reliquary {
 
-enum Skin { iron, brass, gem, inside, stone, skins };
+enum Skin { iron, brass, gem, inside, stone, letter, skins };
 
 inline constexpr float tableTop = 64;        // of the plinth
 inline constexpr float plinthDepth = 0.74f;  // of its width
@@ -52,6 +52,10 @@ PaintedAssembly paintedCasket(const Assembly& assembly, const geometry::Surface&
                               const Settings& settings, int side);
 PaintedAssembly paintedStone(const Assembly& assembly, const geometry::Surface& shadowing,
                              const Settings& settings, int side);
+
+// The title in solid letters, bevelled, from left to right, where they hang above the casket; their backs are
+// left out.
+std::vector<geometry::Surface> letterBodies();
 
 // The title as additive veils, back to front; the light that it sheds on the stone around, brighter with u;
 // places along its strokes from left to right.

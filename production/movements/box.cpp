@@ -15,13 +15,18 @@ namespace {
 
 // How the reliquary stands: 0 shut, 1 open or wide.
 struct Pose {
-  Curve lock = 0;     // half a turn
-  Curve lid = 0;      // upright
-  Curve light = 0;    // that fills it and falls on what lies around
-  Curve beam = 0;     // that stands above it
-  Curve seam = 0;     // light under the lid
-  Curve keyhole = 0;  // open: shows what is drawn before the scene
+  Curve lock = 0;                // half a turn
+  Curve lid = 0;                 // upright
+  Curve light = 0;               // that fills it and falls on what lies around
+  Curve beam = 0;                // that stands above it
+  Curve seam = 0;                // light under the lid
+  Curve keyhole = 0;             // open: shows what is drawn before the scene
+  Curve letters[3] = {0, 0, 0};  // from left to right; see letterFront
 };
+
+// Letters lie in the box at 0, are up and turned aside at a third, look straight ahead here, and are turned
+// to the other side at 1.
+constexpr double letterFront = 2 / 3.0;
 
 ScriptCall boxCall(const char* function, std::vector<ScriptParameter> parameters = {}) {
   return {"SceneIntroBox", function, std::move(parameters)};
@@ -72,9 +77,12 @@ enum Shot {
 constexpr double shotEvery = 36 / 30.0, shotLead = 3 / 30.0, shotLength = 30 / 30.0;  // seconds of the flight
 
 std::vector<ScriptCall> draw(const Pose& stands) {
-  return {pose("lock", stands.lock),    pose("top", stands.lid),        pose("pool01", stands.light),
-          pose("pool02", stands.light), pose("mist", stands.light),     pose("shafts", stands.beam),
-          pose("seam", stands.seam),    pose("keyhole", stands.keyhole)};
+  return {pose("lock", stands.lock),          pose("top", stands.lid),
+          pose("pool01", stands.light),       pose("pool02", stands.light),
+          pose("mist", stands.light),         pose("shafts", stands.beam),
+          pose("seam", stands.seam),          pose("keyhole", stands.keyhole),
+          pose("letter1", stands.letters[0]), pose("letter2", stands.letters[1]),
+          pose("letter3", stands.letters[2])};
 }
 
 void addShot(Show& show, const char* name, double fromBar, double bars, Shot shot, const Pose& stands,
@@ -106,7 +114,7 @@ void addNight(Show& show) {
                                        {title + cut, 0},
                                        {partEnd, 0}}),
                                  -0.1),
-                  .alpha = line({{0, 1}, {title - 4, 1}, {title, 0.12}, {partEnd, 0.12}})});
+                  .alpha = line({{0, 1}, {title - 4, 1}, {title, 0.6}, {partEnd, 0.6}})});
   // Fumes drift through all of it.
   show.add("fumes", boxBar, barOf("lid") - boxBar, smoke,
            Waves{.texture = "smoke_acid",
@@ -234,9 +242,14 @@ void addBuild(Show& show) {
 // The lid goes up, light and smoke pour out, and in them the title rises.
 void addLid(Show& show) {
   const double start = barOf("lid");
+  // On three beats the letters come out of it.
+  const auto comes = [](double beat) {
+    return line(
+        {{0, 0}, {beat, 0}, {beat + 0.7, 0.36}, {beat + 1.1, letterFront + 0.02}, {partEnd, letterFront}});
+  };
   Veils veils;
-  veils.opacity[0] = line({{0, 0}, {3.9, 0}, {6, 0.5}, {partEnd, 0.6}});
-  veils.seconds[0] = line({{0, 0}, {4, 0}, {partEnd, 1.1}});
+  veils.opacity[0] = line({{0, 0}, {5.9, 0}, {6.5, 0.4}, {partEnd, 0.6}});
+  veils.seconds[0] = 1.2;
   veils.opacity[spill] = line({{0, 0.5},
                                {0.6, 0.15},
                                {2, 0.2},
@@ -257,7 +270,8 @@ void addLid(Show& show) {
                           {6.2, 0.95},
                           {partEnd, 0.96}}),
            .light = line({{0, 0.12}, {0.3, 0.4}, {2, 0.4}, {5, 0.999}, {partEnd, 0.999}}),
-           .beam = line({{0, 0.1}, {0.3, 0.35}, {2, 0.4}, {5, 0.999}, {6, 0.9}, {partEnd, 0.5}})},
+           .beam = line({{0, 0.1}, {0.3, 0.35}, {2, 0.4}, {5, 0.999}, {6, 0.9}, {partEnd, 0.5}}),
+           .letters = {comes(4), comes(5), comes(6)}},
           {particles(line({{0, 60}, {3, 150}, {partEnd, 180}})),
            smokeAlongTitle(line({{0, 0}, {3.5, 0}, {partEnd, 0.55}})), draw(veils)});
   show.add("light pours", start, 2, haze,
@@ -279,18 +293,30 @@ void addLid(Show& show) {
 void addLayers(Show& show) {
   const double start = barOf("layer 1"), last = barOf("layer 4");
   const auto strike = [](double rest) { return line({{0, 0.4}, {0.03, 1}, {1, rest}, {partEnd, rest}}); };
-  const Pose open{
-      .lock = 0.8, .lid = swing(4, 0.97, 0.995), .light = swing(2, 0.9, 0.999), .beam = swing(2, 0.36, 0.42)};
+  // Each beat strikes one of the letters, which swings back.
+  const auto swings = [](double phase) {
+    std::vector<CurveDot> dots{{0, letterFront}};
+    double side = 0.07;
+    for (double beat = phase; beat < 4; beat += 1.5, side = -side)
+      dots.insert(dots.end(),
+                  {{beat, letterFront}, {beat + 0.12, letterFront + side}, {beat + 1.2, letterFront}});
+    return spline(dots);
+  };
+  const Pose open{.lock = 0.8,
+                  .lid = swing(4, 0.97, 0.995),
+                  .light = swing(2, 0.9, 0.999),
+                  .beam = swing(2, 0.36, 0.42),
+                  .letters = {swings(0.02), swings(0.5), swings(1)}};
   struct State {
     const char *cue, *name;
     Shot shot;
     int burning;  // layers
     double dimmest, spilled;
   };
-  constexpr State states[] = {{"layer 1", "title in the smoke", titleComing, 1, 0.7, 0.18},
-                              {"layer 2", "title from above", titleAbove, 2, 0.75, 0.3},
-                              {"layer 3", "along the title", titleAlong, 3, 0.8, 0.3},
-                              {"layer 4", "title, nearer", titleNear, 3, 1, 0.5}};
+  constexpr State states[] = {{"layer 1", "title in the smoke", titleComing, 1, 0.5, 0.55},
+                              {"layer 2", "title from above", titleAbove, 2, 0.45, 0.6},
+                              {"layer 3", "along the title", titleAlong, 3, 0.4, 0.65},
+                              {"layer 4", "title, nearer", titleNear, 3, 0.5, 0.7}};
   double level = 0.55;  // of the smoke along it, which comes in jerks, on the off-beats
   for (const State& state : states) {
     std::vector<CurveDot> arriving{{0, level}};
@@ -301,7 +327,7 @@ void addLayers(Show& show) {
     Veils veils;
     const double own = barOf(state.cue) - start;  // 0 to 3
     for (int i = 0; i < state.burning; ++i) {
-      veils.opacity[i] = strike(i == state.burning - 1 ? 0.9 : state.dimmest);
+      veils.opacity[i] = strike(i == state.burning - 1 ? 0.6 : state.dimmest);
       veils.seconds[i] = slide(1.2 + 0.6 * own + 0.1 * i, 1.8 + 0.6 * own + 0.1 * i);
       if (state.shot == titleNear)
         veils.seconds[i] = line({{0, 3 + 0.1 * i}, {3, 3.6 + 0.1 * i}, {3.4, 4.3}, {partEnd, 4.75}});
@@ -311,7 +337,7 @@ void addLayers(Show& show) {
                                  {0.3, 0.8},
                                  {0.9, state.spilled},
                                  {2, state.spilled},
-                                 {2.03, state.spilled + 0.15},
+                                 {2.03, state.spilled + 0.25},
                                  {partEnd, state.spilled}});
     addShot(show, state.name, barOf(state.cue), 1, state.shot, open,
             {particles(160), smokeAlongTitle(line(arriving)), draw(veils)});
@@ -340,18 +366,24 @@ void addBackwards(Show& show) {
   Veils veils;
   for (int i = 0; i < spill; ++i) {
     const double gone = 4.3 - 0.2 * i;  // before the lid comes down on them
-    veils.opacity[i] = line({{0, 1}, {3.6, 0.9}, {gone, 0}, {partEnd, 0}});
+    veils.opacity[i] = line({{0, 0.6}, {2, 0.5}, {3.6, 0.8}, {gone, 0}, {partEnd, 0}});
     veils.seconds[i] = line({{0, 4.4 - 0.2 * i}, {0.5, 3}, {2.2, 1.2}, {gone, 0}, {partEnd, 0}});
   }
   veils.opacity[spill] =
       line({{0, 1}, {0.5, 0.7}, {2.2, 0.4}, {4, 0.1}, {4.03, 0.5}, {5.6, 0.2}, {6.2, 0.8}, {6.4, 0}});
+  // The last letter goes first.
+  const auto sinks = [](double beat) {
+    return line(
+        {{0, letterFront}, {beat, letterFront + 0.04}, {beat + 0.4, 0.34}, {beat + 1.3, 0}, {partEnd, 0}});
+  };
   addShot(show, "into the box", start, length, above,
           {.lock = line({{0, 0.8}, {4, 0.8}, {4.3, 0.55}, {5, 0.55}, {5.3, 0.3}, {6, 0.3}, {6.3, 0}}),
            .lid = line(
                {{0, 0.96}, {1, 0.9}, {2.2, 0.86}, {4.5, 0.5}, {6.2, 0.04}, {6.4, 0}, {6.5, 0.02}, {6.6, 0}}),
            .light = line({{0, 0.999}, {3, 0.6}, {6.2, 0.06}, {6.4, 0}}),
            .beam = line({{0, 0.4}, {2.2, 0.5}, {4, 0.95}, {5.2, 0.7}, {6.2, 0}}),
-           .seam = line({{0, 0}, {4.8, 0}, {5.4, 0.6}, {6.2, 0.999}, {6.4, 0}})},
+           .seam = line({{0, 0}, {4.8, 0}, {5.4, 0.6}, {6.2, 0.999}, {6.4, 0}}),
+           .letters = {sinks(2.2), sinks(1.6), sinks(1)}},
           {draw(veils)});
   show.part("smoke returns", start, length, smoke,
             {screen::draw(Waves{.texture = "smoke_acid",
@@ -384,6 +416,12 @@ void addLidCloses(Show& show, double from, double shut, double until) {
     return line(
         {{0, open}, {0.4 * beats, 0.8 * open}, {beats, 0}, {beats + 0.12, 0.02 * open}, {beats + 0.25, 0}});
   };
+  const auto sinks = [&](double start) {
+    return line({{0, letterFront},
+                 {start * beats, letterFront},
+                 {(start + 0.2) * beats, 0.34},
+                 {(start + 0.52) * beats, 0}});
+  };
   Veils sinking;
   for (const auto& [layer, level] : {std::pair{0, 1.0}, {1, 1.0}, {2, 0.8}, {spill, 0.6}})
     sinking.opacity[layer] = line({{0, level}, {0.75 * beats, level}, {0.9 * beats, 0}});
@@ -393,7 +431,8 @@ void addLidCloses(Show& show, double from, double shut, double until) {
            .lid = falling(0.96),
            .light = falling(0.999),
            .beam = falling(0.6),
-           .seam = line({{0, 0}, {0.7 * beats, 0}, {beats - 0.1, 0.999}, {beats + 0.1, 0}})},
+           .seam = line({{0, 0}, {0.7 * beats, 0}, {beats - 0.1, 0.999}, {beats + 0.1, 0}}),
+           .letters = {sinks(0.3), sinks(0.22), sinks(0.14)}},
           {draw(sinking)});
 }
 
