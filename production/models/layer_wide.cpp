@@ -140,7 +140,7 @@ Surface thread(const std::vector<Vector>& path, const Vector& eye,
 // it. Less towards the sides of so wide a view, which draws them out.
 std::function<float(float)> broadPen(const std::vector<Vector>& path) {
   return [&path](float t) {
-    constexpr float hair = 3, full = 10.5f;
+    constexpr float hair = 4.2f, full = 13;
     const auto last = static_cast<int>(path.size()) - 1,
                i = static_cast<int>(std::lround(t * static_cast<float>(last)));
     const auto gaze = [&](int k) {

@@ -26,24 +26,31 @@ constexpr View views[] = {{"far motif", 1.5, 0.16, 0.14, 1.3, 0.1, 0.76, 0, 0, 0
 // Nearer with each note; on it the cloud flares, and a light runs through the town.
 void addView(Show& show, const View& view) {
   const double start = barOf(view.cue), bars = 0.5;
-  const Place sky = covering(slide(view.sky, view.sky * 1.04), view.skyX, view.skyY);
+  const Place sky = covering(slide(view.sky, view.sky * 1.02), view.skyX, view.skyY);
   show.add("night", start, bars, backdrop, Bitmap{.texture = "sky_bone", .at = sky},
            glow("sky_bone", sky, line({{0, 1}, {0.15, 0.4}, {0.25, 0.9}, {1, 0.3}, {partEnd, 0.1}})));
-  const Curve width = slide(view.town, view.town * 1.08);
+  // Light lies behind the roofs; the borders are night.
+  show.add("light behind the roofs", start, bars, far - 1,
+           glow("haze_bone", centred(slide(view.skyX - 0.2, view.skyX + 0.2), view.foot - 0.2, 0.9, 3),
+                line({{0, 0.9}, {0.3, 0.5}, {partEnd, 0.4}})));
+  show.add("night about it", start, bars, front + 1,
+           Bitmap{.texture = "vignette", .at = covering(1), .alpha = 0.75, .blend = Blend::darken});
+  const Curve width = slide(view.town, view.town * 1.16);
   const auto town = [&](double left) {
     return Bitmap{.texture = "spires_bone",
                   .at = {width * left + view.seam, width * -0.43 + view.foot, width, width * 0.43}};
   };
   show.add("town", start, bars, far, town(-1), town(0));
   if (view.brambles > 0)
-    show.add("brambles", start, bars, front,
-             Bitmap{.texture = "thorn_bone",
-                    .at = {view.brambleX - view.brambles / 2, slide(view.brambleTop + 0.08, view.brambleTop),
-                           view.brambles, view.brambles * 0.35}});
+    show.add(
+        "brambles", start, bars, front,
+        Bitmap{.texture = "thorn_bone",
+               .at = {slide(view.brambleX - view.brambles * 0.5, view.brambleX - view.brambles * 0.56),
+                      slide(view.brambleTop + 0.08, view.brambleTop), view.brambles, view.brambles * 0.35}});
   show.add("streak", start, bars, title - 1,
            glow("streak_bone", {slide(view.skyX - 1.7, view.skyX - 1.3), view.skyY + 0.06, 3, 0.3},
                 flashes({0}, 0.9)));
-  show.add("dark behind presents", start, bars, title - 2, shadow(centred(view.wordX, -0.47, 0.4, 6)));
+  show.add("dark behind presents", start, bars, title - 2, shadow(centred(view.wordX, -0.47, 0.5, 5), 0.6));
   show.add("presents", start, bars, title,
            Bitmap{.texture = "presents1",
                   .at = centred(view.wordX, -0.47, slide(0.5, 0.52), 4),
@@ -57,13 +64,17 @@ void addNight(Show& show, double motif) {
               brambles = spline({{0, 2.3}, {partEnd, 2.8}});
   const Place sky = covering(spline({{0, 1.02}, {partEnd, 1.25}}));
   show.add("night", 0, motif, backdrop,
-           Bitmap{.texture = "sky_bone", .at = sky, .alpha = line({{0, 0.3}, {8, 1}, {partEnd, 1}})});
+           Bitmap{.texture = "sky_bone", .at = sky, .alpha = line({{0, 0.55}, {8, 1}, {partEnd, 1}})});
   // The sky answers each beat of the heart.
   show.add("beating sky", 0, motif, backdrop + 1,
            glow("sky_bone", sky, flashes({0, 2, 2.6, 6, 6.6, 8, 10, 10.6, 12, 14, 14.6}, 0.9)));
   show.add("far lightning", 1, 1, far - 1,
            glow("haze_bone", centred(-0.3, 0.25, 1.7, 2.4),
                 line({{0, 0.9}, {0.2, 0.35}, {0.35, 0.7}, {1.6, 0}, {partEnd, 0}})));
+  // It is there before anything else: a light that dies behind the first letters.
+  show.add("first lightning", 0, 0.5, far - 1,
+           glow("haze_bone", centred(slide(-0.5, -0.1), 0.05, 2.1, 1.9),
+                line({{0, 0.9}, {0.1, 0.5}, {0.18, 0.9}, {1.5, 0.15}, {partEnd, 0}})));
   show.add(
       "far town", 0, motif, far,
       Bitmap{.texture = "spires_bone", .at = {spires * -0.5, spires * -0.43 + 1, spires, spires * 0.43}});
@@ -86,7 +97,7 @@ void addFilaments(Show& show, double motif) {
               {screen::draw(Filaments{.alpha = alpha, .across = 0.12, .up = 0.04, .depth = 0.09})}, start,
               speed);
   };
-  filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0.45}, {2, 0.75}, {6, 0.9}, {partEnd, 1}}));
+  filaments("filaments meet", 0, 2, -cueSeconds(2), 1, line({{0, 0.8}, {2, 0.9}, {6, 0.95}, {partEnd, 1}}));
   filaments("filaments are the name", 2, 0.75, 0, 0, line({{0, 1}, {1, 1}, {2.2, 0}, {partEnd, 0}}));
   filaments("filaments fly on", 2.75, motif - 2.75, 34, 1, line({{0, 0}, {1, 0.5}, {partEnd, 0.5}}));
 }

@@ -123,13 +123,35 @@ Tower towerAt(int i, int row) {
 }
 constexpr int firstTower = -1, endTower = 14;
 
+// Gables, one behind the other, some with a chimney.
+float roofs(float x, int row) {
+  float top = 0;
+  for (const float wide : {0.083f, 0.127f}) {
+    const float place = x / wide;
+    const int house = static_cast<int>(std::floor(place)), kind = row * 10 + static_cast<int>(wide * 1000);
+    const float across = std::fabs(place - static_cast<float>(house) - 0.5f) * 2;  // 0 under the ridge
+    const float eaves = 0.07f + 0.1f * hashUnit(house, kind, 214),
+                steep = 0.05f + 0.06f * hashUnit(house, kind, 215);
+    top = std::max(top, eaves + steep * (1 - across));
+    if (hashUnit(house, kind, 216) > 0.6f && std::fabs(across - 0.6f) < 0.07f)
+      top = std::max(top, eaves + steep * 0.4f + 0.05f);
+  }
+  return top;
+}
+
 float skyline(float x, int row) {
-  float top = 0.12f + 0.05f * valueNoise(x * 3, static_cast<float>(row), 0, 210);
+  float top = 0.08f + 0.05f * valueNoise(x * 3, static_cast<float>(row), 0, 210);
+  top = std::max(top, roofs(x, row));
   for (int i = firstTower; i < endTower; ++i) {
     const auto [centre, half, height] = towerAt(i, row);
     const float size = hashUnit(i, row, 211), away = std::fabs(x - centre);
     if (away < half) top = std::max(top, height + 0.02f * static_cast<float>(away > half * 0.55f));
-    if (away < half * 0.8f) top = std::max(top, height + (0.24f + 0.2f * size) * (1 - away / (half * 0.8f)));
+    // Steps lean against it, and leaves of stone climb its spire.
+    if (away < half * 1.7f) top = std::max(top, height * (away < half * 1.35f ? 0.72f : 0.45f));
+    if (away < half * 0.8f) {
+      const float climb = (1 - away / (half * 0.8f)) * 9, leaf = climb - std::floor(climb);
+      top = std::max(top, height + (0.24f + 0.2f * size) * (std::floor(climb) + std::pow(leaf, 0.45f)) / 9);
+    }
     if (std::fabs(away - half) < 0.008f)
       top = std::max(top, height + 0.07f * (1 - std::fabs(away - half) / 0.008f));
     if (away < 0.0018f) top = std::max(top, height + 0.3f + 0.2f * size);
@@ -151,6 +173,22 @@ float windowLight(float x, float height, int row) {
     return coverage(box(dx, dy, 0.0032f, 0.012f), 0.003f);
   }
   return 0;
+}
+
+// What little light falls on the sides of a tower: one of three faces, dark lancets, ledges.
+float masonry(float x, float height, int row) {
+  for (int i = firstTower; i < endTower; ++i) {
+    const Tower tower = towerAt(i, row);
+    const float across = (x - tower.centre) / tower.half;
+    if (std::fabs(across) > 1) continue;
+    const float face = across < -0.38f ? 0.35f : across < 0.38f ? 0.6f : 1.0f;
+    if (height > 0.8f * tower.height) return across < 0 ? 0.4f : 0.9f;  // the spire
+    const float storey = height / 0.105f, up = storey - std::floor(storey);
+    const float ledge = up < 0.09f ? 1.7f : 1.0f;
+    const float bay = std::fabs(std::fabs(across) - 0.68f) < 0.1f || std::fabs(across) < 0.13f ? 1.0f : 0.0f;
+    return face * ledge * (1 - 0.85f * bay * smoothStep(0.2f, 0.3f, up) * smoothStep(0.85f, 0.75f, up));
+  }
+  return 0.3f;
 }
 
 // Paler with distance; the light behind creeps around the near ones' edges. Sinks into haze at the foot.
@@ -176,9 +214,11 @@ Canvas spires(const Settings& settings, const Hue& hue) {
       if (height > std::min(topOf(near ? nearTops : farTops, step), topOf(near ? nearTops : farTops, -step)))
         rim = 1 - 0.065f * static_cast<float>(step);
     const float burns = rim * smoothStep(0.08f, 0.4f, height);
-    Colour4 colour = near ? ink + gradient(hue.ramp, 0.02f + 0.72f * burns) +
-                                gradient(hue.ramp, 0.85f) * windowLight(u * 4, height, nearRow)
-                          : ink + gradient(hue.ramp, 0.15f + 0.34f * burns);
+    Colour4 colour =
+        near ? ink +
+                   gradient(hue.ramp, 0.02f + 0.1f * masonry(u * 4, height / 0.8f, nearRow) + 0.46f * burns) +
+                   gradient(hue.ramp, 0.85f) * windowLight(u * 4, height, nearRow)
+             : ink + gradient(hue.ramp, 0.15f + 0.22f * burns);
     colour = colour + gradient(hue.ramp, 0.16f * smoothStep(0.3f, 0.0f, height));
     colour.a = (near || far ? 1.0f : 0.0f) * smoothStep(0.0f, 0.05f, height) * smoothStep(0.0f, 0.03f, v);
     return colour;
