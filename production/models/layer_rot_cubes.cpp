@@ -32,7 +32,7 @@ struct Frame {
   float thick;  // of the bars
   float block;  // side of the blocks
 };
-constexpr Frame outer{150, 17, 32}, inner{100, 11, 21};
+constexpr Frame outer{150, 23, 42}, inner{98, 14, 26};
 
 Outline quarterTurned(Outline outline, int quarters) {
   for (PlanePoint& p : outline)

@@ -72,9 +72,9 @@ const Vector mouth(0, 106.5f, 65);
 float headDistance(const Vector& p) {
   const Vector q = folded(p);
   float d = ellipsoid(q, Vector(0, 117, 49), Vector(11.5f, 10, 18));
-  d = smoothJoin(d, taper(q, Vector(2, 122, 44), Vector(2, 140, -6), 8, 1.2f), 6);   // crest
-  d = smoothJoin(d, taper(q, Vector(8, 121, 42), Vector(15, 131, 14), 4, 0.9f), 4);  // its side horns
-  d = smoothJoin(d, ellipsoid(q, Vector(0, 109, 58), Vector(7.5f, 6.5f, 9.5f)), 4);  // muzzle
+  d = smoothJoin(d, taper(q, Vector(2, 122, 44), Vector(2, 138, -6), 8, 3.2f), 6);      // crest
+  d = smoothJoin(d, taper(q, Vector(8, 121, 42), Vector(15, 130, 14), 4.4f, 2.8f), 4);  // its side horns
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 109, 58), Vector(7.5f, 6.5f, 9.5f)), 4);     // muzzle
   d = smoothCut(d, ellipsoid(q, mouth, Vector(5.2f, 2.1f, 8)), 1.5f);
   d = smoothJoin(d, taper(q, Vector(0, 122, 62), Vector(9, 124, 52), 2.2f, 2.0f), 2.5f);  // brow
   for (const Eye& eye : eyes)
@@ -82,7 +82,7 @@ float headDistance(const Vector& p) {
   const float gills = std::sin((q.z - 0.5f * q.y) * 1.5f);
   d -= 0.55f * gills * std::fabs(gills) * smoothStep(116, 111, q.y) * smoothStep(62, 52, q.z);
   const float ridge = std::sin(q.y * 0.9f + q.z * 0.25f);
-  return d - 0.5f * ridge * ridge * smoothStep(40, 25, q.z);
+  return d - 0.35f * ridge * ridge * smoothStep(40, 25, q.z);
 }
 
 // One breath in and out, sharp in and slow out, `phase` of a loop later.
@@ -168,7 +168,7 @@ Vector carriedByTrunk(const Vector& point, float seconds) {
 
 std::vector<Piece> bodyPieces(Fineness fineness) {
   Piece trunk{.name = "trunk",
-              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 4.5f, fineness),
+              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 4.6f, fineness),
               .pivot = trunkPivot};
   trunk.motion.positions = positionKeys(loopSeconds, 6, [](float t) { return trunkPlacement(t).origin; });
   trunk.motion.turns = turnKeys(loopSeconds, 6, trunkPlacement);

@@ -116,22 +116,22 @@ void addBreak(Show& show) {
     double beat;
     Camera camera;
     double start;
-  } ticks[] = {{0, caged, 8}, {2, idol, 14}, {2.5, face, 9.6}, {3, face, 13}, {3.5, gaze, 9}, {4, gaze, 9}};
+  } ticks[] = {{0, caged, 8}, {2, idol, 14},         {2.5, face, 9.6},
+               {3, face, 13}, {3.5, hushedEyes, 10}, {4, hushedEyes, 10}};
   for (int i = 0; i < 5; ++i)
     addShot(show, "nearer", start + ticks[i].beat / 4, (ticks[i + 1].beat - ticks[i].beat) / 4,
             ticks[i].camera, ticks[i].start, 0.3);
-  show.add(
-      "dark", start, over - start, backdrop,
-      Fade{.alpha = line({{0, 1},      {0.99, 1},    {1, 0.25},    {1.2, 0.25},  {1.35, 0.99}, {1.99, 0.99},
-                          {2, 0.2},    {2.2, 0.2},   {2.35, 0.99}, {2.49, 0.99}, {2.5, 0.15},  {2.7, 0.15},
-                          {2.8, 0.98}, {2.99, 0.98}, {3, 0.1},     {3.2, 0.1},   {3.3, 0.97},  {3.49, 0.97},
-                          {3.5, 0.2},  {3.7, 0.2},   {3.8, 0.95}})});
+  show.add("dark", start, over - start, backdrop,
+           Fade{.alpha = line({{0, 0.97},   {0.99, 0.9}, {1, 0.2},    {1.2, 0.2},  {1.45, 0.9}, {1.99, 0.94},
+                               {2, 0.1},    {2.3, 0.1},  {2.4, 0.88}, {2.49, 0.9}, {2.5, 0.08}, {2.8, 0.1},
+                               {2.9, 0.86}, {2.99, 0.9}, {3, 0.05},   {3.3, 0.1},  {3.4, 0.84}, {3.49, 0.9},
+                               {3.5, 0},    {3.75, 0.1}, {3.9, 0.9}})});
   for (const double side : {-1.0, 1.0})
     show.add("eyes in the dark", start, 0.5, backdrop + 1,
              glow("light5", centred(0.03 * side, -0.02, 0.4),
-                  line({{0, 0}, {0.3, 0}, {0.5, 1}, {0.7, 1}, {0.75, 0}, {0.85, 0}, {0.9, 1}, {2, 1}})));
+                  line({{0, 0}, {0.1, 1}, {0.5, 1}, {0.7, 1}, {0.75, 0}, {0.85, 0}, {0.9, 1}, {2, 1}})));
   addCubes(show, "cubes", start, 0.5, {0, 0},
-           {.alpha = flashes({0.5, 1, 1.5}, 1, 0.6), .field = zoom(142, 116, 2)}, 4, 1.5);
+           {.alpha = flashes({0.5, 1, 1.5}, 1, 0.6), .field = zoom(122, 96, 2)}, 4, 1.5);
   addShot(show, "from above", over, next - over, overhead, struckFrom);
   addPad(show, over + 0.25, next - over - 0.25, 0.5, 0.52, 1.5, 0.8);
   show.add("vexation", over + 0.25, next - over - 0.25, title,
