@@ -169,7 +169,7 @@ void addRoom(Show& show) {
             3.4);
   addGlow(show, into, "light3", lab::windowMiddle, 260, flashes({1.02, 2.04}, 0.6, 0.45), 1.2);
   addShot(show, against, {.turn = slide(0.12, 0.16)});
-  addLamp(show, against, {0, 2}, 1, 1.5);
+  addLamp(show, against, {0, 2}, 0.9, 0.8);
   addGlow(show, against, "light3", mix(lab::lampPlace, lab::lampTarget, 0.3f), 250,
           flashes({0, 2}, 0.8, 0.5));
 }
@@ -368,11 +368,12 @@ void addDoor(Show& show) {
   state.glass = 0, state.turn = 0.985, state.lids = 0.5, state.heart = flashes({0, 2, 4, 6}, 0.999);
   state.open = line({{0, 0}, {1, 0.12}, {2, 0.3}, {3, 0.75}, {4, 0.86}, {partEnd, 0.95}});
   addShot(show, shot, state);
-  // The opening begins as a slit at the right post.
+  // The middle of the opening, which begins as a slit at the right post.
   const Sight opening =
       onScreen(lab::cameras()[shot.camera], shot.start(), shot.speed(), shot.beats(), [&](float t) {
-        const double open = (static_cast<double>(t) - shot.start()) / (shot.bars * secondsPerBar);
-        return Vector(static_cast<float>(212 - 56 * std::min(open * 1.6, 1.0)), -70, -326);
+        const auto beat =
+            static_cast<float>((static_cast<double>(t) - shot.start()) / shot.speed() / secondsPerBeat);
+        return Vector(212 - 54 * smoothStep(0.4f, 3.4f, beat), -70, -326);
       });
   addGlow(show, shot, "rays_teal", opening, 600, line({{0, 0}, {1, 0.3}, {4, 0.5}, {partEnd, 0.3}}));
   addGlow(show, shot, "haze_teal", opening, 620, line({{0, 0}, {1, 0.35}, {4, 0.8}, {partEnd, 1}}), 0.5);
@@ -380,16 +381,28 @@ void addDoor(Show& show) {
   show.add(
       "white", barOf("white"), interludeTwoBar - barOf("white"), vignette + 1,
       Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.5, 0}, {3.2, 1}, {partEnd, 1}})});
-  // On the threshold, where he comes to stand as he does before the covered sun.
-  const Sight feet = sightOf(shot, lab::thresholdPlace);
-  const Curve comes = line({{0, 0}, {3, 0}, {3.6, 1}, {partEnd, 1}});
+  // Somebody steps out of the light, black from the first, a stride each half beat, and comes to stand on the
+  // threshold as he does before the covered sun.
+  const Sight feet =
+      onScreen(lab::cameras()[shot.camera], shot.start(), shot.speed(), shot.beats(), [&](float t) {
+        const auto half =
+            static_cast<float>((static_cast<double>(t) - shot.start()) / shot.speed() / secondsPerBeat * 2);
+        const float stride = std::floor(half) + smoothStep(0, 0.7f, half - std::floor(half));
+        return mix(lab::thresholdPlace + Vector(150, 0, -190), lab::thresholdPlace,
+                   clamp01((stride - 5) / 4));
+      });
+  constexpr double appears = 2.5;  // beats; the door stands wide enough
+  const Curve there = line({{0, 0}, {appears - 0.01, 0}, {appears + 0.04, 1}, {partEnd, 1}});
   constexpr double tall = 190;
-  show.add("shadow in the door", shot.from(), shot.bars, haze + 1,
-           shadow(centred(feet.x, feet.y + feet.unit * 6, feet.unit * 44, 3), comes));
+  const Shot stands{"stands there", shot.bar + 1, 1, door};
+  const Sight threshold = sightOf(stands, lab::thresholdPlace);
+  show.add(
+      "shadow in the door", stands.from(), stands.bars, haze + 1,
+      shadow(centred(threshold.x, threshold.y + threshold.unit * 6, threshold.unit * 44, 3), fade(0.5, 0)));
   show.add("somebody in the door", shot.from(), shot.bars, vignette + 2,
            Bitmap{.texture = "figure_ember",
                   .at = centred(feet.x, feet.y + feet.unit * (-0.5 * tall), feet.unit * tall, 0.5),
-                  .alpha = comes});
+                  .alpha = there});
 }
 
 }  // namespace
