@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "authoring/whole_check.h"
 #include "base/report.h"
 
 namespace vex {
@@ -15,11 +16,6 @@ constexpr std::size_t maxProjectSize = 64 * mebibyte;
 constexpr std::size_t maxTextSize = 4 * maxProjectSize;  // room for every dump
 
 }  // namespace
-
-bool isProjectFile(const std::string& bytes) {
-  const std::size_t first = bytes.find_first_not_of('\r');
-  return first != std::string::npos && bytes[first] >= '0' && bytes[first] <= '9';
-}
 
 std::string readProjectFile(const std::string& name) {
   std::FILE* file = std::fopen(name.c_str(), "rb");

@@ -4,9 +4,6 @@
 
 namespace vex {
 
-// No statement of the text form begins with a digit, the version of a project file does.
-bool isProjectFile(const std::string& bytes);
-
 // A project in either form. Works for pipes too, so that a dump can be edited on its way. Fatal: what cannot
 // be read, more than 64 MiB of a project file or 256 of a text.
 std::string readProjectFile(const std::string& name);

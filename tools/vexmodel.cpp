@@ -201,6 +201,10 @@ Request parse(const vex::CommandLine& line) {
   if (words.size() < 2 || words.size() > (exchange ? 3 : 2)) line.refuse();
   request.file = words[1];
   if (words.size() > 2) request.out = words[2];
+  if (!import && vex::canBeImported(request.file)) {
+    vex::fatalError("%s is a file of another tool: vexmodel import makes a model of it",
+                    request.file.c_str());
+  }
   if (view && request.out.empty()) line.refuse("view lacks --out FILE.png");
   if (turntable && !vex::isVideoName(request.out)) line.refuse("turntable lacks --out FILE.mp4 (or .mkv)");
   if (check && request.scene.empty()) line.refuse("check lacks --scene NAME");

@@ -1,17 +1,17 @@
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <optional>
+#include <span>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
-#include "authoring/project_check.h"
-#include "authoring/project_lexer.h"
+#include "authoring/nearest_name.h"
 #include "authoring/project_text.h"
+#include "authoring/whole_check.h"
 #include "base/files.h"
 #include "base/report.h"
 #include "platform/end_request.h"
@@ -35,6 +35,8 @@ constexpr const char* usage =
     "                                               or in vex.pak\n"
     "       vexproject beats MUSIC                  find tempo and first beat of music, as a line for the "
     "text\n"
+    "       vexproject scenes [NAME]                print what scenes need: models with their objects, "
+    "textures\n"
     "       vexproject functions                    print docs/functions.md: what a part can call\n"
     "       vexproject --help                       show this text\n"
     "       vexproject --version                    show version, libraries and licences\n"
@@ -77,78 +79,24 @@ void loadAsThePlayer(const std::string& bytes, const char* name) {
 
 void dump(const char* name) {
   const std::string bytes = vex::readProjectFile(name);
+  if (vex::readProjectText(bytes, vex::KeptPlaces::none).problems.empty())
+    vex::fatalError("%s is the text of a project, not its file: vexproject compile makes that", name);
   loadAsThePlayer(bytes, name);
   printOut(vex::writeProjectText(vex::decodeProject(bytes, name).project));
 }
 
-// A project in either form, and what is wrong with it by itself.
-struct Checked {
-  vex::Project project;
-  std::vector<vex::Finding> findings;
-  bool readable = true;
-};
-
-Checked readProject(const char* name) {
-  const std::string bytes = vex::readProjectFile(name);
-  Checked checked;
-  if (vex::isProjectFile(bytes)) {
-    vex::DecodedProject decoded = vex::decodeProject(bytes, name);
-    checked.readable = decoded.failure.empty();
-    std::replace(decoded.failure.begin(), decoded.failure.end(), '\n', ' ');
-    if (!checked.readable) checked.findings.push_back({.text = decoded.failure, .hint = ""});
-    checked.project = std::move(decoded.project);
-    if (checked.readable) checked.findings = vex::checkRules(checked.project);
-  } else {
-    vex::ReadProjectText read = vex::readProjectText(bytes);
-    for (vex::TextProblem& problem : read.problems) {
-      checked.findings.push_back({.line = problem.line, .text = std::move(problem.text), .hint = ""});
-    }
-    checked.project = std::move(read.project);
-  }
-  return checked;
-}
-
-void print(const char* file, const vex::Project& project, const vex::Finding& finding) {
-  std::string place = file;
-  if (finding.line > 0) {
-    place += ":" + std::to_string(finding.line);
-  } else if (finding.part >= 0) {
-    const std::string& name = project.parts[static_cast<std::size_t>(finding.part)].name;
-    place += ": part " + vex::quoteText(name) + " (" + std::to_string(finding.part + 1) + ")";
-  }
-  std::fprintf(stderr, "vexproject: %s: %s%s%s%s\n", place.c_str(), finding.remark ? "remark: " : "",
-               finding.text.c_str(), finding.hint.empty() ? "" : "; hint: ", finding.hint.c_str());
-}
-
 // The exit code.
 int check(const char* name, const char* runFolder) {
-  Checked checked = readProject(name);
-  // Holes where something could not be read would look like problems of the whole show.
-  const bool whole = checked.findings.empty();
+  const std::string bytes = vex::readProjectFile(name);
   if (runFolder) {
     if (chdir(runFolder) != 0) vex::fatalError("can't go to folder %s: %s", runFolder, std::strerror(errno));
     vex::pakOpen("vex.pak");
   }
-  const auto add = [&checked, whole](std::vector<vex::Finding> more) {
-    for (vex::Finding& finding : more) {
-      if (whole || finding.line > 0 || finding.part >= 0) checked.findings.push_back(std::move(finding));
-    }
-  };
-  if (checked.readable) {
-    const auto tables = vex::sceneEntries();
-    add(vex::checkTimeLine(checked.project, tables));
-    if (runFolder) add(vex::checkData(checked.project, tables));
-    const auto hasMask = [runFolder](const std::string& texture) {
-      return runFolder && vex::textureHasMask(texture);
-    };
-    if (whole) add(vex::checkGround(checked.project, tables, hasMask));
-  }
-  std::stable_sort(checked.findings.begin(), checked.findings.end(), [](const auto& a, const auto& b) {
-    return std::pair(a.line, a.part) < std::pair(b.line, b.part);
-  });
+  const vex::CheckedProject checked =
+      vex::checkWhole(bytes, name, runFolder ? vex::CheckedData::ofWorkingFolder : vex::CheckedData::none);
   bool problems = false;
   for (const vex::Finding& finding : checked.findings) {
-    print(name, checked.project, finding);
+    std::fprintf(stderr, "vexproject: %s\n", vex::findingText(name, checked.project, finding).c_str());
     problems = problems || !finding.remark;
   }
   if (problems) return 255;
@@ -171,6 +119,17 @@ void beats(const char* name) {
                           found->marked, found->count, found->perMinute, found->first));
 }
 
+// Of one scene, or of all where no name is given.
+void printScenes(const std::string& name) {
+  const auto tables = vex::sceneEntries();
+  if (name.empty()) return printOut(vex::needsAsMarkdown(tables));
+  const vex::SceneEntry* entry = vex::findSceneEntry(tables, name);
+  if (entry) return printOut(vex::needsAsMarkdown(std::span(entry, 1)));
+  std::vector<std::string_view> names;
+  for (const vex::SceneEntry& known : tables) names.push_back(known.name);
+  vex::fatalError("unknown scene %s; %s", name.c_str(), vex::nearestNameHint(name, names).c_str());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -190,6 +149,8 @@ int main(int argc, char** argv) {
     return check(words[1].c_str(), folder ? folder->c_str() : nullptr);
   } else if (command == "beats" && words.size() == 2) {
     beats(words[1].c_str());
+  } else if (command == "scenes" && words.size() <= 2) {
+    printScenes(words.size() == 2 ? words[1] : "");
   } else if (command == "functions" && words.size() == 1) {
     printOut(vex::functionsAsMarkdown(vex::sceneEntries()));
   } else {

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -21,6 +20,7 @@
 #include "base/random.h"
 #include "base/report.h"
 #include "engine/drawing.h"
+#include "engine/glow_textures.h"
 #include "engine/scene_state.h"
 #include "models/model_load.h"
 #include "scenes/scene_tables.h"
@@ -55,11 +55,7 @@ class Undrawn {
 
 // The glows take consecutive texture ids.
 void loadGlows() {
-  for (int i = 1; i <= 7; ++i) {
-    char name[textureNameSize];
-    std::snprintf(name, sizeof name, "data\\Light%d", i);
-    loadTexture(name, false);
-  }
+  for (int i = 1; i <= glowCount; ++i) loadTexture(glowTexture(i).data(), false);
 }
 
 // Frame rate over the last 20 frame intervals, worked out anew every 21 frames.

@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -8,114 +6,22 @@
 #include <utility>
 
 #include "authoring/known_call.h"
+#include "authoring/picture_check.h"
 #include "authoring/project_check.h"
 #include "authoring/project_lexer.h"
 #include "base/files.h"
-#include "base/pak_directory.h"
 #include "base/report.h"
-#include "platform/jpeg_decoder.h"
-#include "platform/little_endian.h"
 #include "platform/sound_file.h"
 #include "scenes/ball_file.h"
-#include "textures/bmp.h"
-#include "textures/image.h"
 #include "textures/jpeg_texture.h"
 
 namespace vex {
 
 namespace {
 
-constexpr double tailSeconds = 0.5;        // of music behind the end of the show
-constexpr int mostFrames = 10000;          // of a movie
-constexpr int mostMovieFiles = 100'000;    // looked for in all
-constexpr std::size_t headSize = 1 << 18;  // of a picture file; more than what comes before a JPEG's size
-
-std::vector<std::uint8_t> readHead(const std::string& name) {
-  const OpenFile file(fileOpen(name.c_str(), "rb"));
-  return file.found() ? fileReadRest(file, headSize) : std::vector<std::uint8_t>{};
-}
-
-struct PictureSize {
-  int width, height;
-  bool operator==(const PictureSize&) const = default;
-};
-
-std::optional<PictureSize> jpegSize(const std::vector<std::uint8_t>& head) {
-  const JpegDecoder decoder = openJpegDecoder();
-  JpegParameters parameters;
-  if (!decoder || !readJpegParameters(decoder, std::as_bytes(std::span(head)), parameters))
-    return std::nullopt;
-  return PictureSize{parameters.width, parameters.height};
-}
-
-std::optional<PictureSize> bmpSize(const std::vector<std::uint8_t>& head) {
-  if (head.size() < 54) return std::nullopt;
-  const auto side = [&](std::size_t offset) {
-    return static_cast<std::int32_t>(littleEndian(std::span(head).subspan(offset, 4)));
-  };
-  return PictureSize{side(18), side(22)};
-}
-
-std::optional<PictureSize> sizeOf(const std::string& file) {
-  const std::vector<std::uint8_t> head = readHead(file);
-  return file.ends_with(".jpg") ? jpegSize(head) : bmpSize(head);
-}
-
-// Extension of the file that the texture cache would read; null where there is none.
-const char* extensionOf(const std::string& texture) {
-  for (const char* extension : {".jpg", ".bmp"}) {
-    if (fileExists(texture + extension)) return extension;
-  }
-  return nullptr;
-}
-
-std::string text(PictureSize size) {
-  return std::to_string(size.width) + "x" + std::to_string(size.height);
-}
-
-bool isPowerOfTwo(int side) {
-  return side >= 0 && (side == 0 || std::has_single_bit(static_cast<unsigned>(side)));
-}
-
-// Why the player would refuse the file; empty when it would not.
-template <typename Read>
-std::string refusal(Read read) {
-  const FatalErrorsThrown thrown;
-  try {
-    read();
-  } catch (const FatalError& error) {
-    std::string text = error.what();
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    return text;
-  }
-  return "";
-}
-
-// Larger ones are only remarked on.
-std::string pixelProblem(const std::string& file, PictureSize size) {
-  if (std::max(size.width, size.height) > portableImageSide) return "";
-  return refusal([&file] {
-    return file.ends_with(".jpg") ? readJpegTexture(file.c_str()) : readBmpTexture(file.c_str());
-  });
-}
-
-// What is wrong with a texture; empty when nothing is.
-std::string textureProblem(const std::string& texture) {
-  const char* extension = extensionOf(texture);
-  if (!extension) return "texture " + quoteText(texture) + " is missing, neither .jpg nor .bmp is there";
-  const std::string file = texture + extension;
-  const auto size = sizeOf(file);
-  if (!size) return "texture " + quoteText(file) + " cannot be read";
-  if (!isPowerOfTwo(size->width) || !isPowerOfTwo(size->height)) {
-    return "texture " + quoteText(file) + " is " + text(*size) + ", both sides must be powers of two";
-  }
-  const std::string mask = texture + "_mask" + extension;
-  if (!fileExists(mask)) return pixelProblem(file, *size);
-  const auto maskSize = sizeOf(mask);
-  if (!maskSize) return "mask " + quoteText(mask) + " cannot be read";
-  if (maskSize == size) return pixelProblem(file, *size);
-  return "mask " + quoteText(mask) + " is " + text(*maskSize) + ", its texture " + text(*size);
-}
+constexpr double tailSeconds = 0.5;      // of music behind the end of the show
+constexpr int mostFrames = 10000;        // of a movie
+constexpr int mostMovieFiles = 100'000;  // looked for in all
 
 // Of texts there is nothing to be said.
 std::string contentProblem(const std::string& file) {
@@ -184,37 +90,23 @@ struct DataCheck {
   std::set<std::string> looked;
   int movieFiles = 0;
 
-  void report(const KnownCall& known, const ProjectParameter& parameter, const std::string& problem) {
-    if (!problem.empty()) findings.push_back({parameter.line, known.partIndex, problem, "", false});
+  void report(const KnownCall& known, const ProjectParameter& parameter, const std::string& problem,
+              const std::string& hint = "") {
+    if (!problem.empty()) findings.push_back({parameter.line, known.partIndex, problem, hint, false});
   }
 
-  // A remark where the file exists only loose, because no archive can hold its name.
-  void reportName(const KnownCall& known, const ProjectParameter& parameter, const std::string& file) {
-    if (file.size() < pakNameSize || !fileExists(file)) return;
-    findings.push_back({parameter.line, known.partIndex,
-                        "file name " + quoteText(file) + " has " + std::to_string(file.size()) +
-                            " characters, an archive takes at most " + std::to_string(pakNameSize - 1),
-                        "", true});
-  }
-
-  // A remark where the player's GL may refuse the picture; the checking machine has perhaps none.
-  void reportSides(const KnownCall& known, const ProjectParameter& parameter, const std::string& texture) {
-    const char* extension = extensionOf(texture);
-    const auto size = extension ? sizeOf(texture + extension) : std::nullopt;
-    if (!size || std::max(size->width, size->height) <= portableImageSide) return;
-    findings.push_back({parameter.line, known.partIndex,
-                        "texture " + quoteText(texture + extension) + " is " + text(*size) +
-                            ", not every GL takes sides beyond " + std::to_string(portableImageSide),
-                        "", true});
+  void remark(const KnownCall& known, const ProjectParameter& parameter, const std::string& what) {
+    if (!what.empty()) findings.push_back({parameter.line, known.partIndex, what, "", true});
   }
 
   void checkTexture(const KnownCall& known, const ProjectParameter& parameter) {
     const std::string name = playedText(parameter.string);
     if (!looked.insert("texture " + name).second) return;
-    report(known, parameter, textureProblem(name));
-    reportSides(known, parameter, name);
+    const PictureFault fault = textureFault(name);
+    report(known, parameter, fault.text, fault.hint);
+    remark(known, parameter, sidesRemark(name));
     for (const char* ending : {".jpg", ".bmp", "_mask.jpg", "_mask.bmp"}) {
-      reportName(known, parameter, name + ending);
+      remark(known, parameter, archiveRemark(name + ending));
     }
   }
 
@@ -224,7 +116,7 @@ struct DataCheck {
     const std::string use = name + " " + std::to_string(frames.first) + " " + std::to_string(frames.last);
     if (!looked.insert("movie " + use).second) return;
     report(known, parameter, movieProblem(name, frames, movieFiles));
-    reportName(known, parameter, name + std::to_string(frames.last) + ".jpg");
+    remark(known, parameter, archiveRemark(name + std::to_string(frames.last) + ".jpg"));
   }
 
   void checkFile(const KnownCall& known, const ProjectParameter& parameter) {
@@ -232,7 +124,7 @@ struct DataCheck {
     if (!looked.insert("file " + name).second) return;
     report(known, parameter,
            fileExists(name) ? contentProblem(name) : "file " + quoteText(name) + " is missing");
-    reportName(known, parameter, name);
+    remark(known, parameter, archiveRemark(name));
   }
 
   void checkCall(const KnownCall& known) {
@@ -250,6 +142,7 @@ struct DataCheck {
           break;
         case ArgumentKind::number:
         case ArgumentKind::wholeNumber:
+        case ArgumentKind::cameraNumber:
         case ArgumentKind::frameNumber:
         case ArgumentKind::objectName:
           break;
@@ -262,6 +155,8 @@ void checkMusic(const Project& project, std::vector<Finding>& findings) {
   const std::string name = playedText(project.music);
   if (name.size() < 2) return;
   const auto source = findFile(name.c_str());
+  if (const std::string remark = archiveRemark(name); !remark.empty())
+    findings.push_back({.text = "music: " + remark, .hint = "", .remark = true});
   if (!source) {
     findings.push_back({.text = "music " + quoteText(name) + " is missing", .hint = ""});
     return;
@@ -293,11 +188,6 @@ std::vector<Finding> checkData(const Project& project, std::span<const SceneEntr
   }
   checkMusic(project, check.findings);
   return std::move(check.findings);
-}
-
-bool textureHasMask(const std::string& texture) {
-  const char* extension = extensionOf(texture);
-  return extension && fileExists(texture + "_mask" + extension);
 }
 
 }  // namespace vex

@@ -44,6 +44,23 @@ std::vector<KnownCall> knownCalls(const Project& project, std::span<const SceneE
   return known;
 }
 
+std::optional<std::vector<std::size_t>> orderByNames(const ProjectCall& call,
+                                                     std::span<const SceneEntry> tables) {
+  const SceneEntry* table = findSceneEntry(tables, playedText(call.scene));
+  const FunctionRow* row = table ? findFunction(*table, playedText(call.function)) : nullptr;
+  if (!row || call.parameters.size() != row->parameters.size()) return std::nullopt;
+  std::vector<std::size_t> order;
+  for (const FunctionParameter& parameter : row->parameters) {
+    const auto named = std::find_if(call.parameters.begin(), call.parameters.end(), [&](const auto& given) {
+      return playedText(given.name) == parameter.name;
+    });
+    if (named == call.parameters.end()) return std::nullopt;
+    order.push_back(static_cast<std::size_t>(named - call.parameters.begin()));
+  }
+  if (std::is_sorted(order.begin(), order.end())) return std::nullopt;
+  return order;
+}
+
 bool canBeEvaluated(const ProjectParameter& parameter) {
   Parameter played;
   fillPlayed(played, parameter);
@@ -56,6 +73,7 @@ bool isTextKind(ArgumentKind kind) {
   switch (kind) {
     case ArgumentKind::number:
     case ArgumentKind::wholeNumber:
+    case ArgumentKind::cameraNumber:
     case ArgumentKind::frameNumber:
       return false;
     case ArgumentKind::textureName:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -19,6 +21,11 @@ struct KnownCall {
 
 // In file order.
 std::vector<KnownCall> knownCalls(const Project& project, std::span<const SceneEntry> tables);
+
+// How the parameters of a call are put into the places that their names say: index of the one for each place.
+// Nothing where the names are not those of the function, each once, or stand in their places already.
+std::optional<std::vector<std::size_t>> orderByNames(const ProjectCall& call,
+                                                     std::span<const SceneEntry> tables);
 
 bool isTextKind(ArgumentKind kind);
 

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <compare>
+#include <map>
 #include <optional>
+#include <utility>
 
 #include "authoring/known_call.h"
 #include "authoring/nearest_name.h"
@@ -119,7 +122,8 @@ void checkParameter(Findings& findings, const ProjectCall& call, const ProjectPa
     findings.problem(parameter.line,
                      nameOf(parameter, call) +
                          (text ? " is the text " + quoteText(parameter.string) + ", must be a number"
-                               : ", the " + std::string(wanted.name) + ", is a number, must be a text"));
+                               : ", the " + std::string(wanted.name) + ", is a number, must be a text"),
+                     text ? "numbers stand without quotes" : "texts stand in quotes");
     return;
   }
   if (text) return;
@@ -153,9 +157,11 @@ void checkNames(Findings& findings, const ProjectCall& call, const FunctionRow& 
     if (name == row.parameters[i].name) continue;
     for (const FunctionParameter& other : row.parameters) {
       if (name != other.name) continue;
-      findings.remark(call.parameters[i].line, nameOf(call.parameters[i], call) + " stands where " +
-                                                   quoteText(row.parameters[i].name) +
-                                                   " is taken: values go by their place, not by their name");
+      findings.remark(call.parameters[i].line,
+                      nameOf(call.parameters[i], call) + " stands where " +
+                          quoteText(row.parameters[i].name) +
+                          " is taken: values go by their place where not all names are the function's own",
+                      "name all as vexproject functions does, then they may stand in any order");
     }
   }
 }
@@ -181,6 +187,18 @@ void checkFrameOrder(Findings& findings, const ProjectCall& call, const Function
                                                nameOf(*frames[1], call).c_str(), to, from));
     return;
   }
+}
+
+// "it lacks alpha; " where all that is given has names of the function's own.
+std::string lackingNames(const ProjectCall& call, const FunctionRow& row) {
+  std::vector<std::string> lacking;
+  for (const FunctionParameter& parameter : row.parameters) lacking.emplace_back(parameter.name);
+  for (const ProjectParameter& given : call.parameters) {
+    if (std::erase(lacking, playedText(given.name)) == 0) return "";
+  }
+  std::string text;
+  for (const std::string& name : lacking) text += (text.empty() ? "it lacks " : ", ") + name;
+  return text.empty() ? "" : text + "; ";
 }
 
 void checkCall(Findings& findings, const ProjectCall& call, std::span<const SceneEntry> tables) {
@@ -211,7 +229,7 @@ void checkCall(Findings& findings, const ProjectCall& call, std::span<const Scen
       (names += names.empty() ? "" : ", ") += parameter.name;
     findings.problem(call.line,
                      formatted("%s has %zu parameters, must have %zu", nameOf(call).c_str(), given, wanted),
-                     wanted == 0 ? "it takes none" : "they are " + names);
+                     wanted == 0 ? "it takes none" : lackingNames(call, *row) + "they are " + names);
   }
   for (std::size_t i = 0; i < std::min(given, wanted); ++i) {
     checkParameter(findings, call, call.parameters[i], row->parameters[i]);
@@ -219,6 +237,49 @@ void checkCall(Findings& findings, const ProjectCall& call, std::span<const Scen
   if (given != wanted) return;
   checkFrameOrder(findings, call, *row);
   checkNames(findings, call, *row);
+}
+
+// Where a call stands in the order of all calls.
+struct CallPlaceInTime {
+  float begin;
+  int track;
+  std::size_t part, call;
+  auto operator<=>(const CallPlaceInTime&) const = default;
+};
+
+// Functions that need others to have been called.
+void checkLoaders(Findings& findings, const Project& project, std::span<const SceneEntry> tables) {
+  std::map<std::pair<std::string, std::string>, CallPlaceInTime> first;  // by scene and function
+  struct User {
+    CallPlaceInTime place;
+    const ProjectCall* call;
+    const FunctionRow* row;
+  };
+  std::vector<User> users;
+  for (std::size_t i = 0; i < project.parts.size(); ++i) {
+    const ProjectPart& part = project.parts[i];
+    if (!(part.active().end > part.active().begin)) continue;
+    for (std::size_t j = 0; j < part.calls.size(); ++j) {
+      const ProjectCall& call = part.calls[j];
+      const CallPlaceInTime place{part.active().begin, part.track, i, j};
+      const auto [known, fresh] =
+          first.try_emplace({playedText(call.scene), playedText(call.function)}, place);
+      if (!fresh && place < known->second) known->second = place;
+      const SceneEntry* table = findSceneEntry(tables, playedText(call.scene));
+      const FunctionRow* row = table ? findFunction(*table, playedText(call.function)) : nullptr;
+      if (row && !row->after.empty()) users.push_back({place, &call, row});
+    }
+  }
+  for (const auto& [place, call, row] : users) {
+    for (const char* loader : row->after) {
+      const auto known = first.find({playedText(call->scene), loader});
+      if (known != first.end() && known->second < place) continue;
+      findings.part = static_cast<int>(place.part);
+      findings.problem(call->line,
+                       nameOf(*call) + " comes before any call of " + loader + ", the show ends there",
+                       "call " + playedText(call->scene) + "." + loader + " in a part that begins earlier");
+    }
+  }
 }
 
 bool setsOnly(const ProjectCall& call, std::span<const SceneEntry> tables) {
@@ -339,6 +400,7 @@ std::vector<Finding> checkTimeLine(const Project& project, std::span<const Scene
     for (const ProjectCall& call : part.calls) checkCall(findings, call, tables);
     checkPart(findings, part, project, tables);
   }
+  checkLoaders(findings, project, tables);
   checkOrder(findings, project);
   checkCrowding(findings, project);
   return std::move(findings.all);

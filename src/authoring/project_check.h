@@ -19,6 +19,8 @@ struct Finding {
   std::string text;     // what is wrong, with the value
   std::string hint;     // what may be meant or done; may be empty
   bool remark = false;  // unusual, but nothing is wrong
+  // What it concerns where that is not the project: a file with its line, a scene. Empty otherwise.
+  std::string place = {};
 };
 
 // What the loader refuses beyond the format: for projects that come from a project file. (The reader of
@@ -32,12 +34,14 @@ std::vector<Finding> checkTimeLine(const Project& project, std::span<const Scene
 // Textures, masks, movies and music, as the file layer finds them.
 std::vector<Finding> checkData(const Project& project, std::span<const SceneEntry> tables);
 
+// What the player loads at the start, called or not, as the file layer finds it: the models of scenes with
+// all that these ask for in them, their textures, the preload list; and what the calls ask of the models:
+// cameras and objects. Nothing is written.
+std::vector<Finding> checkStart(const Project& project, std::span<const SceneEntry> tables);
+
 // Spans of the played time in which no call paints the ground (function_table.h). Looks at thirty moments
 // a second. A call whose texture `hasMask` says yes to paints none.
 std::vector<Finding> checkGround(const Project& project, std::span<const SceneEntry> tables,
                                  const std::function<bool(const std::string& texture)>& hasMask);
-
-// Whether the file layer finds a mask of the texture.
-bool textureHasMask(const std::string& texture);
 
 }  // namespace vex

@@ -60,7 +60,7 @@ struct CallPlace {
   TextSpan whole;  // from the scene to the closing parenthesis
   TextSpan scene;
   TextSpan function;
-  std::vector<ParameterPlace> parameters;
+  std::vector<ParameterPlace> parameters;  // as the project has them, wherever they stand in the text
 };
 
 struct PartPlace {

@@ -8,10 +8,13 @@
 #include <string>
 #include <utility>
 
+#include "authoring/known_call.h"
 #include "authoring/nearest_name.h"
 #include "authoring/project_lexer.h"
 #include "authoring/project_text.h"
 #include "authoring/project_value_reader.h"
+#include "base/report.h"
+#include "scenes/scene_tables.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_rules.h"
 #include "timeline/scene_function.h"
@@ -74,6 +77,7 @@ class Reader : ProjectValueReader {
   void readEditorFlag(const Token& keyword, ProjectPart& part);
   void finishKeys(ProjectPart& part);
   void readCall(const Token& scene, ProjectPart& part, PartPlace& place);
+  void putInPlace(ProjectCall& call);
 };
 
 const std::array<Reader::StatementRow, 13> Reader::statements{{
@@ -171,7 +175,9 @@ void Reader::readTempo(const Token& keyword) {
     read.origin = time("from");
   }
   if (!(read.beatsPerMinute > 0) || !std::isfinite(read.beatsPerMinute) || !std::isfinite(read.origin)) {
-    throw TextFault{keyword.line, "a tempo is beats a minute, above 0, and its origin a time"};
+    throw TextFault{keyword.line,
+                    formatted("tempo %g from %g: beats a minute above 0 and a time are expected",
+                              read.beatsPerMinute, read.origin)};
   }
   tempo = read;
   if (!firstTempo) firstTempo = tempo;
@@ -328,6 +334,8 @@ void Reader::readCall(const Token& scene, ProjectPart& part, PartPlace& partPlac
   const std::size_t functionBegin = nextBegin();
   call.function = name("the name of a function");
   callPlace.function = takenFrom(functionBegin);
+  const bool ordered = nextIs("ordered");
+  if (ordered) lexer.take();
   needMark('(', "behind the function");
   if (!takeMark(')')) {
     do {
@@ -335,8 +343,23 @@ void Reader::readCall(const Token& scene, ProjectPart& part, PartPlace& partPlac
     } while (takeMark(','));
     needMark(')', "or , behind a parameter");
   }
+  if (!ordered) putInPlace(call);
   callPlace.whole = takenFrom(callPlace.scene.begin);
   if (keepsPlaces) partPlace.calls.push_back(callPlace);
+}
+
+// A function's own names say where their values belong.
+void Reader::putInPlace(ProjectCall& call) {
+  const auto order = orderByNames(call, sceneEntries());
+  if (!order) return;
+  std::vector<ProjectParameter> parameters;
+  std::vector<ParameterPlace> parameterPlaces;
+  for (const std::size_t from : *order) {
+    parameters.push_back(std::move(call.parameters[from]));
+    parameterPlaces.push_back(std::move(callPlace.parameters[from]));
+  }
+  call.parameters = std::move(parameters);
+  callPlace.parameters = std::move(parameterPlaces);
 }
 
 ReadProjectText Reader::read() {

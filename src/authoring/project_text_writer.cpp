@@ -8,8 +8,10 @@
 #include <string>
 #include <utility>
 
+#include "authoring/known_call.h"
 #include "authoring/project_lexer.h"
 #include "authoring/project_text.h"
+#include "scenes/scene_tables.h"
 
 namespace vex {
 
@@ -152,7 +154,8 @@ class Writer {
   // On one line where it fits. Otherwise each curve has a line of its own and the other parameters share
   // lines, so that a change of one shows as that.
   void writeCall(const ProjectCall& call) {
-    const std::string head = "  " + nameText(call.scene) + "." + nameText(call.function) + "(";
+    const std::string head = "  " + nameText(call.scene) + "." + nameText(call.function) +
+                             (orderByNames(call, sceneEntries()) ? " ordered(" : "(");
     std::vector<std::pair<std::string, bool>> parameters;  // and whether it stands alone
     std::size_t width = head.size() + 1;
     for (const ProjectParameter& parameter : call.parameters) {

@@ -192,6 +192,9 @@ void ProjectValueReader::readParameter(const ProjectPart& part, ProjectCall& cal
   ParameterPlace& place = callPlace.parameters.emplace_back();
   parameter.line = line;
   const std::size_t begin = nextBegin();
+  // As in "alpha = 0,5".
+  if (lexer.peek().kind == TokenKind::number && call.parameters.size() > 1)
+    expected(lexer.peek(), "the name of a parameter (numbers have a point, no comma)");
   parameter.name = name("the name of a parameter");
   place.name = takenFrom(begin);
   needMark('=', "behind the parameter's name");
@@ -250,8 +253,9 @@ void ProjectValueReader::readValue(const ProjectPart& part, ProjectParameter& pa
     lexer.take();
     readDots(part, parameter, place);
   } else if (next.kind == TokenKind::word) {
+    const std::string hint = nearestNameHint(next.text, std::span(kinds).first(surplus ? 4 : 3));
     throw TextFault{next.line, "unknown value " + describe(next) + " of " + quoteText(parameter.name) + "; " +
-                                   nearestNameHint(next.text, std::span(kinds).first(surplus ? 4 : 3))};
+                                   hint + (hint.starts_with("known") ? ", a text stands in quotes" : "")};
   } else {
     expected(next, "a number, a text in quotes, linear(...), spline(...) or sine(...) for " +
                        quoteText(parameter.name));

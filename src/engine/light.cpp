@@ -3,10 +3,10 @@
 #include <GL/gl.h>
 
 #include <cmath>
-#include <cstdio>
 
 #include "base/report.h"
 #include "engine/drawing.h"
+#include "engine/glow_textures.h"
 #include "engine/vol_light.h"
 
 namespace vex {
@@ -95,9 +95,7 @@ void Light::drawFlare(const Vector& down, const Vector& right, float seconds, fl
   glDisable(GL_ALPHA_TEST);
   if (const int n = glowOf(colour); glow && intensity != 0.0f && n > 0) {
     size *= 0.5f;
-    char texture[textureNameSize];
-    std::snprintf(texture, sizeof texture, "data\\Light%d", n);
-    bindTexture(texture);
+    bindTexture(glowTexture(n).c_str());
     glColor4f(1.0f, 1.0f, 1.0f, alpha);
     drawSprite(position, down, right, size);
   }

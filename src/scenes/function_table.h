@@ -13,10 +13,11 @@ namespace vex {
 
 enum class ArgumentKind : std::int8_t {
   number,
-  wholeNumber,  // truncated toward zero
-  frameNumber,  // the same; the first one of a call is its movie's first frame, the second its last
-  textureName,  // path without extension
-  movieName,    // path of the frames without number and extension
+  wholeNumber,   // truncated toward zero
+  cameraNumber,  // the same; of the model's cameras, from 0
+  frameNumber,   // the same; the first one of a call is its movie's first frame, the second its last
+  textureName,   // path without extension
+  movieName,     // path of the frames without number and extension
   fileName,
   objectName,  // in the scene
 };
@@ -30,6 +31,7 @@ struct FunctionParameter {
   float min = 0.0f;
   float max = 0.0f;
   float limit = std::numeric_limits<float>::infinity();
+  bool mayBeEmpty = false;  // a text
 };
 
 enum class FunctionRole : std::int8_t {
@@ -52,6 +54,7 @@ struct FunctionRow {
   std::span<const FunctionParameter> parameters;
   FunctionRole role = FunctionRole::draws;
   GroundRule ground = {};
+  std::span<const char* const> after = {};  // functions that must have been called before, or the show ends
 };
 
 inline void registerFunctions(Scene& scene, std::span<const FunctionRow> rows) {

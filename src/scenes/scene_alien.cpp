@@ -9,24 +9,28 @@ namespace vex {
 
 namespace {
 
+constexpr const char* chrome = "data\\chrome";
+constexpr SkyTextures sky{"data\\monstertop", "data\\monsterbot", "data\\monsternor",
+                          "data\\monsterwes", "data\\monstersou", "data\\monstereas"};
+constexpr std::array motions{SceneMotion{MotionOf::cameras, 20, false},
+                             SceneMotion{MotionOf::lights, 20, false},
+                             SceneMotion{MotionOf::meshes, 10, true}};
+
 void setUp(SceneAlien& scene) {
-  setAnimParams(scene.viewers, 20, false);
+  playMotions(scene, motions);
   for (Light* light : scene.lights) {
     light->intensity = 1.5f;
     light->flareSize = 0;
-    light->setAnimParams(20, false);
   }
   for (Mesh* mesh : scene.meshes) {
     mesh->shineStrength = 1;
     raiseAmbient(*mesh, 0.1f);
     mesh->specular = {0.4f, 0.4f, 0.4f, mesh->specular.a};
-    mesh->setAnimParams(10, true);
   }
   for (const char* sphere : {"sphere01", "sphere02"}) {
-    findMesh(scene, sphere).texture = getTexture("data\\chrome", true);
+    findMesh(scene, sphere).texture = getTexture(chrome, true);
   }
-  scene.setBox("data\\monstertop", "data\\monsterbot", "data\\monsternor", "data\\monsterwes",
-               "data\\monstersou", "data\\monstereas");
+  setSky(scene, sky);
 }
 
 void animate(Scene& scene, float t, Arguments arguments) {
@@ -39,6 +43,7 @@ constexpr std::array functionTable{
                 closedGround},
 };
 
+constexpr std::array neededTextures{NeededTexture{chrome}};
 constexpr std::array neededObjects{neededMesh("sphere01"), neededMesh("sphere02")};
 
 }  // namespace
@@ -48,7 +53,7 @@ constinit const ModelScene<SceneAlien> sceneAlien{
     .summary = "A creature and two chrome spheres within a painted box.",
     .model = "data\\monster",
     .functions = functionTable,
-    .needs = {.objects = neededObjects},
+    .needs = {.objects = neededObjects, .sky = sky, .textures = neededTextures, .motions = motions},
     .setUp = setUp};
 
 }  // namespace vex

@@ -100,6 +100,11 @@ void setShown(Mesh& mesh, bool shown) {
   mesh.flags = shown ? 0 : hiddenFlag;
 }
 
+void setSky(Scene& scene, const SkyTextures& sky) {
+  const auto& [top, bottom, north, west, south, east] = sky;
+  scene.setBox(top, bottom, north, west, south, east);
+}
+
 void addShapes(Scene& scene, ParticleSystem& system, std::span<const char* const> names) {
   for (const char* name : names) system.addShape(scene.find(name));
 }

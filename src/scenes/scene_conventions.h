@@ -5,6 +5,7 @@
 #include "engine/particle_system.h"
 #include "engine/scene.h"
 #include "scenes/function_table.h"
+#include "scenes/model_needs.h"
 
 // What the scenes share: how they begin, how they address their objects, and the settings that mean the
 // same in all of them.
@@ -44,6 +45,11 @@ void setFlareTexture(Light& light, const char* texture);
 void raiseAmbient(Mesh& mesh, float by);
 void setShown(Mesh& mesh, bool shown);
 
+// What a light shows for which no scene sets another.
+inline constexpr const char* defaultFlare = "data\\flare_normal";
+
+void setSky(Scene& scene, const SkyTextures& sky);
+
 // The shapes in order; a name given twice is picked twice as often.
 void addShapes(Scene& scene, ParticleSystem& system, std::span<const char* const> names);
 
@@ -70,10 +76,10 @@ void setAnimationState(Scene& scene, float seconds, Arguments arguments);
 // Of the scene's first particle system.
 void setFirstParticleCount(Scene& scene, float seconds, Arguments arguments);
 
-inline constexpr FunctionParameter cameraParameter{"camera", ArgumentKind::wholeNumber, 0, 15};
+inline constexpr FunctionParameter cameraParameter{"camera", ArgumentKind::cameraNumber, 0, 15};
 inline constexpr FunctionParameter layerAlphaParameter{"alpha", ArgumentKind::number, 0, 1};
-inline constexpr FunctionParameter layerBlendParameter{"blend mode", ArgumentKind::number, 0, 2};
-inline constexpr FunctionParameter particleCountParameter{"particle count", ArgumentKind::wholeNumber, 0, 300,
+inline constexpr FunctionParameter layerBlendParameter{"blend", ArgumentKind::number, 0, 2};
+inline constexpr FunctionParameter particleCountParameter{"particles", ArgumentKind::wholeNumber, 0, 300,
                                                           maxParticles};
 
 inline constexpr FunctionParameter cameraParameters[]{cameraParameter};

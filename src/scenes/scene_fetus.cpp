@@ -18,23 +18,32 @@ constexpr int cigarette = 1;
 constexpr int burst = 2;
 
 constexpr const char* skinTexture = "data\\fetus_skin";
+constexpr const char* beamTexture = "data\\vollight";
+constexpr const char* beamLight = "VolumLight";
 
-Light* makeBeam(Light* lamp) {
+constexpr std::array motions{SceneMotion{MotionOf::meshes, 10, true},
+                             SceneMotion{MotionOf::meshes, 20, false, "door"},
+                             SceneMotion{MotionOf::meshes, 20, false, "fetus"},
+                             SceneMotion{MotionOf::cameras, 20, true},
+                             SceneMotion{MotionOf::lights, 5, true},
+                             SceneMotion{MotionOf::lights, 3.5f, true, "AlarmLight"}};
+
+// The light goes as the beam takes its place, which a missing texture must not part.
+void makeBeam(Light*& lamp) {
   constexpr int samples = 32;
   lamp->active = false;
   lamp->intensity = 0;
   lamp->range = 1.2f * lamp->spotDirection.length();
   VolLight* beam = makeVolumetric(lamp, samples);
-  beam->setBeamTexture("data\\vollight");
-  return beam;
+  lamp = beam;
+  beam->setBeamTexture(beamTexture);
 }
 
 void setUpLights(SceneFetus& scene) {
   for (int i = 0; i < scene.lights.count(); ++i) {
     Light* light = scene.lights[i];
     light->flareSize = 0;
-    light->setAnimParams(5, true);
-    if (isNamed(*light, "VolumLight")) scene.lights[i] = makeBeam(light);
+    if (isNamed(*light, beamLight)) makeBeam(scene.lights[i]);
   }
   Light& hand = findLight(scene, "HandLight");
   hand.intensity = 0;
@@ -43,7 +52,7 @@ void setUpLights(SceneFetus& scene) {
 
   Light& water = findLight(scene, "WaterParticle");
   water.flareSize = 5;
-  setFlareTexture(water, "data\\flare_normal");
+  setFlareTexture(water, defaultFlare);
   water.glow = false;
   water.active = false;
 
@@ -51,7 +60,6 @@ void setUpLights(SceneFetus& scene) {
   alarm.flareSize = 0;
   alarm.active = true;
   alarm.intensity = 0;
-  alarm.setAnimParams(3.5f, true);
 }
 
 void setUpMeshes(SceneFetus& scene) {
@@ -133,14 +141,8 @@ void setUpBurst(SceneFetus& scene) {
 }
 
 void setUp(SceneFetus& scene) {
-  for (Mesh* mesh : scene.meshes) {
-    const bool once = isNamed(*mesh, "door") || isNamed(*mesh, "fetus");
-    mesh->setAnimParams(once ? 20 : 10, !once);
-  }
-  for (Viewer* viewer : scene.viewers) {
-    viewer->setAnimParams(20, true);
-    viewer->farPlane = 1500;
-  }
+  playMotions(scene, motions);
+  for (Viewer* viewer : scene.viewers) viewer->farPlane = 1500;
   setUpLights(scene);
   setUpMeshes(scene);
   createParticleSystems(scene, 3);
@@ -194,8 +196,8 @@ void morphHose(Scene& scene, float, Arguments arguments) {
 
 using enum ArgumentKind;
 
-constexpr std::array explodeParameters{FunctionParameter{"burst size", wholeNumber, 0, 300, maxParticles},
-                                       FunctionParameter{"bottle opacity", number, 0, 1}};
+constexpr std::array explodeParameters{FunctionParameter{"burst", wholeNumber, 0, 300, maxParticles},
+                                       FunctionParameter{"bottleOpacity", number, 0, 1}};
 constexpr std::array skinParameters{
     FunctionParameter{"red", number, 0, 2}, FunctionParameter{"green", number, 0, 2},
     FunctionParameter{"blue", number, 0, 2}, FunctionParameter{"opacity", number, 0, 1}};
@@ -244,6 +246,12 @@ constexpr std::array neededObjects{neededMesh("fetus"),
                                    NeededObject{"glassParticle02"},
                                    NeededObject{"glassParticle03"}};
 
+constexpr std::array neededTextures{
+    NeededTexture{.name = beamTexture, .light = beamLight},
+    NeededTexture{.name = defaultFlare, .function = "animate"},
+    NeededTexture{.name = "data\\flare_smoke", .function = "animate", .frames = 4},
+    NeededTexture{.name = skinTexture, .function = "setSkinColor"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneFetus> sceneFetus{
@@ -251,7 +259,7 @@ constinit const ModelScene<SceneFetus> sceneFetus{
     .summary = "A closed room: a creature behind a door, a sprayer, a cigarette, a bottle that can burst.",
     .model = "data\\fetus",
     .functions = functionTable,
-    .needs = {.objects = neededObjects},
+    .needs = {.objects = neededObjects, .textures = neededTextures, .motions = motions},
     .setUp = setUp};
 
 }  // namespace vex

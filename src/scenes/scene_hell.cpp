@@ -8,23 +8,29 @@ namespace vex {
 
 namespace {
 
+constexpr const char* sparkFlare = "data\\flare_shine";
+constexpr SkyTextures sky{"data\\helltop",  "data\\hellbottom", "data\\hellnorth",
+                          "data\\hellwest", "data\\hellsouth",  "data\\helleast"};
+constexpr std::array motions{SceneMotion{MotionOf::cameras, 20, false},
+                             SceneMotion{MotionOf::meshes, 20, true},
+                             SceneMotion{MotionOf::meshes, 5, true, "Sphere"}};
+
 void setUpLights(SceneHell& scene) {
   for (Light* light : scene.lights) light->flareSize = 0;
   for (const char* name : {"part03", "part04"}) {
     Light& spark = findLight(scene, name);
     spark.flareSize = 10;
     spark.flareStrength = 1;
-    setFlareTexture(spark, "data\\flare_shine");
+    setFlareTexture(spark, sparkFlare);
   }
 }
 
 void setUpMeshes(SceneHell& scene) {
   for (Mesh* mesh : scene.meshes) {
-    mesh->setAnimParams(20, true);
     mesh->shininess = 0;
     mesh->shineStrength = 0;
   }
-  findMesh(scene, "Sphere").setAnimParams(5, true);
+  findMesh(scene, "Sphere");
 }
 
 void setUpSparks(SceneHell& scene) {
@@ -44,10 +50,9 @@ void setUpSparks(SceneHell& scene) {
 }
 
 void setUp(SceneHell& scene) {
-  setAnimParams(scene.viewers, 20, false);
+  playMotions(scene, motions);
   setUpMeshes(scene);
-  scene.setBox("data\\helltop", "data\\hellbottom", "data\\hellnorth", "data\\hellwest", "data\\hellsouth",
-               "data\\helleast");
+  setSky(scene, sky);
   setUpLights(scene);
   setUpSparks(scene);
 }
@@ -67,6 +72,8 @@ constexpr std::array neededObjects{neededMesh("Lava"),       neededMesh("Sphere"
                                    neededLight("part04"),    NeededObject{"part01"}, NeededObject{"part02"},
                                    NeededObject{"Sprayer01"}};
 
+constexpr std::array neededTextures{NeededTexture{sparkFlare, "animate"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneHell> sceneHell{
@@ -74,7 +81,7 @@ constinit const ModelScene<SceneHell> sceneHell{
     .summary = "A sea of lava and a sprayer of sparks within a painted box.",
     .model = "data\\hell",
     .functions = functionTable,
-    .needs = {.objects = neededObjects},
+    .needs = {.objects = neededObjects, .sky = sky, .textures = neededTextures, .motions = motions},
     .setUp = setUp};
 
 }  // namespace vex

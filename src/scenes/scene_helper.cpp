@@ -225,6 +225,8 @@ void drawNoise(Scene&, float t, Arguments arguments) {
   endOverlay();
 }
 
+constexpr const char* logoBacking = "data\\vex_substract";
+
 // The shape behind the logo; each edge sways at a speed of its own.
 void drawLogoBacking(Point centre, float size, float t) {
   const float left = centre.x - 1.2f * size + std::sin(1.47f * t) * size / 10;
@@ -262,7 +264,7 @@ void drawVexLogo(Scene&, float t, Arguments arguments) {
   beginOverlay();
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
   glColor4f(1, 1, 1, alpha);
-  bindTexture(getTexture("data\\vex_substract", false));
+  bindTexture(getTexture(logoBacking, false));
   drawLogoBacking(centre, size, t);
 
   glBlendFunc(GL_SRC_ALPHA, GL_ONE);
@@ -290,20 +292,20 @@ constexpr FunctionParameter left{"x", number, -8, 8};
 constexpr FunctionParameter top{"y", number, -8, 8};
 constexpr FunctionParameter width{"width", number, -8, 8};
 constexpr FunctionParameter height{"height", number, -8, 8};
-constexpr FunctionParameter glitch{"glitch probability", number, 0, 1};
+constexpr FunctionParameter glitch{"glitch", number, 0, 1};
 constexpr FunctionParameter opacity{"alpha", number, 0, 1};
-constexpr FunctionParameter blendMode{"blend mode", number, 0, 2};
+constexpr FunctionParameter blendMode{"blend", number, 0, 2};
 
 constexpr std::array bitmapParameters{
-    textureParameter, left,    top,      width, height, FunctionParameter{"frame count", wholeNumber, 0, 8},
+    textureParameter, left,    top,      width, height, FunctionParameter{"frames", wholeNumber, 0, 8},
     glitch,           opacity, blendMode};
 constexpr std::array repeatParameters{textureParameter,
                                       left,
                                       top,
                                       width,
                                       height,
-                                      FunctionParameter{"repeats across", number, 0, 64},
-                                      FunctionParameter{"repeats down", number, 0, 64},
+                                      FunctionParameter{"repeatX", number, 0, 64},
+                                      FunctionParameter{"repeatY", number, 0, 64},
                                       opacity,
                                       blendMode};
 constexpr std::array waveParameters{textureParameter,
@@ -318,35 +320,35 @@ constexpr std::array waveParameters{textureParameter,
 constexpr std::array fadeParameters{FunctionParameter{"red", number, 0, 1},
                                     FunctionParameter{"green", number, 0, 1},
                                     FunctionParameter{"blue", number, 0, 1}, opacity};
-constexpr std::array movieParameters{FunctionParameter{"base name", movieName},
+constexpr std::array movieParameters{FunctionParameter{"base", movieName},
                                      left,
                                      top,
                                      width,
                                      height,
-                                     FunctionParameter{"first frame", frameNumber, 0, 9999},
-                                     FunctionParameter{"last frame", frameNumber, 0, 9999},
-                                     FunctionParameter{"frames per second", number, 0, 60},
+                                     FunctionParameter{"first", frameNumber, 0, 9999},
+                                     FunctionParameter{"last", frameNumber, 0, 9999},
+                                     FunctionParameter{"fps", number, 0, 60},
                                      opacity};
 constexpr std::array viewportParameters{x, y, FunctionParameter{"width", number, 0, 2},
                                         FunctionParameter{"height", number, 0, 2}};
 constexpr std::array noiseParameters{textureParameter,
-                                     FunctionParameter{"jitter across", number, 0, 1},
-                                     FunctionParameter{"jitter down", number, 0, 1},
-                                     FunctionParameter{"scroll speed across", number, -10, 10},
-                                     FunctionParameter{"scroll speed down", number, -10, 10},
+                                     FunctionParameter{"jitterX", number, 0, 1},
+                                     FunctionParameter{"jitterY", number, 0, 1},
+                                     FunctionParameter{"scrollX", number, -10, 10},
+                                     FunctionParameter{"scrollY", number, -10, 10},
                                      opacity,
-                                     FunctionParameter{"alpha jitter", number, 0, 1},
+                                     FunctionParameter{"alphaJitter", number, 0, 1},
                                      blendMode,
                                      FunctionParameter{"aspect", number, 0.01f, 100}};
-constexpr std::array logoParameters{FunctionParameter{"word ending", textureName},
+constexpr std::array logoParameters{FunctionParameter{"ending", textureName},
                                     x,
                                     y,
                                     FunctionParameter{"size", number, 0, 2},
                                     glitch,
                                     opacity,
-                                    FunctionParameter{"layer count", wholeNumber, 0, 32, maxLogoLayers},
-                                    FunctionParameter{"scale per layer", number, 0, 4},
-                                    FunctionParameter{"alpha factor per layer", number, 0, 1}};
+                                    FunctionParameter{"layers", wholeNumber, 0, 32, maxLogoLayers},
+                                    FunctionParameter{"scale", number, 0, 4},
+                                    FunctionParameter{"falloff", number, 0, 1}};
 
 constexpr float quarterPixel = 0.0003f;  // of a wide screen, for sums that round
 
@@ -366,22 +368,22 @@ bool coversScreen(std::span<const float> arguments) {
 
 constexpr GroundRule bitmapGround{
     [](std::span<const float> p) { return coversScreen(p) && isOpaque(p[7]) && p[8] < 1; },
-    "the rectangle covers the screen, alpha is 1 and the blend mode 0"};
+    "the rectangle covers the screen, alpha is 1 and blend 0"};
 constexpr GroundRule fadeGround{[](std::span<const float> p) { return isOpaque(p[3]); }, "alpha is 1"};
 constexpr GroundRule movieGround{[](std::span<const float> p) { return coversScreen(p) && isOpaque(p[8]); },
                                  "the rectangle covers the screen and alpha is 1"};
 constexpr GroundRule noiseGround{
     [](std::span<const float> p) { return isOpaque(p[5] - std::fabs(p[6])) && p[7] < 1; },
-    "alpha less its jitter is 1 and the blend mode 0"};
+    "alpha less alphaJitter is 1 and blend 0"};
 
 constexpr std::array functionTable{
-    FunctionRow{
-        "drawBitmap", sceneFunction<drawBitmap>,
-        "Draws a texture into a rectangle; at a glitch one of `frame count` textures that were loaded one "
-        "after the other.",
-        bitmapParameters, FunctionRole::draws, bitmapGround},
-    FunctionRow{"drawBitmapRepeat", sceneFunction<drawBitmapRepeat>, "Tiles a rectangle with a texture.",
-                repeatParameters, FunctionRole::draws, bitmapGround},
+    FunctionRow{"drawBitmap", sceneFunction<drawBitmap>,
+                "Draws a texture into a rectangle; now and then (`glitch` is the probability) one "
+                "of `frames` textures that were loaded one after the other.",
+                bitmapParameters, FunctionRole::draws, bitmapGround},
+    FunctionRow{"drawBitmapRepeat", sceneFunction<drawBitmapRepeat>,
+                "Tiles a rectangle with a texture, so many times across and down.", repeatParameters,
+                FunctionRole::draws, bitmapGround},
     FunctionRow{"drawBitmapWave", sceneFunction<drawBitmapWave>,
                 "Draws a texture into a rectangle, its rows swaying sideways and its columns up and down.",
                 waveParameters, FunctionRole::draws, bitmapGround},
@@ -398,14 +400,27 @@ constexpr std::array functionTable{
         "whole window. Its y counts upwards.",
         viewportParameters, FunctionRole::sets},
     FunctionRow{"drawNoise", sceneFunction<drawNoise>,
-                "Fills the screen with a window onto a tiled texture that scrolls and jumps about at random.",
+                "Fills the screen with a window onto a tiled texture that scrolls and jumps about at random; "
+                "aspect is "
+                "its width by its height.",
                 noiseParameters, FunctionRole::draws, noiseGround},
-    FunctionRow{
-        "drawVexLogo", sceneFunction<drawVexLogo>,
-        "Draws the title word and an ending over a swaying shape, echoed in layers; the ending is named by "
-        "its frame 01.",
-        logoParameters},
+    FunctionRow{"drawVexLogo", sceneFunction<drawVexLogo>,
+                "Draws the title word and an ending over a swaying shape, echoed in layers, each larger by "
+                "`scale` and "
+                "fainter by `falloff`; the ending is named by its frame 01.",
+                logoParameters},
 };
+
+constexpr auto neededTextures = [] {
+  std::array<NeededTexture, wordEndings.size() + 2> needed{};
+  needed[0] = {.name = titleTextureStem, .frames = titleFrames, .digits = logoFrameDigits};
+  for (std::size_t i = 0; i < wordEndings.size(); ++i) {
+    needed[i + 1] = {
+        .name = wordEndings[i].textureStem, .frames = wordEndingFrames, .digits = logoFrameDigits};
+  }
+  needed.back() = {.name = logoBacking, .function = "drawVexLogo"};
+  return needed;
+}();
 
 void loadFrames(const char* stem, int frames) {
   for (int frame = 1; frame <= frames; ++frame) getTexture(logoFrameName(stem, frame).c_str(), false);
@@ -427,9 +442,10 @@ constinit const SceneEntry sceneHelper{
         "to 1 both\n"
         "ways; x counts to the right, y downwards, and a rectangle hangs from its upper left "
         "corner: -1, -1,\n"
-        "2, 2 is the whole screen. Blend mode 0 is ordinary transparency, 1 adds, 2 darkens and "
+        "2, 2 is the whole screen. Blend 0 is ordinary transparency, 1 adds, 2 darkens and "
         "ignores alpha.",
     .functions = functionTable,
-    .construct = []() -> Scene* { return newScene<SceneHelper>(); }};
+    .construct = []() -> Scene* { return newScene<SceneHelper>(); },
+    .needs = {.cameras = 0, .textures = neededTextures}};
 
 }  // namespace vex

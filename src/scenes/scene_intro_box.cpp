@@ -19,6 +19,10 @@ constexpr std::array smokeTextures{"data\\flare_smoke1", "data\\flare_smoke2", "
 constexpr Colour smokeGreen{0, 1, 0.4f};
 constexpr std::array logoLayers{"VexLayer01", "VexLayer02", "VexLayer03", "VexLayer04"};
 
+constexpr std::array motions{SceneMotion{MotionOf::cameras, 15, false},
+                             SceneMotion{MotionOf::meshes, 15, false},
+                             SceneMotion{MotionOf::meshes, 5, false, "VexLayer*"}};
+
 int lightIndex(const Scene& scene, const char* name) {
   int index = 0;
   for (const Light* light : scene.lights) {
@@ -64,12 +68,10 @@ void setUpParticleLights(SceneIntroBox& scene) {
 
 void setUpMeshes(SceneIntroBox& scene) {
   for (Mesh* mesh : scene.meshes) {
-    mesh->setAnimParams(15, false);
     mesh->setFixedTime(0);
     if (!nameBeginsWith(*mesh, "VexLayer")) continue;
     mesh->blendMode = BlendMode::additive;
     mesh->opacity = 0;
-    mesh->setAnimParams(5, false);
     mesh->twoSided = true;
     mesh->lit = false;
   }
@@ -110,7 +112,7 @@ void setUpFountain(SceneIntroBox& scene) {
 }
 
 void setUp(SceneIntroBox& scene) {
-  setAnimParams(scene.viewers, 15, false);
+  playMotions(scene, motions);
   setUpLights(scene);
   setUpSmoke(scene);
   setUpParticleLights(scene);
@@ -180,10 +182,9 @@ constexpr FunctionParameter layerOpacity(const char* name) {
 constexpr FunctionParameter layerTime(const char* name) {
   return {name, number, 0, 5};
 }
-constexpr std::array fogParameters{layerOpacity("opacity of layer 1"), layerOpacity("opacity of layer 2"),
-                                   layerOpacity("opacity of layer 3"), layerOpacity("opacity of layer 4"),
-                                   layerTime("seconds of layer 1"),    layerTime("seconds of layer 2"),
-                                   layerTime("seconds of layer 3"),    layerTime("seconds of layer 4")};
+constexpr std::array fogParameters{
+    layerOpacity("opacity1"), layerOpacity("opacity2"), layerOpacity("opacity3"), layerOpacity("opacity4"),
+    layerTime("seconds1"),    layerTime("seconds2"),    layerTime("seconds3"),    layerTime("seconds4")};
 constexpr std::array showVexParameters{FunctionParameter{"level", number, 0, 1}};
 
 constexpr std::array functionTable{
@@ -215,6 +216,10 @@ constexpr std::array neededObjects{neededMesh("lock"),           neededMesh("top
                                    neededLight("BlueParticle"),  neededLight("GreenParticle"),
                                    neededLight("WhiteParticle"), NeededObject{"Dummy01"}};
 
+constexpr std::array neededTextures{
+    NeededTexture{.name = "data\\flare_smoke", .function = "animate", .frames = smokeTextures.size()},
+    NeededTexture{.name = defaultFlare, .function = "animate", .light = anyLight}};
+
 }  // namespace
 
 constinit const ModelScene<SceneIntroBox> sceneIntroBox{
@@ -224,7 +229,7 @@ constinit const ModelScene<SceneIntroBox> sceneIntroBox{
         "ground.",
     .model = "data\\intro_box",
     .functions = functionTable,
-    .needs = {.objects = neededObjects},
+    .needs = {.objects = neededObjects, .textures = neededTextures, .motions = motions},
     .setUp = setUp};
 
 }  // namespace vex

@@ -8,13 +8,15 @@ namespace vex {
 
 namespace {
 
+constexpr const char* flareTexture = "data\\flare_shine";
+
 void setUp(SceneLayerParticles& scene) {
   Light& flare = lightAt(scene, 0);
   flare.intensity = 0;
   flare.flareStrength = 1;
   flare.flareSize = 5;
   flare.glow = false;
-  setFlareTexture(flare, "data\\flare_shine");
+  setFlareTexture(flare, flareTexture);
   viewerAt(scene, 0).position.set(0, 0, 30);
 
   createParticleSystems(scene, 1);
@@ -48,12 +50,12 @@ void loadFlare(Scene& scene, float, Arguments arguments) {
 using enum ArgumentKind;
 
 constexpr std::array animateParameters{layerAlphaParameter,
-                                       FunctionParameter{"particle count", number, 0, 300, maxParticles},
-                                       FunctionParameter{"velocity spread", number, 0, 200},
-                                       FunctionParameter{"velocity x", number, -200, 200},
-                                       FunctionParameter{"velocity y", number, -200, 200},
-                                       FunctionParameter{"velocity z", number, -200, 200},
-                                       FunctionParameter{"position spread", number, 0, 200}};
+                                       FunctionParameter{"particles", number, 0, 300, maxParticles},
+                                       FunctionParameter{"velocitySpread", number, 0, 200},
+                                       FunctionParameter{"velocityX", number, -200, 200},
+                                       FunctionParameter{"velocityY", number, -200, 200},
+                                       FunctionParameter{"velocityZ", number, -200, 200},
+                                       FunctionParameter{"positionSpread", number, 0, 200}};
 constexpr std::array loadFlareParameters{FunctionParameter{"texture", textureName}};
 
 constexpr std::array functionTable{
@@ -65,6 +67,8 @@ constexpr std::array functionTable{
 };
 
 constexpr std::array neededObjects{NeededObject{"Omni01"}};
+constexpr std::array neededTextures{
+    NeededTexture{.name = flareTexture, .function = "animate", .unless = "loadFlare"}};
 
 }  // namespace
 
@@ -73,7 +77,7 @@ constinit const ModelScene<SceneLayerParticles> sceneLayerParticles{
     .summary = "A layer: flares that fly from the middle of the world, 30 units before the camera.",
     .model = "data\\layer_particles",
     .functions = functionTable,
-    .needs = {.objects = neededObjects, .lights = 1},
+    .needs = {.objects = neededObjects, .lights = 1, .textures = neededTextures},
     .setUp = setUp};
 
 }  // namespace vex

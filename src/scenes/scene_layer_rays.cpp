@@ -11,6 +11,8 @@ namespace vex {
 
 namespace {
 
+constexpr const char* rayTexture = "data\\ray_cone";
+
 void setUp(SceneLayerRays& scene) {
   viewerAt(scene, 0).targetTrack.reset();
   Mesh& cone = meshAt(scene, 0);
@@ -19,7 +21,7 @@ void setUp(SceneLayerRays& scene) {
   for (ColourAlpha* colour : {&cone.diffuse, &cone.ambient, &cone.specular}) {
     *colour = {1, 1, 1, colour->a};
   }
-  cone.texture = getTexture("data\\ray_cone", true);
+  cone.texture = getTexture(rayTexture, true);
 }
 
 // About two turns every 32 vertices, each vertex trembling at a pace of its own.
@@ -49,10 +51,10 @@ void animate(Scene& scene, float t, Arguments arguments) {
 using enum ArgumentKind;
 
 constexpr std::array animateParameters{layerAlphaParameter,
-                                       FunctionParameter{"eye speed across", number, -4, 4},
-                                       FunctionParameter{"eye speed up", number, -4, 4},
-                                       FunctionParameter{"target speed across", number, -4, 4},
-                                       FunctionParameter{"target speed up", number, -4, 4},
+                                       FunctionParameter{"eyeSpeedX", number, -4, 4},
+                                       FunctionParameter{"eyeSpeedY", number, -4, 4},
+                                       FunctionParameter{"targetSpeedX", number, -4, 4},
+                                       FunctionParameter{"targetSpeedY", number, -4, 4},
                                        layerBlendParameter};
 
 constexpr std::array functionTable{
@@ -62,6 +64,10 @@ constexpr std::array functionTable{
                 animateParameters},
 };
 
+constexpr std::array neededTextures{
+    NeededTexture{.name = rayTexture},
+    NeededTexture{.name = defaultFlare, .function = "animate", .light = anyLight}};
+
 }  // namespace
 
 constinit const ModelScene<SceneLayerRays> sceneLayerRays{
@@ -69,7 +75,7 @@ constinit const ModelScene<SceneLayerRays> sceneLayerRays{
     .summary = "A layer: rays that swirl over the inside of a cone.",
     .model = "data\\layer_rays",
     .functions = functionTable,
-    .needs = {.meshes = 1},
+    .needs = {.meshes = 1, .textures = neededTextures},
     .setUp = setUp};
 
 }  // namespace vex

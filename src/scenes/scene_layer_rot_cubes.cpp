@@ -9,12 +9,12 @@ namespace vex {
 
 namespace {
 
+constexpr std::array motions{SceneMotion{MotionOf::meshes, 5, true}};
+
 void setUp(SceneLayerRotCubes& scene) {
+  playMotions(scene, motions);
   for (Light* light : scene.lights) light->tracks.reset();
-  for (Mesh* mesh : scene.meshes) {
-    mesh->setAnimParams(5, true);
-    mesh->blendMode = BlendMode::additive;
-  }
+  for (Mesh* mesh : scene.meshes) mesh->blendMode = BlendMode::additive;
 }
 
 void animate(Scene& scene, float t, Arguments arguments) {
@@ -29,7 +29,7 @@ void animate(Scene& scene, float t, Arguments arguments) {
 }
 
 constexpr std::array animateParameters{layerAlphaParameter,
-                                       FunctionParameter{"field of view", ArgumentKind::number, 10, 170},
+                                       FunctionParameter{"fieldOfView", ArgumentKind::number, 10, 170},
                                        layerBlendParameter};
 
 constexpr std::array functionTable{
@@ -38,6 +38,8 @@ constexpr std::array functionTable{
                 animateParameters},
 };
 
+constexpr std::array neededTextures{NeededTexture{defaultFlare, "animate"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneLayerRotCubes> sceneLayerRotCubes{
@@ -45,7 +47,7 @@ constinit const ModelScene<SceneLayerRotCubes> sceneLayerRotCubes{
     .summary = "A layer: turning cubes under a light that circles among them.",
     .model = "data\\layer_rot_cubes",
     .functions = functionTable,
-    .needs = {.lights = 1},
+    .needs = {.lights = 1, .textures = neededTextures, .motions = motions},
     .setUp = setUp};
 
 }  // namespace vex

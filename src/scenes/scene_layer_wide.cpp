@@ -31,10 +31,9 @@ void animate(Scene& scene, float t, Arguments arguments) {
 
 using enum ArgumentKind;
 
-constexpr std::array animateParameters{layerAlphaParameter, FunctionParameter{"speed across", number, -4, 4},
-                                       FunctionParameter{"speed up", number, -4, 4},
-                                       FunctionParameter{"speed in depth", number, -4, 4},
-                                       layerBlendParameter};
+constexpr std::array animateParameters{layerAlphaParameter, FunctionParameter{"speedX", number, -4, 4},
+                                       FunctionParameter{"speedY", number, -4, 4},
+                                       FunctionParameter{"speedZ", number, -4, 4}, layerBlendParameter};
 
 constexpr std::array functionTable{
     FunctionRow{"animate", sceneFunction<animate>,
@@ -43,6 +42,9 @@ constexpr std::array functionTable{
                 animateParameters},
 };
 
+constexpr std::array neededTextures{
+    NeededTexture{.name = defaultFlare, .function = "animate", .light = anyLight}};
+
 }  // namespace
 
 constinit const ModelScene<SceneLayerWide> sceneLayerWide{
@@ -50,7 +52,7 @@ constinit const ModelScene<SceneLayerWide> sceneLayerWide{
     .summary = "A layer: a mesh seen from within at an extreme field of view.",
     .model = "data\\layer_wide",
     .functions = functionTable,
-    .needs = {.meshes = 1},
+    .needs = {.meshes = 1, .textures = neededTextures},
     .setUp = setUp};
 
 }  // namespace vex

@@ -10,11 +10,13 @@ namespace vex {
 
 namespace {
 
+constexpr const char* surroundings = "data\\envmapspace";
+
 void setUp(SceneLayerWobbel& scene) {
   for (Mesh* mesh : scene.meshes) {
     mesh->blendMode = BlendMode::additive;
     mesh->lit = false;
-    mesh->texture = getTexture("data\\envmapspace", true);
+    mesh->texture = getTexture(surroundings, true);
     mesh->twoSided = true;
   }
   Viewer& viewer = viewerAt(scene, 0);
@@ -42,13 +44,13 @@ using enum ArgumentKind;
 
 constexpr std::array animateParameters{layerAlphaParameter,
                                        layerBlendParameter,
-                                       FunctionParameter{"phase speed x", number, -20, 20},
-                                       FunctionParameter{"phase speed y", number, -20, 20},
-                                       FunctionParameter{"phase speed z", number, -20, 20},
+                                       FunctionParameter{"phaseSpeedX", number, -20, 20},
+                                       FunctionParameter{"phaseSpeedY", number, -20, 20},
+                                       FunctionParameter{"phaseSpeedZ", number, -20, 20},
                                        FunctionParameter{"stillness", number, 0, 1},
-                                       FunctionParameter{"waves along x", number, 0, 8},
-                                       FunctionParameter{"waves along y", number, 0, 8},
-                                       FunctionParameter{"waves along z", number, 0, 8}};
+                                       FunctionParameter{"wavesX", number, 0, 8},
+                                       FunctionParameter{"wavesY", number, 0, 8},
+                                       FunctionParameter{"wavesZ", number, 0, 8}};
 
 constexpr std::array functionTable{
     FunctionRow{
@@ -58,6 +60,10 @@ constexpr std::array functionTable{
         animateParameters},
 };
 
+constexpr std::array neededTextures{
+    NeededTexture{surroundings},
+    NeededTexture{.name = defaultFlare, .function = "animate", .light = anyLight}};
+
 }  // namespace
 
 constinit const ModelScene<SceneLayerWobbel> sceneLayerWobbel{
@@ -65,7 +71,7 @@ constinit const ModelScene<SceneLayerWobbel> sceneLayerWobbel{
     .summary = "A layer: a wobbling body that mirrors its surroundings.",
     .model = "data\\wobbel",
     .functions = functionTable,
-    .needs = {.meshes = 1, .lights = 1},
+    .needs = {.meshes = 1, .lights = 1, .textures = neededTextures},
     .setUp = setUp};
 
 }  // namespace vex

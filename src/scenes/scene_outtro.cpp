@@ -290,35 +290,42 @@ constexpr std::array textParameters{FunctionParameter{"text", fileName}};
 constexpr std::array ballFileParameters{FunctionParameter{"balls", fileName}};
 constexpr std::array scrollerParameters{FunctionParameter{"speed", number, -10, 10},
                                         FunctionParameter{"zoom", number, -1, 4},
-                                        FunctionParameter{"wave mode", wholeNumber, 0, 2},
-                                        FunctionParameter{"wave speed", number, -2, 2},
-                                        FunctionParameter{"wave length", number, 0.01f, 10},
+                                        FunctionParameter{"waveMode", wholeNumber, 0, 2},
+                                        FunctionParameter{"waveSpeed", number, -2, 2},
+                                        FunctionParameter{"waveLength", number, 0.01f, 10},
                                         FunctionParameter{"amplitude", number, 0, 1},
                                         FunctionParameter{"y", number, -1, 1}};
-constexpr std::array copperParameters{FunctionParameter{"bar count", wholeNumber, 0, 100, maxCopperBars},
-                                      FunctionParameter{"end scale", number, 0.01f, 4},
-                                      FunctionParameter{"wave mode", wholeNumber, 0, 1},
-                                      FunctionParameter{"wave speed", number, -4, 4},
+constexpr std::array copperParameters{FunctionParameter{"bars", wholeNumber, 0, 100, maxCopperBars},
+                                      FunctionParameter{"endScale", number, 0.01f, 4},
+                                      FunctionParameter{"waveMode", wholeNumber, 0, 1},
+                                      FunctionParameter{"waveSpeed", number, -4, 4},
                                       FunctionParameter{"spacing", number, 0.01f, 10},
                                       FunctionParameter{"amplitude", number, 0, 1},
                                       FunctionParameter{"red", number, 0, 1},
                                       FunctionParameter{"green", number, 0, 1},
                                       FunctionParameter{"blue", number, 0, 1}};
 constexpr std::array ballParameters{
-    FunctionParameter{"ball size", number, 0, 100}, FunctionParameter{"turns per second", number, -4, 4},
-    FunctionParameter{"camera distance", number, 1, 10000},
-    FunctionParameter{"field of view", number, 10, 170}, FunctionParameter{"camera height", number, -4, 4}};
-constexpr std::array starParameters{FunctionParameter{"speed x", number, -4, 4},
-                                    FunctionParameter{"speed y", number, -4, 4},
-                                    FunctionParameter{"speed z", number, -4, 4}};
+    FunctionParameter{"ballSize", number, 0, 100}, FunctionParameter{"turns", number, -4, 4},
+    FunctionParameter{"distance", number, 1, 10000}, FunctionParameter{"fieldOfView", number, 10, 170},
+    FunctionParameter{"cameraHeight", number, -4, 4}};
+constexpr std::array starParameters{FunctionParameter{"speedX", number, -4, 4},
+                                    FunctionParameter{"speedY", number, -4, 4},
+                                    FunctionParameter{"speedZ", number, -4, 4}};
+
+constexpr std::array scrollerLoaders{"preloadFont", "preloadText"};
+constexpr std::array ballLoaders{"preloadVectorBalls"};
 
 constexpr std::array functionTable{
     FunctionRow{
-        "drawScroller", sceneFunction<drawScroller>,
+        "drawScroller",
+        sceneFunction<drawScroller>,
         "Draws a line of text that moves to the left, ten characters a second at speed 1. Zoom -1 fits "
-        "20 characters on the screen; wave mode 0 is flat, 1 one wave, 2 two; y counts upwards. Font "
+        "20 characters on the screen; waveMode 0 is flat, 1 one wave, 2 two; y counts upwards. Font "
         "and text must have been loaded.",
-        scrollerParameters},
+        scrollerParameters,
+        FunctionRole::draws,
+        {},
+        scrollerLoaders},
     FunctionRow{
         "preloadFont", sceneFunction<preloadFont>,
         "Loads the scroller's font: 32 cells from the bottom up, `-`, `?`, `!`, `,`, `.`, Z down to A "
@@ -326,16 +333,19 @@ constexpr std::array functionTable{
         fontParameters, FunctionRole::sets},
     FunctionRow{"preloadText", sceneFunction<preloadText>, "Loads the scroller's text.", textParameters,
                 FunctionRole::sets},
-    FunctionRow{
-        "showCopperBars", sceneFunction<showCopperBars>,
-        "Draws bars across the screen, each behind the one before it, shrinking towards the end scale; "
-        "wave mode 1 is a double wave.",
-        copperParameters},
-    FunctionRow{
-        "showVectorBalls", sceneFunction<showVectorBalls>,
-        "Draws the balls through a camera that circles round them and looks below their middle by the "
-        "camera height times the distance.",
-        ballParameters},
+    FunctionRow{"showCopperBars", sceneFunction<showCopperBars>,
+                "Draws bars across the screen, each behind the one before it, shrinking towards endScale; "
+                "waveMode 1 is a double wave.",
+                copperParameters},
+    FunctionRow{"showVectorBalls",
+                sceneFunction<showVectorBalls>,
+                "Draws the balls through a camera that circles round them (`turns` a second, at `distance`) "
+                "and looks "
+                "below their middle by cameraHeight times the distance.",
+                ballParameters,
+                FunctionRole::draws,
+                {},
+                ballLoaders},
     FunctionRow{"preloadVectorBalls", sceneFunction<preloadVectorBalls>,
                 "Loads the balls: the lights of a model (`.ase`, whose ball file is written beside it) or a "
                 "ball file (`.hvv`).",
@@ -346,6 +356,9 @@ constexpr std::array functionTable{
         "depth buffer.",
         starParameters},
 };
+
+constexpr std::array neededTextures{NeededTexture{copperTexture},
+                                    NeededTexture{"data\\flare_vectorball", "showVectorBalls"}};
 
 }  // namespace
 
@@ -367,6 +380,7 @@ constinit const SceneEntry sceneOuttro{
         "something\n"
         "else is.",
     .functions = functionTable,
-    .construct = []() -> Scene* { return newScene<SceneOuttro>(); }};
+    .construct = []() -> Scene* { return newScene<SceneOuttro>(); },
+    .needs = {.cameras = 0, .textures = neededTextures}};
 
 }  // namespace vex

@@ -23,6 +23,16 @@ constexpr std::array clouds{"clouds01", "clouds02"};
 
 static_assert(crows.size() == crowCount);
 
+constexpr const char* smokeFlare = "data\\flare_smoke";
+constexpr const char* fireFlare = "data\\flare_fire";
+constexpr const char* crowTexture = "data\\crow";
+constexpr const char* lightning = "data\\spark";
+// The sky is open: the clouds cover it.
+constexpr SkyTextures sky{
+    "", "data\\skullbot", "data\\skullnorth", "data\\skullwest", "data\\skullsouth", "data\\skulleast"};
+constexpr std::array motions{SceneMotion{MotionOf::meshes, 20, true},
+                             SceneMotion{MotionOf::cameras, 20, true}};
+
 // A flare texture out of four, by the light's place in the model.
 void setNumberedFlare(Light& light, const char* stem, int index) {
   std::snprintf(light.flareTexture, sizeof light.flareTexture, "%s%d", stem, index % 4 + 1);
@@ -34,7 +44,7 @@ void setUpSmokeLight(Light& light, int index) {
   light.active = false;
   light.glow = false;
   light.colour = {1, 1, 1};
-  setNumberedFlare(light, "data\\flare_smoke", index);
+  setNumberedFlare(light, smokeFlare, index);
 }
 
 void setUpFireLight(Light& light, int index) {
@@ -43,7 +53,7 @@ void setUpFireLight(Light& light, int index) {
   light.active = false;
   light.glow = false;
   light.colour = {1, 0.5f + 0.5f * std::sin(static_cast<float>(index)), 0.2f};
-  setNumberedFlare(light, "data\\flare_fire", index);
+  setNumberedFlare(light, fireFlare, index);
 }
 
 void setUpLights(SceneSkull& scene) {
@@ -68,7 +78,7 @@ void setUpLights(SceneSkull& scene) {
 void setUpCrows(SceneSkull& scene) {
   for (const char* name : crows) {
     Mesh& crow = findMesh(scene, name);
-    crow.texture = getTexture("data\\crow", true);
+    crow.texture = getTexture(crowTexture, true);
     crow.setFixedTime(0);
   }
 }
@@ -136,13 +146,10 @@ void setUp(SceneSkull& scene) {
     findMesh(scene, name).envMap = false;
   }
   setUpLights(scene);
-  setAnimParams(scene.meshes, 20, true);
-  setAnimParams(scene.viewers, 20, true);
+  playMotions(scene, motions);
   setUpCrows(scene);
   setUpGlow(scene);
-  // The sky is open: the clouds cover it.
-  scene.setBox("", "data\\skullbot", "data\\skullnorth", "data\\skullwest", "data\\skullsouth",
-               "data\\skulleast");
+  setSky(scene, sky);
   createParticleSystems(scene, 2 * crowCount);
   for (int crow = 0; crow < crowCount; ++crow) {
     setUpFire(scene, crow);
@@ -182,7 +189,7 @@ void flashSparks(SceneSkull& scene) {
   for (const char* name : sparks) setShown(findMesh(scene, name), flickers(scene.sparkRate));
   findLight(scene, "SparkLight").intensity =
       std::min(static_cast<float>(randomNext() % 100) / 10000 * static_cast<float>(scene.sparkRate), 0.5f);
-  boltTexture("data\\spark");
+  boltTexture(lightning);
 }
 
 // A laser is modelled along y, as long as its radius: it is stretched, then turned towards the target.
@@ -271,16 +278,17 @@ using enum ArgumentKind;
 
 constexpr FunctionParameter crowParameter{"crow", wholeNumber, 0, crowCount - 1};
 constexpr std::array lightsParameters{
-    FunctionParameter{"main intensity", number, 0, 4}, FunctionParameter{"side intensity", number, 0, 4},
+    FunctionParameter{"mainIntensity", number, 0, 4}, FunctionParameter{"sideIntensity", number, 0, 4},
     FunctionParameter{"red", number, 0, 1}, FunctionParameter{"green", number, 0, 1},
     FunctionParameter{"blue", number, 0, 1}};
 constexpr std::array sparkRateParameters{FunctionParameter{"rate", number, 0, 1}};
-constexpr std::array laserParameters{FunctionParameter{"target", objectName},
-                                     FunctionParameter{"rate", number, 0, 1}};
-constexpr std::array laserOpacityParameters{FunctionParameter{"opacity of laser 1", number, 0, 1},
-                                            FunctionParameter{"opacity of laser 2", number, 0, 1}};
+constexpr std::array laserParameters{
+    FunctionParameter{.name = "target", .kind = objectName, .mayBeEmpty = true},
+    FunctionParameter{"rate", number, 0, 1}};
+constexpr std::array laserOpacityParameters{FunctionParameter{"opacity1", number, 0, 1},
+                                            FunctionParameter{"opacity2", number, 0, 1}};
 constexpr std::array crowParticlesParameters{
-    crowParameter, FunctionParameter{"particle count", wholeNumber, 0, 100, maxParticles}};
+    crowParameter, FunctionParameter{"particles", wholeNumber, 0, 100, maxParticles}};
 constexpr std::array killCrowParameters{crowParameter};
 
 constexpr std::array functionTable{
@@ -318,6 +326,12 @@ constexpr std::array neededObjects{
     NeededObject{"fire04"},    NeededObject{"smoke01"}, NeededObject{"smoke02"}, NeededObject{"smoke03"},
     NeededObject{"smoke04"}};
 
+constexpr std::array neededTextures{NeededTexture{.name = crowTexture},
+                                    NeededTexture{.name = lightning, .function = "animate", .side = boltSide},
+                                    NeededTexture{.name = defaultFlare, .function = "animate"},
+                                    NeededTexture{.name = fireFlare, .function = "animate", .frames = 4},
+                                    NeededTexture{.name = smokeFlare, .function = "animate", .frames = 4}};
+
 }  // namespace
 
 constinit const ModelScene<SceneSkull> sceneSkull{
@@ -325,7 +339,8 @@ constinit const ModelScene<SceneSkull> sceneSkull{
     .summary = "A skull under clouds and lightning, three crows and two lasers. Its sky needs a ground.",
     .model = "data\\skull",
     .functions = functionTable,
-    .needs = {.objects = neededObjects, .lights = 3},
+    .needs =
+        {.objects = neededObjects, .lights = 3, .sky = sky, .textures = neededTextures, .motions = motions},
     .setUp = setUp};
 
 }  // namespace vex

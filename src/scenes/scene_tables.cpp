@@ -38,6 +38,8 @@ std::string valueText(const FunctionParameter& parameter) {
       return range;
     case ArgumentKind::wholeNumber:
       return "whole number, " + range;
+    case ArgumentKind::cameraNumber:
+      return "one of the model's cameras, counted from 0";
     case ArgumentKind::frameNumber:
       return "number of a frame, " + range;
     case ArgumentKind::textureName:
@@ -56,6 +58,9 @@ std::string functionText(const FunctionRow& row) {
   std::string text = std::string("### ") + row.name + "\n\n" + row.summary + "\n";
   if (row.role == FunctionRole::sets) text += "Draws nothing: what it sets stays.\n";
   if (row.ground.paints) text += std::string("Paints the ground when ") + row.ground.when + ".\n";
+  std::string loaders;
+  for (const char* loader : row.after) loaders += (loaders.empty() ? "" : " and ") + std::string(loader);
+  if (!loaders.empty()) text += "Calls of " + loaders + " must come before it.\n";
   if (row.parameters.empty()) return text + "\nNo parameters.\n\n";
   text += "\n| Parameter | Value |\n|---|---|\n";
   for (const FunctionParameter& parameter : row.parameters) {
@@ -99,23 +104,37 @@ const FunctionRow* findFunction(const SceneEntry& table, std::string_view functi
   return nullptr;
 }
 
+std::string needsAsMarkdown(std::span<const SceneEntry> tables) {
+  std::string text;
+  for (const SceneEntry& table : tables) {
+    text += (text.empty() ? "## " : "\n## ") + std::string(table.name) + "\n\n" +
+            needsText(table.model, table.needs);
+  }
+  return text;
+}
+
 std::string functionsAsMarkdown(std::span<const SceneEntry> tables) {
   std::string text =
       "# Scene functions\n\n"
       "<!-- Written by `vexproject functions`: change the tables of the scenes, not this file. -->\n\n"
-      "What a part of the time line can call. A call gives all parameters, in this order; their names in a "
-      "project\n"
-      "serve the log and the reader. The ranges are those that are useful; nothing enforces them, but "
-      "greater "
-      "values\n"
+      "What a part of the time line can call. A call gives all parameters: in any order by the names that "
+      "stand here,\n"
+      "or by other names in this order. The ranges are those that are useful; nothing enforces them, but "
+      "greater values\n"
       "than the one at which a parameter is held count as that. Colour is never cleared: in every frame some "
       "call has to\n"
       "*paint the ground*, cover the whole screen with nothing showing through (with textures that have no "
       "transparent\n"
-      "pixels).\n\n";
+      "pixels).\n\n"
+      "What a scene needs in its data stands before its functions; `vexproject scenes NAME` prints it. A "
+      "scene is made at\n"
+      "the start of every show, called or not, and with it its model and all textures that the model names. "
+      "Textures are\n"
+      "named without .jpg or .bmp. Every show loads `data\\Light1` to `7`, too, and what `used_textures.log` "
+      "lists.\n\n";
   for (const SceneEntry& table : tables) {
     text += std::string("## ") + table.name + "\n\n" + table.summary + "\n\n";
-    if (table.model) text += needsText(table.model, table.needs) + "\n\n";
+    text += needsText(table.model, table.needs) + "\n";
     for (const FunctionRow& row : table.functions) text += functionText(row);
   }
   text.pop_back();

@@ -17,6 +17,9 @@ std::span<const SceneEntry> sceneEntries();
 const SceneEntry* findSceneEntry(std::span<const SceneEntry> tables, std::string_view scene);
 const FunctionRow* findFunction(const SceneEntry& table, std::string_view function);
 
+// The tables of what they need, a section each, as Markdown.
+std::string needsAsMarkdown(std::span<const SceneEntry> tables);
+
 // All of them as a Markdown document.
 std::string functionsAsMarkdown(std::span<const SceneEntry> tables);
 

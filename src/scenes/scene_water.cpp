@@ -18,6 +18,12 @@ constexpr int fallingSystems = 4;
 constexpr int raySystem = 4;
 constexpr float mostRain = 1000;  // ten thousand drops a frame
 
+constexpr const char* lightFlare = "data\\flare_highpass";
+constexpr const char* rayFlare = "data\\flare_particle";
+constexpr std::array motions{SceneMotion{MotionOf::meshes, 15, true},
+                             SceneMotion{MotionOf::cameras, 15, true},
+                             SceneMotion{MotionOf::lights, 10, true}};
+
 void setUpWater(SceneWater& scene) {
   Mesh& water = findMesh(scene, "Water");
   water.blendMode = BlendMode::additive;
@@ -33,16 +39,14 @@ void setUpLights(SceneWater& scene) {
   for (Light* light : scene.lights) {
     light->flareSize = 30;
     light->flareStrength = 1;
-    setFlareTexture(*light, "data\\flare_highpass");
+    setFlareTexture(*light, lightFlare);
     light->intensity = 1;
-    light->setAnimParams(10, true);
   }
 }
 
 void setUpMeshes(SceneWater& scene) {
   constexpr int cells = 50;
   for (Mesh* mesh : scene.meshes) {
-    mesh->setAnimParams(15, true);
     mesh->ambient = {0, 0, 0, mesh->ambient.a};
     if (isNamed(*mesh, "Water")) convertToFluid(*mesh, cells, cells);
   }
@@ -101,18 +105,16 @@ void setUpRay(SceneWater& scene) {
   particle.intensity = 0;
   particle.active = false;
   particle.flareSize = 15;
-  setFlareTexture(particle, "data\\flare_particle");
+  setFlareTexture(particle, rayFlare);
   Light& light = findLight(scene, "RayLight");
   light.intensity = 0;
   light.flareSize = 0;
 }
 
 void setUp(SceneWater& scene) {
+  playMotions(scene, motions);
   setUpWater(scene);
-  for (Viewer* viewer : scene.viewers) {
-    viewer->setAnimParams(15, true);
-    viewer->farPlane = 3000;
-  }
+  for (Viewer* viewer : scene.viewers) viewer->farPlane = 3000;
   setUpLights(scene);
   setUpMeshes(scene);
   createParticleSystems(scene, fallingSystems + 1);
@@ -201,11 +203,11 @@ void setRay(SceneWater& scene, float, Arguments arguments) {
 
 using enum ArgumentKind;
 
-constexpr std::array rayParameters{FunctionParameter{"ray opacity", number, 0, 1},
-                                   FunctionParameter{"ray particle count", number, 0, 300, maxParticles},
-                                   FunctionParameter{"rain amount", number, 0, 3, mostRain},
-                                   FunctionParameter{"drop strength", number, 0, 0.05f},
-                                   FunctionParameter{"ray flicker", number, 0, 2}};
+constexpr std::array rayParameters{FunctionParameter{"rayOpacity", number, 0, 1},
+                                   FunctionParameter{"rayParticles", number, 0, 300, maxParticles},
+                                   FunctionParameter{"rain", number, 0, 3, mostRain},
+                                   FunctionParameter{"dropStrength", number, 0, 0.05f},
+                                   FunctionParameter{"rayFlicker", number, 0, 2}};
 
 constexpr std::array functionTable{
     FunctionRow{"animate", sceneFunction<animate>, "Draws the scene; the first camera looks at the creature.",
@@ -224,6 +226,8 @@ constexpr std::array neededObjects{
     NeededObject{"Dummy01"},      NeededObject{"Dummy02"},      NeededObject{"Dummy03"},
     NeededObject{"Dummy04"}};
 
+constexpr std::array neededTextures{NeededTexture{lightFlare, "animate"}, NeededTexture{rayFlare, "animate"}};
+
 }  // namespace
 
 constinit const ModelScene<SceneWater> sceneWater{
@@ -233,7 +237,7 @@ constinit const ModelScene<SceneWater> sceneWater{
         "Needs a ground.",
     .model = "data\\water_alien",
     .functions = functionTable,
-    .needs = {.objects = neededObjects},
+    .needs = {.objects = neededObjects, .textures = neededTextures, .motions = motions},
     .setUp = setUp};
 
 }  // namespace vex

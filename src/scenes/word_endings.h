@@ -25,10 +25,12 @@ inline constexpr int wordEndingFrames = 2;
 inline constexpr const char* titleTextureStem = "data\\vex";
 inline constexpr int titleFrames = 8;
 
+inline constexpr int logoFrameDigits = 2;
+
 // Texture name of a frame of the title word or of an ending: the stem and two digits, from 01.
 inline std::string logoFrameName(const char* stem, int frame) {
   char number[16];
-  std::snprintf(number, sizeof number, "%02d", frame);
+  std::snprintf(number, sizeof number, "%0*d", logoFrameDigits, frame);
   return std::string(stem) + number;
 }
 

@@ -41,6 +41,7 @@ std::string rangeText(const FunctionParameter& described) {
   switch (described.kind) {
     case ArgumentKind::number:
     case ArgumentKind::wholeNumber:
+    case ArgumentKind::cameraNumber:
     case ArgumentKind::frameNumber:
       return described.min < described.max ? formatted("%.4g … %.4g", static_cast<double>(described.min),
                                                        static_cast<double>(described.max))

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <utility>
 
+#include "authoring/picture_check.h"
 #include "base/report.h"
 #include "platform/replace_file.h"
 #include "scenes/scene_tables.h"

@@ -14,6 +14,7 @@
 
 #include "authoring/nearest_name.h"
 #include "authoring/project_lexer.h"
+#include "base/report.h"
 #include "tests/support/fatal.h"
 #include "tests/support/project_builder.h"
 #include "tests/support/temporary_folder.h"
@@ -359,6 +360,40 @@ TEST(ProjectText, ReadsLikeThis) {
             "}\n");
 }
 
+// Where all names are the function's own they say what is meant, otherwise the places do.
+TEST(ProjectText, TakesParametersByTheirNames) {
+  const struct {
+    const char* call;
+    std::vector<std::string> names;  // as the project has them
+  } rows[] = {
+      {"fadeScreen(alpha=4, blue=3, red=1, green=2)", {"red", "green", "blue", "alpha"}},
+      {"fadeScreen(red=1, green=2, blue=3, alpha=4)", {"red", "green", "blue", "alpha"}},
+      {"fadeScreen(alpha=4, blue=3, red=1, g=2)", {"alpha", "blue", "red", "g"}},
+      {"fadeScreen(alpha=4, blue=3, red=1, red=2)", {"alpha", "blue", "red", "red"}},
+      {"fadeScreen(alpha=4, blue=3, red=1)", {"alpha", "blue", "red"}},
+      {"fadeScreen ordered (alpha=4, blue=3, red=1, green=2)", {"alpha", "blue", "red", "green"}},
+      {"fade(alpha=4, blue=3, red=1, green=2)", {"alpha", "blue", "red", "green"}},
+  };
+  for (const auto& [call, names] : rows) {
+    const std::string text =
+        "total 1 range blue 0 to 2 part p { at 0 length 1 SceneHelper." + std::string(call) + " }";
+    const ReadProjectText read = readProjectText(text);
+    ASSERT_TRUE(read.problems.empty()) << call << read.problems[0].text;
+    const auto& parameters = read.project.parts[0].calls[0].parameters;
+    const auto& places = read.places.parts[0].calls[0].parameters;
+    ASSERT_EQ(parameters.size(), names.size()) << call;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      EXPECT_EQ(parameters[i].name, names[i]) << call;
+      const std::string place(
+          text.substr(places[i].whole.begin, places[i].whole.end - places[i].whole.begin));
+      EXPECT_EQ(place, formatted("%s=%g", names[i].c_str(), parameters[i].constant)) << call;
+      EXPECT_EQ(parameters[i].max, names[i] == "blue" ? 2 : infinity) << call;
+    }
+    const std::string bytes = encodeProject(read.project);
+    EXPECT_EQ(compileProjectText(writeProjectText(decodeProject(bytes, "").project)).bytes, bytes) << call;
+  }
+}
+
 // What an author may write beside what a dump writes.
 TEST(ProjectText, TakesBarsSecondsAndComments) {
   const ReadProjectText read = readProjectText(
@@ -440,7 +475,7 @@ TEST(ProjectText, SaysWhatIsWrong) {
       {"total 1:0", "1: total: 1:0 is in bars and beats, but no tempo stands before it"},
       {"tempo 60 total x:0", "1: a number for total is expected, not x"},
       {"tempo 60 total 1.5:0", "1: BAR:BEAT for total is expected, not 1.5:0"},
-      {"tempo 0\ntotal 1", "1: a tempo is beats a minute, above 0, and its origin a time"},
+      {"tempo 0\ntotal 1", "1: tempo 0 from 0: beats a minute above 0 and a time are expected"},
       {"tempo 60 beats 0\ntotal 1", "1: a whole number from 1 to 64 for beats is expected, not 0"},
       {"total 1 zoom 3s", "1: a plain number for zoom is expected, not 3s"},
       {"total 1 music x", "1: a text in quotes behind music is expected, not x"},
@@ -477,10 +512,13 @@ TEST(ProjectText, SaysWhatIsWrong) {
       {partWith("a"), "3: = behind the parameter's name is expected, not )"},
       {partWith("a = 1 b = 2"), "3: ) or , behind a parameter is expected, not b"},
       {partWith("a = lineal(0 1)"), "3: unknown value lineal of \"a\"; did you mean linear?"},
-      {partWith("a = dots(0 1)"), "3: unknown value dots of \"a\"; known are linear, spline and sine"},
+      {partWith("a = dots(0 1)"),
+       "3: unknown value dots of \"a\"; known are linear, spline and sine, a text stands in quotes"},
       {partWith("a = ("),
        "3: a number, a text in quotes, linear(...), spline(...) or sine(...) for \"a\" is expected, not ("},
-      {partWith("a = nan"), "3: unknown value nan of \"a\"; known are linear, spline and sine"},
+      {partWith("a = 0,5"), "3: the name of a parameter (numbers have a point, no comma) is expected, not 5"},
+      {partWith("a = nan"),
+       "3: unknown value nan of \"a\"; known are linear, spline and sine, a text stands in quotes"},
       {partWith("a = 0x7ff8000000000000 in 0 to 0x7ff8000000000000"), ""},
       {partWith("a = 1 also 2"), "3: \"a\" has 2 beside another value of that kind"},
       {partWith("a = linear()"), "3: \"a\": curve has no dots"},

@@ -133,7 +133,7 @@ TEST_F(Construction, FunctionsThatDrawRenderTheirSceneAtTheirTime) {
       std::vector<Argument> arguments;
       for (const FunctionParameter& parameter : row.parameters) {
         using enum ArgumentKind;
-        if (parameter.kind == number || parameter.kind == wholeNumber)
+        if (parameter.kind == number || parameter.kind == wholeNumber || parameter.kind == cameraNumber)
           arguments.emplace_back(0.5);
         else
           arguments.emplace_back(parameter.kind == textureName ? "other" : scene->meshes[0]->name);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "authoring/project_check.h"
+#include "authoring/project_lexer.h"
 #include "engine/scene.h"
 #include "timeline/scene_function.h"
 
@@ -29,7 +30,10 @@ TEST(SceneEntrys, HoldWhatRegistrationAndProjectsNeed) {
       EXPECT_TRUE(row.function) << row.name;
       EXPECT_TRUE(std::string(row.summary).ends_with('.')) << row.name;
       EXPECT_LE(row.parameters.size(), std::size_t{maxArguments}) << row.name;
+      std::set<std::string> parameters;
       for (const FunctionParameter& parameter : row.parameters) {
+        EXPECT_TRUE(isProjectWord(parameter.name)) << parameter.name << " needs quotes in a text";
+        EXPECT_TRUE(parameters.insert(parameter.name).second) << row.name << '.' << parameter.name;
         EXPECT_LE(parameter.min, parameter.max) << row.name << '.' << parameter.name;
       }
     }

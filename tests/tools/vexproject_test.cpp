@@ -10,6 +10,7 @@
 #include "tests/support/image_files.h"
 #include "tests/support/pak_builder.h"
 #include "tests/support/project_builder.h"
+#include "tests/support/run_folder.h"
 #include "tests/support/sound_files.h"
 #include "tests/support/temporary_folder.h"
 
@@ -122,6 +123,7 @@ TEST(Vexproject, DumpRefusesWhatThePlayerRefuses) {
   const std::string whole = buildProject({.parts = {{.pos = 1}}}).bytes;
   writeFile("cut.hvp", whole.substr(0, whole.size() - 5));
   writeFile("text.hvp", "total 1\n");
+  writeFile("other.hvp", "total\n");
   writeFile("empty.hvp", "");
   const std::pair<const char*, const char*> rows[]{
       {"Linear.hvp", "project Linear.hvp: part part: curve of animate.red has no dots"},
@@ -130,7 +132,8 @@ TEST(Vexproject, DumpRefusesWhatThePlayerRefuses) {
        "project crowd.hvp: part part is active with 16 others at 0.000000, at most 16 parts are possible"},
       {"cut.hvp",
        "double != 8 bytes (0 read) (project cut.hvp: part part: speed lacks its end behind byte 107)"},
-      {"text.hvp", "Wrong file version. Must be 0.17 (project text.hvp: version is total 1)"},
+      {"text.hvp", "text.hvp is the text of a project, not its file: vexproject compile makes that"},
+      {"other.hvp", "Wrong file version. Must be 0.17 (project other.hvp: version is total)"},
       {"empty.hvp", "char != 1 byte (0 read) (project empty.hvp: version lacks its end behind byte 0)"},
       {"linear.hvp", "can't read linear.hvp: No such file or directory"},
       {".", "can't read .: Is a directory"},
@@ -202,6 +205,9 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithCalls) {
   const TemporaryFolder folder;
   const std::string at = "at 1 length 1";
   const std::string given = "SceneHelper.fadeScreen";
+  const std::string byPlace =
+      "values go by their place where not all names are the function's own; hint: name all as vexproject "
+      "functions does, then they may stand in any order\n";
   expectChecks({
       {grounded, ""},
       {grounded + part(at, "Helper.fadeScreen()"),
@@ -211,11 +217,15 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithCalls) {
       {grounded + part(at, "\nSceneHelper.fadeScren()"),
        "4: unknown function \"fadeScren\" of SceneHelper; hint: did you mean fadeScreen?\n"},
       {grounded + part(at, given + "(red=1)"),
-       "3: SceneHelper.fadeScreen has 1 parameters, must have 4; hint: they are red, green, blue, alpha\n"},
+       "3: SceneHelper.fadeScreen has 1 parameters, must have 4; hint: it lacks green, blue, alpha; they are "
+       "red, "
+       "green, blue, alpha\n"},
       {grounded + part(at, given + "(red=0,\ngreen=\"x\", blue=0, alpha=0)"),
-       "4: green of SceneHelper.fadeScreen is the text \"x\", must be a number\n"},
+       "4: green of SceneHelper.fadeScreen is the text \"x\", must be a number; hint: numbers stand without "
+       "quotes\n"},
       {grounded + part(at, "SceneHelper.drawNoise(a=1,b=0,c=0,d=0,e=0,f=1,g=0,h=0,i=1)"),
-       "3: a of SceneHelper.drawNoise, the texture, is a number, must be a text\n"},
+       "3: a of SceneHelper.drawNoise, the texture, is a number, must be a text; hint: texts stand in "
+       "quotes\n"},
       {grounded + part(at, fade("0.5 in 1 to 0.25")),
        "3: alpha of SceneHelper.fadeScreen: min 1 lies above max 0.25\n"},
       {grounded + part(at, fade("2 in 0 to 1")),
@@ -233,13 +243,10 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithCalls) {
       {grounded + part(at, fade("linear(-0.1 0.5, 0.9 1, 1.1 0.5)")), ""},
       {grounded + part(at, fade("linear(-0.5 0.5, 1.1 1)")),
        "3: remark: alpha of SceneHelper.fadeScreen: dot 1 at x -0.5 lies before the part begins\n"},
-      {grounded + part(at, given + "(red=0,\nblue=0, green=1, alpha=0)"),
-       "4: remark: blue of SceneHelper.fadeScreen stands where \"green\" is taken: values go by their place, "
-       "not "
-       "by their name\n"
-       "4: remark: green of SceneHelper.fadeScreen stands where \"blue\" is taken: values go by their place, "
-       "not "
-       "by their name\n"},
+      {grounded + part(at, given + "(red=0,\nblue=0, green=1, a=0)"),
+       "4: remark: blue of SceneHelper.fadeScreen stands where \"green\" is taken: " + byPlace +
+           "4: remark: green of SceneHelper.fadeScreen stands where \"blue\" is taken: " + byPlace},
+      {grounded + part(at, given + "(red=0,\nblue=0, green=1, alpha=0)"), ""},
       {grounded + part(at, fade("sine(cycles 1, amplitude 0.75, offset 0.25)")),
        "3: remark: alpha of SceneHelper.fadeScreen reaches -0.5, useful are 0 to 1\n"},
       {grounded + part(at, fade("linear(0 0, 0.5 0, 0.5 1)")),
@@ -433,6 +440,11 @@ TEST(Vexproject, CheckNamesThePartsOfProjectFiles) {
 TEST(Vexproject, CheckLooksForTheData) {
   const TemporaryFolder folder;
   const auto bmp = [](int width, int height) { return BmpFile{.width = width, .height = height}.bytes(); };
+  fs::create_directory("run");
+  fs::current_path("run");
+  writeRunFolder({});
+  fs::remove("test.hvp");
+  fs::current_path(folder.path());
   writeFile("run/data/Loose.BMP", bmp(4, 4));
   writeFile("run/data/masked.bmp", bmp(4, 4));
   writeFile("run/data/masked_mask.bmp", bmp(4, 4));
@@ -462,6 +474,7 @@ TEST(Vexproject, CheckLooksForTheData) {
   const std::string longName = "data\\abcdefghijklmnopqrstuvw";  // 28 characters
   writeFile("run/data/abcdefghijklmnopqrstuvw.bmp", bmp(4, 4));
   const std::string at = "at 1 length 1";
+  const std::string anew = "; hint: write it anew from its picture\n";
   std::string movies, lacks;
   for (int i = 0; i < 12; ++i) {  // of 10 000 frames each, beyond 100 000 no more are looked for
     const std::string base = "data\\n" + std::to_string(i) + "x";
@@ -473,28 +486,31 @@ TEST(Vexproject, CheckLooksForTheData) {
           {grounded + part(at, movies), " remark: too many movie frames, not all were looked for\n" + lacks},
           {grounded + part(at, bitmap(longName)),
            "3: remark: file name \"" + longName + ".bmp\" has 32 characters, an archive takes at most 31\n"},
-          {grounded + part(at, bitmap("data\\loose") + bitmap("DATA\\packed") + bitmap("data/masked")), ""},
+          {grounded + part(at, bitmap("data\\loose") + bitmap("DATA\\packed") + bitmap("data\\masked")), ""},
           {grounded + part(at, bitmap("data\\none") + "\n" + bitmap("data\\none")),
            "3: texture \"data\\none\" is missing, neither .jpg nor .bmp is there\n"},
           {grounded + part(at, bitmap("data\\odd")),
-           "3: texture \"data\\odd.bmp\" is 6x4, both sides must be powers of two\n"},
-          {grounded + part(at, bitmap("data\\broken")), "3: texture \"data\\broken.jpg\" cannot be read\n"},
+           "3: texture \"data\\odd.bmp\" is 6x4, both sides must be powers of two; hint: scale it, to 8x4 "
+           "for "
+           "instance\n"},
+          {grounded + part(at, bitmap("data\\broken")),
+           "3: texture \"data\\broken.jpg\" cannot be read" + anew},
           {grounded + part(at, bitmap("data\\cut")),
-           "3: texture data\\cut.bmp is cut short: its picture needs 48 bytes, 6 are left\n"},
+           "3: texture data\\cut.bmp is cut short: its picture needs 48 bytes, 6 are left" + anew},
           {grounded + part(at, bitmap("data\\veil")),
-           "3: texture data\\veil_mask.bmp is cut short: its picture needs 48 bytes, 45 are left\n"},
+           "3: texture data\\veil_mask.bmp is cut short: its picture needs 48 bytes, 45 are left" + anew},
           {grounded + part(at, bitmap("data\\tall")),
-           "3: ijlRead(image) failed (texture data\\tall.jpg: Corrupt JPEG data: premature end of data "
-           "segment)\n"},
+           "3: texture data\\tall.jpg: Corrupt JPEG data: premature end of data segment" + anew},
           {grounded + part(at, movie("first=1, last=1", "data\\f")),
-           "3: ijlRead(image) failed (texture data\\f1.jpg: Corrupt JPEG data: premature end of data "
-           "segment)\n"},
+           "3: texture data\\f1.jpg: Corrupt JPEG data: premature end of data segment\n"},
           {grounded + part(at, "SceneOuttro.preloadVectorBalls(balls=\"data\\few.hvv\")"),
            "3: data\\few.hvv: number of balls is 5, does not fit the file's size of 4 bytes\n"},
           {grounded + part(at, bitmap("data\\unlike")),
-           "3: mask \"data\\unlike_mask.bmp\" is 8x4, its texture 4x4\n"},
+           "3: mask \"data\\unlike_mask.bmp\" is 8x4, its texture 4x4; hint: scale one to the size of the "
+           "other\n"},
           {grounded + part(at, bitmap("data\\photo")),
-           "3: mask \"data\\photo_mask.jpg\" is 16x8, its texture 8x16\n"},
+           "3: mask \"data\\photo_mask.jpg\" is 16x8, its texture 8x16; hint: scale one to the size of the "
+           "other\n"},
           {grounded + part(at, movie("first=1, last=2")), ""},
           {grounded + part(at, movie("first=1, last=11")),
            "3: movie \"data\\m\" lacks of its frames 1 to 11: 3, 7 to 8 and 10 to 11\n"},
@@ -518,6 +534,26 @@ TEST(Vexproject, CheckLooksForTheData) {
       " --dir run");
   EXPECT_EQ(vexproject("check show --dir none").errors,
             "vexproject: can't go to folder none: No such file or directory\n");
+}
+
+TEST(Vexproject, TellsWhatScenesNeed) {
+  EXPECT_EQ(vexproject("scenes SceneHell").output,
+            "## SceneHell\n\n| Needs | |\n|---|---|\n"
+            "| model | `data\\hell.ase` or `data\\hell.hv3` |\n"
+            "| meshes of these names | `Lava`, `Sphere` |\n"
+            "| lights of these names | `part03`, `part04` |\n"
+            "| meshes (or helpers) or lights of these names | `part01`, `part02`, `Sprayer01` |\n"
+            "| at least | 1 camera |\n"
+            "| sky textures | top `data\\helltop`, bottom `data\\hellbottom`, north `data\\hellnorth`, west "
+            "`data\\hellwest`, south `data\\hellsouth`, east `data\\helleast` |\n"
+            "| textures in calls | `data\\flare_shine` for animate |\n"
+            "| motions last | cameras 20 s once, meshes 20 s in a loop, `Sphere` 5 s in a loop |\n");
+  const std::string all = vexproject("scenes").output;
+  for (const SceneEntry& entry : sceneEntries())
+    EXPECT_NE(all.find("## " + std::string(entry.name) + "\n"), std::string::npos);
+  const Program wrong = vexproject("scenes SceneHel");
+  EXPECT_EQ(wrong.exitCode, 255);
+  EXPECT_EQ(wrong.errors, "vexproject: unknown scene SceneHel; did you mean SceneHell?\n");
 }
 
 TEST(Vexproject, TheDocumentsHold) {
@@ -550,6 +586,7 @@ TEST(Vexproject, WrongUsageShowsTheUsage) {
       {"check x --dir", "vexproject: --dir needs a value\n"},
       {"check x --to y", "vexproject: unknown option --to\n"},
       {"functions x", ""},
+      {"scenes x y", ""},
       {"unknown", ""},
   };
   for (const auto& [arguments, message] : cases) {

@@ -14,6 +14,7 @@
 #include <cstring>
 #include <filesystem>
 #include <new>
+#include <optional>
 
 #include "base/report.h"
 
@@ -36,12 +37,17 @@ constexpr struct {
           {".dae", SourceKind::collada},
           {".obj", SourceKind::obj}};
 
-SourceKind kindOf(const std::string& path) {
+std::optional<SourceKind> findKind(const std::string& path) {
   std::string extension = fs::path(path).extension().string();
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   for (const auto& row : kinds)
     if (row.extension == extension) return row.kind;
+  return std::nullopt;
+}
+
+SourceKind kindOf(const std::string& path) {
+  if (const auto kind = findKind(path)) return *kind;
   fatalError("%s: only .gltf, .glb, .fbx, .dae and .obj files can be imported", path.c_str());
 }
 
@@ -106,6 +112,10 @@ void checkSize(const SourceFile& source) {
 }
 
 }  // namespace
+
+bool canBeImported(const std::string& path) {
+  return findKind(path).has_value();
+}
 
 std::string pathWithin(const std::string& folder, const std::string& name) {
   std::string slashed = name;

@@ -23,6 +23,9 @@ struct SourceFile {
   const aiScene* scene = nullptr;
 };
 
+// By its extension.
+bool canBeImported(const std::string& path);
+
 // Reads a .gltf, .glb, .fbx, .dae or .obj file: triangles only, one kind of surface a mesh, indices checked.
 // Files that it names outside its folder are not opened, which the report says. Fatal: a file of another
 // kind, one that cannot be read or is larger than 512 MiB, what the library refuses, more nodes, triangles or

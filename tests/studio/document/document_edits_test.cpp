@@ -292,7 +292,7 @@ TEST(DocumentEdits, MakeParts) {
        [](Document& d) { return d.addCall(0, "SceneHelper", "drawBitmap"); },
        head + "part p { at 1 length 1\n  S.f(texture = \"data\\x\")\n"
               "  SceneHelper.drawBitmap(texture = \"data\\x\", x = 0, y = 0, width = 0, height = 0, "
-              "\"frame count\" = 4,\n    \"glitch probability\" = 0.5, alpha = 0.5, \"blend mode\" = 1)\n}\n",
+              "frames = 4,\n    glitch = 0.5, alpha = 0.5, blend = 1)\n}\n",
        1},
       {"two halves", inPart("a = linear(0 0, 0.25 1, 0.75 3, 1 4), b = 2"),
        [](Document& d) { return d.splitPart(0, 4); },
@@ -342,8 +342,8 @@ TEST(DocumentEdits, OfCalls) {
        head + "part p {\n at 1 length 2\n SceneHelper.drawBitmap(t = \"data\\sky\", x = 1)\n}\n",
        [](Document& d) { return d.addCall(0, "SceneHelper", "drawBitmap"); },
        head + "part p {\n at 1 length 2\n SceneHelper.drawBitmap(t = \"data\\sky\", x = 1)\n"
-              " SceneHelper.drawBitmap(texture = \"data\\sky\", x = 0, y = 0, width = 0, height = 0,\n"
-              "   \"frame count\" = 4, \"glitch probability\" = 0.5, alpha = 0.5, \"blend mode\" = 1)\n}\n",
+              " SceneHelper.drawBitmap(texture = \"data\\sky\", x = 0, y = 0, width = 0, height = 0, "
+              "frames = 4,\n   glitch = 0.5, alpha = 0.5, blend = 1)\n}\n",
        1},
   });
 }
