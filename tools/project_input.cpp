@@ -3,7 +3,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
+#include "authoring/project_text.h"
 #include "authoring/whole_check.h"
 #include "base/report.h"
 
@@ -32,6 +34,15 @@ std::string readProjectFile(const std::string& name) {
   if (std::ferror(file)) fatalError("can't read %s: %s", name.c_str(), std::strerror(errno));
   std::fclose(file);
   return bytes;
+}
+
+std::string compileWhole(const std::string& text, const std::string& name) {
+  CompiledProject compiled = compileProjectText(text);
+  if (!compiled.problems.empty()) {
+    const TextProblem& first = compiled.problems.front();
+    fatalError("%s:%d: %s", name.c_str(), first.line, first.text.c_str());
+  }
+  return std::move(compiled.bytes);
 }
 
 }  // namespace vex

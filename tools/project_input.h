@@ -8,4 +8,7 @@ namespace vex {
 // be read, more than 64 MiB of a project file or 256 of a text.
 std::string readProjectFile(const std::string& name);
 
+// The project file of a text. Fatal: the first mistake, "NAME:LINE: ...".
+std::string compileWhole(const std::string& text, const std::string& name);
+
 }  // namespace vex

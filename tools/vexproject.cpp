@@ -16,14 +16,13 @@
 #include "base/report.h"
 #include "platform/end_request.h"
 #include "platform/replace_file.h"
-#include "platform/sound_file.h"
 #include "platform/standard_streams.h"
 #include "scenes/scene_tables.h"
 #include "timeline/part_dispatcher.h"
 #include "timeline/project_record.h"
-#include "tools/beats/beats.h"
 #include "tools/command_line.h"
 #include "tools/project_input.h"
+#include "tools/start_show.h"
 
 namespace {
 
@@ -33,6 +32,9 @@ constexpr const char* usage =
     "       vexproject check FILE [--dir RUNDIR]    say all that is wrong with a project of either form;\n"
     "                                               with a run folder also look for its data there, loose\n"
     "                                               or in vex.pak\n"
+    "       vexproject new DIR [--music FILE] [--tempo BPM]\n"
+    "                                               begin a show of your own: a folder with what every show\n"
+    "                                               needs, a text, and the music (or a minute of silence)\n"
     "       vexproject beats MUSIC                  find tempo and first beat of music, as a line for the "
     "text\n"
     "       vexproject scenes [NAME]                print what scenes need: models with their objects, "
@@ -61,12 +63,7 @@ void printOut(const std::string& text) {
 void compile(const char* textName, const char* projectName) {
   const std::string text = vex::readProjectFile(textName);
   if (vex::isProjectFile(text)) vex::fatalError("%s is a project file, not the text of one", textName);
-  const vex::CompiledProject compiled = vex::compileProjectText(text);
-  if (!compiled.problems.empty()) {
-    const vex::TextProblem& first = compiled.problems.front();
-    vex::fatalError("%s:%d: %s", textName, first.line, first.text.c_str());
-  }
-  writeFile(projectName, compiled.bytes);
+  writeFile(projectName, vex::compileWhole(text, textName));
 }
 
 // Refuses what the player refuses, in its words.
@@ -104,21 +101,6 @@ int check(const char* name, const char* runFolder) {
   return 0;
 }
 
-// A line for the text of a project, below one on how far it is to be trusted.
-void beats(const char* name) {
-  if (access(name, R_OK) != 0) vex::fatalError("can't read %s: %s", name, std::strerror(errno));
-  vex::SoundFile sound = vex::openSoundFile(name, 0, vex::wholeFile);
-  if (!sound.decoder) {
-    vex::fatalError("music %s cannot be played: it takes WAV, OGG, FLAC or MP3 with one or two channels",
-                    name);
-  }
-  const std::optional<vex::Beats> found = vex::findBeats(sound);
-  if (!found) vex::fatalError("music %s: no steady beat was found", name);
-  const char* how = found->sureness() >= 12 ? "sure" : found->sureness() >= 8 ? "likely" : "doubtful";
-  printOut(vex::formatted("# %s: %d of %d beats are marked by what begins there\ntempo %.6g from %.3f\n", how,
-                          found->marked, found->count, found->perMinute, found->first));
-}
-
 // Of one scene, or of all where no name is given.
 void printScenes(const std::string& name) {
   const auto tables = vex::sceneEntries();
@@ -137,18 +119,28 @@ int main(int argc, char** argv) {
   vex::endAtSignals();
   const vex::CommandLine line("vexproject", usage, argc, argv);
   std::optional<std::string> folder;
-  const vex::Option options[] = {{"--dir", [&folder](auto& value) { folder = value; }}};
+  std::string music;
+  std::optional<double> beatsPerMinute;
+  const vex::Option options[] = {
+      {"--dir", [&folder](auto& value) { folder = value; }},
+      {"--music", [&music](auto& value) { music = value; }},
+      {"--tempo", [&](auto& value) { beatsPerMinute = line.number("--tempo", value, 1.0, 1000.0); }},
+  };
   const std::vector<std::string> words = line.parse(options);
   const std::string command = words.empty() ? "" : words[0];
   if (folder && command != "check") line.refuse("--dir belongs to check");
+  if (command != "new" && (!music.empty() || beatsPerMinute))
+    line.refuse("--music and --tempo belong to new");
   if (command == "compile" && words.size() == 3) {
     compile(words[1].c_str(), words[2].c_str());
   } else if (command == "dump" && words.size() == 2) {
     dump(words[1].c_str());
   } else if (command == "check" && words.size() == 2) {
     return check(words[1].c_str(), folder ? folder->c_str() : nullptr);
+  } else if (command == "new" && words.size() == 2) {
+    vex::startShow(words[1], music, beatsPerMinute);
   } else if (command == "beats" && words.size() == 2) {
-    beats(words[1].c_str());
+    printOut(vex::beatsOf(words[1]));
   } else if (command == "scenes" && words.size() <= 2) {
     printScenes(words.size() == 2 ? words[1] : "");
   } else if (command == "functions" && words.size() == 1) {

@@ -1,12 +1,10 @@
 #include "app/contact_sheet.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
-#include <string_view>
 
 #include "base/report.h"
 #include "platform/png_file.h"
+#include "textures/small_type.h"
 
 namespace vex {
 
@@ -17,26 +15,9 @@ constexpr int cellWidth = 320;
 constexpr int maxThumbnailHeight = 320;
 constexpr int gap = 8;
 constexpr int labelScale = 2;
-constexpr int labelHeight = 5 * labelScale + 6;
+constexpr int labelHeight = smallTypeHeight * labelScale + 6;
 constexpr std::byte ground{7};
 constexpr std::byte ink{200};
-
-// 3 x 5 cells, a row in three bits from the top.
-constexpr std::string_view characters = "0123456789.-: ";
-constexpr std::array<std::array<std::uint8_t, 5>, characters.size()> glyphs{{{7, 5, 5, 5, 7},
-                                                                             {2, 6, 2, 2, 7},
-                                                                             {7, 1, 7, 4, 7},
-                                                                             {7, 1, 7, 1, 7},
-                                                                             {5, 5, 7, 1, 1},
-                                                                             {7, 4, 7, 1, 7},
-                                                                             {7, 4, 7, 5, 7},
-                                                                             {7, 1, 1, 1, 1},
-                                                                             {7, 5, 7, 5, 7},
-                                                                             {7, 5, 7, 1, 7},
-                                                                             {0, 0, 0, 0, 2},
-                                                                             {0, 0, 7, 0, 0},
-                                                                             {0, 2, 0, 2, 0},
-                                                                             {0, 0, 0, 0, 0}}};
 
 }  // namespace
 
@@ -82,18 +63,17 @@ void ContactSheet::add(double time, std::span<const std::byte> bgra) {
 
 void ContactSheet::drawLabel(int x, int y, const std::string& text) {
   for (const char c : text) {
-    const std::size_t number = characters.find(c);
-    if (number == std::string_view::npos) continue;
-    const auto& glyph = glyphs[number];
-    for (int row = 0; row < 5 * labelScale; ++row) {
-      for (int column = 0; column < 3 * labelScale; ++column) {
-        const int bits = glyph[static_cast<std::size_t>(row / labelScale)];
+    const SmallGlyph* glyph = smallGlyph(c);
+    if (!glyph) continue;
+    for (int row = 0; row < smallTypeHeight * labelScale; ++row) {
+      for (int column = 0; column < smallTypeWidth * labelScale; ++column) {
+        const int bits = (*glyph)[static_cast<std::size_t>(row / labelScale)];
         if (!(bits >> (2 - column / labelScale) & 1)) continue;
         const auto target = static_cast<std::size_t>((y + row) * width + x + column) * 3;
         std::fill_n(pixels.begin() + static_cast<std::ptrdiff_t>(target), 3, ink);
       }
     }
-    x += 4 * labelScale;
+    x += (smallTypeWidth + 1) * labelScale;
   }
 }
 

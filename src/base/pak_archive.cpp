@@ -51,8 +51,13 @@ void checkName(const std::string& name, const fs::path& path) {
   if (hasControlCharacter(name)) fatalError("%s: the name holds a control character", path.c_str());
 }
 
-std::string memberName(const fs::path& path, const fs::path& folder) {
-  std::string name = path.lexically_relative(folder).generic_string();
+// With slashes still.
+std::string nameBelow(const fs::path& path, const fs::path& folder) {
+  return path.lexically_relative(folder).generic_string();
+}
+
+std::string memberName(const std::string& below, const fs::path& path) {
+  std::string name = below;
   if (name.find('\\') != std::string::npos) fatalError("%s: the name holds a backslash", path.c_str());
   std::replace(name.begin(), name.end(), '/', '\\');
   checkName(name, path);
@@ -82,10 +87,17 @@ void checkForFolders(const std::vector<std::string>& paths) {
   }
 }
 
-std::vector<Source> gatherSources(const fs::path& pak, const fs::path& folder) {
+struct Sources {
+  std::vector<Source> files;
+  std::vector<std::string> others;  // names of what is not wanted
+};
+
+Sources gatherSources(const fs::path& pak, const fs::path& folder,
+                      const std::function<bool(const std::string& name)>& wanted) {
   std::error_code error;
   if (!fs::is_directory(folder, error)) fatalError("%s isn't a folder", folder.c_str());
   std::vector<Source> sources;
+  std::vector<std::string> others;
   fs::recursive_directory_iterator walk(folder, fs::directory_options::follow_directory_symlink, error);
   for (; !error && walk != fs::recursive_directory_iterator(); walk.increment(error)) {
     const fs::directory_entry& entry = *walk;
@@ -98,8 +110,13 @@ std::vector<Source> gatherSources(const fs::path& pak, const fs::path& folder) {
       continue;
     }
     if (entry.is_directory(error) || fs::equivalent(entry.path(), pak, error)) continue;
+    std::string name = nameBelow(entry.path(), folder);
+    if (!wanted(name)) {
+      others.push_back(std::move(name));
+      continue;
+    }
     if (!entry.is_regular_file(error)) fatalError("%s isn't a regular file", entry.path().c_str());
-    sources.push_back({memberName(entry.path(), folder), entry.path(), entry.file_size(error)});
+    sources.push_back({memberName(name, entry.path()), entry.path(), entry.file_size(error)});
     error.clear();
   }
   if (error) fatalError("can't read folder %s: %s", folder.c_str(), error.message().c_str());
@@ -112,7 +129,8 @@ std::vector<Source> gatherSources(const fs::path& pak, const fs::path& folder) {
   for (const Source& source : sources) names.push_back(source.name);
   const FatalPlace place([&folder] { return "folder " + folder.native(); });
   checkForClashes(names);
-  return sources;
+  std::sort(others.begin(), others.end());
+  return {std::move(sources), std::move(others)};
 }
 
 void writeDirectory(const std::vector<Source>& sources, const fs::path& pak, std::FILE* file) {
@@ -194,7 +212,13 @@ void checkWay(const fs::path& folder, const fs::path& member) {
 }  // namespace
 
 void createPak(const fs::path& pak, const fs::path& folder) {
-  const std::vector<Source> sources = gatherSources(pak, folder);
+  createPak(pak, folder, [](const std::string&) { return true; });
+}
+
+std::vector<std::string> createPak(const fs::path& pak, const fs::path& folder,
+                                   const std::function<bool(const std::string& name)>& wanted) {
+  Sources gathered = gatherSources(pak, folder, wanted);
+  const std::vector<Source>& sources = gathered.files;
   replaceFile(pak, [&](std::FILE* file) {
     writeDirectory(sources, pak, file);
     for (const Source& source : sources) {
@@ -203,6 +227,7 @@ void createPak(const fs::path& pak, const fs::path& folder) {
     }
     return true;
   });
+  return std::move(gathered.others);
 }
 
 std::vector<PakMember> listPak(const fs::path& pak) {

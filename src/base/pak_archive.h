@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <string>
 #include <vector>
 
 #include "base/pak_directory.h"
@@ -14,6 +16,11 @@ namespace vex {
 // Fatal: more than 256 members, a name over 31 characters, two names that differ only in letter case,
 // a name with a backslash or a control character, more than 4 GiB, what cannot be read or written.
 void createPak(const std::filesystem::path& pak, const std::filesystem::path& folder);
+
+// The same for the files that are `wanted` by their names below the folder (with slashes); gives the names of
+// the others, whatever they look like.
+std::vector<std::string> createPak(const std::filesystem::path& pak, const std::filesystem::path& folder,
+                                   const std::function<bool(const std::string& name)>& wanted);
 
 std::vector<PakMember> listPak(const std::filesystem::path& pak);
 

@@ -21,6 +21,7 @@ constexpr double leastSureness = 6;         // the best of all grids over noise 
 constexpr double driftAllowed = 0.01;  // s at the ends of the piece, for a rounder number of beats a minute
 constexpr std::size_t stretch = 5;     // beats that the tracker has to tell; it loses clean clicks easily
 
+constexpr double nothing = 0.01;      // s before the first beat; attacks are not told closer than that
 constexpr double mostSeconds = 1800;  // that are listened to
 
 struct DeleteTempo {
@@ -219,7 +220,7 @@ std::optional<Beats> findBeats(SoundFile& sound) {
   if (!(grid.share > 0)) return std::nullopt;
   Beats beats = attacks.counted(rounded(grid, hearing.seconds()), from);
   if (beats.sureness() < leastSureness) return std::nullopt;
-  beats.first = std::max(0.0, beats.first);
+  if (beats.first < nothing) beats.first = 0;
   return beats;
 }
 
