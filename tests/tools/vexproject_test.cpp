@@ -560,7 +560,7 @@ TEST(Vexproject, TheDocumentsHold) {
   const TemporaryFolder folder;
   EXPECT_EQ(vexproject("functions").output, readFile(docs / "functions.md"))
       << "write it anew: vexproject functions > docs/functions.md";
-  for (const char* document : {"project-text.md", "tutorial.md"}) {
+  for (const char* document : {"project-text.md", "tutorial.md", "tutorial-world.md"}) {
     writeFile("example.txt", examplesOf(readFile(docs / document)));
     EXPECT_EQ(vexproject("compile example.txt example.hvp").errors, "");
     const Program checked = vexproject("check example.txt");
