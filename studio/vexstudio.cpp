@@ -15,6 +15,7 @@
 #include "platform/end_request.h"
 #include "platform/replace_file.h"
 #include "platform/standard_streams.h"
+#include "studio/panes/file_chooser.h"
 #include "studio/panes/gesture_end.h"
 #include "studio/panes/look.h"
 #include "studio/panes/window.h"
@@ -58,6 +59,7 @@ std::string textOf(const fs::path& folder) {
 
 int main(int argc, char** argv) {
   openStandardStreams();
+  if (int exitCode = 0; studio::choosesFile(argc, argv, exitCode)) return exitCode;
   std::string folder;
   const Option options[] = {{.name = "--dir", .take = [&](const std::string& value) { folder = value; }}};
   const CommandLine line("vexstudio", usage, argc, argv);

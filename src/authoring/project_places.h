@@ -89,6 +89,7 @@ struct ProjectPlaces {
   // Behind the last statement before the first part, or where the text begins behind a byte order mark.
   std::size_t headEnd = 0;
   std::optional<Tempo> tempo;  // that holds there
+  TextSpan tempoNumber;        // its beats a minute
 };
 
 }  // namespace vex

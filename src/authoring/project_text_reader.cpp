@@ -165,7 +165,9 @@ void Reader::readTicks(const Token& keyword) {
 
 void Reader::readTempo(const Token& keyword) {
   Tempo read;
+  const std::size_t begin = nextBegin();
   read.beatsPerMinute = number("tempo");
+  if (project.parts.empty()) places.tempoNumber = takenFrom(begin);
   if (nextIs("beats")) {
     lexer.take();
     read.beatsPerBar = static_cast<double>(wholeNumber("beats", 1, 64));

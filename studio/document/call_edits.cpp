@@ -1,7 +1,9 @@
 #include "studio/document/call_edits.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -43,10 +45,24 @@ std::string lastText(const Project& project, const std::string& scene, const std
   return ofFunction.empty() ? ofName : ofFunction;
 }
 
-std::string middleText(const FunctionParameter& parameter) {
+// What a new call begins with where the middle of the useful range would hide it or mean little: the whole
+// screen, seen, from the first camera and frame.
+struct Beginning {
+  std::string_view parameter;
+  double value;
+};
+constexpr std::array beginnings{Beginning{"x", -1},     Beginning{"y", -1},     Beginning{"width", 2},
+                                Beginning{"height", 2}, Beginning{"alpha", 1},  Beginning{"opacity", 1},
+                                Beginning{"blend", 0},  Beginning{"glitch", 0}, Beginning{"frames", 0},
+                                Beginning{"first", 1},  Beginning{"last", 1},   Beginning{"fps", 25},
+                                Beginning{"camera", 0}};
+
+std::string firstNumber(const FunctionParameter& parameter) {
   const double middle = (static_cast<double>(parameter.min) + static_cast<double>(parameter.max)) / 2;
   const bool whole = parameter.kind != ArgumentKind::number;
-  return writeNumber(whole ? std::trunc(middle) : middle, 0, Precision::shown);
+  const auto known = std::ranges::find(beginnings, parameter.name, &Beginning::parameter);
+  const double value = known != beginnings.end() ? known->value : whole ? std::trunc(middle) : middle;
+  return writeNumber(value, 0, Precision::shown);
 }
 
 std::string callIndent(const Draft& draft, const PartPlace& place) {
@@ -66,7 +82,7 @@ std::string newCallText(const Project& project, const std::string& scene, const 
     const FunctionParameter& parameter = row.parameters[i];
     const std::string value = isTextKind(parameter.kind)
                                   ? quoteText(lastText(project, scene, function, i, parameter.name))
-                                  : middleText(parameter);
+                                  : firstNumber(parameter);
     const std::string argument =
         nameText(parameter.name) + " = " + value + (i + 1 < row.parameters.size() ? "," : ")");
     if (column + argument.size() + 1 > lineWidth) {

@@ -340,6 +340,20 @@ Edited Document::setStartTime(double seconds) {
   });
 }
 
+Edited Document::setTempo(double beatsPerMinute) {
+  return state->edit("Set tempo", {0}, [&](const EditTarget&) {
+    studio::setTempo(state->draft, beatsPerMinute);
+    return 0;
+  });
+}
+
+Edited Document::setMusic(const std::string& file) {
+  return state->editOnce("Set music", [&] {
+    studio::setMusic(state->draft, file);
+    return 0;
+  });
+}
+
 Edited Document::addTick(double time, const std::string& name) {
   return state->editOnce("Add mark", [&] { return studio::addTick(state->draft, time, name); });
 }

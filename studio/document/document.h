@@ -90,7 +90,8 @@ class Document {
   Edited doublePart(int part, double pos, int track);
   Edited splitPart(int part, double time);  // index of the second half; both together show what the one did
   Edited removePart(int part);
-  // With one call of the function and values from the middle of their useful ranges.
+  // With one call of the function that is seen on the whole screen; other values from the middle of their
+  // useful ranges.
   Edited createPart(double pos, double length, int track, const std::string& scene,
                     const std::string& function);
 
@@ -114,6 +115,8 @@ class Document {
   // Of the whole.
   Edited setTotalTime(double seconds);
   Edited setStartTime(double seconds);
+  Edited setTempo(double beatsPerMinute);  // that holds at the first part; what stands in bars moves with it
+  Edited setMusic(const std::string& file);              // empty: none
   Edited addTick(double time, const std::string& name);  // the name as a comment behind it; may be empty
   Edited moveTick(int tick, double time);
   Edited removeTick(int tick);

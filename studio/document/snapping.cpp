@@ -35,10 +35,10 @@ std::optional<double> lineDistance(const Tempo& tempo, double secondsPerPixel, S
 }  // namespace
 
 double snapped(double time, const std::optional<Tempo>& tempo, double secondsPerPixel, SnapGrid grid,
-               std::span<const double> targets) {
+               std::span<const double> targets, double pixels) {
   if (grid == SnapGrid::none) return time;
   double nearest = time;
-  double reach = snapReach * secondsPerPixel;
+  double reach = pixels * secondsPerPixel;
   for (const double target : targets) {
     if (std::abs(target - time) > reach) continue;
     reach = std::abs(target - time);

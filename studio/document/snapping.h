@@ -21,12 +21,13 @@ enum class SnapGrid : std::int8_t {
   quarterBeats,
 };
 
-inline constexpr double snapReach = 8;  // pixels
+inline constexpr double snapReach = 8;      // pixels, of what is dragged
+inline constexpr double newPartReach = 24;  // of what is made, which nobody sees before
 
-// The nearest line of the grid, or target, within reach; the time itself where there is none. A target wins
-// over a line as near. Without a tempo only targets count.
+// The nearest line of the grid, or target, within so many pixels; the time itself where there is none. A
+// target wins over a line as near. Without a tempo only targets count.
 double snapped(double time, const std::optional<Tempo>& tempo, double secondsPerPixel, SnapGrid grid,
-               std::span<const double> targets = {});
+               std::span<const double> targets = {}, double pixels = snapReach);
 
 // Beginnings and ends of the parts but one, and the ticks.
 std::vector<double> snapTargets(const Project& project, int exceptPart);

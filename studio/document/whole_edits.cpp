@@ -1,15 +1,19 @@
 #include "studio/document/whole_edits.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "authoring/project_lexer.h"
 #include "studio/document/edit_target.h"
 #include "studio/document/text_block.h"
 
 namespace vex::studio {
 
 namespace {
+
+constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 
 void rewriteTime(Draft& draft, const TimePlace& place, double now, double time) {
   if (differ(time, now)) draft.rewrite({timeAt(draft, place, time, place.tempo)}, Reach::whole);
@@ -54,6 +58,38 @@ void setStartTime(Draft& draft, double seconds) {
   if (!differ(seconds, draft.project().startTime)) return;
   const std::string time = writeTime(seconds, styleOf(textOf(draft, total)), total.tempo, Precision::shown);
   draft.rewrite({lineBehind(draft.text(), total.end, "start " + time)}, Reach::whole);
+}
+
+void setTempo(Draft& draft, double beatsPerMinute) {
+  requireNumber("The tempo", beatsPerMinute);
+  if (!(beatsPerMinute > 0)) throw Refusal{"A tempo is more than 0 beats a minute."};
+  const ProjectPlaces& places = draft.places();
+  if (places.tempoNumber.given()) {
+    if (differ(beatsPerMinute, places.tempo->beatsPerMinute))
+      draft.rewrite({numberAt(draft, places.tempoNumber, beatsPerMinute)}, Reach::whole);
+    return;
+  }
+  // Above the total time: from there on times may be meant in bars.
+  const std::string& text = draft.text();
+  std::size_t place = text.rfind('\n', places.total.begin) + 1;  // 0 in the first line
+  if (place == 0 && text.starts_with(byteOrderMark)) place = byteOrderMark.size();
+  draft.rewrite(
+      {{{place, place}, "tempo " + writeNumber(beatsPerMinute, 0, Precision::shown) + lineEndOf(text)}},
+      Reach::whole);
+}
+
+void setMusic(Draft& draft, const std::string& file) {
+  requireText("The music's name", file, maxProjectName);
+  if (file == draft.project().music) return;
+  const TextSpan place = draft.places().music;
+  const std::string& text = draft.text();
+  if (!place.given()) {
+    draft.rewrite({lineBehind(text, draft.places().total.end, "music " + quoteText(file))}, Reach::whole);
+  } else if (file.empty()) {
+    draft.rewrite({removeBlock(text, {text.rfind("music", place.begin), place.end})}, Reach::whole);
+  } else {
+    draft.rewrite({{place, quoteText(file)}}, Reach::whole);
+  }
 }
 
 int addTick(Draft& draft, double time, const std::string& name) {

@@ -11,6 +11,8 @@ namespace vex::studio {
 
 void setTotalTime(Draft& draft, double seconds);
 void setStartTime(Draft& draft, double seconds);
+void setTempo(Draft& draft, double beatsPerMinute);
+void setMusic(Draft& draft, const std::string& file);
 
 // Give the tick's index afterwards; of a removed one that of its follower, or of the last.
 int addTick(Draft& draft, double time, const std::string& name);

@@ -14,7 +14,7 @@ namespace vex::studio {
 
 namespace {
 
-constexpr int buttonWidth = 20;
+constexpr int buttonWidth = 22;
 constexpr int buttons = 3;  // of a call: up, down, remove
 
 const char* kindName(ParameterType kind) {
@@ -76,28 +76,61 @@ void CallsPane::listRows() {
   const ProjectPart* part = session.selectedPart();
   if (std::exchange(listedPart, session.selection().part) != session.selection().part && !session.inGesture())
     scrolled = 0;
-  if (!part) return;
-  for (const Field field : {Field::name, Field::at, Field::length, Field::start, Field::speed, Field::track})
-    rows.push_back({field});
-  int call = 0;
-  for (const ProjectCall& each : part->calls) {
-    rows.push_back({Field::call, call});
-    for (int i = 0; i < static_cast<int>(each.parameters.size()); ++i)
-      rows.push_back({Field::parameter, call, i});
-    ++call;
-  }
-  rows.push_back({Field::add});
-  const int height = static_cast<int>(rows.size()) * rowHeight() + px(8);
+  title = part ? "Part" : "Show";
+  part ? listPart(*part) : listShow();
+  const int height = (rows.back().line + 1) * rowHeight() + px(8);
   scrolled = std::clamp(scrolled, 0, std::max(0, height - (y() + h() - contentTop())));
 }
 
-int CallsPane::topOf(std::size_t row) const {
-  return contentTop() + px(4) + static_cast<int>(row) * rowHeight() - scrolled;
+void CallsPane::listShow() {
+  rows = {{Field::showName, 0},
+          {Field::total, 1, Half::left},
+          {Field::begin, 1, Half::right},
+          {Field::tempo, 2, Half::left},
+          {Field::music, 3}};
 }
 
-std::optional<std::size_t> CallsPane::rowAt(int at) const {
-  for (std::size_t i = 0; i < rows.size(); ++i)
-    if (at >= topOf(i) && at < topOf(i) + rowHeight()) return i;
+void CallsPane::listPart(const ProjectPart& part) {
+  rows = {{Field::name, 0, Half::left},    {Field::track, 0, Half::right}, {Field::at, 1, Half::left},
+          {Field::length, 1, Half::right}, {Field::start, 2, Half::left},  {Field::speed, 2, Half::right}};
+  int line = 3, call = 0;
+  for (const ProjectCall& each : part.calls) {
+    rows.push_back({Field::call, line++, Half::both, call});
+    for (int i = 0; i < static_cast<int>(each.parameters.size()); ++i)
+      rows.push_back({Field::parameter, line++, Half::both, call, i});
+    ++call;
+  }
+  rows.push_back({Field::add, line});
+}
+
+CallsPane::Cell CallsPane::cellOf(const Row& row) const {
+  const Columns at = columns();
+  const int middle = (at.name + at.end) / 2, gap = px(10), label = (middle - at.name) * 2 / 5;
+  if (row.field == Field::parameter)
+    return {at.name, at.value, parameterOf(row).type == PARAM_STRING ? at.end : at.hint};
+  if (row.field == Field::name) return {at.name, at.name, middle - gap};
+  switch (row.half) {
+    case Half::left:
+      return {at.name, at.name + label, middle - gap};
+    case Half::right:
+      return {middle + gap, middle + gap + label, at.end};
+    case Half::both:
+      break;
+  }
+  return {at.name, at.name + label, at.end};
+}
+
+int CallsPane::topOf(const Row& row) const {
+  return contentTop() + px(4) + row.line * rowHeight() - scrolled;
+}
+
+std::optional<std::size_t> CallsPane::rowAt(int mouseX, int mouseY) const {
+  const int middle = (columns().name + columns().end) / 2;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const Row& row = rows[i];
+    if (mouseY < topOf(row) || mouseY >= topOf(row) + rowHeight()) continue;
+    if (row.half == Half::both || (row.half == Half::left) == (mouseX < middle)) return i;
+  }
   return std::nullopt;
 }
 
@@ -111,53 +144,87 @@ void CallsPane::draw() {
   listRows();
   drawFrame();
   fl_push_clip(x(), contentTop(), w(), y() + h() - contentTop());
-  if (rows.empty()) {
-    setDrawColour(colour::faint);
+  for (const Row& row : rows)
+    if (topOf(row) + rowHeight() > contentTop() && topOf(row) < y() + h()) drawRow(row, topOf(row));
+  if (!session.selectedPart()) {
+    setDrawColour(colour::dim);
     useFont(false, 12);
-    drawText("Choose a part in the time line, or double-click an empty place to make one.", x() + px(10),
-             contentTop() + px(8), w() - px(20), rowHeight());
+    drawText("Choose a part in the time line, or double-click an empty place to make one.", columns().name,
+             topOf(rows.back()) + rowHeight() * 3 / 2, w() - px(20), rowHeight());
   }
-  for (std::size_t i = 0; i < rows.size(); ++i)
-    if (topOf(i) + rowHeight() > contentTop() && topOf(i) < y() + h()) drawRow(rows[i], topOf(i));
   fl_pop_clip();
 }
 
+void CallsPane::drawNumber(const Row& row, int top, const char* name, const std::string& value,
+                           const std::string& hint) const {
+  const Cell cell = cellOf(row);
+  useFont(false, 12);
+  setDrawColour(colour::dim);
+  drawText(name, cell.name, top, cell.value - cell.name - px(4), rowHeight());
+  setDrawColour(colour::text);
+  drawText(value, cell.value, top, cell.end - cell.value, rowHeight());
+  const int rest = cell.end - cell.value - textWidth(value) - px(8);
+  setDrawColour(colour::dim);
+  useFont(false, 11);
+  drawText(hint, cell.end - rest, top, rest, rowHeight(), FL_ALIGN_RIGHT);
+}
+
+void CallsPane::drawShowRow(const Row& row, int top) const {
+  const Project& project = session.document().project();
+  const auto tempo = session.document().places().tempo;
+  switch (row.field) {
+    case Field::total:
+      return drawNumber(row, top, "lasts", shown(project.totalTime) + " s",
+                        tempo ? "bar " + tempo->text(project.totalTime) : "");
+    case Field::begin:
+      return drawNumber(row, top, "begins at", shown(project.startTime) + " s");
+    case Field::tempo:
+      return drawNumber(row, top, "tempo", tempo ? shown(tempo->beatsPerMinute) : "none",
+                        tempo ? formatted("%g beats a bar", tempo->beatsPerBar) : "");
+    case Field::music:
+      return drawNumber(row, top, "music", project.music.empty() ? "none" : project.music);
+    default:
+      useFont(true, 13);
+      setDrawColour(colour::text);
+      drawText(session.fileName(), columns().name, top, columns().end - columns().name, rowHeight());
+  }
+}
+
 void CallsPane::drawRow(const Row& row, int top) const {
+  if (row.field < Field::name) return drawShowRow(row, top);
   const Columns at = columns();
   const ProjectPart& part = *session.selectedPart();
-  const auto named = [&](const char* name, const std::string& value, const std::string& hint = "") {
-    useFont(false, 12);
-    setDrawColour(colour::dim);
-    drawText(name, at.name, top, at.value - at.name, rowHeight());
-    setDrawColour(colour::text);
-    drawText(value, at.value, top, at.hint - at.value - px(4), rowHeight());
-    setDrawColour(colour::faint);
-    useFont(false, 10);
-    drawText(hint, at.hint, top, at.end - at.hint, rowHeight(), FL_ALIGN_RIGHT);
-  };
   const auto tempo = session.document().tempo();
   const auto bars = [&](double time) { return tempo ? "bar " + tempo->text(time) : std::string(); };
   switch (row.field) {
-    case Field::name:
+    case Field::showName:
+    case Field::total:
+    case Field::begin:
+    case Field::tempo:
+    case Field::music:
+      break;
+    case Field::name: {
       useFont(true, 13);
       setDrawColour(part.calls.empty() ? colour::text
                                        : blended(sceneColour(part.calls.front().scene), colour::text, 0.5));
-      drawText(part.name, at.name, top, at.end - at.name, rowHeight());
+      const Cell cell = cellOf(row);
+      drawText(part.name, cell.name, top, cell.end - cell.name, rowHeight());
       break;
+    }
     case Field::at:
-      named("begins", shown(part.pos) + " s", bars(part.pos));
+      drawNumber(row, top, "begins", shown(part.pos) + " s", bars(part.pos));
       break;
     case Field::length:
-      named("lasts", shown(part.length) + " s", bars(part.pos + part.length));
+      drawNumber(row, top, "lasts", shown(part.length) + " s", bars(part.pos + part.length));
       break;
     case Field::start:
-      named("scene time", shown(part.start) + " s");
+      drawNumber(row, top, "scene time", shown(part.start) + " s");
       break;
     case Field::speed:
-      named("speed", shown(part.speed));
+      drawNumber(row, top, "speed", shown(part.speed));
       break;
     case Field::track:
-      named("track", std::to_string(part.track), "lower is drawn first");
+      drawNumber(row, top, "track", std::to_string(part.track), "lower: behind");
       break;
     case Field::call:
       drawCall(row, top, at);
@@ -183,8 +250,8 @@ void CallsPane::drawCall(const Row& row, int top, const Columns& at) const {
   setDrawColour(colour::text);
   drawText(call.scene + "." + call.function, at.name, top, at.end - at.name - buttons * px(buttonWidth),
            rowHeight());
-  setDrawColour(colour::dim);
-  useFont(false, 11);
+  setDrawColour(colour::text);
+  useFont(false, 13);
   int left = at.end - buttons * px(buttonWidth);
   for (const char* label : {"↑", "↓", "×"}) {
     drawText(label, left, top, px(buttonWidth), rowHeight(), FL_ALIGN_CENTER);
@@ -203,8 +270,10 @@ void CallsPane::drawParameter(const Row& row, int top, const Columns& at) const 
   useFont(false, 12);
   setDrawColour(colour::dim);
   drawText(parameter.name, at.name, top, at.kind - at.name - px(6), rowHeight());
-  useFont(false, 10);
-  setDrawColour(colour::faint);
+  useFont(false, 11);
+  setDrawColour(parameter.type == PARAM_CONST || parameter.type == PARAM_STRING
+                    ? colour::dim
+                    : blended(colour::dim, colour::chosen, 0.5));
   drawText(kindName(static_cast<ParameterType>(parameter.type)), at.kind, top, at.value - at.kind - px(4),
            rowHeight());
   useFont(false, 12);
@@ -223,13 +292,16 @@ void CallsPane::drawParameter(const Row& row, int top, const Columns& at) const 
            rowHeight());
   const FunctionParameter* described = vex::studio::describe(call, row.parameter);
   if (!described || parameter.type == PARAM_STRING) return;
-  useFont(false, 10);
-  setDrawColour(colour::faint);
+  useFont(false, 11);
+  setDrawColour(colour::dim);
   drawText(rangeText(*described), at.hint, top, at.end - at.hint, rowHeight(), FL_ALIGN_RIGHT);
 }
 
 bool CallsPane::isNumber(const Row& row) const {
   switch (row.field) {
+    case Field::total:
+    case Field::begin:
+    case Field::tempo:
     case Field::at:
     case Field::length:
     case Field::start:
@@ -244,6 +316,13 @@ bool CallsPane::isNumber(const Row& row) const {
 }
 
 double CallsPane::numberOf(const Row& row) const {
+  const Project& project = session.document().project();
+  if (row.field == Field::total) return project.totalTime;
+  if (row.field == Field::begin) return project.startTime;
+  if (row.field == Field::tempo) {
+    const auto tempo = session.document().places().tempo;
+    return tempo ? tempo->beatsPerMinute : 120;
+  }
   const ProjectPart& part = *session.selectedPart();
   switch (row.field) {
     case Field::at:
@@ -263,10 +342,13 @@ double CallsPane::numberOf(const Row& row) const {
 
 double CallsPane::stepOf(const Row& row) const {
   switch (row.field) {
+    case Field::total:
+    case Field::begin:
     case Field::at:
     case Field::length:
     case Field::start:
       return 0.05;
+    case Field::tempo:
     case Field::speed:
       return 0.01;
     case Field::track:
@@ -287,6 +369,15 @@ void CallsPane::setNumber(const Row& row, double value) {
   const int part = session.selection().part;
   Document& document = session.document();
   switch (row.field) {
+    case Field::total:
+      session.edit(document.setTotalTime(value));
+      break;
+    case Field::begin:
+      session.edit(document.setStartTime(value));
+      break;
+    case Field::tempo:
+      session.edit(document.setTempo(value));
+      break;
     case Field::at:
       session.editPart(document.movePart(part, value, session.selectedPart()->track));
       break;
@@ -310,7 +401,7 @@ void CallsPane::setNumber(const Row& row, double value) {
 }
 
 void CallsPane::type(const Row& row, int top) {
-  const Columns at = columns();
+  const Cell at = cellOf(row);
   const Row chosen = row;
   const std::uint64_t seen = session.document().revision();
   const auto unchanged = [this, seen] {
@@ -320,7 +411,7 @@ void CallsPane::type(const Row& row, int top) {
   };
   const int part = session.selection().part;
   if (row.field == Field::name) {
-    edit.open(at.name, top, at.end - at.name, rowHeight(), session.selectedPart()->name,
+    edit.open(at.value, top, at.end - at.value, rowHeight(), session.selectedPart()->name,
               [this, unchanged, part](const std::string& typed) {
                 if (unchanged()) session.edit(session.document().renamePart(part, typed));
               });
@@ -331,7 +422,7 @@ void CallsPane::type(const Row& row, int top) {
                   session.edit(session.document().setString({part, chosen.call, chosen.parameter}, typed));
               });
   } else if (isNumber(row)) {
-    edit.open(at.value, top, at.hint - at.value, rowHeight(), shown(numberOf(row)),
+    edit.open(at.value, top, at.end - at.value, rowHeight(), shown(numberOf(row)),
               [this, unchanged, part, chosen](const std::string& typed) {
                 double value = 0;
                 if (!readNumber(typed, value)) {
@@ -348,7 +439,7 @@ void CallsPane::type(const Row& row, int top) {
 void CallsPane::renamePart() {
   listRows();
   scrolled = 0;
-  if (!rows.empty()) type(rows.front(), topOf(0));
+  if (session.selectedPart()) type(rows.front(), topOf(rows.front()));
 }
 
 int CallsPane::handle(int event) {
@@ -389,7 +480,7 @@ void CallsPane::pressCall(const Row& row) {
 // What it was listed for may have gone since.
 bool CallsPane::stands(const Row& row) const {
   const ProjectPart* part = session.selectedPart();
-  if (!part) return false;
+  if (!part || row.field < Field::name) return !part && row.field < Field::name;
   if (row.call < 0) return true;
   if (static_cast<std::size_t>(row.call) >= part->calls.size()) return false;
   const auto& parameters = part->calls[static_cast<std::size_t>(row.call)].parameters;
@@ -407,7 +498,7 @@ int CallsPane::press() {
   take_focus();
   dragged.reset();
   moved = false;
-  const auto index = rowAt(Fl::event_y());
+  const auto index = rowAt(Fl::event_x(), Fl::event_y());
   if (!index) return 1;
   const Row row = rows[*index];
   const Columns at = columns();
@@ -433,7 +524,6 @@ int CallsPane::press() {
       break;
   }
   dragged = row;
-  draggedIndex = *index;
   dragX = Fl::event_x();
   if (isNumber(row)) dragValue = numberOf(row);
   return 1;
@@ -472,7 +562,11 @@ int CallsPane::release() {
     session.endGesture();
     return 1;
   }
-  if (Fl::event_x() < columns().value && row.field != Field::name) return 1;
+  if (Fl::event_x() < cellOf(row).value) return 1;
+  if (row.field == Field::music) {
+    if (chooseMusic) chooseMusic();
+    return 1;
+  }
   if (row.field == Field::parameter && parameterOf(row).type == PARAM_STRING && chooseName) {
     const ProjectCall& call = session.selectedPart()->calls[static_cast<std::size_t>(row.call)];
     const FunctionParameter* described = vex::studio::describe(call, row.parameter);
@@ -482,7 +576,7 @@ int CallsPane::release() {
       return 1;
     }
   }
-  type(row, topOf(draggedIndex));
+  type(row, topOf(row));
   return 1;
 }
 

@@ -9,7 +9,8 @@
 
 namespace vex::studio {
 
-// The chosen part: its own numbers, then each call with its parameters. Numbers are dragged or typed.
+// The chosen part: its own numbers, then each call with its parameters; the show's own where none is chosen.
+// Numbers are dragged or typed.
 class CallsPane : public Pane {
  public:
   CallsPane(Session& shared, InlineEdit& field);
@@ -18,6 +19,7 @@ class CallsPane : public Pane {
   std::function<void()> addCall;
   std::function<void(ParameterAt)> chooseKind;
   std::function<void(ParameterAt, ArgumentKind)> chooseName;
+  std::function<void()> chooseMusic;
 
   void renamePart();  // types the part's name
   void cancel();      // what the mouse is about
@@ -27,11 +29,35 @@ class CallsPane : public Pane {
   int handle(int event) override;
 
  private:
-  enum class Field : std::int8_t { name, at, length, start, speed, track, call, parameter, add };
+  enum class Field : std::int8_t {
+    // Of the show, where no part is chosen.
+    showName,
+    total,
+    begin,
+    tempo,
+    music,
+    // Of the part.
+    name,
+    at,
+    length,
+    start,
+    speed,
+    track,
+    call,
+    parameter,
+    add
+  };
+  enum class Half : std::int8_t { both, left, right };  // of its line
   struct Row {
     Field field;
+    int line = 0;
+    Half half = Half::both;
     int call = -1;
     int parameter = -1;
+  };
+  // Where a row's name, number and what is said of it stand.
+  struct Cell {
+    int name, value, end;
   };
   struct Columns {
     int name, kind, value, hint, end;  // left edges
@@ -42,7 +68,6 @@ class CallsPane : public Pane {
   int listedPart = -1;
   int scrolled = 0;  // pixels
   std::optional<Row> dragged;
-  std::size_t draggedIndex = 0;
   double dragValue = 0;
   int dragX = 0;
   bool moved = false;
@@ -50,9 +75,15 @@ class CallsPane : public Pane {
   void listRows();
   Columns columns() const;
   int rowHeight() const;
-  int topOf(std::size_t row) const;
-  std::optional<std::size_t> rowAt(int y) const;
+  void listShow();
+  void listPart(const ProjectPart& part);
+  Cell cellOf(const Row& row) const;
+  int topOf(const Row& row) const;
+  std::optional<std::size_t> rowAt(int x, int y) const;
   void drawRow(const Row& row, int top) const;
+  void drawShowRow(const Row& row, int top) const;
+  void drawNumber(const Row& row, int top, const char* name, const std::string& value,
+                  const std::string& hint = "") const;
   void drawParameter(const Row& row, int top, const Columns& at) const;
   void drawCall(const Row& row, int top, const Columns& at) const;
 

@@ -22,6 +22,11 @@ bool hasDots(const ProjectParameter& parameter) {
   return parameter.type == PARAM_LINEAR || parameter.type == PARAM_SPLINE;
 }
 
+// What the player would hold it to all the same.
+double held(const ProjectParameter& parameter, double value) {
+  return parameter.min <= parameter.max ? std::clamp(value, parameter.min, parameter.max) : value;
+}
+
 // 1, 2 or 5 times a power of ten, so that some four lines fit into the range.
 double gridStep(double range) {
   const double power = std::pow(10.0, std::floor(std::log10(range / 4)));
@@ -70,7 +75,7 @@ void CurvePane::draw() {
   const ProjectParameter* parameter = session.selectedParameter();
   useFont(false, 12);
   if (!parameter) {
-    setDrawColour(colour::faint);
+    setDrawColour(colour::dim);
     drawText("Choose a parameter of the part to see its curve.", x() + px(10), contentTop() + px(8),
              w() - px(20), lineHeight());
   } else {
@@ -191,7 +196,7 @@ void CurvePane::drawTyped() const {
   const std::vector<Typed> numbers = typedNumbers();
   useFont(false, 11);
   if (numbers.empty()) {
-    setDrawColour(colour::faint);
+    setDrawColour(colour::dim);
     drawText("Drag dots; double-click makes one, Delete removes it.", x() + px(10), typedTop(), w() - px(20),
              lineHeight());
     return;
@@ -199,7 +204,7 @@ void CurvePane::drawTyped() const {
   const int width = (w() - px(20)) / static_cast<int>(numbers.size());
   int left = x() + px(10);
   for (const Typed& number : numbers) {
-    setDrawColour(colour::faint);
+    setDrawColour(colour::dim);
     drawText(number.name, left, typedTop(), width / 2 - px(4), lineHeight());
     setDrawColour(colour::text);
     drawText(formatted("%.5g", number.value), left + width / 2, typedTop(), width / 2 - px(4), lineHeight());
@@ -293,8 +298,9 @@ int CurvePane::press() {
   selection.dot = dotAt(at, Fl::event_x(), Fl::event_y());
   if (Fl::event_clicks() && selection.dot < 0 && Fl::event_button() == FL_LEFT_MOUSE) {
     Fl::event_clicks(0);
-    const Edited added = session.document().addDot(
-        selection.where(), std::clamp(at.progressAt(Fl::event_x()), 0.0, 1.0), at.valueAt(Fl::event_y()));
+    const Edited added =
+        session.document().addDot(selection.where(), std::clamp(at.progressAt(Fl::event_x()), 0.0, 1.0),
+                                  held(*parameter, at.valueAt(Fl::event_y())));
     selection.dot = added.index;
     if (session.edit(added)) session.select(selection);
     return 1;
@@ -328,8 +334,9 @@ int CurvePane::drag() {
   const double x = Fl::event_shift() ? dots[static_cast<std::size_t>(selection.dot)].x : progress;
   const double digits =
       std::pow(10.0, std::floor(std::log10((heldPlot.greatest - heldPlot.least) / heldPlot.height)));
-  session.edit(
-      session.document().setDot(selection.where(), selection.dot, x, std::round(value / digits) * digits));
+  const ProjectParameter& parameter = *session.selectedParameter();
+  const double y = std::round(value / digits) * digits;
+  session.edit(session.document().setDot(selection.where(), selection.dot, x, held(parameter, y)));
   redraw();
   return 1;
 }

@@ -17,6 +17,7 @@ constexpr int rulerRow = 17;  // seconds, bars
 constexpr int markRow = 9;    // the project's marks
 constexpr int waveHeight = 46;
 constexpr int trackColumn = 44;
+constexpr int footHeight = 16;  // what tells of rows that are out of sight
 constexpr double wheelZoom = 1.25;
 constexpr double longestShown = 1e7;  // s
 
@@ -43,7 +44,8 @@ int TimeLinePane::rowHeight() const {
 }
 
 int TimeLinePane::shownRows() const {
-  return std::max(1, (y() + h() - lanesTop()) / rowHeight());
+  const int room = y() + h() - lanesTop(), whole = room / rowHeight();
+  return std::max(1, lanes.rows > whole ? (room - px(footHeight)) / rowHeight() : whole);
 }
 
 double TimeLinePane::total() const {
@@ -61,8 +63,8 @@ int TimeLinePane::mouseRow() const {
   return topRow + (Fl::event_y() - lanesTop()) / rowHeight();
 }
 
-double TimeLinePane::caught(double time) const {
-  return Fl::event_alt() ? time : session.snapped(time, view.secondsPerPixel);
+double TimeLinePane::caught(double time, double pixels) const {
+  return Fl::event_alt() ? time : session.snapped(time, view.secondsPerPixel, pixels);
 }
 
 void TimeLinePane::layOutAnew() {
@@ -151,7 +153,7 @@ void TimeLinePane::drawRuler() const {
     setDrawColour(blended(colour::raised, colour::chosen, 0.35));
     fl_rectf(from, top, std::max(1, to - from), waveTop() - top);
   }
-  useFont(false, 10);
+  useFont(false, 11);
   const auto drawMarks = [&](const std::vector<RulerMark>& marks, int rowTop, std::uint32_t strong) {
     for (const RulerMark& mark : marks) {
       const int at = pixelAt(mark.time);
@@ -173,8 +175,8 @@ void TimeLinePane::drawRuler() const {
                waveTop() - 1);
   }
   fl_pop_clip();
-  setDrawColour(colour::faint);
-  useFont(false, 10);
+  setDrawColour(colour::dim);
+  useFont(false, 11);
   drawText("time", x() + px(8), top, px(trackColumn), half);
   if (session.document().tempo()) drawText("bar", x() + px(8), top + half, px(trackColumn), half);
 }
@@ -183,8 +185,8 @@ void TimeLinePane::drawWave() const {
   const int left = lanesLeft(), top = waveTop(), height = px(waveHeight), middle = top + height / 2;
   setDrawColour(colour::ground);
   fl_rectf(x(), top, w(), height);
-  setDrawColour(colour::faint);
-  useFont(false, 10);
+  setDrawColour(colour::dim);
+  useFont(false, 11);
   drawText("music", x() + px(8), top, px(trackColumn), height);
   const Peaks* peaks = session.peaks();
   if (!peaks || peaks->peaks.empty() || !(peaks->seconds > 0)) return;
@@ -232,7 +234,21 @@ void TimeLinePane::drawLanes() const {
     if (i != session.selection().part) drawPart(i);
   if (session.selectedPart()) drawPart(session.selection().part);
   fl_pop_clip();
+  drawHidden(top, topRow, "▲");
+  drawHidden(y() + h() - px(footHeight), lanes.rows - topRow - shownRows(), "▼");
   fl_pop_clip();
+}
+
+// How many rows lie above or below what is seen.
+void TimeLinePane::drawHidden(int top, int hidden, const char* arrow) const {
+  if (hidden <= 0) return;
+  setDrawColour(colour::raised);
+  fl_rectf(x(), top, w(), px(footHeight));
+  useFont(false, 11);
+  setDrawColour(colour::text);
+  drawText(formatted("%s  %d more row%s of parts: Ctrl and wheel, or the wheel over the numbers", arrow,
+                     hidden, hidden == 1 ? "" : "s"),
+           lanesLeft() + px(6), top, w() - px(trackColumn + 12), px(footHeight));
 }
 
 void TimeLinePane::drawPart(int index) const {
@@ -263,7 +279,15 @@ void TimeLinePane::drawPart(int index) const {
   if (width < px(16)) return;
   useFont(chosen, 11);
   setDrawColour(colour::text);
-  drawText(part.name, textLeft, top, left + width - textLeft - px(3), height);
+  const int room = left + width - textLeft - px(2);
+  if (textWidth(part.name) <= room || room > px(70)) {
+    drawText(part.name, textLeft, top, room, height);
+    return;
+  }
+  // Letters say more than dots where there is room for few.
+  fl_push_clip(textLeft, top, room, height);
+  drawText(part.name, textLeft, top, textWidth(part.name), height);
+  fl_pop_clip();
 }
 
 void TimeLinePane::drawCursor() const {
@@ -330,7 +354,8 @@ int TimeLinePane::press() {
       partAt(session.document().project(), lanes, view, Fl::event_x() - lanesLeft(), mouseRow());
   if (hit.part < 0 && Fl::event_clicks() && Fl::event_button() == FL_LEFT_MOUSE) {
     Fl::event_clicks(0);
-    if (createPart) createPart(std::max(0.0, caught(mouseTime())), lanes.trackOfRow(mouseRow()));
+    if (createPart)
+      createPart(std::max(0.0, caught(mouseTime(), newPartReach)), lanes.trackOfRow(mouseRow()));
     return 1;
   }
   if (hit.part != session.selection().part) session.select({hit.part, hit.part >= 0 ? 0 : -1, -1, -1});

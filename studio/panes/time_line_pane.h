@@ -58,7 +58,7 @@ class TimeLinePane : public Pane {
   int shownRows() const;
   double mouseTime() const;
   int mouseRow() const;
-  double caught(double time) const;  // by beats and borders, unless Alt is held
+  double caught(double time, double pixels = snapReach) const;  // by beats and borders, unless Alt is held
   void layOutAnew();
   double total() const;
 
@@ -66,6 +66,7 @@ class TimeLinePane : public Pane {
   void drawWave() const;
   void drawLanes() const;
   void drawPart(int index) const;
+  void drawHidden(int top, int hidden, const char* arrow) const;
   void drawCursor() const;
 
   int press();

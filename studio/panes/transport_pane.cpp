@@ -20,7 +20,34 @@ std::string clockText(double seconds) {
   return formatted("%.0f:%06.3f", minutes, seconds - minutes * 60);
 }
 
+// A track that leads back into itself: onward above, back below.
+void drawLoopSign(int centre, int middle, int unit) {
+  const int side = unit + 3, height = unit - 1, head = unit - 2;
+  fl_line_style(FL_SOLID, 2);
+  fl_begin_line();
+  fl_vertex(centre - side, middle + 1);
+  fl_vertex(centre - side, middle - height);
+  fl_vertex(centre + side - head, middle - height);
+  fl_end_line();
+  fl_begin_line();
+  fl_vertex(centre + side, middle - 1);
+  fl_vertex(centre + side, middle + height);
+  fl_vertex(centre - side + head, middle + height);
+  fl_end_line();
+  fl_line_style(0);
+  fl_polygon(centre + side - head, middle - height - head, centre + side - head, middle - height + head,
+             centre + side + 1, middle - height);
+  fl_polygon(centre - side + head, middle + height - head, centre - side + head, middle + height + head,
+             centre - side - 1, middle + height);
+}
+
 }  // namespace
+
+TransportPane::TransportPane(Session& shared) : Fl_Widget(0, 0, 1, 1), session(shared) {
+  tooltip(
+      "to the beginning; play and pause (Space); the loop, which Shift and the mouse drag on the ruler: a "
+      "click ends it");
+}
 
 void TransportPane::draw() {
   setDrawColour(colour::raised);
@@ -45,12 +72,8 @@ void TransportPane::draw() {
         }
         break;
       default:
-        setDrawColour(session.show().loop() ? colour::chosen : colour::faint);
-        fl_line_style(FL_SOLID, 2);
-        fl_arc(centre - unit, middle - unit, 2 * unit, 2 * unit, 60, 380);
-        fl_line_style(0);
-        fl_polygon(centre + unit - 3, middle - unit / 2, centre + unit + 4, middle - unit / 2, centre + unit,
-                   middle + 2);
+        setDrawColour(session.show().loop() ? colour::chosen : colour::dim);
+        drawLoopSign(centre, middle, unit);
         break;
     }
   }

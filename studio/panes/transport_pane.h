@@ -9,7 +9,7 @@ namespace vex::studio {
 // The line under the picture: buttons of the transport, time, bar and beat, frame rate, size of the picture.
 class TransportPane : public Fl_Widget {
  public:
-  explicit TransportPane(Session& shared) : Fl_Widget(0, 0, 1, 1), session(shared) {}
+  explicit TransportPane(Session& shared);
 
   std::string pictureSize;
 

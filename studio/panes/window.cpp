@@ -1,7 +1,6 @@
 #include "studio/panes/window.h"
 
 #include <FL/Fl.H>
-#include <FL/Fl_Native_File_Chooser.H>
 #include <FL/fl_draw.H>
 
 #include <algorithm>
@@ -23,17 +22,6 @@ constexpr double frameSeconds = 1.0 / 60;
 constexpr int borderWidth = 5;
 constexpr int framesPerSecondOfVideo = 30;
 constexpr int listedFindings = 40;
-
-std::string chooseFile(Fl_Native_File_Chooser::Type type, const char* title, const char* filter,
-                       const std::string& folder, const std::string& name = "") {
-  Fl_Native_File_Chooser chooser(type);
-  chooser.directory(folder.c_str());
-  chooser.title(title);
-  chooser.filter(filter);
-  chooser.options(Fl_Native_File_Chooser::SAVEAS_CONFIRM);
-  if (!name.empty()) chooser.preset_file(name.c_str());
-  return chooser.show() == 0 && chooser.filename() ? chooser.filename() : "";
-}
 
 // Letters of the same height on displays of other resolutions, in quarters.
 double desktopScale() {
@@ -107,6 +95,16 @@ StudioWindow::StudioWindow(Session& shared)
     const auto name = vex::studio::chooseName(movie ? "Movie" : "Picture", names, now, pictureOf);
     if (name && stillSeen(seen)) session.edit(session.document().setString(where, *name));
   };
+  calls->chooseMusic = [this] {
+    std::vector<std::string> names = session.musicNames();
+    names.push_back("none");
+    const auto seen = session.document().revision();
+    const auto now = std::ranges::find(names, session.document().project().music);
+    const int chosen = chooseEntry(names, static_cast<int>(now - names.begin()));
+    if (chosen < 0 || !stillSeen(seen)) return;
+    const bool none = chosen + 1 == static_cast<int>(names.size());
+    session.edit(session.document().setMusic(none ? "" : names[static_cast<std::size_t>(chosen)]));
+  };
   messages->listFindings = [this] { listFindings(); };
   fillMenus();
   callback([](Fl_Widget*, void* window) { static_cast<StudioWindow*>(window)->leave(); }, this);
@@ -157,12 +155,16 @@ std::vector<Command> StudioWindow::allCommands() {
        [this] {
          createPart(session.show().time(), session.selectedPart() ? session.selectedPart()->track : 0);
        }},
+      {"&Edit/A track &up", FL_CTRL + FL_Up,
+       "The chosen part a track up, and there made when it is not there", part([this] { moveByTracks(-1); })},
+      {"&Edit/_A track do&wn", FL_CTRL + FL_Down, "The chosen part a track down",
+       part([this] { moveByTracks(1); })},
       {"&Edit/Set a &mark", 'm', "Set a mark at the cursor", [this] { addTick(); }},
       {"&Play/&Play or pause", ' ', "Play and pause", [this] { session.togglePlaying(); }},
       {"&Play/To the &beginning", FL_Home, "To the show's beginning",
        [this] { session.seek(session.document().project().startTime); }},
       {"&Play/_To the &end", FL_End, "To the show's last frame",
-       [this] { session.seek(session.show().totalTime() - frameSeconds); }},
+       [this] { session.seek(session.document().project().totalTime - frameSeconds); }},
       {"&Play/A frame back", FL_Left, "A frame back", [this] { stepTime(-1.0 / framesPerSecondOfVideo); }},
       {"&Play/A frame on", FL_Right, "A frame on", [this] { stepTime(1.0 / framesPerSecondOfVideo); }},
       {"&Play/A beat back", FL_SHIFT + FL_Left, "A beat back, or a second", [this] { stepBeats(-1); }},
@@ -256,6 +258,7 @@ void StudioWindow::frame() {
   Fl::repeat_timeout(
       frameSeconds, [](void* window) { static_cast<StudioWindow*>(window)->frame(); }, this);
   if (endRequested()) return close(true);
+  chooser.update();
   picture->makeCurrent();
   const bool changed = session.update(), playing = session.show().playing();
   if (changed || playing) picture->redrawPicture();
@@ -459,23 +462,28 @@ void StudioWindow::askOfChanges() {
 }
 
 void StudioWindow::openText() {
-  const std::string file =
-      chooseFile(Fl_Native_File_Chooser::BROWSE_FILE, "Open a show's text", "Shows\t*.txt", session.folder());
-  if (!file.empty()) session.openText(file);
+  chooseFile({FileChooser::Kind::open, "Open a show's text", "Shows\t*.txt", session.folder(), ""},
+             [this](const std::string& file) { session.openText(file); });
+}
+
+void StudioWindow::chooseFile(const FileChooser::Question& question,
+                              std::function<void(const std::string&)> take) {
+  if (const auto refusal = chooser.ask(question, std::move(take)))
+    session.tell(Message::Kind::trouble, *refusal);
 }
 
 void StudioWindow::saveAs() {
-  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Save the show's text as",
-                                      "Shows\t*.txt", session.folder(), session.fileName());
-  if (!file.empty()) session.saveAs(file);
+  chooseFile({FileChooser::Kind::save, "Save the show's text as", "Shows\t*.txt", session.folder(),
+              session.fileName()},
+             [this](const std::string& file) { session.saveAs(file); });
 }
 
 void StudioWindow::recordAsking(Session::Stretch stretch) {
-  const std::string file = chooseFile(Fl_Native_File_Chooser::BROWSE_SAVE_FILE, "Record to",
-                                      "Videos\t*.{mp4,mkv}", session.folder(), "show.mp4");
-  if (file.empty()) return;
-  const bool narrow = picture->aspect() == Aspect::narrow;
-  session.record(stretch, file, narrow ? 960 : 1280, 720, framesPerSecondOfVideo);
+  chooseFile({FileChooser::Kind::save, "Record to", "Videos\t*.{mp4,mkv}", session.folder(), "show.mp4"},
+             [this, stretch](const std::string& file) {
+               const bool narrow = picture->aspect() == Aspect::narrow;
+               session.record(stretch, file, narrow ? 960 : 1280, 720, framesPerSecondOfVideo);
+             });
 }
 
 void StudioWindow::stepTime(double seconds) {
@@ -534,6 +542,13 @@ void StudioWindow::doublePart() {
 
 void StudioWindow::splitPart() {
   session.editPart(session.document().splitPart(session.selection().part, session.show().time()));
+}
+
+void StudioWindow::moveByTracks(int tracks) {
+  const ProjectPart* part = session.selectedPart();
+  const int track = std::clamp(part->track + tracks, -128, 127);
+  if (session.editPart(session.document().movePart(session.selection().part, part->pos, track)))
+    timeLine->reveal(session.selection().part);
 }
 
 void StudioWindow::removePart() {

@@ -10,6 +10,7 @@
 
 #include "studio/panes/calls_pane.h"
 #include "studio/panes/curve_pane.h"
+#include "studio/panes/file_chooser.h"
 #include "studio/panes/inline_edit.h"
 #include "studio/panes/message_bar.h"
 #include "studio/panes/picture_pane.h"
@@ -63,6 +64,7 @@ class StudioWindow : public Fl_Double_Window {
   Border dragged = Border::none;
   bool pictureOnly = false;
   int framesUntilPanes = 0;
+  FileChooser chooser;
 
   std::vector<Command> allCommands();
   void fillMenus();
@@ -79,6 +81,7 @@ class StudioWindow : public Fl_Double_Window {
   void updateTitle();
   void redrawPanes();
 
+  void chooseFile(const FileChooser::Question& question, std::function<void(const std::string&)> take);
   void openText();
   void saveAs();
   void recordAsking(Session::Stretch stretch);
@@ -89,6 +92,7 @@ class StudioWindow : public Fl_Double_Window {
   void createPart(double time, int track);
   void doublePart();
   void splitPart();
+  void moveByTracks(int tracks);
   void removePart();
   void chooseKind(ParameterAt where);
   bool stillSeen(std::uint64_t revision);

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "base/report.h"
-#include "studio/document/snapping.h"
 #include "studio/session/session_state.h"
 
 namespace vex::studio {
@@ -59,6 +58,7 @@ void Session::State::holdSelection() {
 Session::Session(const std::string& text) : state(std::make_unique<State>(text)) {
   state->watch.addFile(path());
   state->watch.addFolder("data");
+  state->watch.addFile(archiveName);
   state->seenRevision = State::never;
   offerLeftText();
 }
@@ -106,7 +106,9 @@ const std::vector<Finding>& Session::findings() const {
   return state->findings;
 }
 
+// None while the parts may be others than those that were judged.
 const Finding* Session::findingOf(int part) const {
+  if (state->judgedRevision != state->document->revision()) return nullptr;
   const auto found = std::ranges::find(state->findings, part, &Finding::part);
   return found == state->findings.end() ? nullptr : &*found;
 }
@@ -180,12 +182,14 @@ void Session::redo() {
 }
 
 void Session::seek(double time) {
-  state->tellTrouble(state->show->seek(time));
+  const Trouble trouble = state->show->seek(time);
+  if (state->opened) state->tellTrouble(trouble);
   state->changed = true;
 }
 
 void Session::scrub(double time) {
-  state->tellTrouble(state->show->scrub(time));
+  const Trouble trouble = state->show->scrub(time);
+  if (state->opened) state->tellTrouble(trouble);
   state->changed = true;
 }
 
@@ -201,7 +205,7 @@ void Session::togglePlaying() {
 void Session::setLoopBegin() {
   const double now = state->show->time();
   const auto loop = state->show->loop();
-  state->show->setLoop(Loop{now, loop && loop->end > now ? loop->end : state->show->totalTime()});
+  state->show->setLoop(Loop{now, loop && loop->end > now ? loop->end : state->document->project().totalTime});
   state->changed = true;
 }
 
@@ -217,9 +221,10 @@ void Session::clearLoop() {
   state->changed = true;
 }
 
-double Session::snapped(double time, double secondsPerPixel) const {
+double Session::snapped(double time, double secondsPerPixel, double pixels) const {
   const std::vector<double> targets = snapTargets(state->document->project(), state->selection.part);
-  return vex::studio::snapped(time, state->document->tempo(), secondsPerPixel, SnapGrid::zoom, targets);
+  return vex::studio::snapped(time, state->document->tempo(), secondsPerPixel, SnapGrid::zoom, targets,
+                              pixels);
 }
 
 int Session::watched() const {

@@ -10,6 +10,7 @@
 #include "authoring/project_check.h"
 #include "studio/document/disk_state.h"
 #include "studio/document/document.h"
+#include "studio/document/snapping.h"
 #include "studio/session/questions.h"
 #include "studio/show/show.h"
 #include "studio/show/waveform.h"
@@ -55,7 +56,7 @@ class Session {
 
   const std::vector<Finding>& findings()
       const;                                 // problems first; of the text's own problems where it has some
-  const Finding* findingOf(int part) const;  // the first
+  const Finding* findingOf(int part) const;  // the first; null while it is not judged
   const Message& message() const;
   void tell(Message::Kind kind, std::string text);
   void ask(Subject subject, std::string text, std::vector<Message::Answer> answers);
@@ -82,7 +83,8 @@ class Session {
   void setLoopBegin();  // at the time where the show stands
   void setLoopEnd();
   void clearLoop();
-  double snapped(double time, double secondsPerPixel) const;  // to what a gesture catches on
+  // To what a gesture catches on within so many pixels.
+  double snapped(double time, double secondsPerPixel, double pixels = snapReach) const;
 
   // --- Files
 
@@ -98,6 +100,7 @@ class Session {
   void openText(const std::string& path);  // another text in place of this one; asks when that has changes
   std::vector<std::string> textureNames() const;
   std::vector<std::string> movieNames() const;
+  std::vector<std::string> musicNames() const;
   std::string firstFrame(const std::string& movie) const;  // its texture name; empty for none
   void saveStill(const std::vector<std::uint32_t>& bgra, int width, int height);  // rows from the bottom
 

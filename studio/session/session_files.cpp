@@ -24,18 +24,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// STEM ENDING EXTENSION, with a number before the extension where that is taken.
+fs::path freeName(const fs::path& folder, const std::string& stem, const std::string& ending,
+                  const std::string& extension) {
+  std::error_code ignored;
+  fs::path free = folder / (stem + ending + extension);
+  for (int n = 2; n < 10000 && fs::exists(fs::symlink_status(free, ignored)); ++n)
+    free = folder / (stem + ending + formatted("-%d", n) + extension);
+  return free;
+}
+
 std::vector<std::string> filesOfRunFolder() {
   std::set<std::string> names;
   std::error_code ignored;
-  if (fs::exists("vex.pak", ignored)) {
+  if (fs::exists(archiveName, ignored)) {
     const FatalErrorsThrown thrown;
     try {
-      for (const PakMember& member : listPak("vex.pak")) names.insert(member.name);
+      for (const PakMember& member : listPak(archiveName)) names.insert(member.name);
     } catch (const FatalError&) {  // told when the show was loaded
     }
   }
-  for (const auto& entry : fs::directory_iterator("data", ignored))
-    if (entry.is_regular_file(ignored)) names.insert("data\\" + entry.path().filename().string());
+  for (const auto& entry : fs::recursive_directory_iterator("data", ignored))
+    if (entry.is_regular_file(ignored)) names.insert(dataName(entry.path().string()));
   return {names.begin(), names.end()};
 }
 
@@ -115,15 +125,10 @@ void Session::askWhichText() {
 
 void Session::saveUnderFreeName() {
   const fs::path mine(path());
-  std::error_code ignored;
-  for (int n = 1; n < 1000; ++n) {
-    const std::string ending = n == 1 ? "-mine" : formatted("-mine-%d", n);
-    const fs::path free = mine.parent_path() / (mine.stem().string() + ending + mine.extension().string());
-    if (fs::exists(fs::symlink_status(free, ignored))) continue;
-    if (saveAs(free.string(), Overwrite::no))
-      tell(Message::Kind::hint, "Yours is in " + fileName() + ", and that is what you shape from now on.");
-    return;
-  }
+  const fs::path free =
+      freeName(mine.parent_path(), mine.stem().string(), "-mine", mine.extension().string());
+  if (saveAs(free.string(), Overwrite::no))
+    tell(Message::Kind::hint, "Yours is in " + fileName() + ", and that is what you shape from now on.");
 }
 
 bool Session::save() {
@@ -217,6 +222,14 @@ std::vector<std::string> Session::textureNames() const {
   return {names.begin(), names.end()};
 }
 
+std::vector<std::string> Session::musicNames() const {
+  std::vector<std::string> names;
+  for (const std::string& file : filesOfRunFolder())
+    for (const char* extension : {".ogg", ".wav", ".flac", ".mp3", ".aiff"})
+      if (file.ends_with(extension)) names.push_back(file);
+  return names;
+}
+
 // Frames are numbered behind their movie's name.
 std::vector<std::string> Session::movieNames() const {
   std::map<std::string, int> frames;
@@ -248,8 +261,9 @@ std::string Session::firstFrame(const std::string& movie) const {
 void Session::saveStill(const std::vector<std::uint32_t>& bgra, int width, int height) {
   if (bgra.empty()) return tell(Message::Kind::trouble, "There is no picture to save.");
   const fs::path text(path());
-  const std::string name = formatted("%s-%08.3f.png", text.stem().c_str(), state->show->time());
-  const std::string file = (text.parent_path() / name).string();
+  const std::string stem = formatted("%s-%08.3f", text.stem().c_str(), state->show->time());
+  const fs::path free = freeName(text.parent_path(), stem, "", ".png");
+  const std::string file = free.string(), name = free.filename().string();
   std::vector<std::byte> rgb;
   rgb.reserve(bgra.size() * 3);
   for (std::size_t row = static_cast<std::size_t>(height); row-- > 0;) {

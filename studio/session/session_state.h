@@ -14,6 +14,11 @@
 
 namespace vex::studio {
 
+inline constexpr const char* archiveName = "vex.pak";
+
+// A name as the file layer writes it, for a path from the run folder.
+std::string dataName(std::string path);
+
 // What a session is made of; its sources share it.
 struct Session::State {
   using Clock = std::chrono::steady_clock;
@@ -48,6 +53,7 @@ struct Session::State {
   std::uint64_t judgedRevision = never;
   std::uint64_t namesJudged = 0;  // hash of all texts of the project that name files
   Clock::time_point lastEdit = Clock::now();
+  Clock::duration judgedIn{};  // how long it took the last time
   Clock::time_point lastAutosave = Clock::now();
 
   void tell(Message::Kind kind, std::string text);
@@ -58,6 +64,7 @@ struct Session::State {
   void judge();
   void judgeData();
   void load(const std::function<void(int, const char*)>& progress);
+  void loadAnew();
   void showEdits();
   void readWaveform();
   void heedFiles();

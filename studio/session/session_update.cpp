@@ -15,16 +15,10 @@ namespace vex::studio {
 
 namespace {
 
-constexpr auto judgedAfter = std::chrono::milliseconds(300);  // without an edit
+constexpr auto judgedAfter = std::chrono::milliseconds(300);  // without an edit, where it takes long
+constexpr auto judgedAtOnce = std::chrono::milliseconds(5);
 constexpr auto autosavedAfter = std::chrono::seconds(30);
 constexpr const char* compiledName = "test.hvp";
-
-// A name as the file layer writes it, for a path from the run folder.
-std::string dataName(std::string path) {
-  if (path.starts_with("./")) path.erase(0, 2);
-  std::ranges::replace(path, '/', '\\');
-  return path;
-}
 
 // As the file layer compares them.
 bool sameFile(const std::string& a, const std::string& b) {
@@ -46,6 +40,12 @@ std::vector<Finding> findingsOf(const std::vector<TextProblem>& problems) {
 
 }  // namespace
 
+std::string dataName(std::string path) {
+  if (path.starts_with("./")) path.erase(0, 2);
+  std::ranges::replace(path, '/', '\\');
+  return path;
+}
+
 void Session::State::load(const std::function<void(int, const char*)>& progress) {
   shownRevision = document->revision();
   loadTrouble.reset();
@@ -58,6 +58,17 @@ void Session::State::load(const std::function<void(int, const char*)>& progress)
   } else {
     tell(Message::Kind::hint, show->soundMessage());
   }
+}
+
+// The archive holds anything: all of it, and back to where the show stood.
+void Session::State::loadAnew() {
+  const double before = show->time();
+  load({});
+  if (loadTrouble) return;
+  tellTrouble(show->seek(before));
+  readWaveform();
+  if (message.kind == Message::Kind::none)
+    tell(Message::Kind::hint, formatted("%s has changed: all was loaded anew.", archiveName));
 }
 
 void Session::State::judge() {
@@ -117,26 +128,33 @@ void Session::State::showEdits() {
     shownRevision = document->revision();
     tellTrouble(show->setProject(document->project()));
   }
-  if (judgedRevision == document->revision() || Clock::now() - lastEdit < judgedAfter) return;
+  if (judgedRevision == document->revision()) return;
+  if (judgedIn > judgedAtOnce && Clock::now() - lastEdit < judgedAfter) return;
+  const auto begun = Clock::now();
   judge();
+  judgedIn = Clock::now() - begun;
   if (loadTrouble && shownRevision != document->revision()) load({});  // what was wrong may be right now
 }
 
 void Session::State::heedFiles() {
   std::vector<std::string> data;
+  bool archive = false;
   for (const std::string& path : watch.changed()) {
     if (path == disk.path()) {
       textTouched = true;
+    } else if (path == archiveName) {
+      archive = true;
     } else {
       data.push_back(dataName(path));
       if (sameFile(data.back(), waveformOf)) readWaveform();
     }
   }
-  if (data.empty() || !opened) return;
+  if ((data.empty() && !archive) || !opened) return;
   namesJudged = 0;
   judgedRevision = never;
   changed = true;
   if (loadTrouble) return load({});  // what was missing may be there now
+  if (archive) return loadAnew();
   if (const Trouble trouble = show->reload(data)) return tellTrouble(trouble);
   forgetCompiled();
   tell(Message::Kind::hint,

@@ -22,7 +22,7 @@ namespace vex::studio {
 namespace {
 
 constexpr double patience = 3;             // s, for one that was cancelled
-constexpr std::size_t longestLine = 1000;  // bytes; the rest of a longer one is dropped
+constexpr std::size_t longestLine = 5000;  // bytes, longer than a path; the rest of a longer one is dropped
 
 // "NAME 40 %", perhaps with more behind it.
 std::optional<int> percentIn(const std::string& line) {

@@ -22,6 +22,8 @@ namespace fs = std::filesystem;
 constexpr std::uint32_t fileEvents = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
 constexpr std::uint32_t folderEvents = IN_CREATE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
 
+constexpr std::size_t mostFolders = 1000;
+
 fs::path folderOf(const fs::path& path) {
   const fs::path folder = path.parent_path();
   return folder.empty() ? fs::path(".") : folder;
@@ -47,12 +49,14 @@ struct FileWatch::State {
   std::map<std::string, Folder> folders;         // by path
   std::map<int, std::set<std::string>> watched;  // the folders, wanted or above one, by watch
   std::vector<std::string> changed;
+  bool foldersChanged = false;
 
   ~State() {
     if (descriptor >= 0) close(descriptor);
   }
 
   void add(const std::string& folder, const std::string& name);
+  void addBelow(const std::string& folder);
   void watch(const std::string& path);
   void tell(const std::string& path);
   void tellWhatIsThere(const std::string& path);
@@ -71,6 +75,22 @@ void FileWatch::State::add(const std::string& given, const std::string& name) {
     folder.names.insert(name);
   }
   watch(path);
+}
+
+// The folders in one of which all files are wanted. Files that came with one of them are told where it was
+// not known before.
+void FileWatch::State::addBelow(const std::string& given) {
+  std::error_code error;
+  for (const fs::directory_entry& entry : fs::directory_iterator(given, error)) {
+    if (folders.size() >= mostFolders || !entry.is_directory(error) || entry.is_symlink(error)) continue;
+    const std::string below = inFolder(given, entry.path().filename().native());
+    if (entry.path().filename().native().starts_with('.') ||
+        folders.contains(fs::path(below).lexically_normal().native()))
+      continue;
+    add(below, {});
+    tellWhatIsThere(fs::path(below).lexically_normal().native());
+    addBelow(below);
+  }
 }
 
 // The folder, or where it is missing the next one above that is there.
@@ -122,10 +142,17 @@ void FileWatch::State::lookAgain() {
     }
     if (folder.watch >= 0) tellWhatIsThere(path);
   }
+  std::vector<std::string> wholes;
+  for (const auto& [path, folder] : folders)
+    if (folder.allFiles) wholes.insert(wholes.end(), folder.given.begin(), folder.given.end());
+  for (const std::string& given : wholes) addBelow(given);
 }
 
 void FileWatch::State::take(const inotify_event& event) {
-  if (event.mask & (IN_IGNORED | IN_DELETE_SELF | IN_MOVE_SELF | IN_ISDIR)) return lookAgain();
+  if (event.mask & (IN_IGNORED | IN_DELETE_SELF | IN_MOVE_SELF | IN_ISDIR)) {
+    foldersChanged = true;
+    return;
+  }
   if (event.mask & IN_Q_OVERFLOW) {  // what has been lost, nobody knows
     for (const auto& [path, folder] : folders) tellWhatIsThere(path);
     return;
@@ -150,6 +177,8 @@ void FileWatch::addFile(const std::string& path) {
 
 void FileWatch::addFolder(const std::string& path) {
   state->add(path, {});
+  state->addBelow(path);
+  state->changed.clear();  // what lay there before is no news
 }
 
 int FileWatch::descriptor() const {
@@ -158,15 +187,20 @@ int FileWatch::descriptor() const {
 
 std::vector<std::string> FileWatch::changed() {
   alignas(inotify_event) std::array<char, 1 << 14> buffer;
-  for (ssize_t size = 0;
-       state->descriptor >= 0 && (size = read(state->descriptor, buffer.data(), buffer.size())) > 0;) {
-    for (ssize_t at = 0; at < size;) {
-      const auto& event =
-          *reinterpret_cast<const inotify_event*>(buffer.data() + at);  // aligned, says inotify(7)
-      state->take(event);
-      at += static_cast<ssize_t>(sizeof event + event.len);
+  do {
+    for (ssize_t size = 0;
+         state->descriptor >= 0 && (size = read(state->descriptor, buffer.data(), buffer.size())) > 0;) {
+      for (ssize_t at = 0; at < size;) {
+        const auto& event =
+            *reinterpret_cast<const inotify_event*>(buffer.data() + at);  // aligned, says inotify(7)
+        state->take(event);
+        at += static_cast<ssize_t>(sizeof event + event.len);
+      }
     }
-  }
+    // Behind all that is known of folders as they were; what that stirs up is read, too.
+    if (!std::exchange(state->foldersChanged, false)) break;
+    state->lookAgain();
+  } while (true);
   return std::exchange(state->changed, {});
 }
 

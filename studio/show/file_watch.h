@@ -17,8 +17,9 @@ class FileWatch {
   FileWatch(const FileWatch&) = delete;
   FileWatch& operator=(const FileWatch&) = delete;
 
-  void addFile(const std::string& path);    // its folder is watched for its name
-  void addFolder(const std::string& path);  // all files of it, not of its folders
+  void addFile(const std::string& path);  // its folder is watched for its name
+  void addFolder(
+      const std::string& path);  // all files of it and of the folders below, links to folders apart
 
   int descriptor() const;  // readable when changed() has something to tell; -1 where watching is not possible
 

@@ -171,7 +171,10 @@ void Show::State::stop() {
 
 // Goes on playing from there when it plays.
 Trouble Show::State::seek(double at, double past, Sound sound) {
-  if (!presentation) return "no show is loaded";
+  if (!presentation) {
+    time = std::max(0.0, at);
+    return "no show is loaded";
+  }
   const Trouble trouble = attempt([&] { begin(reachable(at), past); });
   if (trouble) {
     stop();

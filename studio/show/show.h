@@ -47,7 +47,7 @@ class Show {
 
   // As if it had started there: the same picture as a recording from that time on. With a run-in (s, 0 at
   // first) all that has a past, particles and water, is moved through that long before, undrawn. Times
-  // outside the show are taken for its begin or end.
+  // outside the show are taken for its begin or end. Without a show there is trouble, but time() moves.
   Trouble seek(double time);
   void setRunIn(double seconds);
   double runIn() const;

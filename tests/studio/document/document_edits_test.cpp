@@ -273,26 +273,26 @@ TEST(DocumentEdits, MakeParts) {
        [](Document& d) { return d.createPart(6, 1.5, 0, "SceneHelper", "fadeScreen"); },
        head + "\npart \"sky\" {\n    at 1:0    until 3:0    track 2\n    S.f(a = 1)  # one\n}\n\n"
               "part \"fadeScreen\" {\n    at 3:0    until 3:3    track 0\n"
-              "    SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n}\n\n"
+              "    SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 1)\n}\n\n"
               "part b { at 8 length 1 }\n",
        1},
       {"the first before another", head + "part b {\n  at 8.250  length 1.000\n}\n",
        [](Document& d) { return d.createPart(6, 1.5, 3, "SceneHelper", "fadeScreen"); },
        head + "part \"fadeScreen\" {\n  at 6  length 1.5  track 3\n"
-              "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n}\n\n"
+              "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 1)\n}\n\n"
               "part b {\n  at 8.250  length 1.000\n}\n",
        0},
       {"the first of all", "total 9",
        [](Document& d) { return d.createPart(6, 1.5, 0, "SceneHelper", "fadeScreen"); },
        "total 9\n\npart \"fadeScreen\" {\n  at 6  length 1.5\n"
-       "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n}\n",
+       "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 1)\n}\n",
        0},
       {"a call whose texture stands elsewhere",
        head + "part p { at 1 length 1\n  S.f(texture = \"data\\x\")\n}\n",
        [](Document& d) { return d.addCall(0, "SceneHelper", "drawBitmap"); },
        head + "part p { at 1 length 1\n  S.f(texture = \"data\\x\")\n"
-              "  SceneHelper.drawBitmap(texture = \"data\\x\", x = 0, y = 0, width = 0, height = 0, "
-              "frames = 4,\n    glitch = 0.5, alpha = 0.5, blend = 1)\n}\n",
+              "  SceneHelper.drawBitmap(texture = \"data\\x\", x = -1, y = -1, width = 2, height = 2, "
+              "frames = 0,\n    glitch = 0, alpha = 1, blend = 0)\n}\n",
        1},
       {"two halves", inPart("a = linear(0 0, 0.25 1, 0.75 3, 1 4), b = 2"),
        [](Document& d) { return d.splitPart(0, 4); },
@@ -331,19 +331,19 @@ TEST(DocumentEdits, OfCalls) {
        head + "part p { at 1 length 2 }\n", -1},
       {"added", calls, [](Document& d) { return d.addCall(0, "SceneHelper", "fadeScreen"); },
        head + "part p {\n  at 1 length 2\n  # of a\n  S.a()  # a\n  S.b(x = 1,\n    y = 2)\n  S.c()\n"
-              "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n}\n",
+              "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 1)\n}\n",
        3},
       {"added to none", head + "part p { at 1 length 2 }\n",
        [](Document& d) { return d.addCall(0, "SceneHelper", "fadeScreen"); },
        head + "part p { at 1 length 2\n"
-              "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 0.5)\n }\n",
+              "  SceneHelper.fadeScreen(red = 0.5, green = 0.5, blue = 0.5, alpha = 1)\n }\n",
        0},
       {"added with the texture that stood last, in two lines",
        head + "part p {\n at 1 length 2\n SceneHelper.drawBitmap(t = \"data\\sky\", x = 1)\n}\n",
        [](Document& d) { return d.addCall(0, "SceneHelper", "drawBitmap"); },
        head + "part p {\n at 1 length 2\n SceneHelper.drawBitmap(t = \"data\\sky\", x = 1)\n"
-              " SceneHelper.drawBitmap(texture = \"data\\sky\", x = 0, y = 0, width = 0, height = 0, "
-              "frames = 4,\n   glitch = 0.5, alpha = 0.5, blend = 1)\n}\n",
+              " SceneHelper.drawBitmap(texture = \"data\\sky\", x = -1, y = -1, width = 2, height = 2, "
+              "frames = 0,\n   glitch = 0, alpha = 1, blend = 0)\n}\n",
        1},
   });
 }
@@ -355,6 +355,16 @@ TEST(DocumentEdits, OfTheWhole) {
        "tempo 120 from 1\ntotal 1:0\n"},
       {"start", head + "start 4.0\n", [](Document& d) { return d.setStartTime(1); }, head + "start 1.0\n"},
       {"start that was not there", head, [](Document& d) { return d.setStartTime(1); }, head + "start 1\n"},
+      {"tempo", head, [](Document& d) { return d.setTempo(127.5); }, "tempo 127.5\ntotal 60  # the end\n"},
+      {"the tempo of the first part", "tempo 99\ntempo 120\ntotal 9\n",
+       [](Document& d) { return d.setTempo(60); }, "tempo 99\ntempo 60\ntotal 9\n"},
+      {"a tempo that was not there", "# mine\ntotal 9\n", [](Document& d) { return d.setTempo(140); },
+       "# mine\ntempo 140\ntotal 9\n"},
+      {"music", head + "music \"a.ogg\"  # a\n", [](Document& d) { return d.setMusic("data\\b.ogg"); },
+       head + "music \"data\\b.ogg\"  # a\n"},
+      {"music that was not there", head, [](Document& d) { return d.setMusic("b.ogg"); },
+       head + "music \"b.ogg\"\n"},
+      {"no music", head + "music \"a.ogg\"  # a\n", [](Document& d) { return d.setMusic(""); }, head},
       {"a first mark", head + "part p { at 1 length 1 }\n", [](Document& d) { return d.addTick(4, "drop"); },
        head + "ticks 4  # drop\npart p { at 1 length 1 }\n"},
       {"a further mark", head + "ticks 0:2 3\n", [](Document& d) { return d.addTick(4, ""); },

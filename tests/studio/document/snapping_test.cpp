@@ -17,6 +17,7 @@ TEST(Snapping, TakesTheNearestWithinReach) {
     SnapGrid grid;
     std::vector<double> targets;
     double expected;
+    double pixels = snapReach;
   } rows[]{
       {3.1, 0.1, SnapGrid::none, {3}, 3.1},
       {3.1, 0.1, SnapGrid::beats, {}, 3},
@@ -40,9 +41,11 @@ TEST(Snapping, TakesTheNearestWithinReach) {
       {3.3, 0.02, SnapGrid::zoom, {}, 3.3},
       {3.4, 0.02, SnapGrid::zoom, {}, 3.5},
       {3.0, 0.1, SnapGrid::zoom, {}, 2.5},
+      {3.3, 0.02, SnapGrid::zoom, {}, 3.5, newPartReach},
   };
   for (const auto& row : rows) {
-    EXPECT_DOUBLE_EQ(snapped(row.time, tempo, row.secondsPerPixel, row.grid, row.targets), row.expected)
+    EXPECT_DOUBLE_EQ(snapped(row.time, tempo, row.secondsPerPixel, row.grid, row.targets, row.pixels),
+                     row.expected)
         << &row - rows;
   }
 }

@@ -26,6 +26,7 @@ TEST(FileWatch, TellsOnceOfWhatHasChangedInWholeAndOfNothingElse) {
   const TemporaryFolder folder;
   writeFile("show.txt", "first");
   writeFile("data/old.jpg", "first");
+  writeFile("data/deep/old.jpg", "first");
   writeFile("other/show.txt", "first");
   const std::string absolute = fs::absolute("other/show.txt").native();
   FileWatch watch;
@@ -41,7 +42,12 @@ TEST(FileWatch, TellsOnceOfWhatHasChangedInWholeAndOfNothingElse) {
       {"nothing", [] {}, {}},
       {"a new file", [] { writeFile("data/new.jpg", "1"); }, {"data/new.jpg"}},
       {"another file of the text's folder", [] { writeFile("notes.txt", "1"); }, {}},
-      {"one of a folder below", [] { writeFile("data/deep/new.jpg", "1"); }, {}},
+      {"one of a folder below", [] { writeFile("data/deep/old.jpg", "1"); }, {"data/deep/old.jpg"}},
+      {"one of a folder that comes with it",
+       [] { writeFile("data/deep/deeper/new.jpg", "1"); },
+       {"data/deep/deeper/new.jpg"}},
+      {"once again", [] { writeFile("data/deep/deeper/new.jpg", "2"); }, {"data/deep/deeper/new.jpg"}},
+      {"a link to a folder", [] { fs::create_directory_symlink(".", "data/deep/round"); }, {}},
       {"the text, twice",
        [] {
          writeFile("show.txt", "2");
@@ -55,7 +61,14 @@ TEST(FileWatch, TellsOnceOfWhatHasChangedInWholeAndOfNothingElse) {
       {"another name",
        [] { fs::rename("data/old.jpg", "data/older.jpg"); },
        {"data/old.jpg", "data/older.jpg"}},
-      {"the folder gone", [] { fs::remove_all("data"); }, {"data/older.jpg"}},
+      {"the folders gone",
+       [] {
+         for (const char* gone :
+              {"data/deep/round", "data/deep/deeper/new.jpg", "data/deep/deeper", "data/deep/old.jpg",
+               "data/deep", "data/.old.jpg", "data/older.jpg", "data"})
+           fs::remove(gone);
+       },
+       {"data/deep/round", "data/deep/deeper/new.jpg", "data/deep/old.jpg", "data/older.jpg"}},
       {"and again there", [] { writeFile("data/back.jpg", "1"); }, {"data/back.jpg"}},
       {"once more", [] { writeFile("data/back.jpg", "2"); }, {"data/back.jpg"}},
   };
