@@ -140,6 +140,8 @@ void TimeLinePane::draw() {
   if (lanesTop() > waveTop()) drawWave();
   drawLanes();
   drawCursor();
+  drawHidden(lanesTop(), topRow, "▲");
+  drawHidden(y() + h() - px(footHeight), lanes.rows - topRow - shownRows(), "▼");
   fl_pop_clip();
 }
 
@@ -234,15 +236,13 @@ void TimeLinePane::drawLanes() const {
     if (i != session.selection().part) drawPart(i);
   if (session.selectedPart()) drawPart(session.selection().part);
   fl_pop_clip();
-  drawHidden(top, topRow, "▲");
-  drawHidden(y() + h() - px(footHeight), lanes.rows - topRow - shownRows(), "▼");
   fl_pop_clip();
 }
 
 // How many rows lie above or below what is seen.
 void TimeLinePane::drawHidden(int top, int hidden, const char* arrow) const {
   if (hidden <= 0) return;
-  setDrawColour(colour::raised);
+  setDrawColour(colour::edge);
   fl_rectf(x(), top, w(), px(footHeight));
   useFont(false, 11);
   setDrawColour(colour::text);

@@ -305,12 +305,15 @@ TEST_F(Vexstudio, TakesTheFirstPictureThatHoldsTheTypedLetters) {
 }
 
 TEST_F(Vexstudio, OffersWhatWasNotSaved) {
-  const std::string left = replaced(show, "red = 1,   green = 0", "red = 1,   green = 1");
-  writeFile(".show.txt.autosave", left);
   start();
-  answer(1, [&] { return pictureColour() == 0xffff00; });
+  typeBlue();
+  EXPECT_TRUE(waitUntil([&] { return titleHas("●"); }));
+  studio->signal(SIGTERM);
+  EXPECT_EQ(studio->exitCode(), 0);
+  start();
+  answer(1, [&] { return pictureColour() == 0xff00ff; });
   EXPECT_EQ(readFile("show.txt"), show);
-  expectSaved(left);
+  expectSaved(replaced(show, "blue = 0", "blue = 1"));
   EXPECT_FALSE(fs::exists(".show.txt.autosave"));
 }
 
