@@ -67,11 +67,12 @@ std::string replaced(std::string text, const std::string& from, const std::strin
 class Vexstudio : public testing::Test {
  protected:
   TemporaryFolder folder;
-  XServer server{screenWidth, screenHeight};
+  XServer server;
   TestDisplay display = connect();
   std::optional<RunningProgram> studio;
 
-  Vexstudio() {
+  explicit Vexstudio(const char* withoutExtension = nullptr)
+      : server(screenWidth, screenHeight, withoutExtension) {
     writeRunFolder({.totalTime = 1});
     setenv("XDG_CONFIG_HOME", (fs::current_path() / "config").c_str(), 1);
     setenv("XDG_CACHE_HOME", (fs::current_path() / "cache").c_str(), 1);
@@ -165,6 +166,12 @@ TEST_F(Vexstudio, MovesAndTrimsPartsByMouseAndChangesTheirNumbersAlone) {
   press("ctrl+y");
   expectSaved(replaced(show, "length 4:0", "length 3:0"));
   EXPECT_TRUE(fs::exists("test.hvp"));
+  // A gesture that is given up; undo waits for its end.
+  act(formatted(
+          "mousemove %.0f %.0f sleep 0.05 mousedown 1 mousemove %.0f %.0f sleep 0.05 key ctrl+z key Escape",
+          pixelOf(10), laneY(0), pixelOf(12), laneY(0)) +
+      " sleep 0.1 mouseup 1");
+  expectSaved(replaced(show, "length 4:0", "length 3:0"));
 }
 
 TEST_F(Vexstudio, TypesAndDragsValues) {
@@ -275,6 +282,11 @@ TEST_F(Vexstudio, RecordsBesideItself) {
   press("bracketleft");
   press("Right Right Right bracketright ctrl+shift+r");  // three frames
   EXPECT_NE(waitForWindow(display.get(), "Record to"), 0u);
+  // The studio goes on meanwhile.
+  writeFile("show.txt", replaced(show, "part red", "prat red"));
+  EXPECT_TRUE(waitForBar(barTrouble));
+  writeFile("show.txt", show);
+  EXPECT_TRUE(waitForBar(barCalm));
   EXPECT_TRUE(waitUntil([&] {
     press("Return");  // the name that is offered, by whichever chooser the desktop has
     return findWindow(display.get(), "Record to") == 0;
@@ -340,6 +352,21 @@ TEST_F(Vexstudio, LeavesOnlyWhenNothingIsLost) {
   press("ctrl+q");
   EXPECT_EQ(studio->exitCode(), 0) << studio->errors();
   EXPECT_THAT(readFile("config/vex/studio"), HasSubstr("width 1280"));
+}
+
+class VexstudioWithoutGl : public Vexstudio {
+ protected:
+  VexstudioWithoutGl() : Vexstudio("GLX") {}
+};
+
+TEST_F(VexstudioWithoutGl, ShapesTheTextAllTheSame) {
+  studio.emplace(VEX_BIN "/vexstudio", "", "show.txt");
+  ASSERT_TRUE(waitForBar(barTrouble)) << studio->errors();
+  click(pixelOf(14), laneY(0));
+  press("Delete");
+  expectSaved(testing::Not(HasSubstr("part blue")));
+  press("ctrl+q");
+  EXPECT_EQ(studio->exitCode(), 0) << studio->errors();
 }
 
 TEST_F(Vexstudio, RefusesWhatIsNotThere) {
