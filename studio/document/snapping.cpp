@@ -53,6 +53,7 @@ double snapped(double time, const std::optional<Tempo>& tempo, double secondsPer
 
 std::vector<double> snapTargets(const Project& project, int exceptPart) {
   std::vector<double> targets = project.ticks;
+  targets.push_back(project.totalTime);
   for (std::size_t i = 0; i < project.parts.size(); ++i) {
     if (static_cast<int>(i) == exceptPart) continue;
     const ProjectPart& part = project.parts[i];

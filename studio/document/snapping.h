@@ -29,7 +29,7 @@ inline constexpr double newPartReach = 24;  // of what is made, which nobody see
 double snapped(double time, const std::optional<Tempo>& tempo, double secondsPerPixel, SnapGrid grid,
                std::span<const double> targets = {}, double pixels = snapReach);
 
-// Beginnings and ends of the parts but one, and the ticks.
+// Beginnings and ends of the parts but one, the ticks, and the show's end.
 std::vector<double> snapTargets(const Project& project, int exceptPart);
 
 }  // namespace vex::studio

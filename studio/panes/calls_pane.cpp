@@ -152,7 +152,19 @@ void CallsPane::draw() {
     drawText("Choose a part in the time line, or double-click an empty place to make one.", columns().name,
              topOf(rows.back()) + rowHeight() * 3 / 2, w() - px(20), rowHeight());
   }
+  drawScrolled();
   fl_pop_clip();
+}
+
+// Where in its rows the pane stands, when they are more than it can show.
+void CallsPane::drawScrolled() const {
+  const int seen = y() + h() - contentTop(), whole = (rows.back().line + 1) * rowHeight() + px(8);
+  if (whole <= seen) return;
+  const int left = x() + w() - px(4);
+  setDrawColour(colour::ground);
+  fl_rectf(left, contentTop(), px(4), seen);
+  setDrawColour(colour::dim);
+  fl_rectf(left, contentTop() + seen * scrolled / whole, px(4), seen * seen / whole);
 }
 
 void CallsPane::drawNumber(const Row& row, int top, const char* name, const std::string& value,
@@ -166,7 +178,7 @@ void CallsPane::drawNumber(const Row& row, int top, const char* name, const std:
   const int rest = cell.end - cell.value - textWidth(value) - px(8);
   setDrawColour(colour::dim);
   useFont(false, 11);
-  drawText(hint, cell.end - rest, top, rest, rowHeight(), FL_ALIGN_RIGHT);
+  if (textWidth(hint) <= rest) drawText(hint, cell.end - rest, top, rest, rowHeight(), FL_ALIGN_RIGHT);
 }
 
 void CallsPane::drawShowRow(const Row& row, int top) const {
@@ -281,6 +293,10 @@ void CallsPane::drawParameter(const Row& row, int top, const Columns& at) const 
   std::string value;
   if (parameter.type == PARAM_STRING) {
     value = parameter.string;
+    if (value.empty()) {
+      setDrawColour(colour::chosen);
+      value = "click to choose";
+    }
   } else {
     PlayedCurve curve(parameter);
     const auto now = curve.at(std::clamp(progressAt(part, session.show().time()), 0.0, 1.0));
@@ -422,17 +438,18 @@ void CallsPane::type(const Row& row, int top) {
                   session.edit(session.document().setString({part, chosen.call, chosen.parameter}, typed));
               });
   } else if (isNumber(row)) {
-    edit.open(at.value, top, at.end - at.value, rowHeight(), shown(numberOf(row)),
-              [this, unchanged, part, chosen](const std::string& typed) {
-                double value = 0;
-                if (!readNumber(typed, value)) {
-                  session.tell(Message::Kind::trouble, "\"" + typed + "\" is no number.");
-                } else if (unchanged()) {
-                  if (session.selection().part != part)
-                    session.select({part, chosen.call, chosen.parameter, -1});
-                  setNumber(chosen, value);
-                }
-              });
+    edit.open(
+        at.value, top, at.end - at.value, rowHeight(), shown(numberOf(row)),
+        [this, unchanged, part, chosen](const std::string& typed) {
+          double value = 0;
+          if (!readNumber(typed, value)) {
+            session.tell(Message::Kind::trouble, "\"" + typed + "\" is no number.");
+          } else if (unchanged()) {
+            if (session.selection().part != part) session.select({part, chosen.call, chosen.parameter, -1});
+            setNumber(chosen, value);
+          }
+        },
+        row.field == Field::tempo && !session.document().places().tempo);  // the one offered counts, too
   }
 }
 

@@ -81,6 +81,7 @@ class CallsPane : public Pane {
   int topOf(const Row& row) const;
   std::optional<std::size_t> rowAt(int x, int y) const;
   void drawRow(const Row& row, int top) const;
+  void drawScrolled() const;
   void drawShowRow(const Row& row, int top) const;
   void drawNumber(const Row& row, int top, const char* name, const std::string& value,
                   const std::string& hint = "") const;

@@ -55,9 +55,9 @@ void prepareLook() {
   Fl::background(colour::raised >> 16, colour::raised >> 8 & 255, colour::raised & 255);
   Fl::background2(colour::ground >> 16, colour::ground >> 8 & 255, colour::ground & 255);
   Fl::foreground(colour::text >> 16, colour::text >> 8 & 255, colour::text & 255);
-  setFlColour(FL_SELECTION_COLOR, blended(colour::raised, colour::chosen, 0.45));
   setFlColour(FL_INACTIVE_COLOR, colour::faint);
   Fl::scheme("none");
+  setFlColour(FL_SELECTION_COLOR, colour::chosen);  // bright, or the toolkit takes white
   Fl::set_boxtype(FL_UP_BOX, FL_FLAT_BOX);
   Fl::visible_focus(0);
   Fl_Tooltip::color(flColour(colour::edge));

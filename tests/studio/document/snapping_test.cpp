@@ -59,8 +59,8 @@ TEST(Snapping, WithoutATempoKnowsTargetsOnly) {
 TEST(Snapping, FindsItsTargets) {
   const Project project =
       readProjectText("total 9 ticks 7 part a { at 1 length 2 } part b { at 4 length 1 }").project;
-  EXPECT_EQ(snapTargets(project, 0), (std::vector<double>{7, 4, 5}));
-  EXPECT_EQ(snapTargets(project, -1), (std::vector<double>{7, 1, 3, 4, 5}));
+  EXPECT_EQ(snapTargets(project, 0), (std::vector<double>{7, 9, 4, 5}));
+  EXPECT_EQ(snapTargets(project, -1), (std::vector<double>{7, 9, 1, 3, 4, 5}));
 }
 
 }  // namespace
