@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/desktop.h"
@@ -242,6 +243,18 @@ void runFrame() {
   callbacks.frame();
 }
 
+// Before the main loop nothing is there yet that could go on without its window.
+void closeBeforeTheLoop() {
+  leaveGameMode();
+  std::exit(0);
+}
+
+std::string earlyKeys;  // pressed before the main loop, which answers them
+
+void keepKey(unsigned char key, int, int) {
+  earlyKeys += static_cast<char>(key);
+}
+
 // The window dies when this returns: the last frame, which shuts the show down, needs its context.
 void closeWindow() {
   if (leaving) return;
@@ -294,6 +307,8 @@ void openWindow(const WindowRequest& request, const WindowReports& sinks) {
       .entryPoint = [](const char* name) { return reinterpret_cast<void*>(glutGetProcAddress(name)); }};
   pacer.emplace(refreshRate(), askForVerticalSync(display, drawable));
 
+  glutKeyboardFunc(keepKey);
+  glutCloseFunc(closeBeforeTheLoop);
   // Loading takes a while and handles no events: let the window appear first.
   handleEvents(100);
   if (!windowManagerRuns(display)) takeKeyboard(display, drawable);
@@ -310,6 +325,8 @@ void runMainLoop(const WindowCallbacks& wanted) {
   // GLUT told the size while the window opened, and tells it again only when it changes.
   callbacks.reshape(glutGet(GLUT_WINDOW_WIDTH), glutGet(GLUT_WINDOW_HEIGHT));
   callbacks.begin();
+  for (const char key : std::exchange(earlyKeys, {}))
+    callbacks.keyboard(static_cast<unsigned char>(key), 0, 0);
   glutMainLoop();
   std::exit(0);
 }

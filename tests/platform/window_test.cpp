@@ -104,6 +104,29 @@ TEST(Window, EveryWishToEndReachesTheLastFrame) {
   }
 }
 
+// The window answers before its main loop runs.
+TEST(Window, WishesToEndCountFromTheFirstMoment) {
+  const XServer server(640, 480);
+  const struct {
+    const char* what;
+    void (*act)(Display*, Window);
+  } cases[] = {{"escape", [](Display* display, Window window) { pressKeys(display, window, {XK_Escape}); }},
+               {"close button", pressCloseButton}};
+  for (const auto& row : cases) {
+    const ChildResult result = runWithUser(
+        [] {
+          alarm(30);  // where the wish is lost
+          open(false);
+          run();
+        },
+        [&](Display* display) {
+          if (const Window window = waitForWindow(display, "Test window")) row.act(display, window);
+          pause();
+        });
+    EXPECT_EQ(result.exitCode, 0) << row.what << result.errorText;
+  }
+}
+
 TEST(Window, AnIdleMachineDrawsNoMoreFramesThanTheScreenShows) {
   const XServer server(640, 480);
   const ChildResult result = runInChild([] {
