@@ -69,7 +69,7 @@ TEST(Manual, VersionsAreOneLineWithEveryLibrary) {
 // The formatter's own complaints are the oracle for the pages' markup.
 TEST(Manual, PagesAreWellFormed) {
   for (const std::string program :
-       {"vex", "vexmodel", "vexpak", "vexproduce", "vexproject", "vexrecord", "vexstudio"}) {
+       {"vex", "vex-show", "vexmodel", "vexpak", "vexproduce", "vexproject", "vexrecord", "vexstudio"}) {
     const std::string page = VEX_SOURCE "/docs/man/" + program + ".1";
     const Program formatted = runProgram("groff -man -Tascii -ww -z " + page);
     EXPECT_EQ(formatted.exitCode, 0) << program;
@@ -77,5 +77,12 @@ TEST(Manual, PagesAreWellFormed) {
     EXPECT_NE(manualPage(program).find("SH EXIT STATUS"), std::string::npos) << program;
   }
 }
+
+#ifndef __SANITIZE_ADDRESS__
+TEST(Manual, TheLicencesAreThoseOfWhatIsLinked) {
+  const Program check = runProgram(VEX_SOURCE "/scripts/licences --check");
+  EXPECT_EQ(check.exitCode, 0) << check.output << check.errors;
+}
+#endif
 
 }  // namespace vex
