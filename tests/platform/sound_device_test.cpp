@@ -1,5 +1,8 @@
 #include "platform/sound_device.h"
 
+#include <AL/alc.h>
+#include <AL/alext.h>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -21,6 +24,19 @@
 #include "tests/support/fatal.h"
 #include "tests/support/sound_files.h"
 #include "tests/support/temporary_folder.h"
+
+namespace {
+
+bool unplugged = false;
+
+}  // namespace
+
+// A program's symbols come before a library's: a device that somebody pulls out says so here.
+extern "C" void alcGetIntegerv(ALCdevice* device, ALCenum what, ALCsizei size, ALCint* values) {
+  static const auto real = reinterpret_cast<decltype(&alcGetIntegerv)>(dlsym(RTLD_NEXT, "alcGetIntegerv"));
+  real(device, what, size, values);
+  if (unplugged && what == ALC_CONNECTED) *values = ALC_FALSE;
+}
 
 namespace vex {
 
@@ -136,6 +152,21 @@ TEST_F(SilentDevice, GoesOnBeyondTheEndOfTheMusic) {
     sleepFor(0.01);
   }
   EXPECT_EQ(soundLibrary.state(1), SoundState::ended);
+}
+
+TEST_F(SilentDevice, GoesOnWhenItIsPulledOut) {
+  writeSoundFile("music.wav", {.frames = 44100 * 5, .sample = tone});
+  openMusic("music.wav");
+  startMusic();
+  sleepFor(0.2);
+  const double before = heard(), pulled = steadySeconds();
+  unplugged = true;
+  for (int frame = 0; frame < 20; ++frame) {
+    sleepFor(0.01);
+    EXPECT_NEAR(heard(), before + steadySeconds() - pulled, 0.05);
+  }
+  EXPECT_EQ(soundLibrary.state(1), SoundState::lost);
+  unplugged = false;
 }
 
 TEST_F(SilentDevice, GoesOnFromAStartBeyondTheEnd) {
