@@ -168,7 +168,7 @@ Vector carriedByTrunk(const Vector& point, float seconds) {
 
 std::vector<Piece> bodyPieces(Fineness fineness) {
   Piece trunk{.name = "trunk",
-              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 4.6f, fineness),
+              .surface = body(trunkDistance, {Vector(-26, 70, -42), Vector(26, 128, 48)}, 4.8f, fineness),
               .pivot = trunkPivot};
   trunk.motion.positions = positionKeys(loopSeconds, 6, [](float t) { return trunkPlacement(t).origin; });
   trunk.motion.turns = turnKeys(loopSeconds, 6, trunkPlacement);
@@ -180,7 +180,7 @@ std::vector<Piece> bodyPieces(Fineness fineness) {
   Piece abdomen{
       .name = "abdomen",
       .parent = "trunk",
-      .surface = body(abdomenDistance, {Vector(-27, 78, -94), Vector(27, 132, -16)}, 4.6f, fineness),
+      .surface = body(abdomenDistance, {Vector(-27, 78, -94), Vector(27, 132, -16)}, 4.7f, fineness),
       .pivot = abdomenPivot};
   abdomen.motion.turns = turnKeys(loopSeconds, 6, [](float t) {
     return turnedX(4 * swing(t, loopSeconds, 2, 0.15f)) >> turnedY(5 * swing(t, loopSeconds, 1, 0.7f));

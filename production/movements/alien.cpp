@@ -207,7 +207,7 @@ void addClimax(Show& show) {
   addPinhole(show, "but for eyes", hushed, climax - hushed, 0.1, -0.02,
              line({{0, 0.44}, {0.99, 0.36}, {1, 0.64}, {1.4, 0.38}, {partEnd, 0.33}}));
   show.add("they close", hushed + 0.25, climax - hushed - 0.25, backdrop,
-           Fade{.alpha = line({{0, 0}, {0.4, 0}, {0.9, 1}, {partEnd, 1}})});
+           Fade{.alpha = line({{0, 0}, {0.4, 0}, {0.9, 0.88}, {partEnd, 0.95}})});
   addShot(show, "it comes", climax, unison - climax, wide, 11.8, 1.4);
   show.add("blaze behind", climax, unison - climax, backdrop,
            glow("rays_violet", centred(0, -0.1, zoom(2.6, 3.8, 4)), flashes({0, 1, 2, 3}, 0.4, 0.04)));
