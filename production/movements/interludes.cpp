@@ -160,10 +160,11 @@ void addFlakes(Show& show, double start, double roll, double doubles, double bre
             {draw(Flare{"flare_particle"}),
              draw(Particles{.count = 110, .spread = 8, .speedY = 4, .speedZ = 26, .scatter = 26})},
             cueSeconds(roll - start));
-  show.part("flakes burst", doubles, breath - doubles, smoke + 1,
-            {draw(Flare{"flare_particle"}),
-             draw(Particles{.count = 50, .spread = slide(20, 50), .speedZ = 30, .scatter = 16})},
-            cueSeconds(doubles - start));
+  show.part(
+      "flakes burst", doubles, breath - doubles, smoke + 1,
+      {draw(Flare{"flare_particle"}),
+       draw(Particles{.alpha = 0.7, .count = 50, .spread = slide(16, 36), .speedZ = 12, .scatter = 20})},
+      cueSeconds(doubles - start));
 }
 
 // Mirrors before the fire, shaken by the roll.
@@ -185,7 +186,7 @@ void addMirrors(Show& show, double roll, double doubles, double breath) {
                            {2.98, 2.42},
                            {3, 2.6},
                            {partEnd, 2.8}});
-  const Viewport close{.x = line({{0, -0.8}, {partEnd, -0.98}}), .y = -0.94, .w = wide, .h = wide};
+  const Viewport close{.x = line({{0, -0.56}, {partEnd, -0.9}}), .y = -0.88, .w = wide, .h = wide};
   show.part(
       "mirrors", roll, doubles - roll, subject,
       {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.85, 0.72)}),
@@ -207,16 +208,17 @@ void addVexedly(Show& show, double roll, double doubles, double breath) {
   const Word word = vex(edly, slide(0.74, 0.8), 0, 0.58);
   show.add("vexedly", roll, doubles - roll, title, word);
   // The fire goes down; what is left burns behind the knot.
-  show.add("embers", doubles, breath - doubles, ground + 1, Fade{.alpha = slide(0.5, 0.8)},
+  show.add("embers", doubles, breath - doubles, ground + 1, Fade{.alpha = slide(0.3, 0.5)},
            Tiles{.texture = "sparks_ember",
-                 .at = covering(zoom(1, 2, 3.5)),
-                 .across = 2.6,
-                 .down = 1.5,
+                 .at = covering(zoom(1, 1.6, 3.5)),
+                 .across = 4.4,
+                 .down = 2.5,
                  .alpha = 0.5,
                  .blend = Blend::add},
-           glow("rays_ember", centred(0.16, -0.1, zoom(2.6, 4.2, 3.5)), 1),
-           glow("light6", centred(0.16, -0.1, zoom(1.6, 2.6, 3.5)), slide(0.7, 0.45)));
-  const Word louder = vex(edly, slide(0.76, 0.86), -0.42, 0.55);
+           glow("rays_ember", centred(0.36, -0.12, zoom(2.6, 4.2, 3.5)), 1),
+           glow("light6", centred(0.36, -0.12, zoom(1.8, 2.9, 3.5)), slide(1, 0.8)),
+           glow("light7", centred(0.36, -0.12, zoom(0.9, 1.5, 3.5)), slide(0.8, 0.6)));
+  const Word louder = vex(edly, slide(0.66, 0.74), -0.52, 0.55);
   show.add("vexedly, louder", doubles, breath - doubles, title, louder);
 }
 
