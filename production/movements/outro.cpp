@@ -285,6 +285,12 @@ void addLastWord(Show& show) {
            glow("rays_ember", centred(0, -0.52, spline({{0, 3.4}, {1, 2.4}, {partEnd, 2.0}}), 1.6),
                 line({{0, 1}, {0.5, 0.7}, {2, 0.5}, {4.5, 0.4}, {7.2, 0}})),
            glow("streak_bone", {-1.6, -0.72, 3.2, 0.4}, line({{0, 1}, {0.5, 0.5}, {2, 0}})));
+  // It runs over the letters once more as they cool, and the lock beats a last time or two.
+  show.add("glint over the name", shut + 0.25, end - shut - 0.25, title + 1,
+           glow("streak_bone", {line({{0, -2.4}, {5, 0.6}, {partEnd, 1}}), -0.66, 1.8, 0.22},
+                line({{0, 0}, {0.5, 0.8}, {4, 0.7}, {5, 0}})));
+  show.add("last heart-beats", shut, end - shut, haze,
+           glow("haze_ember", centred(0, 0.3, 1.5, 1.2), flashes({1, 1.6, 3, 3.6, 5}, 0.8, 0.12)));
   constexpr double struck = 0.25;  // beats
   const Curve falls = slide(1.35, 1.2);
   show.add("vexation struck", shut, struck / beatsPerBar, title,
