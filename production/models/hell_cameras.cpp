@@ -37,8 +37,8 @@ std::vector<StageCamera> cameras() {
            {{8, 98, 0}, {6, 99, 0}, {2, 100, 0}}),
       // Under the lake, whose other side is a roof of fire, straight up: what it mirrors hangs there in
       // black.
-      shot("sunk", 84, 5, 2.5f, {{44, -196, 60}, {36, -188, 52}, {26, -178, 44}},
-           {{-14, 0, -6}, {-10, 0, -6}, {-6, 0, -6}}),
+      shot("sunk", 84, 5, 2.5f, {{-74, -198, -88}, {-60, -196, -80}, {-30, -188, -60}},
+           {{14, -28, 12}, {12, -28, 10}, {6, -28, 6}}),
       shot("sunken", 70, 8, 2.5f, {{-40, -190, 30}, {-32, -184, 26}, {-20, -176, 20}},
            {{12, -60, 0}, {10, -60, 0}, {6, -60, 0}}),
       // At the lava's level: the sphere above, its image below.

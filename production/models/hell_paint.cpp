@@ -23,7 +23,7 @@ BakeLook stoneLook() {
   };
   // The fire behind the choir, in which sphere and lake burn too, rakes the sides that face the nave: every
   // pier has it to its right. From outside a cold sky draws the far edges.
-  look.lights = {{.towards = Vector(0.80f, -0.10f, -0.60f), .size = 0.2f, .colour = {9.0f, 4.0f, 1.35f}},
+  look.lights = {{.towards = Vector(0.80f, -0.10f, -0.60f), .size = 0.2f, .colour = {6.4f, 2.4f, 0.62f}},
                  {.towards = Vector(-0.72f, 0.45f, 0.55f), .size = 0.2f, .colour = {0.16f, 0.24f, 0.38f}}};
   look.bounce = {0.03f, 0.008f, 0.008f};
   look.reach = 55;

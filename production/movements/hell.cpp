@@ -58,7 +58,7 @@ void addGlow(Show& show, const Shot& shot, const char* texture, const Vector& pl
 
 // A corona stands about the sphere.
 void addCorona(Show& show, const Shot& shot, const std::vector<double>& beats, double level) {
-  addGlow(show, shot, "corona_ember", hell::sphereCentre, 176, flashes(beats, level, 0.25 * level));
+  addGlow(show, shot, "corona_ember", hell::sphereCentre, 170, flashes(beats, level, 0.25 * level));
 }
 
 void addHeat(Show& show, const char* name, double bar, double bars, const Curve& alpha) {

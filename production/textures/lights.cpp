@@ -50,8 +50,10 @@ Canvas corona(const Settings& settings, const Hue& hue) {
     const float reach = 0.05f + 0.26f * broad * broad + 0.06f * fine;
     const float streamers = std::exp(-out / reach) * (0.45f + 0.4f * fine + 0.35f * hair);
     const float ringLight = 0.75f * std::exp(-out / 0.014f) + 0.3f * std::exp(-out / 0.05f);
-    return gradient(hue.ramp, (streamers * 0.95f + ringLight) * smoothStep(0.345f, 0.37f, r) *
-                                  smoothStep(0.97f, 0.55f, r));
+    // Fire is never white there: what is drawn faintly would be grey.
+    const float hottest = &hue == &emberHue ? 0.76f : 1.0f;
+    return gradient(hue.ramp, std::min(streamers * 0.95f + ringLight, hottest) *
+                                  smoothStep(0.345f, 0.37f, r) * smoothStep(0.97f, 0.55f, r));
   });
 }
 
