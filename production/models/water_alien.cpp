@@ -51,6 +51,18 @@ Placement swimTurn(float t) {
          turnedY(-52 + 14 * swing(t, loopSeconds, 1, 0.6f));
 }
 
+}  // namespace
+
+namespace water {
+
+Vector beingPlace(const Vector& modelled, float t) {
+  return transformed(swimTurn(t), modelled - beingPivot) + swimPlace(t);
+}
+
+}  // namespace water
+
+namespace {
+
 // --- Cameras
 
 StageCamera camera(const char* name, float fieldDegrees, const std::function<Vector(float)>& eyeAt,
@@ -177,9 +189,9 @@ std::vector<StageCamera> cameras() {
           [=](float t) { return Vector(70 + 110 * slow(t), 40 + 12 * quick(t), 440 - 50 * late(t)); },
           [=](float t) { return Vector(10 + 24 * slow(t), 84 + 8 * late(t), -60); }),
       camera(
-          "low", 78,
-          [=](float t) { return around(250 + 16 * late(t), 18 + 5 * quick(t), -0.16f + 0.34f * slow(t)); },
-          [=](float t) { return Vector(-36 + 14 * late(t), 116, 10); }),
+          "low", 84,
+          [=](float t) { return around(366 + 16 * late(t), 20 + 5 * quick(t), -0.36f - 0.14f * slow(t)); },
+          [=](float t) { return Vector(-6 + 14 * late(t), 132, 10); }),
       camera(
           "above", 70,
           [=](float t) { return Vector(-50 + 60 * slow(t), 200 + 20 * late(t), 320 + 20 * slow(t)); },

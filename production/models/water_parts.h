@@ -28,6 +28,8 @@ enum BeingPart { hide, membrane, spine, eyeBall, tooth, maw };
 inline const Vector beingPivot(0, 188, -20);
 geometry::Surface being();
 image::Colour4 beingColour(const geometry::BakePoint& p);
+// Where a modelled place of it is at a time of the loop.
+Vector beingPlace(const Vector& modelled, float t);
 
 // --- Cameras and what they look at.
 

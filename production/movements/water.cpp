@@ -173,6 +173,42 @@ void addMoon(Show& show) {
   moon(barOf("creature") + 1, glide, 1, 1, 0.5);
 }
 
+// Where neck and back leave the sea it foams, and on each beat a ring goes out from there.
+void addFoam(Show& show) {
+  const struct {
+    double bar, bars;
+    Camera camera;
+    double from, speed;
+  } shots[] = {{barOf("creature") + 1, 1, glide, 1, 1},    {barOf("tune"), 2, glide, 2.6, 1},
+               {barOf("ripples"), 1, above, 9, 1},         {barOf("ripples") + 1, 1, low, 3.4, 1},
+               {barOf("ray from above"), 2, struck, 5, 1}, {barOf("flood"), 1, under, 4, 1},
+               {barOf("flood") + 1, 1, low, 3, 1},         {barOf("ebb"), 2, leaving, 5, 1}};
+  struct Contact {
+    Vector place;  // of the body's line
+    double wide;
+  };
+  const Contact contacts[] = {{Vector(3, 6, 22), 62}, {Vector(-5, 2, -62), 50}, {Vector(-10, -4, -134), 44}};
+  for (const auto& shot : shots) {
+    std::vector<double> beats;
+    for (double beat = 0; beat < shot.bars * beatsPerBar; ++beat) beats.push_back(beat);
+    std::vector<ScriptCall> calls;
+    for (const Contact& contact : contacts) {
+      const Sight seen = onScreen(water::cameras()[shot.camera], shot.from, shot.speed,
+                                  shot.bars * beatsPerBar, [&](float t) {
+                                    const Vector place = water::beingPlace(contact.place, t);
+                                    return Vector(place.x, 1, place.z);
+                                  });
+      const double flat = shot.camera == above ? 2.6 : 7;  // times as wide as high
+      const auto lies = [&](double wide) {
+        return centred(seen.x, seen.y, seen.unit * (contact.wide * wide / flat), flat);
+      };
+      calls.push_back(screen::draw(glow("light3", lies(1.5), flashes(beats, 0.55, 0.4))));
+      calls.push_back(screen::draw(glow("ring_teal", lies(1.9), flashes(beats, 0.8, 0.35))));
+    }
+    show.part("foam", shot.bar, shot.bars, smoke - 1, std::move(calls));
+  }
+}
+
 // What the ray gives off: shafts about its head, light in the air beside it; the rest stays dark.
 void addRay(Show& show) {
   const double flood = barOf("flood");
@@ -246,6 +282,7 @@ void addWater(Show& show) {
   // Mist between and before.
   show.add("mist", waterBar, 16, smoke,
            glow("haze_teal", centred(swing(31, -0.35, 0.35), 0.35, 2.0, 2.6), swing(19, 0.08, 0.2)));
+  addFoam(show);
   addRay(show);
   addGlints(show);
   show.add("out of the dark", waterBar, 1, flash + 1,
