@@ -5,6 +5,7 @@
 #include "production/geometry/bake.h"
 #include "production/geometry/forms.h"
 #include "production/geometry/mapping.h"
+#include "production/geometry/pieces.h"
 #include "production/image/filter.h"
 #include "production/image/lettering.h"
 #include "production/image/noise3.h"
@@ -370,7 +371,10 @@ std::vector<Surface> letterBodies() {
       const float aside = 2 * p.x / titleWidth;  // hollow towards the viewer, as the veils are
       return titleMiddle + p + Vector(0, 0, front + 12 * aside * aside);
     });
-    bodies.push_back(withPart(withoutMapping(body), letter));
+    // Where a bevel meets itself it leaves a triangle without area.
+    const Surface solid = compacted(selected(
+        body, [&body](const Triangle& triangle) { return areaVector(body, triangle).length() > 0.02f; }));
+    bodies.push_back(withPart(withoutMapping(solid), letter));
   }
   return bodies;
 }
