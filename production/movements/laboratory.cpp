@@ -388,8 +388,7 @@ void addDoor(Show& show) {
         const auto half =
             static_cast<float>((static_cast<double>(t) - shot.start()) / shot.speed() / secondsPerBeat * 2);
         const float stride = std::floor(half) + smoothStep(0, 0.7f, half - std::floor(half));
-        return mix(lab::thresholdPlace + Vector(150, 0, -190), lab::thresholdPlace,
-                   clamp01((stride - 5) / 4));
+        return mix(lab::thresholdPlace + Vector(84, 0, -104), lab::thresholdPlace, clamp01((stride - 5) / 4));
       });
   constexpr double appears = 2.5;  // beats; the door stands wide enough
   const Curve there = line({{0, 0}, {appears - 0.01, 0}, {appears + 0.04, 1}, {partEnd, 1}});
