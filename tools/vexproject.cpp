@@ -76,7 +76,7 @@ void loadAsThePlayer(const std::string& bytes, const char* name) {
 
 void dump(const char* name) {
   const std::string bytes = vex::readProjectFile(name);
-  if (vex::readProjectText(bytes, vex::KeptPlaces::none).problems.empty())
+  if (!vex::isProjectFile(bytes) && vex::readProjectText(bytes, vex::KeptPlaces::none).problems.empty())
     vex::fatalError("%s is the text of a project, not its file: vexproject compile makes that", name);
   loadAsThePlayer(bytes, name);
   printOut(vex::writeProjectText(vex::decodeProject(bytes, name).project));

@@ -148,6 +148,14 @@ class StartCheck {
       report({.text = std::string("lacks for ") + entry.name + ": " + lacking,
               .hint = scenes,
               .place = model.file});
+    int on = 0;
+    for (const Light* light : model.scene.lights) on += light->active ? 1 : 0;
+    if (on > maxActiveLights) {
+      report({.text = formatted("%d lights are on, at most %d are possible", on, maxActiveLights),
+              .hint = "but for those that the scene itself puts out, more end the show",
+              .remark = true,
+              .place = model.file});
+    }
     for (const std::string& name : info.longTextures) {
       report({.text = "texture name " + quoteText(name) + " has " + std::to_string(name.size()) +
                       " characters, at most " + std::to_string(textureNameSize - 1) + " are possible",

@@ -412,6 +412,11 @@ TEST_F(Mistakes, InModels) {
       text.replace(at, from.size(), to);
     return text;
   };
+  AseText nine;
+  for (int i = 0; i < 9; ++i) {
+    nine.object("*LIGHTOBJECT", "Lamp" + std::to_string(i)).node("0 0 0").line("*LIGHT_USELIGHT 1").close();
+  }
+  const std::string nineLights = nine.str();
   expect({
       {"a model that is not there",
        show(""),
@@ -448,6 +453,11 @@ TEST_F(Mistakes, InModels) {
          replaced("*MATERIAL_SHINE ", "*MAP_DIFFUSE {\n*BITMAP \"rock.tga\"\n}\n*MATERIAL_SHINE ")}},
        "data\\hell.ase: texture \"data\\rock\" is missing, neither .jpg nor .bmp is there, a material names "
        "it; hint: it is loaded at the start, whatever is called"},
+      {"nine lights more",
+       show(""),
+       {{"data/hell.ase", hell + nineLights}},
+       "data\\hell.ase: remark: 12 lights are on, at most 8 are possible; hint: but for those that the scene "
+       "itself puts out, more end the show"},
       {"a camera that is not there",
        show(part("SceneHell.animate(camera=7)")),
        {},

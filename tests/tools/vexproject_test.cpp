@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "authoring/whole_check.h"
+#include "base/files.h"
 #include "production/time_line.h"
 #include "scenes/scene_tables.h"
 #include "tests/support/image_files.h"
@@ -70,16 +73,29 @@ struct Check {
   std::string lines;  // without program name and file
 };
 
-void expectChecks(const std::vector<Check>& rows, const std::string& options = "") {
+void expectChecks(const std::vector<Check>& rows) {
   for (const auto& [project, lines] : rows) {
     writeFile("show", project);
-    const Program program = vexproject("check show" + options);
+    const Program program = vexproject("check show");
     std::string errors = program.errors;
     for (std::size_t at; (at = errors.find("vexproject: show:")) != std::string::npos;) errors.erase(at, 17);
     EXPECT_EQ(errors, lines) << project;
     EXPECT_EQ(program.exitCode, allRemarks(lines) ? 0 : 255) << project;
     EXPECT_EQ(program.output, allRemarks(lines) ? "no problems\n" : "") << project;
   }
+}
+
+// With the data of the working folder, without a program for each.
+void expectDataChecks(const std::vector<Check>& rows) {
+  pakOpen("vex.pak");
+  for (const auto& [project, lines] : rows) {
+    const CheckedProject checked = checkWhole(project, "show", CheckedData::ofWorkingFolder);
+    std::string said;
+    for (const Finding& finding : checked.findings)
+      said += findingText("show", checked.project, finding).substr(std::strlen("show:")) + "\n";
+    EXPECT_EQ(said, lines) << project;
+  }
+  fileCloseAll();
 }
 
 void expectRoundTrip(const std::string& bytes) {
@@ -477,61 +493,67 @@ TEST(Vexproject, CheckLooksForTheData) {
   const std::string anew = "; hint: write it anew from its picture\n";
   std::string movies, lacks;
   for (int i = 0; i < 12; ++i) {  // of 10 000 frames each, beyond 100 000 no more are looked for
-    const std::string base = "data\\n" + std::to_string(i) + "x";
+    const std::string base = "no\\n" + std::to_string(i) + "x";
     movies += movie("first=0, last=9999", base);
     if (i < 11) lacks += "3: movie \"" + base + "\" lacks of its frames 0 to 9999: 0 to 9999\n";
   }
-  expectChecks(
-      {
-          {grounded + part(at, movies), " remark: too many movie frames, not all were looked for\n" + lacks},
-          {grounded + part(at, bitmap(longName)),
-           "3: remark: file name \"" + longName + ".bmp\" has 32 characters, an archive takes at most 31\n"},
-          {grounded + part(at, bitmap("data\\loose") + bitmap("DATA\\packed") + bitmap("data\\masked")), ""},
-          {grounded + part(at, bitmap("data\\none") + "\n" + bitmap("data\\none")),
-           "3: texture \"data\\none\" is missing, neither .jpg nor .bmp is there\n"},
-          {grounded + part(at, bitmap("data\\odd")),
-           "3: texture \"data\\odd.bmp\" is 6x4, both sides must be powers of two; hint: scale it, to 8x4 "
-           "for "
-           "instance\n"},
-          {grounded + part(at, bitmap("data\\broken")),
-           "3: texture \"data\\broken.jpg\" cannot be read" + anew},
-          {grounded + part(at, bitmap("data\\cut")),
-           "3: texture data\\cut.bmp is cut short: its picture needs 48 bytes, 6 are left" + anew},
-          {grounded + part(at, bitmap("data\\veil")),
-           "3: texture data\\veil_mask.bmp is cut short: its picture needs 48 bytes, 45 are left" + anew},
-          {grounded + part(at, bitmap("data\\tall")),
-           "3: texture data\\tall.jpg: Corrupt JPEG data: premature end of data segment" + anew},
-          {grounded + part(at, movie("first=1, last=1", "data\\f")),
-           "3: texture data\\f1.jpg: Corrupt JPEG data: premature end of data segment\n"},
-          {grounded + part(at, "SceneOuttro.preloadVectorBalls(balls=\"data\\few.hvv\")"),
-           "3: data\\few.hvv: number of balls is 5, does not fit the file's size of 4 bytes\n"},
-          {grounded + part(at, bitmap("data\\unlike")),
-           "3: mask \"data\\unlike_mask.bmp\" is 8x4, its texture 4x4; hint: scale one to the size of the "
-           "other\n"},
-          {grounded + part(at, bitmap("data\\photo")),
-           "3: mask \"data\\photo_mask.jpg\" is 16x8, its texture 8x16; hint: scale one to the size of the "
-           "other\n"},
-          {grounded + part(at, movie("first=1, last=2")), ""},
-          {grounded + part(at, movie("first=1, last=11")),
-           "3: movie \"data\\m\" lacks of its frames 1 to 11: 3, 7 to 8 and 10 to 11\n"},
-          {grounded + part(at, movie("first=5, last=1")),
-           "3: remark: last of SceneHelper.drawMovie: frame 1 lies before the first one, 5\n"
-           "3: movie \"data\\m\" lacks of its frames 5 to 7: 7\n"},
-          {"music \"data\\none.ogg\" " + grounded, " music \"data\\none.ogg\" is missing\n"},
-          {"music \"data\\noise.ogg\" " + grounded,
-           " music \"data\\noise.ogg\" cannot be played; hint: it takes WAV, OGG, FLAC or MP3 with one or "
-           "two channels\n"},
-          {"music \"data\\long.wav\" " + grounded, ""},
-          {"music \"DATA\\short.WAV\" " + grounded,
-           " total 10, but music \"DATA\\short.WAV\" is 10.4 s long and must last 0.5 s longer than the "
-           "show; hint: at "
-           "most 9.9\n"},
-          {"total 10\n" + part("at 0 length 10", bitmap("data\\loose")), ""},
-          {"total 10\n" + part("at 0 length 10", bitmap("data\\masked")),
-           "2: no call paints the ground from 0 to 10, where these parts are active: \"p\"; hint: lay a "
-           "fadeScreen of alpha 1 on the lowest track\n"},
-      },
-      " --dir run");
+  fs::current_path("run");
+  expectDataChecks({
+      {grounded + part(at, movies), " remark: too many movie frames, not all were looked for\n" + lacks},
+      {grounded + part(at, bitmap(longName)),
+       "3: remark: file name \"" + longName + ".bmp\" has 32 characters, an archive takes at most 31\n"},
+      {grounded + part(at, bitmap("data\\loose") + bitmap("DATA\\packed") + bitmap("data\\masked")), ""},
+      {grounded + part(at, bitmap("data\\none") + "\n" + bitmap("data\\none")),
+       "3: texture \"data\\none\" is missing, neither .jpg nor .bmp is there\n"},
+      {grounded + part(at, bitmap("data\\odd")),
+       "3: texture \"data\\odd.bmp\" is 6x4, both sides must be powers of two; hint: scale it, to 8x4 "
+       "for "
+       "instance\n"},
+      {grounded + part(at, bitmap("data\\broken")), "3: texture \"data\\broken.jpg\" cannot be read" + anew},
+      {grounded + part(at, bitmap("data\\cut")),
+       "3: texture data\\cut.bmp is cut short: its picture needs 48 bytes, 6 are left" + anew},
+      {grounded + part(at, bitmap("data\\veil")),
+       "3: texture data\\veil_mask.bmp is cut short: its picture needs 48 bytes, 45 are left" + anew},
+      {grounded + part(at, bitmap("data\\tall")),
+       "3: texture data\\tall.jpg: Corrupt JPEG data: premature end of data segment" + anew},
+      {grounded + part(at, movie("first=1, last=1", "data\\f")),
+       "3: texture data\\f1.jpg: Corrupt JPEG data: premature end of data segment\n"},
+      {grounded + part(at, "SceneOuttro.preloadVectorBalls(balls=\"data\\few.hvv\")"),
+       "3: data\\few.hvv: number of balls is 5, does not fit the file's size of 4 bytes\n"},
+      {grounded + part(at, bitmap("data\\unlike")),
+       "3: mask \"data\\unlike_mask.bmp\" is 8x4, its texture 4x4; hint: scale one to the size of the "
+       "other\n"},
+      {grounded + part(at, bitmap("data\\photo")),
+       "3: mask \"data\\photo_mask.jpg\" is 16x8, its texture 8x16; hint: scale one to the size of the "
+       "other\n"},
+      {grounded + part(at, movie("first=1, last=2")), ""},
+      {grounded + part(at, movie("first=1, last=11")),
+       "3: movie \"data\\m\" lacks of its frames 1 to 11: 3, 7 to 8 and 10 to 11\n"},
+      {grounded + part(at, movie("first=5, last=1")),
+       "3: remark: last of SceneHelper.drawMovie: frame 1 lies before the first one, 5\n"
+       "3: movie \"data\\m\" lacks of its frames 5 to 7: 7\n"},
+      {"music \"data\\none.ogg\" " + grounded, " music \"data\\none.ogg\" is missing\n"},
+      {"music \"data\\noise.ogg\" " + grounded,
+       " music \"data\\noise.ogg\" cannot be played; hint: it takes WAV, OGG, FLAC or MP3 with one or "
+       "two channels\n"},
+      {"music \"data\\long.wav\" " + grounded, ""},
+      {"music \"DATA\\short.WAV\" " + grounded,
+       " total 10, but music \"DATA\\short.WAV\" is 10.4 s long and must last 0.5 s longer than the "
+       "show; hint: at "
+       "most 9.9\n"},
+      {"total 10\n" + part("at 0 length 10", bitmap("data\\loose")), ""},
+      {"total 10\n" + part("at 0 length 10", bitmap("data\\masked")),
+       "2: no call paints the ground from 0 to 10, where these parts are active: \"p\"; hint: lay a "
+       "fadeScreen of alpha 1 on the lowest track\n"},
+  });
+  fs::current_path(folder.path());
+  writeFile("show", grounded + part(at, bitmap("data\\none")));
+  const Program missing = vexproject("check show --dir run");
+  EXPECT_EQ(missing.errors,
+            "vexproject: show:3: texture \"data\\none\" is missing, neither .jpg nor .bmp is there\n");
+  EXPECT_EQ(missing.exitCode, 255);
+  writeFile("show", grounded + part(at, bitmap("data\\masked")));
+  EXPECT_EQ(vexproject("check show --dir run").output, "no problems\n");
   EXPECT_EQ(vexproject("check show --dir none").errors,
             "vexproject: can't go to folder none: No such file or directory\n");
 }
