@@ -146,6 +146,9 @@ std::string shellPath(const std::string& file) {
 
 std::string plainRefusal(std::string text) {
   std::replace(text.begin(), text.end(), '\n', ' ');
+  constexpr std::string_view cry = "ARGH! (";
+  if (text.starts_with(cry) && text.ends_with(')'))
+    return text.substr(cry.size(), text.size() - cry.size() - 1);
   constexpr std::string_view failed = " failed (";
   const std::size_t name = text.find_first_of(" (");
   const std::size_t reason = text.find(failed);

@@ -38,7 +38,7 @@ std::string archiveRemark(const std::string& file);
 // The path of a file layer's name, as commands take it.
 std::string shellPath(const std::string& file);
 
-// What a fatal error says, in one line and without the function that it may begin with: of
+// What a fatal error says, in one line and without the function or cry that it may begin with: of
 // "read(image) failed (texture x: cut short)" what stands in the last parentheses.
 std::string plainRefusal(std::string text);
 

@@ -150,8 +150,14 @@ void checkParameter(Findings& findings, const ProjectCall& call, const ProjectPa
   checkUsefulRange(findings, call, parameter, wanted);
 }
 
-// Values go by their place, whatever they are called.
-void checkNames(Findings& findings, const ProjectCall& call, const FunctionRow& row) {
+// Names of the function's own that stand at other places. Only a text gives all of them in any order.
+void checkNames(Findings& findings, const ProjectCall& call, const FunctionRow& row,
+                std::span<const SceneEntry> tables) {
+  const bool allOwn = orderByNames(call, tables).has_value();
+  const std::string why = allOwn ? "values go by their place in a project file and behind ordered"
+                                 : "values go by their place where not all names are the function's own";
+  const std::string hint =
+      allOwn ? "" : "name all as vexproject functions does, then they may stand in any order";
   for (std::size_t i = 0; i < row.parameters.size(); ++i) {
     const std::string name = playedText(call.parameters[i].name);
     if (name == row.parameters[i].name) continue;
@@ -159,9 +165,8 @@ void checkNames(Findings& findings, const ProjectCall& call, const FunctionRow& 
       if (name != other.name) continue;
       findings.remark(call.parameters[i].line,
                       nameOf(call.parameters[i], call) + " stands where " +
-                          quoteText(row.parameters[i].name) +
-                          " is taken: values go by their place where not all names are the function's own",
-                      "name all as vexproject functions does, then they may stand in any order");
+                          quoteText(row.parameters[i].name) + " is taken: " + why,
+                      hint);
     }
   }
 }
@@ -236,7 +241,7 @@ void checkCall(Findings& findings, const ProjectCall& call, std::span<const Scen
   }
   if (given != wanted) return;
   checkFrameOrder(findings, call, *row);
-  checkNames(findings, call, *row);
+  checkNames(findings, call, *row, tables);
 }
 
 // Where a call stands in the order of all calls.

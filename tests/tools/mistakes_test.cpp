@@ -100,6 +100,14 @@ std::string bmp(int width, int height, BmpFile file = {}) {
   return file.bytes();
 }
 
+// What reading the text leaves beside it.
+std::string compiledHell() {
+  Scene scene;
+  std::vector<std::string> textures;
+  readModel({"data/hell.ase", "made.hv3"}, &scene, nameTextures(textures));
+  return readFile("made.hv3");
+}
+
 class Mistakes : public testing::Test {
  protected:
   Mistakes() {
@@ -447,6 +455,11 @@ TEST_F(Mistakes, InModels) {
        {{"data/hell.ase", gone}, {"data/hell.hv3", "x"}},
        "data\\hell: data\\hell.hv3: ends after 1 bytes, its header word has 4; hint: vexproject scenes "
        "SceneHell says what it must hold"},
+      {"a compiled model that is cut",
+       show(""),
+       {{"data/hell.ase", gone}, {"data/hell.hv3", compiledHell().substr(0, 200)}},
+       "data\\hell: data\\hell.hv3 ends before its compressed data does; hint: vexproject scenes SceneHell "
+       "says what it must hold"},
       {"a texture that a material names",
        show(""),
        {{"data/hell.ase",

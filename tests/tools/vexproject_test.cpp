@@ -221,6 +221,7 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithCalls) {
   const TemporaryFolder folder;
   const std::string at = "at 1 length 1";
   const std::string given = "SceneHelper.fadeScreen";
+  const std::string inFiles = "values go by their place in a project file and behind ordered\n";
   const std::string byPlace =
       "values go by their place where not all names are the function's own; hint: name all as vexproject "
       "functions does, then they may stand in any order\n";
@@ -263,6 +264,9 @@ TEST(Vexproject, CheckFindsWhatIsWrongWithCalls) {
        "4: remark: blue of SceneHelper.fadeScreen stands where \"green\" is taken: " + byPlace +
            "4: remark: green of SceneHelper.fadeScreen stands where \"blue\" is taken: " + byPlace},
       {grounded + part(at, given + "(red=0,\nblue=0, green=1, alpha=0)"), ""},
+      {grounded + part(at, given + " ordered (red=0,\nblue=0, green=1, alpha=0)"),
+       "4: remark: blue of SceneHelper.fadeScreen stands where \"green\" is taken: " + inFiles +
+           "4: remark: green of SceneHelper.fadeScreen stands where \"blue\" is taken: " + inFiles},
       {grounded + part(at, fade("sine(cycles 1, amplitude 0.75, offset 0.25)")),
        "3: remark: alpha of SceneHelper.fadeScreen reaches -0.5, useful are 0 to 1\n"},
       {grounded + part(at, fade("linear(0 0, 0.5 0, 0.5 1)")),
