@@ -20,7 +20,6 @@ namespace vex {
 namespace {
 
 constexpr double tailSeconds = 0.5;      // of music behind the end of the show
-constexpr int mostFrames = 10000;        // of a movie
 constexpr int mostMovieFiles = 100'000;  // looked for in all
 
 // Of texts there is nothing to be said.
@@ -42,32 +41,11 @@ std::string listed(const std::vector<std::int64_t>& numbers) {
   return list;
 }
 
-struct MovieFrames {
-  std::int64_t first = 0;  // wide enough for the last frame of a reversed range
-  std::int64_t last = 0;
-};
-
-MovieFrames framesOf(const KnownCall& known) {
-  MovieFrames frames;
-  bool first = true;
-  for (std::size_t i = 0; i < known.call->parameters.size(); ++i) {
-    if (known.row->parameters[i].kind != ArgumentKind::frameNumber) continue;
-    const ValueRange values = valuesOf(known.call->parameters[i]);
-    if (first) frames.first = truncateNumber(values.least);
-    frames.last = truncateNumber(values.greatest);
-    first = false;
-  }
-  // The player counts upwards from the first frame all the same.
-  if (frames.last < frames.first)
-    frames.last = frames.first + std::max<std::int64_t>(frames.first - frames.last - 2, 0);
-  return frames;
-}
-
 std::string movieProblem(const std::string& base, MovieFrames frames, int& lookedFor) {
   const std::string movie = "movie " + quoteText(base);
   const std::string range = std::to_string(frames.first) + " to " + std::to_string(frames.last);
-  if (frames.last - frames.first >= mostFrames)
-    return movie + " has more than " + std::to_string(mostFrames) + " frames, " + range;
+  if (frames.last - frames.first >= mostMovieFrames)
+    return movie + " has more than " + std::to_string(mostMovieFrames) + " frames, " + range;
   if (lookedFor > mostMovieFiles) return "";
   lookedFor += static_cast<int>(frames.last - frames.first + 1);
   std::vector<std::int64_t> missing;

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "timeline/scene_function.h"
+
 namespace vex {
 
 namespace {
@@ -116,6 +118,22 @@ ValueRange valuesOf(const ProjectParameter& parameter) {
   if (played.type == PARAM_LINEAR) return range;
   for (int i = 1; i < curveMoments; ++i) look(static_cast<float>(i) / curveMoments);
   return range;
+}
+
+MovieFrames framesOf(const KnownCall& known) {
+  MovieFrames frames;
+  bool first = true;
+  for (std::size_t i = 0; i < known.call->parameters.size(); ++i) {
+    if (known.row->parameters[i].kind != ArgumentKind::frameNumber) continue;
+    const ValueRange values = valuesOf(known.call->parameters[i]);
+    if (first) frames.first = truncateNumber(values.least);
+    frames.last = truncateNumber(values.greatest);
+    first = false;
+  }
+  // The player counts upwards from the first frame all the same.
+  if (frames.last < frames.first)
+    frames.last = frames.first + std::max<std::int64_t>(frames.first - frames.last - 2, 0);
+  return frames;
 }
 
 }  // namespace vex

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
@@ -41,5 +42,14 @@ struct ValueRange {
   float greatest;
 };
 ValueRange valuesOf(const ProjectParameter& parameter);
+
+// The frames of a movie that a call shows.
+struct MovieFrames {
+  std::int64_t first = 0;  // wide enough for the last frame of a reversed range
+  std::int64_t last = 0;
+};
+MovieFrames framesOf(const KnownCall& known);
+
+inline constexpr int mostMovieFrames = 10000;  // of one call; an archive holds far fewer
 
 }  // namespace vex

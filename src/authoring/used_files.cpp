@@ -13,7 +13,6 @@
 #include "scenes/scene_tables.h"
 #include "textures/preload_list.h"
 #include "textures/texture_table.h"
-#include "timeline/scene_function.h"
 
 namespace vex {
 
@@ -53,16 +52,9 @@ struct UsedFiles {
   }
 
   void addMovie(const KnownCall& known, const std::string& base) {
-    std::int64_t first = 0, last = -1;
-    bool isFirst = true;
-    for (std::size_t i = 0; i < known.call->parameters.size(); ++i) {
-      if (known.row->parameters[i].kind != ArgumentKind::frameNumber) continue;
-      const ValueRange values = valuesOf(known.call->parameters[i]);
-      (isFirst ? first : last) = truncateNumber(isFirst ? values.least : values.greatest);
-      isFirst = false;
-    }
-    for (std::int64_t frame = first; frame <= last; ++frame)
-      if (!add(base + std::to_string(frame) + ".jpg") && frame - first > 10000) break;
+    const auto [first, last] = framesOf(known);
+    for (std::int64_t frame = first; frame <= last && frame - first < mostMovieFrames; ++frame)
+      add(base + std::to_string(frame) + ".jpg");
   }
 
   void addFile(const std::string& name) {
