@@ -26,6 +26,7 @@ constexpr double shortestMusic = 2;  // s
 constexpr const char* textName = "show.txt";
 
 SoundFile openMusicFile(const std::string& name) {
+  errno = 0;  // the end of a file sets none
   std::ifstream probe(name);
   if (!probe || probe.peek() == std::ifstream::traits_type::eof()) {
     fatalError("can't read %s: %s", name.c_str(), errno != 0 ? std::strerror(errno) : "nothing is in it");

@@ -81,6 +81,7 @@ TEST(Beats, AreNotTakenFromWhatHasNone) {
                                  return anything(chance);
                                }});
   writeFile("text.wav", "no sound");
+  writeFile("empty.wav", "");
   const struct {
     const char* file;
     const char* message;
@@ -90,6 +91,8 @@ TEST(Beats, AreNotTakenFromWhatHasNone) {
        "vexproject: music text.wav cannot be played: it takes WAV, OGG, FLAC or MP3 with one or two "
        "channels\n"},
       {"none.wav", "vexproject: can't read none.wav: No such file or directory\n"},
+      {"empty.wav", "vexproject: can't read empty.wav: nothing is in it\n"},
+      {".", "vexproject: can't read .: Is a directory\n"},
   };
   for (const auto& [file, message] : cases) {
     const Program found = beats(file);
