@@ -39,6 +39,7 @@ Process::Process(const std::vector<std::string>& words) : begun(now()) {
   process = fork();
   if (process != 0) return;
   setpgid(0, 0);
+  std::signal(SIGINT, SIG_DFL);  // a shell in the background ignores it for all below
   const int nothing = open("/dev/null", O_RDWR);
   const int errors = open("../errors", O_WRONLY | O_CREAT | O_TRUNC, 0644);
   dup2(nothing, STDIN_FILENO);
