@@ -26,6 +26,8 @@
 
 namespace {
 
+constexpr vex::Contained contained[] = {{"aubio", "GPL-3.0+"}};
+
 constexpr const char* usage =
     "Usage: vexproject compile IN.txt OUT.hvp       make a project file of its text form\n"
     "       vexproject dump IN.hvp                  print the text form of a project file\n"
@@ -117,7 +119,7 @@ void printScenes(const std::string& name) {
 int main(int argc, char** argv) {
   vex::openStandardStreams();
   vex::endAtSignals();
-  const vex::CommandLine line("vexproject", usage, argc, argv);
+  const vex::CommandLine line("vexproject", usage, argc, argv, contained);
   std::optional<std::string> folder;
   std::string music;
   std::optional<double> beatsPerMinute;

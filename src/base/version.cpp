@@ -34,6 +34,7 @@ constexpr Library libraries[] = {
     {"libz", "zlib", "Zlib"},
     {"libfreetype", "FreeType", "FTL"},
     {"libassimp", "Assimp", "BSD-3-Clause"},
+    {"libfftw3f", "FFTW", "GPL-2.0+"},
     {"libstdc++", "libstdc++", "GPL-3.0+ with runtime exception"},
     {"libgcc_s", "libgcc", "GPL-3.0+ with runtime exception"},
     {"libm", "glibc libm", "LGPL-2.1+"},
