@@ -40,6 +40,35 @@ std::string readAs(const std::string& file, Scene& scene, ModelInfo& info) {
   return refusal([&] { readModel({file}, &scene, collectTextureNames(info)); });
 }
 
+bool sameKeys(const Animation* a, const Animation* b) {
+  if (!a || !b) return a == b;
+  return a->keyTime == b->keyTime && a->keyX == b->keyX && a->keyY == b->keyY && a->keyZ == b->keyZ &&
+         a->keyAngle == b->keyAngle;
+}
+
+bool sameTracks(const Object3D& a, const Object3D& b) {
+  for (const TrackType type : {TrackType::scale, TrackType::rotation, TrackType::position})
+    if (!sameKeys(a.track(type), b.track(type))) return false;
+  return true;
+}
+
+// Of two scenes that are the same at rest.
+bool sameMotion(const Scene& a, const Scene& b) {
+  for (int i = 0; i < a.meshes.count(); ++i)
+    if (!sameTracks(*a.meshes[i], *b.meshes[i])) return false;
+  for (int i = 0; i < a.lights.count(); ++i) {
+    if (!sameTracks(*a.lights[i], *b.lights[i])) return false;
+    if (!sameKeys(a.lights[i]->target.get(), b.lights[i]->target.get())) return false;
+  }
+  for (int i = 0; i < a.viewers.count(); ++i) {
+    const Viewer &left = *a.viewers[i], &right = *b.viewers[i];
+    if (!sameKeys(left.positionTrack.get(), right.positionTrack.get()) ||
+        !sameKeys(left.targetTrack.get(), right.targetTrack.get()))
+      return false;
+  }
+  return true;
+}
+
 // A text that was changed under the comment by which its compiled form is known: the old form is played.
 bool isOutdated(const std::string& base, const std::string& compiled) {
   std::error_code error;
@@ -55,7 +84,8 @@ bool isOutdated(const std::string& base, const std::string& compiled) {
     return false;
   JsonContent all;
   all.geometry = true;
-  return modelAsJson(textInfo, ofText, all) != modelAsJson(compiledInfo, ofCompiled, all);
+  return modelAsJson(textInfo, ofText, all) != modelAsJson(compiledInfo, ofCompiled, all) ||
+         !sameMotion(ofText, ofCompiled);
 }
 
 bool lightsFit(const Scene& scene, const NeededTexture& needed, const ModelNeeds& needs) {
@@ -169,7 +199,7 @@ class StartCheck {
       report({.text = formatted(
                   "%s.ase is newer and not the same, but this is played: its comment stayed as it was",
                   entry.model),
-              .hint = formatted("vexmodel compile %s.ase", shellPath(entry.model).c_str()),
+              .hint = formatted("vexmodel compile %s.ase, in the run folder", shellPath(entry.model).c_str()),
               .place = model.file});
     }
   }

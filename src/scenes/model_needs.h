@@ -26,7 +26,7 @@ inline constexpr NeededObject neededLight(const char* name) {
   return {name, ObjectKind::light};
 }
 
-inline constexpr const char* anyLight = "*";  // one more than the scene asks for
+inline constexpr char anyLight[] = "*";  // one more than the scene asks for; known by its address
 
 // A texture beside those that the model's materials name.
 struct NeededTexture {

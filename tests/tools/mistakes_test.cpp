@@ -496,21 +496,28 @@ TEST_F(Mistakes, InModels) {
 
 // The compiled form goes by the comment, whatever became of the text under it.
 TEST_F(Mistakes, InModelTextsUnderOldComments) {
+  std::string text = readFile("data/hell.ase");
+  text.insert(text.find("*MESH {"),
+              "*TM_ANIMATION {\n*CONTROL_POS_TRACK {\n*CONTROL_POS_SAMPLE 0 1 2 3\n"
+              "*CONTROL_POS_SAMPLE 1600 2 3 4\n}\n}\n");
+  writeFile("data/hell.ase", text);
   Scene scene;
   std::vector<std::string> textures;
   readModel({"data/hell.ase", "data/hell.hv3"}, &scene, nameTextures(textures));
   const auto later = fs::last_write_time("data/hell.hv3") + std::chrono::hours(1);
   fs::last_write_time("data/hell.ase", later);
   EXPECT_EQ(checked(show("")), "") << "only touched";
-  std::string text = readFile("data/hell.ase");
-  const std::string vertex = "*MESH_VERTEX 0 ";
-  text.insert(text.find(vertex) + vertex.size(), "7");
-  writeFile("data/hell.ase", text);
-  fs::last_write_time("data/hell.ase", later);
-  EXPECT_EQ(checked(show("")),
-            "data\\hell.hv3: data\\hell.ase is newer and not the same, but this is played: its comment "
-            "stayed as it "
-            "was; hint: vexmodel compile data/hell.ase");
+  for (const std::string place : {"*MESH_VERTEX 0 ", "*CONTROL_POS_SAMPLE 0 "}) {
+    std::string changed = text;
+    ASSERT_NE(text.find(place), std::string::npos) << place;
+    changed.insert(text.find(place) + place.size(), "7");
+    writeFile("data/hell.ase", changed);
+    fs::last_write_time("data/hell.ase", later);
+    EXPECT_EQ(checked(show("")),
+              "data\\hell.hv3: data\\hell.ase is newer and not the same, but this is played: its comment "
+              "stayed as it was; hint: vexmodel compile data/hell.ase, in the run folder")
+        << place;
+  }
 }
 
 TEST_F(Mistakes, InOtherFiles) {
