@@ -233,9 +233,9 @@ void Presentation::begin(float start, double past) {
   PartDispatcher& dispatcher = *state->dispatcher;
   const double before = std::min(past, double{start} - double{firstTime()});
   const int steps = start < dispatcher.totalTime ? static_cast<int>(before * runInFrames) : 0;
+  const Undrawn undrawn;
   if (steps <= 0) return begin(start);
   const auto from = static_cast<float>(double{start} - static_cast<double>(steps) / runInFrames);
-  const Undrawn undrawn;
   begin(from);
   for (int frame = 0; frame < steps; ++frame) {
     clockAdvanceTo(static_cast<float>(double{from} + static_cast<double>(frame) / runInFrames));

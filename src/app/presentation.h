@@ -45,8 +45,9 @@ class Presentation {
   // Fatal: "Starting after end!".
   void begin(std::optional<float> start = std::nullopt);
 
-  // Likewise at `start` (seconds), but behind a run-in: all that has a past, particles and water, is moved
-  // through `past` seconds before it, at 30 frames a second and unseen, though not from before firstTime().
+  // Likewise at `start` (seconds), unseen and so in a hundredth of the time, and behind a run-in: all that
+  // has a past, particles and water, is moved through `past` seconds before it, at 30 frames a second, though
+  // not from before firstTime().
   void begin(float start, double past);
 
   // The earliest demo time, s: a show with music knows none before 0.
