@@ -296,13 +296,13 @@ TEST_F(WholeShow, BeginsAnewAsIfLoadedAnew) {
     EXPECT_TRUE(std::string(textureEntry(id).name).starts_with("data\\eye")) << textureEntry(id).name;
 }
 
-// Twenty times in one process: the same pictures, and nothing more is held than after the fifth time, when
-// the driver has what it keeps.
+// Twenty times in one process: the same pictures, and no more is held at the end than before. What the driver's
+// threads hold comes and goes by a megabyte, so the least of the last times is compared with the most of the first.
 TEST_F(WholeShow, LeavesNothingBehind) {
   setWindowSize(glTestWidth, glTestHeight);
   placeDraft(".");
   Frames first;
-  std::size_t bytes = 0;
+  std::vector<std::size_t> bytes;
   int descriptors = 0;
   for (int time = 0; time < 20; ++time) {
     load(cueSeconds(alienBar));
@@ -313,13 +313,13 @@ TEST_F(WholeShow, LeavesNothingBehind) {
     }
     presentation.reset();
     EXPECT_EQ(liveTextures(), 0);
-    if (time == 4) {
-      bytes = allocatedBytes();
-      descriptors = openDescriptors();
-    }
+    bytes.push_back(allocatedBytes());
+    if (time == 4) descriptors = openDescriptors();
   }
   EXPECT_EQ(openDescriptors(), descriptors);
-  EXPECT_LE(allocatedBytes(), bytes + bytes / 200);  // a few bytes each time are the driver's
+  const std::size_t most = *std::max_element(bytes.begin(), bytes.begin() + 10);
+  const std::size_t least = *std::min_element(bytes.begin() + 15, bytes.end());
+  EXPECT_LE(least, most + most / 200) << testing::PrintToString(bytes);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -322,7 +323,7 @@ TEST_F(Transport, EntersDecodedMusicAndSoundsGrainsOfIt) {
   EXPECT_TRUE(fs::is_empty("cache/vex"));
 }
 
-// The silent device takes samples in real time.
+// The silent device takes samples in real time. A busy machine may hold one frame back, not half of them.
 TEST_F(Transport, KeepsThePictureWithTheSamplesOfTheDevice) {
   setenv("ALSOFT_DRIVERS", "null", 1);
   soundLibrary = openAlLibrary;
@@ -331,18 +332,20 @@ TEST_F(Transport, KeepsThePictureWithTheSamplesOfTheDevice) {
   ASSERT_EQ(show->seek(1), std::nullopt);
   ASSERT_EQ(show->play(), std::nullopt);
   sleepFor(0.1);
-  for (int frame = 0; frame < 60; ++frame) {
-    sleepFor(0.01);
-    ASSERT_EQ(show->drawFrame(), std::nullopt);
-  }
-  const double offset = show->time() - steadySeconds();
-  double sum = 0;
-  for (int frame = 0; frame < 60; ++frame) {
+  std::vector<double> offsets;
+  for (int frame = 0; frame < 120; ++frame) {
     sleepFor(frame % 7 == 0 ? 0.03 : 0.008);
+    const double before = steadySeconds();
     ASSERT_EQ(show->drawFrame(), std::nullopt);
-    sum += std::abs(show->time() - steadySeconds() - offset) / 60;
+    offsets.push_back(show->time() - (before + steadySeconds()) / 2);
   }
-  EXPECT_LT(sum, 0.005);
+  const auto median = [](std::vector<double> values) {
+    std::ranges::nth_element(values, values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2));
+    return values[values.size() / 2];
+  };
+  const double offset = median(offsets);
+  for (double& value : offsets) value = std::abs(value - offset);
+  EXPECT_LT(median(offsets), 0.005);
 }
 
 }  // namespace
