@@ -9,6 +9,14 @@
 #include "base/report.h"
 #include "engine/mesh.h"
 
+// A function compiled for wide registers, too, and chosen as the program starts. Clang 16 leaves the inline
+// functions that its clones call unwritten.
+#ifdef __clang__
+#define VEX_FOR_EACH_CPU
+#else
+#define VEX_FOR_EACH_CPU [[gnu::target_clones("avx2", "default")]]
+#endif
+
 namespace vex {
 
 namespace {
@@ -87,10 +95,8 @@ inline Vector turned(const Vector& v, const Vector& axis, const SineCosine& turn
   return v * turn.cosine + cross(axis, v) * turn.sine + axis * (dot(axis, v) * (1.0f - turn.cosine));
 }
 
-[[gnu::target_clones("avx2", "default")]] void twistBlock(Block& __restrict arms, Block& __restrict normals,
-                                                          std::size_t size, const Vector& axis,
-                                                          const Vector& direction, float radius,
-                                                          float amount) {
+VEX_FOR_EACH_CPU void twistBlock(Block& __restrict arms, Block& __restrict normals, std::size_t size,
+                                 const Vector& axis, const Vector& direction, float radius, float amount) {
   for (std::size_t i = 0; i < size; ++i) {
     const Vector arm = arms.at(i);
     const float angle = dot(arm, direction) / radius * amount;
@@ -100,9 +106,8 @@ inline Vector turned(const Vector& v, const Vector& axis, const SineCosine& turn
   }
 }
 
-[[gnu::target_clones("avx2", "default")]] void stretchBlock(std::array<float, blockSize>& d, std::size_t size,
-                                                            float radius, float phase, float waves,
-                                                            float amount) {
+VEX_FOR_EACH_CPU void stretchBlock(std::array<float, blockSize>& d, std::size_t size, float radius,
+                                   float phase, float waves, float amount) {
   for (std::size_t i = 0; i < size; ++i) {
     const float wave = (SineCosine(phase + d[i] / radius * waves * 6.282f).sine + 1.0f) / 2.0f + 0.5f;
     d[i] *= wave * (1.0f - amount) + amount;
@@ -111,9 +116,8 @@ inline Vector turned(const Vector& v, const Vector& axis, const SineCosine& turn
 
 // Each corner takes the normal of its own two edges. All three are the same but for rounding, and so rounded
 // they cancel exactly where two faces lie back to back, whichever corner they begin at.
-[[gnu::target_clones("avx2", "default")]] void cornersToNormals(Block& __restrict first,
-                                                                Block& __restrict second,
-                                                                Block& __restrict third, std::size_t size) {
+VEX_FOR_EACH_CPU void cornersToNormals(Block& __restrict first, Block& __restrict second,
+                                       Block& __restrict third, std::size_t size) {
   for (std::size_t i = 0; i < size; ++i) {
     const Vector a = first.at(i), b = second.at(i), c = third.at(i);
     const Vector ab = b - a, bc = c - b, ca = a - c;
@@ -123,7 +127,7 @@ inline Vector turned(const Vector& v, const Vector& axis, const SineCosine& turn
   }
 }
 
-[[gnu::target_clones("avx2", "default")]] void scaleToLength(Block& vectors, std::size_t size, float length) {
+VEX_FOR_EACH_CPU void scaleToLength(Block& vectors, std::size_t size, float length) {
   for (std::size_t i = 0; i < size; ++i) vectors.set(i, normalized(vectors.at(i)) * length);
 }
 

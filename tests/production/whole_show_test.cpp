@@ -296,8 +296,9 @@ TEST_F(WholeShow, BeginsAnewAsIfLoadedAnew) {
     EXPECT_TRUE(std::string(textureEntry(id).name).starts_with("data\\eye")) << textureEntry(id).name;
 }
 
-// Twenty times in one process: the same pictures, and no more is held at the end than before. What the driver's
-// threads hold comes and goes by a megabyte, so the least of the last times is compared with the most of the first.
+// Twenty times in one process: the same pictures, and no more is held at the end than before. What the
+// driver's threads hold comes and goes by a megabyte, so the least of the last times is compared with the
+// most of the first.
 TEST_F(WholeShow, LeavesNothingBehind) {
   setWindowSize(glTestWidth, glTestHeight);
   placeDraft(".");
