@@ -51,16 +51,25 @@ const Shot shots[] = {
     // Along the seam of the lid.
     {{262, -60, 98, {16, 133, 0}}, {186, -38, 104, {6, 139, 8}}},
     // Up with the lid.
-    {{206, 34, 116, {-4, 130, 0}}, {400, 8, 150, {0, 184, 0}}},
-    // The title over the box: as it comes towards us, the whole of it from above, along its letters, near.
-    {{400, -34, 92, {-6, 176, 0}}, {330, -6, 100, {-2, 190, 0}}},
-    {{430, 44, 262, {-4, 178, 0}}, {372, 18, 230, {-4, 186, 0}}},
-    {{282, -56, 128, {-14, 216, 0}}, {232, -28, 118, {-8, 230, 0}}},
-    {{248, 30, 76, {4, 204, 0}}, {196, 4, 84, {2, 220, 0}}},
+    {{206, 34, 116, {-4, 130, 0}}, {350, 14, 142, {0, 160, 0}}},
+    // Straight down into it; the letters come up towards us.
+    {{66, 10, 470, {0, 110, 4}}, {42, -8, 530, {0, 110, 8}}},
+    // The title before the window that burns.
+    {{222, -24, 292, {-4, 280, 0}}, {198, -8, 286, {2, 276, 0}}},
+    // Its light on the floor before the plinth.
+    {{505, -17, 176, {-4, 70, 76}}, {520, -5, 216, {0, 55, 96}}},
+    // Close by, along its letters.
+    {{164, -58, 266, {-66, 264, 0}}, {214, -18, 258, {0, 264, 0}}},
+    // Straight before it, nearer and nearer.
+    {{222, 7, 268, {0, 272, 0}}, {184, -4, 266, {0, 268, 0}}},
+    // From below, as it bursts.
+    {{226, 30, 158, {4, 276, 0}}, {216, 12, 160, {0, 278, 0}}},
     // From above, down into the box.
-    {{392, -12, 330, {0, 188, 0}}, {196, 14, 246, {0, 142, 0}}},
+    {{392, -12, 330, {0, 196, 0}}, {196, 14, 246, {0, 142, 0}}},
+    // The lid closes.
+    {{352, 40, 178, {-8, 184, 0}}, {262, 20, 158, {-8, 140, 0}}},
 };
-constexpr int shotSlot = 36, shotLead = 3, shotFrames = 30;  // frames: of each, before, and in use
+constexpr int shotSlot = 30, shotLead = 3, shotFrames = 21;  // frames: of each, before, and in use
 
 Vector standing(const EyePoint& stand) {
   const float turn = stand.degrees * pi / 180;
@@ -91,6 +100,13 @@ StageCamera flight() {
 
 // --- Motion that the time line poses
 
+// A veil's place before the middle of the title: the first behind the letters' faces and before their bevels'
+// feet, the others close before the faces.
+float veilPlace(int veil) {
+  constexpr float places[] = {-6.2f, -4.2f, -2.5f};
+  return places[veil];
+}
+
 // The scene hangs the lid a little open and leans the lock as much; both are set upright again.
 constexpr float hung = 0.053f;  // radians
 const Vector toTheRight(1, 0, 0), towardsViewer(0, 0, 1);
@@ -111,42 +127,68 @@ MotionKeys growing(const Vector& from) {
                    [from](float t) { return mix(from, Vector(1, 1, 1), t / flightSeconds); });
 }
 
-// A letter lies in the box, too small to be seen, rises from it in the first third with its face turned
-// aside, and turns from one side to the other in the rest; halfway through that it looks straight ahead.
-constexpr float letterRises = flightSeconds / 3, letterTurns = 1.1f;  // radians to each side
+// Flat over the open box, above the rest, what rises from it faces upwards.
+constexpr float flatHeight = 282;
+const Vector lyingBelow(0, 96, 0);
+
+// A letter lies in the box, too small to be seen. By and by, in shares of its motion, it rises flat from the
+// box, stands up with its face turned aside, turns to the other side and back, and is blown towards us.
+constexpr float letterRisen = 0.3f, letterUp = 0.45f, letterTurned = 0.65f, letterBlown = 0.7f,
+                letterAside = 0.6f;  // radians to each side
 Motion letterMotion(const Vector& rest) {
+  const Vector flat(rest.x, flatHeight + rest.z - titleMiddle.z, titleMiddle.y - rest.y);
+  const Vector away = unit(Vector(1.1f * rest.x, 26 - 0.25f * std::fabs(rest.x), 105)) * 175;
+  const Vector tumbles = unit(Vector(-0.5f, 0.02f * rest.x + 0.2f, -0.012f * rest.x));
   Motion motion;
-  motion.positions = positionKeys(flightSeconds, 10, [rest](float t) {
-    const float up = eased(t, 0, letterRises);
-    return mix(Vector(0.15f * rest.x, 96, 0), rest, up) + Vector(0, 0, 34 * up * (1 - up));
+  motion.positions = positionKeys(flightSeconds, 5, [=](float t) {
+    const float share = t / flightSeconds, blown = (share - letterBlown) / (1 - letterBlown);
+    const Vector place =
+        mix(mix(lyingBelow + Vector(0.15f * rest.x, 0, 0), flat, eased(share, 0, letterRisen)), rest,
+            eased(share, letterRisen, letterUp));
+    return place + away * std::pow(std::max(0.0f, blown), 1.4f);
   });
-  motion.turns = turnKeys(flightSeconds, 10, [](float t) {
-    const float after = (t - letterRises) / (flightSeconds - letterRises);  // 0 to 1
-    return turned(Vector(0, 1, 0),
-                  t < letterRises ? letterTurns * t / letterRises : letterTurns * (1 - 2 * after));
+  motion.turns = turnKeys(flightSeconds, 5, [=](float t) {
+    const float share = t / flightSeconds, up = eased(share, letterRisen, letterUp),
+                blown = std::max(0.0f, (share - letterBlown) / (1 - letterBlown));
+    const float across = clamp01((share - letterUp) / (letterTurned - letterUp)),
+                back = eased(share, letterTurned, letterBlown);
+    return turned(toTheRight, -pi / 2 * (1 - up)) >>
+           turned(Vector(0, 1, 0), letterAside * (up - 2 * across + back)) >> turned(tumbles, 0.55f * blown);
   });
-  motion.scales = scaleKeys(flightSeconds, 10, [](float t) {
-    const float size = mix(0.02f, 1.0f, eased(t, 0.3f, letterRises));
+  motion.scales = scaleKeys(flightSeconds, 5, [](float t) {
+    const float size = mix(0.02f, 1.0f, eased(t / flightSeconds, 0.02f, letterRisen));
     return Vector(size, size, size);
   });
   return motion;
 }
 
-// A veil rises from the box, hangs, and flies apart.
+// A veil rises from the box as the letters do until 1.2 s, stands up until 1.8, and is drawn back into the
+// box, thinner and thinner, from 2.2 to 3; from 3.2 to 4 it is light on the floor that runs outwards, and
+// from 4.4 on it flies apart from where it hung.
 Motion veilMotion(int veil) {
   const auto own = static_cast<float>(veil);
-  const Vector rest = titleMiddle + Vector(0, 0, 5.0f * own - 7);
+  const Vector rest = titleMiddle + Vector(0, 0, veilPlace(veil)), flat(0, flatHeight + veilPlace(veil), 0);
+  const auto onFloor = [](float t) { return t > 3.1f && t < 4.3f; };
+  const auto out = [](float t) { return clamp01((t - 3.2f) / 0.8f); };
+  const auto drawn = [](float t) { return t < 3.1f ? clamp01((t - 2.2f) / 0.8f) : 0.0f; };
   Motion motion;
-  motion.positions = positionKeys(veilSeconds, 5, [rest, own](float t) {
-    const float up = eased(t, 0, 1.2f);
-    return mix(Vector(0, 96, 0), rest, up) + Vector(0.5f * swing(t, veilSeconds, 1, 0.2f * own),
-                                                    0.8f * swing(t, veilSeconds, 2, 0.3f * own),
-                                                    3 * swing(t, veilSeconds, 1, 0.5f * own));
+  motion.positions = positionKeys(veilSeconds, 3, [=](float t) {
+    if (onFloor(t)) return Vector(0, 4, mix(190.0f, 208.0f, out(t)));
+    const Vector place = mix(mix(lyingBelow, flat, eased(t, 0, 1.2f)), rest, eased(t, 1.2f, 1.8f));
+    return mix(place, lyingBelow, std::pow(drawn(t), 1.6f)) +
+           Vector(0, 0.3f * swing(t, veilSeconds, 2, 0.3f * own), 0);
   });
-  motion.scales = scaleKeys(veilSeconds, 5, [own](float t) {
-    const float up = eased(t, 0, 1.2f), apart = eased(t, 4.2f, 5.0f);
-    const float size = mix(0.12f, 1.0f, up) * (1 + (0.25f + 0.15f * own) * apart);
-    return Vector(size, size * (1 + 0.25f * (1 - up)), 1);
+  motion.turns = turnKeys(veilSeconds, 3, [=](float t) {
+    return turned(toTheRight, -pi / 2 * (onFloor(t) ? 1 : 1 - eased(t, 1.2f, 1.8f))) >>
+           turned(Vector(0, 1, 0), (own - 1.4f) * 0.9f * drawn(t) * drawn(t));
+  });
+  motion.scales = scaleKeys(veilSeconds, 3, [=](float t) {
+    if (onFloor(t)) return Vector(1, 1, 1) * mix(0.42f, 1.4f, out(t));
+    const float up = eased(t, 0, 1.2f), apart = eased(t, 4.4f, 5.0f), gone = drawn(t);
+    const float size = mix(0.06f, 1.0f, up) * (1 + (0.3f + 0.06f * own) * apart);
+    return Vector(
+        size * mix(1.0f, 0.08f, std::pow(gone, 0.8f)),
+        size * (1 + 1.2f * up * (1 - up)) * (1 + 1.9f * gone * (1 - gone) - 0.9f * std::pow(gone, 4.0f)), 1);
   });
   return motion;
 }
@@ -348,7 +390,7 @@ void addLight(std::vector<StageMesh>& meshes) {
 
 void addVeils(std::vector<StageMesh>& meshes, const Assembly& hall) {
   for (int veil = 0; veil < veilCount; ++veil) {
-    const Vector pivot = titleMiddle + Vector(0, 0, 5.0f * static_cast<float>(veil) - 7);
+    const Vector pivot = titleMiddle + Vector(0, 0, veilPlace(veil));
     meshes.push_back({.name = "VexLayer0" + std::to_string(veil + 1),
                       .surface = veilSheet(pivot),
                       .pivot = pivot,
@@ -356,11 +398,9 @@ void addVeils(std::vector<StageMesh>& meshes, const Assembly& hall) {
                       .motion = veilMotion(veil)});
   }
   // The last layer is the light of the others on all that stands around.
-  const Surface floor = disc(420, 24, 4),
-                table = placed(disc(96, 24, 2), stretched(1, 1, plinthDepth) >> moved(0, tableTop + 2, 0));
+  const Surface table = placed(disc(96, 24, 2), stretched(1, 1, plinthDepth) >> moved(0, tableTop + 2, 0));
   meshes.push_back({.name = "VexLayer04",
-                    .surface = spilledOn(joined(
-                        {partOf(everything(hall), stone), withoutMapping(floor), withoutMapping(table)})),
+                    .surface = spilledOn(joined({partOf(everything(hall), stone), withoutMapping(table)})),
                     .material = "box_spill"});
 }
 

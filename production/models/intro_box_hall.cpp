@@ -111,7 +111,7 @@ Surface openArch(float half, float springing, float thick, float depth, float be
 
 // A circle with a hole of four lobes.
 Surface quatrefoil(float radius) {
-  constexpr int count = 16;
+  constexpr int count = 20;
   Outline rim, hole;
   for (int i = 0; i < count; ++i) {
     const float turn = 2 * pi * static_cast<float>(i) / count;
@@ -153,7 +153,7 @@ Assembly plinth() {
                                      {96, 62},
                                      {94, 64},
                                      {0, 64}},
-                                    28, 20);
+                                    40, 20);
   Assembly assembly;
   assembly.single = withPart(placed(turnedStone, stretched(1, 1, plinthDepth)), stone);
   return assembly;
@@ -163,7 +163,7 @@ Assembly hall() {
   Assembly assembly;
   // It leaves a gate where the camera passes.
   Copies spikes{spear(), {}, iron};
-  for (const auto& [from, to] : {std::pair(-96.0f, -43.0f), std::pair(0.0f, 78.0f)}) {
+  for (const auto& [from, to] : {std::pair(-96.0f, -43.0f), std::pair(36.0f, 81.5f)}) {
     for (const float y : {16.0f, 60.0f}) append(assembly.single, rail(from, to, y), iron);
     const int count = static_cast<int>((to - from) / spearEvery);
     for (int i = 0; i <= count; ++i)

@@ -203,28 +203,37 @@ Colour4 farStoneAt(const BakePoint& p) {
   const Vector inwards = unit(Vector(-p.position.x, 0, -p.position.z));
   const float edge =
       std::pow(1 - std::fabs(dot(p.normal, inwards)), 3.0f) * smoothStep(0.9f, 0.3f, std::fabs(p.normal.y));
-  return (rock * p.light * p.light * 0.36f + rock * p.light * 0.1f +
-          gradient(acidRamp, 0.66f) * (0.75f * edge * p.open) +
-          gradient(acidRamp, 0.1f + 0.1f * mist) * (0.1f + 0.4f * mist)) *
+  // Laid in courses, each stone of a shade of its own.
+  constexpr float courseHeight = 25;
+  const float course = p.position.y / courseHeight, row = std::floor(course);
+  const float joint = smoothStep(0.4f, 2.0f, std::fabs(course - std::round(course)) * courseHeight);
+  const float stone =
+      0.72f + 0.5f * hashUnit(static_cast<int>(row), static_cast<int>(p.position.x / 40), 942);
+  return (rock * (stone * mix(0.4f, 1.0f, joint)) * (p.light * p.light * 0.46f + p.light * 0.1f) +
+          gradient(acidRamp, 0.66f) * (0.5f * edge * p.open * mix(0.6f, 1.0f, joint)) +
+          gradient(acidRamp, 0.1f + 0.1f * mist) * (0.06f + 0.3f * mist)) *
              fade +
          ink * 0.6f;
 }
 
-// Letters of cast brass, their faces hammered and scratched, their cut edges polished; they hang in the light
-// that stands in the open box.
+// Letters of cast bronze, their faces dark, hammered and scratched, their bevels polished; they hang in the
+// light that stands in the open box.
 Colour4 letterAt(const BakePoint& p) {
   const float grit = 0.5f + 0.5f * fractal(p.position * 0.12f, 0, 5, 0.6f, 971);
   const float scratch = smoothStep(
       0.86f, 0.98f, 1 - std::fabs(fractal(warp(p.position * 0.03f, 0, 0.5f, 972), 0, 4, 0.5f, 973)));
-  const bool face = p.normal.z > 0.93f;
   const float height = clamp01((p.position.y - titleMiddle.y) / 84 + 0.5f);  // of the letters
   const float below = std::pow(clamp01(0.5f - 0.5f * p.normal.y), 2.0f) * (1.1f - 0.7f * height);
-  Colour4 metal = gradient(
-      brassRamp, face ? 0.30f + 0.26f * grit + 0.14f * height - 0.22f * scratch : 0.56f + 0.14f * grit);
-  metal = metal * p.light * (face ? 0.85f : 1.15f);
-  if (!face) metal = metal + glint(p.normal) * 0.8f;
-  return metal + gradient(acidRamp, 0.62f) * (below * (face ? 0.8f : 1.5f)) +
-         Colour4{0.5f, 0.46f, 0.34f} * std::max(0.0f, p.edge) * 0.6f;
+  const Colour4 fromBox = gradient(acidRamp, 0.62f) * below;
+  if (p.normal.z > 0.93f) {  // a dark face
+    const Colour4 metal = gradient(brassRamp, 0.20f + 0.16f * grit + 0.12f * height - 0.14f * scratch);
+    return metal * p.light * 0.6f + fromBox * 0.3f +
+           Colour4{0.6f, 0.52f, 0.34f} * std::max(0.0f, p.edge) * 0.5f;
+  }
+  if (p.normal.z > 0.25f)  // a bevel
+    return gradient(brassRamp, 0.62f + 0.14f * grit) * p.light * 1.15f + glint(p.normal) * 0.9f +
+           fromBox * 0.9f;
+  return gradient(brassRamp, 0.36f + 0.1f * grit) * p.light * 0.8f + glint(p.normal) * 0.3f + fromBox * 0.6f;
 }
 
 Colour4 colourAt(const BakePoint& p) {
@@ -379,6 +388,30 @@ std::vector<Surface> letterBodies() {
   return bodies;
 }
 
+namespace {
+
+// Light in the gaps between the pieces into which a plane of cells of size 1 breaks; 1 in their middle.
+float cracks(float x, float y) {
+  const float cellX = std::floor(x), cellY = std::floor(y);
+  float nearest = 9, second = 9;
+  for (float j = -1; j <= 1; ++j)
+    for (float i = -1; i <= 1; ++i) {
+      const int cx = static_cast<int>(cellX + i), cy = static_cast<int>(cellY + j);
+      const float d =
+          std::hypot(cellX + i + hashUnit(cx, cy, 966) - x, cellY + j + hashUnit(cx, cy, 967) - y);
+      if (d < nearest) {
+        second = nearest;
+        nearest = d;
+      } else {
+        second = std::min(second, d);
+      }
+    }
+  const float gap = second - nearest;
+  return std::exp(-gap / 0.035f) + 0.3f * std::exp(-gap / 0.16f);
+}
+
+}  // namespace
+
 Canvas veilPicture(int veil, const Settings& settings) {
   const int width = settings.side(512);
   const Field distance = titleDistance(width);
@@ -389,36 +422,33 @@ Canvas veilPicture(int veil, const Settings& settings) {
     const auto at = [&](float du, float dv) {
       return sample(distance, u + du, v + dv, EdgeMode::clamp) / unit;
     };
-    float light = 0, gold = 0;  // of the smoke, and of the brass that burns in it
+    float light = 0;
     switch (veil) {
-      case 0: {  // a burning rim about letters that glow, more at their feet
-        const float d = at(0.008f * wx, 0.016f * wy);
-        light = 1.1f * std::exp(-std::fabs(d) / 2.1f) + 0.24f * std::exp(-std::fabs(d) / 10);
-        gold = smoothStep(0.5f, -3.0f, d) * (0.55f + 0.3f * smoothStep(0.3f, 0.8f, v));
-        break;
-      }
-      case 1: {  // the letters, smouldering
+      case 0: {  // letters of light with a burning rim; solid ones hide all but the rim
         const float d = at(0.004f * wx, 0.008f * wy);
-        const float coal = 0.5f + 0.5f * fractal(x * 9 + wx, y * 9 + wy, 0, 4, 0.6f, 962);
-        gold = smoothStep(0.8f, -1.2f, d) * (0.2f + 0.6f * coal * coal);
+        const float strand = 1 - std::fabs(fractal(x * 5 + 0.9f * wx, y * 3 + 0.6f * wy, 0, 5, 0.55f, 962));
+        light = 1.0f * std::exp(-std::fabs(d) / 1.7f) + 0.2f * std::exp(-std::max(d, 0.0f) / 9) +
+                smoothStep(1, -2, d) * (0.06f + 0.85f * std::pow(strand, 7.0f));
         break;
       }
-      default: {  // a haze of light that licks upwards, and strands inside that flow to the right
+      case 1: {  // cracks through the letters, through which their metal glows
+        const float d = at(0, 0);
+        light = smoothStep(0.5f, -0.8f, d) * cracks(x * 5 + 0.12f * wx, y * 5 + 0.12f * wy);
+        break;
+      }
+      default: {  // a haze of light that licks upwards; the letters stay dark in it
         for (int i = 0; i < 7; ++i) {
           const float rise = static_cast<float>(i) / 7;
           light +=
               0.17f * (1 - rise) *
               std::exp(-std::max(0.0f, at(0.02f * wx * rise, 0.16f * rise + 0.03f * wy)) / (7 + 12 * rise));
         }
-        light *= mix(0.25f, 1.0f, smoothStep(-9, 1, at(0, 0)));  // the letters stay dark in it
-        const float d = at(0.006f * wx, 0.012f * wy);
-        const float strand = 1 - std::fabs(fractal(x * 3 + 0.8f * wx, y * 14 + 2 * wy, 0, 4, 0.5f, 963));
-        light += smoothStep(2.0f, -2.5f, d) * std::pow(strand, 9.0f) * 0.95f;
+        light *= mix(0.05f, 1.0f, smoothStep(-6, 1, at(0, 0)));
         break;
       }
     }
     const float inside = borderFade(u, v, 0.08f);
-    return gradient(acidRamp, clamp01(light) * inside) + gradient(brassRamp, clamp01(gold) * inside);
+    return gradient(veil == 1 ? brassRamp : acidRamp, clamp01(light) * inside);
   });
 }
 
@@ -446,7 +476,7 @@ Surface spilledOn(const Surface& stone) {
       triangle.uv[i] = {0.02f + 0.9f * std::min(levels[point], 1.0f), (p.y + p.x - p.z) / 120};
       most = std::max(most, levels[point]);
     }
-    if (most > 0.1f) lit.triangles.push_back(triangle);  // what is darker is not seen
+    if (most > 0.24f) lit.triangles.push_back(triangle);  // what is darker is not seen
   }
   return compacted(lit);
 }

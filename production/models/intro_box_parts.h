@@ -64,7 +64,7 @@ image::Canvas veilPicture(int veil, const Settings& settings);
 geometry::Surface spilledOn(const geometry::Surface& stone);
 image::Canvas spillPicture(const Settings& settings);
 std::vector<Vector> placesAlongTitle(int count);
-inline const Vector titleMiddle(0, 242, 6);
+inline const Vector titleMiddle(0, 258, 6);
 inline constexpr float titleWidth = 250, titleHeight = 125;  // of the veils
 
 }  // namespace vex::reliquary

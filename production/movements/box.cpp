@@ -1,4 +1,5 @@
 #include <cmath>
+#include <tuple>
 
 #include "production/movements/words.h"
 
@@ -24,9 +25,9 @@ struct Pose {
   Curve letters[3] = {0, 0, 0};  // from left to right; see letterFront
 };
 
-// Letters lie in the box at 0, are up and turned aside at a third, look straight ahead here, and are turned
-// to the other side at 1.
-constexpr double letterFront = 2 / 3.0;
+// Letters lie in the box at 0, hang flat over it at `letterFlat`, stand up after it, look straight ahead at
+// `letterFront` and again at `letterHeld`; from there to 1 they are blown towards us.
+constexpr double letterFlat = 0.3, letterFront = 0.55, letterHeld = 0.7;
 
 ScriptCall boxCall(const char* function, std::vector<ScriptParameter> parameters = {}) {
   return {"SceneIntroBox", function, std::move(parameters)};
@@ -45,12 +46,15 @@ ScriptCall smokeAlongTitle(const Curve& level) {
 }
 
 // The three burning layers of the title, and as the fourth their light on the stone around: how bright, and
-// at which second of their five (up from the box until 1.2, apart from 4.2).
+// at which second of their five: flat over the box at `veilFlat`, upright from `veilUp` to `veilHung`, drawn
+// back into it at `veilDrawn`, on the floor from `veilOnFloor` for 0.8 s, apart from `veilApart` to 5.
 struct Veils {
   Curve opacity[4] = {0, 0, 0, 0};
   Curve seconds[4] = {0, 0, 0, 0};
 };
-constexpr int spill = 3;
+enum Veil { rim, split, hazy, spill };
+constexpr double veilFlat = 1.2, veilUp = 1.8, veilHung = 2.2, veilDrawn = 3, veilOnFloor = 3.2,
+                 veilApart = 4.4;
 
 ScriptCall draw(const Veils& veils) {
   std::vector<ScriptParameter> parameters;
@@ -68,13 +72,16 @@ enum Shot {
   keyhole,
   seam,
   crane,
-  titleComing,
-  titleAbove,
+  overhead,
+  titleBacklit,
+  titleOnFloor,
   titleAlong,
   titleNear,
-  above
+  titleBursts,
+  above,
+  closing
 };
-constexpr double shotEvery = 36 / 30.0, shotLead = 3 / 30.0, shotLength = 30 / 30.0;  // seconds of the flight
+constexpr double shotEvery = 30 / 30.0, shotLead = 3 / 30.0, shotLength = 21 / 30.0;  // seconds of the flight
 
 std::vector<ScriptCall> draw(const Pose& stands) {
   return {pose("lock", stands.lock),          pose("top", stands.lid),
@@ -98,7 +105,8 @@ void addShot(Show& show, const char* name, double fromBar, double bars, Shot sho
 void addNight(Show& show) {
   const double length = barOf("shut") - boxBar;
   const auto beat = [](std::string_view cue) { return (barOf(cue) - boxBar) * beatsPerBar; };
-  const double steps = beat("pulse"), seam = beat("build"), crane = beat("lid"), title = beat("layer 1"),
+  const double steps = beat("pulse"), seam = beat("build"), crane = beat("lid"), backlit = beat("layer 1"),
+               dark = beat("layer 2"), bursts = beat("last layer fill"), backwards = beat("backwards"),
                cut = 0.001;
   show.add("night", boxBar, length, ground, Fade{},
            Bitmap{.texture = "sky_acid",
@@ -110,11 +118,33 @@ void addNight(Show& show) {
                                        {seam + cut, 0.42},
                                        {crane, 0.48},
                                        {crane + cut, 0.4},
-                                       {title, 0.2},
-                                       {title + cut, 0},
-                                       {partEnd, 0}}),
-                                 -0.1),
-                  .alpha = line({{0, 1}, {title - 4, 1}, {title, 0.6}, {partEnd, 0.6}})});
+                                       {backlit, 0.2},
+                                       {backlit + cut, -0.06},
+                                       {dark, -0.16},
+                                       {dark + cut, 1.2},
+                                       {bursts, 1.1},
+                                       {bursts + cut, 0},
+                                       {backwards, 0},
+                                       {backwards + cut, 1.5},
+                                       {partEnd, 1.4}}),
+                                 line({{0, -0.1},
+                                       {backlit, -0.1},
+                                       {backlit + cut, -0.26},
+                                       {dark, -0.22},
+                                       {dark + cut, -0.1},
+                                       {bursts, -0.1},
+                                       {bursts + cut, -0.35},
+                                       {backwards, -0.35},
+                                       {backwards + cut, -0.1},
+                                       {partEnd, -0.1}})),
+                  .alpha = line({{0, 1},
+                                 {dark, 1},
+                                 {dark + cut, 0.5},
+                                 {bursts, 0.5},
+                                 {bursts + cut, 1},
+                                 {backwards, 1},
+                                 {backwards + cut, 0.6},
+                                 {partEnd, 0.6}})});
   // Fumes drift through all of it.
   show.add("fumes", boxBar, barOf("lid") - boxBar, smoke,
            Waves{.texture = "smoke_acid",
@@ -239,121 +269,203 @@ void addBuild(Show& show) {
            Movie{.base = "eye", .at = covering(zoom(2.2, 2.35, 1)), .first = 13, .last = 13});
 }
 
-// The lid goes up, light and smoke pour out, and in them the title rises.
+// The lid goes up, light and smoke pour out.
 void addLid(Show& show) {
   const double start = barOf("lid");
-  // On three beats the letters come out of it.
-  const auto comes = [](double beat) {
-    return line(
-        {{0, 0}, {beat, 0}, {beat + 0.7, 0.36}, {beat + 1.1, letterFront + 0.02}, {partEnd, letterFront}});
-  };
   Veils veils;
-  veils.opacity[0] = line({{0, 0}, {5.9, 0}, {6.5, 0.4}, {partEnd, 0.6}});
-  veils.seconds[0] = 1.2;
-  veils.opacity[spill] = line({{0, 0.5},
-                               {0.6, 0.15},
-                               {2, 0.2},
-                               {3.99, 0.25},
-                               {4, 0.9},
-                               {4.4, 0.5},
-                               {5, 0.7},
-                               {5.6, 0.5},
-                               {partEnd, 0.6}});
-  addShot(show, "the lid lifts", start, 2, crane,
+  veils.opacity[spill] = line({{0, 0.5}, {0.6, 0.15}, {2, 0.2}, {partEnd, 0.3}});
+  addShot(show, "the lid lifts", start, 1, crane,
           {.lock = 0.8,
-           .lid = spline({{0, 0.03},
-                          {0.4, 0.16},
-                          {1, 0.2},
-                          {2, 0.3},
-                          {5, 0.93},
-                          {5.6, 0.99},
-                          {6.2, 0.95},
-                          {partEnd, 0.96}}),
-           .light = line({{0, 0.12}, {0.3, 0.4}, {2, 0.4}, {5, 0.999}, {partEnd, 0.999}}),
-           .beam = line({{0, 0.1}, {0.3, 0.35}, {2, 0.4}, {5, 0.999}, {6, 0.9}, {partEnd, 0.5}}),
-           .letters = {comes(4), comes(5), comes(6)}},
-          {particles(line({{0, 60}, {3, 150}, {partEnd, 180}})),
-           smokeAlongTitle(line({{0, 0}, {3.5, 0}, {partEnd, 0.55}})), draw(veils)});
-  show.add("light pours", start, 2, haze,
-           glow("rays_acid", centred(0, travel(0.05, 0.16, 8), zoom(3.2, 5, 8)),
-                flashes({0, 1, 2, 3, 4, 5, 6, 7}, 0.5, 0.15)));
+           .lid = spline(
+               {{0, 0.03}, {0.4, 0.16}, {1, 0.22}, {2, 0.5}, {3.2, 0.95}, {3.6, 0.98}, {partEnd, 0.95}}),
+           .light = line({{0, 0.12}, {0.3, 0.4}, {1.5, 0.4}, {3.2, 0.999}, {partEnd, 0.999}}),
+           .beam = line({{0, 0.1}, {0.3, 0.35}, {1.5, 0.4}, {3.2, 0.999}, {partEnd, 0.9}})},
+          {particles(line({{0, 60}, {3, 150}, {partEnd, 180}})), draw(veils)});
+  show.add("light pours", start, 1, haze,
+           glow("rays_acid", centred(0, travel(0.05, 0.16, 4), zoom(3.2, 5, 4)),
+                flashes({0, 1, 2, 3}, 0.5, 0.15)));
   show.add("smoke pours", start, 2, smoke,
            Waves{.texture = "smoke_acid",
                  .at = covering(1.4, 0, slide(0.3, -0.3)),
                  .speed = 2.4,
                  .amplitude = 0.06,
-                 .alpha = slide(0.06, 0.35),
+                 .alpha = slide(0.06, 0.3),
                  .blend = Blend::add});
   show.add("sparks pour", start + 0.5, 1.5, smoke + 1,
            Noise{.texture = "sparks_acid", .speedX = 0.02, .speedY = 0.16, .alpha = fade(2, 0, 0.5)});
 }
 
-// The title burns in the smoke above the box: with each bar more of it, seen from elsewhere, and with each
-// the hall lights up.
+// Straight above it: on three beats the letters come up out of the light, and with the last their rims burn.
+void addLettersRise(Show& show) {
+  const double start = barOf("lid") + 1;
+  const auto comes = [](double beat) {
+    return line({{0, 0.02},
+                 {beat, 0.02},
+                 {beat + 0.35, 0.6 * letterFlat},
+                 {beat + 0.8, letterFlat + 0.012},
+                 {beat + 1.1, letterFlat - 0.004},
+                 {partEnd, letterFlat}});
+  };
+  Veils veils;
+  veils.opacity[rim] = line({{0, 0}, {2.8, 0}, {2.85, 1}, {3.2, 0.6}, {3.5, 0.75}, {partEnd, 0.9}});
+  veils.seconds[rim] = veilFlat;
+  veils.opacity[spill] = flashes({0, 1, 2, 2.8}, 0.6, 0.2);
+  addShot(show, "the letters rise", start, 1, overhead,
+          {.lock = 0.8,
+           .lid = 0.97,
+           .light = line(
+               {{0, 0.7}, {0.02, 0.999}, {0.9, 0.6}, {1, 0.999}, {1.9, 0.6}, {2, 0.999}, {partEnd, 0.8}}),
+           .beam = 0,
+           .letters = {comes(0.02), comes(1), comes(2)}},
+          {particles(180), smokeAlongTitle(0), draw(veils)});
+  show.add("light from below", start, 1, haze,
+           glow("light2", centred(0, 0, 1.5, 1.3), flashes({0, 1, 2, 2.8}, 0.9, 0.4)),
+           glow("rays_acid", centred(0, 0.02, zoom(1.6, 2.2, 4), 1.5), flashes({0, 1, 2, 2.8}, 0.6, 0.12)));
+}
+
+// The title, lit in another way with each bar.
+struct TitleLight {
+  const char *cue, *name;
+  double beats;
+  Shot shot;
+  Pose pose = {};
+  Veils veils = {};
+  int sparks = 100;
+  Curve smoke = 0;
+};
+
+// Dark before the window: they stand up, are struck, and their rims catch fire.
+TitleLight backlit() {
+  const auto stands = [](double beat) {
+    return line({{0, 0.36}, {beat, 0.36}, {beat + 0.4, letterFront + 0.03}, {beat + 0.9, letterFront}});
+  };
+  TitleLight light{"layer 1", "title before the window", 4, titleBacklit};
+  light.pose = {.lock = 0.8,
+                .lid = 0,
+                .light = 0.999,
+                .beam = 0.3,
+                .letters = {stands(0.02), stands(0.25), stands(0.5)}};
+  light.veils.opacity[hazy] = line({{0, 0}, {0.9, 0}, {0.95, 0.8}, {2, 0.5}, {2.03, 0.9}, {partEnd, 0.6}});
+  light.veils.seconds[hazy] = slide(veilUp, veilHung);
+  light.veils.opacity[rim] =
+      line({{0, 0}, {2, 0}, {2.03, 1}, {2.6, 0.6}, {3, 0.6}, {3.03, 1}, {partEnd, 0.6}});
+  light.veils.seconds[rim] = 2;
+  light.veils.opacity[spill] =
+      line({{0, 0.4}, {0.3, 0.1}, {2, 0.1}, {2.03, 0.5}, {2.6, 0.2}, {partEnd, 0.25}});
+  light.smoke = line({{0, 0}, {2, 0.1}, {partEnd, 0.3}});
+  return light;
+}
+
+// Its light runs out over the floor towards us.
+TitleLight onFloor() {
+  TitleLight light{"layer 2", "title on the floor", 4, titleOnFloor};
+  light.pose = {.lock = 0.8,
+                .lid = swing(4, 0.95, 0.98),
+                .light = line({{0, 0.5}, {1.2, 0.999}, {partEnd, 0.999}}),
+                .beam = 0.999,
+                .letters = {0, 0, 0}};
+  light.veils.opacity[rim] = line(
+      {{0, 0.2}, {0.05, 1}, {1, 0.8}, {1.03, 1}, {2, 0.8}, {2.03, 1}, {3, 0.8}, {3.03, 1}, {partEnd, 0.85}});
+  light.veils.seconds[rim] = line({{0, veilOnFloor},
+                                   {0.2, veilOnFloor + 0.24},
+                                   {1, veilOnFloor + 0.4},
+                                   {1.2, veilOnFloor + 0.54},
+                                   {2, veilOnFloor + 0.62},
+                                   {2.2, veilOnFloor + 0.7},
+                                   {partEnd, veilOnFloor + 0.8}});
+  light.veils.opacity[spill] =
+      line({{0, 0.2}, {0.03, 0.7}, {1, 0.3}, {2, 0.3}, {2.03, 0.55}, {partEnd, 0.3}});
+  light.sparks = 140;
+  return light;
+}
+
+// So near that only bevels and rims are seen; from V to X they are struck.
+TitleLight along() {
+  TitleLight light{"layer 3", "along the title", 4, titleAlong};
+  light.pose = {
+      .lock = 0.8, .lid = 0, .light = 0.999, .beam = 0.2, .letters = {letterFront, letterFront, letterFront}};
+  light.veils.opacity[rim] = line(
+      {{0, 0.6}, {0.03, 1}, {1, 0.7}, {1.03, 1}, {2, 0.7}, {2.03, 1}, {3, 0.7}, {3.03, 1}, {partEnd, 0.8}});
+  light.veils.seconds[rim] = 2;
+  light.veils.opacity[hazy] = swing(4, 0.25, 0.5);
+  light.veils.seconds[hazy] = slide(veilUp, veilHung);
+  light.veils.opacity[spill] = 0.1;
+  light.smoke = line({{0, 0.3}, {partEnd, 0.6}});
+  return light;
+}
+
+// Straight before us; cracks run through it.
+TitleLight cracking() {
+  TitleLight light{"layer 4", "title, nearer", 2, titleNear};
+  light.pose = {
+      .lock = 0.8, .lid = 0, .light = 0.999, .beam = 0.5, .letters = {letterFront, letterFront, letterFront}};
+  light.veils.opacity[rim] =
+      line({{0, 0.999}, {0.3, 0.25}, {1, 0.2}, {1.03, 0.6}, {1.3, 0.2}, {partEnd, 0.2}});
+  light.veils.seconds[rim] = 2;
+  light.veils.opacity[split] = line({{0, 0},
+                                     {0.03, 0.5},
+                                     {0.5, 0.3},
+                                     {0.53, 0.7},
+                                     {1, 0.45},
+                                     {1.03, 0.999},
+                                     {1.5, 0.6},
+                                     {1.53, 0.999},
+                                     {partEnd, 0.8}});
+  light.veils.seconds[split] = 2;
+  light.veils.opacity[spill] =
+      line({{0, 0.6}, {0.4, 0.15}, {1, 0.15}, {1.03, 0.5}, {1.4, 0.2}, {partEnd, 0.2}});
+  light.smoke = 0.4;
+  return light;
+}
+
+// It gives way and is blown towards us, and its light flies apart where it hung.
+TitleLight bursting() {
+  const auto blown = [](double beat) {
+    return line({{0, letterHeld},
+                 {beat, letterHeld},
+                 {beat + 0.05, letterHeld + 0.024},
+                 {1.38, letterHeld + 0.03},
+                 {partEnd, 0.95}});
+  };
+  TitleLight light{"last layer fill", "title bursts", 2, titleBursts};
+  light.pose = {
+      .lock = 0.8, .lid = 0, .light = 0.999, .beam = 0.8, .letters = {blown(0.03), blown(0.53), blown(1.03)}};
+  light.veils.opacity[rim] =
+      line({{0, 0.8}, {0.03, 1}, {0.5, 0.7}, {0.53, 1}, {1, 0.7}, {1.03, 1}, {1.4, 0.999}, {partEnd, 0.5}});
+  light.veils.seconds[rim] = line({{0, veilApart}, {1.38, veilApart}, {partEnd, 4.99}});
+  light.veils.opacity[split] = line({{0, 0.8},
+                                     {0.03, 0.999},
+                                     {0.5, 0.7},
+                                     {0.53, 0.999},
+                                     {1, 0.8},
+                                     {1.03, 0.999},
+                                     {1.38, 0.999},
+                                     {1.42, 0},
+                                     {partEnd, 0}});
+  light.veils.seconds[split] = veilApart;
+  light.veils.opacity[spill] = line({{0, 0.4}, {0.4, 0.2}, {1.38, 0.3}, {1.42, 0.999}, {partEnd, 0.4}});
+  light.sparks = 180;
+  light.smoke = 0.4;
+  return light;
+}
+
+// The title burns above the box: with each bar in another light, seen from elsewhere.
 void addLayers(Show& show) {
   const double start = barOf("layer 1"), last = barOf("layer 4");
-  const auto strike = [](double rest) { return line({{0, 0.4}, {0.03, 1}, {1, rest}, {partEnd, rest}}); };
-  // Each beat strikes one of the letters, which swings back.
-  const auto swings = [](double phase) {
-    std::vector<CurveDot> dots{{0, letterFront}};
-    double side = 0.07;
-    for (double beat = phase; beat < 4; beat += 1.5, side = -side)
-      dots.insert(dots.end(),
-                  {{beat, letterFront}, {beat + 0.12, letterFront + side}, {beat + 1.2, letterFront}});
-    return spline(dots);
-  };
-  const Pose open{.lock = 0.8,
-                  .lid = swing(4, 0.97, 0.995),
-                  .light = swing(2, 0.9, 0.999),
-                  .beam = swing(2, 0.36, 0.42),
-                  .letters = {swings(0.02), swings(0.5), swings(1)}};
-  struct State {
-    const char *cue, *name;
-    Shot shot;
-    int burning;  // layers
-    double dimmest, spilled;
-  };
-  constexpr State states[] = {{"layer 1", "title in the smoke", titleComing, 1, 0.5, 0.55},
-                              {"layer 2", "title from above", titleAbove, 2, 0.45, 0.6},
-                              {"layer 3", "along the title", titleAlong, 3, 0.4, 0.65},
-                              {"layer 4", "title, nearer", titleNear, 3, 0.5, 0.7}};
-  double level = 0.55;  // of the smoke along it, which comes in jerks, on the off-beats
-  for (const State& state : states) {
-    std::vector<CurveDot> arriving{{0, level}};
-    for (const double beat : {0.5, 1.5, 2.5, 3.5}) {
-      level = std::min(level + 0.06, 1.0);
-      arriving.insert(arriving.end(), {{beat, level - 0.06}, {beat + 0.05, level}});
-    }
-    Veils veils;
-    const double own = barOf(state.cue) - start;  // 0 to 3
-    for (int i = 0; i < state.burning; ++i) {
-      veils.opacity[i] = strike(i == state.burning - 1 ? 0.6 : state.dimmest);
-      veils.seconds[i] = slide(1.2 + 0.6 * own + 0.1 * i, 1.8 + 0.6 * own + 0.1 * i);
-      if (state.shot == titleNear)
-        veils.seconds[i] = line({{0, 3 + 0.1 * i}, {3, 3.6 + 0.1 * i}, {3.4, 4.3}, {partEnd, 4.75}});
-    }
-    veils.opacity[spill] = line({{0, 0.3},
-                                 {0.03, 1},
-                                 {0.3, 0.8},
-                                 {0.9, state.spilled},
-                                 {2, state.spilled},
-                                 {2.03, state.spilled + 0.25},
-                                 {partEnd, state.spilled}});
-    addShot(show, state.name, barOf(state.cue), 1, state.shot, open,
-            {particles(160), smokeAlongTitle(line(arriving)), draw(veils)});
-  }
-  show.add("burning edge", start, 4, haze,
-           glow("rays_acid", centred(0, -0.15, swing(8, 1.7, 2.3), 2.2),
-                flashes({0, 4, 8, 12, 13, 14, 14.5, 15, 15.5}, 0.3, 0.06)));
+  for (const TitleLight& light : {backlit(), onFloor(), along(), cracking(), bursting()})
+    addShot(show, light.name, barOf(light.cue), light.beats / beatsPerBar, light.shot, light.pose,
+            {particles(light.sparks), smokeAlongTitle(light.smoke), draw(light.veils)});
   show.add("flies apart", last + 3.4 / beatsPerBar, 0.6 / beatsPerBar, flash,
            Fade{0.98, 1, 0.85, line({{0, 0.22}, {0.15, 0.03}, {partEnd, 0}})},
-           glow("rays_acid", centred(0, -0.15, slide(2, 5), 1.6), slide(0.9, 0)));
+           glow("rays_acid", centred(0, -0.1, slide(2, 5), 1.6), slide(0.9, 0)));
+  show.add("glow of the floor", barOf("layer 2"), 1, haze,
+           glow("haze_acid", centred(0, 0.5, 1.9, 2.2), flashes({0, 1, 2, 3}, 0.7, 0.3)));
   show.add("thick smoke", start, 4, smoke,
            Waves{.texture = "smoke_acid",
                  .at = covering(1.35, 0, swing(16, -0.2, 0.2)),
                  .speed = 2,
                  .amplitude = 0.06,
-                 .alpha = flashes({0, 4, 8, 12}, 0.4, 0.12),
+                 .alpha = flashes({0, 4, 8, 12}, 0.35, 0.09),
                  .blend = Blend::add});
   show.add("flying sparks", start, 4, smoke + 1,
            Noise{.texture = "sparks_acid", .speedX = 0.03, .speedY = 0.12, .alpha = 0.4});
@@ -363,27 +475,28 @@ void addLayers(Show& show) {
 void addBackwards(Show& show) {
   const double start = barOf("backwards"), shut = barOf("shut"), length = shut - start;
   show.part("smoke sinks", start, length, backdrop - 1, {boxCall("reverseSmoke")});
+  // What flew apart comes together and is drawn back as smoke: no letter is solid any more.
   Veils veils;
-  for (int i = 0; i < spill; ++i) {
-    const double gone = 4.3 - 0.2 * i;  // before the lid comes down on them
-    veils.opacity[i] = line({{0, 0.6}, {2, 0.5}, {3.6, 0.8}, {gone, 0}, {partEnd, 0}});
-    veils.seconds[i] = line({{0, 4.4 - 0.2 * i}, {0.5, 3}, {2.2, 1.2}, {gone, 0}, {partEnd, 0}});
+  for (const auto& [layer, late, level] : {std::tuple{rim, 0.0, 0.9}, {split, 0.2, 0.6}, {hazy, 0.4, 0.7}}) {
+    const double goes = 1 + late, gone = 3.4 + late;
+    veils.opacity[layer] = line(
+        {{0, 0.4 * level}, {0.9, level}, {goes, 0.8 * level}, {gone - 0.5, level}, {gone, 0}, {partEnd, 0}});
+    veils.seconds[layer] = line({{0, 4.9},
+                                 {0.9, veilApart},
+                                 {0.91, veilHung},
+                                 {goes, veilHung},
+                                 {gone, veilDrawn},
+                                 {partEnd, veilDrawn}});
   }
   veils.opacity[spill] =
-      line({{0, 1}, {0.5, 0.7}, {2.2, 0.4}, {4, 0.1}, {4.03, 0.5}, {5.6, 0.2}, {6.2, 0.8}, {6.4, 0}});
-  // The last letter goes first.
-  const auto sinks = [](double beat) {
-    return line(
-        {{0, letterFront}, {beat, letterFront + 0.04}, {beat + 0.4, 0.34}, {beat + 1.3, 0}, {partEnd, 0}});
-  };
+      line({{0, 0.8}, {0.5, 0.4}, {2.2, 0.25}, {4, 0.1}, {4.03, 0.5}, {5.6, 0.2}, {6.2, 0.8}, {6.4, 0}});
   addShot(show, "into the box", start, length, above,
           {.lock = line({{0, 0.8}, {4, 0.8}, {4.3, 0.55}, {5, 0.55}, {5.3, 0.3}, {6, 0.3}, {6.3, 0}}),
            .lid = line(
                {{0, 0.96}, {1, 0.9}, {2.2, 0.86}, {4.5, 0.5}, {6.2, 0.04}, {6.4, 0}, {6.5, 0.02}, {6.6, 0}}),
            .light = line({{0, 0.999}, {3, 0.6}, {6.2, 0.06}, {6.4, 0}}),
            .beam = line({{0, 0.4}, {2.2, 0.5}, {4, 0.95}, {5.2, 0.7}, {6.2, 0}}),
-           .seam = line({{0, 0}, {4.8, 0}, {5.4, 0.6}, {6.2, 0.999}, {6.4, 0}}),
-           .letters = {sinks(2.2), sinks(1.6), sinks(1)}},
+           .seam = line({{0, 0}, {4.8, 0}, {5.4, 0.6}, {6.2, 0.999}, {6.4, 0}})},
           {draw(veils)});
   show.part("smoke returns", start, length, smoke,
             {screen::draw(Waves{.texture = "smoke_acid",
@@ -393,6 +506,8 @@ void addBackwards(Show& show) {
                                 .alpha = slide(0.35, 0.04),
                                 .blend = Blend::add})},
             0, -1);
+  show.add("sparks return", start, 5 / beatsPerBar, smoke + 1,
+           Noise{.texture = "sparks_acid", .speedX = -0.02, .speedY = -0.3, .alpha = fade(0.3, 2, 0.6)});
   show.add("light returns", start, 6.2 / beatsPerBar, haze,
            glow("rays_acid", centred(travel(-0.1, 0, 6.2), 0.1, zoom(3.6, 0.5, 6.2)),
                 flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5}, 0.5, 0.12)));
@@ -416,23 +531,28 @@ void addLidCloses(Show& show, double from, double shut, double until) {
     return line(
         {{0, open}, {0.4 * beats, 0.8 * open}, {beats, 0}, {beats + 0.12, 0.02 * open}, {beats + 0.25, 0}});
   };
-  const auto sinks = [&](double start) {
-    return line({{0, letterFront},
-                 {start * beats, letterFront},
-                 {(start + 0.2) * beats, 0.34},
-                 {(start + 0.52) * beats, 0}});
+  // Struck for the last time they turn to light, one by one, which is drawn into the box.
+  const double taken = 0.4 * beats;
+  const auto turnsToLight = [&](double share) {
+    return line({{0, letterFront}, {share * taken, letterFront}, {share * taken + 0.01, 0}, {partEnd, 0}});
   };
   Veils sinking;
-  for (const auto& [layer, level] : {std::pair{0, 1.0}, {1, 1.0}, {2, 0.8}, {spill, 0.6}})
-    sinking.opacity[layer] = line({{0, level}, {0.75 * beats, level}, {0.9 * beats, 0}});
-  for (Curve& seconds : sinking.seconds) seconds = line({{0, 1.8}, {0.3 * beats, 1.3}, {0.9 * beats, 0}});
-  addShot(show, "the lid closes", from, until - from, titleAbove,
+  sinking.opacity[rim] =
+      line({{0, 1}, {0.9 * taken, 0.8}, {taken, 1}, {0.86 * beats, 0.9}, {0.9 * beats, 0}});
+  sinking.seconds[rim] =
+      line({{0, veilUp}, {taken, veilHung}, {0.9 * beats, veilDrawn}, {partEnd, veilDrawn}});
+  sinking.opacity[split] =
+      line({{0, 0}, {0.3 * taken, 0.2}, {taken, 1}, {0.9 * beats, 0.9}, {0.94 * beats, 0}});
+  sinking.seconds[split] =
+      line({{0, veilUp}, {1.1 * taken, veilHung}, {0.94 * beats, veilDrawn}, {partEnd, veilDrawn}});
+  sinking.opacity[spill] = line({{0, 0.35}, {0.5 * beats, 0.2}, {0.9 * beats, 0}});
+  addShot(show, "the lid closes", from, until - from, closing,
           {.lock = line({{0, 0.8}, {beats, 0.8}, {beats + 0.5, 0}}),
            .lid = falling(0.96),
            .light = falling(0.999),
            .beam = falling(0.6),
            .seam = line({{0, 0}, {0.7 * beats, 0}, {beats - 0.1, 0.999}, {beats + 0.1, 0}}),
-           .letters = {sinks(0.3), sinks(0.22), sinks(0.14)}},
+           .letters = {turnsToLight(0.9), turnsToLight(0.6), turnsToLight(0.3)}},
           {draw(sinking)});
 }
 
@@ -443,6 +563,7 @@ void addBox(Show& show) {
   addEyeInLock(show);
   addBuild(show);
   addLid(show);
+  addLettersRise(show);
   addLayers(show);
   addBackwards(show);
 }
