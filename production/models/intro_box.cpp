@@ -57,17 +57,17 @@ const Shot shots[] = {
     // The title before the window that burns.
     {{222, -24, 292, {-4, 280, 0}}, {198, -8, 286, {2, 276, 0}}},
     // Its light on the floor before the plinth.
-    {{505, -17, 176, {-4, 70, 76}}, {520, -5, 216, {0, 55, 96}}},
+    {{505, -17, 176, {-4, 70, 76}}, {520, -5, 216, {0, 50, 96}}},
     // Close by, along its letters.
     {{164, -58, 266, {-66, 264, 0}}, {214, -18, 258, {0, 264, 0}}},
     // Straight before it, nearer and nearer.
     {{222, 7, 268, {0, 272, 0}}, {184, -4, 266, {0, 268, 0}}},
     // From below, as it bursts.
-    {{226, 30, 158, {4, 276, 0}}, {216, 12, 160, {0, 278, 0}}},
+    {{226, 30, 158, {4, 284, 0}}, {216, 12, 160, {0, 285, 0}}},
     // From above, down into the box.
     {{392, -12, 330, {0, 196, 0}}, {196, 14, 246, {0, 142, 0}}},
     // The lid closes.
-    {{352, 40, 178, {-8, 184, 0}}, {262, 20, 158, {-8, 140, 0}}},
+    {{352, -36, 178, {-8, 184, 0}}, {262, -14, 158, {-8, 140, 0}}},
 };
 constexpr int shotSlot = 30, shotLead = 3, shotFrames = 21;  // frames: of each, before, and in use
 
@@ -173,7 +173,7 @@ Motion veilMotion(int veil) {
   const auto drawn = [](float t) { return t < 3.1f ? clamp01((t - 2.2f) / 0.8f) : 0.0f; };
   Motion motion;
   motion.positions = positionKeys(veilSeconds, 3, [=](float t) {
-    if (onFloor(t)) return Vector(0, 4, mix(190.0f, 208.0f, out(t)));
+    if (onFloor(t)) return Vector(0, 4, mix(186.0f, 197.0f, out(t)));
     const Vector place = mix(mix(lyingBelow, flat, eased(t, 0, 1.2f)), rest, eased(t, 1.2f, 1.8f));
     return mix(place, lyingBelow, std::pow(drawn(t), 1.6f)) +
            Vector(0, 0.3f * swing(t, veilSeconds, 2, 0.3f * own), 0);
@@ -269,6 +269,24 @@ Canvas pooledPicture(const Settings& settings) {
   });
 }
 
+// How much light falls through the windows on a place of the ground: two lancets from each of three.
+float windowLight(float x, float z) {
+  constexpr float places[][2] = {
+      {116, 0.5f}, {148, 1}, {180, 0.45f}};  // degrees about the casket, how bright
+  constexpr float nearest = 152, farthest = 318, half = 25, apart = 31;
+  float light = 0;
+  for (const auto& [degrees, level] : places) {
+    const float turn = degrees * pi / 180;
+    const float out = x * std::sin(turn) + z * std::cos(turn),
+                aside = std::fabs(std::fabs(x * std::cos(turn) - z * std::sin(turn)) - apart);
+    const float along = (out - nearest) / (farthest - nearest);
+    const float reach = half * std::sqrt(clamp01(3.2f * along));  // pointed towards the plinth
+    light +=
+        level * smoothStep(2, -5, aside - reach) * smoothStep(0, 0.12f, along) * smoothStep(1, 0.75f, along);
+  }
+  return light;
+}
+
 // Paving in rings about the plinth; it loses itself in the dark.
 Canvas groundPicture(const Settings& settings, float radius) {
   const int side = settings.side(1024);
@@ -290,6 +308,8 @@ Canvas groundPicture(const Settings& settings, float radius) {
     Colour4 colour = rock * ((0.12f + 1.6f * light * (0.35f + 0.65f * shade)) * contact *
                              (0.45f + 0.55f * smoothStep(0.4f, 2.2f, gap)));
     colour = colour * (1 - 0.4f * wet) + gradient(acidRamp, 0.14f) * (wet * (0.25f + light));
+    colour = colour + gradient(acidRamp, 0.5f + 0.1f * grain) *
+                          (0.6f * windowLight(x, z) * (0.5f + 0.5f * grain) * smoothStep(0.4f, 2.2f, gap));
     colour.a = smoothStep(radius * 0.97f, radius * 0.42f, r);
     return colour;
   });

@@ -188,6 +188,13 @@ Colour4 stoneAt(const BakePoint& p) {
   };
   const float carving = band * (carved(0.7f, -0.7f) - carved(-0.7f, 0.7f));
   marble = marble * (1 + 0.6f * carving) * (1 - 0.25f * band * carved(0, 0));
+  // The steps are of blocks, and the middle one is fluted in front.
+  const float turn = std::atan2(p.position.x, p.position.z / plinthDepth) / (2 * pi);
+  const float blocks = turn * 20 + (radius > 123.5f ? 0.5f : 0), cut = std::fabs(blocks - std::round(blocks));
+  if (radius > 97 && p.position.y < 27)
+    marble = marble * mix(0.35f, 1.0f, smoothStep(0.3f, 1.5f, cut * 2 * pi * radius / 20));
+  if (std::fabs(p.normal.y) < 0.5f && std::fabs(p.position.y - 14) < 3)
+    marble = marble * (1 + 0.3f * std::sin(2 * pi * 40 * turn));
   marble = marble * (1 - 0.5f * soot) * (1 - 0.3f * wet);
   marble = marble + Colour4{0.16f, 0.155f, 0.14f} * std::max(0.0f, p.edge);
   return marble * p.light + glint(p.normal) * (0.14f * p.open);
@@ -226,13 +233,15 @@ Colour4 letterAt(const BakePoint& p) {
   const float below = std::pow(clamp01(0.5f - 0.5f * p.normal.y), 2.0f) * (1.1f - 0.7f * height);
   const Colour4 fromBox = gradient(acidRamp, 0.62f) * below;
   if (p.normal.z > 0.93f) {  // a dark face
-    const Colour4 metal = gradient(brassRamp, 0.20f + 0.16f * grit + 0.12f * height - 0.14f * scratch);
+    const Colour4 metal = gradient(brassRamp, 0.24f + 0.18f * grit + 0.12f * height - 0.16f * scratch);
     return metal * p.light * 0.6f + fromBox * 0.3f +
            Colour4{0.6f, 0.52f, 0.34f} * std::max(0.0f, p.edge) * 0.5f;
   }
-  if (p.normal.z > 0.25f)  // a bevel
-    return gradient(brassRamp, 0.62f + 0.14f * grit) * p.light * 1.15f + glint(p.normal) * 0.9f +
+  if (p.normal.z > 0.25f) {  // a bevel, which glows a little where no light comes to it
+    const Colour4 glow = gradient(brassRamp, 0.68f) * 0.34f;
+    return gradient(brassRamp, 0.62f + 0.14f * grit) * p.light + glow + glint(p.normal) * 0.9f +
            fromBox * 0.9f;
+  }
   return gradient(brassRamp, 0.36f + 0.1f * grit) * p.light * 0.8f + glint(p.normal) * 0.3f + fromBox * 0.6f;
 }
 

@@ -373,8 +373,7 @@ TitleLight onFloor() {
                                    {2, veilOnFloor + 0.62},
                                    {2.2, veilOnFloor + 0.7},
                                    {partEnd, veilOnFloor + 0.8}});
-  light.veils.opacity[spill] =
-      line({{0, 0.2}, {0.03, 0.7}, {1, 0.3}, {2, 0.3}, {2.03, 0.55}, {partEnd, 0.3}});
+  light.veils.opacity[spill] = flashes({0, 1, 2, 3}, 0.8, 0.12);
   light.sparks = 140;
   return light;
 }
@@ -384,8 +383,18 @@ TitleLight along() {
   TitleLight light{"layer 3", "along the title", 4, titleAlong};
   light.pose = {
       .lock = 0.8, .lid = 0, .light = 0.999, .beam = 0.2, .letters = {letterFront, letterFront, letterFront}};
-  light.veils.opacity[rim] = line(
-      {{0, 0.6}, {0.03, 1}, {1, 0.7}, {1.03, 1}, {2, 0.7}, {2.03, 1}, {3, 0.7}, {3.03, 1}, {partEnd, 0.8}});
+  light.veils.opacity[rim] = line({{0, 0.5},
+                                   {0.03, 1},
+                                   {0.9, 0.4},
+                                   {1, 0.4},
+                                   {1.03, 1},
+                                   {1.9, 0.4},
+                                   {2, 0.4},
+                                   {2.03, 1},
+                                   {2.9, 0.4},
+                                   {3, 0.4},
+                                   {3.03, 1},
+                                   {partEnd, 0.5}});
   light.veils.seconds[rim] = 2;
   light.veils.opacity[hazy] = swing(4, 0.25, 0.5);
   light.veils.seconds[hazy] = slide(veilUp, veilHung);
@@ -458,6 +467,8 @@ void addLayers(Show& show) {
   show.add("flies apart", last + 3.4 / beatsPerBar, 0.6 / beatsPerBar, flash,
            Fade{0.98, 1, 0.85, line({{0, 0.22}, {0.15, 0.03}, {partEnd, 0}})},
            glow("rays_acid", centred(0, -0.1, slide(2, 5), 1.6), slide(0.9, 0)));
+  show.add("sparks of the burst", last + 3.38 / beatsPerBar, 0.62 / beatsPerBar, smoke + 1,
+           Noise{.texture = "sparks_acid", .speedX = 0.1, .speedY = 0.9, .alpha = slide(1, 0.7)});
   show.add("glow of the floor", barOf("layer 2"), 1, haze,
            glow("haze_acid", centred(0, 0.5, 1.9, 2.2), flashes({0, 1, 2, 3}, 0.7, 0.3)));
   show.add("thick smoke", start, 4, smoke,
