@@ -1,6 +1,7 @@
 #include <cmath>
 #include <functional>
 #include <numbers>
+#include <tuple>
 
 #include "production/models/balls.h"
 #include "production/movements/words.h"
@@ -124,7 +125,8 @@ Copper lit(Copper bars, const BarHue& hue, int beats) {
 // Each shape has the hue of a world that was crossed behind it; first of all they are copper.
 void addBars(Show& show) {
   const double bars = barOf("copper bars"), first = barOf("first shape"), second = barOf("second shape"),
-               third = barOf("third shape"), greetings = barOf("greetings"), chord = barOf("last chord");
+               third = barOf("third shape"), greetings = barOf("greetings"), closing = barOf("closing fill"),
+               chord = barOf("last chord");
   const auto add = [&](const char* name, double from, double until, Copper look, const BarHue& hue) {
     show.part(name, from, until - from, far,
               {draw(lit(std::move(look), hue, static_cast<int>((until - from) * beatsPerBar + 0.5)))});
@@ -141,7 +143,7 @@ void addBars(Show& show) {
       {0.22, 0.44, 0.13});
   add("bars entwined", second, third,
       {.count = 9, .endScale = 0.35, .mode = 1, .speed = 0.6, .spacing = 0.6, .amplitude = 0.8},
-      {0.55, 0.16, 0.36});
+      {0.10, 0.36, 0.95});
   const Copper chorus{.count = 7,
                       .endScale = 0.4,
                       .mode = 1,
@@ -149,26 +151,35 @@ void addBars(Show& show) {
                       .spacing = 0.8,
                       .amplitude = swing(12, 0.65, 0.85)};
   add("bars of the chorus", third, greetings, chorus, {0.2, 0.62, 0.66});
-  add("bars of fire", greetings, chord, chorus, {0.62, 0.27, 0.10});
+  add("bars of gold", greetings, closing, chorus, {1.0, 0.72, 0.30});
+  // They gather where the balls will lie.
+  Copper gathered = chorus;
+  gathered.amplitude = spline({{0, 0.7}, {0.9, 0.1}, {1, 0.75}, {partEnd, 0.5}});
+  add("bars struck", closing, chord, gathered, {0.2, 0.62, 0.66});
   // The first world hides a sun: its streamers flare on the beat.
   for (const double rest : {0.7, 0.2})
     show.add("sun behind", bars, first - bars, far + 1,
              glow("corona_ember", centred(0, -0.16, slide(2.3, 2.45)), flashes(everyBeat, 1, rest)));
-  show.add("glow behind", first, chord - first, far + 1,
-           glow("haze_ember", centred(0, -0.12, 2.6, 1.5), swing(1, 0.65, 1, 90)));
+  // Then one light behind each shape: fire behind the box and the word, a cold sky behind the skull.
+  for (const auto& [from, until, haze] :
+       {std::tuple{first, second, "haze_ember"}, {second, third, "haze_teal"}, {third, chord, "haze_ember"}})
+    show.add("glow behind", from, until - from, far + 1,
+             glow(haze, centred(0, -0.12, 2.6, 1.5), swing(1, 0.65, 1, 90)));
+  show.add("storm behind", second, third - second, far + 2,
+           glow("rays_teal", centred(0, -0.12, slide(3.2, 3.8)), flashes(everyBeat, 0.9, 0.4)),
+           glow("light3", centred(0, -0.12, 1.9), flashes(everyBeat, 0.7, 0.45)));
   show.add(
       "more glow", third, chord - third, far + 2,
       glow("rays_ember", centred(0, -0.12, 3.4), flashes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 0.8, 0.35)));
 }
 
-// The first stage of a shape stands for a beat, then it is whole; balls swell on the beat.
-void addShape(Show& show, const char* shape, double start, double bars,
-              const std::function<BallShow(double from, double to)>& look) {
-  for (int stage = 1; stage <= ballStages; ++stage) {
-    const double from = stage - 1, to = stage < ballStages ? stage : bars * beatsPerBar;
-    show.part(shape, start + from / beatsPerBar, (to - from) / beatsPerBar, subject,
-              {call("preloadVectorBalls", {{file(ballFile(shape, stage))}}), draw(look(from, to))});
-  }
+using Look = std::function<BallShow(double from, double to)>;
+
+// A stage of a shape over beats `from` to `to` of the shape's own time.
+void addStage(Show& show, const char* shape, int stage, double start, double from, double to,
+              const Look& look) {
+  show.part(shape, start + from / beatsPerBar, (to - from) / beatsPerBar, subject,
+            {call("preloadVectorBalls", {{file(ballFile(shape, stage))}}), draw(look(from, to))});
 }
 
 double swell(double beat) {
@@ -179,64 +190,187 @@ double smooth(double from, double to, double share) {
   return from + (to - from) * share * share * (3 - 2 * share);
 }
 
-void addShapes(Show& show) {
-  const double first = barOf("first shape"), second = barOf("second shape"), third = barOf("third shape"),
-               chord = barOf("last chord");
-  // To one side and to the other, `reach` turns far: face to face at every second beat.
-  constexpr double sway = 4, reach = 0.055;  // beats, turns
-  const double pace = reach * 2 * std::numbers::pi / (sway * secondsPerBeat);
-  const auto swaying = [&](double from, double to) {
-    return stretch([&](double beat) { return pace * std::cos(2 * std::numbers::pi * beat / sway); }, from,
-                   to);
-  };
-  // Out of the white a sealed world falls away from us; what opens out of it is the box. At the knot's end
-  // the camera has gone round once, and the word begins face to face.
-  const double seen = outroBar;
-  addShape(show, "world", seen, first - seen, [&](double from, double to) {
+// To one side and to the other, `reach` turns far: face to face at every second beat.
+constexpr double sway = 4, reach = 0.055;  // beats, turns
+
+Curve swaying(double from, double to) {
+  constexpr double pace = reach * 2 * std::numbers::pi / (sway * secondsPerBeat);
+  return stretch([](double beat) { return pace * std::cos(2 * std::numbers::pi * beat / sway); }, from, to);
+}
+
+// What leaves the shape's middle `rise` units above the middle of the screen.
+double heightFor(double rise, double distance) {
+  return rise / distance;
+}
+
+// Out of the white a sealed world falls away from us; with the fill it is thrown open, and we fall into its
+// light.
+void addWorldOfBalls(Show& show) {
+  const double seen = outroBar, opens = barOf("copper fill"), first = barOf("first shape");
+  const double opened = (opens - seen) * beatsPerBar, beats = (first - seen) * beatsPerBar;
+  const auto look = [&](double from, double to) {
     return BallShow{
         .size = stretch([](double beat) { return 14 + 3 * swell(beat); }, from, to),
         .turns = turnsAboutWorld / ((first - seen) * secondsPerBar),
-        .distance = stretch([](double beat) { return 220 + 220 * (1 - std::exp(-1.6 * beat)); }, from, to),
+        .distance = stretch(
+            [&](double beat) {
+              const double in = std::max(0.0, (beat - opened) / (beats - opened));
+              return 220 + 220 * (1 - std::exp(-1.6 * beat)) - 70 * std::sqrt(in) - 150 * in * in * in * in;
+            },
+            from, to),
         .height = stretch([](double beat) { return 0.05 + 0.03 * std::sin(beat / 3); }, from, to)};
-  });
-  addShape(show, "box", first, second - first, [&](double from, double to) {
+  };
+  addStage(show, "world", 1, seen, 0, 1, look);
+  addStage(show, "world", 1, seen, 1, opened, look);
+  addStage(show, "world", 2, seen, opened, beats, look);
+  show.add("light of the world", opens, first - opens, subject + 1,
+           glow("rays_ember", centred(0, -0.10, spline({{0, 1.6}, {1, 2.6}, {partEnd, 5.2}})),
+                spline({{0, 1}, {0.5, 0.6}, {1, 0.9}, {partEnd, 1}})),
+           glow("light7", centred(0, -0.06, spline({{0, 0.5}, {1, 0.6}, {partEnd, 3.2}}), 1.9),
+                spline({{0, 1}, {0.5, 0.7}, {partEnd, 1}})));
+}
+
+// What opens out of it is the box.
+void addBoxOfBalls(Show& show, double first, double second) {
+  const auto look = [&](double from, double to) {
     return BallShow{.size = stretch([](double beat) { return 13 + 3 * swell(beat); }, from, to),
                     .turns = swaying(from, to),
                     .distance = stretch([](double beat) { return smooth(350, 275, beat / 5); }, from, to),
-                    .height = 0.08};
-  });
-  addShape(show, "knot", second, third - second, [&](double from, double to) {
-    return BallShow{.size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
-                    .turns = (1 - turnsAboutWorld) / ((third - second) * secondsPerBar),
-                    .distance = stretch([](double beat) { return smooth(350, 290, beat / 4); }, from, to),
-                    .height = stretch([](double beat) { return 0.06 + 0.05 * std::sin(beat); }, from, to)};
-  });
-  addShape(show, "word", third, chord - third, [&](double from, double to) {
+                    .height = 0.10};
+  };
+  addStage(show, "box", 1, first, 0, 1, look);
+  addStage(show, "box", 2, first, 1, (second - first) * beatsPerBar, look);
+}
+
+// A skull sings on the beats, laughs with the fill, and swallows us.
+void addSkullOfBalls(Show& show, double second) {
+  constexpr double laughs = 6, swallows = 7, gone = 8;
+  const auto distance = [](double beat) {
+    const double in = std::max(0.0, beat - swallows);
+    return smooth(330, 285, beat / 2) - 190 * in * in * in;
+  };
+  const auto rise = [](double beat) {
+    return 30 + (-skullScale * skullMouth.y - 30) * smooth(0, 1, (beat - swallows) / 0.7);
+  };
+  const Look look = [&](double from, double to) {
+    return BallShow{
+        .size = stretch([](double beat) { return 10.5 + 1.5 * swell(beat); }, from, to),
+        .turns = swaying(from, to),
+        .distance = stretch(distance, from, to),
+        .height = stretch([&](double beat) { return heightFor(rise(beat), distance(beat)); }, from, to)};
+  };
+  // Where a place of it is seen.
+  const auto addLight = [&](const char* name, const char* texture, Vector place, double size, double from,
+                            double to, const Curve& level) {
+    place *= skullScale;
+    const auto depth = [&](double beat, bool across) {
+      const double angle = 2 * std::numbers::pi * reach * std::sin(2 * std::numbers::pi * beat / sway);
+      const double c = std::cos(angle), s = std::sin(angle);
+      return across ? place.x * c - place.z * s : distance(beat) - place.x * s - place.z * c;
+    };
+    const double tangent = std::tan(22.5 * std::numbers::pi / 180);
+    const auto seen = [&](const std::function<double(double)>& value) {
+      return stretch([&](double beat) { return value(beat) / (depth(beat, false) * tangent); }, from, to);
+    };
+    show.add(name, second + from / beatsPerBar, (to - from) / beatsPerBar, subject + 1,
+             glow(texture,
+                  centred(seen([&](double beat) { return depth(beat, true) * 9 / 16; }),
+                          seen([&](double beat) { return -place.y - rise(beat); }),
+                          seen([&](double) { return size; })),
+                  level));
+  };
+  const auto sings = [&](double from, double to) {
+    addStage(show, "skull", 2, second, from, to, look);
+    for (const char* light : {"haze_ember", "light6"})
+      addLight("song", light, skullMouth, light[0] == 'h' ? 150 : 70, from, to, slide(1, 0.7));
+  };
+  addStage(show, "skull", 1, second, 0, 1, look);
+  for (double beat = 1; beat < laughs; ++beat) {
+    sings(beat, beat + 0.5);
+    addStage(show, "skull", 1, second, beat + 0.5, beat + 1, look);
+  }
+  for (double beat = laughs; beat < swallows; beat += 0.5) {
+    sings(beat, beat + 0.25);
+    addStage(show, "skull", 1, second, beat + 0.25, beat + 0.5, look);
+  }
+  sings(swallows, gone);
+  for (const double side : {1.0, -1.0})
+    for (double beat = 0; beat < gone; ++beat) {
+      const Vector eye(static_cast<float>(side) * skullEye.x, skullEye.y, skullEye.z - 4);
+      addLight("eyes", "light4", eye, 74, beat, beat + 1, flashes({0}, 1, 0.6));
+      addLight("eyes", "light7", eye, 20, beat, beat + 1, flashes({0}, 1, 0.5));
+    }
+  show.add("swallowed", second + swallows / beatsPerBar, (gone - swallows) / beatsPerBar, flash + 1,
+           Fade{.alpha = spline({{0, 0}, {0.7, 0}, {1, 0.8}})});
+}
+
+// Out of a heap leaps the title; it greets with a turn about itself, and falls into the heap again.
+void addWordOfBalls(Show& show, double third) {
+  const double greetings = (barOf("greetings") - third) * beatsPerBar,
+               closing = (barOf("closing fill") - third) * beatsPerBar,
+               chord = (barOf("last chord") - third) * beatsPerBar;
+  const double leapt = 1, struck = closing + 1;
+  const Look look = [&](double from, double to) {
+    const auto height = [&](double beat) {
+      if (beat < closing) return 0.1;
+      // Up a little and down.
+      const double t = std::min(1.0, beat - closing);
+      return 0.1 + 0.16 * t - 0.28 * t * t;
+    };
     return BallShow{
         .size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
         .turns = swaying(from, to),
         .distance = stretch([](double beat) { return smooth(360, 310, beat / 4) + 10 * std::sin(beat / 2); },
                             from, to),
-        .height = 0.1};
+        .height = stretch(height, from, to)};
+  };
+  addStage(show, "word", 1, third, 0, leapt, look);
+  addStage(show, "word", 2, third, leapt, greetings, look);
+  addStage(show, "word", 2, third, greetings, closing, [&](double from, double to) {
+    const auto share = [=](double beat) {
+      return 0.5 - 0.5 * std::cos(2 * std::numbers::pi * (beat - from) / (to - from));
+    };
+    BallShow turning = look(from, to);
+    turning.turns =
+        stretch([&](double beat) { return 2 * share(beat) / ((to - from) * secondsPerBeat); }, from, to);
+    turning.height = stretch([&](double beat) { return 0.1 + 0.05 * share(beat); }, from, to);
+    return turning;
   });
-  // The world's star, and the light in the box.
-  show.add("star", seen, first - seen, haze,
-           glow("light7", centred(line({{0, -0.62}, {partEnd, -0.80}}), -0.70, 0.55)),
-           glow("streak_bone", {line({{0, -1.82}, {partEnd, -2.0}}), -0.80, 2.4, 0.2}, swing(4, 0.6, 1)));
-  show.add("light within", first, second - first, subject + 1,
-           glow("rays_ember", centred(0, -0.14, 2.4), flashes(everyBeat, 0.9, 0.35)),
-           glow("light7", centred(0, -0.12, 0.5, 1.5), flashes(everyBeat, 1, 0.6)));
-  // The shape is whole: light; and once more on the bar.
-  for (const double bar : {outroBar + 1.0, first + 0.25, first + 1, second + 0.25, second + 1, third + 0.25})
-    show.add("whole", bar, 0.25, flash,
-             glow("haze_ember", centred(0, -0.1, spline({{0, 2.6}, {partEnd, 1.8}}), 1.78),
-                  spline({{0, 0.7}, {0.3, 0.2}, {partEnd, 0}})));
+  addStage(show, "word", 2, third, closing, struck, look);
+  addStage(show, "word", 1, third, struck, chord, look);
+  show.add("struck", third + struck / beatsPerBar, 0.25, flash,
+           glow("haze_ember", centred(0, 0.42, spline({{0, 0.5}, {partEnd, 1.4}}), 3.4),
+                spline({{0, 1}, {0.3, 0.5}, {partEnd, 0}})));
   // They fly apart past us.
-  show.part("word bursts", chord, 0.25, subject,
+  show.part("word bursts", barOf("last chord"), 0.25, subject,
             {draw(BallShow{.size = line({{0, 17}, {0.6, 8}, {partEnd, 0}}),
                            .turns = 0,
                            .distance = line({{0, 310}, {0.6, 90}, {partEnd, 40}}),
-                           .height = 0.1})});
+                           .height = -0.02})});
+}
+
+void addShapes(Show& show) {
+  const double first = barOf("first shape"), second = barOf("second shape"), third = barOf("third shape");
+  addWorldOfBalls(show);
+  addBoxOfBalls(show, first, second);
+  addSkullOfBalls(show, second);
+  addWordOfBalls(show, third);
+  // The world's star, and the light in the box.
+  show.add("star", outroBar, first - outroBar, haze,
+           glow("light7", centred(line({{0, -0.62}, {partEnd, -0.80}}), -0.70, 0.55)),
+           glow("streak_bone", {line({{0, -1.82}, {partEnd, -2.0}}), -0.80, 2.4, 0.2}, swing(4, 0.6, 1)));
+  show.add("light within", first, second - first, subject + 1,
+           glow("rays_ember", centred(0, -0.20, 2.4), flashes(everyBeat, 0.9, 0.35)),
+           glow("light7", centred(0, -0.18, 0.5, 1.5), flashes(everyBeat, 1, 0.6)));
+  // The shape is whole: light; and once more on the bar.
+  for (const double bar : {outroBar + 1.0, barOf("copper fill"), first + 0.25, first + 1, third + 0.25})
+    show.add("whole", bar, 0.25, flash,
+             glow("haze_ember", centred(0, -0.1, spline({{0, 2.6}, {partEnd, 1.8}}), 1.78),
+                  spline({{0, 0.7}, {0.3, 0.2}, {partEnd, 0}})));
+  for (const double bar : {second, second + 1})
+    show.add("struck by the storm", bar, 0.25, flash,
+             glow("haze_teal", centred(0, -0.1, spline({{0, 2.6}, {partEnd, 1.8}}), 1.78),
+                  spline({{0, 0.7}, {0.3, 0.2}, {partEnd, 0}})));
 }
 
 void addScroller(Show& show) {
@@ -256,7 +390,7 @@ void addScroller(Show& show) {
   show.part(
       "scroller rides on", second, third - second, front,
       {draw(Scroller{
-          .zoom = -0.9, .mode = 1, .waveSpeed = -0.2, .waveLength = 0.6, .amplitude = 0.12, .y = -0.69})});
+          .zoom = -0.9, .mode = 1, .waveSpeed = -0.2, .waveLength = 0.6, .amplitude = 0.09, .y = -0.74})});
   show.part(
       "scroller dances", third, greetings - third, front,
       {draw(Scroller{
@@ -267,7 +401,7 @@ void addScroller(Show& show) {
                            .waveSpeed = 0.14,
                            .waveLength = 1.0,
                            .amplitude = line({{0, 0.13}, {2, 0}, {partEnd, 0}}),
-                           .y = -0.64})});
+                           .y = spline({{0, -0.64}, {2, -0.68}, {3, -0.8}, {partEnd, -0.8}})})});
 }
 
 // When the balls have flown past us the box is shut; over it the title is struck once, and stands in copper
