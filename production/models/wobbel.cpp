@@ -1,14 +1,16 @@
 #include <cmath>
 
 #include "production/geometry/forms.h"
+#include "production/geometry/isosurface.h"
+#include "production/geometry/placement.h"
 #include "production/image/environment.h"
 #include "production/image/filter.h"
 #include "production/image/noise3.h"
 #include "production/models/model.h"
 #include "production/textures/palette.h"
 
-// Liquid mirrors about the middle: a knot, a ball in it and drops around it, one mesh, since the player
-// kneads only the first. They mirror a hall of fire.
+// A mask of liquid metal and drops of it, one mesh, since the player kneads only the first. It mirrors a hall
+// of fire; what burns behind it is seen through its eyes and its mouth.
 
 namespace vex {
 
@@ -17,48 +19,102 @@ using namespace geometry;
 
 namespace {
 
-constexpr float knotRadius = 96, knotSwing = 40;
-constexpr float tubeRadius = 15;
-constexpr float ballRadius = 33;
+// --- The mask, looking towards +z; its sides are even, x is folded.
+
+// Swollen by muscle under it.
+float faceDistance(const Vector& q) {
+  float d = ellipsoid(q, Vector(0, 4, -36), Vector(78, 104, 88));
+  d = smoothJoin(d, ellipsoid(q, Vector(0, -84, 8), Vector(24, 30, 34)), 16);        // chin
+  d = smoothJoin(d, ellipsoid(q, Vector(46, -8, 26), Vector(24, 17, 22)), 12);       // cheek
+  d = smoothJoin(d, taper(q, Vector(6, 30, 54), Vector(66, 62, 10), 14, 9), 8);      // brow, frowning
+  d = smoothJoin(d, taper(q, Vector(0, 30, 56), Vector(0, -12, 76), 8, 12), 9);      // nose
+  d = smoothJoin(d, ball(q, Vector(12, -14, 62), 9), 6);                             // its wings
+  d = smoothJoin(d, taper(q, Vector(0, 36, 56), Vector(0, 92, 20), 7, 5), 8);        // crest
+  d = smoothJoin(d, taper(q, Vector(20, -24, 58), Vector(52, -50, 20), 7, 6), 8);    // the fold of a grin
+  return smoothJoin(d, taper(q, Vector(0, -58, 58), Vector(30, -64, 44), 9, 6), 9);  // lower lip
+}
+
+// Eyes slant upwards, the mouth is a sickle.
+float openings(const Vector& q) {
+  constexpr float slant = 0.44f;
+  const float x = q.x - 33, y = q.y - 14;
+  const float along = x * std::cos(slant) + y * std::sin(slant),
+              across = y * std::cos(slant) - x * std::sin(slant);
+  const float eye = (std::hypot(along / 22, across / 10) - 1) * 10;
+  const float lip = (std::hypot(q.x / 50, (q.y + 26) / 36) - 1) * 36,
+              above = (std::hypot(q.x / 60, (q.y + 6) / 32) - 1) * 32;
+  return std::max(std::min(eye, smoothMeet(lip, -above, 3)), -q.z);
+}
+
+float maskDistance(const Vector& p) {
+  constexpr float thick = 11, rim = -24;
+  const Vector q(std::fabs(p.x), p.y, p.z);
+  const float face = faceDistance(q);
+  float d = smoothMeet(smoothMeet(face, -(face + thick), 3), rim - q.z, 4);
+  d = smoothCut(d, openings(q), 4);
+  // It runs off the chin and the jaws.
+  const struct {
+    float x, y, z, length, thick;
+  } runs[] = {{0, -110, 14, 42, 7}, {22, -98, 8, 26, 5.5f}, {47, -76, -4, 34, 5}, {66, -44, -16, 22, 4.5f}};
+  for (const auto& run : runs) {
+    const Vector from(run.x, run.y + 12, run.z), to(run.x, run.y - run.length, run.z);
+    d = smoothJoin(d, taper(q, from, to, run.thick, 0.5f * run.thick), 9);
+    d = smoothJoin(d, ball(q, to, run.thick), 5);
+  }
+  return d;
+}
+
+Surface mask() {
+  IsoOptions options;
+  options.bounds = {Vector(-112, -172, -44), Vector(112, 124, 104)};
+  options.cell = 6.1f;
+  Surface all = withoutMapping(compacted(isosurface(maskDistance, options)));
+  for (const float side : {-1.0f, 1.0f}) {
+    const auto along = [&](const std::vector<Vector>& knots, int pieces) {
+      std::vector<Vector> path;
+      for (const Vector& knot : knots) path.emplace_back(knot.x * side, knot.y, knot.z);
+      return smoothPath(path, pieces);
+    };
+    // Ringed horns.
+    append(all, withoutMapping(tube(
+                    along({Vector(38, 62, 2), Vector(74, 86, 12), Vector(116, 94, 2), Vector(148, 122, -12),
+                           Vector(146, 168, 2)},
+                          30),
+                    16,
+                    [](float t) {
+                      return 19 * std::pow(1 - t, 0.75f) *
+                                 (1 + 0.07f * std::sin(t * 70) * smoothStep(0.9f, 0.5f, t)) +
+                             0.3f;
+                    },
+                    TubeEnd::point)));
+    const auto addFang = [&](float x, float y, float z, float length, float thick) {
+      append(
+          all,
+          withoutMapping(tube(
+              along({Vector(x, y + 0.4f * length, z - 3), Vector(x, y, z), Vector(x, y - length, z - 2)}, 6),
+              8, [=](float t) { return thick * std::sqrt(1 - t) + 0.2f; }, TubeEnd::point)));
+    };
+    addFang(9, -38, 54, 12, 5.5f);
+    addFang(24, -37, 49, 22, 6.5f);
+    addFang(38, -32, 38, 12, 4.5f);
+    addFang(16, -62, 50, -15, 5.5f);
+    addFang(32, -56, 42, -11, 4.5f);
+  }
+  return all;
+}
+
+// Towards the camera, which begins below it.
+const Placement maskPlace = moved(0, -34, 0) >> stretched(0.80f) >> turnedX(4) >> turnedY(72);
 
 struct Drop {
   Vector place;
   float radius;
 };
-const Drop drops[]{{{118, 74, 38}, 15},
-                   {{-104, 88, -46}, 11},
-                   {{-128, -70, 34}, 17},
-                   {{92, -96, -30}, 12},
-                   {{14, 122, 30}, 9}};
-
-// A curve that goes twice around the y axis and three times through its own ring.
-struct KnotPlace {
-  Vector middle, outwards;  // of the ring's section
-};
-KnotPlace knotPlace(float t) {
-  const float around = 2 * 2 * pi * t, through = 3 * 2 * pi * t;
-  const Vector spoke(std::cos(around), 0, std::sin(around));
-  const Vector outwards = spoke * std::cos(through) + Vector(0, 1, 0) * std::sin(through);
-  return {spoke * knotRadius + outwards * knotSwing, outwards};
-}
-
-Surface knot() {
-  SheetEnds ends;
-  ends.closedAcross = ends.closedAlong = true;
-  return sheet(
-      20, 150,
-      [](float s, float t) {
-        const KnotPlace here = knotPlace(t);
-        const Vector along = unit(knotPlace(t + 0.001f).middle - knotPlace(t - 0.001f).middle);
-        const Vector out = unit(here.outwards - along * dot(here.outwards, along));
-        const Vector side = cross(along, out);
-        const float swelling =
-            tubeRadius * (1 + 0.22f * std::sin(2 * pi * 5 * t) + 0.14f * std::cos(2 * pi * 7 * t));
-        const float turn = 2 * pi * s;
-        return here.middle + (out * std::cos(turn) + side * std::sin(turn)) * swelling;
-      },
-      ends);
-}
+const Drop drops[]{{{118, 74, 38}, 11},
+                   {{-104, 88, -46}, 9},
+                   {{-96, -100, 34}, 13},
+                   {{62, -126, -70}, 10},
+                   {{30, -132, 60}, 8}};
 
 // Tall windows with fire behind them, all round.
 float windows(float turn, float rise) {
@@ -90,13 +146,13 @@ Colour4 fireHall(const Vector& d) {
 }
 
 Model wobbel(const Settings& settings) {
-  Surface all = knot();
-  append(all, geodesic(ballRadius, 3));
-  for (const Drop& drop : drops) append(all, placed(geodesic(drop.radius, 3), moved(drop.place)));
+  Surface all = placed(mask(), maskPlace);
+  for (const Drop& drop : drops)
+    append(all, placed(withoutMapping(geodesic(drop.radius, 2)), moved(drop.place)));
 
   Stage stage;
   stage.materials = {{.name = "mirror", .texture = "envmapspace", .environment = true, .ambient = {1, 1, 1}}};
-  stage.meshes = {{.name = "mirrors", .surface = withoutMapping(all), .material = "mirror"}};
+  stage.meshes = {{.name = "mirrors", .surface = all, .material = "mirror"}};
   stage.lights = {{.name = "omni01", .position = Vector(0, 300, 300)}};
   stage.cameras = {{.name = "camera01",
                     .position = Vector(400, 0, 0),

@@ -167,15 +167,15 @@ void addFlakes(Show& show, double start, double roll, double doubles, double bre
       cueSeconds(doubles - start));
 }
 
-// Mirrors before the fire, shaken by the roll.
-void addMirrors(Show& show, double roll, double doubles, double breath) {
-  show.add("blaze", roll, breath - roll, backdrop,
-           glow("rays_ember", centred(0, 0, zoom(2.8, 4.2, 7.5)),
-                flashes({0, 1, 2, 3, 4, 4.5, 5, 5.5, 6, 6.25, 6.5, 6.75, 7, 7.25}, 0.8, 0.3)));
-  // Above the title, a step nearer with each beat; then past the title, beside it.
+// Middles of the mask: above the title, then beside it.
+constexpr double maskY = -0.17, besideX = 0.40, besideY = -0.10;
+
+// A mask before the fire, which burns in its eyes and its mouth, shaken by the roll.
+void addMask(Show& show, double roll, double doubles, double breath) {
+  // A step nearer with each beat.
   const Curve size = line(
-      {{0, 1.3}, {0.98, 1.24}, {1, 1.46}, {1.98, 1.4}, {2, 1.62}, {2.98, 1.56}, {3, 1.8}, {partEnd, 1.9}});
-  const Viewport raised{.x = size * -0.5, .y = size * -0.5 + 0.25, .w = size, .h = size};
+      {{0, 1.5}, {0.98, 1.46}, {1, 1.62}, {1.98, 1.58}, {2, 1.74}, {2.98, 1.7}, {3, 1.86}, {partEnd, 1.94}});
+  const Viewport raised{.x = size * -0.5, .y = size * -0.5 + -maskY, .w = size, .h = size};
   const Curve wide = line({{0, 1.9},
                            {0.98, 1.84},
                            {1, 2.1},
@@ -186,40 +186,69 @@ void addMirrors(Show& show, double roll, double doubles, double breath) {
                            {2.98, 2.42},
                            {3, 2.6},
                            {partEnd, 2.8}});
-  const Viewport close{.x = line({{0, -0.56}, {partEnd, -0.9}}), .y = -0.88, .w = wide, .h = wide};
+  const Viewport close{.x = wide * -0.5 + besideX, .y = wide * -0.5 + -besideY, .w = wide, .h = wide};
+  show.add("blaze", roll, doubles - roll, backdrop,
+           glow("rays_ember", centred(0, maskY, zoom(2.8, 3.6, 4)), flashes({0, 1, 2, 3}, 0.9, 0.35)),
+           glow("light6", centred(0, maskY, 1.5), flashes({0, 1, 2, 3}, 0.8, 0.5)));
+  show.add("blaze beside", doubles, breath - doubles, backdrop,
+           glow("rays_ember", centred(besideX, besideY, zoom(3.2, 4.2, 3.5)),
+                flashes({0, 0.5, 1, 1.5, 2, 2.25, 2.5, 2.75, 3, 3.25}, 0.9, 0.4)));
+  // The camera passes before the face, from below.
   show.part(
-      "mirrors", roll, doubles - roll, subject,
-      {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.85, 0.72)}),
+      "mask", roll, doubles - roll, subject,
+      {draw(raised), draw(Mirrors{.speedX = 3, .speedY = 4.1, .speedZ = 2.3, .stillness = slide(0.88, 0.76)}),
        draw(Viewport{})},
-      2);
-  show.part("mirrors melt", doubles, breath - doubles, subject,
+      9);
+  show.part("mask melts", doubles, breath - doubles, subject,
             {draw(close),
              draw(Mirrors{.speedX = slide(4, 12),
                           .speedY = slide(5, 14),
                           .speedZ = slide(3, 10),
-                          .stillness = slide(0.72, 0.55)}),
+                          .stillness = slide(0.8, 0.6)}),
              draw(Viewport{})},
-            2 + cueSeconds(roll - interludeTwoBar));
+            9.3);
+}
+
+// The word burns up with the fire on beats; what is torn of it glows.
+void addBurningWord(Show& show, const char* name, double bar, double bars, const Word& word,
+                    const std::vector<double>& beats) {
+  show.add(name, bar, bars, title, word);
+  const Curve left = word.size * (word.ending.leftBy - 1) + word.x, top = word.size * -0.25 + word.y,
+              height = word.size * 0.5;
+  const double whole = bars - 1 / double(beatsPerBar);
+  for (const auto& [texture, at] :
+       {std::pair{word.ending.vex, Place{left, top, word.size * 0.67, height}},
+        std::pair{word.ending.texture, Place{left + word.size * 0.5, top, word.size * 1.5, height}}})
+    show.add("it burns", bar, whole, title + 1, glow(texture, at, flashes(beats, 1, 0.35)));
+  // White without its blue.
+  show.add("it glows", bar + whole, bars - whole, title + 1,
+           Bitmap{.texture = "light1",
+                  .at = centred(word.x, word.y + 0.3, 1.8, 4),
+                  .alpha = 0.8,
+                  .blend = Blend::darken},
+           Bitmap{.texture = "light3",
+                  .at = centred(word.x, word.y + 0.36, 1.8, 4),
+                  .alpha = 0.5,
+                  .blend = Blend::darken});
 }
 
 void addVexedly(Show& show, double roll, double doubles, double breath) {
   show.add("dark under the title", roll, breath - roll, title - 1, shadow(centred(0, 0.6, 0.8, 3.6)),
            shadow(centred(0, 0.6, 0.8, 3.6)), shadow(centred(0, 0.6, 0.7, 3.4)));
-  const Word word = vex(edly, slide(0.74, 0.8), 0, 0.58);
-  show.add("vexedly", roll, doubles - roll, title, word);
-  // The fire goes down; what is left burns behind the knot.
-  show.add("embers", doubles, breath - doubles, ground + 1, Fade{.alpha = slide(0.3, 0.5)},
+  addBurningWord(show, "vexedly", roll, doubles - roll, vex(edly, slide(0.74, 0.8), 0, 0.58), {0, 1, 2});
+  // The fire goes down; what is left burns behind the mask.
+  show.add("embers", doubles, breath - doubles, ground + 1, Fade{0.16, 0.02, 0, slide(0.2, 0.35)},
            Tiles{.texture = "sparks_ember",
                  .at = covering(zoom(1, 1.6, 3.5)),
                  .across = 4.4,
                  .down = 2.5,
                  .alpha = 0.5,
                  .blend = Blend::add},
-           glow("rays_ember", centred(0.36, -0.12, zoom(2.6, 4.2, 3.5)), 1),
-           glow("light6", centred(0.36, -0.12, zoom(1.8, 2.9, 3.5)), slide(1, 0.8)),
-           glow("light7", centred(0.36, -0.12, zoom(0.9, 1.5, 3.5)), slide(0.8, 0.6)));
-  const Word louder = vex(edly, slide(0.66, 0.74), -0.52, 0.55);
-  show.add("vexedly, louder", doubles, breath - doubles, title, louder);
+           glow("rays_ember", centred(besideX, besideY, zoom(2.6, 4.2, 3.5)), 1),
+           glow("light6", centred(besideX, besideY, zoom(1.8, 2.9, 3.5)), slide(1, 0.8)),
+           glow("light7", centred(besideX, besideY, zoom(0.9, 1.5, 3.5)), slide(0.8, 0.6)));
+  addBurningWord(show, "vexedly, louder", doubles, breath - doubles,
+                 vex(edly, slide(0.66, 0.74), -0.52, 0.55), {0, 0.5, 1, 1.5, 2, 2.25});
 }
 
 // The disc is small and far, and nothing is said.
@@ -247,12 +276,18 @@ void addInterludeOne(Show& show) {
   show.add("held breath", riser + 0.9375, 0.0625, curtain, Fade{});
 }
 
-// Ember: a covered sun, liquid mirrors and flakes of fire; the last stroke and the title inside the sun.
+// Ember: a covered sun, a mask of liquid metal and flakes of fire; the last stroke and the title inside the
+// sun.
 void addInterludeTwo(Show& show) {
   const double start = interludeTwoBar, roll = barOf("roll"), doubles = barOf("roll doubles"),
                breath = barOf("last breath"), stroke = barOf("last stroke");
-  show.add("ember sky", start, stroke + 1 - start, ground,
-           Bitmap{.texture = "sky_ember", .at = covering(slide(1.05, 1.5))});
+  // Beside the second title it burns behind the mask.
+  show.add("ember sky", start, doubles - start, ground,
+           Bitmap{.texture = "sky_ember", .at = covering(slide(1.05, 1.25))});
+  show.add("ember sky beside", doubles, breath - doubles, ground,
+           Bitmap{.texture = "sky_ember", .at = covering(slide(1.62, 1.8), besideX + 0.05, -0.12)});
+  show.add("ember sky goes out", stroke, 1, ground,
+           Bitmap{.texture = "sky_ember", .at = covering(slide(1.38, 1.5))});
   show.add("heat", start, doubles - start, backdrop - 1,
            Waves{.texture = "smoke_ember",
                  .at = covering(1.3),
@@ -272,7 +307,7 @@ void addInterludeTwo(Show& show) {
            Noise{.texture = "sparks_ember", .speedX = 0.015, .speedY = 0.06, .alpha = fade(2, 1, 0.7)});
   show.add("one spark", breath, stroke - breath, smoke,
            glow("light6", centred(slide(0.02, 0.05), slide(0.05, -0.04), 0.14)));
-  addMirrors(show, roll, doubles, breath);
+  addMask(show, roll, doubles, breath);
   addVexedly(show, roll, doubles, breath);
   show.add("last breath", breath, stroke - breath, ground + 2, Fade{});
   addLastStroke(show, stroke);
