@@ -10,7 +10,7 @@
 #include "production/textures/palette.h"
 
 // Pale filaments all around a camera that sees nearly everything: it moves within about 90 units of the
-// middle and looks out to 175. What is near becomes long sweeping strokes. Seven of them spell the name,
+// middle and looks out to 175. What is near becomes long sweeping strokes. Some of them spell the name,
 // once.
 
 namespace vex {
@@ -53,30 +53,37 @@ std::vector<Vector> strandPath(int strand) {
 
 // --- The name, which some strands spell for the camera at scene time 0 and for no other
 
-struct Letter {
-  float left;                    // on the screen, -1 to 1
-  std::vector<PlanePoint> line;  // in heights of an x, from the foot upwards
+// A stroke of the pen, which a strand of its own draws.
+struct Stroke {
+  float left;                    // of its letter on the screen, -1 to 1
+  std::vector<PlanePoint> line;  // in heights of an x
 };
 
-const std::vector<PlanePoint> a{{0.8f, 0.72f}, {0.62f, 0.95f}, {0.36f, 1},     {0.1f, 0.82f}, {0, 0.5f},
-                                {0.1f, 0.18f}, {0.36f, 0},     {0.62f, 0.05f}, {0.8f, 0.28f}, {0.8f, 0.62f},
-                                {0.8f, 1},     {0.8f, 0.5f},   {0.8f, 0}};
-// A stem whose upper part is given, and the arch that springs from its foot.
-std::vector<PlanePoint> arched(std::vector<PlanePoint> stem) {
-  stem.insert(
-      stem.end(),
-      {{0, 0.5f}, {0, 0}, {0, 0.4f}, {0.1f, 0.82f}, {0.4f, 1}, {0.68f, 0.82f}, {0.74f, 0.45f}, {0.74f, 0}});
-  return stem;
+constexpr float atH = -0.605f, atA = -0.413f, atL = -0.198f, atV = -0.084f, atSecondA = 0.12f, atN = 0.334f,
+                atE = 0.524f;
+
+// The bowl of an a, from its stem around and back to it.
+const std::vector<PlanePoint> bowl{{0.8f, 0.70f},  {0.66f, 0.93f}, {0.4f, 1},      {0.12f, 0.84f}, {0, 0.5f},
+                                   {0.12f, 0.16f}, {0.4f, 0},      {0.66f, 0.07f}, {0.8f, 0.30f}};
+const std::vector<PlanePoint> shoulder{{0.02f, 0.44f}, {0.12f, 0.80f}, {0.42f, 1},
+                                       {0.70f, 0.82f}, {0.76f, 0.45f}, {0.76f, 0}};
+
+std::vector<PlanePoint> stem(float x, float top) {
+  return {{x, top}, {x, 0.66f * top}, {x, 0.33f * top}, {x, 0}};
 }
 
-const Letter name[] = {
-    {-0.605f, arched({{0, 1.64f}, {0, 1.2f}})},
-    {-0.413f, a},
-    {-0.198f, {{0, 1.64f}, {0, 1.2f}, {0, 0.6f}, {0, 0}}},
-    {-0.084f, {{0, 1}, {0.22f, 0.5f}, {0.42f, 0.02f}, {0.46f, 0.02f}, {0.66f, 0.5f}, {0.88f, 1}}},
-    {0.12f, a},
-    {0.334f, arched({{0, 1}})},
-    {0.524f,
+const Stroke name[] = {
+    {atH, stem(0, 1.64f)},
+    {atH, shoulder},
+    {atA, bowl},
+    {atA, stem(0.82f, 1)},
+    {atL, stem(0, 1.64f)},
+    {atV, {{0, 1}, {0.22f, 0.5f}, {0.4f, 0.06f}, {0.44f, 0}, {0.48f, 0.06f}, {0.66f, 0.5f}, {0.88f, 1}}},
+    {atSecondA, bowl},
+    {atSecondA, stem(0.82f, 1)},
+    {atN, stem(0, 1)},
+    {atN, shoulder},
+    {atE,
      {{0.03f, 0.53f},
       {0.4f, 0.53f},
       {0.82f, 0.53f},
@@ -86,7 +93,7 @@ const Letter name[] = {
       {0, 0.5f},
       {0.1f, 0.18f},
       {0.42f, 0},
-      {0.76f, 0.16f}}},
+      {0.78f, 0.18f}}},
 };
 
 const Vector nameEye = Vector(std::cos(0.3f), std::sin(0.3f), std::cos(0.3f)) * 50;
@@ -98,31 +105,48 @@ Vector seen(float x, float y, float depth) {
   return nameEye + (ahead + right * (x * reach * 16 / 9) + cross(right, ahead) * (y * reach)) * depth;
 }
 
-// It comes from above the picture and leaves below.
-std::vector<Vector> letterPath(const Letter& letter, int strand) {
+constexpr int tailPoints = 2;  // of a strand, before its stroke and after it
+
+// How much of the way along a strand lies before its stroke, and as much after it.
+float tailOf(const Stroke& stroke) {
+  return tailPoints / static_cast<float>(stroke.line.size() + 2 * tailPoints - 1);
+}
+
+// It comes from above the picture in the direction in which the pen sets out, and leaves below. Neighbours
+// lie at even depths, so that a stroke leans, but stays whole, when it is seen from elsewhere.
+std::vector<Vector> strokePath(const Stroke& stroke, int strand) {
   constexpr float width = 0.108f, height = 0.177f, foot = -0.057f;
-  const auto at = [&](PlanePoint p, float depth) {
-    return seen(letter.left + p.x * width, foot + p.y * height, depth);
+  const auto at = [&](float x, float y, float depth) {
+    return seen(stroke.left + x * width, foot + y * height, depth);
   };
   const float lean = chance(strand, 8) - 0.5f;
-  const PlanePoint first = letter.line.front(), last = letter.line.back();
-  std::vector<Vector> path{at({first.x + 5 * lean, first.y + 9}, 150),
-                           at({first.x + lean, first.y + 2.5f}, 80)};
-  for (std::size_t i = 0; i < letter.line.size(); ++i)
-    path.push_back(at(letter.line[i], 44 + 14 * gradientNoise(static_cast<float>(i) * 0.35f,
-                                                              static_cast<float>(strand) + 0.5f, 0, 54)));
-  path.push_back(at({last.x - lean, last.y - 2.5f}, 80));
-  path.push_back(at({last.x - 5 * lean, last.y - 9}, 150));
+  const auto tail = [](PlanePoint end, PlanePoint inwards) {
+    const float x = end.x - inwards.x, y = end.y - inwards.y, far = std::hypot(x, y);
+    return PlanePoint{end.x + 0.4f * x / far, end.y + 0.4f * y / far};
+  };
+  const std::vector<PlanePoint>& line = stroke.line;
+  const PlanePoint in = tail(line[0], line[1]), out = tail(line.back(), line[line.size() - 2]);
+  constexpr float depth = 44;
+  std::vector<Vector> path{at(in.x + 3 * lean, in.y + 9, 1.4f * depth), at(in.x, in.y, depth)};
+  for (std::size_t i = 0; i < line.size(); ++i)
+    path.push_back(at(
+        line[i].x, line[i].y,
+        depth + 9 * gradientNoise(static_cast<float>(i) * 0.2f, static_cast<float>(strand) + 0.5f, 0, 54)));
+  path.push_back(at(out.x, out.y, depth));
+  path.push_back(at(out.x - 3 * lean, out.y - 9, 1.4f * depth));
   return smoothPath(path, 2 * pieces);
 }
 
-// Two bands that cross in the strand, so that it is a thread of light from all sides; `half` is half their
-// width on the way along it, in units at 150 from `eye`, and as much more as it is farther away.
-Surface thread(const std::vector<Vector>& path, const Vector& eye,
+// One band that faces `eye`, or two that cross in the strand, so that it is a thread of light from all sides;
+// `half` is half their width on the way along it, in units at 150 from `eye`, and as much more as it is
+// farther away.
+enum class Bands { one, crossed };
+Surface thread(const std::vector<Vector>& path, const Vector& eye, Bands bands,
                const std::function<float(float t)>& half) {
   const auto last = static_cast<int>(path.size()) - 1;
   Surface both;
-  for (const bool upright : {false, true})
+  for (const bool upright : {false, true}) {
+    if (upright && bands == Bands::one) break;
     append(both, sheet(1, last, [&](float s, float t) {
              const int i = static_cast<int>(std::lround(t * static_cast<float>(last)));
              const Vector gaze = path[static_cast<std::size_t>(i)] - eye;
@@ -133,6 +157,7 @@ Surface thread(const std::vector<Vector>& path, const Vector& eye,
                     (upright ? unit(cross(along, across)) : across) *
                         ((2 * s - 1) * half(t) * gaze.length() / 150);
            }));
+  }
   return both;
 }
 
@@ -140,7 +165,7 @@ Surface thread(const std::vector<Vector>& path, const Vector& eye,
 // it. Less towards the sides of so wide a view, which draws them out.
 std::function<float(float)> broadPen(const std::vector<Vector>& path) {
   return [&path](float t) {
-    constexpr float hair = 4.2f, full = 13;
+    constexpr float hair = 5, full = 12;
     const auto last = static_cast<int>(path.size()) - 1,
                i = static_cast<int>(std::lround(t * static_cast<float>(last)));
     const auto gaze = [&](int k) {
@@ -167,9 +192,12 @@ Canvas strandPicture(const Settings& settings) {
     const float glow = 0.3f * std::pow(clamp01(1 - x * x), 3.0f);
     const float across = 0.7f * std::exp(-x * x * 26) + glow;
     const float pulse = 0.5f + 0.5f * fractal(0.4f, v * 9, 0, 3, 0.55f, 61);
-    if (letter)
-      return gradient(boneRamp, (0.9f * smoothStep(0.62f, 0.36f, std::fabs(x)) + glow) *
-                                    smoothStep(0.70f * letterStart, 1.02f * letterStart, std::min(v, 1 - v)));
+    if (letter) {
+      const float end = std::min(v, 1 - v);
+      const float light = mix(0.22f * smoothStep(0, 0.5f * letterStart, end), 1.0f,
+                              smoothStep(0.86f * letterStart, 1.02f * letterStart, end));
+      return gradient(boneRamp, (0.9f * smoothStep(0.62f, 0.36f, std::fabs(x)) + glow) * light);
+    }
     const float ends = smoothStep(0.01f, 0.2f, v) * smoothStep(0.99f, 0.8f, v);
     return gradient(boneRamp, 0.4f * across * ends * (0.55f + 0.45f * pulse));
   });
@@ -182,16 +210,20 @@ Surface mapped(Surface strand, bool letter) {
   return strand;
 }
 
-// The way to the letter and from it, two of its pieces each, lies where the picture is dark.
-Surface letterThread(const Letter& letter, int strand) {
-  const std::vector<Vector> path = letterPath(letter, strand);
-  Surface made = mapped(thread(path, nameEye, broadPen(path)), true);
-  const float way = 2 / static_cast<float>(letter.line.size() + 3);
+// Where no letter is, a strand is a wire, as far as the picture is dark.
+Surface strokeThread(const Stroke& stroke, int strand) {
+  const std::vector<Vector> path = strokePath(stroke, strand);
+  const float tail = tailOf(stroke);
+  const std::function<float(float)> pen = broadPen(path);
+  Surface made = mapped(
+      thread(path, nameEye, Bands::one,
+             [&](float t) { return mix(1.2f, pen(t), smoothStep(0.8f * tail, tail, std::min(t, 1 - t))); }),
+      true);
   for (Triangle& triangle : made.triangles)
     for (Uv& at : triangle.uv) {
       const float end = std::min(at.v, 1 - at.v);
       const float moved =
-          end < way ? end * letterStart / way : mix(letterStart, 0.5f, (end - way) / (0.5f - way));
+          end < tail ? end * letterStart / tail : mix(letterStart, 0.5f, (end - tail) / (0.5f - tail));
       at.v = at.v < 0.5f ? moved : 1 - moved;
     }
   return made;
@@ -201,11 +233,11 @@ Model layerWide(const Settings& settings) {
   Surface all;
   for (int strand = 0; strand < strands; ++strand) {
     const float thick = 2 + 5 * chance(strand, 5) * chance(strand, 6) * chance(strand, 7);
-    append(all, mapped(thread(strandPath(strand), Vector(0, 0, 0),
+    append(all, mapped(thread(strandPath(strand), Vector(0, 0, 0), Bands::crossed,
                               [&](float t) { return thick * (0.25f + 0.75f * std::sin(pi * t)); }),
                        false));
   }
-  for (int i = 0; i < static_cast<int>(std::size(name)); ++i) append(all, letterThread(name[i], strands + i));
+  for (int i = 0; i < static_cast<int>(std::size(name)); ++i) append(all, strokeThread(name[i], strands + i));
 
   Stage stage;
   stage.materials = {{.name = "strand",

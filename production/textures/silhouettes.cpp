@@ -170,7 +170,10 @@ float windowLight(float x, float height, int row) {
     if (hashUnit(i * 3 + bay, floor, 213) > 0.22f) continue;
     const float dx = (across - 0.5f * static_cast<float>(bay - 1)) * tower.half,
                 dy = height - (static_cast<float>(floor) + 0.5f) * storey;
-    return coverage(box(dx, dy, 0.0032f, 0.012f), 0.003f);
+    constexpr float half = 0.0034f, springs = 0.005f;  // of a pointed arch
+    const float outside = dy > springs ? std::hypot(std::fabs(dx) + half, dy - springs) - 2 * half
+                                       : box(dx, dy + 0.0035f, half, 0.0085f);
+    return std::max(coverage(outside, 0.0015f), 0.5f * std::exp(-std::max(outside, 0.0f) / 0.006f));
   }
   return 0;
 }
@@ -192,9 +195,10 @@ float masonry(float x, float height, int row) {
 }
 
 // Paler with distance; the light behind creeps around the near ones' edges. Sinks into haze at the foot.
-Canvas spires(const Settings& settings, const Hue& hue) {
-  constexpr int finer = 5, nearRow = 2, farRow = 5;
-  const int width = settings.side(1024), samples = width * finer;
+Canvas spiresOf(const Settings& settings, const Hue& hue, int side, int finer) {
+  constexpr int nearRow = 2, farRow = 5;
+  const int width = settings.side(side), samples = width * finer;
+  const int rimReach = samples / 366;
   std::vector<float> nearTops, farTops;  // of each column of samples
   for (int i = 0; i < samples; ++i) {
     const float x = 4 * (static_cast<float>(i) + 0.5f) / static_cast<float>(samples);
@@ -208,21 +212,30 @@ Canvas spires(const Settings& settings, const Hue& hue) {
           std::clamp(static_cast<int>(u * static_cast<float>(samples)) + aside, 0, samples - 1))];
     };
     const bool near = height < topOf(nearTops, 0), far = height < topOf(farTops, 0);
-    // How near the edge is, in steps of a fifth of a texel to both sides.
+    // How near the edge is, in samples to both sides.
     float rim = 0;
-    for (int step = 1; step <= 14 && rim == 0; ++step)
+    for (int step = 1; step <= rimReach && rim == 0; ++step)
       if (height > std::min(topOf(near ? nearTops : farTops, step), topOf(near ? nearTops : farTops, -step)))
-        rim = 1 - 0.065f * static_cast<float>(step);
+        rim = 1 - 0.91f * static_cast<float>(step) / static_cast<float>(rimReach);
     const float burns = rim * smoothStep(0.08f, 0.4f, height);
     Colour4 colour =
         near ? ink +
-                   gradient(hue.ramp, 0.02f + 0.1f * masonry(u * 4, height / 0.8f, nearRow) + 0.46f * burns) +
+                   gradient(hue.ramp, 0.01f + 0.1f * masonry(u * 4, height / 0.8f, nearRow) + 0.56f * burns) +
                    gradient(hue.ramp, 0.85f) * windowLight(u * 4, height, nearRow)
              : ink + gradient(hue.ramp, 0.15f + 0.22f * burns);
     colour = colour + gradient(hue.ramp, 0.16f * smoothStep(0.3f, 0.0f, height));
     colour.a = (near || far ? 1.0f : 0.0f) * smoothStep(0.0f, 0.05f, height) * smoothStep(0.0f, 0.03f, v);
     return colour;
   });
+}
+
+Canvas spires(const Settings& settings, const Hue& hue) {
+  return spiresOf(settings, hue, 1024, 5);
+}
+
+// For cameras that come close.
+Canvas nearSpires(const Settings& settings, const Hue& hue) {
+  return spiresOf(settings, hue, 2048, 3);
 }
 
 }  // namespace
@@ -233,7 +246,7 @@ Products silhouettePictures() {
   products.push_back(make("figure_", emberHue, 1, figure));
   products.push_back(make("figure_", tealHue, 1, figure));
   products.push_back(make("thorn_", boneHue, 6, brambles));
-  products.push_back(make("spires_", boneHue, 2, spires));
+  products.push_back(make("spires_", boneHue, 5, nearSpires));
   products.push_back(make("spires_", emberHue, 2, spires));
   return products;
 }
