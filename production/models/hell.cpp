@@ -370,6 +370,7 @@ Model hellModel(const Settings& settings) {
                           .material = "depths",
                           .motion = mirroredMotion()});
   stage.meshes.push_back({.name = "ringbelow", .surface = ringInLake(), .material = "darkiron"});
+  stage.meshes.push_back({.name = "piersbelow", .surface = piersInLake(), .material = "depths"});
   const int quads = static_cast<int>(2 * lakeReach / tileSize);
   stage.meshes.push_back({.name = "Lava",
                           .surface = mappingScaled(plane(2 * lakeReach, 2 * lakeReach, quads, quads),

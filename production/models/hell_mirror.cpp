@@ -25,6 +25,17 @@ Surface sphereInLake() {
   return placed(withoutMapping(sphere(sphereRadius, 24, 8)), moved(inLake(sphereCentre)));
 }
 
+// Shafts without anything on them: from under the lake they hang from its roof.
+Surface piersInLake() {
+  constexpr float thick = 17, deep = 190;
+  Surface all;
+  for (const float side : {-1.0f, 1.0f})
+    for (const int place : {-2, -1, 0, 1, 2})
+      append(all, placed(withoutMapping(lathe({{thick, -deep}, {thick, -0.9f}}, 10, 90)),
+                         moved(side * naveHalf, 0, bay * static_cast<float>(place))));
+  return all;
+}
+
 Surface ringInLake() {
   return placed(withoutMapping(torus(sphereRadius + 14, 2.8f, 28, 4)), shackleTilt() >> stretched(1, -1, 1));
 }

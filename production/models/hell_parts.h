@@ -58,6 +58,7 @@ geometry::Placement inLake(const geometry::Placement& turn);
 Vector inLake(const Vector& place);
 geometry::Surface sphereInLake();
 geometry::Surface ringInLake();
+geometry::Surface piersInLake();
 
 // --- Cameras
 

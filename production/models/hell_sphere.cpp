@@ -120,10 +120,19 @@ Placement childsPlace() {
 
 // The same being that lies in the jar, a little fuller, so that its hands hold together at this size.
 Surface child() {
-  const Surface being =
-      simplified(compacted(isosurface([](const Vector& p) { return laboratory::beingDistance(p) - 0.7f; },
-                                      {.bounds = {Vector(-30, -43, -23), Vector(29, 39, 23)}, .cell = 1.7f})),
-                 2050);
+  const auto distance = [](const Vector& p) { return laboratory::beingDistance(p) - 0.7f; };
+  // It is seen against the fire, and from one side: its outline gets the triangles.
+  const auto outline = [&](const Vector& p) {
+    constexpr float step = 0.4f;
+    const Vector normal = unit(Vector(distance(p + Vector(step, 0, 0)) - distance(p - Vector(step, 0, 0)),
+                                      distance(p + Vector(0, step, 0)) - distance(p - Vector(0, step, 0)),
+                                      distance(p + Vector(0, 0, step)) - distance(p - Vector(0, 0, step))));
+    const float turned = std::fabs(normal.z);
+    return 0.02f + 12 * std::exp(-turned * turned * 14);
+  };
+  const Surface being = simplified(
+      compacted(isosurface(distance, {.bounds = {Vector(-30, -43, -23), Vector(29, 39, 23)}, .cell = 1.15f})),
+      2050, outline);
   return placed(being, childsPlace());
 }
 

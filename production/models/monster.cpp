@@ -78,6 +78,7 @@ StageCamera camera(const char* name, float fieldDegrees, const std::vector<Vecto
 
 // A short shot on an accent, entered at this time: a blow, then it drifts.
 constexpr float struckFrom = 10.2f, struckSeconds = 2;
+constexpr float stingFrom = 5, clawFrom = 3.2f;
 StageCamera struck(const char* name, float fieldDegrees, const std::vector<Vector>& eye,
                    const std::vector<Vector>& target) {
   return cameraDuring({.name = name, .fieldDegrees = fieldDegrees, .far = 2500}, shotSeconds, struckFrom,
@@ -124,14 +125,24 @@ std::vector<StageCamera> cameras() {
       struck("above", 70, {Vector(70, 150, 150), Vector(104, 186, 196), Vector(116, 204, 214)},
              {Vector(40, 100, 10), Vector(50, 96, -20), Vector(52, 94, -24)}),
       // The four strokes: it stands right and left by turns, and beside it is dark.
-      struck("stroke_far", 64, {Vector(62, 56, 320), Vector(54, 60, 280), Vector(52, 62, 270)},
-             {Vector(-86, 88, 0), Vector(-84, 90, 0), Vector(-84, 90, 0)}),
+      // The first has looked up at the sting before, when it darts.
+      handedOver(cameraDuring({.name = "stroke_far", .fieldDegrees = 64, .far = 2500}, shotSeconds, stingFrom,
+                              1, {Vector(52, 196, 128), Vector(44, 194, 120), Vector(32, 190, 110)},
+                              {Vector(-12, 200, -30), Vector(-12, 200, -30), Vector(-10, 198, -30)}),
+                 8,
+                 struck("", 64, {Vector(62, 56, 320), Vector(54, 60, 280), Vector(52, 62, 270)},
+                        {Vector(-86, 88, 0), Vector(-84, 90, 0), Vector(-84, 90, 0)})),
       struck("stroke_low", 66, {Vector(-84, 24, 256), Vector(-64, 26, 232), Vector(-62, 26, 230)},
              {Vector(80, 112, 0), Vector(76, 114, 0), Vector(76, 114, 0)}),
       struck("stroke_high", 66, {Vector(-70, 236, 150), Vector(-62, 222, 170), Vector(-60, 220, 173)},
              {Vector(-62, 84, 0), Vector(-58, 84, -10), Vector(-57, 84, -11)}),
-      struck("stroke_face", 60, {Vector(-30, 122, 236), Vector(-24, 121, 204), Vector(-20, 120, 196)},
-             {Vector(56, 106, 50), Vector(50, 106, 50), Vector(48, 106, 50)}),
+      // The last has been before its face when it lifts its right claw.
+      handedOver(cameraDuring({.name = "stroke_face", .fieldDegrees = 60, .far = 2500}, shotSeconds, clawFrom,
+                              1, {Vector(-64, 112, 206), Vector(-60, 113, 200), Vector(-54, 114, 190)},
+                              {Vector(-12, 116, 80), Vector(-11, 116, 80), Vector(-8, 117, 80)}),
+                 8,
+                 struck("", 60, {Vector(-30, 122, 236), Vector(-24, 121, 204), Vector(-20, 120, 196)},
+                        {Vector(56, 106, 50), Vector(50, 106, 50), Vector(48, 106, 50)})),
       // Its head in the middle of the dark, from afar.
       camera("caged", 46,
              {Vector(24, 96, 330), Vector(18, 98, 310), Vector(-14, 98, 300), Vector(-24, 96, 290)},
@@ -191,7 +202,7 @@ std::vector<StageMaterial> materials() {
       metal("shell", "chrome", {0.18f, 0.18f, 0.18f}, {0.8f, 0.8f, 0.84f}),
       metal("mirror", "chrome", {0.3f, 0.3f, 0.3f}, {0.85f, 0.85f, 0.85f}, 0.8f),
       metal("deep", "chrome_soft", {0.5f, 0.45f, 0.5f}, {1, 0.9f, 1}),
-      metal("pool", "chrome_soft", {0.12f, 0.04f, 0.1f}, {0.3f, 0.04f, 0.2f}),
+      metal("pool", "chrome_soft", {0.16f, 0.05f, 0.12f}, {0.55f, 0.07f, 0.36f}),
       painted("floor", "monster_floor"),
       painted("iron", "monster_iron"),
       painted("skin", "monster_skin"),

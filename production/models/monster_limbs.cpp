@@ -170,7 +170,9 @@ void addTail(std::vector<Piece>& pieces, Fineness fineness) {
   }
   addChain(pieces, "tail", "abdomen", links, full ? 7 : 4, full ? 5 : 2, 0, [](int link, float t) {
     const auto k = static_cast<float>(link);
-    return turnedX(7 * swing(t, loopSeconds, 1, 0.3f - 0.09f * k)) >>
+    // Once a loop it darts at what stands before it.
+    const float dart = smoothStep(5.36f, 5.56f, t) * smoothStep(6.6f, 5.8f, t);
+    return turnedX(7 * swing(t, loopSeconds, 1, 0.3f - 0.09f * k) + 8 * dart) >>
            turnedZ(9 * swing(t, loopSeconds, 2, -0.12f * k)) >>
            turnedY(6 * swing(t, loopSeconds, 3, 0.1f * k));
   });

@@ -110,4 +110,14 @@ StageCamera cameraDuring(StageCamera camera, float loopSeconds, float from, floa
   return camera;
 }
 
+StageCamera handedOver(StageCamera first, float at, const StageCamera& second) {
+  const auto handOver = [at](MotionKeys& keys, const MotionKeys& later) {
+    for (std::size_t i = 0; i < keys.size(); ++i)
+      if (static_cast<float>(keys[i].frame) >= at * framesPerSecond) keys[i] = later[i];
+  };
+  handOver(first.positions, second.positions);
+  handOver(first.targets, second.targets);
+  return first;
+}
+
 }  // namespace vex

@@ -137,12 +137,27 @@ StageMesh vaultMesh() {
   return mesh;
 }
 
+// Once a loop it roars: from 0 to 1, the head thrown back and the jaw dropped.
+float roar(float t) {
+  return smoothStep(roarOpens, roarOpens + 0.3f, t) * smoothStep(roarOpens + 2.7f, roarOpens + 2, t);
+}
+
+// A turn about the hinge; above 0 the chin sinks.
+MotionKeys hingeTurns(const std::function<float(float t)>& degrees) {
+  const Vector axis = transformedDirection(skullPlacement(), Vector(1, 0, 0));
+  return turnKeys(loopSeconds, 3, [&](float t) { return turned(axis, degrees(t) * pi / 180); });
+}
+
+StageMesh headMesh(const Surface& surface) {
+  StageMesh mesh{.name = "rock", .surface = surface, .pivot = jawHinge(), .material = "rock"};
+  mesh.motion.turns = hingeTurns([](float t) { return -7 * roar(t); });
+  return mesh;
+}
+
 StageMesh jawMesh(const Surface& surface) {
   StageMesh mesh{.name = "jaw", .surface = surface, .pivot = jawHinge(), .material = "jaw"};
-  const Vector axis = transformedDirection(skullPlacement(), Vector(1, 0, 0));
-  mesh.motion.turns = turnKeys(loopSeconds, 20, [axis](float t) {
-    return turned(axis, (1 - std::cos(2 * pi * t / loopSeconds)) * 3.5f * pi / 180);
-  });
+  mesh.motion.turns = hingeTurns(
+      [](float t) { return (1 - std::cos(2 * pi * t / loopSeconds)) * 3.5f * (1 - roar(t)) + 13 * roar(t); });
   return mesh;
 }
 
@@ -197,8 +212,8 @@ Model skullModel(const Settings& settings) {
     BakeLook look = stormLook();
     look.rays = rays;
     // Light lies smoothly on what is flat or small.
-    if (colour == groundColour || colour == boulderColour) look.coarseness = 3;
-    if (side == 1024) look.coarseness = 2;
+    if (colour == groundColour || colour == boulderColour) look.coarseness = side == 1024 ? 6 : 3;
+    if (colour == stoneColour && side == 1024) look.coarseness = 2;
     return bake(surface, obstacles, look,
                 {.side = settings.side(side), .lit = !settings.draft, .wearWidth = 2.2f, .paint = colour});
   };
@@ -209,7 +224,7 @@ Model skullModel(const Settings& settings) {
   stage.meshes.push_back(vaultMesh());
   stage.meshes.push_back({.name = "ground", .surface = ground, .material = "ground"});
   stage.meshes.push_back({.name = "rubble", .surface = stones, .material = "rubble"});
-  stage.meshes.push_back({.name = "rock", .surface = head, .material = "rock"});
+  stage.meshes.push_back(headMesh(head));
   stage.meshes.push_back(jawMesh(lower));
   for (int i = 0; i < spearCount; ++i)
     stage.meshes.push_back({.name = "spear0" + std::to_string(i + 1),
@@ -232,7 +247,7 @@ Model skullModel(const Settings& settings) {
 
   return {stage,
           {picture(head, all, 64, 1024, stoneColour), picture(lower, all, 49, 512, stoneColour),
-           picture(ground, all, 49, 512, groundColour), picture(stones, all, 36, 512, boulderColour),
+           picture(ground, all, 36, 1024, groundColour), picture(stones, all, 36, 512, boulderColour),
            picture(iron, rayTree(iron), 49, 256, spearColour)}};
 }
 
@@ -289,6 +304,14 @@ std::vector<StageCamera> cameras() {
       cameraDuring({.name = "hunted", .fieldDegrees = 58, .far = 5000}, loopSeconds, 10, 1,
                    {Vector(-362, 214, 470), Vector(-334, 216, 486), Vector(-306, 218, 502)},
                    {Vector(-122, 116, 130), Vector(-112, 116, 134), Vector(-102, 116, 138)}),
+      // Beside the second one as it passes before the brow.
+      cameraDuring({.name = "alongside", .fieldDegrees = 62, .far = 5000}, loopSeconds, 5, 1,
+                   {Vector(186, 110, 372), Vector(160, 108, 378), Vector(134, 106, 386)},
+                   {Vector(34, 172, 150), Vector(22, 172, 150), Vector(8, 172, 150)}),
+      // At its feet, as it roars.
+      cameraDuring({.name = "roar", .fieldDegrees = 84, .far = 5000}, loopSeconds, roarOpens - 0.47f, 1.1f,
+                   {Vector(-96, 44, 236), Vector(-84, 40, 214), Vector(-66, 34, 188)},
+                   {Vector(-2, 118, 50), Vector(-4, 120, 50), Vector(-8, 124, 50)}),
   };
 }
 

@@ -2,6 +2,7 @@
 
 #include "production/geometry/forms.h"
 #include "production/geometry/isosurface.h"
+#include "production/geometry/simplify.h"
 #include "production/image/noise3.h"
 #include "production/models/skull_parts.h"
 
@@ -155,12 +156,20 @@ Vector fromDrawnOut(const Vector& w) {
   return faceMiddle + way * (length / r);
 }
 
-Surface body(const Solid& solid, const Bounds& bounds, float cell, const Surface& itsTeeth) {
+// Where a lens comes close: the rims of the sockets and of the nose. At the back none does.
+float closeness(const Vector& p) {
+  const float away = (folded(p) - Vector(34, 118, 66)).length() / 38;
+  const float near = std::exp(-away * away);
+  return 0.35f + 0.65f * smoothStep(-60, 20, p.z) + 9 * near;
+}
+
+Surface body(const Solid& solid, const Bounds& bounds, float cell, int triangles, const Surface& itsTeeth) {
   IsoOptions options;
   options.bounds = bounds;
   options.cell = cell;
   const Solid drawnOut = [&](const Vector& w) { return solid(fromDrawnOut(w)); };
   Surface all = bent(compacted(isosurface(drawnOut, options)), fromDrawnOut);
+  all = simplified(all, triangles - static_cast<int>(itsTeeth.triangles.size()), closeness);
   append(all, itsTeeth, toothPart);
   return placed(all, skullPlacement());
 }
@@ -172,13 +181,13 @@ Placement skullPlacement() {
 }
 
 Surface cranium() {
-  return body(craniumDistance, {Vector(-104, 16, -128), Vector(104, 240, 128)}, 8.1f,
+  return body(craniumDistance, {Vector(-104, 16, -128), Vector(104, 240, 128)}, 5.2f, 9900,
               teethSurface(upperTeeth()));
 }
 
 Surface jaw() {
   return placed(
-      body(jawDistance, {Vector(-100, -50, -42), Vector(100, 116, 124)}, 7.3f, teethSurface(lowerTeeth())),
+      body(jawDistance, {Vector(-100, -50, -42), Vector(100, 116, 124)}, 6, 2700, teethSurface(lowerTeeth())),
       jawOpening(6));
 }
 

@@ -12,7 +12,8 @@
 
 namespace vex::skull {
 
-inline constexpr float loopSeconds = 20;  // of all that moves
+inline constexpr float loopSeconds = 20;    // of all that moves
+inline constexpr float roarOpens = 17.05f;  // its jaws, once a loop
 
 // --- The skull. Its own axes: it stands upright on y = 0, 235 high, its face towards +z.
 

@@ -88,6 +88,10 @@ StageCamera cameraThrough(StageCamera camera, float seconds, const std::vector<V
 StageCamera cameraDuring(StageCamera camera, float loopSeconds, float from, float seconds,
                          const std::vector<Vector>& eye, const std::vector<Vector>& target);
 
+// One camera for two shots: what the first does before a time and the second from then on; both have keys at
+// the same times. The field of sight is the first one's.
+StageCamera handedOver(StageCamera first, float at, const StageCamera& second);
+
 struct Stage {
   std::string name{};  // of the model, for messages
   float seconds = 1;   // length of the longest motion

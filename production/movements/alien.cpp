@@ -121,17 +121,18 @@ void addBreak(Show& show) {
   for (int i = 0; i < 5; ++i)
     addShot(show, "nearer", start + ticks[i].beat / 4, (ticks[i + 1].beat - ticks[i].beat) / 4,
             ticks[i].camera, ticks[i].start, 0.3);
-  show.add("dark", start, over - start, backdrop,
-           Fade{.alpha = line({{0, 0.97},   {0.99, 0.9}, {1, 0.2},    {1.2, 0.2},  {1.45, 0.9}, {1.99, 0.94},
-                               {2, 0.1},    {2.3, 0.1},  {2.4, 0.88}, {2.49, 0.9}, {2.5, 0.08}, {2.8, 0.1},
-                               {2.9, 0.86}, {2.99, 0.9}, {3, 0.05},   {3.3, 0.1},  {3.4, 0.84}, {3.49, 0.9},
-                               {3.5, 0},    {3.75, 0.1}, {3.9, 0.9}})});
+  show.add(
+      "dark", start, over - start, backdrop,
+      Fade{.alpha = line({{0, 0.86},   {0.99, 0.78}, {1, 0.1},    {1.2, 0.1},  {1.45, 0.78}, {1.99, 0.84},
+                          {2, 0.1},    {2.3, 0.1},   {2.4, 0.88}, {2.49, 0.9}, {2.5, 0.08},  {2.8, 0.1},
+                          {2.9, 0.86}, {2.99, 0.9},  {3, 0.05},   {3.3, 0.1},  {3.4, 0.84},  {3.49, 0.9},
+                          {3.5, 0},    {3.75, 0.1},  {3.9, 0.9}})});
   for (const double side : {-1.0, 1.0})
     show.add("eyes in the dark", start, 0.5, backdrop + 1,
              glow("light5", centred(0.03 * side, -0.02, 0.4),
                   line({{0, 0}, {0.1, 1}, {0.5, 1}, {0.7, 1}, {0.75, 0}, {0.85, 0}, {0.9, 1}, {2, 1}})));
   addCubes(show, "cubes", start, 0.5, {0, 0},
-           {.alpha = flashes({0.5, 1, 1.5}, 1, 0.6), .field = zoom(122, 96, 2)}, 4, 1.5);
+           {.alpha = flashes({0.5, 1, 1.5}, 1, 0.42), .field = zoom(122, 96, 2)}, 4, 1.5);
   addShot(show, "from above", over, next - over, overhead, struckFrom);
   addPad(show, over + 0.25, next - over - 0.25, 0.5, 0.52, 1.5, 0.8);
   show.add("vexation", over + 0.25, next - over - 0.25, title,
@@ -188,7 +189,8 @@ void addOrbit(Show& show) {
 void addFlank(Show& show) {
   const double start = barOf("alien cut 6");
   addShot(show, "flank", start, 1, flank, 1.6, 1.2);
-  addShot(show, "sting", start + 1, 1, back, 5.6, 2.1);
+  addShot(show, "sting", start + 1, 0.5, back, 5.6, 2.1);
+  addShot(show, "sting darts", start + 1.5, 0.5, strokeFar, 5);
   addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.1, 0.03));
   addPad(show, start + 1, 1, 0.5, 0.54, 1.5, 0.9);
   show.add("vexer", start + 1, 1, title, vex(chromeEr, 0.74, 0.52, 0.55));
@@ -203,11 +205,13 @@ void addClimax(Show& show) {
   addPinhole(
       show, "the room goes", start + 0.125, hushed - start - 0.125, 0.05, -0.05,
       line({{0, 0.6}, {0.24, 0.46}, {0.25, 0.64}, {0.7, 0.5}, {0.99, 0.42}, {1, 0.64}, {partEnd, 0.38}}));
-  addShot(show, "six eyes", hushed, climax - hushed, hushedEyes, 10, 0.5);
-  addPinhole(show, "but for eyes", hushed, climax - hushed, 0.1, -0.02,
-             line({{0, 0.44}, {0.99, 0.36}, {1, 0.64}, {1.4, 0.38}, {partEnd, 0.33}}));
-  show.add("they close", hushed + 0.25, climax - hushed - 0.25, backdrop,
-           Fade{.alpha = line({{0, 0}, {0.4, 0}, {0.9, 0.88}, {partEnd, 0.95}})});
+  // On the second beat it has lifted a claw into the light.
+  addShot(show, "six eyes", hushed, 0.25, hushedEyes, 10, 0.5);
+  addPinhole(show, "but for eyes", hushed, 0.25, 0.1, -0.02, line({{0, 0.5}, {0.6, 0.4}, {partEnd, 0.34}}));
+  addShot(show, "a claw", hushed + 0.25, climax - hushed - 0.25, strokeFace, 3.2);
+  show.add("it goes into the dark", hushed + 0.25, climax - hushed - 0.25, backdrop,
+           glow("rays_violet", centred(0.1, -0.1, 3), flashes({0}, 0.5, 0)),
+           Fade{.alpha = line({{0, 0}, {0.45, 0.1}, {0.8, 0.85}, {partEnd, 0.96}})});
   addShot(show, "it comes", climax, unison - climax, wide, 11.8, 1.4);
   show.add("blaze behind", climax, unison - climax, backdrop,
            glow("rays_violet", centred(0, -0.1, zoom(2.6, 3.8, 4)), flashes({0, 1, 2, 3}, 0.4, 0.04)));

@@ -3,6 +3,8 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
 using namespace song;
 using namespace show;
 
@@ -102,8 +104,9 @@ void addCathedral(Show& show) {
   const double start = barOf("cathedral"), sphere = barOf("black sphere"), next = barOf("under the lake");
   const Shot past{"aisle", start, 1, aisle, 8.5}, above{"vault", start + 1, 1, crane, 5},
       before{"black sphere", sphere, 1, close, 1},
-      under{"black sphere from the lake", sphere + 1, 1, beneath, 8};
-  for (const Shot& shot : {past, above, before, under}) addShot(show, shot);
+      under{"black sphere from the lake", sphere + 1, 0.5, beneath, 8},
+      along{"along the chain", sphere + 1.5, 0.5, close, 10};
+  for (const Shot& shot : {past, above, before, under, along}) addShot(show, shot);
   addGlow(show, past, "rays_ember", windows, 420, flashes({0, 2}, 0.8, 0.25));
   for (const Shot& shot : {past, above}) addCorona(show, shot, everyBeat, 1);
   addCorona(show, before, everyBeat, 0.7);
@@ -111,9 +114,20 @@ void addCathedral(Show& show) {
     addGlow(show, before, light, windows, 420, flashes(everyBeat, 0.9, 0.35));
   // From below it eclipses what burns; the stone about it stays dark.
   addCorona(show, under, everyBeat, 1);
-  addNight(show, "the vault's dark", sphere + 1, 1);
+  addNight(show, "the vault's dark", sphere + 1, 0.5);
   // The sky burns behind it.
   addGlow(show, under, "haze_ember", Vector(40, 300, 60), 620, flashes({0, 2}, 1, 0.6));
+  // Fire runs up the chain towards us and strikes its end.
+  const Vector ring = mix(hell::sphereCentre, Vector(95, 122, 83), 0.33f), end(95, 122, 83);
+  const double beats = along.bars * beatsPerBar;
+  const Sight running = onScreen(hell::cameras()[along.camera], along.start, 1, beats, [&](float t) {
+    return mix(ring, end, 0.86f * smoothStep(0.02f, 0.92f, t - static_cast<float>(along.start)));
+  });
+  show.add("fire runs up the chain", along.bar, along.bars, haze,
+           glow("light6", centred(running.x, running.y, running.unit * 26), 1),
+           glow("light7", centred(running.x, running.y, running.unit * 9), 1));
+  addCorona(show, along, {0, 1}, 1.2);
+  addGlow(show, along, "rays_ember", hell::sphereCentre, 260, flashes({0, 1}, 0.9, 0.3));
   addSparks(show, "sparks from the seams", sphere, next - sphere, 5,
             {.count = 30, .spread = 8, .speedY = 6, .scatter = 24});
 }
@@ -131,6 +145,12 @@ void addDepths(Show& show) {
     addShot(show, shot);
     addGlow(show, shot, "corona_ember", image, 122, flashes({0, 2}, 1, 0.6));
     addGlow(show, shot, "corona_ember", image, 128, flashes({0, 2}, 0.7, 0.3));
+    // It burns through the melt; on beats its light falls down between the shafts, but not through itself.
+    addGlow(show, shot, "rays_ember", image, 420, flashes({0, 1, 2, 3}, 0.9, 0.35));
+    addGlow(show, shot, "haze_ember", image, 520, flashes({0, 2}, 0.6, 0.25));
+    const Sight disc = sightOf(shot, image);
+    show.add("black sun", shot.bar, shot.bars, haze + 1,
+             Bitmap{.texture = "moon", .at = centred(disc.x, disc.y, disc.unit * 67)});
   }
   addNight(show, "the melt's dark", start, coals - start);
   addHeat(show, "melt about us", start, coals - start, swing(3, 0.05, 0.14));

@@ -168,10 +168,14 @@ void addRoom(Show& show) {
     addGlow(show, shot, "light3", Vector(8, lab::tableHeight, 4), 90, flashes({0.32, 1.02, 2.04}, 0.9, 0.7),
             3.4);
   addGlow(show, into, "light3", lab::windowMiddle, 260, flashes({1.02, 2.04}, 0.6, 0.45), 1.2);
-  addShot(show, against, {.turn = slide(0.12, 0.16)});
-  addLamp(show, against, {0, 2}, 0.9, 0.8);
-  addGlow(show, against, "light3", mix(lab::lampPlace, lab::lampTarget, 0.3f), 250,
-          flashes({0, 2}, 0.8, 0.5));
+  addShot(show, against, {.turn = slide(0.5, 0.56), .skin = {0.3, 0.3, 0.3, 1}});
+  addGlow(show, against, "light3", lab::windowMiddle, 420, flashes({0, 2}, 0.9, 0.6));
+  addGlow(show, against, "haze_teal", lab::windowMiddle, 700, flashes({0, 2}, 0.7, 0.35));
+  // Its heart shows through it, and its breath on the glass.
+  addGlow(show, against, "light4", lab::heartPlace, 40, flashes({0, 0.5, 1, 1.5, 2, 2.5, 3, 3.5}, 0.9, 0.3));
+  const Curve breath = spline({{0, 0}, {0.3, 0.9}, {1.6, 0.1}, {2, 0}, {2.3, 1}, {3.6, 0.15}, {partEnd, 0}});
+  addGlow(show, against, "haze_teal", Vector(-30, 6, 16), 40, breath);
+  addGlow(show, against, "light3", Vector(-30, 6, 16), 22, breath * 0.7);
 }
 
 // The telephone dials the motif; the cigarette burns.
@@ -210,11 +214,18 @@ void addBeam(Show& show) {
 
 // It sleeps, and kicks once.
 void addJar(Show& show) {
-  const Shot shot{"around the jar", 6, 2, jar};
-  addShot(show, shot,
-          {.turn = line({{0, 0.36}, {4.98, 0.545}, {5.1, 0.525}, {5.6, 0.56}, {partEnd, 0.62}}),
-           .lids = line({{0, 0}, {6.5, 0}, {6.7, 0.1}, {7, 0.02}, {partEnd, 0}})});
-  addBeam(show, shot, {0, 2, 4, 6}, 0.5);
+  const Shot shot{"around the jar", 6, 1.5, jar}, seenThrough{"seen through", 7.5, 0.5, stares};
+  addShot(show, shot, {.turn = line({{0, 0.36}, {4.98, 0.545}, {5.1, 0.525}, {5.6, 0.56}, {partEnd, 0.6}})});
+  addBeam(show, shot, {0, 2, 4}, 0.5);
+  // The drums that lead on shine through it: bones, and a heart.
+  const std::vector<double> drums{0, 0.5, 1, 1.5};
+  State state{.turn = slide(0.6, 0.62)};
+  state.skin[0] = flashes(drums, 0.7, 1.15), state.skin[1] = flashes(drums, 1.6, 1.0),
+  state.skin[2] = flashes(drums, 1.6, 0.92), state.skin[3] = flashes(drums, 0.22, 0.9);
+  state.heart = flashes(drums, 0.999);
+  addShot(show, seenThrough, state);
+  addGlow(show, seenThrough, "rays_teal", Vector(10, 10, -20), 240, flashes(drums, 1, 0.1));
+  addGlow(show, seenThrough, "light4", lab::heartPlace, 30, flashes(drums, 0.9, 0.2));
   // Bubbles rise within the glass.
   const Sight jar = sightOf(shot, Vector(0, 0, 0));
   const Curve width = jar.unit * (2 * 0.8 * lab::jarRadius * 9 / 16), height = jar.unit * 74;
@@ -243,20 +254,29 @@ void addEyes(Show& show) {
 
 // The hose swells with the bass, the sprayer hisses.
 void addHose(Show& show) {
-  const Shot along{"hose", 10, 1, hose}, over{"sprayer", 11, 1, sprayer};
+  const Shot along{"hose", 10, 1, hose}, over{"sprayer", 11, 0.5, sprayer},
+      aimed{"before the nozzle", 11.5, 0.5, wakes};
   State state{.turn = slide(0.9, 0.86), .lids = 0.7, .gaze = slide(0.35, 0.6)};
   state.swell = spline({{0, 0}, {0.4, 0.9}, {2, 0.1}, {2.4, 1}, {partEnd, 0.1}});
   state.spray = line({{0, 0}, {1.99, 0}, {2, 40}, {partEnd, 30}});
   addShot(show, along, state);
   state.turn = slide(0.73, 0.68),
-  state.swell = spline({{0, 0.1}, {0.4, 0.9}, {2, 0.2}, {2.4, 1}, {partEnd, 0.6}});
-  state.lids = line({{0, 0.75}, {1.9, 0.75}, {2, 0.1}, {2.2, 0.1}, {2.5, 0.7}, {partEnd, 0.75}});
-  state.spray = line({{0, 100}, {1.5, 60}, {1.99, 60}, {2, 100}, {partEnd, 80}});
+  state.swell = spline({{0, 0.1}, {0.4, 0.9}, {partEnd, 0.2}});
+  state.lids = 0.75;
+  state.spray = line({{0, 100}, {1.5, 60}, {partEnd, 60}});
   addShot(show, over, state);
+  // It sees what it is sprayed from; on the last beat it looks at us.
+  state.turn = slide(0.9, 0.93), state.swell = spline({{0, 0.3}, {0.2, 1}, {partEnd, 0.2}});
+  state.lids = line({{0, 0.1}, {0.3, 0.9}, {partEnd, wideOpen}});
+  state.gaze = line({{0, 0.25}, {0.95, 0.25}, {1.1, 0.6}, {partEnd, 0.6}});
+  state.spray = 100;
+  addShot(show, aimed, state);
+  addGlow(show, aimed, "rays_teal", lab::nozzlePlace, 90, flashes({0, 1}, 0.9, 0.2));
+  addGlow(show, aimed, "light7", lab::nozzlePlace, 26, flashes({0, 1}, 1, 0.3));
+  addGlow(show, aimed, "haze_teal", Vector(20, 14, 10), 120, flashes({0, 1}, 0.8, 0.3));
   addLamp(show, along, {0, 2}, 0.5);
-  addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46,
-          flashes({0, 2}, 0.7, 0.2), 1.4);
-  addGlow(show, over, "haze_teal", Vector(0, 6, 0), 300, flashes({2}, 0.6));
+  addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46, flashes({0}, 0.7, 0.2),
+          1.4);
 }
 
 // Flesh turns to glass in the red light, step by step; bones and a heart show.

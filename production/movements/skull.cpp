@@ -7,6 +7,8 @@
 
 namespace vex {
 
+using namespace image;
+using namespace geometry;
 using namespace song;
 using namespace show;
 
@@ -14,7 +16,22 @@ using namespace screen;
 
 namespace {
 
-enum Camera { wide, low, face, crane, socket, far, left, right, fallen, landing, stalked, hunted };
+enum Camera {
+  wide,
+  low,
+  face,
+  crane,
+  socket,
+  far,
+  left,
+  right,
+  fallen,
+  landing,
+  stalked,
+  hunted,
+  alongside,
+  roar
+};
 
 // --- Words of this world
 
@@ -59,10 +76,11 @@ constexpr Shot shots[] = {{"across the plain", 0, 1.5, wide, 1, 2.2},
                           {"eye 1", 6, 0.5, socket, 4, 4},
                           {"hunt 1", 6.5, 1.5, left, 4, 1.5},
                           {"clouds race", 8, 0.5, low, 12, 2.5},
-                          {"it looks up at them", 8.5, 0.5, right, 12, 2.5},
+                          {"beside a crow", 8.5, 0.5, alongside, 5},
                           {"eyes 2", 9, 0.5, crane, 14, 2},
                           {"hunt 2", 9.5, 0.5, stalked, 3},
-                          {"falls before it", 10, 2, landing, 8},
+                          {"falls before it", 10, 1.5, landing, 8},
+                          {"it roars", 11.5, 0.5, roar, skull::roarOpens - 0.47},
                           {"eye 3", 12, 0.5, socket, 9, 4},
                           {"hunt 3", 12.5, 0.5, hunted, 10},
                           {"falls before us", 13, 1, fallen, 2, 4},
@@ -221,6 +239,21 @@ void addBlazes(Show& show) {
   }
 }
 
+// Fire stands in its throat while it roars.
+void addRoars(Show& show) {
+  const auto throat = [](double) {
+    return mix(skull::jawHinge(), skull::eye(1) * 0.5f + skull::eye(-1) * 0.5f, 0.62f) - Vector(0, 46, 0);
+  };
+  const auto add = [&](double bar, double bars) {
+    addGlows(
+        show, "fire in its throat", bar, bars,
+        {{130, {.texture = "light4", .alpha = line({{0, 0.9}, {0.5, 0.5}, {partEnd, 0.6}})}, throat},
+         {420, {.texture = "haze_ember", .alpha = line({{0, 0.9}, {0.6, 0.5}, {partEnd, 0.4}})}, throat}});
+  };
+  add(skullBar + 11.75, 0.25);
+  add(skullBar + 14.5, 0.5);
+}
+
 // The last of it: one socket's fire swallows the picture.
 void addInferno(Show& show) {
   const double start = skullBar + 15, bars = 0.75;
@@ -284,7 +317,7 @@ void addHalos(Show& show) {
   } halos[] = {{skullBar, 1.5, {0, 0.25, 3, 3.25, 4, 4.25}, -0.28, -0.62},
                {skullBar, 1.5, {0, 0.25, 3, 3.25, 4, 4.25}, 0.26, -0.60},
                {barOf("spears") + 1, 1, {0, 0.25, 1, 1.25, 1.5, 2, 2.5, 3}, 0.26, -0.44},
-               {barOf("clouds race"), 1, {0, 0.25, 1.5, 3}, 0.32, -0.42},
+               {barOf("clouds race"), 0.5, {0, 0.25, 1.5}, 0.32, -0.42},
                {barOf("crow 3 falls"), 1, {0, 1.25, 1.5, 2.5}, -0.42, -0.50}};
   for (const auto& halo : halos)
     show.add("halo", halo.bar, halo.bars, haze,
@@ -300,9 +333,9 @@ void addStorm(Show& show) {
   addStrokes(show, barOf("storm") + 1, 1, {0, 2, 3, 3.5}, 0.9);
   addStrokes(show, barOf("spears"), 2, {0, 1, 2, 3, 4, 5, 5.25, 6, 6.5, 7, 7.5}, 0.9);
   addStrokes(show, barOf("laser 1"), 2, {4, 6.5}, 1.7);
-  addStrokes(show, barOf("clouds race"), 1, {0, 1.5, 3}, 0.9);
+  addStrokes(show, barOf("clouds race"), 1, {0, 1.5, 2, 2.5, 3, 3.25}, 0.9);
   addStrokes(show, barOf("laser 2"), 1, {}, 1.7);
-  addStrokes(show, barOf("crow 2 falls"), 2, {0, 2.5, 4, 5, 6, 7, 7.5}, 1.4);
+  addStrokes(show, barOf("crow 2 falls"), 2, {0, 2.5, 4, 5, 6, 7, 7.25, 7.5}, 1.4);
   addStrokes(show, barOf("laser 3"), 2, {4, 5.25, 6.5}, 1.7);
   addStrokes(show, barOf("heart of the storm"), 2, {0, 0.5, 1, 2, 2.5, 3, 4, 4.5, 5, 6, 6.5}, 1.8);
 }
@@ -314,6 +347,7 @@ void addSkull(Show& show) {
   addHalos(show);
   addFires(show);
   addBlazes(show);
+  addRoars(show);
   addInferno(show);
   for (const Prey& prey : preys) addPrey(show, prey);
   addShots(show);
