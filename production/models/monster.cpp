@@ -127,8 +127,8 @@ std::vector<StageCamera> cameras() {
       // The four strokes: it stands right and left by turns, and beside it is dark.
       // The first has looked up at the sting before, when it darts.
       handedOver(cameraDuring({.name = "stroke_far", .fieldDegrees = 64, .far = 2500}, shotSeconds, stingFrom,
-                              1, {Vector(52, 196, 128), Vector(44, 194, 120), Vector(32, 190, 110)},
-                              {Vector(-12, 200, -30), Vector(-12, 200, -30), Vector(-10, 198, -30)}),
+                              1, {Vector(60, 206, 84), Vector(54, 205, 78), Vector(44, 202, 70)},
+                              {Vector(34, 194, -30), Vector(34, 194, -30), Vector(34, 192, -30)}),
                  8,
                  struck("", 64, {Vector(62, 56, 320), Vector(54, 60, 280), Vector(52, 62, 270)},
                         {Vector(-86, 88, 0), Vector(-84, 90, 0), Vector(-84, 90, 0)})),
@@ -138,8 +138,8 @@ std::vector<StageCamera> cameras() {
              {Vector(-62, 84, 0), Vector(-58, 84, -10), Vector(-57, 84, -11)}),
       // The last has been before its face when it lifts its right claw.
       handedOver(cameraDuring({.name = "stroke_face", .fieldDegrees = 60, .far = 2500}, shotSeconds, clawFrom,
-                              1, {Vector(-64, 112, 206), Vector(-60, 113, 200), Vector(-54, 114, 190)},
-                              {Vector(-12, 116, 80), Vector(-11, 116, 80), Vector(-8, 117, 80)}),
+                              1, {Vector(-64, 122, 262), Vector(-60, 123, 256), Vector(-54, 124, 244)},
+                              {Vector(-18, 144, 80), Vector(-17, 144, 80), Vector(-14, 144, 80)}),
                  8,
                  struck("", 60, {Vector(-30, 122, 236), Vector(-24, 121, 204), Vector(-20, 120, 196)},
                         {Vector(56, 106, 50), Vector(50, 106, 50), Vector(48, 106, 50)})),

@@ -148,7 +148,7 @@ void addStrokes(Show& show, const Shot& shot, const std::vector<double>& beats) 
   addGlow(show, shot, "light4", lab::beaconPlace, 60, flashes(beats, 1, 0), 26);
 }
 
-// Into the room; the lamp ticks as it warms. With the breath we stand behind the child, against the light.
+// Into the room; the lamp ticks as it warms. With the breath the child is black against the window.
 void addRoom(Show& show) {
   const Shot into{"into the room", 0, 1, room}, against{"against the lamp", 1, 1, door};
   addShot(show, into, {.turn = slide(0.44, 0.48)});
@@ -168,14 +168,13 @@ void addRoom(Show& show) {
     addGlow(show, shot, "light3", Vector(8, lab::tableHeight, 4), 90, flashes({0.32, 1.02, 2.04}, 0.9, 0.7),
             3.4);
   addGlow(show, into, "light3", lab::windowMiddle, 260, flashes({1.02, 2.04}, 0.6, 0.45), 1.2);
-  addShot(show, against, {.turn = slide(0.5, 0.56), .skin = {0.3, 0.3, 0.3, 1}});
-  addGlow(show, against, "light3", lab::windowMiddle, 420, flashes({0, 2}, 0.9, 0.6));
-  addGlow(show, against, "haze_teal", lab::windowMiddle, 700, flashes({0, 2}, 0.7, 0.35));
+  addShot(show, against, {.turn = slide(0.5, 0.56), .skin = {0.2, 0.2, 0.2, 1}});
   // Its heart shows through it, and its breath on the glass.
-  addGlow(show, against, "light4", lab::heartPlace, 40, flashes({0, 0.5, 1, 1.5, 2, 2.5, 3, 3.5}, 0.9, 0.3));
+  const std::vector<double> heart{0, 0.5, 1, 1.5, 2, 2.5, 3, 3.5};
+  addGlow(show, against, "light4", lab::heartPlace, 64, flashes(heart, 1, 0.4));
+  addGlow(show, against, "light4", lab::heartPlace, 30, flashes(heart, 1, 0.3));
   const Curve breath = spline({{0, 0}, {0.3, 0.9}, {1.6, 0.1}, {2, 0}, {2.3, 1}, {3.6, 0.15}, {partEnd, 0}});
-  addGlow(show, against, "haze_teal", Vector(-30, 6, 16), 40, breath);
-  addGlow(show, against, "light3", Vector(-30, 6, 16), 22, breath * 0.7);
+  addGlow(show, against, "haze_teal", Vector(-27, 3, 18), 46, breath * 0.55);
 }
 
 // The telephone dials the motif; the cigarette burns.
@@ -219,12 +218,12 @@ void addJar(Show& show) {
   addBeam(show, shot, {0, 2, 4}, 0.5);
   // The drums that lead on shine through it: bones, and a heart.
   const std::vector<double> drums{0, 0.5, 1, 1.5};
-  State state{.turn = slide(0.6, 0.62)};
+  State state{.turn = slide(0.70, 0.73)};
   state.skin[0] = flashes(drums, 0.7, 1.15), state.skin[1] = flashes(drums, 1.6, 1.0),
   state.skin[2] = flashes(drums, 1.6, 0.92), state.skin[3] = flashes(drums, 0.22, 0.9);
   state.heart = flashes(drums, 0.999);
   addShot(show, seenThrough, state);
-  addGlow(show, seenThrough, "rays_teal", Vector(10, 10, -20), 240, flashes(drums, 1, 0.1));
+  addGlow(show, seenThrough, "haze_teal", Vector(0, 10, -30), 260, flashes(drums, 0.8, 0.1));
   addGlow(show, seenThrough, "light4", lab::heartPlace, 30, flashes(drums, 0.9, 0.2));
   // Bubbles rise within the glass.
   const Sight jar = sightOf(shot, Vector(0, 0, 0));
@@ -260,20 +259,20 @@ void addHose(Show& show) {
   state.swell = spline({{0, 0}, {0.4, 0.9}, {2, 0.1}, {2.4, 1}, {partEnd, 0.1}});
   state.spray = line({{0, 0}, {1.99, 0}, {2, 40}, {partEnd, 30}});
   addShot(show, along, state);
-  state.turn = slide(0.73, 0.68),
-  state.swell = spline({{0, 0.1}, {0.4, 0.9}, {partEnd, 0.2}});
+  state.turn = slide(0.73, 0.68), state.swell = spline({{0, 0.1}, {0.4, 0.9}, {partEnd, 0.2}});
   state.lids = 0.75;
   state.spray = line({{0, 100}, {1.5, 60}, {partEnd, 60}});
   addShot(show, over, state);
-  // It sees what it is sprayed from; on the last beat it looks at us.
-  state.turn = slide(0.9, 0.93), state.swell = spline({{0, 0.3}, {0.2, 1}, {partEnd, 0.2}});
+  // The light gives way but for the nozzle; on the last beat it looks at us.
+  state.turn = slide(0.69, 0.74), state.swell = spline({{0, 0.3}, {0.2, 1}, {partEnd, 0.2}});
   state.lids = line({{0, 0.1}, {0.3, 0.9}, {partEnd, wideOpen}});
   state.gaze = line({{0, 0.25}, {0.95, 0.25}, {1.1, 0.6}, {partEnd, 0.6}});
   state.spray = 100;
   addShot(show, aimed, state);
-  addGlow(show, aimed, "rays_teal", lab::nozzlePlace, 90, flashes({0, 1}, 0.9, 0.2));
-  addGlow(show, aimed, "light7", lab::nozzlePlace, 26, flashes({0, 1}, 1, 0.3));
-  addGlow(show, aimed, "haze_teal", Vector(20, 14, 10), 120, flashes({0, 1}, 0.8, 0.3));
+  addGloom(show, aimed.from(), aimed.bars, line({{0, 0}, {0.3, 0.35}, {partEnd, 0.45}}));
+  addGlow(show, aimed, "rays_teal", lab::nozzlePlace, 60, flashes({0, 1}, 1, 0.2));
+  addGlow(show, aimed, "light7", lab::nozzlePlace, 18, flashes({0, 1}, 1, 0.3));
+  addGlow(show, aimed, "haze_teal", Vector(34, 18, 14), 90, flashes({0, 1}, 1, 0.3));
   addLamp(show, along, {0, 2}, 0.5);
   addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46, flashes({0}, 0.7, 0.2),
           1.4);
