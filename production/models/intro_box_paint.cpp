@@ -373,7 +373,10 @@ Outline running(Outline outline, bool counterClockwise) {
 }  // namespace
 
 std::vector<Surface> letterBodies() {
-  constexpr float thick = 16, bevel = 3.2f, front = -5;  // behind the middle of the title
+  constexpr float thick = 16, front = -5;  // behind the middle of the title
+  // The hairline of the e, between its eye and its mouth, has to bear two bevels.
+  constexpr float bevel = 3.2f, bevelWithEye = 2.3f;
+  constexpr PlanePoint fromHairline{-1, 0.75f};
   std::vector<Outline> outlines = titleOutlines();
   std::sort(outlines.begin(), outlines.end(),
             [](const Outline& p, const Outline& q) { return across(p).least < across(q).least; });
@@ -382,13 +385,16 @@ std::vector<Surface> letterBodies() {
     const bool hole = !letters.empty() && across(outline).most < across(letters.back().front()).most;
     if (!hole) letters.emplace_back();
     letters.back().push_back(running(outline, !hole));
+    if (hole)
+      for (PlanePoint& point : letters.back().back()) point.x += fromHairline.x, point.y += fromHairline.y;
   }
   std::vector<Surface> bodies;
   for (const std::vector<Outline>& shape : letters) {
-    const Surface body = bent(withoutBack(extrusion(shape, thick, bevel)), [](const Vector& p) {
-      const float aside = 2 * p.x / titleWidth;  // hollow towards the viewer, as the veils are
-      return titleMiddle + p + Vector(0, 0, front + 12 * aside * aside);
-    });
+    const Surface body = bent(
+        withoutBack(extrusion(shape, thick, shape.size() > 1 ? bevelWithEye : bevel)), [](const Vector& p) {
+          const float aside = 2 * p.x / titleWidth;  // hollow towards the viewer, as the veils are
+          return titleMiddle + p + Vector(0, 0, front + 12 * aside * aside);
+        });
     // Where a bevel meets itself it leaves a triangle without area.
     const Surface solid = compacted(selected(
         body, [&body](const Triangle& triangle) { return areaVector(body, triangle).length() > 0.02f; }));
