@@ -209,9 +209,9 @@ std::vector<StageCamera> cameras() {
           [=](float t) { return Vector(220 + 30 * late(t), 34 + 6 * quick(t), 215 - 60 * slow(t)); },
           [=](float t) { return Vector(4 + 20 * slow(t), 90, -40); }),
       camera(
-          "under", 88,
-          [=](float t) { return around(205 + 14 * late(t), 14 + 4 * quick(t), 0.22f + 0.3f * slow(t)); },
-          [=](float t) { return Vector(-40 + 10 * late(t), 170, 16); }),
+          "under", 92,
+          [=](float t) { return around(200 + 14 * late(t), 13 + 4 * quick(t), 0.26f + 0.06f * slow(t)); },
+          [=](float t) { return Vector(-75 + 10 * late(t), 84, 42); }),
       camera(
           "leaving", 70,
           [=](float t) { return Vector(84 + 16 * gone(t), 30 + 30 * gone(t), 300 + 90 * gone(t)); },

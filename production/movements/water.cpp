@@ -76,6 +76,9 @@ void addSplash(Show& show, double bar) {
              screen::draw(Viewport{})});
 }
 
+// The first drop falls through the gate, before the moon.
+constexpr double dropX = 0.06;
+
 // Where rain strikes the sea seen from above: smaller the farther; and on each beat about what rises from it.
 void addRainRings(Show& show, double bar) {
   std::vector<ScriptCall> calls;
@@ -96,7 +99,7 @@ void addRainRings(Show& show, double bar) {
 // The first drop falls on a dark sea; then, where the sea before us is free, each note of the tune drops a
 // ring, across the sea by its pitch, and a beat later an echo of it.
 void addRings(Show& show) {
-  addRing(show, waterBar + 0.5, -0.1, 0.45, 5, 1.6, 1);
+  addRing(show, waterBar + 0.5, dropX, 0.45, 5, 1.6, 1);
   const double free = barOf("ray from above"), until = barOf("flood");
   for (const auto& [seconds, pitch] : notesOf("glass harp")) {
     const double bar = seconds / secondsPerBar;
@@ -167,10 +170,20 @@ void addMoon(Show& show) {
     show.add("moon", bar, 1, flash + 2, glow("light3", centred(seen.x, seen.y, 0.9), rises * 0.5),
              glow("light7", centred(seen.x, seen.y, 0.34), rises * 0.6));
   };
-  moon(waterBar, gate, 1, 1, line({{0, 0.55}, {2, 0.7}, {2.1, 1}, {partEnd, 1}}));
+  moon(waterBar, gate, 1, 1, line({{0, 0}, {0.3, 0.8}, {2, 0.9}, {2.1, 1}, {partEnd, 1}}));
+  // In the silence it comes out of its cloud: first it alone, then what it lights.
+  const Sight alone = onScreen(water::cameras()[gate], 1, 1, beatsPerBar, water::moonPlace);
+  const double x = alone.x.dots.front().y, y = alone.y.dots.front().y;
+  show.add("moon comes out", waterBar, 0.5, flash + 2,
+           glow("light7", centred(x, y, spline({{0, 0.2}, {0.5, 0.8}, {2, 0.62}}))),
+           glow("streak_bone", centred(x, y, spline({{0, 0.03}, {0.6, 0.12}, {2, 0.1}}), 16),
+                spline({{0, 0}, {0.4, 1}, {2, 0.7}})),
+           glow("light3", centred(x, 0.40, line({{0, 0.3}, {1.4, 0.8}, {2, 0.8}}), 0.9),
+                spline({{0, 0}, {0.6, 0.25}, {2, 0.5}})));
   moon(barOf("rain"), moonlit, 5.6, 0.5, 1);
   moon(barOf("creature"), wide, 0, 1, 1);
   moon(barOf("creature") + 1, glide, 1, 1, 0.5);
+  for (const int bar : {0, 1}) moon(barOf("ebb") + bar, leaving, 5 + bar * secondsPerBar, 1, 0.7);
 }
 
 // Where neck and back leave the sea it foams, and on each beat a ring goes out from there.
@@ -193,16 +206,20 @@ void addFoam(Show& show) {
     for (double beat = 0; beat < shot.bars * beatsPerBar; ++beat) beats.push_back(beat);
     std::vector<ScriptCall> calls;
     for (const Contact& contact : contacts) {
-      const Sight seen = onScreen(water::cameras()[shot.camera], shot.from, shot.speed,
-                                  shot.bars * beatsPerBar, [&](float t) {
-                                    const Vector place = water::beingPlace(contact.place, t);
-                                    return Vector(place.x, 1, place.z);
-                                  });
+      // Its near side hides the line where it leaves the sea.
+      const StageCamera camera = water::cameras()[shot.camera];
+      const Sight seen = onScreen(camera, shot.from, shot.speed, shot.bars * beatsPerBar, [&](float t) {
+        const Vector place = water::beingPlace(contact.place, t);
+        Vector near(camera.position.x - place.x, 0, camera.position.z - place.z);
+        near.normalize();
+        return Vector(place.x, -5, place.z) + near * static_cast<float>(0.46 * contact.wide);
+      });
       const double flat = shot.camera == above ? 2.6 : 7;  // times as wide as high
       const auto lies = [&](double wide) {
         return centred(seen.x, seen.y, seen.unit * (contact.wide * wide / flat), flat);
       };
-      calls.push_back(screen::draw(glow("light3", lies(1.5), flashes(beats, 0.55, 0.4))));
+      calls.push_back(screen::draw(glow("light3", lies(1.7), flashes(beats, 0.8, 0.55))));
+      calls.push_back(screen::draw(glow("light7", lies(1.1), flashes(beats, 0.6, 0.3))));
       calls.push_back(screen::draw(glow("ring_teal", lies(1.9), flashes(beats, 0.8, 0.35))));
     }
     show.part("foam", shot.bar, shot.bars, smoke - 1, std::move(calls));
@@ -226,12 +243,14 @@ void addRay(Show& show) {
     };
     const Sight foot = seen(water::rayFoot), head = seen(rayHead);
     show.add("shafts", it.bar, it.bars, smoke,
-             glow("rays_teal", centred(head.x, -1.0, 2.6), fade(it.rise, 0, 0.7)),
+             glow("rays_teal", centred(head.x, -1.0, 2.6), fade(it.rise, 0, 0.9)),
+             glow("light3", centred(head.x, -0.85, 1.8, 0.5), fade(it.rise, 0, 0.55)),
              glow("haze_teal", centred(head.x, -0.85, 1.6, 0.6), fade(it.rise, 0, 0.7)));
     if (it.pool > 0)
       show.add("light on the sea", it.bar, it.bars, smoke,
                glow("haze_teal", centred(foot.x, foot.y + 0.06, 0.9, 3), fade(it.rise, 0, 0.8)),
-               glow("light3", centred(foot.x, foot.y + 0.03, 0.22, 9), fade(it.rise, 0, 0.7)));
+               glow("light3", centred(foot.x, foot.y + 0.03, 0.30, 8), fade(it.rise, 0, 0.9)),
+               glow("light7", centred(foot.x, foot.y + 0.01, 0.14, 9), fade(it.rise, 0, 0.9)));
   }
 }
 
@@ -276,9 +295,12 @@ void addWater(Show& show) {
   addRainRings(show, barOf("ripples"));
   addSplash(show, barOf("creature") + 0.45);
   addMoon(show);
-  // A single drop is seen to fall where the moon's path is.
-  show.add("it falls", waterBar + 1.2 / beatsPerBar, 0.8 / beatsPerBar, flash + 2,
-           glow("light3", centred(-0.1, spline({{0, -1.3}, {partEnd, 0.45}}), 0.55, 0.035)));
+  // A single drop gathers under the gate's crown, falls past the moon and strikes its path.
+  const Curve falls = spline({{0, -0.37}, {0.6, -0.34}, {0.85, -0.12}, {1.06, 0.25}, {partEnd, 0.45}});
+  show.add("it falls", waterBar + 0.85 / beatsPerBar, 1.15 / beatsPerBar, flash + 3,
+           glow("light7", centred(dropX, falls, 0.13), line({{0, 0}, {0.6, 1}, {partEnd, 1}})),
+           glow("light7", centred(dropX, falls + -0.1, 0.3, 0.07),
+                line({{0, 0}, {0.6, 0}, {0.8, 1}, {partEnd, 1}})));
   // Mist between and before.
   show.add("mist", waterBar, 16, smoke,
            glow("haze_teal", centred(swing(31, -0.35, 0.35), 0.35, 2.0, 2.6), swing(19, 0.08, 0.2)));
@@ -286,7 +308,7 @@ void addWater(Show& show) {
   addRay(show);
   addGlints(show);
   show.add("out of the dark", waterBar, 1, flash + 1,
-           Fade{.alpha = line({{0, 0.62}, {2, 0.5}, {2.15, 0.06}, {2.6, 0}})});
+           Fade{.alpha = line({{0, 0.9}, {0.3, 0.66}, {1.9, 0.34}, {2.1, 0.06}, {2.6, 0}})});
   addDissolve(show);
 }
 
