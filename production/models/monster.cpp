@@ -127,8 +127,8 @@ std::vector<StageCamera> cameras() {
       // The four strokes: it stands right and left by turns, and beside it is dark.
       // The first has looked up at the sting before, when it darts.
       handedOver(cameraDuring({.name = "stroke_far", .fieldDegrees = 64, .far = 2500}, shotSeconds, stingFrom,
-                              1, {Vector(60, 206, 84), Vector(54, 205, 78), Vector(44, 202, 70)},
-                              {Vector(34, 194, -30), Vector(34, 194, -30), Vector(34, 192, -30)}),
+                              1, {Vector(60, 208, 100), Vector(54, 207, 94), Vector(46, 204, 86)},
+                              {Vector(58, 198, -30), Vector(57, 198, -30), Vector(54, 196, -30)}),
                  8,
                  struck("", 64, {Vector(62, 56, 320), Vector(54, 60, 280), Vector(52, 62, 270)},
                         {Vector(-86, 88, 0), Vector(-84, 90, 0), Vector(-84, 90, 0)})),

@@ -305,9 +305,9 @@ std::vector<StageCamera> cameras() {
                    {Vector(-362, 214, 470), Vector(-334, 216, 486), Vector(-306, 218, 502)},
                    {Vector(-122, 116, 130), Vector(-112, 116, 134), Vector(-102, 116, 138)}),
       // Beside the second one as it passes before the brow.
-      cameraDuring({.name = "alongside", .fieldDegrees = 62, .far = 5000}, loopSeconds, 5, 1,
+      cameraDuring({.name = "alongside", .fieldDegrees = 78, .far = 5000}, loopSeconds, 5, 1,
                    {Vector(186, 110, 372), Vector(160, 108, 378), Vector(134, 106, 386)},
-                   {Vector(34, 172, 150), Vector(22, 172, 150), Vector(8, 172, 150)}),
+                   {Vector(34, 158, 150), Vector(22, 160, 150), Vector(8, 163, 150)}),
       // At its feet, as it roars.
       cameraDuring({.name = "roar", .fieldDegrees = 84, .far = 5000}, loopSeconds, roarOpens - 0.47f, 1.1f,
                    {Vector(-96, 44, 236), Vector(-84, 40, 214), Vector(-66, 34, 188)},

@@ -210,7 +210,6 @@ void addClimax(Show& show) {
   addPinhole(show, "but for eyes", hushed, 0.25, 0.1, -0.02, line({{0, 0.5}, {0.6, 0.4}, {partEnd, 0.34}}));
   addShot(show, "a claw", hushed + 0.25, climax - hushed - 0.25, strokeFace, 3.2);
   show.add("it goes into the dark", hushed + 0.25, climax - hushed - 0.25, backdrop,
-           glow("rays_violet", centred(0.1, -0.1, 3), flashes({0}, 0.5, 0)),
            Fade{.alpha = line({{0, 0}, {0.45, 0.1}, {0.8, 0.85}, {partEnd, 0.96}})});
   addShot(show, "it comes", climax, unison - climax, wide, 11.8, 1.4);
   show.add("blaze behind", climax, unison - climax, backdrop,

@@ -117,17 +117,20 @@ void addCathedral(Show& show) {
   addNight(show, "the vault's dark", sphere + 1, 0.5);
   // The sky burns behind it.
   addGlow(show, under, "haze_ember", Vector(40, 300, 60), 620, flashes({0, 2}, 1, 0.6));
-  // Fire runs up the chain towards us and strikes its end.
-  const Vector ring = mix(hell::sphereCentre, Vector(95, 122, 83), 0.33f), end(95, 122, 83);
-  const double beats = along.bars * beatsPerBar;
-  const Sight running = onScreen(hell::cameras()[along.camera], along.start, 1, beats, [&](float t) {
-    return mix(ring, end, 0.86f * smoothStep(0.02f, 0.92f, t - static_cast<float>(along.start)));
-  });
-  show.add("fire runs up the chain", along.bar, along.bars, haze,
-           glow("light6", centred(running.x, running.y, running.unit * 26), 1),
-           glow("light7", centred(running.x, running.y, running.unit * 9), 1));
+  // Fire runs down two chains into the ring, where it strikes on the second beat.
+  for (const Vector& out : {unit(Vector(-1, 0, 0.75f)), unit(Vector(1, 0, -0.75f))}) {
+    const Vector ring = transformed(hell::shackleTilt(), out * (hell::sphereRadius + 17));
+    const Vector fixed(out.x > 0 ? 95.0f : -95.0f, out.x > 0 ? 110.0f : 122.0f, out.x > 0 ? -83.0f : 83.0f);
+    const Sight running = onScreen(
+        hell::cameras()[along.camera], along.start, 1, along.bars * beatsPerBar,
+        [&](float t) { return mix(fixed, ring, clamp01((t - static_cast<float>(along.start)) / 0.47f)); });
+    for (const double size : {16.0, 40.0})
+      show.add("fire runs down a chain", along.bar, along.bars, haze,
+               glow("light6", centred(running.x, running.y, running.unit * size),
+                    line({{0, 1}, {1, 1}, {1.5, 0.2}, {partEnd, 0}})));
+  }
   addCorona(show, along, {0, 1}, 1.2);
-  addGlow(show, along, "rays_ember", hell::sphereCentre, 260, flashes({0, 1}, 0.9, 0.3));
+  addGlow(show, along, "rays_ember", hell::sphereCentre, 260, flashes({1}, 0.9, 0.2));
   addSparks(show, "sparks from the seams", sphere, next - sphere, 5,
             {.count = 30, .spread = 8, .speedY = 6, .scatter = 24});
 }
@@ -150,7 +153,7 @@ void addDepths(Show& show) {
     addGlow(show, shot, "haze_ember", image, 520, flashes({0, 2}, 0.6, 0.25));
     const Sight disc = sightOf(shot, image);
     show.add("black sun", shot.bar, shot.bars, haze + 1,
-             Bitmap{.texture = "moon", .at = centred(disc.x, disc.y, disc.unit * 67)});
+             Bitmap{.texture = "moon", .at = centred(disc.x, disc.y, disc.unit * 48)});
   }
   addNight(show, "the melt's dark", start, coals - start);
   addHeat(show, "melt about us", start, coals - start, swing(3, 0.05, 0.14));
