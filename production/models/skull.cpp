@@ -311,7 +311,7 @@ std::vector<StageCamera> cameras() {
       // At its feet, as it roars.
       cameraDuring({.name = "roar", .fieldDegrees = 84, .far = 5000}, loopSeconds, roarOpens - 0.47f, 1.1f,
                    {Vector(-96, 44, 236), Vector(-84, 40, 214), Vector(-66, 34, 188)},
-                   {Vector(-2, 118, 50), Vector(-4, 120, 50), Vector(-8, 124, 50)}),
+                   {Vector(-2, 107, 50), Vector(-4, 107, 50), Vector(-8, 106, 50)}),
   };
 }
 

@@ -103,7 +103,7 @@ float craniumDistance(const Vector& p) {
   d = smoothJoin(d, ellipsoid(q, Vector(57, 112, 34), Vector(9, 20, 17)), 5);
   // The nose: a heart upside down, cut far in, and a thorn at its foot.
   const float heart = taper(Vector(q.x, q.y, 0), Vector(2.5f, 113, 0), Vector(8.5f, 92, 0), 4.5f, 9.5f);
-  d = smoothCut(d, std::max(heart, 46 - p.z), 5);
+  d = smoothCut(d, std::max(heart, 54 - p.z), 5);
   d = smoothJoin(d, taper(q, Vector(0, 78, 80), Vector(0, 87, 87), 5, 2.0f), 3);
   // The mouth from below.
   d = smoothCut(d, ellipsoid(q, Vector(0, 48, 30), Vector(26, 28, 44)), 6);
