@@ -149,8 +149,8 @@ void addDepths(Show& show) {
     addGlow(show, shot, "corona_ember", image, 122, flashes({0, 2}, 1, 0.6));
     addGlow(show, shot, "corona_ember", image, 128, flashes({0, 2}, 0.7, 0.3));
     // It burns through the melt; on beats its light falls down between the shafts, but not through itself.
-    addGlow(show, shot, "rays_ember", image, 420, flashes({0, 1, 2, 3}, 0.9, 0.35));
-    addGlow(show, shot, "haze_ember", image, 520, flashes({0, 2}, 0.6, 0.25));
+    addGlow(show, shot, "rays_ember", image, 370, flashes({0, 1, 2, 3}, 0.9, 0.35));
+    addGlow(show, shot, "haze_ember", image, 370, flashes({0, 2}, 0.6, 0.25));
     const Sight disc = sightOf(shot, image);
     show.add("black sun", shot.bar, shot.bars, haze + 1,
              Bitmap{.texture = "moon", .at = centred(disc.x, disc.y, disc.unit * 48)});
