@@ -79,7 +79,7 @@ void addBlinks(Show& show) {
       {barOf("backwards 2"), 0.35},
       {barOf("drop fill"), 0.35},
       {33, 0.2},
-      {barOf("alien fill"), 0.2},
+      {barOf("alien fill"), 0.25},
       {barOf("break fill"), 0.3},
       {barOf("break fill 2"), 0.25},
       {barOf("break 2 hushed"), 0.6},
