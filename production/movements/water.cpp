@@ -183,7 +183,6 @@ void addMoon(Show& show) {
   moon(barOf("rain"), moonlit, 5.6, 0.5, 1);
   moon(barOf("creature"), wide, 0, 1, 1);
   moon(barOf("creature") + 1, glide, 1, 1, 0.5);
-  for (const int bar : {0, 1}) moon(barOf("ebb") + bar, leaving, 5 + bar * secondsPerBar, 1, 0.7);
 }
 
 // Where neck and back leave the sea it foams, and on each beat a ring goes out from there.
@@ -214,9 +213,11 @@ void addFoam(Show& show) {
         near.normalize();
         return Vector(place.x, -5, place.z) + near * static_cast<float>(0.46 * contact.wide);
       });
-      const double flat = shot.camera == above ? 2.6 : 7;  // times as wide as high
+      const double flat = shot.camera == above ? 2.6 : 5.5;  // times as wide as high
+      // Seen from higher up, the body goes on for a while under the water.
+      const double below = shot.camera == leaving ? 15 : 5;
       const auto lies = [&](double wide) {
-        return centred(seen.x, seen.y, seen.unit * (contact.wide * wide / flat), flat);
+        return centred(seen.x, seen.y + seen.unit * below, seen.unit * (contact.wide * wide / flat), flat);
       };
       calls.push_back(screen::draw(glow("light3", lies(1.7), flashes(beats, 0.8, 0.55))));
       calls.push_back(screen::draw(glow("light7", lies(1.1), flashes(beats, 0.6, 0.3))));
@@ -241,7 +242,7 @@ void addRay(Show& show) {
     const auto seen = [&](const Vector& place) {
       return onScreen(water::cameras()[it.camera], it.from, 1, it.bars * beatsPerBar, place);
     };
-    const Sight foot = seen(water::rayFoot), head = seen(rayHead);
+    const Sight foot = seen(water::rayFoot), head = seen(rayHead), moon = seen(water::moonPlace);
     show.add("shafts", it.bar, it.bars, smoke,
              glow("rays_teal", centred(head.x, -1.0, 2.6), fade(it.rise, 0, 0.9)),
              glow("light3", centred(head.x, -0.85, 1.8, 0.5), fade(it.rise, 0, 0.55)),
@@ -250,7 +251,8 @@ void addRay(Show& show) {
       show.add("light on the sea", it.bar, it.bars, smoke,
                glow("haze_teal", centred(foot.x, foot.y + 0.06, 0.9, 3), fade(it.rise, 0, 0.8)),
                glow("light3", centred(foot.x, foot.y + 0.03, 0.30, 8), fade(it.rise, 0, 0.9)),
-               glow("light7", centred(foot.x, foot.y + 0.01, 0.14, 9), fade(it.rise, 0, 0.9)));
+               glow("light7", centred(foot.x, foot.y + 0.01, 0.14, 9), fade(it.rise, 0, 0.9)),
+               glow("light7", centred(moon.x, moon.y, 0.30), 0.6));
   }
 }
 
