@@ -25,9 +25,9 @@ struct View {
 };
 constexpr View views[] = {
     {"far motif", 1.5, 0.16, 0.14, 1.3, 0.1, 0.76, 1.0, 0.7, 0, 0, 0, 0, -0.47},
-    {"far motif 2", 2.0, 0.42, 0.28, 3.0, -0.28, 0.86, 1.5, 0.2, 0, 0, 0, -0.36, -0.47},
+    {"far motif 2", 2.0, 0.42, 0.28, 3.0, -0.28, 0.86, 1.5, 0.2, 0, 0, 0, -0.31, -0.47},
     {"far motif 3", 2.6, -0.5, 0.4, 2.1, 0.55, 0.8, 1.2, -0.1, 3.4, -0.3, 0.02, 0.3, -0.44},
-    {"far motif 4", 3.6, 0.14, 0.4, 5.15, -1.56, 1.12, 2.2, 0.3, 4.6, 0.5, 0.2, 0.36, -0.5}};
+    {"far motif 4", 3.6, 0.14, 0.4, 5.15, -1.78, 1.1, 2.2, 0.3, 4.6, 0.5, 0.2, 0.33, -0.5}};
 
 Bitmap townAt(const Curve& width, double seam, double foot, double left) {
   return {.texture = "spires_bone", .at = {width * left + seam, width * -0.43 + foot, width, width * 0.43}};
@@ -48,7 +48,7 @@ void addView(Show& show, const View& view) {
   show.add("night about it", start, bars, front + 1,
            Bitmap{.texture = "vignette", .at = covering(1), .alpha = 0.75, .blend = Blend::darken});
   // A far town, mist before it, and the near one, each faster than the one behind it.
-  const Curve farWidth = slide(view.farTown, view.farTown * 1.04), width = slide(view.town, view.town * 1.22);
+  const Curve farWidth = slide(view.farTown, view.farTown * 1.04), width = slide(view.town, view.town * 1.18);
   const double farFoot = view.foot - 0.12;
   show.add("far town", start, bars, far - 2, townAt(farWidth, view.farSeam, farFoot, -1),
            townAt(farWidth, view.farSeam, farFoot, 0));
