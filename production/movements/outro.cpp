@@ -154,7 +154,7 @@ void addBars(Show& show) {
   add("bars of gold", greetings, closing, chorus, {1.0, 0.72, 0.30});
   // They gather where the balls will lie.
   Copper gathered = chorus;
-  gathered.amplitude = spline({{0, 0.7}, {0.9, 0.1}, {1, 0.75}, {partEnd, 0.5}});
+  gathered.amplitude = line({{0, 0.7}, {0.9, 0.1}, {1, 0.8}, {partEnd, 0.5}});
   add("bars struck", closing, chord, gathered, {0.2, 0.62, 0.66});
   // The first world hides a sun: its streamers flare on the beat.
   for (const double rest : {0.7, 0.2})
@@ -242,9 +242,9 @@ void addBoxOfBalls(Show& show, double first, double second) {
   addStage(show, "box", 2, first, 1, (second - first) * beatsPerBar, look);
 }
 
-// A skull sings on the beats, laughs with the fill, and swallows us.
+// A skull sings on every other beat, and with the fill swallows us.
 void addSkullOfBalls(Show& show, double second) {
-  constexpr double laughs = 6, swallows = 7, gone = 8;
+  constexpr double swallows = 7, gone = 8;
   const auto distance = [](double beat) {
     const double in = std::max(0.0, beat - swallows);
     return smooth(330, 285, beat / 2) - 190 * in * in * in;
@@ -284,21 +284,16 @@ void addSkullOfBalls(Show& show, double second) {
     for (const char* light : {"haze_ember", "light6"})
       addLight("song", light, skullMouth, light[0] == 'h' ? 150 : 70, from, to, slide(1, 0.7));
   };
-  addStage(show, "skull", 1, second, 0, 1, look);
-  for (double beat = 1; beat < laughs; ++beat) {
-    sings(beat, beat + 0.5);
-    addStage(show, "skull", 1, second, beat + 0.5, beat + 1, look);
-  }
-  for (double beat = laughs; beat < swallows; beat += 0.5) {
-    sings(beat, beat + 0.25);
-    addStage(show, "skull", 1, second, beat + 0.25, beat + 0.5, look);
+  for (double beat = 0; beat < swallows; beat += 2) {
+    addStage(show, "skull", 1, second, beat, beat + 1, look);
+    if (beat + 1 < swallows) sings(beat + 1, beat + 2);
   }
   sings(swallows, gone);
   for (const double side : {1.0, -1.0})
     for (double beat = 0; beat < gone; ++beat) {
       const Vector eye(static_cast<float>(side) * skullEye.x, skullEye.y, skullEye.z - 4);
-      addLight("eyes", "light4", eye, 74, beat, beat + 1, flashes({0}, 1, 0.6));
-      addLight("eyes", "light7", eye, 20, beat, beat + 1, flashes({0}, 1, 0.5));
+      addLight("eyes", "light4", eye, 74, beat, beat + 1, flashes({0, 0.5}, 1, 0.5));
+      addLight("eyes", "light7", eye, 20, beat, beat + 1, flashes({0, 0.5}, 1, 0.4));
     }
   show.add("swallowed", second + swallows / beatsPerBar, (gone - swallows) / beatsPerBar, flash + 1,
            Fade{.alpha = spline({{0, 0}, {0.7, 0}, {1, 0.8}})});
