@@ -170,16 +170,16 @@ void addMoon(Show& show) {
     show.add("moon", bar, 1, flash + 2, glow("light3", centred(seen.x, seen.y, 0.9), rises * 0.5),
              glow("light7", centred(seen.x, seen.y, 0.34), rises * 0.6));
   };
-  moon(waterBar, gate, 1, 1, line({{0, 0}, {0.3, 0.8}, {2, 0.9}, {2.1, 1}, {partEnd, 1}}));
+  moon(waterBar, gate, 1, 1, line({{0, 0.8}, {2, 0.9}, {2.1, 1}, {partEnd, 1}}));
   // In the silence it comes out of its cloud: first it alone, then what it lights.
   const Sight alone = onScreen(water::cameras()[gate], 1, 1, beatsPerBar, water::moonPlace);
   const double x = alone.x.dots.front().y, y = alone.y.dots.front().y;
   show.add("moon comes out", waterBar, 0.5, flash + 2,
-           glow("light7", centred(x, y, spline({{0, 0.2}, {0.5, 0.8}, {2, 0.62}}))),
-           glow("streak_bone", centred(x, y, spline({{0, 0.03}, {0.6, 0.12}, {2, 0.1}}), 16),
-                spline({{0, 0}, {0.4, 1}, {2, 0.7}})),
+           glow("light7", centred(x, y, line({{0, 0.5}, {1, 0.76}, {2, 0.64}}))),
+           glow("streak_bone", centred(x, y, line({{0, 0.07}, {1, 0.12}, {2, 0.1}}), 16),
+                line({{0, 0.8}, {0.5, 1}, {2, 0.7}})),
            glow("light3", centred(x, 0.40, line({{0, 0.3}, {1.4, 0.8}, {2, 0.8}}), 0.9),
-                spline({{0, 0}, {0.6, 0.25}, {2, 0.5}})));
+                line({{0, 0.1}, {2, 0.5}})));
   moon(barOf("rain"), moonlit, 5.6, 0.5, 1);
   moon(barOf("creature"), wide, 0, 1, 1);
   moon(barOf("creature") + 1, glide, 1, 1, 0.5);
@@ -310,7 +310,7 @@ void addWater(Show& show) {
   addRay(show);
   addGlints(show);
   show.add("out of the dark", waterBar, 1, flash + 1,
-           Fade{.alpha = line({{0, 0.9}, {0.3, 0.66}, {1.9, 0.34}, {2.1, 0.06}, {2.6, 0}})});
+           Fade{.alpha = line({{0, 0.62}, {1.9, 0.34}, {2.1, 0.06}, {2.6, 0}})});
   addDissolve(show);
 }
 
