@@ -138,8 +138,8 @@ std::vector<StageCamera> cameras() {
              {Vector(-62, 84, 0), Vector(-58, 84, -10), Vector(-57, 84, -11)}),
       // The last has been before its face when it lifts its right claw.
       handedOver(cameraDuring({.name = "stroke_face", .fieldDegrees = 60, .far = 2500}, shotSeconds, clawFrom,
-                              1, {Vector(-64, 122, 262), Vector(-60, 123, 256), Vector(-54, 124, 244)},
-                              {Vector(-18, 144, 80), Vector(-17, 144, 80), Vector(-14, 144, 80)}),
+                              1, {Vector(-60, 122, 228), Vector(-56, 123, 222), Vector(-49, 124, 208)},
+                              {Vector(-20, 150, 80), Vector(-19, 148, 80), Vector(-16, 145, 80)}),
                  8,
                  struck("", 60, {Vector(-30, 122, 236), Vector(-24, 121, 204), Vector(-20, 120, 196)},
                         {Vector(56, 106, 50), Vector(50, 106, 50), Vector(48, 106, 50)})),

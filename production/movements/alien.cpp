@@ -191,6 +191,11 @@ void addFlank(Show& show) {
   addShot(show, "flank", start, 1, flank, 1.6, 1.2);
   addShot(show, "sting", start + 1, 0.5, back, 5.6, 2.1);
   addShot(show, "sting darts", start + 1.5, 0.5, strokeFar, 5);
+  // What drips from it catches the lamp as it strikes.
+  show.add("venom", start + 1.5, 0.5, haze,
+           glow("light5", centred(slide(-0.64, -0.6), -0.2, 0.5), flashes({1}, 0.9)),
+           glow("light7", centred(slide(-0.64, -0.6), -0.2, 0.2), flashes({1}, 1)));
+  addStreak(show, "the lamp answers", start + 1.5, 0.5, -0.2, flashes({1}, 0.8));
   addBreath(show, "breath aside", start, 2, flashes(everyBeat, 0.1, 0.03));
   addPad(show, start + 1, 1, 0.5, 0.54, 1.5, 0.9);
   show.add("vexer", start + 1, 1, title, vex(chromeEr, 0.74, 0.52, 0.55));
