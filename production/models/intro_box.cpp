@@ -345,6 +345,8 @@ std::vector<StageMaterial> materials() {
     const std::string name = "box_veil" + std::to_string(veil + 1);
     all.push_back({.name = name, .texture = name, .diffuse = {1, 1, 1}});
   }
+  all.push_back(painted("letters", "box_lock"));
+  all.back().specular = {0.16f, 0.14f, 0.1f};  // their faces stay dark when they mirror the lamp
   all.push_back({.name = "box_spill", .texture = "box_spill", .diffuse = {1, 1, 1}});
   return all;
 }
@@ -382,7 +384,7 @@ void addLetters(std::vector<StageMesh>& meshes, const Surface& lettersAndLock) {
     meshes.push_back({.name = names[i],
                       .surface = selected(painted, ofThis),
                       .pivot = pivot,
-                      .material = "lock",
+                      .material = "letters",
                       .motion = letterMotion(pivot)});
   }
 }

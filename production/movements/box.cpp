@@ -411,15 +411,15 @@ TitleLight cracking() {
   light.veils.opacity[rim] =
       line({{0, 0.999}, {0.3, 0.25}, {1, 0.2}, {1.03, 0.6}, {1.3, 0.2}, {partEnd, 0.2}});
   light.veils.seconds[rim] = 2;
-  light.veils.opacity[split] = line({{0, 0},
-                                     {0.03, 0.5},
-                                     {0.5, 0.3},
-                                     {0.53, 0.7},
-                                     {1, 0.45},
+  light.veils.opacity[split] = line({{0, 0.2},
+                                     {0.03, 0.8},
+                                     {0.5, 0.6},
+                                     {0.53, 0.999},
+                                     {1, 0.7},
                                      {1.03, 0.999},
-                                     {1.5, 0.6},
+                                     {1.5, 0.8},
                                      {1.53, 0.999},
-                                     {partEnd, 0.8}});
+                                     {partEnd, 0.9}});
   light.veils.seconds[split] = 2;
   light.veils.opacity[spill] =
       line({{0, 0.6}, {0.4, 0.15}, {1, 0.15}, {1.03, 0.5}, {1.4, 0.2}, {partEnd, 0.2}});
