@@ -85,9 +85,37 @@ Balls boxOfBalls(int stage) {
   return balls;
 }
 
+constexpr float worldRadius = 84;
+
+// It is full of light to the brim, and the lid's inside shines with it.
+void addLightWithin(Balls& balls, const Placement& tilted, const Placement& lid) {
+  constexpr float step = 13;
+  for (float z = -78; z <= 78; z += step)
+    for (float x = -78; x <= 78; x += step) {
+      const float r = std::hypot(x, z) / 78;
+      if (r > 1) continue;
+      balls.push_back({transformed(tilted, Vector(x, 2, z)),
+                       mix(Colour4{1, 1, 1}, gradient(emberRamp, 0.86f), r * r), 1.15f});
+      const Vector inside(x, 0.80f * worldRadius * std::sqrt(1 - r * r), z);
+      balls.push_back({transformed(lid >> tilted, inside), gradient(emberRamp, 0.78f - 0.2f * r), 1.2f});
+    }
+}
+
+// Hides the far side.
+void addDarkHeart(Balls& balls) {
+  constexpr int core = 90;
+  constexpr float golden = 2.3999632f;  // radians between two on the spiral
+  for (int i = 0; i < core; ++i) {
+    const float y = 1 - 2 * (static_cast<float>(i) + 0.5f) / core, around = std::sqrt(1 - y * y);
+    const float turn = golden * static_cast<float>(i);
+    balls.push_back(
+        {Vector(around * std::cos(turn), y, around * std::sin(turn)) * 62, {0.06f, 0.02f, 0.02f}, 1.9f});
+  }
+}
+
 // A sealed world with rings about it, one side to its star; then its upper half thrown back like a lid.
 Balls worldOfBalls(int stage) {
-  constexpr float radius = 84, row = 15.5f, dim = 0.07f;
+  constexpr float radius = worldRadius, row = 15.5f, dim = 0.07f;
   const bool opened = stage == 2;
   const Vector star = unit(Vector(-0.24f, 0.36f, 0.90f));
   const Placement tilted = turnedX(16) >> turnedZ(-18);
@@ -122,27 +150,9 @@ Balls worldOfBalls(int stage) {
     }
   }
   if (opened) {
-    // It is full of light to the brim, and the lid's inside shines with it.
-    constexpr float step = 13;
-    for (float z = -78; z <= 78; z += step)
-      for (float x = -78; x <= 78; x += step) {
-        const float r = std::hypot(x, z) / 78;
-        if (r > 1) continue;
-        balls.push_back({transformed(tilted, Vector(x, 2, z)),
-                         mix(Colour4{1, 1, 1}, gradient(emberRamp, 0.86f), r * r), 1.15f});
-        const Vector inside(x, 0.80f * radius * std::sqrt(1 - r * r), z);
-        balls.push_back({transformed(lid >> tilted, inside), gradient(emberRamp, 0.78f - 0.2f * r), 1.2f});
-      }
+    addLightWithin(balls, tilted, lid);
   } else {
-    // A dark heart hides the far side.
-    constexpr int core = 90;
-    constexpr float golden = 2.3999632f;  // radians between two on the spiral
-    for (int i = 0; i < core; ++i) {
-      const float y = 1 - 2 * (static_cast<float>(i) + 0.5f) / core, around = std::sqrt(1 - y * y);
-      const float turn = golden * static_cast<float>(i);
-      balls.push_back(
-          {Vector(around * std::cos(turn), y, around * std::sin(turn)) * 62, {0.06f, 0.02f, 0.02f}, 1.9f});
-    }
+    addDarkHeart(balls);
   }
   for (const auto& [ringRadius, count] : {std::pair{138.0f, 112}, {123.0f, 96}})
     for (int i = 0; i < count; ++i) {
