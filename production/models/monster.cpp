@@ -143,10 +143,10 @@ std::vector<StageCamera> cameras() {
                  8,
                  struck("", 60, {Vector(-30, 122, 236), Vector(-24, 121, 204), Vector(-20, 120, 196)},
                         {Vector(56, 106, 50), Vector(50, 106, 50), Vector(48, 106, 50)})),
-      // Its head in the middle of the dark, from afar.
-      camera("caged", 46,
+      // Its eyes in the middle of the dark, from afar.
+      camera("caged", 28,
              {Vector(24, 96, 330), Vector(18, 98, 310), Vector(-14, 98, 300), Vector(-24, 96, 290)},
-             {Vector(0, 117, 70), Vector(0, 117, 70), Vector(0, 117, 70), Vector(0, 117, 70)}),
+             {Vector(11, 123, 70), Vector(11, 123, 70), Vector(11, 123, 70), Vector(11, 123, 70)}),
       // Down on its eyes, before the dark floor.
       camera("hushed", 44,
              {Vector(46, 178, 172), Vector(30, 172, 166), Vector(16, 166, 160), Vector(0, 160, 154)},

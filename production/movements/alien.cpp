@@ -121,18 +121,21 @@ void addBreak(Show& show) {
   for (int i = 0; i < 5; ++i)
     addShot(show, "nearer", start + ticks[i].beat / 4, (ticks[i + 1].beat - ticks[i].beat) / 4,
             ticks[i].camera, ticks[i].start, 0.3);
+  // In the cage there is nothing but eyes, and once all of it.
+  addPinhole(show, "black about the eyes", start, 0.5, 0, 0,
+             line({{0, 0.3}, {0.99, 0.3}, {1, 0.64}, {1.3, 0.3}, {partEnd, 0.3}}));
   show.add(
       "dark", start, over - start, backdrop,
-      Fade{.alpha = line({{0, 0.86},   {0.99, 0.78}, {1, 0.1},    {1.2, 0.1},  {1.45, 0.78}, {1.99, 0.84},
+      Fade{.alpha = line({{0, 0.35},   {0.99, 0.25}, {1, 0.05},   {1.2, 0.05}, {1.45, 0.25}, {1.99, 0.35},
                           {2, 0.1},    {2.3, 0.1},   {2.4, 0.88}, {2.49, 0.9}, {2.5, 0.08},  {2.8, 0.1},
                           {2.9, 0.86}, {2.99, 0.9},  {3, 0.05},   {3.3, 0.1},  {3.4, 0.84},  {3.49, 0.9},
                           {3.5, 0},    {3.75, 0.1},  {3.9, 0.9}})});
-  for (const double side : {-1.0, 1.0})
-    show.add("eyes in the dark", start, 0.5, backdrop + 1,
-             glow("light5", centred(0.03 * side, -0.02, 0.4),
-                  line({{0, 0}, {0.1, 1}, {0.5, 1}, {0.7, 1}, {0.75, 0}, {0.85, 0}, {0.9, 1}, {2, 1}})));
-  addCubes(show, "cubes", start, 0.5, {0, 0},
-           {.alpha = flashes({0.5, 1, 1.5}, 1, 0.42), .field = zoom(122, 96, 2)}, 4, 1.5);
+  show.add("eyes in the dark", start, 0.5, backdrop + 1,
+           glow("light5", centred(0, 0, 0.8, 1.6),
+                line({{0, 0}, {0.1, 0.25}, {0.7, 0.25}, {0.75, 0}, {0.85, 0}, {0.9, 0.25}, {2, 0.25}})));
+  addCubes(show, "cage", start, 0.5, {0, 0},
+           {.alpha = flashes({0, 0.5, 1, 1.5}, 1, 0.55), .field = zoom(98, 80, 2), .blend = Blend::over}, 4.6,
+           0.7);
   addShot(show, "from above", over, next - over, overhead, struckFrom);
   addPad(show, over + 0.25, next - over - 0.25, 0.5, 0.52, 1.5, 0.8);
   show.add("vexation", over + 0.25, next - over - 0.25, title,
@@ -189,8 +192,15 @@ void addOrbit(Show& show) {
 void addFlank(Show& show) {
   const double start = barOf("alien cut 6");
   addShot(show, "flank", start, 1, flank, 1.6, 1.2);
-  addShot(show, "sting", start + 1, 0.5, back, 5.6, 2.1);
-  addShot(show, "sting darts", start + 1.5, 0.5, strokeFar, 5);
+  // The lamp behind it dims and magenta gathers about it, until it strikes on the fourth beat.
+  const double strike = 1.75, lead = 0.125;
+  addShot(show, "sting", start + 1, strike - lead - 1, back, 5.6, 2.1);
+  addShot(show, "sting darts", start + strike - lead, 2 - strike + lead, strokeFar,
+          5 + cueSeconds(0.25 - lead));
+  show.add("it gathers", start + strike - lead, 2 - strike + lead, backdrop,
+           Fade{.alpha = line({{0, 0.35}, {0.47, 0.6}, {0.5, 0}, {0.65, 0}, {partEnd, 0.35}})},
+           glow("haze_violet", centred(-0.4, -0.45, 1.3, 1.2),
+                line({{0, 0.3}, {0.47, 0.7}, {0.5, 0.9}, {0.8, 0.3}, {partEnd, 0.2}})));
   // What drips from it catches the lamp as it strikes.
   show.add("venom", start + 1.5, 0.5, haze,
            glow("light5", centred(slide(-0.64, -0.6), -0.2, 0.5), flashes({1}, 0.9)),
@@ -207,9 +217,24 @@ void addClimax(Show& show) {
   const double start = barOf("break 2"), hushed = barOf("break 2 hushed"), climax = barOf("climax"),
                unison = barOf("unison");
   addShot(show, "gaze", start, hushed - start, gaze, 9.4, 0.6);
-  addPinhole(
-      show, "the room goes", start + 0.125, hushed - start - 0.125, 0.05, -0.05,
-      line({{0, 0.6}, {0.24, 0.46}, {0.25, 0.64}, {0.7, 0.5}, {0.99, 0.42}, {1, 0.64}, {partEnd, 0.38}}));
+  addPinhole(show, "the room goes", start + 0.125, hushed - start - 0.125, 0.16, -0.05,
+             line({{0, 0.6}, {0.24, 0.46}, {0.25, 0.64}, {0.7, 0.48}, {partEnd, 0.4}}));
+  // Its eyes shut one after the other; the lids move with the head.
+  const struct {
+    double beat, x, y, height;  // where it is at beat 1.5
+  } lids[] = {{0.5, 0.484, -0.139, 0.24},  {0.75, -0.089, -0.097, 0.3}, {1, 0.33, -0.258, 0.24},
+              {1.25, 0.128, -0.258, 0.25}, {1.5, 0.437, 0.078, 0.46},   {1.75, 0.07, 0.097, 0.5}};
+  for (const auto& lid : lids) {
+    const double length = hushed - start - lid.beat / beatsPerBar;
+    const auto drifts = [&](double at, double perBeat) {
+      return slide(at + (lid.beat - 1.5) * perBeat, at + 0.5 * perBeat);
+    };
+    const Curve falls = line({{0, 0}, {0.12, 1}, {partEnd, 1}});
+    const Place shut{drifts(lid.x, -0.055) + -lid.height * 9 / 16, drifts(lid.y, -0.089) + -lid.height / 2,
+                     lid.height * 9 / 8, falls * lid.height};
+    show.add("lid", start + lid.beat / beatsPerBar, length, backdrop + 1, shadow(shut), shadow(shut),
+             shadow(shut));
+  }
   // On the second beat it has lifted a claw into the light.
   addShot(show, "six eyes", hushed, 0.25, hushedEyes, 10, 0.5);
   addPinhole(show, "but for eyes", hushed, 0.25, 0.1, -0.02, line({{0, 0.5}, {0.6, 0.4}, {partEnd, 0.34}}));

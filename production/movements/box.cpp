@@ -267,6 +267,11 @@ void addBuild(Show& show) {
                  .blend = Blend::add});
   show.add("hold", hold, barOf("lid") - hold, title, Fade{},
            Movie{.base = "eye", .at = covering(zoom(2.2, 2.35, 1)), .first = 13, .last = 13});
+  // What it sees opens the pupil wide, at a jump.
+  const double sees = 0.75 / beatsPerBar;
+  const Place pupil = centred(0.02, -0.04, spline({{0, 0.6}, {0.04, 2}, {0.08, 1.68}, {partEnd, 1.75}}));
+  show.add("pupil", hold + sees, barOf("lid") - hold - sees, title + 1, shadow(pupil), shadow(pupil),
+           shadow(pupil));
 }
 
 // The lid goes up, light and smoke pour out.
@@ -528,8 +533,11 @@ void addBackwards(Show& show) {
   rest.push_back(smokeAlongTitle(0));
   rest.push_back(draw(Veils{}));
   show.part("at rest", shut, alienBar - shut, ground, std::move(rest));
-  show.add("last spark", shut, alienBar - shut, subject,
-           glow("streak_acid", {slide(-1.0, -0.2), -0.08, slide(2.0, 0.4), 0.16}, slide(1, 0)));
+  show.add(
+      "last spark", shut, alienBar - shut, subject,
+      // Where the eyes of what comes next will be.
+      glow("streak_acid", {slide(-1.0, -0.3), slide(-0.08, -0.36), slide(2.0, 0.4), 0.16}, slide(1, 0.2)),
+      glow("light2", centred(slide(0, -0.1), slide(0, -0.28), slide(0.1, 0.5)), slide(0.2, 0.9)));
 }
 
 }  // namespace

@@ -119,7 +119,7 @@ void addFinish(Show& show) {
              {{"alien", orb, -0.1, -0.3, 0.8},
               {"break over", rays, 0.38, -0.2, 0.6, 0.8},
               {"split", streak, 0, 0},
-              {"counter voice", rays, 0.27, -0.14, 0.7},
+              {"counter voice", rays, -0.22, -0.3, 0.7},
               {"alien cut 6", orb, -0.12, -0.16, 0.6},
               {"climax", rays, 0.02, -0.5, 1},
               {"unison", streak, 0.05, -0.1, 1.2},
@@ -137,7 +137,8 @@ void addFinish(Show& show) {
 
   // The film's finish ends where the party begins.
   const double film = outroBar;
-  show.add("dust", prologueBar, boxBar, grain - 1,
+  // In the black breath before the box there is grain alone.
+  show.add("dust", prologueBar, boxBar - prologueBar - 0.125, grain - 1,
            Noise{.texture = "dust", .jitterX = 1, .jitterY = 1, .alpha = 0.3, .flicker = 0.2});
   show.add("grain", 0, film, grain,
            Noise{.texture = "grain", .jitterX = 1, .jitterY = 1, .alpha = 0.17, .blend = Blend::add});

@@ -22,12 +22,13 @@ struct View {
   double farTown, farSeam;
   double brambles, brambleX, brambleTop;
   double wordX, wordY;
+  double walkerX = 0;  // of somebody who goes along the roofs, if it is not 0
 };
 constexpr View views[] = {
     {"far motif", 1.5, 0.16, 0.14, 1.3, 0.1, 0.76, 1.0, 0.7, 0, 0, 0, 0, -0.47},
     {"far motif 2", 2.0, 0.42, 0.28, 3.0, -0.28, 0.86, 1.5, 0.2, 0, 0, 0, -0.31, -0.47},
-    {"far motif 3", 2.6, -0.5, 0.4, 2.1, 0.55, 0.8, 1.2, -0.1, 3.4, -0.3, 0.02, 0.3, -0.44},
-    {"far motif 4", 3.6, 0.14, 0.4, 5.15, -1.78, 1.1, 2.2, 0.3, 4.6, 0.5, 0.2, 0.33, -0.5}};
+    {"far motif 3", 2.6, -0.5, 0.4, 2.1, 0.55, 0.8, 1.2, -0.1, 3.4, -0.3, 0.02, 0.3, -0.44, -0.66},
+    {"far motif 4", 3.6, 0.14, 0.4, 5.15, -1.78, 1.1, 2.2, 0.3, 4.6, 0.5, 0.2, 0.42, -0.5}};
 
 Bitmap townAt(const Curve& width, double seam, double foot, double left) {
   return {.texture = "spires_bone", .at = {width * left + seam, width * -0.43 + foot, width, width * 0.43}};
@@ -41,14 +42,14 @@ Bitmap lit(Bitmap town, const Curve& alpha) {
 // Nearer with each note; on it the cloud flares, and the heart runs as light over stone, mist and word.
 void addView(Show& show, const View& view) {
   const double start = barOf(view.cue), bars = 0.5;
-  const Place sky = covering(slide(view.sky, view.sky * 1.05), view.skyX, view.skyY);
+  const Place sky = covering(slide(view.sky, view.sky * 1.1), view.skyX, view.skyY);
   show.add("night", start, bars, backdrop, Bitmap{.texture = "sky_bone", .at = sky},
            glow("sky_bone", sky,
                 line({{0, 1}, {0.15, 0.4}, {0.25, 0.8}, {0.7, 0.3}, {0.75, 0.8}, {partEnd, 0.1}})));
   show.add("night about it", start, bars, front + 1,
            Bitmap{.texture = "vignette", .at = covering(1), .alpha = 0.75, .blend = Blend::darken});
   // A far town, mist before it, and the near one, each faster than the one behind it.
-  const Curve farWidth = slide(view.farTown, view.farTown * 1.04), width = slide(view.town, view.town * 1.18);
+  const Curve farWidth = slide(view.farTown, view.farTown * 1.06), width = slide(view.town, view.town * 1.25);
   const double farFoot = view.foot - 0.12;
   show.add("far town", start, bars, far - 2, townAt(farWidth, view.farSeam, farFoot, -1),
            townAt(farWidth, view.farSeam, farFoot, 0));
@@ -61,6 +62,12 @@ void addView(Show& show, const View& view) {
                rightTown = townAt(width, view.seam, view.foot, 0);
   const Curve rim = flashes(oneStroke, 1);
   show.add("town", start, bars, far, leftTown, rightTown, lit(leftTown, rim), lit(rightTown, rim));
+  // Black before the burning cloud, gone with the next note.
+  if (view.walkerX != 0)
+    show.add("somebody", start, bars, far + 1,
+             Bitmap{.texture = "figure_ember",
+                    .at = centred(slide(view.walkerX - 0.1, view.walkerX + 0.08), swing(0.5, 0.2, 0.215), 0.9,
+                                  0.5)});
   if (view.brambles > 0)
     show.add(
         "brambles", start, bars, front,
@@ -71,9 +78,9 @@ void addView(Show& show, const View& view) {
            glow("streak_bone", {slide(view.skyX - 1.7, view.skyX - 1.3), view.skyY + 0.06, 3, 0.3},
                 flashes({0}, 0.9)));
   show.add("dark behind presents", start, bars, title - 2,
-           shadow(centred(view.wordX, view.wordY, 0.9, 4), 0.45));
+           shadow(centred(view.wordX, view.wordY, 1.0, 4), 0.45));
   const Bitmap word{.texture = "presents1",
-                    .at = centred(view.wordX, view.wordY, slide(0.5, 0.53), 4),
+                    .at = centred(view.wordX, view.wordY, slide(0.58, 0.62), 4),
                     .frames = 2,
                     .glitch = line({{0, 0.9}, {0.3, 0.03}, {1.5, 0.03}, {partEnd, view.town > 5 ? 1 : 0.03}}),
                     .blend = Blend::add};

@@ -70,10 +70,11 @@ namespace {
 
 // --- What it is made of in each world
 
-// What polished metal shows of a bright sky and a dark ground, -1 straight below to 1 straight above.
-float mirrored(float up) {
+// What polished metal shows of a bright sky and a ground that is as dark as `dark` under the horizon, -1
+// straight below to 1 straight above.
+float mirrored(float up, float dark) {
   const float sky = mix(1.0f, 0.42f, std::pow(clamp01(up), 0.8f));
-  const float floor = mix(0.05f, 0.62f, std::pow(clamp01(-up), 0.9f));
+  const float floor = mix(dark, 0.62f, std::pow(clamp01(-up), 0.9f));
   return mix(floor, sky, smoothStep(-0.05f, 0.05f, up));
 }
 
@@ -86,15 +87,15 @@ float outlook(const FacePoint& at, float dents) {
 Colour4 copperFace(const FacePoint& at) {
   const float brushed = gradientNoise(at.x * 5, at.y * 60, 0, 812);
   return gradient(copperRamp,
-                  0.14f + 0.72f * mirrored(outlook(at, 0.1f)) + 0.05f * brushed + 0.45f * at.gloss);
+                  0.14f + 0.72f * mirrored(outlook(at, 0.1f), 0.05f) + 0.05f * brushed + 0.45f * at.gloss);
 }
 
 // The lamps stand in it twice: pale above, magenta from the floor.
 Colour4 chromeFace(const FacePoint& at) {
   const float up = outlook(at, 0.22f);
   const Colour4 sky =
-      gradient(steelRamp, 0.08f + 0.8f * mirrored(up) * smoothStep(-0.5f, 0.0f, up) + 0.5f * at.gloss);
-  return sky + gradient(violetRamp, 0.8f * smoothStep(-0.06f, -0.6f, up));
+      gradient(steelRamp, 0.08f + 0.8f * mirrored(up, 0.32f) * smoothStep(-0.5f, 0.0f, up) + 0.5f * at.gloss);
+  return sky + gradient(violetRamp, 0.8f * smoothStep(0.02f, -0.42f, up));
 }
 
 // Clear within; what shines are its edges and the light that it gathers on the far side.
