@@ -475,7 +475,12 @@ void addLayers(Show& show) {
   show.add("sparks of the burst", last + 3.38 / beatsPerBar, 0.62 / beatsPerBar, smoke + 1,
            Noise{.texture = "sparks_acid", .speedX = 0.1, .speedY = 0.9, .alpha = slide(1, 0.7)});
   show.add("glow of the floor", barOf("layer 2"), 1, haze,
-           glow("haze_acid", centred(0, 0.5, 1.9, 2.2), flashes({0, 1, 2, 3}, 0.7, 0.3)));
+           glow("haze_acid", centred(0, 0.5, 1.9, 2.2), flashes({0, 1, 2, 3}, 0.7, 0.3)),
+           // What casts the word burns in the box.
+           glow("light2", centred(slide(-0.06, -0.03), -0.36, 1.4, 1.3), flashes({0, 1, 2, 3}, 1, 0.45)));
+  show.add("light behind the letters", barOf("layer 3"), 1, backdrop - 1,
+           glow("light2", centred(slide(0.12, 0), 0.5, 2.6, 1.5), flashes({0, 1, 2, 3}, 1, 0.6)),
+           glow("light2", centred(slide(0.12, 0), 0.52, 1.2, 2), flashes({0, 1, 2, 3}, 1, 0.6)));
   show.add("thick smoke", start, 4, smoke,
            Waves{.texture = "smoke_acid",
                  .at = covering(1.35, 0, swing(16, -0.2, 0.2)),

@@ -11,6 +11,7 @@ namespace {
 
 // Beats of the heart in a movement that the picture feels: a stroke and the weaker one that follows.
 const std::vector<double> heart{2, 2.75, 4, 4.75, 8, 8.75, 12, 12.75};
+const std::vector<double> lightningAndHeart{0, 0.18, 2, 2.75, 4, 4.75, 8, 8.75, 12, 12.75};
 const std::vector<double> oneStroke{0, 0.75};  // in the half bar of a view
 
 // The town at night, as one of the four notes shows it: how near the sky is and where, how wide a town is and
@@ -25,7 +26,7 @@ struct View {
   double walkerX = 0;  // of somebody who goes along the roofs, if it is not 0
 };
 constexpr View views[] = {
-    {"far motif", 1.5, 0.16, 0.14, 1.3, 0.1, 0.76, 1.0, 0.7, 0, 0, 0, 0, -0.47},
+    {"far motif", 1.8, 0.16, 0.3, 1.8, 0.1, 0.84, 1.3, 0.7, 0, 0, 0, 0, -0.47},
     {"far motif 2", 2.0, 0.42, 0.28, 3.0, -0.28, 0.86, 1.5, 0.2, 0, 0, 0, -0.31, -0.47},
     {"far motif 3", 2.6, -0.5, 0.4, 2.1, 0.55, 0.8, 1.2, -0.1, 3.4, -0.3, 0.02, 0.3, -0.44, -0.66},
     {"far motif 4", 3.6, 0.14, 0.4, 5.15, -1.78, 1.1, 2.2, 0.3, 4.6, 0.5, 0.2, 0.42, -0.5}};
@@ -45,7 +46,7 @@ void addView(Show& show, const View& view) {
   const Place sky = covering(slide(view.sky, view.sky * 1.1), view.skyX, view.skyY);
   show.add("night", start, bars, backdrop, Bitmap{.texture = "sky_bone", .at = sky},
            glow("sky_bone", sky,
-                line({{0, 1}, {0.15, 0.4}, {0.25, 0.8}, {0.7, 0.3}, {0.75, 0.8}, {partEnd, 0.1}})));
+                line({{0, 1}, {0.15, 0.5}, {0.25, 0.9}, {0.7, 0.45}, {0.75, 0.9}, {partEnd, 0.3}})));
   show.add("night about it", start, bars, front + 1,
            Bitmap{.texture = "vignette", .at = covering(1), .alpha = 0.75, .blend = Blend::darken});
   // A far town, mist before it, and the near one, each faster than the one behind it.
@@ -96,17 +97,17 @@ void addNight(Show& show, double motif) {
   show.add("night", 0, motif, backdrop,
            Bitmap{.texture = "sky_bone", .at = sky, .alpha = line({{0, 0.55}, {8, 1}, {partEnd, 1}})});
   // The sky answers each beat of the heart.
-  show.add("beating sky", 0, motif, backdrop + 1, glow("sky_bone", sky, flashes(heart, 1)));
+  show.add("beating sky", 0, motif, backdrop + 1, glow("sky_bone", sky, flashes(lightningAndHeart, 1)));
   show.add("far lightning", 1, 1, far - 1,
            glow("haze_bone", centred(-0.3, 0.25, 1.7, 2.4),
                 line({{0, 0.9}, {0.2, 0.35}, {0.35, 0.7}, {1.6, 0}, {partEnd, 0}})));
-  // It is there before anything else: a light that dies behind the first letters.
+  const Bitmap town{.texture = "spires_bone",
+                    .at = {spires * -0.5, spires * -0.43 + 1, spires, spires * 0.43}};
+  // It is there before anything else: a light that dies behind the first letters, and the towers before it.
   show.add("first lightning", 0, 0.5, far - 1,
            glow("haze_bone", centred(slide(-0.5, -0.1), 0.05, 2.1, 1.9),
                 line({{0, 0.9}, {0.1, 0.5}, {0.18, 0.9}, {1.5, 0.15}, {partEnd, 0}})));
-  const Bitmap town{.texture = "spires_bone",
-                    .at = {spires * -0.5, spires * -0.43 + 1, spires, spires * 0.43}};
-  show.add("far town", 0, motif, far, town, lit(town, flashes(heart, 0.9)));
+  show.add("far town", 0, motif, far, town, lit(town, flashes(lightningAndHeart, 0.9)));
   show.add("heartbeats", 0, motif, haze,
            glow("haze_bone", centred(swing(19, -0.15, 0.15), swing(13, -0.05, 0.12), 2.6, 1.7),
                 flashes(heart, 0.7, 0.12)),
