@@ -62,6 +62,12 @@ void addPad(Show& show, double bar, double bars, double x, double y, double widt
     show.add("pad", bar, bars, title - 1, shadow({x - width / 2, y - height / 2, width, height}));
 }
 
+// Its eyes from afar: a glow about them that each beat fans.
+void addEyeshine(Show& show, double bar, double bars, double x, double y) {
+  show.add("eyeshine", bar, bars, backdrop,
+           glow("light5", centred(x, y, 0.6, 1.5), flashes({0, 1, 2, 3}, 0.8, 0.3)));
+}
+
 // Cubes about a place (y up) off the screen's middle.
 void addCubes(Show& show, const char* name, double bar, double bars, CurveDot middle,
               const TurningCubes& cubes, double start, double speed) {
@@ -104,6 +110,7 @@ void addFace(Show& show) {
   const double start = barOf("alien cut 2");
   addShot(show, "face", start, 1, face, 4.9, 1.5);
   addShot(show, "claws", start + 1, 1, low, 9.4, 1.8);
+  addEyeshine(show, start + 1, 1, -0.08, -0.58);
   addBreath(show, "breath", start, 2, flashes(everyBeat, 0.1, 0.03));
   addStreak(show, "glint", start, 1, -0.25, flashes({0, 2, 3}, 0.7, 0));
 }
@@ -242,6 +249,7 @@ void addClimax(Show& show) {
   show.add("it goes into the dark", hushed + 0.25, climax - hushed - 0.25, backdrop,
            Fade{.alpha = line({{0, 0}, {0.45, 0.1}, {0.8, 0.85}, {partEnd, 0.96}})});
   addShot(show, "it comes", climax, unison - climax, wide, 11.8, 1.4);
+  addEyeshine(show, climax, unison - climax, 0.03, -0.53);
   show.add("blaze behind", climax, unison - climax, backdrop,
            glow("rays_violet", centred(0, -0.1, zoom(2.6, 3.8, 4)), flashes({0, 1, 2, 3}, 0.4, 0.04)));
 }

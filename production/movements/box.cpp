@@ -92,6 +92,11 @@ std::vector<ScriptCall> draw(const Pose& stands) {
           pose("letter3", stands.letters[2])};
 }
 
+// Ink towards the edges of the picture, clear within a tenth of `height` of a place.
+Bitmap darkAbout(double x, double y, const Curve& height) {
+  return {.texture = "pinhole", .at = centred(x, y, height), .blend = Blend::darken};
+}
+
 void addShot(Show& show, const char* name, double fromBar, double bars, Shot shot, const Pose& stands,
              std::vector<ScriptCall> more = {}) {
   std::vector<ScriptCall> calls = draw(stands);
@@ -323,6 +328,8 @@ void addLettersRise(Show& show) {
            .beam = 0,
            .letters = {comes(0.02), comes(1), comes(2)}},
           {particles(180), smokeAlongTitle(0), draw(veils)});
+  // What is far from that light lies in the dark.
+  show.add("dark about the steps", start, 1, haze - 1, darkAbout(0, 0, 9));
   show.add("light from below", start, 1, haze,
            glow("light2", centred(0, 0, 1.5, 1.3), flashes({0, 1, 2, 2.8}, 0.9, 0.4)),
            glow("rays_acid", centred(0, 0.02, zoom(1.6, 2.2, 4), 1.5), flashes({0, 1, 2, 2.8}, 0.6, 0.12)));
@@ -474,6 +481,7 @@ void addLayers(Show& show) {
            glow("rays_acid", centred(0, -0.1, slide(2, 5), 1.6), slide(0.9, 0)));
   show.add("sparks of the burst", last + 3.38 / beatsPerBar, 0.62 / beatsPerBar, smoke + 1,
            Noise{.texture = "sparks_acid", .speedX = 0.1, .speedY = 0.9, .alpha = slide(1, 0.7)});
+  show.add("dark about the word", barOf("layer 2"), 1, haze - 1, darkAbout(0.02, 0.1, 9.5));
   show.add("glow of the floor", barOf("layer 2"), 1, haze,
            glow("haze_acid", centred(0, 0.5, 1.9, 2.2), flashes({0, 1, 2, 3}, 0.7, 0.3)),
            // What casts the word burns in the box.
@@ -519,6 +527,7 @@ void addBackwards(Show& show) {
            .beam = line({{0, 0.4}, {2.2, 0.5}, {4, 0.95}, {5.2, 0.7}, {6.2, 0}}),
            .seam = line({{0, 0}, {4.8, 0}, {5.4, 0.6}, {6.2, 0.999}, {6.4, 0}})},
           {draw(veils)});
+  show.add("the dark closes in", start, length, haze - 1, darkAbout(0, 0.1, zoom(14, 8.5, 6)));
   show.part("smoke returns", start, length, smoke,
             {screen::draw(Waves{.texture = "smoke_acid",
                                 .at = covering(1.4, 0, slide(-0.3, 0.3)),

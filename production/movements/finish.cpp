@@ -117,10 +117,10 @@ void addFinish(Show& show) {
               {"backwards", orb, 0, 0.2}});
   addFlashes(show, violet,
              {{"alien", orb, -0.1, -0.3, 0.8},
-              {"break over", rays, 0.38, -0.2, 0.6, 0.8},
+              {"break over", rays, -0.62, -0.22, 0.6, 0.8},
               {"split", streak, 0, 0},
               {"counter voice", rays, -0.22, -0.3, 0.7},
-              {"alien cut 6", orb, -0.12, -0.16, 0.6},
+              {"alien cut 6", orb, 0.17, -0.55, 0.6},
               {"climax", rays, 0.02, -0.5, 1},
               {"unison", streak, 0.05, -0.1, 1.2},
               {"unison 2", orb, 0.04, -0.6, 0.7},
