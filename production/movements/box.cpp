@@ -483,7 +483,7 @@ void addLayers(Show& show) {
            Noise{.texture = "sparks_acid", .speedX = 0.1, .speedY = 0.9, .alpha = slide(1, 0.7)});
   show.add("dark about the word", barOf("layer 2"), 1, haze - 1, darkAbout(0.02, 0.1, 9.5));
   show.add("glow of the floor", barOf("layer 2"), 1, haze,
-           glow("haze_acid", centred(0, 0.5, 1.9, 2.2), flashes({0, 1, 2, 3}, 0.7, 0.3)),
+           glow("haze_acid", centred(0, 0.55, 1.3, 2.4), flashes({0, 1, 2, 3}, 0.7, 0.3)),
            // What casts the word burns in the box.
            glow("light2", centred(slide(-0.06, -0.03), -0.36, 1.4, 1.3), flashes({0, 1, 2, 3}, 1, 0.45)));
   show.add("light behind the letters", barOf("layer 3"), 1, backdrop - 1,
