@@ -29,7 +29,7 @@ constexpr View views[] = {
     {"far motif", 1.8, 0.16, 0.3, 1.8, 0.1, 0.84, 1.3, 0.7, 0, 0, 0, 0, -0.47},
     {"far motif 2", 2.0, 0.42, 0.28, 3.0, -0.28, 0.86, 1.5, 0.2, 0, 0, 0, -0.31, -0.47},
     {"far motif 3", 2.6, -0.5, 0.4, 2.1, 0.55, 0.8, 1.2, -0.1, 3.4, -0.3, 0.02, 0.3, -0.44, -0.66},
-    {"far motif 4", 3.6, 0.14, 0.4, 5.15, -1.78, 1.1, 2.2, 0.3, 4.6, 0.5, 0.2, 0.42, -0.5}};
+    {"far motif 4", 3.6, 0.14, 0.4, 5.15, -1.78, 1.1, 2.2, 0.3, 4.6, 0.5, 0.2, 0.39, -0.55}};
 
 Bitmap townAt(const Curve& width, double seam, double foot, double left) {
   return {.texture = "spires_bone", .at = {width * left + seam, width * -0.43 + foot, width, width * 0.43}};
