@@ -113,7 +113,11 @@ Colour4 paintedRoom(const BakePoint& p) {
   if (!tiled) colour = mix(colour, gradient(boneRamp, 0.42f), 0.65f * peeled);
   colour = mix(colour, gradient(brassRamp, 0.22f), 0.75f * smoothStep(0.55f, 0.85f, dirt));
   colour = colour * ((1 - 0.6f * joint) * (0.62f + 0.38f * smoothStep(-218, -150, q.y)));
-  return lit(colour, p);
+  // About the window the wall is lit; from there it sinks into the dark. What falls past the table onto its
+  // foot stays as dim as on the floor.
+  const float away = (q - windowMiddle).length();
+  const float most = tiled ? std::max({p.light.r, p.light.g, p.light.b, 0.5f}) : 0.5f;
+  return lit(colour * (mix(0.42f, 1.0f, std::exp(-away * away / 26000)) * 0.5f / most), p);
 }
 
 }  // namespace

@@ -303,10 +303,25 @@ std::vector<ProfilePoint> jarContour() {
       {24, 43},     {22.5f, 48}};
 }
 
+// The same with a round shoulder, for cameras that come close.
+std::vector<ProfilePoint> blownJar() {
+  constexpr float low = 20, high = 43.5f, neck = 24;
+  std::vector<ProfilePoint> profile{{28, -44.5f},     {33.5f, -43},    {36.3f, -40},
+                                    {jarRadius, -36}, {jarRadius, -8}, {jarRadius, low}};
+  constexpr int pieces = 9;
+  for (int i = 1; i <= pieces; ++i) {
+    const float angle = pi / 2 * static_cast<float>(i) / pieces;
+    profile.push_back({neck + (jarRadius - neck) * std::cos(angle), low + (high - low) * std::sin(angle)});
+  }
+  profile.push_back({22.8f, 45});
+  profile.push_back({22.5f, 48});
+  return profile;
+}
+
 }  // namespace
 
 Surface jarSurface() {
-  Surface all = withoutMapping(lathe(smoothProfile(jarContour(), 15), 50, 180));
+  Surface all = withoutMapping(lathe(blownJar(), 44, 180));
   append(all, withoutMapping(placed(disc(31, 24, 1), moved(0, 36, 0))));
   return all;
 }

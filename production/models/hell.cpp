@@ -151,7 +151,7 @@ std::vector<StageMaterial> materials() {
   StageMaterial being = painted("being", "hell_iron", none, {0.05f, 0.03f, 0.03f});
   being.environment = true;
   const StageMaterial depths{
-      .name = "depths", .diffuse = none, .ambient = {0.020f, 0.012f, 0.016f}, .shine = 0};
+      .name = "depths", .diffuse = {0.15f, 0.13f, 0.13f}, .ambient = {0.020f, 0.012f, 0.016f}, .shine = 0};
   return {
       lava,
       painted("stone", "hell_stone", faint, white),
@@ -161,7 +161,7 @@ std::vector<StageMaterial> materials() {
       painted("heart", "hell_heart", none, white),
       painted("blaze", "hell_blaze", none, white),
       painted("lakehaze", "hell_lake", none, white),
-      painted("roofhaze", "hell_lake", none, {0.42f, 0.30f, 0.30f}),
+      painted("roofhaze", "hell_lake", none, white),
       iron,
       darkIron,
       being,
@@ -370,19 +370,19 @@ Model hellModel(const Settings& settings) {
                           .material = "depths",
                           .motion = mirroredMotion()});
   stage.meshes.push_back({.name = "ringbelow", .surface = ringInLake(), .material = "darkiron"});
-  stage.meshes.push_back({.name = "piersbelow", .surface = piersInLake(), .material = "depths"});
+  stage.meshes.push_back({.name = "archesbelow", .surface = archesInLake(), .material = "depths"});
   const int quads = static_cast<int>(2 * lakeReach / tileSize);
   stage.meshes.push_back({.name = "Lava",
                           .surface = mappingScaled(plane(2 * lakeReach, 2 * lakeReach, quads, quads),
                                                    static_cast<float>(quads), static_cast<float>(quads)),
                           .material = "lava"});
-  // From below, the far end of the roof lies in the dark.
-  stage.meshes.push_back(
-      {.name = "roofhaze",
-       .surface = placed(plane(lakeHazeReach, lakeHazeReach, 2, 2), turnedX(180) >> moved(0, -0.8f, 0)),
-       .material = "roofhaze"});
+  // From below, the far end of the roof goes over to what burns there.
+  stage.meshes.push_back({.name = "roofhaze",
+                          .surface = placed(plane(2 * lakeHazeReach, 2 * lakeHazeReach, 2, 2),
+                                            turnedX(180) >> moved(0, -0.8f, 0)),
+                          .material = "roofhaze"});
   stage.meshes.push_back({.name = "fire",
-                          .surface = placed(card(330, 330), moved(0, -4, choirPlace - 34)),
+                          .surface = placed(card(330, 330), moved(0, 0.2f, choirPlace - 34)),
                           .material = "blaze"});
   addMasonry(stage, stone);
   addIron(stage);

@@ -38,12 +38,11 @@ std::vector<StageCamera> cameras() {
       // From the lake's surface straight up: the sphere, its chains, the broken vault.
       shot("beneath", 84, 8, 2.5f, {{-40, 12, -58}, {-32, 11, -52}, {-18, 10, -48}},
            {{8, 98, 0}, {6, 99, 0}, {2, 100, 0}}),
-      // Under the lake, whose other side is a roof of fire, straight up: what it mirrors hangs there in
-      // black.
-      shot("sunk", 84, 5, 2.5f, {{-74, -198, -88}, {-60, -196, -80}, {-30, -188, -60}},
-           {{14, -28, 12}, {12, -28, 10}, {6, -28, 6}}),
-      shot("sunken", 70, 8, 2.5f, {{-40, -190, 30}, {-32, -184, 26}, {-20, -176, 20}},
-           {{12, -60, 0}, {10, -60, 0}, {6, -60, 0}}),
+      // Under the lake, whose other side is a roof of fire: through it, then down the nave that hangs there.
+      shot("sunk", 88, 5, 2, {{-34, -7, 196}, {-30, -46, 184}, {-25, -66, 172}, {-18, -76, 158}},
+           {{10, -30, -60}, {10, -66, -60}, {9, -82, -60}, {8, -88, -60}}),
+      shot("sunken", 80, 8, 2, {{-62, -152, 70}, {-50, -150, 70}, {-28, -146, 68}},
+           {{12, -66, -30}, {10, -68, -30}, {6, -70, -30}}),
       // At the lava's level: the sphere above, its image below.
       shot("shore", 94, 1, 2.5f, {{-50, 9, 268}, {-34, 8, 262}, {-8, 8, 252}},
            {{12, 10, 0}, {20, 11, 0}, {30, 12, 0}}),

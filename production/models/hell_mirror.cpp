@@ -25,19 +25,25 @@ Surface sphereInLake() {
   return placed(withoutMapping(sphere(sphereRadius, 24, 8)), moved(inLake(sphereCentre)));
 }
 
-// Shafts without anything on them: from under the lake they hang from its roof.
-Surface piersInLake() {
-  constexpr float thick = 17, deep = 190;
+// Shafts and the ribs between them: from under the lake they hang from its roof, a nave upside down.
+Surface archesInLake() {
+  constexpr float thick = 15, deep = 134, thin = 7;
+  constexpr int pieces = 6;
+  Surface half = withoutMapping(
+      placed(lathe({{thin, -deep}, {thick, -0.4f * deep}, {thick, -0.9f}}, 5, 90), moved(-naveHalf, 0, 0)));
+  std::vector<Vector> rib;
+  for (int i = 0; i <= pieces; ++i) rib.push_back(inLake(ribPlace(static_cast<float>(i) / pieces)));
+  append(half, withoutMapping(tube(
+                   rib, 3, [](float) { return thin; }, TubeEnd::open)));
+  append(half, placed(half, stretched(-1, 1, 1)));
   Surface all;
-  for (const float side : {-1.0f, 1.0f})
-    for (const int place : {-2, -1, 0, 1, 2})
-      append(all, placed(withoutMapping(lathe({{thick, -deep}, {thick, -0.9f}}, 10, 90)),
-                         moved(side * naveHalf, 0, bay * static_cast<float>(place))));
+  for (const int place : {-3, -2, -1, 0, 1})
+    append(all, placed(half, moved(0, 0, bay * static_cast<float>(place))));
   return all;
 }
 
 Surface ringInLake() {
-  return placed(withoutMapping(torus(sphereRadius + 14, 2.8f, 28, 4)), shackleTilt() >> stretched(1, -1, 1));
+  return placed(withoutMapping(torus(sphereRadius + 14, 2.8f, 26, 3)), shackleTilt() >> stretched(1, -1, 1));
 }
 
 }  // namespace vex::hell

@@ -40,6 +40,7 @@ inline constexpr float naveHalf = 105;     // from the middle to the middle of t
 inline constexpr float bay = 90;           // from pier to pier along the nave
 inline constexpr float choirPlace = -318;  // z
 geometry::Surface stonePart(StonePart part);
+Vector ribPlace(float share);          // middle of the left rib at z = 0; share as below
 float archShare(const Vector& place);  // how far up the left half of the vault; 0 springing, 1 crown
 // The rose fills a round opening of the choir's wall: petals around an eye, modelled about its middle, the
 // petal to its right.
@@ -58,7 +59,7 @@ geometry::Placement inLake(const geometry::Placement& turn);
 Vector inLake(const Vector& place);
 geometry::Surface sphereInLake();
 geometry::Surface ringInLake();
-geometry::Surface piersInLake();
+geometry::Surface archesInLake();
 
 // --- Cameras
 

@@ -55,14 +55,15 @@ Canvas heartPicture(int side) {
   });
 }
 
-// White low in the middle; tongues of fire, redder the higher and the further out.
+// Yellow low in the middle, never white, for far windows lie in the dark of many shots; tongues of fire,
+// redder the higher and the further out.
 Canvas blazePicture(int side) {
   return paint(side, side, [](float u, float v) {
     const float x = 2 * u - 1, rise = 1 - v;
     const float fold = 0.5f * fractal(u * 6, v * 4, 0, 3, 0.5f, 968);
     const float tongues = ridges(u * 9 + fold, v * 4 + fold, 0, 4, 0.55f, 969) - 0.35f;
-    const float level = 1.12f - 0.48f * rise - 0.75f * x * x + (0.25f + 0.6f * rise) * tongues;
-    return gradient(emberRamp, std::clamp(level, 0.26f, 1.0f));
+    const float level = 0.94f - 0.36f * rise - 0.5f * x * x + (0.45f + 0.5f * rise) * tongues;
+    return gradient(emberRamp, std::clamp(level, 0.3f, 0.88f));
   });
 }
 

@@ -132,7 +132,7 @@ Surface child() {
   };
   const Surface being = simplified(
       compacted(isosurface(distance, {.bounds = {Vector(-30, -43, -23), Vector(29, 39, 23)}, .cell = 1.15f})),
-      2050, outline);
+      1770, outline);
   return placed(being, childsPlace());
 }
 

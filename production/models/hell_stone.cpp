@@ -206,7 +206,7 @@ Outline lancet(float x, float half, float foot, float shoulder) {
 }
 
 Surface choirWallSurface() {
-  Outline wall{{-122, -1}, {122, -1}};
+  Outline wall{{-122, 0.1f}, {122, 0.1f}};  // nothing of it shows under the lake
   // Its ragged top follows the arch.
   constexpr int pieces = 26;
   for (int i = 0; i <= pieces; ++i) {
@@ -306,6 +306,10 @@ Surface chain(const Vector& from, const Vector& to) {
 }
 
 }  // namespace
+
+Vector ribPlace(float share) {
+  return arcPoint(share, 0, 0);
+}
 
 float archShare(const Vector& p) {
   return (pi - std::atan2(p.y - springing, p.x - spread)) / (pi - arcEnd);

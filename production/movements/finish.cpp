@@ -133,7 +133,7 @@ void addFinish(Show& show) {
               {"jar", orb, 0, 0, 1, 0.6},
               {"shards", orb, 0, 0},
               {"first drop", orb, -0.1, 0.45, 0.5}});
-  addFlashes(show, ember, {{"roll", rays, 0, -0.34}, {"roll doubles", rays, 0, -0.34}});
+  addFlashes(show, ember, {{"roll", rays, 0, -0.34}, {"roll doubles", rays, 0.40, -0.10}});
 
   // The film's finish ends where the party begins.
   const double film = outroBar;

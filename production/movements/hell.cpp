@@ -109,7 +109,8 @@ void addCathedral(Show& show) {
   for (const Shot& shot : {past, above, before, under, along}) addShot(show, shot);
   addGlow(show, past, "rays_ember", windows, 420, flashes({0, 2}, 0.8, 0.25));
   for (const Shot& shot : {past, above}) addCorona(show, shot, everyBeat, 1);
-  addCorona(show, before, everyBeat, 0.7);
+  addCorona(show, before, everyBeat, 1);
+  addNight(show, "the nave's dark", sphere, 1);
   for (const char* light : {"rays_ember", "light6"})
     addGlow(show, before, light, windows, 420, flashes(everyBeat, 0.9, 0.35));
   // From below it eclipses what burns; the stone about it stays dark.
@@ -130,7 +131,7 @@ void addCathedral(Show& show) {
                     line({{0, 1}, {1, 1}, {1.5, 0.2}, {partEnd, 0}})));
   }
   addCorona(show, along, {0, 1}, 1.2);
-  addGlow(show, along, "rays_ember", hell::sphereCentre, 260, flashes({1}, 0.9, 0.2));
+  addGlow(show, along, "rays_ember", hell::sphereCentre, 260, flashes({1}, 0.9, 0));
   addSparks(show, "sparks from the seams", sphere, next - sphere, 5,
             {.count = 30, .spread = 8, .speedY = 6, .scatter = 24});
 }
@@ -142,28 +143,36 @@ void addDepths(Show& show) {
   const Shot deep{"sunk", start, 1, sunk, 5}, nearer{"sunken sphere", start + 1, 1, sunkenSphere, 8},
       embers{"embers", coals, fill - coals, backlit, 7}, furnace{"furnace", fill, breath - fill, choir, 8},
       gasp{"gasp", breath, next - breath, rosette, hell::roseBursts - 0.6};
-  // What hangs over the roof of fire is a black sun: its light stands about it.
-  const Vector image = hell::inLake(hell::sphereCentre);
+  // What hangs under the roof of fire is a black sun: its light stands about it.
+  const Vector image = hell::inLake(hell::sphereCentre), end(0, -46, hell::choirPlace);
   for (const Shot& shot : {deep, nearer}) {
     addShot(show, shot);
-    addGlow(show, shot, "corona_ember", image, 122, flashes({0, 2}, 1, 0.6));
-    addGlow(show, shot, "corona_ember", image, 128, flashes({0, 2}, 0.7, 0.3));
-    // It burns through the melt; on beats its light falls down between the shafts, but not through itself.
-    addGlow(show, shot, "rays_ember", image, 370, flashes({0, 1, 2, 3}, 0.9, 0.35));
-    addGlow(show, shot, "haze_ember", image, 370, flashes({0, 2}, 0.6, 0.25));
+    // Fire falls in at the nave's end.
+    addGlow(show, shot, "rays_ember", end, 900, flashes({0, 1, 2, 3}, 1, 0.6));
+    addGlow(show, shot, "light6", end, 420, flashes({0, 1, 2, 3}, 1, 0.7));
+    addGlow(show, shot, "light7", end, 150, flashes({0, 1, 2, 3}, 1, 0.7));
+    addGlow(show, shot, "corona_ember", image, 168, flashes({0, 2}, 1, 0.8));
     const Sight disc = sightOf(shot, image);
     show.add("black sun", shot.bar, shot.bars, haze + 1,
-             Bitmap{.texture = "moon", .at = centred(disc.x, disc.y, disc.unit * 48)});
+             Bitmap{.texture = "moon", .at = centred(disc.x, disc.y, disc.unit * 68)});
   }
-  addNight(show, "the melt's dark", start, coals - start);
-  addHeat(show, "melt about us", start, coals - start, swing(3, 0.05, 0.14));
+  addGlow(show, nearer, "rays_ember", image, 420, flashes({0, 2}, 1, 0.3));
+  // The melt closes over us.
+  for (const double y : {-0.4, 0.5})
+    show.add("through the melt", start, 0.375, haze - 1,
+             glow("haze_ember", centred(0, line({{0, y}, {1.5, y - 2.2}}), 3, 2),
+                  line({{0, 1}, {0.5, 0.9}, {1.5, 0}})));
   // What sinks past us shows how deep it is.
   addSparks(show, "slag sinks", start, 1, 2,
             {.alpha = fade(0.5, 0, 0.9), .count = 46, .spread = 3, .speedZ = 11, .scatter = 22});
   addSparks(show, "slag sinks faster", start + 1, 1, 6,
             {.alpha = 1, .count = 70, .spread = 4, .speedZ = 20, .scatter = 22});
   addShot(show, embers);
-  addGlow(show, embers, "rays_ember", windows, 520, flashes(everyBeat, 0.9, 0.3));
+  // The windows' light stands below the sphere.
+  const Vector feet(0, 16, hell::choirPlace);
+  addGlow(show, embers, "rays_ember", feet, 300, flashes(everyBeat, 1, 0.5));
+  addGlow(show, embers, "light6", feet, 190, flashes(everyBeat, 1, 0.6));
+  addGlow(show, embers, "light7", feet, 90, flashes(everyBeat, 1, 0.5));
   addGlow(show, embers, "rays_ember", rose, 200, flashes(everyBeat, 0.7, 0.3));
   addCorona(show, embers, everyBeat, 1.2);
   addSparks(show, "embers rise", coals, breath - coals, 10,

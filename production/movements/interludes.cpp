@@ -43,6 +43,9 @@ void addLamp(Show& show) {
   show.add("lamp", start, 2, far,
            glow("rays_teal", centred(slide(0, 0.03), -0.03, slide(2.4, 3.0)), flashes({0, 4}, 0.5, 0.2)),
            glow("light3", centred(slide(0, 0.03), -0.03, slide(2.2, 2.8)), fade(3, 0, 0.18)));
+  show.add(
+      "light behind somebody", start, 2, haze,
+      glow("light3", centred(travel(0.56, 0.5, 8), 0.06, 2.3), line({{0, 0}, {1, 0.2}, {partEnd, 0.4}})));
   show.add("somebody", start, 2, subject,
            Bitmap{.texture = "figure_teal",
                   .at = centred(travel(0.60, 0.56, 8), travel(0.26, 0.3, 8), zoom(1.45, 1.75, 8), 0.5)});
@@ -52,6 +55,11 @@ void addLamp(Show& show) {
 void addRose(Show& show) {
   const double opens = barOf("pad opens"), riser = barOf("riser");
   show.add("black behind the rose", opens, 2, ground, Fade{});
+  // Blind windows to both sides, which it lights up.
+  for (const double x : {-0.74, 0.74})
+    show.add("windows beside the rose", opens, 1.75, ground + 1,
+             glow("glass_teal", centred(x * 0.96, -0.14, zoom(0.96, 1.2, 7), 0.42),
+                  line({{0, 0}, {2, 0.05}, {2.03, 0.2}, {3, 0.14}, {3.03, 0.4}, {4, 0.3}, {partEnd, 0.5}})));
   // Dark with a hole that leaps wider on each beat: hub, inner ring, petals, all of it.
   show.add("rose", opens, 1, ground + 1,
            glow("glass_teal", centred(0, roseY, slide(1.30, 1.42)), flashes({0, 1, 2, 3}, 1, 0.75)),
@@ -98,10 +106,10 @@ void addRoseLight(Show& show, double opens) {
       "rose in the floor", opens, 1.75, ground + 2,
       glow("glass_teal",
            {zoom(0.39, 0.54, 7) * -1, travel(1.05, 1.12, 7), zoom(0.78, 1.08, 7), zoom(0.52, 0.56, 7) * -1},
-           rising * 0.55));
+           rising * 0.9));
   show.add("its light in the air", opens, 1.75, backdrop,
-           glow("light3", centred(0, roseY, zoom(2.6, 3.2, 7)), rising * 0.4),
-           glow("rays_teal", centred(0, roseY, zoom(2.4, 3.6, 7)), rising * 0.5));
+           glow("light3", centred(0, roseY, zoom(2.6, 3.2, 7)), rising * 0.6),
+           glow("rays_teal", centred(0, roseY, zoom(2.4, 3.6, 7)), rising * 0.75));
   show.add("somebody small", opens, 1.75, subject,
            Bitmap{.texture = "figure_teal",
                   .at = centred(travel(0.22, 0.3, 7), travel(0.36, 0.38, 7), zoom(0.84, 1.04, 7), 0.5)});
@@ -119,7 +127,7 @@ void addVexillum(Show& show, double riser) {
   const double word = barOf("title");
   show.add("dark behind the word", word, 1, title - 1, shadow(centred(-0.54, 0.54, 0.62, 3)));
   show.add("vexillum", word, 1, title,
-           vex(illum, spline({{0, 0.74}, {0.4, 0.62}, {partEnd, 0.66}}), -0.52, 0.52));
+           vex(illum, spline({{0, 0.64}, {0.4, 0.58}, {partEnd, 0.62}}), -0.5, 0.52));
   // With the word the light behind breaks through the clouds.
   for (const char* light : {"rays_teal", "light7"})
     show.add("breaks through", word, 1, far,

@@ -49,17 +49,19 @@ struct Shot {
   double speed() const { return (lab::sceneTime(bar + bars) - start()) / (bars * secondsPerBar); }
 };
 
+// In the lamp's light.
+constexpr double fleshRed = 1.4, fleshGreen = 1.22, fleshBlue = 1.12;
 constexpr double wideOpen = 0.999;  // of lids
 
 // How everything stands; fractions of their motions.
 struct State {
-  Curve turn = 0.3;                      // of the being: 0 its back, 0.9 past its face, then it sits down
-  Curve lids = 0;                        // of its eyes
-  Curve gaze = 0.5;                      // from its right to its left
-  Curve skin[4] = {1.15, 1.0, 0.92, 1};  // colour in the lamp's light, opacity
-  Curve heart = 0;                       // how far it swells
-  Curve swell = 0;                       // of the hose
-  Curve spray = 0;                       // drops in the air
+  Curve turn = 0.3;  // of the being: 0 its back, 0.9 past its face, then it sits down
+  Curve lids = 0;    // of its eyes
+  Curve gaze = 0.5;  // from its right to its left
+  Curve skin[4] = {fleshRed, fleshGreen, fleshBlue, 1};  // colour, opacity
+  Curve heart = 0;                                       // how far it swells
+  Curve swell = 0;                                       // of the hose
+  Curve spray = 0;                                       // drops in the air
   Curve alarm = 0;
   Curve burst = 0;               // how far the jar has flown apart
   Curve shards = 0;              // that fall, and splinters
@@ -135,13 +137,14 @@ void addGloom(Show& show, double bar, double bars, const Curve& level) {
   show.add("gloom", bar, bars, smoke, Fade{.alpha = level});
 }
 
-// On each stroke the teal is taken away for a while, and the beacon glows.
-void addStrokes(Show& show, const Shot& shot, const std::vector<double>& beats) {
+// On each stroke the teal is taken away for a while, and the beacon glows; between two it is gloomy.
+void addStrokes(Show& show, const Shot& shot, const std::vector<double>& beats, double gloom) {
   constexpr double lit = 0.4;  // of a beat
   for (const double beat : beats)
     for (const double share : {1.0, 0.5})
       show.add("red light", shot.from() + beat / beatsPerBar, lit * share / beatsPerBar, haze - 1,
                Bitmap{.texture = "haze_teal", .at = centred(0, 0, 5, 1.78), .blend = Blend::darken});
+  addGloom(show, shot.from(), shot.bars, flashes(beats, 0, gloom));
   show.add("red", shot.from(), shot.bars, smoke,
            Fade{.red = 0.55, .green = 0.01, .blue = 0.02, .alpha = flashes(beats, 0.3, 0.0)});
   addGlow(show, shot, "light4", lab::beaconPlace, 420, flashes(beats, 1, 0.25));
@@ -219,8 +222,8 @@ void addJar(Show& show) {
   // The drums that lead on shine through it: bones, and a heart.
   const std::vector<double> drums{0, 0.5, 1, 1.5};
   State state{.turn = slide(0.70, 0.73)};
-  state.skin[0] = flashes(drums, 0.7, 1.15), state.skin[1] = flashes(drums, 1.6, 1.0),
-  state.skin[2] = flashes(drums, 1.6, 0.92), state.skin[3] = flashes(drums, 0.22, 0.9);
+  state.skin[0] = flashes(drums, 0.7, fleshRed), state.skin[1] = flashes(drums, 1.6, fleshGreen),
+  state.skin[2] = flashes(drums, 1.6, fleshBlue), state.skin[3] = flashes(drums, 0.22, 0.9);
   state.heart = flashes(drums, 0.999);
   addShot(show, seenThrough, state);
   addGlow(show, seenThrough, "haze_teal", Vector(0, 10, -30), 260, flashes(drums, 0.8, 0.1));
@@ -231,8 +234,8 @@ void addJar(Show& show) {
   show.part(
       "bubbles", shot.from(), shot.bars, haze + 1,
       {draw(Viewport{.x = jar.x + width * -0.5, .y = jar.y * -1 + height * -0.5, .w = width, .h = height}),
-       draw(Flare{"flare_highpass"}),
-       draw(Particles{.alpha = fade(0.5, 0.2, 0.7), .count = 26, .spread = 1.5, .speedY = 5, .scatter = 12}),
+       draw(Flare{"flare_normal"}),
+       draw(Particles{.alpha = fade(0.5, 0.2, 0.4), .count = 26, .spread = 1.5, .speedY = 5, .scatter = 12}),
        draw(Viewport{})});
 }
 
@@ -243,12 +246,25 @@ void addEyes(Show& show) {
           {.turn = slide(0.52, 0.57),
            .lids = line({{0, 0}, {0.9, 0.04}, {1.3, 0.45}, {1.6, 0.2}, {2.1, 0.7}, {partEnd, 0.8}}),
            .gaze = slide(0.6, 0.45)});
-  addGloom(show, opening.from(), opening.bars,
-           line({{0, 0.6}, {0.5, 0.5}, {0.9, 0.42}, {1, 0}, {partEnd, 0}}));
+  // Only its face, then all of it.
+  show.add("but for its face", opening.from(), 0.35, smoke,
+           Bitmap{.texture = "pinhole",
+                  .at = centred(-0.1, -0.08, line({{0, 3.6}, {0.95, 4.2}, {1.1, 8}, {partEnd, 14}})),
+                  .blend = Blend::darken});
   addShot(show, staring,
           {.turn = slide(0.58, 0.62),
            .lids = line({{0, 0.72}, {1.4, 0.74}, {1.5, 0}, {1.65, 0.1}, {1.9, 0.76}, {partEnd, 0.78}}),
            .gaze = line({{0, 0.2}, {0.9, 0.2}, {1, 0.75}, {1.9, 0.75}, {2, 0.5}, {partEnd, 0.5}})});
+}
+
+// What the sprayer throws at the glass: hot at the nozzle, wider and fainter from there.
+void addJet(Show& show, const Shot& shot, const std::vector<double>& beats) {
+  const Vector glass(35, 15, 14);
+  addGlow(show, shot, "light7", lab::nozzlePlace, 16, flashes(beats, 1, 0.5));
+  for (const float share : {0.2f, 0.45f, 0.7f, 1.0f})
+    addGlow(show, shot, "light3", mix(lab::nozzlePlace, glass, share), 12 + 34 * share,
+            flashes(beats, 1 - 0.4 * share, 0.35 - 0.2 * share));
+  addGlow(show, shot, "haze_teal", glass, 90, flashes(beats, 0.9, 0.3));
 }
 
 // The hose swells with the bass, the sprayer hisses.
@@ -269,13 +285,14 @@ void addHose(Show& show) {
   state.gaze = line({{0, 0.25}, {0.95, 0.25}, {1.1, 0.6}, {partEnd, 0.6}});
   state.spray = 100;
   addShot(show, aimed, state);
-  addGloom(show, aimed.from(), aimed.bars, line({{0, 0}, {0.3, 0.35}, {partEnd, 0.45}}));
-  addGlow(show, aimed, "rays_teal", lab::nozzlePlace, 60, flashes({0, 1}, 1, 0.2));
-  addGlow(show, aimed, "light7", lab::nozzlePlace, 18, flashes({0, 1}, 1, 0.3));
-  addGlow(show, aimed, "haze_teal", Vector(34, 18, 14), 90, flashes({0, 1}, 1, 0.3));
+  addJet(show, aimed, {0, 1});
+  show.add("but for what it sees", aimed.from(), aimed.bars, smoke,
+           Bitmap{.texture = "pinhole",
+                  .at = centred(0.08, -0.16, line({{0, 14}, {0.3, 9}, {partEnd, 8}})),
+                  .blend = Blend::darken});
+  addGlow(show, aimed, "rays_teal", lab::nozzlePlace, 110, flashes({0, 1}, 1, 0.4));
   addLamp(show, along, {0, 2}, 0.5);
-  addGlow(show, over, "light3", mix(lab::nozzlePlace, Vector(36, 16, 15), 0.5f), 46, flashes({0}, 0.7, 0.2),
-          1.4);
+  addJet(show, over, {0, 1});
 }
 
 // Flesh turns to glass in the red light, step by step; bones and a heart show.
@@ -298,8 +315,8 @@ void addAlarm(Show& show) {
     };
     State state;
     state.lids = 0.75;
-    state.skin[0] = along(1.15, 0.7), state.skin[1] = along(1.0, 1.6), state.skin[2] = along(0.92, 1.6),
-    state.skin[3] = along(1, 0.34);
+    state.skin[0] = along(fleshRed, 0.7), state.skin[1] = along(fleshGreen, 1.6),
+    state.skin[2] = along(fleshBlue, 1.6), state.skin[3] = along(1, 0.34);
     state.alarm = flashes(beats, 2, 0.1);
     state.heart = flashes(beats, 0.999);
     return state;
@@ -325,10 +342,10 @@ void addAlarm(Show& show) {
   addShot(show, fifth, state);
   addGloom(show, fifth.from(), fifth.bars, line({{0, 0.4}, {partEnd, 0.7}}));
   addGlow(show, fifth, "light4", lab::heartPlace, 34, line({{0, 1}, {partEnd, 0.5}}));
-  addStrokes(show, first, slow);
-  addStrokes(show, second, slow);
-  addStrokes(show, third, fast);
-  addStrokes(show, fourth, {0, 1, 2});
+  addStrokes(show, first, slow, 0.3);
+  addStrokes(show, second, slow, 0.18);
+  addStrokes(show, third, fast, 0.1);
+  addStrokes(show, fourth, {0, 1, 2}, 0.25);
   for (const Shot& shot : {second, third, fourth})
     addGlow(
         show, shot, "light4", lab::heartPlace, 30,
@@ -394,7 +411,9 @@ void addDoor(Show& show) {
             static_cast<float>((static_cast<double>(t) - shot.start()) / shot.speed() / secondsPerBeat);
         return Vector(212 - 54 * smoothStep(0.4f, 3.4f, beat), -70, -326);
       });
-  addGlow(show, shot, "rays_teal", opening, 600, line({{0, 0}, {1, 0.3}, {4, 0.5}, {partEnd, 0.3}}));
+  addGlow(show, shot, "light7", opening, 420, line({{0, 0}, {0.3, 0.8}, {2, 1}, {3, 0}, {partEnd, 0}}), 0.07);
+  addGlow(show, shot, "rays_teal", opening, 600,
+          line({{0, 0}, {0.5, 0}, {1, 0.2}, {4, 0.5}, {partEnd, 0.3}}));
   addGlow(show, shot, "haze_teal", opening, 620, line({{0, 0}, {1, 0.35}, {4, 0.8}, {partEnd, 1}}), 0.5);
   addGlow(show, shot, "light7", opening, 330, line({{0, 0}, {1, 0.2}, {4, 0.7}, {partEnd, 1}}), 0.4);
   show.add(

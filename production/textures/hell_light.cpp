@@ -78,7 +78,11 @@ Colour4 hellLight(const Vector& towards) {
   colour = mix(colour, ink + gradient(emberRamp, 0.16f), near * (1 - foot(0.07f)));
   colour = mix(colour, hellHaze() * (0.75f + 0.5f * bank), foot(0.06f) * 0.9f);
   colour = mix(colour, hellHaze(), std::exp(-rise * 40));
-  return towards.y < 0 ? mix(hellHaze(), colour * 0.6f, smoothStep(0.06f, 0.2f, rise)) : colour;
+  if (towards.y >= 0) return colour;
+  // Under the lake's level: what hangs there burns along the roof; the depths are black.
+  const float lost = smoothStep(0.06f, 0.95f, rise);
+  const Colour4 melt = colour * 0.7f + gradient(emberRamp, 0.52f) * (0.8f * std::exp(-rise * 1.5f));
+  return mix(mix(hellHaze(), melt, smoothStep(0.02f, 0.1f, rise)), ink, lost);
 }
 
 }  // namespace vex

@@ -17,6 +17,11 @@ float angular(float angle, float count, float r, std::uint32_t seed) {
   return valueNoise(angle / (2 * pi) * count + count, r, static_cast<int>(count), seed);
 }
 
+// Neither is white there: what is drawn faintly would be grey.
+float hottest(const Hue& hue) {
+  return &hue == &emberHue ? 0.76f : &hue == &tealHue ? 0.82f : 1.0f;
+}
+
 // Shafts from the middle, as through a broken window, about a spark; additive, empty at the borders.
 Canvas raysAbout(float spark, const Settings& settings, const Hue& hue) {
   const int side = settings.side(512);
@@ -25,7 +30,8 @@ Canvas raysAbout(float spark, const Settings& settings, const Hue& hue) {
     const float broad = angular(angle, 22, r * 0.7f, 150), fine = angular(angle, 90, r * 1.2f, 151);
     const float shaft = smoothStep(0.35f, 0.95f, 0.68f * broad + 0.42f * fine);
     const float fall = std::pow(clamp01(1 - r / 0.97f), 1.6f);
-    return gradient(hue.ramp, fall * (0.16f + 0.62f * shaft) + spark * std::exp(-r * r * 70));
+    return gradient(hue.ramp,
+                    std::min(fall * (0.16f + 0.62f * shaft) + spark * std::exp(-r * r * 70), hottest(hue)));
   });
 }
 
@@ -50,9 +56,7 @@ Canvas corona(const Settings& settings, const Hue& hue) {
     const float reach = 0.05f + 0.26f * broad * broad + 0.06f * fine;
     const float streamers = std::exp(-out / reach) * (0.45f + 0.4f * fine + 0.35f * hair);
     const float ringLight = 0.75f * std::exp(-out / 0.014f) + 0.3f * std::exp(-out / 0.05f);
-    // Fire is never white there: what is drawn faintly would be grey.
-    const float hottest = &hue == &emberHue ? 0.76f : 1.0f;
-    return gradient(hue.ramp, std::min(streamers * 0.95f + ringLight, hottest) *
+    return gradient(hue.ramp, std::min(streamers * 0.95f + ringLight, hottest(hue)) *
                                   smoothStep(0.345f, 0.37f, r) * smoothStep(0.97f, 0.55f, r));
   });
 }
