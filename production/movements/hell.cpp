@@ -114,7 +114,8 @@ void addCathedral(Show& show) {
   for (const char* light : {"rays_ember", "light6"})
     addGlow(show, before, light, windows, 420, flashes(everyBeat, 0.9, 0.35));
   // From below it eclipses what burns; the stone about it stays dark.
-  addCorona(show, under, everyBeat, 1);
+  for (const double rest : {0.5, 0.1})
+    addGlow(show, under, "corona_ember", hell::sphereCentre, 170, flashes(everyBeat, 1, rest));
   addNight(show, "the vault's dark", sphere + 1, 0.5);
   // The sky burns behind it.
   addGlow(show, under, "haze_ember", Vector(40, 300, 60), 620, flashes({0, 2}, 1, 0.6));

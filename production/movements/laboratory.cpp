@@ -149,6 +149,7 @@ void addStrokes(Show& show, const Shot& shot, const std::vector<double>& beats, 
            Fade{.red = 0.55, .green = 0.01, .blue = 0.02, .alpha = flashes(beats, 0.3, 0.0)});
   addGlow(show, shot, "light4", lab::beaconPlace, 420, flashes(beats, 1, 0.25));
   addGlow(show, shot, "light4", lab::beaconPlace, 60, flashes(beats, 1, 0), 26);
+  addGlow(show, shot, "light7", lab::beaconPlace, 110, flashes(beats, 1, 0));
 }
 
 // Into the room; the lamp ticks as it warms. With the breath the child is black against the window.
@@ -260,7 +261,7 @@ void addEyes(Show& show) {
 // What the sprayer throws at the glass: hot at the nozzle, wider and fainter from there.
 void addJet(Show& show, const Shot& shot, const std::vector<double>& beats) {
   const Vector glass(35, 15, 14);
-  addGlow(show, shot, "light7", lab::nozzlePlace, 16, flashes(beats, 1, 0.5));
+  addGlow(show, shot, "light7", lab::nozzlePlace, 30, flashes(beats, 1, 0.6));
   for (const float share : {0.2f, 0.45f, 0.7f, 1.0f})
     addGlow(show, shot, "light3", mix(lab::nozzlePlace, glass, share), 12 + 34 * share,
             flashes(beats, 1 - 0.4 * share, 0.35 - 0.2 * share));
@@ -286,7 +287,7 @@ void addHose(Show& show) {
   state.spray = 100;
   addShot(show, aimed, state);
   addJet(show, aimed, {0, 1});
-  show.add("but for what it sees", aimed.from(), aimed.bars, smoke,
+  show.add("but for what it sees", aimed.from(), aimed.bars, haze - 1,
            Bitmap{.texture = "pinhole",
                   .at = centred(0.08, -0.16, line({{0, 14}, {0.3, 9}, {partEnd, 8}})),
                   .blend = Blend::darken});
