@@ -70,7 +70,7 @@ std::vector<StageCamera> cameras() {
       // From under the ceiling, with the beam.
       camera("view_above", 74, {{4, 1, {{128, 214, 150}, {66, 226, 128}}, {{2, -20, 4}, {-2, -20, 0}}}}),
       // From the table up along the beam.
-      camera("view_beam", 78, {{5, 1, {{112, -42, 204}, {84, -40, 196}}, {{6, 34, 8}, {2, 40, 4}}}}),
+      camera("view_beam", 84, {{5, 1, {{112, -42, 204}, {84, -40, 196}}, {{6, 43, 8}, {2, 48, 4}}}}),
       // Around the jar; once more when the skin clears.
       camera("view_jar", 62,
              {{13, 1, {{14, 2, 120}, {38, 8, 104}}, {{0, 4, 0}, {-2, 5, 0}}},

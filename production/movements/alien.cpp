@@ -278,7 +278,8 @@ void addUnison(Show& show) {
   }
   // Seen from above, what it stands over burns.
   show.add("the pool burns", barOf("unison 3"), length, backdrop,
-           glow("light5", centred(0.26, 0.34, slide(1.3, 1.4)), flashes({0, 1}, 0.8, 0.3)));
+           glow("light5", centred(0.26, 0.34, slide(1.3, 1.4)), flashes({0, 1}, 0.8, 0.3)),
+           glow("light7", centred(0.26, 0.34, 0.7), flashes({0, 1}, 0.8, 0.35)));
   show.add("blows", barOf("unison"), 2, backdrop,
            glow("rays_violet", centred(0.32, -0.47, 3.6), flashes({0, 2, 4, 6}, 0.4, 0)));
 }

@@ -41,7 +41,7 @@ void addLamp(Show& show) {
   show.add("funnel", start, 2, backdrop, Rays{.alpha = fade(2, 0, 0.3)});
   show.add("before the light", start, 0.5, backdrop + 1, Fade{.alpha = line({{0, 0.9}, {2, 0}})});
   show.add("lamp", start, 2, far,
-           glow("rays_teal", centred(slide(0, 0.03), -0.03, slide(2.4, 3.0)), flashes({0, 4}, 0.5, 0.2)),
+           glow("rays_teal", centred(slide(0, 0.03), -0.03, slide(2.4, 3.0)), flashes({0, 4}, 1, 0.45)),
            glow("light3", centred(slide(0, 0.03), -0.03, slide(2.2, 2.8)), fade(3, 0, 0.18)));
   show.add(
       "light behind somebody", start, 2, haze,
@@ -107,9 +107,11 @@ void addRoseLight(Show& show, double opens) {
       glow("glass_teal",
            {zoom(0.39, 0.54, 7) * -1, travel(1.05, 1.12, 7), zoom(0.78, 1.08, 7), zoom(0.52, 0.56, 7) * -1},
            rising * 0.9));
-  show.add("its light in the air", opens, 1.75, backdrop,
-           glow("light3", centred(0, roseY, zoom(2.6, 3.2, 7)), rising * 0.6),
-           glow("rays_teal", centred(0, roseY, zoom(2.4, 3.6, 7)), rising * 0.75));
+  show.add(
+      "its light in the air", opens, 1.75, backdrop,
+      glow("light3", centred(0, roseY, zoom(2.6, 3.2, 7)), rising * 0.6),
+      glow("rays_teal", centred(0, roseY, zoom(2.4, 3.6, 7)), rising * 0.75),
+      glow("light7", centred(0, roseY, zoom(0.62, 1.1, 7)), flashes({0, 1, 2, 3, 4, 5, 6, 6.5}, 1, 0.6)));
   show.add("somebody small", opens, 1.75, subject,
            Bitmap{.texture = "figure_teal",
                   .at = centred(travel(0.22, 0.3, 7), travel(0.36, 0.38, 7), zoom(0.84, 1.04, 7), 0.5)});
