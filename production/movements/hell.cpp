@@ -39,7 +39,8 @@ struct Shot {
   double start;
 };
 
-const Vector windows(0, 70, hell::choirPlace), rose(0, hell::roseHeight, hell::choirPlace);
+const Vector windows(0, 70, hell::choirPlace), windowsFoot(0, 24, hell::choirPlace),
+    rose(0, hell::roseHeight, hell::choirPlace);
 
 void addShot(Show& show, const Shot& shot) {
   show.part(shot.name, shot.bar, shot.bars, ground,
@@ -88,12 +89,14 @@ void addArrival(Show& show) {
   addShot(show, nave);
   addGlow(show, nave, "rays_ember", windows, 640, flashes(strokes, 1, 0.3));
   addGlow(show, nave, "light6", windows, 330, flashes(strokes, 1, 0.35));
+  addGlow(show, nave, "light7", windowsFoot, 190, flashes(strokes, 1, 0.6));
   addCorona(show, nave, strokes, 0.7);
   addSparks(show, "ash", start, lake - start, 0,
             {.alpha = fade(1, 0, 0.8), .count = 40, .spread = 5, .speedY = 7, .scatter = 26});
   for (const Shot& shot : {over, nearer}) {
     addShot(show, shot);
     addGlow(show, shot, "rays_ember", windows, 520, flashes(everyBeat, 0.8, 0.25));
+    addGlow(show, shot, "light7", windowsFoot, 190, flashes(everyBeat, 1, 0.6));
     addCorona(show, shot, everyBeat, 0.8);
     addHeat(show, "heat", shot.bar, shot.bars, flashes(everyBeat, 0.08, 0.01));
   }
@@ -108,6 +111,7 @@ void addCathedral(Show& show) {
       along{"along the chain", sphere + 1.5, 0.5, close, 10};
   for (const Shot& shot : {past, above, before, under, along}) addShot(show, shot);
   addGlow(show, past, "rays_ember", windows, 420, flashes({0, 2}, 0.8, 0.25));
+  addGlow(show, past, "light7", windows, 150, flashes({0, 1, 2, 3}, 1, 0.5));
   for (const Shot& shot : {past, above}) addCorona(show, shot, everyBeat, 1);
   addCorona(show, before, everyBeat, 1);
   addNight(show, "the nave's dark", sphere, 1);
@@ -170,10 +174,9 @@ void addDepths(Show& show) {
             {.alpha = 1, .count = 70, .spread = 4, .speedZ = 20, .scatter = 22});
   addShot(show, embers);
   // The windows' light stands below the sphere.
-  const Vector feet(0, 16, hell::choirPlace);
-  addGlow(show, embers, "rays_ember", feet, 300, flashes(everyBeat, 1, 0.5));
-  addGlow(show, embers, "light6", feet, 190, flashes(everyBeat, 1, 0.6));
-  addGlow(show, embers, "light7", feet, 90, flashes(everyBeat, 1, 0.5));
+  addGlow(show, embers, "rays_ember", windowsFoot, 300, flashes(everyBeat, 1, 0.5));
+  addGlow(show, embers, "light6", windowsFoot, 190, flashes(everyBeat, 1, 0.6));
+  addGlow(show, embers, "light7", windowsFoot, 90, flashes(everyBeat, 1, 0.5));
   addGlow(show, embers, "rays_ember", rose, 200, flashes(everyBeat, 0.7, 0.3));
   addCorona(show, embers, everyBeat, 1.2);
   addSparks(show, "embers rise", coals, breath - coals, 10,

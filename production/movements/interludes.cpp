@@ -45,7 +45,7 @@ void addLamp(Show& show) {
            glow("light3", centred(slide(0, 0.03), -0.03, slide(2.2, 2.8)), fade(3, 0, 0.18)));
   show.add(
       "light behind somebody", start, 2, haze,
-      glow("light3", centred(travel(0.56, 0.5, 8), 0.06, 2.3), line({{0, 0}, {1, 0.2}, {partEnd, 0.4}})));
+      glow("light3", centred(travel(0.56, 0.5, 8), 0.06, 2.3), slide(0.26, 0.4)));
   show.add("somebody", start, 2, subject,
            Bitmap{.texture = "figure_teal",
                   .at = centred(travel(0.60, 0.56, 8), travel(0.26, 0.3, 8), zoom(1.45, 1.75, 8), 0.5)});
@@ -245,7 +245,7 @@ void addBurningWord(Show& show, const char* name, double bar, double bars, const
 void addVexedly(Show& show, double roll, double doubles, double breath) {
   show.add("dark under the title", roll, breath - roll, title - 1, shadow(centred(0, 0.6, 0.8, 3.6)),
            shadow(centred(0, 0.6, 0.8, 3.6)), shadow(centred(0, 0.6, 0.7, 3.4)));
-  addBurningWord(show, "vexedly", roll, doubles - roll, vex(edly, slide(0.74, 0.8), 0, 0.58), {0, 1, 2});
+  addBurningWord(show, "vexedly", roll, doubles - roll, vex(edly, slide(0.7, 0.76), 0, 0.55), {0, 1, 2});
   // The fire goes down; what is left burns behind the mask.
   show.add("embers", doubles, breath - doubles, ground + 1, Fade{0.16, 0.02, 0, slide(0.2, 0.35)},
            Tiles{.texture = "sparks_ember",
