@@ -43,9 +43,8 @@ void addLamp(Show& show) {
   show.add("lamp", start, 2, far,
            glow("rays_teal", centred(slide(0, 0.03), -0.03, slide(2.4, 3.0)), flashes({0, 4}, 1, 0.45)),
            glow("light3", centred(slide(0, 0.03), -0.03, slide(2.2, 2.8)), fade(3, 0, 0.18)));
-  show.add(
-      "light behind somebody", start, 2, haze,
-      glow("light3", centred(travel(0.56, 0.5, 8), 0.06, 2.3), slide(0.26, 0.4)));
+  show.add("light behind somebody", start, 2, haze,
+           glow("light3", centred(travel(0.56, 0.5, 8), 0.06, 2.3), slide(0.26, 0.4)));
   show.add("somebody", start, 2, subject,
            Bitmap{.texture = "figure_teal",
                   .at = centred(travel(0.60, 0.56, 8), travel(0.26, 0.3, 8), zoom(1.45, 1.75, 8), 0.5)});

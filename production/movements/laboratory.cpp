@@ -205,6 +205,20 @@ void addTable(Show& show) {
   const Vector ember = lab::emberPlace;
   addGlow(show, smoulder, "light6", ember, 9, swing(2, 0.25, 0.7));
   addGlow(show, smoulder, "light4", ember, 7, swing(2, 0.5, 1));
+  // Its smoke stands before the dark and comes apart above.
+  const struct {
+    double aside, up, wide, high, level, phase;  // units of the room, level
+  } puffs[] = {{0, 8, 8, 20, 0.3, 0},
+               {1.5, 17, 12, 24, 0.4, 0.3},
+               {-1, 29, 17, 24, 0.5, 0.55},
+               {3, 42, 27, 30, 0.4, 0.8},
+               {-5, 56, 36, 34, 0.3, 0.1}};
+  for (const auto& it : puffs) {
+    const Sight puff =
+        sightOf(smoulder, ember + Vector(static_cast<float>(it.aside), static_cast<float>(it.up), 0));
+    addGlow(show, smoulder, "haze_teal", puff, it.high, swing(3, 0.6 * it.level, it.level, it.phase),
+            it.wide / it.high);
+  }
 }
 
 void addBeam(Show& show) {
