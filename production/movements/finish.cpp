@@ -86,7 +86,7 @@ void addBlinks(Show& show) {
       {barOf("table fill"), 0.25},
       {51, 0.25},
       {barOf("jar fill"), 0.25},
-      {barOf("white"), 0.08},
+      {barOf("white"), 0.2},
       {barOf("white fill"), 0.14},
       {barOf("crow fill 2"), 0.35},
       {barOf("water fill"), 0.3},
