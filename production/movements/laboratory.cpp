@@ -264,7 +264,7 @@ void addEyes(Show& show) {
   // Only its face, then all of it.
   show.add("but for its face", opening.from(), 0.35, smoke,
            Bitmap{.texture = "pinhole",
-                  .at = centred(-0.1, -0.08, line({{0, 3.6}, {0.95, 4.2}, {1.1, 8}, {partEnd, 14}})),
+                  .at = centred(-0.1, -0.08, line({{0, 4.3}, {0.95, 4.6}, {1.1, 8}, {partEnd, 14}})),
                   .blend = Blend::darken});
   addShot(show, staring,
           {.turn = slide(0.58, 0.62),
