@@ -557,12 +557,17 @@ void addBackwards(Show& show) {
 }  // namespace
 
 // Through its windows the hall shows the sky of where it stands now. The name burns above the box and sinks
-// into it; light shines from the seam until the lid has shut it in.
-void addLidCloses(Show& show, double from, double shut, double until) {
-  const double beats = (shut - from) * beatsPerBar;
+// into it; when the lid falls, light shines from the seam until it has shut it in.
+void addLidCloses(Show& show, double from, double drawnIn, double shut, double until) {
+  const double beats = (drawnIn - from) * beatsPerBar, last = (shut - from) * beatsPerBar;
   const auto falling = [&](double open) {
-    return line(
-        {{0, open}, {0.4 * beats, 0.8 * open}, {beats, 0}, {beats + 0.12, 0.02 * open}, {beats + 0.25, 0}});
+    return line({{0, open},
+                 {beats, 0.92 * open},
+                 {last - 1.2, 0.86 * open},
+                 {last - 0.5, 0.6 * open},
+                 {last, 0},
+                 {last + 0.12, 0.02 * open},
+                 {last + 0.25, 0}});
   };
   // Struck for the last time they turn to light, one by one, which is drawn into the box.
   const double taken = 0.4 * beats;
@@ -578,13 +583,13 @@ void addLidCloses(Show& show, double from, double shut, double until) {
       line({{0, 0}, {0.3 * taken, 0.2}, {taken, 1}, {0.9 * beats, 0.9}, {0.94 * beats, 0}});
   sinking.seconds[split] =
       line({{0, veilUp}, {1.1 * taken, veilHung}, {0.94 * beats, veilDrawn}, {partEnd, veilDrawn}});
-  sinking.opacity[spill] = line({{0, 0.35}, {0.5 * beats, 0.2}, {0.9 * beats, 0}});
+  sinking.opacity[spill] = line({{0, 0.35}, {0.5 * beats, 0.2}, {last - 0.2, 0}});
   addShot(show, "the lid closes", from, until - from, closing,
-          {.lock = line({{0, 0.8}, {beats, 0.8}, {beats + 0.5, 0}}),
+          {.lock = line({{0, 0.8}, {last, 0.8}, {last + 0.5, 0}}),
            .lid = falling(0.96),
            .light = falling(0.999),
            .beam = falling(0.6),
-           .seam = line({{0, 0}, {0.7 * beats, 0}, {beats - 0.1, 0.999}, {beats + 0.1, 0}}),
+           .seam = line({{0, 0}, {last - 0.8, 0}, {last - 0.1, 0.999}, {last + 0.1, 0}}),
            .letters = {turnsToLight(0.9), turnsToLight(0.6), turnsToLight(0.3)}},
           {draw(sinking)});
 }

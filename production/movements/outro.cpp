@@ -100,7 +100,7 @@ void addSky(Show& show) {
       "copper sky", start, end + 1 - start, ground,
       Bitmap{.texture = "sky_copper", .at = covering(1.3, swing(53, -0.2, 0.2), swing(37, -0.15, 0.15))});
   show.add("copper dawn", start, end - start, backdrop - 1,
-           glow("haze_ember", centred(swing(23, -0.4, 0.4), 0.75, 2.0, 2.2), swing(8, 0.5, 0.8)));
+           glow("haze_ember", centred(swing(23, -0.4, 0.4), 0.75, 2.0, 2.2), swing(8, 0.7, 1)));
   show.part("stars", start, 2, backdrop, {draw(Stars{.z = line({{0, -2.2}, {2, -0.5}, {partEnd, -0.3}})})});
   show.part("stars drift", start + 2, 2, backdrop, {draw(Stars{.x = 0.12, .y = 0.03, .z = -0.15})});
   show.part("stars fly", start + 4, 4, backdrop, {draw(Stars{.z = -0.35})});
@@ -140,23 +140,27 @@ void addBars(Show& show) {
       {1.0, 0.88, 0.66});
   add("bars in file", first, second,
       {.count = 8, .endScale = 0.4, .speed = 0.5, .spacing = 0.5, .amplitude = swing(8, 0.6, 0.8, 90)},
-      {0.22, 0.44, 0.13});
+      {0.42, 0.86, 0.24});
   add("bars entwined", second, third,
       {.count = 9, .endScale = 0.35, .mode = 1, .speed = 0.6, .spacing = 0.6, .amplitude = 0.8},
-      {0.10, 0.36, 0.95});
+      {0.26, 0.60, 1.0});
   const Copper chorus{.count = 7,
                       .endScale = 0.4,
                       .mode = 1,
                       .speed = 0.9,
                       .spacing = 0.8,
                       .amplitude = swing(12, 0.65, 0.85)};
-  add("bars of the chorus", third, greetings, chorus, {0.2, 0.62, 0.66});
+  add("bars of the chorus", third, greetings, chorus, {0.34, 0.96, 1.0});
   add("bars of gold", greetings, closing, chorus, {1.0, 0.72, 0.30});
   // They gather where the balls will lie.
   Copper gathered = chorus;
   gathered.amplitude = line({{0, 0.7}, {0.9, 0.1}, {1, 0.8}, {partEnd, 0.5}});
-  add("bars struck", closing, chord, gathered, {0.2, 0.62, 0.66});
-  // The first world hides a sun: its streamers flare on the beat.
+  add("bars struck", closing, chord, gathered, {0.34, 0.96, 1.0});
+  // The world comes out of its sun's light.
+  show.add("light behind the world", outroBar, bars - outroBar, far + 1,
+           glow("rays_ember", centred(0, -0.12, slide(3.4, 2.8)), flashes(everyBeat, 0.9, 0.45)),
+           glow("haze_ember", centred(0, -0.12, 2.6, 1.5), flashes(everyBeat, 1, 0.7)));
+  // Then it hides a sun: its streamers flare on the beat.
   for (const double rest : {0.7, 0.2})
     show.add("sun behind", bars, first - bars, far + 1,
              glow("corona_ember", centred(0, -0.16, slide(2.3, 2.45)), flashes(everyBeat, 1, rest)));
@@ -292,8 +296,8 @@ void addSkullOfBalls(Show& show, double second) {
   for (const double side : {1.0, -1.0})
     for (double beat = 0; beat < gone; ++beat) {
       const Vector eye(static_cast<float>(side) * skullEye.x, skullEye.y, skullEye.z - 4);
-      addLight("eyes", "light4", eye, 74, beat, beat + 1, flashes({0, 0.5}, 1, 0.5));
-      addLight("eyes", "light7", eye, 20, beat, beat + 1, flashes({0, 0.5}, 1, 0.4));
+      addLight("eyes", "light4", eye, 74, beat, beat + 1, flashes({0, 0.5}, 1, 0.75));
+      addLight("eyes", "light7", eye, 22, beat, beat + 1, flashes({0, 0.5}, 1, 0.7));
     }
   show.add("swallowed", second + swallows / beatsPerBar, (gone - swallows) / beatsPerBar, flash + 1,
            Fade{.alpha = spline({{0, 0}, {0.7, 0}, {1, 0.8}})});
@@ -308,9 +312,12 @@ void addWordOfBalls(Show& show, double third) {
   const Look look = [&](double from, double to) {
     const auto height = [&](double beat) {
       if (beat < closing) return 0.1;
-      // Up a little and down.
-      const double t = std::min(1.0, beat - closing);
-      return 0.1 + 0.16 * t - 0.28 * t * t;
+      // Up a little and down; then the heap bounces, each time half as long.
+      double t = beat - closing;
+      if (t < 1) return 0.1 + 0.16 * t - 0.28 * t * t;
+      double hop = 0.5;
+      for (t -= 1; t >= hop && hop > 0.1; hop /= 2) t -= hop;
+      return -0.02 + 1.6 * std::max(0.0, t * (hop - t));
     };
     return BallShow{
         .size = stretch([](double beat) { return 13 + 4 * swell(beat); }, from, to),
@@ -399,30 +406,41 @@ void addScroller(Show& show) {
                            .y = spline({{0, -0.64}, {2, -0.68}, {3, -0.8}, {partEnd, -0.8}})})});
 }
 
-// When the balls have flown past us the box is shut; over it the title is struck once, and stands in copper
-// until the music is over.
+// When the balls have flown past us the open box drinks its letters; over it the title is struck once, stands
+// in copper, and when it has been read the lid falls.
 void addLastWord(Show& show) {
-  const double chord = barOf("last chord"), shut = songBars, end = songBars + blackSeconds / secondsPerBar;
-  addLidCloses(show, chord + 0.25, shut, end);
+  constexpr double shuts = 4;  // beats after the title is struck
+  const double chord = barOf("last chord"), named = songBars, end = songBars + blackSeconds / secondsPerBar;
+  addLidCloses(show, chord + 0.25, named, named + shuts / beatsPerBar, end);
   show.add("light of the chord", chord, 0.5, haze,
            glow("haze_ember", centred(0, 0, spline({{0, 3.6}, {partEnd, 2.4}}), 2),
                 line({{0, 1}, {0.6, 0.7}, {partEnd, 0}})));
   for (int layer = 0; layer < 2; ++layer)
-    show.add("dark behind the name", shut, end - shut, title - 2, shadow(centred(0, -0.53, 0.9, 4)));
+    show.add("dark behind the name", named, end - named, title - 2, shadow(centred(0, -0.53, 0.9, 4)));
   // What it is struck with glows on behind it.
-  show.add("light of the name", shut, end - shut, title - 1,
+  show.add("light of the name", named, end - named, title - 1,
            glow("rays_ember", centred(0, -0.52, spline({{0, 3.4}, {1, 2.4}, {partEnd, 2.0}}), 1.6),
-                line({{0, 1}, {0.5, 0.7}, {2, 0.5}, {4.5, 0.4}, {7.2, 0}})),
+                line({{0, 1}, {0.5, 0.7}, {2, 0.5}, {shuts, 0.5}, {shuts + 0.3, 0.25}, {7.2, 0}})),
            glow("streak_bone", {-1.6, -0.72, 3.2, 0.4}, line({{0, 1}, {0.5, 0.5}, {2, 0}})));
   // It runs over the letters once more as they cool, and the lock beats a last time or two.
-  show.add("glint over the name", shut + 0.25, end - shut - 0.25, title + 1,
+  show.add("glint over the name", named + 0.25, end - named - 0.25, title + 1,
            glow("streak_bone", {line({{0, -2.4}, {5, 0.6}, {partEnd, 1}}), -0.66, 1.8, 0.22},
                 line({{0, 0}, {0.5, 0.8}, {4, 0.7}, {5, 0}})));
-  show.add("last heart-beats", shut, end - shut, haze,
-           glow("haze_ember", centred(0, 0.3, 1.5, 1.2), flashes({1, 1.6, 3, 3.6, 5}, 0.8, 0.12)));
+  show.add(
+      "last heart-beats", named, end - named, haze,
+      glow("haze_ember", centred(0, 0.3, 1.5, 1.2), flashes({1, 1.6, 3, 3.6, shuts, 5, 5.6}, 0.8, 0.12)));
+  // What it has drunk shines out of it until then.
+  show.add("light of the open box", named - 0.25, 0.25 + (shuts - 0.2) / beatsPerBar, haze,
+           glow("haze_acid", centred(0.02, 0.02, 1.3, 1.5),
+                line({{0, 0}, {1, 1}, {1.6, 0.75}, {shuts - 0.2, 0.8}, {partEnd, 0}})),
+           glow("rays_acid", centred(0.02, 0.16, swing(3, 1.5, 1.8)),
+                line({{0, 0}, {1, 1}, {1.6, 0.6}, {shuts - 0.2, 0.7}, {partEnd, 0}})));
+  show.add("lid falls", named + shuts / beatsPerBar, 0.25, haze + 1,
+           glow("streak_acid", {-1.3, 0.12, 2.6, 0.3}, line({{0, 1}, {0.2, 0.6}, {partEnd, 0}})),
+           glow("haze_acid", centred(0, 0.28, 1.6, 2), line({{0, 0.8}, {partEnd, 0}})));
   constexpr double struck = 0.25;  // beats
   const Curve falls = slide(1.35, 1.2);
-  show.add("vexation struck", shut, struck / beatsPerBar, title,
+  show.add("vexation struck", named, struck / beatsPerBar, title,
            Logo{.ending = ation.texture,
                 .x = falls * ation.leftBy,
                 .y = -0.55,
@@ -430,9 +448,9 @@ void addLastWord(Show& show) {
                 .glitch = slide(0.8, 0.2)});
   Word word = vex(ation, spline({{0, 1.2}, {2, 1.15}, {partEnd, 1.05}}), 0, -0.55);
   word.tear = 0;
-  show.add("vexation", shut + struck / beatsPerBar, end - shut - struck / beatsPerBar, title, word);
-  show.add("last veil", shut, end + 1 - shut, curtain,
-           Fade{.alpha = line({{0, 0}, {4.5, 0}, {7.2, 1}, {partEnd, 1}})});
+  show.add("vexation", named + struck / beatsPerBar, end - named - struck / beatsPerBar, title, word);
+  show.add("last veil", named, end + 1 - named, curtain,
+           Fade{.alpha = line({{0, 0}, {5, 0}, {7.2, 1}, {partEnd, 1}})});
 }
 
 }  // namespace

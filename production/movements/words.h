@@ -86,8 +86,8 @@ show::screen::Waves smokeBefore(const char* texture, double reach, double speed,
 // The movements, in order, and what lies over them all.
 void addPrologue(show::Show& show);
 void addBox(show::Show& show);
-// Its lid comes down once more: open at bar `from`, shut at bar `shut`.
-void addLidCloses(show::Show& show, double from, double shut, double until);
+// Its lid comes down once more: open at bar `from`, its letters in it at bar `drawnIn`, shut at bar `shut`.
+void addLidCloses(show::Show& show, double from, double drawnIn, double shut, double until);
 void addAlien(show::Show& show);
 void addInterludeOne(show::Show& show);
 void addLaboratory(show::Show& show);

@@ -44,7 +44,8 @@ Canvas vectorBall(const Settings& settings) {
     const float key = std::max(0.0f, -0.45f * x - 0.62f * y + 0.64f * z);
     const float behind = clamp01(0.35f + 0.5f * x + 0.5f * y) * std::pow(1 - z, 1.6f);
     const float gloss = std::pow(std::max(0.0f, -0.36f * x - 0.48f * y + 0.8f * z), 26.0f);
-    const Colour4 body = mix(Colour4{0.05f, 0.03f, 0.04f}, Colour4{0.80f, 0.72f, 0.64f}, std::pow(key, 1.7f));
+    const Colour4 body =
+        mix(Colour4{0.05f, 0.03f, 0.04f}, Colour4{0.94f, 0.87f, 0.79f}, std::pow(key, 1.45f));
     Colour4 colour =
         body + Colour4{1, 0.98f, 0.95f} * (1.3f * gloss) + Colour4{1, 0.5f, 0.2f} * (1.5f * behind);
     return Colour4{clamp01(colour.r), clamp01(colour.g), clamp01(colour.b), r2 < 1 ? 1.0f : 0.0f};
@@ -61,7 +62,7 @@ Canvas copperSky(const Settings& settings) {
     const float band = std::exp(-river * river * 14);
     const float lanes = smoothStep(0.05f, 0.4f, fractal(x * 5 + bend, v * 7, 0, 5, 0.55f, 922));
     const float lit = smoothStep(-0.1f, 0.5f, cloud);
-    const float level = 0.09f + band * (0.34f + 0.62f * lit * lit) * (1 - 0.6f * lanes) + 0.06f * cloud;
+    const float level = 0.12f + band * (0.42f + 0.74f * lit * lit) * (1 - 0.6f * lanes) + 0.07f * cloud;
     const Colour4 dust = gradient(copperRamp, level);
     return dust + gradient(violetRamp, 0.16f + 0.12f * cloud) * (0.6f * (1 - band));
   });
