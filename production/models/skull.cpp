@@ -237,7 +237,7 @@ Model skullModel(const Settings& settings) {
                             .surface = placed(beam(), moved(eye(side))),
                             .pivot = eye(side),
                             .material = "beam"});
-  stage.meshes.push_back({.name = "clouds01", .surface = cloudLayer(430, 0.20f), .material = "clouds"});
+  stage.meshes.push_back({.name = "clouds01", .surface = cloudLayer(430, 0.235f), .material = "clouds"});
   stage.meshes.push_back({.name = "clouds02", .surface = cloudLayer(352, 0.19f), .material = "clouds"});
   for (const Flight& flight : flights) stage.meshes.push_back(crowMesh(flight));
   // Before the clouds, not behind them: each is whole from the vault down.
@@ -272,7 +272,7 @@ std::vector<StageCamera> cameras() {
       // From the rubble up over the crown, until stone stands before stone.
       camera("crane", 80,
              {Vector(262, 40, 290), Vector(222, 170, 320), Vector(150, 275, 330), Vector(60, 340, 320)},
-             {Vector(30, 150, 0), Vector(30, 150, 0), Vector(34, 128, 0), Vector(20, 100, 0)}),
+             {Vector(30, 150, 0), Vector(30, 146, 0), Vector(30, 106, 0), Vector(14, 80, 0)}),
       // Into a socket.
       camera("socket", 60,
              {Vector(-110, 124, 200), Vector(-84, 126, 160), Vector(-66, 124, 130), Vector(-56, 120, 104)},
@@ -299,15 +299,15 @@ std::vector<StageCamera> cameras() {
       // Below it, before it falls.
       cameraDuring({.name = "stalked", .fieldDegrees = 60, .far = 5000}, loopSeconds, 3, 1,
                    {Vector(112, 92, 432), Vector(104, 95, 428), Vector(96, 98, 424)},
-                   {Vector(-58, 164, 120), Vector(-60, 165, 120), Vector(-62, 166, 120)}),
+                   {Vector(-58, 172, 120), Vector(-60, 173, 120), Vector(-62, 174, 120)}),
       // Over the third one's shoulder: what it flies past looks back at it.
       cameraDuring({.name = "hunted", .fieldDegrees = 58, .far = 5000}, loopSeconds, 10, 1,
                    {Vector(-362, 214, 470), Vector(-334, 216, 486), Vector(-306, 218, 502)},
                    {Vector(-122, 116, 130), Vector(-112, 116, 134), Vector(-102, 116, 138)}),
       // Beside the second one as it passes before the brow.
       cameraDuring({.name = "alongside", .fieldDegrees = 78, .far = 5000}, loopSeconds, 5, 1,
-                   {Vector(186, 110, 372), Vector(160, 108, 378), Vector(134, 106, 386)},
-                   {Vector(34, 158, 150), Vector(22, 160, 150), Vector(8, 163, 150)}),
+                   {Vector(200, 104, 408), Vector(174, 102, 414), Vector(148, 100, 422)},
+                   {Vector(34, 166, 150), Vector(22, 168, 150), Vector(8, 171, 150)}),
       // At its feet, as it roars.
       cameraDuring({.name = "roar", .fieldDegrees = 84, .far = 5000}, loopSeconds, roarOpens - 0.47f, 1.1f,
                    {Vector(-96, 44, 236), Vector(-84, 40, 214), Vector(-66, 34, 188)},

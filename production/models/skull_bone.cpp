@@ -109,6 +109,7 @@ float craniumDistance(const Vector& p) {
   d = smoothCut(d, ellipsoid(q, Vector(0, 48, 30), Vector(26, 28, 44)), 6);
   // Palate and throat: no sky shows through the mouth.
   d = smoothJoin(d, ellipsoid(q, Vector(0, 68, 6), Vector(34, 14, 38)), 5);
+  d = smoothJoin(d, ellipsoid(q, Vector(0, 46, -22), Vector(42, 56, 18)), 8);
   // A piece of the temple is broken out.
   const Vector hole(-56, 196, 30);
   d = smoothCut(d, ball(p, hole, 27 + 7 * fractal(p * 0.06f, 0, 3, 0.6f, 907)), 2);

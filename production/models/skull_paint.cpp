@@ -74,7 +74,10 @@ Colour4 stoneColour(const BakePoint& p) {
   if (p.part == toothPart) stone = mix(bone, gradient(stormRamp, 0.30f), 0.4f * stain);
   stone = mix(stone, gradient(stormRamp, 0.20f), 0.65f * drips(p));
   stone = stone * (1 - 0.55f * crease) * (0.45f + 0.55f * smoothStep(0, 0.65f, p.open));
-  return stone * p.light * (1.5f * relief(p, 1.6f, 0.6f, grain));
+  // The brightest keeps its cracks.
+  const Colour4 lit = stone * p.light * (1.6f * relief(p, 1.6f, 0.6f, grain));
+  const float most = std::max({lit.r, lit.g, lit.b}) / 1.2f;
+  return lit * (1 / std::cbrt(1 + most * most * most));
 }
 
 Colour4 boulderColour(const BakePoint& p) {
@@ -87,7 +90,7 @@ Colour4 boulderColour(const BakePoint& p) {
 Colour4 groundColour(const BakePoint& p) {
   const float radius = std::hypot(p.position.x, p.position.z);
   // Far away no finer than the picture.
-  const float far = smoothStep(120, 330, radius);
+  const float far = smoothStep(120, 330, radius), farther = smoothStep(420, 820, radius);
   const auto slabs = [](const Vector& at, float scale) {
     return cellularNoise(warp(at * scale, 0, 0.4f, 1141), 0, 1142);
   };
@@ -98,17 +101,27 @@ Colour4 groundColour(const BakePoint& p) {
            far * (14 * fractal(at * 0.03f, 0, 4, 0.58f, 1143) +
                   7 * smoothStep(0, 0.14f, wide.second - wide.nearest));
   };
-  const float puddle = smoothStep(0.56f, 0.64f, 0.5f + 0.5f * fractal(p.position * 0.011f, 0, 3, 0.5f, 1144));
-  const NoiseCell slab = slabs(p.position, far < 0.5f ? 0.045f : 0.016f);
-  const float gap = smoothStep(0.0f, 0.10f, slab.second - slab.nearest);
+  const float puddle = smoothStep(0.61f, 0.66f, 0.5f + 0.5f * fractal(p.position * 0.011f, 0, 3, 0.5f, 1144));
+  // Slabs of three sizes, each where it is seen best.
+  float gap = 0, tone = 0;
+  for (const auto& [scale, share] :
+       {std::pair{0.045f, 1 - far}, {0.016f, far * (1 - farther)}, {0.007f, farther}}) {
+    const NoiseCell slab = slabs(p.position, scale);
+    gap += share * smoothStep(0.0f, 0.10f, slab.second - slab.nearest);
+    tone += share * slab.id;
+  }
+  // Drifts of silt lie over it, more of them far away.
+  const float drift = 0.5f + 0.5f * fractal(p.position * 0.006f, 0, 4, 0.5f, 1146);
   Colour4 colour =
-      gradient(stormRamp, 0.40f + 0.14f * slab.id + 0.12f * fractal(p.position * 0.05f, 0, 4, 0.6f, 1145)) *
-      (0.45f + 0.55f * mix(gap, 1, std::fabs(2 * far - 1) < 0.5f ? 0.6f : 0.0f));
+      gradient(stormRamp, 0.32f + 0.14f * tone + 0.12f * fractal(p.position * 0.05f, 0, 4, 0.6f, 1145)) *
+      (0.40f + 0.60f * gap);
+  colour = mix(colour, gradient(stormRamp, 0.30f), 0.8f * smoothStep(0.52f, 0.70f, drift + 0.10f * farther));
   colour = colour * p.light * relief(p, mix(1.5f, 5, far), 0.5f, height);
   // Water lies in the hollows and holds the sky.
-  colour = mix(colour, gradient(stormRamp, 0.72f) * (0.35f + 0.65f * p.open), 0.85f * puddle);
-  colour = mix(colour, gradient(stormRamp, 0.40f), smoothStep(330, 900, radius));
-  return colour;
+  const float mirrored = fractal(Vector(p.position.x * 0.008f, 0, p.position.z * 0.03f), 0, 4, 0.55f, 1147);
+  colour =
+      mix(colour, gradient(stormRamp, 0.70f + 0.42f * mirrored) * (0.35f + 0.65f * p.open), 0.9f * puddle);
+  return mix(colour, gradient(stormRamp, 0.34f), smoothStep(900, 1700, radius * (0.7f + 0.6f * drift)));
 }
 
 Colour4 spearColour(const BakePoint& p) {

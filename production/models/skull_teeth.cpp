@@ -34,7 +34,7 @@ struct Arch {
   int brokenRight, brokenLeft, gone;  // numbers of teeth; `gone` is on the left
   std::uint32_t seed;
 };
-constexpr Arch upperArch{82, 0.026f, 1, 65, -1, 1, 5, 3, 915};
+constexpr Arch upperArch{82, 0.026f, 1, 67, -1, 1, 5, 3, 915};
 constexpr Arch lowerArch{77, 0.027f, 0.96f, 33, 1, 3, 0, 4, 917};
 
 Vector onArch(const Arch& arch, float x) {

@@ -245,10 +245,20 @@ void addRoars(Show& show) {
     return mix(skull::jawHinge(), skull::eye(1) * 0.5f + skull::eye(-1) * 0.5f, 0.62f) - Vector(0, 46, 0);
   };
   const auto add = [&](double bar, double bars) {
+    // Tongues of flame that lick out of it, and what they light.
+    const auto tongue = [&](float x, float y) {
+      return [=](double seconds) {
+        const auto t = static_cast<float>(seconds);
+        return throat(0) + Vector(x + 5 * std::sin(19 * t + x), y + 7 * std::sin(13 * t + y), 14);
+      };
+    };
     addGlows(
         show, "fire in its throat", bar, bars,
-        {{130, {.texture = "light4", .alpha = line({{0, 0.9}, {0.5, 0.5}, {partEnd, 0.6}})}, throat},
-         {420, {.texture = "haze_ember", .alpha = line({{0, 0.9}, {0.6, 0.5}, {partEnd, 0.4}})}, throat}});
+        {{70, {.texture = "flare_fire1", .alpha = swing(0.31, 0.5, 1)}, tongue(-16, -4)},
+         {84, {.texture = "flare_fire2", .alpha = swing(0.23, 0.6, 1)}, tongue(2, 4)},
+         {66, {.texture = "flare_fire3", .alpha = swing(0.27, 0.5, 1, 90)}, tongue(19, -2)},
+         {110, {.texture = "flare_fire3", .alpha = swing(0.37, 0.2, 0.7, 180)}, tongue(-2, 24)},
+         {330, {.texture = "haze_ember", .alpha = line({{0, 0.9}, {0.6, 0.6}, {partEnd, 0.5}})}, throat}});
   };
   add(skullBar + 11.75, 0.25);
   add(skullBar + 14.5, 0.5);

@@ -22,7 +22,9 @@ namespace {
 // Height of a range of mountains as the sine of its angle.
 float rangeHeight(float azimuth, float scale, std::uint32_t seed) {
   const Vector p(std::cos(azimuth) * scale, std::sin(azimuth) * scale, 0);
-  return 0.6f + 0.5f * fractal(p, 0, 5, 0.5f, seed) + 0.25f * fractal(p * 3.1f, 0, 4, 0.6f, seed + 1);
+  const float peaks = 1 - 2 * std::fabs(gradientNoise(p * 5.3f, 0, seed + 2));
+  return 0.5f + 0.5f * fractal(p, 0, 5, 0.5f, seed) + 0.25f * fractal(p * 3.1f, 0, 4, 0.6f, seed + 1) +
+         0.22f * peaks;
 }
 
 Colour4 stormSky(const Vector& d) {
@@ -55,12 +57,12 @@ Colour4 stormSky(const Vector& d) {
   const float farRange = 0.095f * rangeHeight(azimuth, 1.9f, 961),
               nearRange = 0.05f * rangeHeight(azimuth, 3.1f, 971);
   const float lit = 0.5f + 0.5f * fractal(Vector(azimuth * 14, d.y * 60, 0), 0, 4, 0.55f, 981);
-  colour = mix(colour, gradient(stormRamp, 0.47f + 0.05f * lit + 0.22f * light),
+  colour = mix(colour, gradient(stormRamp, 0.33f + 0.05f * lit + 0.15f * light),
                smoothStep(soft, -soft, d.y - farRange));
-  colour = mix(colour, gradient(stormRamp, 0.37f + 0.03f * lit + 0.15f * light),
+  colour = mix(colour, gradient(stormRamp, 0.24f + 0.03f * lit + 0.10f * light),
                smoothStep(soft, -soft, d.y - nearRange));
   const float haze = std::exp(-std::fabs(d.y) * 17);
-  colour = mix(colour, gradient(stormRamp, 0.42f + 0.62f * light), 0.85f * haze);
+  colour = mix(colour, gradient(stormRamp, 0.36f + 0.62f * light), 0.8f * haze);
   const float down = smoothStep(-0.012f, -0.05f, d.y);
   const float depth = std::max(0.02f, -d.y);
   const float grit = 0.5f + 0.5f * fractal(Vector(d.x / depth * 3, d.z / depth * 3, 0), 0, 3, 0.5f, 991);
@@ -107,7 +109,7 @@ Canvas swirl(const Settings& settings) {
     // Dark where heads stand against it, low over the horizon.
     const float low = 1 - 0.34f * smoothStep(0.25f, 0.62f, r);
     Colour4 colour = gradient(
-        stormRamp, low * (0.14f + 0.24f * smoothStep(-0.4f, 0.5f, cloud) + 4.6f * std::max(0.0f, lit)) +
+        stormRamp, low * (0.10f + 0.24f * smoothStep(-0.4f, 0.5f, cloud) + 6.4f * std::max(0.0f, lit)) +
                        0.62f * glow + 0.7f * eye);
     colour.a = smoothStep(0.99f, 0.62f, r + 0.10f * cloud);
     return colour;
