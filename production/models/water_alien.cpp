@@ -53,10 +53,19 @@ Placement swimTurn(float t) {
 
 }  // namespace
 
+// As the scene twists it each frame.
+Vector twisted(const Vector& arm, float t) {
+  constexpr float amount = 0.628f;
+  const Vector along(std::sin(1.33f * t), std::sin(1.76f * t), std::cos(1.92f * t)),
+      across(std::cos(2.88f * t), std::sin(2.16f * t), std::sin(2.33f * t));
+  const Vector once = transformed(turned(along, arm.z / beingReach * amount), arm);
+  return transformed(turned(across, once.x / beingReach * -amount), once);
+}
+
 namespace water {
 
 Vector beingPlace(const Vector& modelled, float t) {
-  return transformed(swimTurn(t), modelled - beingPivot) + swimPlace(t);
+  return transformed(swimTurn(t), twisted(modelled - beingPivot, t)) + swimPlace(t);
 }
 
 }  // namespace water

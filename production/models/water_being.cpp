@@ -51,13 +51,14 @@ Stretch stretch(const std::vector<Vector>& knots, int pieces, float (*girth)(flo
 
 const std::array<Stretch, 3>& body() {
   static const std::array<Stretch, 3> all{
-      stretch({Vector(5, 54, -222), Vector(2, 26, -204), Vector(-4, -8, -184), Vector(-6, -36, -170)}, 26,
-              tailGirth),
-      stretch({Vector(-8, -42, -152), Vector(-10, -4, -136), Vector(-8, 23, -100), Vector(-4, 2, -64),
-               Vector(-2, -52, -42)},
+      stretch({Vector(5, 54, -222), Vector(2, 26, -204), Vector(-4, -8, -184), Vector(-6, -38, -162),
+               Vector(-6, -54, -132)},
+              26, tailGirth),
+      stretch({Vector(-8, -60, -124), Vector(-9, -36, -140), Vector(-10, -4, -136), Vector(-8, 23, -100),
+               Vector(-4, 2, -64), Vector(-2, -48, -44), Vector(-2, -74, -36)},
               40, backGirth),
-      stretch({Vector(3, -54, -8), Vector(4, -12, 16), Vector(2, 24, 27), Vector(0, 62, 17),
-               Vector(0, 98, 14), Vector(0, 124, 32), Vector(0, 133, 66)},
+      stretch({Vector(3, -72, -12), Vector(3, -48, -6), Vector(4, -12, 16), Vector(2, 24, 27),
+               Vector(0, 62, 17), Vector(0, 98, 14), Vector(0, 124, 32), Vector(0, 133, 66)},
               66, neckGirth)};
   return all;
 }
@@ -325,11 +326,11 @@ Colour4 hideColour(const BakePoint& p) {
   const float mottle = 0.5f + 0.5f * fractal(p.position * 0.05f, 0, 4, 0.55f, 954);
   const NoiseCell scales = cellularNoise(p.position * (onHead ? 0.42f : 0.26f), 0, 951);
   const float scale = smoothStep(0.05f, 0.42f, scales.second - scales.nearest);
-  const Colour4 dark = gradient(tealRamp, 0.20f + 0.16f * mottle) * (0.45f + 0.55f * scale);
+  const Colour4 dark = gradient(tealRamp, 0.24f + 0.18f * mottle) * (0.45f + 0.55f * scale);
   const Colour4 pale = mix(gradient(tealRamp, 0.62f), gradient(boneRamp, 0.66f), 0.55f);
   // The back catches the light, wet: more than it takes in.
   const float wet = std::pow(std::max(0.0f, p.light.g), 1.5f) * (0.55f + 0.45f * scale);
-  Colour4 colour = dark * p.light * 1.6f + gradient(tealRamp, 0.80f) * (0.50f * wet);
+  Colour4 colour = dark * p.light * 1.6f + gradient(tealRamp, 0.84f) * (0.72f * wet);
   if (onHead) {
     const Vector eye(std::fabs(q.x) - eyeX, q.y - eyeY, q.z - eyeZ);
     const float under = smoothStep(-9, -15, q.y) * smoothStep(0, -0.5f, p.normal.y);

@@ -26,6 +26,7 @@ inline const Vector lampPlace(-300, 1500, 900);
 
 enum BeingPart { hide, membrane, spine, eyeBall, tooth, maw };
 inline const Vector beingPivot(0, 188, -20);
+inline constexpr float beingReach = 281;  // the farthest of it from there
 geometry::Surface being();
 image::Colour4 beingColour(const geometry::BakePoint& p);
 // Where a modelled place of it is at a time of the loop.

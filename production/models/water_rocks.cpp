@@ -75,7 +75,11 @@ const std::vector<Stack>& stacks() {
 
 // Prisms side by side that have broken off at different heights and stand out by different lengths.
 float breakUp(Vector& q, float seed) {
-  const NoiseCell prism = cellularNoise(Vector(q.x * 0.052f + seed, 0.3f, q.z * 0.052f), 0, 961);
+  // Weather has bent their joints.
+  const float bent = 0.30f * gradientNoise(Vector(seed, q.y * 0.030f, 0.5f), 0, 960) +
+                     0.12f * gradientNoise(Vector(seed, q.y * 0.11f, 0.5f), 0, 959);
+  const NoiseCell prism =
+      cellularNoise(Vector(q.x * 0.052f + seed + bent, 0.3f, q.z * 0.052f - 0.7f * bent), 0, 961);
   q.y += smoothStep(4, 50, q.y) * 62 * (prism.id - 0.5f);
   return 5 * (prism.id - 0.5f) + 3.5f * smoothStep(0.25f, 0.0f, prism.second - prism.nearest);
 }

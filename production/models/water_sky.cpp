@@ -50,13 +50,13 @@ float bedShare(float radius) {
 Colour4 skyColour(const Vector& d) {
   const float cosine = dot(d, unit(moonPlace)), angle = std::acos(std::clamp(cosine, -1.0f, 1.0f));
   const float east = std::atan2(d.x, -d.z) - std::atan2(moonPlace.x, -moonPlace.z);
-  const float low = std::exp(-std::max(0.0f, d.y) * 8.5f);
+  const float low = std::exp(-std::max(0.0f, d.y) * 5.5f);
   // Long clouds, lit from behind about the moon.
   const Vector q(d.x * 2.2f, d.y * 8, d.z * 2.2f);
   const float cloud = fractal(warp(q, 0, 0.5f, 970), 0, 5, 0.55f, 971);
   const float bank = smoothStep(-0.15f, 0.45f, cloud) * smoothStep(0.02f, 0.12f, d.y);
   const float glow = 0.66f * std::exp(-angle * 2.2f) + 0.84f * std::exp(-angle * 6.5f);
-  float value = 0.10f + 0.42f * low * (0.35f + 0.65f * std::exp(-east * east * 1.5f)) + glow;
+  float value = 0.10f + 0.42f * low * (0.50f + 0.50f * std::exp(-east * east * 1.5f)) + glow;
   value *= 1 - 0.42f * bank * (1 - 0.4f * std::exp(-angle * 5));
   value += 0.16f * std::exp(-angle * 3.6f) * std::exp(-std::pow((cloud - 0.02f) * 6, 2.0f)) *
            smoothStep(0.02f, 0.10f, d.y);
@@ -96,7 +96,7 @@ Colour4 bedTexel(float u, float v) {
                      (0.22f + 0.9f * smoothStep(0.34f, 0.66f, streaks));
   const float swell = 0.5f + 0.5f * fractal(Vector(place.x * 0.003f, 0, place.z * 0.007f), 0, 4, 0.5f, 974);
   const float far = smoothStep(180, 0.9f * skyRadius, radius);
-  Colour4 water = gradient(tealRamp, 0.06f + 0.11f * swell + 1.45f * path);
+  Colour4 water = gradient(tealRamp, 0.04f + 0.10f * swell + 1.7f * path);
   // Rocks stand on their heads in it, and where it breaks on them it foams.
   const Vector seen(place.x - 40, 0, place.z - 330);
   const float sway = 14 * fractal(Vector(place.x * 0.01f, 0, place.z * 0.09f), 0, 3, 0.5f, 978);

@@ -29,6 +29,9 @@ ScriptCall draw(const Weather& w) {
 
 const Vector rayHead = water::rayFoot + Vector(0, 420, 0);
 
+// Where the world stands when the creature is seen near, and how fast it goes: its head looks past us then.
+constexpr double isNearFrom = 0.1, isNearSpeed = 0.6, tuneFrom = 3.2, tuneSpeed = 0.9;
+
 // Where the cycle has the creature lowest, before it rises.
 constexpr double inTheDeep = 0.86;
 
@@ -124,8 +127,8 @@ void addShots(Show& show) {
   addShot(show, "nothing", waterBar, 1, gate, 1, {.drop = 0.002, .flicker = line({{0, 0.25}, {partEnd, 0}})});
   addShot(show, "rain comes", barOf("rain"), 1, moonlit, 5.6, {.rain = slide(0, 0.4), .drop = 0.0024}, 0.5);
   addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3});
-  addShot(show, "it is near", creature + 1, 1, glide, 1, {.rain = 0.3});
-  addShot(show, "tune", barOf("tune"), 2, glide, 2.6, {.rain = 0.4});
+  addShot(show, "it is near", creature + 1, 1, glide, isNearFrom, {.rain = 0.3}, isNearSpeed);
+  addShot(show, "tune", barOf("tune"), 2, glide, tuneFrom, {.rain = 0.4}, tuneSpeed);
   addShot(show, "ripples", ripples, 1, above, 9, {.rain = 0.8, .drop = 0.004});
   addShot(show, "through the rain", ripples + 1, 1, low, 3.4, {.rain = 0.6});
   addShot(show, "tune again", again, 1, Camera::facing, 9.4, {.rain = 0.5}, 0.8);
@@ -182,7 +185,7 @@ void addMoon(Show& show) {
                 line({{0, 0.1}, {2, 0.5}})));
   moon(barOf("rain"), moonlit, 5.6, 0.5, 1);
   moon(barOf("creature"), wide, 0, 1, 1);
-  moon(barOf("creature") + 1, glide, 1, 1, 0.5);
+  moon(barOf("creature") + 1, glide, isNearFrom, isNearSpeed, 0.15);
 }
 
 // Where neck and back leave the sea it foams, and on each beat a ring goes out from there.
@@ -191,16 +194,21 @@ void addFoam(Show& show) {
     double bar, bars;
     Camera camera;
     double from, speed;
-  } shots[] = {{barOf("creature") + 1, 1, glide, 1, 1},    {barOf("tune"), 2, glide, 2.6, 1},
-               {barOf("ripples"), 1, above, 9, 1},         {barOf("ripples") + 1, 1, low, 3.4, 1},
-               {barOf("ray from above"), 2, struck, 5, 1}, {barOf("flood"), 1, under, 4, 1},
-               {barOf("flood") + 1, 1, low, 3, 1},         {barOf("ebb"), 2, leaving, 5, 1}};
+  } shots[] = {{barOf("creature") + 1, 1, glide, isNearFrom, isNearSpeed},
+               {barOf("tune"), 2, glide, tuneFrom, tuneSpeed},
+               {barOf("ripples"), 1, above, 9, 1},
+               {barOf("ripples") + 1, 1, low, 3.4, 1},
+               {barOf("ray from above"), 2, struck, 5, 1},
+               {barOf("flood"), 1, under, 4, 1},
+               {barOf("flood") + 1, 1, low, 3, 1},
+               {barOf("ebb"), 2, leaving, 5, 1}};
   struct Contact {
     Vector place;  // of the body's line
     double wide;
   };
   const Contact contacts[] = {{Vector(3, 6, 22), 62}, {Vector(-5, 2, -62), 50}, {Vector(-10, -4, -134), 44}};
   for (const auto& shot : shots) {
+    constexpr int drops = 5;  // of each
     std::vector<double> beats;
     for (double beat = 0; beat < shot.bars * beatsPerBar; ++beat) beats.push_back(beat);
     std::vector<ScriptCall> calls;
@@ -219,9 +227,30 @@ void addFoam(Show& show) {
       const auto lies = [&](double wide) {
         return centred(seen.x, seen.y + seen.unit * below, seen.unit * (contact.wide * wide / flat), flat);
       };
-      calls.push_back(screen::draw(glow("light3", lies(1.7), flashes(beats, 0.8, 0.55))));
-      calls.push_back(screen::draw(glow("light7", lies(1.1), flashes(beats, 0.6, 0.3))));
-      calls.push_back(screen::draw(glow("ring_teal", lies(1.9), flashes(beats, 0.8, 0.35))));
+      calls.push_back(screen::draw(glow("light3", lies(2.0), flashes(beats, 1, 0.8))));
+      calls.push_back(screen::draw(glow("light7", lies(1.3), flashes(beats, 0.9, 0.6))));
+      calls.push_back(screen::draw(glow("ring_teal", lies(2.0), flashes(beats, 1, 0.5))));
+      calls.push_back(screen::draw(
+          glow("streak_bone",
+               centred(seen.x, seen.y + seen.unit * (below - 1), seen.unit * 7, 0.34 * contact.wide),
+               flashes(beats, 1, 0.75))));
+      // Drops are thrown up and fall again, each beat anew.
+      for (int i = 0; i < drops; ++i) {
+        const double across = std::fmod(0.618 * i + 0.31, 1) - 0.5, high = 0.4 + std::fmod(0.755 * i, 0.6);
+        const auto thrown = [&](double beat) {
+          const double t = std::fmod(beat + 0.23 * i, 1);
+          return std::pair{across * contact.wide * (0.7 + 0.9 * t),
+                           4 * high * 0.55 * contact.wide * t * (1 - t)};
+        };
+        Curve x = seen.x, y = seen.y;
+        for (std::size_t k = 0; k < seen.x.dots.size(); ++k) {
+          const auto [aside, up] = thrown(seen.x.dots[k].x);
+          const double unit = seen.unit.dots[k].y;
+          x.dots[k].y += aside * unit * 9 / 16;
+          y.dots[k].y -= up * unit;
+        }
+        calls.push_back(screen::draw(glow("light7", centred(x, y, seen.unit * (2.6 + 2.4 * high)), 0.8)));
+      }
     }
     show.part("foam", shot.bar, shot.bars, smoke - 1, std::move(calls));
   }
