@@ -206,7 +206,7 @@ void addFoam(Show& show) {
     Vector place;  // of the body's line
     double wide;
   };
-  const Contact contacts[] = {{Vector(3, 6, 22), 62}, {Vector(-5, 2, -62), 50}, {Vector(-10, -4, -134), 44}};
+  const Contact contacts[] = {{Vector(3, 6, 22), 62}, {Vector(-5, 2, -62), 50}, {Vector(-10, -4, -134), 44}, {Vector(-4, -7, -184), 34}};
   for (const auto& shot : shots) {
     constexpr int drops = 5;  // of each
     std::vector<double> beats;
@@ -223,7 +223,7 @@ void addFoam(Show& show) {
       });
       const double flat = shot.camera == above ? 2.6 : 5.5;  // times as wide as high
       // Seen from higher up, the body goes on for a while under the water.
-      const double below = shot.camera == leaving ? 15 : 5;
+      const double below = shot.camera == above ? 30 : shot.camera == leaving ? 15 : 5;
       const auto lies = [&](double wide) {
         return centred(seen.x, seen.y + seen.unit * below, seen.unit * (contact.wide * wide / flat), flat);
       };
@@ -249,7 +249,7 @@ void addFoam(Show& show) {
           x.dots[k].y += aside * unit * 9 / 16;
           y.dots[k].y -= up * unit;
         }
-        calls.push_back(screen::draw(glow("light7", centred(x, y, seen.unit * (2.6 + 2.4 * high)), 0.8)));
+        calls.push_back(screen::draw(glow("light7", centred(x, y, seen.unit * (3.6 + 3.4 * high)), 0.9)));
       }
     }
     show.part("foam", shot.bar, shot.bars, smoke - 1, std::move(calls));
