@@ -231,7 +231,6 @@ Model skullModel(const Settings& settings) {
                             .surface = placed(iron, spearPlacement(i)),
                             .pivot = spearPlacement(i).origin,
                             .material = "spear"});
-  for (StageMesh& mesh : mists()) stage.meshes.push_back(std::move(mesh));
   for (const float side : {1.0f, -1.0f})
     stage.meshes.push_back({.name = side > 0 ? "laser01" : "laser02",
                             .surface = placed(beam(), moved(eye(side))),
@@ -242,6 +241,8 @@ Model skullModel(const Settings& settings) {
   for (const Flight& flight : flights) stage.meshes.push_back(crowMesh(flight));
   // Before the clouds, not behind them: each is whole from the vault down.
   for (StageMesh& mesh : bolts()) stage.meshes.push_back(std::move(mesh));
+  // Over all that stands and flies behind it.
+  for (StageMesh& mesh : mists()) stage.meshes.push_back(std::move(mesh));
   stage.lights = lights();
   stage.cameras = cameras();
 

@@ -239,8 +239,8 @@ void addBoxOfBalls(Show& show, double first, double second) {
   const auto look = [&](double from, double to) {
     return BallShow{.size = stretch([](double beat) { return 13 + 3 * swell(beat); }, from, to),
                     .turns = swaying(from, to),
-                    .distance = stretch([](double beat) { return smooth(350, 275, beat / 5); }, from, to),
-                    .height = 0.10};
+                    .distance = stretch([](double beat) { return smooth(350, 298, beat / 5); }, from, to),
+                    .height = 0.06};
   };
   addStage(show, "box", 1, first, 0, 1, look);
   addStage(show, "box", 2, first, 1, (second - first) * beatsPerBar, look);
@@ -336,10 +336,19 @@ void addWordOfBalls(Show& show, double third) {
     turning.turns =
         stretch([&](double beat) { return 2 * share(beat) / ((to - from) * secondsPerBeat); }, from, to);
     turning.height = stretch([&](double beat) { return 0.1 + 0.05 * share(beat); }, from, to);
+    // What turns towards us keeps its distance.
+    turning.distance =
+        stretch([&](double beat) { return 310 + 10 * std::sin(beat / 2) + 80 * share(beat); }, from, to);
     return turning;
   });
   addStage(show, "word", 2, third, closing, struck, look);
   addStage(show, "word", 1, third, struck, chord, look);
+  // It glows until it leaps.
+  show.add("heap glows", third, leapt / beatsPerBar, subject + 1,
+           glow("rays_ember", centred(0, 0.02, spline({{0, 0.9}, {partEnd, 3}}), 1.3),
+                line({{0, 0.6}, {partEnd, 1}})),
+           glow("haze_ember", centred(0, 0.06, spline({{0, 0.7}, {partEnd, 1.5}}), 2.6), slide(0.6, 1)),
+           glow("light7", centred(0, 0.06, spline({{0, 0.2}, {partEnd, 0.8}}), 2.6), slide(0.5, 1)));
   show.add("struck", third + struck / beatsPerBar, 0.25, flash,
            glow("haze_ember", centred(0, 0.42, spline({{0, 0.5}, {partEnd, 1.4}}), 3.4),
                 spline({{0, 1}, {0.3, 0.5}, {partEnd, 0}})));

@@ -206,7 +206,10 @@ void addFoam(Show& show) {
     Vector place;  // of the body's line
     double wide;
   };
-  const Contact contacts[] = {{Vector(3, 6, 22), 62}, {Vector(-5, 2, -62), 50}, {Vector(-10, -4, -134), 44}, {Vector(-4, -7, -184), 34}};
+  const Contact contacts[] = {{Vector(3, 6, 22), 62},
+                              {Vector(-5, 2, -62), 50},
+                              {Vector(-10, -4, -134), 44},
+                              {Vector(-4, -7, -184), 34}};
   for (const auto& shot : shots) {
     constexpr int drops = 5;  // of each
     std::vector<double> beats;
