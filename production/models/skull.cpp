@@ -304,7 +304,7 @@ std::vector<StageCamera> cameras() {
       // Over the third one's shoulder: what it flies past looks back at it.
       cameraDuring({.name = "hunted", .fieldDegrees = 58, .far = 5000}, loopSeconds, 10, 1,
                    {Vector(-362, 214, 470), Vector(-334, 216, 486), Vector(-306, 218, 502)},
-                   {Vector(-122, 116, 130), Vector(-112, 116, 134), Vector(-102, 116, 138)}),
+                   {Vector(-122, 108, 130), Vector(-112, 108, 134), Vector(-102, 108, 138)}),
       // Beside the second one as it passes before the brow.
       cameraDuring({.name = "alongside", .fieldDegrees = 78, .far = 5000}, loopSeconds, 5, 1,
                    {Vector(200, 104, 408), Vector(174, 102, 414), Vector(148, 100, 422)},

@@ -239,7 +239,7 @@ void addBoxOfBalls(Show& show, double first, double second) {
   const auto look = [&](double from, double to) {
     return BallShow{.size = stretch([](double beat) { return 13 + 3 * swell(beat); }, from, to),
                     .turns = swaying(from, to),
-                    .distance = stretch([](double beat) { return smooth(350, 298, beat / 5); }, from, to),
+                    .distance = stretch([](double beat) { return smooth(350, 306, beat / 5); }, from, to),
                     .height = 0.06};
   };
   addStage(show, "box", 1, first, 0, 1, look);
