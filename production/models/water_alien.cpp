@@ -6,6 +6,7 @@
 #include "production/models/model.h"
 #include "production/models/water_parts.h"
 #include "production/textures/palette.h"
+#include "scenes/scene_water.h"
 
 // A serpent that rises out of a dark sea between stacks of rock, a ray that falls on it, the surface itself.
 // The scene twists the being about its middle, by up to 36 degrees towards its ends along x and z: it is
@@ -51,16 +52,14 @@ Placement swimTurn(float t) {
          turnedY(-52 + 14 * swing(t, loopSeconds, 1, 0.6f));
 }
 
-}  // namespace
-
 // As the scene twists it each frame.
-Vector twisted(const Vector& arm, float t) {
-  constexpr float amount = 0.628f;
-  const Vector along(std::sin(1.33f * t), std::sin(1.76f * t), std::cos(1.92f * t)),
-      across(std::cos(2.88f * t), std::sin(2.16f * t), std::sin(2.33f * t));
-  const Vector once = transformed(turned(along, arm.z / beingReach * amount), arm);
-  return transformed(turned(across, once.x / beingReach * -amount), once);
+Vector twisted(Vector arm, float t) {
+  for (const auto& [axis, direction, amount] : creatureTwists(t))
+    arm = transformed(turned(axis, dot(arm, direction) / beingReach * -amount), arm);
+  return arm;
 }
+
+}  // namespace
 
 namespace water {
 

@@ -134,12 +134,6 @@ void followCreature(Scene& scene, Object3D& creature, float t) {
   viewer.target = creature.worldPositionAt(t);
 }
 
-void twistCreature(Mesh& creature, float t) {
-  constexpr float amount = 0.628f;
-  creature.twist({std::sin(1.33f * t), std::sin(1.76f * t), std::cos(1.92f * t)}, {0, 0, 1}, -amount);
-  creature.twist({std::cos(2.88f * t), std::sin(2.16f * t), std::sin(2.33f * t)}, {1, 0, 0}, amount);
-}
-
 // z is drawn before x.
 void dropAtRandom(Mesh& water, float scale, float offset, float strength) {
   const float z = randomFraction() * scale + offset;
@@ -178,7 +172,7 @@ void animate(SceneWater& scene, float t, Arguments arguments) {
   Mesh& water = findMesh(scene, "Water");
   followCreature(scene, creature, t);
   chooseViewer(scene, arguments.number(0));
-  twistCreature(creature, t);
+  for (const Twist& twist : creatureTwists(t)) creature.twist(twist.axis, twist.direction, twist.amount);
   const Vector place = creature.worldPositionAt(t);
   dropNowAndThen(water);
   rippleRound(water, place, creature.radius);
@@ -229,6 +223,12 @@ constexpr std::array neededObjects{
 constexpr std::array neededTextures{NeededTexture{lightFlare, "animate"}, NeededTexture{rayFlare, "animate"}};
 
 }  // namespace
+
+std::array<Twist, 2> creatureTwists(float t) {
+  constexpr float amount = 0.628f;
+  return {{{{std::sin(1.33f * t), std::sin(1.76f * t), std::cos(1.92f * t)}, {0, 0, 1}, -amount},
+           {{std::cos(2.88f * t), std::sin(2.16f * t), std::sin(2.33f * t)}, {1, 0, 0}, amount}}};
+}
 
 constinit const ModelScene<SceneWater> sceneWater{
     .name = "SceneWater",

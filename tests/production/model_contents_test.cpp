@@ -12,6 +12,7 @@
 #include "engine/scene.h"
 #include "models/model_loader.h"
 #include "production/making/product.h"
+#include "production/models/water_parts.h"
 #include "production/products.h"
 #include "scenes/scene_conventions.h"
 #include "tests/support/model_files.h"
@@ -167,6 +168,8 @@ void checkFetus(Scene& scene, const std::vector<std::string>& textures) {
 
 void checkWater(Scene& scene, const std::vector<std::string>&) {
   for (const Vertex& vertex : findMesh(scene, "Water").vertices) ASSERT_NEAR(vertex.position.y, 0, 1);
+  // Cameras and foam find the twisted body by it.
+  EXPECT_NEAR(findMesh(scene, "WaterAlien").radius, water::beingReach, 2);
   EXPECT_TRUE(isMapped(findMesh(scene, "LightPlane")));
   Mesh& ray = findMesh(scene, "RayBlue");
   EXPECT_TRUE(isMapped(ray));
