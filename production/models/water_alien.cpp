@@ -6,7 +6,7 @@
 #include "production/models/model.h"
 #include "production/models/water_parts.h"
 #include "production/textures/palette.h"
-#include "scenes/scene_water.h"
+#include "scenes/creature_twists.h"
 
 // A serpent that rises out of a dark sea between stacks of rock, a ray that falls on it, the surface itself.
 // The scene twists the being about its middle, by up to 36 degrees towards its ends along x and z: it is

@@ -8,6 +8,7 @@
 #include "base/clock.h"
 #include "base/random.h"
 #include "engine/fluid.h"
+#include "scenes/creature_twists.h"
 #include "timeline/scene_function.h"
 
 namespace vex {
@@ -223,12 +224,6 @@ constexpr std::array neededObjects{
 constexpr std::array neededTextures{NeededTexture{lightFlare, "animate"}, NeededTexture{rayFlare, "animate"}};
 
 }  // namespace
-
-std::array<Twist, 2> creatureTwists(float t) {
-  constexpr float amount = 0.628f;
-  return {{{{std::sin(1.33f * t), std::sin(1.76f * t), std::cos(1.92f * t)}, {0, 0, 1}, -amount},
-           {{std::cos(2.88f * t), std::sin(2.16f * t), std::sin(2.33f * t)}, {1, 0, 0}, amount}}};
-}
 
 constinit const ModelScene<SceneWater> sceneWater{
     .name = "SceneWater",

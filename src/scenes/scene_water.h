@@ -1,8 +1,5 @@
 #pragma once
 
-#include <array>
-
-#include "engine/vector.h"
 #include "scenes/model_scene.h"
 
 namespace vex {
@@ -19,15 +16,6 @@ struct WaterValues {
 struct SceneWater : EmittingScene, WaterValues {
   using Own = WaterValues;
 };
-
-// As Mesh::twist takes it.
-struct Twist {
-  Vector axis, direction;
-  float amount;  // radians at the mesh's radius
-};
-
-// What the creature is twisted by at a time in seconds, one after the other.
-std::array<Twist, 2> creatureTwists(float t);
 
 extern const ModelScene<SceneWater> sceneWater;
 

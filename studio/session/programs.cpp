@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/report.h"
+#include "platform/end_request.h"
 #include "platform/replace_file.h"
 #include "studio/show/child.h"
 
@@ -69,7 +70,7 @@ fs::path partOf(const fs::path& video) {
 }  // namespace
 
 struct Programs::State {
-  Child recorder;
+  Child recorder{60};  // ends what it has drawn in order, however large, and watches its encoder by itself
   BorrowedFolder recorderFolder;
   std::string recording;  // the video's name; empty while none runs
   int toldPercent = -1;
@@ -140,7 +141,7 @@ std::optional<Programs::News> Programs::news() {
   }
   const std::string file = std::exchange(s.recording, "");
   s.recorderFolder.remove();
-  if (s.recorder.cancelled())
+  if (s.recorder.cancelled() && s.recorder.exitCode() == interruptedExitCode)
     return News{"The recording was cancelled; what there is of it is in " + partOf(file).string(), false};
   if (s.recorder.exitCode() == 0) return News{"The video is in " + file, false};
   return News{"the recording failed: " + s.recorder.message(), true};

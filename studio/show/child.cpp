@@ -21,7 +21,6 @@ namespace vex::studio {
 
 namespace {
 
-constexpr double patience = 3;             // s, for one that was cancelled
 constexpr std::size_t longestLine = 5000;  // bytes, longer than a path; the rest of a longer one is dropped
 
 // "NAME 40 %", perhaps with more behind it.
@@ -87,7 +86,7 @@ struct Child::State {
   }
 };
 
-Child::Child() : state(std::make_unique<State>()) {}
+Child::Child(double patience) : state(std::make_unique<State>()), patience(patience) {}
 Child::~Child() = default;
 
 std::optional<std::string> Child::start(const std::vector<std::string>& words, const std::string& folder) {

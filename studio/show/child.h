@@ -11,7 +11,8 @@ namespace vex::studio {
 
 class Child {
  public:
-  Child();
+  // One that was cancelled has so many seconds to end what it does.
+  explicit Child(double patience = 3);
   ~Child();  // kills one that still runs
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
@@ -38,13 +39,15 @@ class Child {
   // Once it has ended: its exit code, or 128 and the signal that ended it; -1 before.
   int exitCode() const;
 
-  // Interrupts it, which lets a recorder keep what it has; kills it after three seconds. Does not wait.
+  // Interrupts it, which lets a recorder keep what it has; kills it when it is out of patience. Does not
+  // wait.
   void cancel();
   bool cancelled() const;
 
  private:
   struct State;
   std::unique_ptr<State> state;
+  double patience;  // s
 };
 
 }  // namespace vex::studio
