@@ -288,10 +288,10 @@ constexpr FunctionParameter textureParameter{"texture", textureName};
 constexpr FunctionParameter x{"x", number, -1, 1};
 constexpr FunctionParameter y{"y", number, -1, 1};
 // A rectangle may fly past or reach far beyond the screen; below 0 its sides mirror the picture.
-constexpr FunctionParameter left{"x", number, -8, 8};
-constexpr FunctionParameter top{"y", number, -8, 8};
-constexpr FunctionParameter width{"width", number, -8, 8};
-constexpr FunctionParameter height{"height", number, -8, 8};
+constexpr FunctionParameter left{"x", number, -16, 16};
+constexpr FunctionParameter top{"y", number, -16, 16};
+constexpr FunctionParameter width{"width", number, -16, 16};
+constexpr FunctionParameter height{"height", number, -16, 16};
 constexpr FunctionParameter glitch{"glitch", number, 0, 1};
 constexpr FunctionParameter opacity{"alpha", number, 0, 1};
 constexpr FunctionParameter blendMode{"blend", number, 0, 2};
