@@ -218,7 +218,7 @@ std::vector<StageCamera> cameras() {
           [=](float t) { return Vector(4 + 20 * slow(t), 90, -40); }),
       camera(
           "under", 92,
-          [=](float t) { return around(200 + 14 * late(t), 13 + 4 * quick(t), 0.26f + 0.06f * slow(t)); },
+          [=](float t) { return around(252 + 14 * late(t), 14 + 4 * quick(t), 0.26f + 0.06f * slow(t)); },
           [=](float t) { return Vector(-75 + 10 * late(t), 84, 42); }),
       camera(
           "leaving", 70,

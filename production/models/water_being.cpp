@@ -224,7 +224,7 @@ void addHead(Surface& all) {
       std::vector<Vector> path;
       for (const Vector& knot : knots) path.emplace_back(knot.x * side, knot.y, knot.z);
       put(tube(
-              smoothPath(path, 22), 6, [](float t) { return 0.72f * (1 - t) * (1 - 0.4f * t) + 0.12f; },
+              smoothPath(path, 22), 6, [](float t) { return 0.46f * (1 - t) * (1 - 0.4f * t) + 0.10f; },
               TubeEnd::point),
           spine);
     };
@@ -363,7 +363,11 @@ Colour4 eyeColour(const BakePoint& p) {
   const float slit =
       smoothStep(0.20f, 0.10f, std::fabs(across) + 0.16f * up * up) * smoothStep(0.85f, 0.7f, std::fabs(up));
   const float fibre = 0.8f + 0.2f * std::sin(std::atan2(up, across) * 26);
-  return mix(gradient(tealRamp, (1.0f - 0.42f * r * r) * fibre), gradient(tealRamp, 0.16f), 0.92f * slit);
+  // The lids shade its rim, and it is wet.
+  const float shade = 1 - 0.5f * smoothStep(0.55f, 0.95f, r),
+              glint = smoothStep(0.19f, 0.11f, std::hypot(across - 0.27f, up - 0.30f));
+  const Colour4 iris = gradient(tealRamp, (1.0f - 0.42f * r * r) * fibre) * shade;
+  return mix(mix(iris, gradient(tealRamp, 0.16f), 0.92f * slit), gradient(tealRamp, 1), glint);
 }
 
 }  // namespace
@@ -388,8 +392,11 @@ Colour4 beingColour(const BakePoint& p) {
       break;
     case membrane: {
       // The light shines through: what faces away from it glows as well, most where the skin is thin.
-      const float thin = smoothStep(14, 46, bodyPlace(p.position).distance);
-      colour = gradient(tealRamp, 0.34f + 0.34f * thin) * (0.30f + 0.42f * p.light.g) +
+      const BodyPlace at = bodyPlace(p.position);
+      const float thin = smoothStep(14, 46, at.distance);
+      // On the back it stands before the sky: darker, or what it hides would seem to end in the air.
+      const float shade = at.stretch == 1 ? 0.42f : 1.0f;
+      colour = gradient(tealRamp, 0.34f + 0.34f * thin) * (shade * (0.30f + 0.42f * p.light.g)) +
                gradient(tealRamp, 0.74f) * (0.34f * veins * (0.4f + thin));
       break;
     }

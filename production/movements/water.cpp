@@ -31,6 +31,8 @@ const Vector rayHead = water::rayFoot + Vector(0, 420, 0);
 
 // Where the world stands when the creature is seen near, and how fast it goes: its head looks past us then.
 constexpr double isNearFrom = 0.1, isNearSpeed = 0.6, tuneFrom = 3.2, tuneSpeed = 0.9;
+// Seen from above, while its neck is bent and its head in profile.
+constexpr double aboveFrom = 8.9, aboveSpeed = 0.45;
 
 // Where the cycle has the creature lowest, before it rises.
 constexpr double inTheDeep = 0.86;
@@ -129,7 +131,7 @@ void addShots(Show& show) {
   addShot(show, "it is there", creature, 1, wide, 0, {.rain = 0.3});
   addShot(show, "it is near", creature + 1, 1, glide, isNearFrom, {.rain = 0.3}, isNearSpeed);
   addShot(show, "tune", barOf("tune"), 2, glide, tuneFrom, {.rain = 0.4}, tuneSpeed);
-  addShot(show, "ripples", ripples, 1, above, 9, {.rain = 0.8, .drop = 0.004});
+  addShot(show, "ripples", ripples, 1, above, aboveFrom, {.rain = 0.8, .drop = 0.004}, aboveSpeed);
   addShot(show, "through the rain", ripples + 1, 1, low, 3.4, {.rain = 0.6});
   addShot(show, "tune again", again, 1, Camera::facing, 9.4, {.rain = 0.5}, 0.8);
   addShot(show, "face", again + 1, 1, face, 4.75, {.rain = 0.4}, 0.25);
@@ -196,7 +198,7 @@ void addFoam(Show& show) {
     double from, speed;
   } shots[] = {{barOf("creature") + 1, 1, glide, isNearFrom, isNearSpeed},
                {barOf("tune"), 2, glide, tuneFrom, tuneSpeed},
-               {barOf("ripples"), 1, above, 9, 1},
+               {barOf("ripples"), 1, above, aboveFrom, aboveSpeed},
                {barOf("ripples") + 1, 1, low, 3.4, 1},
                {barOf("ray from above"), 2, struck, 5, 1},
                {barOf("flood"), 1, under, 4, 1},
@@ -266,10 +268,11 @@ void addRay(Show& show) {
     double bar, bars;
     Camera camera;
     double from, rise, pool;
+    double near = 0;  // its pool, to where the neck hides the sea behind it
   } rays[] = {{barOf("ray from above"), 2, struck, 5, 4, 1},
               {flood, 1, under, 4, 0.1, 0},
               {flood + 1, 1, low, 3, 0.1, 0},
-              {barOf("ebb"), 2, leaving, 5, 0.1, 1}};
+              {barOf("ebb"), 2, leaving, 5, 0.1, 1, 0.07}};
   for (const auto& it : rays) {
     const auto seen = [&](const Vector& place) {
       return onScreen(water::cameras()[it.camera], it.from, 1, it.bars * beatsPerBar, place);
@@ -281,9 +284,9 @@ void addRay(Show& show) {
              glow("haze_teal", centred(head.x, -0.85, 1.6, 0.6), fade(it.rise, 0, 0.7)));
     if (it.pool > 0)
       show.add("light on the sea", it.bar, it.bars, smoke,
-               glow("haze_teal", centred(foot.x, foot.y + 0.06, 0.9, 3), fade(it.rise, 0, 0.8)),
-               glow("light3", centred(foot.x, foot.y + 0.03, 0.30, 8), fade(it.rise, 0, 0.9)),
-               glow("light7", centred(foot.x, foot.y + 0.01, 0.14, 9), fade(it.rise, 0, 0.9)),
+               glow("haze_teal", centred(foot.x, foot.y + it.near + 0.06, 0.9, 3), fade(it.rise, 0, 0.8)),
+               glow("light3", centred(foot.x, foot.y + it.near + 0.03, 0.30, 8), fade(it.rise, 0, 0.9)),
+               glow("light7", centred(foot.x, foot.y + it.near + 0.01, 0.14, 9), fade(it.rise, 0, 0.9)),
                glow("light7", centred(moon.x, moon.y, 0.30), 0.6));
   }
 }
