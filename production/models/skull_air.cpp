@@ -175,7 +175,7 @@ Surface bolt(const Vector& from, const Vector& to, float half, std::uint32_t see
 }
 
 Surface beam() {
-  constexpr float halfWidth = 14, length = 100;
+  constexpr float halfWidth = 9, length = 100;
   Surface all;
   for (const float turn : {0.0f, 60.0f, 120.0f})
     append(all, placed(sheet(1, 6,
