@@ -352,6 +352,11 @@ void addWordOfBalls(Show& show, double third) {
   show.add("struck", third + struck / beatsPerBar, 0.25, flash,
            glow("haze_ember", centred(0, 0.42, spline({{0, 0.5}, {partEnd, 1.4}}), 3.4),
                 spline({{0, 1}, {0.3, 0.5}, {partEnd, 0}})));
+  // It glows through the heap, until the chord.
+  show.add("heap burns", third + struck / beatsPerBar, (chord - struck) / beatsPerBar, subject + 1,
+           glow("rays_ember", centred(0, 0.18, spline({{0, 0.6}, {partEnd, 2.6}}), 1.3),
+                line({{0, 0.4}, {partEnd, 1}})),
+           glow("light7", centred(0, 0.26, spline({{0, 0.3}, {partEnd, 1.1}}), 2.6), slide(0.2, 1)));
   // They fly apart past us.
   show.part("word bursts", barOf("last chord"), 0.25, subject,
             {draw(BallShow{.size = line({{0, 17}, {0.6, 8}, {partEnd, 0}}),
