@@ -51,7 +51,8 @@ struct Shot {
 
 // In the lamp's light.
 constexpr double fleshRed = 1.4, fleshGreen = 1.22, fleshBlue = 1.12;
-constexpr double wideOpen = 0.999;  // of lids
+constexpr double dimRed = 0.9, dimGreen = 0.78, dimBlue = 0.74;  // out of it
+constexpr double wideOpen = 0.999;                               // of lids
 
 // How everything stands; fractions of their motions.
 struct State {
@@ -231,14 +232,14 @@ void addBeam(Show& show) {
 
 // It sleeps, and kicks once.
 void addJar(Show& show) {
-  const Shot shot{"around the jar", 6, 1.5, jar}, seenThrough{"seen through", 7.5, 0.5, stares};
+  const Shot shot{"around the jar", 6, 1.5, jar}, seenThrough{"seen through", 7.5, 0.5, jar};
   addShot(show, shot, {.turn = line({{0, 0.36}, {4.98, 0.545}, {5.1, 0.525}, {5.6, 0.56}, {partEnd, 0.6}})});
   addBeam(show, shot, {0, 2, 4}, 0.5);
-  // The drums that lead on shine through it: bones, and a heart.
+  // From its side, dark before the window, until the drums that lead on shine through it: bones, and a heart.
   const std::vector<double> drums{0, 0.5, 1, 1.5};
-  State state{.turn = slide(0.70, 0.73)};
-  state.skin[0] = flashes(drums, 0.7, fleshRed), state.skin[1] = flashes(drums, 1.6, fleshGreen),
-  state.skin[2] = flashes(drums, 1.6, fleshBlue), state.skin[3] = flashes(drums, 0.22, 0.9);
+  State state{.turn = slide(0.45, 0.47)};
+  state.skin[0] = flashes(drums, 0.5, 0.3), state.skin[1] = flashes(drums, 1.4, 0.26),
+  state.skin[2] = flashes(drums, 1.4, 0.26), state.skin[3] = flashes(drums, 0.22, 0.97);
   state.heart = flashes(drums, 0.999);
   addShot(show, seenThrough, state);
   addGlow(show, seenThrough, "haze_teal", Vector(0, 10, -30), 260, flashes(drums, 0.8, 0.1));
@@ -254,22 +255,36 @@ void addJar(Show& show) {
        draw(Viewport{})});
 }
 
+// What is left of its face lies in the dark, and so does what is below its eyes.
+void addDarkHalf(Show& show, const Shot& shot, const Curve& x) {
+  show.add("dark half", shot.from(), shot.bars, smoke + 1, shadow(centred(x, 0.1, 1.5, 0.7)),
+           shadow(centred(-0.1, 0.62, 0.8, 2)));
+}
+
 // Dark but for the window; the light finds it, its lids open.
 void addEyes(Show& show) {
   const Shot opening{"it wakes", 8, 1, wakes}, staring{"it sees", 9, 1, sees};
   addShot(show, opening,
           {.turn = slide(0.52, 0.57),
            .lids = line({{0, 0}, {0.9, 0.04}, {1.3, 0.45}, {1.6, 0.2}, {2.1, 0.7}, {partEnd, 0.8}}),
-           .gaze = slide(0.6, 0.45)});
-  // Only its face, then all of it.
-  show.add("but for its face", opening.from(), 0.35, smoke,
+           .gaze = slide(0.6, 0.45),
+           .skin = {dimRed, dimGreen, dimBlue, 1}});
+  // Only its face, then a little more; half of it stays dark.
+  show.add("but for its face", opening.from(), opening.bars, smoke,
            Bitmap{.texture = "pinhole",
-                  .at = centred(-0.1, -0.08, line({{0, 4.3}, {0.95, 4.6}, {1.1, 8}, {partEnd, 14}})),
+                  .at = centred(-0.04, -0.06, line({{0, 4.3}, {0.95, 4.6}, {1.1, 6.4}, {partEnd, 7.2}})),
                   .blend = Blend::darken});
+  addDarkHalf(show, opening, slide(-0.32, -0.34));
   addShot(show, staring,
           {.turn = slide(0.58, 0.62),
            .lids = line({{0, 0.72}, {1.4, 0.74}, {1.5, 0}, {1.65, 0.1}, {1.9, 0.76}, {partEnd, 0.78}}),
-           .gaze = line({{0, 0.2}, {0.9, 0.2}, {1, 0.75}, {1.9, 0.75}, {2, 0.5}, {partEnd, 0.5}})});
+           .gaze = line({{0, 0.2}, {0.9, 0.2}, {1, 0.75}, {1.9, 0.75}, {2, 0.5}, {partEnd, 0.5}}),
+           .skin = {dimRed, dimGreen, dimBlue, 1}});
+  show.add("but for one eye", staring.from(), staring.bars, smoke,
+           Bitmap{.texture = "pinhole",
+                  .at = centred(slide(-0.05, 0.05), slide(-0.04, 0), slide(6.8, 6)),
+                  .blend = Blend::darken});
+  addDarkHalf(show, staring, slide(-0.34, -0.3));
 }
 
 // What the sprayer throws at the glass: hot at the nozzle, wider and fainter from there.
@@ -286,7 +301,10 @@ void addJet(Show& show, const Shot& shot, const std::vector<double>& beats) {
 void addHose(Show& show) {
   const Shot along{"hose", 10, 1, hose}, over{"sprayer", 11, 0.5, sprayer},
       aimed{"before the nozzle", 11.5, 0.5, wakes};
-  State state{.turn = slide(0.9, 0.86), .lids = 0.7, .gaze = slide(0.35, 0.6)};
+  State state{.turn = slide(0.6, 0.64),
+              .lids = 0.7,
+              .gaze = slide(0.35, 0.6),
+              .skin = {dimRed, dimGreen, dimBlue, 1}};
   state.swell = spline({{0, 0}, {0.4, 0.9}, {2, 0.1}, {2.4, 1}, {partEnd, 0.1}});
   state.spray = line({{0, 0}, {1.99, 0}, {2, 40}, {partEnd, 30}});
   addShot(show, along, state);
@@ -380,8 +398,9 @@ void addBurst(Show& show) {
   addShot(show, still, state);
   state.burst = line({{0, 0.3}, {partEnd, 0.6}});
   state.shards = line({{0, 300}, {0.4, 300}, {0.45, 0}, {partEnd, 0}});
-  state.turn = line({{0, 0.9}, {0.5, 0.9}, {1.6, 0.98}, {partEnd, 0.985}}), state.lids = slide(0.7, 0.6);
-  state.alarm = 0.1;
+  // It looks away from them, black in the light above, its eyes shut; its bones are what can be seen.
+  state.turn = slide(0.5, 0.46), state.lids = 0, state.alarm = 0.1;
+  state.skin[0] = 0.16, state.skin[1] = 0.5, state.skin[2] = 0.52, state.skin[3] = 0.5;
   addShot(show, falls, state);
   addGlow(show, still, "rays_teal", Vector(0, 6, 0), 330,
           line({{0, 1}, {0.3, 0.7}, {1, 0.5}, {1.99, 0.35}, {2, 0.7}, {partEnd, 0.25}}));
@@ -408,15 +427,15 @@ void addBurst(Show& show) {
        draw(Particles{
            .alpha = fade(0, 1), .count = 110, .spread = 9, .speedY = -12, .speedZ = 14, .scatter = 16})});
   show.add("vexing", falls.from(), 1, title,
-           vex(ing, spline({{0, 0.74}, {0.4, 0.62}, {2, 0.63}, {partEnd, 0.7}}), -0.52, 0.56));
+           vex(ing, spline({{0, 0.66}, {0.4, 0.55}, {2, 0.56}, {partEnd, 0.6}}), -0.6, 0.56));
 }
 
 // The door opens on white, and on somebody who then stands there when all else has gone.
 void addDoor(Show& show) {
   const Shot shot{"door", lab::burstBar + 2, 2, door};
   State state;
-  state.skin[0] = 0.7, state.skin[1] = 1.6, state.skin[2] = 1.6, state.skin[3] = 0.34;
-  state.glass = 0, state.turn = 0.985, state.lids = 0.5, state.heart = flashes({0, 2, 4, 6}, 0.999);
+  state.skin[0] = 0.08, state.skin[1] = 0.22, state.skin[2] = 0.24, state.skin[3] = 0.8;
+  state.glass = 0, state.turn = 0.985, state.lids = 0, state.heart = flashes({0, 2, 4, 6}, 0.999);
   state.open = line({{0, 0}, {1, 0.12}, {2, 0.3}, {3, 0.75}, {4, 0.86}, {partEnd, 0.95}});
   addShot(show, shot, state);
   // The middle of the opening, which begins as a slit at the right post.
