@@ -141,8 +141,8 @@ void addBreak(Show& show) {
            glow("light5", centred(0, 0, 0.8, 1.6),
                 line({{0, 0}, {0.1, 0.25}, {0.7, 0.25}, {0.75, 0}, {0.85, 0}, {0.9, 0.25}, {2, 0.25}})));
   addCubes(show, "cage", start, 0.5, {0, 0},
-           {.alpha = flashes({0, 0.5, 1, 1.5}, 1, 0.55), .field = zoom(98, 80, 2), .blend = Blend::over}, 4.6,
-           0.7);
+           {.alpha = flashes({0, 0.5, 1, 1.5}, 0.8, 0.3), .field = zoom(50, 44, 2), .blend = Blend::over},
+           4.6, 0.7);
   addShot(show, "from above", over, next - over, overhead, struckFrom);
   addPad(show, over + 0.25, next - over - 0.25, 0.5, 0.52, 1.5, 0.8);
   show.add("vexation", over + 0.25, next - over - 0.25, title,
@@ -206,8 +206,9 @@ void addFlank(Show& show) {
           5 + cueSeconds(0.25 - lead));
   show.add("it gathers", start + strike - lead, 2 - strike + lead, backdrop,
            Fade{.alpha = line({{0, 0.35}, {0.47, 0.6}, {0.5, 0}, {0.65, 0}, {partEnd, 0.35}})},
-           glow("haze_violet", centred(-0.4, -0.45, 1.3, 1.2),
-                line({{0, 0.3}, {0.47, 0.7}, {0.5, 0.9}, {0.8, 0.3}, {partEnd, 0.2}})));
+           glow("light5", centred(-0.4, -0.45, 0.6), line({{0, 0.3}, {0.47, 0.8}, {0.5, 0}})));
+  addPinhole(show, "but for the sting", start + strike, 2 - strike, -0.44, -0.12,
+             line({{0, 0.64}, {0.2, 0.6}, {partEnd, 0.5}}));
   // What drips from it catches the lamp as it strikes.
   show.add("venom", start + 1.5, 0.5, haze,
            glow("light5", centred(slide(-0.64, -0.6), -0.2, 0.5), flashes({1}, 0.9)),
