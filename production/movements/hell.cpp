@@ -214,6 +214,9 @@ void addEruption(Show& show) {
   addShot(show, open);
   addNight(show, "lit by the heart alone", heart, 1);
   addGlow(show, open, "corona_ember", hell::sphereCentre, 118, flashes(everyBeat, 0.9, 0.3));
+  // The lake right of it does not vie with it.
+  show.add("dark lake", heart, 1, haze - 1, shadow(centred(0.56, 0.52, 1, 1.6)),
+           shadow(centred(0.56, 0.52, 1, 1.6)));
 }
 
 // Three blows and a fourth that leaves nothing; each nearer, the word struck with them.
@@ -235,10 +238,13 @@ void addCracks(Show& show) {
     addGlow(show, wakes, "light7", hell::childsEye(), height, line({{0, 0}, {0.3, 1}, {partEnd, 0.8}}));
   addSparks(show, "last sparks", first, fill - first, 3,
             {.count = 60, .spread = 14, .speedY = 8, .speedZ = 12, .scatter = 22});
-  show.add("dark under the word", first, fill - first, haze + 1, shadow(centred(-0.52, 0.52, 0.95, 2.4)),
-           shadow(centred(-0.52, 0.52, 0.95, 2.4)));
-  show.add("vexer in the fire", first, fill - first, title,
-           vex(er, spline({{0, 0.9}, {0.5, 0.72}, {4, 0.76}, {partEnd, 0.84}}), -0.54, 0.53));
+  show.add("dark under the word", first, fill - first, haze + 1, shadow(centred(-0.54, 0.54, 1.15, 2.4)),
+           shadow(centred(-0.54, 0.54, 1.15, 2.4)), shadow(centred(-0.54, 0.54, 1.15, 2.4)));
+  // Its letters burn: they are added twice.
+  std::vector<ScriptCall> word =
+      draw(vex(er, spline({{0, 0.9}, {0.5, 0.72}, {4, 0.76}, {partEnd, 0.84}}), -0.54, 0.53));
+  word.insert(word.end(), {word[2], word[3]});
+  show.part("vexer in the fire", first, fill - first, title, std::move(word));
   show.add("burnt out", burnt, next - burnt, curtain - 1,
            Fade{.alpha = line({{0, 0.55}, {0.5, 1}, {partEnd, 1}})});
 }
