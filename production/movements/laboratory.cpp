@@ -204,7 +204,7 @@ void addTable(Show& show) {
   addGlow(show, ring, "rays_teal", lab::lampTarget, 300, flashes({0, 1, 2, 3}, 0.25, 0.1));
   addShot(show, smoulder, {.turn = slide(0.46, 0.5)});
   const Vector ember = lab::emberPlace;
-  addGlow(show, smoulder, "light6", ember, 9, swing(2, 0.25, 0.7));
+  addGlow(show, smoulder, "light6", ember, 5, swing(2, 0.25, 0.7));
   addGlow(show, smoulder, "light4", ember, 7, swing(2, 0.5, 1));
   // Its smoke stands before the dark and comes apart above.
   const struct {
@@ -257,8 +257,9 @@ void addJar(Show& show) {
 
 // What is left of its face lies in the dark, and so does what is below its eyes.
 void addDarkHalf(Show& show, const Shot& shot, const Curve& x) {
-  show.add("dark half", shot.from(), shot.bars, smoke + 1, shadow(centred(x, 0.1, 1.5, 0.7)),
-           shadow(centred(-0.1, 0.62, 0.8, 2)));
+  for (int layer = 0; layer < 2; ++layer)
+    show.add("dark half", shot.from(), shot.bars, smoke + 1, shadow(centred(x, 0.1, 1.6, 0.6)),
+             shadow(centred(-0.1, 0.62, 0.8, 2)));
 }
 
 // Dark but for the window; the light finds it, its lids open.
