@@ -136,7 +136,11 @@ void addCathedral(Show& show) {
                     line({{0, 1}, {1, 1}, {1.5, 0.2}, {partEnd, 0}})));
   }
   addCorona(show, along, {0, 1}, 1.2);
-  addGlow(show, along, "rays_ember", hell::sphereCentre, 260, flashes({1}, 0.9, 0));
+  for (const double height : {60.0, 120.0})
+    addGlow(show, along, "light6", hell::sphereCentre, height, flashes({0, 1}, 1));
+  // The lake right of it does not vie with it.
+  show.add("dark lake", along.bar, along.bars, backdrop, shadow(centred(0.52, 0.42, 0.9, 1.5)),
+           shadow(centred(0.52, 0.42, 0.9, 1.5)), shadow(centred(0.52, 0.42, 0.9, 1.5)));
   addSparks(show, "sparks from the seams", sphere, next - sphere, 5,
             {.count = 30, .spread = 8, .speedY = 6, .scatter = 24});
 }
@@ -214,9 +218,6 @@ void addEruption(Show& show) {
   addShot(show, open);
   addNight(show, "lit by the heart alone", heart, 1);
   addGlow(show, open, "corona_ember", hell::sphereCentre, 118, flashes(everyBeat, 0.9, 0.3));
-  // The lake right of it does not vie with it.
-  show.add("dark lake", heart, 1, haze - 1, shadow(centred(0.56, 0.52, 1, 1.6)),
-           shadow(centred(0.56, 0.52, 1, 1.6)));
 }
 
 // Three blows and a fourth that leaves nothing; each nearer, the word struck with them.
