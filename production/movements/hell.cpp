@@ -139,8 +139,7 @@ void addCathedral(Show& show) {
   for (const double height : {60.0, 120.0})
     addGlow(show, along, "light6", hell::sphereCentre, height, flashes({0, 1}, 1));
   // The lake right of it does not vie with it.
-  show.add("dark lake", along.bar, along.bars, backdrop, shadow(centred(0.52, 0.42, 0.9, 1.5)),
-           shadow(centred(0.52, 0.42, 0.9, 1.5)), shadow(centred(0.52, 0.42, 0.9, 1.5)));
+  show.add("dark lake", along.bar, along.bars, backdrop, shadow(centred(0.52, 0.42, 1.1, 2)));
   addSparks(show, "sparks from the seams", sphere, next - sphere, 5,
             {.count = 30, .spread = 8, .speedY = 6, .scatter = 24});
 }
