@@ -203,7 +203,7 @@ std::vector<StageCamera> cameras() {
       camera(
           "above", 70,
           [=](float t) { return Vector(-50 + 60 * slow(t), 200 + 20 * late(t), 320 + 20 * slow(t)); },
-          [=](float t) { return Vector(6 + 10 * late(t), 74, -50); }),
+          [=](float t) { return Vector(6 + 10 * late(t), 106, -50); }),
       camera(
           "face", 50,
           [=](float t) { return Vector(-170 + 50 * slow(t), 112 + 10 * quick(t), 232 + 16 * late(t)); },

@@ -456,13 +456,13 @@ void addDoor(Show& show) {
       Fade{.red = 0.97, .green = 1, .blue = 0.98, .alpha = line({{0, 0}, {2.5, 0}, {3.2, 1}, {partEnd, 1}})});
   // Somebody steps out of the light, black from the first, a stride each half beat, and comes to stand on the
   // threshold as he does before the covered sun.
-  const Sight feet =
-      onScreen(lab::cameras()[shot.camera], shot.start(), shot.speed(), shot.beats(), [&](float t) {
-        const auto half =
-            static_cast<float>((static_cast<double>(t) - shot.start()) / shot.speed() / secondsPerBeat * 2);
-        const float stride = std::floor(half) + smoothStep(0, 0.7f, half - std::floor(half));
-        return mix(lab::thresholdPlace + Vector(84, 0, -104), lab::thresholdPlace, clamp01((stride - 5) / 4));
-      });
+  const auto walks = [&](float t) {
+    const auto half =
+        static_cast<float>((static_cast<double>(t) - shot.start()) / shot.speed() / secondsPerBeat * 2);
+    const float stride = std::floor(half) + smoothStep(0, 0.7f, half - std::floor(half));
+    return mix(lab::thresholdPlace + Vector(84, 0, -104), lab::thresholdPlace, clamp01((stride - 5) / 4));
+  };
+  const Sight feet = onScreen(lab::cameras()[shot.camera], shot.start(), shot.speed(), shot.beats(), walks);
   constexpr double appears = 2.5;  // beats; the door stands wide enough
   const Curve there = line({{0, 0}, {appears - 0.01, 0}, {appears + 0.04, 1}, {partEnd, 1}});
   constexpr double tall = 190;
@@ -471,6 +471,14 @@ void addDoor(Show& show) {
   show.add(
       "shadow in the door", stands.from(), stands.bars, haze + 1,
       shadow(centred(threshold.x, threshold.y + threshold.unit * 6, threshold.unit * 44, 3), fade(0.5, 0)));
+  // The light behind him throws his shadow towards us, from under his hem.
+  const double walksFor = 7 - appears;
+  const Sight hem =
+      onScreen(lab::cameras()[shot.camera], shot.start() + appears * secondsPerBeat * shot.speed(),
+               shot.speed(), walksFor, walks);
+  show.add("his shadow", shot.from() + appears / beatsPerBar, walksFor / beatsPerBar, vignette + 2,
+           shadow(centred(hem.x, hem.y + hem.unit * -16, hem.unit * 22, 3.2)),
+           shadow(centred(hem.x, hem.y + hem.unit * 22, hem.unit * 110, 0.6)));
   show.add("somebody in the door", shot.from(), shot.bars, vignette + 2,
            Bitmap{.texture = "figure_ember",
                   .at = centred(feet.x, feet.y + feet.unit * (-0.5 * tall), feet.unit * tall, 0.5),
