@@ -86,7 +86,7 @@ struct Child::State {
   }
 };
 
-Child::Child(double patience) : state(std::make_unique<State>()), patience(patience) {}
+Child::Child(double seconds) : state(std::make_unique<State>()), patience(seconds) {}
 Child::~Child() = default;
 
 std::optional<std::string> Child::start(const std::vector<std::string>& words, const std::string& folder) {

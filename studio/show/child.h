@@ -11,8 +11,8 @@ namespace vex::studio {
 
 class Child {
  public:
-  // One that was cancelled has so many seconds to end what it does.
-  explicit Child(double patience = 3);
+  // One that was cancelled has so many `seconds` to end what it does.
+  explicit Child(double seconds = 3);
   ~Child();  // kills one that still runs
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
